@@ -1,0 +1,54 @@
+# settings.cmake - language, warnings, sanitizers and where things are put
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_C_STANDARD 11)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_C_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
+set(CMAKE_INSTALL_RPATH $ORIGIN)
+
+find_program(CCACHE_PROGRAM ccache)
+if(CCACHE_PROGRAM)
+  set(CMAKE_C_COMPILER_LAUNCHER ${CCACHE_PROGRAM})
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE_PROGRAM})
+endif()
+
+find_package(Threads REQUIRED)
+
+set(MIVORA_SANITIZE "" CACHE STRING "Sanitizers to build with: address,undefined or thread")
+if(MIVORA_SANITIZE)
+  add_compile_options(-fsanitize=${MIVORA_SANITIZE} -fno-sanitize-recover=all
+                      -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=${MIVORA_SANITIZE})
+endif()
+
+# What every target of this project is compiled with; third-party sources are not.
+add_library(mivora_settings INTERFACE)
+target_include_directories(mivora_settings INTERFACE ${CMAKE_SOURCE_DIR})
+if(MSVC)
+  target_compile_options(mivora_settings INTERFACE /W4 /WX /utf-8 /permissive-)
+  target_compile_definitions(mivora_settings INTERFACE _CRT_SECURE_NO_WARNINGS NOMINMAX)
+else()
+  target_compile_options(mivora_settings INTERFACE
+    -Wall -Wextra -Wconversion -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    target_compile_options(mivora_settings INTERFACE -Wthread-safety)
+  endif()
+endif()
+if(WIN32)
+  target_compile_definitions(mivora_settings INTERFACE
+    WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0A00)
+endif()
+if(MINGW)
+  # Each binary carries its own run-time library: nothing but the system's DLLs is needed beside it.
+  add_link_options(-static)
+endif()
+target_link_libraries(mivora_settings INTERFACE Threads::Threads)

@@ -1,0 +1,44 @@
+# third_party.cmake - the libraries that host, SDK, tools and tests use
+#
+# Header-only libraries are staged as links to just their own headers, so that a cross build sees
+# nothing else of the machine's include directory. What Debian packages only as a library for this
+# machine (pugixml, lodepng) is compiled here for both targets from Debian's source packages, which
+# `./dev` has fetched into MIVORA_THIRD_PARTY.
+
+set(MIVORA_THIRD_PARTY ${CMAKE_SOURCE_DIR}/build/third_party CACHE PATH
+    "Where ./dev has unpacked the sources of pugixml and lodepng")
+foreach(source pugixml/src/pugixml.cpp lodepng/lodepng.cpp)
+  if(NOT EXISTS ${MIVORA_THIRD_PARTY}/${source})
+    message(FATAL_ERROR "${MIVORA_THIRD_PARTY}/${source} is missing: run ./dev setup first")
+  endif()
+endforeach()
+
+set(staged ${CMAKE_BINARY_DIR}/stage)
+file(MAKE_DIRECTORY ${staged})
+foreach(directory CLI nlohmann)
+  if(NOT EXISTS ${staged}/${directory})
+    find_path(${directory}_PARENT ${directory} PATHS /usr/include NO_DEFAULT_PATH REQUIRED)
+    file(CREATE_LINK ${${directory}_PARENT}/${directory} ${staged}/${directory} SYMBOLIC)
+  endif()
+endforeach()
+add_library(header_only_libraries INTERFACE)
+target_include_directories(header_only_libraries SYSTEM INTERFACE ${staged})
+
+add_library(pugixml STATIC ${MIVORA_THIRD_PARTY}/pugixml/src/pugixml.cpp)
+target_include_directories(pugixml SYSTEM PUBLIC ${MIVORA_THIRD_PARTY}/pugixml/src)
+add_library(lodepng STATIC ${MIVORA_THIRD_PARTY}/lodepng/lodepng.cpp)
+target_include_directories(lodepng SYSTEM PUBLIC ${MIVORA_THIRD_PARTY}/lodepng)
+
+if(NOT WIN32)
+  find_package(PkgConfig REQUIRED)
+  pkg_check_modules(ARAVIS REQUIRED IMPORTED_TARGET aravis-0.8)
+endif()
+
+function(mivora_use_googletest)
+  if(TARGET gtest)
+    return()
+  endif()
+  set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
+  set(gtest_force_shared_crt ON CACHE BOOL "" FORCE)
+  add_subdirectory(/usr/src/googletest ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)
+endfunction()

@@ -1,0 +1,18 @@
+// text.h - text conversions that the two platforms do differently
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+namespace platform {
+
+/// Converts narrow text (the system's code page on Windows, UTF-8 elsewhere) to wide text.
+/// Returns the number of wide characters including the terminator; with a null `buffer` or
+/// capacity 0 only measures. 0 when the text cannot be converted or does not fit.
+std::size_t NarrowToWide(const char* text, wchar_t* buffer, std::size_t capacity);
+/// The reverse; text that has no narrow form gives an empty string.
+std::string WideToNarrow(const wchar_t* text);
+/// Compares ignoring the case of ASCII letters: negative, 0 or positive.
+int CompareNoCase(const char* left, const char* right);
+
+} // namespace platform
