@@ -30,8 +30,15 @@ add_library(lodepng STATIC ${MIVORA_THIRD_PARTY}/lodepng/lodepng.cpp)
 target_include_directories(lodepng SYSTEM PUBLIC ${MIVORA_THIRD_PARTY}/lodepng)
 
 if(NOT WIN32)
+  # Aravis' own pkg-config file wants development files (libusb) that its users do not need, so only
+  # GLib is asked for that way.
   find_package(PkgConfig REQUIRED)
-  pkg_check_modules(ARAVIS REQUIRED IMPORTED_TARGET aravis-0.8)
+  pkg_check_modules(GLIB REQUIRED IMPORTED_TARGET glib-2.0 gobject-2.0 gio-2.0)
+  find_path(ARAVIS_INCLUDE_DIR arv.h PATH_SUFFIXES aravis-0.8 REQUIRED)
+  find_library(ARAVIS_LIBRARY aravis-0.8 REQUIRED)
+  add_library(aravis INTERFACE)
+  target_include_directories(aravis SYSTEM INTERFACE ${ARAVIS_INCLUDE_DIR})
+  target_link_libraries(aravis INTERFACE ${ARAVIS_LIBRARY} PkgConfig::GLIB)
 endif()
 
 function(mivora_use_googletest)
