@@ -1,0 +1,36 @@
+// mivora_gfx_mode_kvn_pyxen.h - the graphics mode that asks the camera
+#pragma once
+
+#include "grabber/pixel_format.h"
+#include "mivora/gfx_mode.h"
+
+class CMivoraKVNPyxenClass;
+
+/// Answers every question live from the open camera's features; nothing is cached. A mode without
+/// grabber answers 0 or null.
+class CMivoraGfxModeKVNPyxen final : public CMivoraGfxMode {
+public:
+    explicit CMivoraGfxModeKVNPyxen(CMivoraKVNPyxenClass* owner);
+
+    uint32_t GetxRes() override;
+    uint32_t GetyRes() override;
+    uint32_t GetNumComponents() override;
+    uint32_t GetAllocatedBitPerComponent() override;
+    uint32_t GetBitStartComponent() override;
+    uint32_t GetBitPerComponent() override;
+    MV_COLORCODING GetColorCoding() override;
+    uint32_t GetCFAxOffset() override;
+    uint32_t GetCFAyOffset() override;
+    uint64_t GetNumPixels() override;
+    uint64_t GetImageSize() override;
+
+    /// The entry of the camera's current pixel format, or null.
+    virtual const PixelFormat* GetFormatPropertiesByPixelFormat();
+    /// Bytes that the camera delivers per image; 0 when it cannot tell.
+    virtual uint64_t GetIntermediateBufferSize();
+
+private:
+    uint32_t ReadSize(const char* feature, const char* noHandleText, const char* failureText);
+
+    CMivoraKVNPyxenClass* grabber; // the owner's owner; null for a mode made without one
+};

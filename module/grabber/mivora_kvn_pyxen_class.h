@@ -1,0 +1,168 @@
+// mivora_kvn_pyxen_class.h - the grabber of this module
+#pragma once
+
+#include "acquisition/frame_record.h"
+#include "grabber/pyxen_grabber.h"
+#include "platform/event.h"
+#include "platform/mutex.h"
+#include "platform/thread.h"
+#include "sdk/malloc_array.h"
+#include "sdk/pyxen_api_access.h"
+#include "sync/feature_cache.h"
+#include "sync/feature_caches.h"
+#include "sync/feature_syncher.h"
+#include "sync/sync_engine.h"
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+class CMivoraCameraKVNPyxen;
+class CMivoraGfxModeKVNPyxen;
+
+/// Grabs from cameras that the maker's SDK reaches.
+///
+/// Host threads call the operations; the SDK calls InvalidationCallback and FrameCallback on its
+/// own threads; an asynchronous single snap ends on a short-lived thread of this class. The host
+/// does not run operations that open, close, prepare or snap at the same time as one another.
+class CMivoraKVNPyxenClass final : public CPyxenGrabber, private IFeatureCaches {
+public:
+    explicit CMivoraKVNPyxenClass(void* moduleInstance);
+    ~CMivoraKVNPyxenClass() override;
+
+    // grabber core
+    MV_ERRCODE LoadGrabberConfig() override;
+    MV_ERRCODE SaveGrabberConfig() override;
+    MV_ERRCODE Init() override;
+    MV_ERRCODE DeInit() override;
+    uint32_t IsCameraOpen() override;
+    const char* GetDriverVersion() override;
+    MV_ERRCODE SelectCameraDialog(MV_WINDOW parent, MV_DLG_EXITCODE* exitCode) override;
+    MV_ERRCODE RefreshCameraList() override;
+    MV_ERRCODE CamCntrlDialog(MV_WINDOW parent) override;
+    MV_ERRCODE GrabberConfigDialog(MV_WINDOW parent, MV_DLG_EXITCODE* exitCode) override;
+    uint32_t GetNumCmdChannelTypes() override;
+    CCmdChannel* CreateCmdChannel(uint32_t type) override;
+    void DeleteCmdChannel(CCmdChannel* channel) override;
+    CMivoraCamera* CreateCamera() override;
+    uint32_t GetNumFeatureCaches() override;
+    FeatureCache* GetFeatureCache(uint32_t index) override;
+    FeatureCache* GetFeatureCacheByName(const char* name) override;
+    FeatureCache* GetFeatureCacheByHandle(PxnHandle handle) override;
+    void InitMembers() override;
+    void OnTimingFeatureChanged(PxnHandle module, const char* featureName) override;
+    bool NotifyBufferImpact(bool finished) override;
+
+    // acquisition
+    MV_ERRCODE OpenActCamera() override;
+    MV_ERRCODE CloseActCamera() override;
+    MV_ERRCODE PrepareFrameBuffers(uint64_t count) override;
+    void* GetFrameBuffer(uint64_t index) override;
+    MV_ERRCODE Snap(uint32_t mode) override;
+    uint32_t GetAcquisitionState() override;
+    MV_ERRCODE StopSnap() override;
+    void SetAcquisitionState(uint32_t state) override;
+    void FrameCallback(PxnFrame* frame) override;
+    void InvalidationCallback(PxnHandle handle, const char* featureName) override;
+
+    // acquisition parameters
+    MV_ERRCODE GetGrabberParamLimits(uint32_t id, uint64_t* min1, uint64_t* max1, uint64_t* min2,
+                                     uint64_t* max2) override;
+    MV_ERRCODE GetGrabberParam(uint32_t id, uint64_t* value1, uint64_t* value2) override;
+    MV_ERRCODE SetGrabberParam(uint32_t id, uint64_t value1, uint64_t value2) override;
+    void GetTimerMicroseconds(uint64_t* exposure, uint64_t* interval) override;
+    void SetTimerMicroseconds(uint64_t exposure, uint64_t interval) override;
+    bool GetExposureTime(uint32_t* value) override;
+    bool GetFrameInterval(uint32_t* value) override;
+
+    // for the module's own nodes, channels and dialogs
+    CPyxenAPIAccess& Api() { return api; }
+    /// The open camera's handle, or null.
+    PxnHandle CameraHandle() const { return cameraHandle.load(); }
+    FeatureCache& SystemCache() { return systemCache; }
+    SyncEngine& Sync() { return syncEngine; }
+    const FeatureSyncher& SyncRules() const { return featureSyncher; }
+    /// Shared by buffer preparation and every serial channel.
+    platform::Mutex& SerialMutex() RETURN_CAPABILITY(serialMutex) { return serialMutex; }
+    bool IsInitialized() const { return initialized; }
+
+private:
+    // grabber core
+    MV_ERRCODE BuildInternalList();
+    void AppendCamera(const PxnCameraInfo& record, int32_t index, CMivoraCamera*& first,
+                      CMivoraCamera*& last);
+    void FillInterfaceList();
+    void WriteVersionText(const char* format);
+    std::string GrabberSection() const;
+    FeatureCache* FindCacheByName(const char* name) override;
+    CMivoraCameraKVNPyxen* ActCameraNode();
+    /// The active camera's active mode, or null.
+    CMivoraGfxModeKVNPyxen* ActMode();
+
+    // opening and closing
+    struct SelectorValues;
+    void FillModuleCaches(PxnCameraInfo& record);
+    void AdjustPacketSize();
+    void LoadTransportLayerConfig();
+    bool GetFirstQueueThenSnap(const SelectorValues& values, bool& flag, std::string& syncFile);
+    void SetOptimumSerialPortBaudRate();
+    void KeepTimingForSaving();
+    void ClearCameraCaches();
+
+    // acquisition
+    class BusyMarks;
+    MV_ERRCODE SnapContinuous();
+    MV_ERRCODE SnapAsynchronous();
+    MV_ERRCODE SnapSynchronous(uint32_t mode);
+    MV_ERRCODE QueueAllBuffers();
+    MV_ERRCODE StartCamera();
+    void LogReceiveError(const PxnFrame& frame);
+    void Requeue(PxnFrame* frame);
+    void StartCleanupThread();
+    void JoinCleanupThread();
+    static void PXN_CALL OnFrame(PxnHandle camera, PxnHandle stream, PxnFrame* frame);
+    static void PXN_CALL OnDiscovery(PxnHandle handle, const char* name, void* userContext);
+    static void SingleSnapCleanupThreadProc(void* grabber);
+
+    std::atomic<bool> cameraOpen{false};
+    std::atomic<uint32_t> acquisitionState{0};
+    std::atomic<bool> initialized{false};
+    std::atomic<bool> buffersPrepared{false};
+    std::atomic<uint64_t> framesReceived{0};
+
+    std::unique_ptr<platform::Event> acquisitionEvents[2]; // reset at each snap
+    std::unique_ptr<platform::Event> stopEvent;            // set: the callback does not requeue
+
+    platform::Mutex uniqueIdMutex; // chosen camera: opening, configuration, discovery events
+    std::string selectedUniqueId GUARDED_BY(uniqueIdMutex);
+
+    // Buffer preparation and the traffic of every serial channel, so that they exclude each other.
+    platform::Mutex serialMutex;
+    // Requeueing by the frame callback (only tried) against tear-down by StopSnap (waits). Held
+    // across SDK calls: the SDK waits for a running callback, which never waits for this mutex.
+    platform::Mutex requeueMutex;
+    // Handing over the cleanup thread between the frame callback and whoever joins it.
+    platform::Mutex cleanupMutex;
+    platform::Thread cleanupThread GUARDED_BY(cleanupMutex);
+
+    CPyxenAPIAccess api;
+    MallocArray<PxnInterfaceInfo> interfaceList;
+    uint32_t interfaceCount = 0;
+    std::atomic<PxnHandle> cameraHandle{nullptr};
+    FeatureCache systemCache;
+    std::array<FeatureCache, 5> cameraCaches;
+    FeatureSyncher featureSyncher;
+    SyncEngine syncEngine;
+    std::vector<std::unique_ptr<FrameRecord>> frameRecords; // shaped under serialMutex while idle
+    bool firstQueueThenSnap = false;                        // chosen when the camera is opened
+};
+
+/// Indices of GetFeatureCache.
+inline constexpr uint32_t kInterfaceCache = 0;
+inline constexpr uint32_t kTransportLayerCache = 1;
+inline constexpr uint32_t kLocalDeviceCache = 2;
+inline constexpr uint32_t kCameraCache = 3;
+inline constexpr uint32_t kStreamCache = 4;

@@ -1,0 +1,53 @@
+// pixel_format.h - the pixel formats that the module knows, and what becomes of them
+#pragma once
+
+#include "mivora/types.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+/// Converts `pixelCount` pixels from the camera's layout to the host's.
+using ConvertFunction = void (*)(const void* source, void* destination, std::uint64_t pixelCount);
+/// Where line `row` of a raw image begins whose lines are padded to whole bytes.
+using RowAddressFunction = const void* (*)(const void* base, std::uint32_t width,
+                                           std::uint32_t row);
+
+/// How an image of one pixel format looks in the host's memory, and how it gets there.
+struct PixelFormat {
+    const char* name;              ///< entry of the feature "PixelFormat"
+    std::uint32_t code;            ///< PFNC code; 0 when it is found by name only
+    std::uint8_t components;
+    std::uint8_t allocatedBits;    ///< per component
+    std::uint8_t bits;             ///< significant, per component
+    MV_COLORCODING colorCoding;
+    std::uint8_t cfaX;
+    std::uint8_t cfaY;
+    const char* conversionName;    ///< null when the host takes the pixels as they are
+    ConvertFunction convert;       ///< null likewise
+    RowAddressFunction rowAddress; ///< null unless lines are converted one by one
+};
+
+/// All formats, in the order in which they are searched.
+std::span<const PixelFormat> PixelFormatTable();
+/// The first entry with this code, or null; code 0 finds nothing.
+const PixelFormat* FindPixelFormatByCode(std::uint32_t code);
+/// The first entry with this name, case ignored, or null.
+const PixelFormat* FindPixelFormatByName(const char* name);
+
+// The converters. Any alignment and length; they read and write only what the pixels need.
+void Unpack10p(const void* source, void* destination, std::uint64_t pixelCount);
+void Unpack12p(const void* source, void* destination, std::uint64_t pixelCount);
+void Unpack10Packed(const void* source, void* destination, std::uint64_t pixelCount);
+void Unpack12Packed(const void* source, void* destination, std::uint64_t pixelCount);
+void ConvertYUV422(const void* source, void* destination, std::uint64_t pixelCount);
+void ConvertYUV444(const void* source, void* destination, std::uint64_t pixelCount);
+void ConvertYUV411(const void* source, void* destination, std::uint64_t pixelCount);
+
+const void* RowAddress10p(const void* base, std::uint32_t width, std::uint32_t row);
+const void* RowAddress12p(const void* base, std::uint32_t width, std::uint32_t row);
+
+/// Converts a whole image: in one call, or line by line where the format has a row address.
+/// `format.convert` must be set; `host` holds width x height pixels of the host's layout.
+void ConvertImage(const PixelFormat& format, const void* raw, void* host, std::uint32_t width,
+                  std::uint32_t height);

@@ -1,0 +1,136 @@
+// pyxen_api_access.h - the module's only door to the camera SDK
+#pragma once
+
+#include "platform/file_version.h"
+#include "platform/shared_library.h"
+#include "pxnc.h"
+
+#include <cstdint>
+#include <string>
+
+class ILogSink;
+
+/// The table of the SDK's 55 entry points, in the order in which they are resolved.
+#define PYXEN_FOR_EACH_ENTRY(X)                                                                    \
+    X(PxnVersionQuery)                                                                             \
+    X(PxnStartup)                                                                                  \
+    X(PxnShutdown)                                                                                 \
+    X(PxnCamerasList)                                                                              \
+    X(PxnCameraInfoQueryByHandle)                                                                  \
+    X(PxnCameraInfoQuery)                                                                          \
+    X(PxnCameraOpen)                                                                               \
+    X(PxnCameraClose)                                                                              \
+    X(PxnFeaturesList)                                                                             \
+    X(PxnFeatureInfoQuery)                                                                         \
+    X(PxnFeatureListSelected)                                                                      \
+    X(PxnFeatureAccessQuery)                                                                       \
+    X(PxnFeatureIntGet)                                                                            \
+    X(PxnFeatureIntSet)                                                                            \
+    X(PxnFeatureIntRangeQuery)                                                                     \
+    X(PxnFeatureIntIncrementQuery)                                                                 \
+    X(PxnFeatureIntValidValueSetQuery)                                                             \
+    X(PxnFeatureFloatGet)                                                                          \
+    X(PxnFeatureFloatSet)                                                                          \
+    X(PxnFeatureFloatRangeQuery)                                                                   \
+    X(PxnFeatureEnumGet)                                                                           \
+    X(PxnFeatureEnumSet)                                                                           \
+    X(PxnFeatureEnumRangeQuery)                                                                    \
+    X(PxnFeatureEnumIsAvailable)                                                                   \
+    X(PxnFeatureEnumAsInt)                                                                         \
+    X(PxnFeatureEnumAsString)                                                                      \
+    X(PxnFeatureEnumEntryGet)                                                                      \
+    X(PxnFeatureStringGet)                                                                         \
+    X(PxnFeatureStringSet)                                                                         \
+    X(PxnFeatureStringMaxlengthQuery)                                                              \
+    X(PxnFeatureBoolGet)                                                                           \
+    X(PxnFeatureBoolSet)                                                                           \
+    X(PxnFeatureCommandRun)                                                                        \
+    X(PxnFeatureCommandIsDone)                                                                     \
+    X(PxnFeatureRawGet)                                                                            \
+    X(PxnFeatureRawSet)                                                                            \
+    X(PxnFeatureRawLengthQuery)                                                                    \
+    X(PxnFeatureInvalidationRegister)                                                              \
+    X(PxnFeatureInvalidationUnregister)                                                            \
+    X(PxnPayloadSizeGet)                                                                           \
+    X(PxnFrameAnnounce)                                                                            \
+    X(PxnFrameRevoke)                                                                              \
+    X(PxnFrameRevokeAll)                                                                           \
+    X(PxnCaptureStart)                                                                             \
+    X(PxnCaptureEnd)                                                                               \
+    X(PxnCaptureFrameQueue)                                                                        \
+    X(PxnCaptureFrameWait)                                                                         \
+    X(PxnCaptureQueueFlush)                                                                        \
+    X(PxnTransportLayersList)                                                                      \
+    X(PxnInterfacesList)                                                                           \
+    X(PxnMemoryRead)                                                                               \
+    X(PxnMemoryWrite)                                                                              \
+    X(PxnSettingsSave)                                                                             \
+    X(PxnSettingsLoad)                                                                             \
+    X(PxnChunkDataAccess)
+
+/// Loads the camera SDK's library, resolves its entries and starts it; empty until Load succeeds.
+///
+/// Load and Unload run on the thread that initialises the grabber. While it is valid the table
+/// does not change and any thread may call through it.
+class CPyxenAPIAccess {
+public:
+    CPyxenAPIAccess() = default;
+    ~CPyxenAPIAccess();
+    CPyxenAPIAccess(const CPyxenAPIAccess&) = delete;
+    CPyxenAPIAccess& operator=(const CPyxenAPIAccess&) = delete;
+
+    /// Loads and starts the SDK with the configuration file `configPath` (null: the SDK's
+    /// default). Answers IsValid(). `sink` may be null and must outlive the object.
+    bool Load(const char* configPath, ILogSink* sink);
+    bool IsValid() const { return valid; }
+    /// Shuts the SDK down when it was started and frees the library.
+    void Unload();
+
+    /// One 16-bit part of the loaded file's version, 0 the most significant; 65535 when unknown.
+    std::uint16_t GetFileVersionPart(unsigned part) const;
+
+    /// Reads and writes a 32-bit device register; true when all 4 bytes went through. With `swap`
+    /// the four bytes are reversed. Without it byte 0 stands in the top and the bottom byte and
+    /// byte 3 is lost; that is intended.
+    bool ReadRegister32(PxnHandle handle, std::uint64_t address, std::uint32_t* value, bool swap);
+    bool WriteRegister32(PxnHandle handle, std::uint64_t address, std::uint32_t value, bool swap);
+
+    /// Reads a whole string feature, or the entry name of an enumeration, into `out`. Answers the
+    /// SDK's code of the last call, PxnErrOther when memory is out.
+    PxnError GetFeatureAsText(PxnHandle handle, const char* name, std::string& out);
+
+    /// Answers the number of cameras and stores the array (freed by the caller with free), or
+    /// null, in `out` when given. A failure is an empty list; the log tells.
+    std::uint32_t AllocateAndGetCameraList(PxnCameraInfo** out);
+
+    /// Whether a value fits a feature's range: inclusive limits, length up to the maximum, text
+    /// of one of the entries. A failed query is reported with the names and answers false.
+    /// `moduleName` may be null.
+    bool IsIntInRange(PxnHandle handle, const char* moduleName, const char* name,
+                      std::int64_t value);
+    bool IsFloatInRange(PxnHandle handle, const char* moduleName, const char* name, double value);
+    bool IsStringInRange(PxnHandle handle, const char* moduleName, const char* name,
+                         const char* value);
+    bool IsEnumInRange(PxnHandle handle, const char* moduleName, const char* name,
+                       const char* value);
+
+#define PYXEN_DECLARE_ENTRY(name) decltype(&::name) name = nullptr;
+    PYXEN_FOR_EACH_ENTRY(PYXEN_DECLARE_ENTRY)
+#undef PYXEN_DECLARE_ENTRY
+
+    /// The loaded library's handle, or null.
+    void* GetLibraryHandle() const { return library.Handle(); }
+    /// Looks up an export beside the table; null when it is absent or nothing is loaded.
+    void* FindExport(const char* name) const { return library.FindSymbol(name); }
+
+private:
+    bool LoadLibraryFrom(const std::string& directory);
+    void ResolveEntries();
+    bool StartSdk(const char* configPath);
+
+    ILogSink* log = nullptr;
+    std::string dllName;
+    platform::SharedLibrary library;
+    platform::FileVersion versionInfo;
+    bool valid = false;
+};

@@ -1,0 +1,53 @@
+// feature_cache.h - the feature descriptions of one SDK module
+#pragma once
+
+#include "pxnc.h"
+#include "sdk/malloc_array.h"
+
+#include <cstdint>
+#include <string>
+
+class CPyxenAPIAccess;
+class ILogSink;
+
+/// Holds one module's feature descriptions as the SDK last listed them.
+///
+/// Filled and read on the thread that opens the camera and on the user-interface thread;
+/// invalidation callbacks on SDK threads only read it. Takes no lock.
+class FeatureCache {
+public:
+    FeatureCache() = default;
+    virtual ~FeatureCache() = default;
+    FeatureCache(const FeatureCache&) = delete;
+    FeatureCache& operator=(const FeatureCache&) = delete;
+
+    /// Lists the features of `moduleHandle` anew. `name` must live as long as the cache is filled.
+    /// False and a log line when the SDK refuses or memory runs out; what the cache held before
+    /// stays unless the SDK failed half-way. An empty list is success.
+    bool Init(const char* name, CPyxenAPIAccess* access, PxnHandle moduleHandle, ILogSink* sink);
+    /// Forgets the list, the name and the SDK access.
+    void Clear();
+
+    /// Null when the cache has no name.
+    const char* GetModuleName() const { return moduleName; }
+    PxnHandle GetHandle() const { return handle; }
+    std::uint32_t GetFeatureCount() const { return features ? count : 0; }
+    const PxnFeatureInfo* GetFeatureList() const { return features.Get(); }
+
+    /// The first record whose name equals `name` byte for byte, or null.
+    const PxnFeatureInfo* Find(const char* name) const;
+    /// "/", module name, category, "/", feature name; "<not available>" when it is not here.
+    std::string GetFeaturePath(const char* name) const;
+    /// Writes every feature with its current value to the log.
+    void PrintParameters() const;
+
+private:
+    void PrintFeature(const PxnFeatureInfo& feature) const;
+
+    const char* moduleName = nullptr;
+    CPyxenAPIAccess* api = nullptr;
+    PxnHandle handle = nullptr;
+    ILogSink* log = nullptr;
+    MallocArray<PxnFeatureInfo> features;
+    std::uint32_t count = 0;
+};

@@ -1,0 +1,51 @@
+// feature_syncher.h - reads the feature synchronisation file
+#pragma once
+
+#include <cstddef>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+class ILogSink;
+
+/// A feature named across modules, as written in the file.
+struct FeatureRef {
+    std::string ModuleName;
+    std::string FeatureName;
+};
+
+/// One declaration: a watched feature and the features that take its value.
+struct SyncFeatureEntry {
+    FeatureRef Watched;
+    std::vector<FeatureRef> Dependencies;
+};
+
+/// Reads the file with a small tokenizer that can step back, and keeps its declarations in file
+/// order. Used on the thread that opens the camera.
+class FeatureSyncher {
+public:
+    /// Forgets all entries and reads the file at `path`. 1 when the whole file matched the
+    /// grammar, else 0; entries completed before a fault are kept. `sink` may be null.
+    int Init(const char* path, ILogSink* sink);
+    /// Forgets all entries.
+    void Clear();
+    const std::vector<SyncFeatureEntry>& GetEntries() const { return entries; }
+    /// The dependencies of the first entry of that name (case ignored), or null.
+    const std::vector<FeatureRef>* FindSyncEntry(const char* moduleName,
+                                                 const char* featureName) const;
+
+private:
+    int ReadFile(std::FILE* file);
+    bool ReadEntry(std::FILE* file);
+    const std::string& ReadToken(std::FILE* file, bool spaceMode);
+    bool Expect(std::FILE* file, const char* literal);
+    bool ParseKey(std::FILE* file, const char* name);
+    bool ParseStringAttribute(std::FILE* file, const char* name, std::string& value);
+    bool ParseModuleFeature(std::FILE* file, FeatureRef& reference);
+    bool ParseDependencies(std::FILE* file, const char* name, std::vector<FeatureRef>& list);
+
+    ILogSink* log = nullptr;
+    std::vector<SyncFeatureEntry> entries;
+    std::vector<std::string> tokenHistory; // both only while a file is being read
+    std::size_t cursor = 0;
+};
