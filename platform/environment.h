@@ -7,8 +7,10 @@ namespace platform {
 
 /// The variable's value; empty when it is unset or empty.
 std::string GetEnvironment(const char* name);
-/// Sets the variable for this process and its libraries; false when the system refused.
+/// Sets the variable for this process and its libraries; an empty value is allowed. False when the
+/// system refused. To be called while no other thread reads the environment.
 bool SetEnvironment(const char* name, const std::string& value);
+/// Removes the variable, under the same condition.
 void UnsetEnvironment(const char* name);
 
 } // namespace platform

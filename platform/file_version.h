@@ -8,7 +8,8 @@
 namespace platform {
 
 /// The version block of a file: its version resource on Windows, the version suffix of the
-/// resolved file name elsewhere (`libPxnC.so.2.1.0.7`; absent parts are 0).
+/// resolved file name elsewhere (`libPxnC.so.2.1.0.7`: one to four numbers up to 65535, absent
+/// ones are 0; any other suffix is no version).
 class FileVersion {
 public:
     FileVersion();

@@ -15,11 +15,11 @@ public:
     SharedLibrary(const SharedLibrary&) = delete;
     SharedLibrary& operator=(const SharedLibrary&) = delete;
 
-    /// Loads `path`. On Windows an `absolutePath` is loaded with the flags 0x1100 (the loaded
-    /// file's own directory and the default directories are searched for what it depends on),
-    /// any other path with the system's usual search; elsewhere both are loaded with all symbols
-    /// resolved at once and kept local. False when the system refused; `error`, when given,
-    /// receives the system's own words.
+    /// Loads `path` after unloading what was loaded before. On Windows an `absolutePath` is loaded
+    /// with the flags 0x1100 (the loaded file's own directory and the default directories are
+    /// searched for what it depends on), any other path with the system's usual search; elsewhere
+    /// both are loaded with all symbols resolved at once and kept local. False when the system
+    /// refused; `error`, when given, receives the system's own words.
     bool Load(const std::string& path, bool absolutePath, std::string* error = nullptr);
     void Unload();
     bool IsLoaded() const { return handle != nullptr; }

@@ -16,7 +16,8 @@ bool PostToThread(std::uint32_t threadId, std::uint32_t message, std::uint64_t w
 /// Shows a modal message box with an OK button; `warning` adds the exclamation icon. False
 /// where there are no windows.
 bool ShowMessageBox(void* parent, const char* text, const char* caption, bool warning);
-/// True when the two standard streams are a terminal that a person looks at.
+/// True when the standard stream of that number (0 input, 1 output, 2 error) is a terminal or a
+/// console, false for a file, a pipe or the null device.
 bool IsTerminal(int descriptor);
 
 } // namespace platform

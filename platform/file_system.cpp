@@ -1,0 +1,65 @@
+// file_system.cpp - paths and reading, the same on both platforms
+#include "platform/file_system.h"
+
+#include "platform/path_rules.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <memory>
+#include <system_error>
+
+namespace platform {
+
+namespace {
+
+struct FileCloser {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+};
+
+} // namespace
+
+std::string DirectoryOf(const std::string& path) {
+    std::size_t end = path.size();
+    while (end > 0 && !IsSeparator(path[end - 1])) {
+        --end;
+    }
+    const std::size_t root = RootLength(path);
+    while (end > root && IsSeparator(path[end - 1])) {
+        --end;
+    }
+    return path.substr(0, end);
+}
+
+std::string JoinPath(const std::string& directory, const std::string& name) {
+    if (directory.empty()) {
+        return name;
+    }
+    if (IsSeparator(directory.back())) {
+        return directory + name;
+    }
+    return directory + kPathSeparator + name;
+}
+
+bool ReadWholeFile(const std::string& path, std::string& content, std::string* error) {
+    const std::unique_ptr<std::FILE, FileCloser> file(std::fopen(path.c_str(), "rb"));
+    std::string read;
+    bool done = false;
+    if (file) {
+        char block[16384];
+        std::size_t count = 0;
+        while ((count = std::fread(block, 1, sizeof block, file.get())) > 0) {
+            read.append(block, count);
+        }
+        done = std::ferror(file.get()) == 0;
+    }
+    if (!done) {
+        if (error) {
+            *error = std::generic_category().message(errno);
+        }
+        return false;
+    }
+    content.swap(read);
+    return true;
+}
+
+} // namespace platform

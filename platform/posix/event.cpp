@@ -1,0 +1,63 @@
+// event.cpp - manual-reset event on a condition variable
+#include "platform/event.h"
+
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <new>
+
+namespace platform {
+
+// A plain standard mutex, since the condition variable wants one.
+struct Event::Impl {
+    std::mutex mutex;
+    std::condition_variable changed;
+    bool signalled = false;
+};
+
+Event::Event() : impl(new (std::nothrow) Impl) {}
+
+Event::~Event() = default;
+
+bool Event::IsValid() const {
+    return impl != nullptr;
+}
+
+void Event::Set() {
+    if (!impl) {
+        return;
+    }
+    // Waking happens under the lock: a waiter may destroy the event as soon as it sees the flag.
+    const std::lock_guard<std::mutex> lock(impl->mutex);
+    impl->signalled = true;
+    impl->changed.notify_all();
+}
+
+void Event::Reset() {
+    if (!impl) {
+        return;
+    }
+    const std::lock_guard<std::mutex> lock(impl->mutex);
+    impl->signalled = false;
+}
+
+bool Event::IsSet() const {
+    return Wait(0);
+}
+
+bool Event::Wait(std::uint32_t timeoutMs) const {
+    if (!impl) {
+        return false;
+    }
+    const auto isSignalled = [this] {
+        return impl->signalled;
+    };
+    std::unique_lock<std::mutex> lock(impl->mutex);
+    if (timeoutMs == kInfinite) {
+        impl->changed.wait(lock, isSignalled);
+        return true;
+    }
+    return impl->changed.wait_for(lock, std::chrono::milliseconds(timeoutMs), isSignalled);
+}
+
+} // namespace platform

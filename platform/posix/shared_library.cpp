@@ -1,0 +1,37 @@
+// shared_library.cpp - libraries through the dynamic linker
+#include "platform/shared_library.h"
+
+#include <dlfcn.h>
+
+#include <utility>
+
+namespace platform {
+
+bool SharedLibrary::Load(const std::string& path, bool, std::string* error) {
+    Unload();
+    // The dynamic linker takes an empty name for the program itself.
+    if (path.empty()) {
+        if (error) {
+            *error = "no file name";
+        }
+        return false;
+    }
+    handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (!handle && error) {
+        const char* reason = dlerror();
+        *error = reason ? reason : "";
+    }
+    return handle != nullptr;
+}
+
+void SharedLibrary::Unload() {
+    if (handle) {
+        dlclose(std::exchange(handle, nullptr));
+    }
+}
+
+void* SharedLibrary::FindSymbol(const char* name) const {
+    return handle ? dlsym(handle, name) : nullptr;
+}
+
+} // namespace platform

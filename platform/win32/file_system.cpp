@@ -1,0 +1,213 @@
+// file_system.cpp - paths and files by Win32
+#include "platform/file_system.h"
+
+#include "platform/path_rules.h"
+#include "platform/win32/last_error.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <atomic>
+#include <limits>
+#include <utility>
+
+namespace platform {
+
+namespace {
+
+constexpr std::size_t kLongestPath = 32768;
+
+class FileHandle {
+public:
+    explicit FileHandle(HANDLE openHandle) : handle(openHandle) {}
+    ~FileHandle() { Close(); }
+    FileHandle(const FileHandle&) = delete;
+    FileHandle& operator=(const FileHandle&) = delete;
+
+    bool IsOpen() const { return handle != INVALID_HANDLE_VALUE; }
+    HANDLE Get() const { return handle; }
+    bool Close() { return !IsOpen() || CloseHandle(std::exchange(handle, INVALID_HANDLE_VALUE)); }
+
+private:
+    HANDLE handle;
+};
+
+DWORD AttributesOf(const std::string& path) {
+    return GetFileAttributesA(path.c_str());
+}
+
+bool IsDrive(const std::string& path) {
+    return path.size() >= 2 && path[1] == ':' && !IsSeparator(path[0]);
+}
+
+// A number that no other call in any process gets at the same time.
+std::string UniqueNumber() {
+    static std::atomic<unsigned> nextNumber{0};
+    return std::to_string(GetCurrentProcessId()) + "." + std::to_string(nextNumber++);
+}
+
+HANDLE CreateFileBeside(const std::string& path, std::string& name) {
+    HANDLE handle = INVALID_HANDLE_VALUE;
+    do {
+        name = path + "." + UniqueNumber() + ".tmp";
+        handle = CreateFileA(name.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                             FILE_ATTRIBUTE_NORMAL, nullptr);
+    } while (handle == INVALID_HANDLE_VALUE && GetLastError() == ERROR_FILE_EXISTS);
+    return handle;
+}
+
+bool WriteAll(HANDLE handle, const std::string& content) {
+    constexpr std::size_t kMost = 1u << 30;
+    std::size_t done = 0;
+    while (done < content.size()) {
+        const DWORD size = static_cast<DWORD>(std::min(content.size() - done, kMost));
+        DWORD written = 0;
+        if (!WriteFile(handle, content.data() + done, size, &written, nullptr)) {
+            return false;
+        }
+        done += written;
+    }
+    return true;
+}
+
+// False with the system's last error set.
+bool Replace(const std::string& path, const std::string& content) {
+    const DWORD attributes = AttributesOf(path);
+    if (attributes != INVALID_FILE_ATTRIBUTES &&
+        (attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)) != 0) {
+        SetLastError(ERROR_ACCESS_DENIED);
+        return false;
+    }
+    std::string temporary;
+    FileHandle file(CreateFileBeside(path, temporary));
+    if (!file.IsOpen()) {
+        return false;
+    }
+    if (WriteAll(file.Get(), content) && FlushFileBuffers(file.Get()) && file.Close() &&
+        MoveFileExA(temporary.c_str(), path.c_str(),
+                    MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
+        return true;
+    }
+    const DWORD reason = GetLastError();
+    file.Close();
+    DeleteFileA(temporary.c_str());
+    SetLastError(reason);
+    return false;
+}
+
+bool RemoveEntry(const std::string& path, DWORD attributes) {
+    if ((attributes & FILE_ATTRIBUTE_READONLY) != 0) {
+        SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+    }
+    if ((attributes & FILE_ATTRIBUTE_DIRECTORY) == 0) {
+        return DeleteFileA(path.c_str()) != FALSE;
+    }
+    // A link to a directory is removed itself, never what it leads to.
+    const bool isLink = (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+    return isLink ? RemoveDirectoryA(path.c_str()) != FALSE : RemoveDirectoryTree(path);
+}
+
+} // namespace
+
+const char kPathSeparator = '\\';
+
+bool IsSeparator(char character) {
+    return character == '\\' || character == '/';
+}
+
+std::size_t RootLength(const std::string& path) {
+    const std::size_t drive = IsDrive(path) ? 2 : 0;
+    return drive < path.size() && IsSeparator(path[drive]) ? drive + 1 : drive;
+}
+
+std::string LibraryFileName(const char* baseName) {
+    return std::string(baseName) + ".dll";
+}
+
+std::string FullPath(const std::string& path, std::size_t limit) {
+    std::string full(std::min(limit, kLongestPath), '\0');
+    const DWORD length =
+        path.empty()
+            ? 0
+            : GetFullPathNameA(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
+    full.resize(length < full.size() ? length : 0);
+    return full;
+}
+
+bool PathExists(const std::string& path) {
+    return AttributesOf(path) != INVALID_FILE_ATTRIBUTES;
+}
+
+bool IsRegularFile(const std::string& path) {
+    const DWORD attributes = AttributesOf(path);
+    return attributes != INVALID_FILE_ATTRIBUTES &&
+           (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE)) == 0;
+}
+
+bool IsDirectory(const std::string& path) {
+    const DWORD attributes = AttributesOf(path);
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+bool CreateDirectories(const std::string& path) {
+    if (path.empty() || IsDirectory(path)) {
+        return !path.empty();
+    }
+    const std::string parent = DirectoryOf(path);
+    if (!parent.empty() && parent != path && !CreateDirectories(parent)) {
+        return false;
+    }
+    // Somebody else may have made it meanwhile, so only the outcome counts.
+    CreateDirectoryA(path.c_str(), nullptr);
+    return IsDirectory(path);
+}
+
+std::string CreateTemporaryDirectory(const char* prefix) {
+    char place[MAX_PATH + 1];
+    const DWORD length = GetTempPathA(sizeof place, place);
+    if (length == 0 || length > MAX_PATH) {
+        return {};
+    }
+    std::string path;
+    bool created = false;
+    do {
+        path = JoinPath(std::string(place, length), prefix + UniqueNumber());
+        created = CreateDirectoryA(path.c_str(), nullptr) != FALSE;
+    } while (!created && GetLastError() == ERROR_ALREADY_EXISTS);
+    return created ? path : std::string();
+}
+
+bool RemoveDirectoryTree(const std::string& path) {
+    if (!IsDirectory(path)) {
+        return !PathExists(path);
+    }
+    WIN32_FIND_DATAA entry{};
+    const HANDLE search = FindFirstFileA(JoinPath(path, "*").c_str(), &entry);
+    bool removed = true;
+    if (search != INVALID_HANDLE_VALUE) {
+        do {
+            const std::string name = entry.cFileName;
+            if (name != "." && name != "..") {
+                removed &= RemoveEntry(JoinPath(path, name), entry.dwFileAttributes);
+            }
+        } while (FindNextFileA(search, &entry));
+        FindClose(search);
+    }
+    return RemoveDirectoryA(path.c_str()) && removed;
+}
+
+std::string ExecutablePath() {
+    std::string path(kLongestPath, '\0');
+    path.resize(GetModuleFileNameA(nullptr, path.data(), static_cast<DWORD>(path.size())));
+    return path;
+}
+
+bool ReplaceWholeFile(const std::string& path, const std::string& content, std::string* error) {
+    const bool replaced = Replace(path, content);
+    if (!replaced && error) {
+        *error = SystemErrorText(GetLastError());
+    }
+    return replaced;
+}
+
+} // namespace platform

@@ -1,0 +1,41 @@
+// shared_library.cpp - libraries through the system's loader
+#include "platform/shared_library.h"
+
+#include "platform/win32/last_error.h"
+
+#include <windows.h>
+
+#include <utility>
+
+namespace platform {
+
+namespace {
+
+constexpr DWORD kOwnAndDefaultDirectories =
+    LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_DEFAULT_DIRS;
+static_assert(kOwnAndDefaultDirectories == 0x1100);
+
+} // namespace
+
+bool SharedLibrary::Load(const std::string& path, bool absolutePath, std::string* error) {
+    Unload();
+    handle = absolutePath ? LoadLibraryExA(path.c_str(), nullptr, kOwnAndDefaultDirectories)
+                          : LoadLibraryA(path.c_str());
+    if (!handle && error) {
+        *error = SystemErrorText(GetLastError());
+    }
+    return handle != nullptr;
+}
+
+void SharedLibrary::Unload() {
+    if (handle) {
+        FreeLibrary(static_cast<HMODULE>(std::exchange(handle, nullptr)));
+    }
+}
+
+void* SharedLibrary::FindSymbol(const char* name) const {
+    return handle ? reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(handle), name))
+                  : nullptr;
+}
+
+} // namespace platform
