@@ -1,0 +1,40 @@
+#!/usr/bin/env bash
+# Who may include whom, and where the platform may be asked for.
+set -euo pipefail
+cd "$1"
+
+status=0
+complain() {
+  printf '%s\n' "$1"
+  printf '%s\n' "$2"
+  status=1
+}
+
+# forbid WHERE PATTERN WHY: no file below WHERE includes what matches PATTERN.
+forbid() {
+  local found
+  found=$(grep -rnE --include='*.h' --include='*.cpp' "^[[:space:]]*#include[[:space:]]*[<\"]($2)" $1 || true)
+  [ -z "$found" ] || complain "$3:" "$found"
+}
+
+forbid platform 'mivora/|host/|pxnc|sdk/|sync/|grabber/|acquisition/|serial/|ui/|afx/|apps/|module/' \
+  'platform/ stands alone'
+forbid host 'pxnc|sdk/|sync/|grabber/|acquisition/|serial/|ui/|apps/|module/' \
+  'the host knows no module and no SDK'
+forbid host/include '[a-z_]+>|windows.h' \
+  'the interface headers use plain types only'
+forbid pxnc 'mivora/|sdk/|sync/|grabber/|acquisition/|serial/|ui/|apps/|module/|host/' \
+  'an SDK knows no host and no module'
+forbid module/sdk 'sync/|grabber/|acquisition/|serial/|ui/|apps/' \
+  'module/sdk knows nothing above it'
+forbid module/sync 'grabber/|acquisition/|serial/|ui/|apps/' 'module/sync knows nothing above it'
+forbid 'module/grabber module/acquisition module/serial' 'ui/|apps/' \
+  'the grabber reaches windows only through grabber/grabber_dialogs.h'
+forbid module 'CLI/|nlohmann/|pugixml|lodepng|arv' 'the module uses the standard library alone'
+forbid apps/mivora 'pxnc|sdk/|sync/|grabber/|acquisition/|serial/|ui/|module/' \
+  'mivora knows only the host and what all programs share'
+
+found=$(grep -rnE --include='*.h' --include='*.cpp' '^[[:space:]]*#[[:space:]]*(if|ifdef|ifndef|elif).*(_WIN32|__linux__|__unix__)' \
+  host module apps tests pxnc/simulator pxnc/genicam bench fuzz 2>/dev/null || true)
+[ -z "$found" ] || complain 'the platform is asked for only in platform/ and afx/:' "$found"
+exit "$status"
