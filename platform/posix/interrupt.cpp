@@ -23,7 +23,7 @@ bool InstallInterruptHandler() {
     action.sa_handler = NoteRequest;
     sigemptyset(&action.sa_mask);
     // No SA_RESTART: a program that waits for the keyboard must come back and look.
-    action.sa_flags = SA_RESETHAND;
+    action.sa_flags = static_cast<int>(SA_RESETHAND);
     return sigaction(SIGINT, &action, nullptr) == 0 && sigaction(SIGTERM, &action, nullptr) == 0;
 }
 

@@ -1,6 +1,8 @@
 // serial_port.cpp - serial ports through termios
 #include "platform/serial_port.h"
 
+#include "platform/clock.h"
+
 #include <fcntl.h>
 #include <poll.h>
 #include <termios.h>
@@ -14,7 +16,8 @@ namespace platform {
 
 namespace {
 
-constexpr int kWriteStallMs = 5000;
+constexpr std::uint64_t kWriteStallNs = 5'000'000'000;
+constexpr int kRetryMs = 20;
 
 struct Rate {
     std::uint32_t baud;
@@ -132,16 +135,20 @@ bool SerialPort::Write(const void* data, std::size_t size, std::size_t* written)
     const auto* bytes = static_cast<const char*>(data);
     std::size_t done = 0;
     bool working = impl != nullptr;
+    std::uint64_t lastProgress = MonotonicNanoseconds();
     while (working && done < size) {
         const ssize_t count = write(impl->descriptor, bytes + done, size - done);
-        if (count >= 0) {
+        if (count > 0) {
             done += static_cast<std::size_t>(count);
-        } else if (errno == EAGAIN) {
+            lastProgress = MonotonicNanoseconds();
+        } else if (count == 0 || errno == EAGAIN || errno == EINTR) {
+            // The system calls a port ready only when little is left to send, which takes minutes
+            // at the lowest rates; trying again finds the room that there is before.
             pollfd port{impl->descriptor, POLLOUT, 0};
-            const int ready = poll(&port, 1, kWriteStallMs);
-            working = ready > 0 || (ready < 0 && errno == EINTR);
+            poll(&port, 1, kRetryMs);
+            working = MonotonicNanoseconds() - lastProgress < kWriteStallNs;
         } else {
-            working = errno == EINTR;
+            working = false;
         }
     }
     if (written) {
