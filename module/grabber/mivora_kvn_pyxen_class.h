@@ -112,6 +112,14 @@ private:
     void KeepTimingForSaving();
     void ClearCameraCaches();
 
+    // acquisition parameters and discovery
+    struct TimerLimits; // exposure and interval, in units of the time base
+    MV_ERRCODE CheckTimerParameterState() const;
+    bool ReadTimerLimits(TimerLimits& limits);
+    MV_ERRCODE WriteTimerValues(uint64_t exposure, uint64_t interval);
+    void ChangeTimeBase(int32_t exponent);
+    bool ConcernsOpenCamera(PxnHandle eventModule);
+
     // acquisition
     class BusyMarks;
     MV_ERRCODE SnapContinuous();

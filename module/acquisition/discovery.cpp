@@ -1,0 +1,94 @@
+// discovery.cpp - cameras that appear and disappear
+#include "grabber/mivora_kvn_pyxen_class.h"
+#include "sdk/no_throw.h"
+
+#include <cstring>
+#include <string>
+
+void CMivoraKVNPyxenClass::InvalidationCallback(PxnHandle handle, const char* featureName) {
+    const FeatureCache* cache = GetFeatureCacheByHandle(handle);
+    const char* moduleName = cache ? cache->GetModuleName() : nullptr;
+    if (ILogSink* log = GetLogSink()) {
+        log->Write(
+            kMvLogInformation,
+            "CMivoraKVNPyxenClass::InvalidationCallback: ModuleName = %s, handle = %p, FeatureName = %s, ",
+            moduleName ? moduleName : "- unknown -", handle, featureName);
+    }
+    // An event that cannot be attributed, be it for want of memory, is told to the host.
+    if (NoThrow(true, [&] { return ConcernsOpenCamera(handle); })) {
+        SignalCamCfgChange();
+    }
+}
+
+bool CMivoraKVNPyxenClass::ConcernsOpenCamera(PxnHandle eventModule) {
+    ILogSink* log = GetLogSink();
+    std::string cameraId;
+    if (api.GetFeatureAsText(eventModule, "EventCameraDiscoveryCameraID", cameraId) != 0) {
+        cameraId.clear();
+    }
+    const char* type = nullptr;
+    if (api.PxnFeatureEnumGet(eventModule, "EventCameraDiscoveryType", &type) != 0) {
+        type = nullptr;
+    }
+    if (log) {
+        log->Write(kMvLogInformation,
+                   "CMivoraKVNPyxenClass::DiscoveryCameraEventCallback: Event triggered by %s...",
+                   cameraId.c_str());
+        log->Write(kMvLogInformation,
+                   "CMivoraKVNPyxenClass::DiscoveryCameraEventCallback: Event type: \"%s\"...",
+                   type ? type : "");
+    }
+    if (!type) {
+        if (log) {
+            log->Write(
+                kMvLogError,
+                "CMivoraKVNPyxenClass::DiscoveryCameraEventCallback: Could not determine the event type. For security reasons, \"SignalCamCfgChange\" is called.");
+        }
+        return true;
+    }
+    if (cameraId.empty()) {
+        if (log) {
+            log->Write(
+                kMvLogError,
+                "CMivoraKVNPyxenClass::DiscoveryCameraEventCallback: Could not determine id of camera that triggered the event. For security reasons, \"SignalCamCfgChange\" is called.");
+        }
+        return true;
+    }
+    std::string openCameraId;
+    {
+        platform::MutexLock lock(uniqueIdMutex);
+        openCameraId = selectedUniqueId;
+    }
+    if (cameraId != openCameraId) {
+        if (log) {
+            log->Write(
+                kMvLogInformation,
+                "CMivoraKVNPyxenClass::DiscoveryCameraEventCallback: the currently opened camera %s is not affected. -> ignored.",
+                openCameraId.c_str());
+        }
+        return false;
+    }
+    if (std::strcmp(type, "Missing") == 0) {
+        if (log) {
+            log->Write(
+                kMvLogInformation,
+                "CMivoraKVNPyxenClass::DiscoveryCameraEventCallback: the currently opened camera was removed. Calling \"SignalCamCfgChange\"");
+        }
+        return true;
+    }
+    if (std::strcmp(type, "Detected") == 0) {
+        if (log) {
+            log->Write(
+                kMvLogInformation,
+                "CMivoraKVNPyxenClass::DiscoveryCameraEventCallback: the currently opened camera was restored. Calling \"SignalCamCfgChange\"");
+        }
+        return true;
+    }
+    if (log) {
+        log->Write(
+            kMvLogInformation,
+            "CMivoraKVNPyxenClass::DiscoveryCameraEventCallback: the currently opened camera encountered event \"%s\" -> ignored.",
+            type);
+    }
+    return false;
+}
