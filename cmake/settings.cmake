@@ -30,6 +30,10 @@ if(MIVORA_SANITIZE)
   add_link_options(-fsanitize=${MIVORA_SANITIZE})
 endif()
 
+if(MIVORA_FUZZ)
+  add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+
 # What every target of this project is compiled with; third-party sources are not.
 add_library(mivora_settings INTERFACE)
 target_include_directories(mivora_settings INTERFACE ${CMAKE_SOURCE_DIR})

@@ -1,0 +1,46 @@
+// fuzz_ini_file.cpp - the host's ini file: reading any bytes, and what a write leaves alone
+#include "mivora/ini_file.h"
+#include "platform/file_system.h"
+
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+namespace {
+
+// The file is rewritten by renaming, so it needs a real directory.
+const std::string& Directory() {
+    static const std::string directory = platform::CreateTemporaryDirectory("fuzz-ini");
+    return directory;
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string path = platform::JoinPath(Directory(), "fuzz.ini");
+    const std::string content(reinterpret_cast<const char*>(data), size);
+    if (!platform::ReplaceWholeFile(path, content)) {
+        std::abort();
+    }
+    CIniFile ini;
+    if (!ini.Open(path.c_str())) {
+        return 0;
+    }
+    for (std::uint32_t index = 0; index < ini.GetNumSections(); ++index) {
+        if (!ini.HasSection(ini.GetSectionName(index))) {
+            std::abort(); // a listed section must be found
+        }
+    }
+    if (!ini.WriteText("Fuzz section", "Fuzz key", "kept")) {
+        std::abort();
+    }
+    CIniFile again;
+    char value[8];
+    if (!again.Open(path.c_str()) ||
+        again.GetText("Fuzz section", "Fuzz key", "", value, sizeof(value)) != 4 ||
+        std::strcmp(value, "kept") != 0) {
+        std::abort(); // what was written must be read back
+    }
+    return 0;
+}

@@ -1,0 +1,22 @@
+// fuzz_sdk_configuration.cpp - the simulator's PxnC.xml
+#include "fuzz/fuzz_file.h"
+#include "pxnc.h"
+
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const FuzzFile file(data, size);
+    const std::wstring path(file.Path().begin(), file.Path().end());
+    if (PxnStartup(path.c_str()) == PxnErrSuccess) {
+        std::uint32_t found = 0;
+        if (PxnCamerasList(nullptr, 0, &found, sizeof(PxnCameraInfo)) != PxnErrSuccess) {
+            std::abort();
+        }
+        PxnShutdown();
+    } else if (PxnCamerasList(nullptr, 0, nullptr, sizeof(PxnCameraInfo)) != PxnErrApiNotStarted) {
+        std::abort(); // a refused start leaves nothing started
+    }
+    return 0;
+}
