@@ -19,11 +19,11 @@ struct FileCloser {
 } // namespace
 
 std::string DirectoryOf(const std::string& path) {
+    const std::size_t root = RootLength(path);
     std::size_t end = path.size();
-    while (end > 0 && !IsSeparator(path[end - 1])) {
+    while (end > root && !IsSeparator(path[end - 1])) {
         --end;
     }
-    const std::size_t root = RootLength(path);
     while (end > root && IsSeparator(path[end - 1])) {
         --end;
     }
@@ -34,7 +34,8 @@ std::string JoinPath(const std::string& directory, const std::string& name) {
     if (directory.empty()) {
         return name;
     }
-    if (IsSeparator(directory.back())) {
+    // What follows a drive alone is relative to its current directory, and must remain so.
+    if (IsSeparator(directory.back()) || directory.size() == RootLength(directory)) {
         return directory + name;
     }
     return directory + kPathSeparator + name;

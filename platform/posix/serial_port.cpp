@@ -60,7 +60,8 @@ bool BuildSettings(std::uint32_t baud, SerialParity parity, unsigned byteSize,
     if (stopBits != SerialStopBits::kOne) {
         settings.c_cflag |= CSTOPB;
     }
-    settings.c_cc[VMIN] = 0;
+    // Opened without waiting, the port then tells "nothing yet" from "the line is gone".
+    settings.c_cc[VMIN] = 1;
     settings.c_cc[VTIME] = 0;
     return cfsetispeed(&settings, rate->speed) == 0 && cfsetospeed(&settings, rate->speed) == 0;
 }
@@ -117,15 +118,15 @@ bool SerialPort::Open(const std::string& name, std::uint32_t baud, SerialParity 
 
 bool SerialPort::Read(void* buffer, std::size_t capacity, std::size_t& count) {
     count = 0;
-    if (!impl) {
-        return false;
+    if (!impl || capacity == 0) {
+        return impl != nullptr;
     }
     ssize_t taken = 0;
     do {
         taken = read(impl->descriptor, buffer, capacity);
     } while (taken < 0 && errno == EINTR);
-    if (taken < 0) {
-        return errno == EAGAIN;
+    if (taken <= 0) {
+        return taken < 0 && errno == EAGAIN;
     }
     count = static_cast<std::size_t>(taken);
     return true;

@@ -1,0 +1,47 @@
+#include "platform/clock.h"
+
+#include "tests/support/wait_until.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <thread>
+
+namespace platform {
+namespace {
+
+TEST(Clock, NeverGoesBack) {
+    std::uint64_t last = MonotonicNanoseconds();
+    for (int i = 0; i < 10'000; ++i) {
+        const std::uint64_t now = MonotonicNanoseconds();
+        ASSERT_GE(now, last);
+        last = now;
+    }
+}
+
+TEST(Clock, GoesForward) {
+    const std::uint64_t start = MonotonicNanoseconds();
+    EXPECT_TRUE(support::WaitUntil([&] { return MonotonicNanoseconds() > start; }));
+}
+
+TEST(Clock, CountsProcessorTimeUsed) {
+    const double start = ProcessCpuSeconds();
+    EXPECT_GE(start, 0.0);
+    EXPECT_TRUE(support::WaitUntil([&] {
+        const std::uint64_t busyUntil = MonotonicNanoseconds() + 1'000'000;
+        while (MonotonicNanoseconds() < busyUntil) {
+        }
+        return ProcessCpuSeconds() > start;
+    }));
+}
+
+TEST(Clock, CountsNoProcessorTimeWhileResting) {
+    const std::uint64_t start = MonotonicNanoseconds();
+    const double used = ProcessCpuSeconds();
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    const double elapsed = static_cast<double>(MonotonicNanoseconds() - start) * 1e-9;
+    EXPECT_LT(ProcessCpuSeconds() - used, elapsed);
+}
+
+} // namespace
+} // namespace platform
