@@ -37,8 +37,12 @@ public:
 private:
     int ReadFile(std::FILE* file);
     bool ReadEntry(std::FILE* file);
+    void LogFault(const char* text) const;
+    void LogEntry(const SyncFeatureEntry& entry) const;
     const std::string& ReadToken(std::FILE* file, bool spaceMode);
     bool Expect(std::FILE* file, const char* literal);
+    /// As Expect, but steps back to before the token when it is another.
+    bool ExpectOptional(std::FILE* file, const char* literal);
     bool ParseKey(std::FILE* file, const char* name);
     bool ParseStringAttribute(std::FILE* file, const char* name, std::string& value);
     bool ParseModuleFeature(std::FILE* file, FeatureRef& reference);
@@ -46,6 +50,8 @@ private:
 
     ILogSink* log = nullptr;
     std::vector<SyncFeatureEntry> entries;
-    std::vector<std::string> tokenHistory; // both only while a file is being read
+    // Only while a file is being read: the tokens since the newest optional element, and which of
+    // them is read next.
+    std::vector<std::string> tokenHistory;
     std::size_t cursor = 0;
 };

@@ -5,12 +5,14 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 class CPyxenAPIAccess;
 class FeatureCache;
 class FeatureSyncher;
 class IFeatureCaches;
 class ILogSink;
+struct FeatureRef;
 
 /// What a pre-write check hands out.
 struct SyncCheckResult {
@@ -48,6 +50,13 @@ public:
     static bool IsBufferImpactingFeature(FeatureCache* cache, const char* featureName);
 
 private:
+    class PathCheck;
+
+    int CopyValue(FeatureCache* source, const char* sourceName, FeatureCache* target,
+                  const char* targetName, bool onlyIfDifferent);
+    int SyncDependencies(FeatureCache* cache, const char* featureName,
+                         const std::vector<FeatureRef>& dependencies, bool onlyIfDifferent);
+
     CPyxenAPIAccess& api;
     const FeatureSyncher& syncher;
     IFeatureCaches& moduleCaches;
