@@ -205,6 +205,8 @@ public:
     void GetCmdChannelSection(int32_t index, char* buffer, uint32_t capacity) const;
     /// The windows given to RegisterWindowHandle, in order; null past the end.
     MV_WINDOW GetRegisteredWindow(uint32_t index) const;
+    /// Told of every UpdateCamCntrlDialogs, beside the dialog that is held; null removes it.
+    MV_ERRCODE InstDialogUpdateCallBack(MV_DIALOG_UPDATE_CALLBACK callback, void* context);
     uint64_t GetRequestedBufferCount() const;
     /// Filled buffers that a slow host lost since PrepareFrameBuffers.
     uint64_t GetLostBufferCount() const;

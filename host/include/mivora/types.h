@@ -44,7 +44,7 @@ enum MV_DLG_EXITCODE : int32_t { MV_DLG_CANCEL = 0, MV_DLG_OK = 1 };
 /// Ids of grabber parameters (GetGrabberParam, GetGrabberParamLimits, SetGrabberParam).
 enum MV_GRABBERFEATURE : uint32_t {
     MVGF_FRAME_BUFFER_COUNT = 1,       ///< wanted number of frame buffers
-    MVGF_ACQUISITION_CAPABILITIES = 128, ///< bit mask MVCAP_...
+    MVGF_ACQUISITION_CAPABILITIES = 128, ///< bit mask of kMvCap...
     MVGF_TIMER_MODE = 256,
     MVGF_TIMER_VALUES = 257, ///< exposure and frame interval, in units of the time base
     MVGF_TIMER_ENABLED = 258,
@@ -94,6 +94,12 @@ enum EMV_FEATURE_STATUS : uint32_t {
     EMV_STATUS_ON = 2
 };
 
+/// Bits of parameter 128, the ways of acquisition that a grabber knows.
+inline constexpr uint32_t kMvCapHostTimer = 1;   ///< the host's timer can pace single snaps
+inline constexpr uint32_t kMvCapSingleSnap = 2;  ///< single snaps
+inline constexpr uint32_t kMvCapFieldSnap = 4;   ///< single fields of an interlaced image
+inline constexpr uint32_t kMvCapContinuous = 8;  ///< continuous acquisition, paced by the camera
+
 /// Bits of SetGrabberBit/GetGrabberBit: 0 to 31, free for the application's use.
 inline constexpr uint32_t kMvGrabberBitCount = 32;
 
@@ -120,3 +126,5 @@ typedef void (*MV_POST_PROCESS_CALLBACK)(uint64_t bufferIndex, uint32_t fromCall
 typedef void (*MV_CAM_CFG_CHANGE_CALLBACK)(void* context);
 /// Told of a camera control event; its answer is SignalCamCntrlDlgEvent's.
 typedef uint32_t (*MV_CAM_CNTRL_CALLBACK)(uint32_t code, void* context);
+/// Told of each UpdateCamCntrlDialogs with its mask (kMvUpdate...), on the thread that called it.
+typedef void (*MV_DIALOG_UPDATE_CALLBACK)(uint32_t mask, void* context);

@@ -1,0 +1,44 @@
+// cmd_serial.h - the host's own serial channel
+#pragma once
+
+#include "mivora/cmd_channel.h"
+#include "platform/mutex.h"
+#include "platform/serial_port.h"
+
+#include <string>
+
+/// Line settings of a serial port.
+struct SerialSettings {
+    std::string portName;
+    uint32_t baud = 9600;
+    platform::SerialParity parity = platform::SerialParity::kNone;
+    uint32_t byteSize = 8;
+    platform::SerialStopBits stopBits = platform::SerialStopBits::kOne;
+};
+
+/// A serial port of this machine. Any thread; one operation on the port at a time. New settings
+/// take effect at the next Open.
+class CCmdSerial final : public CCmdChannel {
+public:
+    const char* GetChannelTypeName() override;
+    /// The text lives until the next call.
+    const char* GetConfigText() override;
+    MV_ERRCODE SetConfig(CIniFile* ini, const char* section) override;
+    MV_ERRCODE GetConfig(CIniFile* ini, const char* section) override;
+    MV_ERRCODE ConfigDialog(MV_WINDOW parent, MV_DLG_EXITCODE* exitCode) override;
+    MV_ERRCODE Open() override;
+    MV_ERRCODE ReadByte(uint8_t* buffer, uint64_t* count) override;
+    MV_ERRCODE WriteByte(const uint8_t* buffer, uint64_t* count) override;
+    MV_ERRCODE ReadBuffer(uint8_t* buffer, uint64_t length, uint64_t* count) override;
+    MV_ERRCODE WriteBuffer(const uint8_t* buffer, uint64_t length, uint64_t* count) override;
+    MV_ERRCODE Purge(uint32_t flags) override;
+    MV_ERRCODE Close() override;
+    ~CCmdSerial() override;
+    uint32_t GetChannelKind() override;
+
+private:
+    platform::Mutex mutex;
+    SerialSettings settings GUARDED_BY(mutex);
+    platform::SerialPort port GUARDED_BY(mutex);
+    std::string configText GUARDED_BY(mutex);
+};

@@ -1,0 +1,112 @@
+// filled_ring.cpp - filled frame buffers between the camera and the host
+#include "filled_ring.h"
+
+#include "guarded.h"
+
+namespace {
+
+// Far above what any module serves; a senseless wish shall not eat the memory.
+constexpr uint64_t kMostBuffers = 65536;
+
+} // namespace
+
+bool FilledRing::Reset(uint64_t count) {
+    std::vector<Slot> fresh;
+    const bool made = count <= kMostBuffers && Guarded(false, [&] {
+                          fresh.resize(static_cast<std::size_t>(count));
+                          return true;
+                      });
+    const platform::MutexLock lock(mutex);
+    slots.swap(fresh);
+    oldest = kNone;
+    newest = kNone;
+    lost = 0;
+    return made;
+}
+
+void FilledRing::AppendNewest(uint32_t index) {
+    slots[index] = {State::kWaiting, newest, kNone};
+    (newest == kNone ? oldest : slots[newest].newer) = index;
+    newest = index;
+}
+
+void FilledRing::Unlink(uint32_t index) {
+    const Slot slot = slots[index];
+    (slot.older == kNone ? oldest : slots[slot.older].newer) = slot.newer;
+    (slot.newer == kNone ? newest : slots[slot.newer].older) = slot.older;
+    slots[index] = Slot{};
+}
+
+Arrival FilledRing::Add(uint64_t index) {
+    const platform::MutexLock lock(mutex);
+    if (index >= slots.size()) {
+        return Arrival::kUnknownBuffer;
+    }
+    const uint32_t buffer = static_cast<uint32_t>(index);
+    switch (slots[buffer].state) {
+    case State::kHeld:
+        ++lost;
+        return Arrival::kHeldByHost;
+    case State::kWaiting:
+        ++lost;
+        Unlink(buffer);
+        AppendNewest(buffer);
+        return Arrival::kOverwritten;
+    case State::kIdle:
+        break;
+    }
+    AppendNewest(buffer);
+    return Arrival::kQueued;
+}
+
+bool FilledRing::TakeNewest(uint64_t& index) {
+    const platform::MutexLock lock(mutex);
+    if (newest == kNone) {
+        return false;
+    }
+    const uint32_t taken = newest;
+    while (oldest != taken) {
+        Unlink(oldest);
+        ++lost;
+    }
+    Unlink(taken);
+    slots[taken].state = State::kHeld;
+    index = taken;
+    return true;
+}
+
+bool FilledRing::TakeOldest(uint64_t& index) {
+    const platform::MutexLock lock(mutex);
+    if (oldest == kNone) {
+        return false;
+    }
+    const uint32_t taken = oldest;
+    Unlink(taken);
+    slots[taken].state = State::kHeld;
+    index = taken;
+    return true;
+}
+
+bool FilledRing::Release(uint64_t index) {
+    const platform::MutexLock lock(mutex);
+    if (index >= slots.size()) {
+        return false;
+    }
+    const uint32_t buffer = static_cast<uint32_t>(index);
+    switch (slots[buffer].state) {
+    case State::kHeld:
+        slots[buffer].state = State::kIdle;
+        return true;
+    case State::kWaiting:
+        Unlink(buffer);
+        return true;
+    case State::kIdle:
+        break;
+    }
+    return false;
+}
+
+uint64_t FilledRing::LostCount() {
+    const platform::MutexLock lock(mutex);
+    return lost;
+}

@@ -1,0 +1,207 @@
+// grabber.cpp - a grabber's life, its texts and its camera list
+#include "grabber_impl.h"
+
+#include "copy_text.h"
+
+#include <cstring>
+
+CMivoraGrabber::CMivoraGrabber(void* moduleInstance)
+    : impl(new Impl(moduleInstance, MivoraInstalledLogSink())) {}
+
+CMivoraGrabber::~CMivoraGrabber() {
+    DeleteInternalList();
+    // The module's part of the grabber is gone, and with it its DeleteCmdChannel: what it left in
+    // the list goes by the channels' own destructors.
+    CCmdChannel* channel = impl->TakeChannels();
+    while (channel) {
+        CCmdChannel* const next = channel->GetNext();
+        channel->Close();
+        if (channel->GetChannelKind() == MVCMD_SERIAL) {
+            DeleteCmdSerialInstance(channel);
+        } else {
+            delete channel;
+        }
+        channel = next;
+    }
+    delete impl;
+}
+
+MV_ERRCODE CMivoraGrabber::Init() {
+    return impl->initialised.exchange(true) ? MV_ALREADY_INITIALISED : MV_OK;
+}
+
+MV_ERRCODE CMivoraGrabber::DeInit() {
+    DeleteInternalList();
+    impl->ring.Reset(0);
+    return impl->initialised.exchange(false) ? MV_OK : MV_NOT_INITIALISED;
+}
+
+MV_ERRCODE CMivoraGrabber::CloseActCamera() {
+    return IsCameraOpen() ? MV_OK : MV_CAMERA_NOT_OPEN;
+}
+
+const char* CMivoraGrabber::GetDriverDesc() {
+    return impl->driverDesc.text;
+}
+
+const char* CMivoraGrabber::GetDriverName() {
+    return impl->driverName.text;
+}
+
+const char* CMivoraGrabber::GetDriverVersion() {
+    return impl->driverVersion.text;
+}
+
+namespace {
+
+// An unchanged text is not written again, so that threads that read it meanwhile see it whole.
+void StoreText(DriverText& target, const char* text) {
+    DriverText cut;
+    CopyText(text ? text : "", cut.text, sizeof cut.text);
+    if (std::strcmp(target.text, cut.text) != 0) {
+        target = cut;
+    }
+}
+
+} // namespace
+
+void CMivoraGrabber::SetDriverDesc(const char* text) {
+    StoreText(impl->driverDesc, text);
+}
+
+void CMivoraGrabber::SetDriverName(const char* text) {
+    StoreText(impl->driverName, text);
+}
+
+void CMivoraGrabber::SetDriverVersion(const char* text) {
+    StoreText(impl->driverVersion, text);
+}
+
+uint32_t CMivoraGrabber::GetNumCameras() {
+    uint32_t count = 0;
+    for (const CMivoraCamera* camera = GetFirstCamera(); camera; camera = camera->GetNext()) {
+        ++count;
+    }
+    return count;
+}
+
+int32_t CMivoraGrabber::GetActCameraIndex() {
+    return impl->actCamera;
+}
+
+int32_t CMivoraGrabber::GetCameraIndexByQZRCameraID(uint32_t id) {
+    int32_t index = 0;
+    for (const CMivoraCamera* camera = GetFirstCamera(); camera; camera = camera->GetNext()) {
+        // 0 says that the integrator gave the camera no number.
+        if (id != 0 && camera->GetQZRCameraID() == id) {
+            return index;
+        }
+        ++index;
+    }
+    return -1;
+}
+
+int32_t CMivoraGrabber::GetCameraIndexByCameraUniqueID(uint32_t id) {
+    int32_t index = 0;
+    for (const CMivoraCamera* camera = GetFirstCamera(); camera; camera = camera->GetNext()) {
+        if (camera->GetCameraUniqueID() == id) {
+            return index;
+        }
+        ++index;
+    }
+    return -1;
+}
+
+CMivoraCamera* CMivoraGrabber::GetFirstCamera() {
+    return impl->firstCamera;
+}
+
+CMivoraCamera* CMivoraGrabber::GetCamera(int32_t index) {
+    if (index < 0) {
+        return nullptr;
+    }
+    CMivoraCamera* camera = GetFirstCamera();
+    for (; camera && index > 0; --index) {
+        camera = camera->GetNext();
+    }
+    return camera;
+}
+
+CMivoraCamera* CMivoraGrabber::GetActCamera() {
+    return GetCamera(GetActCameraIndex());
+}
+
+CMivoraCamera* CMivoraGrabber::GetLastCamera() {
+    CMivoraCamera* camera = GetFirstCamera();
+    while (camera && camera->GetNext()) {
+        camera = camera->GetNext();
+    }
+    return camera;
+}
+
+MV_ERRCODE CMivoraGrabber::SetActCameraIndex(int32_t index) {
+    if (index != -1 && !GetCamera(index)) {
+        return MV_NO_CAMERA;
+    }
+    if (GetAcquisitionState() != 0) {
+        return MV_BUSY;
+    }
+    if (index != GetActCameraIndex() && IsCameraOpen()) {
+        const MV_ERRCODE result = CloseActCamera();
+        if (result != MV_OK) {
+            return result;
+        }
+    }
+    StoreActCameraIndex(index);
+    return MV_OK;
+}
+
+MV_ERRCODE CMivoraGrabber::SelectModeDialog(MV_WINDOW /*parent*/, MV_DLG_EXITCODE* exitCode) {
+    if (exitCode) {
+        *exitCode = MV_DLG_CANCEL;
+    }
+    const CMivoraCamera* const camera = GetActCamera();
+    if (!camera) {
+        return MV_NO_CAMERA;
+    }
+    if (!camera->GetActGfxMode()) {
+        return MV_NO_VIDEO_MODE;
+    }
+    // Cameras of all modules so far have one mode, so that there is nothing to choose: the active
+    // one stays, as if it had been confirmed.
+    if (exitCode) {
+        *exitCode = MV_DLG_OK;
+    }
+    return MV_OK;
+}
+
+void CMivoraGrabber::SetFirstCamera(CMivoraCamera* camera) {
+    impl->firstCamera = camera;
+    if (camera) {
+        camera->SetPrev(nullptr);
+        impl->ApplyCameraSections();
+    }
+}
+
+MV_ERRCODE CMivoraGrabber::DeleteInternalList() {
+    StoreActCameraIndex(-1);
+    CMivoraCamera* camera = impl->firstCamera.exchange(nullptr);
+    while (camera) {
+        CMivoraCamera* const next = camera->GetNext();
+        delete camera;
+        camera = next;
+    }
+    return MV_OK;
+}
+
+void CMivoraGrabber::StoreActCameraIndex(int32_t index) {
+    impl->actCamera = index;
+}
+
+ILogSink* CMivoraGrabber::GetLogSink() const {
+    return impl->sink;
+}
+
+void* CMivoraGrabber::GetModuleInstance() const {
+    return impl->moduleInstance;
+}

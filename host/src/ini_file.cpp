@@ -1,0 +1,199 @@
+// ini_file.cpp - the host's configuration file
+#include "mivora/ini_file.h"
+
+#include "copy_text.h"
+#include "guarded.h"
+#include "ini_document.h"
+#include "parse_number.h"
+#include "platform/file_system.h"
+#include "platform/mutex.h"
+
+#include <cstdio>
+#include <string>
+
+namespace {
+
+// A plain array, so that a thread that ends has nothing to destroy.
+thread_local char lastError[1024] = "";
+
+void SetLastErrorText(const char* operation, const std::string& path, const std::string& reason) {
+    std::snprintf(lastError, sizeof lastError, "%s \"%s\": %s", operation, path.c_str(),
+                  reason.c_str());
+}
+
+// Several grabbers may keep their sections in one file: each write reads the file anew, and this
+// keeps all others out until the new file stands.
+platform::Mutex& WriteMutex() {
+    static platform::Mutex mutex;
+    return mutex;
+}
+
+bool IsUtf16(const std::string& bytes) {
+    return bytes.compare(0, 2, "\xFF\xFE") == 0 || bytes.compare(0, 2, "\xFE\xFF") == 0;
+}
+
+bool ReadFile(const std::string& path, std::string& bytes, std::string& error) {
+    if (platform::IsDirectory(path)) {
+        error = "is a directory";
+        return false;
+    }
+    if (!platform::ReadWholeFile(path, bytes, &error)) {
+        return false;
+    }
+    if (IsUtf16(bytes)) {
+        error = "is UTF-16 text; save it as UTF-8";
+        return false;
+    }
+    return true;
+}
+
+} // namespace
+
+struct CIniFile::Impl {
+    /// Applies `change` to what the disk holds now and writes the outcome.
+    template <typename Change>
+    bool Write(const Change& change);
+
+    mutable platform::Mutex mutex;
+    std::string path GUARDED_BY(mutex);
+    IniDocument document GUARDED_BY(mutex);
+};
+
+template <typename Change>
+bool CIniFile::Impl::Write(const Change& change) {
+    const platform::MutexLock writing(WriteMutex());
+    const platform::MutexLock lock(mutex);
+    std::string error;
+    if (path.empty()) {
+        SetLastErrorText("Cannot write", path, "no file was opened");
+        return false;
+    }
+    // A file that somebody deleted is written again whole.
+    IniDocument changed = document;
+    if (platform::PathExists(path)) {
+        std::string bytes;
+        if (!ReadFile(path, bytes, error)) {
+            SetLastErrorText("Cannot read", path, error);
+            return false;
+        }
+        changed = IniDocument(std::move(bytes));
+    }
+    const std::string before = changed.Bytes();
+    change(changed);
+    if (changed.Bytes() != before && !platform::ReplaceWholeFile(path, changed.Bytes(), &error)) {
+        SetLastErrorText("Cannot write", path, error);
+        return false;
+    }
+    document = std::move(changed);
+    return true;
+}
+
+CIniFile::CIniFile() : impl(new Impl) {}
+
+CIniFile::~CIniFile() {
+    delete impl;
+}
+
+bool CIniFile::Open(const char* path) {
+    return Guarded(false, [&] {
+        if (!path || *path == '\0') {
+            SetLastErrorText("Cannot open", "", "no path was given");
+            return false;
+        }
+        std::string name = path;
+        std::string bytes;
+        std::string error;
+        if (platform::PathExists(name) && !ReadFile(name, bytes, error)) {
+            SetLastErrorText("Cannot read", name, error);
+            return false;
+        }
+        IniDocument read(std::move(bytes));
+        const platform::MutexLock lock(impl->mutex);
+        impl->path = std::move(name);
+        impl->document = std::move(read);
+        return true;
+    });
+}
+
+const char* CIniFile::GetPath() const {
+    const platform::MutexLock lock(impl->mutex);
+    return impl->path.c_str();
+}
+
+bool CIniFile::HasSection(const char* section) const {
+    return Guarded(false, [&] {
+        const platform::MutexLock lock(impl->mutex);
+        return section && impl->document.HasSection(section);
+    });
+}
+
+bool CIniFile::HasKey(const char* section, const char* key) const {
+    return Guarded(false, [&] {
+        const platform::MutexLock lock(impl->mutex);
+        return section && key && impl->document.Find(section, key).has_value();
+    });
+}
+
+uint32_t CIniFile::GetText(const char* section, const char* key, const char* defaultValue,
+                           char* buffer, uint32_t capacity) const {
+    const std::string_view otherwise = defaultValue ? defaultValue : "";
+    const uint32_t failed = CopyText(otherwise, buffer, capacity);
+    return Guarded(failed, [&] {
+        const platform::MutexLock lock(impl->mutex);
+        const auto value = section && key ? impl->document.Find(section, key) : std::nullopt;
+        return value ? CopyText(*value, buffer, capacity) : failed;
+    });
+}
+
+int32_t CIniFile::GetInt32(const char* section, const char* key, int32_t defaultValue) const {
+    return Guarded(defaultValue, [&] {
+        const platform::MutexLock lock(impl->mutex);
+        const auto value = section && key ? impl->document.Find(section, key) : std::nullopt;
+        return value ? ParseInt32(*value).value_or(defaultValue) : defaultValue;
+    });
+}
+
+bool CIniFile::WriteText(const char* section, const char* key, const char* value) {
+    return Guarded(false, [&] {
+        if (!section || !key || !value || !IniDocument::IsWritable(section, key, value)) {
+            SetLastErrorText("Cannot write", GetPath(),
+                             "section, key or value has no form that an ini file can hold");
+            return false;
+        }
+        return impl->Write([&](IniDocument& document) { document.Set(section, key, value); });
+    });
+}
+
+bool CIniFile::WriteInt32(const char* section, const char* key, int32_t value) {
+    char text[16];
+    std::snprintf(text, sizeof text, "%d", value);
+    return WriteText(section, key, text);
+}
+
+bool CIniFile::WriteHex32(const char* section, const char* key, uint32_t value) {
+    char text[16];
+    std::snprintf(text, sizeof text, "0x%08X", value);
+    return WriteText(section, key, text);
+}
+
+bool CIniFile::RemoveKey(const char* section, const char* key) {
+    return Guarded(false, [&] {
+        return section && key &&
+               impl->Write([&](IniDocument& document) { document.Remove(section, key); });
+    });
+}
+
+uint32_t CIniFile::GetNumSections() const {
+    const platform::MutexLock lock(impl->mutex);
+    return static_cast<uint32_t>(impl->document.SectionNames().size());
+}
+
+const char* CIniFile::GetSectionName(uint32_t index) const {
+    const platform::MutexLock lock(impl->mutex);
+    const auto& names = impl->document.SectionNames();
+    return index < names.size() ? names[index].c_str() : nullptr;
+}
+
+const char* CIniFile::GetLastErrorText() const {
+    return lastError;
+}

@@ -1,0 +1,18 @@
+// log_sink.cpp - the sink that new grabbers write to
+#include "mivora/log_sink.h"
+
+#include <atomic>
+
+namespace {
+
+std::atomic<ILogSink*> installedSink{nullptr};
+
+} // namespace
+
+void MivoraInstallLogSink(ILogSink* sink) {
+    installedSink = sink;
+}
+
+ILogSink* MivoraInstalledLogSink() {
+    return installedSink;
+}

@@ -1,0 +1,165 @@
+// module_loader.cpp - how an application gets a grabber out of a module file
+#include "mivora/module_loader.h"
+
+#include "guarded.h"
+#include "mivora/module_entry.h"
+#include "platform/file_system.h"
+#include "platform/shared_library.h"
+
+#include <algorithm>
+#include <cstring>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr std::size_t kLongestPath = 32768;
+
+struct Entries {
+    MV_CREATE_GRABBER create = nullptr;
+    MV_DELETE_GRABBER destroy = nullptr;
+    MV_MODULE_INTERFACE_QUERY query = nullptr;
+};
+
+/// Looks a symbol up and notes its name when the module lacks it.
+template <typename Function>
+void FindEntry(const platform::SharedLibrary& library, const char* name, Function& function,
+               std::string& missing) {
+    function = reinterpret_cast<Function>(library.FindSymbol(name));
+    if (!function) {
+        missing.append(missing.empty() ? "" : ", ").append(name);
+    }
+}
+
+/// Why a module that exports all entries cannot be used; empty when it can.
+std::string Objection(const MV_MODULE_INTERFACE* record) {
+    if (!record) {
+        return "it says nothing about its interface";
+    }
+    // The size stands first, so that it can be read whatever the rest looks like.
+    if (record->size != sizeof(MV_MODULE_INTERFACE)) {
+        return "its interface record has " + std::to_string(record->size) + " bytes, not " +
+               std::to_string(sizeof(MV_MODULE_INTERFACE));
+    }
+    std::string objection;
+    if (record->interfaceVersion != MIVORA_INTERFACE_VERSION) {
+        objection = "it was built for version " + std::to_string(record->interfaceVersion) +
+                    " of the grabber interface, this host has version " +
+                    std::to_string(MIVORA_INTERFACE_VERSION);
+    }
+    const char* const family =
+        record->compilerFamily ? record->compilerFamily : "unknown C++ ABI";
+    if (std::strcmp(family, kMvCompilerFamily) != 0) {
+        objection.append(objection.empty() ? "" : "; ")
+            .append("it was built with the ")
+            .append(family)
+            .append(", this host with the ")
+            .append(kMvCompilerFamily);
+    }
+    return objection;
+}
+
+} // namespace
+
+struct CModuleLoader::Impl {
+    bool Refuse(const std::string& file, const std::string& reason) {
+        error = "Cannot use the grabber module \"" + file + "\": " + reason;
+        return false;
+    }
+
+    platform::SharedLibrary library;
+    Entries entries;
+    std::string path;
+    std::string error;
+    std::vector<CMivoraGrabber*> grabbers;
+};
+
+CModuleLoader::CModuleLoader() : impl(new Impl) {}
+
+CModuleLoader::~CModuleLoader() {
+    Unload();
+    delete impl;
+}
+
+bool CModuleLoader::Load(const char* path) {
+    Unload();
+    return Guarded(false, [&] {
+        impl->error.clear();
+        if (!path || *path == '\0') {
+            return impl->Refuse("", "no file was named");
+        }
+        const std::string file = platform::FullPath(path, kLongestPath);
+        if (file.empty() || !platform::PathExists(file)) {
+            return impl->Refuse(path, "there is no such file");
+        }
+        platform::SharedLibrary library;
+        std::string reason;
+        if (!library.Load(file, true, &reason)) {
+            return impl->Refuse(file, reason);
+        }
+        Entries entries;
+        std::string missing;
+        FindEntry(library, kMvModuleInterfaceName, entries.query, missing);
+        FindEntry(library, kMvCreateGrabberName, entries.create, missing);
+        FindEntry(library, kMvDeleteGrabberName, entries.destroy, missing);
+        if (!missing.empty()) {
+            return impl->Refuse(file, "it does not export " + missing);
+        }
+        const std::string objection = Objection(entries.query());
+        if (!objection.empty()) {
+            return impl->Refuse(file, objection);
+        }
+        impl->library = std::move(library);
+        impl->entries = entries;
+        impl->path = file;
+        return true;
+    });
+}
+
+bool CModuleLoader::IsLoaded() const {
+    return impl->library.IsLoaded();
+}
+
+void CModuleLoader::Unload() {
+    while (!impl->grabbers.empty()) {
+        DeleteGrabber(impl->grabbers.back());
+    }
+    impl->library.Unload();
+    impl->entries = Entries();
+    impl->path.clear();
+}
+
+const char* CModuleLoader::GetPath() const {
+    return impl->path.c_str();
+}
+
+CMivoraGrabber* CModuleLoader::CreateGrabber() {
+    return Guarded(static_cast<CMivoraGrabber*>(nullptr), [&]() -> CMivoraGrabber* {
+        impl->error.clear();
+        if (!IsLoaded()) {
+            impl->error = "No grabber module is loaded";
+            return nullptr;
+        }
+        // Room first: a grabber that cannot be noted must not be made.
+        impl->grabbers.reserve(impl->grabbers.size() + 1);
+        CMivoraGrabber* const grabber = impl->entries.create(impl->library.Handle());
+        if (!grabber) {
+            impl->error = "The grabber module \"" + impl->path + "\" made no grabber";
+            return nullptr;
+        }
+        impl->grabbers.push_back(grabber);
+        return grabber;
+    });
+}
+
+void CModuleLoader::DeleteGrabber(CMivoraGrabber* grabber) {
+    const auto found = std::find(impl->grabbers.begin(), impl->grabbers.end(), grabber);
+    if (found != impl->grabbers.end()) {
+        impl->grabbers.erase(found);
+        impl->entries.destroy(grabber);
+    }
+}
+
+const char* CModuleLoader::GetErrorText() const {
+    return impl->error.c_str();
+}

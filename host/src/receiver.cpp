@@ -1,0 +1,52 @@
+// receiver.cpp - who is told of an event, and how the telling ends
+#include "receiver.h"
+
+#include "platform/window_message.h"
+
+namespace {
+
+thread_local unsigned deliveryDepth = 0;
+
+} // namespace
+
+DeliveryScope::DeliveryScope() {
+    ++deliveryDepth;
+}
+
+DeliveryScope::~DeliveryScope() {
+    --deliveryDepth;
+}
+
+bool DeliveryScope::IsInside() {
+    return deliveryDepth > 0;
+}
+
+MV_ERRCODE MessageReceivers::SetWindow(MV_WINDOW receiver, uint32_t message) {
+    if (!platform::HasMessages()) {
+        return MV_NOT_AVAILABLE;
+    }
+    const platform::MutexLock lock(mutex);
+    window = message == 0 ? nullptr : receiver;
+    windowMessage = message;
+    return MV_OK;
+}
+
+MV_ERRCODE MessageReceivers::SetThread(uint32_t receiver, uint32_t message) {
+    if (!platform::HasMessages()) {
+        return MV_NOT_AVAILABLE;
+    }
+    const platform::MutexLock lock(mutex);
+    threadId = message == 0 ? 0 : receiver;
+    threadMessage = message;
+    return MV_OK;
+}
+
+void MessageReceivers::Post(uint64_t wParam, int64_t lParam) {
+    const platform::MutexLock lock(mutex);
+    if (window) {
+        platform::PostWindowMessage(window, windowMessage, wParam, lParam);
+    }
+    if (threadId != 0) {
+        platform::PostToThread(threadId, threadMessage, wParam, lParam);
+    }
+}
