@@ -13,13 +13,13 @@ bool HasMessages() {
 
 bool PostWindowMessage(void* window, std::uint32_t message, std::uint64_t wParam,
                        std::int64_t lParam) {
-    // The system would take no window for the calling thread's queue.
+    // The system would take no receiver, here and below, for the calling thread's queue.
     return window && PostMessageW(static_cast<HWND>(window), message, wParam, lParam);
 }
 
 bool PostToThread(std::uint32_t threadId, std::uint32_t message, std::uint64_t wParam,
                   std::int64_t lParam) {
-    return PostThreadMessageW(threadId, message, wParam, lParam) != FALSE;
+    return threadId != 0 && PostThreadMessageW(threadId, message, wParam, lParam);
 }
 
 bool ShowMessageBox(void* parent, const char* text, const char* caption, bool warning) {

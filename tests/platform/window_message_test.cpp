@@ -14,6 +14,7 @@ TEST(WindowMessage, ExistsOnWindows) {
 TEST(WindowMessage, IsNotPostedWhereThereIsNoReceiver) {
     EXPECT_FALSE(PostWindowMessage(nullptr, 0x400, 1, 2));
     EXPECT_FALSE(PostToThread(0, 0x400, 1, 2));
+    EXPECT_FALSE(PostToThread(0xFFFFFFFC, 0x400, 1, 2));
 }
 
 TEST(WindowMessage, ADescriptorThatIsNoStreamIsNoTerminal) {
