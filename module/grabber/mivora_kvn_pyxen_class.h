@@ -91,12 +91,16 @@ public:
 
 private:
     // grabber core
-    MV_ERRCODE BuildInternalList();
-    void AppendCamera(const PxnCameraInfo& record, int32_t index, CMivoraCamera*& first,
-                      CMivoraCamera*& last);
+    MV_ERRCODE InitOrThrow();
+    bool LoadSdk();
+    PxnVersionInfo QuerySdkVersion() const;
+    void WriteVersionText(const char* format, const PxnVersionInfo& version);
     void FillInterfaceList();
-    void WriteVersionText(const char* format);
-    std::string GrabberSection() const;
+    MV_ERRCODE BuildInternalList();
+    /// Null when memory is out.
+    CMivoraCamera* AppendCamera(const PxnCameraInfo& record, int32_t index, CMivoraCamera* last);
+    MV_ERRCODE ChooseCamera(MV_WINDOW parent, MV_DLG_EXITCODE& ending);
+    bool StoreSelectedUniqueId(const char* id);
     FeatureCache* FindCacheByName(const char* name) override;
     CMivoraCameraKVNPyxen* ActCameraNode();
     /// The active camera's active mode, or null.
@@ -132,7 +136,6 @@ private:
     void StartCleanupThread();
     void JoinCleanupThread();
     static void PXN_CALL OnFrame(PxnHandle camera, PxnHandle stream, PxnFrame* frame);
-    static void PXN_CALL OnDiscovery(PxnHandle handle, const char* name, void* userContext);
     static void SingleSnapCleanupThreadProc(void* grabber);
 
     std::atomic<bool> cameraOpen{false};
@@ -167,6 +170,9 @@ private:
     std::vector<std::unique_ptr<FrameRecord>> frameRecords; // shaped under serialMutex while idle
     bool firstQueueThenSnap = false;                        // chosen when the camera is opened
 };
+
+/// Camera control dialog index of the cameras that the feature control dialog serves.
+inline constexpr uint32_t kFeatureControlDialogIndex = 2;
 
 /// Indices of GetFeatureCache.
 inline constexpr uint32_t kInterfaceCache = 0;

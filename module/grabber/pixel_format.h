@@ -15,11 +15,11 @@ using RowAddressFunction = const void* (*)(const void* base, std::uint32_t width
 
 /// How an image of one pixel format looks in the host's memory, and how it gets there.
 struct PixelFormat {
-    const char* name;              ///< entry of the feature "PixelFormat"
-    std::uint32_t code;            ///< PFNC code; 0 when it is found by name only
+    const char* name;   ///< entry of the feature "PixelFormat"
+    std::uint32_t code; ///< PFNC code; 0 when it is found by name only
     std::uint8_t components;
-    std::uint8_t allocatedBits;    ///< per component
-    std::uint8_t bits;             ///< significant, per component
+    std::uint8_t allocatedBits; ///< per component
+    std::uint8_t bits;          ///< significant, per component
     MV_COLORCODING colorCoding;
     std::uint8_t cfaX;
     std::uint8_t cfaY;

@@ -11,8 +11,7 @@ class FeatureCache;
 class CPyxenGrabber : public CMivoraGrabber {
 public:
     /// Entry of the SDK's discovery and invalidation events, on an SDK thread.
-    /* slot 104 */ virtual void InvalidationCallback(PxnHandle handle,
-                                                     const char* featureName) = 0;
+    /* slot 104 */ virtual void InvalidationCallback(PxnHandle handle, const char* featureName) = 0;
     /// Entry of the SDK's frames, on an SDK thread.
     /* slot 105 */ virtual void FrameCallback(PxnFrame* frame) = 0;
     /// The system cache is not counted.

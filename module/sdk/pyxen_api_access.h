@@ -95,8 +95,10 @@ public:
     bool ReadRegister32(PxnHandle handle, std::uint64_t address, std::uint32_t* value, bool swap);
     bool WriteRegister32(PxnHandle handle, std::uint64_t address, std::uint32_t value, bool swap);
 
-    /// Reads a whole string feature, or the entry name of an enumeration, into `out`. Answers the
+    /// Reads a whole string feature into `out`, which stays as it is on a failure. Answers the
     /// SDK's code of the last call, PxnErrOther when memory is out.
+    PxnError GetStringFeature(PxnHandle handle, const char* name, std::string& out);
+    /// As GetStringFeature, but takes the entry name where the feature is an enumeration.
     PxnError GetFeatureAsText(PxnHandle handle, const char* name, std::string& out);
 
     /// Answers the number of cameras and stores the array (freed by the caller with free), or
@@ -119,14 +121,19 @@ public:
 #undef PYXEN_DECLARE_ENTRY
 
     /// The loaded library's handle, or null.
-    void* GetLibraryHandle() const { return library.Handle(); }
+    void* GetLibraryHandle() const {
+        return library.Handle();
+    }
     /// Looks up an export beside the table; null when it is absent or nothing is loaded.
-    void* FindExport(const char* name) const { return library.FindSymbol(name); }
+    void* FindExport(const char* name) const {
+        return library.FindSymbol(name);
+    }
 
 private:
-    bool LoadLibraryFrom(const std::string& directory);
+    void LoadSdkLibrary();
+    bool LoadLibraryFrom(const std::string& directory, const std::string& file);
     void ResolveEntries();
-    bool StartSdk(const char* configPath);
+    void StartSdk(const char* configPath);
 
     ILogSink* log = nullptr;
     std::string dllName;

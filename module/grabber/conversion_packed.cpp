@@ -1,0 +1,84 @@
+// conversion_packed.cpp - 10 and 12 bits per pixel without gaps, to 16 bits per pixel
+#include "grabber/pixel_format.h"
+
+#include <cstring>
+
+namespace {
+
+// Host images may lie at any address.
+void Store(std::uint8_t*& destination, unsigned value) {
+    const auto pixel = static_cast<std::uint16_t>(value);
+    std::memcpy(destination, &pixel, sizeof pixel);
+    destination += sizeof pixel;
+}
+
+const void* RowAddress(const void* base, std::uint32_t width, std::uint32_t row, unsigned bits) {
+    const std::uint64_t lineBytes = (std::uint64_t{width} * bits + 7) / 8;
+    return static_cast<const std::uint8_t*>(base) + row * lineBytes;
+}
+
+} // namespace
+
+void Unpack10p(const void* source, void* destination, std::uint64_t pixelCount) {
+    const auto* bytes = static_cast<const std::uint8_t*>(source);
+    auto* pixels = static_cast<std::uint8_t*>(destination);
+    for (; pixelCount >= 4; pixelCount -= 4, bytes += 5) {
+        Store(pixels, bytes[0] + (bytes[1] & 0x03u) * 256);
+        Store(pixels, (bytes[1] >> 2) + (bytes[2] & 0x0Fu) * 64);
+        Store(pixels, (bytes[2] >> 4) + (bytes[3] & 0x3Fu) * 16);
+        Store(pixels, (bytes[3] >> 6) + bytes[4] * 4u);
+    }
+    if (pixelCount > 0) {
+        Store(pixels, bytes[0] + (bytes[1] & 0x03u) * 256);
+    }
+    if (pixelCount > 1) {
+        Store(pixels, (bytes[1] >> 2) + (bytes[2] & 0x0Fu) * 64);
+    }
+    if (pixelCount > 2) {
+        Store(pixels, (bytes[2] >> 4) + (bytes[3] & 0x3Fu) * 16);
+    }
+}
+
+void Unpack12p(const void* source, void* destination, std::uint64_t pixelCount) {
+    const auto* bytes = static_cast<const std::uint8_t*>(source);
+    auto* pixels = static_cast<std::uint8_t*>(destination);
+    for (; pixelCount >= 2; pixelCount -= 2, bytes += 3) {
+        Store(pixels, bytes[0] + (bytes[1] & 0x0Fu) * 256);
+        Store(pixels, (bytes[1] >> 4) + bytes[2] * 16u);
+    }
+    if (pixelCount > 0) {
+        Store(pixels, bytes[0] + (bytes[1] & 0x0Fu) * 256);
+    }
+}
+
+void Unpack10Packed(const void* source, void* destination, std::uint64_t pixelCount) {
+    const auto* bytes = static_cast<const std::uint8_t*>(source);
+    auto* pixels = static_cast<std::uint8_t*>(destination);
+    for (; pixelCount >= 2; pixelCount -= 2, bytes += 3) {
+        Store(pixels, (bytes[0] * 4u + (bytes[1] & 0x03u)) & 0x03FFu);
+        Store(pixels, (bytes[2] * 4u + (bytes[1] >> 4 & 0x03u)) & 0x03FFu);
+    }
+    if (pixelCount > 0) {
+        Store(pixels, (bytes[0] * 4u + (bytes[1] & 0x03u)) & 0x03FFu);
+    }
+}
+
+void Unpack12Packed(const void* source, void* destination, std::uint64_t pixelCount) {
+    const auto* bytes = static_cast<const std::uint8_t*>(source);
+    auto* pixels = static_cast<std::uint8_t*>(destination);
+    for (; pixelCount >= 2; pixelCount -= 2, bytes += 3) {
+        Store(pixels, (bytes[0] * 16u + (bytes[1] & 0x0Fu)) & 0x0FFFu);
+        Store(pixels, (bytes[2] * 16u + (bytes[1] >> 4)) & 0x0FFFu);
+    }
+    if (pixelCount > 0) {
+        Store(pixels, (bytes[0] * 16u + (bytes[1] & 0x0Fu)) & 0x0FFFu);
+    }
+}
+
+const void* RowAddress10p(const void* base, std::uint32_t width, std::uint32_t row) {
+    return RowAddress(base, width, row, 10);
+}
+
+const void* RowAddress12p(const void* base, std::uint32_t width, std::uint32_t row) {
+    return RowAddress(base, width, row, 12);
+}

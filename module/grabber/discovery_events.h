@@ -1,0 +1,21 @@
+// discovery_events.h - the SDK's camera discovery events, told to every initialised grabber
+#pragma once
+
+class CMivoraKVNPyxenClass;
+
+/// Registrations on the SDK's system handle.
+///
+/// The SDK cannot tell apart the registrations of several grabbers when one is released: it drops
+/// the newest. So the registrations are kept in order here, and a grabber that stays takes over
+/// the place of one that goes.
+namespace DiscoveryEvents {
+
+/// From now on InvalidationCallback of the grabber is called for discovery events, on SDK threads.
+/// Does nothing when the SDK refuses. Throws when memory is out. The grabber's SDK access is valid.
+void Register(CMivoraKVNPyxenClass& grabber);
+
+/// Ends what Register began and waits for a running call, except from inside it. Does nothing for
+/// a grabber that is not registered.
+void Release(CMivoraKVNPyxenClass& grabber);
+
+} // namespace DiscoveryEvents

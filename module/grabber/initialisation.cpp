@@ -1,0 +1,128 @@
+// initialisation.cpp - from constructed to usable and back
+#include "grabber/discovery_events.h"
+#include "grabber/mivora_kvn_pyxen_class.h"
+#include "platform/file_system.h"
+#include "sdk/format_text.h"
+#include "sdk/no_throw.h"
+
+namespace {
+
+constexpr const char* kSystemCacheName = "PxnSystem";
+constexpr const char* kSdkConfigurationFile = "PxnC.xml";
+
+} // namespace
+
+MV_ERRCODE CMivoraKVNPyxenClass::Init() {
+    return NoThrow(MV_REFUSED, [this] { return InitOrThrow(); });
+}
+
+MV_ERRCODE CMivoraKVNPyxenClass::InitOrThrow() {
+    ILogSink* const log = GetLogSink();
+    if (log) {
+        log->Write(kMvLogInformation, "CMivoraKVNPyxenClass::Init");
+    }
+    if (initialized) {
+        return MV_ALREADY_INITIALISED;
+    }
+    if (!LoadSdk()) {
+        return MV_REFUSED;
+    }
+    const PxnVersionInfo version = QuerySdkVersion();
+    if (log) {
+        log->Write(kMvLogInformation, "CMivoraKVNPyxenClass::Init: Using Pyxen V%u.%u.%u",
+                   version.major, version.minor, version.patch);
+    }
+    WriteVersionText("Pyxen V%u.%u.%u (%u.%u.%u.%u)", version);
+    systemCache.Init(kSystemCacheName, &api, PXN_SYSTEM_HANDLE, log);
+    FillInterfaceList();
+    CPyxenGrabber::Init();
+    initialized = true;
+    const MV_ERRCODE result = BuildInternalList();
+    if (result != MV_OK && log) {
+        log->WriteError(
+            "CMivoraKVNPyxenClass::Init: CMivoraKVNPyxenClass::BuildInternalList failed!");
+    }
+    DiscoveryEvents::Register(*this);
+    return result;
+}
+
+bool CMivoraKVNPyxenClass::LoadSdk() {
+    ILogSink* const log = GetLogSink();
+    const std::string path = platform::JoinPath(GetConfigDirectory(), kSdkConfigurationFile);
+    const bool exists = platform::IsRegularFile(path);
+    if (log) {
+        log->Write(
+            kMvLogInformation,
+            exists ? "CMivoraKVNPyxenClass::Init: Using Pyxen config file: %s"
+                   : "CMivoraKVNPyxenClass::Init: %s not found. Using default Pyxen config file",
+            path.c_str());
+    }
+    return api.Load(exists ? path.c_str() : nullptr, log);
+}
+
+MV_ERRCODE CMivoraKVNPyxenClass::DeInit() {
+    DiscoveryEvents::Release(*this);
+    if (stopEvent) {
+        // From here on no frame callback starts another cleanup thread.
+        stopEvent->Set();
+    }
+    JoinCleanupThread();
+    if (cameraOpen) {
+        CloseActCamera();
+    }
+    if (api.IsValid()) {
+        api.Unload();
+    }
+    interfaceList.Free();
+    interfaceCount = 0;
+    DeleteInternalList();
+    CPyxenGrabber::DeInit();
+    initialized = false;
+    const std::unique_ptr<ICamCntrlDialog> dialog(GetCamCntrlDialogObject());
+    SetCamCntrlDialogObject(nullptr);
+    return MV_OK;
+}
+
+const char* CMivoraKVNPyxenClass::GetDriverVersion() {
+    if (api.IsValid()) {
+        NoThrow(false, [this] {
+            // Another spelling of the SDK's name than Init writes; that is intended.
+            WriteVersionText("PyxenC V%u.%u.%u (%u.%u.%u.%u)", QuerySdkVersion());
+            return true;
+        });
+    }
+    return CPyxenGrabber::GetDriverVersion();
+}
+
+PxnVersionInfo CMivoraKVNPyxenClass::QuerySdkVersion() const {
+    PxnVersionInfo version{};
+    api.PxnVersionQuery(&version, sizeof version);
+    return version;
+}
+
+void CMivoraKVNPyxenClass::WriteVersionText(const char* format, const PxnVersionInfo& version) {
+    SetDriverVersion(FormatText(format, version.major, version.minor, version.patch,
+                                api.GetFileVersionPart(0), api.GetFileVersionPart(1),
+                                api.GetFileVersionPart(2), api.GetFileVersionPart(3))
+                         .c_str());
+}
+
+void CMivoraKVNPyxenClass::FillInterfaceList() {
+    uint32_t needed = 0;
+    uint32_t found = 0;
+    api.PxnInterfacesList(nullptr, 0, &needed, sizeof(PxnInterfaceInfo));
+    // What is needed is asked for once, so this ends only when a fill reports exactly that; that
+    // is intended.
+    while (needed != found) {
+        if (!interfaceList.Resize(needed)) {
+            if (ILogSink* const log = GetLogSink()) {
+                log->Write(
+                    kMvLogError,
+                    "CMivoraKVNPyxenClass::Init: Could not allocate memory for interface list");
+            }
+            return;
+        }
+        interfaceCount = needed;
+        api.PxnInterfacesList(interfaceList.Get(), needed, &found, sizeof(PxnInterfaceInfo));
+    }
+}

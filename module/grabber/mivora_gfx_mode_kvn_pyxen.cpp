@@ -1,0 +1,159 @@
+// mivora_gfx_mode_kvn_pyxen.cpp - the graphics mode that asks the camera
+#include "grabber/mivora_gfx_mode_kvn_pyxen.h"
+
+#include "grabber/mivora_kvn_pyxen_class.h"
+#include "mivora/log_sink.h"
+
+namespace {
+
+template <typename... Arguments>
+void LogError(const CMivoraKVNPyxenClass& grabber, const char* format, Arguments... arguments) {
+    if (ILogSink* log = grabber.GetLogSink()) {
+        log->Write(kMvLogError, format, arguments...);
+    }
+}
+
+} // namespace
+
+CMivoraGfxModeKVNPyxen::CMivoraGfxModeKVNPyxen(CMivoraKVNPyxenClass* owner) : grabber(owner) {}
+
+uint32_t CMivoraGfxModeKVNPyxen::GetxRes() {
+    return ReadSize(
+        "Width", "CMivoraGfxModeKVNPyxen::GetxRes: camera handle is nullptr -> cannot get width",
+        "CMivoraGfxModeKVNPyxen::GetxRes: PxnFeatureIntGet reports error -> cannot get width");
+}
+
+uint32_t CMivoraGfxModeKVNPyxen::GetyRes() {
+    return ReadSize(
+        "Height", "CMivoraGfxModeKVNPyxen::GetyRes: camera handle is nullptr -> cannot get height",
+        "CMivoraGfxModeKVNPyxen::GetyRes: PxnFeatureIntGet reports error -> cannot get height");
+}
+
+uint32_t CMivoraGfxModeKVNPyxen::GetNumComponents() {
+    const PixelFormat* format = GetFormatPropertiesByPixelFormat();
+    return format ? format->components : 0;
+}
+
+uint32_t CMivoraGfxModeKVNPyxen::GetAllocatedBitPerComponent() {
+    const PixelFormat* format = GetFormatPropertiesByPixelFormat();
+    return format ? format->allocatedBits : 0;
+}
+
+uint32_t CMivoraGfxModeKVNPyxen::GetBitStartComponent() {
+    return 0;
+}
+
+uint32_t CMivoraGfxModeKVNPyxen::GetBitPerComponent() {
+    const PixelFormat* format = GetFormatPropertiesByPixelFormat();
+    return format ? format->bits : 0;
+}
+
+MV_COLORCODING CMivoraGfxModeKVNPyxen::GetColorCoding() {
+    const PixelFormat* format = GetFormatPropertiesByPixelFormat();
+    return format ? format->colorCoding : MVCC_MONO;
+}
+
+uint32_t CMivoraGfxModeKVNPyxen::GetCFAxOffset() {
+    const PixelFormat* format = GetFormatPropertiesByPixelFormat();
+    return format ? format->cfaX : 0;
+}
+
+uint32_t CMivoraGfxModeKVNPyxen::GetCFAyOffset() {
+    const PixelFormat* format = GetFormatPropertiesByPixelFormat();
+    return format ? format->cfaY : 0;
+}
+
+uint64_t CMivoraGfxModeKVNPyxen::GetNumPixels() {
+    const uint64_t width = GetxRes();
+    return width * GetyRes();
+}
+
+uint64_t CMivoraGfxModeKVNPyxen::GetImageSize() {
+    const uint64_t pixels = GetNumPixels();
+    const PixelFormat* format = GetFormatPropertiesByPixelFormat();
+    return format ? pixels * format->components * format->allocatedBits / 8 : 0;
+}
+
+const PixelFormat* CMivoraGfxModeKVNPyxen::GetFormatPropertiesByPixelFormat() {
+    if (!grabber) {
+        return nullptr;
+    }
+    const PxnHandle camera = grabber->CameraHandle();
+    if (!camera) {
+        LogError(
+            *grabber,
+            "CMivoraGfxModeKVNPyxen::GetFormatPropertiesByPixelFormat: camera handle is NULL -> cannot get pixelformat");
+        return nullptr;
+    }
+    const CPyxenAPIAccess& api = grabber->Api();
+    const char* name = nullptr;
+    if (api.PxnFeatureEnumGet(camera, "PixelFormat", &name) != PxnErrSuccess) {
+        LogError(
+            *grabber,
+            "CMivoraGfxModeKVNPyxen::GetFormatPropertiesByPixelFormat: PxnFeatureEnumGet reports error -> cannot get pixelformat");
+        return nullptr;
+    }
+    int64_t code = 0;
+    if (api.PxnFeatureEnumAsInt(camera, "PixelFormat", name, &code) != PxnErrSuccess) {
+        LogError(
+            *grabber,
+            "CMivoraGfxModeKVNPyxen::GetFormatPropertiesByPixelFormat: m_pfPxnFeatureEnumAsInt failed for %s. Trying to look up pixelformat properties by its name.",
+            name);
+    } else if (const PixelFormat* format = FindPixelFormatByCode(static_cast<uint32_t>(code))) {
+        return format;
+    } else {
+        LogError(
+            *grabber,
+            "CMivoraGfxModeKVNPyxen::GetFormatPropertiesByPixelFormat: Pixelformat 0x%08X alias %s is unknown. Trying to look up pixelformat properties by its name.",
+            static_cast<uint32_t>(code), name);
+    }
+    const PixelFormat* format = FindPixelFormatByName(name);
+    if (!format) {
+        LogError(
+            *grabber,
+            "CMivoraGfxModeKVNPyxen::GetFormatPropertiesByPixelFormat: PxnFeatureEnumGet reports pixelformat %s which is not supported!",
+            name);
+    }
+    return format;
+}
+
+uint64_t CMivoraGfxModeKVNPyxen::GetIntermediateBufferSize() {
+    if (!grabber) {
+        return 0;
+    }
+    const PxnHandle camera = grabber->CameraHandle();
+    if (!camera) {
+        LogError(
+            *grabber,
+            "CMivoraGfxModeKVNPyxen::GetIntermediateBufferSize: camera handle is nullptr -> cannot get intermediate buffer size");
+        return 0;
+    }
+    const CPyxenAPIAccess& api = grabber->Api();
+    int64_t size = 0;
+    if (api.PxnFeatureIntGet(camera, "ImageSize", &size) != PxnErrSuccess &&
+        api.PxnFeatureIntGet(camera, "PayloadSize", &size) != PxnErrSuccess) {
+        LogError(
+            *grabber,
+            "CMivoraGfxModeKVNPyxen::GetIntermediateBufferSize: PxnFeatureIntGet reports error -> cannot get ImageSize nor PayloadSize feature");
+        return 0;
+    }
+    return static_cast<uint64_t>(size);
+}
+
+uint32_t CMivoraGfxModeKVNPyxen::ReadSize(const char* feature, const char* noHandleText,
+                                          const char* failureText) {
+    if (!grabber) {
+        return 0;
+    }
+    const PxnHandle camera = grabber->CameraHandle();
+    if (!camera) {
+        LogError(*grabber, noHandleText);
+        return 0;
+    }
+    int64_t size = 0;
+    if (grabber->Api().PxnFeatureIntGet(camera, feature, &size) != PxnErrSuccess) {
+        LogError(*grabber, failureText);
+        return 0;
+    }
+    return static_cast<uint32_t>(size);
+}

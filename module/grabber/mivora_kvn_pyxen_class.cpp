@@ -1,0 +1,199 @@
+// mivora_kvn_pyxen_class.cpp - the grabber's life and its small answers
+#include "grabber/mivora_kvn_pyxen_class.h"
+
+#include "grabber/grabber_dialogs.h"
+#include "grabber/mivora_camera_kvn_pyxen.h"
+#include "grabber/mivora_gfx_mode_kvn_pyxen.h"
+#include "platform/text.h"
+#include "sdk/no_throw.h"
+
+namespace {
+
+constexpr const char* kDriverDescription =
+    "Mivora grabber library for Korvane Pyxen compatible cameras";
+// The same text on every platform; that is intended.
+constexpr const char* kDriverName = "MivoraKVNPyxen.dll";
+constexpr uint32_t kChannelTypeCount = 2;
+constexpr uint32_t kHostSerialChannelType = 0;
+constexpr uint32_t kCameraSerialChannelType = 1;
+
+std::unique_ptr<platform::Event> CreateEventOrNull() {
+    auto event = std::make_unique<platform::Event>();
+    return event->IsValid() ? std::move(event) : nullptr;
+}
+
+} // namespace
+
+CMivoraKVNPyxenClass::CMivoraKVNPyxenClass(void* moduleInstance)
+    : CPyxenGrabber(moduleInstance), syncEngine(api, featureSyncher, *this, GetLogSink()) {
+    CMivoraKVNPyxenClass::InitMembers();
+}
+
+CMivoraKVNPyxenClass::~CMivoraKVNPyxenClass() {
+    CMivoraKVNPyxenClass::DeInit();
+    DeleteCmdChannelList();
+}
+
+void CMivoraKVNPyxenClass::InitMembers() {
+    SetDriverDesc(kDriverDescription);
+    SetDriverName(kDriverName);
+    SetDriverVersion("");
+    interfaceList.Free();
+    interfaceCount = 0;
+    for (auto& event : acquisitionEvents) {
+        event = CreateEventOrNull();
+    }
+    stopEvent = CreateEventOrNull();
+    buffersPrepared = false;
+}
+
+uint32_t CMivoraKVNPyxenClass::IsCameraOpen() {
+    return cameraOpen ? 1 : 0;
+}
+
+uint32_t CMivoraKVNPyxenClass::GetAcquisitionState() {
+    return acquisitionState;
+}
+
+void CMivoraKVNPyxenClass::SetAcquisitionState(uint32_t state) {
+    acquisitionState = state;
+}
+
+MV_ERRCODE CMivoraKVNPyxenClass::CamCntrlDialog(MV_WINDOW parent) {
+    const CMivoraCamera* camera = GetActCamera();
+    if (!camera) {
+        return MV_NO_CAMERA;
+    }
+    if (camera->GetCamCntrlDlgIndex() != kFeatureControlDialogIndex) {
+        return CPyxenGrabber::CamCntrlDialog(parent);
+    }
+    return NoThrow(MV_REFUSED, [this] {
+        if (!GetCamCntrlDialogObject()) {
+            SetCamCntrlDialogObject(GrabberDialogs::CreateFeatureControl(*this));
+        }
+        ICamCntrlDialog* const dialog = GetCamCntrlDialogObject();
+        if (!dialog) {
+            return MV_REFUSED;
+        }
+        dialog->Show();
+        return MV_OK;
+    });
+}
+
+MV_ERRCODE CMivoraKVNPyxenClass::GrabberConfigDialog(MV_WINDOW parent, MV_DLG_EXITCODE* exitCode) {
+    GrabberDialogs::ShowMessage(
+        parent,
+        "This dialog is currently not implemented.\r\nPlease continue by selecting the camera.",
+        "Info", false, GetLogSink());
+    if (exitCode) {
+        *exitCode = GrabberDialogs::HasWindows() ? MV_DLG_OK : MV_DLG_CANCEL;
+    }
+    return MV_OK;
+}
+
+uint32_t CMivoraKVNPyxenClass::GetNumCmdChannelTypes() {
+    return kChannelTypeCount;
+}
+
+CCmdChannel* CMivoraKVNPyxenClass::CreateCmdChannel(uint32_t type) {
+    switch (type) {
+    case kHostSerialChannelType:
+        return CreateCmdSerialInstance();
+    default:
+        return nullptr;
+    }
+}
+
+void CMivoraKVNPyxenClass::DeleteCmdChannel(CCmdChannel* channel) {
+    if (!channel) {
+        return;
+    }
+    switch (channel->GetChannelKind()) {
+    case MVCMD_SERIAL:
+        DeleteCmdSerialInstance(channel);
+        break;
+    case MVCMD_MODULE:
+        delete channel;
+        break;
+    default:
+        break;
+    }
+}
+
+CMivoraCamera* CMivoraKVNPyxenClass::CreateCamera() {
+    return NoThrow<CMivoraCamera*>(nullptr, [] { return new CMivoraCameraKVNPyxen; });
+}
+
+uint32_t CMivoraKVNPyxenClass::GetNumFeatureCaches() {
+    return static_cast<uint32_t>(cameraCaches.size());
+}
+
+FeatureCache* CMivoraKVNPyxenClass::GetFeatureCache(uint32_t index) {
+    return index < cameraCaches.size() ? &cameraCaches[index] : nullptr;
+}
+
+FeatureCache* CMivoraKVNPyxenClass::GetFeatureCacheByName(const char* name) {
+    for (uint32_t index = 0; name && index < GetNumFeatureCaches(); ++index) {
+        FeatureCache* const cache = GetFeatureCache(index);
+        const char* const moduleName = cache->GetModuleName();
+        if (moduleName && platform::CompareNoCase(moduleName, name) == 0) {
+            return cache;
+        }
+    }
+    return nullptr;
+}
+
+FeatureCache* CMivoraKVNPyxenClass::GetFeatureCacheByHandle(PxnHandle handle) {
+    for (uint32_t index = 0; index < GetNumFeatureCaches(); ++index) {
+        FeatureCache* const cache = GetFeatureCache(index);
+        if (cache->GetHandle() == handle) {
+            return cache;
+        }
+    }
+    return nullptr;
+}
+
+FeatureCache* CMivoraKVNPyxenClass::FindCacheByName(const char* name) {
+    return GetFeatureCacheByName(name);
+}
+
+void CMivoraKVNPyxenClass::OnTimingFeatureChanged(PxnHandle, const char* featureName) {
+    uint32_t value = 0;
+    if (!featureName) {
+        return;
+    }
+    if (platform::CompareNoCase(featureName, "ExposureTime") == 0) {
+        if (!GetExposureTime(&value) || value == GetExposureValue()) {
+            return;
+        }
+        SetExposureValue(value);
+        SetSavedExposure(value);
+    } else if (platform::CompareNoCase(featureName, "AcquisitionFrameRate") == 0) {
+        if (!GetFrameInterval(&value) || value == GetIntervalValue()) {
+            return;
+        }
+        SetIntervalValue(value);
+        SetSavedInterval(value);
+    } else {
+        return;
+    }
+    UpdateCamCntrlDialogs(kMvUpdateParameters);
+    SignalCamCntrlDlgEvent(kMvEventTimingChanged);
+}
+
+bool CMivoraKVNPyxenClass::NotifyBufferImpact(bool finished) {
+    if (finished) {
+        SignalCamCntrlDlgEvent(kMvEventBufferImpactEnded);
+        return true;
+    }
+    return SignalCamCntrlDlgEvent(kMvEventBufferImpactBegins) != 0;
+}
+
+CMivoraCameraKVNPyxen* CMivoraKVNPyxenClass::ActCameraNode() {
+    return static_cast<CMivoraCameraKVNPyxen*>(GetActCamera());
+}
+
+CMivoraGfxModeKVNPyxen* CMivoraKVNPyxenClass::ActMode() {
+    CMivoraCamera* const camera = GetActCamera();
+    return camera ? static_cast<CMivoraGfxModeKVNPyxen*>(camera->GetActGfxMode()) : nullptr;
+}

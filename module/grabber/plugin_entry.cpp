@@ -1,0 +1,27 @@
+// plugin_entry.cpp - what the host finds in the module
+#include "grabber/mivora_kvn_pyxen_class.h"
+#include "mivora/module_entry.h"
+#include "sdk/no_throw.h"
+
+extern "C" {
+
+MIVORA_MODULE_EXPORT CMivoraGrabber* CreateGrabberInstance(void* instance) {
+    return NoThrow<CMivoraGrabber*>(nullptr,
+                                    [instance] { return new CMivoraKVNPyxenClass(instance); });
+}
+
+MIVORA_MODULE_EXPORT void DeleteGrabberInstance(CMivoraGrabber* grabber) {
+    delete grabber;
+}
+
+MIVORA_MODULE_EXPORT const MV_MODULE_INTERFACE* MivoraModuleInterface() {
+    static constexpr MV_MODULE_INTERFACE kInterface = {sizeof(MV_MODULE_INTERFACE),
+                                                       MIVORA_INTERFACE_VERSION, kMvCompilerFamily};
+    return &kInterface;
+}
+
+// The entries are what the host's types say they are.
+static_assert(static_cast<MV_CREATE_GRABBER>(CreateGrabberInstance) != nullptr);
+static_assert(static_cast<MV_DELETE_GRABBER>(DeleteGrabberInstance) != nullptr);
+static_assert(static_cast<MV_MODULE_INTERFACE_QUERY>(MivoraModuleInterface) != nullptr);
+}

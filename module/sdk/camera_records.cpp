@@ -1,0 +1,57 @@
+// camera_records.cpp - the SDK's camera list in an array of the right length
+#include "mivora/log_sink.h"
+#include "sdk/malloc_array.h"
+#include "sdk/pyxen_api_access.h"
+#include "sdk/sdk_error.h"
+
+namespace {
+
+constexpr std::uint32_t kFirstCapacity = 100;
+
+} // namespace
+
+std::uint32_t CPyxenAPIAccess::AllocateAndGetCameraList(PxnCameraInfo** out) {
+    if (out) {
+        *out = nullptr;
+    }
+    MallocArray<PxnCameraInfo> cameras;
+    std::uint32_t capacity = kFirstCapacity;
+    std::uint32_t found = 0;
+    for (;;) {
+        if (!cameras.Resize(capacity)) {
+            if (log) {
+                log->Write(
+                    kMvLogError,
+                    "CPyxenAPIAccess::AllocateAndGetCameraList: could not allocate memory for camera list.");
+            }
+            return 0;
+        }
+        found = 0;
+        const PxnError result =
+            PxnCamerasList(cameras.Get(), capacity, &found, sizeof(PxnCameraInfo));
+        if (result != PxnErrSuccess && result != PxnErrMoreData) {
+            ReportSdkError("CPyxenAPIAccess::AllocateAndGetCameraList: PxnCamerasList failed.",
+                           result, log);
+            return 0;
+        }
+        if (found <= capacity) {
+            break;
+        }
+        ReportSdkError("CPyxenAPIAccess::AllocateAndGetCameraList", result, log);
+        if (log) {
+            log->Write(
+                kMvLogInformation,
+                "CPyxenAPIAccess::AllocateAndGetCameraList: Too many camera entries for buffer. allocated: %u found: %u -> trying again.",
+                capacity, found);
+        }
+        capacity = found;
+    }
+    if (found < capacity) {
+        // A larger array than needed does as well; none at all frees it.
+        cameras.Resize(found);
+    }
+    if (out) {
+        *out = cameras.Release();
+    }
+    return found;
+}

@@ -1,0 +1,44 @@
+// feature_text.cpp - whole texts out of the SDK
+#include "sdk/malloc_array.h"
+#include "sdk/no_throw.h"
+#include "sdk/pyxen_api_access.h"
+
+PxnError CPyxenAPIAccess::GetStringFeature(PxnHandle handle, const char* name, std::string& out) {
+    std::uint32_t size = 0;
+    PxnError result = PxnFeatureStringGet(handle, name, nullptr, 0, &size);
+    if (result != PxnErrSuccess) {
+        return result;
+    }
+    // One byte more than asked for, so that what comes back always ends.
+    MallocArray<char> text;
+    if (!text.Resize(std::size_t{size} + 1)) {
+        return PxnErrOther;
+    }
+    text[0] = '\0';
+    text[size] = '\0';
+    std::uint32_t filled = 0;
+    result = PxnFeatureStringGet(handle, name, text.Get(), size, &filled);
+    if (result != PxnErrSuccess) {
+        return result;
+    }
+    return NoThrow<PxnError>(PxnErrOther, [&]() -> PxnError {
+        out = text.Get();
+        return PxnErrSuccess;
+    });
+}
+
+PxnError CPyxenAPIAccess::GetFeatureAsText(PxnHandle handle, const char* name, std::string& out) {
+    const PxnError result = GetStringFeature(handle, name, out);
+    if (result != PxnErrWrongType) {
+        return result;
+    }
+    const char* entry = nullptr;
+    const PxnError enumResult = PxnFeatureEnumGet(handle, name, &entry);
+    if (enumResult != PxnErrSuccess) {
+        return enumResult;
+    }
+    return NoThrow<PxnError>(PxnErrOther, [&]() -> PxnError {
+        out = entry ? entry : "";
+        return PxnErrSuccess;
+    });
+}

@@ -1,0 +1,180 @@
+// pyxen_api_access.cpp - loading and starting the camera SDK
+#include "sdk/pyxen_api_access.h"
+
+#include "mivora/log_sink.h"
+#include "platform/environment.h"
+#include "platform/file_system.h"
+#include "platform/text.h"
+#include "sdk/malloc_array.h"
+#include "sdk/no_throw.h"
+#include "sdk/sdk_error.h"
+
+#include <type_traits>
+
+namespace {
+
+constexpr const char* kHomeVariable = "PYXEN_HOME";
+constexpr const char* kHomeSubdirectory = "Bin";
+constexpr const char* kLibraryBaseName = "PxnC";
+constexpr std::size_t kFullPathCapacity = 260;
+
+// Empty when there is no home directory. One that does not exist is tried all the same.
+std::string FindHomeDirectory() {
+    return NoThrow(std::string(), [] {
+        std::string directory = platform::GetEnvironment(kHomeVariable);
+        if (directory.empty()) {
+            return directory;
+        }
+        if (directory.back() != platform::kPathSeparator) {
+            directory += platform::kPathSeparator;
+        }
+        directory += kHomeSubdirectory;
+        while (!directory.empty() && directory.back() == platform::kPathSeparator) {
+            directory.pop_back();
+        }
+        return directory;
+    });
+}
+
+} // namespace
+
+CPyxenAPIAccess::~CPyxenAPIAccess() {
+    Unload();
+}
+
+bool CPyxenAPIAccess::Load(const char* configPath, ILogSink* sink) {
+    log = sink;
+    Unload();
+    try {
+        LoadSdkLibrary();
+        if (library.IsLoaded()) {
+            valid = true;
+            ResolveEntries();
+        }
+        if (!valid) {
+            if (log) {
+                log->Write(kMvLogError, "CPyxenAPIAccess::CPyxenAPIAccess: PyxenAPI is invalid!");
+            }
+            Unload();
+            return false;
+        }
+        StartSdk(configPath);
+    } catch (...) {
+        Unload();
+    }
+    return valid;
+}
+
+void CPyxenAPIAccess::Unload() {
+    if (valid) {
+        PxnShutdown();
+    }
+    versionInfo.Clear();
+#define PYXEN_CLEAR_ENTRY(name) name = nullptr;
+    PYXEN_FOR_EACH_ENTRY(PYXEN_CLEAR_ENTRY)
+#undef PYXEN_CLEAR_ENTRY
+    library.Unload();
+    dllName.clear();
+    valid = false;
+}
+
+std::uint16_t CPyxenAPIAccess::GetFileVersionPart(unsigned part) const {
+    return versionInfo.Part(part);
+}
+
+void CPyxenAPIAccess::LoadSdkLibrary() {
+    const std::string file = platform::LibraryFileName(kLibraryBaseName);
+    const std::string home = FindHomeDirectory();
+    if (home.empty()) {
+        if (log) {
+            log->Write(
+                kMvLogInformation,
+                "CPyxenAPIAccess::CPyxenAPIAccess: Environment variable PYXEN_HOME not found.");
+        }
+    } else {
+        if (log) {
+            log->Write(kMvLogInformation, "CPyxenAPIAccess::CPyxenAPIAccess: Trying to load %s%c%s",
+                       home.c_str(), platform::kPathSeparator, file.c_str());
+        }
+        if (LoadLibraryFrom(home, file)) {
+            return;
+        }
+        if (log) {
+            log->Write(kMvLogInformation, "CPyxenAPIAccess::CPyxenAPIAccess: Loading %s%c%s failed",
+                       home.c_str(), platform::kPathSeparator, file.c_str());
+        }
+    }
+    if (log) {
+        log->Write(kMvLogInformation,
+                   "CPyxenAPIAccess::CPyxenAPIAccess: Trying to load %s (default path)",
+                   file.c_str());
+    }
+    if (!LoadLibraryFrom(std::string(), file) && log) {
+        log->Write(kMvLogError,
+                   "CPyxenAPIAccess::CPyxenAPIAccess: Loading %s (default path) failed. Giving up.",
+                   file.c_str());
+    }
+}
+
+bool CPyxenAPIAccess::LoadLibraryFrom(const std::string& directory, const std::string& file) {
+    dllName = file;
+    std::string path = directory;
+    if (!path.empty() && path.back() != platform::kPathSeparator) {
+        path += platform::kPathSeparator;
+    }
+    path += dllName;
+    const std::string full = platform::FullPath(path, kFullPathCapacity);
+    const bool absolute = !full.empty();
+    if (absolute) {
+        path = full;
+    }
+    versionInfo.Read(path);
+    return library.Load(path, absolute);
+}
+
+void CPyxenAPIAccess::ResolveEntries() {
+    const auto resolve = [this](auto& entry, const char* name) {
+        void* const address = library.FindSymbol(name);
+        entry = reinterpret_cast<std::remove_reference_t<decltype(entry)>>(address);
+        if (!address) {
+            valid = false;
+        }
+        if (!log) {
+            return;
+        }
+        if (address) {
+            log->Write(kMvLogInformation, "Found %s @0x%p", name, address);
+        } else {
+            log->Write(kMvLogError, "PyxenApi: Could not find %s", name);
+        }
+    };
+#define PYXEN_RESOLVE_ENTRY(name) resolve(name, #name);
+    PYXEN_FOR_EACH_ENTRY(PYXEN_RESOLVE_ENTRY)
+#undef PYXEN_RESOLVE_ENTRY
+}
+
+void CPyxenAPIAccess::StartSdk(const char* configPath) {
+    if (log) {
+        log->Write(kMvLogInformation, "CPyxenAPIAccess::CPyxenAPIAccess: calling PxnStartup...");
+    }
+    MallocArray<wchar_t> widePath;
+    if (configPath) {
+        const std::size_t size = platform::NarrowToWide(configPath, nullptr, 0);
+        if (size == 0 || !widePath.Resize(size) ||
+            platform::NarrowToWide(configPath, widePath.Get(), size) != size) {
+            if (log) {
+                log->Write(
+                    kMvLogError,
+                    "CPyxenAPIAccess::CPyxenAPIAccess: Cannot convert PxnC.xml's filename into wchar!");
+            }
+            Unload();
+            return;
+        }
+    }
+    const PxnError result = PxnStartup(widePath.Get());
+    if (result != PxnErrSuccess) {
+        ReportSdkError("CPyxenAPIAccess::CPyxenAPIAccess: PxnStartup returned error", result, log);
+        // The shutdown that belongs to a start runs after a failed one, too; that is intended.
+        Unload();
+    }
+}

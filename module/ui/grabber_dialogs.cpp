@@ -1,0 +1,33 @@
+// grabber_dialogs.cpp - the grabber's way to windows where there are no dialogs
+#include "grabber/grabber_dialogs.h"
+
+#include "grabber/mivora_kvn_pyxen_class.h"
+#include "platform/window_message.h"
+
+void GrabberDialogs::ShowMessage(MV_WINDOW parent, const char* text, const char* caption,
+                                 bool warning, ILogSink* log) {
+    if (!platform::ShowMessageBox(parent, text, caption, warning) && log) {
+        log->Write(kMvLogError,
+                   "GrabberDialogs::ShowMessage: Cannot show \"%s\", there are no windows",
+                   caption);
+    }
+}
+
+bool GrabberDialogs::HasWindows() {
+    return platform::HasMessages();
+}
+
+ICamCntrlDialog* GrabberDialogs::CreateFeatureControl(CMivoraKVNPyxenClass& grabber) {
+    if (ILogSink* const log = grabber.GetLogSink()) {
+        log->Write(kMvLogError, "GrabberDialogs::CreateFeatureControl: there are no windows");
+    }
+    return nullptr;
+}
+
+MV_ERRCODE GrabberDialogs::RunDeviceFinder(MV_WINDOW, CPyxenAPIAccess&, ILogSink* log, std::string&,
+                                           MV_DLG_EXITCODE&) {
+    if (log) {
+        log->Write(kMvLogError, "GrabberDialogs::RunDeviceFinder: there are no windows");
+    }
+    return MV_REFUSED;
+}
