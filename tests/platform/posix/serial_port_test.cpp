@@ -167,8 +167,9 @@ TEST_F(OpenSerialPort, SetsTwoStopBits) {
 }
 
 TEST_F(OpenSerialPort, OpensAtEveryUsualRate) {
-    for (const std::uint32_t baud :
-         {300, 600, 1200, 2400, 4800, 9600, 19200, 38400, 57600, 115200, 230400}) {
+    constexpr std::uint32_t kRates[] = {300,   600,   1200,  2400,   4800,  9600,
+                                        19200, 38400, 57600, 115200, 230400};
+    for (const std::uint32_t baud : kRates) {
         EXPECT_TRUE(Open(baud, SerialParity::kNone, 8, SerialStopBits::kOne)) << baud;
     }
 }
