@@ -1,0 +1,52 @@
+// channel_settings.cpp - settings of a serial channel
+#include "apps/common/channel_settings.h"
+
+#include "mivora/grabber.h"
+#include "platform/file_system.h"
+
+#include <utility>
+
+namespace {
+
+bool WriteSettings(CIniFile& ini, const char* section, const ChannelSettings& settings) {
+    const std::pair<const char*, const std::string&> keys[] = {
+        {"PORTNAME", settings.port},     {"BAUD", settings.baud},
+        {"PARITY", settings.parity},     {"BYTESIZE", settings.byteSize},
+        {"STOPBITS", settings.stopBits},
+    };
+    for (const auto& [key, value] : keys) {
+        if (value != "-" && !ini.WriteText(section, key, value.c_str())) {
+            return false;
+        }
+    }
+    return true;
+}
+
+MV_ERRCODE Apply(CCmdChannel& channel, CIniFile& ini, const char* section,
+                 const ChannelSettings& settings) {
+    return WriteSettings(ini, section, settings) ? channel.GetConfig(&ini, section)
+                                                 : MV_CONFIG_NOT_SAVED;
+}
+
+} // namespace
+
+MV_ERRCODE ConfigureActChannel(CMivoraGrabber& grabber, const ChannelSettings& settings) {
+    CCmdChannel* const channel = grabber.GetActCmdChannel();
+    if (!channel) {
+        return MV_NO_CHANNEL;
+    }
+    char section[64];
+    grabber.GetCmdChannelSection(grabber.GetActCmdChannelIndex(), section, sizeof section);
+    if (CIniFile* const ini = grabber.GetIni()) {
+        return Apply(*channel, *ini, section, settings);
+    }
+    const std::string directory = platform::CreateTemporaryDirectory("mivora");
+    MV_ERRCODE code = MV_CONFIG_NOT_SAVED;
+    if (!directory.empty()) {
+        CIniFile ini;
+        ini.Open(platform::JoinPath(directory, "channel.ini").c_str());
+        code = Apply(*channel, ini, section, settings);
+        platform::RemoveDirectoryTree(directory);
+    }
+    return code;
+}

@@ -1,0 +1,103 @@
+// log_file.cpp - the log sink of the command-line programs
+#include "apps/common/log_file.h"
+
+#include "apps/common/command_failure.h"
+
+#include <array>
+#include <cerrno>
+#include <cstdarg>
+#include <cstring>
+#include <string_view>
+#include <utility>
+
+namespace {
+
+constexpr std::size_t kKeptErrors = 8;
+// How the module's line about a bad frame begins; the format is compared, not the finished line,
+// since frames may arrive by the thousand.
+constexpr std::string_view kReceiveError = "CMivoraKVNPyxenClass::FrameCallback: Receive error: ";
+
+std::string Format(const char* format, va_list arguments) {
+    std::array<char, 512> line;
+    va_list again;
+    va_copy(again, arguments);
+    const std::size_t length = MivoraFormatLogText(line.data(), line.size(), format, arguments);
+    std::string text;
+    if (length < line.size()) {
+        text.assign(line.data(), length);
+    } else {
+        text.resize(length + 1);
+        MivoraFormatLogText(text.data(), text.size(), format, again);
+        text.resize(length);
+    }
+    va_end(again);
+    return text;
+}
+
+void EscapeLineEnds(std::string& text) {
+    for (std::size_t at = 0; (at = text.find_first_of("\r\n", at)) != std::string::npos; at += 2) {
+        text.replace(at, 1, text[at] == '\n' ? "\\n" : "\\r");
+    }
+}
+
+} // namespace
+
+LogFile::~LogFile() {
+    platform::MutexLock lock(mutex);
+    if (file && file != stderr) {
+        std::fclose(file);
+    }
+}
+
+void LogFile::Open(const std::string& path) {
+    if (path.empty()) {
+        return;
+    }
+    std::FILE* const opened = path == "-" ? stderr : std::fopen(path.c_str(), "wb");
+    if (!opened) {
+        throw CommandFailure("cannot write the log file " + path + ": " + std::strerror(errno));
+    }
+    platform::MutexLock lock(mutex);
+    file = opened;
+    listening = true;
+}
+
+void LogFile::Write(int level, const char* format, ...) {
+    const bool badFrame = std::string_view(format).starts_with(kReceiveError);
+    if (badFrame) {
+        ++receiveErrors;
+    }
+    if (!listening.load(std::memory_order_relaxed) && (level != kMvLogError || badFrame)) {
+        return;
+    }
+    va_list arguments;
+    va_start(arguments, format);
+    std::string text = Format(format, arguments);
+    va_end(arguments);
+    Keep(level, std::move(text));
+}
+
+void LogFile::WriteError(const char* text) {
+    Keep(kMvLogError, text);
+}
+
+void LogFile::Keep(int level, std::string text) {
+    EscapeLineEnds(text);
+    platform::MutexLock lock(mutex);
+    if (file) {
+        const std::string line = std::to_string(level) + ' ' + text + '\n';
+        std::fwrite(line.data(), 1, line.size(), file);
+        std::fflush(file);
+    }
+    if (level == kMvLogError) {
+        errors.push_back(std::move(text));
+        if (errors.size() > kKeptErrors) {
+            errors.pop_front();
+        }
+    }
+}
+
+std::deque<std::string> LogFile::TakeErrors() {
+    platform::MutexLock lock(mutex);
+    return std::exchange(errors, {});
+}

@@ -1,0 +1,152 @@
+// session.cpp - a grabber at work for one command
+#include "apps/common/session.h"
+
+#include "apps/common/command_failure.h"
+#include "apps/common/grabber_maker.h"
+#include "apps/common/parse_number.h"
+#include "mivora/grabber.h"
+#include "platform/environment.h"
+
+#include <cstdio>
+
+namespace {
+
+std::string Hex32(std::uint32_t number) {
+    char text[11];
+    std::snprintf(text, sizeof text, "0x%08X", static_cast<unsigned>(number));
+    return text;
+}
+
+} // namespace
+
+Session::Session(const AppOptions& appOptions, IGrabberMaker& grabberMaker)
+    : options(appOptions), maker(grabberMaker) {
+    ApplySdk(options.sdk);
+    log.Open(options.log);
+    MivoraInstallLogSink(&log);
+    grabber = maker.Create();
+    if (!options.configFile.empty()) {
+        const MV_ERRCODE code = grabber->SetGrabberIni(options.configFile.c_str(), 0);
+        if (code != MV_OK) {
+            maker.Delete(grabber);
+            MivoraInstallLogSink(nullptr);
+            Check("SetGrabberIni", code, options.configFile);
+        }
+    }
+    events = std::make_unique<EventRecorder>(*grabber);
+}
+
+Session::~Session() {
+    grabber->StopSnap();
+    events.reset();
+    maker.Delete(grabber);
+    MivoraInstallLogSink(nullptr);
+}
+
+void Session::Init() {
+    if (!options.configFile.empty()) {
+        Check("LoadGrabberConfig", grabber->LoadGrabberConfig(), options.configFile);
+    }
+    Check("Init", grabber->Init(),
+          "the camera SDK of PYXEN_HOME=" + platform::GetEnvironment("PYXEN_HOME"));
+}
+
+void Session::InitWithCamera() {
+    Init();
+    if (!options.camera.empty()) {
+        SelectCamera(options.camera);
+    }
+}
+
+void Session::OpenCamera() {
+    InitWithCamera();
+    if (!grabber->GetActCamera()) {
+        if (grabber->GetNumCameras() == 0) {
+            throw CommandFailure("there is no camera");
+        }
+        Check("SetActCameraIndex", grabber->SetActCameraIndex(0), "camera 0");
+    }
+    OpenActCamera();
+}
+
+void Session::OpenActCamera() {
+    Check("OpenActCamera", grabber->OpenActCamera(), ActCameraText());
+}
+
+CMivoraGfxMode& Session::CheckedMode() {
+    CMivoraCamera* const camera = grabber->GetActCamera();
+    CMivoraGfxMode* const mode = camera ? camera->GetActGfxMode() : nullptr;
+    if (!mode) {
+        throw CommandFailure(ActCameraText() + " has no graphics mode");
+    }
+    log.TakeErrors();
+    if (mode->GetNumComponents() == 0) {
+        Check("GetNumComponents", MV_NO_VIDEO_MODE,
+              ActCameraText() + ", whose pixel format is unknown");
+    }
+    const std::uint32_t width = mode->GetxRes();
+    const std::uint32_t height = mode->GetyRes();
+    if (width == 0 || height == 0) {
+        throw CommandFailure(ActCameraText() + " delivers empty images of " +
+                             std::to_string(width) + " x " + std::to_string(height) + " pixels");
+    }
+    return *mode;
+}
+
+void Session::Check(const std::string& operation, MV_ERRCODE code, const std::string& object) {
+    const std::deque<std::string> reasons = log.TakeErrors();
+    if (code == MV_OK) {
+        return;
+    }
+    std::string text = FailureText(operation, code, object);
+    for (const std::string& reason : reasons) {
+        text += "\n  " + reason;
+    }
+    throw CommandFailure(text);
+}
+
+std::string Session::CameraText(std::int32_t index, CMivoraCamera* camera) {
+    if (!camera) {
+        return "no camera";
+    }
+    return "camera " + std::to_string(index) + " (" + camera->GetCameraName() + ", " +
+           Hex32(camera->GetCameraUniqueID()) + ")";
+}
+
+std::string Session::ActCameraText() {
+    return CameraText(grabber->GetActCameraIndex(), grabber->GetActCamera());
+}
+
+void Session::SelectCamera(const std::string& wanted) {
+    std::int32_t index = -1;
+    if (const auto number = ParseUnsigned(wanted)) {
+        if (*number < grabber->GetNumCameras()) {
+            index = static_cast<std::int32_t>(*number);
+        } else if (*number <= 0xFFFFFFFFu) {
+            index = grabber->GetCameraIndexByCameraUniqueID(static_cast<std::uint32_t>(*number));
+        }
+    }
+    const auto count = static_cast<std::int32_t>(grabber->GetNumCameras());
+    for (std::int32_t i = 0; index < 0 && i < count; ++i) {
+        if (wanted == grabber->GetCamera(i)->GetCameraName()) {
+            index = i;
+        }
+    }
+    if (index < 0) {
+        throw CommandFailure("there is no camera \"" + wanted + "\"; " + KnownCameras());
+    }
+    Check("SetActCameraIndex", grabber->SetActCameraIndex(index),
+          CameraText(index, grabber->GetCamera(index)));
+}
+
+std::string Session::KnownCameras() {
+    const auto count = static_cast<std::int32_t>(grabber->GetNumCameras());
+    if (count == 0) {
+        return "there is none at all";
+    }
+    std::string text = "there are";
+    for (std::int32_t i = 0; i < count; ++i) {
+        text += "\n  " + CameraText(i, grabber->GetCamera(i));
+    }
+    return text;
+}

@@ -1,0 +1,24 @@
+// shell.h - the grabber's operations, one a line
+#pragma once
+
+#include "apps/common/shell_operation.h"
+
+#include <cstdio>
+#include <string_view>
+
+/// Runs operations line by line. Every line that is not empty gives one line of output, flushed:
+/// "NAME = ANSWER", or "NAME ? REASON" for an unknown name or a bad argument.
+class Shell {
+public:
+    explicit Shell(const ShellOperations& knownOperations) : operations(knownOperations) {}
+
+    /// What one line gives, without line end; empty for a blank line or a comment.
+    std::string Answer(std::string_view line);
+    /// Reads lines until the end of `input`, or until the user wants the program to stop. Returns
+    /// the program's exit status: 2 when a line was refused, else 0.
+    int Run(std::FILE* input, std::FILE* output);
+
+private:
+    const ShellOperations& operations;
+    bool refused = false;
+};

@@ -1,0 +1,42 @@
+// shell_answer.cpp - what an operation of the shell answers
+#include "apps/common/shell_answer.h"
+
+#include "apps/common/hex_bytes.h"
+#include "apps/common/json_text.h"
+
+ShellAnswer ShellAnswer::Text(const char* text) {
+    return ShellAnswer(JsonText(text));
+}
+
+ShellAnswer ShellAnswer::Pointer(const void* pointer, const char* word) {
+    return ShellAnswer(pointer ? word : "null");
+}
+
+ShellAnswer& ShellAnswer::With(const char* key, std::uint64_t value) {
+    return Append(key, std::to_string(value));
+}
+
+ShellAnswer& ShellAnswer::WithSigned(const char* key, std::int64_t value) {
+    return Append(key, std::to_string(value));
+}
+
+ShellAnswer& ShellAnswer::WithText(const char* key, const std::string& value) {
+    return Append(key, JsonText(value));
+}
+
+ShellAnswer& ShellAnswer::WithBytes(const char* key, std::span<const std::uint8_t> value) {
+    return Append(key, HexText(value));
+}
+
+ShellAnswer& ShellAnswer::WithList(const char* key, const std::vector<std::uint32_t>& values) {
+    std::string list = "[";
+    for (const std::uint32_t value : values) {
+        list += (list.size() > 1 ? "," : "") + std::to_string(value);
+    }
+    return Append(key, list + "]");
+}
+
+ShellAnswer& ShellAnswer::Append(const char* key, const std::string& value) {
+    text += std::string(" ") + key + "=" + value;
+    return *this;
+}

@@ -1,0 +1,35 @@
+// shell_answer.h - what an operation of the shell answers
+#pragma once
+
+#include "mivora/types.h"
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+/// The text behind "NAME = ": a result and then " key=value" for every out-value. Numbers in
+/// decimal, texts as JSON strings, bytes as upper-case hexadecimal.
+class ShellAnswer {
+public:
+    static ShellAnswer Ok() { return ShellAnswer("ok"); }
+    static ShellAnswer Code(MV_ERRCODE code) { return Number(code); }
+    static ShellAnswer Number(std::int64_t number) { return ShellAnswer(std::to_string(number)); }
+    static ShellAnswer Text(const char* text);
+    /// "null" for a null pointer, else the word.
+    static ShellAnswer Pointer(const void* pointer, const char* word = "set");
+
+    ShellAnswer& With(const char* key, std::uint64_t value);
+    ShellAnswer& WithSigned(const char* key, std::int64_t value);
+    ShellAnswer& WithText(const char* key, const std::string& value);
+    ShellAnswer& WithBytes(const char* key, std::span<const std::uint8_t> value);
+    ShellAnswer& WithList(const char* key, const std::vector<std::uint32_t>& values);
+
+    const std::string& Str() const { return text; }
+
+private:
+    explicit ShellAnswer(std::string result) : text(std::move(result)) {}
+    ShellAnswer& Append(const char* key, const std::string& value);
+
+    std::string text;
+};

@@ -1,0 +1,59 @@
+// shell_command.cpp - the command "shell" of both programs
+#include "apps/common/shell_command.h"
+
+#include "apps/common/sdk_control.h"
+#include "apps/common/session.h"
+#include "apps/common/shell.h"
+#include "apps/common/shell_context.h"
+#include "platform/interrupt.h"
+
+#include <cstdio>
+
+namespace {
+
+constexpr const char* kFooter =
+    "Arguments are separated by blanks; one that holds blanks stands in double quotes, inside\n"
+    "which two double quotes in a row are one. Blank lines and lines from # are skipped.\n"
+    "Every operation prints one line, NAME = RESULT key=value ..., or NAME ? REASON when it is\n"
+    "unknown or an argument is bad; the shell then ends with status 2 after the last line.\n"
+    "Nothing runs before the first line: begin with LoadGrabberConfig and Init. The operation\n"
+    "Help lists all names.\n"
+    "\n"
+    "Example:\n"
+    "  printf 'Init\\nSetActCameraIndex 0\\nOpenActCamera\\nPrepareFrameBuffers 2\\nSnap 2\\n"
+    "WaitFrames 1\\nWaitIdle\\nSaveBuffer 0 image.png\\n' | mivora shell\n";
+
+void AddHelp(ShellOperations& operations, std::FILE* output) {
+    operations.Add("Help", "", [&operations, output] {
+        for (const auto& [name, entry] : operations.All()) {
+            std::fprintf(output, "# %s %s\n", name.c_str(), entry.usage.c_str());
+        }
+        return ShellAnswer::Ok();
+    });
+}
+
+} // namespace
+
+void AddShellCommand(CLI::App& app, const AppOptions& options,
+                     const std::function<IGrabberMaker&()>& maker,
+                     const std::function<void(ShellOperations&, const ShellContext&)>& addOwn) {
+    CLI::App* const command =
+        app.add_subcommand("shell", "The grabber's operations, one a line from standard input");
+    command->footer(kFooter);
+    command->callback([&options, maker, addOwn] {
+        SdkControl sdkControl;
+        Session session(options, maker());
+        const ShellContext context{session.Grabber(), session.Events(), session.Log(), sdkControl};
+        ShellOperations operations;
+        AddAllOperations(operations, context);
+        AddHelp(operations, stdout);
+        if (addOwn) {
+            addOwn(operations, context);
+        }
+        platform::InstallInterruptHandler();
+        const int status = Shell(operations).Run(stdin, stdout);
+        if (status != 0) {
+            throw CLI::RuntimeError(status);
+        }
+    });
+}

@@ -1,0 +1,16 @@
+// shell_command.h - the command "shell" of both programs
+#pragma once
+
+#include "apps/common/app_options.h"
+
+#include <functional>
+
+class IGrabberMaker;
+class ShellOperations;
+struct ShellContext;
+
+/// Adds the command "shell" to a program. `maker` gives its grabber; `addOwn`, when given, adds the
+/// program's own operations to those that every grabber has.
+void AddShellCommand(
+    CLI::App& app, const AppOptions& options, const std::function<IGrabberMaker&()>& maker,
+    const std::function<void(ShellOperations&, const ShellContext&)>& addOwn = nullptr);

@@ -1,0 +1,50 @@
+// cameras_command.cpp - lists the cameras
+#include "apps/common/json_text.h"
+#include "apps/common/session.h"
+#include "apps/mivora/commands.h"
+#include "mivora/grabber.h"
+
+#include <cstdio>
+#include <memory>
+
+namespace {
+
+void PrintJson(CMivoraGrabber& grabber) {
+    Json list = Json::array();
+    const auto count = static_cast<std::int32_t>(grabber.GetNumCameras());
+    for (std::int32_t i = 0; i < count; ++i) {
+        CMivoraCamera* const camera = grabber.GetCamera(i);
+        list.push_back({{"index", i},
+                        {"uniqueId", camera->GetCameraUniqueID()},
+                        {"name", camera->GetCameraName()},
+                        {"active", i == grabber.GetActCameraIndex()}});
+    }
+    std::printf("%s\n", JsonDump(list).c_str());
+}
+
+void PrintTable(CMivoraGrabber& grabber) {
+    const auto count = static_cast<std::int32_t>(grabber.GetNumCameras());
+    if (count == 0) {
+        std::printf("There is no camera.\n");
+    }
+    for (std::int32_t i = 0; i < count; ++i) {
+        CMivoraCamera* const camera = grabber.GetCamera(i);
+        std::printf("%c %2d  0x%08X  %s\n", i == grabber.GetActCameraIndex() ? '*' : ' ', i,
+                    static_cast<unsigned>(camera->GetCameraUniqueID()), camera->GetCameraName());
+    }
+}
+
+} // namespace
+
+void AddCamerasCommand(CLI::App& app, const AppOptions& options, const MakerSource& maker) {
+    CLI::App* const command =
+        app.add_subcommand("cameras", "List the cameras: active mark, index, unique id and name");
+    const auto json = std::make_shared<bool>(false);
+    command->add_flag("--json", *json, "Print JSON");
+    command->footer("Example:\n  mivora --sdk simulator cameras --json\n");
+    command->callback([&options, maker, json] {
+        Session session(options, maker());
+        session.InitWithCamera();
+        *json ? PrintJson(session.Grabber()) : PrintTable(session.Grabber());
+    });
+}

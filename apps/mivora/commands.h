@@ -1,0 +1,15 @@
+// commands.h - the commands of mivora
+#pragma once
+
+#include "apps/common/app_options.h"
+
+#include <functional>
+
+class IGrabberMaker;
+
+/// Gives the grabber maker once the options are known.
+using MakerSource = std::function<IGrabberMaker&()>;
+
+// Each adds one command with its help to the program.
+void AddCamerasCommand(CLI::App& app, const AppOptions& options, const MakerSource& maker);
+void AddInfoCommand(CLI::App& app, const AppOptions& options, const MakerSource& maker);

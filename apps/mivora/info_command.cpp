@@ -1,0 +1,95 @@
+// info_command.cpp - shows the driver and how the camera's images look
+#include "apps/common/host_image.h"
+#include "apps/common/json_text.h"
+#include "apps/common/session.h"
+#include "apps/mivora/commands.h"
+#include "mivora/grabber.h"
+
+#include <cstdio>
+#include <memory>
+
+namespace {
+
+const char* ColorCodingName(MV_COLORCODING coding) {
+    switch (coding) {
+    case MVCC_MONO:
+        return "mono";
+    case MVCC_RAW_CFA:
+        return "colour filter";
+    case MVCC_RGB:
+        return "RGB";
+    case MVCC_ARGB:
+        return "ARGB";
+    case MVCC_RGBA:
+        return "RGBA";
+    case MVCC_BGR:
+        return "BGR";
+    case MVCC_BGRA:
+        return "BGRA";
+    }
+    return "unknown";
+}
+
+void PrintJson(CMivoraGrabber& grabber, CMivoraGfxMode& mode) {
+    CMivoraCamera& camera = *grabber.GetActCamera();
+    const ImageLayout layout = DescribeImage(mode);
+    const Json info = {{"driverDescription", grabber.GetDriverDesc()},
+                       {"driverName", grabber.GetDriverName()},
+                       {"driverVersion", grabber.GetDriverVersion()},
+                       {"camera",
+                        {{"index", grabber.GetActCameraIndex()},
+                         {"uniqueId", camera.GetCameraUniqueID()},
+                         {"name", camera.GetCameraName()}}},
+                       {"mode",
+                        {{"width", layout.width},
+                         {"height", layout.height},
+                         {"components", layout.components},
+                         {"allocatedBits", layout.allocatedBits},
+                         {"bitStart", mode.GetBitStartComponent()},
+                         {"bits", layout.bits},
+                         {"colorCoding", static_cast<int>(layout.colorCoding)},
+                         {"cfaX", layout.cfaX},
+                         {"cfaY", layout.cfaY},
+                         {"numPixels", mode.GetNumPixels()},
+                         {"imageSize", mode.GetImageSize()}}}};
+    std::printf("%s\n", JsonDump(info).c_str());
+}
+
+void PrintText(Session& session, CMivoraGfxMode& mode) {
+    CMivoraGrabber& grabber = session.Grabber();
+    const ImageLayout layout = DescribeImage(mode);
+    std::printf("Driver:        %s\n", grabber.GetDriverDesc());
+    std::printf("Driver file:   %s\n", grabber.GetDriverName());
+    std::printf("Version:       %s\n", grabber.GetDriverVersion());
+    std::printf("Camera:        %s\n", session.ActCameraText().c_str());
+    std::printf("Size:          %u x %u pixels\n", layout.width, layout.height);
+    std::printf("Components:    %u, %u of %u bits each\n", layout.components, layout.bits,
+                layout.allocatedBits);
+    std::printf("Colour coding: %d (%s)\n", static_cast<int>(layout.colorCoding),
+                ColorCodingName(layout.colorCoding));
+    if (layout.colorCoding == MVCC_RAW_CFA) {
+        std::printf("Filter offset: %u, %u\n", layout.cfaX, layout.cfaY);
+    }
+    std::printf("Image size:    %llu bytes\n",
+                static_cast<unsigned long long>(mode.GetImageSize()));
+}
+
+} // namespace
+
+void AddInfoCommand(CLI::App& app, const AppOptions& options, const MakerSource& maker) {
+    CLI::App* const command =
+        app.add_subcommand("info", "Show the driver and how the camera's images look");
+    const auto json = std::make_shared<bool>(false);
+    command->add_flag("--json", *json, "Print JSON");
+    command->footer("Example:\n  mivora --camera 1 info\n");
+    command->callback([&options, maker, json] {
+        Session session(options, maker());
+        session.OpenCamera();
+        CMivoraGfxMode& mode = session.CheckedMode();
+        if (*json) {
+            PrintJson(session.Grabber(), mode);
+        } else {
+            PrintText(session, mode);
+        }
+    });
+}

@@ -1,0 +1,21 @@
+// main.cpp - mivora, a host application for the command line
+#include "apps/common/module_maker.h"
+#include "apps/common/shell_command.h"
+#include "apps/mivora/commands.h"
+
+int main(int argumentCount, char** arguments) {
+    CLI::App app("Grabs images and works with cameras through a grabber module", "mivora");
+    app.footer("Exit status: 0 done, 1 an operation failed, 2 bad usage.\n"
+               "mivora COMMAND --help tells more about a command.\n");
+    AppOptions options;
+    AddAppOptions(app, options);
+    ModuleMaker modules;
+    const MakerSource maker = [&]() -> IGrabberMaker& {
+        modules.SetPath(ModuleFile(options));
+        return modules;
+    };
+    AddCamerasCommand(app, options, maker);
+    AddInfoCommand(app, options, maker);
+    AddShellCommand(app, options, maker);
+    return RunApp(app, argumentCount, arguments);
+}

@@ -1,0 +1,17 @@
+// main.cpp - pyxen-tool, feature and offline tools of the grabber module
+#include "apps/common/shell_command.h"
+#include "apps/pyxen-tool/linked_maker.h"
+
+int main(int argumentCount, char** arguments) {
+    CLI::App app("Features, formats and files of the grabber module", "pyxen-tool");
+    app.footer("Exit status: 0 done, 1 an operation failed, 2 bad usage.\n"
+               "pyxen-tool COMMAND --help tells more about a command.\n");
+    AppOptions options;
+    AddAppOptions(app, options);
+    LinkedMaker linked;
+    const std::function<IGrabberMaker&()> maker = [&]() -> IGrabberMaker& {
+        return linked;
+    };
+    AddShellCommand(app, options, maker);
+    return RunApp(app, argumentCount, arguments);
+}

@@ -1,0 +1,8 @@
+// console.cpp - standard streams need no preparation here
+#include "platform/console.h"
+
+namespace platform {
+
+void PrepareStandardStreams() {}
+
+} // namespace platform
