@@ -6,6 +6,8 @@
 #include "grabber/mivora_gfx_mode_kvn_pyxen.h"
 #include "platform/text.h"
 #include "sdk/no_throw.h"
+#include "serial/cmd_kvn_pyxen.h"
+#include "serial/cmd_kvn_pyxen.h"
 
 namespace {
 
@@ -99,6 +101,9 @@ CCmdChannel* CMivoraKVNPyxenClass::CreateCmdChannel(uint32_t type) {
     switch (type) {
     case kHostSerialChannelType:
         return CreateCmdSerialInstance();
+    case kCameraSerialChannelType:
+        return NoThrow<CCmdChannel*>(nullptr,
+                                     [&] { return new CCmdKVNPyxen(this, serialMutex); });
     default:
         return nullptr;
     }

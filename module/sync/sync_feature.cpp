@@ -299,7 +299,7 @@ class StringCopy final : public ValueCopy {
     using ValueCopy::ValueCopy;
 
     bool ReadSource() override {
-        const PxnError code = Read(source, value);
+        const PxnError code = api.GetStringFeature(source.handle, source.name, value);
         return code == 0 ||
                Fail(
                    code,
@@ -331,7 +331,7 @@ class StringCopy final : public ValueCopy {
 
     bool CompareWithTarget(bool& equal) override {
         std::string present;
-        const PxnError code = Read(target, present);
+        const PxnError code = api.GetStringFeature(target.handle, target.name, present);
         equal = present == value;
         return code == 0 ||
                Fail(
@@ -357,18 +357,6 @@ class StringCopy final : public ValueCopy {
                 source.path.c_str(), target.path.c_str(), value.c_str());
         }
         return true;
-    }
-
-    PxnError Read(const Place& place, std::string& text) {
-        std::uint32_t size = 0;
-        PxnError code = api.PxnFeatureStringGet(place.handle, place.name, nullptr, 0, &size);
-        if (code != 0) {
-            return code;
-        }
-        std::vector<char> buffer(std::size_t{size} + 1);
-        code = api.PxnFeatureStringGet(place.handle, place.name, buffer.data(), size, &size);
-        text = buffer.data();
-        return code;
     }
 
     std::string value;

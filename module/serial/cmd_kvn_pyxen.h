@@ -1,0 +1,67 @@
+// cmd_kvn_pyxen.h - a command channel over a camera's serial port
+#pragma once
+
+#include "mivora/cmd_channel.h"
+#include "platform/mutex.h"
+#include "serial/serial_settings.h"
+
+#include <cstdint>
+#include <vector>
+
+class CMivoraKVNPyxenClass;
+
+/// Drives a serial port of the open camera through its register space.
+///
+/// Any thread; the grabber's mutex is held around every port operation, across all its registers,
+/// so that the traffic of all channels and the preparation of frame buffers exclude each other.
+/// A write waits without limit for the port to take data, and ends when a register cannot be read.
+/// In every operation a null `count` is allowed.
+class CCmdKVNPyxen final : public CCmdChannel {
+public:
+    /// Neither is owned. `grabberToUse` may be null; `mutexToHold` guards the port.
+    CCmdKVNPyxen(CMivoraKVNPyxenClass* grabberToUse, platform::Mutex& mutexToHold);
+    ~CCmdKVNPyxen() override = default;
+
+    const char* GetChannelTypeName() override;
+    /// The text lives until the next call.
+    const char* GetConfigText() override;
+    MV_ERRCODE SetConfig(CIniFile* ini, const char* section) override;
+    MV_ERRCODE GetConfig(CIniFile* ini, const char* section) override;
+    /// New settings take effect at the next Open. Without windows it behaves as if cancelled.
+    MV_ERRCODE ConfigDialog(MV_WINDOW parent, MV_DLG_EXITCODE* exitCode) override;
+    MV_ERRCODE Open() override;
+    MV_ERRCODE ReadByte(uint8_t* buffer, uint64_t* count) override;
+    MV_ERRCODE WriteByte(const uint8_t* buffer, uint64_t* count) override;
+    /// Takes at most what is waiting; nothing waiting is success with count 0.
+    MV_ERRCODE ReadBuffer(uint8_t* buffer, uint64_t length, uint64_t* count) override;
+    MV_ERRCODE WriteBuffer(const uint8_t* buffer, uint64_t length, uint64_t* count) override;
+    MV_ERRCODE Purge(uint32_t flags) override;
+    MV_ERRCODE Close() override;
+    uint32_t GetChannelKind() override;
+
+    /// Lists the ports that the open camera offers anew; none without an open camera.
+    virtual void EnumeratePorts();
+    /// kNoSerialPort when there is none of that name (case ignored).
+    virtual int32_t GetPortIdByName(const char* name);
+    /// The ini name; an empty text when there is no such port.
+    virtual const char* GetPortNameById(int32_t id);
+    /// The index of the entry with that ini name (case ignored), -1 when none.
+    virtual int32_t FindPortIndex(const char* name, const std::vector<SerialPortEntry>& list);
+
+    /// What EnumeratePorts found last.
+    std::vector<SerialPortEntry> GetPorts() const;
+    SerialSettings GetSettings() const;
+
+private:
+    class Registers;
+
+    MV_ERRCODE Transmit(const uint8_t* buffer, uint64_t length, uint64_t* count) REQUIRES(mutex);
+    MV_DLG_EXITCODE RunConfigDialog(MV_WINDOW parent);
+
+    platform::Mutex& mutex;
+    CMivoraKVNPyxenClass* const grabber;
+    SerialSettings settings GUARDED_BY(mutex);
+    std::int32_t openPortId GUARDED_BY(mutex) = kNoSerialPort;
+    std::vector<SerialPortEntry> ports GUARDED_BY(mutex);
+    char configText[64] = {};
+};

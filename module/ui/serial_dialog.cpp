@@ -1,0 +1,6 @@
+// serial_dialog.cpp - the serial configuration dialog where there are no dialogs
+#include "serial/serial_dialog.h"
+
+MV_DLG_EXITCODE RunSerialDialog(MV_WINDOW, SerialDialogData&) {
+    return MV_DLG_CANCEL;
+}
