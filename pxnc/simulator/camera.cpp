@@ -1,0 +1,394 @@
+#include "pxnc/simulator/camera.h"
+
+#include "pxnc/simulator/camera_features.h"
+#include "pxnc/simulator/event_dispatcher.h"
+
+#include <algorithm>
+#include <cassert>
+#include <cstring>
+
+namespace pxsim {
+
+Camera::Camera(const CameraConfiguration& newSetup, const InterfaceConfiguration& interface,
+               const SharedServices& newServices, FrameScheduler& newScheduler)
+    : Module(newServices.strings, newServices.events, std::make_shared<platform::Mutex>()),
+      setup(newSetup),
+      interfaceType(interface.type),
+      services(newServices),
+      scheduler(newScheduler),
+      id(services.strings.Intern(setup.id)),
+      extendedId(services.strings.Intern(setup.extendedId)),
+      name(services.strings.Intern(setup.name)),
+      model(services.strings.Intern(setup.model)),
+      serial(services.strings.Intern(setup.serial)),
+      powerOn(Clock::now()) {
+    plugged = setup.plugged;
+    AddFeatures();
+    localDevice = std::make_unique<Module>(services.strings, services.events, SharedMutex());
+    AddLocalDeviceFeatures(*localDevice, *this);
+    for (std::uint32_t index = 0; index < setup.streams; ++index) {
+        streams.push_back(std::make_unique<Stream>(*this, index, services.strings, services.events,
+                                                   services.accounting));
+    }
+    ApplySetup();
+}
+
+Camera::~Camera() {
+    for (auto& stream : streams) {
+        stream->Engine().Close();
+    }
+    // The engines call back into this object until their threads are joined.
+    streams.clear();
+}
+
+void Camera::AddFeatures() {
+    AddDeviceControl(*this);
+    AddImageFormatControl(*this);
+    AddAcquisitionControl(*this);
+    AddTransportLayerControl(*this);
+}
+
+void Camera::ApplySetup() {
+    for (const std::string& omitted : setup.omitted) {
+        Omit(omitted.c_str());
+        localDevice->Omit(omitted.c_str());
+        for (auto& stream : streams) {
+            stream->Omit(omitted.c_str());
+        }
+    }
+    for (const auto& [feature, value] : setup.features) {
+        if (Feature* found = Find(feature.c_str()); found != nullptr) {
+            found->FromText(value);
+        }
+    }
+}
+
+void Camera::SetTopology(PxnHandle transportLayer, PxnHandle interface) {
+    transportLayerHandle = transportLayer;
+    interfaceHandle = interface;
+}
+
+bool Camera::HasId(const char* text) const {
+    return std::strcmp(text, id) == 0 || std::strcmp(text, extendedId) == 0;
+}
+
+PxnError Camera::Open(std::uint32_t accessMode, PxnHandle* handle) {
+    platform::MutexLock serialise(openCloseMutex);
+    {
+        platform::MutexLock lock(mutex);
+        if (!plugged) {
+            return PxnErrNotFound;
+        }
+        const bool full = accessMode == PxnAccessModeFull;
+        const bool taken = std::any_of(sessions.begin(), sessions.end(), [](const Session& one) {
+            return one.accessMode == PxnAccessModeFull;
+        });
+        if ((setup.permittedAccess & accessMode) == 0 || (full && taken)) {
+            return PxnErrInvalidAccess;
+        }
+        if (IsOpen()) {
+            HandleTarget target{this, this, streams.front().get(), full, true, false};
+            *handle = services.handles.Add(target);
+            sessions.push_back({*handle, accessMode});
+            AddHandle(*handle);
+            ++services.accounting.opened;
+            return PxnErrSuccess;
+        }
+    }
+    // A callback of the previous opening may still be running.
+    for (auto& stream : streams) {
+        stream->Engine().Close();
+    }
+    platform::MutexLock lock(mutex);
+    if (!plugged) {
+        return PxnErrNotFound;
+    }
+    HandleTarget target{this, this, streams.front().get(), accessMode == PxnAccessModeFull,
+                        true, false};
+    *handle = services.handles.Add(target);
+    sessions.push_back({*handle, accessMode});
+    AddHandle(*handle);
+    CreateChildHandles();
+    ++services.accounting.opened;
+    return PxnErrSuccess;
+}
+
+void Camera::CreateChildHandles() {
+    localDeviceHandle =
+        services.handles.Add({localDevice.get(), this, streams.front().get(), true, false, false});
+    localDevice->AddHandle(localDeviceHandle);
+    std::vector<PxnHandle> list;
+    for (auto& stream : streams) {
+        list.push_back(
+            services.handles.Add({stream.get(), this, stream.get(), true, false, false}));
+        stream->AddHandle(list.back());
+        stream->Engine().Open(sessions.front().handle, list.back());
+    }
+    streamHandleLists.push_back(std::move(list));
+}
+
+void Camera::RemoveChildHandles() {
+    services.handles.Remove(localDeviceHandle);
+    localDevice->RemoveHandle(localDeviceHandle);
+    localDeviceHandle = nullptr;
+    for (std::size_t index = 0; index < streams.size(); ++index) {
+        const PxnHandle handle = streamHandleLists.back()[index];
+        services.handles.Remove(handle);
+        streams[index]->RemoveHandle(handle);
+    }
+}
+
+void Camera::Close(PxnHandle handle) {
+    std::vector<PxnHandle> gone{handle};
+    {
+        platform::MutexLock serialise(openCloseMutex);
+        bool last = false;
+        {
+            platform::MutexLock lock(mutex);
+            if (!services.handles.Remove(handle)) {
+                return;
+            }
+            ++services.accounting.closed;
+            std::erase(vanishedHandles, handle);
+            RemoveHandle(handle);
+            const auto removed = std::erase_if(
+                sessions, [handle](const Session& one) { return one.handle == handle; });
+            last = removed != 0 && sessions.empty();
+            if (last) {
+                gone.push_back(localDeviceHandle);
+                gone.insert(gone.end(), streamHandleLists.back().begin(),
+                            streamHandleLists.back().end());
+                RemoveChildHandles();
+                acquiring = false;
+            }
+        }
+        if (last) {
+            for (auto& stream : streams) {
+                stream->Engine().Close();
+            }
+        }
+    }
+    // No lock is held here: the callback waited for may itself open or close a camera.
+    for (PxnHandle one : gone) {
+        services.accounting.unregisteredByClose += services.events.UnregisterAll(one);
+    }
+}
+
+void Camera::FillInfo(PxnCameraInfo& info) const {
+    platform::MutexLock lock(mutex);
+    info = {};
+    info.cameraIdString = id;
+    info.cameraIdExtended = extendedId;
+    info.cameraName = name;
+    info.modelName = model;
+    info.serialString = serial;
+    info.transportLayerHandle = transportLayerHandle;
+    info.interfaceHandle = interfaceHandle;
+    info.permittedAccess = setup.permittedAccess;
+    if (IsOpen()) {
+        info.localDeviceHandle = localDeviceHandle;
+        info.streamHandles = streamHandleLists.back().data();
+        info.streamCount = static_cast<std::uint32_t>(streams.size());
+        for (const Session& session : sessions) {
+            if (session.accessMode == PxnAccessModeFull) {
+                info.permittedAccess &= ~static_cast<std::uint32_t>(PxnAccessModeFull);
+            }
+        }
+    }
+}
+
+bool Camera::IsPlugged() const {
+    platform::MutexLock lock(mutex);
+    return plugged;
+}
+
+bool Camera::Plug() {
+    {
+        platform::MutexLock lock(mutex);
+        if (plugged) {
+            return false;
+        }
+    }
+    ResetFeatures();
+    platform::MutexLock lock(mutex);
+    plugged = true;
+    return true;
+}
+
+bool Camera::Unplug() {
+    {
+        platform::MutexLock lock(mutex);
+        if (!plugged) {
+            return false;
+        }
+        plugged = false;
+        acquiring = false;
+        for (const Session& session : sessions) {
+            services.handles.MarkVanished(session.handle);
+            vanishedHandles.push_back(session.handle);
+            RemoveHandle(session.handle);
+        }
+        if (IsOpen()) {
+            sessions.clear();
+            services.handles.MarkVanished(localDeviceHandle);
+            localDevice->RemoveHandle(localDeviceHandle);
+            localDeviceHandle = nullptr;
+            for (std::size_t index = 0; index < streams.size(); ++index) {
+                const PxnHandle handle = streamHandleLists.back()[index];
+                services.handles.MarkVanished(handle);
+                streams[index]->RemoveHandle(handle);
+            }
+        }
+    }
+    for (auto& stream : streams) {
+        stream->Engine().Vanish();
+    }
+    return true;
+}
+
+std::size_t Camera::OpenHandleCount() const {
+    platform::MutexLock lock(mutex);
+    return sessions.size() + vanishedHandles.size();
+}
+
+PxnError Camera::StartAcquisition() {
+    platform::MutexLock lock(mutex);
+    const AcquisitionPlan plan = MakePlan();
+    acquiring = true;
+    for (auto& stream : streams) {
+        stream->Engine().BeginAcquisition(plan);
+    }
+    OnStreamingChanged();
+    return PxnErrSuccess;
+}
+
+PxnError Camera::StopAcquisition() {
+    platform::MutexLock lock(mutex);
+    acquiring = false;
+    for (auto& stream : streams) {
+        stream->Engine().EndAcquisition();
+    }
+    OnStreamingChanged();
+    return PxnErrSuccess;
+}
+
+PxnError Camera::SoftwareTrigger() {
+    platform::MutexLock lock(mutex);
+    for (auto& stream : streams) {
+        stream->Engine().Trigger();
+    }
+    return PxnErrSuccess;
+}
+
+PxnError Camera::LineTrigger() {
+    platform::MutexLock lock(mutex);
+    return EnumIs("TriggerSource", "Software") ? PxnErrNotAvailable : SoftwareTrigger();
+}
+
+void Camera::UpdatePlan() {
+    platform::MutexLock lock(mutex);
+    if (!acquiring) {
+        return;
+    }
+    const AcquisitionPlan plan = MakePlan();
+    for (auto& stream : streams) {
+        stream->Engine().UpdatePlan(plan);
+    }
+}
+
+AcquisitionPlan Camera::MakePlan() const {
+    AcquisitionPlan plan;
+    plan.image = CurrentImage();
+    if (EnumIs("AcquisitionMode", "SingleFrame")) {
+        plan.frameCount = 1;
+    } else if (EnumIs("AcquisitionMode", "MultiFrame")) {
+        plan.frameCount = static_cast<std::uint64_t>(IntValue("AcquisitionFrameCount"));
+    }
+    constexpr std::int64_t kFrameStart = 0; // the state of TriggerSelector
+    plan.triggered =
+        dynamic_cast<const EnumFeature&>(*Find("TriggerMode")).IsFor(kFrameStart, "On");
+    plan.freeRunning = BoolValue("SimulatorFreeRunning");
+    plan.periodNs = FramePeriodNs();
+    plan.chunkBytes = ChunkBytes();
+    return plan;
+}
+
+ImageSetup Camera::CurrentImage() const {
+    ImageSetup image;
+    image.format = FindPixelFormat(EnumValue("PixelFormat"));
+    assert(image.format != nullptr);
+    image.width = static_cast<std::uint32_t>(IntValue("Width"));
+    image.height = static_cast<std::uint32_t>(IntValue("Height"));
+    image.offsetX = static_cast<std::uint32_t>(IntValue("OffsetX"));
+    image.offsetY = static_cast<std::uint32_t>(IntValue("OffsetY"));
+    image.pattern = static_cast<Pattern>(EnumIntValue("TestPattern"));
+    image.seed = static_cast<std::uint32_t>(IntValue("TestPatternSeed"));
+    image.reverseX = BoolValue("ReverseX");
+    image.sensorWidth = static_cast<std::uint32_t>(IntValue("WidthMax"));
+    return image;
+}
+
+std::uint32_t Camera::ChunkBytes() const {
+    return 0;
+}
+
+std::int64_t Camera::PayloadBytes() const {
+    return std::int64_t{CurrentImage().ImageBytes()} + ChunkBytes();
+}
+
+std::int64_t Camera::FramePeriodNs() const {
+    return static_cast<std::int64_t>(1e9 / FloatValue("AcquisitionFrameRate"));
+}
+
+bool Camera::IsStreaming() const {
+    return acquiring || std::any_of(streams.begin(), streams.end(), [](const auto& stream) {
+               return stream->Engine().IsCapturing();
+           });
+}
+
+void Camera::OnStreamingChanged() {
+    for (const auto& feature : Features()) {
+        if (feature->IsLockedWhileStreaming()) {
+            Invalidate(*feature);
+        }
+    }
+}
+
+void Camera::ResetFeatures() {
+    platform::MutexLock lock(mutex);
+    for (const auto& feature : Features()) {
+        feature->Reset();
+    }
+    for (const auto& [feature, value] : setup.features) {
+        if (Feature* found = Find(feature.c_str()); found != nullptr) {
+            found->FromText(value);
+        }
+    }
+    InvalidateAll();
+}
+
+void Camera::OnAcquisitionFinished() {
+    platform::MutexLock lock(mutex);
+    const bool any = std::any_of(streams.begin(), streams.end(), [](const auto& stream) {
+        return stream->Engine().IsCapturing() && stream->Engine().IsAcquiring();
+    });
+    if (!any) {
+        acquiring = false;
+        OnStreamingChanged();
+    }
+}
+
+void Camera::OnScheduledFrame(std::uint64_t frameId) {
+    scheduler.OnScheduledFrame(*this, frameId);
+}
+
+void Camera::WriteChunks(const PxnFrame&, std::uint8_t* out, std::uint32_t bytes) {
+    std::memset(out, 0, bytes);
+}
+
+std::uint64_t Camera::Timestamp() const {
+    return static_cast<std::uint64_t>(
+        std::chrono::duration_cast<std::chrono::nanoseconds>(Clock::now() - powerOn).count());
+}
+
+} // namespace pxsim

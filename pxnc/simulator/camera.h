@@ -1,0 +1,127 @@
+// camera.h - a virtual camera: its features, its local device and its streams
+#pragma once
+
+#include "pxnc/simulator/configuration.h"
+#include "pxnc/simulator/handle_table.h"
+#include "pxnc/simulator/module.h"
+#include "pxnc/simulator/stream.h"
+
+#include <atomic>
+#include <deque>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace pxsim {
+
+/// What the cameras of one run share.
+struct SharedServices {
+    StringPool& strings;
+    EventDispatcher& events;
+    HandleTable& handles;
+    Accounting& accounting;
+};
+
+/// Runs what is scheduled for a frame; implemented by the simulator.
+class FrameScheduler {
+public:
+    virtual ~FrameScheduler() = default;
+    virtual void OnScheduledFrame(Camera& sender, std::uint64_t frameId) = 0;
+};
+
+/// The remote device with everything behind it.
+///
+/// Lives from startup to shutdown; being plugged and being open are states. The module mutex
+/// guards them and the feature values of all its modules. Opening and closing are serialised by
+/// `openCloseMutex`, which is held while frame callbacks are waited for: they cannot want it,
+/// because opening and closing are refused inside them.
+class Camera : public Module, public AcquisitionOwner {
+public:
+    Camera(const CameraConfiguration& setup, const InterfaceConfiguration& interface,
+           const SharedServices& services, FrameScheduler& scheduler);
+    ~Camera() override;
+
+    const CameraConfiguration& Setup() const { return setup; }
+    std::uint32_t InterfaceType() const { return interfaceType; }
+    /// Where the camera hangs; set once by the simulator.
+    void SetTopology(PxnHandle transportLayer, PxnHandle interface);
+    bool HasId(const char* id) const;
+    const char* ExtendedId() const { return extendedId; }
+
+    PxnError Open(std::uint32_t accessMode, PxnHandle* handle) EXCLUDES(openCloseMutex, mutex);
+    /// `handle` is one of this camera's, alive or vanished.
+    void Close(PxnHandle handle) EXCLUDES(openCloseMutex, mutex);
+    void FillInfo(PxnCameraInfo& info) const EXCLUDES(mutex);
+    bool IsPlugged() const EXCLUDES(mutex);
+    /// False when nothing changes. Unplugging kills the handles and ends every wait.
+    bool Plug() EXCLUDES(mutex);
+    bool Unplug() EXCLUDES(mutex);
+    std::size_t OpenHandleCount() const EXCLUDES(mutex);
+
+    Module& LocalDevice() { return *localDevice; }
+    std::vector<std::unique_ptr<Stream>>& Streams() { return streams; }
+
+    // What the features do.
+    PxnError StartAcquisition();
+    PxnError StopAcquisition();
+    PxnError SoftwareTrigger();
+    /// A pulse on a hardware line, from the control interface.
+    PxnError LineTrigger();
+    /// Passes what changed on to a running acquisition.
+    void UpdatePlan();
+    ImageSetup CurrentImage() const;
+    std::uint32_t ChunkBytes() const;
+    std::int64_t PayloadBytes() const;
+    std::int64_t FramePeriodNs() const;
+    bool IsAcquiring() const { return acquiring; }
+    bool IsStreaming() const override;
+    /// After capture started or ended: the locked features changed their access.
+    void OnStreamingChanged();
+    /// All features back to their values at power-on.
+    void ResetFeatures();
+
+    // AcquisitionOwner
+    void OnAcquisitionFinished() override;
+    void OnScheduledFrame(std::uint64_t frameId) override;
+    void WriteChunks(const PxnFrame& frame, std::uint8_t* out, std::uint32_t bytes) override;
+    std::uint64_t Timestamp() const override;
+
+private:
+    struct Session {
+        PxnHandle handle;
+        std::uint32_t accessMode;
+    };
+
+    void AddFeatures();
+    void ApplySetup();
+    AcquisitionPlan MakePlan() const;
+    bool IsOpen() const REQUIRES(mutex) { return !sessions.empty(); }
+    void CreateChildHandles() REQUIRES(mutex);
+    void RemoveChildHandles() REQUIRES(mutex);
+
+    const CameraConfiguration setup;
+    const std::uint32_t interfaceType;
+    SharedServices services;
+    FrameScheduler& scheduler;
+    const char* const id;
+    const char* const extendedId;
+    const char* const name;
+    const char* const model;
+    const char* const serial;
+    const Clock::time_point powerOn;
+    PxnHandle transportLayerHandle = nullptr;
+    PxnHandle interfaceHandle = nullptr;
+    std::unique_ptr<Module> localDevice;
+    std::vector<std::unique_ptr<Stream>> streams;
+    std::atomic<bool> acquiring = false;
+
+    mutable platform::Mutex openCloseMutex; // taken before the module mutex
+    bool plugged GUARDED_BY(mutex) = true;
+    std::vector<Session> sessions GUARDED_BY(mutex);
+    std::vector<PxnHandle> vanishedHandles GUARDED_BY(mutex); // not closed since
+    PxnHandle localDeviceHandle GUARDED_BY(mutex) = nullptr;
+    // Camera records point at the list of their time, so the lists stay until shutdown.
+    std::deque<std::vector<PxnHandle>> streamHandleLists GUARDED_BY(mutex);
+};
+
+} // namespace pxsim

@@ -1,0 +1,203 @@
+#include "pxnc/simulator/camera.h"
+#include "pxnc/simulator/camera_features.h"
+
+#include <algorithm>
+#include <numeric>
+
+namespace pxsim {
+namespace {
+
+constexpr const char* kCategory = "/ImageFormatControl";
+constexpr std::int64_t kSmallest = 16;
+constexpr std::int64_t kOffsetStep = 4;
+constexpr std::int64_t kDefaultWidth = 640;
+constexpr std::int64_t kDefaultHeight = 480;
+
+std::int64_t WidthStep(Camera& camera) {
+    const std::int64_t own = camera.Setup().kind == CameraKind::kGigE ? 4 : 2;
+    const PixelFormat* format = FindPixelFormat(camera.EnumValue("PixelFormat"));
+    return std::lcm(own, std::int64_t{WidthGroup(*format)});
+}
+
+template <class T>
+T& Named(Camera& camera, const char* name) {
+    return dynamic_cast<T&>(*camera.Find(name));
+}
+
+// The region has to stay on the sensor whatever changed.
+void FitRegion(Camera& camera) {
+    for (const char* name : {"Width", "Height", "OffsetX", "OffsetY"}) {
+        IntFeature& feature = Named<IntFeature>(camera, name);
+        feature.Put(feature.Nearest(feature.Get()));
+    }
+    FloatFeature& rate = Named<FloatFeature>(camera, "AcquisitionFrameRate");
+    rate.Put(std::min(rate.Get(), rate.UpperLimit()));
+    camera.UpdatePlan();
+}
+
+void AddSensor(Camera& camera) {
+    const CameraConfiguration& setup = camera.Setup();
+    camera.Int("SensorWidth")
+        .Value(setup.sensorWidth)
+        .Unit("px")
+        .In(kCategory)
+        .ReadOnly()
+        .For(PxnVisibilityExpert)
+        .Text("Columns of the sensor.");
+    camera.Int("SensorHeight")
+        .Value(setup.sensorHeight)
+        .Unit("px")
+        .In(kCategory)
+        .ReadOnly()
+        .For(PxnVisibilityExpert)
+        .Text("Lines of the sensor.");
+    for (const char* name : {"BinningHorizontal", "BinningVertical"}) {
+        camera.Int(name)
+            .Value(1)
+            .ValidValues({1, 2, 4})
+            .In(kCategory)
+            .LockedWhileStreaming()
+            .For(PxnVisibilityExpert)
+            .Affects({"WidthMax", "HeightMax", "Width", "Height", "OffsetX", "OffsetY"})
+            .OnChange([&camera] { FitRegion(camera); })
+            .Text("Photo cells that are joined to one.");
+    }
+    camera.Int("WidthMax")
+        .Computed([&camera] {
+            return camera.IntValue("SensorWidth") / camera.IntValue("BinningHorizontal");
+        })
+        .Unit("px")
+        .In(kCategory)
+        .ReadOnly()
+        .For(PxnVisibilityExpert)
+        .Text("Largest width of an image.");
+    camera.Int("HeightMax")
+        .Computed([&camera] {
+            return camera.IntValue("SensorHeight") / camera.IntValue("BinningVertical");
+        })
+        .Unit("px")
+        .In(kCategory)
+        .ReadOnly()
+        .For(PxnVisibilityExpert)
+        .Text("Largest height of an image.");
+}
+
+void AddRegion(Camera& camera) {
+    const CameraConfiguration& setup = camera.Setup();
+    const auto sized = [&camera](IntFeature& feature) -> IntFeature& {
+        return feature.Unit("px").In(kCategory).OnChange([&camera] { FitRegion(camera); });
+    };
+    sized(camera.Int("Width"))
+        .Value(std::min(kDefaultWidth, std::int64_t{setup.sensorWidth}))
+        .Min([&camera] { return std::lcm(kSmallest, WidthStep(camera)); })
+        .Max([&camera] {
+            const std::int64_t step = WidthStep(camera);
+            const std::int64_t room = camera.IntValue("WidthMax") - camera.IntValue("OffsetX");
+            return room / step * step;
+        })
+        .Increment([&camera] { return WidthStep(camera); })
+        .LockedWhileStreaming()
+        .Affects({"OffsetX", "PayloadSize", "ImageSize", "AcquisitionFrameRate"})
+        .Text("Width of the image.");
+    sized(camera.Int("Height"))
+        .Value(std::min(kDefaultHeight, std::int64_t{setup.sensorHeight}))
+        .Min([] { return kSmallest; })
+        .Max([&camera] {
+            return (camera.IntValue("HeightMax") - camera.IntValue("OffsetY")) / 2 * 2;
+        })
+        .Increment([] { return std::int64_t{2}; })
+        .LockedWhileStreaming()
+        .Affects({"OffsetY", "PayloadSize", "ImageSize", "AcquisitionFrameRate"})
+        .Text("Height of the image.");
+    sized(camera.Int("OffsetX"))
+        .Min([] { return std::int64_t{0}; })
+        .Max([&camera] {
+            return (camera.IntValue("WidthMax") - camera.IntValue("Width")) / kOffsetStep *
+                   kOffsetStep;
+        })
+        .Increment([] { return kOffsetStep; })
+        .Affects({"Width"})
+        .Text("First column of the image on the sensor.");
+    sized(camera.Int("OffsetY"))
+        .Min([] { return std::int64_t{0}; })
+        .Max([&camera] {
+            return (camera.IntValue("HeightMax") - camera.IntValue("Height")) / 2 * 2;
+        })
+        .Increment([] { return std::int64_t{2}; })
+        .Affects({"Height"})
+        .Text("First line of the image on the sensor.");
+}
+
+void AddPixelFormat(Camera& camera) {
+    std::vector<EnumFeature::NamedValue> entries;
+    for (const PixelFormat& format : AllPixelFormats()) {
+        entries.push_back({format.name, std::int64_t{format.code}});
+    }
+    camera.Enum("PixelFormat")
+        .EntriesWithValues(entries)
+        .Value("Mono8")
+        .In(kCategory)
+        .LockedWhileStreaming()
+        .Affects({"PixelSize", "PayloadSize", "ImageSize", "Width", "AcquisitionFrameRate"})
+        .OnChange([&camera] { FitRegion(camera); })
+        .Text("Layout of the pixels in memory.");
+    camera.Int("PixelSize")
+        .Computed([&camera] {
+            return std::int64_t{BitsPerPixel(*FindPixelFormat(camera.EnumValue("PixelFormat")))};
+        })
+        .Unit("bit")
+        .In(kCategory)
+        .ReadOnly()
+        .For(PxnVisibilityExpert)
+        .Text("Bits of a pixel in memory.");
+    camera.Bool("ReverseX")
+        .In(kCategory)
+        .OnChange([&camera] { camera.UpdatePlan(); })
+        .Text("Mirrors the image from left to right.");
+}
+
+const char* PatternName(Pattern pattern) {
+    static constexpr const char* kNames[] = {
+        "GreyDiagonalRamp", "ColorBar", "ResolutionChart", "Noise", "Black", "White"};
+    return kNames[static_cast<std::size_t>(pattern)];
+}
+
+void AddTestPattern(Camera& camera) {
+    camera.Enum("TestPattern")
+        .Entries({"GreyDiagonalRamp", "ColorBar", "ResolutionChart", "Noise", "Black", "White"})
+        .Value(PatternName(camera.Setup().pattern))
+        .In(kCategory)
+        .OnChange([&camera] { camera.UpdatePlan(); })
+        .Text("What the camera looks at.");
+    camera.Int("TestPatternSeed")
+        .Value(camera.Setup().seed)
+        .Range(0, 0x7FFFFFFF)
+        .In(kCategory)
+        .Custom()
+        .For(PxnVisibilityExpert)
+        .AvailableWhen([&camera] { return camera.EnumIs("TestPattern", "Noise"); })
+        .OnChange([&camera] { camera.UpdatePlan(); })
+        .Text("Start of the noise; the same seed gives the same noise.");
+}
+
+} // namespace
+
+void AddImageFormatControl(Camera& camera) {
+    AddSensor(camera);
+    AddPixelFormat(camera);
+    AddRegion(camera);
+    AddTestPattern(camera);
+    // Hosts ask for it before PayloadSize; only this kind of camera has it.
+    if (camera.Setup().kind == CameraKind::kUsb) {
+        camera.Int("ImageSize")
+            .Computed([&camera] { return camera.PayloadBytes(); })
+            .Unit("B")
+            .In(kCategory)
+            .ReadOnly()
+            .Custom()
+            .For(PxnVisibilityExpert)
+            .Text("Bytes of an image with all that comes with it.");
+    }
+}
+
+} // namespace pxsim

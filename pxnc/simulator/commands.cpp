@@ -1,0 +1,243 @@
+#include "pxnc/simulator/commands.h"
+
+#include "pxnc/simulator/number_text.h"
+#include "pxnc/simulator/sdk.h"
+
+#include <array>
+#include <sstream>
+#include <vector>
+
+namespace pxsim {
+namespace {
+
+/// A refused command; what() is the answer.
+struct Refusal {
+    PxnError code;
+    std::string reason;
+};
+
+using Words = std::vector<std::string>;
+
+[[noreturn]] void Refuse(PxnError code, const std::string& reason) {
+    throw Refusal{code, reason};
+}
+
+std::int64_t Number(const std::string& word) {
+    std::int64_t value = 0;
+    if (!ParseInt(word, value)) {
+        Refuse(PxnErrBadParameter, "\"" + word + "\" is not a number");
+    }
+    return value;
+}
+
+std::uint64_t Count(const std::string& word) {
+    const std::int64_t value = Number(word);
+    if (value < 0) {
+        Refuse(PxnErrBadParameter, "\"" + word + "\" is negative");
+    }
+    return static_cast<std::uint64_t>(value);
+}
+
+PxnError Code(const std::string& word) {
+    const std::int64_t value = Number(word);
+    if (value < -1000 || value > 1000) {
+        Refuse(PxnErrBadParameter, "\"" + word + "\" is not a result code");
+    }
+    return static_cast<PxnError>(value);
+}
+
+std::shared_ptr<Simulator> Running() {
+    std::shared_ptr<Simulator> simulator = Sdk::Instance().Current();
+    if (!simulator) {
+        Refuse(PxnErrApiNotStarted, "the SDK is not started");
+    }
+    return simulator;
+}
+
+Camera& CameraOf(Simulator& simulator, const std::string& id) {
+    Camera* camera = simulator.FindCamera(id);
+    if (camera == nullptr) {
+        Refuse(PxnErrNotFound, "no camera \"" + id + "\"");
+    }
+    return *camera;
+}
+
+FrameFault FaultOf(const std::string& word) {
+    static constexpr std::array<std::pair<const char*, FrameFault>, 5> kKinds{
+        {{"incomplete", FrameFault::kIncomplete},
+         {"small", FrameFault::kTooSmall},
+         {"late", FrameFault::kLate},
+         {"drop", FrameFault::kDropped},
+         {"duplicate", FrameFault::kDuplicate}}};
+    for (const auto& [name, fault] : kKinds) {
+        if (word == name) {
+            return fault;
+        }
+    }
+    Refuse(PxnErrBadParameter, "\"" + word + "\" is no kind of frame fault");
+}
+
+std::string SetPlugged(const Words& words, bool plugged) {
+    const std::shared_ptr<Simulator> simulator = Running();
+    if (!simulator->SetPlugged(CameraOf(*simulator, words[1]), plugged)) {
+        Refuse(PxnErrAlready, plugged ? "already plugged" : "already unplugged");
+    }
+    return "ok";
+}
+
+std::string SetFrameFaults(const Words& words) {
+    const FrameFault fault = FaultOf(words[1]);
+    std::istringstream numbers(words[2]);
+    for (std::string number; std::getline(numbers, number, ',');) {
+        Faults::Instance().SetFrameFault(fault, Count(number));
+    }
+    return "ok";
+}
+
+std::string SetFeature(const Words& words) {
+    const std::shared_ptr<Simulator> simulator = Running();
+    Camera& camera = CameraOf(*simulator, words[1]);
+    platform::MutexLock lock(camera.ValueMutex());
+    Feature* feature = camera.Find(words[2].c_str());
+    if (feature == nullptr) {
+        Refuse(PxnErrNotFound, "no feature \"" + words[2] + "\"");
+    }
+    if (const PxnError result = feature->FromText(words[3]); result != PxnErrSuccess) {
+        Refuse(result, "the feature refuses \"" + words[3] + "\"");
+    }
+    return "ok";
+}
+
+std::string Status(const Words&) {
+    const std::shared_ptr<Simulator> simulator = Running();
+    const Accounting& counts = simulator->Counts();
+    std::size_t openCameras = 0;
+    for (const auto& camera : simulator->Cameras()) {
+        openCameras += camera->OpenHandleCount();
+    }
+    std::ostringstream out;
+    out << "{\"calls\":" << Faults::Instance().CallCount() << ",\"announced\":" << counts.announced
+        << ",\"revoked\":" << counts.revoked << ",\"revokedByClose\":" << counts.revokedByClose
+        << ",\"queued\":" << counts.queued << ",\"completed\":" << counts.completed
+        << ",\"flushed\":" << counts.flushed << ",\"dropped\":" << counts.dropped
+        << ",\"callbacks\":" << counts.callbacks << ",\"opened\":" << counts.opened
+        << ",\"closed\":" << counts.closed << ",\"openCameras\":" << openCameras
+        << ",\"registered\":" << counts.registered << ",\"unregistered\":" << counts.unregistered
+        << ",\"unregisteredByClose\":" << counts.unregisteredByClose
+        << ",\"registrations\":" << simulator->Events().RegistrationCount() << "}";
+    return out.str();
+}
+
+std::string Help(const Words&);
+
+struct Command {
+    const char* name;
+    std::size_t least; // words after the name
+    std::size_t most;
+    const char* usage;
+    std::string (*run)(const Words&);
+};
+
+constexpr Command kCommands[] = {
+    {"plug", 1, 1, "plug ID",
+     [](const Words& words) {
+         return SetPlugged(words, true);
+     }},
+    {"unplug", 1, 1, "unplug ID",
+     [](const Words& words) {
+         return SetPlugged(words, false);
+     }},
+    {"plug-at", 2, 2, "plug-at FRAME ID",
+     [](const Words& words) {
+         Faults::Instance().Schedule({Count(words[1]), true, words[2]});
+         return std::string("ok");
+     }},
+    {"unplug-at", 1, 2, "unplug-at FRAME [ID]",
+     [](const Words& words) {
+         Faults::Instance().Schedule(
+             {Count(words[1]), false, words.size() > 2 ? words[2] : std::string()});
+         return std::string("ok");
+     }},
+    {"fail", 3, 3, "fail ENTRY N CODE",
+     [](const Words& words) {
+         Faults::Instance().FailCall(words[1], Count(words[2]), Code(words[3]));
+         return std::string("ok");
+     }},
+    {"fail-always", 2, 2, "fail-always ENTRY CODE",
+     [](const Words& words) {
+         Faults::Instance().FailAlways(words[1], Code(words[2]));
+         return std::string("ok");
+     }},
+    {"delay", 2, 2, "delay ENTRY MS",
+     [](const Words& words) {
+         Faults::Instance().Delay(words[1], static_cast<std::uint32_t>(Count(words[2])));
+         return std::string("ok");
+     }},
+    {"stuck", 1, 1, "stuck ENTRY",
+     [](const Words& words) {
+         Faults::Instance().Stick(words[1]);
+         return std::string("ok");
+     }},
+    {"count-change", 2, 2, "count-change ENTRY N",
+     [](const Words& words) {
+         Faults::Instance().ChangeCount(words[1], Number(words[2]));
+         return std::string("ok");
+     }},
+    {"frame", 2, 2, "frame incomplete|small|late|drop|duplicate N[,M...]", SetFrameFaults},
+    {"frame-random", 3, 3, "frame-random SEED PERCENT KIND",
+     [](const Words& words) {
+         Faults::Instance().SetRandomFrames(static_cast<std::uint32_t>(Count(words[1])),
+                                            static_cast<unsigned>(Count(words[2])),
+                                            FaultOf(words[3]));
+         return std::string("ok");
+     }},
+    {"set", 3, 3, "set ID FEATURE VALUE", SetFeature},
+    {"clear", 0, 0, "clear",
+     [](const Words&) {
+         Faults::Instance().Clear();
+         return std::string("ok");
+     }},
+    {"status", 0, 0, "status", Status},
+    {"help", 0, 0, "help", Help},
+};
+
+std::string Help(const Words&) {
+    std::string text;
+    for (const Command& command : kCommands) {
+        text += command.usage;
+        text += '\n';
+    }
+    return text;
+}
+
+} // namespace
+
+std::int32_t RunCommand(const std::string& line, std::string& answer) {
+    std::istringstream stream(line);
+    Words words;
+    for (std::string word; stream >> word;) {
+        words.push_back(word);
+    }
+    try {
+        if (words.empty()) {
+            Refuse(PxnErrBadParameter, "no command; try help");
+        }
+        for (const Command& command : kCommands) {
+            if (words[0] != command.name) {
+                continue;
+            }
+            const std::size_t arguments = words.size() - 1;
+            if (arguments < command.least || arguments > command.most) {
+                Refuse(PxnErrBadParameter, std::string("usage: ") + command.usage);
+            }
+            answer = command.run(words);
+            return PxnErrSuccess;
+        }
+        Refuse(PxnErrNotFound, "no command \"" + words[0] + "\"; try help");
+    } catch (const Refusal& refusal) {
+        answer = refusal.reason;
+        return refusal.code;
+    }
+}
+
+} // namespace pxsim

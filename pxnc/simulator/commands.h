@@ -1,0 +1,12 @@
+// commands.h - the lines of the control interface
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace pxsim {
+
+/// Runs one line. 0 and an answer, or a negative code and the reason.
+std::int32_t RunCommand(const std::string& line, std::string& answer);
+
+} // namespace pxsim

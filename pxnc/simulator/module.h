@@ -1,0 +1,100 @@
+// module.h - a module of the SDK: a set of features behind handles
+#pragma once
+
+#include "platform/mutex.h"
+#include "pxnc/simulator/string_pool.h"
+#include "pxnc/simulator/typed_features.h"
+
+#include <memory>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace pxsim {
+
+class EventDispatcher;
+
+/// System, transport layer, interface, camera, local device, stream or the chunk data of a frame.
+///
+/// The features are added while the module is built and stay until it goes; their values are
+/// guarded by the mutex, which modules that look at each other share (all modules of one camera
+/// do). The operations here take it themselves; it is recursive because features compute their
+/// values from others.
+class Module {
+public:
+    Module(StringPool& strings, EventDispatcher& events, std::shared_ptr<platform::Mutex> mutex);
+    virtual ~Module() = default;
+    Module(const Module&) = delete;
+    Module& operator=(const Module&) = delete;
+
+    IntFeature& Int(const char* name) { return Add<IntFeature>(name); }
+    FloatFeature& Float(const char* name) { return Add<FloatFeature>(name); }
+    EnumFeature& Enum(const char* name) { return Add<EnumFeature>(name); }
+    StringFeature& String(const char* name) { return Add<StringFeature>(name); }
+    BoolFeature& Bool(const char* name) { return Add<BoolFeature>(name); }
+    CommandFeature& Command(const char* name) { return Add<CommandFeature>(name); }
+    RawFeature& Raw(const char* name) { return Add<RawFeature>(name); }
+    /// Hides a feature from the hosts while the module is built; the device itself keeps working
+    /// with it. False when there is none of that name.
+    bool Omit(const char* name);
+
+    StringPool& Strings() { return strings; }
+    platform::Mutex& ValueMutex() const RETURN_CAPABILITY(mutex) { return mutex; }
+    /// Null when there is no feature of that name, compared exactly, or when it is hidden.
+    Feature* FindVisible(const char* name) const;
+    Feature* Find(const char* name) const;
+    /// Hidden ones among them.
+    const std::vector<std::unique_ptr<Feature>>& Features() const { return features; }
+
+    /// Present values by name, for those who know that the feature exists and has that type.
+    std::int64_t IntValue(const char* name) const;
+    double FloatValue(const char* name) const;
+    const char* EnumValue(const char* name) const;
+    std::int64_t EnumIntValue(const char* name) const;
+    bool BoolValue(const char* name) const;
+    bool EnumIs(const char* name, const char* entry) const;
+
+    /// Raises the invalidation of a feature and of all that depends on it, on every handle.
+    void Invalidate(const Feature& feature);
+    void Invalidate(const char* name);
+    /// Invalidates everything, after values were restored.
+    void InvalidateAll();
+
+    void AddHandle(PxnHandle handle);
+    void RemoveHandle(PxnHandle handle);
+
+    /// True while a stream runs: features that shape the image cannot be written.
+    virtual bool IsStreaming() const { return false; }
+
+    /// For the modules that share this one's mutex.
+    std::shared_ptr<platform::Mutex> SharedMutex() const { return ownedMutex; }
+
+private:
+    const std::shared_ptr<platform::Mutex> ownedMutex;
+
+protected:
+    platform::Mutex& mutex;
+
+private:
+    template <class T>
+    T& Add(const char* name);
+    template <class T>
+    T& Typed(const char* name) const;
+
+    StringPool& strings;
+    EventDispatcher& events;
+    std::vector<std::unique_ptr<Feature>> features;
+    std::unordered_map<std::string_view, Feature*> byName;
+    std::vector<PxnHandle> handles GUARDED_BY(mutex);
+};
+
+template <class T>
+T& Module::Add(const char* name) {
+    auto feature = std::make_unique<T>(*this, name);
+    T& added = *feature;
+    byName.emplace(added.Name(), &added);
+    features.push_back(std::move(feature));
+    return added;
+}
+
+} // namespace pxsim

@@ -1,0 +1,29 @@
+// stream.h - a stream module with the engine that moves its frames
+#pragma once
+
+#include "pxnc/simulator/acquisition_engine.h"
+#include "pxnc/simulator/module.h"
+
+namespace pxsim {
+
+class Camera;
+
+class Stream : public Module {
+public:
+    Stream(Camera& camera, std::uint32_t index, StringPool& strings, EventDispatcher& events,
+           Accounting& accounting);
+
+    AcquisitionEngine& Engine() { return engine; }
+    bool IsStreaming() const override { return engine.IsCapturing(); }
+
+private:
+    void AddFeatures(std::uint32_t index);
+    void AddStatistics();
+    void AddGigEFeatures();
+    PxnError AdjustPacketSize();
+
+    Camera& camera;
+    AcquisitionEngine engine;
+};
+
+} // namespace pxsim

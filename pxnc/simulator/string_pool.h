@@ -1,0 +1,24 @@
+// string_pool.h - one pointer per distinct text, valid until the last shutdown
+#pragma once
+
+#include "platform/mutex.h"
+
+#include <string>
+#include <string_view>
+#include <unordered_set>
+
+namespace pxsim {
+
+/// Owns every text that the SDK hands out. Equal texts share one pointer, which callers may
+/// compare instead of the characters. Any thread.
+class StringPool {
+public:
+    const char* Intern(std::string_view text) EXCLUDES(mutex);
+
+private:
+    platform::Mutex mutex;
+    // Nodes never move, so the pointers handed out stay valid while the set grows.
+    std::unordered_set<std::string> texts GUARDED_BY(mutex);
+};
+
+} // namespace pxsim
