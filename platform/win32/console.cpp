@@ -7,6 +7,8 @@
 #include <io.h>
 #include <stdio.h>
 
+#include <initializer_list>
+
 namespace platform {
 
 void PrepareStandardStreams() {
