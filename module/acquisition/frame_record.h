@@ -20,8 +20,8 @@ public:
     FrameRecord& operator=(const FrameRecord&) = delete;
 
     /// Gives the record memory for the mode's images. False when there is no mode, when its pixel
-    /// format is unknown, when an image that needs no conversion is larger than the SDK's 32-bit
-    /// size can tell, or when memory is out.
+    /// format is unknown, when what the SDK fills is larger than its 32-bit size can tell, when the
+    /// size of the image changes meanwhile, or when memory is out.
     bool Allocate(CMivoraGfxModeKVNPyxen* mode);
     /// Converts the raw image into the host's; true when a conversion was done.
     bool Convert();
@@ -32,9 +32,11 @@ public:
     std::uint64_t GetHostBufferSize() const { return hostSize; }
 
 private:
+    bool AllocateBoth(std::uint64_t payloadSize, std::uint64_t imageSize);
+    bool AllocateHost(std::uint64_t imageSize);
+
     PxnFrame frame{}; // context: 0 the grabber, 1 this record, 2 the buffer index
     MallocArray<std::uint8_t> rawBuffer;
-    std::uint64_t rawSize = 0;
     MallocArray<std::uint8_t> hostBuffer;
     std::uint64_t hostSize = 0;
     const PixelFormat* format = nullptr;

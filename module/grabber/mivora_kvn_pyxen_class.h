@@ -129,20 +129,29 @@ private:
     MV_ERRCODE SnapContinuous();
     MV_ERRCODE SnapAsynchronous();
     MV_ERRCODE SnapSynchronous(uint32_t mode);
+    bool PrepareSynchronous();
+    MV_ERRCODE TakeSynchronous();
     MV_ERRCODE QueueAllBuffers();
     MV_ERRCODE StartCamera();
+    void StopCamera();
     void LogReceiveError(const PxnFrame& frame);
     void Requeue(PxnFrame* frame);
     void StartCleanupThread();
     void JoinCleanupThread();
     static void PXN_CALL OnFrame(PxnHandle camera, PxnHandle stream, PxnFrame* frame);
     static void SingleSnapCleanupThreadProc(void* grabber);
+    void WindUpSingleSnap();
+    /// The dialog whose acquisition marks count for the camera that is snapping, or null.
+    ICamCntrlDialog* DialogToMark() const;
+    bool ShapeFrameRecords(uint64_t count) REQUIRES(serialMutex);
 
     std::atomic<bool> cameraOpen{false};
     std::atomic<uint32_t> acquisitionState{0};
     std::atomic<bool> initialized{false};
     std::atomic<bool> buffersPrepared{false};
     std::atomic<uint64_t> framesReceived{0};
+    // Kept from the last snap for the cleanup thread, while the host may list its cameras anew.
+    std::atomic<bool> servedByFeatureControl{false};
 
     std::unique_ptr<platform::Event> acquisitionEvents[2]; // reset at each snap
     std::unique_ptr<platform::Event> stopEvent;            // set: the callback does not requeue

@@ -32,11 +32,7 @@ PxnError FillList(const char* entry, std::size_t count, Record* array, std::uint
 
 } // namespace
 
-#if defined(_WIN32)
-extern "C" __declspec(dllexport) Sdk* ScriptedSdkInstance();
-#else
-extern "C" __attribute__((visibility("default"))) Sdk* ScriptedSdkInstance();
-#endif
+extern "C" PXN_API Sdk* ScriptedSdkInstance();
 Sdk* ScriptedSdkInstance() {
     return &SdkState::Instance();
 }

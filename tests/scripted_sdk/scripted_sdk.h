@@ -11,8 +11,8 @@
 #include <string>
 #include <vector>
 
-// One type information for program and library; Windows has no need of it.
-#if defined(__GNUC__) && !defined(_WIN32)
+// One type information for program and library, where that takes a mark.
+#if defined(__ELF__)
 #define SCRIPTED_SHARED_TYPE __attribute__((visibility("default")))
 #else
 #define SCRIPTED_SHARED_TYPE

@@ -1,0 +1,100 @@
+// frame_callback.cpp - frames as they come from the SDK's thread
+//
+// Nothing in here waits or allocates, and without a sink nothing is formatted.
+#include "acquisition/acquisition_mode.h"
+#include "acquisition/frame_callback_scope.h"
+#include "acquisition/log_line.h"
+#include "grabber/mivora_kvn_pyxen_class.h"
+#include "sdk/sdk_error.h"
+
+#include <cstdio>
+
+namespace {
+
+uint64_t IndexOf(const PxnFrame& frame) {
+    return static_cast<uint64_t>(reinterpret_cast<std::uintptr_t>(frame.context[2]));
+}
+
+} // namespace
+
+void PXN_CALL CMivoraKVNPyxenClass::OnFrame(PxnHandle, PxnHandle, PxnFrame* frame) {
+    static_cast<CPyxenGrabber*>(frame->context[0])->FrameCallback(frame);
+}
+
+void CMivoraKVNPyxenClass::FrameCallback(PxnFrame* frame) {
+    const FrameCallbackScope scope(this);
+    ILogSink* const log = GetLogSink();
+    const uint32_t mode = acquisitionState;
+    if (frame->receiveStatus != PxnFrameStatusComplete) {
+        LogReceiveError(*frame);
+    } else {
+        const uint64_t count = ++framesReceived;
+        const uint64_t index = IndexOf(*frame);
+        LogInformation(
+            log,
+            "CMivoraKVNPyxenClass::FrameCallback: Successfully grabbed frame: buffer idx = %I64u, total count = %I64u. [RcvSize = %u, %ux%u, PixelFmt = %08X, UniqueId = %I64u]",
+            index, count, frame->bufferSize, frame->width, frame->height, frame->pixelFormat,
+            frame->frameId);
+        if (static_cast<FrameRecord*>(frame->context[1])->Convert()) {
+            LogInformation(log, "CMivoraKVNPyxenClass::FrameCallback: Image conversion done.");
+        }
+        DoPostProcess(index, 1);
+    }
+    switch (mode) {
+    case kIdle:
+        break;
+    case kContinuous:
+        Requeue(frame);
+        break;
+    case kAsynchronousSingle:
+        LogInformation(
+            log, "CMivoraKVNPyxenClass::FrameCallback: An asynchronous single snap has finished");
+        StartCleanupThread();
+        break;
+    default:
+        LogError(log, "CMivoraKVNPyxenClass::FrameCallback: unknown snap type");
+        break;
+    }
+}
+
+void CMivoraKVNPyxenClass::LogReceiveError(const PxnFrame& frame) {
+    ILogSink* const log = GetLogSink();
+    if (!log) {
+        return;
+    }
+    char unknown[32];
+    const char* text = unknown;
+    switch (frame.receiveStatus) {
+    case PxnFrameStatusInvalid:
+        text = "Frame buffer was invalid";
+        break;
+    case PxnFrameStatusTooSmall:
+        text = "Frame buffer was too small";
+        break;
+    case PxnFrameStatusIncomplete:
+        text = "Frame could not be filled to the end";
+        break;
+    default:
+        std::snprintf(unknown, sizeof unknown, "Unknown error: %d", frame.receiveStatus);
+        break;
+    }
+    log->Write(
+        kMvLogError,
+        "CMivoraKVNPyxenClass::FrameCallback: Receive error: \"%s\" at buffer idx = %I64u. [RcvSize = %u, %ux%u, PixelFmt = %08X, UniqueId = %I64u]",
+        text, IndexOf(frame), frame.bufferSize, frame.width, frame.height, frame.pixelFormat,
+        frame.frameId);
+}
+
+void CMivoraKVNPyxenClass::Requeue(PxnFrame* frame) {
+    // Whoever holds the mutex is stopping: the frame is not wanted back.
+    if (!requeueMutex.TryLock()) {
+        return;
+    }
+    if (!stopEvent->IsSet()) {
+        if (const PxnError result = api.PxnCaptureFrameQueue(cameraHandle, frame, &OnFrame)) {
+            ReportSdkError("CMivoraKVNPyxenClass::FrameCallback: Cannot requeue frame", result,
+                           GetLogSink());
+        }
+    }
+    requeueMutex.Unlock();
+}

@@ -1,0 +1,94 @@
+// open_camera.cpp - opening the active camera
+#include "acquisition/log_line.h"
+#include "grabber/mivora_camera_kvn_pyxen.h"
+#include "grabber/mivora_kvn_pyxen_class.h"
+#include "sdk/sdk_error.h"
+
+MV_ERRCODE CMivoraKVNPyxenClass::OpenActCamera() {
+    ILogSink* const log = GetLogSink();
+    LogInformation(log, "CMivoraKVNPyxenClass::OpenActCamera");
+    if (!initialized) {
+        return MV_NOT_INITIALISED;
+    }
+    CMivoraCameraKVNPyxen* const camera = ActCameraNode();
+    if (!camera) {
+        return MV_NO_CAMERA;
+    }
+    PxnCameraInfo& record = camera->Record();
+    PxnHandle handle = nullptr;
+    if (const PxnError result =
+            api.PxnCameraOpen(record.cameraIdExtended, PxnAccessModeFull, &handle)) {
+        ReportSdkError("CMivoraKVNPyxenClass::OpenActCamera", result, log);
+        return MV_REFUSED;
+    }
+    cameraHandle = handle;
+    LogInformation(log, "Successfully opened camera! Handle = %p", handle);
+    api.PxnCameraInfoQueryByHandle(handle, &record, sizeof record);
+    StoreSelectedUniqueId(record.cameraIdExtended ? record.cameraIdExtended : "");
+
+    // Without a feature list the open counts as successful all the same, and without a line of its
+    // own; that is intended.
+    if (cameraCaches[kCameraCache].Init("Camera", &api, handle, log)) {
+        SetOptimumSerialPortBaudRate();
+        FillModuleCaches(record);
+        AdjustPacketSize();
+        LoadTransportLayerConfig();
+        LogInformation(log, "CMivoraKVNPyxenClass::OpenActCamera: Using snap start strategy: %s",
+                       firstQueueThenSnap ? "First queue frames then start snap"
+                                          : "First start snap then queue frames");
+    }
+    cameraOpen = true;
+    UpdateCamCntrlDialogs(kMvUpdateAll);
+    return MV_OK;
+}
+
+void CMivoraKVNPyxenClass::FillModuleCaches(PxnCameraInfo& record) {
+    ILogSink* const log = GetLogSink();
+    cameraCaches[kInterfaceCache].Init("Interface", &api, record.interfaceHandle, log);
+    cameraCaches[kLocalDeviceCache].Init("Localdevice", &api, record.localDeviceHandle, log);
+    cameraCaches[kTransportLayerCache].Init("Transportlayer", &api, record.transportLayerHandle,
+                                            log);
+    // Listed a second time, since the features may be others now that the serial link is tuned.
+    cameraCaches[kCameraCache].Init("Camera", &api, cameraHandle, log);
+    for (uint32_t stream = 0; stream < record.streamCount; ++stream) {
+        if (stream == 0) {
+            cameraCaches[kStreamCache].Init("Stream0", &api, record.streamHandles[0], log);
+        } else {
+            LogError(log, "Todo: Currently only one stream supported...");
+        }
+    }
+}
+
+void CMivoraKVNPyxenClass::AdjustPacketSize() {
+    constexpr const char* kCommand = "GVSPAdjustPacketSize";
+    ILogSink* const log = GetLogSink();
+    const FeatureCache& cache = cameraCaches[kStreamCache];
+    const PxnHandle stream = cache.GetModuleName() ? cache.GetHandle() : nullptr;
+    LogInformation(log,
+                   "CMivoraKVNPyxenClass::OpenActCamera: Executing GVSP Packet size adjustment");
+    if (const PxnError result = api.PxnFeatureCommandRun(stream, kCommand)) {
+        ReportSdkError(
+            "CMivoraKVNPyxenClass::OpenActCamera: Failed to execute GVSP packet size adjustment",
+            result, log);
+        return;
+    }
+    // Neither a pause nor a limit is intended: the SDK ends the wait, with an error if it must.
+    for (;;) {
+        PxnBool done = 0;
+        const PxnError result = api.PxnFeatureCommandIsDone(stream, kCommand, &done);
+        if (result == PxnErrNotFound) {
+            return;
+        }
+        if (result != PxnErrSuccess) {
+            ReportSdkError(
+                "CMivoraKVNPyxenClass::OpenActCamera: Failed to wait for completion of GVSP packet size adjustment",
+                result, log);
+            return;
+        }
+        if (done) {
+            LogInformation(
+                log, "CMivoraKVNPyxenClass::OpenActCamera: GVSP Packet size adjustment completed.");
+            return;
+        }
+    }
+}
