@@ -67,6 +67,7 @@ TEST(Text, HasNoNarrowFormForHalfACharacter) {
 
 TEST(Text, ComparesWithoutTheCaseOfLetters) {
     EXPECT_EQ(CompareNoCase("", ""), 0);
+    EXPECT_EQ(CompareNoCase("ABCDEFGHIJKLMNOPQRSTUVWXYZ", "abcdefghijklmnopqrstuvwxyz"), 0);
     EXPECT_EQ(CompareNoCase("TransportLayer", "transportLAYER"), 0);
     EXPECT_LT(CompareNoCase("abc", "ABD"), 0);
     EXPECT_GT(CompareNoCase("ABD", "abc"), 0);
