@@ -21,7 +21,7 @@ Camera::Camera(const CameraConfiguration& newSetup, const InterfaceConfiguration
       name(services.strings.Intern(setup.name)),
       model(services.strings.Intern(setup.model)),
       serial(services.strings.Intern(setup.serial)),
-      powerOn(Clock::now()) {
+      powerOn(Clock::now()), registers(*this) {
     plugged = setup.plugged;
     AddFeatures();
     localDevice = std::make_unique<Module>(services.strings, services.events, SharedMutex());
@@ -355,6 +355,7 @@ void Camera::OnStreamingChanged() {
 }
 
 void Camera::ResetFeatures() {
+    registers.Reset();
     platform::MutexLock lock(mutex);
     for (const auto& feature : Features()) {
         feature->Reset();

@@ -4,6 +4,7 @@
 #include "pxnc/simulator/configuration.h"
 #include "pxnc/simulator/handle_table.h"
 #include "pxnc/simulator/module.h"
+#include "pxnc/simulator/register_space.h"
 #include "pxnc/simulator/stream.h"
 
 #include <atomic>
@@ -59,6 +60,7 @@ public:
     std::size_t OpenHandleCount() const EXCLUDES(mutex);
 
     Module& LocalDevice() { return *localDevice; }
+    RegisterSpace& Registers() { return registers; }
     std::vector<std::unique_ptr<Stream>>& Streams() { return streams; }
 
     // What the features do.
@@ -111,6 +113,7 @@ private:
     const Clock::time_point powerOn;
     PxnHandle transportLayerHandle = nullptr;
     PxnHandle interfaceHandle = nullptr;
+    RegisterSpace registers;
     std::unique_ptr<Module> localDevice;
     std::vector<std::unique_ptr<Stream>> streams;
     std::atomic<bool> acquiring = false;

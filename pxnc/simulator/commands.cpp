@@ -108,6 +108,33 @@ std::string SetFeature(const Words& words) {
     return "ok";
 }
 
+std::string SetUartFault(const Words& words) {
+    const std::shared_ptr<Simulator> simulator = Running();
+    const std::uint64_t port = Count(words[1]);
+    Uart::Fault fault = Uart::Fault::kNone;
+    if (words[2] == "stuck") {
+        fault = Uart::Fault::kStuck;
+    } else if (words[2] == "slow") {
+        fault = Uart::Fault::kSlow;
+    } else if (words[2] != "ok") {
+        Refuse(PxnErrBadParameter, "\"" + words[2] + "\" is not stuck, slow or ok");
+    }
+    bool any = false;
+    for (const auto& camera : simulator->Cameras()) {
+        if (words.size() > 3 && !camera->HasId(words[3].c_str())) {
+            continue;
+        }
+        if (Uart* uart = camera->Registers().Port(port); uart != nullptr) {
+            uart->SetFault(fault);
+            any = true;
+        }
+    }
+    if (!any) {
+        Refuse(PxnErrNotFound, "no camera has port " + words[1]);
+    }
+    return "ok";
+}
+
 std::string Status(const Words&) {
     const std::shared_ptr<Simulator> simulator = Running();
     const Accounting& counts = simulator->Counts();
@@ -191,6 +218,7 @@ constexpr Command kCommands[] = {
                                             FaultOf(words[3]));
          return std::string("ok");
      }},
+    {"uart", 2, 3, "uart PORT stuck|slow|ok [ID]", SetUartFault},
     {"set", 3, 3, "set ID FEATURE VALUE", SetFeature},
     {"clear", 0, 0, "clear",
      [](const Words&) {

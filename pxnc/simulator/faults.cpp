@@ -1,6 +1,7 @@
 #include "pxnc/simulator/faults.h"
 
 #include "platform/sleep.h"
+#include "pxnc/simulator/never_destroyed.h"
 
 #include <algorithm>
 #include <cstring>
@@ -15,8 +16,8 @@ bool Concerns(const std::string& faultEntry, const char* entry) {
 } // namespace
 
 Faults& Faults::Instance() {
-    static Faults instance;
-    return instance;
+    static NeverDestroyed<Faults> instance;
+    return instance.Get();
 }
 
 PxnError Faults::OnCall(const char* entry) {

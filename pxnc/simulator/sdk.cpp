@@ -1,14 +1,15 @@
 #include "pxnc/simulator/sdk.h"
 
 #include "pxnc/simulator/callback_scope.h"
+#include "pxnc/simulator/never_destroyed.h"
 
 #include <cstdio>
 
 namespace pxsim {
 
 Sdk& Sdk::Instance() {
-    static Sdk instance;
-    return instance;
+    static NeverDestroyed<Sdk> instance;
+    return instance.Get();
 }
 
 PxnError Sdk::Startup(const wchar_t* configPath) {

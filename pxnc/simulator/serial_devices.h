@@ -1,0 +1,21 @@
+// serial_devices.h - what hangs on the camera's serial ports
+#pragma once
+
+#include <memory>
+#include <string>
+
+namespace pxsim {
+
+/// The far end of a serial line. Used by one thread at a time.
+class SerialDevice {
+public:
+    virtual ~SerialDevice() = default;
+    /// Takes bytes as they arrive, in pieces of any size, and gives back what the device sends.
+    virtual std::string Receive(const std::string& bytes) = 0;
+};
+
+/// "loopback" returns every byte, "lens" is a lens controller, "none" is silent. Null for any
+/// other name.
+std::unique_ptr<SerialDevice> MakeSerialDevice(const std::string& name);
+
+} // namespace pxsim
