@@ -22,31 +22,39 @@ bool WriteSettings(CIniFile& ini, const char* section, const ChannelSettings& se
     return true;
 }
 
-MV_ERRCODE Apply(CCmdChannel& channel, CIniFile& ini, const char* section,
-                 const ChannelSettings& settings) {
+MV_ERRCODE WriteAndRead(CCmdChannel& channel, CIniFile& ini, const char* section,
+                        const ChannelSettings& settings) {
     return WriteSettings(ini, section, settings) ? channel.GetConfig(&ini, section)
                                                  : MV_CONFIG_NOT_SAVED;
 }
 
 } // namespace
 
+MV_ERRCODE ApplySettings(CCmdChannel& channel, const ChannelSettings& settings) {
+    const std::string directory = platform::CreateTemporaryDirectory("mivora");
+    if (directory.empty()) {
+        return MV_CONFIG_NOT_SAVED;
+    }
+    MV_ERRCODE code = MV_OK;
+    {
+        CIniFile ini;
+        ini.Open(platform::JoinPath(directory, "channel.ini").c_str());
+        code = WriteAndRead(channel, ini, "Channel", settings);
+    }
+    platform::RemoveDirectoryTree(directory);
+    return code;
+}
+
 MV_ERRCODE ConfigureActChannel(CMivoraGrabber& grabber, const ChannelSettings& settings) {
     CCmdChannel* const channel = grabber.GetActCmdChannel();
     if (!channel) {
         return MV_NO_CHANNEL;
     }
+    CIniFile* const ini = grabber.GetIni();
+    if (!ini) {
+        return ApplySettings(*channel, settings);
+    }
     char section[64];
     grabber.GetCmdChannelSection(grabber.GetActCmdChannelIndex(), section, sizeof section);
-    if (CIniFile* const ini = grabber.GetIni()) {
-        return Apply(*channel, *ini, section, settings);
-    }
-    const std::string directory = platform::CreateTemporaryDirectory("mivora");
-    MV_ERRCODE code = MV_CONFIG_NOT_SAVED;
-    if (!directory.empty()) {
-        CIniFile ini;
-        ini.Open(platform::JoinPath(directory, "channel.ini").c_str());
-        code = Apply(*channel, ini, section, settings);
-        platform::RemoveDirectoryTree(directory);
-    }
-    return code;
+    return WriteAndRead(*channel, *ini, section, settings);
 }

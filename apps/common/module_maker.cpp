@@ -5,13 +5,11 @@
 
 CMivoraGrabber* ModuleMaker::Create() {
     if (!loader.IsLoaded() && !loader.Load(modulePath.c_str())) {
-        throw CommandFailure("cannot load the grabber module " + modulePath + ": " +
-                             loader.GetErrorText());
+        throw CommandFailure(loader.GetErrorText());
     }
     CMivoraGrabber* const grabber = loader.CreateGrabber();
     if (!grabber) {
-        throw CommandFailure("the grabber module " + modulePath +
-                             " made no grabber: " + loader.GetErrorText());
+        throw CommandFailure(loader.GetErrorText());
     }
     return grabber;
 }

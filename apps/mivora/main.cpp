@@ -16,6 +16,12 @@ int main(int argumentCount, char** arguments) {
     };
     AddCamerasCommand(app, options, maker);
     AddInfoCommand(app, options, maker);
+    AddSnapCommand(app, options, maker);
+    AddGrabCommand(app, options, maker);
+    AddParamCommand(app, options, maker);
+    AddChannelsCommand(app, options, maker);
+    AddSerialCommand(app, options, maker);
+    AddWatchCommand(app, options, maker);
     AddShellCommand(app, options, maker);
     return RunApp(app, argumentCount, arguments);
 }

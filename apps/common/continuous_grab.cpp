@@ -1,0 +1,153 @@
+// continuous_grab.cpp - frames one after another
+#include "apps/common/continuous_grab.h"
+
+#include "apps/common/session.h"
+#include "mivora/grabber.h"
+#include "platform/clock.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr std::uint32_t kContinuous = 1;
+
+} // namespace
+
+FrameAccount& FrameAccount::operator+=(const FrameAccount& other) {
+    completed += other.completed;
+    delivered += other.delivered;
+    taken += other.taken;
+    lost += other.lost;
+    flushed += other.flushed;
+    damaged += other.damaged;
+    inError += other.inError;
+    return *this;
+}
+
+double FrameTiming::Rate() const {
+    const double seconds = static_cast<double>(interval.Sum()) / 1e9;
+    return seconds > 0 ? static_cast<double>(interval.Count()) / seconds : 0;
+}
+
+ContinuousGrab::ContinuousGrab(Session& grabbingSession, std::uint64_t buffers)
+    : session(grabbingSession), bufferCount(buffers) {
+    session.Events().SetFrameHook([this](std::uint64_t index) { OnFrame(index); });
+}
+
+ContinuousGrab::~ContinuousGrab() {
+    Stop();
+    session.Events().SetFrameHook(nullptr);
+}
+
+void ContinuousGrab::Start() {
+    CMivoraGrabber& grabber = session.Grabber();
+    layout = DescribeImage(session.CheckedMode());
+    session.Check("PrepareFrameBuffers", grabber.PrepareFrameBuffers(bufferCount),
+                  std::to_string(bufferCount) + " frame buffers");
+    {
+        platform::MutexLock lock(timingMutex);
+        arrivals.assign(bufferCount, {});
+        timing.last = 0; // the pause between two runs is no interval
+    }
+    // Every frame is wanted, in order.
+    grabber.SetFeature(EMV_FEATURE_KEEP_NEWEST, 0);
+    framesInRun = 0;
+    takenInRun = 0;
+    damagedInRun = 0;
+    errorsBefore = session.Log().ReceiveErrors();
+    changesAtLastFrame = session.Events().ConfigurationChanges();
+    session.Events().ResetFrames();
+    running = true;
+    session.Check("Snap", grabber.Snap(kContinuous), session.ActCameraText());
+}
+
+void ContinuousGrab::OnFrame(std::uint64_t bufferIndex) {
+    const std::uint64_t now = platform::MonotonicNanoseconds();
+    const std::uint64_t number = ++framesInRun;
+    changesAtLastFrame = session.Events().ConfigurationChanges();
+    platform::MutexLock lock(timingMutex);
+    if (bufferIndex < arrivals.size()) {
+        arrivals[static_cast<std::size_t>(bufferIndex)] = {now, number};
+    }
+    if (timing.last != 0) {
+        timing.interval.Add(now - timing.last);
+    }
+    timing.last = now;
+}
+
+FrameResult ContinuousGrab::TakeFrame(std::uint64_t timeoutMs, std::vector<std::uint8_t>* copy) {
+    CMivoraGrabber& grabber = session.Grabber();
+    EventRecorder& events = session.Events();
+    // A frame counts once its callback is through, so that the time of its arrival is known.
+    const auto isFrameWaiting = [&] {
+        return events.Frames() > takenInRun + grabber.GetLostBufferCount();
+    };
+    std::uint64_t index = 0;
+    if (!events.WaitFor(isFrameWaiting, timeoutMs) ||
+        grabber.GetLastFilledBuffer(&index) != MV_OK) {
+        return FrameResult::kNone;
+    }
+    const std::uint64_t now = platform::MonotonicNanoseconds();
+    ++takenInRun;
+    {
+        platform::MutexLock lock(timingMutex);
+        handOver.Add(now - std::min(now, arrivals[static_cast<std::size_t>(index)].time));
+    }
+    const bool isWhole = !copy || CopyImage(index, *copy);
+    grabber.ReleaseFrameBuffer(index);
+    if (!isWhole) {
+        ++damagedInRun;
+        return FrameResult::kDamaged;
+    }
+    return FrameResult::kTaken;
+}
+
+bool ContinuousGrab::CopyImage(std::uint64_t bufferIndex, std::vector<std::uint8_t>& copy) const {
+    std::uint64_t number = 0;
+    {
+        platform::MutexLock lock(timingMutex);
+        number = arrivals[static_cast<std::size_t>(bufferIndex)].number;
+    }
+    const auto* const pixels =
+        static_cast<const std::uint8_t*>(session.Grabber().GetFrameBuffer(bufferIndex));
+    copy.assign(pixels, pixels + static_cast<std::size_t>(layout.Size()));
+    // The module gives a buffer back to the camera at once, and the camera fills it again when it
+    // has filled all others.
+    const std::uint64_t later = framesInRun.load() - number;
+    return later < std::max<std::uint64_t>(bufferCount - 1, 1);
+}
+
+void ContinuousGrab::Stop() {
+    if (!running) {
+        return;
+    }
+    running = false;
+    CMivoraGrabber& grabber = session.Grabber();
+    grabber.StopSnap();
+    FrameAccount run;
+    std::uint64_t completed = 0;
+    grabber.GetGrabberParam(MVGF_FRAMES_RECEIVED, &completed, nullptr);
+    run.completed = completed;
+    run.delivered = session.Events().Frames();
+    run.taken = takenInRun;
+    run.damaged = damagedInRun;
+    run.lost = grabber.GetLostBufferCount();
+    run.inError = session.Log().ReceiveErrors() - errorsBefore;
+    std::uint64_t index = 0;
+    while (grabber.GetLastFilledBuffer(&index) == MV_OK) {
+        ++run.flushed;
+        grabber.ReleaseFrameBuffer(index);
+    }
+    account += run;
+}
+
+bool ContinuousGrab::IsSuspicious() const {
+    return session.Events().ConfigurationChanges() != changesAtLastFrame.load();
+}
+
+FrameTiming ContinuousGrab::Timing() const {
+    platform::MutexLock lock(timingMutex);
+    FrameTiming all = timing;
+    all.handOver = handOver;
+    return all;
+}

@@ -1,0 +1,34 @@
+// histogram.h - how times are distributed
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+/// Counts values in buckets that grow with the value: percentiles are off by at most one part in
+/// 64, whatever the range, and no count of values takes more memory. One thread.
+class Histogram {
+public:
+    void Add(std::uint64_t value);
+
+    std::uint64_t Count() const { return count; }
+    std::uint64_t Sum() const { return sum; }
+    /// Exact; 0 without values.
+    std::uint64_t Min() const { return count ? least : 0; }
+    std::uint64_t Max() const { return most; }
+    /// The smallest value that at least `percent` of all values do not exceed, as the upper end of
+    /// its bucket and never above Max. 0 without values.
+    std::uint64_t Percentile(double percent) const;
+
+private:
+    static constexpr unsigned kFractionBits = 6;
+    static constexpr std::size_t kBuckets = (64 - kFractionBits + 1) << kFractionBits;
+
+    static std::size_t BucketOf(std::uint64_t value);
+    static std::uint64_t UpperEnd(std::size_t bucket);
+
+    std::array<std::uint64_t, kBuckets> buckets{};
+    std::uint64_t count = 0;
+    std::uint64_t sum = 0;
+    std::uint64_t least = 0;
+    std::uint64_t most = 0;
+};

@@ -1,0 +1,238 @@
+// grab_command.cpp - continuous acquisition
+#include "apps/common/command_failure.h"
+#include "apps/common/continuous_grab.h"
+#include "apps/common/frame_writer.h"
+#include "apps/common/session.h"
+#include "apps/mivora/commands.h"
+#include "apps/mivora/grab_report.h"
+#include "mivora/grabber.h"
+#include "platform/clock.h"
+#include "platform/interrupt.h"
+#include "platform/window_message.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace {
+
+constexpr std::uint64_t kNanosecondsPerMillisecond = 1000000;
+constexpr std::uint64_t kSliceMs = 200;
+constexpr std::uint64_t kLeastGraceMs = 1000;
+constexpr std::uint64_t kGraceIntervals = 4;
+constexpr std::uint64_t kLookForCameraMs = 500;
+
+struct GrabOptions {
+    std::uint64_t frames = 0;
+    std::uint64_t buffers = 8;
+    std::uint64_t timeoutMs = 5000;
+    std::string directory;
+    std::string format = "png";
+    bool reconnect = false;
+    bool json = false;
+};
+
+/// One line that keeps being written over, where a person looks.
+class ProgressLine {
+public:
+    ProgressLine() : shown(platform::IsTerminal(2)) {}
+    ~ProgressLine() { Clear(); }
+
+    void Show(std::uint64_t frames, double rate, std::uint64_t errors) {
+        const std::uint64_t now = platform::MonotonicNanoseconds();
+        if (shown && now - last >= kSliceMs * kNanosecondsPerMillisecond) {
+            last = now;
+            isWritten = true;
+            std::fprintf(stderr, "\r%llu frames, %.1f frames/s, %llu errors   ",
+                         static_cast<unsigned long long>(frames), rate,
+                         static_cast<unsigned long long>(errors));
+        }
+    }
+    void Clear() {
+        if (isWritten) {
+            std::fputs("\r                                                            \r", stderr);
+            isWritten = false;
+        }
+    }
+
+private:
+    const bool shown;
+    bool isWritten = false;
+    std::uint64_t last = 0;
+};
+
+class GrabRun {
+public:
+    GrabRun(Session& grabbingSession, const GrabOptions& grabOptions)
+        : session(grabbingSession),
+          options(grabOptions),
+          grab(grabbingSession, grabOptions.buffers) {
+        if (!options.directory.empty()) {
+            writer.emplace(options.directory, options.format);
+        }
+    }
+
+    /// Grabs until all frames are there, the user stops it or the camera is gone for good.
+    GrabReport Run() {
+        grab.Start();
+        while (!IsDone()) {
+            if (TakeFrames()) {
+                continue;
+            }
+            grab.Stop();
+            if (!options.reconnect || !Reconnect()) {
+                report.cameraLost = !platform::InterruptRequested();
+                break;
+            }
+            grab.Start();
+        }
+        grab.Stop();
+        progress.Clear();
+        if (writer) {
+            writer->Finish();
+            report.written = writer->Written();
+        }
+        report.account = grab.Account();
+        report.timing = grab.Timing();
+        report.imageSize = grab.Layout().Size();
+        report.interrupted = platform::InterruptRequested();
+        return report;
+    }
+
+private:
+    bool IsDone() const {
+        return (options.frames != 0 && taken >= options.frames) || platform::InterruptRequested();
+    }
+
+    /// False when no frame came for so long that the camera must be gone.
+    bool TakeFrames() {
+        std::uint64_t lastFrame = platform::MonotonicNanoseconds();
+        while (!IsDone()) {
+            std::vector<std::uint8_t> copy;
+            if (writer) {
+                copy = writer->TakeBuffer(static_cast<std::size_t>(grab.Layout().Size()));
+            }
+            const FrameResult result = grab.TakeFrame(kSliceMs, writer ? &copy : nullptr);
+            const FrameTiming timing = grab.Timing();
+            if (result == FrameResult::kNone) {
+                const std::uint64_t waitedMs =
+                    (platform::MonotonicNanoseconds() - lastFrame) / kNanosecondsPerMillisecond;
+                if (waitedMs >= PatienceMs(timing)) {
+                    return false;
+                }
+                continue;
+            }
+            lastFrame = platform::MonotonicNanoseconds();
+            ++taken;
+            if (writer && result == FrameResult::kTaken) {
+                writer->Push(grab.Layout(), std::move(copy));
+            }
+            progress.Show(taken, timing.Rate(), session.Log().ReceiveErrors());
+        }
+        return true;
+    }
+
+    /// After news of a configuration change a few missing frames are enough.
+    std::uint64_t PatienceMs(const FrameTiming& timing) const {
+        if (!grab.IsSuspicious()) {
+            return options.timeoutMs;
+        }
+        const std::uint64_t intervalMs = timing.interval.Max() / kNanosecondsPerMillisecond;
+        return std::min(options.timeoutMs, std::max(kLeastGraceMs, kGraceIntervals * intervalMs));
+    }
+
+    /// Waits for the camera to come back and opens it; false when the user stops it.
+    bool Reconnect() {
+        CMivoraGrabber& grabber = session.Grabber();
+        const std::string name = session.ActCameraText();
+        const std::uint32_t id = grabber.GetActCamera()->GetCameraUniqueID();
+        progress.Clear();
+        std::fprintf(stderr, "mivora: no frame from %s after %llu frames; waiting for it\n",
+                     name.c_str(), static_cast<unsigned long long>(taken));
+        grabber.CloseActCamera();
+        while (!platform::InterruptRequested()) {
+            session.Check("RefreshCameraList", grabber.RefreshCameraList());
+            const std::int32_t index = grabber.GetCameraIndexByCameraUniqueID(id);
+            if (index >= 0 && grabber.SetActCameraIndex(index) == MV_OK &&
+                grabber.OpenActCamera() == MV_OK) {
+                ++report.reconnects;
+                std::fprintf(stderr, "mivora: %s is back\n", name.c_str());
+                return true;
+            }
+            const std::uint64_t changes = session.Events().ConfigurationChanges();
+            session.Events().WaitFor(
+                [&] { return session.Events().ConfigurationChanges() != changes; },
+                kLookForCameraMs);
+        }
+        return false;
+    }
+
+    Session& session;
+    const GrabOptions& options;
+    ContinuousGrab grab;
+    std::optional<FrameWriter> writer;
+    ProgressLine progress;
+    GrabReport report;
+    std::uint64_t taken = 0;
+};
+
+void Grab(Session& session, const GrabOptions& options) {
+    session.OpenCamera();
+    platform::InstallInterruptHandler();
+    const GrabReport report = GrabRun(session, options).Run();
+    std::printf("%s", options.json ? (report.Json() + "\n").c_str() : report.Text().c_str());
+    std::fflush(stdout);
+    if (report.cameraLost) {
+        throw CommandFailure("no more frames from " + session.ActCameraText() + " after " +
+                             std::to_string(report.account.taken) +
+                             " frames: it is gone, or slower than --timeout allows");
+    }
+}
+
+constexpr const char* kFooter =
+    "At the end stand the frames, those received in error, frame rate, MB/s, and an account in\n"
+    "which every frame that the module handed over is taken, lost or flushed: lost when this\n"
+    "program was too slow, flushed when it still waited at the end.\n"
+    "\n"
+    "Latency is measured where a host can see it, with this computer's clock: hand-over is the\n"
+    "time from the module's call that a frame is there until this program has it in hands,\n"
+    "interval the time between two such calls. What passes between the sensor and that call\n"
+    "is not in it.\n"
+    "\n"
+    "Examples:\n"
+    "  mivora grab --frames 100\n"
+    "  mivora grab --frames 50 -o images --format pnm --buffers 16\n"
+    "  mivora grab --frames 0 --reconnect        until Ctrl-C\n";
+
+} // namespace
+
+void AddGrabCommand(CLI::App& app, const AppOptions& options, const MakerSource& maker) {
+    CLI::App* const command = app.add_subcommand("grab", "Grab frames one after another");
+    const auto grab = std::make_shared<GrabOptions>();
+    command->add_option("--frames", grab->frames, "Frames to grab; 0: until Ctrl-C")
+        ->required()
+        ->type_name("N");
+    command->add_option("--buffers", grab->buffers, "Frame buffers (2 or more for whole images)")
+        ->capture_default_str()
+        ->type_name("B");
+    command->add_option("-o,--output", grab->directory, "Write every frame into this directory")
+        ->type_name("DIR");
+    command->add_option("--format", grab->format, "File format of the frames")
+        ->check(CLI::IsMember({"png", "pnm", "raw"}))
+        ->capture_default_str();
+    command
+        ->add_option("--timeout", grab->timeoutMs,
+                     "Without a frame for so many milliseconds the camera counts as gone")
+        ->capture_default_str()
+        ->type_name("MS");
+    command->add_flag("--reconnect", grab->reconnect,
+                      "When the camera is gone wait for it and go on");
+    command->add_flag("--json", grab->json, "Print JSON");
+    command->footer(kFooter);
+    command->callback([&options, maker, grab] {
+        Session session(options, maker());
+        Grab(session, *grab);
+    });
+}

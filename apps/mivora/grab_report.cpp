@@ -1,0 +1,94 @@
+// grab_report.cpp - what "grab" says at its end
+#include "apps/mivora/grab_report.h"
+
+#include "apps/common/json_text.h"
+
+#include <array>
+#include <cstdio>
+
+namespace {
+
+double Microseconds(std::uint64_t nanoseconds) {
+    return static_cast<double>(nanoseconds) / 1e3;
+}
+
+::Json Percentiles(const Histogram& times) {
+    return {{"count", times.Count()},
+            {"min", Microseconds(times.Min())},
+            {"p50", Microseconds(times.Percentile(50))},
+            {"p90", Microseconds(times.Percentile(90))},
+            {"p99", Microseconds(times.Percentile(99))},
+            {"max", Microseconds(times.Max())}};
+}
+
+template <typename... Values>
+void AppendLine(std::string& text, const char* format, Values... values) {
+    std::array<char, 256> line;
+    std::snprintf(line.data(), line.size(), format, values...);
+    text += line.data();
+    text += '\n';
+}
+
+void AppendPercentiles(std::string& text, const char* name, const Histogram& times) {
+    AppendLine(text, "%-11s p50 %.1f us, p90 %.1f us, p99 %.1f us, max %.1f us", name,
+               Microseconds(times.Percentile(50)), Microseconds(times.Percentile(90)),
+               Microseconds(times.Percentile(99)), Microseconds(times.Max()));
+}
+
+unsigned long long Wide(std::uint64_t number) {
+    return number;
+}
+
+} // namespace
+
+double GrabReport::MegabytesPerSecond() const {
+    return timing.Rate() * static_cast<double>(imageSize) / 1e6;
+}
+
+std::string GrabReport::Json() const {
+    const ::Json report = {{"frames", account.taken},
+                           {"errors", account.inError},
+                           {"framesPerSecond", timing.Rate()},
+                           {"megabytesPerSecond", MegabytesPerSecond()},
+                           {"imageSize", imageSize},
+                           {"account",
+                            {{"completed", account.completed},
+                             {"delivered", account.delivered},
+                             {"taken", account.taken},
+                             {"lost", account.lost},
+                             {"flushed", account.flushed},
+                             {"damaged", account.damaged},
+                             {"incomplete", account.inError},
+                             {"written", written},
+                             {"closed", account.IsClosed()}}},
+                           {"handOverMicroseconds", Percentiles(timing.handOver)},
+                           {"intervalMicroseconds", Percentiles(timing.interval)},
+                           {"reconnects", reconnects},
+                           {"interrupted", interrupted},
+                           {"cameraLost", cameraLost}};
+    return JsonDump(report);
+}
+
+std::string GrabReport::Text() const {
+    std::string text;
+    AppendLine(text, "%-11s %llu", "frames", Wide(account.taken));
+    AppendLine(text, "%-11s %llu received in error", "errors", Wide(account.inError));
+    AppendLine(text, "%-11s %.2f frames/s, %.2f MB/s", "rate", timing.Rate(), MegabytesPerSecond());
+    AppendLine(
+        text, "%-11s %llu completed, %llu delivered = %llu taken + %llu lost + %llu flushed%s",
+        "account", Wide(account.completed), Wide(account.delivered), Wide(account.taken),
+        Wide(account.lost), Wide(account.flushed), account.IsClosed() ? "" : " (does not add up)");
+    if (account.damaged != 0) {
+        AppendLine(text, "%-11s %llu frames were written over while being copied", "damaged",
+                   Wide(account.damaged));
+    }
+    if (written != 0) {
+        AppendLine(text, "%-11s %llu files", "written", Wide(written));
+    }
+    if (reconnects != 0) {
+        AppendLine(text, "%-11s %llu times", "reconnected", Wide(reconnects));
+    }
+    AppendPercentiles(text, "hand-over", timing.handOver);
+    AppendPercentiles(text, "interval", timing.interval);
+    return text;
+}

@@ -1,0 +1,113 @@
+// param_command.cpp - acquisition parameters
+#include "apps/common/command_failure.h"
+#include "apps/common/parse_number.h"
+#include "apps/common/session.h"
+#include "apps/mivora/commands.h"
+#include "mivora/grabber.h"
+
+#include <cinttypes>
+#include <cstdio>
+#include <memory>
+#include <string>
+
+namespace {
+
+struct ParamOptions {
+    std::uint32_t id = 0;
+    std::string value1;
+    std::string value2;
+};
+
+std::string ParameterText(std::uint32_t id) {
+    return "parameter " + std::to_string(id);
+}
+
+/// Only the time base has values below 0.
+std::string ValueText(std::uint32_t id, std::uint64_t value) {
+    return id == MVGF_TIME_BASE ? std::to_string(static_cast<std::int64_t>(value))
+                                : std::to_string(value);
+}
+
+std::uint64_t ReadValue(const std::string& text) {
+    if (const auto number = ParseUnsigned(text)) {
+        return *number;
+    }
+    const auto number = ParseSigned(text);
+    if (!number) {
+        throw CLI::ValidationError("VALUE", "\"" + text + "\" is no number");
+    }
+    return static_cast<std::uint64_t>(*number);
+}
+
+void Get(Session& session, const ParamOptions& options) {
+    std::uint64_t values[2] = {};
+    session.Check("GetGrabberParam",
+                  session.Grabber().GetGrabberParam(options.id, &values[0], &values[1]),
+                  ParameterText(options.id));
+    std::printf("value1=%s value2=%s\n", ValueText(options.id, values[0]).c_str(),
+                ValueText(options.id, values[1]).c_str());
+}
+
+void Limits(Session& session, const ParamOptions& options) {
+    std::uint64_t limits[4] = {};
+    session.Check("GetGrabberParamLimits",
+                  session.Grabber().GetGrabberParamLimits(options.id, &limits[0], &limits[1],
+                                                          &limits[2], &limits[3]),
+                  ParameterText(options.id));
+    std::printf("min=%s max=%s min2=%s max2=%s\n", ValueText(options.id, limits[0]).c_str(),
+                ValueText(options.id, limits[1]).c_str(), ValueText(options.id, limits[2]).c_str(),
+                ValueText(options.id, limits[3]).c_str());
+}
+
+void Set(Session& session, const ParamOptions& options) {
+    CMivoraGrabber& grabber = session.Grabber();
+    std::uint64_t second = 0;
+    if (!options.value2.empty()) {
+        second = ReadValue(options.value2);
+    } else if (options.id == MVGF_TIMER_VALUES) {
+        // One value is the exposure; the interval stays.
+        session.Check("GetGrabberParam", grabber.GetGrabberParam(options.id, nullptr, &second),
+                      ParameterText(options.id));
+    }
+    session.Check("SetGrabberParam",
+                  grabber.SetGrabberParam(options.id, ReadValue(options.value1), second),
+                  ParameterText(options.id));
+    Get(session, options);
+}
+
+constexpr const char* kFooter =
+    "Ids: 1 frame buffers, 128 acquisition capabilities, 256 timer mode, 257 exposure and frame\n"
+    "interval in units of the time base, 258 timer enabled, 259 trigger delay, 260 trigger\n"
+    "polarity, 261 time base (-6 microseconds to 0 seconds), 262 gain, 263 offset, 265 strobe,\n"
+    "267 strobe polarity, 4096 frames received.\n"
+    "\n"
+    "Examples:\n"
+    "  mivora param get 257\n"
+    "  mivora param limits 257\n"
+    "  mivora param set 257 10000 40000\n"
+    "  mivora param set 261 -3\n";
+
+} // namespace
+
+void AddParamCommand(CLI::App& app, const AppOptions& options, const MakerSource& maker) {
+    CLI::App* const command = app.add_subcommand("param", "Read and set acquisition parameters");
+    command->require_subcommand(1);
+    command->footer(kFooter);
+    const auto param = std::make_shared<ParamOptions>();
+    const auto add = [&](const char* name, const char* text,
+                         void (*run)(Session&, const ParamOptions&)) {
+        CLI::App* const action = command->add_subcommand(name, text);
+        action->add_option("ID", param->id, "Number of the parameter")->required();
+        action->callback([&options, maker, param, run] {
+            Session session(options, maker());
+            session.OpenCamera();
+            run(session, *param);
+        });
+        return action;
+    };
+    add("get", "Print both values of a parameter", Get);
+    add("limits", "Print the limits of a parameter", Limits);
+    CLI::App* const set = add("set", "Set a parameter and print what it is then", Set);
+    set->add_option("V1", param->value1, "First value")->required();
+    set->add_option("V2", param->value2, "Second value; without it 0, for 257 as it is");
+}

@@ -1,0 +1,223 @@
+// serial_command.cpp - a terminal on a serial port
+#include "apps/common/channel_settings.h"
+#include "apps/common/command_failure.h"
+#include "apps/common/hex_bytes.h"
+#include "apps/common/session.h"
+#include "apps/mivora/commands.h"
+#include "mivora/grabber.h"
+#include "platform/event.h"
+#include "platform/interrupt.h"
+#include "platform/mutex.h"
+#include "platform/thread.h"
+#include "platform/window_message.h"
+
+#include <atomic>
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr std::uint32_t kHostChannelType = 0;
+constexpr std::uint32_t kCameraChannelType = 1;
+constexpr const char* kCameraPortPrefix = "PYXENSERIALPORT";
+constexpr std::size_t kMostAtOnce = 1024;
+constexpr std::uint32_t kLookAgainMs = 10;
+
+struct SerialOptions {
+    ChannelSettings settings{"", "-", "-", "-", "-"};
+    std::string lineEnd = "lf";
+    std::uint32_t lingerMs = 500;
+    bool hex = false;
+};
+
+std::string LineEnd(const std::string& name) {
+    return name == "cr" ? "\r" : name == "lf" ? "\n" : name == "crlf" ? "\r\n" : "";
+}
+
+/// Carries bytes between the standard streams and the active channel. What arrives is printed by a
+/// thread of its own.
+class Terminal {
+public:
+    Terminal(Session& openSession, const SerialOptions& serialOptions)
+        : session(openSession), options(serialOptions), isInteractive(platform::IsTerminal(0)) {}
+
+    void Run() {
+        const auto procedure = [](void* self) {
+            static_cast<Terminal*>(self)->PrintArrivals();
+        };
+        platform::Thread printer = platform::Thread::Start(procedure, this, 0);
+        if (!printer.IsJoinable()) {
+            throw CommandFailure("cannot start a thread for reading the port");
+        }
+        MV_ERRCODE code = MV_OK;
+        std::vector<std::uint8_t> bytes;
+        while (code == MV_OK && readResult == MV_OK && ReadInput(bytes)) {
+            code = Write(bytes);
+        }
+        inputEnded = true;
+        wake.Set();
+        printer.Join();
+        session.Check("CMDWriteBuffer", code, options.settings.port);
+        session.Check("CMDReadBuffer", readResult, options.settings.port);
+    }
+
+private:
+    /// Reads until a line is complete or much is there; false at the end of the input.
+    bool ReadInput(std::vector<std::uint8_t>& bytes) {
+        std::string line;
+        int character = 0;
+        while (line.size() < kMostAtOnce && (character = std::getc(stdin)) != EOF) {
+            line += static_cast<char>(character);
+            if (character == '\n') {
+                break;
+            }
+        }
+        if (line.empty() || platform::InterruptRequested()) {
+            return false;
+        }
+        bytes = Translate(line);
+        return true;
+    }
+
+    std::vector<std::uint8_t> Translate(std::string line) const {
+        const bool isWhole = line.ends_with('\n');
+        if (isWhole && (isInteractive || options.hex)) {
+            line.pop_back();
+            if (line.ends_with('\r')) {
+                line.pop_back();
+            }
+        }
+        if (options.hex) {
+            auto bytes = ParseHex(line);
+            if (!bytes) {
+                std::fprintf(stderr, "mivora: \"%s\" is no sequence of hexadecimal bytes\n",
+                             line.c_str());
+            }
+            return bytes.value_or(std::vector<std::uint8_t>());
+        }
+        if (isWhole && isInteractive) {
+            line += LineEnd(options.lineEnd);
+        }
+        return {line.begin(), line.end()};
+    }
+
+    MV_ERRCODE Write(const std::vector<std::uint8_t>& bytes) {
+        std::uint64_t count = 0;
+        platform::MutexLock lock(channelMutex);
+        return session.Grabber().CMDWriteBuffer(bytes.data(), bytes.size(), &count);
+    }
+
+    void PrintArrivals() {
+        std::uint32_t quietMs = 0;
+        while (!platform::InterruptRequested() && (!inputEnded || quietMs < options.lingerMs)) {
+            std::vector<std::uint8_t> bytes(kMostAtOnce);
+            std::uint64_t count = 0;
+            {
+                platform::MutexLock lock(channelMutex);
+                readResult = session.Grabber().CMDReadBuffer(bytes.data(), bytes.size(), &count);
+            }
+            if (readResult != MV_OK) {
+                return;
+            }
+            if (count == 0) {
+                const bool wasEnded = inputEnded;
+                wake.Wait(kLookAgainMs);
+                if (wasEnded) {
+                    // The event stays set from now on and lets nothing rest.
+                    wake.Reset();
+                    quietMs += kLookAgainMs;
+                }
+                continue;
+            }
+            quietMs = 0;
+            bytes.resize(static_cast<std::size_t>(count));
+            Print(bytes);
+        }
+    }
+
+    void Print(const std::vector<std::uint8_t>& bytes) const {
+        if (options.hex) {
+            std::printf("%s\n", HexText(bytes).c_str());
+        } else {
+            std::fwrite(bytes.data(), 1, bytes.size(), stdout);
+        }
+        std::fflush(stdout);
+    }
+
+    Session& session;
+    const SerialOptions& options;
+    const bool isInteractive;
+    platform::Mutex channelMutex; // the two threads' turns at the channel
+    platform::Event wake;
+    std::atomic<bool> inputEnded{false};
+    std::atomic<MV_ERRCODE> readResult{MV_OK};
+};
+
+void Serial(Session& session, SerialOptions& options) {
+    std::string& port = options.settings.port;
+    if (port.size() == 1 && port[0] >= '0' && port[0] <= '9') {
+        port = kCameraPortPrefix + port;
+    }
+    const bool isCameraPort = port.starts_with(kCameraPortPrefix);
+    if (isCameraPort) {
+        session.OpenCamera();
+    } else {
+        session.Init();
+    }
+    CMivoraGrabber& grabber = session.Grabber();
+    CCmdChannel* const channel =
+        grabber.CreateCmdChannel(isCameraPort ? kCameraChannelType : kHostChannelType);
+    if (!channel) {
+        throw CommandFailure("the grabber module has no channel for " + port);
+    }
+    session.Check("AddCmdChannel", grabber.AddCmdChannel(channel), port);
+    session.Check("GetConfig", ApplySettings(*channel, options.settings), port);
+    session.Check("CMDOpen", grabber.CMDOpen(), port);
+    platform::InstallInterruptHandler();
+    Terminal(session, options).Run();
+    session.Check("CMDClose", grabber.CMDClose(), port);
+}
+
+constexpr const char* kFooter =
+    "PORT is the number of one of the camera's serial ports (0 to 4, or its name such as\n"
+    "PYXENSERIALPORT0), or a port of this computer (COM1, ttyS0).\n"
+    "At a terminal every line is sent with the line end of --eol; what comes through a pipe is\n"
+    "sent as it is. After the end of the input the command waits until nothing has arrived for\n"
+    "the time of --linger. With --hex lines are hexadecimal bytes in both directions.\n"
+    "\n"
+    "Examples:\n"
+    "  mivora --camera 2 serial 0\n"
+    "  mivora serial 0 --baud 9600 --parity Even\n"
+    "  printf 'FF00A5\\n' | mivora serial 1 --hex\n";
+
+} // namespace
+
+void AddSerialCommand(CLI::App& app, const AppOptions& options, const MakerSource& maker) {
+    CLI::App* const command = app.add_subcommand("serial", "A terminal on a serial port");
+    const auto serial = std::make_shared<SerialOptions>();
+    ChannelSettings& settings = serial->settings;
+    command->add_option("PORT", settings.port, "Number or name of the port")->required();
+    command->add_option("--baud", settings.baud, "Bits per second")
+        ->check(CLI::IsMember({"300", "600", "1200", "2400", "4800", "9600", "19200", "38400",
+                               "57600", "115200", "230400"}));
+    command->add_option("--parity", settings.parity, "Parity")
+        ->transform(CLI::IsMember({"No", "Odd", "Even"}, CLI::ignore_case));
+    command->add_option("--bytesize", settings.byteSize, "Bits per byte")
+        ->check(CLI::IsMember({"5", "6", "7", "8"}));
+    command->add_option("--stopbits", settings.stopBits, "Stop bits")
+        ->check(CLI::IsMember({"1", "1.5", "2"}));
+    command->add_option("--eol", serial->lineEnd, "Line end sent for a line typed at a terminal")
+        ->check(CLI::IsMember({"lf", "cr", "crlf", "none"}))
+        ->capture_default_str();
+    command->add_option("--linger", serial->lingerMs, "Milliseconds of silence that end it")
+        ->capture_default_str()
+        ->type_name("MS");
+    command->add_flag("--hex", serial->hex, "Hexadecimal bytes instead of text");
+    command->footer(kFooter);
+    command->callback([&options, maker, serial] {
+        Session session(options, maker());
+        Serial(session, *serial);
+    });
+}

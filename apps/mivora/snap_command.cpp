@@ -1,0 +1,85 @@
+// snap_command.cpp - one frame into a file
+#include "apps/common/command_failure.h"
+#include "apps/common/host_image.h"
+#include "apps/common/image_writer.h"
+#include "apps/common/session.h"
+#include "apps/mivora/commands.h"
+#include "mivora/grabber.h"
+#include "platform/interrupt.h"
+
+#include <cstdio>
+#include <memory>
+#include <string>
+
+namespace {
+
+constexpr std::uint32_t kAsynchronous = 2;
+
+struct SnapOptions {
+    std::uint32_t mode = kAsynchronous;
+    std::uint64_t timeoutMs = 5000;
+    std::string file;
+};
+
+void WaitForFrame(Session& session, std::uint64_t timeoutMs) {
+    EventRecorder& events = session.Events();
+    if (!events.WaitFor([&] { return events.Frames() > 0; }, timeoutMs)) {
+        session.Grabber().StopSnap();
+        session.Check("Snap", MV_ACQUISITION_FAILED,
+                      session.ActCameraText() + ", no frame for " + std::to_string(timeoutMs) +
+                          " ms");
+    }
+}
+
+void Snap(Session& session, const SnapOptions& options) {
+    if (!IsImageFileName(options.file)) {
+        throw CLI::ValidationError("-o", "the file name must end in .png .pgm .ppm .pnm or .raw");
+    }
+    session.OpenCamera();
+    CMivoraGrabber& grabber = session.Grabber();
+    const ImageLayout layout = DescribeImage(session.CheckedMode());
+    session.Check("PrepareFrameBuffers", grabber.PrepareFrameBuffers(1), session.ActCameraText());
+    platform::InstallInterruptHandler();
+    session.Check("Snap", grabber.Snap(options.mode), session.ActCameraText());
+    WaitForFrame(session, options.timeoutMs);
+    std::uint64_t index = 0;
+    session.Check("GetLastFilledBuffer", grabber.GetLastFilledBuffer(&index),
+                  session.ActCameraText());
+    WriteImage(options.file, layout, grabber.GetFrameBuffer(index));
+    grabber.ReleaseFrameBuffer(index);
+}
+
+constexpr const char* kFooter =
+    "Mode 2 snaps asynchronously, 3 to 5 synchronously. In the synchronous modes the grabber\n"
+    "module hands the image over without converting it: packed and YUV formats want mode 2.\n"
+    "A .png of a colour filter (Bayer) image is in colour, a .pgm of it is the raw mosaic.\n"
+    "\n"
+    "Examples:\n"
+    "  mivora snap -o image.png\n"
+    "  mivora --camera 1 snap --mode 3 -o image.raw\n";
+
+} // namespace
+
+void AddSnapCommand(CLI::App& app, const AppOptions& options, const MakerSource& maker) {
+    CLI::App* const command = app.add_subcommand("snap", "Take one frame and write it to a file");
+    const auto snap = std::make_shared<SnapOptions>();
+    command->add_option("--mode", snap->mode, "Snap mode")
+        ->check(CLI::Range(2, 5))
+        ->capture_default_str()
+        ->type_name("2..5");
+    command
+        ->add_option("-o,--output", snap->file,
+                     "File to write; its ending says the format: .png .pgm .ppm .pnm .raw")
+        ->required()
+        ->type_name("FILE");
+    command
+        ->add_option("--timeout", snap->timeoutMs,
+                     "Longest wait for the frame in mode 2, in milliseconds")
+        ->capture_default_str()
+        ->type_name("MS");
+    command->footer(kFooter);
+    command->callback([&options, maker, snap] {
+        Session session(options, maker());
+        Snap(session, *snap);
+    });
+}
