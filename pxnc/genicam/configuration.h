@@ -1,0 +1,37 @@
+// configuration.h - what the configuration file and the environment ask for
+#pragma once
+
+#include "pxnc/include/pxnc.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace genicam {
+
+/// The library's settings; a default-constructed one is what holds without a file.
+///
+/// The file is XML. Of it only this is looked at, wherever it stands; everything else is somebody
+/// else's:
+///
+///     <genicam>
+///       <gige interfaces="eth0,eth1" packetSize="8192" resend="true"/>
+///       <usb enabled="true"/>
+///     </genicam>
+struct Configuration {
+    /// Network interfaces whose cameras are listed; empty for all.
+    std::vector<std::string> interfaces;
+    /// Bytes of a stream packet; 0 leaves what the camera has.
+    uint32_t packetSize = 0;
+    bool packetResend = true;
+    bool usbEnabled = true;
+    /// Milliseconds between two searches for cameras.
+    uint32_t pollMs = 1000;
+
+    /// Reads the file and PYXEN_GENICAM_POLL_MS. A null path asks for the defaults. Answers
+    /// PxnErrNotFound when the file cannot be read and PxnErrXml when it is malformed or a value
+    /// makes no sense; both name file, line and reason on the standard error stream.
+    PxnError Load(const wchar_t* path);
+};
+
+} // namespace genicam

@@ -1,0 +1,25 @@
+// node_description.h - what a node of a GenICam description says about itself
+#pragma once
+
+#include "pxnc/genicam/text_pool.h"
+#include "pxnc/include/pxnc.h"
+
+#include <arv.h>
+
+namespace genicam {
+
+/// The record's parts that do not depend on the node's type: everything but type, unit and
+/// representation.
+PxnFeatureInfo DescribeNode(TextPool& texts, ArvGcFeatureNode* node, const char* category);
+
+uint32_t ToVisibility(ArvGcVisibility visibility);
+/// As the description spells it; empty when it has none.
+const char* RepresentationName(ArvGcRepresentation representation);
+
+/// The property element of that name below `node` ("PollingTime", "pValue", ...), or null.
+ArvGcPropertyNode* FindProperty(ArvGcFeatureNode* node, const char* name);
+
+/// What the node could ever do, whatever is locked at the moment.
+ArvGcAccessMode StaticAccessMode(ArvGcFeatureNode* node);
+
+} // namespace genicam

@@ -1,0 +1,143 @@
+#include "pxnc/genicam/stream_features.h"
+
+#include "pxnc/genicam/local_feature.h"
+#include "pxnc/genicam/result_codes.h"
+
+#include <limits>
+
+namespace genicam {
+
+namespace {
+
+constexpr char kInformation[] = "/StreamInformation";
+constexpr char kHandling[] = "/BufferHandlingControl";
+constexpr char kStatistics[] = "/Statistics";
+constexpr char kTransport[] = "/GVSPControl";
+constexpr int64_t kLeastPacketSize = 576;
+constexpr int64_t kGreatestPacketSize = 65535;
+
+void AddCount(LocalFeatures& add, const LocalDescription& description, const FrameStream& frames,
+              int64_t FrameStream::Statistics::*member) {
+    add.AddInt(description, {0, std::numeric_limits<int64_t>::max(), 1},
+               [&frames, member](int64_t& value) {
+                   value = frames.GetStatistics().*member;
+                   return PxnErrSuccess;
+               });
+}
+
+void AddPacketFeatures(LocalFeatures& add, ArvGvDevice* gigE, bool writeable, FrameStream& frames) {
+    LocalFeatures::Writer<int64_t> writePacketSize;
+    if (writeable) {
+        writePacketSize = [gigE](const int64_t& value) {
+            ErrorOwner error;
+            arv_gv_device_set_packet_size(gigE, static_cast<gint>(value), error.Receive());
+            return ToResult(error);
+        };
+        add.AddCommand({"GVSPAdjustPacketSize", kTransport, "Adjust Packet Size",
+                        "Finds the largest packet that reaches this machine and uses it."},
+                       [gigE] {
+                           ErrorOwner error;
+                           arv_gv_device_auto_packet_size(gigE, error.Receive());
+                           return ToResult(error);
+                       });
+    }
+    add.AddInt(
+        {"GVSPPacketSize", kTransport, "Packet Size", "Size of a stream packet with its headers.",
+         PxnVisibilityBeginner, "B"},
+        {kLeastPacketSize, kGreatestPacketSize, 1},
+        [gigE](int64_t& value) {
+            ErrorOwner error;
+            value = arv_gv_device_get_packet_size(gigE, error.Receive());
+            return ToResult(error);
+        },
+        std::move(writePacketSize));
+    add.AddBool(
+        {"GVSPPacketResend", kTransport, "Packet Resend",
+         "Asks the camera again for packets that were lost; holds from the next start of "
+         "the capture on.",
+         PxnVisibilityExpert},
+        [&frames](bool& value) {
+            value = frames.GetPacketResend();
+            return PxnErrSuccess;
+        },
+        [&frames](const bool& value) {
+            frames.SetPacketResend(value);
+            return PxnErrSuccess;
+        });
+    add.AddInt(
+        {"GVSPSocketBufferSize", kTransport, "Socket Buffer Size",
+         "Room in the kernel for packets that wait, 0 for one that fits the payload; holds "
+         "from the next start of the capture on.",
+         PxnVisibilityExpert, "B"},
+        {0, std::numeric_limits<int32_t>::max(), 1},
+        [&frames](int64_t& value) {
+            value = frames.GetSocketBufferSize();
+            return PxnErrSuccess;
+        },
+        [&frames](const int64_t& value) {
+            frames.SetSocketBufferSize(static_cast<uint32_t>(value));
+            return PxnErrSuccess;
+        });
+    AddCount(add,
+             {"GVSPResentPackets", kStatistics, "Resent Packets",
+              "Packets that came after they were asked for again.", PxnVisibilityExpert},
+             frames, &FrameStream::Statistics::resentPackets);
+    AddCount(add,
+             {"GVSPMissingPackets", kStatistics, "Missing Packets", "Packets that never came.",
+              PxnVisibilityExpert},
+             frames, &FrameStream::Statistics::missingPackets);
+}
+
+} // namespace
+
+Module::Features MakeStreamFeatures(TextPool& texts, CameraDevice& device, FrameStream& frames) {
+    Module::Features features;
+    LocalFeatures add(texts, features);
+    const bool isGigE = device.Where().protocol == Protocol::GigEVision;
+    add.AddText({"StreamID", kInformation, "ID", "Identifier of the stream."}, "Stream0");
+    add.AddEnum({"StreamType", kInformation, "Type", "Technology of the stream."},
+                {{"GEV", PxnTransportLayerGEV}, {"U3V", PxnTransportLayerU3V}},
+                [isGigE](int64_t& value) {
+                    value = isGigE ? PxnTransportLayerGEV : PxnTransportLayerU3V;
+                    return PxnErrSuccess;
+                });
+    add.AddBool({"StreamIsGrabbing", kHandling, "Is Grabbing", "Whether the capture runs."},
+                [&frames](bool& value) {
+                    value = frames.GetStatistics().isCapturing;
+                    return PxnErrSuccess;
+                });
+    add.AddInt({"PayloadSize", kHandling, "Payload Size", "Bytes of one frame.",
+                PxnVisibilityBeginner, "B"},
+               {0, std::numeric_limits<uint32_t>::max(), 1}, [&device](int64_t& value) {
+                   uint32_t size = 0;
+                   const PxnError result = device.GetPayloadSize(size);
+                   value = size;
+                   return result;
+               });
+    AddCount(add,
+             {"StreamAnnouncedBufferCount", kHandling, "Announced Frames",
+              "Frames that are announced.", PxnVisibilityExpert},
+             frames, &FrameStream::Statistics::announced);
+    AddCount(add,
+             {"StreamInputBufferCount", kHandling, "Queued Frames",
+              "Frames that wait to be filled.", PxnVisibilityExpert},
+             frames, &FrameStream::Statistics::queued);
+    AddCount(add,
+             {"StreamDeliveredFrameCount", kStatistics, "Delivered Frames",
+              "Complete frames since the camera was opened."},
+             frames, &FrameStream::Statistics::delivered);
+    AddCount(add,
+             {"StreamIncompleteFrameCount", kStatistics, "Incomplete Frames",
+              "Frames that came with an error since the camera was opened."},
+             frames, &FrameStream::Statistics::incomplete);
+    AddCount(add,
+             {"StreamLostFrameCount", kStatistics, "Lost Frames",
+              "Frames that came while none was queued."},
+             frames, &FrameStream::Statistics::lost);
+    if (ArvGvDevice* gigE = device.GigEDevice()) {
+        AddPacketFeatures(add, gigE, device.IsWriteable(), frames);
+    }
+    return features;
+}
+
+} // namespace genicam

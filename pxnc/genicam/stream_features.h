@@ -1,0 +1,14 @@
+// stream_features.h - the features of a camera's stream module
+#pragma once
+
+#include "pxnc/genicam/camera_device.h"
+#include "pxnc/genicam/frame_stream.h"
+#include "pxnc/genicam/module.h"
+#include "pxnc/genicam/text_pool.h"
+
+namespace genicam {
+
+/// Device and frames must outlive the features.
+Module::Features MakeStreamFeatures(TextPool& texts, CameraDevice& device, FrameStream& frames);
+
+} // namespace genicam
