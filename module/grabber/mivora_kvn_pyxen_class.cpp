@@ -7,7 +7,6 @@
 #include "platform/text.h"
 #include "sdk/no_throw.h"
 #include "serial/cmd_kvn_pyxen.h"
-#include "serial/cmd_kvn_pyxen.h"
 
 namespace {
 
@@ -102,8 +101,7 @@ CCmdChannel* CMivoraKVNPyxenClass::CreateCmdChannel(uint32_t type) {
     case kHostSerialChannelType:
         return CreateCmdSerialInstance();
     case kCameraSerialChannelType:
-        return NoThrow<CCmdChannel*>(nullptr,
-                                     [&] { return new CCmdKVNPyxen(this, serialMutex); });
+        return NoThrow<CCmdChannel*>(nullptr, [&] { return new CCmdKVNPyxen(this, serialMutex); });
     default:
         return nullptr;
     }

@@ -3,6 +3,8 @@
 #include "mivora/module_entry.h"
 #include "sdk/no_throw.h"
 
+#include <type_traits>
+
 extern "C" {
 
 MIVORA_MODULE_EXPORT CMivoraGrabber* CreateGrabberInstance(void* instance) {
@@ -21,7 +23,7 @@ MIVORA_MODULE_EXPORT const MV_MODULE_INTERFACE* MivoraModuleInterface() {
 }
 
 // The entries are what the host's types say they are.
-static_assert(static_cast<MV_CREATE_GRABBER>(CreateGrabberInstance) != nullptr);
-static_assert(static_cast<MV_DELETE_GRABBER>(DeleteGrabberInstance) != nullptr);
-static_assert(static_cast<MV_MODULE_INTERFACE_QUERY>(MivoraModuleInterface) != nullptr);
+static_assert(std::is_same_v<decltype(&CreateGrabberInstance), MV_CREATE_GRABBER>);
+static_assert(std::is_same_v<decltype(&DeleteGrabberInstance), MV_DELETE_GRABBER>);
+static_assert(std::is_same_v<decltype(&MivoraModuleInterface), MV_MODULE_INTERFACE_QUERY>);
 }
