@@ -60,7 +60,8 @@ void LoadChannels(CMivoraGrabber& grabber, const CIniFile& ini, const ConfigRead
         CCmdChannel* const channel = MakeChannel(grabber, *typeName);
         if (!channel || channel->GetConfig(grabber.GetIni(), section.Text()) != MV_OK) {
             if (sink) {
-                sink->Write(kMvLogError, "Mivora: LoadGrabberConfig: Cannot make channel %s of %s",
+                sink->Write(kMvLogError,
+                            "Mivora: LoadGrabberConfig: Cannot make channel %s of type \"%s\"",
                             section.Text(), typeName->c_str());
             }
             grabber.DeleteCmdChannel(channel);

@@ -1,0 +1,54 @@
+#include "tests/host/test_grabber.h"
+#include "tests/support/recording_sink.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace {
+
+TEST(LogSink, IsTheOneInstalledWhenTheGrabberWasMade) {
+    support::RecordingSink first;
+    support::RecordingSink second;
+    const InstalledSink installed(&first);
+    EXPECT_EQ(MivoraInstalledLogSink(), &first);
+    TestGrabber grabber;
+    MivoraInstallLogSink(&second);
+    TestGrabber later;
+    EXPECT_EQ(grabber.GetLogSink(), &first);
+    EXPECT_EQ(later.GetLogSink(), &second);
+}
+
+TEST(LogSink, NeverMixesLinesOfSeveralThreads) {
+    support::RecordingSink sink;
+    const InstalledSink installed(&sink);
+    TestGrabber grabber;
+    grabber.PrepareFrameBuffers(0);
+    constexpr uint64_t kThreads = 4;
+    constexpr uint64_t kLines = 200;
+    std::vector<std::thread> threads;
+    for (uint64_t thread = 0; thread < kThreads; ++thread) {
+        threads.emplace_back([&, thread] {
+            for (uint64_t line = 0; line < kLines; ++line) {
+                grabber.DoPostProcess(thread * kLines + line, 1);
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    std::vector<std::string> expected;
+    for (uint64_t index = 0; index < kThreads * kLines; ++index) {
+        expected.push_back("0 Mivora: DoPostProcess: There is no frame buffer " +
+                           std::to_string(index));
+    }
+    std::vector<std::string> lines = sink.Take();
+    std::sort(lines.begin(), lines.end());
+    std::sort(expected.begin(), expected.end());
+    EXPECT_EQ(lines, expected);
+}
+
+} // namespace

@@ -1,0 +1,128 @@
+#include "mivora/module_loader.h"
+
+#include "mivora/module_entry.h"
+#include "platform/file_system.h"
+#include "tests/support/temporary_directory.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace {
+
+std::string ModulePath(const char* name) {
+    const std::string directory = platform::DirectoryOf(platform::ExecutablePath());
+    return platform::JoinPath(platform::JoinPath(directory, "test_modules"),
+                              std::string(name) + ".module");
+}
+
+/// What the loader says about a module after the words that all refusals share.
+std::string Refusal(const char* name) {
+    CModuleLoader loader;
+    const std::string path = ModulePath(name);
+    EXPECT_FALSE(loader.Load(path.c_str()));
+    EXPECT_FALSE(loader.IsLoaded());
+    EXPECT_STREQ(loader.GetPath(), "");
+    EXPECT_EQ(loader.CreateGrabber(), nullptr);
+    EXPECT_STREQ(loader.GetErrorText(), "No grabber module is loaded");
+    EXPECT_FALSE(loader.Load(path.c_str()));
+    const std::string text = loader.GetErrorText();
+    const std::string common = "Cannot use the grabber module \"" + path + "\": ";
+    EXPECT_EQ(text.substr(0, common.size()), common);
+    return text.size() > common.size() ? text.substr(common.size()) : "";
+}
+
+TEST(ModuleLoader, LoadsAModuleAndMakesGrabbers) {
+    CModuleLoader loader;
+    EXPECT_FALSE(loader.IsLoaded());
+    EXPECT_STREQ(loader.GetErrorText(), "");
+    const std::string path = ModulePath("good");
+    ASSERT_TRUE(loader.Load(path.c_str())) << loader.GetErrorText();
+    EXPECT_TRUE(loader.IsLoaded());
+    EXPECT_EQ(loader.GetPath(), path);
+    EXPECT_STREQ(loader.GetErrorText(), "");
+    CMivoraGrabber* const first = loader.CreateGrabber();
+    CMivoraGrabber* const second = loader.CreateGrabber();
+    ASSERT_NE(first, nullptr);
+    ASSERT_NE(second, nullptr);
+    EXPECT_NE(first, second);
+    EXPECT_NE(first->GetModuleInstance(), nullptr);
+    EXPECT_EQ(first->Init(), MV_OK);
+    EXPECT_EQ(first->GetNumCmdChannelTypes(), 3u);
+    loader.DeleteGrabber(first);
+    loader.DeleteGrabber(first);
+    loader.DeleteGrabber(nullptr);
+    EXPECT_EQ(second->Init(), MV_OK);
+    // The second one goes with the loader.
+}
+
+TEST(ModuleLoader, UnloadsWithWhatIsLeftOfItsGrabbers) {
+    CModuleLoader loader;
+    ASSERT_TRUE(loader.Load(ModulePath("good").c_str()));
+    ASSERT_NE(loader.CreateGrabber(), nullptr);
+    loader.Unload();
+    EXPECT_FALSE(loader.IsLoaded());
+    EXPECT_EQ(loader.CreateGrabber(), nullptr);
+    ASSERT_TRUE(loader.Load(ModulePath("good").c_str()));
+    EXPECT_NE(loader.CreateGrabber(), nullptr);
+}
+
+TEST(ModuleLoader, NamesAMissingFile) {
+    CModuleLoader loader;
+    EXPECT_FALSE(loader.Load("no-such-module"));
+    EXPECT_STREQ(loader.GetErrorText(),
+                 "Cannot use the grabber module \"no-such-module\": there is no such file");
+    EXPECT_FALSE(loader.Load(nullptr));
+    EXPECT_FALSE(loader.Load(""));
+    EXPECT_STREQ(loader.GetErrorText(), "Cannot use the grabber module \"\": no file was named");
+}
+
+TEST(ModuleLoader, RefusesWhatIsNoLibrary) {
+    const support::TemporaryDirectory directory;
+    const std::string path = directory.Write("text.module", "this is no library\n");
+    CModuleLoader loader;
+    EXPECT_FALSE(loader.Load(path.c_str()));
+    const std::string common = "Cannot use the grabber module \"" + path + "\": ";
+    EXPECT_EQ(std::string(loader.GetErrorText()).substr(0, common.size()), common);
+    EXPECT_GT(std::string(loader.GetErrorText()).size(), common.size());
+}
+
+TEST(ModuleLoader, RefusesAModuleThatDoesNotSayItsInterface) {
+    EXPECT_EQ(Refusal("silent"), "it does not export MivoraModuleInterface");
+}
+
+TEST(ModuleLoader, NamesEverythingThatIsMissing) {
+    EXPECT_EQ(Refusal("without_entries"),
+              "it does not export CreateGrabberInstance, DeleteGrabberInstance");
+    EXPECT_EQ(Refusal("without_anything"), "it does not export MivoraModuleInterface, "
+                                           "CreateGrabberInstance, DeleteGrabberInstance");
+}
+
+TEST(ModuleLoader, RefusesAnotherSizeOfTheRecord) {
+    EXPECT_EQ(Refusal("other_size"), "its interface record has 8 bytes, not 16");
+}
+
+TEST(ModuleLoader, RefusesAnotherVersionAndNamesBoth) {
+    EXPECT_EQ(Refusal("other_version"), "it was built for version 7 of the grabber interface, "
+                                        "this host has version 1");
+}
+
+TEST(ModuleLoader, RefusesAnotherCompilerFamilyAndNamesBoth) {
+    EXPECT_EQ(Refusal("other_family"),
+              std::string("it was built with the Some other C++ ABI, this host with the ") +
+                  kMvCompilerFamily);
+    EXPECT_EQ(Refusal("other_both"),
+              std::string("it was built for version 7 of the grabber interface, this host has "
+                          "version 1; it was built with the unknown C++ ABI, this host with the ") +
+                  kMvCompilerFamily);
+}
+
+TEST(ModuleLoader, TellsWhenAModuleMakesNoGrabber) {
+    CModuleLoader loader;
+    const std::string path = ModulePath("makes_nothing");
+    ASSERT_TRUE(loader.Load(path.c_str())) << loader.GetErrorText();
+    EXPECT_EQ(loader.CreateGrabber(), nullptr);
+    EXPECT_EQ(loader.GetErrorText(), "The grabber module \"" + path + "\" made no grabber");
+}
+
+} // namespace

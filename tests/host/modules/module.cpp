@@ -1,0 +1,42 @@
+// module.cpp - a grabber module with nothing behind it, good or bad as the build says
+#include "mivora/module_entry.h"
+#include "tests/host/test_grabber.h"
+
+#if defined(_MSC_VER) || defined(__MINGW32__)
+#define EXPORTED extern "C" __declspec(dllexport)
+#else
+#define EXPORTED extern "C" __attribute__((visibility("default")))
+#endif
+
+#ifndef TEST_MODULE_SIZE
+#define TEST_MODULE_SIZE sizeof(MV_MODULE_INTERFACE)
+#endif
+#ifndef TEST_MODULE_VERSION
+#define TEST_MODULE_VERSION MIVORA_INTERFACE_VERSION
+#endif
+#ifndef TEST_MODULE_FAMILY
+#define TEST_MODULE_FAMILY kMvCompilerFamily
+#endif
+
+#ifndef TEST_MODULE_SILENT
+EXPORTED const MV_MODULE_INTERFACE* MivoraModuleInterface() {
+    static const MV_MODULE_INTERFACE record = {TEST_MODULE_SIZE, TEST_MODULE_VERSION,
+                                               TEST_MODULE_FAMILY};
+    return &record;
+}
+#endif
+
+#ifndef TEST_MODULE_WITHOUT_ENTRIES
+EXPORTED CMivoraGrabber* CreateGrabberInstance(void* instance) {
+#ifdef TEST_MODULE_MAKES_NOTHING
+    (void)instance;
+    return nullptr;
+#else
+    return new TestGrabber(instance);
+#endif
+}
+
+EXPORTED void DeleteGrabberInstance(CMivoraGrabber* grabber) {
+    delete grabber;
+}
+#endif
