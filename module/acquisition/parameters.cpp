@@ -111,9 +111,8 @@ MV_ERRCODE CMivoraKVNPyxenClass::GetGrabberParam(uint32_t id, uint64_t* value1, 
         uint64_t capabilities = 0;
         const MV_ERRCODE result = CPyxenGrabber::GetGrabberParam(id, &capabilities, value2);
         if (result == MV_OK) {
-            constexpr uint64_t kNotServed = 1u << 0 | 1u << 2;
-            constexpr uint64_t kServed = 1u << 3;
-            Store(value1, (capabilities & ~kNotServed) | kServed);
+            constexpr uint64_t kNotServed = kMvCapHostTimer | kMvCapFieldSnap;
+            Store(value1, (capabilities & ~kNotServed) | kMvCapContinuous);
         }
         return result;
     }
