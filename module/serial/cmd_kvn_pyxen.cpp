@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstring>
 
 namespace {
 
@@ -172,13 +171,11 @@ MV_DLG_EXITCODE CCmdKVNPyxen::RunConfigDialog(MV_WINDOW parent) {
     if (RunSerialDialog(parent, data) != MV_DLG_OK) {
         return MV_DLG_CANCEL;
     }
-    platform::MutexLock lock(mutex);
-    std::memcpy(data.settings.portName, settings.portName, sizeof settings.portName);
     if (data.portIndex >= 0 && static_cast<std::size_t>(data.portIndex) < data.ports.size()) {
         std::snprintf(data.settings.portName, sizeof data.settings.portName, "%s",
                       data.ports[static_cast<std::size_t>(data.portIndex)].iniName);
     }
-    settings = data.settings;
+    SetSettings(data.settings);
     return MV_DLG_OK;
 }
 
@@ -396,4 +393,9 @@ std::vector<SerialPortEntry> CCmdKVNPyxen::GetPorts() const {
 SerialSettings CCmdKVNPyxen::GetSettings() const {
     platform::MutexLock lock(mutex);
     return settings;
+}
+
+void CCmdKVNPyxen::SetSettings(const SerialSettings& newSettings) {
+    platform::MutexLock lock(mutex);
+    settings = newSettings;
 }

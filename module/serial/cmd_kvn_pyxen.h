@@ -50,7 +50,10 @@ public:
 
     /// What EnumeratePorts found last.
     std::vector<SerialPortEntry> GetPorts() const;
+    /// What the channel is configured to. New settings take effect at the next Open, but for the
+    /// delay, which counts at once.
     SerialSettings GetSettings() const;
+    void SetSettings(const SerialSettings& newSettings);
 
 private:
     class Registers;

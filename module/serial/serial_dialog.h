@@ -11,7 +11,7 @@
 struct SerialDialogData {
     std::vector<SerialPortEntry> ports;
     std::int32_t portIndex = -1; ///< into `ports`, -1 for none
-    SerialSettings settings;     ///< the port name stays as it is
+    SerialSettings settings;     ///< not the dialog's: the port name, which stays as it is
 };
 
 /// Runs the configuration dialog. On MV_DLG_OK `data` holds the user's choice, else it is

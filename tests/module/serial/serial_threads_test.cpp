@@ -1,0 +1,148 @@
+// serial_threads_test.cpp - several channels and the grabber over one mutex
+#include "tests/module/serial/serial_fixture.h"
+
+#include <algorithm>
+#include <string>
+#include <thread>
+
+namespace {
+
+class SerialThreadsTest : public SerialFixture {
+protected:
+    /// From a thread that does not hold it.
+    bool IsMutexFree() {
+        bool free = false;
+        std::thread([&] {
+            free = Grabber().SerialMutex().TryLock();
+            if (free) {
+                Grabber().SerialMutex().Unlock();
+            }
+        }).join();
+        return free;
+    }
+};
+
+TEST_F(SerialThreadsTest, HoldsTheMutexOverAWholeWrite) {
+    OpenChannel();
+    SetTransmitReady();
+    sdk.Hold("PxnMemoryWrite");
+    std::thread writer([&] {
+        uint64_t count = 0;
+        EXPECT_EQ(channel->WriteBuffer(Bytes("ab"), 2, &count), MV_OK);
+    });
+    EXPECT_TRUE(sdk.WaitForCall(WriteBytes(0x400, "ab")));
+    EXPECT_FALSE(IsMutexFree());
+    sdk.Release("PxnMemoryWrite");
+    writer.join();
+    EXPECT_TRUE(IsMutexFree());
+}
+
+TEST_F(SerialThreadsTest, HoldsTheMutexWhileItPolls) {
+    OpenChannel();
+    std::thread writer([&] {
+        uint64_t count = 0;
+        EXPECT_EQ(channel->WriteBuffer(Bytes("ab"), 2, &count), MV_OK);
+    });
+    EXPECT_TRUE(support::WaitUntil([&] { return sdk.Calls({Read(0x124)}).size() > 3; }));
+    EXPECT_FALSE(IsMutexFree());
+    sdk.Edit([](scripted::Model& model) { model.cameras[0].SetRegister32(kBase + 0x124, 1); });
+    writer.join();
+}
+
+TEST_F(SerialThreadsTest, GivesTheMutexAwayBetweenBytesWithADelay) {
+    constexpr uint64_t kLength = 1000; // ten seconds, if nobody ended it
+    OpenChannel();
+    SetTransmitReady();
+    SerialSettings settings = channel->GetSettings();
+    settings.intercharacterDelay = 10;
+    channel->SetSettings(settings);
+    uint64_t count = 0;
+    std::thread writer([&] {
+        const std::string content(kLength, 'a');
+        EXPECT_EQ(channel->WriteBuffer(Bytes(content), kLength, &count), MV_WRITE_FAILED);
+    });
+    EXPECT_TRUE(sdk.WaitForCall(Write(0x12C, 1)));
+    {
+        platform::MutexLock lock(Grabber().SerialMutex());
+        sdk.FailAlways("PxnMemoryRead", PxnErrIO);
+    }
+    writer.join();
+    EXPECT_LT(count, kLength);
+    EXPECT_EQ(sdk.Calls({Write(0x12C, 1)}).size(), count);
+}
+
+TEST_F(SerialThreadsTest, PreparingBuffersWaitsForPortTraffic) {
+    const std::string entered = "1 CMivoraKVNPyxenClass::PrepareFrameBuffers";
+    const std::string got = "1   CMivoraKVNPyxenClass::PrepareFrameBuffers: got mutex";
+    OpenChannel();
+    SetTransmitReady();
+    sdk.Hold("PxnMemoryWrite");
+    std::thread writer([&] {
+        uint64_t count = 0;
+        EXPECT_EQ(channel->WriteBuffer(Bytes("ab"), 2, &count), MV_OK);
+    });
+    EXPECT_TRUE(sdk.WaitForCall(WriteBytes(0x400, "ab")));
+    std::thread preparer([&] { EXPECT_EQ(Grabber().PrepareFrameBuffers(1), MV_OK); });
+    EXPECT_TRUE(sink.WaitForLine(entered));
+    const Texts lines = sink.Lines();
+    EXPECT_EQ(std::count(lines.begin(), lines.end(), got), 0);
+    sdk.Release("PxnMemoryWrite");
+    writer.join();
+    preparer.join();
+    EXPECT_TRUE(sink.WaitForLine(got));
+}
+
+TEST_F(SerialThreadsTest, ChannelsAndBufferPreparationDoNotMix) {
+    constexpr int kRounds = 40;
+    constexpr uint64_t kOtherBase = 0x63000; // port 4
+    CCmdKVNPyxen other(&Grabber(), Grabber().SerialMutex());
+    other.SetSettings(SettingsOf("PYXENSERIALPORT4"));
+    ASSERT_EQ(other.Open(), MV_OK);
+    OpenChannel();
+    for (const uint64_t base : {kBase, kOtherBase}) {
+        Camera().SetRegister32(base + 0x124, 1);
+    }
+    const auto talk = [](CCmdKVNPyxen& line) {
+        const std::string content(1500, 'x');
+        for (int round = 0; round < kRounds; ++round) {
+            uint64_t count = 0;
+            EXPECT_EQ(line.WriteBuffer(Bytes(content), content.size(), &count), MV_OK);
+            EXPECT_EQ(count, content.size());
+            uint8_t byte = 0;
+            EXPECT_EQ(line.ReadBuffer(&byte, 1, &count), MV_OK);
+            EXPECT_STRNE(line.GetConfigText(), "");
+        }
+    };
+    std::thread first([&] { talk(*channel); });
+    std::thread second([&] { talk(other); });
+    for (int round = 0; round < kRounds; ++round) {
+        EXPECT_EQ(Grabber().PrepareFrameBuffers(round % 2 == 0 ? 3 : 1), MV_OK);
+    }
+    first.join();
+    second.join();
+
+    // Whatever the order of the operations, the accesses of one stay together.
+    const Texts calls = sdk.Calls({"PxnMemory"});
+    unsigned writes = 0;
+    for (std::size_t at = 0; at < calls.size();) {
+        const uint64_t base =
+            calls[at] == Read(0x124) || calls[at] == Read(0x14C) ? kBase : kOtherBase;
+        if (calls[at] == Read(0x14C, 4, base)) { // nothing waits, so that this is all
+            ++at;
+            continue;
+        }
+        ASSERT_LE(at + 6, calls.size());
+        const std::string buffer =
+            "PxnMemoryWrite(camera0, " + std::to_string(base + 0x400) + ", [78";
+        for (const uint32_t size : {1024u, 476u}) {
+            ASSERT_EQ(calls[at], Read(0x124, 4, base));
+            ASSERT_EQ(calls[at + 1].compare(0, buffer.size(), buffer), 0);
+            ASSERT_EQ(calls[at + 2], Write(0x12C, size, base));
+            at += 3;
+        }
+        ++writes;
+    }
+    EXPECT_EQ(writes, 2u * kRounds);
+}
+
+} // namespace
