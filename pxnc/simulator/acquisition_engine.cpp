@@ -261,9 +261,14 @@ bool AcquisitionEngine::IsAcquiring() const {
     return acquiring;
 }
 
-bool AcquisitionEngine::Owns(const PxnFrame* frame) const {
+bool AcquisitionEngine::PayloadOf(const PxnFrame* frame, std::uint32_t& bytes) const {
     platform::MutexLock lock(mutex);
-    return slots.find(frame) != slots.end();
+    const SlotPointer slot = FindSlot(frame);
+    if (!slot) {
+        return false;
+    }
+    bytes = slot->state == SlotState::kDone ? slot->payload : 0;
+    return true;
 }
 
 void AcquisitionEngine::ThreadProcedure(void* self) {
@@ -355,6 +360,7 @@ void AcquisitionEngine::Hand(const SlotPointer& slot, std::uint64_t frameId, Fra
     const AcquisitionPlan current = plan;
     mutex.Unlock();
     Fill(*slot, current, frameId, fault);
+    owner.OnFrameSent(frameId);
     mutex.Lock();
     writing = false;
     slot->state = SlotState::kDone;
@@ -368,7 +374,7 @@ void AcquisitionEngine::Hand(const SlotPointer& slot, std::uint64_t frameId, Fra
         ++accounting.callbacks;
         mutex.Unlock();
         {
-            FrameCallbackScope scope;
+            CallbackScope scope(CallbackKind::kFrame);
             callback(camera, stream, frame);
         }
         mutex.Lock();
@@ -383,6 +389,7 @@ void AcquisitionEngine::Fill(Slot& slot, const AcquisitionPlan& current, std::ui
         platform::SleepMs(kLateMs);
     }
     const ImageSetup& image = current.image;
+    slot.payload = 0;
     PxnFrame& frame = *slot.frame;
     frame.frameId = frameId;
     frame.timestamp = owner.Timestamp();
@@ -419,8 +426,9 @@ void AcquisitionEngine::Fill(Slot& slot, const AcquisitionPlan& current, std::ui
         frame.receiveFlags |= PxnFrameFlagChunkData;
         owner.WriteChunks(frame, out + frame.imageSize, current.chunkBytes);
     }
+    slot.payload = frame.imageSize + current.chunkBytes;
     ++statistics.delivered;
-    statistics.bytes += std::uint64_t{frame.imageSize} + current.chunkBytes;
+    statistics.bytes += slot.payload;
 }
 
 void AcquisitionEngine::FinishWhenComplete() {

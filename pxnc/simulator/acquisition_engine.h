@@ -35,6 +35,8 @@ public:
     virtual void OnAcquisitionFinished() = 0;
     /// Frame `frameId` is about to be sent and something is scheduled for it.
     virtual void OnScheduledFrame(std::uint64_t frameId) = 0;
+    /// The frame has been written and is about to be handed back.
+    virtual void OnFrameSent(std::uint64_t frameId) = 0;
     /// Writes the chunk data of a frame into `bytes` bytes at `out`.
     virtual void WriteChunks(const PxnFrame& frame, std::uint8_t* out, std::uint32_t bytes) = 0;
     /// Nanoseconds on the camera's clock.
@@ -90,7 +92,9 @@ public:
 
     bool IsCapturing() const { return capturingNow; }
     bool IsAcquiring() const EXCLUDES(mutex);
-    bool Owns(const PxnFrame* frame) const EXCLUDES(mutex);
+    /// Bytes of the payload in an announced frame: 0 when none has been received. False when the
+    /// frame is not announced here.
+    bool PayloadOf(const PxnFrame* frame, std::uint32_t& bytes) const EXCLUDES(mutex);
     StreamStatistics& Statistics() { return statistics; }
 
 private:
@@ -101,6 +105,7 @@ private:
         PxnFrame* frame = nullptr;
         void* buffer = nullptr;
         std::uint32_t bufferSize = 0;
+        std::uint32_t payload = 0; // bytes written last
         PxnFrameCallback callback = nullptr;
         SlotState state = SlotState::kIdle;
     };

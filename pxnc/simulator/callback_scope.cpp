@@ -3,20 +3,24 @@
 namespace pxsim {
 namespace {
 
-thread_local bool insideFrameCallback = false;
+thread_local CallbackKind running = CallbackKind::kNone;
 
 } // namespace
 
-FrameCallbackScope::FrameCallbackScope() {
-    insideFrameCallback = true;
+CallbackScope::CallbackScope(CallbackKind kind) {
+    running = kind;
 }
 
-FrameCallbackScope::~FrameCallbackScope() {
-    insideFrameCallback = false;
+CallbackScope::~CallbackScope() {
+    running = CallbackKind::kNone;
+}
+
+bool InsideCallback() {
+    return running != CallbackKind::kNone;
 }
 
 bool InsideFrameCallback() {
-    return insideFrameCallback;
+    return running == CallbackKind::kFrame;
 }
 
 } // namespace pxsim

@@ -3,15 +3,18 @@
 
 namespace pxsim {
 
-/// Marks the calling thread as running a frame callback while it lives.
-class FrameCallbackScope {
+enum class CallbackKind { kNone, kFrame, kInvalidation };
+
+/// Marks the calling thread as running a callback while it lives.
+class CallbackScope {
 public:
-    FrameCallbackScope();
-    ~FrameCallbackScope();
-    FrameCallbackScope(const FrameCallbackScope&) = delete;
-    FrameCallbackScope& operator=(const FrameCallbackScope&) = delete;
+    explicit CallbackScope(CallbackKind kind);
+    ~CallbackScope();
+    CallbackScope(const CallbackScope&) = delete;
+    CallbackScope& operator=(const CallbackScope&) = delete;
 };
 
+bool InsideCallback();
 /// True inside a frame callback: what would wait for that callback is refused there.
 bool InsideFrameCallback();
 

@@ -21,7 +21,8 @@ Camera::Camera(const CameraConfiguration& newSetup, const InterfaceConfiguration
       name(services.strings.Intern(setup.name)),
       model(services.strings.Intern(setup.model)),
       serial(services.strings.Intern(setup.serial)),
-      powerOn(Clock::now()), registers(*this) {
+      powerOn(Clock::now()),
+      registers(*this) {
     plugged = setup.plugged;
     AddFeatures();
     localDevice = std::make_unique<Module>(services.strings, services.events, SharedMutex());
@@ -45,22 +46,49 @@ void Camera::AddFeatures() {
     AddDeviceControl(*this);
     AddImageFormatControl(*this);
     AddAcquisitionControl(*this);
+    AddAnalogControl(*this);
+    AddLookUpControl(*this);
+    AddDigitalIoControl(*this);
+    AddCounterAndTimerControl(*this);
+    AddEventControl(*this);
+    AddChunkDataControl(*this);
+    AddUserSetControl(*this);
+    AddFileAccessControl(*this);
+    AddSequencerControl(*this);
+    AddActionControl(*this);
     AddTransportLayerControl(*this);
+    AddSimulatorControl(*this);
 }
 
 void Camera::ApplySetup() {
-    for (const std::string& omitted : setup.omitted) {
-        Omit(omitted.c_str());
-        localDevice->Omit(omitted.c_str());
+    for (const Setting& omitted : setup.omitted) {
+        bool known = Omit(omitted.name.c_str());
+        known = localDevice->Omit(omitted.name.c_str()) || known;
         for (auto& stream : streams) {
-            stream->Omit(omitted.c_str());
+            known = stream->Omit(omitted.name.c_str()) || known;
+        }
+        if (!known) {
+            setupProblems.push_back(
+                {id, "there is no feature \"" + omitted.name + "\" to omit", omitted.line});
         }
     }
-    for (const auto& [feature, value] : setup.features) {
-        if (Feature* found = Find(feature.c_str()); found != nullptr) {
-            found->FromText(value);
+    for (const Setting& feature : setup.features) {
+        if (Find(feature.name.c_str()) == nullptr) {
+            setupProblems.push_back(
+                {id, "there is no feature \"" + feature.name + "\"", feature.line});
+        } else if (ApplyInitialValue(feature) != PxnErrSuccess) {
+            setupProblems.push_back(
+                {id,
+                 "the feature \"" + feature.name + "\" refuses the value \"" + feature.value + "\"",
+                 feature.line});
         }
     }
+}
+
+PxnError Camera::ApplyInitialValue(const Setting& setting) {
+    platform::MutexLock lock(mutex);
+    Feature* feature = Find(setting.name.c_str());
+    return feature == nullptr ? PxnErrNotFound : feature->FromText(setting.value);
 }
 
 void Camera::SetTopology(PxnHandle transportLayer, PxnHandle interface) {
@@ -259,12 +287,15 @@ PxnError Camera::StartAcquisition() {
         stream->Engine().BeginAcquisition(plan);
     }
     OnStreamingChanged();
+    RaiseEvent(CameraEvent::kAcquisitionStart, 0);
     return PxnErrSuccess;
 }
 
 PxnError Camera::StopAcquisition() {
     platform::MutexLock lock(mutex);
-    acquiring = false;
+    if (acquiring.exchange(false)) {
+        RaiseEvent(CameraEvent::kAcquisitionEnd, 0);
+    }
     for (auto& stream : streams) {
         stream->Engine().EndAcquisition();
     }
@@ -328,10 +359,6 @@ ImageSetup Camera::CurrentImage() const {
     return image;
 }
 
-std::uint32_t Camera::ChunkBytes() const {
-    return 0;
-}
-
 std::int64_t Camera::PayloadBytes() const {
     return std::int64_t{CurrentImage().ImageBytes()} + ChunkBytes();
 }
@@ -358,14 +385,43 @@ void Camera::ResetFeatures() {
     registers.Reset();
     platform::MutexLock lock(mutex);
     for (const auto& feature : Features()) {
-        feature->Reset();
-    }
-    for (const auto& [feature, value] : setup.features) {
-        if (Feature* found = Find(feature.c_str()); found != nullptr) {
-            found->FromText(value);
+        // The camera remembers which set it starts with.
+        if (std::strcmp(feature->Name(), "UserSetDefault") != 0) {
+            feature->Reset();
         }
     }
+    for (const Setting& feature : setup.features) {
+        ApplyInitialValue(feature);
+    }
+    const std::int64_t first = EnumIntValue("UserSetDefault");
+    if (first != 0) {
+        LoadUserSet(static_cast<std::size_t>(first));
+    }
+    UpdateEventMask();
     InvalidateAll();
+}
+
+void Camera::SaveUserSet(std::size_t index) {
+    platform::MutexLock lock(mutex);
+    userSets.Save(*this, index);
+}
+
+void Camera::LoadUserSet(std::size_t index) {
+    platform::MutexLock lock(mutex);
+    userSets.Load(*this, index);
+    UpdateEventMask();
+}
+
+std::int64_t Camera::LinkBytesPerSecond() const {
+    switch (setup.kind) {
+    case CameraKind::kGigE:
+        return 125000000;
+    case CameraKind::kUsb:
+        return 400000000;
+    case CameraKind::kSerial:
+        return 850000000;
+    }
+    return 0;
 }
 
 void Camera::OnAcquisitionFinished() {
@@ -373,9 +429,9 @@ void Camera::OnAcquisitionFinished() {
     const bool any = std::any_of(streams.begin(), streams.end(), [](const auto& stream) {
         return stream->Engine().IsCapturing() && stream->Engine().IsAcquiring();
     });
-    if (!any) {
-        acquiring = false;
+    if (!any && acquiring.exchange(false)) {
         OnStreamingChanged();
+        RaiseEvent(CameraEvent::kAcquisitionEnd, 0);
     }
 }
 
@@ -383,8 +439,10 @@ void Camera::OnScheduledFrame(std::uint64_t frameId) {
     scheduler.OnScheduledFrame(*this, frameId);
 }
 
-void Camera::WriteChunks(const PxnFrame&, std::uint8_t* out, std::uint32_t bytes) {
-    std::memset(out, 0, bytes);
+void Camera::OnFrameSent(std::uint64_t frameId) {
+    ++sentFrames;
+    RaiseEvent(CameraEvent::kExposureEnd, frameId);
+    RaiseEvent(CameraEvent::kFrameEnd, frameId);
 }
 
 std::uint64_t Camera::Timestamp() const {

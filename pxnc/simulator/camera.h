@@ -1,11 +1,14 @@
 // camera.h - a virtual camera: its features, its local device and its streams
 #pragma once
 
+#include "pxnc/simulator/camera_events.h"
+#include "pxnc/simulator/chunk_data.h"
 #include "pxnc/simulator/configuration.h"
 #include "pxnc/simulator/handle_table.h"
 #include "pxnc/simulator/module.h"
 #include "pxnc/simulator/register_space.h"
 #include "pxnc/simulator/stream.h"
+#include "pxnc/simulator/user_sets.h"
 
 #include <atomic>
 #include <deque>
@@ -43,6 +46,8 @@ public:
     ~Camera() override;
 
     const CameraConfiguration& Setup() const { return setup; }
+    /// What of the setup this camera cannot do: its line and the reason. Empty when all is well.
+    const std::vector<Setting>& SetupProblems() const { return setupProblems; }
     std::uint32_t InterfaceType() const { return interfaceType; }
     /// Where the camera hangs; set once by the simulator.
     void SetTopology(PxnHandle transportLayer, PxnHandle interface);
@@ -71,8 +76,17 @@ public:
     PxnError LineTrigger();
     /// Passes what changed on to a running acquisition.
     void UpdatePlan();
+    /// Lowers the frame rate to what exposure, readout and link allow.
+    void LimitFrameRate();
+    void UpdateEventMask();
+    void RaiseEvent(CameraEvent event, std::uint64_t frameId);
+    void SaveUserSet(std::size_t index);
+    void LoadUserSet(std::size_t index);
     ImageSetup CurrentImage() const;
+    std::uint32_t EnabledChunkMask() const;
     std::uint32_t ChunkBytes() const;
+    std::int64_t LinkBytesPerSecond() const;
+    std::int64_t SentFrames() const { return static_cast<std::int64_t>(sentFrames.load()); }
     std::int64_t PayloadBytes() const;
     std::int64_t FramePeriodNs() const;
     bool IsAcquiring() const { return acquiring; }
@@ -85,6 +99,7 @@ public:
     // AcquisitionOwner
     void OnAcquisitionFinished() override;
     void OnScheduledFrame(std::uint64_t frameId) override;
+    void OnFrameSent(std::uint64_t frameId) override;
     void WriteChunks(const PxnFrame& frame, std::uint8_t* out, std::uint32_t bytes) override;
     std::uint64_t Timestamp() const override;
 
@@ -96,12 +111,14 @@ private:
 
     void AddFeatures();
     void ApplySetup();
+    PxnError ApplyInitialValue(const Setting& setting);
     AcquisitionPlan MakePlan() const;
     bool IsOpen() const REQUIRES(mutex) { return !sessions.empty(); }
     void CreateChildHandles() REQUIRES(mutex);
     void RemoveChildHandles() REQUIRES(mutex);
 
     const CameraConfiguration setup;
+    std::vector<Setting> setupProblems; // filled while it is built
     const std::uint32_t interfaceType;
     SharedServices services;
     FrameScheduler& scheduler;
@@ -117,8 +134,11 @@ private:
     std::unique_ptr<Module> localDevice;
     std::vector<std::unique_ptr<Stream>> streams;
     std::atomic<bool> acquiring = false;
+    std::atomic<std::uint64_t> sentFrames = 0;
+    std::atomic<unsigned> eventMask = 0; // one bit for each CameraEvent that is reported
 
     mutable platform::Mutex openCloseMutex; // taken before the module mutex
+    UserSets userSets GUARDED_BY(mutex){4};
     bool plugged GUARDED_BY(mutex) = true;
     std::vector<Session> sessions GUARDED_BY(mutex);
     std::vector<PxnHandle> vanishedHandles GUARDED_BY(mutex); // not closed since

@@ -22,13 +22,13 @@ double ReadoutUs(Camera& camera) {
 
 // Exposure of one frame overlaps the readout of the one before.
 double HighestRate(Camera& camera) {
-    return 1e6 / std::max(ReadoutUs(camera), camera.FloatValue("ExposureTime"));
-}
-
-void LimitRate(Camera& camera) {
-    auto& rate = dynamic_cast<FloatFeature&>(*camera.Find("AcquisitionFrameRate"));
-    rate.Put(std::min(rate.Get(), rate.UpperLimit()));
-    camera.UpdatePlan();
+    double shortestUs = std::max(ReadoutUs(camera), camera.FloatValue("ExposureTime"));
+    if (camera.EnumIs("DeviceLinkThroughputLimitMode", "On")) {
+        const auto bytes = static_cast<double>(camera.PayloadBytes());
+        const auto limit = static_cast<double>(camera.IntValue("DeviceLinkThroughputLimit"));
+        shortestUs = std::max(shortestUs, bytes / limit * 1e6);
+    }
+    return std::max(kSlowestRate, 1e6 / shortestUs);
 }
 
 void AddModes(Camera& camera) {
@@ -59,13 +59,29 @@ void AddModes(Camera& camera) {
         .In(kCategory)
         .For(PxnVisibilityExpert)
         .Text("Stops at once.");
+    camera.Int("AcquisitionBurstFrameCount")
+        .Value(1)
+        .Range(1, 255)
+        .In(kCategory)
+        .For(PxnVisibilityExpert)
+        .LockedWhileStreaming()
+        .Text("Frames for each trigger of a burst.");
+    camera.Enum("AcquisitionStatusSelector")
+        .Entries({"AcquisitionTriggerWait", "AcquisitionActive", "FrameActive"})
+        .In(kCategory)
+        .For(PxnVisibilityExpert)
+        .Text("State that the status shows.");
     camera.Bool("AcquisitionStatus")
-        .Computed([&camera] { return camera.IsAcquiring(); })
+        .SelectedBy("AcquisitionStatusSelector")
+        .Computed([&camera] {
+            const bool waits = camera.EnumIs("AcquisitionStatusSelector", "AcquisitionTriggerWait");
+            return waits ? !camera.IsAcquiring() : camera.IsAcquiring();
+        })
         .In(kCategory)
         .ReadOnly()
         .Volatile(500)
         .For(PxnVisibilityExpert)
-        .Text("An acquisition is running.");
+        .Text("The camera is in that state.");
     camera.Bool("SimulatorFreeRunning")
         .Value(camera.Setup().freeRunning)
         .In(kCategory)
@@ -97,7 +113,7 @@ void AddTiming(Camera& camera) {
         .In(kCategory)
         .WritableWhen([&camera] { return camera.EnumIs("ExposureAuto", "Off"); })
         .Affects({"AcquisitionFrameRate", "AcquisitionFixedIntervalTime"})
-        .OnChange([&camera] { LimitRate(camera); })
+        .OnChange([&camera] { camera.LimitFrameRate(); })
         .Text("Time for which the sensor collects light.");
     camera.Bool("AcquisitionFrameRateEnable")
         .Value(true)
@@ -178,6 +194,13 @@ void AddTrigger(Camera& camera) {
 }
 
 } // namespace
+
+void Camera::LimitFrameRate() {
+    platform::MutexLock lock(mutex);
+    auto& rate = dynamic_cast<FloatFeature&>(*Find("AcquisitionFrameRate"));
+    rate.Put(std::min(rate.Get(), rate.UpperLimit()));
+    UpdatePlan();
+}
 
 void AddAcquisitionControl(Camera& camera) {
     AddModes(camera);

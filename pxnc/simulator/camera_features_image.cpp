@@ -30,9 +30,7 @@ void FitRegion(Camera& camera) {
         IntFeature& feature = Named<IntFeature>(camera, name);
         feature.Put(feature.Nearest(feature.Get()));
     }
-    FloatFeature& rate = Named<FloatFeature>(camera, "AcquisitionFrameRate");
-    rate.Put(std::min(rate.Get(), rate.UpperLimit()));
-    camera.UpdatePlan();
+    camera.LimitFrameRate();
 }
 
 void AddSensor(Camera& camera) {
@@ -97,7 +95,7 @@ void AddRegion(Camera& camera) {
         })
         .Increment([&camera] { return WidthStep(camera); })
         .LockedWhileStreaming()
-        .Affects({"OffsetX", "PayloadSize", "ImageSize", "AcquisitionFrameRate"})
+        .Affects({"OffsetX", "LinePitch", "PayloadSize", "ImageSize", "AcquisitionFrameRate"})
         .Text("Width of the image.");
     sized(camera.Int("Height"))
         .Value(std::min(kDefaultHeight, std::int64_t{setup.sensorHeight}))
@@ -138,7 +136,9 @@ void AddPixelFormat(Camera& camera) {
         .Value("Mono8")
         .In(kCategory)
         .LockedWhileStreaming()
-        .Affects({"PixelSize", "PayloadSize", "ImageSize", "Width", "AcquisitionFrameRate"})
+        .Affects({"PixelSize", "PixelColorFilter", "PixelDynamicRangeMax", "LinePitch",
+                  "PayloadSize", "ImageSize", "Width", "AcquisitionFrameRate", "GainSelector",
+                  "BalanceRatio"})
         .OnChange([&camera] { FitRegion(camera); })
         .Text("Layout of the pixels in memory.");
     camera.Int("PixelSize")
@@ -180,6 +180,80 @@ void AddTestPattern(Camera& camera) {
         .Text("Start of the noise; the same seed gives the same noise.");
 }
 
+const char* ColorFilterName(Order order) {
+    switch (order) {
+    case Order::kBayerGR:
+        return "BayerGR";
+    case Order::kBayerRG:
+        return "BayerRG";
+    case Order::kBayerGB:
+        return "BayerGB";
+    case Order::kBayerBG:
+        return "BayerBG";
+    default:
+        return "None";
+    }
+}
+
+void AddDerived(Camera& camera) {
+    const auto format = [&camera]() -> const PixelFormat& {
+        return *FindPixelFormat(camera.EnumValue("PixelFormat"));
+    };
+    camera.Enum("PixelColorFilter")
+        .Entries({"None", "BayerRG", "BayerGB", "BayerGR", "BayerBG"})
+        .Computed([format] { return ColorFilterName(format().order); })
+        .In(kCategory)
+        .ReadOnly()
+        .For(PxnVisibilityExpert)
+        .Text("Colour filter of the image.");
+    camera.Int("PixelDynamicRangeMin")
+        .In(kCategory)
+        .ReadOnly()
+        .For(PxnVisibilityExpert)
+        .Text("Smallest value of a pixel.");
+    camera.Int("PixelDynamicRangeMax")
+        .Computed([format] { return (std::int64_t{1} << format().bits) - 1; })
+        .In(kCategory)
+        .ReadOnly()
+        .For(PxnVisibilityExpert)
+        .Text("Largest value of a pixel.");
+    camera.Int("LinePitch")
+        .Computed([&camera] { return std::int64_t{camera.CurrentImage().LineBytesInMemory()}; })
+        .Unit("B")
+        .In(kCategory)
+        .ReadOnly()
+        .For(PxnVisibilityExpert)
+        .Text("Bytes from one line to the next.");
+    camera.Enum("ImageCompressionMode")
+        .Entries({"Off", "JPEG"})
+        .EntryAvailableWhen("JPEG", [] { return false; })
+        .In(kCategory)
+        .For(PxnVisibilityExpert)
+        .LockedWhileStreaming()
+        .Text("Compression of the image.");
+    camera.Enum("SensorShutterMode")
+        .Entries({"Global", "Rolling"})
+        .In(kCategory)
+        .For(PxnVisibilityExpert)
+        .ReadOnly()
+        .Text("How the lines are exposed.");
+    for (const char* name : {"SensorPixelWidth", "SensorPixelHeight"}) {
+        camera.Float(name)
+            .Value(4.8)
+            .Unit("µm")
+            .In(kCategory)
+            .ReadOnly()
+            .For(PxnVisibilityExpert)
+            .Text("Size of a photo cell.");
+    }
+    camera.String("SensorName")
+        .Value("PX-CMOS " + camera.Setup().model)
+        .In(kCategory)
+        .ReadOnly()
+        .For(PxnVisibilityExpert)
+        .Text("Name of the sensor.");
+}
+
 } // namespace
 
 void AddImageFormatControl(Camera& camera) {
@@ -187,6 +261,7 @@ void AddImageFormatControl(Camera& camera) {
     AddPixelFormat(camera);
     AddRegion(camera);
     AddTestPattern(camera);
+    AddDerived(camera);
     // Hosts ask for it before PayloadSize; only this kind of camera has it.
     if (camera.Setup().kind == CameraKind::kUsb) {
         camera.Int("ImageSize")

@@ -26,7 +26,7 @@ CameraConfiguration UsbCamera() {
     camera.interfaceId = "Usb0";
     camera.sensorWidth = 2592;
     camera.sensorHeight = 1944;
-    camera.features = {{"PixelFormat", "RGB8"}};
+    camera.features = {{"PixelFormat", "RGB8", 0}};
     return camera;
 }
 

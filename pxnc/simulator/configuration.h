@@ -6,12 +6,18 @@
 
 #include <cstdint>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace pxsim {
 
 enum class CameraKind { kGigE, kUsb, kSerial };
+
+/// Something named in a configuration file; `line` is 0 outside a file.
+struct Setting {
+    std::string name;
+    std::string value;
+    std::size_t line = 0;
+};
 
 /// One of the five serial ports of a camera of kind "serial".
 struct PortConfiguration {
@@ -39,8 +45,8 @@ struct CameraConfiguration {
     std::uint32_t permittedAccess = PxnAccessModeFull | PxnAccessModeRead;
     std::uint32_t streams = 1;
     std::uint32_t extraFeatures = 0;
-    std::vector<std::pair<std::string, std::string>> features; // initial values, in order
-    std::vector<std::string> omitted;
+    std::vector<Setting> features; // initial values, in order
+    std::vector<Setting> omitted;
     PortConfiguration ports[5];
 };
 
@@ -65,7 +71,7 @@ struct Configuration {
     std::vector<TransportLayerConfiguration> transportLayers;
     std::vector<InterfaceConfiguration> interfaces;
     std::vector<CameraConfiguration> cameras;
-    std::vector<std::string> script; // lines for the control interface, run after the startup
+    std::vector<Setting> script; // lines for the control interface, run after the startup
 };
 
 /// One GigE camera, one USB camera and one with five serial ports, each on its own interface

@@ -1,5 +1,6 @@
 // Registers, settings and chunk data.
 
+#include "pxnc/simulator/chunk_data.h"
 #include "pxnc/simulator/sdk.h"
 
 using namespace pxsim;
@@ -25,15 +26,25 @@ PxnError OnRegisters(const char* entry, PxnHandle handle, Buffer* buffer, uint32
     });
 }
 
+bool FindPayload(Simulator& simulator, const PxnFrame* frame, uint32_t& payload) {
+    for (const auto& camera : simulator.Cameras()) {
+        for (const auto& stream : camera->Streams()) {
+            if (stream->Engine().PayloadOf(frame, payload)) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
 } // namespace
 
 PxnError PXN_CALL PxnMemoryRead(PxnHandle handle, uint64_t address, uint32_t size, char* buffer,
                                 uint32_t* sizeComplete) {
-    return OnRegisters(__func__, handle, buffer, sizeComplete, false,
-                       [&](RegisterSpace& registers) {
-                           return registers.Read(address, size,
-                                                 reinterpret_cast<uint8_t*>(buffer), *sizeComplete);
-                       });
+    return OnRegisters(
+        __func__, handle, buffer, sizeComplete, false, [&](RegisterSpace& registers) {
+            return registers.Read(address, size, reinterpret_cast<uint8_t*>(buffer), *sizeComplete);
+        });
 }
 
 PxnError PXN_CALL PxnMemoryWrite(PxnHandle handle, uint64_t address, uint32_t size,
@@ -55,8 +66,35 @@ PxnError PXN_CALL PxnSettingsLoad(PxnHandle handle, const wchar_t*, const void*,
 }
 
 PxnError PXN_CALL PxnChunkDataAccess(const PxnFrame* frame, PxnChunkAccessCallback callback,
-                                     void*) {
-    return Call(__func__, [&](Simulator&) -> PxnError {
-        return frame == nullptr || callback == nullptr ? PxnErrBadParameter : PxnErrNoChunkData;
+                                     void* userContext) {
+    return Call(__func__, [&](Simulator& simulator) -> PxnError {
+        if (frame == nullptr || callback == nullptr) {
+            return PxnErrBadParameter;
+        }
+        uint32_t payload = 0;
+        if (!FindPayload(simulator, frame, payload)) {
+            return PxnErrNotFound;
+        }
+        if (payload == 0) {
+            return PxnErrNoData;
+        }
+        if (frame->chunkDataPresent == 0) {
+            return PxnErrNoChunkData;
+        }
+        std::vector<ChunkValue> values;
+        if (!ReadChunkList(static_cast<const uint8_t*>(frame->buffer), payload, values)) {
+            return PxnErrParsingChunkData;
+        }
+        ChunkModule chunks(simulator.Strings(), simulator.Events(), values);
+        const PxnHandle handle = simulator.Handles().Add({&chunks, nullptr, nullptr, false});
+        PxnError result = PxnErrSuccess;
+        try {
+            result = callback(handle, userContext);
+        } catch (...) {
+            result = PxnErrUserCallbackException;
+        }
+        simulator.Handles().Remove(handle);
+        simulator.Events().UnregisterAll(handle);
+        return result;
     });
 }

@@ -1,5 +1,7 @@
 #include "pxnc/simulator/event_dispatcher.h"
 
+#include "pxnc/simulator/callback_scope.h"
+
 #include <algorithm>
 
 namespace pxsim {
@@ -136,7 +138,10 @@ void EventDispatcher::Deliver(const Event& event) {
         }
         runningId = one.id;
         mutex.Unlock();
-        one.callback(one.handle, one.name, one.context);
+        {
+            CallbackScope scope(CallbackKind::kInvalidation);
+            one.callback(one.handle, one.name, one.context);
+        }
         mutex.Lock();
         runningId = 0;
         changed.NotifyAll();

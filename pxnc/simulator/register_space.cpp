@@ -61,8 +61,7 @@ void RegisterSpace::AddImageRegisters(Camera& camera) {
     std::uint64_t address = 0x10000;
     for (const char* name : {"Width", "Height", "OffsetX", "OffsetY"}) {
         AddRegister(
-            address,
-            [&camera, name] { return static_cast<std::uint32_t>(camera.IntValue(name)); },
+            address, [&camera, name] { return static_cast<std::uint32_t>(camera.IntValue(name)); },
             [&camera, name](std::uint32_t value) {
                 platform::MutexLock lock(camera.ValueMutex());
                 return dynamic_cast<IntFeature&>(*camera.Find(name)).Set(value);
@@ -149,8 +148,8 @@ PxnError RegisterSpace::ReadPart(std::uint64_t address, std::uint32_t size, std:
     return PxnErrSuccess;
 }
 
-PxnError RegisterSpace::WritePart(std::uint64_t address, std::uint32_t size,
-                                  const std::uint8_t* in, std::uint32_t& part) {
+PxnError RegisterSpace::WritePart(std::uint64_t address, std::uint32_t size, const std::uint8_t* in,
+                                  std::uint32_t& part) {
     std::uint32_t offset = 0;
     if (Uart* port = FindPort(address, offset); port != nullptr) {
         part = Uart::PartAt(offset, size);

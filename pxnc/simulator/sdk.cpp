@@ -1,11 +1,21 @@
 #include "pxnc/simulator/sdk.h"
 
+#include "platform/text.h"
 #include "pxnc/simulator/callback_scope.h"
+#include "pxnc/simulator/commands.h"
+#include "pxnc/simulator/configuration_reader.h"
 #include "pxnc/simulator/never_destroyed.h"
 
 #include <cstdio>
 
 namespace pxsim {
+namespace {
+
+void Complain(const std::string& message) {
+    std::fprintf(stderr, "PxnC: %s\n", message.c_str());
+}
+
+} // namespace
 
 Sdk& Sdk::Instance() {
     static NeverDestroyed<Sdk> instance;
@@ -24,26 +34,60 @@ PxnError Sdk::Startup(const wchar_t* configPath) {
 }
 
 PxnError Sdk::Begin(const wchar_t* configPath) {
-    (void)configPath;
-    auto started = std::make_shared<Simulator>(DefaultConfiguration());
+    Configuration configuration = DefaultConfiguration();
+    std::string path;
+    if (configPath != nullptr) {
+        path = platform::WideToNarrow(configPath);
+        const ConfigurationError error = ReadConfigurationFile(path, configuration);
+        if (error.code != PxnErrSuccess) {
+            Complain(error.message);
+            return error.code;
+        }
+    }
+    auto started = std::make_shared<Simulator>(configuration);
+    if (const Setting* problem = started->FirstProblem(); problem != nullptr) {
+        Complain(path + ":" + std::to_string(problem->line) + ": camera " + problem->name + ": " +
+                 problem->value);
+        return PxnErrXml;
+    }
     if (!started->Start()) {
         return PxnErrResources;
     }
-    platform::MutexLock lock(mutex);
-    simulator = std::move(started);
-    leakReport.clear();
+    {
+        platform::MutexLock lock(mutex);
+        simulator = std::move(started);
+        leakReport.clear();
+    }
+    const PxnError result = RunScript(path, configuration);
+    if (result != PxnErrSuccess) {
+        End();
+    }
+    return result;
+}
+
+PxnError Sdk::RunScript(const std::string& path, const Configuration& configuration) {
+    for (const Setting& line : configuration.script) {
+        std::string answer;
+        if (RunCommand(line.name, answer) < 0) {
+            Complain(path + ":" + std::to_string(line.line) + ": " + answer);
+            return PxnErrXml;
+        }
+    }
     return PxnErrSuccess;
 }
 
 void Sdk::Shutdown() {
-    if (InsideFrameCallback()) {
-        std::fputs("PxnShutdown: ignored inside a frame callback\n", stderr);
+    if (InsideCallback()) {
+        Complain("ignored inside a callback");
         return;
     }
     platform::MutexLock serialise(startStopMutex);
-    if (startups == 0 || --startups > 0) {
-        return;
+    if (startups > 0 && --startups == 0) {
+        End();
     }
+}
+
+void Sdk::End() {
     std::shared_ptr<Simulator> last;
     {
         platform::MutexLock lock(mutex);
@@ -51,10 +95,13 @@ void Sdk::Shutdown() {
         simulator = nullptr;
         leakReport = last->LeakReport();
         if (!leakReport.empty()) {
-            std::fprintf(stderr, "PxnShutdown: %s\n", leakReport.c_str());
+            Complain(leakReport);
         }
     }
     last->Stop();
+    if (!last->Setup().script.empty()) {
+        Faults::Instance().Clear(); // the next startup brings its own
+    }
 }
 
 std::shared_ptr<Simulator> Sdk::Current() const {

@@ -26,6 +26,9 @@ public:
 
 private:
     PxnError Begin(const wchar_t* configPath) REQUIRES(startStopMutex);
+    PxnError RunScript(const std::string& path, const Configuration& configuration)
+        REQUIRES(startStopMutex);
+    void End() REQUIRES(startStopMutex);
 
     platform::Mutex startStopMutex; // serialises startups and shutdowns; taken before `mutex`
     unsigned startups GUARDED_BY(startStopMutex) = 0;

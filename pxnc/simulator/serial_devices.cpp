@@ -92,7 +92,8 @@ private:
 
     static constexpr std::size_t kLongestLine = 80;
     std::string line;
-    std::map<std::string, Axis> axes{{"FOCUS", {1200, 4095}}, {"IRIS", {56, 220}}, {"ZOOM", {100, 800}}};
+    std::map<std::string, Axis> axes{
+        {"FOCUS", {1200, 4095}}, {"IRIS", {56, 220}}, {"ZOOM", {100, 800}}};
 };
 
 } // namespace

@@ -2,8 +2,6 @@
 
 #include "pxnc/simulator/faults.h"
 
-#include <cstdio>
-
 namespace pxsim {
 namespace {
 
@@ -104,6 +102,18 @@ std::string Simulator::LeakReport() const {
     return "left at shutdown: " + std::to_string(openHandles) + " open camera handles, " +
            std::to_string(announced) + " announced frames, " + std::to_string(registrations) +
            " invalidation registrations";
+}
+
+const Setting* Simulator::FirstProblem() const {
+    const Setting* first = nullptr;
+    for (const auto& camera : cameras) {
+        for (const Setting& problem : camera->SetupProblems()) {
+            if (first == nullptr || problem.line < first->line) {
+                first = &problem;
+            }
+        }
+    }
+    return first;
 }
 
 void Simulator::OnScheduledFrame(Camera& sender, std::uint64_t frameId) {

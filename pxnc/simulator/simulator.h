@@ -44,6 +44,8 @@ public:
     /// Raises a discovery event of another kind.
     void RaiseCameraEvent(const char* type, const Camera& camera);
     std::string LeakReport() const;
+    /// The first thing in the configuration that a camera cannot do, or null.
+    const Setting* FirstProblem() const;
 
     // FrameScheduler
     void OnScheduledFrame(Camera& sender, std::uint64_t frameId) override;

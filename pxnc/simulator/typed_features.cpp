@@ -415,6 +415,11 @@ BoolFeature& BoolFeature::Computed(Source source) {
     return *this;
 }
 
+BoolFeature& BoolFeature::Writes(std::function<PxnError(bool)> newSink) {
+    sink = std::move(newSink);
+    return *this;
+}
+
 bool BoolFeature::Get() const {
     return computed ? computed() : store.Get(SelectorKey());
 }
@@ -423,8 +428,15 @@ PxnError BoolFeature::Set(bool value) {
     if (!IsWritable()) {
         return PxnErrInvalidAccess;
     }
-    Put(value);
-    return PxnErrSuccess;
+    if (!sink) {
+        Put(value);
+        return PxnErrSuccess;
+    }
+    const PxnError result = sink(value);
+    if (result == PxnErrSuccess) {
+        Changed();
+    }
+    return result;
 }
 
 void BoolFeature::Put(bool value) {

@@ -172,8 +172,12 @@ public:
     BoolFeature& Value(bool initial);
     BoolFeature& ValueFor(std::int64_t selectorKey, bool initial);
     BoolFeature& Computed(Source source);
+    /// Written values go to `sink` instead of the store.
+    BoolFeature& Writes(std::function<PxnError(bool)> sink);
 
     bool Get() const;
+    /// The same for another state of the selectors.
+    bool GetFor(std::int64_t selectorKey) const { return store.Get(selectorKey); }
     PxnError Set(bool value);
     void Put(bool value);
 
@@ -187,6 +191,7 @@ public:
 private:
     SelectedValues<bool> store;
     Source computed;
+    std::function<PxnError(bool)> sink;
 };
 
 class CommandFeature : public FeatureNode<CommandFeature> {

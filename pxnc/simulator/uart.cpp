@@ -21,19 +21,19 @@ enum Register : std::uint32_t {
     kReceiveLength = 0x14C,
 };
 
-constexpr std::uint32_t kRegisters[] = {kInquiry,         kCapability,     kMode,
-                                        kTransmitStatus,  kTransmitControl, kTransmitLength,
-                                        kReceiveStatus,   kReceiveControl, kReceiveLength};
+constexpr std::uint32_t kRegisters[] = {kInquiry,        kCapability,      kMode,
+                                        kTransmitStatus, kTransmitControl, kTransmitLength,
+                                        kReceiveStatus,  kReceiveControl,  kReceiveLength};
 constexpr std::uint32_t kTransmitBuffer = 0x400;
 constexpr std::uint32_t kReceiveBuffer = 0x800;
 constexpr std::uint32_t kBufferSize = 1024;
 
-constexpr std::uint32_t kPresent = 3;       // inquiry
-constexpr std::uint32_t kReady = 1;         // transmit status
-constexpr std::uint32_t kClear = 1;         // both controls
-constexpr std::uint32_t kEnable = 2;        // both controls
-constexpr std::uint32_t kDataWaiting = 1;   // receive status
-constexpr std::uint32_t kOverrun = 2;       // receive status
+constexpr std::uint32_t kPresent = 3;     // inquiry
+constexpr std::uint32_t kReady = 1;       // transmit status
+constexpr std::uint32_t kClear = 1;       // both controls
+constexpr std::uint32_t kEnable = 2;      // both controls
+constexpr std::uint32_t kDataWaiting = 1; // receive status
+constexpr std::uint32_t kOverrun = 2;     // receive status
 constexpr std::size_t kReceiveCapacity = 4096;
 constexpr std::uint32_t kModeAtPowerOn = 0x0C09; // 115200 baud, no parity, 8 bits, 1 stop bit
 constexpr std::uint32_t kSlowBaud = 300;

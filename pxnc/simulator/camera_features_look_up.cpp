@@ -1,0 +1,81 @@
+#include "pxnc/simulator/camera.h"
+#include "pxnc/simulator/camera_features.h"
+
+namespace pxsim {
+namespace {
+
+constexpr std::int64_t kEntries = 1024;
+
+void AddTables(Camera& camera) {
+    constexpr const char* kCategory = "/LUTControl";
+    camera.Enum("LUTSelector")
+        .Entries({"Luminance", "Red", "Green", "Blue"})
+        .In(kCategory)
+        .For(PxnVisibilityExpert)
+        .Text("Table that the features below belong to.");
+    camera.Bool("LUTEnable")
+        .SelectedBy("LUTSelector")
+        .In(kCategory)
+        .For(PxnVisibilityExpert)
+        .Text("The table is used.");
+    camera.Int("LUTIndex")
+        .SelectedBy("LUTSelector")
+        .Range(0, kEntries - 1)
+        .In(kCategory)
+        .For(PxnVisibilityGuru)
+        .NotStored()
+        .Text("Entry of the table.");
+    camera.Int("LUTValue")
+        .SelectedBy("LUTSelector")
+        .SelectedBy("LUTIndex")
+        .Range(0, 4095)
+        .In(kCategory)
+        .For(PxnVisibilityGuru)
+        .Text("Value of the entry.");
+    camera.Raw("LUTValueAll")
+        .Value(std::string(2 * kEntries, '\0'))
+        .SelectedBy("LUTSelector")
+        .In(kCategory)
+        .For(PxnVisibilityGuru)
+        .Text("All values of the table, 16 bits each, high byte first.");
+}
+
+void AddColorTransformation(Camera& camera) {
+    constexpr const char* kCategory = "/ColorTransformationControl";
+    camera.Enum("ColorTransformationSelector")
+        .Entries({"RGBtoRGB", "RGBtoYUV"})
+        .In(kCategory)
+        .For(PxnVisibilityExpert)
+        .Text("Transformation that the features below belong to.");
+    camera.Bool("ColorTransformationEnable")
+        .SelectedBy("ColorTransformationSelector")
+        .In(kCategory)
+        .For(PxnVisibilityExpert)
+        .Text("The transformation is used.");
+    camera.Enum("ColorTransformationValueSelector")
+        .Entries({"Gain00", "Gain01", "Gain02", "Gain10", "Gain11", "Gain12", "Gain20", "Gain21",
+                  "Gain22", "Offset0", "Offset1", "Offset2"})
+        .SelectedBy("ColorTransformationSelector")
+        .In(kCategory)
+        .For(PxnVisibilityExpert)
+        .Text("Coefficient that the value belongs to.");
+    FloatFeature& value = camera.Float("ColorTransformationValue")
+                              .SelectedBy("ColorTransformationSelector")
+                              .SelectedBy("ColorTransformationValueSelector")
+                              .Range(-4.0, 4.0)
+                              .In(kCategory)
+                              .For(PxnVisibilityExpert)
+                              .Text("Value of the coefficient.");
+    for (const std::int64_t diagonal : {0, 4, 8}) {
+        value.ValueFor(diagonal, 1.0); // of the first transformation
+    }
+}
+
+} // namespace
+
+void AddLookUpControl(Camera& camera) {
+    AddTables(camera);
+    AddColorTransformation(camera);
+}
+
+} // namespace pxsim
