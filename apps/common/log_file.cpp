@@ -2,8 +2,8 @@
 #include "apps/common/log_file.h"
 
 #include "apps/common/command_failure.h"
+#include "apps/common/log_text.h"
 
-#include <array>
 #include <cerrno>
 #include <cstdarg>
 #include <cstring>
@@ -16,29 +16,6 @@ constexpr std::size_t kKeptErrors = 8;
 // How the module's line about a bad frame begins; the format is compared, not the finished line,
 // since frames may arrive by the thousand.
 constexpr std::string_view kReceiveError = "CMivoraKVNPyxenClass::FrameCallback: Receive error: ";
-
-std::string Format(const char* format, va_list arguments) {
-    std::array<char, 512> line;
-    va_list again;
-    va_copy(again, arguments);
-    const std::size_t length = MivoraFormatLogText(line.data(), line.size(), format, arguments);
-    std::string text;
-    if (length < line.size()) {
-        text.assign(line.data(), length);
-    } else {
-        text.resize(length + 1);
-        MivoraFormatLogText(text.data(), text.size(), format, again);
-        text.resize(length);
-    }
-    va_end(again);
-    return text;
-}
-
-void EscapeLineEnds(std::string& text) {
-    for (std::size_t at = 0; (at = text.find_first_of("\r\n", at)) != std::string::npos; at += 2) {
-        text.replace(at, 1, text[at] == '\n' ? "\\n" : "\\r");
-    }
-}
 
 } // namespace
 
@@ -72,7 +49,7 @@ void LogFile::Write(int level, const char* format, ...) {
     }
     va_list arguments;
     va_start(arguments, format);
-    std::string text = Format(format, arguments);
+    std::string text = FormatLogLine(format, arguments);
     va_end(arguments);
     Keep(level, std::move(text));
 }

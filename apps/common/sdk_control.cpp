@@ -10,8 +10,26 @@
 namespace {
 
 constexpr std::uint32_t kAnswerSize = 1u << 20;
+constexpr std::size_t kPathLimit = 4096;
 
 } // namespace
+
+std::string SdkLibraryPath() {
+    const std::string home = platform::GetEnvironment("PYXEN_HOME");
+    return platform::FullPath(
+        platform::JoinPath(platform::JoinPath(home, "Bin"), platform::LibraryFileName("PxnC")),
+        kPathLimit);
+}
+
+std::string SdkLibraryProblem() {
+    const std::string path = SdkLibraryPath();
+    if (!platform::PathExists(path)) {
+        return "there is no file " + path;
+    }
+    std::string error;
+    platform::SharedLibrary library;
+    return library.Load(path, true, &error) ? "" : path + ": " + error;
+}
 
 std::int32_t SdkControl::Run(const std::string& command, std::string& answer) {
     Find();
@@ -26,10 +44,7 @@ void SdkControl::Find() {
     if (control) {
         return;
     }
-    const std::string home = platform::GetEnvironment("PYXEN_HOME");
-    const std::string path = platform::FullPath(
-        platform::JoinPath(platform::JoinPath(home, "Bin"), platform::LibraryFileName("PxnC")),
-        4096);
+    const std::string path = SdkLibraryPath();
     std::string error;
     if (!library.IsLoaded() && !library.Load(path, true, &error)) {
         throw CommandFailure("cannot load " + path + ": " + error);

@@ -6,6 +6,11 @@
 #include <cstdint>
 #include <string>
 
+/// The file that a grabber module loads by PYXEN_HOME, absolute.
+std::string SdkLibraryPath();
+/// Why that file cannot be loaded, in the system's words; an empty text when it can.
+std::string SdkLibraryProblem();
+
 /// Reaches "PxnControl" of the library that the grabber module loads: the same file is the same
 /// instance. The library stays loaded until the end, so that what was ordered before the grabber
 /// is initialised is not forgotten.

@@ -4,6 +4,7 @@
 #include "apps/common/command_failure.h"
 #include "apps/common/grabber_maker.h"
 #include "apps/common/parse_number.h"
+#include "apps/common/sdk_control.h"
 #include "mivora/grabber.h"
 #include "platform/environment.h"
 
@@ -47,8 +48,13 @@ void Session::Init() {
     if (!options.configFile.empty()) {
         Check("LoadGrabberConfig", grabber->LoadGrabberConfig(), options.configFile);
     }
-    Check("Init", grabber->Init(),
-          "the camera SDK of PYXEN_HOME=" + platform::GetEnvironment("PYXEN_HOME"));
+    const MV_ERRCODE code = grabber->Init();
+    std::string object = "the camera SDK of PYXEN_HOME=" + platform::GetEnvironment("PYXEN_HOME");
+    if (code != MV_OK) {
+        const std::string problem = SdkLibraryProblem();
+        object += problem.empty() ? "" : "\n  " + problem;
+    }
+    Check("Init", code, object);
 }
 
 void Session::InitWithCamera() {

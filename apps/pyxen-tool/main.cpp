@@ -1,5 +1,6 @@
 // main.cpp - pyxen-tool, feature and offline tools of the grabber module
 #include "apps/common/shell_command.h"
+#include "apps/pyxen-tool/commands.h"
 #include "apps/pyxen-tool/linked_maker.h"
 
 int main(int argumentCount, char** arguments) {
@@ -12,6 +13,15 @@ int main(int argumentCount, char** arguments) {
     const std::function<IGrabberMaker&()> maker = [&]() -> IGrabberMaker& {
         return linked;
     };
-    AddShellCommand(app, options, maker);
+    AddFeaturesCommand(app, options, linked);
+    AddGetCommand(app, options, linked);
+    AddSetCommand(app, options, linked);
+    AddSyncCheckCommand(app);
+    AddConvertCommand(app);
+    AddFormatsCommand(app);
+    AddCameraKeyCommand(app);
+    AddShellCommand(app, options, maker, [&](ShellOperations& operations, const ShellContext&) {
+        AddModuleOperations(operations, linked.Grabber());
+    });
     return RunApp(app, argumentCount, arguments);
 }

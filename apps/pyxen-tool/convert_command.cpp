@@ -1,0 +1,70 @@
+// convert_command.cpp - a camera's raw image into the host's layout or a picture
+#include "apps/common/command_failure.h"
+#include "apps/common/image_writer.h"
+#include "apps/pyxen-tool/commands.h"
+#include "apps/pyxen-tool/raw_dump.h"
+#include "platform/file_system.h"
+
+#include <memory>
+#include <string>
+
+namespace {
+
+// As much as a camera could ever say; keeps every product of the two within 64 bits.
+constexpr std::uint32_t kMostPixels = 1u << 20;
+
+struct ConvertOptions {
+    std::string format;
+    std::uint32_t width = 0;
+    std::uint32_t height = 0;
+    std::string input;
+    std::string output;
+};
+
+void Convert(const ConvertOptions& options) {
+    const PixelFormat* const format = FindPixelFormatByName(options.format.c_str());
+    if (!format) {
+        throw CommandFailure("unknown pixel format \"" + options.format +
+                             "\"; the command formats lists them");
+    }
+    if (!IsImageFileName(options.output)) {
+        throw CLI::ValidationError("OUT", "the file name must end in .raw .png .pgm .ppm or .pnm");
+    }
+    std::string raw;
+    std::string error;
+    if (!platform::ReadWholeFile(options.input, raw, &error)) {
+        throw CommandFailure("cannot read " + options.input + ": " + error);
+    }
+    const auto host = ConvertDump(*format, options.width, options.height, raw);
+    WriteImage(options.output, HostLayout(*format, options.width, options.height), host.data());
+}
+
+} // namespace
+
+void AddConvertCommand(CLI::App& app) {
+    CLI::App* const command = app.add_subcommand(
+        "convert", "Convert a raw dump in the camera's layout into the host's layout or an image");
+    const auto options = std::make_shared<ConvertOptions>();
+    command->add_option("--format", options->format, "Pixel format of the dump")
+        ->required()
+        ->type_name("NAME");
+    command->add_option("--width", options->width, "Pixels in a line")
+        ->required()
+        ->check(CLI::Range(std::uint32_t{1}, kMostPixels))
+        ->type_name("W");
+    command->add_option("--height", options->height, "Lines")
+        ->required()
+        ->check(CLI::Range(std::uint32_t{1}, kMostPixels))
+        ->type_name("H");
+    command->add_option("IN", options->input, "The dump")->required();
+    command->add_option("OUT", options->output, "File to write: .raw .png .pgm .ppm or .pnm")
+        ->required();
+    command->footer(
+        "In the dump the lines of Mono10p, Mono12p and the Bayer formats like them are\n"
+        "padded to whole bytes; all else is without padding. A dump of another length\n"
+        "is refused.\n"
+        "\n"
+        "Example:\n"
+        "  pyxen-tool convert --format Mono12p --width 640 --height 480 a.bin a.png\n");
+    command->callback([options] { Convert(*options); });
+}

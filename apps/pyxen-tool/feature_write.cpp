@@ -1,0 +1,143 @@
+// feature_write.cpp - values for features, from text to the camera
+#include "apps/pyxen-tool/feature_write.h"
+
+#include "apps/common/command_failure.h"
+#include "apps/common/hex_bytes.h"
+#include "apps/common/parse_number.h"
+#include "apps/pyxen-tool/sdk_failure.h"
+#include "grabber/mivora_kvn_pyxen_class.h"
+#include "platform/sleep.h"
+#include "platform/text.h"
+
+#include <optional>
+
+namespace {
+
+constexpr int kCommandTries = 500;
+constexpr std::uint32_t kCommandRestMs = 10;
+
+template <typename... Functions>
+struct Overloaded : Functions... {
+    using Functions::operator()...;
+};
+template <typename... Functions>
+Overloaded(Functions...) -> Overloaded<Functions...>;
+
+std::optional<bool> ParseBool(const std::string& text) {
+    for (const char* yes : {"true", "1", "on"}) {
+        if (platform::CompareNoCase(text.c_str(), yes) == 0) {
+            return true;
+        }
+    }
+    for (const char* no : {"false", "0", "off"}) {
+        if (platform::CompareNoCase(text.c_str(), no) == 0) {
+            return false;
+        }
+    }
+    return std::nullopt;
+}
+
+template <typename T>
+FeatureValue Require(const std::optional<T>& value, const FeatureAccess& feature,
+                     const std::string& text) {
+    if (!value) {
+        throw CommandFailure("\"" + text + "\" is no value for " + feature.Path() +
+                             ", which is of type " + feature.TypeName());
+    }
+    return *value;
+}
+
+} // namespace
+
+FeatureValue ParseFeatureValue(const FeatureAccess& feature, const std::string& text) {
+    switch (feature.Info().featureDataType) {
+    case PxnFeatureDataInt:
+        return Require(ParseSigned(text), feature, text);
+    case PxnFeatureDataFloat:
+        return Require(ParseDouble(text), feature, text);
+    case PxnFeatureDataEnum:
+        return EnumEntry{text};
+    case PxnFeatureDataString:
+        return text;
+    case PxnFeatureDataBool:
+        return Require(ParseBool(text), feature, text);
+    case PxnFeatureDataRaw:
+        return Require(ParseHex(text), feature, text);
+    default:
+        throw CommandFailure(feature.Path() + " is of type " + feature.TypeName() +
+                             " and takes no value");
+    }
+}
+
+SyncCheckResult CheckFeatureValue(SyncEngine& engine, const FeatureAccess& feature,
+                                  const FeatureValue& value) {
+    FeatureCache* const cache = &feature.Cache();
+    const char* const name = feature.Info().name;
+    return std::visit(
+        Overloaded{
+            [&](std::int64_t number) {
+                return engine.IntFeatureCheckSyncPath(cache, name, number);
+            },
+            [&](double number) { return engine.FloatFeatureCheckSyncPath(cache, name, number); },
+            [&](const EnumEntry& entry) {
+                return engine.EnumFeatureCheckSyncPath(cache, name, entry.name.c_str());
+            },
+            [&](const std::string& text) {
+                return engine.StringFeatureCheckSyncPath(cache, name, text.c_str());
+            },
+            [&](bool state) { return engine.BoolFeatureCheckSyncPath(cache, name, state); },
+            [&](const std::vector<std::uint8_t>&) {
+                SyncCheckResult result;
+                result.ok = true;
+                result.bufferImpact = SyncEngine::IsBufferImpactingFeature(cache, name);
+                return result;
+            }},
+        value);
+}
+
+void WriteFeatureValue(CPyxenAPIAccess& api, const FeatureAccess& feature,
+                       const FeatureValue& value) {
+    PxnHandle const handle = feature.Cache().GetHandle();
+    const char* const name = feature.Info().name;
+    const PxnError error = std::visit(
+        Overloaded{[&](std::int64_t number) { return api.PxnFeatureIntSet(handle, name, number); },
+                   [&](double number) { return api.PxnFeatureFloatSet(handle, name, number); },
+                   [&](const EnumEntry& entry) {
+                       return api.PxnFeatureEnumSet(handle, name, entry.name.c_str());
+                   },
+                   [&](const std::string& text) {
+                       return api.PxnFeatureStringSet(handle, name, text.c_str());
+                   },
+                   [&](bool state) {
+                       return api.PxnFeatureBoolSet(handle, name, static_cast<PxnBool>(state));
+                   },
+                   [&](const std::vector<std::uint8_t>& bytes) {
+                       return api.PxnFeatureRawSet(handle, name,
+                                                   reinterpret_cast<const char*>(bytes.data()),
+                                                   static_cast<std::uint32_t>(bytes.size()));
+                   }},
+        value);
+    if (error != PxnErrSuccess) {
+        throw SdkFailure("writing " + feature.Path(), error);
+    }
+}
+
+void RunFeatureCommand(CMivoraKVNPyxenClass& grabber, const FeatureAccess& feature) {
+    CPyxenAPIAccess& api = grabber.Api();
+    PxnHandle const handle = feature.Cache().GetHandle();
+    const char* const name = feature.Info().name;
+    PxnError error = api.PxnFeatureCommandRun(handle, name);
+    PxnBool done = 0;
+    for (int i = 0; error == PxnErrSuccess && !done && i < kCommandTries; ++i) {
+        error = api.PxnFeatureCommandIsDone(handle, name, &done);
+        if (!done) {
+            platform::SleepMs(kCommandRestMs);
+        }
+    }
+    if (error != PxnErrSuccess) {
+        throw SdkFailure("executing " + feature.Path(), error);
+    }
+    if (!done) {
+        throw CommandFailure(feature.Path() + " did not end within five seconds");
+    }
+}

@@ -1,0 +1,89 @@
+// get_set_commands.cpp - reads and writes one feature
+#include "apps/common/command_failure.h"
+#include "apps/common/session.h"
+#include "apps/pyxen-tool/commands.h"
+#include "apps/pyxen-tool/feature_access.h"
+#include "apps/pyxen-tool/feature_write.h"
+#include "apps/pyxen-tool/linked_maker.h"
+#include "grabber/mivora_kvn_pyxen_class.h"
+
+#include <cstdio>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace {
+
+/// As the feature control dialog does: check the whole way, write, read back, synchronise.
+void Set(Session& session, CMivoraKVNPyxenClass& grabber, const std::string& path,
+         const std::optional<std::string>& text) {
+    const FeatureAccess feature = FeatureAccess::Find(grabber, path);
+    if (feature.Info().featureDataType == PxnFeatureDataCommand) {
+        RunFeatureCommand(grabber, feature);
+        std::printf("%s was executed\n", feature.Path().c_str());
+        return;
+    }
+    if (!text) {
+        throw CLI::RequiredError("VALUE");
+    }
+    const FeatureValue value = ParseFeatureValue(feature, *text);
+    const SyncCheckResult check = CheckFeatureValue(grabber.Sync(), feature, value);
+    if (!check.ok) {
+        throw CommandFailure(check.failingFeature + " refuses the value " + *text + " for " +
+                             feature.Path() + ": " + check.reason);
+    }
+    WriteFeatureValue(grabber.Api(), feature, value);
+    session.Log().TakeErrors();
+    if (grabber.Sync().SyncDependentFeatures(&feature.Cache(), feature.Info().name, true) != 1) {
+        std::string reasons;
+        for (const std::string& line : session.Log().TakeErrors()) {
+            reasons += "\n  " + line;
+        }
+        throw CommandFailure(feature.Path() +
+                             " was written, but not all features that depend on it followed" +
+                             reasons);
+    }
+    std::printf("%s\n", feature.ValueText().c_str());
+}
+
+} // namespace
+
+void AddGetCommand(CLI::App& app, const AppOptions& options, LinkedMaker& maker) {
+    CLI::App* const command = app.add_subcommand("get", "Print the value of one feature");
+    const auto path = std::make_shared<std::string>();
+    command->add_option("FEATURE", *path, "Module and feature, as in Camera/Width")
+        ->required()
+        ->type_name("MODULE/FEATURE");
+    command->footer("Example:\n  pyxen-tool get Camera/ExposureTime\n");
+    command->callback([&options, &maker, path] {
+        Session session(options, maker);
+        session.OpenCamera();
+        std::printf("%s\n", FeatureAccess::Find(maker.Grabber(), *path).ValueText().c_str());
+    });
+}
+
+void AddSetCommand(CLI::App& app, const AppOptions& options, LinkedMaker& maker) {
+    CLI::App* const command =
+        app.add_subcommand("set", "Write one feature, and those that depend on it");
+    const auto path = std::make_shared<std::string>();
+    const auto value = std::make_shared<std::optional<std::string>>();
+    command->add_option("FEATURE", *path, "Module and feature, as in Camera/Width")
+        ->required()
+        ->type_name("MODULE/FEATURE");
+    command->add_option("VALUE", *value,
+                        "Number, text, name of an entry, true or false; none for a command");
+    command->footer(
+        "Before the write it is checked whether the feature and all features that depend on\n"
+        "it by the feature synchronisation file can take the value; what refuses is named.\n"
+        "Prints the value that the feature has then.\n"
+        "\n"
+        "Examples:\n"
+        "  pyxen-tool set Camera/Width 640\n"
+        "  pyxen-tool set Camera/PixelFormat Mono12p\n"
+        "  pyxen-tool set Camera/AcquisitionStop\n");
+    command->callback([&options, &maker, path, value] {
+        Session session(options, maker);
+        session.OpenCamera();
+        Set(session, maker.Grabber(), *path, *value);
+    });
+}

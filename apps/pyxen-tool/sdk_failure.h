@@ -1,0 +1,14 @@
+// sdk_failure.h - the camera SDK refused
+#pragma once
+
+#include "apps/common/command_failure.h"
+#include "sdk/sdk_error.h"
+
+#include <string>
+
+/// "reading /Camera/Width failed with -4 (Bad handle)".
+inline CommandFailure SdkFailure(const std::string& operation, PxnError code) {
+    const char* const meaning = SdkErrorText(code);
+    return CommandFailure(operation + " failed with " + std::to_string(code) +
+                          (meaning ? std::string(" (") + meaning + ")" : ""));
+}
