@@ -148,6 +148,15 @@ void CameraDevice::LockTransportParameters(bool locked) const {
     }
 }
 
+void CameraDevice::StopAcquisition() const {
+    if (lost) {
+        return;
+    }
+    const platform::MutexLock lock(*nodeMutex);
+    ErrorOwner error;
+    arv_camera_stop_acquisition(camera.get(), error.Receive());
+}
+
 PxnError CameraDevice::ReadMemory(uint64_t address, uint32_t size, char* buffer) const {
     ErrorOwner error;
     arv_device_read_memory(Device(), address, size, buffer, error.Receive());

@@ -59,6 +59,8 @@ public:
     /// Tells the description that a stream runs, so that it locks what must not change meanwhile.
     /// Does nothing for a description that does not want to know.
     void LockTransportParameters(bool locked) const;
+    /// Asks the camera to send nothing more; for one that somebody left running.
+    void StopAcquisition() const;
     PxnError ReadMemory(uint64_t address, uint32_t size, char* buffer) const;
     PxnError WriteMemory(uint64_t address, uint32_t size, const char* buffer) const;
 

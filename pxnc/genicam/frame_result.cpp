@@ -33,6 +33,14 @@ uint32_t ToUnsigned(gint value) {
     return static_cast<uint32_t>(std::max(value, 0));
 }
 
+/// Aravis takes a buffer that is too small for complete when it is full. Payloads that vary may be
+/// smaller than announced, so a buffer that is merely smaller may have been enough.
+bool WasCutOff(ArvBuffer* buffer, uint32_t bufferSize, uint32_t payloadSize) {
+    size_t received = 0;
+    arv_buffer_get_data(buffer, &received);
+    return bufferSize < payloadSize && received >= bufferSize;
+}
+
 void WriteImage(ArvBuffer* buffer, PxnFrame& frame) {
     gint x = 0;
     gint y = 0;
@@ -53,7 +61,7 @@ void WriteImage(ArvBuffer* buffer, PxnFrame& frame) {
 
 } // namespace
 
-void WriteFrameResult(ArvBuffer* buffer, PxnFrame& frame) {
+void WriteFrameResult(ArvBuffer* buffer, uint32_t payloadSize, PxnFrame& frame) {
     PxnFrame result = {};
     result.buffer = frame.buffer;
     result.bufferSize = frame.bufferSize;
@@ -61,6 +69,10 @@ void WriteFrameResult(ArvBuffer* buffer, PxnFrame& frame) {
 
     const ArvBufferPayloadType type = arv_buffer_get_payload_type(buffer);
     result.receiveStatus = ToReceiveStatus(arv_buffer_get_status(buffer));
+    if (result.receiveStatus == PxnFrameStatusComplete &&
+        WasCutOff(buffer, frame.bufferSize, payloadSize)) {
+        result.receiveStatus = PxnFrameStatusTooSmall;
+    }
     result.frameId = arv_buffer_get_frame_id(buffer);
     result.timestamp = arv_buffer_get_timestamp(buffer);
     result.payloadType = ToPayloadType(type);

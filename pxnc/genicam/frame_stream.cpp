@@ -56,11 +56,11 @@ PxnError FrameStream::Announce(const PxnFrame* frame) {
         entry->frame = const_cast<PxnFrame*>(frame);
     } else if (entry->state != State::Idle && stream != nullptr) {
         // Aravis has the memory, so all that can be accepted is what is already so.
-        size_t size = 0;
-        const void* memory = arv_buffer_get_data(entry->buffer.get(), &size);
-        const bool same = memory == frame->buffer;
+        const bool same = entry->memory == frame->buffer && entry->memorySize == frame->bufferSize;
         return same ? PxnErrSuccess : PxnErrInUse;
     }
+    entry->memory = frame->buffer;
+    entry->memorySize = frame->bufferSize;
     entry->buffer.reset(arv_buffer_new_full(frame->bufferSize, frame->buffer, nullptr, nullptr));
     return PxnErrSuccess;
 }
@@ -101,9 +101,7 @@ PxnError FrameStream::RevokeAll() {
     return LostOr(PxnErrSuccess);
 }
 
-ObjectOwner<ArvStream> FrameStream::CreateStream() {
-    uint32_t payload = 0;
-    device->GetPayloadSize(payload);
+ObjectOwner<ArvStream> FrameStream::CreateStream(uint32_t payload) {
     const platform::MutexLock lock(*device->NodeMutex());
     ErrorOwner error;
     ObjectOwner<ArvStream> created(
@@ -138,13 +136,18 @@ PxnError FrameStream::StartCapture() {
             return PxnErrSuccess;
         }
     }
-    ObjectOwner<ArvStream> created = CreateStream();
+    uint32_t payload = 0;
+    if (const PxnError failed = device->GetPayloadSize(payload)) {
+        return LostOr(failed);
+    }
+    ObjectOwner<ArvStream> created = CreateStream(payload);
     if (created == nullptr) {
         return LostOr(PxnErrIO);
     }
     device->LockTransportParameters(true);
     const platform::MutexLock lock(mutex);
     stream = std::move(created);
+    payloadSize = payload;
     counts.isCapturing = true;
     for (const EntryPointer& entry : queued) {
         Hand(*entry);
@@ -298,7 +301,7 @@ void FrameStream::OnBufferDone(ArvBuffer* buffer) {
 }
 
 void FrameStream::Complete(Entry& entry) {
-    WriteFrameResult(entry.buffer.get(), *entry.frame);
+    WriteFrameResult(entry.buffer.get(), payloadSize, *entry.frame);
     if (entry.frame->receiveStatus == PxnFrameStatusComplete) {
         ++counts.delivered;
     } else {

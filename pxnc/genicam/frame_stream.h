@@ -83,6 +83,8 @@ private:
 
     struct Entry {
         PxnFrame* frame = nullptr;
+        void* memory = nullptr;
+        uint32_t memorySize = 0;
         ObjectOwner<ArvBuffer> buffer;
         PxnFrameCallback callback = nullptr;
         State state = State::Idle;
@@ -97,7 +99,7 @@ private:
 
     bool InsideOwnCallback() const;
     PxnError LostOr(PxnError result) const;
-    ObjectOwner<ArvStream> CreateStream();
+    ObjectOwner<ArvStream> CreateStream(uint32_t payload);
     void OnBufferDone(ArvBuffer* buffer);
     void Complete(Entry& entry) REQUIRES(mutex);
     void DeliverNext();
@@ -116,6 +118,8 @@ private:
     // A leaf: nothing else is taken while it is held.
     mutable platform::Mutex mutex;
     ObjectOwner<ArvStream> stream GUARDED_BY(mutex);
+    // Of the running capture, or of the last one.
+    uint32_t payloadSize GUARDED_BY(mutex) = 0;
     std::map<const PxnFrame*, EntryPointer> entries GUARDED_BY(mutex);
     // Queued frames in order; those that Aravis holds are among them.
     std::list<EntryPointer> queued GUARDED_BY(mutex);

@@ -228,6 +228,9 @@ PxnError Library::CloseCamera(PxnHandle camera) {
         handles.Remove(handle);
         invalidation->UnregisterAll(handle);
     }
+    if (open.frames->GetStatistics().isCapturing) {
+        open.device->StopAcquisition();
+    }
     open.frames->Close();
     // Whoever is still inside a call keeps the camera; its control is free only afterwards.
     const std::shared_ptr<platform::Event> released = open.device->Released();

@@ -1,0 +1,69 @@
+#include "tests/pxnc/genicam/fake_camera.h"
+
+#include <csignal>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/file.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace genicam_test {
+
+namespace {
+
+constexpr char kProgram[] = "arv-fake-gv-camera-0.8";
+constexpr char kLockFile[] = "/tmp/pyxen-fake-camera.lock";
+
+std::string NewSerial() {
+    static int number = 0;
+    return "T" + std::to_string(getpid()) + "N" + std::to_string(++number);
+}
+
+} // namespace
+
+FakeCamera::FakeCamera(const std::string& descriptionFile)
+    : serial(NewSerial()), description(descriptionFile) {
+    lockFile = open(kLockFile, O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+    EXPECT_GE(lockFile, 0) << kLockFile;
+    EXPECT_EQ(flock(lockFile, LOCK_EX), 0);
+    Restart();
+}
+
+FakeCamera::~FakeCamera() {
+    Kill();
+    close(lockFile);
+}
+
+void FakeCamera::Kill() {
+    if (process > 0) {
+        kill(process, SIGKILL);
+        waitpid(process, nullptr, 0);
+        process = -1;
+    }
+}
+
+void FakeCamera::Restart() {
+    Kill();
+    const pid_t parent = getpid();
+    process = fork();
+    if (process != 0) {
+        EXPECT_GT(process, 0);
+        return;
+    }
+    // A test program that dies takes its camera along.
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    if (getppid() != parent) {
+        _exit(1);
+    }
+    const char* arguments[] = {kProgram,       "-i",    "127.0.0.1", "-s",
+                               serial.c_str(), nullptr, nullptr,     nullptr};
+    if (!description.empty()) {
+        arguments[5] = "-g";
+        arguments[6] = description.c_str();
+    }
+    execvp(kProgram, const_cast<char* const*>(arguments));
+    _exit(127);
+}
+
+} // namespace genicam_test
