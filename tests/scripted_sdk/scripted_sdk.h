@@ -75,6 +75,7 @@ public:
     /// Runs `hook` in every call of the entry, on the calling thread and without a lock; an empty
     /// function ends that.
     virtual void OnCall(const std::string& entry, std::function<void()> hook) = 0;
+    virtual void ClearHooks() = 0;
     /// Calls of the entry stop, once recorded, until Release.
     virtual void Hold(const std::string& entry) = 0;
     virtual void Release(const std::string& entry) = 0;

@@ -128,6 +128,11 @@ void SdkState::OnCall(const std::string& entry, std::function<void()> hook) {
     hooks[entry] = std::move(hook);
 }
 
+void SdkState::ClearHooks() {
+    const Lock lock(mutex);
+    hooks.clear();
+}
+
 void SdkState::Hold(const std::string& entry) {
     const Lock lock(mutex);
     held.insert(entry);

@@ -43,6 +43,7 @@ public:
                      PxnError code) override;
     void ClearFailures() override;
     void OnCall(const std::string& entry, std::function<void()> hook) override;
+    void ClearHooks() override;
     void Hold(const std::string& entry) override;
     void Release(const std::string& entry) override;
     bool Deliver(std::uint64_t frame, std::int32_t status, std::uint64_t frameId,

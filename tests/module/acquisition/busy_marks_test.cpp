@@ -1,0 +1,142 @@
+// busy_marks_test.cpp - what the feature control dialog is told of acquisitions
+#include "tests/module/acquisition/snap_fixture.h"
+
+#include <thread>
+
+namespace {
+
+using Marks = std::vector<std::pair<bool, bool>>;
+
+class MarkedDialog : public ICamCntrlDialog {
+public:
+    void Show() override {}
+    void Hide() override {}
+    bool IsVisible() const override { return false; }
+    void Update(uint32_t) override {}
+    void SetAcquisitionMarks(bool suppressBufferFormat, bool suppressSync) override {
+        const platform::MutexLock lock(mutex);
+        marks.emplace_back(suppressBufferFormat, suppressSync);
+    }
+
+    Marks Take() {
+        const platform::MutexLock lock(mutex);
+        return std::exchange(marks, {});
+    }
+
+private:
+    platform::Mutex mutex;
+    Marks marks GUARDED_BY(mutex);
+};
+
+/// Reaches what a grabber keeps for its module.
+struct DialogHolder : CMivoraGrabber {
+    static void Give(CMivoraGrabber& grabber, ICamCntrlDialog* dialog) {
+        (grabber.*(&DialogHolder::SetCamCntrlDialogObject))(dialog);
+    }
+};
+
+class BusyMarks : public SnapFixture {
+protected:
+    void ReadyWithDialog() {
+        Ready(1);
+        dialog = new MarkedDialog; // the grabber's from here on
+        DialogHolder::Give(Grabber(), dialog);
+    }
+
+    MarkedDialog* dialog = nullptr;
+    const Marks once{{true, false}, {false, false}};
+};
+
+TEST_F(BusyMarks, AreSetDuringEverySnap) {
+    ReadyWithDialog();
+    sdk.Data().completeWaitsAtOnce = true;
+    EXPECT_EQ(Grabber().Snap(3), MV_OK);
+    EXPECT_EQ(dialog->Take(), once);
+    EXPECT_EQ(Grabber().Snap(1), MV_OK);
+    EXPECT_EQ(dialog->Take(), once);
+    EXPECT_EQ(Grabber().StopSnap(), MV_OK);
+    EXPECT_EQ(dialog->Take(), once);
+    EXPECT_EQ(Grabber().Snap(2), MV_OK);
+    EXPECT_EQ(dialog->Take(), once);
+    EXPECT_EQ(Grabber().StopSnap(), MV_OK);
+    EXPECT_EQ(dialog->Take(), once);
+}
+
+TEST_F(BusyMarks, AreClearedOnEveryWayOut) {
+    ReadyWithDialog();
+    EXPECT_EQ(Grabber().Snap(0), MV_BAD_VALUE);
+    EXPECT_EQ(dialog->Take(), once);
+    sdk.Fail("PxnFrameAnnounce", PxnErrIO);
+    EXPECT_EQ(Grabber().Snap(3), MV_ACQUISITION_FAILED);
+    EXPECT_EQ(dialog->Take(), once);
+    sdk.Fail("PxnCaptureStart", PxnErrIO);
+    EXPECT_EQ(Grabber().Snap(2), MV_ACQUISITION_FAILED);
+    EXPECT_EQ(dialog->Take(), once);
+    sdk.FailAlways("PxnCaptureEnd", PxnErrIO);
+    EXPECT_EQ(Grabber().StopSnap(), MV_OK);
+    EXPECT_EQ(dialog->Take(), once);
+    EXPECT_EQ(Grabber().PrepareFrameBuffers(0), MV_OK);
+    EXPECT_EQ(Grabber().Snap(2), MV_BUFFERS_NOT_PREPARED);
+    EXPECT_EQ(dialog->Take(), once);
+}
+
+TEST_F(BusyMarks, AreLeftAloneWhenNothingIsDone) {
+    ReadyWithDialog();
+    EXPECT_EQ(Grabber().StopSnap(), MV_OK);
+    ASSERT_EQ(Grabber().Snap(1), MV_OK);
+    dialog->Take();
+    EXPECT_EQ(Grabber().Snap(1), MV_BUSY);
+    EXPECT_EQ(dialog->Take(), Marks{});
+}
+
+TEST_F(BusyMarks, CoverTheStopWithItsPause) {
+    ReadyWithDialog();
+    ASSERT_EQ(Grabber().Snap(1), MV_OK);
+    dialog->Take();
+    sleep.Shut();
+    std::thread stopper([&] { EXPECT_EQ(Grabber().StopSnap(), MV_OK); });
+    ASSERT_TRUE(sleep.WaitForSleeper());
+    EXPECT_EQ(dialog->Take(), (Marks{{true, false}}));
+    sleep.Open();
+    stopper.join();
+    EXPECT_EQ(dialog->Take(), (Marks{{false, false}}));
+}
+
+TEST_F(BusyMarks, CoverTheCleanupWithItsPause) {
+    ReadyWithDialog();
+    ASSERT_EQ(Grabber().Snap(2), MV_OK);
+    dialog->Take();
+    sleep.Shut();
+    ASSERT_TRUE(sdk.Deliver(0));
+    ASSERT_TRUE(sleep.WaitForSleeper());
+    EXPECT_EQ(dialog->Take(), (Marks{{true, false}}));
+    sleep.Open();
+    ASSERT_TRUE(support::WaitUntil([&] { return Grabber().GetAcquisitionState() == 0; }));
+    EXPECT_EQ(dialog->Take(), (Marks{{false, false}}));
+}
+
+TEST_F(BusyMarks, AreNotForCamerasWithAnotherDialog) {
+    ReadyWithDialog();
+    Grabber().GetActCamera()->SetCamCntrlDlgIndex(1);
+    ASSERT_EQ(Grabber().Snap(2), MV_OK);
+    ASSERT_TRUE(sdk.Deliver(0));
+    ASSERT_EQ(Grabber().StopSnap(), MV_OK);
+    ASSERT_EQ(Grabber().Snap(1), MV_OK);
+    ASSERT_EQ(Grabber().StopSnap(), MV_OK);
+    EXPECT_EQ(dialog->Take(), Marks{});
+}
+
+TEST_F(BusyMarks, OutliveAListOfCamerasThatIsMadeAnew) {
+    ReadyWithDialog();
+    ASSERT_EQ(Grabber().Snap(2), MV_OK);
+    dialog->Take();
+    sleep.Shut();
+    ASSERT_TRUE(sdk.Deliver(0));
+    ASSERT_TRUE(sleep.WaitForSleeper());
+    EXPECT_EQ(Grabber().RefreshCameraList(), MV_OK);
+    sleep.Open();
+    ASSERT_TRUE(support::WaitUntil([&] { return Grabber().GetAcquisitionState() == 0; }));
+    EXPECT_EQ(dialog->Take(), once);
+}
+
+} // namespace

@@ -1,0 +1,367 @@
+// frame_buffers_test.cpp - giving every buffer of the host a frame record
+#include "tests/module/acquisition/grabber_fixture.h"
+
+#include "grabber/mivora_gfx_mode_kvn_pyxen.h"
+
+#include <thread>
+
+namespace {
+
+class FrameBuffers : public GrabberFixture {
+protected:
+    std::string Address(uint64_t index) {
+        char text[32];
+        std::snprintf(text, sizeof text, "%016llX",
+                      static_cast<unsigned long long>(
+                          reinterpret_cast<std::uintptr_t>(Grabber().GetFrameBuffer(index))));
+        return text;
+    }
+    std::string Allocated(uint64_t index, uint64_t size) {
+        return "1 Allocated buffer " + std::to_string(index) + " adr = 0x" + Address(index) +
+               ", size = " + std::to_string(size);
+    }
+    const std::string entered = "1 CMivoraKVNPyxenClass::PrepareFrameBuffers";
+    const std::string gotMutex = "1   CMivoraKVNPyxenClass::PrepareFrameBuffers: got mutex";
+    const std::string left = "1 CMivoraKVNPyxenClass::PrepareFrameBuffers EXIT";
+};
+
+TEST_F(FrameBuffers, AreRefusedBeforeInit) {
+    EXPECT_EQ(Grabber().PrepareFrameBuffers(1), MV_NOT_INITIALISED);
+    EXPECT_EQ(Log(), Texts{});
+}
+
+TEST_F(FrameBuffers, AreRefusedWithoutAnOpenCamera) {
+    Init();
+    EXPECT_EQ(Grabber().PrepareFrameBuffers(1), MV_CAMERA_NOT_OPEN);
+    EXPECT_EQ(Log(), Texts{});
+}
+
+TEST_F(FrameBuffers, AreRefusedWithoutAVideoMode) {
+    Open();
+    Grabber().GetActCamera()->DeleteGfxModes();
+    EXPECT_EQ(Grabber().PrepareFrameBuffers(1), MV_NO_VIDEO_MODE);
+    EXPECT_EQ(Log(), Texts{});
+}
+
+TEST_F(FrameBuffers, AreRefusedWhileAnAcquisitionRuns) {
+    Prepare(2);
+    for (uint32_t state = 1; state < 6; ++state) {
+        Grabber().SetAcquisitionState(state);
+        EXPECT_EQ(Grabber().PrepareFrameBuffers(1), MV_BUSY);
+    }
+    Grabber().SetAcquisitionState(0);
+    EXPECT_EQ(Log(), Texts{});
+    EXPECT_EQ(Calls(), Texts{});
+    EXPECT_NE(Grabber().GetFrameBuffer(1), nullptr);
+    EXPECT_EQ(Grabber().Snap(0), MV_BAD_VALUE); // still prepared
+}
+
+TEST_F(FrameBuffers, AreAllocatedOneByOne) {
+    Open();
+    EXPECT_EQ(Grabber().PrepareFrameBuffers(3), MV_OK);
+    const uint64_t size = 640 * 480;
+    EXPECT_EQ(Log(),
+              (Texts{entered, gotMutex, Allocated(0, size), Allocated(1, size), Allocated(2, size),
+                     "1 3 Framebuffers are currently allocated.", left}));
+    EXPECT_NE(Grabber().GetFrameBuffer(0), nullptr);
+    EXPECT_NE(Grabber().GetFrameBuffer(2), nullptr);
+    EXPECT_EQ(Grabber().GetFrameBuffer(3), nullptr);
+    EXPECT_EQ(Grabber().GetFrameBuffer(~uint64_t{0}), nullptr);
+    EXPECT_EQ(Grabber().GetRequestedBufferCount(), 3u);
+}
+
+TEST_F(FrameBuffers, AreNoneBeforeTheyArePrepared) {
+    EXPECT_EQ(Grabber().GetFrameBuffer(0), nullptr);
+}
+
+TEST_F(FrameBuffers, MayBeAHundred) {
+    Open();
+    EXPECT_EQ(Grabber().PrepareFrameBuffers(100), MV_OK);
+    EXPECT_NE(Grabber().GetFrameBuffer(99), nullptr);
+    const Texts log = Log();
+    EXPECT_EQ(log[log.size() - 2], "1 100 Framebuffers are currently allocated.");
+}
+
+TEST_F(FrameBuffers, MayNotBeAHundredAndOne) {
+    Prepare(3);
+    void* const before = Grabber().GetFrameBuffer(2);
+    EXPECT_EQ(Grabber().PrepareFrameBuffers(101), MV_REFUSED);
+    EXPECT_EQ(Log(),
+              (Texts{entered, gotMutex,
+                     "0   ERROR: Requested 101 buffers, but device supports only 100", left}));
+    EXPECT_EQ(Calls(), Texts{});
+    EXPECT_EQ(Grabber().GetFrameBuffer(2), before);
+    EXPECT_EQ(Grabber().GetFrameBuffer(3), nullptr);
+    EXPECT_EQ(Grabber().Snap(1), MV_BUFFERS_NOT_PREPARED);
+}
+
+TEST_F(FrameBuffers, MayNotBeMoreThanAnyMemoryHolds) {
+    Open();
+    EXPECT_EQ(Grabber().PrepareFrameBuffers(~uint64_t{0}), MV_REFUSED);
+    EXPECT_EQ(Log()[2],
+              "0   ERROR: Requested 18446744073709551615 buffers, but device supports only 100");
+}
+
+TEST_F(FrameBuffers, AreReusedByALaterCall) {
+    Prepare(3);
+    void* const first = Grabber().GetFrameBuffer(0);
+    EXPECT_EQ(Grabber().PrepareFrameBuffers(3), MV_OK);
+    EXPECT_EQ(Grabber().GetFrameBuffer(0), first);
+}
+
+TEST_F(FrameBuffers, GoFromTheEndWhenThereAreFewer) {
+    Prepare(4);
+    void* const first = Grabber().GetFrameBuffer(0);
+    EXPECT_EQ(Grabber().PrepareFrameBuffers(1), MV_OK);
+    EXPECT_EQ(Grabber().GetFrameBuffer(0), first);
+    EXPECT_EQ(Grabber().GetFrameBuffer(1), nullptr);
+    EXPECT_EQ(Grabber().PrepareFrameBuffers(0), MV_OK);
+    EXPECT_EQ(Grabber().GetFrameBuffer(0), nullptr);
+    EXPECT_EQ(Log().back(), left);
+}
+
+TEST_F(FrameBuffers, FollowTheSizeOfTheImage) {
+    Prepare(1);
+    Camera()["Width"].intValue = 1024;
+    Camera()["Height"].intValue = 2;
+    EXPECT_EQ(Grabber().PrepareFrameBuffers(1), MV_OK);
+    EXPECT_EQ(Log()[2], Allocated(0, 2048));
+}
+
+TEST_F(FrameBuffers, MayBeEmpty) {
+    Open();
+    Camera()["Width"].intValue = 0;
+    EXPECT_EQ(Grabber().PrepareFrameBuffers(2), MV_OK);
+    EXPECT_EQ(Grabber().GetFrameBuffer(0), nullptr);
+    EXPECT_EQ(Log()[2], "1 Allocated buffer 0 adr = 0x0000000000000000, size = 0");
+    EXPECT_EQ(Grabber().Snap(0), MV_BAD_VALUE); // prepared all the same
+}
+
+TEST_F(FrameBuffers, StopAtTheFirstThatCannotBeHad) {
+    Open();
+    // The pixel format is read twice for a buffer; the fifth time is the third buffer's.
+    sdk.Fail("PxnFeatureEnumGet", PxnErrIO, 5);
+    EXPECT_EQ(Grabber().PrepareFrameBuffers(5), MV_REFUSED);
+    const uint64_t size = 640 * 480;
+    EXPECT_EQ(
+        Log(),
+        (Texts{
+            entered,
+            gotMutex,
+            Allocated(0, size),
+            Allocated(1, size),
+            "0 CMivoraGfxModeKVNPyxen::GetFormatPropertiesByPixelFormat: PxnFeatureEnumGet reports error -> cannot get pixelformat",
+            "0   ERROR: could not allocate memory for frame buffers 2",
+            "1 5 Framebuffers are currently allocated.",
+            left,
+        }));
+    EXPECT_NE(Grabber().GetFrameBuffer(1), nullptr);
+    EXPECT_EQ(Grabber().GetFrameBuffer(2), nullptr);
+    EXPECT_EQ(Grabber().Snap(1), MV_BUFFERS_NOT_PREPARED);
+    EXPECT_EQ(Grabber().PrepareFrameBuffers(5), MV_OK);
+    EXPECT_NE(Grabber().GetFrameBuffer(4), nullptr);
+}
+
+TEST_F(FrameBuffers, AreRefusedWhenThereIsNoMemory) {
+    Open();
+    Camera()["Width"].intValue = 1 << 24;
+    Camera()["Height"].intValue = 1 << 20;
+    Camera()["PixelFormat"].text = "Mono12p";
+    EXPECT_EQ(Grabber().PrepareFrameBuffers(1), MV_REFUSED);
+    EXPECT_EQ(Log()[2], "0   ERROR: could not allocate memory for frame buffers 0");
+}
+
+TEST_F(FrameBuffers, ForgetThatTheyWerePreparedWhenALaterCallFails) {
+    Prepare(1);
+    Camera()["PixelFormat"].readable = false;
+    EXPECT_EQ(Grabber().PrepareFrameBuffers(1), MV_REFUSED);
+    EXPECT_EQ(Grabber().Snap(1), MV_BUFFERS_NOT_PREPARED);
+}
+
+TEST_F(FrameBuffers, ExcludeSerialTraffic) {
+    Open();
+    std::thread preparing;
+    {
+        const platform::MutexLock traffic(Grabber().SerialMutex());
+        preparing = std::thread([&] { EXPECT_EQ(Grabber().PrepareFrameBuffers(1), MV_OK); });
+        ASSERT_TRUE(sink.WaitForLine(entered));
+        // The mutex is this thread's.
+        EXPECT_EQ(Grabber().GetFrameBuffer(0), nullptr);
+    }
+    preparing.join();
+    EXPECT_EQ(Log()[1], gotMutex);
+    EXPECT_NE(Grabber().GetFrameBuffer(0), nullptr);
+}
+
+TEST_F(FrameBuffers, WorkWithoutASink) {
+    WithoutSink();
+    Open();
+    EXPECT_EQ(Grabber().PrepareFrameBuffers(2), MV_OK);
+    EXPECT_EQ(Grabber().PrepareFrameBuffers(101), MV_REFUSED);
+    EXPECT_NE(Grabber().GetFrameBuffer(1), nullptr);
+}
+
+class FrameRecords : public GrabberFixture {
+protected:
+    void SetUp() override {
+        GrabberFixture::SetUp();
+        Open();
+        Camera()["Width"].intValue = 16;
+        Camera()["Height"].intValue = 4;
+    }
+    CMivoraGfxModeKVNPyxen* Mode() {
+        return static_cast<CMivoraGfxModeKVNPyxen*>(Grabber().GetActCamera()->GetActGfxMode());
+    }
+    void Format(const char* name, int64_t payload) {
+        Camera()["PixelFormat"].text = name;
+        Camera()["PayloadSize"].intValue = payload;
+    }
+};
+
+TEST_F(FrameRecords, KnowWhoTheyAreAndHoldNothingAtFirst) {
+    FrameRecord record(&Grabber(), 7);
+    CPyxenGrabber* const owner = &Grabber();
+    EXPECT_EQ(record.Frame()->context[0], owner);
+    EXPECT_EQ(record.Frame()->context[1], &record);
+    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(record.Frame()->context[2]), 7u);
+    EXPECT_EQ(record.Frame()->buffer, nullptr);
+    EXPECT_EQ(record.Frame()->bufferSize, 0u);
+    EXPECT_EQ(static_cast<void*>(record.Frame()), &record);
+    EXPECT_EQ(record.GetHostBuffer(), nullptr);
+    EXPECT_EQ(record.GetHostBufferSize(), 0u);
+    EXPECT_FALSE(record.Convert());
+}
+
+TEST_F(FrameRecords, NeedAModeAndAKnownFormat) {
+    FrameRecord record(&Grabber(), 0);
+    EXPECT_FALSE(record.Allocate(nullptr));
+    CMivoraGfxModeKVNPyxen without(nullptr);
+    EXPECT_FALSE(record.Allocate(&without));
+    Format("Mono9", 64);
+    EXPECT_FALSE(record.Allocate(Mode()));
+}
+
+TEST_F(FrameRecords, LetTheSdkFillADirectImageInPlace) {
+    FrameRecord record(&Grabber(), 0);
+    Format("Mono12", 128);
+    ASSERT_TRUE(record.Allocate(Mode()));
+    EXPECT_EQ(record.GetHostBufferSize(), 128u);
+    EXPECT_EQ(record.Frame()->buffer, record.GetHostBuffer());
+    EXPECT_EQ(record.Frame()->bufferSize, 128u);
+    EXPECT_FALSE(record.Convert());
+}
+
+TEST_F(FrameRecords, KeepAConvertedImageApart) {
+    FrameRecord record(&Grabber(), 0);
+    Format("Mono12p", 100);
+    ASSERT_TRUE(record.Allocate(Mode()));
+    EXPECT_EQ(record.GetHostBufferSize(), 128u);
+    EXPECT_NE(record.Frame()->buffer, record.GetHostBuffer());
+    EXPECT_EQ(record.Frame()->bufferSize, 100u);
+}
+
+TEST_F(FrameRecords, PreferTheImageSizeToThePayloadSize) {
+    FrameRecord record(&Grabber(), 0);
+    Format("Mono12p", 100);
+    Camera().Put(scripted::IntFeature("ImageSize", 96, 0, 1000));
+    ASSERT_TRUE(record.Allocate(Mode()));
+    EXPECT_EQ(record.Frame()->bufferSize, 96u);
+}
+
+TEST_F(FrameRecords, ConvertLineByLineWhereLinesArePadded) {
+    Camera()["Width"].intValue = 3; // 36 bits, padded to 5 bytes
+    Camera()["Height"].intValue = 2;
+    FrameRecord record(&Grabber(), 0);
+    Format("Mono12p", 10);
+    ASSERT_TRUE(record.Allocate(Mode()));
+    const uint8_t raw[10] = {0x01, 0x20, 0x00, 0x03, 0x00, 0x04, 0x50, 0x00, 0x06, 0x00};
+    std::copy(std::begin(raw), std::end(raw), static_cast<uint8_t*>(record.Frame()->buffer));
+    EXPECT_TRUE(record.Convert());
+    const auto* const pixels = static_cast<const uint16_t*>(record.GetHostBuffer());
+    EXPECT_EQ(std::vector<uint16_t>(pixels, pixels + 6), (std::vector<uint16_t>{1, 2, 3, 4, 5, 6}));
+}
+
+TEST_F(FrameRecords, ConvertInOneGoWhereLinesAreNot) {
+    Camera()["Width"].intValue = 2;
+    Camera()["Height"].intValue = 2;
+    FrameRecord record(&Grabber(), 0);
+    Format("YUV422_8", 8);
+    ASSERT_TRUE(record.Allocate(Mode()));
+    EXPECT_EQ(record.GetHostBufferSize(), 12u);
+    const uint8_t raw[8] = {128, 255, 128, 0, 128, 16, 128, 200};
+    std::copy(std::begin(raw), std::end(raw), static_cast<uint8_t*>(record.Frame()->buffer));
+    EXPECT_TRUE(record.Convert());
+    uint8_t expected[12] = {};
+    ConvertYUV422(raw, expected, 4);
+    const auto* const pixels = static_cast<const uint8_t*>(record.GetHostBuffer());
+    EXPECT_EQ(std::vector<uint8_t>(pixels, pixels + 12),
+              std::vector<uint8_t>(expected, expected + 12));
+}
+
+TEST_F(FrameRecords, FreeTheRawMemoryWhenTheFormatBecomesDirect) {
+    FrameRecord record(&Grabber(), 0);
+    Format("Mono12p", 96);
+    ASSERT_TRUE(record.Allocate(Mode()));
+    Format("Mono8", 64);
+    ASSERT_TRUE(record.Allocate(Mode()));
+    EXPECT_EQ(record.Frame()->buffer, record.GetHostBuffer());
+    EXPECT_EQ(record.Frame()->bufferSize, 64u);
+    EXPECT_FALSE(record.Convert());
+    Format("Mono12p", 96);
+    ASSERT_TRUE(record.Allocate(Mode()));
+    EXPECT_NE(record.Frame()->buffer, record.GetHostBuffer());
+}
+
+TEST_F(FrameRecords, HaveNoRawMemoryWithoutPayload) {
+    FrameRecord record(&Grabber(), 0);
+    Format("Mono12p", 0);
+    ASSERT_TRUE(record.Allocate(Mode()));
+    EXPECT_EQ(record.Frame()->buffer, nullptr);
+    EXPECT_EQ(record.Frame()->bufferSize, 0u);
+    EXPECT_FALSE(record.Convert());
+}
+
+TEST_F(FrameRecords, ConvertACompleteImageThoughThePayloadIsTooSmall) {
+    FrameRecord record(&Grabber(), 0);
+    Format("Mono12p", 10);
+    ASSERT_TRUE(record.Allocate(Mode()));
+    EXPECT_EQ(record.Frame()->bufferSize, 10u);
+    std::fill_n(static_cast<uint8_t*>(record.Frame()->buffer), 96, uint8_t{0});
+    EXPECT_TRUE(record.Convert());
+}
+
+TEST_F(FrameRecords, RefuseADirectImageThatTheSdkCannotTell) {
+    FrameRecord record(&Grabber(), 0);
+    Camera()["Width"].intValue = 65536;
+    Camera()["Height"].intValue = 65536;
+    EXPECT_FALSE(record.Allocate(Mode()));
+}
+
+TEST_F(FrameRecords, RefuseAPayloadThatTheSdkCannotTell) {
+    FrameRecord record(&Grabber(), 0);
+    Format("Mono12p", int64_t{1} << 32);
+    EXPECT_FALSE(record.Allocate(Mode()));
+}
+
+TEST_F(FrameRecords, RefuseAnImageThatGrowsWhileItIsAskedFor) {
+    FrameRecord record(&Grabber(), 0);
+    Format("Mono12p", 96);
+    int asked = 0;
+    sdk.OnCall("PxnFeatureIntGet", [&] {
+        // Width and height for the image's size, the two payload sizes, then the width once more.
+        if (++asked == 5) {
+            sdk.Edit([](scripted::Model& model) { model.cameras[0]["Width"].intValue = 640; });
+        }
+    });
+    EXPECT_FALSE(record.Allocate(Mode()));
+}
+
+TEST_F(FrameRecords, RefuseAnImageWhoseSizeOverflows) {
+    FrameRecord record(&Grabber(), 0);
+    Format("Mono12p", 96);
+    Camera()["Width"].intValue = 0xFFFFFFFF;
+    Camera()["Height"].intValue = 0xFFFFFFFF;
+    EXPECT_FALSE(record.Allocate(Mode()));
+}
+
+} // namespace
