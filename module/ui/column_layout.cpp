@@ -1,0 +1,54 @@
+// column_layout.cpp - the widths and the sideways scrolling of a column tree
+#include "ui/column_layout.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr int kLine = 15;
+constexpr int kTextMargins = 6;
+
+} // namespace
+
+std::array<int, 2> SplitColumnWidths(int viewWidth, int scrollBarWidth) {
+    const int usable = std::max(viewWidth - scrollBarWidth, 0);
+    const int first = usable * 6 / 10;
+    return {first, usable - first};
+}
+
+bool IsOnColumnText(int x, int textLeft, int textWidth) {
+    return x >= textLeft && x < textLeft + textWidth + kTextMargins;
+}
+
+bool ColumnScroll::Take(Step step, int thumb, int columnsWidth, int clientWidth) {
+    const int before = offset;
+    switch (step) {
+    case Step::lineLeft:
+        offset -= kLine;
+        break;
+    case Step::lineRight:
+        offset += kLine;
+        break;
+    case Step::pageLeft:
+        offset -= clientWidth;
+        break;
+    case Step::pageRight:
+        offset += clientWidth;
+        break;
+    case Step::toThumb:
+        offset = thumb;
+        break;
+    case Step::leftEnd:
+        offset = 0;
+        break;
+    case Step::rightEnd:
+        offset = columnsWidth - clientWidth;
+        break;
+    }
+    Fit(columnsWidth, clientWidth);
+    return offset != before;
+}
+
+void ColumnScroll::Fit(int columnsWidth, int clientWidth) {
+    offset = std::clamp(offset, 0, std::max(columnsWidth - clientWidth, 0));
+}

@@ -1,0 +1,30 @@
+// string_value_view.cpp - the editor of texts
+#include "ui/windows/string_value_view.h"
+
+#include "res/resource.h"
+#include "ui/windows/wide_text.h"
+
+IMPLEMENT_DYNCREATE(CStringValueView, CValueView)
+
+CStringValueView::CStringValueView() : CValueView(IDD_STRING_VALUE) {}
+
+bool CStringValueView::SetText(const char* text) {
+    return ShowText(IDC_STRING_EDIT, text);
+}
+
+bool CStringValueView::GetText(std::string& text) const {
+    const HWND edit = Control(IDC_STRING_EDIT);
+    if (!edit) {
+        return false;
+    }
+    text = NarrowText(WindowText(edit));
+    return true;
+}
+
+bool CStringValueView::CommitOnEnter() {
+    if (!HasFocus(IDC_STRING_EDIT)) {
+        return false;
+    }
+    Tell(true);
+    return true;
+}
