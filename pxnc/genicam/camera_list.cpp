@@ -1,7 +1,6 @@
 #include "pxnc/genicam/camera_list.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace genicam {
 
@@ -26,19 +25,22 @@ std::string InterfaceName(const FoundCamera& found,
     return ours != nullptr ? ours->name : "unknown";
 }
 
+template <typename Records>
+auto* FindIn(Records& records, const std::string& id) {
+    const auto found = std::find_if(records.begin(), records.end(), [&](const auto& record) {
+        return id == record.id || id == record.extendedId;
+    });
+    return found == records.end() ? nullptr : &*found;
+}
+
 } // namespace
 
 const CameraList::Record* CameraList::Find(const std::string& id) const {
-    for (const Record& record : records) {
-        if (id == record.id || id == record.extendedId) {
-            return &record;
-        }
-    }
-    return nullptr;
+    return FindIn(records, id);
 }
 
 CameraList::Record* CameraList::Find(const std::string& id) {
-    return const_cast<Record*>(std::as_const(*this).Find(id));
+    return FindIn(records, id);
 }
 
 CameraList::Record* CameraList::Add(const FoundCamera& found) {
