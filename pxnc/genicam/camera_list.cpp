@@ -1,6 +1,7 @@
 #include "pxnc/genicam/camera_list.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace genicam {
 
