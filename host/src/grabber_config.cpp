@@ -129,7 +129,9 @@ void CMivoraGrabber::Impl::ApplyCameraSection(CMivoraCamera& camera, int32_t sec
     if (const std::optional<uint32_t> id = reader.Unsigned("QZRCameraID")) {
         camera.SetQZRCameraID(*id);
     }
-    if (const std::optional<int32_t> mode = reader.Signed("ActMode")) {
+    // A camera that has modes is never left without an active one.
+    const std::optional<int32_t> mode = reader.Signed("ActMode");
+    if (mode && *mode >= 0) {
         camera.SetActGfxModeIndex(*mode);
     }
 }
@@ -153,11 +155,17 @@ MV_ERRCODE CMivoraGrabber::LoadGrabberConfig() {
     }
     return Guarded(MV_REFUSED, [&] {
         const ConfigReader section(*ini, impl->GrabberSection());
-        StoreIfGiven(impl->savedExposure, section.Unsigned("Exposure"));
-        StoreIfGiven(impl->savedInterval, section.Unsigned("Interval"));
-        const std::optional<int32_t> timeBase = section.Signed("TimeBase");
-        if (timeBase && *timeBase >= kShortestTimeBase && *timeBase <= 0) {
-            impl->savedTimeBase = *timeBase;
+        const std::optional<uint32_t> exposure = section.Unsigned("Exposure");
+        const std::optional<uint32_t> interval = section.Unsigned("Interval");
+        std::optional<int32_t> timeBase = section.Signed("TimeBase");
+        if (timeBase && (*timeBase < kShortestTimeBase || *timeBase > 0)) {
+            timeBase.reset();
+        }
+        StoreIfGiven(impl->savedExposure, exposure);
+        StoreIfGiven(impl->savedInterval, interval);
+        StoreIfGiven(impl->savedTimeBase, timeBase);
+        if (exposure || interval || timeBase) {
+            SetDefaultIodTimerConfigToGrabber();
         }
         StoreIfGiven(impl->timerMode, section.Unsigned("TimerMode"));
         StoreIfGiven(impl->timerEnabled, section.Unsigned("TimerEnabled"));
@@ -167,7 +175,6 @@ MV_ERRCODE CMivoraGrabber::LoadGrabberConfig() {
                 SetFeature(feature.id, *on);
             }
         }
-        SetDefaultIodTimerConfigToGrabber();
         LoadChannels(*this, *ini, section, impl->sink);
         impl->ApplyCameraSections();
         return MV_OK;

@@ -21,6 +21,17 @@ void SetLastErrorText(const char* operation, const std::string& path, const std:
                   reason.c_str());
 }
 
+/// Runs a write or the opening of a file; answers false, with a text, when memory is out.
+template <typename Body>
+bool Attempt(const char* operation, const Body& body) {
+    try {
+        return body();
+    } catch (...) {
+        std::snprintf(lastError, sizeof lastError, "%s: out of memory", operation);
+        return false;
+    }
+}
+
 // Several grabbers may keep their sections in one file: each write reads the file anew, and this
 // keeps all others out until the new file stands.
 platform::Mutex& WriteMutex() {
@@ -95,7 +106,7 @@ CIniFile::~CIniFile() {
 }
 
 bool CIniFile::Open(const char* path) {
-    return Guarded(false, [&] {
+    return Attempt("Cannot open an ini file", [&] {
         if (!path || *path == '\0') {
             SetLastErrorText("Cannot open", "", "no path was given");
             return false;
@@ -154,7 +165,7 @@ int32_t CIniFile::GetInt32(const char* section, const char* key, int32_t default
 }
 
 bool CIniFile::WriteText(const char* section, const char* key, const char* value) {
-    return Guarded(false, [&] {
+    return Attempt("Cannot write an ini file", [&] {
         if (!section || !key || !value || !IniDocument::IsWritable(section, key, value)) {
             SetLastErrorText("Cannot write", GetPath(),
                              "section, key or value has no form that an ini file can hold");
@@ -177,7 +188,7 @@ bool CIniFile::WriteHex32(const char* section, const char* key, uint32_t value) 
 }
 
 bool CIniFile::RemoveKey(const char* section, const char* key) {
-    return Guarded(false, [&] {
+    return Attempt("Cannot write an ini file", [&] {
         return section && key &&
                impl->Write([&](IniDocument& document) { document.Remove(section, key); });
     });

@@ -47,8 +47,7 @@ std::string Objection(const MV_MODULE_INTERFACE* record) {
                     " of the grabber interface, this host has version " +
                     std::to_string(MIVORA_INTERFACE_VERSION);
     }
-    const char* const family =
-        record->compilerFamily ? record->compilerFamily : "unknown C++ ABI";
+    const char* const family = record->compilerFamily ? record->compilerFamily : "unknown C++ ABI";
     if (std::strcmp(family, kMvCompilerFamily) != 0) {
         objection.append(objection.empty() ? "" : "; ")
             .append("it was built with the ")
@@ -88,7 +87,7 @@ bool CModuleLoader::Load(const char* path) {
         if (!path || *path == '\0') {
             return impl->Refuse("", "no file was named");
         }
-        const std::string file = platform::FullPath(path, kLongestPath);
+        std::string file = platform::FullPath(path, kLongestPath);
         if (file.empty() || !platform::PathExists(file)) {
             return impl->Refuse(path, "there is no such file");
         }
@@ -111,7 +110,7 @@ bool CModuleLoader::Load(const char* path) {
         }
         impl->library = std::move(library);
         impl->entries = entries;
-        impl->path = file;
+        impl->path = std::move(file);
         return true;
     });
 }

@@ -151,7 +151,7 @@ TEST(FilledBuffersLog, NeedsNoSink) {
 
 TEST_F(FilledBuffers, AddUpWhenCameraAndHostWorkAtOnce) {
     KeepEveryFrame();
-    constexpr uint64_t kFrames = 20000;
+    constexpr uint64_t kFrames = 3000;
     std::atomic<bool> done{false};
     std::thread camera([&] {
         for (uint64_t frame = 0; frame < kFrames; ++frame) {

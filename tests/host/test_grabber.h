@@ -3,6 +3,7 @@
 
 #include "mivora/grabber.h"
 
+#include <new>
 #include <string>
 #include <vector>
 
@@ -143,7 +144,10 @@ public:
             return CreateCmdSerialInstance();
         }
         if (type == 1) {
-            auto* const channel = new FakeChannel;
+            auto* const channel = new (std::nothrow) FakeChannel;
+            if (!channel) {
+                return nullptr;
+            }
             channel->destroyed = &destroyedChannels;
             channel->configResult = newChannelConfigResult;
             return channel;

@@ -20,7 +20,8 @@ public:
     CIniFile& operator=(const CIniFile&) = delete;
 
     /// Takes the file at `path`. A file that does not exist yet is an empty one. False when it
-    /// exists but cannot be read; GetLastErrorText says why.
+    /// exists but cannot be read or is UTF-16 text; GetLastErrorText says why, and the former file
+    /// stays.
     bool Open(const char* path);
     /// The path as given, or an empty text.
     const char* GetPath() const;
@@ -32,15 +33,22 @@ public:
     /// it only measures.
     uint32_t GetText(const char* section, const char* key, const char* defaultValue, char* buffer,
                      uint32_t capacity) const;
-    /// Decimal or 0x-hexadecimal with optional sign; `defaultValue` when absent or no number.
+    /// Decimal or 0x-hexadecimal with optional sign; `defaultValue` when absent, no number, or too
+    /// large. Hexadecimal numbers up to 0xFFFFFFFF keep their 32 bits.
     int32_t GetInt32(const char* section, const char* key, int32_t defaultValue) const;
 
     /// All writes answer false when the disk refused; GetLastErrorText says what, where and why,
-    /// and file and memory are as before. A value cannot hold a line end.
+    /// and file and memory are as before. What others have written to the file meanwhile is read
+    /// first and kept.
+    ///
+    /// Sections, keys and values hold no line end, a section no ']' and a key no '='; a key begins
+    /// neither like a comment (';', '#') nor like a section. Blanks around the three are not kept.
+    /// A new key goes to the end of its section, a new section to the end of the file.
     bool WriteText(const char* section, const char* key, const char* value);
     bool WriteInt32(const char* section, const char* key, int32_t value);
     /// Writes as 0x%08X.
     bool WriteHex32(const char* section, const char* key, uint32_t value);
+    /// Takes the key's line out; true also when there was none.
     bool RemoveKey(const char* section, const char* key);
 
     /// The number of sections, and their names by order of appearance (null past the end). A name

@@ -11,10 +11,12 @@ inline constexpr int kMvLogInformation = 1;
 
 /// One line per call. Any thread may call; lines of several threads never mix.
 ///
-/// The format is printf's with the conversions d i u x X c s p f e g, the flags, widths and
-/// precisions of C, and the lengths h hh l ll I64 z. %p prints 16 upper-case hexadecimal digits. A
-/// percent sign that none of these follows is written as it stands and takes no argument.
-/// Formatting happens inside, after the level was checked.
+/// The format is printf's with the conversions d i u x X c s p f e g, width and precision as in C
+/// (also from arguments, by `*`), the flags - + # 0, and the lengths h hh l ll I64 I32 z. %p prints
+/// 16 upper-case hexadecimal digits, %ls a wide text as UTF-8, a null text prints as "(null)", and
+/// the decimal point is a point in every locale. A percent sign that none of these follows is
+/// written as it stands and takes no argument; so is one that a blank follows, which is no flag
+/// here. Formatting happens inside, after the level was checked.
 class ILogSink {
 public:
     virtual void Write(int level, const char* format, ...) = 0;

@@ -17,8 +17,8 @@ typedef void (*MV_DELETE_GRABBER)(CMivoraGrabber* grabber);
 
 /// What a module was built against, so that a host refuses what it cannot talk to.
 struct MV_MODULE_INTERFACE {
-    uint32_t size;             ///< of this record
-    uint32_t interfaceVersion; ///< MIVORA_INTERFACE_VERSION
+    uint32_t size;              ///< of this record
+    uint32_t interfaceVersion;  ///< MIVORA_INTERFACE_VERSION
     const char* compilerFamily; ///< "Itanium C++ ABI" or "Microsoft C++ ABI"
 };
 typedef const MV_MODULE_INTERFACE* (*MV_MODULE_INTERFACE_QUERY)();

@@ -43,7 +43,7 @@ enum MV_DLG_EXITCODE : int32_t { MV_DLG_CANCEL = 0, MV_DLG_OK = 1 };
 
 /// Ids of grabber parameters (GetGrabberParam, GetGrabberParamLimits, SetGrabberParam).
 enum MV_GRABBERFEATURE : uint32_t {
-    MVGF_FRAME_BUFFER_COUNT = 1,       ///< wanted number of frame buffers
+    MVGF_FRAME_BUFFER_COUNT = 1,         ///< wanted number of frame buffers
     MVGF_ACQUISITION_CAPABILITIES = 128, ///< bit mask of kMvCap...
     MVGF_TIMER_MODE = 256,
     MVGF_TIMER_VALUES = 257, ///< exposure and frame interval, in units of the time base
@@ -75,7 +75,7 @@ enum MV_COLORCODING : int32_t {
 /// Kinds of command channels (CCmdChannel::GetChannelKind).
 enum MV_CMD_CHANNEL : uint32_t {
     MVCMD_NONE = 0,
-    MVCMD_SERIAL = 1,           ///< the host's own serial channel
+    MVCMD_SERIAL = 1,          ///< the host's own serial channel
     MVCMD_MODULE = 0x80000000u ///< a channel that the grabber module brings
 };
 
@@ -95,10 +95,10 @@ enum EMV_FEATURE_STATUS : uint32_t {
 };
 
 /// Bits of parameter 128, the ways of acquisition that a grabber knows.
-inline constexpr uint32_t kMvCapHostTimer = 1;   ///< the host's timer can pace single snaps
-inline constexpr uint32_t kMvCapSingleSnap = 2;  ///< single snaps
-inline constexpr uint32_t kMvCapFieldSnap = 4;   ///< single fields of an interlaced image
-inline constexpr uint32_t kMvCapContinuous = 8;  ///< continuous acquisition, paced by the camera
+inline constexpr uint32_t kMvCapHostTimer = 1;  ///< the host's timer can pace single snaps
+inline constexpr uint32_t kMvCapSingleSnap = 2; ///< single snaps
+inline constexpr uint32_t kMvCapFieldSnap = 4;  ///< single fields of an interlaced image
+inline constexpr uint32_t kMvCapContinuous = 8; ///< continuous acquisition, paced by the camera
 
 /// Bits of SetGrabberBit/GetGrabberBit: 0 to 31, free for the application's use.
 inline constexpr uint32_t kMvGrabberBitCount = 32;

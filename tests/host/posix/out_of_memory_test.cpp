@@ -1,0 +1,271 @@
+// Replaces the allocator of the whole program, which reaches into the host library only where
+// libraries share one.
+#include "mivora/module_loader.h"
+#include "platform/file_system.h"
+#include "tests/host/test_grabber.h"
+#include "tests/support/recording_sink.h"
+#include "tests/support/temporary_directory.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdarg>
+#include <cstdlib>
+#include <memory>
+#include <new>
+#include <string>
+
+namespace {
+
+constexpr int kNever = -1;
+thread_local int allocationsLeft = kNever;
+thread_local bool refused = false;
+thread_local int allocationCount = 0;
+
+} // namespace
+
+void* operator new(std::size_t size) {
+    ++allocationCount;
+    if (allocationsLeft == 0) {
+        refused = true;
+        throw std::bad_alloc();
+    }
+    if (allocationsLeft > 0) {
+        --allocationsLeft;
+    }
+    if (void* const memory = std::malloc(size > 0 ? size : 1)) {
+        return memory;
+    }
+    throw std::bad_alloc();
+}
+
+void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+    try {
+        return operator new(size);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t /*size*/) noexcept {
+    std::free(memory);
+}
+
+void operator delete(void* memory, const std::nothrow_t& /*tag*/) noexcept {
+    std::free(memory);
+}
+
+namespace {
+
+/// Runs `operation` once with each of its allocations and all behind it refused, and once with all
+/// granted. Returns how many allocations it makes.
+template <typename Operation>
+int RefuseEachAllocation(const Operation& operation) {
+    for (int granted = 0;; ++granted) {
+        refused = false;
+        allocationsLeft = granted;
+        operation();
+        allocationsLeft = kNever;
+        if (!refused) {
+            return granted;
+        }
+    }
+}
+
+template <typename Operation>
+int CountAllocations(const Operation& operation) {
+    const int before = allocationCount;
+    operation();
+    return allocationCount - before;
+}
+
+class OutOfMemory : public testing::Test {
+protected:
+    OutOfMemory() {
+        EXPECT_EQ(grabber.SetGrabberIni(iniPath.c_str(), 0), MV_OK);
+        EXPECT_EQ(grabber.AddCmdChannel(grabber.CreateCmdChannel(0)), MV_OK);
+        grabber.MakeCameras({11, 22});
+        grabber.StoreActCameraIndex(1);
+    }
+
+    support::TemporaryDirectory directory;
+    const std::string iniPath = directory.PathOf("grabber.ini");
+    TestGrabber grabber;
+};
+
+// EXPECT macros allocate, so that results are kept and compared when memory is back.
+#define EXPECT_CODE_OR_REFUSED(code, result)                                                       \
+    {                                                                                              \
+        const MV_ERRCODE answered = result;                                                        \
+        const bool wasRefused = refused;                                                           \
+        allocationsLeft = kNever;                                                                  \
+        EXPECT_TRUE(answered == (code) || (wasRefused && answered != MV_OK)) << answered;          \
+    }
+
+TEST_F(OutOfMemory, MakesNoHalfGrabber) {
+    EXPECT_GT(RefuseEachAllocation([] {
+                  try {
+                      TestGrabber another;
+                  } catch (const std::bad_alloc&) {
+                      return;
+                  }
+              }),
+              5);
+}
+
+TEST_F(OutOfMemory, MakesNoHalfNodes) {
+    EXPECT_GT(RefuseEachAllocation([] {
+                  try {
+                      CMivoraCamera camera;
+                      camera.BuildGfxModeList(nullptr);
+                  } catch (const std::bad_alloc&) {
+                      return;
+                  }
+              }),
+              1);
+    EXPECT_GT(RefuseEachAllocation([] { DeleteCmdSerialInstance(CreateCmdSerialInstance()); }), 1);
+}
+
+TEST_F(OutOfMemory, LeavesConfigurationFilesAsTheyWere) {
+    const std::string other = directory.Write("other.ini", "[Grabber_0]\nk=1\n");
+    EXPECT_GT(RefuseEachAllocation(
+                  [&] { EXPECT_CODE_OR_REFUSED(MV_OK, grabber.SetGrabberIni(other.c_str(), 0)); }),
+              1);
+    EXPECT_GT(RefuseEachAllocation(
+                  [&] { EXPECT_CODE_OR_REFUSED(MV_OK, grabber.SetCameraIni(iniPath.c_str())); }),
+              1);
+    EXPECT_GT(RefuseEachAllocation([&] {
+                  const MV_ERRCODE result = grabber.SaveGrabberInt32("k", 2);
+                  EXPECT_CODE_OR_REFUSED(MV_OK, result);
+                  const std::string content = directory.Read("other.ini");
+                  EXPECT_TRUE(content == "[Grabber_0]\nk=2\n" ||
+                              (result != MV_OK && content == "[Grabber_0]\nk=1\n"))
+                      << content;
+              }),
+              1);
+}
+
+TEST_F(OutOfMemory, NamesItAsTheReason) {
+    CIniFile ini;
+    allocationsLeft = 0;
+    const bool opened = ini.Open(iniPath.c_str());
+    allocationsLeft = kNever;
+    EXPECT_FALSE(opened);
+    EXPECT_STREQ(ini.GetLastErrorText(), "Cannot open an ini file: out of memory");
+}
+
+TEST_F(OutOfMemory, SavesAndLoadsOnceThereIsMemoryAgain) {
+    EXPECT_GT(RefuseEachAllocation(
+                  [&] { EXPECT_CODE_OR_REFUSED(MV_OK, grabber.SaveCameraModeConfig()); }),
+              20);
+    EXPECT_GT(
+        RefuseEachAllocation([&] { EXPECT_CODE_OR_REFUSED(MV_OK, grabber.SaveGrabberConfig()); }),
+        20);
+    grabber.GetCamera(1)->SetCameraSectionNum(-1);
+    EXPECT_GT(
+        RefuseEachAllocation([&] { EXPECT_CODE_OR_REFUSED(MV_OK, grabber.LoadGrabberConfig()); }),
+        1);
+    EXPECT_EQ(grabber.GetNumCmdChannels(), 1u);
+    EXPECT_EQ(grabber.GetCamera(1)->GetCameraSectionNum(), 0);
+}
+
+TEST_F(OutOfMemory, GivesTheDefaultOfAValue) {
+    ASSERT_EQ(grabber.SaveGrabberInt32("a key that is longer than a short string", 7), MV_OK);
+    int32_t value = 0;
+    RefuseEachAllocation([&] {
+        value = grabber.GetGrabberInt32("a key that is longer than a short string", 5);
+        const bool read = value == 7;
+        const bool defaulted = value == 5 && refused;
+        allocationsLeft = kNever;
+        EXPECT_TRUE(read || defaulted) << value;
+    });
+    EXPECT_EQ(value, 7);
+}
+
+TEST_F(OutOfMemory, InstallsNoHalfReceiver) {
+    const auto nothing = [](void*) {
+    };
+    EXPECT_GT(RefuseEachAllocation([&] {
+                  EXPECT_CODE_OR_REFUSED(MV_OK, grabber.InstCamCfgChangeCallBack(nothing, nullptr));
+              }),
+              0);
+    EXPECT_EQ(RefuseEachAllocation([&] {
+                  EXPECT_CODE_OR_REFUSED(MV_OK, grabber.InstCamCfgChangeCallBack(nullptr, nullptr));
+              }),
+              0);
+    int window = 0;
+    EXPECT_GT(RefuseEachAllocation([&] { grabber.RegisterWindowHandle(&window); }), 0);
+    EXPECT_EQ(grabber.GetRegisteredWindow(0), &window);
+}
+
+TEST_F(OutOfMemory, PreparesNoBuffers) {
+    EXPECT_EQ(RefuseEachAllocation(
+                  [&] { EXPECT_CODE_OR_REFUSED(MV_OK, grabber.PrepareFrameBuffers(100)); }),
+              1);
+    grabber.DoPostProcess(99, 1);
+    uint64_t index = 0;
+    EXPECT_EQ(grabber.GetLastFilledBuffer(&index), MV_OK);
+    EXPECT_EQ(index, 99u);
+}
+
+TEST_F(OutOfMemory, LoadsNoHalfModule) {
+    const std::string path =
+        platform::DirectoryOf(platform::ExecutablePath()) + "/test_modules/good.module";
+    CModuleLoader loader;
+    EXPECT_GT(RefuseEachAllocation([&] {
+                  const bool loaded = loader.Load(path.c_str());
+                  const bool wasRefused = refused;
+                  allocationsLeft = kNever;
+                  EXPECT_EQ(loaded, loader.IsLoaded());
+                  EXPECT_TRUE(loaded || wasRefused);
+              }),
+              1);
+    EXPECT_GT(RefuseEachAllocation([&] {
+                  CMivoraGrabber* const made = loader.CreateGrabber();
+                  const bool wasRefused = refused;
+                  allocationsLeft = kNever;
+                  EXPECT_TRUE(made || wasRefused);
+                  loader.DeleteGrabber(made);
+              }),
+              1);
+}
+
+size_t Format(char (&buffer)[64], const char* format, ...) {
+    std::va_list arguments;
+    va_start(arguments, format);
+    const size_t length = MivoraFormatLogText(buffer, sizeof buffer, format, arguments);
+    va_end(arguments);
+    return length;
+}
+
+TEST_F(OutOfMemory, CannotStopLinesFromBeingFormatted) {
+    char buffer[64];
+    EXPECT_EQ(CountAllocations([&] {
+                  Format(buffer, "%s %I64u %08X %p %g %.300f %ls", "text", 1ULL, 2u,
+                         static_cast<void*>(nullptr), 0.1, 1e300, L"wide");
+              }),
+              0);
+}
+
+TEST_F(OutOfMemory, CannotStopFramesFromArriving) {
+    int told = 0;
+    ASSERT_EQ(grabber.InstPostProcessCallBack(
+                  [](uint64_t, uint32_t, void* context) { ++*static_cast<int*>(context); }, &told),
+              MV_OK);
+    ASSERT_EQ(grabber.PrepareFrameBuffers(4), MV_OK);
+    EXPECT_EQ(CountAllocations([&] {
+                  for (uint64_t frame = 0; frame < 100; ++frame) {
+                      grabber.DoPostProcess(frame % 4, 1);
+                      uint64_t index = 0;
+                      grabber.GetLastFilledBuffer(&index);
+                      grabber.ReleaseFrameBuffer(index);
+                  }
+              }),
+              0);
+    EXPECT_EQ(told, 100);
+}
+
+} // namespace
