@@ -24,6 +24,7 @@ Camera::Camera(const CameraConfiguration& newSetup, const InterfaceConfiguration
       powerOn(Clock::now()),
       registers(*this) {
     plugged = setup.plugged;
+    permittedAccess = setup.permittedAccess;
     AddFeatures();
     localDevice = std::make_unique<Module>(services.strings, services.events, SharedMutex());
     AddLocalDeviceFeatures(*localDevice, *this);
@@ -111,7 +112,7 @@ PxnError Camera::Open(std::uint32_t accessMode, PxnHandle* handle) {
         const bool taken = std::any_of(sessions.begin(), sessions.end(), [](const Session& one) {
             return one.accessMode == PxnAccessModeFull;
         });
-        if ((setup.permittedAccess & accessMode) == 0 || (full && taken)) {
+        if ((permittedAccess & accessMode) == 0 || (full && taken)) {
             return PxnErrInvalidAccess;
         }
         if (IsOpen()) {
@@ -212,7 +213,7 @@ void Camera::FillInfo(PxnCameraInfo& info) const {
     info.serialString = serial;
     info.transportLayerHandle = transportLayerHandle;
     info.interfaceHandle = interfaceHandle;
-    info.permittedAccess = setup.permittedAccess;
+    info.permittedAccess = permittedAccess;
     if (IsOpen()) {
         info.localDeviceHandle = localDeviceHandle;
         info.streamHandles = streamHandleLists.back().data();
@@ -223,6 +224,11 @@ void Camera::FillInfo(PxnCameraInfo& info) const {
             }
         }
     }
+}
+
+void Camera::SetPermittedAccess(std::uint32_t access) {
+    platform::MutexLock lock(mutex);
+    permittedAccess = access;
 }
 
 bool Camera::IsPlugged() const {

@@ -58,6 +58,7 @@ public:
     /// `handle` is one of this camera's, alive or vanished.
     void Close(PxnHandle handle) EXCLUDES(openCloseMutex, mutex);
     void FillInfo(PxnCameraInfo& info) const EXCLUDES(mutex);
+    void SetPermittedAccess(std::uint32_t access) EXCLUDES(mutex);
     bool IsPlugged() const EXCLUDES(mutex);
     /// False when nothing changes. Unplugging kills the handles and ends every wait.
     bool Plug() EXCLUDES(mutex);
@@ -140,6 +141,7 @@ private:
     mutable platform::Mutex openCloseMutex; // taken before the module mutex
     UserSets userSets GUARDED_BY(mutex){4};
     bool plugged GUARDED_BY(mutex) = true;
+    std::uint32_t permittedAccess GUARDED_BY(mutex);
     std::vector<Session> sessions GUARDED_BY(mutex);
     std::vector<PxnHandle> vanishedHandles GUARDED_BY(mutex); // not closed since
     PxnHandle localDeviceHandle GUARDED_BY(mutex) = nullptr;

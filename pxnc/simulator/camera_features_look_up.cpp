@@ -25,19 +25,36 @@ void AddTables(Camera& camera) {
         .For(PxnVisibilityGuru)
         .NotStored()
         .Text("Entry of the table.");
+    RawFeature& all = camera.Raw("LUTValueAll")
+                          .Value(std::string(2 * kEntries, '\0'))
+                          .SelectedBy("LUTSelector")
+                          .In(kCategory)
+                          .For(PxnVisibilityGuru)
+                          .Affects({"LUTValue"})
+                          .Text("All values of the table, 16 bits each, high byte first.");
+    const auto position = [&camera] {
+        return 2 * static_cast<std::size_t>(camera.IntValue("LUTIndex"));
+    };
     camera.Int("LUTValue")
         .SelectedBy("LUTSelector")
         .SelectedBy("LUTIndex")
         .Range(0, 4095)
+        .Computed([&all, position] {
+            const std::string bytes = all.Get();
+            const auto high = static_cast<unsigned char>(bytes[position()]);
+            const auto low = static_cast<unsigned char>(bytes[position() + 1]);
+            return std::int64_t{high} * 256 + low;
+        })
+        .Writes([&all, position](std::int64_t value) {
+            std::string bytes = all.Get();
+            bytes[position()] = static_cast<char>(value / 256);
+            bytes[position() + 1] = static_cast<char>(value % 256);
+            return all.Set(std::move(bytes));
+        })
         .In(kCategory)
         .For(PxnVisibilityGuru)
+        .NotStored()
         .Text("Value of the entry.");
-    camera.Raw("LUTValueAll")
-        .Value(std::string(2 * kEntries, '\0'))
-        .SelectedBy("LUTSelector")
-        .In(kCategory)
-        .For(PxnVisibilityGuru)
-        .Text("All values of the table, 16 bits each, high byte first.");
 }
 
 void AddColorTransformation(Camera& camera) {

@@ -108,6 +108,15 @@ std::string SetFeature(const Words& words) {
     return "ok";
 }
 
+template <class Action>
+void ForEachPort(Simulator& simulator, Action action) {
+    for (const auto& camera : simulator.Cameras()) {
+        for (std::size_t port = 0; Uart* uart = camera->Registers().Port(port); ++port) {
+            action(*uart);
+        }
+    }
+}
+
 std::string SetUartFault(const Words& words) {
     const std::shared_ptr<Simulator> simulator = Running();
     const std::uint64_t port = Count(words[1]);
@@ -131,6 +140,47 @@ std::string SetUartFault(const Words& words) {
     }
     if (!any) {
         Refuse(PxnErrNotFound, "no camera has port " + words[1]);
+    }
+    return "ok";
+}
+
+std::string Trigger(const Words& words) {
+    const std::shared_ptr<Simulator> simulator = Running();
+    if (const PxnError result = CameraOf(*simulator, words[1]).LineTrigger();
+        result != PxnErrSuccess) {
+        Refuse(result, "the camera does not wait for a line");
+    }
+    return "ok";
+}
+
+std::string SetAccess(const Words& words) {
+    static constexpr std::array<std::pair<const char*, std::uint32_t>, 4> kAccess{
+        {{"full", PxnAccessModeFull | PxnAccessModeRead},
+         {"read", PxnAccessModeRead},
+         {"none", 0},
+         {"unknown", PxnAccessModeUnknown}}};
+    const std::shared_ptr<Simulator> simulator = Running();
+    Camera& camera = CameraOf(*simulator, words[1]);
+    for (const auto& [name, access] : kAccess) {
+        if (words[2] == name) {
+            camera.SetPermittedAccess(access);
+            simulator->RaiseCameraEvent(access == 0 ? "Unreachable" : "Reachable", camera);
+            return "ok";
+        }
+    }
+    Refuse(PxnErrBadParameter, "\"" + words[2] + "\" is not full, read, none or unknown");
+}
+
+std::string RaiseInterfaceEvent(const Words& words) {
+    const std::shared_ptr<Simulator> simulator = Running();
+    const char* type = words[2] == "detected"  ? "Detected"
+                       : words[2] == "missing" ? "Missing"
+                                               : nullptr;
+    if (type == nullptr) {
+        Refuse(PxnErrBadParameter, "\"" + words[2] + "\" is not detected or missing");
+    }
+    if (!simulator->RaiseInterfaceEvent(type, words[1])) {
+        Refuse(PxnErrNotFound, "no interface \"" + words[1] + "\"");
     }
     return "ok";
 }
@@ -218,11 +268,26 @@ constexpr Command kCommands[] = {
                                             FaultOf(words[3]));
          return std::string("ok");
      }},
+    {"trigger", 1, 1, "trigger ID", Trigger},
+    {"access", 2, 2, "access ID full|read|none|unknown", SetAccess},
+    {"interface-event", 2, 2, "interface-event INTERFACE detected|missing", RaiseInterfaceEvent},
     {"uart", 2, 3, "uart PORT stuck|slow|ok [ID]", SetUartFault},
     {"set", 3, 3, "set ID FEATURE VALUE", SetFeature},
+    {"leaks", 0, 0, "leaks",
+     [](const Words&) {
+         return Sdk::Instance().LastLeakReport();
+     }},
     {"clear", 0, 0, "clear",
      [](const Words&) {
          Faults::Instance().Clear();
+         if (const std::shared_ptr<Simulator> simulator = Sdk::Instance().Current()) {
+             ForEachPort(*simulator, [](Uart& port) { port.SetFault(Uart::Fault::kNone); });
+         }
+         return std::string("ok");
+     }},
+    {"drain", 0, 0, "drain",
+     [](const Words&) {
+         Running()->Events().Drain();
          return std::string("ok");
      }},
     {"status", 0, 0, "status", Status},

@@ -1,7 +1,9 @@
 // Registers, settings and chunk data.
 
+#include "platform/text.h"
 #include "pxnc/simulator/chunk_data.h"
 #include "pxnc/simulator/sdk.h"
+#include "pxnc/simulator/settings_file.h"
 
 using namespace pxsim;
 
@@ -55,14 +57,33 @@ PxnError PXN_CALL PxnMemoryWrite(PxnHandle handle, uint64_t address, uint32_t si
     });
 }
 
-PxnError PXN_CALL PxnSettingsSave(PxnHandle handle, const wchar_t*, const void*, uint32_t) {
-    return CallOn(__func__, handle,
-                  [&](Simulator&, const HandleTarget&) -> PxnError { return PxnErrNotSupported; });
+PxnError PXN_CALL PxnSettingsSave(PxnHandle handle, const wchar_t* path, const void* settings,
+                                  uint32_t size) {
+    return CallOn(__func__, handle, [&](Simulator&, const HandleTarget& target) -> PxnError {
+        if (path == nullptr || (settings == nullptr && size != 0)) {
+            return PxnErrBadParameter;
+        }
+        if (settings != nullptr) {
+            return PxnErrStructSize; // no version of the record exists yet
+        }
+        return SaveSettings(*target.module, platform::WideToNarrow(path));
+    });
 }
 
-PxnError PXN_CALL PxnSettingsLoad(PxnHandle handle, const wchar_t*, const void*, uint32_t) {
-    return CallOn(__func__, handle,
-                  [&](Simulator&, const HandleTarget&) -> PxnError { return PxnErrNotSupported; });
+PxnError PXN_CALL PxnSettingsLoad(PxnHandle handle, const wchar_t* path, const void* settings,
+                                  uint32_t size) {
+    return CallOn(__func__, handle, [&](Simulator&, const HandleTarget& target) -> PxnError {
+        if (path == nullptr || (settings == nullptr && size != 0)) {
+            return PxnErrBadParameter;
+        }
+        if (settings != nullptr) {
+            return PxnErrStructSize;
+        }
+        if (!target.writable) {
+            return PxnErrInvalidAccess;
+        }
+        return LoadSettings(*target.module, platform::WideToNarrow(path));
+    });
 }
 
 PxnError PXN_CALL PxnChunkDataAccess(const PxnFrame* frame, PxnChunkAccessCallback callback,

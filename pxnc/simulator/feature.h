@@ -80,6 +80,11 @@ public:
     /// The present value as text and back, for settings files and the control interface.
     virtual PxnError ToText(std::string&) const { return PxnErrNotSupported; }
     virtual PxnError FromText(const std::string&) { return PxnErrNotSupported; }
+    /// All states of a selector, as texts.
+    virtual std::vector<std::string> States() const { return {}; }
+    /// Gives the feature a value whether a host may write it at present or not. False when it can
+    /// never have that value.
+    virtual bool PutText(const std::string&) { return false; }
 
 protected:
     /// After a new value: runs the owner's reaction and raises the invalidations.

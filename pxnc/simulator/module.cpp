@@ -87,6 +87,9 @@ bool Module::EnumIs(const char* name, const char* entry) const {
 
 void Module::Invalidate(const Feature& feature) {
     platform::MutexLock lock(mutex);
+    if (quiet > 0 || handles.empty()) {
+        return;
+    }
     std::vector<const Feature*> affected;
     Collect(*this, feature, affected);
     for (const Feature* one : affected) {
@@ -112,6 +115,16 @@ void Module::InvalidateAll() {
             events.PostInvalidation(handle, feature->Name());
         }
     }
+}
+
+Module::Quiet::Quiet(Module& module) : quietened(module) {
+    platform::MutexLock lock(quietened.mutex);
+    ++quietened.quiet;
+}
+
+Module::Quiet::~Quiet() {
+    platform::MutexLock lock(quietened.mutex);
+    --quietened.quiet;
 }
 
 void Module::AddHandle(PxnHandle handle) {

@@ -60,6 +60,18 @@ public:
     /// Invalidates everything, after values were restored.
     void InvalidateAll();
 
+    /// No invalidation is raised while it lives. With the mutex held all the time.
+    class Quiet {
+    public:
+        explicit Quiet(Module& module);
+        ~Quiet();
+        Quiet(const Quiet&) = delete;
+        Quiet& operator=(const Quiet&) = delete;
+
+    private:
+        Module& quietened;
+    };
+
     void AddHandle(PxnHandle handle);
     void RemoveHandle(PxnHandle handle);
 
@@ -86,6 +98,7 @@ private:
     std::vector<std::unique_ptr<Feature>> features;
     std::unordered_map<std::string_view, Feature*> byName;
     std::vector<PxnHandle> handles GUARDED_BY(mutex);
+    int quiet GUARDED_BY(mutex) = 0;
 };
 
 template <class T>

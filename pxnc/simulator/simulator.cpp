@@ -86,6 +86,15 @@ void Simulator::RaiseCameraEvent(const char* type, const Camera& camera) {
                      [this, type, id] { system.LatchCameraEvent(type, id); });
 }
 
+bool Simulator::RaiseInterfaceEvent(const char* type, const std::string& interfaceId) {
+    if (ById(interfaces, interfaceId) == nullptr) {
+        return false;
+    }
+    events.PostEvent(PXN_SYSTEM_HANDLE, strings.Intern("EventInterfaceDiscovery"),
+                     [this, type, interfaceId] { system.LatchInterfaceEvent(type, interfaceId); });
+    return true;
+}
+
 std::string Simulator::LeakReport() const {
     std::size_t openHandles = 0;
     std::uint64_t announced = 0;

@@ -43,6 +43,8 @@ public:
     bool SetPlugged(Camera& camera, bool plugged);
     /// Raises a discovery event of another kind.
     void RaiseCameraEvent(const char* type, const Camera& camera);
+    /// False when there is no such interface.
+    bool RaiseInterfaceEvent(const char* type, const std::string& interfaceId);
     std::string LeakReport() const;
     /// The first thing in the configuration that a camera cannot do, or null.
     const Setting* FirstProblem() const;

@@ -128,6 +128,23 @@ std::int64_t IntFeature::Nearest(std::int64_t value) const {
     return low + (inside - low) / increment() * increment();
 }
 
+std::vector<std::string> IntFeature::States() const {
+    std::vector<std::string> states;
+    for (std::int64_t value = min(); value <= max(); value += increment()) {
+        states.push_back(std::to_string(value));
+    }
+    return states;
+}
+
+bool IntFeature::PutText(const std::string& text) {
+    std::int64_t value = 0;
+    if (!ParseInt(text, value) || Nearest(value) != value) {
+        return false;
+    }
+    Put(value);
+    return true;
+}
+
 void IntFeature::Restore(const std::any& saved) {
     store.Restore(std::any_cast<const Saved<std::int64_t>&>(saved));
 }
@@ -202,6 +219,15 @@ void FloatFeature::Put(double value) {
         store.Set(SelectorKey(), value);
         Changed();
     }
+}
+
+bool FloatFeature::PutText(const std::string& text) {
+    double value = 0;
+    if (!ParseFloat(text, value) || !(value >= min() && value <= max())) {
+        return false;
+    }
+    Put(value);
+    return true;
 }
 
 void FloatFeature::Restore(const std::any& saved) {
@@ -311,6 +337,22 @@ std::int64_t EnumFeature::SelectorValue() const {
     return static_cast<std::int64_t>(CurrentIndex());
 }
 
+std::vector<std::string> EnumFeature::States() const {
+    std::vector<std::string> states;
+    for (const Entry& entry : entries) {
+        states.emplace_back(entry.info.name);
+    }
+    return states;
+}
+
+bool EnumFeature::PutText(const std::string& text) {
+    if (FindEntry(text.c_str()) == nullptr) {
+        return false;
+    }
+    Put(text.c_str());
+    return true;
+}
+
 void EnumFeature::Restore(const std::any& saved) {
     store.Restore(std::any_cast<const Saved<std::size_t>&>(saved));
 }
@@ -382,6 +424,14 @@ void StringFeature::Put(std::string value) {
     }
 }
 
+bool StringFeature::PutText(const std::string& text) {
+    if (text.size() > maxLength) {
+        return false;
+    }
+    Put(text);
+    return true;
+}
+
 void StringFeature::Restore(const std::any& saved) {
     store.Restore(std::any_cast<const Saved<std::string>&>(saved));
 }
@@ -444,6 +494,15 @@ void BoolFeature::Put(bool value) {
         store.Set(SelectorKey(), value);
         Changed();
     }
+}
+
+bool BoolFeature::PutText(const std::string& text) {
+    bool value = false;
+    if (!ParseBool(text, value)) {
+        return false;
+    }
+    Put(value);
+    return true;
 }
 
 void BoolFeature::Restore(const std::any& saved) {
@@ -514,11 +573,24 @@ PxnError RawFeature::Set(std::string value) {
     if (value.size() != Get().size()) {
         return PxnErrInvalidValue;
     }
+    Put(std::move(value));
+    return PxnErrSuccess;
+}
+
+void RawFeature::Put(std::string value) {
     if (store.Get(SelectorKey()) != value) {
         store.Set(SelectorKey(), std::move(value));
         Changed();
     }
-    return PxnErrSuccess;
+}
+
+bool RawFeature::PutText(const std::string& text) {
+    std::string bytes;
+    if (!FromHex(text, bytes) || bytes.size() != Get().size()) {
+        return false;
+    }
+    Put(std::move(bytes));
+    return true;
 }
 
 void RawFeature::Restore(const std::any& saved) {

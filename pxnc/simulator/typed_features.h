@@ -39,6 +39,8 @@ public:
     std::int64_t Nearest(std::int64_t value) const;
 
     std::int64_t SelectorValue() const override { return Get(); }
+    std::vector<std::string> States() const override;
+    bool PutText(const std::string& text) override;
     void Reset() override { store.Reset(); }
     std::any Snapshot() const override { return store.Values(); }
     void Restore(const std::any& saved) override;
@@ -72,6 +74,7 @@ public:
     double LowerLimit() const { return min(); }
     double UpperLimit() const { return max(); }
 
+    bool PutText(const std::string& text) override;
     void Reset() override { store.Reset(); }
     std::any Snapshot() const override { return store.Values(); }
     void Restore(const std::any& saved) override;
@@ -119,6 +122,8 @@ public:
     const Entry* FindEntry(const char* entry) const;
 
     std::int64_t SelectorValue() const override;
+    std::vector<std::string> States() const override;
+    bool PutText(const std::string& text) override;
     void Reset() override { store.Reset(); }
     std::any Snapshot() const override { return store.Values(); }
     void Restore(const std::any& saved) override;
@@ -151,6 +156,7 @@ public:
     void Put(std::string value);
     std::uint32_t Limit() const { return maxLength; }
 
+    bool PutText(const std::string& text) override;
     void Reset() override { store.Reset(); }
     std::any Snapshot() const override { return store.Values(); }
     void Restore(const std::any& saved) override;
@@ -182,6 +188,7 @@ public:
     void Put(bool value);
 
     std::int64_t SelectorValue() const override { return Get() ? 1 : 0; }
+    bool PutText(const std::string& text) override;
     void Reset() override { store.Reset(); }
     std::any Snapshot() const override { return store.Values(); }
     void Restore(const std::any& saved) override;
@@ -223,7 +230,9 @@ public:
     std::string Get() const;
     /// `value` must have the feature's length.
     PxnError Set(std::string value);
+    void Put(std::string value);
 
+    bool PutText(const std::string& text) override;
     void Reset() override { store.Reset(); }
     std::any Snapshot() const override { return store.Values(); }
     void Restore(const std::any& saved) override;
