@@ -82,7 +82,7 @@ std::string FeatureCache::GetFeaturePath(const char* name) const {
         return "<not available>";
     }
     std::string path = "/";
-    path += moduleName ? moduleName : "";
+    path += moduleName ? GetModuleName() : "";
     path += feature->category;
     path += '/';
     path += feature->name;
@@ -93,7 +93,7 @@ void FeatureCache::PrintParameters() const {
     NoThrow(false, [this] {
         if (log) {
             log->Write(kMvLogInformation,
-                       "%s features:", moduleName ? moduleName : "unnamed feature cache's");
+                       "%s features:", moduleName ? GetModuleName() : "unnamed feature cache's");
         }
         if (GetFeatureCount() == 0) {
             if (log) {

@@ -4,6 +4,7 @@
 #include "pxnc.h"
 #include "sdk/malloc_array.h"
 
+#include <atomic>
 #include <cstdint>
 #include <string>
 
@@ -12,8 +13,9 @@ class ILogSink;
 
 /// Holds one module's feature descriptions as the SDK last listed them.
 ///
-/// Filled and read on the thread that opens the camera and on the user-interface thread;
-/// invalidation callbacks on SDK threads only read it. Takes no lock.
+/// Filled and read on the thread that opens the camera and on the user-interface thread. Takes no
+/// lock. Invalidation callbacks on SDK threads may come at any time; they read name and handle
+/// only.
 class FeatureCache {
 public:
     FeatureCache() = default;
@@ -44,9 +46,10 @@ public:
 private:
     void PrintFeature(const PxnFeatureInfo& feature) const;
 
-    const char* moduleName = nullptr;
+    // Atomic: events on SDK threads look modules up while the host's thread opens a camera.
+    std::atomic<const char*> moduleName{nullptr};
+    std::atomic<PxnHandle> handle{nullptr};
     CPyxenAPIAccess* api = nullptr;
-    PxnHandle handle = nullptr;
     ILogSink* log = nullptr;
     MallocArray<PxnFeatureInfo> features;
     std::uint32_t count = 0;

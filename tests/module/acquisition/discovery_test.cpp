@@ -3,6 +3,7 @@
 
 #include <atomic>
 #include <optional>
+#include <thread>
 
 namespace {
 
@@ -189,6 +190,24 @@ TEST_F(DiscoveryTest, TheSdksEventReachesTheHost) {
     ASSERT_EQ(Grabber().DeInit(), MV_OK);
     EXPECT_EQ(sdk.Fire(scripted::SystemHandle(), "EventCameraDiscovery"), 0u);
     EXPECT_EQ(signals, 1);
+}
+
+TEST_F(DiscoveryTest, EventsMayComeWhileTheCameraIsOpenedAndClosed) {
+    constexpr int kEvents = 200;
+    Tell(sdk.Data().system, "cam-ext-1", "Missing");
+    std::atomic<bool> done{false};
+    std::thread sdkThread([&] {
+        for (int event = 0; event < kEvents; ++event) {
+            Grabber().InvalidationCallback(scripted::SystemHandle(), "EventCameraDiscovery");
+        }
+        done = true;
+    });
+    while (!done) {
+        EXPECT_EQ(Grabber().CloseActCamera(), MV_OK);
+        EXPECT_EQ(Grabber().OpenActCamera(), MV_OK);
+    }
+    sdkThread.join();
+    EXPECT_EQ(signals, kEvents);
 }
 
 } // namespace
