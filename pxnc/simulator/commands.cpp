@@ -102,8 +102,17 @@ std::string SetFeature(const Words& words) {
     if (feature == nullptr) {
         Refuse(PxnErrNotFound, "no feature \"" + words[2] + "\"");
     }
-    if (const PxnError result = feature->FromText(words[3]); result != PxnErrSuccess) {
-        Refuse(result, "the feature refuses \"" + words[3] + "\"");
+    std::string value = words[3];
+    for (std::size_t i = 4; i < words.size(); ++i) {
+        value += " " + words[i];
+    }
+    PxnError result = feature->FromText(value);
+    if (result == PxnErrInvalidAccess) {
+        // What a host may not write now still may change by itself.
+        result = feature->PutText(value) ? PxnErrSuccess : PxnErrInvalidValue;
+    }
+    if (result != PxnErrSuccess) {
+        Refuse(result, "the feature cannot have the value \"" + value + "\"");
     }
     return "ok";
 }
@@ -215,6 +224,8 @@ struct Command {
     std::string (*run)(const Words&);
 };
 
+constexpr std::size_t kAnyNumber = 1000;
+
 constexpr Command kCommands[] = {
     {"plug", 1, 1, "plug ID",
      [](const Words& words) {
@@ -272,7 +283,7 @@ constexpr Command kCommands[] = {
     {"access", 2, 2, "access ID full|read|none|unknown", SetAccess},
     {"interface-event", 2, 2, "interface-event INTERFACE detected|missing", RaiseInterfaceEvent},
     {"uart", 2, 3, "uart PORT stuck|slow|ok [ID]", SetUartFault},
-    {"set", 3, 3, "set ID FEATURE VALUE", SetFeature},
+    {"set", 3, kAnyNumber, "set ID FEATURE VALUE", SetFeature},
     {"leaks", 0, 0, "leaks",
      [](const Words&) {
          return Sdk::Instance().LastLeakReport();
