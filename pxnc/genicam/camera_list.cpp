@@ -36,12 +36,22 @@ auto* FindIn(Records& records, const std::string& id) {
 
 } // namespace
 
+std::size_t CameraList::IndexOf(const std::string& id) const {
+    std::size_t index = 0;
+    while (index < records.size() && id != records[index].id && id != records[index].extendedId) {
+        ++index;
+    }
+    return index;
+}
+
 const CameraList::Record* CameraList::Find(const std::string& id) const {
-    return FindIn(records, id);
+    const std::size_t index = IndexOf(id);
+    return index < records.size() ? &records[index] : nullptr;
 }
 
 CameraList::Record* CameraList::Find(const std::string& id) {
-    return FindIn(records, id);
+    const std::size_t index = IndexOf(id);
+    return index < records.size() ? &records[index] : nullptr;
 }
 
 CameraList::Record* CameraList::Add(const FoundCamera& found) {

@@ -89,6 +89,8 @@ private:
         const PxnHandle* streams = nullptr;
     };
 
+    /// The number of records when there is none.
+    std::size_t IndexOf(const std::string& id) const REQUIRES(mutex);
     Record* Find(const std::string& id) REQUIRES(mutex);
     const Record* Find(const std::string& id) const REQUIRES(mutex);
     Record* Add(const FoundCamera& found) REQUIRES(mutex);

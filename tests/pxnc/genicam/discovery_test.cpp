@@ -30,11 +30,17 @@ public:
     DiscoveryLog(const DiscoveryLog&) = delete;
     DiscoveryLog& operator=(const DiscoveryLog&) = delete;
 
-    bool WaitFor(const std::string& line) const {
+    /// Waits for an event after those that were waited for before.
+    bool WaitFor(const std::string& line) {
         return support::WaitUntil(
             [&] {
                 const platform::MutexLock lock(mutex);
-                return std::find(lines.begin(), lines.end(), line) != lines.end();
+                const auto found = std::find(lines.begin(), lines.end(), line);
+                if (found == lines.end()) {
+                    return false;
+                }
+                lines.erase(lines.begin(), std::next(found));
+                return true;
             },
             30000);
     }
@@ -51,7 +57,7 @@ private:
         self.lines.push_back(line);
     }
 
-    mutable platform::Mutex mutex;
+    platform::Mutex mutex;
     std::vector<std::string> lines GUARDED_BY(mutex);
 };
 
@@ -72,7 +78,7 @@ protected:
 };
 
 TEST_F(DiscoveryTest, TellsWhenACameraGoesAndComesBack) {
-    const DiscoveryLog log;
+    DiscoveryLog log;
     const std::string id = Fake().ExtendedId();
     Fake().Kill();
     EXPECT_TRUE(log.WaitFor("Missing " + id));
@@ -87,7 +93,7 @@ TEST_F(DiscoveryTest, TellsWhenACameraGoesAndComesBack) {
 }
 
 TEST_F(DiscoveryTest, EndsAWaitWhenTheCameraVanishes) {
-    const DiscoveryLog log;
+    DiscoveryLog log;
     Open();
     FrameSet frames(camera, 2, 512 * 512);
     frames.Announce();
@@ -128,7 +134,7 @@ TEST_F(DiscoveryTest, EndsAWaitWhenTheCameraVanishes) {
 }
 
 TEST_F(DiscoveryTest, SurvivesACameraThatVanishesWhileItSends) {
-    const DiscoveryLog log;
+    DiscoveryLog log;
     Open();
     FrameSet frames(camera, 4, 512 * 512);
     frames.onFrame = [&](PxnFrame* frame) {
@@ -158,7 +164,7 @@ TEST_F(DiscoveryTest, SurvivesACameraThatVanishesWhileItSends) {
 }
 
 TEST_F(DiscoveryTest, TakesRegistrationsOfAVanishedCameraBack) {
-    const DiscoveryLog log;
+    DiscoveryLog log;
     Open();
     const PxnInvalidationCallback callback = [](PxnHandle, const char*, void*) {
     };
@@ -173,7 +179,7 @@ TEST_F(DiscoveryTest, TakesRegistrationsOfAVanishedCameraBack) {
 }
 
 TEST_F(DiscoveryTest, NoticesThatACameraOpenForReadingVanishes) {
-    const DiscoveryLog log;
+    DiscoveryLog log;
     PxnHandle handle = nullptr;
     ASSERT_EQ(Sdk().CameraOpen(Fake().PlainId().c_str(), PxnAccessModeRead, &handle),
               PxnErrSuccess);
