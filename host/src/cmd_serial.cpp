@@ -4,56 +4,11 @@
 #include "config_access.h"
 #include "guarded.h"
 #include "parse_number.h"
-#include "platform/text.h"
+#include "serial_dialog.h"
 
 #include <new>
 
 namespace {
-
-using platform::SerialParity;
-using platform::SerialStopBits;
-
-const char* ParityText(SerialParity parity) {
-    switch (parity) {
-    case SerialParity::kOdd:
-        return "Odd";
-    case SerialParity::kEven:
-        return "Even";
-    case SerialParity::kNone:
-        break;
-    }
-    return "No";
-}
-
-SerialParity ParseParity(const std::string& text) {
-    for (const SerialParity parity : {SerialParity::kOdd, SerialParity::kEven}) {
-        if (platform::CompareNoCase(text.c_str(), ParityText(parity)) == 0) {
-            return parity;
-        }
-    }
-    return SerialParity::kNone;
-}
-
-const char* StopBitsText(SerialStopBits stopBits) {
-    switch (stopBits) {
-    case SerialStopBits::kOneAndHalf:
-        return "1.5";
-    case SerialStopBits::kTwo:
-        return "2";
-    case SerialStopBits::kOne:
-        break;
-    }
-    return "1";
-}
-
-SerialStopBits ParseStopBits(const std::string& text) {
-    for (const SerialStopBits bits : {SerialStopBits::kOneAndHalf, SerialStopBits::kTwo}) {
-        if (text == StopBitsText(bits)) {
-            return bits;
-        }
-    }
-    return SerialStopBits::kOne;
-}
 
 void Store(uint64_t* target, uint64_t value) {
     if (target) {
@@ -119,8 +74,7 @@ MV_ERRCODE CCmdSerial::GetConfig(CIniFile* ini, const char* section) {
             settings.parity = ParseParity(*parity);
         }
         if (const auto byteSize = ReadIniText(*ini, section, "BYTESIZE")) {
-            const uint32_t bits = ParseUint32(*byteSize).value_or(8);
-            settings.byteSize = bits >= 5 && bits <= 8 ? bits : 8;
+            settings.byteSize = ParseByteSize(*byteSize);
         }
         if (const auto stopBits = ReadIniText(*ini, section, "STOPBITS")) {
             settings.stopBits = ParseStopBits(*stopBits);
@@ -129,12 +83,28 @@ MV_ERRCODE CCmdSerial::GetConfig(CIniFile* ini, const char* section) {
     });
 }
 
-// The settings of this channel are edited in the ini file: the host brings no window for them.
-MV_ERRCODE CCmdSerial::ConfigDialog(MV_WINDOW /*parent*/, MV_DLG_EXITCODE* exitCode) {
+MV_ERRCODE CCmdSerial::ConfigDialog(MV_WINDOW parent, MV_DLG_EXITCODE* exitCode) {
     if (exitCode) {
         *exitCode = MV_DLG_CANCEL;
     }
-    return MV_NOT_AVAILABLE;
+    return Guarded(MV_REFUSED, [&] {
+        // The port goes on working while the dialog is shown.
+        SerialSettings edited;
+        {
+            const platform::MutexLock lock(mutex);
+            edited = settings;
+        }
+        const DialogEnd end = RunSerialDialog(parent, edited);
+        if (end != DialogEnd::kOk) {
+            return end == DialogEnd::kCancelled ? MV_OK : MV_REFUSED;
+        }
+        const platform::MutexLock lock(mutex);
+        settings = std::move(edited);
+        if (exitCode) {
+            *exitCode = MV_DLG_OK;
+        }
+        return MV_OK;
+    });
 }
 
 MV_ERRCODE CCmdSerial::Open() {

@@ -4,17 +4,9 @@
 #include "mivora/cmd_channel.h"
 #include "platform/mutex.h"
 #include "platform/serial_port.h"
+#include "serial_settings.h"
 
 #include <string>
-
-/// Line settings of a serial port.
-struct SerialSettings {
-    std::string portName;
-    uint32_t baud = 9600;
-    platform::SerialParity parity = platform::SerialParity::kNone;
-    uint32_t byteSize = 8;
-    platform::SerialStopBits stopBits = platform::SerialStopBits::kOne;
-};
 
 /// A serial port of this machine. Any thread; one operation on the port at a time. New settings
 /// take effect at the next Open.
@@ -25,6 +17,7 @@ public:
     const char* GetConfigText() override;
     MV_ERRCODE SetConfig(CIniFile* ini, const char* section) override;
     MV_ERRCODE GetConfig(CIniFile* ini, const char* section) override;
+    /// As if cancelled where there are no windows; MV_REFUSED when the dialog cannot be shown.
     MV_ERRCODE ConfigDialog(MV_WINDOW parent, MV_DLG_EXITCODE* exitCode) override;
     MV_ERRCODE Open() override;
     MV_ERRCODE ReadByte(uint8_t* buffer, uint64_t* count) override;

@@ -74,6 +74,13 @@ TEST_F(OpenSerialChannel, WritesAndReadsBytes) {
     EXPECT_EQ(channel->Purge(kMvPurgeReceive | kMvPurgeTransmit), MV_OK);
 }
 
+TEST_F(OpenSerialChannel, HasNoDialogHere) {
+    MV_DLG_EXITCODE exit = MV_DLG_OK;
+    EXPECT_EQ(channel->ConfigDialog(nullptr, &exit), MV_OK);
+    EXPECT_EQ(exit, MV_DLG_CANCEL);
+    EXPECT_EQ(channel->ConfigDialog(nullptr, nullptr), MV_OK);
+}
+
 TEST_F(OpenSerialChannel, KeepsItsLineUntilTheNextOpen) {
     ASSERT_TRUE(ini.WriteText("s", "PORTNAME", "elsewhere"));
     EXPECT_EQ(channel->GetConfig(&ini, "s"), MV_OK);

@@ -101,4 +101,13 @@ TEST_F(MessageReceivers, AreLeftAloneWhileTheirFeatureIsOff) {
     EXPECT_TRUE(TakeMessages().empty());
 }
 
+TEST(SerialDialog, TellsWhenItCannotBeShown) {
+    CCmdChannel* const channel = CreateCmdSerialInstance();
+    MV_DLG_EXITCODE exit = MV_DLG_OK;
+    const auto noWindow = reinterpret_cast<MV_WINDOW>(uintptr_t{0x12345678});
+    EXPECT_EQ(channel->ConfigDialog(noWindow, &exit), MV_REFUSED);
+    EXPECT_EQ(exit, MV_DLG_CANCEL);
+    DeleteCmdSerialInstance(channel);
+}
+
 } // namespace
