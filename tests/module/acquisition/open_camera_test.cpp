@@ -3,6 +3,8 @@
 
 #include "grabber/mivora_camera_kvn_pyxen.h"
 
+#include <algorithm>
+
 namespace {
 
 using OpenCamera = GrabberFixture;

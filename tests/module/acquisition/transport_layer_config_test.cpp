@@ -2,6 +2,9 @@
 #include "platform/file_system.h"
 #include "tests/module/acquisition/grabber_fixture.h"
 
+#include <algorithm>
+#include <filesystem>
+
 namespace {
 
 constexpr const char* kRules =
@@ -173,6 +176,21 @@ TEST_F(TransportLayerConfig, OpensWithoutARulesFileThatIsMissing) {
                               "0 FeatureSyncher::Init: Could not open " + path +
                                   ". No feature synchronization will happen.",
                               startFirst}));
+}
+
+TEST_F(TransportLayerConfig, LooksForTheRulesInTheCurrentDirectoryWithoutAnother) {
+    const std::filesystem::path former = std::filesystem::current_path();
+    std::filesystem::current_path(directory.Path());
+    directory.Write("rules.json", kRules);
+    WriteIni("[TLSpecificConfig_0]\nTLType=GEV\nFeatureSyncFile=rules.json\n");
+    ASSERT_EQ(Grabber().SetGrabberIni("host.ini", 0), MV_OK);
+    Init();
+    EXPECT_EQ(Grabber().OpenActCamera(), MV_OK);
+    std::filesystem::current_path(former);
+    const Texts lines = Lines();
+    EXPECT_EQ(std::count(lines.begin(), lines.end(),
+                         "1 CMivoraKVNPyxenClass::OpenActCamera: Successfully loaded rules.json."),
+              1);
 }
 
 TEST_F(TransportLayerConfig, IsChosenAnewAtEveryOpening) {

@@ -1,0 +1,91 @@
+// callback_allocations_test.cpp - the frame callback allocates nothing
+//
+// The sanitizers' allocators tell of every allocation; the suite always runs with one of them.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+
+#include "grabber/mivora_gfx_mode_kvn_pyxen.h"
+#include "tests/module/acquisition/snap_fixture.h"
+
+#include <cstdlib>
+
+// Not every compiler brings the header that declares it.
+extern "C" int __sanitizer_install_malloc_and_free_hooks(void (*onMalloc)(const volatile void*,
+                                                                          std::size_t),
+                                                         void (*onFree)(const volatile void*));
+
+namespace {
+
+thread_local bool counting = false;
+thread_local unsigned allocations = 0;
+
+void CountAllocation(const volatile void*, std::size_t) {
+    if (counting) {
+        ++allocations;
+    }
+}
+
+void IgnoreRelease(const volatile void*) {}
+
+/// How often `work` allocates on this thread.
+template <typename Work>
+unsigned CountAllocations(Work work) {
+    static const int installed =
+        __sanitizer_install_malloc_and_free_hooks(&CountAllocation, &IgnoreRelease);
+    EXPECT_NE(installed, 0);
+    allocations = 0;
+    counting = true;
+    work();
+    counting = false;
+    return allocations;
+}
+
+class CallbackAllocations : public SnapFixture {
+protected:
+    void SetUp() override {
+        SnapFixture::SetUp();
+        WithoutSink();
+        Camera()["PixelFormat"].text = "Mono12p";
+        Camera()["PayloadSize"].intValue = 640 * 480 * 3 / 2;
+        Prepare(1);
+        // Without a sink a continuous snap needs its announcement to fail.
+        sdk.Fail("PxnFrameAnnounce", PxnErrIO);
+        ASSERT_EQ(Grabber().Snap(1), MV_OK);
+    }
+};
+
+TEST_F(CallbackAllocations, AreCounted) {
+    const auto allocate = [] {
+        void* volatile block = std::malloc(1);
+        std::free(block);
+    };
+    EXPECT_EQ(CountAllocations(allocate), 1u);
+}
+
+TEST_F(CallbackAllocations, AreNoneForGoodAndBadFrames) {
+    // Stopped, the mode as if it were not: all that the callback does but for the SDK's own part.
+    ASSERT_EQ(Grabber().StopSnap(), MV_OK);
+    Grabber().SetAcquisitionState(1);
+    FrameRecord record(&Grabber(), 0);
+    ASSERT_TRUE(record.Allocate(
+        static_cast<CMivoraGfxModeKVNPyxen*>(Grabber().GetActCamera()->GetActGfxMode())));
+    PxnFrame* const frame = record.Frame();
+    const auto deliver = [&](std::int32_t status) {
+        frame->receiveStatus = status;
+        Grabber().FrameCallback(frame);
+    };
+    deliver(PxnFrameStatusComplete);
+    EXPECT_EQ(CountAllocations([&] {
+                  for (int i = 0; i < 10; ++i) {
+                      deliver(PxnFrameStatusComplete);
+                      deliver(PxnFrameStatusIncomplete);
+                      deliver(77);
+                  }
+              }),
+              0u);
+    EXPECT_EQ(FramesReceived(), 11u);
+    Grabber().SetAcquisitionState(0);
+}
+
+} // namespace
+
+#endif
