@@ -70,7 +70,11 @@ MV_ERRCODE CMivoraKVNPyxenClass::CamCntrlDialog(MV_WINDOW parent) {
     }
     return NoThrow(MV_REFUSED, [this] {
         if (!GetCamCntrlDialogObject()) {
-            SetCamCntrlDialogObject(GrabberDialogs::CreateFeatureControl(*this));
+            std::unique_ptr<ICamCntrlDialog> made(GrabberDialogs::CreateFeatureControl(*this));
+            SetCamCntrlDialogObject(made.get());
+            if (GetCamCntrlDialogObject()) {
+                made.release(); // destroyed by DeInit
+            }
         }
         ICamCntrlDialog* const dialog = GetCamCntrlDialogObject();
         if (!dialog) {

@@ -1,0 +1,167 @@
+// camera_list_test.cpp - the cameras as the host sees them
+#include "grabber/camera_key.h"
+#include "grabber/mivora_camera_kvn_pyxen.h"
+#include "tests/module/acquisition/grabber_fixture.h"
+
+namespace {
+
+void KeepMask(uint32_t mask, void* context) {
+    static_cast<std::vector<uint32_t>*>(context)->push_back(mask);
+}
+
+class CameraList : public GrabberFixture {
+protected:
+    void SetUp() override {
+        GrabberFixture::SetUp();
+        MakeCameras({"one", "two", "three"});
+    }
+    void MakeCameras(const Texts& extendedIds) {
+        auto& cameras = sdk.Data().cameras;
+        const scripted::Camera pattern = cameras.empty() ? firstPattern : cameras[0];
+        firstPattern = pattern;
+        cameras.assign(extendedIds.size(), pattern);
+        for (std::size_t index = 0; index < extendedIds.size(); ++index) {
+            cameras[index].id = "plain-" + extendedIds[index];
+            cameras[index].extendedId = extendedIds[index];
+            cameras[index].name = "Name " + extendedIds[index];
+            cameras[index].modelName = "Model " + extendedIds[index];
+        }
+    }
+    void Remember(const std::string& id) {
+        WriteIni("[Grabber_0]\nUniqueId=" + id + "\n");
+        ASSERT_EQ(Grabber().LoadGrabberConfig(), MV_OK);
+    }
+    Texts Names() {
+        Texts names;
+        for (CMivoraCamera* node = Grabber().GetFirstCamera(); node; node = node->GetNext()) {
+            names.push_back(node->GetCameraName());
+        }
+        return names;
+    }
+
+    scripted::Camera firstPattern;
+};
+
+TEST_F(CameraList, HoldsEveryCameraInTheSdksOrder) {
+    ASSERT_EQ(Grabber().Init(), MV_OK);
+    EXPECT_EQ(Names(), (Texts{"Model one", "Model two", "Model three"}));
+    EXPECT_EQ(Grabber().GetNumCameras(), 3u);
+    EXPECT_EQ(Grabber().GetActCameraIndex(), -1);
+    EXPECT_EQ(Grabber().GetFirstCamera()->GetPrev(), nullptr);
+    CMivoraCamera* previous = nullptr;
+    std::size_t index = 0;
+    for (CMivoraCamera* node = Grabber().GetFirstCamera(); node; node = node->GetNext()) {
+        const std::string& id = sdk.Data().cameras[index].extendedId;
+        EXPECT_EQ(node->GetPrev(), previous);
+        EXPECT_EQ(node->GetCameraUniqueID(), CameraKey(id.c_str()));
+        EXPECT_EQ(node->GetCameraSectionNum(), -1);
+        EXPECT_EQ(node->GetCamCntrlDlgIndex(), 2u);
+        EXPECT_EQ(node->GetNumGfxModes(), 1u);
+        const auto& record = *static_cast<PxnCameraInfo*>(node->GetCameraRecord());
+        EXPECT_EQ(record.cameraIdExtended, id);
+        EXPECT_EQ(record.cameraIdString, "plain-" + id);
+        previous = node;
+        ++index;
+    }
+    EXPECT_EQ(Grabber().GetLastCamera(), previous);
+}
+
+TEST_F(CameraList, WithoutCameraIsEmpty) {
+    MakeCameras({});
+    ASSERT_EQ(Grabber().Init(), MV_OK);
+    EXPECT_EQ(Grabber().GetFirstCamera(), nullptr);
+    EXPECT_EQ(Grabber().GetActCameraIndex(), -1);
+}
+
+TEST_F(CameraList, CutsLongNamesAt255Bytes) {
+    sdk.Data().cameras[0].modelName = std::string(256, 'm');
+    sdk.Data().cameras[1].modelName = std::string(255, 'n');
+    ASSERT_EQ(Grabber().Init(), MV_OK);
+    EXPECT_EQ(Names()[0], std::string(255, 'm'));
+    EXPECT_EQ(Names()[1], std::string(255, 'n'));
+}
+
+TEST_F(CameraList, MakesTheRememberedCameraActive) {
+    Remember("two");
+    ASSERT_EQ(Grabber().Init(), MV_OK);
+    EXPECT_EQ(Grabber().GetActCameraIndex(), 1);
+}
+
+TEST_F(CameraList, LeavesNoCameraActiveWhenTheRememberedOneIsAbsent) {
+    Remember("four");
+    ASSERT_EQ(Grabber().Init(), MV_OK);
+    EXPECT_EQ(Grabber().GetActCameraIndex(), -1);
+}
+
+TEST_F(CameraList, OfEqualKeysTheLaterCameraBecomesActive) {
+    MakeCameras({"l5dmvs", "other", "pz8lbs", "last"});
+    Remember("l5dmvs");
+    ASSERT_EQ(Grabber().Init(), MV_OK);
+    EXPECT_EQ(Grabber().GetActCameraIndex(), 2);
+}
+
+TEST_F(CameraList, RefreshIsRefusedBeforeInit) {
+    EXPECT_EQ(Grabber().RefreshCameraList(), MV_NOT_INITIALISED);
+    EXPECT_EQ(Calls(), Texts{});
+    EXPECT_EQ(Log(), Texts{});
+}
+
+TEST_F(CameraList, RefreshFollowsTheCamerasAndKeepsTheActiveOne) {
+    Init();
+    ASSERT_EQ(Grabber().SetActCameraIndex(2), MV_OK);
+    std::vector<uint32_t> masks;
+    Grabber().InstDialogUpdateCallBack(KeepMask, &masks);
+    MakeCameras({"zero", "three", "one"});
+    EXPECT_EQ(Grabber().RefreshCameraList(), MV_OK);
+    EXPECT_EQ(Names(), (Texts{"Model zero", "Model three", "Model one"}));
+    EXPECT_EQ(Grabber().GetActCameraIndex(), 1);
+    EXPECT_EQ(masks, std::vector<uint32_t>{0xFFFFFFFF});
+    EXPECT_EQ(Calls(), Texts{"PxnCamerasList(array, 100, 80)"});
+    EXPECT_EQ(Log(), Texts{"1 CMivoraKVNPyxenClass::CloseActCamera"});
+}
+
+TEST_F(CameraList, RefreshClosesTheOpenCamera) {
+    Open();
+    EXPECT_EQ(Grabber().RefreshCameraList(), MV_OK);
+    EXPECT_EQ(Grabber().IsCameraOpen(), 0u);
+    EXPECT_EQ(sdk.Calls({"PxnCameraClose", "PxnCamerasList"}),
+              (Texts{"PxnCameraClose(camera0)", "PxnCamerasList(array, 100, 80)"}));
+    EXPECT_EQ(Grabber().GetActCameraIndex(), 0);
+}
+
+TEST_F(CameraList, RefreshLeavesNoCameraActiveWhenItsCameraIsGone) {
+    Init();
+    ASSERT_EQ(Grabber().SetActCameraIndex(1), MV_OK);
+    MakeCameras({"one", "three"});
+    EXPECT_EQ(Grabber().RefreshCameraList(), MV_OK);
+    EXPECT_EQ(Grabber().GetActCameraIndex(), -1);
+}
+
+TEST_F(CameraList, RefreshLeavesNoCameraActiveWhenThereWasNone) {
+    Remember("two");
+    MakeCameras({"one"});
+    ASSERT_EQ(Grabber().Init(), MV_OK);
+    ASSERT_EQ(Grabber().GetActCameraIndex(), -1);
+    MakeCameras({"one", "two"});
+    EXPECT_EQ(Grabber().RefreshCameraList(), MV_OK);
+    EXPECT_EQ(Grabber().GetActCameraIndex(), -1);
+}
+
+TEST_F(CameraList, AFailedRefreshIsAnEmptyList) {
+    Init();
+    sdk.Fail("PxnCamerasList", PxnErrIO);
+    EXPECT_EQ(Grabber().RefreshCameraList(), MV_OK);
+    EXPECT_EQ(Grabber().GetNumCameras(), 0u);
+    EXPECT_EQ(Grabber().GetActCameraIndex(), -1);
+}
+
+TEST_F(CameraList, TheNextInitBeginsWithTheCameraThatWasRemembered) {
+    Remember("two");
+    ASSERT_EQ(Grabber().Init(), MV_OK);
+    ASSERT_EQ(Grabber().DeInit(), MV_OK);
+    MakeCameras({"two", "one"});
+    ASSERT_EQ(Grabber().Init(), MV_OK);
+    EXPECT_EQ(Grabber().GetActCameraIndex(), 0);
+}
+
+} // namespace

@@ -1,0 +1,109 @@
+// configuration_test.cpp - the chosen camera, remembered across runs
+#include "tests/module/acquisition/grabber_fixture.h"
+
+namespace {
+
+class Configuration : public GrabberFixture {
+protected:
+    // What a new grabber finds under the key.
+    std::string Saved() {
+        CIniFile ini;
+        EXPECT_TRUE(ini.Open(directory.PathOf("host.ini").c_str()));
+        char text[2048];
+        ini.GetText("Grabber_0", "UniqueId", "<absent>", text, sizeof text);
+        return text;
+    }
+    const std::string saveLine = "1 CMivoraKVNPyxenClass::SaveGrabberConfig";
+};
+
+TEST_F(Configuration, SavesTheActiveCamerasIdentifier) {
+    Init();
+    EXPECT_EQ(Grabber().SaveGrabberConfig(), MV_OK);
+    EXPECT_EQ(Saved(), "cam-ext-1");
+    EXPECT_EQ(Log(), Texts{saveLine});
+    EXPECT_EQ(Calls(), Texts{});
+}
+
+TEST_F(Configuration, SavesAnEmptyTextWithoutActiveCamera) {
+    WriteIni("[Grabber_0]\nUniqueId=cam-ext-1\n");
+    Init();
+    ASSERT_EQ(Grabber().SetActCameraIndex(-1), MV_OK);
+    EXPECT_EQ(Grabber().SaveGrabberConfig(), MV_OK);
+    EXPECT_EQ(Saved(), "");
+}
+
+TEST_F(Configuration, SavingBeforeInitForgetsTheCamera) {
+    WriteIni("[Grabber_0]\nUniqueId=cam-ext-1\n");
+    ASSERT_EQ(Grabber().LoadGrabberConfig(), MV_OK);
+    EXPECT_EQ(Grabber().SaveGrabberConfig(), MV_OK);
+    EXPECT_EQ(Saved(), "");
+}
+
+TEST_F(Configuration, WithoutIniFileSavingAnswersTheHostsCode) {
+    WithoutIni();
+    EXPECT_EQ(Grabber().SaveGrabberConfig(), MV_CONFIG_NOT_SAVED);
+    EXPECT_EQ(Log().front(), saveLine);
+}
+
+TEST_F(Configuration, GoesToTheGrabbersOwnSection) {
+    Init();
+    ASSERT_EQ(Grabber().SetGrabberIni(directory.PathOf("host.ini").c_str(), 12), MV_OK);
+    EXPECT_EQ(Grabber().SaveGrabberConfig(), MV_OK);
+    CIniFile ini;
+    ASSERT_TRUE(ini.Open(directory.PathOf("host.ini").c_str()));
+    char text[64];
+    ini.GetText("Grabber_12", "UniqueId", "", text, sizeof text);
+    EXPECT_STREQ(text, "cam-ext-1");
+    EXPECT_FALSE(ini.HasKey("Grabber_0", "UniqueId"));
+}
+
+TEST_F(Configuration, LoadingAsksTheSdkNothing) {
+    WriteIni("[Grabber_0]\nUniqueId=cam-ext-1\n");
+    EXPECT_EQ(Grabber().LoadGrabberConfig(), MV_OK);
+    EXPECT_EQ(Calls(), Texts{});
+    EXPECT_EQ(Log(), Texts{});
+    EXPECT_EQ(Grabber().GetActCameraIndex(), -1);
+}
+
+TEST_F(Configuration, AnAbsentKeyForgetsTheCamera) {
+    WriteIni("[Grabber_0]\nUniqueId=cam-ext-1\n");
+    ASSERT_EQ(Grabber().LoadGrabberConfig(), MV_OK);
+    Grabber().GetIni()->RemoveKey("Grabber_0", "UniqueId");
+    ASSERT_EQ(Grabber().LoadGrabberConfig(), MV_OK);
+    ASSERT_EQ(Grabber().Init(), MV_OK);
+    EXPECT_EQ(Grabber().GetActCameraIndex(), -1);
+}
+
+TEST_F(Configuration, ReadsUpTo1023Bytes) {
+    const std::string longest(1023, 'i');
+    sdk.Data().cameras[0].extendedId = longest;
+    WriteIni("[Grabber_0]\nUniqueId=" + longest + "zzz\n");
+    ASSERT_EQ(Grabber().LoadGrabberConfig(), MV_OK);
+    ASSERT_EQ(Grabber().Init(), MV_OK);
+    EXPECT_EQ(Grabber().GetActCameraIndex(), 0);
+}
+
+TEST_F(Configuration, WithoutIniFileThereIsNothingToLoad) {
+    WithoutIni();
+    EXPECT_EQ(Grabber().LoadGrabberConfig(), MV_OK);
+    EXPECT_EQ(Grabber().Init(), MV_OK);
+    EXPECT_EQ(Grabber().GetActCameraIndex(), -1);
+}
+
+TEST_F(Configuration, ASavedCameraIsActiveInTheNextRun) {
+    Init();
+    ASSERT_EQ(Grabber().SaveGrabberConfig(), MV_OK);
+    Destroy();
+    ASSERT_EQ(Grabber().LoadGrabberConfig(), MV_OK);
+    ASSERT_EQ(Grabber().Init(), MV_OK);
+    EXPECT_EQ(Grabber().GetActCameraIndex(), 0);
+}
+
+TEST_F(Configuration, WorksWithoutSink) {
+    WithoutSink();
+    Init();
+    EXPECT_EQ(Grabber().SaveGrabberConfig(), MV_OK);
+    EXPECT_EQ(Saved(), "cam-ext-1");
+}
+
+} // namespace

@@ -1,0 +1,303 @@
+// grabber_class_test.cpp - the grabber's life and its small answers
+#include "grabber/mivora_camera_kvn_pyxen.h"
+#include "serial/cmd_kvn_pyxen.h"
+#include "tests/module/acquisition/grabber_fixture.h"
+
+namespace {
+
+class GrabberClass : public GrabberFixture {
+protected:
+    // What the host is told, in order: "update MASK", "event CODE".
+    void Listen() {
+        Grabber().InstDialogUpdateCallBack(
+            [](uint32_t mask, void* context) {
+                static_cast<GrabberClass*>(context)->told.push_back("update " +
+                                                                    std::to_string(mask));
+            },
+            this);
+        Grabber().InstCamCntrlCallBack(
+            [](uint32_t code, void* context) -> uint32_t {
+                auto& self = *static_cast<GrabberClass*>(context);
+                self.told.push_back("event " + std::to_string(code));
+                return self.answer;
+            },
+            this);
+    }
+    uint64_t Exposure() {
+        uint64_t exposure = 0;
+        uint64_t interval = 0;
+        Grabber().GetTimerMicroseconds(&exposure, &interval);
+        return exposure;
+    }
+    uint64_t Interval() {
+        uint64_t exposure = 0;
+        uint64_t interval = 0;
+        Grabber().GetTimerMicroseconds(&exposure, &interval);
+        return interval;
+    }
+
+    Texts told;
+    uint32_t answer = 1;
+};
+
+TEST_F(GrabberClass, IntroducesItself) {
+    EXPECT_STREQ(Grabber().GetDriverDesc(),
+                 "Mivora grabber library for Korvane Pyxen compatible cameras");
+    EXPECT_STREQ(Grabber().GetDriverName(), "MivoraKVNPyxen.dll");
+    EXPECT_STREQ(Grabber().GetDriverVersion(), "");
+}
+
+TEST_F(GrabberClass, BeginsEmptyAndAsksTheSdkNothing) {
+    EXPECT_EQ(Grabber().IsCameraOpen(), 0u);
+    EXPECT_EQ(Grabber().GetAcquisitionState(), 0u);
+    EXPECT_FALSE(Grabber().IsInitialized());
+    EXPECT_EQ(Grabber().GetNumCameras(), 0u);
+    EXPECT_EQ(Grabber().GetActCameraIndex(), -1);
+    EXPECT_EQ(Grabber().CameraHandle(), nullptr);
+    EXPECT_FALSE(Grabber().Api().IsValid());
+    Destroy();
+    EXPECT_EQ(Calls(), Texts{});
+    EXPECT_EQ(Log(), Texts{});
+}
+
+TEST_F(GrabberClass, KeepsTheModuleInstance) {
+    int instance = 0;
+    CMivoraKVNPyxenClass made(&instance);
+    EXPECT_EQ(made.GetModuleInstance(), &instance);
+}
+
+TEST_F(GrabberClass, InitMembersWritesTheTextsAgain) {
+    ASSERT_EQ(Grabber().Init(), MV_OK);
+    Grabber().SetDriverDesc("other");
+    Grabber().InitMembers();
+    EXPECT_STREQ(Grabber().GetDriverDesc(),
+                 "Mivora grabber library for Korvane Pyxen compatible cameras");
+    EXPECT_STREQ(Grabber().CMivoraGrabber::GetDriverVersion(), "");
+}
+
+TEST_F(GrabberClass, StoresTheAcquisitionState) {
+    for (const uint32_t state : {1u, 5u, 0xFFFFFFFFu, 0u}) {
+        Grabber().SetAcquisitionState(state);
+        EXPECT_EQ(Grabber().GetAcquisitionState(), state);
+    }
+}
+
+TEST_F(GrabberClass, AnswersWhetherACameraIsOpen) {
+    Open();
+    EXPECT_EQ(Grabber().IsCameraOpen(), 1u);
+    ASSERT_EQ(Grabber().CloseActCamera(), MV_OK);
+    EXPECT_EQ(Grabber().IsCameraOpen(), 0u);
+}
+
+TEST_F(GrabberClass, HasFiveCachesInAFixedOrder) {
+    Open();
+    EXPECT_EQ(Grabber().GetNumFeatureCaches(), 5u);
+    const char* const names[] = {"Interface", "Transportlayer", "Localdevice", "Camera", "Stream0"};
+    const PxnHandle handles[] = {scripted::InterfaceHandle(), scripted::TransportLayerHandle(),
+                                 scripted::LocalDeviceHandle(), scripted::CameraHandle(),
+                                 scripted::StreamHandle()};
+    for (uint32_t index = 0; index < 5; ++index) {
+        FeatureCache* const cache = Grabber().GetFeatureCache(index);
+        ASSERT_NE(cache, nullptr);
+        EXPECT_STREQ(cache->GetModuleName(), names[index]);
+        EXPECT_EQ(Grabber().GetFeatureCacheByName(names[index]), cache);
+        EXPECT_EQ(Grabber().GetFeatureCacheByHandle(handles[index]), cache);
+    }
+    EXPECT_EQ(Grabber().GetFeatureCache(5), nullptr);
+    EXPECT_EQ(Grabber().GetFeatureCache(0xFFFFFFFF), nullptr);
+}
+
+TEST_F(GrabberClass, FindsCachesByNameWithoutRegardToCase) {
+    Open();
+    EXPECT_EQ(Grabber().GetFeatureCacheByName("camera"), Grabber().GetFeatureCache(kCameraCache));
+    EXPECT_EQ(Grabber().GetFeatureCacheByName("STREAM0"), Grabber().GetFeatureCache(kStreamCache));
+    EXPECT_EQ(Grabber().GetFeatureCacheByName("Cam"), nullptr);
+    EXPECT_EQ(Grabber().GetFeatureCacheByName(""), nullptr);
+    EXPECT_EQ(Grabber().GetFeatureCacheByName(nullptr), nullptr);
+}
+
+TEST_F(GrabberClass, OfNamesThatDifferInCaseTheFirstCacheIsFound) {
+    Open();
+    CPyxenAPIAccess& api = Grabber().Api();
+    Grabber().GetFeatureCache(2)->Init("same", &api, scripted::LocalDeviceHandle(), &sink);
+    Grabber().GetFeatureCache(4)->Init("SAME", &api, scripted::StreamHandle(), &sink);
+    EXPECT_EQ(Grabber().GetFeatureCacheByName("SAME"), Grabber().GetFeatureCache(2));
+}
+
+TEST_F(GrabberClass, TheSystemCacheIsNotAmongThem) {
+    Open();
+    EXPECT_STREQ(Grabber().SystemCache().GetModuleName(), "PxnSystem");
+    EXPECT_EQ(Grabber().GetFeatureCacheByName("PxnSystem"), nullptr);
+    EXPECT_EQ(Grabber().GetFeatureCacheByHandle(PXN_SYSTEM_HANDLE), nullptr);
+}
+
+TEST_F(GrabberClass, CachesWithoutNameAreSkipped) {
+    EXPECT_EQ(Grabber().GetFeatureCacheByName("Camera"), nullptr);
+    EXPECT_EQ(Grabber().GetFeatureCacheByName(""), nullptr);
+    EXPECT_EQ(Grabber().GetFeatureCacheByHandle(scripted::CameraHandle()), nullptr);
+}
+
+TEST_F(GrabberClass, MakesBothKindsOfChannels) {
+    EXPECT_EQ(Grabber().GetNumCmdChannelTypes(), 2u);
+    CCmdChannel* const host = Grabber().CreateCmdChannel(0);
+    CCmdChannel* const own = Grabber().CreateCmdChannel(1);
+    ASSERT_NE(host, nullptr);
+    ASSERT_NE(own, nullptr);
+    EXPECT_EQ(host->GetChannelKind(), 1u);
+    EXPECT_EQ(own->GetChannelKind(), 0x80000000u);
+    EXPECT_NE(dynamic_cast<CCmdKVNPyxen*>(own), nullptr);
+    Grabber().DeleteCmdChannel(host);
+    Grabber().DeleteCmdChannel(own);
+    EXPECT_EQ(Grabber().CreateCmdChannel(2), nullptr);
+    EXPECT_EQ(Grabber().CreateCmdChannel(0xFFFFFFFF), nullptr);
+    Grabber().DeleteCmdChannel(nullptr);
+}
+
+// A channel of a kind that nobody makes here; it counts how often it is destroyed.
+class ForeignChannel final : public CCmdChannel {
+public:
+    explicit ForeignChannel(uint32_t channelKind, unsigned& destructions)
+        : kind(channelKind), count(destructions) {}
+    ~ForeignChannel() override { ++count; }
+
+    const char* GetChannelTypeName() override { return "Foreign"; }
+    const char* GetConfigText() override { return ""; }
+    MV_ERRCODE ConfigDialog(MV_WINDOW, MV_DLG_EXITCODE*) override { return MV_OK; }
+    MV_ERRCODE Open() override { return MV_OK; }
+    MV_ERRCODE ReadByte(uint8_t*, uint64_t*) override { return MV_OK; }
+    MV_ERRCODE WriteByte(const uint8_t*, uint64_t*) override { return MV_OK; }
+    MV_ERRCODE ReadBuffer(uint8_t*, uint64_t, uint64_t*) override { return MV_OK; }
+    MV_ERRCODE WriteBuffer(const uint8_t*, uint64_t, uint64_t*) override { return MV_OK; }
+    MV_ERRCODE Purge(uint32_t) override { return MV_OK; }
+    MV_ERRCODE Close() override { return MV_OK; }
+    uint32_t GetChannelKind() override { return kind; }
+
+private:
+    uint32_t kind;
+    unsigned& count;
+};
+
+TEST_F(GrabberClass, DestroysItsOwnKindOfChannelsAndLeavesUnknownOnesAlone) {
+    unsigned destructions = 0;
+    Grabber().DeleteCmdChannel(new ForeignChannel(0x80000000, destructions));
+    EXPECT_EQ(destructions, 1u);
+    for (const uint32_t kind : {0u, 2u, 0x80000001u}) {
+        ForeignChannel channel(kind, destructions);
+        destructions = 0;
+        Grabber().DeleteCmdChannel(&channel);
+        EXPECT_EQ(destructions, 0u) << kind;
+    }
+}
+
+TEST_F(GrabberClass, DestructionDeletesTheChannels) {
+    unsigned destructions = 0;
+    ASSERT_EQ(Grabber().AddCmdChannel(new ForeignChannel(0x80000000, destructions)), MV_OK);
+    ASSERT_EQ(Grabber().AddCmdChannel(Grabber().CreateCmdChannel(1)), MV_OK);
+    ASSERT_EQ(Grabber().AddCmdChannel(Grabber().CreateCmdChannel(0)), MV_OK);
+    Destroy();
+    EXPECT_EQ(destructions, 1u);
+}
+
+TEST_F(GrabberClass, MakesCamerasOfTheModule) {
+    const std::unique_ptr<CMivoraCamera> camera(Grabber().CreateCamera());
+    EXPECT_NE(dynamic_cast<CMivoraCameraKVNPyxen*>(camera.get()), nullptr);
+    EXPECT_EQ(Grabber().GetNumCameras(), 0u);
+}
+
+TEST_F(GrabberClass, CameraControlNeedsACamera) {
+    EXPECT_EQ(Grabber().CamCntrlDialog(nullptr), MV_NO_CAMERA);
+    EXPECT_EQ(Log(), Texts{});
+}
+
+TEST_F(GrabberClass, OtherCameraControlDialogsAreTheHosts) {
+    Init();
+    Grabber().GetActCamera()->SetCamCntrlDlgIndex(1);
+    EXPECT_EQ(Grabber().CamCntrlDialog(nullptr), MV_NOT_AVAILABLE);
+    EXPECT_EQ(Log(), Texts{"0 Mivora: CamCntrlDialog: There is no camera control dialog 1"});
+}
+
+TEST_F(GrabberClass, TellsTheHostOfANewExposure) {
+    Open();
+    Listen();
+    Grabber().OnTimingFeatureChanged(scripted::CameraHandle(), "ExposureTime");
+    EXPECT_EQ(told, (Texts{"update 1", "event 3"}));
+    EXPECT_EQ(Exposure(), 10000u);
+    EXPECT_EQ(Calls(), Texts{"PxnFeatureFloatGet(camera0, \"ExposureTime\")"});
+}
+
+TEST_F(GrabberClass, TellsTheHostOfANewFrameRate) {
+    Open();
+    Listen();
+    Grabber().OnTimingFeatureChanged(scripted::CameraHandle(), "AcquisitionFrameRate");
+    EXPECT_EQ(told, (Texts{"update 1", "event 3"}));
+    EXPECT_EQ(Interval(), 40000u);
+    EXPECT_EQ(Calls(), (Texts{"PxnFeatureIntGet(camera0, \"AcquisitionFixedIntervalTime\")",
+                              "PxnFeatureFloatGet(camera0, \"AcquisitionFrameRate\")"}));
+}
+
+TEST_F(GrabberClass, TimingFeatureNamesAreComparedWithoutRegardToCase) {
+    Open();
+    Listen();
+    Grabber().OnTimingFeatureChanged(nullptr, "EXPOSUREtime");
+    Grabber().OnTimingFeatureChanged(nullptr, "acquisitionframerate");
+    EXPECT_EQ(told, (Texts{"update 1", "event 3", "update 1", "event 3"}));
+}
+
+TEST_F(GrabberClass, AnUnchangedTimingIsNotTold) {
+    Open();
+    Grabber().OnTimingFeatureChanged(nullptr, "ExposureTime");
+    Grabber().OnTimingFeatureChanged(nullptr, "AcquisitionFrameRate");
+    Listen();
+    Grabber().OnTimingFeatureChanged(nullptr, "ExposureTime");
+    Grabber().OnTimingFeatureChanged(nullptr, "AcquisitionFrameRate");
+    EXPECT_EQ(told, Texts{});
+}
+
+TEST_F(GrabberClass, ATimingThatCannotBeReadIsNotTold) {
+    Open();
+    Listen();
+    sdk.FailAlways("PxnFeatureFloatGet", PxnErrIO);
+    const uint64_t before = Exposure();
+    Grabber().OnTimingFeatureChanged(nullptr, "ExposureTime");
+    Grabber().OnTimingFeatureChanged(nullptr, "AcquisitionFrameRate");
+    EXPECT_EQ(told, Texts{});
+    EXPECT_EQ(Exposure(), before);
+}
+
+TEST_F(GrabberClass, OtherFeaturesAreNoTiming) {
+    Open();
+    Listen();
+    for (const char* name : {"Width", "ExposureTimeAbs", "AcquisitionFixedIntervalTime", ""}) {
+        Grabber().OnTimingFeatureChanged(scripted::CameraHandle(), name);
+    }
+    Grabber().OnTimingFeatureChanged(scripted::CameraHandle(), nullptr);
+    EXPECT_EQ(told, Texts{});
+    EXPECT_EQ(Calls(), Texts{});
+}
+
+TEST_F(GrabberClass, ANewTimingIsAlsoTheOneToSave) {
+    Open();
+    Grabber().OnTimingFeatureChanged(nullptr, "ExposureTime");
+    Grabber().OnTimingFeatureChanged(nullptr, "AcquisitionFrameRate");
+    ASSERT_EQ(Grabber().SaveGrabberConfig(), MV_OK);
+    EXPECT_EQ(Grabber().GetIni()->GetInt32("Grabber_0", "Exposure", 0), 10000);
+    EXPECT_EQ(Grabber().GetIni()->GetInt32("Grabber_0", "Interval", 0), 40000);
+}
+
+TEST_F(GrabberClass, TellsTheHostOfBufferImpact) {
+    Listen();
+    EXPECT_TRUE(Grabber().NotifyBufferImpact(false));
+    EXPECT_TRUE(Grabber().NotifyBufferImpact(true));
+    EXPECT_EQ(told, (Texts{"event 4096", "event 4097"}));
+}
+
+TEST_F(GrabberClass, TheHostMayRefuseThatBufferImpactBegins) {
+    Listen();
+    answer = 0;
+    EXPECT_FALSE(Grabber().NotifyBufferImpact(false));
+    EXPECT_TRUE(Grabber().NotifyBufferImpact(true));
+    answer = 7;
+    EXPECT_TRUE(Grabber().NotifyBufferImpact(false));
+}
+
+} // namespace
