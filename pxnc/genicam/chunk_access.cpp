@@ -71,7 +71,9 @@ PxnError AccessChunks(Library& library, const PxnFrame* frame, PxnChunkAccessCal
     library.Handles().Add(reader.module);
     const PxnError result = Call(callback, reader.module->Handle(), context);
     library.Handles().Remove(reader.module->Handle());
-    arv_gc_set_buffer(reader.description.get(), nullptr);
+    // The frame's memory is the caller's again.
+    const ObjectOwner<ArvBuffer> nothing(arv_buffer_new_allocate(1));
+    arv_gc_set_buffer(reader.description.get(), nothing.get());
     readers->GiveBack(std::move(reader));
     return result;
 }

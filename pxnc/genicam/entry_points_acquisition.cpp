@@ -56,8 +56,9 @@ PxnError PXN_CALL PxnFrameAnnounce(PxnHandle handle, const PxnFrame* frame, uint
 }
 
 PxnError PXN_CALL PxnFrameRevoke(PxnHandle handle, const PxnFrame* frame) {
-    return EnterTidying(
-        handle, [&](Library&, const Module& module) { return module.Frames()->Revoke(frame); });
+    return EnterTidying(handle, [&](Library&, const Module& module) {
+        return frame != nullptr ? module.Frames()->Revoke(frame) : PxnError{PxnErrBadParameter};
+    });
 }
 
 PxnError PXN_CALL PxnFrameRevokeAll(PxnHandle handle) {
@@ -86,7 +87,9 @@ PxnError PXN_CALL PxnCaptureEnd(PxnHandle handle) {
 
 PxnError PXN_CALL PxnCaptureFrameQueue(PxnHandle handle, const PxnFrame* frame,
                                        PxnFrameCallback callback) {
-    return EnterFrames(handle, [&](FrameStream& frames) { return frames.Queue(frame, callback); });
+    return EnterFrames(handle, [&](FrameStream& frames) {
+        return frame != nullptr ? frames.Queue(frame, callback) : PxnError{PxnErrBadParameter};
+    });
 }
 
 PxnError PXN_CALL PxnCaptureFrameWait(PxnHandle handle, const PxnFrame* frame, uint32_t timeout) {
@@ -95,7 +98,8 @@ PxnError PXN_CALL PxnCaptureFrameWait(PxnHandle handle, const PxnFrame* frame, u
         if (module == nullptr || module->Frames() == nullptr || module->IsLost()) {
             return PxnErrBadHandle;
         }
-        return module->Frames()->Wait(frame, timeout);
+        return frame != nullptr ? module->Frames()->Wait(frame, timeout)
+                                : PxnError{PxnErrBadParameter};
     });
 }
 

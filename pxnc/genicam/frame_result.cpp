@@ -41,6 +41,13 @@ bool WasCutOff(ArvBuffer* buffer, uint32_t bufferSize, uint32_t payloadSize) {
     return bufferSize < payloadSize && received >= bufferSize;
 }
 
+/// Aravis tells where the picture is only for buffers that are complete.
+bool HasImage(ArvBuffer* buffer) {
+    return arv_buffer_get_status(buffer) == ARV_BUFFER_STATUS_SUCCESS &&
+           arv_buffer_get_n_parts(buffer) > 0 &&
+           arv_buffer_get_part_data_type(buffer, 0) == ARV_BUFFER_PART_DATA_TYPE_2D_IMAGE;
+}
+
 void WriteImage(ArvBuffer* buffer, PxnFrame& frame) {
     gint x = 0;
     gint y = 0;
@@ -81,12 +88,9 @@ void WriteFrameResult(ArvBuffer* buffer, uint32_t payloadSize, PxnFrame& frame) 
     if (type != ARV_BUFFER_PAYLOAD_TYPE_UNKNOWN) {
         result.receiveFlags |= PxnFrameFlagPayloadType;
     }
-    if (type == ARV_BUFFER_PAYLOAD_TYPE_IMAGE ||
-        type == ARV_BUFFER_PAYLOAD_TYPE_EXTENDED_CHUNK_DATA) {
+    if (HasImage(buffer)) {
         WriteImage(buffer, result);
-    } else if (type == ARV_BUFFER_PAYLOAD_TYPE_MULTIPART && arv_buffer_get_n_parts(buffer) > 0) {
-        WriteImage(buffer, result);
-    } else if (type != ARV_BUFFER_PAYLOAD_TYPE_UNKNOWN) {
+    } else if (arv_buffer_get_status(buffer) == ARV_BUFFER_STATUS_SUCCESS) {
         size_t size = 0;
         result.imageData = const_cast<void*>(arv_buffer_get_data(buffer, &size));
         result.imageSize = static_cast<uint32_t>(size);

@@ -57,6 +57,8 @@ TEST_F(DescriptionTest, ListsFeaturesInTheirOrderUnderNestedCategories) {
         "/TestControl/PartSelector",
         "/TestControl/PartValue",
         "/TestControl/Ratio",
+        "/ChunkDataControl/ChunkCounter",
+        "/ChunkDataControl/ChunkKind",
         "/Root/RootInt",
     };
     EXPECT_EQ(paths, expected);

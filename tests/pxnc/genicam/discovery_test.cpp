@@ -1,5 +1,6 @@
 #include "tests/pxnc/genicam/camera_fixture.h"
 #include "tests/pxnc/genicam/frame_set.h"
+#include "tests/support/temporary_directory.h"
 #include "tests/support/wait_until.h"
 
 #include "platform/mutex.h"
@@ -217,6 +218,21 @@ TEST_F(DiscoveryTest, ShutdownClosesWhatIsLeftOpen) {
     Close();
     EXPECT_EQ(frames.Count(), count);
     EXPECT_EQ(late, calls);
+}
+
+TEST_F(DiscoveryTest, ListsNoCameraOfAnInterfaceThatTheConfigurationLeavesOut) {
+    const support::TemporaryDirectory directory;
+    const std::string file =
+        directory.Write("PxnC.xml", "<genicam><gige interfaces=\"none0\"/></genicam>");
+    Sdk().Shutdown();
+    ASSERT_EQ(Sdk().Startup(std::wstring(file.begin(), file.end()).c_str()), PxnErrSuccess);
+    // A search of one's own finds what the one at the start may have missed.
+    EXPECT_EQ(Sdk().FeatureCommandRun(PXN_SYSTEM_HANDLE, "DiscoverCameras"), PxnErrSuccess);
+    EXPECT_FALSE(IsListed(Fake().ExtendedId()));
+    Sdk().Shutdown();
+    StartLibrary();
+    EXPECT_EQ(Sdk().FeatureCommandRun(PXN_SYSTEM_HANDLE, "DiscoverCameras"), PxnErrSuccess);
+    EXPECT_TRUE(IsListed(Fake().ExtendedId()));
 }
 
 TEST_F(DiscoveryTest, ShutdownEndsAWait) {

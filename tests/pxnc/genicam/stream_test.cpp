@@ -199,6 +199,9 @@ TEST_F(StreamTest, RefusesWhatMakesNoSense) {
     FrameSet frames(camera, 2, kPayload);
     PxnFrame* frame = frames.At(0);
     EXPECT_EQ(Sdk().FrameAnnounce(camera, nullptr, sizeof *frame), PxnErrBadParameter);
+    EXPECT_EQ(Sdk().FrameRevoke(camera, nullptr), PxnErrBadParameter);
+    EXPECT_EQ(Sdk().CaptureFrameQueue(camera, nullptr, nullptr), PxnErrBadParameter);
+    EXPECT_EQ(Sdk().CaptureFrameWait(camera, nullptr, 0), PxnErrBadParameter);
     EXPECT_EQ(Sdk().FrameAnnounce(camera, frame, sizeof *frame - 1), PxnErrStructSize);
     PxnFrame empty = {};
     EXPECT_EQ(Sdk().FrameAnnounce(camera, &empty, sizeof empty), PxnErrBadParameter);
