@@ -3,6 +3,7 @@
 
 #include "grabber/mivora_kvn_pyxen_class.h"
 #include "platform/mutex.h"
+#include "sdk/no_throw.h"
 
 #include <algorithm>
 #include <memory>
@@ -31,7 +32,7 @@ struct Registration {
 
 class Registry {
 public:
-    // The context to register with the SDK.
+    // The context to register with the SDK. Throws when memory is out.
     void* Add(CMivoraKVNPyxenClass& grabber) {
         auto receiver = std::make_shared<Receiver>(grabber);
         auto added = std::make_unique<Registration>(
@@ -97,7 +98,11 @@ void PXN_CALL OnDiscovery(PxnHandle handle, const char* name, void* context) {
 } // namespace
 
 void DiscoveryEvents::Register(CMivoraKVNPyxenClass& grabber) {
-    void* const context = TheRegistry().Add(grabber);
+    void* const context =
+        NoThrow<void*>(nullptr, [&grabber] { return TheRegistry().Add(grabber); });
+    if (!context) {
+        return;
+    }
     const PxnError result = grabber.Api().PxnFeatureInvalidationRegister(
         PXN_SYSTEM_HANDLE, kDiscoveryFeature, OnDiscovery, context);
     if (result != PxnErrSuccess) {

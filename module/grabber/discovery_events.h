@@ -11,7 +11,7 @@ class CMivoraKVNPyxenClass;
 namespace DiscoveryEvents {
 
 /// From now on InvalidationCallback of the grabber is called for discovery events, on SDK threads.
-/// Does nothing when the SDK refuses. Throws when memory is out. The grabber's SDK access is valid.
+/// Does nothing when the SDK refuses or memory is out. The grabber's SDK access is valid.
 void Register(CMivoraKVNPyxenClass& grabber);
 
 /// Ends what Register began and waits for a running call, except from inside it. Does nothing for

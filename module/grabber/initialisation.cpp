@@ -13,7 +13,11 @@ constexpr const char* kSdkConfigurationFile = "PxnC.xml";
 } // namespace
 
 MV_ERRCODE CMivoraKVNPyxenClass::Init() {
-    return NoThrow(MV_REFUSED, [this] { return InitOrThrow(); });
+    const MV_ERRCODE result = NoThrow(MV_REFUSED, [this] { return InitOrThrow(); });
+    if (!initialized) {
+        api.Unload();
+    }
+    return result;
 }
 
 MV_ERRCODE CMivoraKVNPyxenClass::InitOrThrow() {
@@ -73,10 +77,13 @@ MV_ERRCODE CMivoraKVNPyxenClass::DeInit() {
     if (api.IsValid()) {
         api.Unload();
     }
+    // Its texts went with the SDK.
+    systemCache.Clear();
     interfaceList.Free();
     interfaceCount = 0;
     DeleteInternalList();
     CPyxenGrabber::DeInit();
+    acquisitionState = 0;
     initialized = false;
     const std::unique_ptr<ICamCntrlDialog> dialog(GetCamCntrlDialogObject());
     SetCamCntrlDialogObject(nullptr);

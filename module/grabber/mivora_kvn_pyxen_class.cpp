@@ -45,7 +45,7 @@ void CMivoraKVNPyxenClass::InitMembers() {
         event = CreateEventOrNull();
     }
     stopEvent = CreateEventOrNull();
-    buffersPrepared = false;
+    firstQueueThenSnap = false;
 }
 
 uint32_t CMivoraKVNPyxenClass::IsCameraOpen() {

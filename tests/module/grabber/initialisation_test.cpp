@@ -210,6 +210,20 @@ TEST_F(Initialisation, MayFollowDeInit) {
     EXPECT_EQ(Grabber().OpenActCamera(), MV_OK);
 }
 
+TEST_F(Initialisation, AfterDeInitNothingRemainsOfAnAcquisition) {
+    Prepare(2);
+    ASSERT_EQ(Grabber().Snap(1), MV_OK);
+    EXPECT_EQ(Grabber().DeInit(), MV_OK);
+    EXPECT_EQ(Grabber().GetAcquisitionState(), 0u);
+    EXPECT_EQ(Grabber().SystemCache().GetFeatureCount(), 0u);
+    ASSERT_EQ(Grabber().Init(), MV_OK);
+    ASSERT_EQ(Grabber().OpenActCamera(), MV_OK);
+    ASSERT_EQ(Grabber().PrepareFrameBuffers(2), MV_OK);
+    EXPECT_EQ(Grabber().Snap(1), MV_OK);
+    EXPECT_TRUE(sdk.Deliver(1));
+    EXPECT_EQ(Grabber().StopSnap(), MV_OK);
+}
+
 TEST_F(Initialisation, DestructionDeInitialises) {
     Open();
     Destroy();
