@@ -123,15 +123,17 @@ void ContinuousGrab::Stop() {
     }
     running = false;
     CMivoraGrabber& grabber = session.Grabber();
-    grabber.StopSnap();
     FrameAccount run;
+    // What comes from now on until the camera stops is not wanted any more.
+    run.lost = grabber.GetLostBufferCount();
+    grabber.StopSnap();
     std::uint64_t completed = 0;
     grabber.GetGrabberParam(MVGF_FRAMES_RECEIVED, &completed, nullptr);
     run.completed = completed;
     run.delivered = session.Events().Frames();
     run.taken = takenInRun;
     run.damaged = damagedInRun;
-    run.lost = grabber.GetLostBufferCount();
+    run.flushed = grabber.GetLostBufferCount() - run.lost;
     run.inError = session.Log().ReceiveErrors() - errorsBefore;
     std::uint64_t index = 0;
     while (grabber.GetLastFilledBuffer(&index) == MV_OK) {

@@ -7,7 +7,9 @@
 #include "apps/common/sdk_control.h"
 #include "mivora/grabber.h"
 #include "platform/environment.h"
+#include "platform/file_system.h"
 
+#include <algorithm>
 #include <cstdio>
 
 namespace {
@@ -48,13 +50,22 @@ void Session::Init() {
     if (!options.configFile.empty()) {
         Check("LoadGrabberConfig", grabber->LoadGrabberConfig(), options.configFile);
     }
+    // The commands live on these, whatever the configuration wants to have told.
+    grabber->SetFeature(EMV_FEATURE_POST_PROCESS, 1);
+    grabber->SetFeature(EMV_FEATURE_CAM_CFG_CHANGE, 1);
+    grabber->SetFeature(EMV_FEATURE_CAM_CNTRL_EVENT, 1);
     const MV_ERRCODE code = grabber->Init();
-    std::string object = "the camera SDK of PYXEN_HOME=" + platform::GetEnvironment("PYXEN_HOME");
-    if (code != MV_OK) {
-        const std::string problem = SdkLibraryProblem();
-        object += problem.empty() ? "" : "\n  " + problem;
+    Check("Init", code, code == MV_OK ? "" : SdkText());
+}
+
+std::string Session::SdkText() {
+    std::string text = "the camera SDK of PYXEN_HOME=" + platform::GetEnvironment("PYXEN_HOME");
+    const std::string file = platform::JoinPath(grabber->GetConfigDirectory(), "PxnC.xml");
+    if (platform::PathExists(file)) {
+        text += " with " + file;
     }
-    Check("Init", code, object);
+    const std::string problem = SdkLibraryProblem();
+    return problem.empty() ? text : text + "\n  " + problem;
 }
 
 void Session::InitWithCamera() {
@@ -106,7 +117,7 @@ void Session::Check(const std::string& operation, MV_ERRCODE code, const std::st
     }
     std::string text = FailureText(operation, code, object);
     for (const std::string& reason : reasons) {
-        text += "\n  " + reason;
+        text += "\n  " + reason.substr(std::min(reason.find_first_not_of(' '), reason.size()));
     }
     throw CommandFailure(text);
 }

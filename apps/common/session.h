@@ -51,6 +51,7 @@ public:
 private:
     void SelectCamera(const std::string& wanted);
     std::string KnownCameras();
+    std::string SdkText();
 
     const AppOptions& options;
     IGrabberMaker& maker;

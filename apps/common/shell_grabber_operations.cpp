@@ -7,6 +7,8 @@
 #include "mivora/grabber.h"
 
 #include <exception>
+#include <memory>
+#include <optional>
 
 namespace {
 
@@ -35,8 +37,16 @@ void AddLife(ShellOperations& operations, CMivoraGrabber& grabber) {
 }
 
 void AddBuffers(ShellOperations& operations, CMivoraGrabber& grabber) {
-    operations.Add("PrepareFrameBuffers", "N", [&](std::uint64_t count) {
-        return ShellAnswer::Code(grabber.PrepareFrameBuffers(count));
+    // Images keep the layout that they had when their buffers were prepared, whatever the camera is
+    // told afterwards.
+    const auto prepared = std::make_shared<std::optional<ImageLayout>>();
+    operations.Add("PrepareFrameBuffers", "N", [&grabber, prepared](std::uint64_t count) {
+        const MV_ERRCODE code = grabber.PrepareFrameBuffers(count);
+        prepared->reset();
+        if (code == MV_OK) {
+            *prepared = DescribeImage(*grabber.GetActCamera()->GetActGfxMode());
+        }
+        return ShellAnswer::Code(code);
     });
     operations.Add("GetLastFilledBuffer", "", [&] {
         std::uint64_t index = 0;
@@ -55,20 +65,19 @@ void AddBuffers(ShellOperations& operations, CMivoraGrabber& grabber) {
     operations.Add("GetLostBufferCount", "", [&] {
         return ShellAnswer::Number(static_cast<std::int64_t>(grabber.GetLostBufferCount()));
     });
-    operations.Add("SaveBuffer", "I FILE", [&](std::uint64_t index, const std::string& path) {
-        CMivoraCamera* const camera = grabber.GetActCamera();
-        CMivoraGfxMode* const mode = camera ? camera->GetActGfxMode() : nullptr;
-        const void* const data = grabber.GetFrameBuffer(index);
-        if (!mode || !data) {
-            throw ShellRefusal("there is no such image");
-        }
-        try {
-            WriteImage(path, DescribeImage(*mode), data);
-        } catch (const std::exception& failure) {
-            throw ShellRefusal(failure.what());
-        }
-        return ShellAnswer::Ok();
-    });
+    operations.Add("SaveBuffer", "I FILE",
+                   [&grabber, prepared](std::uint64_t index, const std::string& path) {
+                       const void* const data = grabber.GetFrameBuffer(index);
+                       if (!*prepared || !data) {
+                           throw ShellRefusal("there is no such image");
+                       }
+                       try {
+                           WriteImage(path, **prepared, data);
+                       } catch (const std::exception& failure) {
+                           throw ShellRefusal(failure.what());
+                       }
+                       return ShellAnswer::Ok();
+                   });
 }
 
 void AddAcquisition(ShellOperations& operations, const ShellContext& context) {

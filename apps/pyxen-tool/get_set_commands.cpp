@@ -29,8 +29,10 @@ void Set(Session& session, CMivoraKVNPyxenClass& grabber, const std::string& pat
     const FeatureValue value = ParseFeatureValue(feature, *text);
     const SyncCheckResult check = CheckFeatureValue(grabber.Sync(), feature, value);
     if (!check.ok) {
-        throw CommandFailure(check.failingFeature + " refuses the value " + *text + " for " +
-                             feature.Path() + ": " + check.reason);
+        const bool isItself = check.failingFeature == feature.Path();
+        throw CommandFailure(check.failingFeature + " refuses the value " + *text +
+                             (isItself ? "" : ", which follows " + feature.Path()) + ": " +
+                             check.reason);
     }
     WriteFeatureValue(grabber.Api(), feature, value);
     session.Log().TakeErrors();
