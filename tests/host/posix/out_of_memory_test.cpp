@@ -1,86 +1,20 @@
-// Replaces the allocator of the whole program, which reaches into the host library only where
-// libraries share one.
 #include "mivora/module_loader.h"
 #include "platform/file_system.h"
 #include "tests/host/test_grabber.h"
-#include "tests/support/recording_sink.h"
+#include "tests/support/allocations/failing_allocations.h"
 #include "tests/support/temporary_directory.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdarg>
-#include <cstdlib>
-#include <memory>
 #include <new>
 #include <string>
 
 namespace {
 
-constexpr int kNever = -1;
-thread_local int allocationsLeft = kNever;
-thread_local bool refused = false;
-thread_local int allocationCount = 0;
-
-} // namespace
-
-void* operator new(std::size_t size) {
-    ++allocationCount;
-    if (allocationsLeft == 0) {
-        refused = true;
-        throw std::bad_alloc();
-    }
-    if (allocationsLeft > 0) {
-        --allocationsLeft;
-    }
-    if (void* const memory = std::malloc(size > 0 ? size : 1)) {
-        return memory;
-    }
-    throw std::bad_alloc();
-}
-
-void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
-    try {
-        return operator new(size);
-    } catch (const std::bad_alloc&) {
-        return nullptr;
-    }
-}
-
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-
-void operator delete(void* memory, std::size_t /*size*/) noexcept {
-    std::free(memory);
-}
-
-void operator delete(void* memory, const std::nothrow_t& /*tag*/) noexcept {
-    std::free(memory);
-}
-
-namespace {
-
-/// Runs `operation` once with each of its allocations and all behind it refused, and once with all
-/// granted. Returns how many allocations it makes.
-template <typename Operation>
-int RefuseEachAllocation(const Operation& operation) {
-    for (int granted = 0;; ++granted) {
-        refused = false;
-        allocationsLeft = granted;
-        operation();
-        allocationsLeft = kNever;
-        if (!refused) {
-            return granted;
-        }
-    }
-}
-
-template <typename Operation>
-int CountAllocations(const Operation& operation) {
-    const int before = allocationCount;
-    operation();
-    return allocationCount - before;
-}
+using support::CountAllocations;
+using support::GrantAllocations;
+using support::RefuseEachAllocation;
 
 class OutOfMemory : public testing::Test {
 protected:
@@ -100,8 +34,7 @@ protected:
 #define EXPECT_CODE_OR_REFUSED(code, result)                                                       \
     {                                                                                              \
         const MV_ERRCODE answered = result;                                                        \
-        const bool wasRefused = refused;                                                           \
-        allocationsLeft = kNever;                                                                  \
+        const bool wasRefused = GrantAllocations();                                                \
         EXPECT_TRUE(answered == (code) || (wasRefused && answered != MV_OK)) << answered;          \
     }
 
@@ -150,9 +83,9 @@ TEST_F(OutOfMemory, LeavesConfigurationFilesAsTheyWere) {
 
 TEST_F(OutOfMemory, NamesItAsTheReason) {
     CIniFile ini;
-    allocationsLeft = 0;
+    support::RefuseAllocationsAfter(0);
     const bool opened = ini.Open(iniPath.c_str());
-    allocationsLeft = kNever;
+    GrantAllocations();
     EXPECT_FALSE(opened);
     EXPECT_STREQ(ini.GetLastErrorText(), "Cannot open an ini file: out of memory");
 }
@@ -177,10 +110,8 @@ TEST_F(OutOfMemory, GivesTheDefaultOfAValue) {
     int32_t value = 0;
     RefuseEachAllocation([&] {
         value = grabber.GetGrabberInt32("a key that is longer than a short string", 5);
-        const bool read = value == 7;
-        const bool defaulted = value == 5 && refused;
-        allocationsLeft = kNever;
-        EXPECT_TRUE(read || defaulted) << value;
+        const bool wasRefused = GrantAllocations();
+        EXPECT_TRUE(value == 7 || (value == 5 && wasRefused)) << value;
     });
     EXPECT_EQ(value, 7);
 }
@@ -217,16 +148,14 @@ TEST_F(OutOfMemory, LoadsNoHalfModule) {
     CModuleLoader loader;
     EXPECT_GT(RefuseEachAllocation([&] {
                   const bool loaded = loader.Load(path.c_str());
-                  const bool wasRefused = refused;
-                  allocationsLeft = kNever;
+                  const bool wasRefused = GrantAllocations();
                   EXPECT_EQ(loaded, loader.IsLoaded());
                   EXPECT_TRUE(loaded || wasRefused);
               }),
               1);
     EXPECT_GT(RefuseEachAllocation([&] {
                   CMivoraGrabber* const made = loader.CreateGrabber();
-                  const bool wasRefused = refused;
-                  allocationsLeft = kNever;
+                  const bool wasRefused = GrantAllocations();
                   EXPECT_TRUE(made || wasRefused);
                   loader.DeleteGrabber(made);
               }),
