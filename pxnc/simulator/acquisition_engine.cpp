@@ -281,7 +281,10 @@ void AcquisitionEngine::Run() {
         if (!capturing || !acquiring) {
             changed.Wait(mutex);
         } else if (IsFrameDue()) {
+            ++begunFrames;
             SendFrame();
+            ++endedFrames;
+            changed.NotifyAll();
         }
     }
 }
@@ -355,7 +358,6 @@ void AcquisitionEngine::SendFrame() {
 
 void AcquisitionEngine::Hand(const SlotPointer& slot, std::uint64_t frameId, FrameFault fault) {
     slot->state = SlotState::kFilling;
-    ++begunFrames;
     writing = true;
     const AcquisitionPlan current = plan;
     mutex.Unlock();
@@ -379,8 +381,6 @@ void AcquisitionEngine::Hand(const SlotPointer& slot, std::uint64_t frameId, Fra
         }
         mutex.Lock();
     }
-    ++endedFrames;
-    changed.NotifyAll();
 }
 
 void AcquisitionEngine::Fill(Slot& slot, const AcquisitionPlan& current, std::uint64_t frameId,

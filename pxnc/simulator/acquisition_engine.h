@@ -144,8 +144,8 @@ private:
     std::uint64_t nextFrameId GUARDED_BY(mutex) = 0;
     std::uint64_t pendingTriggers GUARDED_BY(mutex) = 0;
     Clock::time_point nextDue GUARDED_BY(mutex);
-    std::uint64_t begunFrames GUARDED_BY(mutex) = 0; // handed to the thread
-    std::uint64_t endedFrames GUARDED_BY(mutex) = 0; // and its callback has returned
+    std::uint64_t begunFrames GUARDED_BY(mutex) = 0; // taken up by the thread
+    std::uint64_t endedFrames GUARDED_BY(mutex) = 0; // and done, callback and all
     bool repeatFrame GUARDED_BY(mutex) = false;      // the next frame bears the last one's number
     bool writing GUARDED_BY(mutex) = false;
     bool capturing GUARDED_BY(mutex) = false;

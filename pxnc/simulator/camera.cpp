@@ -171,18 +171,25 @@ void Camera::Close(PxnHandle handle) {
     std::vector<PxnHandle> gone{handle};
     {
         platform::MutexLock serialise(openCloseMutex);
-        bool last = false;
+        bool closeEngines = false;
         {
             platform::MutexLock lock(mutex);
             if (!services.handles.Remove(handle)) {
                 return;
             }
             ++services.accounting.closed;
-            std::erase(vanishedHandles, handle);
             RemoveHandle(handle);
+            if (std::erase(vanishedHandles, handle) != 0) {
+                for (PxnHandle child : vanishedChildren) {
+                    services.handles.Remove(child);
+                }
+                gone.insert(gone.end(), vanishedChildren.begin(), vanishedChildren.end());
+                vanishedChildren.clear();
+            }
             const auto removed = std::erase_if(
                 sessions, [handle](const Session& one) { return one.handle == handle; });
-            last = removed != 0 && sessions.empty();
+            const bool last = removed != 0 && sessions.empty();
+            closeEngines = sessions.empty();
             if (last) {
                 gone.push_back(localDeviceHandle);
                 gone.insert(gone.end(), streamHandleLists.back().begin(),
@@ -191,7 +198,7 @@ void Camera::Close(PxnHandle handle) {
                 acquiring = false;
             }
         }
-        if (last) {
+        if (closeEngines) {
             for (auto& stream : streams) {
                 stream->Engine().Close();
             }
@@ -265,11 +272,13 @@ bool Camera::Unplug() {
         if (IsOpen()) {
             sessions.clear();
             services.handles.MarkVanished(localDeviceHandle);
+            vanishedChildren.push_back(localDeviceHandle);
             localDevice->RemoveHandle(localDeviceHandle);
             localDeviceHandle = nullptr;
             for (std::size_t index = 0; index < streams.size(); ++index) {
                 const PxnHandle handle = streamHandleLists.back()[index];
                 services.handles.MarkVanished(handle);
+                vanishedChildren.push_back(handle);
                 streams[index]->RemoveHandle(handle);
             }
         }

@@ -144,6 +144,7 @@ private:
     std::uint32_t permittedAccess GUARDED_BY(mutex);
     std::vector<Session> sessions GUARDED_BY(mutex);
     std::vector<PxnHandle> vanishedHandles GUARDED_BY(mutex); // not closed since
+    std::vector<PxnHandle> vanishedChildren GUARDED_BY(mutex);
     PxnHandle localDeviceHandle GUARDED_BY(mutex) = nullptr;
     // Camera records point at the list of their time, so the lists stay until shutdown.
     std::deque<std::vector<PxnHandle>> streamHandleLists GUARDED_BY(mutex);

@@ -1,5 +1,6 @@
 #include "pxnc/simulator/commands.h"
 
+#include "pxnc/simulator/entry_names.h"
 #include "pxnc/simulator/number_text.h"
 #include "pxnc/simulator/sdk.h"
 
@@ -44,6 +45,14 @@ PxnError Code(const std::string& word) {
         Refuse(PxnErrBadParameter, "\"" + word + "\" is not a result code");
     }
     return static_cast<PxnError>(value);
+}
+
+// "any" stands for all of them.
+const std::string& Entry(const std::string& word) {
+    if (word != "any" && !IsEntryName(word)) {
+        Refuse(PxnErrNotFound, "no entry point \"" + word + "\"");
+    }
+    return word;
 }
 
 std::shared_ptr<Simulator> Running() {
@@ -248,27 +257,27 @@ constexpr Command kCommands[] = {
      }},
     {"fail", 3, 3, "fail ENTRY N CODE",
      [](const Words& words) {
-         Faults::Instance().FailCall(words[1], Count(words[2]), Code(words[3]));
+         Faults::Instance().FailCall(Entry(words[1]), Count(words[2]), Code(words[3]));
          return std::string("ok");
      }},
     {"fail-always", 2, 2, "fail-always ENTRY CODE",
      [](const Words& words) {
-         Faults::Instance().FailAlways(words[1], Code(words[2]));
+         Faults::Instance().FailAlways(Entry(words[1]), Code(words[2]));
          return std::string("ok");
      }},
     {"delay", 2, 2, "delay ENTRY MS",
      [](const Words& words) {
-         Faults::Instance().Delay(words[1], static_cast<std::uint32_t>(Count(words[2])));
+         Faults::Instance().Delay(Entry(words[1]), static_cast<std::uint32_t>(Count(words[2])));
          return std::string("ok");
      }},
     {"stuck", 1, 1, "stuck ENTRY",
      [](const Words& words) {
-         Faults::Instance().Stick(words[1]);
+         Faults::Instance().Stick(Entry(words[1]));
          return std::string("ok");
      }},
     {"count-change", 2, 2, "count-change ENTRY N",
      [](const Words& words) {
-         Faults::Instance().ChangeCount(words[1], Number(words[2]));
+         Faults::Instance().ChangeCount(Entry(words[1]), Number(words[2]));
          return std::string("ok");
      }},
     {"frame", 2, 2, "frame incomplete|small|late|drop|duplicate N[,M...]", SetFrameFaults},

@@ -144,8 +144,8 @@ TEST_F(LimitTest, OnlyOneCameraKnowsTheImageSize) {
 }
 
 TEST_F(LimitTest, ImageFeaturesAreLockedWhileStreaming) {
-    const char* locked[] = {"Width", "Height", "PixelFormat", "BinningVertical",
-                            "ChunkModeActive", "GevSCPSPacketSize"};
+    const char* locked[] = {"Width",           "Height",          "PixelFormat",
+                            "BinningVertical", "ChunkModeActive", "GevSCPSPacketSize"};
     ASSERT_EQ(PxnCaptureStart(camera), 0);
     for (const char* name : locked) {
         EXPECT_FALSE(IsWritable(camera, name)) << name;
@@ -209,9 +209,8 @@ TEST_F(LimitTest, DependentFeaturesAreInvalidated) {
     Listener listener;
     const char* expected[] = {"Width", "OffsetX", "PayloadSize", "LinePitch"};
     for (const char* name : expected) {
-        ASSERT_EQ(PxnFeatureInvalidationRegister(camera, name, &Listener::OnInvalidation,
-                                                 &listener),
-                  0);
+        ASSERT_EQ(
+            PxnFeatureInvalidationRegister(camera, name, &Listener::OnInvalidation, &listener), 0);
     }
     ASSERT_EQ(PxnFeatureInvalidationRegister(camera, "DeviceUserID", &Listener::OnInvalidation,
                                              &listener),
@@ -230,8 +229,8 @@ TEST_F(LimitTest, DependentFeaturesAreInvalidated) {
     EXPECT_EQ(PxnFeatureIntSet(camera, "Width", 640), 0);
     Control("drain");
     EXPECT_EQ(listener.calls.Value(), before);
-    EXPECT_EQ(
-        PxnFeatureInvalidationUnregister(camera, "DeviceUserID", &Listener::OnInvalidation), 0);
+    EXPECT_EQ(PxnFeatureInvalidationUnregister(camera, "DeviceUserID", &Listener::OnInvalidation),
+              0);
 }
 
 TEST_F(LimitTest, ACallbackFindsTheNewValue) {
@@ -262,8 +261,8 @@ TEST_F(LimitTest, RegistrationsOfOneCallbackAreKeptApart) {
     Listener first;
     Listener second;
     for (Listener* one : {&first, &second}) {
-        ASSERT_EQ(
-            PxnFeatureInvalidationRegister(camera, "Height", &Listener::OnInvalidation, one), 0);
+        ASSERT_EQ(PxnFeatureInvalidationRegister(camera, "Height", &Listener::OnInvalidation, one),
+                  0);
     }
     EXPECT_EQ(PxnFeatureIntSet(camera, "Height", 100), 0);
     EXPECT_TRUE(first.calls.WaitFor(1));
@@ -367,8 +366,8 @@ TEST_F(LimitTest, ShutdownInsideACallbackIsIgnored) {
 
 TEST_F(LimitTest, LockedFeaturesAreInvalidatedWhenStreamingBeginsAndEnds) {
     Listener listener;
-    ASSERT_EQ(
-        PxnFeatureInvalidationRegister(camera, "Width", &Listener::OnInvalidation, &listener), 0);
+    ASSERT_EQ(PxnFeatureInvalidationRegister(camera, "Width", &Listener::OnInvalidation, &listener),
+              0);
     ASSERT_EQ(PxnCaptureStart(camera), 0);
     EXPECT_TRUE(listener.calls.WaitFor(1));
     ASSERT_EQ(PxnCaptureEnd(camera), 0);

@@ -24,7 +24,11 @@ protected:
 
 bool IsUtf8(const char* text) {
     for (const auto* c = reinterpret_cast<const unsigned char*>(text); *c != 0; ++c) {
-        int more = *c < 0x80 ? 0 : (*c >> 5) == 6 ? 1 : (*c >> 4) == 14 ? 2 : (*c >> 3) == 30 ? 3 : -1;
+        int more = *c < 0x80         ? 0
+                   : (*c >> 5) == 6  ? 1
+                   : (*c >> 4) == 14 ? 2
+                   : (*c >> 3) == 30 ? 3
+                                     : -1;
         if (more < 0) {
             return false;
         }
@@ -255,8 +259,7 @@ TEST_F(FeatureTest, EnumerationEntriesHaveNumbersAndAvailability) {
     EXPECT_EQ(PxnFeatureEnumEntryGet(camera, "PixelFormat", "Mono8", &entry, sizeof entry), 0);
     EXPECT_EQ(entry.intValue, 0x01080001);
     EXPECT_STREQ(entry.name, "Mono8");
-    EXPECT_EQ(PxnFeatureEnumEntryGet(camera, "PixelFormat", "Mono8", &entry, 47),
-              PxnErrStructSize);
+    EXPECT_EQ(PxnFeatureEnumEntryGet(camera, "PixelFormat", "Mono8", &entry, 47), PxnErrStructSize);
     EXPECT_EQ(PxnFeatureEnumEntryGet(camera, "PixelFormat", "x", &entry, sizeof entry),
               PxnErrNotFound);
 }
@@ -264,8 +267,7 @@ TEST_F(FeatureTest, EnumerationEntriesHaveNumbersAndAvailability) {
 TEST_F(FeatureTest, StringsAreMeasuredAndLimited) {
     std::uint32_t size = 0;
     EXPECT_EQ(PxnFeatureStringSet(camera, "DeviceUserID", "sixteen letters!"), 0);
-    EXPECT_EQ(PxnFeatureStringSet(camera, "DeviceUserID", "seventeen letters"),
-              PxnErrInvalidValue);
+    EXPECT_EQ(PxnFeatureStringSet(camera, "DeviceUserID", "seventeen letters"), PxnErrInvalidValue);
     EXPECT_EQ(PxnFeatureStringMaxlengthQuery(camera, "DeviceUserID", &size), 0);
     EXPECT_EQ(size, 16u);
     EXPECT_EQ(PxnFeatureStringGet(camera, "DeviceUserID", nullptr, 0, &size), 0);
@@ -324,8 +326,8 @@ TEST_F(FeatureTest, SelectorsKeepOneValueEach) {
     EXPECT_EQ(info.hasSelectedFeatures, 1);
     PxnFeatureInfo selected[16] = {};
     std::uint32_t found = 0;
-    ASSERT_EQ(
-        PxnFeatureListSelected(camera, "TriggerSelector", selected, 16, &found, sizeof info), 0);
+    ASSERT_EQ(PxnFeatureListSelected(camera, "TriggerSelector", selected, 16, &found, sizeof info),
+              0);
     std::set<std::string> names;
     for (std::uint32_t i = 0; i < found; ++i) {
         names.insert(selected[i].name);

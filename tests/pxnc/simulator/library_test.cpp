@@ -31,8 +31,11 @@ TEST(LibraryTest, EveryOtherEntryNeedsTheStartup) {
     PxnFeatureEnumEntry entry{};
     PxnFrame frame{};
     const PxnHandle system = PXN_SYSTEM_HANDLE;
-    const auto invalidated = [](PxnHandle, const char*, void*) {};
-    const auto accessed = [](PxnHandle, void*) -> PxnError { return 0; };
+    const auto invalidated = [](PxnHandle, const char*, void*) {
+    };
+    const auto accessed = [](PxnHandle, void*) -> PxnError {
+        return 0;
+    };
     const PxnError results[] = {
         PxnCamerasList(&info, 1, &number, sizeof info),
         PxnCameraInfoQueryByHandle(system, &info, sizeof info),
@@ -206,8 +209,7 @@ TEST_F(ListTest, CameraRecordIsFoundByEitherIdentifier) {
     EXPECT_EQ(PxnCameraInfoQuery(nullptr, &info, sizeof info), PxnErrBadParameter);
     EXPECT_EQ(PxnCameraInfoQuery(kGigECamera, nullptr, sizeof info), PxnErrBadParameter);
     EXPECT_EQ(PxnCameraInfoQuery(kGigECamera, &info, 81), PxnErrStructSize);
-    EXPECT_EQ(PxnCameraInfoQueryByHandle(PXN_SYSTEM_HANDLE, &info, sizeof info),
-              PxnErrBadHandle);
+    EXPECT_EQ(PxnCameraInfoQueryByHandle(PXN_SYSTEM_HANDLE, &info, sizeof info), PxnErrBadHandle);
 }
 
 class OpenTest : public SimulatorTest {};

@@ -78,8 +78,7 @@ std::vector<unsigned> Components(const std::string& name, unsigned x, unsigned y
         return {opaque, pixel.red, pixel.green, pixel.blue};
     }
     const bool bgr = name.starts_with("BGR") || name.starts_with("Bgr");
-    std::vector<unsigned> values = bgr
-                                       ? std::vector<unsigned>{pixel.blue, pixel.green, pixel.red}
+    std::vector<unsigned> values = bgr ? std::vector<unsigned>{pixel.blue, pixel.green, pixel.red}
                                        : std::vector<unsigned>{pixel.red, pixel.green, pixel.blue};
     if (name[3] == 'a') {
         values.push_back(opaque);
@@ -123,8 +122,7 @@ Pixel FromYuv(double u, double y, double v) {
     const auto clamp = [](double value) {
         return static_cast<unsigned>(std::lround(std::fmin(255, std::fmax(0, value))));
     };
-    return {clamp(y + 1.402 * (v - 128)),
-            clamp(y - 0.344136 * (u - 128) - 0.714136 * (v - 128)),
+    return {clamp(y + 1.402 * (v - 128)), clamp(y - 0.344136 * (u - 128) - 0.714136 * (v - 128)),
             clamp(y + 1.772 * (u - 128)), 0};
 }
 
@@ -178,8 +176,7 @@ TEST_P(PixelFormatTest, EveryByteIsWhereTheLayoutPutsIt) {
     for (unsigned y = 0; y < kHeight; ++y) {
         const std::uint8_t* line = memory.data() + y * pitch;
         if (!name.starts_with("YUV")) {
-            const std::vector<std::uint8_t> expected =
-                ExpectedLine(format, kWidth, y, y + scroll);
+            const std::vector<std::uint8_t> expected = ExpectedLine(format, kWidth, y, y + scroll);
             ASSERT_EQ(expected.size(), pitch);
             ASSERT_EQ(std::memcmp(line, expected.data(), pitch), 0) << name << " line " << y;
             continue;

@@ -1,0 +1,388 @@
+// Cameras that come and go, and everything that is to go wrong on demand.
+
+#include "tests/pxnc/simulator/simulator_fixture.h"
+
+#include "pxnc/simulator/control.h"
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <mutex>
+#include <thread>
+
+namespace simulator_tests {
+namespace {
+
+const std::string kGigE = kGigECamera;
+
+struct DiscoveryListener {
+    Counter calls;
+    std::mutex mutex;
+    std::vector<std::string> events; // "Type id"
+
+    static void PXN_CALL OnCamera(PxnHandle handle, const char* name, void* context) {
+        EXPECT_EQ(handle, PXN_SYSTEM_HANDLE);
+        EXPECT_STREQ(name, "EventCameraDiscovery");
+        auto* self = static_cast<DiscoveryListener*>(context);
+        const std::string event = GetEnum(handle, "EventCameraDiscoveryType") + " " +
+                                  GetString(handle, "EventCameraDiscoveryCameraID");
+        {
+            std::lock_guard lock(self->mutex);
+            self->events.push_back(event);
+        }
+        self->calls.Add();
+    }
+    static void PXN_CALL OnInterface(PxnHandle handle, const char*, void* context) {
+        auto* self = static_cast<DiscoveryListener*>(context);
+        const std::string event = GetEnum(handle, "EventInterfaceDiscoveryType") + " " +
+                                  GetString(handle, "EventInterfaceDiscoveryInterfaceID");
+        {
+            std::lock_guard lock(self->mutex);
+            self->events.push_back(event);
+        }
+        self->calls.Add();
+    }
+};
+
+class DiscoveryTest : public SimulatorTest {
+protected:
+    static std::uint32_t CameraCount() {
+        std::uint32_t found = 99;
+        EXPECT_EQ(PxnCamerasList(nullptr, 0, &found, sizeof(PxnCameraInfo)), 0);
+        return found;
+    }
+};
+
+TEST_F(DiscoveryTest, EveryEventArrivesWithItsOwnValues) {
+    DiscoveryListener listener;
+    ASSERT_EQ(PxnFeatureInvalidationRegister(PXN_SYSTEM_HANDLE, "EventCameraDiscovery",
+                                             &DiscoveryListener::OnCamera, &listener),
+              0);
+    Control("unplug " + kGigE);
+    EXPECT_EQ(CameraCount(), 2u);
+    Control(std::string("unplug ") + kUsbCamera);
+    Control("plug " + kGigE);
+    Control(std::string("access ") + kSerialCamera + " none");
+    Control(std::string("access ") + kSerialCamera + " full");
+    ASSERT_TRUE(listener.calls.WaitFor(5));
+    const std::vector<std::string> expected = {
+        "Missing " + kGigE, std::string("Missing ") + kUsbCamera, "Detected " + kGigE,
+        std::string("Unreachable ") + kSerialCamera, std::string("Reachable ") + kSerialCamera};
+    EXPECT_EQ(listener.events, expected);
+    EXPECT_EQ(CameraCount(), 2u);
+    EXPECT_EQ(PxnFeatureInvalidationUnregister(PXN_SYSTEM_HANDLE, "EventCameraDiscovery",
+                                               &DiscoveryListener::OnCamera),
+              0);
+    Control("interface-event Usb0 missing");
+}
+
+TEST_F(DiscoveryTest, InterfaceEventsAreSeparate) {
+    DiscoveryListener listener;
+    ASSERT_EQ(PxnFeatureInvalidationRegister(PXN_SYSTEM_HANDLE, "EventInterfaceDiscovery",
+                                             &DiscoveryListener::OnInterface, &listener),
+              0);
+    Control("unplug " + kGigE);
+    Control("interface-event Usb0 missing");
+    Control("interface-event Usb0 detected");
+    ASSERT_TRUE(listener.calls.WaitFor(2));
+    EXPECT_EQ(listener.events, (std::vector<std::string>{"Missing Usb0", "Detected Usb0"}));
+    EXPECT_EQ(PxnFeatureInvalidationUnregister(PXN_SYSTEM_HANDLE, "EventInterfaceDiscovery",
+                                               &DiscoveryListener::OnInterface),
+              0);
+}
+
+TEST_F(DiscoveryTest, AnUnpluggedCamerasHandlesAreDead) {
+    const PxnHandle camera = Open(kGigECamera);
+    const PxnCameraInfo info = InfoOf(camera);
+    const PxnHandle stream = info.streamHandles[0];
+    std::vector<Buffer> buffers = Announce(camera, 1);
+    const auto callback = [](PxnHandle, const char*, void*) {
+    };
+    ASSERT_EQ(PxnFeatureInvalidationRegister(camera, "Width", callback, nullptr), 0);
+    Control("unplug " + kGigE);
+    std::int64_t value = 0;
+    PxnCameraInfo gone{};
+    PxnHandle again = nullptr;
+    EXPECT_EQ(PxnFeatureIntGet(camera, "Width", &value), PxnErrBadHandle);
+    EXPECT_EQ(PxnFeatureIntGet(info.localDeviceHandle, "StreamCount", &value), PxnErrBadHandle);
+    EXPECT_EQ(PxnFeatureIntGet(stream, "StreamIndex", &value), PxnErrBadHandle);
+    EXPECT_EQ(PxnCameraInfoQueryByHandle(camera, &gone, sizeof gone), PxnErrBadHandle);
+    EXPECT_EQ(PxnCameraInfoQuery(kGigECamera, &gone, sizeof gone), PxnErrNotFound);
+    EXPECT_EQ(PxnCameraOpen(kGigECamera, PxnAccessModeFull, &again), PxnErrNotFound);
+    EXPECT_EQ(PxnCaptureStart(camera), PxnErrBadHandle);
+    EXPECT_EQ(PxnCaptureFrameQueue(camera, &buffers[0].frame, nullptr), PxnErrBadHandle);
+    EXPECT_EQ(PxnCaptureEnd(camera), PxnErrBadHandle);
+    EXPECT_EQ(PxnCaptureQueueFlush(camera), PxnErrBadHandle);
+    EXPECT_EQ(PxnFrameRevokeAll(camera), PxnErrBadHandle);
+    EXPECT_EQ(PxnFeatureInvalidationUnregister(camera, "Width", callback), PxnErrBadHandle);
+    EXPECT_EQ(Count("registrations"), 0) << "given back all the same";
+    EXPECT_EQ(PxnCameraClose(camera), PxnErrBadHandle);
+    EXPECT_EQ(Count("openCameras"), 0);
+
+    Control("plug " + kGigE);
+    const PxnHandle fresh = Open(kGigECamera);
+    EXPECT_NE(fresh, camera);
+    EXPECT_EQ(GetInt(fresh, "Width"), 640);
+    EXPECT_EQ(PxnFeatureIntGet(camera, "Width", &value), PxnErrBadHandle) << "still stale";
+    EXPECT_EQ(PxnCameraClose(fresh), 0);
+}
+
+TEST_F(DiscoveryTest, ACameraComesBackAsItStarts) {
+    PxnHandle camera = Open(kGigECamera);
+    EXPECT_EQ(PxnFeatureIntSet(camera, "Width", 320), 0);
+    Control("unplug " + kGigE);
+    EXPECT_EQ(PxnCameraClose(camera), PxnErrBadHandle);
+    Control("plug " + kGigE);
+    camera = Open(kGigECamera);
+    EXPECT_EQ(GetInt(camera, "Width"), 640);
+    EXPECT_EQ(PxnCameraClose(camera), 0);
+}
+
+TEST_F(DiscoveryTest, UnpluggingEndsWaits) {
+    const PxnHandle camera = Open(kGigECamera);
+    std::vector<Buffer> buffers = Announce(camera, 1);
+    ASSERT_EQ(PxnCaptureStart(camera), 0);
+    ASSERT_EQ(PxnCaptureFrameQueue(camera, &buffers[0].frame, nullptr), 0);
+    std::atomic<PxnError> result = 1;
+    std::thread waiter(
+        [&] { result = PxnCaptureFrameWait(camera, &buffers[0].frame, 0xFFFFFFFF); });
+    Control("unplug " + kGigE);
+    waiter.join();
+    EXPECT_TRUE(result == PxnErrNotAvailable || result == PxnErrBadHandle) << result;
+    EXPECT_EQ(PxnCameraClose(camera), PxnErrBadHandle);
+}
+
+// Queues again until the camera is gone.
+struct Requeuer {
+    Counter frames;
+    std::mutex mutex;
+    std::vector<PxnFrame> seen;
+
+    static void PXN_CALL OnFrame(PxnHandle camera, PxnHandle, PxnFrame* frame) {
+        auto* self = static_cast<Requeuer*>(frame->context[0]);
+        {
+            std::lock_guard lock(self->mutex);
+            self->seen.push_back(*frame);
+        }
+        PxnCaptureFrameQueue(camera, frame, &Requeuer::OnFrame);
+        self->frames.Add();
+    }
+};
+
+class FaultTest : public DiscoveryTest {
+protected:
+    void SetUp() override {
+        DiscoveryTest::SetUp();
+        camera = Open(kGigECamera);
+    }
+    void TearDown() override {
+        PxnCameraClose(camera);
+        DiscoveryTest::TearDown();
+    }
+    void Run(std::uint64_t frames) {
+        std::vector<Buffer> buffers = Announce(camera, 4);
+        for (Buffer& buffer : buffers) {
+            buffer.frame.context[0] = &requeuer;
+            ASSERT_EQ(PxnCaptureFrameQueue(camera, &buffer.frame, &Requeuer::OnFrame), 0);
+        }
+        ASSERT_EQ(PxnCaptureStart(camera), 0);
+        ASSERT_EQ(PxnFeatureCommandRun(camera, "AcquisitionStart"), 0);
+        EXPECT_TRUE(requeuer.frames.WaitFor(frames));
+        EXPECT_EQ(PxnFeatureCommandRun(camera, "AcquisitionStop"), 0);
+        EXPECT_EQ(PxnCaptureEnd(camera), 0);
+        EXPECT_EQ(PxnCaptureQueueFlush(camera), 0);
+        EXPECT_EQ(PxnFrameRevokeAll(camera), 0);
+    }
+    std::vector<std::uint64_t> Ids() const {
+        std::vector<std::uint64_t> ids;
+        for (const PxnFrame& frame : requeuer.seen) {
+            ids.push_back(frame.frameId);
+        }
+        return ids;
+    }
+
+    PxnHandle camera = nullptr;
+    Requeuer requeuer;
+};
+
+TEST_F(FaultTest, ACameraVanishesAtAGivenFrame) {
+    DiscoveryListener listener;
+    ASSERT_EQ(PxnFeatureInvalidationRegister(PXN_SYSTEM_HANDLE, "EventCameraDiscovery",
+                                             &DiscoveryListener::OnCamera, &listener),
+              0);
+    Control("unplug-at 3");
+    std::vector<Buffer> buffers = Announce(camera, 2);
+    for (Buffer& buffer : buffers) {
+        buffer.frame.context[0] = &requeuer;
+        ASSERT_EQ(PxnCaptureFrameQueue(camera, &buffer.frame, &Requeuer::OnFrame), 0);
+    }
+    ASSERT_EQ(PxnCaptureStart(camera), 0);
+    ASSERT_EQ(PxnFeatureCommandRun(camera, "AcquisitionStart"), 0);
+    EXPECT_TRUE(listener.calls.WaitFor(1));
+    EXPECT_EQ(listener.events.at(0), "Missing " + kGigE);
+    EXPECT_EQ(PxnCaptureEnd(camera), PxnErrBadHandle);
+    EXPECT_EQ(requeuer.frames.Value(), 3u);
+    EXPECT_EQ(PxnFeatureInvalidationUnregister(PXN_SYSTEM_HANDLE, "EventCameraDiscovery",
+                                               &DiscoveryListener::OnCamera),
+              0);
+}
+
+TEST_F(FaultTest, AnotherCameraComesAtAGivenFrame) {
+    Control(std::string("unplug ") + kUsbCamera);
+    Control(std::string("plug-at 2 ") + kUsbCamera);
+    EXPECT_EQ(CameraCount(), 2u);
+    Run(4);
+    EXPECT_EQ(CameraCount(), 3u);
+}
+
+TEST_F(FaultTest, SingleFramesGoWrong) {
+    Control("frame incomplete 1,4");
+    Control("frame small 2");
+    Control("frame drop 3");
+    Control("frame duplicate 5");
+    Control("frame late 6");
+    Run(7);
+    const std::vector<std::uint64_t> ids = Ids();
+    const std::vector<std::uint64_t> expected = {0, 1, 2, 4, 5, 5, 6};
+    ASSERT_GE(ids.size(), 7u);
+    EXPECT_EQ(std::vector<std::uint64_t>(ids.begin(), ids.begin() + 7), expected);
+    const auto status = [&](std::size_t i) {
+        return requeuer.seen.at(i).receiveStatus;
+    };
+    EXPECT_EQ(status(0), PxnFrameStatusComplete);
+    EXPECT_EQ(status(1), PxnFrameStatusIncomplete);
+    EXPECT_EQ(status(2), PxnFrameStatusTooSmall);
+    EXPECT_EQ(status(3), PxnFrameStatusIncomplete);
+    EXPECT_EQ(status(4), PxnFrameStatusComplete);
+    const PxnHandle stream = InfoOf(camera).streamHandles[0];
+    EXPECT_EQ(GetInt(stream, "StreamIncompleteFrameCount"), 2);
+    EXPECT_EQ(GetInt(stream, "StreamLostFrameCount"), 1);
+    EXPECT_EQ(PxnFeatureCommandRun(stream, "StreamStatisticsReset"), 0);
+    EXPECT_EQ(GetInt(stream, "StreamLostFrameCount"), 0);
+}
+
+TEST_F(FaultTest, RandomFaultsRepeatWithTheirSeed) {
+    EXPECT_EQ(PxnFeatureBoolSet(camera, "SimulatorFreeRunning", 1), 0);
+    std::vector<std::int32_t> first;
+    for (int round = 0; round < 2; ++round) {
+        requeuer.seen.clear();
+        Control("frame-random 7 30 incomplete");
+        const std::uint64_t before = requeuer.frames.Value();
+        Run(before + 50);
+        std::vector<std::int32_t> statuses;
+        for (std::size_t i = 0; i < 50; ++i) {
+            statuses.push_back(requeuer.seen.at(i).receiveStatus);
+        }
+        const auto bad = std::count(statuses.begin(), statuses.end(), PxnFrameStatusIncomplete);
+        EXPECT_GT(bad, 3);
+        EXPECT_LT(bad, 30);
+        if (round == 0) {
+            first = statuses;
+        } else {
+            EXPECT_EQ(statuses, first);
+        }
+    }
+}
+
+TEST_F(FaultTest, AnEntryFailsOnItsNthCall) {
+    Control("fail PxnFeatureIntGet 2 -20");
+    std::int64_t value = 0;
+    EXPECT_EQ(PxnFeatureIntGet(camera, "Width", &value), 0);
+    EXPECT_EQ(PxnFeatureIntGet(camera, "Width", &value), PxnErrIO);
+    EXPECT_EQ(PxnFeatureIntGet(camera, "Width", &value), 0);
+    Control("fail-always PxnFeatureIntGet -24");
+    EXPECT_EQ(PxnFeatureIntGet(camera, "Width", &value), PxnErrBusy);
+    EXPECT_EQ(PxnFeatureIntGet(camera, "Width", &value), PxnErrBusy);
+    Control("clear");
+    EXPECT_EQ(PxnFeatureIntGet(camera, "Width", &value), 0);
+}
+
+TEST_F(FaultTest, AnyEntryMeansTheCallsOfAll) {
+    Control("fail any 3 -13");
+    std::int64_t value = 0;
+    double real = 0;
+    EXPECT_EQ(PxnFeatureIntGet(camera, "Width", &value), 0);
+    EXPECT_EQ(PxnFeatureFloatGet(camera, "Gain", &real), 0);
+    EXPECT_EQ(PxnFeatureIntGet(camera, "Width", &value), PxnErrOther);
+    EXPECT_EQ(PxnFeatureIntGet(camera, "Width", &value), 0);
+    const std::int64_t calls = Count("calls");
+    PxnFeatureIntGet(camera, "Width", &value);
+    EXPECT_EQ(Count("calls"), calls + 1) << "control commands are no calls";
+}
+
+TEST_F(FaultTest, AStartupCanFailAndTheNextOneWorks) {
+    Control("fail PxnStartup 1 -14");
+    EXPECT_EQ(PxnStartup(nullptr), PxnErrResources);
+    EXPECT_EQ(PxnStartup(nullptr), 0);
+    PxnShutdown();
+}
+
+TEST_F(FaultTest, DelaysAndStuckEntriesHoldTheCaller) {
+    std::int64_t value = 0;
+    Control("delay PxnFeatureIntGet 30");
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_EQ(PxnFeatureIntGet(camera, "Width", &value), 0);
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(29));
+    Control("clear");
+    Control("stuck PxnFeatureIntGet");
+    std::atomic<bool> done = false;
+    std::thread caller([&] {
+        EXPECT_EQ(PxnFeatureIntGet(camera, "Width", &value), 0);
+        done = true;
+    });
+    double gain = 0;
+    EXPECT_EQ(PxnFeatureFloatGet(camera, "Gain", &gain), 0) << "other entries are not held";
+    EXPECT_FALSE(done);
+    Control("clear");
+    caller.join();
+    EXPECT_TRUE(done);
+}
+
+TEST_F(FaultTest, ListsCanPretendToHaveGrown) {
+    PxnCameraInfo cameras[3] = {};
+    std::uint32_t found = 0;
+    Control("count-change PxnCamerasList 2");
+    EXPECT_EQ(PxnCamerasList(cameras, 3, &found, sizeof cameras[0]), PxnErrMoreData);
+    EXPECT_EQ(found, 5u);
+    EXPECT_EQ(PxnCamerasList(cameras, 3, &found, sizeof cameras[0]), 0);
+    EXPECT_EQ(found, 3u);
+    Control("count-change PxnCamerasList -3");
+    EXPECT_EQ(PxnCamerasList(cameras, 3, &found, sizeof cameras[0]), 0);
+    EXPECT_EQ(found, 0u);
+}
+
+TEST_F(FaultTest, BadCommandsSayWhy) {
+    const auto refused = [](const char* command) {
+        char answer[200] = "";
+        EXPECT_LT(PxnControl(command, answer, sizeof answer), 0) << command;
+        return std::string(answer);
+    };
+    EXPECT_EQ(refused(""), "no command; try help");
+    EXPECT_EQ(refused("fly"), "no command \"fly\"; try help");
+    EXPECT_EQ(refused("plug"), "usage: plug ID");
+    EXPECT_EQ(refused("plug nobody"), "no camera \"nobody\"");
+    EXPECT_EQ(refused(("plug " + kGigE).c_str()), "already plugged");
+    EXPECT_EQ(refused("fail PxnStartup x -1"), "\"x\" is not a number");
+    EXPECT_EQ(refused("fail PxnStartup -1 -1"), "\"-1\" is negative");
+    EXPECT_EQ(refused("fail PxnStartup 1 7000"), "\"7000\" is not a result code");
+    EXPECT_EQ(refused("frame sideways 1"), "\"sideways\" is no kind of frame fault");
+    EXPECT_EQ(refused("uart 1 asleep"), "\"asleep\" is not stuck, slow or ok");
+    EXPECT_EQ(refused("uart 9 ok"), "no camera has port 9");
+    EXPECT_EQ(refused(("set " + kGigE + " Nothing 1").c_str()), "no feature \"Nothing\"");
+    EXPECT_EQ(refused(("set " + kGigE + " Width 7").c_str()),
+              "the feature cannot have the value \"7\"");
+    EXPECT_EQ(refused(("trigger " + kGigE).c_str()), "the camera does not wait for a line");
+    EXPECT_EQ(refused(("access " + kGigE + " maybe").c_str()),
+              "\"maybe\" is not full, read, none or unknown");
+    EXPECT_EQ(refused("interface-event Eth9 missing"), "no interface \"Eth9\"");
+    EXPECT_EQ(refused("interface-event Eth0 gone"), "\"gone\" is not detected or missing");
+    EXPECT_EQ(refused("fail PxnNothing 1 -1"), "no entry point \"PxnNothing\"");
+    char shortAnswer[5] = "";
+    EXPECT_LT(PxnControl("fly", shortAnswer, sizeof shortAnswer), 0);
+    EXPECT_STREQ(shortAnswer, "no c");
+    EXPECT_LT(PxnControl(nullptr, nullptr, 0), 0);
+    EXPECT_NE(Control("help").find("unplug-at FRAME [ID]"), std::string::npos);
+}
+
+} // namespace
+} // namespace simulator_tests
