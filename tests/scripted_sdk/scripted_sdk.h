@@ -64,7 +64,8 @@ public:
 
     // ---- results ----
     /// The nth call of the entry from now on, and the `count` - 1 calls after it, answer `code`
-    /// and do nothing else.
+    /// and do nothing else. An empty text means whatever entry but PxnShutdown, which answers
+    /// nothing.
     virtual void Fail(const std::string& entry, PxnError code, unsigned nth = 1,
                       unsigned count = 1) = 0;
     virtual void FailAlways(const std::string& entry, PxnError code) = 0;

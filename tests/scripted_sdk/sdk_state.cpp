@@ -149,7 +149,8 @@ void SdkState::Release(const std::string& entry) {
 bool SdkState::NextFailure(const Call& call, PxnError& code) {
     bool failed = false;
     for (Failure& failure : failures) {
-        if (failure.entry != call.entry) {
+        if (failure.entry.empty() ? call.entry == std::string("PxnShutdown")
+                                  : failure.entry != call.entry) {
             continue;
         }
         if (!failure.feature.empty() && (failure.handle != call.handle || call.feature == nullptr ||
@@ -362,6 +363,14 @@ PxnError SdkState::ChangeStartups(int step) {
         return PxnErrApiNotStarted;
     }
     startups += step;
+    if (startups == 0) {
+        openCameras.clear();
+        announced.clear();
+        queued.clear();
+        completed.clear();
+        capturing.clear();
+        registrations.clear();
+    }
     return PxnErrSuccess;
 }
 
