@@ -13,9 +13,10 @@ protected:
     bool IsMutexFree() {
         bool free = false;
         std::thread([&] {
-            free = Grabber().SerialMutex().TryLock();
-            if (free) {
-                Grabber().SerialMutex().Unlock();
+            platform::Mutex& mutex = Grabber().SerialMutex();
+            if (mutex.TryLock()) {
+                free = true;
+                mutex.Unlock();
             }
         }).join();
         return free;
