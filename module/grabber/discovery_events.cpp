@@ -111,7 +111,8 @@ void DiscoveryEvents::Register(CMivoraKVNPyxenClass& grabber) {
 }
 
 void DiscoveryEvents::Release(CMivoraKVNPyxenClass& grabber) {
-    const std::shared_ptr<Receiver> receiver = TheRegistry().Remove(grabber);
+    const auto receiver = NoThrow<std::shared_ptr<Receiver>>(
+        nullptr, [&grabber] { return TheRegistry().Remove(grabber); });
     if (!receiver) {
         return;
     }
