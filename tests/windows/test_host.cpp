@@ -19,7 +19,7 @@ TestHost::~TestHost() {
 void TestHost::Pump() {
     MSG message{};
     while (PeekMessage(&message, nullptr, 0, 0, PM_REMOVE)) {
-        if (!dialog || !IsDialogMessage(dialog, &message)) {
+        if (!served || !IsDialogMessage(served, &message)) {
             TranslateMessage(&message);
             DispatchMessage(&message);
         }

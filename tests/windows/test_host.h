@@ -16,7 +16,7 @@ protected:
 
     CWnd& Frame() { return frame; }
     /// The dialog that messages are offered to first; null for none.
-    void SetDialog(HWND newDialog) { dialog = newDialog; }
+    void SetDialog(HWND dialog) { served = dialog; }
 
     /// Handles all messages that wait.
     void Pump();
@@ -34,7 +34,7 @@ protected:
 private:
     const AFX_MAINTAIN_STATE2 entered{AfxGetStaticModuleState()};
     CWnd frame;
-    HWND dialog = nullptr;
+    HWND served = nullptr;
 };
 
 /// A window's text.

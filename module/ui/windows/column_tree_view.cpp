@@ -173,9 +173,10 @@ void CColumnTreeView::DrawRow(CDC& dc, HTREEITEM item) {
     tree.GetClientRect(client);
     dc.FillSolidRect(CRect(row.left, row.top, std::max(client.right, row.right), row.bottom),
                      beside);
-    dc.SetTextColor(::GetSysColor(IsReadOnly(item) ? COLOR_GRAYTEXT
-                                  : selected       ? COLOR_HIGHLIGHTTEXT
-                                                   : COLOR_WINDOWTEXT));
+    // A selected row keeps the highlight's colours, on which grey could not be read.
+    dc.SetTextColor(::GetSysColor(selected           ? COLOR_HIGHLIGHTTEXT
+                                  : IsReadOnly(item) ? COLOR_GRAYTEXT
+                                                     : COLOR_WINDOWTEXT));
     CFont* const fontBefore = dc.SelectObject(tree.GetFont());
     dc.SetBkMode(TRANSPARENT);
     int index = 0;
