@@ -29,11 +29,11 @@ AcquisitionEngine::~AcquisitionEngine() {
 }
 
 void AcquisitionEngine::Open(PxnHandle camera, PxnHandle stream) {
-    Close();
     platform::MutexLock lock(mutex);
+    assert(slots.empty() && begunFrames == endedFrames);
     cameraHandle = camera;
     streamHandle = stream;
-    vanished = false;
+    closed = false;
 }
 
 void AcquisitionEngine::Close() {
@@ -41,7 +41,7 @@ void AcquisitionEngine::Close() {
     capturing = false;
     capturingNow = false;
     acquiring = false;
-    vanished = true; // nobody hands anything back any more
+    closed = true;
     FlushQueue();
     changed.NotifyAll();
     WaitForRunningFrame();
@@ -51,7 +51,7 @@ void AcquisitionEngine::Close() {
 
 void AcquisitionEngine::Vanish() {
     platform::MutexLock lock(mutex);
-    vanished = true;
+    closed = true;
     capturing = false;
     capturingNow = false;
     acquiring = false;
@@ -67,6 +67,9 @@ PxnError AcquisitionEngine::Announce(const PxnFrame* frame) {
         return PxnErrBadParameter;
     }
     platform::MutexLock lock(mutex);
+    if (closed) {
+        return PxnErrNotAvailable;
+    }
     SlotPointer& slot = slots[frame];
     if (!slot) {
         slot = std::make_shared<Slot>();
@@ -139,7 +142,7 @@ PxnError AcquisitionEngine::StartCapture() {
             return PxnErrResources;
         }
     }
-    if (vanished) {
+    if (closed) {
         return PxnErrNotAvailable;
     }
     capturing = true;
@@ -167,7 +170,7 @@ PxnError AcquisitionEngine::Queue(const PxnFrame* frame, PxnFrameCallback callba
     if (!slot) {
         return PxnErrNotFound;
     }
-    if (vanished) {
+    if (closed) {
         return PxnErrNotAvailable;
     }
     if (slot->state == SlotState::kQueued || slot->state == SlotState::kFilling) {
@@ -198,7 +201,7 @@ PxnError AcquisitionEngine::Wait(const PxnFrame* frame, std::uint32_t timeoutMs)
     while (slot->state != SlotState::kDone) {
         const bool coming =
             slot->state == SlotState::kFilling || (slot->state == SlotState::kQueued && capturing);
-        if (!coming || vanished) {
+        if (!coming || closed) {
             return PxnErrNotAvailable;
         }
         if (!unlimited && Clock::now() >= limit) {
@@ -232,7 +235,7 @@ void AcquisitionEngine::BeginAcquisition(const AcquisitionPlan& newPlan) {
     pendingTriggers = 0;
     repeatFrame = false;
     nextDue = Clock::now();
-    acquiring = !vanished;
+    acquiring = !closed;
     changed.NotifyAll();
 }
 
@@ -367,7 +370,7 @@ void AcquisitionEngine::Hand(const SlotPointer& slot, std::uint64_t frameId, Fra
     writing = false;
     slot->state = SlotState::kDone;
     ++accounting.completed;
-    const PxnFrameCallback callback = vanished ? nullptr : slot->callback;
+    const PxnFrameCallback callback = closed ? nullptr : slot->callback;
     changed.NotifyAll();
     if (callback != nullptr) {
         PxnFrame* frame = slot->frame;

@@ -67,7 +67,8 @@ public:
     AcquisitionEngine(const AcquisitionEngine&) = delete;
     AcquisitionEngine& operator=(const AcquisitionEngine&) = delete;
 
-    /// The handles that callbacks name; the camera has just been opened.
+    /// The handles that callbacks name; the camera has just been opened and the engine closed
+    /// before.
     void Open(PxnHandle camera, PxnHandle stream) EXCLUDES(mutex);
     /// Ends everything, waits for a running callback and revokes what is left.
     void Close() EXCLUDES(mutex);
@@ -150,7 +151,7 @@ private:
     bool writing GUARDED_BY(mutex) = false;
     bool capturing GUARDED_BY(mutex) = false;
     bool acquiring GUARDED_BY(mutex) = false;
-    bool vanished GUARDED_BY(mutex) = false;
+    bool closed GUARDED_BY(mutex) = true; // nothing is handed back any more
     bool ending GUARDED_BY(mutex) = false;
 };
 

@@ -102,44 +102,51 @@ bool Camera::HasId(const char* text) const {
 }
 
 PxnError Camera::Open(std::uint32_t accessMode, PxnHandle* handle) {
+    const bool full = accessMode == PxnAccessModeFull;
     platform::MutexLock serialise(openCloseMutex);
     {
         platform::MutexLock lock(mutex);
-        if (!plugged) {
-            return PxnErrNotFound;
-        }
-        const bool full = accessMode == PxnAccessModeFull;
-        const bool taken = std::any_of(sessions.begin(), sessions.end(), [](const Session& one) {
-            return one.accessMode == PxnAccessModeFull;
-        });
-        if ((permittedAccess & accessMode) == 0 || (full && taken)) {
-            return PxnErrInvalidAccess;
-        }
-        if (IsOpen()) {
-            HandleTarget target{this, this, streams.front().get(), full, true, false};
-            *handle = services.handles.Add(target);
-            sessions.push_back({*handle, accessMode});
-            AddHandle(*handle);
-            ++services.accounting.opened;
-            return PxnErrSuccess;
+        if (const PxnError refused = CheckAccess(accessMode); refused != PxnErrSuccess) {
+            return refused;
         }
     }
-    // A callback of the previous opening may still be running.
-    for (auto& stream : streams) {
-        stream->Engine().Close();
+    if (full) {
+        // A callback of a vanished opening may still be running.
+        for (auto& stream : streams) {
+            stream->Engine().Close();
+        }
     }
     platform::MutexLock lock(mutex);
     if (!plugged) {
         return PxnErrNotFound;
     }
-    HandleTarget target{this, this, streams.front().get(), accessMode == PxnAccessModeFull,
-                        true, false};
-    *handle = services.handles.Add(target);
+    if (!IsOpen()) {
+        CreateChildHandles();
+    }
+    *handle = services.handles.Add({this, this, streams.front().get(), full, true, false});
     sessions.push_back({*handle, accessMode});
     AddHandle(*handle);
-    CreateChildHandles();
+    if (full) {
+        for (std::size_t index = 0; index < streams.size(); ++index) {
+            streams[index]->Engine().Open(*handle, streamHandleLists.back()[index]);
+        }
+    }
     ++services.accounting.opened;
     return PxnErrSuccess;
+}
+
+PxnError Camera::CheckAccess(std::uint32_t accessMode) const {
+    if (!plugged) {
+        return PxnErrNotFound;
+    }
+    const bool taken = accessMode == PxnAccessModeFull && IsOpenInFull();
+    return taken || (permittedAccess & accessMode) == 0 ? PxnErrInvalidAccess : PxnErrSuccess;
+}
+
+bool Camera::IsOpenInFull() const {
+    return std::any_of(sessions.begin(), sessions.end(), [](const Session& session) {
+        return session.accessMode == PxnAccessModeFull;
+    });
 }
 
 void Camera::CreateChildHandles() {
@@ -151,7 +158,6 @@ void Camera::CreateChildHandles() {
         list.push_back(
             services.handles.Add({stream.get(), this, stream.get(), true, false, false}));
         stream->AddHandle(list.back());
-        stream->Engine().Open(sessions.front().handle, list.back());
     }
     streamHandleLists.push_back(std::move(list));
 }
@@ -188,14 +194,16 @@ void Camera::Close(PxnHandle handle) {
             }
             const auto removed = std::erase_if(
                 sessions, [handle](const Session& one) { return one.handle == handle; });
-            const bool last = removed != 0 && sessions.empty();
-            closeEngines = sessions.empty();
-            if (last) {
+            // The frames belong to the handle with full access, if there still is one.
+            closeEngines = !IsOpenInFull();
+            if (closeEngines) {
+                acquiring = false;
+            }
+            if (removed != 0 && sessions.empty()) {
                 gone.push_back(localDeviceHandle);
                 gone.insert(gone.end(), streamHandleLists.back().begin(),
                             streamHandleLists.back().end());
                 RemoveChildHandles();
-                acquiring = false;
             }
         }
         if (closeEngines) {
@@ -225,10 +233,8 @@ void Camera::FillInfo(PxnCameraInfo& info) const {
         info.localDeviceHandle = localDeviceHandle;
         info.streamHandles = streamHandleLists.back().data();
         info.streamCount = static_cast<std::uint32_t>(streams.size());
-        for (const Session& session : sessions) {
-            if (session.accessMode == PxnAccessModeFull) {
-                info.permittedAccess &= ~static_cast<std::uint32_t>(PxnAccessModeFull);
-            }
+        if (IsOpenInFull()) {
+            info.permittedAccess &= ~static_cast<std::uint32_t>(PxnAccessModeFull);
         }
     }
 }
@@ -389,10 +395,11 @@ bool Camera::IsStreaming() const {
 }
 
 void Camera::OnStreamingChanged() {
-    for (const auto& feature : Features()) {
-        if (feature->IsLockedWhileStreaming()) {
-            Invalidate(*feature);
-        }
+    InvalidateLocked();
+    Invalidate("TLParamsLocked");
+    for (auto& stream : streams) {
+        stream->InvalidateLocked();
+        stream->Invalidate("StreamIsGrabbing");
     }
 }
 

@@ -77,6 +77,8 @@ public:
     PxnError LineTrigger();
     /// Passes what changed on to a running acquisition.
     void UpdatePlan();
+    /// Moves and shrinks the region to what fits on the sensor, whatever changed.
+    void FitRegion();
     /// Lowers the frame rate to what exposure, readout and link allow.
     void LimitFrameRate();
     void UpdateEventMask();
@@ -115,6 +117,8 @@ private:
     PxnError ApplyInitialValue(const Setting& setting);
     AcquisitionPlan MakePlan() const;
     bool IsOpen() const REQUIRES(mutex) { return !sessions.empty(); }
+    bool IsOpenInFull() const REQUIRES(mutex);
+    PxnError CheckAccess(std::uint32_t accessMode) const REQUIRES(mutex);
     void CreateChildHandles() REQUIRES(mutex);
     void RemoveChildHandles() REQUIRES(mutex);
 

@@ -19,20 +19,6 @@ std::int64_t WidthStep(Camera& camera) {
     return std::lcm(own, std::int64_t{WidthGroup(*format)});
 }
 
-template <class T>
-T& Named(Camera& camera, const char* name) {
-    return dynamic_cast<T&>(*camera.Find(name));
-}
-
-// The region has to stay on the sensor whatever changed.
-void FitRegion(Camera& camera) {
-    for (const char* name : {"Width", "Height", "OffsetX", "OffsetY"}) {
-        IntFeature& feature = Named<IntFeature>(camera, name);
-        feature.Put(feature.Nearest(feature.Get()));
-    }
-    camera.LimitFrameRate();
-}
-
 void AddSensor(Camera& camera) {
     const CameraConfiguration& setup = camera.Setup();
     camera.Int("SensorWidth")
@@ -57,7 +43,7 @@ void AddSensor(Camera& camera) {
             .LockedWhileStreaming()
             .For(PxnVisibilityExpert)
             .Affects({"WidthMax", "HeightMax", "Width", "Height", "OffsetX", "OffsetY"})
-            .OnChange([&camera] { FitRegion(camera); })
+            .OnChange([&camera] { camera.FitRegion(); })
             .Text("Photo cells that are joined to one.");
     }
     camera.Int("WidthMax")
@@ -83,7 +69,7 @@ void AddSensor(Camera& camera) {
 void AddRegion(Camera& camera) {
     const CameraConfiguration& setup = camera.Setup();
     const auto sized = [&camera](IntFeature& feature) -> IntFeature& {
-        return feature.Unit("px").In(kCategory).OnChange([&camera] { FitRegion(camera); });
+        return feature.Unit("px").In(kCategory).OnChange([&camera] { camera.FitRegion(); });
     };
     sized(camera.Int("Width"))
         .Value(std::min(kDefaultWidth, std::int64_t{setup.sensorWidth}))
@@ -139,7 +125,7 @@ void AddPixelFormat(Camera& camera) {
         .Affects({"PixelSize", "PixelColorFilter", "PixelDynamicRangeMax", "LinePitch",
                   "PayloadSize", "ImageSize", "Width", "AcquisitionFrameRate", "GainSelector",
                   "BalanceRatio"})
-        .OnChange([&camera] { FitRegion(camera); })
+        .OnChange([&camera] { camera.FitRegion(); })
         .Text("Layout of the pixels in memory.");
     camera.Int("PixelSize")
         .Computed([&camera] {
@@ -255,6 +241,15 @@ void AddDerived(Camera& camera) {
 }
 
 } // namespace
+
+void Camera::FitRegion() {
+    platform::MutexLock lock(mutex);
+    for (const char* feature : {"OffsetX", "OffsetY", "Width", "Height"}) {
+        auto& value = dynamic_cast<IntFeature&>(*Find(feature));
+        value.Put(value.Nearest(value.Get()));
+    }
+    LimitFrameRate();
+}
 
 void AddImageFormatControl(Camera& camera) {
     AddSensor(camera);

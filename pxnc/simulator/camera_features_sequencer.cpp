@@ -80,7 +80,7 @@ void AddSequencerControl(Camera& camera) {
                 feature->Restore(value);
                 camera.Invalidate(*feature);
             }
-            camera.UpdatePlan();
+            camera.FitRegion(); // the region may have changed since
             return PxnErrSuccess;
         })
         .In(kCategory)

@@ -108,6 +108,14 @@ void Module::Invalidate(const char* name) {
     }
 }
 
+void Module::InvalidateLocked() {
+    for (const auto& feature : features) {
+        if (feature->IsLockedWhileStreaming()) {
+            Invalidate(*feature);
+        }
+    }
+}
+
 void Module::InvalidateAll() {
     platform::MutexLock lock(mutex);
     for (const auto& feature : features) {

@@ -57,6 +57,8 @@ public:
     /// Raises the invalidation of a feature and of all that depends on it, on every handle.
     void Invalidate(const Feature& feature);
     void Invalidate(const char* name);
+    /// Streaming began or ended: what is locked meanwhile changed its access.
+    void InvalidateLocked();
     /// Invalidates everything, after values were restored.
     void InvalidateAll();
 

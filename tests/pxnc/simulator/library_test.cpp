@@ -254,6 +254,36 @@ TEST_F(OpenTest, FullAccessIsGivenOnce) {
     EXPECT_EQ(PxnCameraClose(reader), 0);
 }
 
+TEST_F(OpenTest, FramesBelongToTheHandleWithFullAccess) {
+    const PxnHandle reader = Open(kGigECamera, PxnAccessModeRead);
+    const PxnHandle stream = InfoOf(reader).streamHandles[0];
+    PxnFrame frame{};
+    EXPECT_EQ(PxnFrameAnnounce(stream, &frame, sizeof frame), PxnErrNotAvailable)
+        << "nobody has full access";
+    const PxnHandle camera = Open(kGigECamera);
+    EXPECT_EQ(InfoOf(camera).streamHandles[0], stream);
+    struct Seen {
+        Counter frames;
+        PxnHandle camera = nullptr;
+    } seen;
+    std::vector<Buffer> buffers = Announce(camera, 1);
+    buffers[0].frame.context[0] = &seen;
+    const auto callback = [](PxnHandle handle, PxnHandle, PxnFrame* received) {
+        auto* note = static_cast<Seen*>(received->context[0]);
+        note->camera = handle;
+        note->frames.Add();
+    };
+    ASSERT_EQ(PxnCaptureFrameQueue(camera, &buffers[0].frame, callback), 0);
+    ASSERT_EQ(PxnCaptureStart(camera), 0);
+    ASSERT_EQ(PxnFeatureCommandRun(camera, "AcquisitionStart"), 0);
+    EXPECT_TRUE(seen.frames.WaitFor(1));
+    EXPECT_EQ(PxnCameraClose(camera), 0);
+    EXPECT_EQ(seen.camera, camera);
+    EXPECT_EQ(Count("revokedByClose"), 1);
+    EXPECT_FALSE(GetBool(reader, "TLParamsLocked")) << "closing ended the acquisition";
+    EXPECT_EQ(PxnCameraClose(reader), 0);
+}
+
 TEST_F(OpenTest, RefusalsSayWhy) {
     PxnHandle camera = nullptr;
     EXPECT_EQ(PxnCameraOpen("nobody", PxnAccessModeFull, &camera), PxnErrNotFound);
