@@ -45,11 +45,7 @@ typedef uint8_t PxnBool;
 #define PXN_SYSTEM_HANDLE ((PxnHandle)0x1000000000000001)
 
 /* Access modes of PxnCameraOpen, and bits of PxnCameraInfo::permittedAccess. */
-enum {
-    PxnAccessModeFull = 1,
-    PxnAccessModeRead = 2,
-    PxnAccessModeUnknown = 4
-};
+enum { PxnAccessModeFull = 1, PxnAccessModeRead = 2, PxnAccessModeUnknown = 4 };
 
 /* PxnFeatureInfo::featureDataType. */
 enum {

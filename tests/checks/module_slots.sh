@@ -16,7 +16,7 @@ entries() {
     readelf -rW "$module" | c++filt | awk '/R_X86_64_RELATIVE/ { print "own", $1, $4 }
       /R_X86_64_64/ { at = $1; $1 = $2 = $3 = $4 = ""; print "symbol", at, $0 }'
   } | awk -v table="$table" '
-    function number(hex, i, value) {
+    function number(hex,    i, value) {
       value = 0
       for (i = 1; i <= length(hex); i++) value = value * 16 + index("0123456789abcdef", substr(hex, i, 1)) - 1
       return value
@@ -34,7 +34,9 @@ entries() {
         else { name = text; sub(/\(.*/, "", name); sub(/.*::/, "", name) }
         owner = text ~ /CMivoraKVNPyxenClass/ ? "module" : text ~ /CMivoraGrabber/ ? "host" : "nobody"
         if (entry == 100) continue
-        print entry > 100 ? entry - 1 : entry, owner, name
+        slot = entry
+        if (entry > 100) slot = entry - 1
+        print slot, owner, name
       }
     }'
 }
