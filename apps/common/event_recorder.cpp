@@ -1,6 +1,7 @@
 // event_recorder.cpp - what a grabber told its host
 #include "apps/common/event_recorder.h"
 
+#include "apps/common/serve_windows.h"
 #include "mivora/grabber.h"
 #include "platform/clock.h"
 #include "platform/interrupt.h"
@@ -53,6 +54,7 @@ bool EventRecorder::WaitFor(const std::function<bool()>& condition, std::uint64_
     const std::uint64_t begin = platform::MonotonicNanoseconds();
     for (;;) {
         changed.Reset();
+        ServeWindows(grabber);
         if (condition()) {
             return true;
         }

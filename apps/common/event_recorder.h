@@ -41,7 +41,7 @@ public:
     /// Waits until `condition` holds, at most `timeoutMs` milliseconds, or until the user wants the
     /// program to stop; answers what the condition said last. The condition is asked without any
     /// lock held, after every event and now and then, since not all that a caller may wait for
-    /// brings an event.
+    /// brings an event. Windows of this thread live meanwhile.
     bool WaitFor(const std::function<bool()>& condition, std::uint64_t timeoutMs);
 
     /// Called for every frame on the thread that brings it, before it is counted. To be set while

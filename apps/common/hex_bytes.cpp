@@ -1,6 +1,7 @@
 // hex_bytes.cpp - bytes as hexadecimal text
 #include "apps/common/hex_bytes.h"
 
+#include <algorithm>
 #include <charconv>
 
 std::string HexText(std::span<const std::uint8_t> bytes) {

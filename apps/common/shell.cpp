@@ -1,22 +1,10 @@
 // shell.cpp - the grabber's operations, one a line
 #include "apps/common/shell.h"
 
-#include "platform/interrupt.h"
-
 namespace {
 
 constexpr int kDone = 0;
 constexpr int kRefused = 2;
-
-/// Reads up to and without the next line end; false at the end of the input.
-bool ReadLine(std::FILE* input, std::string& line) {
-    line.clear();
-    int character = 0;
-    while ((character = std::getc(input)) != EOF && character != '\n') {
-        line += static_cast<char>(character);
-    }
-    return character != EOF || !line.empty();
-}
 
 } // namespace
 
@@ -37,9 +25,9 @@ std::string Shell::Answer(std::string_view text) {
     }
 }
 
-int Shell::Run(std::FILE* input, std::FILE* output) {
+int Shell::Run(const std::function<bool(std::string& line)>& nextLine, std::FILE* output) {
     std::string line;
-    while (!platform::InterruptRequested() && ReadLine(input, line)) {
+    while (nextLine(line)) {
         std::string answer = Answer(line);
         if (!answer.empty()) {
             answer += '\n';

@@ -4,6 +4,8 @@
 #include "apps/common/shell_operation.h"
 
 #include <cstdio>
+#include <functional>
+#include <string>
 #include <string_view>
 
 /// Runs operations line by line. Every line that is not empty gives one line of output, flushed:
@@ -14,9 +16,9 @@ public:
 
     /// What one line gives, without line end; empty for a blank line or a comment.
     std::string Answer(std::string_view line);
-    /// Reads lines until the end of `input`, or until the user wants the program to stop. Returns
-    /// the program's exit status: 2 when a line was refused, else 0.
-    int Run(std::FILE* input, std::FILE* output);
+    /// Runs lines until `nextLine` has none left. Returns the program's exit status: 2 when a line
+    /// was refused, else 0.
+    int Run(const std::function<bool(std::string& line)>& nextLine, std::FILE* output);
 
 private:
     const ShellOperations& operations;

@@ -4,6 +4,9 @@
 #include "apps/common/shell_operation.h"
 #include "mivora/grabber.h"
 
+#include <algorithm>
+#include <cstdint>
+
 namespace {
 
 using Text = const std::string&;

@@ -1,7 +1,10 @@
 // shell_command.cpp - the command "shell" of both programs
 #include "apps/common/shell_command.h"
 
+#include "apps/common/command_line.h"
+#include "apps/common/input_lines.h"
 #include "apps/common/sdk_control.h"
+#include "apps/common/serve_windows.h"
 #include "apps/common/session.h"
 #include "apps/common/shell.h"
 #include "apps/common/shell_context.h"
@@ -51,7 +54,12 @@ void AddShellCommand(CLI::App& app, const AppOptions& options,
             addOwn(operations, context);
         }
         platform::InstallInterruptHandler();
-        const int status = Shell(operations).Run(stdin, stdout);
+        InputLines input([&session] {
+            ServeWindows(session.Grabber());
+            return true;
+        });
+        const int status =
+            Shell(operations).Run([&input](std::string& line) { return input.Next(line); }, stdout);
         if (status != 0) {
             throw CLI::RuntimeError(status);
         }

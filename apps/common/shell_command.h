@@ -1,12 +1,15 @@
 // shell_command.h - the command "shell" of both programs
 #pragma once
 
-#include "apps/common/app_options.h"
-
 #include <functional>
+
+namespace CLI {
+class App;
+}
 
 class IGrabberMaker;
 class ShellOperations;
+struct AppOptions;
 struct ShellContext;
 
 /// Adds the command "shell" to a program. `maker` gives its grabber; `addOwn`, when given, adds the

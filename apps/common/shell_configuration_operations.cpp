@@ -3,6 +3,8 @@
 #include "apps/common/shell_operation.h"
 #include "mivora/grabber.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <functional>
 #include <string>
 

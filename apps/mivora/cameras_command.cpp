@@ -1,9 +1,11 @@
 // cameras_command.cpp - lists the cameras
+#include "apps/common/command_line.h"
 #include "apps/common/json_text.h"
 #include "apps/common/session.h"
 #include "apps/mivora/commands.h"
 #include "mivora/grabber.h"
 
+#include <cstdint>
 #include <cstdio>
 #include <memory>
 

@@ -1,8 +1,10 @@
 // channels_command.cpp - lists the kinds of command channels
+#include "apps/common/command_line.h"
 #include "apps/common/session.h"
 #include "apps/mivora/commands.h"
 #include "mivora/grabber.h"
 
+#include <cstdint>
 #include <cstdio>
 
 namespace {

@@ -1,11 +1,14 @@
 // commands.h - the commands of mivora
 #pragma once
 
-#include "apps/common/app_options.h"
-
 #include <functional>
 
+namespace CLI {
+class App;
+}
+
 class IGrabberMaker;
+struct AppOptions;
 
 /// Gives the grabber maker once the options are known.
 using MakerSource = std::function<IGrabberMaker&()>;

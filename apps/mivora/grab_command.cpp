@@ -1,5 +1,6 @@
 // grab_command.cpp - continuous acquisition
 #include "apps/common/command_failure.h"
+#include "apps/common/command_line.h"
 #include "apps/common/continuous_grab.h"
 #include "apps/common/frame_writer.h"
 #include "apps/common/session.h"
@@ -11,6 +12,7 @@
 #include "platform/window_message.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <memory>
 #include <optional>

@@ -1,4 +1,5 @@
 // info_command.cpp - shows the driver and how the camera's images look
+#include "apps/common/command_line.h"
 #include "apps/common/host_image.h"
 #include "apps/common/json_text.h"
 #include "apps/common/session.h"

@@ -1,4 +1,6 @@
 // main.cpp - mivora, a host application for the command line
+#include "apps/common/app_options.h"
+#include "apps/common/command_line.h"
 #include "apps/common/module_maker.h"
 #include "apps/common/shell_command.h"
 #include "apps/mivora/commands.h"

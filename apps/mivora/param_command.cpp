@@ -1,11 +1,13 @@
 // param_command.cpp - acquisition parameters
 #include "apps/common/command_failure.h"
+#include "apps/common/command_line.h"
 #include "apps/common/parse_number.h"
 #include "apps/common/session.h"
 #include "apps/mivora/commands.h"
 #include "mivora/grabber.h"
 
 #include <cinttypes>
+#include <cstdint>
 #include <cstdio>
 #include <memory>
 #include <string>

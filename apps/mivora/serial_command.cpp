@@ -1,17 +1,20 @@
 // serial_command.cpp - a terminal on a serial port
 #include "apps/common/channel_settings.h"
 #include "apps/common/command_failure.h"
+#include "apps/common/command_line.h"
 #include "apps/common/hex_bytes.h"
+#include "apps/common/input_lines.h"
 #include "apps/common/session.h"
 #include "apps/mivora/commands.h"
 #include "mivora/grabber.h"
-#include "platform/event.h"
 #include "platform/interrupt.h"
 #include "platform/mutex.h"
+#include "platform/sleep.h"
 #include "platform/thread.h"
 #include "platform/window_message.h"
 
 #include <atomic>
+#include <cstdint>
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -41,7 +44,10 @@ std::string LineEnd(const std::string& name) {
 class Terminal {
 public:
     Terminal(Session& openSession, const SerialOptions& serialOptions)
-        : session(openSession), options(serialOptions), isInteractive(platform::IsTerminal(0)) {}
+        : session(openSession),
+          options(serialOptions),
+          isInteractive(platform::IsTerminal(0)),
+          lines([this] { return readResult == MV_OK; }) {}
 
     void Run() {
         const auto procedure = [](void* self) {
@@ -53,54 +59,44 @@ public:
         }
         MV_ERRCODE code = MV_OK;
         std::vector<std::uint8_t> bytes;
-        while (code == MV_OK && readResult == MV_OK && ReadInput(bytes)) {
+        while (code == MV_OK && ReadInput(bytes)) {
             code = Write(bytes);
         }
         inputEnded = true;
-        wake.Set();
         printer.Join();
         session.Check("CMDWriteBuffer", code, options.settings.port);
         session.Check("CMDReadBuffer", readResult, options.settings.port);
     }
 
 private:
-    /// Reads until a line is complete or much is there; false at the end of the input.
+    /// The next line; false at the end of the input.
     bool ReadInput(std::vector<std::uint8_t>& bytes) {
-        std::string line;
-        int character = 0;
-        while (line.size() < kMostAtOnce && (character = std::getc(stdin)) != EOF) {
-            line += static_cast<char>(character);
-            if (character == '\n') {
-                break;
-            }
-        }
-        if (line.empty() || platform::InterruptRequested()) {
+        const bool byLines = isInteractive || options.hex;
+        std::string text;
+        if (!(byLines ? lines.Next(text) : lines.NextPiece(text))) {
             return false;
         }
-        bytes = Translate(line);
+        bytes = Translate(std::move(text));
         return true;
     }
 
-    std::vector<std::uint8_t> Translate(std::string line) const {
-        const bool isWhole = line.ends_with('\n');
-        if (isWhole && (isInteractive || options.hex)) {
-            line.pop_back();
-            if (line.ends_with('\r')) {
-                line.pop_back();
-            }
+    std::vector<std::uint8_t> Translate(std::string text) const {
+        if (!isInteractive && !options.hex) {
+            return {text.begin(), text.end()};
+        }
+        if (text.ends_with('\r')) {
+            text.pop_back();
         }
         if (options.hex) {
-            auto bytes = ParseHex(line);
+            auto bytes = ParseHex(text);
             if (!bytes) {
                 std::fprintf(stderr, "mivora: \"%s\" is no sequence of hexadecimal bytes\n",
-                             line.c_str());
+                             text.c_str());
             }
             return bytes.value_or(std::vector<std::uint8_t>());
         }
-        if (isWhole && isInteractive) {
-            line += LineEnd(options.lineEnd);
-        }
-        return {line.begin(), line.end()};
+        text += LineEnd(options.lineEnd);
+        return {text.begin(), text.end()};
     }
 
     MV_ERRCODE Write(const std::vector<std::uint8_t>& bytes) {
@@ -122,13 +118,8 @@ private:
                 return;
             }
             if (count == 0) {
-                const bool wasEnded = inputEnded;
-                wake.Wait(kLookAgainMs);
-                if (wasEnded) {
-                    // The event stays set from now on and lets nothing rest.
-                    wake.Reset();
-                    quietMs += kLookAgainMs;
-                }
+                quietMs += inputEnded ? kLookAgainMs : 0;
+                platform::SleepMs(kLookAgainMs);
                 continue;
             }
             quietMs = 0;
@@ -149,8 +140,8 @@ private:
     Session& session;
     const SerialOptions& options;
     const bool isInteractive;
+    InputLines lines;
     platform::Mutex channelMutex; // the two threads' turns at the channel
-    platform::Event wake;
     std::atomic<bool> inputEnded{false};
     std::atomic<MV_ERRCODE> readResult{MV_OK};
 };

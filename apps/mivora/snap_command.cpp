@@ -1,5 +1,6 @@
 // snap_command.cpp - one frame into a file
 #include "apps/common/command_failure.h"
+#include "apps/common/command_line.h"
 #include "apps/common/host_image.h"
 #include "apps/common/image_writer.h"
 #include "apps/common/session.h"
@@ -7,6 +8,7 @@
 #include "mivora/grabber.h"
 #include "platform/interrupt.h"
 
+#include <cstdint>
 #include <cstdio>
 #include <memory>
 #include <string>

@@ -1,10 +1,12 @@
 // watch_command.cpp - prints a grabber's events
+#include "apps/common/command_line.h"
 #include "apps/common/session.h"
 #include "apps/mivora/commands.h"
 #include "mivora/grabber.h"
 #include "platform/clock.h"
 #include "platform/interrupt.h"
 
+#include <cstdint>
 #include <cstdio>
 #include <limits>
 #include <memory>

@@ -1,11 +1,14 @@
 // commands.h - the commands of pyxen-tool
 #pragma once
 
-#include "apps/common/app_options.h"
+namespace CLI {
+class App;
+}
 
 class CMivoraKVNPyxenClass;
 class LinkedMaker;
 class ShellOperations;
+struct AppOptions;
 
 // Each adds one command with its help to the program.
 void AddFeaturesCommand(CLI::App& app, const AppOptions& options, LinkedMaker& maker);

@@ -1,10 +1,12 @@
 // convert_command.cpp - a camera's raw image into the host's layout or a picture
 #include "apps/common/command_failure.h"
+#include "apps/common/command_line.h"
 #include "apps/common/image_writer.h"
 #include "apps/pyxen-tool/commands.h"
 #include "apps/pyxen-tool/raw_dump.h"
 #include "platform/file_system.h"
 
+#include <cstdint>
 #include <memory>
 #include <string>
 

@@ -7,6 +7,7 @@
 #include "grabber/mivora_kvn_pyxen_class.h"
 #include "platform/text.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <vector>
 

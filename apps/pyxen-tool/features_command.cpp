@@ -1,5 +1,6 @@
 // features_command.cpp - lists the features of the open camera's modules
 #include "apps/common/command_failure.h"
+#include "apps/common/command_line.h"
 #include "apps/common/session.h"
 #include "apps/pyxen-tool/commands.h"
 #include "apps/pyxen-tool/feature_access.h"
@@ -8,6 +9,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstdint>
 #include <cstdio>
 #include <memory>
 #include <string>

@@ -1,4 +1,5 @@
 // formats_command.cpp - the pixel format table, and the key of a camera
+#include "apps/common/command_line.h"
 #include "apps/common/json_text.h"
 #include "apps/pyxen-tool/commands.h"
 #include "grabber/camera_key.h"

@@ -1,5 +1,6 @@
 // get_set_commands.cpp - reads and writes one feature
 #include "apps/common/command_failure.h"
+#include "apps/common/command_line.h"
 #include "apps/common/session.h"
 #include "apps/pyxen-tool/commands.h"
 #include "apps/pyxen-tool/feature_access.h"

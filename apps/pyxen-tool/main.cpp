@@ -1,4 +1,6 @@
 // main.cpp - pyxen-tool, feature and offline tools of the grabber module
+#include "apps/common/app_options.h"
+#include "apps/common/command_line.h"
 #include "apps/common/shell_command.h"
 #include "apps/pyxen-tool/commands.h"
 #include "apps/pyxen-tool/linked_maker.h"

@@ -1,4 +1,5 @@
 // sync_check_command.cpp - reads a feature synchronisation file
+#include "apps/common/command_line.h"
 #include "apps/common/json_text.h"
 #include "apps/common/line_sink.h"
 #include "apps/pyxen-tool/commands.h"

@@ -1,8 +1,23 @@
-// console.cpp - standard streams need no preparation here
+// console.cpp - the standard streams
 #include "platform/console.h"
+
+#include <poll.h>
+#include <unistd.h>
 
 namespace platform {
 
-void PrepareStandardStreams() {}
+void PrepareStandardStreams() {
+    // They carry bytes already.
+}
+
+bool WaitForInput(std::uint32_t timeoutMs) {
+    pollfd input{STDIN_FILENO, POLLIN, 0};
+    return poll(&input, 1, static_cast<int>(timeoutMs)) > 0;
+}
+
+std::size_t ReadInput(char* buffer, std::size_t capacity) {
+    const ssize_t count = read(STDIN_FILENO, buffer, capacity);
+    return count > 0 ? static_cast<std::size_t>(count) : 0;
+}
 
 } // namespace platform

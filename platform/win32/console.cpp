@@ -1,4 +1,4 @@
-// console.cpp - standard streams without translation of line ends
+// console.cpp - the standard streams
 #include "platform/console.h"
 
 #include <windows.h>
@@ -7,9 +7,21 @@
 #include <io.h>
 #include <stdio.h>
 
-#include <initializer_list>
+#include <algorithm>
 
 namespace platform {
+
+namespace {
+
+constexpr std::uint32_t kLookAgainMs = 10;
+
+/// A pipe cannot be waited for, only looked at. One that has ended cannot be looked at any more.
+bool IsPipeReadable(HANDLE pipe) {
+    DWORD available = 0;
+    return !PeekNamedPipe(pipe, nullptr, 0, nullptr, &available, nullptr) || available > 0;
+}
+
+} // namespace
 
 void PrepareStandardStreams() {
     for (FILE* stream : {stdin, stdout, stderr}) {
@@ -17,6 +29,31 @@ void PrepareStandardStreams() {
     }
     SetConsoleCP(CP_UTF8);
     SetConsoleOutputCP(CP_UTF8);
+}
+
+bool WaitForInput(std::uint32_t timeoutMs) {
+    HANDLE const input = GetStdHandle(STD_INPUT_HANDLE);
+    if (GetFileType(input) == FILE_TYPE_CHAR) {
+        return WaitForSingleObject(input, timeoutMs) != WAIT_TIMEOUT;
+    }
+    if (GetFileType(input) != FILE_TYPE_PIPE) {
+        return true;
+    }
+    for (std::uint32_t waited = 0;; waited += kLookAgainMs) {
+        if (IsPipeReadable(input)) {
+            return true;
+        }
+        if (waited >= timeoutMs) {
+            return false;
+        }
+        Sleep(std::min(kLookAgainMs, timeoutMs - waited));
+    }
+}
+
+std::size_t ReadInput(char* buffer, std::size_t capacity) {
+    DWORD count = 0;
+    const auto size = static_cast<DWORD>(std::min<std::size_t>(capacity, 1u << 20));
+    return ReadFile(GetStdHandle(STD_INPUT_HANDLE), buffer, size, &count, nullptr) ? count : 0;
 }
 
 } // namespace platform

@@ -137,7 +137,7 @@ private:
         camera.plugged = xml.FlagOr(node, "plugged", camera.plugged);
         camera.permittedAccess = Choice(xml, node, "access", camera.permittedAccess, kAccess);
         camera.streams = xml.NumberOr(node, "streams", camera.streams, 1, 16);
-        camera.extraFeatures = xml.NumberOr(node, "extraFeatures", 0, 0, 1000000);
+        camera.extraFeatures = xml.NumberOr(node, "extraFeatures", 0, 0, 100000);
         for (const pugi::xml_node feature : node.children("feature")) {
             xml.Allow(feature, {"name", "value"}, {});
             camera.features.push_back(

@@ -1,11 +1,11 @@
 #include "apps/common/shell.h"
 
-#include "platform/file_system.h"
 #include "tests/support/temporary_directory.h"
 
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <sstream>
 
 namespace {
 
@@ -36,12 +36,16 @@ protected:
     }
 
     std::string Answer(const char* line) { return Shell(operations).Answer(line); }
-    /// Runs lines through files, as from standard input to standard output.
+    /// Runs lines with the output in a file.
     int Run(const std::string& lines, std::string& output) {
-        std::FILE* const input = std::fopen(directory.Write("in", lines).c_str(), "rb");
+        std::istringstream input(lines);
         std::FILE* const written = std::fopen(directory.PathOf("out").c_str(), "wb");
-        const int status = Shell(operations).Run(input, written);
-        std::fclose(input);
+        const int status = Shell(operations)
+                               .Run(
+                                   [&input](std::string& line) {
+                                       return static_cast<bool>(std::getline(input, line));
+                                   },
+                                   written);
         std::fclose(written);
         output = directory.Read("out");
         return status;

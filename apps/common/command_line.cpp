@@ -1,0 +1,57 @@
+// command_line.cpp - the command lines of both programs
+#include "apps/common/command_line.h"
+
+#include "apps/common/app_options.h"
+#include "platform/console.h"
+
+#include <cstdio>
+#include <exception>
+
+namespace {
+
+constexpr int kFailed = 1;
+constexpr int kBadUsage = 2;
+
+int Fail(const CLI::App& app, const char* text) {
+    std::fprintf(stderr, "%s: %s\n", app.get_name().c_str(), text);
+    return kFailed;
+}
+
+} // namespace
+
+void AddAppOptions(CLI::App& app, AppOptions& options) {
+    app.require_subcommand(1);
+    app.fallthrough();
+    app.add_option("--sdk", options.sdk,
+                   "Camera SDK: simulator, genicam, or a directory that has the SDK's library in "
+                   "its subdirectory Bin. Default: PYXEN_HOME of the environment, else simulator")
+        ->type_name("simulator|genicam|DIR");
+    app.add_option("--module", options.module,
+                   "Grabber module to load. Default: the one beside this program")
+        ->type_name("FILE");
+    app.add_option("--config", options.configFile,
+                   "The host's configuration file. Its directory is also where the SDK's PxnC.xml "
+                   "and feature synchronisation files are looked for")
+        ->type_name("FILE.ini");
+    app.add_option("--log", options.log,
+                   "Write log lines as LEVEL TEXT to a file, or with - to standard error")
+        ->type_name("FILE|-");
+    app.add_option("--camera", options.camera,
+                   "Camera to use: its index, its unique id (decimal or 0x...) or its name. "
+                   "Default: the configured one, else the first. The shell does not look at it")
+        ->type_name("N|ID");
+}
+
+int RunApp(CLI::App& app, int argumentCount, char** arguments) {
+    platform::PrepareStandardStreams();
+    try {
+        app.parse(argumentCount, arguments);
+        return 0;
+    } catch (const CLI::RuntimeError& status) {
+        return status.get_exit_code();
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? 0 : kBadUsage;
+    } catch (const std::exception& error) {
+        return Fail(app, error.what());
+    }
+}

@@ -1,0 +1,82 @@
+#include "platform/process.h"
+
+#include "platform/file_system.h"
+#include "tests/support/temporary_directory.h"
+
+#include <gtest/gtest.h>
+
+namespace platform {
+namespace {
+
+constexpr std::uint32_t kLimitMs = 60000;
+
+// The program that is started is this one: it can list its tests, and fails when asked for
+// nonsense.
+ProcessStart OwnProgram(const std::vector<std::string>& arguments) {
+    ProcessStart start;
+    start.program = ExecutablePath();
+    start.arguments = arguments;
+    return start;
+}
+
+TEST(Process, TellsStatusAndOutput) {
+    Process process;
+    std::string error;
+    ASSERT_TRUE(process.Start(OwnProgram({"--gtest_list_tests"}), &error)) << error;
+    process.CloseInput();
+    int status = -1;
+    ASSERT_TRUE(process.Wait(kLimitMs, status));
+    EXPECT_EQ(status, 0);
+    EXPECT_NE(process.Output().find("TellsStatusAndOutput"), std::string::npos);
+    EXPECT_EQ(process.Errors(), "");
+}
+
+TEST(Process, PassesArgumentsAsTheyAre) {
+    const support::TemporaryDirectory directory;
+    const std::string file = directory.PathOf("with blank \\ and 'quotes'.xml");
+    Process process;
+    ASSERT_TRUE(process.Start(
+        OwnProgram({"--gtest_filter=Path.NoSuchTest", "--gtest_output=xml:" + file})));
+    int status = -1;
+    ASSERT_TRUE(process.Wait(kLimitMs, status));
+    EXPECT_TRUE(PathExists(file));
+}
+
+TEST(Process, GivesEnvironmentAndWorkingDirectory) {
+    const support::TemporaryDirectory directory;
+    ProcessStart start = OwnProgram({"--gtest_filter=Path.NoSuchTest"});
+    start.workingDirectory = directory.Path();
+    start.environment = {{"GTEST_OUTPUT", "xml:result.xml"}};
+    Process process;
+    ASSERT_TRUE(process.Start(start));
+    int status = -1;
+    ASSERT_TRUE(process.Wait(kLimitMs, status));
+    EXPECT_TRUE(PathExists(directory.PathOf("result.xml")));
+}
+
+TEST(Process, RefusesAProgramThatIsNotThere) {
+    ProcessStart start;
+    start.program = JoinPath(DirectoryOf(ExecutablePath()), "no_such_program");
+    Process process;
+    std::string error;
+    EXPECT_FALSE(process.Start(start, &error));
+    EXPECT_NE(error.find("no_such_program"), std::string::npos);
+}
+
+TEST(Process, IsEndedByKillAndByDestruction) {
+    // Repeats its shortest test until somebody ends it.
+    const ProcessStart endless =
+        OwnProgram({"--gtest_filter=Process.RefusesAProgramThatIsNotThere", "--gtest_repeat=-1"});
+    Process killed;
+    ASSERT_TRUE(killed.Start(endless));
+    int status = 0;
+    EXPECT_FALSE(killed.Wait(1, status));
+    killed.Kill();
+    EXPECT_TRUE(killed.Wait(kLimitMs, status));
+    EXPECT_NE(status, 0);
+    Process destroyed;
+    EXPECT_TRUE(destroyed.Start(endless));
+}
+
+} // namespace
+} // namespace platform

@@ -1,0 +1,148 @@
+#include "platform/process.h"
+#include "tests/scenario/program_test.h"
+
+namespace scenario {
+namespace {
+
+class BadInput : public ProgramTest {};
+
+TEST_F(BadInput, HelpIsNoFailure) {
+    for (const char* program : {"mivora", "pyxen-tool"}) {
+        const auto result = support::RunProgram(program, {"--help"});
+        ExpectDone(result);
+        EXPECT_PRED2(Contains, result.output, "--sdk");
+        EXPECT_PRED2(Contains, result.output, "shell");
+    }
+    for (const char* command :
+         {"cameras", "info", "snap", "grab", "param", "channels", "serial", "watch", "shell"}) {
+        ExpectDone(support::RunProgram("mivora", {command, "--help"}));
+    }
+    for (const char* command :
+         {"features", "get", "set", "sync-check", "convert", "formats", "camera-key", "shell"}) {
+        ExpectDone(support::RunProgram("pyxen-tool", {command, "--help"}));
+    }
+}
+
+TEST_F(BadInput, BadUsageEndsWithStatusTwo) {
+    for (const char* program : {"mivora", "pyxen-tool"}) {
+        ExpectFailure(support::RunProgram(program, {}), 2, {"subcommand"});
+        ExpectFailure(support::RunProgram(program, {"nonsense"}), 2, {"subcommand"});
+        ExpectFailure(support::RunProgram(program, {"--nonsense", "shell"}), 2,
+                      {"Run with --help"});
+        ExpectFailure(support::RunProgram(program, {"shell", "--sdk"}), 2, {"--sdk"});
+    }
+}
+
+TEST_F(BadInput, AMissingSdkLibraryIsNamed) {
+    ExpectFailure(Mivora({"--sdk", PathOf("nowhere"), "cameras"}), 1,
+                  {"mivora: Init failed with 4", "PYXEN_HOME=" + PathOf("nowhere"),
+                   "there is no file " + PathOf("nowhere"), "Giving up."});
+    ExpectFailure(Tool({"--sdk", PathOf("nowhere"), "features"}), 1,
+                  {"pyxen-tool: Init failed with 4"});
+}
+
+TEST_F(BadInput, TheEnvironmentsSdkCountsWithoutTheOption) {
+    auto start = support::ProgramStart("mivora", WithConfig({"cameras"}));
+    start.environment.emplace_back("PYXEN_HOME", PathOf("elsewhere"));
+    ExpectFailure(support::RunProgram(start), 1, {"PYXEN_HOME=" + PathOf("elsewhere")});
+    start.arguments.insert(start.arguments.begin(), {"--sdk", "simulator"});
+    EXPECT_EQ(support::RunProgram(start).status, 0);
+}
+
+TEST_F(BadInput, TheSdkDirectoryReachesTheModuleAsTyped) {
+    const std::string home = PathOf("sdk") + platform::kPathSeparator;
+    const auto result = Mivora({"--sdk", home, "--log", PathOf("log"), "cameras"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_PRED2(Contains, result.errors, "PYXEN_HOME=" + home + "\n");
+    EXPECT_PRED2(Contains, directory.Read("log"),
+                 "Trying to load " + home + "Bin" + platform::kPathSeparator +
+                     platform::LibraryFileName("PxnC") + "\n");
+}
+
+TEST_F(BadInput, ALibraryThatIsNoLibraryIsNamed) {
+    const std::string library =
+        directory.Write("sdk/Bin/" + platform::LibraryFileName("PxnC"), "this is no library\n");
+    ExpectFailure(Mivora({"--sdk", PathOf("sdk"), "cameras"}), 1,
+                  {"Init failed with 4", platform::LibraryFileName("PxnC") + ": "});
+}
+
+TEST_F(BadInput, ALibraryThatLacksEntriesIsNamedWithThem) {
+    ExpectFailure(Mivora({"--sdk", support::BuiltFile("incomplete"), "cameras"}), 1,
+                  {"Init failed with 4", "PyxenApi: Could not find Pxn", "PyxenAPI is invalid!"});
+}
+
+TEST_F(BadInput, ABrokenSdkConfigurationIsNamed) {
+    const std::string file = directory.Write("PxnC.xml", "<PxnC><camera></PxnC>");
+    ExpectFailure(Mivora({"cameras"}), 1,
+                  {"Init failed with 4", "with " + file, "PxnStartup returned error"});
+    directory.Write("PxnC.xml", "<PxnC><camera id=\"A\" colour=\"red\"/></PxnC>");
+    ExpectFailure(Mivora({"cameras"}), 1, {"Init failed with 4", "PxnStartup returned error"});
+}
+
+TEST_F(BadInput, AConfigurationThatCannotBeReadIsNamed) {
+    ASSERT_TRUE(platform::CreateDirectories(PathOf("host.ini")));
+    ExpectFailure(Mivora({"cameras"}), 1,
+                  {"SetGrabberIni failed with 23", "for " + PathOf("host.ini")});
+    ExpectFailure(Mivora({"shell"}, "Init\n"), 1, {"SetGrabberIni failed with 23"});
+}
+
+TEST_F(BadInput, GarbageInTheConfigurationDoesNoHarm) {
+    UseCamera();
+    std::string garbage;
+    for (int i = 0; i < 5000; ++i) {
+        garbage += static_cast<char>(i * 7919 % 253 + 1);
+    }
+    directory.Write("host.ini", garbage);
+    EXPECT_EQ(Mivora({"cameras"}).status, 0);
+}
+
+TEST_F(BadInput, AModuleThatCannotBeUsedIsNamed) {
+    ExpectFailure(Mivora({"--module", PathOf("nowhere.so"), "cameras"}), 1,
+                  {PathOf("nowhere.so"), "no such file"});
+    const std::string text = directory.Write("module.so", "no library");
+    ExpectFailure(Mivora({"--module", text, "cameras"}), 1, {text});
+    // A library, but no grabber module.
+    const std::string sdk =
+        support::BuiltFile("simulator/Bin/" + platform::LibraryFileName("PxnC"));
+    ExpectFailure(Mivora({"--module", sdk, "cameras"}), 1, {"MivoraModuleInterface"});
+}
+
+TEST_F(BadInput, ALogThatCannotBeWrittenIsNamed) {
+    ExpectFailure(Mivora({"--log", PathOf("none/log"), "cameras"}), 1,
+                  {"cannot write the log file", PathOf("none/log")});
+}
+
+TEST_F(BadInput, TheLogCanGoToStandardError) {
+    UseCamera();
+    const auto result = Mivora({"--log", "-", "cameras", "--json"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_TRUE(Json::accept(result.output));
+    EXPECT_EQ(result.errors.find("1 CMivoraKVNPyxenClass::Init\n"), 0u);
+}
+
+TEST_F(BadInput, AnUnknownCameraIsNamedWithThoseThereAre) {
+    UseCamera();
+    for (const char* camera : {"1", "0xFFFFFFFF", "99999999999", "-1", "Camera B"}) {
+        ExpectFailure(
+            Mivora({"--camera", camera, "info"}), 1,
+            {std::string("there is no camera \"") + camera + "\"", "camera 0 (Camera A, 0x"});
+    }
+}
+
+TEST_F(BadInput, ACameraThatCannotBeOpenedIsNamed) {
+    UseCamera("", Faults("fail-always PxnCameraOpen -24"));
+    ExpectFailure(Mivora({"info"}), 1,
+                  {"OpenActCamera failed with 4", "for camera 0 (Camera A", "busy"});
+}
+
+TEST_F(BadInput, AStartThatTheCameraRefusesIsNamed) {
+    UseCamera("", Faults("fail-always PxnFeatureCommandRun -6"));
+    ExpectFailure(
+        Mivora({"snap", "-o", PathOf("a.raw")}), 1,
+        {"Snap failed with 29",
+         "CMivoraKVNPyxenClass::Snap: Sending acquisition start command to camera failed"});
+    ExpectFailure(Mivora({"grab", "--frames", "3"}), 1, {"Snap failed with 29"});
+}
+
+} // namespace
+} // namespace scenario

@@ -1,0 +1,134 @@
+#include "tests/scenario/program_test.h"
+
+namespace scenario {
+namespace {
+
+class Cameras : public ProgramTest {};
+
+TEST_F(Cameras, AreListedAsJson) {
+    UseCamera();
+    const auto result = Mivora({"cameras", "--json"});
+    ExpectDone(result);
+    const Json list = Json::parse(result.output);
+    const auto key = support::RunProgram("pyxen-tool", {"camera-key", "Eth0|A"});
+    EXPECT_EQ(list, Json::parse("[{\"index\":0,\"uniqueId\":" +
+                                std::to_string(std::stoul(key.output, nullptr, 16)) +
+                                ",\"name\":\"Camera A\",\"active\":false}]"));
+}
+
+TEST_F(Cameras, OfTheSimulatorAreThreeWithoutAConfiguration) {
+    const auto result = support::RunProgram("mivora", {"cameras", "--json"});
+    ExpectDone(result);
+    EXPECT_EQ(Json::parse(result.output).size(), 3u);
+}
+
+TEST_F(Cameras, CanBeNone) {
+    directory.Write("PxnC.xml", "<PxnC/>");
+    EXPECT_EQ(Mivora({"cameras", "--json"}).output, "[]\n");
+    EXPECT_EQ(Mivora({"cameras"}).output, "There is no camera.\n");
+    ExpectFailure(Mivora({"info"}), 1, {"there is no camera"});
+    ExpectFailure(Mivora({"--camera", "0", "info"}), 1, {"there is no camera \"0\""});
+}
+
+TEST_F(Cameras, AreChosenByIndexIdAndName) {
+    const Json all = Json::parse(support::RunProgram("mivora", {"cameras", "--json"}).output);
+    const std::string id = std::to_string(all[1]["uniqueId"].get<unsigned long>());
+    for (const std::string& choice : {std::string("1"), id, all[1]["name"].get<std::string>()}) {
+        const auto result =
+            support::RunProgram("mivora", {"--camera", choice, "cameras", "--json"});
+        ExpectDone(result);
+        const Json list = Json::parse(result.output);
+        for (std::size_t i = 0; i < list.size(); ++i) {
+            EXPECT_EQ(list[i]["active"], i == 1) << choice;
+        }
+    }
+}
+
+TEST_F(Cameras, RememberedInTheConfigurationAreActive) {
+    UseCamera();
+    directory.Write("host.ini", "[Grabber_0]\nUniqueId=Eth0|A\n");
+    EXPECT_TRUE(Json::parse(Mivora({"cameras", "--json"}).output)[0]["active"]);
+    directory.Write("host.ini", "[Grabber_0]\nUniqueId=Eth0|B\n");
+    EXPECT_FALSE(Json::parse(Mivora({"cameras", "--json"}).output)[0]["active"]);
+}
+
+TEST_F(Cameras, KeepNamesThatAreNoUtf8ReadableAsJson) {
+    directory.Write("PxnC.xml", "<PxnC><camera id=\"A\" model=\"caf\xE9 \xC3\xA9\"/></PxnC>");
+    const auto result = Mivora({"cameras", "--json"});
+    EXPECT_EQ(result.status, 0) << result.errors;
+    EXPECT_EQ(Json::parse(result.output)[0]["name"], "caf\xEF\xBF\xBD \xC3\xA9");
+}
+
+TEST_F(Cameras, TellHowTheirImagesLook) {
+    UseCamera(Format("Mono12p"));
+    const auto result = Mivora({"info", "--json"});
+    ExpectDone(result);
+    const Json info = Json::parse(result.output);
+    EXPECT_EQ(info["driverDescription"],
+              "Mivora grabber library for Korvane Pyxen compatible cameras");
+    EXPECT_EQ(info["camera"]["name"], "Camera A");
+    const Json& mode = info["mode"];
+    EXPECT_EQ(mode["width"], 64);
+    EXPECT_EQ(mode["height"], 48);
+    EXPECT_EQ(mode["components"], 1);
+    EXPECT_EQ(mode["allocatedBits"], 16);
+    EXPECT_EQ(mode["bits"], 12);
+    EXPECT_EQ(mode["colorCoding"], 0);
+    EXPECT_EQ(mode["numPixels"], 64 * 48);
+    EXPECT_EQ(mode["imageSize"], 64 * 48 * 2);
+    EXPECT_PRED2(Contains, Mivora({"info"}).output, "64 x 48 pixels");
+}
+
+TEST_F(Cameras, ServeParametersWithinTheirLimits) {
+    UseCamera();
+    EXPECT_EQ(Mivora({"param", "get", "261"}).output, "value1=-6 value2=0\n");
+    EXPECT_EQ(Mivora({"param", "limits", "261"}).output, "min=-6 max=0 min2=0 max2=0\n");
+    EXPECT_EQ(Mivora({"param", "get", "257"}).output, "value1=1000 value2=5000\n");
+    EXPECT_EQ(Mivora({"param", "set", "257", "2000"}).output, "value1=2000 value2=5000\n");
+    EXPECT_EQ(Mivora({"param", "set", "257", "2000", "0x2710"}).output,
+              "value1=2000 value2=10000\n");
+    EXPECT_EQ(Mivora({"param", "set", "261", "-3"}).output, "value1=-3 value2=0\n");
+    ExpectFailure(Mivora({"param", "set", "261", "1"}), 1,
+                  {"SetGrabberParam failed with 14", "parameter 261"});
+    ExpectFailure(Mivora({"param", "get", "262"}), 1, {"GetGrabberParam failed with 34"});
+    ExpectFailure(Mivora({"param", "set", "257", "abc"}), 2, {"no number"});
+    ExpectFailure(Mivora({"param", "get"}), 2, {"ID"});
+    ExpectFailure(Mivora({"param"}), 2, {"subcommand"});
+}
+
+TEST_F(Cameras, HaveCommandChannels) {
+    UseCamera();
+    const auto result = Mivora({"channels"});
+    ExpectDone(result);
+    EXPECT_PRED2(Contains, result.output, "type 0  Serial Port");
+    EXPECT_PRED2(Contains, result.output, "type 1  Pyxen Serial Port");
+}
+
+TEST_F(Cameras, TalkThroughTheirSerialPorts) {
+    UseCamera("<port number=\"0\" device=\"loopback\"/><port number=\"1\" device=\"lens\"/>", "",
+              "serial");
+    auto result = Mivora({"serial", "0"}, "hello\n");
+    ExpectDone(result);
+    EXPECT_EQ(result.output, "hello\n");
+    result = Mivora({"serial", "PYXENSERIALPORT1", "--baud", "9600"}, "ID?\r");
+    ExpectDone(result);
+    EXPECT_EQ(result.output, "ID PYXEN LENS 1.0\r\n");
+    result = Mivora({"serial", "0", "--hex"}, "00 ff 0a\n");
+    ExpectDone(result);
+    // What arrives in two goes is printed as two lines.
+    std::erase(result.output, '\n');
+    EXPECT_EQ(result.output, "00FF0A");
+    ExpectFailure(Mivora({"serial", "9"}), 1, {"CMDOpen failed with 18", "PYXENSERIALPORT9"});
+    ExpectFailure(Mivora({"serial", "0", "--parity", "Mark"}), 2, {"--parity"});
+}
+
+TEST_F(Cameras, AreWatchedForATime) {
+    UseCamera();
+    const auto result = Mivora({"watch", "--for", "50"});
+    ExpectDone(result);
+    EXPECT_PRED2(Contains, result.output, "watching camera 0 (Camera A");
+    EXPECT_FALSE(Contains(result.output, "changed"));
+}
+
+} // namespace
+} // namespace scenario

@@ -1,0 +1,169 @@
+#include "tests/scenario/program_test.h"
+
+#include <lodepng.h>
+
+namespace scenario {
+namespace {
+
+class Images : public ProgramTest {
+protected:
+    std::size_t CountFiles(const std::string& name) const {
+        std::size_t count = 0;
+        char number[32];
+        do {
+            ++count;
+            std::snprintf(number, sizeof number, "/frame-%06u.", static_cast<unsigned>(count));
+        } while (platform::PathExists(PathOf(name + number + "png")) ||
+                 platform::PathExists(PathOf(name + number + "pgm")) ||
+                 platform::PathExists(PathOf(name + number + "raw")));
+        return count - 1;
+    }
+    static void ExpectClosed(const Json& report) {
+        const Json& account = report["account"];
+        EXPECT_TRUE(account["closed"]) << report;
+        EXPECT_EQ(account["completed"], account["delivered"]) << report;
+        EXPECT_EQ(account["delivered"].get<int>(), account["taken"].get<int>() +
+                                                       account["lost"].get<int>() +
+                                                       account["flushed"].get<int>())
+            << report;
+    }
+};
+
+TEST_F(Images, AreSnappedInEveryMode) {
+    UseCamera();
+    for (const char* mode : {"2", "3", "4", "5"}) {
+        ExpectDone(Mivora({"snap", "--mode", mode, "-o", PathOf("image.raw")}));
+        EXPECT_EQ(directory.Read("image.raw").size(), 64u * 48) << mode;
+    }
+}
+
+TEST_F(Images, ComeInTheFormatOfTheFilesEnding) {
+    UseCamera(Format("Mono12"));
+    ExpectDone(Mivora({"snap", "-o", PathOf("image.raw")}));
+    EXPECT_EQ(directory.Read("image.raw").size(), 64u * 48 * 2);
+    ExpectDone(Mivora({"snap", "-o", PathOf("image.pgm")}));
+    const std::string header = "P5\n64 48\n4095\n";
+    EXPECT_EQ(directory.Read("image.pgm").substr(0, header.size()), header);
+    EXPECT_EQ(directory.Read("image.pgm").size(), header.size() + 64u * 48 * 2);
+    ExpectDone(Mivora({"snap", "-o", PathOf("image.png")}));
+    std::vector<unsigned char> pixels;
+    unsigned width = 0;
+    unsigned height = 0;
+    EXPECT_EQ(lodepng::decode(pixels, width, height, PathOf("image.png"), LCT_GREY, 16), 0u);
+    EXPECT_EQ(width, 64u);
+    EXPECT_EQ(height, 48u);
+}
+
+TEST_F(Images, OfPackedAndFullFormatsAreTheSame) {
+    // The first frame of a camera is always the same picture.
+    std::string whole;
+    for (const char* format : {"Mono12", "Mono12p", "Mono12Packed"}) {
+        UseCamera(Format(format));
+        ExpectDone(Mivora({"snap", "-o", PathOf("image.raw")}));
+        const std::string image = directory.Read("image.raw");
+        whole = whole.empty() ? image : whole;
+        EXPECT_EQ(image, whole) << format;
+    }
+    EXPECT_NE(whole, std::string(whole.size(), '\0'));
+}
+
+TEST_F(Images, OfColourFiltersAreWrittenInColour) {
+    UseCamera(Format("BayerRG8"), "", "gige");
+    ExpectDone(Mivora({"snap", "-o", PathOf("image.ppm")}));
+    EXPECT_EQ(directory.Read("image.ppm").substr(0, 3), "P6\n");
+    ExpectDone(Mivora({"snap", "-o", PathOf("image.pgm")}));
+    EXPECT_EQ(directory.Read("image.pgm").substr(0, 3), "P5\n");
+}
+
+TEST_F(Images, AreGrabbedWithAClosedAccount) {
+    for (const char* format : {"Mono8", "Mono10p", "BayerGB12Packed", "RGB8", "BGRa12", "YUV422"}) {
+        UseCamera(Format(format));
+        const auto result = Mivora({"grab", "--frames", "40", "--json"});
+        ExpectDone(result);
+        const Json report = Json::parse(result.output);
+        EXPECT_EQ(report["frames"], 40) << format;
+        EXPECT_EQ(report["errors"], 0) << format;
+        EXPECT_EQ(report["account"]["written"], 0) << format;
+        EXPECT_GT(report["framesPerSecond"], 1.0) << format;
+        EXPECT_LE(report["framesPerSecond"], 400.0) << format;
+        EXPECT_EQ(report["handOverMicroseconds"]["count"], 40) << format;
+        EXPECT_FALSE(report["interrupted"]);
+        EXPECT_FALSE(report["cameraLost"]);
+        ExpectClosed(report);
+    }
+}
+
+TEST_F(Images, AreWrittenOneByOne) {
+    UseCamera();
+    for (const char* format : {"png", "pnm", "raw"}) {
+        const std::string name = std::string("images-") + format;
+        const auto result = Mivora({"grab", "--frames", "12", "--buffers", "50", "-o", PathOf(name),
+                                    "--format", format, "--json"});
+        ExpectDone(result);
+        const Json report = Json::parse(result.output);
+        EXPECT_EQ(report["account"]["written"], 12) << report;
+        EXPECT_EQ(CountFiles(name), 12u) << format;
+        ExpectClosed(report);
+    }
+    EXPECT_EQ(directory.Read("images-raw/frame-000012.raw").size(), 64u * 48);
+    EXPECT_NE(directory.Read("images-raw/frame-000001.raw"),
+              directory.Read("images-raw/frame-000002.raw"));
+}
+
+TEST_F(Images, ThatAreIncompleteAreCountedAndNotHandedOver) {
+    UseCamera("", Faults("frame incomplete 3,5,9"));
+    const auto result = Mivora({"grab", "--frames", "20", "--json"});
+    ExpectDone(result);
+    const Json report = Json::parse(result.output);
+    EXPECT_EQ(report["frames"], 20);
+    EXPECT_EQ(report["errors"], 3);
+    EXPECT_EQ(report["account"]["incomplete"], 3);
+    ExpectClosed(report);
+}
+
+TEST_F(Images, EndWithAnErrorWhenTheCameraIsUnplugged) {
+    UseCamera("", Faults("unplug-at 20 A"));
+    const auto result = Mivora({"grab", "--frames", "1000", "--json"});
+    ExpectFailure(result, 1, {"no more frames from camera 0 (Camera A"});
+    const Json report = Json::parse(result.output);
+    EXPECT_TRUE(report["cameraLost"]);
+    EXPECT_GE(report["frames"], 15);
+    EXPECT_LE(report["frames"], 20);
+    ExpectClosed(report);
+}
+
+TEST_F(Images, EndWithAnErrorWhenFramesStopComing) {
+    UseCamera("<feature name=\"TriggerMode\" value=\"On\"/>\n");
+    ExpectFailure(Mivora({"grab", "--frames", "5", "--timeout", "300"}), 1, {"no more frames"});
+    ExpectFailure(Mivora({"snap", "--timeout", "300", "-o", PathOf("a.raw")}), 1,
+                  {"Snap failed with 29", "no frame for 300 ms"});
+}
+
+TEST_F(Images, CannotBeTakenFromAnEmptySensorOrAnUnknownFormat) {
+    directory.Write("PxnC.xml", "<PxnC><camera id=\"A\"><omit name=\"Height\"/></camera></PxnC>");
+    ExpectFailure(Mivora({"snap", "-o", PathOf("a.png")}), 1, {"empty images of 640 x 0 pixels"});
+    ExpectFailure(Mivora({"grab", "--frames", "1"}), 1, {"empty images of 640 x 0 pixels"});
+    directory.Write("PxnC.xml",
+                    "<PxnC><camera id=\"A\"><omit name=\"PixelFormat\"/></camera></PxnC>");
+    ExpectFailure(Mivora({"snap", "-o", PathOf("a.png")}), 1,
+                  {"pixel format is unknown", "cannot get pixelformat"});
+}
+
+TEST_F(Images, AreRefusedForBadWishes) {
+    UseCamera();
+    ExpectFailure(Mivora({"snap", "-o", PathOf("a.jpg")}), 2, {"-o"});
+    ExpectFailure(Mivora({"snap", "-o", PathOf("none/a.png")}), 1,
+                  {"cannot write", PathOf("none/a.png")});
+    ExpectFailure(Mivora({"snap", "--mode", "1", "-o", PathOf("a.png")}), 2, {"--mode"});
+    ExpectFailure(Mivora({"snap"}), 2, {"--output"});
+    ExpectFailure(Mivora({"grab"}), 2, {"--frames"});
+    ExpectFailure(Mivora({"grab", "--frames", "5", "--format", "gif"}), 2, {"--format"});
+    ExpectFailure(Mivora({"grab", "--frames", "5", "--buffers", "101"}), 1,
+                  {"PrepareFrameBuffers failed with 4", "Requested 101 buffers"});
+    const std::string file = directory.Write("file", "");
+    ExpectFailure(Mivora({"grab", "--frames", "5", "-o", file + "/below"}), 1,
+                  {"cannot make the directory", file});
+}
+
+} // namespace
+} // namespace scenario

@@ -1,0 +1,75 @@
+// program_test.h - the built programs, run as people run them, with simulated cameras
+#pragma once
+
+#include "platform/file_system.h"
+#include "tests/support/run_program.h"
+#include "tests/support/temporary_directory.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <string>
+#include <vector>
+
+namespace scenario {
+
+using Json = nlohmann::json;
+using Arguments = std::vector<std::string>;
+
+/// Runs mivora and pyxen-tool on the simulator with a configuration of the test's own.
+class ProgramTest : public testing::Test {
+protected:
+    /// Writes the SDK's configuration: one camera "A" of 64 x 48 pixels that sends 200 frames a
+    /// second, with these elements inside it and behind it.
+    void UseCamera(const std::string& inside = {}, const std::string& behind = {},
+                   const std::string& kind = "gige") {
+        directory.Write("PxnC.xml", "<PxnC>\n<camera kind=\"" + kind +
+                                        "\" id=\"A\" extendedId=\"Eth0|A\" model=\"Camera A\" "
+                                        "interface=\"" +
+                                        (kind == "serial" ? "Board0" : "Eth0") +
+                                        "\" sensorWidth=\"64\" sensorHeight=\"64\">\n"
+                                        "<feature name=\"Height\" value=\"48\"/>\n"
+                                        "<feature name=\"ExposureTime\" value=\"1000\"/>\n"
+                                        "<feature name=\"AcquisitionFrameRate\" value=\"200\"/>\n" +
+                                        inside + "</camera>\n" + behind + "</PxnC>\n");
+    }
+    static std::string Faults(const std::string& command) {
+        return "<faults><script>" + command + "</script></faults>\n";
+    }
+    static std::string Format(const std::string& name) {
+        return "<feature name=\"PixelFormat\" value=\"" + name + "\"/>\n";
+    }
+
+    Arguments WithConfig(const Arguments& arguments) const {
+        Arguments all{"--config", directory.PathOf("host.ini")};
+        all.insert(all.end(), arguments.begin(), arguments.end());
+        return all;
+    }
+    support::ProgramResult Mivora(const Arguments& arguments, const std::string& input = {}) const {
+        return support::RunProgram("mivora", WithConfig(arguments), input);
+    }
+    support::ProgramResult Tool(const Arguments& arguments, const std::string& input = {}) const {
+        return support::RunProgram("pyxen-tool", WithConfig(arguments), input);
+    }
+    std::string PathOf(const std::string& name) const { return directory.PathOf(name); }
+
+    static bool Contains(const std::string& text, const std::string& part) {
+        return text.find(part) != std::string::npos;
+    }
+    static void ExpectDone(const support::ProgramResult& result) {
+        EXPECT_EQ(result.status, 0) << result.errors;
+        EXPECT_EQ(result.errors, "");
+    }
+    /// The program failed with that status and said so on standard error.
+    static void ExpectFailure(const support::ProgramResult& result, int status,
+                              const std::vector<std::string>& words) {
+        EXPECT_EQ(result.status, status) << result.output << result.errors;
+        for (const std::string& word : words) {
+            EXPECT_PRED2(Contains, result.errors, word);
+        }
+    }
+
+    support::TemporaryDirectory directory;
+};
+
+} // namespace scenario

@@ -1,0 +1,175 @@
+#include "tests/scenario/program_test.h"
+
+#include <algorithm>
+
+namespace scenario {
+namespace {
+
+class PyxenTool : public ProgramTest {
+protected:
+    Json Features(const Arguments& options) {
+        Arguments arguments{"features", "--json"};
+        arguments.insert(arguments.end(), options.begin(), options.end());
+        const auto result = Tool(arguments);
+        ExpectDone(result);
+        return Json::parse(result.output);
+    }
+};
+
+TEST_F(PyxenTool, ListsFeaturesWithValueAndRange) {
+    UseCamera();
+    const Json width = Features({"--module", "camera", "--filter", "control/width"});
+    ASSERT_GE(width.size(), 1u);
+    const auto found = std::find_if(width.begin(), width.end(),
+                                    [](const Json& one) { return one["name"] == "Width"; });
+    ASSERT_NE(found, width.end());
+    EXPECT_EQ((*found)["path"], "/Camera/ImageFormatControl/Width");
+    EXPECT_EQ((*found)["module"], "Camera");
+    EXPECT_EQ((*found)["type"], "integer");
+    EXPECT_EQ((*found)["access"], "RW");
+    EXPECT_EQ((*found)["value"], 64);
+    EXPECT_EQ((*found)["max"], 64);
+    const Json format = Features({"--filter", "/PixelFormat"});
+    ASSERT_GE(format.size(), 1u);
+    EXPECT_EQ(format[0]["type"], "enumeration");
+    EXPECT_EQ(format[0]["value"], "Mono8");
+    EXPECT_GE(format[0]["entries"].size(), 70u);
+}
+
+TEST_F(PyxenTool, ListsEveryModule) {
+    UseCamera();
+    const Json all = Features({});
+    EXPECT_GE(all.size(), 150u);
+    for (const char* module :
+         {"PxnSystem", "Interface", "Transportlayer", "Localdevice", "Camera", "Stream0"}) {
+        EXPECT_TRUE(std::any_of(all.begin(), all.end(), [module](const Json& one) {
+            return one["module"] == module;
+        })) << module;
+        EXPECT_FALSE(Features({"--module", module}).empty()) << module;
+    }
+    ExpectFailure(Tool({"features", "--module", "Nope"}), 1, {"no module \"Nope\""});
+}
+
+TEST_F(PyxenTool, ReadsOneFeature) {
+    UseCamera();
+    EXPECT_EQ(Tool({"get", "Camera/Width"}).output, "64\n");
+    EXPECT_EQ(Tool({"get", "CAMERA/PixelFormat"}).output, "Mono8\n");
+    EXPECT_EQ(Tool({"get", "/Camera/AcquisitionControl/ExposureTime"}).output, "1000.0\n");
+    ExpectFailure(Tool({"get", "Camera/width"}), 1, {"no feature \"width\""});
+    ExpectFailure(Tool({"get", "Width"}), 1, {"MODULE/FEATURE"});
+    ExpectFailure(Tool({"get", "Camera/AcquisitionStart"}), 1, {"command"});
+}
+
+TEST_F(PyxenTool, WritesFeaturesOfEveryType) {
+    UseCamera();
+    EXPECT_EQ(Tool({"set", "Camera/Width", "0x20"}).output, "32\n");
+    EXPECT_EQ(Tool({"set", "Camera/ExposureTime", "2000.5"}).output, "2000.5\n");
+    EXPECT_EQ(Tool({"set", "Camera/PixelFormat", "Mono12"}).output, "Mono12\n");
+    EXPECT_EQ(Tool({"set", "Camera/ReverseX", "true"}).output, "true\n");
+    EXPECT_EQ(Tool({"set", "Camera/DeviceUserID", "my camera"}).output, "my camera\n");
+    EXPECT_PRED2(Contains, Tool({"set", "Camera/AcquisitionStop"}).output, "was executed");
+}
+
+TEST_F(PyxenTool, NamesWhatRefusesAValueAndWhy) {
+    UseCamera();
+    ExpectFailure(Tool({"set", "Camera/Width", "9999"}), 1,
+                  {"/Camera/ImageFormatControl/Width refuses the value 9999", "Out of range"});
+    ExpectFailure(Tool({"set", "Camera/DeviceVendorName", "x"}), 1,
+                  {"DeviceVendorName refuses the value x", "Write protected"});
+    ExpectFailure(Tool({"set", "Camera/PixelFormat", "mono8"}), 1, {"Out of range"});
+    ExpectFailure(Tool({"set", "Camera/Width", "wide"}), 1, {"\"wide\" is no value", "integer"});
+    ExpectFailure(Tool({"set", "Camera/Width"}), 2, {"VALUE"});
+}
+
+TEST_F(PyxenTool, WritesTheFeaturesThatDependOnOne) {
+    UseCamera();
+    directory.Write("host.ini", "[TLSpecificConfig_0]\nTLType=GEV\nFeatureSyncFile=cam.sync\n");
+    directory.Write("cam.sync",
+                    "{\"SyncFeatures\":[{\"ModuleName\":\"Camera\",\"FeatureName\":\"Width\","
+                    "\"Dependencies\":[{\"ModuleName\":\"Camera\",\"FeatureName\":\"Height\"}]}]}");
+    const auto result = Tool({"--log", PathOf("log"), "set", "Camera/Width", "48"});
+    ExpectDone(result);
+    EXPECT_EQ(result.output, "48\n");
+    EXPECT_PRED2(Contains, directory.Read("log"),
+                 "1 CMivoraKVNPyxenClass::SyncFeature: int64 feature can be synched to "
+                 "/Camera/ImageFormatControl/Height (value = 48");
+}
+
+TEST_F(PyxenTool, ChecksSynchronisationFiles) {
+    const std::string good = directory.Write(
+        "good.sync", "{\"SyncFeatures\":[{\"ModuleName\":\"Camera\",\"FeatureName\":\"Gain\","
+                     "\"Dependencies\":[{\"ModuleName\":\"Interface\",\"FeatureName\":\"A\"}]}]}");
+    auto result = support::RunProgram("pyxen-tool", {"sync-check", good});
+    ExpectDone(result);
+    EXPECT_EQ(result.output, "1 FeatureSyncher::Init: Loading " + good +
+                                 "...\n1 FeatureSyncher::Init: Camera::Gain will be synched with "
+                                 "\n1   Interface::A\n");
+    result = support::RunProgram("pyxen-tool", {"sync-check", good, "--json"});
+    ExpectDone(result);
+    const Json json = Json::parse(result.output);
+    EXPECT_EQ(json["ok"], true);
+    EXPECT_EQ(json["entries"],
+              Json::parse("[{\"module\":\"Camera\",\"feature\":\"Gain\",\"dependencies\":"
+                          "[{\"module\":\"Interface\",\"feature\":\"A\"}]}]"));
+    EXPECT_EQ(json["log"].size(), 3u);
+    EXPECT_EQ(json["log"][2], Json::parse("{\"level\":1,\"text\":\"  Interface::A\"}"));
+
+    const std::string bad = directory.Write("bad.sync", "{\"SyncFeatures\":[]} x");
+    result = support::RunProgram("pyxen-tool", {"sync-check", bad, "--json"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(Json::parse(result.output)["ok"], false);
+    EXPECT_EQ(support::RunProgram("pyxen-tool", {"sync-check", PathOf("none")}).status, 1);
+}
+
+TEST_F(PyxenTool, ListsThePixelFormats) {
+    const auto result = support::RunProgram("pyxen-tool", {"formats", "--json"});
+    ExpectDone(result);
+    const Json formats = Json::parse(result.output);
+    ASSERT_EQ(formats.size(), 76u);
+    EXPECT_EQ(formats[0], Json::parse("{\"name\":\"Mono8\",\"code\":17301505,\"components\":1,"
+                                      "\"allocatedBits\":8,\"bits\":8,\"colorCoding\":0,\"cfaX\":0,"
+                                      "\"cfaY\":0,\"conversion\":null}"));
+    EXPECT_EQ(formats[2]["conversion"], "Unpack10p");
+    EXPECT_TRUE(result.output.starts_with("[{\"name\":\"Mono8\",\"code\":17301505,"
+                                          "\"components\":1,\"allocatedBits\":8,\"bits\":8,"
+                                          "\"colorCoding\":0,\"cfaX\":0,\"cfaY\":0,"
+                                          "\"conversion\":null},"));
+    const std::string table = support::RunProgram("pyxen-tool", {"formats"}).output;
+    EXPECT_EQ(std::count(table.begin(), table.end(), '\n'), 77);
+}
+
+TEST_F(PyxenTool, PrintsCameraKeys) {
+    EXPECT_EQ(support::RunProgram("pyxen-tool", {"camera-key", ""}).output, "0x00000000\n");
+    const auto result = support::RunProgram("pyxen-tool", {"camera-key", "ABC"});
+    ExpectDone(result);
+    EXPECT_EQ(result.output.size(), 11u);
+    EXPECT_EQ(result.output.substr(0, 2), "0x");
+    // The word is a text here, not a command.
+    EXPECT_EQ(support::RunProgram("pyxen-tool", {"camera-key", "shell"}).status, 0);
+}
+
+TEST_F(PyxenTool, ConvertsDumps) {
+    const std::string dump = directory.Write("dump", std::string("\x34\xF2\xBC\x0A", 4));
+    const auto convert = [&](const char* format, const char* width, const std::string& output) {
+        return support::RunProgram("pyxen-tool", {"convert", "--format", format, "--width", width,
+                                                  "--height", "2", dump, output});
+    };
+    ExpectDone(convert("mono12p", "1", PathOf("a.raw")));
+    EXPECT_EQ(directory.Read("a.raw"), std::string("\x34\x02\xBC\x0A", 4));
+    ExpectDone(convert("Mono12p", "1", PathOf("a.pgm")));
+    EXPECT_EQ(directory.Read("a.pgm"), std::string("P5\n1 2\n4095\n\x02\x34\x0A\xBC", 16));
+    ExpectDone(convert("Mono16", "1", PathOf("a.png")));
+    ExpectFailure(convert("Mono12p", "2", PathOf("b.raw")), 1, {"has 6 bytes", "this dump has 4"});
+    EXPECT_FALSE(platform::PathExists(PathOf("b.raw")));
+    ExpectFailure(convert("Mono13", "1", PathOf("b.raw")), 1, {"unknown pixel format \"Mono13\""});
+    ExpectFailure(convert("Mono12p", "0", PathOf("b.raw")), 2, {"--width"});
+    ExpectFailure(convert("Mono12p", "1", PathOf("b.gif")), 2, {"OUT"});
+    ExpectFailure(convert("Mono12p", "1", PathOf("none/b.raw")), 1, {"cannot write"});
+    ExpectFailure(
+        support::RunProgram("pyxen-tool", {"convert", "--format", "Mono8", "--width", "1",
+                                           "--height", "1", PathOf("none"), PathOf("b.raw")}),
+        1, {"cannot read " + PathOf("none")});
+}
+
+} // namespace
+} // namespace scenario
