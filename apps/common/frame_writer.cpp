@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr std::size_t kMostWaiting = 16;
+constexpr std::uint64_t kMostBytesWaiting = 256u << 20;
 
 } // namespace
 
@@ -57,7 +57,8 @@ void FrameWriter::Push(const ImageLayout& layout, std::vector<std::uint8_t> pixe
         ThrowFailure();
         {
             platform::MutexLock lock(mutex);
-            if (waiting.size() < kMostWaiting) {
+            if (waiting.empty() || bytesWaiting + pixels.size() <= kMostBytesWaiting) {
+                bytesWaiting += pixels.size();
                 waiting.push_back({++pushed, layout, std::move(pixels)});
                 break;
             }
@@ -105,6 +106,7 @@ void FrameWriter::WriteAll() {
             if (!waiting.empty()) {
                 image = std::move(waiting.front());
                 waiting.pop_front();
+                bytesWaiting -= image.pixels.size();
             }
         }
         if (image.number == 0) {

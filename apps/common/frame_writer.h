@@ -12,7 +12,7 @@
 #include <vector>
 
 /// Takes copies of images and writes them as numbered files in a directory, so that who brings the
-/// images does not wait for the disk until several wait to be written. One thread brings.
+/// images does not wait for the disk until many megabytes wait to be written. One thread brings.
 class FrameWriter {
 public:
     /// Makes the directory. `format` is png, pnm or raw. Throws CommandFailure.
@@ -53,6 +53,7 @@ private:
 
     mutable platform::Mutex mutex;
     std::deque<Image> waiting GUARDED_BY(mutex);
+    std::uint64_t bytesWaiting GUARDED_BY(mutex) = 0;
     std::vector<std::vector<std::uint8_t>> spare GUARDED_BY(mutex);
     std::uint64_t dealtWith GUARDED_BY(mutex) = 0;
     std::uint64_t written GUARDED_BY(mutex) = 0;
