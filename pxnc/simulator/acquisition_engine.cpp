@@ -374,8 +374,8 @@ void AcquisitionEngine::Hand(const SlotPointer& slot, std::uint64_t frameId, Fra
     changed.NotifyAll();
     if (callback != nullptr) {
         PxnFrame* frame = slot->frame;
-        const PxnHandle camera = cameraHandle;
-        const PxnHandle stream = streamHandle;
+        PxnHandle camera = cameraHandle;
+        PxnHandle stream = streamHandle;
         ++accounting.callbacks;
         mutex.Unlock();
         {

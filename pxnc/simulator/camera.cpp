@@ -167,7 +167,7 @@ void Camera::RemoveChildHandles() {
     localDevice->RemoveHandle(localDeviceHandle);
     localDeviceHandle = nullptr;
     for (std::size_t index = 0; index < streams.size(); ++index) {
-        const PxnHandle handle = streamHandleLists.back()[index];
+        PxnHandle handle = streamHandleLists.back()[index];
         services.handles.Remove(handle);
         streams[index]->RemoveHandle(handle);
     }
@@ -282,7 +282,7 @@ bool Camera::Unplug() {
             localDevice->RemoveHandle(localDeviceHandle);
             localDeviceHandle = nullptr;
             for (std::size_t index = 0; index < streams.size(); ++index) {
-                const PxnHandle handle = streamHandleLists.back()[index];
+                PxnHandle handle = streamHandleLists.back()[index];
                 services.handles.MarkVanished(handle);
                 vanishedChildren.push_back(handle);
                 streams[index]->RemoveHandle(handle);

@@ -107,7 +107,7 @@ PxnError PXN_CALL PxnChunkDataAccess(const PxnFrame* frame, PxnChunkAccessCallba
             return PxnErrParsingChunkData;
         }
         ChunkModule chunks(simulator.Strings(), simulator.Events(), values);
-        const PxnHandle handle = simulator.Handles().Add({&chunks, nullptr, nullptr, false});
+        PxnHandle handle = simulator.Handles().Add({&chunks, nullptr, nullptr, false});
         PxnError result = PxnErrSuccess;
         try {
             result = callback(handle, userContext);
