@@ -22,10 +22,8 @@ void CMivoraKVNPyxenClass::InvalidationCallback(PxnHandle handle, const char* fe
 
 bool CMivoraKVNPyxenClass::ConcernsOpenCamera(PxnHandle eventModule) {
     ILogSink* log = GetLogSink();
-    std::string cameraId;
-    if (api.GetFeatureAsText(eventModule, "EventCameraDiscoveryCameraID", cameraId) != 0) {
-        cameraId.clear();
-    }
+    std::string cameraId; // stays empty when it cannot be read
+    api.GetFeatureAsText(eventModule, "EventCameraDiscoveryCameraID", cameraId);
     const char* type = nullptr;
     if (api.PxnFeatureEnumGet(eventModule, "EventCameraDiscoveryType", &type) != 0) {
         type = nullptr;

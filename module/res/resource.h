@@ -13,7 +13,8 @@
 #define IDC_ATTRIBUTE_TREE 4108
 #define IDC_VALUE_CONTAINER 4109
 
-/* Value editors */
+/* Value editors; their width is in dialog units */
+#define VALUE_FORM_WIDTH 150
 #define IDD_CMD_VALUE 7004
 #define IDC_CMD_RUN 7005
 #define IDD_ENUM_VALUE 7006

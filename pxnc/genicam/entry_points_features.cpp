@@ -227,12 +227,18 @@ PxnError PXN_CALL PxnFeatureEnumEntryGet(PxnHandle handle, const char* name, con
 
 PxnError PXN_CALL PxnFeatureStringGet(PxnHandle handle, const char* name, char* buffer,
                                       uint32_t bufferSize, uint32_t* sizeFilled) {
-    return EnterFeature(handle, name, [&](Feature& feature) {
+    return EnterFeature(handle, name, [&](Feature& feature) -> PxnError {
         std::string value;
-        const PxnError result = feature.GetString(value);
-        return result != PxnErrSuccess
-                   ? result
-                   : CopyBytes(value.c_str(), value.size() + 1, buffer, bufferSize, sizeFilled);
+        if (const PxnError failed = feature.GetString(value)) {
+            return failed;
+        }
+        const PxnError result =
+            CopyBytes(value.c_str(), value.size() + 1, buffer, bufferSize, sizeFilled);
+        // A text that is cut short ends all the same.
+        if (result == PxnErrMoreData && bufferSize > 0) {
+            buffer[bufferSize - 1] = '\0';
+        }
+        return result;
     });
 }
 

@@ -52,6 +52,7 @@ PxnError FrameStream::Announce(const PxnFrame* frame) {
     EntryPointer& entry = entries[frame];
     if (entry == nullptr) {
         entry = std::make_shared<Entry>();
+        entry->EndWait(PxnErrNotAvailable);
         // The record is the caller's, who passes it without const to be filled later.
         entry->frame = const_cast<PxnFrame*>(frame);
     } else if (entry->state != State::Idle && stream != nullptr) {
@@ -90,12 +91,18 @@ PxnError FrameStream::RevokeAll() {
         return PxnErrInvalidCall;
     }
     std::map<const PxnFrame*, EntryPointer> revoked;
-    {
-        const platform::MutexLock lock(mutex);
-        if (!queued.empty() || !filled.empty()) {
-            return PxnErrInUse;
+    bool isFree = false;
+    while (!isFree) {
+        {
+            const platform::MutexLock lock(mutex);
+            isFree = queued.empty() && filled.empty();
+            if (isFree) {
+                revoked.swap(entries);
+            }
         }
-        revoked.swap(entries);
+        if (!isFree) {
+            Flush();
+        }
     }
     deliveryIdle.Wait(platform::kInfinite);
     return LostOr(PxnErrSuccess);
@@ -150,6 +157,7 @@ PxnError FrameStream::StartCapture() {
     payloadSize = payload;
     counts.isCapturing = true;
     for (const EntryPointer& entry : queued) {
+        entry->done.Reset();
         Hand(*entry);
     }
     return PxnErrSuccess;
@@ -175,6 +183,7 @@ PxnError FrameStream::EndCapture() {
             queued.push_front(filled.back());
             filled.pop_back();
         }
+        EndWaits();
     }
     if (ended != nullptr) {
         // Its thread ends here, and with it every use of the announced memory.
@@ -196,11 +205,12 @@ PxnError FrameStream::Queue(const PxnFrame* frame, PxnFrameCallback callback) {
     }
     entry->callback = callback;
     entry->state = State::Queued;
-    entry->wasQueued = true;
-    entry->done.Reset();
     queued.push_back(entry);
     if (stream != nullptr) {
+        entry->done.Reset();
         Hand(*entry);
+    } else {
+        entry->EndWait(PxnErrNotAvailable);
     }
     return PxnErrSuccess;
 }
@@ -215,9 +225,6 @@ PxnError FrameStream::Wait(const PxnFrame* frame, uint32_t timeoutMs) {
         entry = Find(frame);
         if (entry == nullptr) {
             return PxnErrNotFound;
-        }
-        if (!entry->wasQueued) {
-            return PxnErrInvalidCall;
         }
         if (entry->state != State::Idle && device->IsLost()) {
             return PxnErrNotAvailable;
@@ -245,8 +252,7 @@ PxnError FrameStream::Flush() {
         const platform::MutexLock lock(mutex);
         for (const EntryPointer& entry : queued) {
             entry->state = State::Idle;
-            entry->waitResult = PxnErrNotAvailable;
-            entry->done.Set();
+            entry->EndWait(PxnErrNotAvailable);
         }
         queued.clear();
     }
@@ -261,10 +267,18 @@ void FrameStream::Close() {
 
 void FrameStream::OnCameraLost() {
     const platform::MutexLock lock(mutex);
+    EndWaits();
+}
+
+void FrameStream::EndWaits() {
     for (const EntryPointer& entry : queued) {
-        entry->waitResult = PxnErrNotAvailable;
-        entry->done.Set();
+        entry->EndWait(PxnErrNotAvailable);
     }
+}
+
+void FrameStream::Entry::EndWait(PxnError result) {
+    waitResult = result;
+    done.Set();
 }
 
 void FrameStream::OnStreamEvent(void* self, ArvStreamCallbackType type, ArvBuffer* buffer) {
@@ -308,8 +322,7 @@ void FrameStream::Complete(Entry& entry) {
         ++counts.incomplete;
     }
     entry.state = State::Idle;
-    entry.waitResult = PxnErrSuccess;
-    entry.done.Set();
+    entry.EndWait(PxnErrSuccess);
 }
 
 void FrameStream::DeliveryMain(void* argument) {

@@ -47,14 +47,14 @@ public:
     PxnError Announce(const PxnFrame* frame);
     /// PxnErrInUse while the frame is queued.
     PxnError Revoke(const PxnFrame* frame);
-    /// PxnErrInUse while a frame is queued; then none is revoked.
+    /// Flushes what is queued, then revokes every frame.
     PxnError RevokeAll();
     PxnError StartCapture();
     /// Frames that no callback has been called for stay queued.
     PxnError EndCapture();
     PxnError Queue(const PxnFrame* frame, PxnFrameCallback callback);
-    /// PxnErrInvalidCall for a frame that was never queued, PxnErrNotAvailable when it is flushed
-    /// or the camera vanishes meanwhile.
+    /// PxnErrNotAvailable for a frame that nothing comes for: it is not queued, no capture runs, or
+    /// the camera has vanished; also when that happens while it waits.
     PxnError Wait(const PxnFrame* frame, uint32_t timeoutMs);
     PxnError Flush();
     /// Ends the capture and forgets every frame. No callback runs afterwards.
@@ -88,9 +88,11 @@ private:
         ObjectOwner<ArvBuffer> buffer;
         PxnFrameCallback callback = nullptr;
         State state = State::Idle;
-        bool wasQueued = false;
-        PxnError waitResult = PxnErrSuccess;
+        // Set while there is nothing to wait for: the frame has come, or cannot come.
         platform::Event done;
+        PxnError waitResult = PxnErrNotAvailable;
+
+        void EndWait(PxnError result);
     };
     using EntryPointer = std::shared_ptr<Entry>;
 
@@ -102,6 +104,7 @@ private:
     ObjectOwner<ArvStream> CreateStream(uint32_t payload);
     void OnBufferDone(ArvBuffer* buffer);
     void Complete(Entry& entry) REQUIRES(mutex);
+    void EndWaits() REQUIRES(mutex);
     void DeliverNext();
     EntryPointer Find(const PxnFrame* frame) const REQUIRES(mutex);
     void Hand(const Entry& entry) REQUIRES(mutex);

@@ -4,6 +4,8 @@
 #include "pxnc/genicam/local_feature.h"
 
 #include <arv.h>
+#include <cstddef>
+#include <new>
 #include <utility>
 
 namespace genicam {
@@ -24,10 +26,34 @@ struct Started {
     std::shared_ptr<Library> library GUARDED_BY(mutex);
 };
 
+/// Never destroyed: a host that ends without a shutdown leaves threads behind, which must not find
+/// this gone, nor should its end wait for them.
 Started& TheStarted() {
-    static Started started;
-    return started;
+    alignas(Started) static std::byte storage[sizeof(Started)];
+    static Started* const started = new (storage) Started;
+    return *started;
 }
+
+/// Gives a claim on a camera back unless opening it succeeds.
+class ClaimGuard {
+public:
+    ClaimGuard(CameraList& cameraList, const std::string& cameraId)
+        : cameras(cameraList), id(cameraId) {}
+    ~ClaimGuard() {
+        if (!isKept) {
+            cameras.Release(id);
+        }
+    }
+    ClaimGuard(const ClaimGuard&) = delete;
+    ClaimGuard& operator=(const ClaimGuard&) = delete;
+
+    void Keep() { isKept = true; }
+
+private:
+    CameraList& cameras;
+    const std::string& id;
+    bool isKept = false;
+};
 
 } // namespace
 
@@ -195,12 +221,11 @@ PxnError Library::OpenCameraById(const char* id, uint32_t accessMode, PxnHandle&
     if (const PxnError refused = cameras->Reserve(id, claim)) {
         return refused;
     }
+    ClaimGuard guard(*cameras, claim.extendedId);
     std::shared_ptr<CameraDevice> device;
-    const PxnError failed = CameraDevice::Open(
-        claim.address, accessMode, configuration,
-        [this, extendedId = claim.extendedId] { OnCameraLost(extendedId); }, device);
-    if (failed != PxnErrSuccess) {
-        cameras->Release(claim.extendedId);
+    if (const PxnError failed = CameraDevice::Open(
+            claim.address, accessMode, configuration,
+            [this, extendedId = claim.extendedId] { OnCameraLost(extendedId); }, device)) {
         return failed;
     }
     OpenCamera open = AddCameraModules(texts, handles, std::move(device), claim.identity,
@@ -208,6 +233,7 @@ PxnError Library::OpenCameraById(const char* id, uint32_t accessMode, PxnHandle&
     camera = open.camera;
     const std::shared_ptr<CameraDevice> opened = open.device;
     cameras->SetOpen(claim.extendedId, std::move(open));
+    guard.Keep();
     if (opened->IsLost()) {
         // It went before anybody could know whose it was.
         OnCameraLost(claim.extendedId);

@@ -53,14 +53,15 @@ bool SetSocketBuffer(uint16_t port, uint32_t bytes) {
     if (directory == nullptr) {
         return false;
     }
+    bool isSet = false;
     while (const dirent* entry = readdir(directory.get())) {
         const int descriptor = std::atoi(entry->d_name);
         if (IsUdpSocketOn(descriptor, port)) {
             const int size = static_cast<int>(bytes);
-            return setsockopt(descriptor, SOL_SOCKET, SO_RCVBUF, &size, sizeof size) == 0;
+            isSet |= setsockopt(descriptor, SOL_SOCKET, SO_RCVBUF, &size, sizeof size) == 0;
         }
     }
-    return false;
+    return isSet;
 }
 
 } // namespace genicam

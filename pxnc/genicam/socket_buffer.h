@@ -9,8 +9,8 @@ namespace genicam {
 /// (net.core.rmem_max).
 uint32_t ChooseSocketBufferSize(uint32_t payloadSize);
 
-/// Sets the receive buffer of this process's UDP socket on `port` to `bytes`; false when there is
-/// no such socket or the system refused.
+/// Sets the receive buffer of this process's UDP sockets on `port` (one for each address, if there
+/// are several) to `bytes`; false when there is none or the system refused.
 bool SetSocketBuffer(uint16_t port, uint32_t bytes);
 
 } // namespace genicam

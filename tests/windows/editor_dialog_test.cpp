@@ -204,6 +204,11 @@ void ExpectTidy(HWND window, const char* name) {
                 << name << ": " << id << " and " << GetDlgCtrlID(child) << " overlap";
         }
         places.emplace_back(GetDlgCtrlID(child), place);
+        wchar_t className[16]{};
+        GetClassName(child, className, 16);
+        if (GetWindowLong(child, GWL_STYLE) & BS_ICON || std::wstring(L"Edit") == className) {
+            continue;
+        }
         const std::wstring text = TextOf(child);
         const HDC dc = GetDC(child);
         const auto font = reinterpret_cast<HFONT>(SendMessage(child, WM_GETFONT, 0, 0));
@@ -212,44 +217,102 @@ void ExpectTidy(HWND window, const char* name) {
         GetTextExtentPoint32(dc, text.data(), static_cast<int>(text.size()), &size);
         SelectObject(dc, before);
         ReleaseDC(child, dc);
-        if (!(GetWindowLong(child, GWL_STYLE) & BS_ICON)) {
-            EXPECT_LE(size.cx, place.Width())
-                << name << " cuts the text of " << GetDlgCtrlID(child);
-        }
+        EXPECT_LE(size.cx, place.Width()) << name << " cuts the text of " << GetDlgCtrlID(child);
     }
 }
 
-TEST_F(EditorInDialog, ShowsEveryEditorWhole) {
-    dialog.container.MoveWindow(10, 10, 340, 150);
+class EditorLooks : public EditorInDialog {
+protected:
+    /// Gives the pane a size in dialog units.
+    void Resize(int width, int height) {
+        CRect rect(7, 7, 7 + width, 7 + height);
+        MapDialogRect(dialog.m_hWnd, rect);
+        dialog.container.MoveWindow(rect);
+    }
+    void ShowAll(int width);
+};
+
+void EditorLooks::ShowAll(int width) {
+    Resize(width, 70);
+    const std::string suffix = "-" + std::to_string(width);
     auto& integer = dialog.Edit<CSintValueView>();
     integer.SetFeatureName("DeviceStreamChannelPacketSize");
     integer.SetNarrowUnit("pixels");
     integer.SetRange(0, 100000);
     integer.SetValue(40000);
     ExpectTidy(integer, "integer");
-    SaveScreenshot(dialog, "editor-integer");
+    SaveScreenshot(dialog, "editor-integer" + suffix);
     auto& number = dialog.Edit<CFloatValueView>();
     number.SetFeatureName("ExposureTime");
     number.SetNarrowUnit("\xC2\xB5s");
     number.SetRange(0.0, 100000.0);
     number.SetValue(15000.5);
     ExpectTidy(number, "float");
-    SaveScreenshot(dialog, "editor-float");
+    SaveScreenshot(dialog, "editor-float" + suffix);
     auto& list = dialog.Edit<CEnumValueView>();
     list.SetFeatureName("PixelFormat");
     const char* const names[] = {"Mono8", "BayerRG12Packed"};
     list.SetOptions(names, 2);
     list.SelectOption("BayerRG12Packed");
-    SaveScreenshot(dialog, "editor-enumeration");
+    ExpectTidy(list, "enumeration");
+    SaveScreenshot(dialog, "editor-enumeration" + suffix);
     auto& text = dialog.Edit<CStringValueView>();
     text.SetFeatureName("DeviceUserID");
     text.SetText("left camera");
     ExpectTidy(text, "string");
-    SaveScreenshot(dialog, "editor-string");
+    SaveScreenshot(dialog, "editor-string" + suffix);
     auto& command = dialog.Edit<CCmdValueView>();
     command.SetFeatureName("TriggerSoftware");
     ExpectTidy(command, "command");
-    SaveScreenshot(dialog, "editor-command");
+    SaveScreenshot(dialog, "editor-command" + suffix);
+}
+
+TEST_F(EditorLooks, AreTidyAtEveryWidth) {
+    ShowAll(150);
+    ShowAll(290);
+    ShowAll(120);
+}
+
+TEST_F(EditorLooks, FollowTheirForm) {
+    Resize(150, 70);
+    auto& view = dialog.Edit<CSintValueView>();
+    const auto place = [&](int id) {
+        CRect rect;
+        ::GetWindowRect(Control(id), &rect);
+        view.ScreenToClient(rect);
+        return rect;
+    };
+    const CRect slider = place(7020), edit = place(7022), apply = place(7026), unit = place(7031);
+    CRect client;
+    view.GetClientRect(client);
+    view.MoveWindow(0, 0, client.Width() + 80, client.Height());
+    EXPECT_TRUE(
+        EqualRect(place(7020), CRect(slider.left, slider.top, slider.right + 80, slider.bottom)));
+    EXPECT_TRUE(EqualRect(place(7022), CRect(edit.left, edit.top, edit.right + 80, edit.bottom)));
+    EXPECT_TRUE(
+        EqualRect(place(7026), CRect(apply.left + 80, apply.top, apply.right + 80, apply.bottom)));
+    EXPECT_EQ(place(7031).left, unit.left + 80);
+    view.MoveWindow(0, 0, 10, client.Height());
+    EXPECT_GT(place(7022).Width(), place(7026).Width());
+    view.MoveWindow(0, 0, client.Width(), client.Height());
+    EXPECT_TRUE(EqualRect(place(7022), edit));
+}
+
+TEST_F(EditorLooks, KeepTheHeightOfADroppedList) {
+    auto& view = dialog.Edit<CEnumValueView>();
+    const std::vector<const char*> names(100, "Option");
+    view.SetOptions(names.data(), 100);
+    const auto dropped = [&] {
+        CRect rect;
+        SendMessage(Control(7007), CB_GETDROPPEDCONTROLRECT, 0, reinterpret_cast<LPARAM>(&rect));
+        return rect.Height();
+    };
+    const int before = dropped();
+    view.MoveWindow(0, 0, 400, 100);
+    EXPECT_EQ(dropped(), before);
+    CRect closed;
+    ::GetWindowRect(Control(7007), &closed);
+    EXPECT_GT(before, 3 * closed.Height());
 }
 
 } // namespace

@@ -25,9 +25,11 @@ HTREEITEM TreeViewFixture::Insert(const wchar_t* text, HTREEITEM parent) {
 }
 
 void TreeViewFixture::InsertMany(int count, HTREEITEM parent) {
+    Tree().SetRedraw(FALSE);
     for (int index = 0; index < count; ++index) {
         Insert((L"Row" + std::to_wstring(index) + L"\tvalue").c_str(), parent);
     }
+    Tree().SetRedraw(TRUE);
 }
 
 int TreeViewFixture::ColumnWidth(int index) {

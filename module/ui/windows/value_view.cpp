@@ -4,11 +4,20 @@
 #include "res/resource.h"
 #include "ui/windows/wide_text.h"
 
+#include <algorithm>
+
 IMPLEMENT_DYNCREATE(CValueView, CFormView)
+
+namespace {
+
+constexpr int kNarrowest = 94; // in dialog units
+
+} // namespace
 
 BEGIN_MESSAGE_MAP(CValueView, CFormView)
 ON_BN_CLICKED(IDC_VALUE_APPLY, OnApply)
 ON_BN_CLICKED(IDC_VALUE_REVERT, OnRevert)
+ON_WM_SIZE()
 END_MESSAGE_MAP()
 
 CValueView::CValueView() : CValueView(IDD_ENUM_VALUE) {}
@@ -27,6 +36,10 @@ bool CValueView::Create(IObserver* newObserver, const RECT& rect, CWnd* parent) 
     MakeIconButton(IDC_VALUE_APPLY, applyIcon.get());
     MakeIconButton(IDC_VALUE_REVERT, revertIcon.get());
     observer = newObserver;
+    RememberPlaces();
+    CRect client;
+    GetClientRect(client);
+    FitControls(client.Width());
     return true;
 }
 
@@ -34,6 +47,40 @@ void CValueView::MakeIconButton(int id, HICON icon) {
     CWnd* const button = GetDlgItem(id);
     button->ModifyStyle(BS_BITMAP, BS_ICON);
     button->SendMessage(BM_SETIMAGE, IMAGE_ICON, reinterpret_cast<LPARAM>(icon));
+}
+
+void CValueView::RememberPlaces() {
+    for (HWND child = ::GetWindow(m_hWnd, GW_CHILD); child;
+         child = ::GetWindow(child, GW_HWNDNEXT)) {
+        CRect rect;
+        // A combo box is placed with the height of its list dropped down.
+        if (!::SendMessage(child, CB_GETDROPPEDCONTROLRECT, 0, reinterpret_cast<LPARAM>(&rect))) {
+            ::GetWindowRect(child, rect);
+        }
+        ScreenToClient(rect);
+        places.push_back({child, rect});
+    }
+}
+
+// Buttons and unit keep to the right edge; what stands left of them grows with the form, and
+// shrinks as long as an edit can still be used.
+void CValueView::FitControls(int width) {
+    CRect units(kNarrowest, 0, VALUE_FORM_WIDTH, 0);
+    ::MapDialogRect(m_hWnd, units);
+    const int more = std::max<int>(width, units.left) - units.right;
+    for (const Place& place : places) {
+        const int id = ::GetDlgCtrlID(place.control);
+        const bool keepsRight =
+            id == IDC_VALUE_APPLY || id == IDC_VALUE_REVERT || id == IDC_VALUE_UNIT;
+        ::SetWindowPos(place.control, nullptr, place.rect.left + (keepsRight ? more : 0),
+                       place.rect.top, place.rect.Width() + (keepsRight ? 0 : more),
+                       place.rect.Height(), SWP_NOZORDER | SWP_NOACTIVATE);
+    }
+}
+
+void CValueView::OnSize(UINT type, int width, int height) {
+    CFormView::OnSize(type, width, height);
+    FitControls(width);
 }
 
 void CValueView::SetFeatureName(const char* name) {

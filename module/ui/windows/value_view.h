@@ -6,6 +6,7 @@
 #include <afxext.h>
 
 #include <string_view>
+#include <vector>
 
 /// A form that edits one value: its name, the controls, the unit, and buttons to apply and to
 /// revert. It never talks to a camera, and whoever made it destroys and deletes it, which the
@@ -48,14 +49,23 @@ protected:
     /// Tells the observer. Nothing of the view may be touched afterwards.
     void Tell(bool accepted) { observer->OnValueChanged(accepted); }
     void OnApply() { Tell(true); }
+    void OnSize(UINT type, int width, int height);
 
     DECLARE_MESSAGE_MAP()
 
 private:
     void OnRevert() { Tell(false); }
     void MakeIconButton(int id, HICON icon);
+    void RememberPlaces();
+    void FitControls(int width);
+
+    struct Place {
+        HWND control;
+        CRect rect; ///< where the template puts it
+    };
 
     IObserver* observer = nullptr;
+    std::vector<Place> places; ///< empty until the form stands
     const SmallIcon applyIcon;
     const SmallIcon revertIcon;
 };

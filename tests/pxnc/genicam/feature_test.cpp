@@ -143,7 +143,7 @@ TEST_F(FeatureTest, ServesAString) {
     char buffer[4] = {};
     EXPECT_EQ(Sdk().FeatureStringGet(camera, "DeviceVendorName", buffer, 4, &size), PxnErrMoreData);
     EXPECT_EQ(size, 7u);
-    EXPECT_EQ(std::string(buffer, 4), "Arav");
+    EXPECT_STREQ(buffer, "Ara");
     EXPECT_EQ(Sdk().FeatureStringMaxlengthQuery(camera, "DeviceVendorName", &size), PxnErrSuccess);
     EXPECT_EQ(size, 32u);
     EXPECT_EQ(Sdk().FeatureStringSet(camera, "DeviceVendorName", "x"), PxnErrInvalidAccess);

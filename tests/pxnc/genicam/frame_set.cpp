@@ -17,6 +17,11 @@ FrameSet::FrameSet(PxnHandle cameraHandle, std::size_t count, uint32_t bytes)
     }
 }
 
+FrameSet::~FrameSet() {
+    SdkLibrary::Instance().CaptureEnd(camera);
+    SdkLibrary::Instance().FrameRevokeAll(camera);
+}
+
 void FrameSet::Announce() {
     for (PxnFrame& frame : frames) {
         ASSERT_EQ(SdkLibrary::Instance().FrameAnnounce(camera, &frame, sizeof frame),

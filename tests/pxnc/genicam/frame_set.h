@@ -17,6 +17,8 @@ namespace genicam_test {
 class FrameSet {
 public:
     FrameSet(PxnHandle cameraHandle, std::size_t count, uint32_t bytes);
+    /// Takes the memory back, also from a test that has failed in the middle.
+    ~FrameSet();
     FrameSet(const FrameSet&) = delete;
     FrameSet& operator=(const FrameSet&) = delete;
 

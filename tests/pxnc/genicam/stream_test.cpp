@@ -209,17 +209,49 @@ TEST_F(StreamTest, RefusesWhatMakesNoSense) {
     EXPECT_EQ(Sdk().CaptureFrameWait(camera, frame, 0), PxnErrNotFound);
     EXPECT_EQ(Sdk().FrameRevoke(camera, frame), PxnErrNotFound);
     frames.Announce();
-    EXPECT_EQ(Sdk().CaptureFrameWait(camera, frame, 0), PxnErrInvalidCall);
     EXPECT_EQ(frames.Queue(0), PxnErrSuccess);
     EXPECT_EQ(frames.Queue(0), PxnErrAlready);
-    EXPECT_EQ(Sdk().CaptureFrameWait(camera, frame, 1), PxnErrTimeout);
     EXPECT_EQ(Sdk().FrameRevoke(camera, frame), PxnErrInUse);
-    EXPECT_EQ(Sdk().FrameRevokeAll(camera), PxnErrInUse);
     EXPECT_EQ(Sdk().FrameRevoke(camera, frames.At(1)), PxnErrSuccess);
-    EXPECT_EQ(Sdk().CaptureQueueFlush(camera), PxnErrSuccess);
     EXPECT_EQ(Sdk().FrameRevokeAll(camera), PxnErrSuccess);
+    EXPECT_EQ(Sdk().FrameRevoke(camera, frame), PxnErrNotFound);
     EXPECT_EQ(frames.Count(), 0u);
     EXPECT_EQ(Sdk().CaptureStart(localDevice), PxnErrBadHandle);
+}
+
+TEST_F(StreamTest, WaitsOnlyForWhatMayCome) {
+    FrameSet frames(camera, 1, kPayload);
+    PxnFrame* frame = frames.At(0);
+    frames.Announce();
+    EXPECT_EQ(Sdk().CaptureFrameWait(camera, frame, 0xFFFFFFFF), PxnErrNotAvailable);
+    ASSERT_EQ(Sdk().CaptureFrameQueue(camera, frame, nullptr), PxnErrSuccess);
+    EXPECT_EQ(Sdk().CaptureFrameWait(camera, frame, 0xFFFFFFFF), PxnErrNotAvailable);
+    ASSERT_EQ(Sdk().CaptureStart(camera), PxnErrSuccess);
+    EXPECT_EQ(Sdk().CaptureFrameWait(camera, frame, 1), PxnErrTimeout);
+    ASSERT_EQ(Sdk().CaptureEnd(camera), PxnErrSuccess);
+    EXPECT_EQ(Sdk().CaptureFrameWait(camera, frame, 0xFFFFFFFF), PxnErrNotAvailable);
+    ASSERT_EQ(Sdk().CaptureStart(camera), PxnErrSuccess);
+    frames.StartAcquisition();
+    EXPECT_EQ(Sdk().CaptureFrameWait(camera, frame, 0xFFFFFFFF), PxnErrSuccess);
+    frames.StopAndRevoke();
+}
+
+TEST_F(StreamTest, RevokingAllEndsWhatIsUnderWay) {
+    FrameSet frames(camera, 4, kPayload);
+    frames.Announce();
+    ASSERT_EQ(Sdk().CaptureStart(camera), PxnErrSuccess);
+    frames.Queue();
+    EXPECT_EQ(Sdk().FrameRevokeAll(camera), PxnErrSuccess);
+    EXPECT_EQ(StreamInt("StreamAnnouncedBufferCount"), 0);
+    EXPECT_EQ(StreamInt("StreamInputBufferCount"), 0);
+    EXPECT_EQ(frames.Count(), 0u);
+    // The capture still runs, for other frames.
+    FrameSet others(camera, 1, kPayload);
+    others.Announce();
+    others.Queue();
+    others.StartAcquisition();
+    EXPECT_TRUE(others.WaitForCount(1));
+    others.StopAndRevoke();
 }
 
 TEST_F(StreamTest, StartsAndEndsTwiceWithoutHarm) {
