@@ -4,7 +4,9 @@
 #include "pxnc/simulator/number_text.h"
 #include "pxnc/simulator/sdk.h"
 
+#include <algorithm>
 #include <array>
+#include <iterator>
 #include <sstream>
 #include <vector>
 
@@ -86,6 +88,14 @@ FrameFault FaultOf(const std::string& word) {
     Refuse(PxnErrBadParameter, "\"" + word + "\" is no kind of frame fault");
 }
 
+std::string JoinFrom(const Words& words, std::size_t first) {
+    std::string line = words[first];
+    for (std::size_t i = first + 1; i < words.size(); ++i) {
+        line += " " + words[i];
+    }
+    return line;
+}
+
 std::string SetPlugged(const Words& words, bool plugged) {
     const std::shared_ptr<Simulator> simulator = Running();
     if (!simulator->SetPlugged(CameraOf(*simulator, words[1]), plugged)) {
@@ -111,10 +121,7 @@ std::string SetFeature(const Words& words) {
     if (feature == nullptr) {
         Refuse(PxnErrNotFound, "no feature \"" + words[2] + "\"");
     }
-    std::string value = words[3];
-    for (std::size_t i = 4; i < words.size(); ++i) {
-        value += " " + words[i];
-    }
+    const std::string value = JoinFrom(words, 3);
     PxnError result = feature->FromText(value);
     if (result == PxnErrInvalidAccess) {
         // What a host may not write now still may change by itself.
@@ -223,6 +230,23 @@ std::string Status(const Words&) {
     return out.str();
 }
 
+bool IsCommandName(const std::string& word);
+
+std::string RunLater(const Words& words) {
+    const std::uint64_t delayMs = Count(words[1]);
+    constexpr std::uint64_t kLongestMs = 24ULL * 60 * 60 * 1000;
+    if (delayMs > kLongestMs) {
+        Refuse(PxnErrBadParameter, "\"" + words[1] + "\" is more than a day");
+    }
+    if (!IsCommandName(words[2])) {
+        Refuse(PxnErrNotFound, "no command \"" + words[2] + "\"; try help");
+    }
+    if (!Running()->Delayed().Add(delayMs, JoinFrom(words, 2))) {
+        Refuse(PxnErrResources, "no thread for it");
+    }
+    return "ok";
+}
+
 std::string Help(const Words&);
 
 struct Command {
@@ -255,6 +279,7 @@ constexpr Command kCommands[] = {
              {Count(words[1]), false, words.size() > 2 ? words[2] : std::string()});
          return std::string("ok");
      }},
+    {"after", 2, kAnyNumber, "after MS COMMAND", RunLater},
     {"fail", 3, 3, "fail ENTRY N CODE",
      [](const Words& words) {
          Faults::Instance().FailCall(Entry(words[1]), Count(words[2]), Code(words[3]));
@@ -302,6 +327,7 @@ constexpr Command kCommands[] = {
          Faults::Instance().Clear();
          if (const std::shared_ptr<Simulator> simulator = Sdk::Instance().Current()) {
              ForEachPort(*simulator, [](Uart& port) { port.SetFault(Uart::Fault::kNone); });
+             simulator->Delayed().Clear();
          }
          return std::string("ok");
      }},
@@ -313,6 +339,11 @@ constexpr Command kCommands[] = {
     {"status", 0, 0, "status", Status},
     {"help", 0, 0, "help", Help},
 };
+
+bool IsCommandName(const std::string& word) {
+    return std::any_of(std::begin(kCommands), std::end(kCommands),
+                       [&word](const Command& command) { return word == command.name; });
+}
 
 std::string Help(const Words&) {
     std::string text;

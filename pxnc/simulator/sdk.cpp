@@ -88,6 +88,7 @@ void Sdk::Shutdown() {
 }
 
 void Sdk::End() {
+    Current()->Delayed().Stop(); // a line that runs still finds the SDK started
     std::shared_ptr<Simulator> last;
     {
         platform::MutexLock lock(mutex);

@@ -4,6 +4,7 @@
 #include "pxnc/simulator/accounting.h"
 #include "pxnc/simulator/camera.h"
 #include "pxnc/simulator/configuration.h"
+#include "pxnc/simulator/delayed_commands.h"
 #include "pxnc/simulator/event_dispatcher.h"
 #include "pxnc/simulator/handle_table.h"
 #include "pxnc/simulator/string_pool.h"
@@ -30,6 +31,7 @@ public:
 
     StringPool& Strings() { return strings; }
     EventDispatcher& Events() { return events; }
+    DelayedCommands& Delayed() { return delayed; }
     HandleTable& Handles() { return handles; }
     Accounting& Counts() { return accounting; }
     const std::vector<std::unique_ptr<TransportLayer>>& TransportLayers() const { return layers; }
@@ -62,6 +64,7 @@ private:
     std::vector<std::unique_ptr<TransportLayer>> layers;
     std::vector<std::unique_ptr<Interface>> interfaces;
     std::vector<std::unique_ptr<Camera>> cameras;
+    DelayedCommands delayed;
 };
 
 } // namespace pxsim

@@ -76,6 +76,38 @@ TEST_F(DiscoveryTest, EveryEventArrivesWithItsOwnValues) {
     Control("interface-event Usb0 missing");
 }
 
+TEST_F(DiscoveryTest, CommandsCanRunLaterInTheOrderOfTheirTimes) {
+    DiscoveryListener listener;
+    ASSERT_EQ(PxnFeatureInvalidationRegister(PXN_SYSTEM_HANDLE, "EventCameraDiscovery",
+                                             &DiscoveryListener::OnCamera, &listener),
+              0);
+    Control("after 60 plug " + kGigE);
+    Control("after 30 unplug " + kGigE);
+    Control("after 90 after 1 unplug " + kGigE);
+    ASSERT_TRUE(listener.calls.WaitFor(3));
+    EXPECT_EQ(listener.events, (std::vector<std::string>{"Missing " + kGigE, "Detected " + kGigE,
+                                                         "Missing " + kGigE}));
+    EXPECT_EQ(PxnFeatureInvalidationUnregister(PXN_SYSTEM_HANDLE, "EventCameraDiscovery",
+                                               &DiscoveryListener::OnCamera),
+              0);
+}
+
+TEST_F(DiscoveryTest, CommandsThatAreStillToRunAreForgotten) {
+    DiscoveryListener listener;
+    ASSERT_EQ(PxnFeatureInvalidationRegister(PXN_SYSTEM_HANDLE, "EventCameraDiscovery",
+                                             &DiscoveryListener::OnCamera, &listener),
+              0);
+    Control("after 40 unplug " + kGigE);
+    Control("clear");
+    Control(std::string("after 80 unplug ") + kUsbCamera);
+    ASSERT_TRUE(listener.calls.WaitFor(1));
+    EXPECT_EQ(listener.events, (std::vector<std::string>{std::string("Missing ") + kUsbCamera}));
+    EXPECT_EQ(PxnFeatureInvalidationUnregister(PXN_SYSTEM_HANDLE, "EventCameraDiscovery",
+                                               &DiscoveryListener::OnCamera),
+              0);
+    Control("after 86400000 plug " + kGigE); // the shutdown does not wait for it
+}
+
 TEST_F(DiscoveryTest, InterfaceEventsAreSeparate) {
     DiscoveryListener listener;
     ASSERT_EQ(PxnFeatureInvalidationRegister(PXN_SYSTEM_HANDLE, "EventInterfaceDiscovery",
@@ -366,6 +398,9 @@ TEST_F(FaultTest, BadCommandsSayWhy) {
     EXPECT_EQ(refused("fail PxnStartup -1 -1"), "\"-1\" is negative");
     EXPECT_EQ(refused("fail PxnStartup 1 7000"), "\"7000\" is not a result code");
     EXPECT_EQ(refused("frame sideways 1"), "\"sideways\" is no kind of frame fault");
+    EXPECT_EQ(refused("after 5"), "usage: after MS COMMAND");
+    EXPECT_EQ(refused("after 5 fly"), "no command \"fly\"; try help");
+    EXPECT_EQ(refused("after 86400001 drain"), "\"86400001\" is more than a day");
     EXPECT_EQ(refused("uart 1 asleep"), "\"asleep\" is not stuck, slow or ok");
     EXPECT_EQ(refused("uart 9 ok"), "no camera has port 9");
     EXPECT_EQ(refused(("set " + kGigE + " Nothing 1").c_str()), "no feature \"Nothing\"");

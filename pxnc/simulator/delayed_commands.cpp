@@ -1,0 +1,74 @@
+#include "pxnc/simulator/delayed_commands.h"
+
+#include "pxnc/simulator/commands.h"
+
+#include <cstdio>
+#include <utility>
+
+namespace pxsim {
+
+DelayedCommands::~DelayedCommands() {
+    Stop();
+}
+
+bool DelayedCommands::Add(std::uint64_t delayMs, const std::string& line) {
+    platform::MutexLock lock(mutex);
+    if (ending) {
+        return false;
+    }
+    if (!thread.IsJoinable()) {
+        thread = platform::Thread::Start(&DelayedCommands::ThreadProcedure, this, 0);
+    }
+    if (!thread.IsJoinable()) {
+        return false;
+    }
+    lines.emplace(Clock::now() + std::chrono::milliseconds(delayMs), line);
+    changed.NotifyAll();
+    return true;
+}
+
+void DelayedCommands::Clear() {
+    platform::MutexLock lock(mutex);
+    lines.clear();
+}
+
+void DelayedCommands::Stop() {
+    platform::Thread last;
+    {
+        platform::MutexLock lock(mutex);
+        ending = true;
+        changed.NotifyAll();
+        last = std::move(thread);
+    }
+    last.Join(); // without the mutex, which the thread needs to end
+}
+
+void DelayedCommands::ThreadProcedure(void* self) {
+    static_cast<DelayedCommands*>(self)->Run();
+}
+
+void DelayedCommands::Run() {
+    platform::MutexLock lock(mutex);
+    while (!ending) {
+        if (lines.empty()) {
+            changed.Wait(mutex);
+            continue;
+        }
+        const auto first = lines.begin();
+        const Clock::time_point due = first->first;
+        if (Clock::now() < due) {
+            changed.WaitUntil(mutex, due);
+            continue;
+        }
+        const std::string line = std::move(first->second);
+        lines.erase(first);
+        mutex.Unlock(); // a line may add another
+        std::string answer;
+        if (RunCommand(line, answer) < 0) {
+            std::fprintf(stderr, "PxnC: %s: %s\n", line.c_str(), answer.c_str());
+        }
+        mutex.Lock();
+    }
+}
+
+} // namespace pxsim

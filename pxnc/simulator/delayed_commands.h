@@ -1,0 +1,41 @@
+// delayed_commands.h - lines of the control interface that run some time later
+#pragma once
+
+#include "platform/mutex.h"
+#include "platform/thread.h"
+#include "pxnc/simulator/condition.h"
+
+#include <cstdint>
+#include <map>
+#include <string>
+
+namespace pxsim {
+
+/// Runs lines when their time has come, on a thread of its own that the first line starts. What a
+/// line is refused for is said on standard error. Any thread may use it.
+class DelayedCommands {
+public:
+    DelayedCommands() = default;
+    ~DelayedCommands();
+    DelayedCommands(const DelayedCommands&) = delete;
+    DelayedCommands& operator=(const DelayedCommands&) = delete;
+
+    /// False when it has been stopped or no thread can be started.
+    bool Add(std::uint64_t delayMs, const std::string& line) EXCLUDES(mutex);
+    /// Forgets what has not run yet.
+    void Clear() EXCLUDES(mutex);
+    /// Forgets what has not run yet, waits for a running line and ends the thread for good.
+    void Stop() EXCLUDES(mutex);
+
+private:
+    static void ThreadProcedure(void* self);
+    void Run() EXCLUDES(mutex);
+
+    platform::Mutex mutex;
+    Condition changed;
+    platform::Thread thread GUARDED_BY(mutex);
+    std::multimap<Clock::time_point, std::string> lines GUARDED_BY(mutex);
+    bool ending GUARDED_BY(mutex) = false;
+};
+
+} // namespace pxsim
