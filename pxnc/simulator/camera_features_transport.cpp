@@ -1,5 +1,6 @@
 #include "pxnc/simulator/camera.h"
 #include "pxnc/simulator/camera_features.h"
+#include "pxnc/simulator/input_features.h"
 
 namespace pxsim {
 namespace {
@@ -238,6 +239,7 @@ void AddLocalDeviceFeatures(Module& localDevice, Camera& camera) {
         AddBaudRate(localDevice,
                     {"Baud9600", "Baud19200", "Baud38400", "Baud57600", "Baud115200", "Baud230400"},
                     "Baud9600", "/DeviceCommunication");
+        AddInputFeatures(localDevice);
     }
 }
 

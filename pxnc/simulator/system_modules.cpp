@@ -1,6 +1,7 @@
 #include "pxnc/simulator/system_modules.h"
 
 #include "pxnc/simulator/condition.h"
+#include "pxnc/simulator/input_features.h"
 
 namespace pxsim {
 namespace {
@@ -91,6 +92,9 @@ TransportLayer::TransportLayer(const TransportLayerConfiguration& newSetup, Stri
         .In("/InterfaceEnumeration")
         .For(PxnVisibilityExpert)
         .Text("Time for looking.");
+    if (setup.type == PxnTransportLayerCL) {
+        AddInputFeatures(*this);
+    }
     info.transportLayerIdString = Strings().Intern(setup.id);
     info.transportLayerName = Strings().Intern(setup.name);
     info.transportLayerModelName = Strings().Intern(setup.model);
@@ -121,6 +125,9 @@ Interface::Interface(const InterfaceConfiguration& newSetup, StringPool& pool,
         .In("/DeviceEnumeration")
         .For(PxnVisibilityExpert)
         .Text("Time for looking.");
+    if (setup.type == PxnTransportLayerCL) {
+        AddInputFeatures(*this);
+    }
     info.interfaceIdString = Strings().Intern(setup.id);
     info.interfaceName = Strings().Intern(setup.name);
     info.interfaceType = setup.type;
