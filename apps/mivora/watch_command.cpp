@@ -6,13 +6,18 @@
 #include "platform/clock.h"
 #include "platform/interrupt.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <limits>
 #include <memory>
 #include <optional>
+#include <string>
 
 namespace {
+
+// How often a camera is looked for of which no event may tell.
+constexpr std::uint64_t kLookForCameraMs = 1000;
 
 const char* ControlEventName(std::uint32_t code) {
     switch (code) {
@@ -29,43 +34,87 @@ const char* ControlEventName(std::uint32_t code) {
     }
 }
 
-void Print(const GrabberEvents& events, double seconds) {
-    for (std::uint64_t i = 0; i < events.camCfgChange; ++i) {
-        std::printf("%10.3f camera configuration changed\n", seconds);
-    }
-    for (const std::uint32_t code : events.camCntrl) {
-        std::printf("%10.3f camera control %u (%s)\n", seconds, static_cast<unsigned>(code),
-                    ControlEventName(code));
-    }
-    std::fflush(stdout);
-}
+/// Prints events, and follows the camera: the grabber tells only of the one that it opened last,
+/// and a camera that was away has to be opened anew.
+class Watch {
+public:
+    Watch(Session& openSession, std::uint64_t timeLimitMs)
+        : session(openSession), grabber(openSession.Grabber()), limitMs(timeLimitMs) {}
 
-void Watch(Session& session, std::uint64_t limitMs) {
-    platform::InstallInterruptHandler();
-    session.InitWithCamera();
-    // A grabber tells of the camera that it has open; without one it watches all the same.
-    if (session.Grabber().GetActCamera() || session.Grabber().SetActCameraIndex(0) == MV_OK) {
-        session.OpenActCamera();
-        std::printf("watching %s\n", session.ActCameraText().c_str());
-    } else {
-        std::printf("watching; there is no camera yet\n");
+    void Run() {
+        const bool isChosen = grabber.GetActCamera() || grabber.SetActCameraIndex(0) == MV_OK;
+        if (isChosen) {
+            session.OpenActCamera();
+            Remember();
+            std::printf("watching %s\n", camera.c_str());
+        } else {
+            std::printf("watching; there is no camera yet\n");
+        }
+        std::fflush(stdout);
+        while (!platform::InterruptRequested() && ElapsedMs() < limitMs) {
+            GrabberEvents events;
+            const std::uint64_t restMs = limitMs - ElapsedMs();
+            session.Events().WaitFor(
+                [&] {
+                    events = session.Events().Take();
+                    return events.camCfgChange != 0 || !events.camCntrl.empty();
+                },
+                isOpen ? restMs : std::min(restMs, kLookForCameraMs));
+            Print(events);
+            if (events.camCfgChange != 0 || !isOpen) {
+                LookForCamera();
+            }
+        }
     }
-    std::fflush(stdout);
+
+private:
+    void LookForCamera() {
+        const bool wasOpen = isOpen;
+        isOpen = false;
+        session.Check("RefreshCameraList", grabber.RefreshCameraList());
+        const std::int32_t index = uniqueId ? grabber.GetCameraIndexByCameraUniqueID(*uniqueId) : 0;
+        if (index >= 0 && grabber.SetActCameraIndex(index) == MV_OK &&
+            grabber.OpenActCamera() == MV_OK) {
+            Remember();
+            PrintLine(camera + " is there");
+        } else if (wasOpen) {
+            PrintLine(camera + " is gone");
+        }
+        std::fflush(stdout);
+    }
+
+    void Remember() {
+        isOpen = true;
+        uniqueId = grabber.GetActCamera()->GetCameraUniqueID();
+        camera = session.ActCameraText();
+    }
+
+    void Print(const GrabberEvents& events) const {
+        for (std::uint64_t i = 0; i < events.camCfgChange; ++i) {
+            PrintLine("camera configuration changed");
+        }
+        for (const std::uint32_t code : events.camCntrl) {
+            PrintLine("camera control " + std::to_string(code) + " (" + ControlEventName(code) +
+                      ")");
+        }
+        std::fflush(stdout);
+    }
+
+    void PrintLine(const std::string& text) const {
+        std::printf("%10.3f %s\n", static_cast<double>(ElapsedNs()) / 1e9, text.c_str());
+    }
+
+    std::uint64_t ElapsedNs() const { return platform::MonotonicNanoseconds() - begin; }
+    std::uint64_t ElapsedMs() const { return ElapsedNs() / 1000000; }
+
+    Session& session;
+    CMivoraGrabber& grabber;
+    const std::uint64_t limitMs;
     const std::uint64_t begin = platform::MonotonicNanoseconds();
-    const auto elapsedNs = [begin] {
-        return platform::MonotonicNanoseconds() - begin;
-    };
-    while (!platform::InterruptRequested() && elapsedNs() / 1000000 < limitMs) {
-        GrabberEvents events;
-        session.Events().WaitFor(
-            [&] {
-                events = session.Events().Take();
-                return events.camCfgChange != 0 || !events.camCntrl.empty();
-            },
-            limitMs - elapsedNs() / 1000000);
-        Print(events, static_cast<double>(elapsedNs()) / 1e9);
-    }
-}
+    std::optional<std::uint32_t> uniqueId; // of the camera that is watched, once there is one
+    std::string camera;                    // its name for people
+    bool isOpen = false;
+};
 
 } // namespace
 
@@ -75,10 +124,13 @@ void AddWatchCommand(CLI::App& app, const AppOptions& options, const MakerSource
     const auto limitMs = std::make_shared<std::optional<std::uint64_t>>();
     command->add_option("--for", *limitMs, "End after so many milliseconds instead of at Ctrl-C")
         ->type_name("MS");
-    command->footer("Every line begins with the seconds since the start.\n\n"
+    command->footer("Every line begins with the seconds since the start. After a change of the\n"
+                    "configuration the camera is looked for and opened anew.\n\n"
                     "Example:\n  mivora --camera 0 watch --for 60000\n");
     command->callback([&options, maker, limitMs] {
         Session session(options, maker());
-        Watch(session, limitMs->value_or(std::numeric_limits<std::uint64_t>::max()));
+        platform::InstallInterruptHandler();
+        session.InitWithCamera();
+        Watch(session, limitMs->value_or(std::numeric_limits<std::uint64_t>::max())).Run();
     });
 }

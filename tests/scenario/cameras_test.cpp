@@ -130,5 +130,32 @@ TEST_F(Cameras, AreWatchedForATime) {
     EXPECT_FALSE(Contains(result.output, "changed"));
 }
 
+TEST_F(Cameras, AreWatchedAsTheyComeAndGo) {
+    UseCamera("", Faults("after 1000 unplug A") + Faults("after 2000 plug A"));
+    const auto result = Mivora({"watch", "--for", "3500"});
+    ExpectDone(result);
+    // Without the times, which stand before the events.
+    std::string events;
+    for (std::size_t at = result.output.find('\n') + 1; at < result.output.size();) {
+        const std::size_t end = result.output.find('\n', at);
+        events += result.output.substr(at + 11, end - at - 11) + "\n";
+        at = end + 1;
+    }
+    const std::string camera =
+        result.output.substr(sizeof "watching", result.output.find('\n') - sizeof "watching");
+    EXPECT_EQ(events, "camera configuration changed\n" + camera +
+                          " is gone\ncamera configuration changed\n" + camera + " is there\n");
+}
+
+TEST_F(Cameras, AreWatchedFromTheirFirstAppearance) {
+    directory.Write("PxnC.xml", "<PxnC><camera id=\"A\" model=\"Camera A\" plugged=\"false\"/>" +
+                                    Faults("after 300 plug A") + "</PxnC>");
+    const auto result = Mivora({"watch", "--for", "3000"});
+    ExpectDone(result);
+    EXPECT_PRED2(Contains, result.output, "watching; there is no camera yet\n");
+    EXPECT_PRED2(Contains, result.output, "camera 0 (Camera A");
+    EXPECT_PRED2(Contains, result.output, "is there\n");
+}
+
 } // namespace
 } // namespace scenario
