@@ -2,7 +2,7 @@
 
 #include <vector>
 
-TestHost::TestHost() {
+HostWindow::HostWindow() {
     frame.CreateEx(0, nullptr, L"Host", WS_OVERLAPPEDWINDOW | WS_VISIBLE | WS_CLIPCHILDREN, 20, 20,
                    720, 560, nullptr, nullptr);
     Pump();
@@ -11,12 +11,12 @@ TestHost::TestHost() {
     Pump();
 }
 
-TestHost::~TestHost() {
+HostWindow::~HostWindow() {
     frame.DestroyWindow();
     Pump();
 }
 
-void TestHost::Pump() {
+void HostWindow::Pump() {
     MSG message{};
     while (PeekMessage(&message, nullptr, 0, 0, PM_REMOVE)) {
         if (!served || !IsDialogMessage(served, &message)) {
@@ -26,7 +26,7 @@ void TestHost::Pump() {
     }
 }
 
-void TestHost::PumpUntil(const std::function<bool()>& done) {
+void HostWindow::PumpUntil(const std::function<bool()>& done) {
     const ULONGLONG end = GetTickCount64() + 60000;
     Pump();
     while (!done()) {
@@ -37,14 +37,14 @@ void TestHost::PumpUntil(const std::function<bool()>& done) {
     }
 }
 
-void TestHost::Press(UINT key) {
+void HostWindow::Press(UINT key) {
     const LPARAM scanCode = static_cast<LPARAM>(MapVirtualKey(key, MAPVK_VK_TO_VSC)) << 16;
     PostMessage(GetFocus(), WM_KEYDOWN, key, scanCode | 1);
     PostMessage(GetFocus(), WM_KEYUP, key, scanCode | 0xC0000001);
     Pump();
 }
 
-void TestHost::Type(const std::wstring& text) {
+void HostWindow::Type(const std::wstring& text) {
     for (const wchar_t character : text) {
         PostMessage(GetFocus(), WM_CHAR, character, 1);
         Pump();
@@ -53,13 +53,13 @@ void TestHost::Type(const std::wstring& text) {
 
 // The button is released before the press is handled, for a tree that waits for a drag to begin
 // takes the release from the queue.
-void TestHost::Click(HWND window, int x, int y) {
+void HostWindow::Click(HWND window, int x, int y) {
     PostMessage(window, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(x, y));
     PostMessage(window, WM_LBUTTONUP, 0, MAKELPARAM(x, y));
     Pump();
 }
 
-void TestHost::DoubleClick(HWND window, int x, int y) {
+void HostWindow::DoubleClick(HWND window, int x, int y) {
     Click(window, x, y);
     PostMessage(window, WM_LBUTTONDBLCLK, MK_LBUTTON, MAKELPARAM(x, y));
     PostMessage(window, WM_LBUTTONUP, 0, MAKELPARAM(x, y));

@@ -8,11 +8,13 @@
 #include <functional>
 #include <string>
 
-/// A test with a frame window on the display. Its loop offers messages to dialogs as a host does.
-class TestHost : public ::testing::Test {
-protected:
-    TestHost();
-    ~TestHost() override;
+/// A frame window on the display. Its loop offers messages to dialogs as a host does.
+class HostWindow {
+public:
+    HostWindow();
+    ~HostWindow();
+    HostWindow(const HostWindow&) = delete;
+    HostWindow& operator=(const HostWindow&) = delete;
 
     CWnd& Frame() { return frame; }
     /// The dialog that messages are offered to first; null for none.
@@ -36,6 +38,9 @@ private:
     CWnd frame;
     HWND served = nullptr;
 };
+
+/// A test in such a host.
+class TestHost : public ::testing::Test, protected HostWindow {};
 
 /// A window's text.
 std::wstring TextOf(HWND window);

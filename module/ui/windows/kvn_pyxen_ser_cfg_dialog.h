@@ -1,0 +1,44 @@
+// kvn_pyxen_ser_cfg_dialog.h - the dialog in which the user configures a camera's serial port
+#pragma once
+
+#include "serial/serial_dialog.h"
+
+#include <afxwin.h>
+
+/// Offers what the selected port allows. Works on a copy of the data, which holds the user's choice
+/// once DoModal has answered IDOK.
+class CKVNPyxenSerCfgDialog : public CDialog {
+    DECLARE_DYNAMIC(CKVNPyxenSerCfgDialog)
+public:
+    CKVNPyxenSerCfgDialog(const SerialDialogData& shown, CWnd* parent);
+
+    const SerialDialogData& Data() const { return data; }
+
+    /// Fills the controls.
+    BOOL OnInitDialog() override;
+
+protected:
+    /// Stores what stands in the controls and ends the dialog; a delay that is no number stores
+    /// nothing and keeps it open.
+    void OnOK() override;
+    void OnPortSelected();
+
+    DECLARE_MESSAGE_MAP()
+
+private:
+    struct ChoiceList {
+        int id;
+        SerialField field;
+        CComboBox control;
+    };
+
+    /// Takes hold of the controls; false when one is missing.
+    bool HoldControls();
+    void Fill();
+    void FillChoices(ChoiceList& list);
+
+    SerialDialogData data;
+    CListBox ports;
+    ChoiceList choices[4];
+    CEdit delay;
+};
