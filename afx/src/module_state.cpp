@@ -1,6 +1,8 @@
 // module_state.cpp - what a binary knows of itself, and the threads of their windows
 #include "thread_state.h"
 
+#include <new>
+
 // The linker puts this at the start of the binary that links this library.
 extern "C" IMAGE_DOS_HEADER __ImageBase;
 
@@ -40,6 +42,38 @@ const ManifestContext& Manifest() {
     return context;
 }
 
+/// The states of all threads. Kept by the system, since MinGW's runtime may free the memory of
+/// thread-local variables before it destroys them.
+class ThreadStates {
+public:
+    ThreadStates() : slot(::FlsAlloc(&ThreadStates::End)) {
+        if (slot == FLS_OUT_OF_INDEXES) {
+            throw std::bad_alloc();
+        }
+    }
+    ~ThreadStates() { ::FlsFree(slot); }
+    ThreadStates(const ThreadStates&) = delete;
+    ThreadStates& operator=(const ThreadStates&) = delete;
+
+    AfxThreadState& OfThisThread() const {
+        if (void* const known = ::FlsGetValue(slot)) {
+            return *static_cast<AfxThreadState*>(known);
+        }
+        auto made = std::make_unique<AfxThreadState>();
+        if (!::FlsSetValue(slot, made.get())) {
+            throw std::bad_alloc();
+        }
+        return *made.release();
+    }
+
+private:
+    static void WINAPI End(void* state) {
+        const std::unique_ptr<AfxThreadState> ending(static_cast<AfxThreadState*>(state));
+    }
+
+    const DWORD slot;
+};
+
 } // namespace
 
 AFX_MODULE_STATE* AfxGetStaticModuleState() {
@@ -69,8 +103,8 @@ CWinApp::~CWinApp() {
 }
 
 AfxThreadState& AfxThreadState::Get() {
-    thread_local AfxThreadState state;
-    return state;
+    static const ThreadStates states;
+    return states.OfThisThread();
 }
 
 AFX_MAINTAIN_STATE2::AFX_MAINTAIN_STATE2(AFX_MODULE_STATE*)
