@@ -20,6 +20,8 @@ int Fail(const CLI::App& app, const char* text) {
 } // namespace
 
 void AddAppOptions(CLI::App& app, AppOptions& options) {
+    // "/Camera/Width" is a path on every platform.
+    app.allow_windows_style_options(false);
     app.require_subcommand(1);
     app.fallthrough();
     app.add_option("--sdk", options.sdk,
