@@ -1,13 +1,16 @@
 // sync_check_command.cpp - reads a feature synchronisation file
+#include "apps/common/command_failure.h"
 #include "apps/common/command_line.h"
 #include "apps/common/json_text.h"
 #include "apps/common/line_sink.h"
 #include "apps/pyxen-tool/commands.h"
+#include "mivora/log_sink.h"
 #include "sync/feature_syncher.h"
 
 #include <cstdio>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -43,6 +46,21 @@ void PrintText(const LineSink& sink) {
     }
 }
 
+/// Some faults bring no line of the reader's, so that the place is told here.
+std::string FaultText(const std::string& file, const FeatureSyncher& syncher,
+                      const LineSink& sink) {
+    if (sink.Lines().front().level == kMvLogError) {
+        return file + " cannot be read";
+    }
+    const std::vector<SyncFeatureEntry>& entries = syncher.GetEntries();
+    if (entries.empty()) {
+        return file + " has a fault; no entry of it is in use";
+    }
+    const FeatureRef& last = entries.back().Watched;
+    return file + " has a fault behind entry " + std::to_string(entries.size()) + " (" +
+           last.ModuleName + "::" + last.FeatureName + "); the entries up to there are in use";
+}
+
 } // namespace
 
 void AddSyncCheckCommand(CLI::App& app) {
@@ -66,7 +84,8 @@ void AddSyncCheckCommand(CLI::App& app) {
             PrintText(sink);
         }
         if (!ok) {
-            throw CLI::RuntimeError(1);
+            std::fflush(stdout);
+            throw CommandFailure(FaultText(options->file, syncher, sink));
         }
     });
 }

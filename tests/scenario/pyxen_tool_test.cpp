@@ -1,6 +1,8 @@
 #include "tests/scenario/program_test.h"
 
 #include <algorithm>
+#include <string>
+#include <utility>
 
 namespace scenario {
 namespace {
@@ -116,9 +118,40 @@ TEST_F(PyxenTool, ChecksSynchronisationFiles) {
 
     const std::string bad = directory.Write("bad.sync", "{\"SyncFeatures\":[]} x");
     result = support::RunProgram("pyxen-tool", {"sync-check", bad, "--json"});
-    EXPECT_EQ(result.status, 1);
+    ExpectFailure(result, 1, {bad + " has a fault; no entry of it is in use"});
     EXPECT_EQ(Json::parse(result.output)["ok"], false);
-    EXPECT_EQ(support::RunProgram("pyxen-tool", {"sync-check", PathOf("none")}).status, 1);
+    ExpectFailure(support::RunProgram("pyxen-tool", {"sync-check", PathOf("none")}), 1,
+                  {PathOf("none") + " cannot be read"});
+    ExpectFailure(support::RunProgram("pyxen-tool", {"sync-check", PathOf("")}), 1,
+                  {"cannot be read"});
+}
+
+TEST_F(PyxenTool, TellsBehindWhichEntryASynchronisationFileIsWrong) {
+    const std::string entry =
+        "{\"ModuleName\":\"Camera\",\"FeatureName\":\"Gain\",\"Dependencies\":[]}";
+    // The reader itself has no line for this one.
+    const std::string path =
+        directory.Write("late.sync", "{\"SyncFeatures\":[" + entry + "," + entry + ",]}");
+    const auto result = support::RunProgram("pyxen-tool", {"sync-check", path});
+    ExpectFailure(result, 1, {path + " has a fault behind entry 2 (Camera::Gain)"});
+    const std::string line = "1 FeatureSyncher::Init: Camera::Gain will be synched with \n";
+    EXPECT_EQ(result.output, "1 FeatureSyncher::Init: Loading " + path + "...\n" + line + line);
+}
+
+TEST_F(PyxenTool, ReadsSynchronisationFilesOfAnySizeAndContent) {
+    const auto check = [&](const std::string& content) {
+        const std::string path = directory.Write("big.sync", content);
+        const auto result = support::RunProgram("pyxen-tool", {"sync-check", path});
+        return std::pair(result.status, result.output.substr(result.output.find('\n') + 1));
+    };
+    constexpr std::size_t kHundredMegabytes = 100000000;
+    EXPECT_EQ(check("{\"SyncFeatures\":[" + std::string(kHundredMegabytes, ' ') + "]}"),
+              std::pair(0, std::string()));
+    EXPECT_EQ(check(std::string(1000000, '"')), std::pair(1, std::string()));
+    EXPECT_EQ(check(std::string(1000000, '\xFF')), std::pair(1, std::string()));
+    EXPECT_EQ(check("{\"SyncFeatures\":[\xE4]}"),
+              std::pair(1, std::string("0 FeatureSyncher::Init: missing closing bracket\n")));
+    EXPECT_EQ(check(""), std::pair(1, std::string()));
 }
 
 TEST_F(PyxenTool, ListsThePixelFormats) {
