@@ -1,0 +1,303 @@
+// synchronisation_test.cpp - a board's features kept in step with the camera's, by a file
+#include "tests/scenario/program_test.h"
+
+#include <cstdio>
+#include <tuple>
+#include <utility>
+
+namespace scenario {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+constexpr const char* kSync = "CMivoraKVNPyxenClass::SyncFeature: ";
+
+std::string Feature(const std::string& module, const std::string& name) {
+    return "{\"ModuleName\":\"" + module + "\",\"FeatureName\":\"" + name + "\"}";
+}
+
+/// An entry of the file: the watched feature and those that follow it.
+std::string Entry(const std::string& module, const std::string& name,
+                  const std::vector<std::pair<std::string, std::string>>& followers) {
+    std::string text = Feature(module, name);
+    text.pop_back();
+    text += ", \"Dependencies\": [";
+    for (const auto& [followerModule, follower] : followers) {
+        text += (text.ends_with('[') ? "" : ", ") + Feature(followerModule, follower);
+    }
+    return text + "]}";
+}
+
+/// The lines of a copied whole number.
+Lines IntCopied(const std::string& from, const std::string& to, int value) {
+    const std::string number = std::to_string(value);
+    return {std::string("1 ") + kSync + "int64 feature can be synched to " + to +
+                " (value = " + number + ", min = 1, max = 4096)",
+            std::string("1 ") + kSync + "Synched int64 feature from " + from + " to " + to +
+                " (value = " + number + ")"};
+}
+
+class Synchronisation : public ProgramTest {
+protected:
+    void SetUp() override {
+        UseCamera("<feature name=\"PixelFormat\" value=\"BayerRG8\"/>"
+                  "<feature name=\"ReverseX\" value=\"true\"/>"
+                  "<feature name=\"DeviceUserID\" value=\"north\"/>",
+                  "", "serial");
+        directory.Write("host.ini",
+                        "[TLSpecificConfig_0]\nTLType=CL\nFeatureSyncFile=board.sync\n");
+        UseFile({Entry("Camera", "Width",
+                       {{"Localdevice", "InputWidth"},
+                        {"Interface", "InputWidth"},
+                        {"Transportlayer", "InputWidth"}}),
+                 Entry("Camera", "ExposureTime", {{"Interface", "InputExposureTime"}}),
+                 Entry("Camera", "PixelFormat",
+                       {{"Localdevice", "InputFormat"}, {"Interface", "InputFormat"}}),
+                 Entry("Camera", "DeviceUserID", {{"Transportlayer", "InputCameraName"}}),
+                 Entry("Camera", "ReverseX", {{"Localdevice", "InputMirrored"}}),
+                 Entry("Interface", "InputWidth", {{"Localdevice", "InputWidth"}}),
+                 Entry("Localdevice", "InputExposureTime", {{"Camera", "ExposureTime"}}),
+                 Entry("Transportlayer", "InputFormat", {{"Camera", "PixelFormat"}})});
+    }
+
+    void UseFile(const Lines& entries) {
+        std::string text = "{ \"SyncFeatures\": [\r\n";
+        for (const std::string& entry : entries) {
+            text += (&entry == &entries.front() ? "    " : ",\r\n    ") + entry;
+        }
+        directory.Write("board.sync", text + "\r\n] }\r\n");
+    }
+
+    /// Runs the tool with a log of its own.
+    support::ProgramResult LoggedTool(const Arguments& arguments, const std::string& input = {}) {
+        std::remove(PathOf("log").c_str());
+        Arguments all{"--log", PathOf("log")};
+        all.insert(all.end(), arguments.begin(), arguments.end());
+        return Tool(all, input);
+    }
+
+    /// What the log has behind the line that contains `from` and before the one that contains `to`.
+    Lines Logged(const std::string& from, const std::string& to) {
+        Lines lines;
+        bool isBetween = false;
+        std::string rest = directory.Read("log");
+        for (std::size_t end = rest.find('\n'); end != std::string::npos; end = rest.find('\n')) {
+            const std::string line = rest.substr(0, end);
+            rest.erase(0, end + 1);
+            if (isBetween && Contains(line, to)) {
+                return lines;
+            }
+            if (isBetween) {
+                lines.push_back(line);
+            }
+            isBetween = isBetween || Contains(line, from);
+        }
+        ADD_FAILURE() << "not from " << from << " to " << to;
+        return lines;
+    }
+    Lines LoggedAfterOpening() {
+        return Logged("Using snap start strategy", "CMivoraKVNPyxenClass::CloseActCamera");
+    }
+};
+
+TEST_F(Synchronisation, IsAppliedWhenTheCameraIsOpened) {
+    const auto result = LoggedTool({"features", "--filter", "/InputControl/", "--json"});
+    ExpectDone(result);
+    EXPECT_EQ(Logged("Loading " + PathOf("board.sync") + "...", "Successfully loaded"),
+              (Lines{"1 FeatureSyncher::Init: Camera::Width will be synched with ",
+                     "1   Localdevice::InputWidth", "1   Interface::InputWidth",
+                     "1   Transportlayer::InputWidth",
+                     "1 FeatureSyncher::Init: Camera::ExposureTime will be synched with ",
+                     "1   Interface::InputExposureTime",
+                     "1 FeatureSyncher::Init: Camera::PixelFormat will be synched with ",
+                     "1   Localdevice::InputFormat", "1   Interface::InputFormat",
+                     "1 FeatureSyncher::Init: Camera::DeviceUserID will be synched with ",
+                     "1   Transportlayer::InputCameraName",
+                     "1 FeatureSyncher::Init: Camera::ReverseX will be synched with ",
+                     "1   Localdevice::InputMirrored",
+                     "1 FeatureSyncher::Init: Interface::InputWidth will be synched with ",
+                     "1   Localdevice::InputWidth",
+                     "1 FeatureSyncher::Init: Localdevice::InputExposureTime will be synched with ",
+                     "1   Camera::ExposureTime",
+                     "1 FeatureSyncher::Init: Transportlayer::InputFormat will be synched with ",
+                     "1   Camera::PixelFormat"}));
+
+    // Only the entries of the camera count now.
+    Lines expected;
+    for (const char* module : {"Localdevice", "Interface", "Transportlayer"}) {
+        const Lines copied = IntCopied("/Camera/ImageFormatControl/Width",
+                                       std::string("/") + module + "/InputControl/InputWidth", 64);
+        expected.insert(expected.end(), copied.begin(), copied.end());
+    }
+    const std::string sync = std::string("1 ") + kSync;
+    for (const char* line :
+         {"float feature can be synched to /Interface/InputControl/InputExposureTime "
+          "(value = 1000.000000, min = 1.000000, max = 1000000.000000)",
+          "Synched float feature from /Camera/AcquisitionControl/ExposureTime to "
+          "/Interface/InputControl/InputExposureTime. value = 1000.000000,",
+          "enum feature can be synched to /Localdevice/InputControl/InputFormat "
+          "(value = BayerRG8)",
+          "Synched enum feature from /Camera/ImageFormatControl/PixelFormat to "
+          "/Localdevice/InputControl/InputFormat value = BayerRG8.",
+          "enum feature can be synched to /Interface/InputControl/InputFormat (value = BayerRG8)",
+          "Synched enum feature from /Camera/ImageFormatControl/PixelFormat to "
+          "/Interface/InputControl/InputFormat value = BayerRG8.",
+          "string feature can be synched to /Transportlayer/InputControl/InputCameraName "
+          "(value = north)",
+          "Synched string feature from /Camera/DeviceControl/DeviceUserID to "
+          "/Transportlayer/InputControl/InputCameraName (value = north)",
+          "bool feature can be synched to /Localdevice/InputControl/InputMirrored value = true",
+          "Synched boolean feature from /Camera/ImageFormatControl/ReverseX to "
+          "/Localdevice/InputControl/InputMirrored. value = true"}) {
+        expected.push_back(sync + line);
+    }
+    EXPECT_EQ(Logged("Successfully loaded " + PathOf("board.sync") + ".", "Using snap start"),
+              expected);
+
+    std::vector<std::string> values;
+    for (const Json& feature : Json::parse(result.output)) {
+        if (feature["module"] == "Localdevice") {
+            values.push_back(feature["value"].dump());
+        }
+    }
+    EXPECT_EQ(values, (Lines{"64", "10000.0", "\"BayerRG8\"", "\"\"", "true"}));
+}
+
+TEST_F(Synchronisation, FollowsAWrite) {
+    ExpectDone(LoggedTool({"set", "Camera/PixelFormat", "Mono12p"}));
+    EXPECT_EQ(LoggedAfterOpening(),
+              (Lines{std::string("1 ") + kSync +
+                         "enum feature can be synched to /Localdevice/InputControl/InputFormat "
+                         "(value = Mono12p)",
+                     std::string("1 ") + kSync +
+                         "Synched enum feature from /Camera/ImageFormatControl/PixelFormat to "
+                         "/Localdevice/InputControl/InputFormat value = Mono12p.",
+                     std::string("1 ") + kSync +
+                         "enum feature can be synched to /Interface/InputControl/InputFormat "
+                         "(value = Mono12p)",
+                     std::string("1 ") + kSync +
+                         "Synched enum feature from /Camera/ImageFormatControl/PixelFormat to "
+                         "/Interface/InputControl/InputFormat value = Mono12p."}));
+}
+
+TEST_F(Synchronisation, FollowsAWriteToEveryModule) {
+    ExpectDone(LoggedTool({"set", "Interface/InputWidth", "100"}));
+    EXPECT_EQ(LoggedAfterOpening(), IntCopied("/Interface/InputControl/InputWidth",
+                                              "/Localdevice/InputControl/InputWidth", 100));
+
+    ExpectDone(LoggedTool({"set", "localdevice/InputExposureTime", "250.5"}));
+    EXPECT_EQ(
+        LoggedAfterOpening(),
+        (Lines{std::string("1 ") + kSync +
+                   "float feature can be synched to /Camera/AcquisitionControl/ExposureTime "
+                   "(value = 250.500000, min = 10.000000, max = 10000000.000000)",
+               std::string("1 ") + kSync +
+                   "Synched float feature from /Localdevice/InputControl/InputExposureTime to "
+                   "/Camera/AcquisitionControl/ExposureTime. value = 250.500000,"}));
+
+    ExpectDone(LoggedTool({"set", "Transportlayer/InputFormat", "BayerRG8"}));
+    EXPECT_EQ(LoggedAfterOpening(),
+              (Lines{std::string("1 ") + kSync +
+                         "enum feature can be synched to /Camera/ImageFormatControl/PixelFormat "
+                         "(value = BayerRG8)",
+                     std::string("1 ") + kSync +
+                         "/Camera/ImageFormatControl/PixelFormat already has appropriate value. "
+                         "Skipping update."}));
+}
+
+TEST_F(Synchronisation, IsRefusedBeforeAnythingIsWritten) {
+    // What only a follower cannot take.
+    ExpectFailure(LoggedTool({"set", "Camera/ExposureTime", "2000000"}), 1,
+                  {"/Interface/InputControl/InputExposureTime refuses the value 2000000",
+                   "follows /Camera/AcquisitionControl/ExposureTime", "Out of range"});
+    EXPECT_EQ(LoggedAfterOpening(),
+              (Lines{"0 CMivoraKVNPyxenClass::FloatFeatureCheckSyncPath: float feature (value = "
+                     "2000000.000000) wouldn't be synchable to "
+                     "/Interface/InputControl/InputExposureTime (range error)"}));
+    ExpectFailure(LoggedTool({"set", "Camera/DeviceUserID", "thirteen bits"}), 1,
+                  {"/Transportlayer/InputControl/InputCameraName", "Out of range"});
+    EXPECT_EQ(LoggedAfterOpening(),
+              (Lines{"0 CMivoraKVNPyxenClass::StringFeatureCheckSyncPath: string feature (value = "
+                     "thirteen bits) wouldn't be synchable to "
+                     "/Transportlayer/InputControl/InputCameraName (range error)"}));
+    // What the feature itself cannot take.
+    for (const char* value : {"nan", "inf", "1e300", "-1"}) {
+        ExpectFailure(Tool({"set", "Camera/ExposureTime", value}), 1,
+                      {"/Camera/AcquisitionControl/ExposureTime refuses", "Out of range"});
+    }
+    ExpectFailure(LoggedTool({"set", "Camera/Width", "65"}), 1, {"Out of range"});
+    EXPECT_EQ(LoggedAfterOpening(),
+              (Lines{"0 CMivoraKVNPyxenClass::IntFeatureCheckSyncPath: int64 feature (value = 65) "
+                     "wouldn't be applicable to /Camera/ImageFormatControl/Width (range error)"}));
+    ExpectFailure(LoggedTool({"set", "Camera/DeviceUserID", "more than sixteen"}), 1,
+                  {"/Camera/DeviceControl/DeviceUserID", "Out of range"});
+    EXPECT_EQ(LoggedAfterOpening(),
+              (Lines{"0 CMivoraKVNPyxenClass::StringFeatureCheckSyncPath: enum feature (value = "
+                     "more than sixteen) wouldn't be applicable to "
+                     "/Camera/DeviceControl/DeviceUserID (range error)"}));
+}
+
+TEST_F(Synchronisation, IsRefusedWhereAFollowerIsProtectedOrUnknown) {
+    UseFile({Entry("Camera", "DeviceUserID",
+                   {{"Interface", "InterfaceID"}, {"Transportlayer", "InputCameraName"}}),
+             Entry("Camera", "Width", {{"Interface", "Nothing"}}),
+             Entry("Camera", "ReverseX", {{"Nowhere", "InputMirrored"}})});
+    ExpectFailure(
+        LoggedTool({"set", "Camera/DeviceUserID", "south"}), 1,
+        {"/Interface/InterfaceInformation/InterfaceID refuses the value south", "Write protected"});
+    EXPECT_EQ(LoggedAfterOpening(),
+              (Lines{"0 CMivoraKVNPyxenClass::StringFeatureCheckSyncPath: Feature "
+                     "/Interface/InterfaceInformation/InterfaceID cannot be written"}));
+    // A later refusal takes the place of an earlier one.
+    ExpectFailure(LoggedTool({"set", "Camera/DeviceUserID", "thirteen bits"}), 1,
+                  {"/Transportlayer/InputControl/InputCameraName", "Out of range"});
+    for (const auto& [feature, type, value] :
+         {std::tuple{"Camera/Width", "Int", "32"}, std::tuple{"Camera/ReverseX", "Float", "0"}}) {
+        ExpectFailure(LoggedTool({"set", feature, value}), 1,
+                      {"<not available> refuses", "Unknown accessibility"});
+        EXPECT_EQ(LoggedAfterOpening(),
+                  (Lines{std::string("0 CMivoraKVNPyxenClass::") + type +
+                         "FeatureCheckSyncPath: Cannot query the accessibility of <not available>: "
+                         "The designated instance (camera, feature etc.) cannot be found"}));
+    }
+}
+
+TEST_F(Synchronisation, WritesTheLineWithoutConversionLetterAsItStands) {
+    UseCamera("<feature name=\"ExposureAuto\" value=\"Continuous\"/>", "", "serial");
+    ExpectFailure(
+        LoggedTool({"set", "Camera/ExposureTime", "500"}), 1,
+        {"/Camera/AcquisitionControl/ExposureTime refuses the value 500", "Write protected"});
+    EXPECT_EQ(LoggedAfterOpening(),
+              (Lines{"0 CMivoraKVNPyxenClass::FloatFeatureCheckSyncPath: Feature % cannot be "
+                     "written"}));
+}
+
+TEST_F(Synchronisation, UsesTheEntriesBeforeAFault) {
+    directory.Write("board.sync", "{\"SyncFeatures\":[" +
+                                      Entry("Camera", "Width", {{"Interface", "InputWidth"}}) +
+                                      ",\n" + Entry("Camera", "Stream0", {}) + "]}");
+    const auto result = LoggedTool({"get", "Interface/InputWidth"});
+    ExpectDone(result);
+    EXPECT_EQ(result.output, "64\n");
+    Lines expected{"1 FeatureSyncher::Init: Camera::Width will be synched with ",
+                   "1   Interface::InputWidth"};
+    const Lines copied =
+        IntCopied("/Camera/ImageFormatControl/Width", "/Interface/InputControl/InputWidth", 64);
+    expected.insert(expected.end(), copied.begin(), copied.end());
+    EXPECT_EQ(Logged("Loading", "Using snap start"), expected);
+}
+
+TEST_F(Synchronisation, OpensTheCameraWithoutAFileThatCanBeRead) {
+    const std::string path = PathOf("board.sync");
+    std::remove(path.c_str());
+    for (int round = 0; round < 2; ++round) {
+        ExpectDone(LoggedTool({"get", "Camera/Width"}));
+        EXPECT_EQ(Logged("Found TL specific configuration", "Using snap start"),
+                  (Lines{"0 FeatureSyncher::Init: Could not open " + path +
+                         ". No feature synchronization will happen."}));
+        ASSERT_TRUE(platform::CreateDirectories(path)); // the second time it is a directory
+    }
+}
+
+} // namespace
+} // namespace scenario
