@@ -71,6 +71,9 @@ MV_ERRCODE CMivoraKVNPyxenClass::DeInit() {
         stopEvent->Set();
     }
     JoinCleanupThread();
+    if (ICamCntrlDialog* const dialog = GetCamCntrlDialogObject()) {
+        dialog->Disconnect();
+    }
     if (cameraOpen) {
         CloseActCamera();
     }

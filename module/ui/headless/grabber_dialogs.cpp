@@ -1,4 +1,4 @@
-// grabber_dialogs.cpp - the grabber's way to windows where there are no dialogs
+// grabber_dialogs.cpp - the grabber's way to windows where there are no windows
 #include "grabber/grabber_dialogs.h"
 
 #include "grabber/mivora_kvn_pyxen_class.h"

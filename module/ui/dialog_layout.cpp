@@ -1,0 +1,38 @@
+// dialog_layout.cpp - where the parts of the feature control dialog stand
+#include "ui/dialog_layout.h"
+
+#include <algorithm>
+#include <cstdint>
+
+FeatureDialogLayout::Places FeatureDialogLayout::Compute(int width, int height,
+                                                         int textHeight) const {
+    const int moreWidth = width - from.width;
+    const int moreHeight = height - from.height;
+    const auto atBottom = [&](const LayoutRect& rect) {
+        return LayoutRect{rect.left, rect.top + moreHeight, rect.right + moreWidth,
+                          rect.bottom + moreHeight};
+    };
+    Places places;
+    places.frame = atBottom(from.frame);
+    places.description = atBottom(from.description);
+    places.close = atBottom(from.close);
+    places.close.left += moreWidth;
+
+    const int margin = from.frame.left;
+    const int wanted = std::max(textHeight - from.description.Height(), 0);
+    const int spare = std::max(places.frame.top - 2 * margin - from.leastPaneHeight, 0);
+    const int growth = std::min(wanted, spare);
+    places.frame.top -= growth;
+    places.description.top -= growth;
+
+    const auto paneShare = [&](int inner) {
+        const std::int64_t innerBefore = from.width - 3 * margin;
+        return static_cast<int>(inner * std::int64_t{from.paneWidth} / innerBefore);
+    };
+    const int inner = std::max(width - 3 * margin, 0);
+    const int paneWidth = std::min(std::max(paneShare(inner), from.leastPaneWidth), inner);
+    const int bottom = std::max(places.frame.top - margin, margin);
+    places.container = {width - margin - paneWidth, margin, width - margin, bottom};
+    places.tree = {margin, margin, std::max(places.container.left - margin, margin), bottom};
+    return places;
+}

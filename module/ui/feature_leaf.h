@@ -1,0 +1,20 @@
+// feature_leaf.h - a feature's row in the feature control dialog
+#pragma once
+
+#include "pxnc.h"
+
+#include <string>
+
+class FeatureCache;
+
+/// What is known of a row since the tree was built. The cache may have been filled anew or cleared
+/// meanwhile; what was registered with the SDK belongs to `handle`.
+struct FeatureLeaf {
+    FeatureCache* cache = nullptr;
+    PxnHandle handle = nullptr;
+    std::string moduleName;
+    std::string name;
+    std::string path;              ///< the qualified name
+    const char* sdkName = nullptr; ///< the SDK's text, which lasts until its last shutdown
+    bool triggersRestart = false;  ///< a change of it invalidates the frame buffers
+};

@@ -1,0 +1,93 @@
+// feature_registrations.cpp - the invalidations that a feature control dialog has asked for
+#include "ui/feature_registrations.h"
+
+#include "mivora/log_sink.h"
+#include "sdk/pyxen_api_access.h"
+#include "ui/invalidation_receiver.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+struct Kind {
+    PxnInvalidationCallback callback;
+    const char* registering;
+    const char* unregistering;
+};
+
+// In the order of InvalidationKind. Two of the words are misspelt, which is intended.
+constexpr Kind kKinds[] = {
+    {InvalidationReceiver::InvalidationCallback,
+     "CKVNPyxenFeatureCtrlDialog::RegisterDlgInvalidationFeatures: Registering %s",
+     "CKVNPyxenFeatureCtrlDialog::UnregisterDlgInvalidationFeatures: Unregistering %s"},
+    {InvalidationReceiver::SyncInvalidationCallback,
+     "CKVNPyxenFeatureCtrlDialog::RegisterSyncInvalidationFeatures: Registering %s",
+     "CKVNPyxenFeatureCtrlDialog::UnregisterSyncInvalidationFeatures: Unregistering %s"},
+    {InvalidationReceiver::BufferFormatInvalidationCallback,
+     "CKVNPyxenFeatureCtrlDialog::RegisterBufferFormatInvalidationFeatures: Registering %s",
+     "CKVNPyxenFeatureCtrlDialog::UnegisterBufferFormatInvalidationFeatures: Unregistering %s"},
+    {InvalidationReceiver::ExtNotificationInvalidationCallback,
+     "CKVNPyxenFeatureCtrlDialog::RegisterExtNotificationInvalidationFeatures: Registering %s",
+     "CKVNPyxenFeatureCtrlDialog::UnegisterExtNotificationInvalidationFeatures: Unregistering %s"},
+};
+
+const Kind& About(InvalidationKind kind) {
+    return kKinds[static_cast<std::size_t>(kind)];
+}
+
+} // namespace
+
+void FeatureRegistrations::Register(InvalidationKind kind, const FeatureLeaf& leaf) {
+    if (log) {
+        log->Write(kMvLogInformation, About(kind).registering, leaf.name.c_str());
+    }
+    ListOf(kind).push_back(leaf);
+    if (connected && api.IsValid()) {
+        receiver.Know(leaf);
+        api.PxnFeatureInvalidationRegister(leaf.handle, leaf.name.c_str(), About(kind).callback,
+                                           receiver.Context());
+    }
+}
+
+void FeatureRegistrations::Unregister(InvalidationKind kind, const FeatureLeaf& leaf) {
+    std::vector<FeatureLeaf>& list = ListOf(kind);
+    const auto place = std::find_if(list.begin(), list.end(), [&](const FeatureLeaf& known) {
+        return known.handle == leaf.handle && known.name == leaf.name;
+    });
+    if (place == list.end()) {
+        return;
+    }
+    const FeatureLeaf known = std::move(*place);
+    list.erase(place);
+    if (log) {
+        log->Write(kMvLogInformation, About(kind).unregistering, known.name.c_str());
+    }
+    TakeBack(kind, known);
+}
+
+void FeatureRegistrations::UnregisterAll(InvalidationKind kind) {
+    for (const FeatureLeaf& leaf : std::exchange(ListOf(kind), {})) {
+        if (log) {
+            log->Write(kMvLogInformation, About(kind).unregistering, leaf.name.c_str());
+        }
+        TakeBack(kind, leaf);
+    }
+}
+
+void FeatureRegistrations::TakeBack(InvalidationKind kind, const FeatureLeaf& leaf) {
+    if (connected && api.IsValid()) {
+        api.PxnFeatureInvalidationUnregister(leaf.handle, leaf.name.c_str(), About(kind).callback);
+    }
+}
+
+void FeatureRegistrations::Disconnect() {
+    for (const InvalidationKind kind :
+         {InvalidationKind::kValue, InvalidationKind::kSync, InvalidationKind::kBufferFormat,
+          InvalidationKind::kTiming}) {
+        for (const FeatureLeaf& leaf : ListOf(kind)) {
+            TakeBack(kind, leaf);
+        }
+    }
+    connected = false;
+}

@@ -1,0 +1,364 @@
+// feature_control_dialog.cpp - the feature control dialog's window and messages
+#include "ui/windows/feature_control_dialog.h"
+
+#include "grabber/mivora_kvn_pyxen_class.h"
+#include "mivora/log_sink.h"
+#include "res/resource.h"
+#include "ui/restart_rule.h"
+#include "ui/update_batch.h"
+#include "ui/windows/wide_text.h"
+
+namespace {
+
+// Posted by Update, on whatever thread.
+constexpr UINT kModulesChanged = WM_APP + 4;
+
+constexpr int kLeastWidth = 600;
+constexpr int kLeastHeight = 400;
+
+// In dialog units.
+constexpr int kLeastPaneWidth = 96;
+constexpr int kLeastPaneHeight = 62;
+
+PxnHandle HandleOf(WPARAM wParam) {
+    return reinterpret_cast<PxnHandle>(wParam);
+}
+
+const char* NameOf(LPARAM lParam) {
+    return reinterpret_cast<const char*>(lParam);
+}
+
+} // namespace
+
+IMPLEMENT_DYNAMIC(CKVNPyxenFeatureCtrlDialog, CDialog)
+
+BEGIN_MESSAGE_MAP(CKVNPyxenFeatureCtrlDialog, CDialog)
+ON_BN_CLICKED(IDC_FEATURE_CLOSE, OnCloseButton)
+ON_WM_DESTROY()
+ON_WM_SIZE()
+ON_WM_GETMINMAXINFO()
+ON_WM_ERASEBKGND()
+ON_WM_SHOWWINDOW()
+ON_WM_TIMER()
+ON_MESSAGE(WM_FEATURE_UPDATE, OnInvalidateFeature)
+ON_MESSAGE(WM_SYNC_FEATURE_INVALIDATED, OnInvalidateSyncFeature)
+ON_MESSAGE(WM_BUFFER_FORMAT_INVALIDATED, OnInvalidateAnyFeature)
+ON_MESSAGE(WM_TIMING_FEATURE_INVALIDATED, OnInvalidateTimingFeature)
+ON_MESSAGE(kModulesChanged, OnModulesChanged)
+END_MESSAGE_MAP()
+
+CKVNPyxenFeatureCtrlDialog::CKVNPyxenFeatureCtrlDialog(CMivoraKVNPyxenClass& owner, CWnd* parent)
+    : CCamCntrlDlgBase(IDD_FEATURE_CONTROL, parent),
+      grabber(owner),
+      log(owner.GetLogSink()),
+      icon(LoadSmallIcon(IDI_FEATURE_CONTROL)),
+      reader(owner.Api(), log),
+      writer(owner.Api(), owner.Sync(), log),
+      receiver(InvalidationReceiver::Open(
+          log,
+          [this](std::uint32_t message, PxnHandle handle, const char* name) {
+              PostMessage(message, reinterpret_cast<WPARAM>(handle),
+                          reinterpret_cast<LPARAM>(name));
+          })),
+      registrations(owner.Api(), *receiver, log),
+      debounce(*this) {}
+
+CKVNPyxenFeatureCtrlDialog::~CKVNPyxenFeatureCtrlDialog() {
+    AFX_MANAGE_STATE(AfxGetStaticModuleState())
+    // While the class's own handlers are there to be called.
+    DestroyWindow();
+    receiver->Close(); // when there never was a window
+}
+
+bool CKVNPyxenFeatureCtrlDialog::CanAsk() const {
+    return grabber.Api().IsValid();
+}
+
+// ---- what the grabber tells ----
+
+void CKVNPyxenFeatureCtrlDialog::Update(uint32_t mask) {
+    if (mask == kMvUpdateAll) {
+        PostMessage(kModulesChanged);
+    }
+}
+
+void CKVNPyxenFeatureCtrlDialog::SetAcquisitionMarks(bool suppressBufferFormat, bool suppressSync) {
+    receiver->Suppress(suppressBufferFormat, suppressSync);
+}
+
+void CKVNPyxenFeatureCtrlDialog::Disconnect() {
+    registrations.Disconnect();
+}
+
+// ---- window messages ----
+
+BOOL CKVNPyxenFeatureCtrlDialog::OnInitDialog() {
+    CCamCntrlDlgBase::OnInitDialog();
+    SetIcon(icon.get(), FALSE);
+    grabber.RegisterWindowHandle(m_hWnd);
+    CaptureLayout();
+    CRect client;
+    GetClientRect(client);
+    // Last made and on top: the keys reach the tree first, then the editor.
+    if (!container.Create(client, this, IDC_VALUE_CONTAINER) ||
+        !treeView.Create(this, client, this, IDC_ATTRIBUTE_TREE)) {
+        return TRUE;
+    }
+    for (const HWND view : {container.m_hWnd, treeView.m_hWnd}) {
+        ::SetWindowPos(view, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    }
+    Tree().SetNotifyCallback(this);
+    LayOut();
+    ShowModules();
+    Tree().SetFocus();
+    return FALSE;
+}
+
+void CKVNPyxenFeatureCtrlDialog::OnOK() {
+    if (valueView) {
+        valueView->CommitOnEnter();
+    }
+}
+
+void CKVNPyxenFeatureCtrlDialog::OnCancel() {
+    OnCloseButton();
+}
+
+void CKVNPyxenFeatureCtrlDialog::OnCloseButton() {
+    if (grabber.SignalCamCntrlDlgEvent(kMvEventCloseRequest) == 1) {
+        Hide();
+    }
+}
+
+void CKVNPyxenFeatureCtrlDialog::OnDestroy() {
+    if (log) {
+        log->Write(kMvLogInformation, "CKVNPyxenFeatureCtrlDialog::OnDestroy called");
+    }
+    registrations.UnregisterAll(InvalidationKind::kSync);
+    registrations.UnregisterAll(InvalidationKind::kBufferFormat);
+    registrations.UnregisterAll(InvalidationKind::kTiming);
+    DropVisibleFeatures();
+    receiver->Close();
+    valueView.reset();
+    container.DestroyWindow();
+    if (treeView.m_hWnd) {
+        Tree().SetNotifyCallback(nullptr);
+        treeView.DestroyWindow();
+    }
+    grabber.UnRegisterWindowHandle(m_hWnd);
+    CCamCntrlDlgBase::OnDestroy();
+}
+
+void CKVNPyxenFeatureCtrlDialog::OnShowWindow(BOOL show, UINT status) {
+    CCamCntrlDlgBase::OnShowWindow(show, status);
+    followsValues = show != FALSE;
+    if (show) {
+        UpdateVisibleFeatures();
+    } else {
+        DropVisibleFeatures();
+    }
+}
+
+void CKVNPyxenFeatureCtrlDialog::OnGetMinMaxInfo(MINMAXINFO* info) {
+    info->ptMinTrackSize = CPoint(kLeastWidth, kLeastHeight);
+}
+
+// What covers its own area is left out, so that it does not flicker.
+BOOL CKVNPyxenFeatureCtrlDialog::OnEraseBkgnd(CDC* dc) {
+    for (const int id :
+         {IDC_ATTRIBUTE_TREE, IDC_VALUE_CONTAINER, IDC_FEATURE_CLOSE, IDC_DESCRIPTION}) {
+        if (::GetDlgItem(m_hWnd, id)) {
+            const LayoutRect place = PlaceOf(id);
+            dc->ExcludeClipRect(CRect(place.left, place.top, place.right, place.bottom));
+        }
+    }
+    return CCamCntrlDlgBase::OnEraseBkgnd(dc);
+}
+
+// ---- layout ----
+
+LayoutRect CKVNPyxenFeatureCtrlDialog::PlaceOf(int id) const {
+    CRect rect;
+    ::GetWindowRect(::GetDlgItem(m_hWnd, id), rect);
+    ScreenToClient(rect);
+    return {rect.left, rect.top, rect.right, rect.bottom};
+}
+
+void CKVNPyxenFeatureCtrlDialog::CaptureLayout() {
+    CRect client;
+    GetClientRect(client);
+    CRect units(VALUE_FORM_WIDTH, 0, kLeastPaneWidth, kLeastPaneHeight);
+    ::MapDialogRect(m_hWnd, units);
+    FeatureDialogLayout::Template from;
+    from.width = client.Width();
+    from.height = client.Height();
+    from.frame = PlaceOf(IDC_DESCRIPTION_FRAME);
+    from.description = PlaceOf(IDC_DESCRIPTION);
+    from.close = PlaceOf(IDC_FEATURE_CLOSE);
+    from.paneWidth = units.left;
+    from.leastPaneWidth = units.right;
+    from.leastPaneHeight = units.bottom;
+    layout.emplace(from);
+}
+
+void CKVNPyxenFeatureCtrlDialog::OnSize(UINT type, int width, int height) {
+    CCamCntrlDlgBase::OnSize(type, width, height);
+    if (type != SIZE_MINIMIZED) {
+        LayOut();
+    }
+}
+
+void CKVNPyxenFeatureCtrlDialog::LayOut() {
+    if (!layout || !treeView.m_hWnd) {
+        return;
+    }
+    CRect client;
+    GetClientRect(client);
+    const auto places = layout->Compute(client.Width(), client.Height(),
+                                        TextHeight(layout->DescriptionWidth(client.Width())));
+    const std::pair<int, LayoutRect> moves[] = {{IDC_ATTRIBUTE_TREE, places.tree},
+                                                {IDC_VALUE_CONTAINER, places.container},
+                                                {IDC_DESCRIPTION_FRAME, places.frame},
+                                                {IDC_DESCRIPTION, places.description},
+                                                {IDC_FEATURE_CLOSE, places.close}};
+    HDWP batch = ::BeginDeferWindowPos(static_cast<int>(std::size(moves)));
+    for (const auto& [id, place] : moves) {
+        // The texts break elsewhere in another width, and the frame is drawn anew.
+        const UINT copy =
+            id == IDC_DESCRIPTION || id == IDC_DESCRIPTION_FRAME ? SWP_NOCOPYBITS : 0u;
+        batch =
+            ::DeferWindowPos(batch, ::GetDlgItem(m_hWnd, id), nullptr, place.left, place.top,
+                             place.Width(), place.Height(), SWP_NOZORDER | SWP_NOACTIVATE | copy);
+    }
+    ::EndDeferWindowPos(batch);
+    if (valueView) {
+        container.GetClientRect(client);
+        valueView->MoveWindow(client);
+    }
+}
+
+int CKVNPyxenFeatureCtrlDialog::TextHeight(int width) const {
+    const CWnd* const control = GetDlgItem(IDC_DESCRIPTION);
+    const std::wstring text = WindowText(*control);
+    CClientDC dc(const_cast<CKVNPyxenFeatureCtrlDialog*>(this));
+    CFont* const before = dc.SelectObject(control->GetFont());
+    CRect rect(0, 0, width, 0);
+    dc.DrawText(text.data(), static_cast<int>(text.size()), rect,
+                DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX | DT_EXPANDTABS);
+    dc.SelectObject(before);
+    return rect.Height();
+}
+
+// ---- what the SDK tells ----
+
+LRESULT CKVNPyxenFeatureCtrlDialog::OnInvalidateFeature(WPARAM handle, LPARAM name) {
+    UpdateBatch batch;
+    const auto add = [&](WPARAM wParam, LPARAM lParam) {
+        if (lParam && !batch.Add(HandleOf(wParam), NameOf(lParam)) && log) {
+            log->Write(
+                kMvLogInformation,
+                "CKVNPyxenFeatureCtrlDialog::OnInvalidateFeature: Dropping duplicate feature update request: handle %p, Feature %s .",
+                HandleOf(wParam), NameOf(lParam));
+        }
+    };
+    add(handle, name);
+    MSG message;
+    while (::PeekMessage(&message, m_hWnd, WM_FEATURE_UPDATE, WM_FEATURE_UPDATE, PM_REMOVE)) {
+        add(message.wParam, message.lParam);
+    }
+    for (const UpdateBatch::Request& request : batch.GetRequests()) {
+        const auto leaf = tree.FindLeaf(request.handle, request.name);
+        if (leaf) {
+            if (log) {
+                log->Write(kMvLogInformation,
+                           "CKVNPyxenFeatureCtrlDialog::OnInvalidateFeature: Updating %s",
+                           request.name);
+            }
+            RefreshLeaf(*leaf);
+        } else if (log) {
+            log->Write(
+                kMvLogInformation,
+                "CKVNPyxenFeatureCtrlDialog::OnInvalidateFeature: Feature %s not found in handle %p.",
+                request.name, request.handle);
+        }
+    }
+    return 0;
+}
+
+LRESULT CKVNPyxenFeatureCtrlDialog::OnInvalidateSyncFeature(WPARAM handle, LPARAM name) {
+    FeatureCache* const cache = grabber.GetFeatureCacheByHandle(HandleOf(handle));
+    if (!cache || !name || !CanAsk()) {
+        return 0;
+    }
+    if (log) {
+        log->Write(kMvLogInformation,
+                   "CKVNPyxenFeatureCtrlDialog::OnInvalidateSyncFeature: %s has been invalidated.",
+                   NameOf(name));
+    }
+    grabber.Sync().SyncDependentFeatures(cache, NameOf(name), true);
+    return 0;
+}
+
+LRESULT CKVNPyxenFeatureCtrlDialog::OnInvalidateAnyFeature(WPARAM handle, LPARAM name) {
+    FeatureCache* const cache = grabber.GetFeatureCacheByHandle(HandleOf(handle));
+    debounce.OnChange([&] {
+        if (!cache || !name || !DoesPathTriggerRestart(*cache, NameOf(name), log)) {
+            return false;
+        }
+        if (log) {
+            log->Write(
+                kMvLogInformation,
+                "CKVNPyxenFeatureCtrlDialog::OnInvalidateAnyFeature: change of %s invalidates framebuffers.",
+                NameOf(name));
+        }
+        return true;
+    });
+    return 0;
+}
+
+LRESULT CKVNPyxenFeatureCtrlDialog::OnInvalidateTimingFeature(WPARAM handle, LPARAM name) {
+    if (CanAsk() && grabber.GetFeatureCacheByHandle(HandleOf(handle))) {
+        grabber.OnTimingFeatureChanged(HandleOf(handle), NameOf(name));
+    }
+    return 0;
+}
+
+LRESULT CKVNPyxenFeatureCtrlDialog::OnModulesChanged(WPARAM, LPARAM) {
+    MSG message;
+    while (::PeekMessage(&message, m_hWnd, kModulesChanged, kModulesChanged, PM_REMOVE)) {
+    }
+    ForgetModules();
+    ShowModules();
+    return 0;
+}
+
+// ---- changes of the buffer format ----
+
+void CKVNPyxenFeatureCtrlDialog::BeginBufferChange() {
+    grabber.NotifyBufferImpact(false);
+}
+
+void CKVNPyxenFeatureCtrlDialog::EndBufferChange() {
+    if (log) {
+        log->Write(
+            kMvLogInformation,
+            "CKVNPyxenFeatureCtrlDialog::OnTimer(SYNC_TIMEOUT_TIMER_ID): Feature synchronization finished. Calling NotifyBufferImpact.\n");
+    }
+    grabber.NotifyBufferImpact(true);
+}
+
+void CKVNPyxenFeatureCtrlDialog::StartQuietTimer(std::uint32_t milliseconds) {
+    SetTimer(SYNC_TIMEOUT_TIMER_ID, milliseconds, nullptr);
+}
+
+void CKVNPyxenFeatureCtrlDialog::StopQuietTimer() {
+    KillTimer(SYNC_TIMEOUT_TIMER_ID);
+}
+
+void CKVNPyxenFeatureCtrlDialog::OnTimer(UINT_PTR id) {
+    if (id == SYNC_TIMEOUT_TIMER_ID) {
+        debounce.OnQuiet();
+    } else {
+        CCamCntrlDlgBase::OnTimer(id);
+    }
+}

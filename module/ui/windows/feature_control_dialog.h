@@ -1,0 +1,138 @@
+// feature_control_dialog.h - the dialog that shows and edits every feature of the open camera
+#pragma once
+
+#include "mivora/cam_cntrl_dlg_base.h"
+#include "ui/buffer_debounce.h"
+#include "ui/dialog_layout.h"
+#include "ui/feature_reader.h"
+#include "ui/feature_registrations.h"
+#include "ui/feature_tree.h"
+#include "ui/feature_writer.h"
+#include "ui/invalidation_receiver.h"
+#include "ui/windows/attr_tree_view.h"
+#include "ui/windows/container_view.h"
+#include "ui/windows/small_icon.h"
+#include "ui/windows/value_view.h"
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+class CMivoraKVNPyxenClass;
+
+/// The modeless dialog "Camera Feature Control" of a grabber. It shows the modules of the open
+/// camera as one tree, edits the selected feature, and follows what changes in the camera.
+///
+/// User-interface thread only, but for Update and SetAcquisitionMarks.
+class CKVNPyxenFeatureCtrlDialog : public CCamCntrlDlgBase,
+                                   public CAttrTreeView::IObserver,
+                                   public CValueView::IObserver,
+                                   public CColumnTreeCtrl::INotifyCallback,
+                                   private BufferDebounce::Actions {
+    DECLARE_DYNAMIC(CKVNPyxenFeatureCtrlDialog)
+public:
+    static constexpr UINT_PTR SYNC_TIMEOUT_TIMER_ID = 1;
+
+    /// The grabber owns the dialog.
+    explicit CKVNPyxenFeatureCtrlDialog(CMivoraKVNPyxenClass& owner, CWnd* parent = nullptr);
+    ~CKVNPyxenFeatureCtrlDialog() override;
+
+    // ICamCntrlDialog
+    void Update(uint32_t mask) override;
+    void SetAcquisitionMarks(bool suppressBufferFormat, bool suppressSync) override;
+    void Disconnect() override;
+
+    // CAttrTreeView::IObserver
+    void AttrSelected(HTREEITEM item) override;
+    bool IsAttrReadOnly(HTREEITEM item) const override;
+    // CValueView::IObserver
+    void OnValueChanged(bool accepted) override;
+    // CColumnTreeCtrl::INotifyCallback
+    void OnTreeScrolled(int value) override;
+    void OnTreeResized(int extent) override;
+    void OnTreeExpanded() override;
+
+protected:
+    BOOL OnInitDialog() override;
+    void OnOK() override;
+    void OnCancel() override;
+    void OnCloseButton();
+    void OnDestroy();
+    void OnSize(UINT type, int width, int height);
+    void OnGetMinMaxInfo(MINMAXINFO* info);
+    BOOL OnEraseBkgnd(CDC* dc);
+    void OnShowWindow(BOOL show, UINT status);
+    void OnTimer(UINT_PTR id);
+    LRESULT OnInvalidateFeature(WPARAM handle, LPARAM name);
+    LRESULT OnInvalidateSyncFeature(WPARAM handle, LPARAM name);
+    LRESULT OnInvalidateAnyFeature(WPARAM handle, LPARAM name);
+    LRESULT OnInvalidateTimingFeature(WPARAM handle, LPARAM name);
+    LRESULT OnModulesChanged(WPARAM, LPARAM);
+
+    DECLARE_MESSAGE_MAP()
+
+private:
+    // BufferDebounce::Actions
+    void BeginBufferChange() override;
+    void EndBufferChange() override;
+    void StartQuietTimer(std::uint32_t milliseconds) override;
+    void StopQuietTimer() override;
+
+    // the window
+    void CaptureLayout();
+    void LayOut();
+    LayoutRect PlaceOf(int id) const;
+    int TextHeight(int width) const;
+
+    // the tree and what is registered for it
+    bool CanAsk() const;
+    CColumnTreeCtrl& Tree() { return treeView.GetTree(); }
+    void ShowModules();
+    void ForgetModules();
+    void BuildFeatureTree();
+    std::vector<std::size_t> FindVisible();
+    void UpdateVisibleFeatures();
+    void DropVisibleFeatures();
+    void RegisterSyncInvalidationFeatures();
+    void RegisterBufferFormatInvalidationFeatures();
+    void RegisterExtNotificationInvalidationFeatures();
+    std::optional<std::size_t> LeafOf(HTREEITEM item) const;
+    void RefreshLeaf(std::size_t index);
+
+    // the editor
+    std::unique_ptr<CValueView> MakeEditor(const FeatureLeaf& leaf, const RECT& rect);
+    std::unique_ptr<CValueView> MakeIntegerEditor(const FeatureLeaf& leaf, const RECT& rect);
+    std::unique_ptr<CValueView> MakeFloatEditor(const FeatureLeaf& leaf, const RECT& rect);
+    std::unique_ptr<CValueView> MakeEnumEditor(const FeatureLeaf& leaf, const RECT& rect);
+    std::unique_ptr<CValueView> MakeBoolEditor(const FeatureLeaf& leaf, const RECT& rect);
+    std::unique_ptr<CValueView> MakeStringEditor(const FeatureLeaf& leaf, const RECT& rect);
+    std::unique_ptr<CValueView> MakeCommandEditor(const FeatureLeaf& leaf, const RECT& rect);
+    std::optional<WriteOutcome> Commit(std::size_t index);
+    std::optional<WriteOutcome> CommitInteger(const FeatureLeaf& leaf);
+    std::optional<WriteOutcome> CommitFloat(const FeatureLeaf& leaf);
+    std::optional<WriteOutcome> CommitEnum(const FeatureLeaf& leaf);
+    std::optional<WriteOutcome> CommitString(const FeatureLeaf& leaf);
+    std::optional<WriteOutcome> CommitBool(const FeatureLeaf& leaf);
+    void RefreshCurrentForm();
+
+    CMivoraKVNPyxenClass& grabber;
+    ILogSink* const log;
+    const SmallIcon icon;
+    FeatureReader reader;
+    FeatureWriter writer;
+    const std::shared_ptr<InvalidationReceiver> receiver;
+    FeatureRegistrations registrations;
+    BufferDebounce debounce;
+
+    std::optional<FeatureDialogLayout> layout; ///< once the template's controls stand
+    CAttrTreeView treeView;
+    CContainerView container;
+
+    FeatureTree tree;
+    std::vector<HTREEITEM> leafItems; ///< by the leaves of the tree
+    std::vector<std::size_t> visible; ///< leaves whose values are followed
+    bool followsValues = true;        ///< not while hidden
+    std::optional<std::size_t> currentLeaf;
+    PxnFeatureInfo description{}; ///< of the current leaf
+    std::unique_ptr<CValueView> valueView;
+};

@@ -1,0 +1,228 @@
+// feature_control_tree.cpp - the feature control dialog's rows and what is registered for them
+#include "grabber/mivora_kvn_pyxen_class.h"
+#include "mivora/log_sink.h"
+#include "res/resource.h"
+#include "ui/feature_value_text.h"
+#include "ui/visible_change.h"
+#include "ui/windows/feature_control_dialog.h"
+#include "ui/windows/wide_text.h"
+
+#include <algorithm>
+
+namespace {
+
+/// Keeps a window from drawing while many of its rows change.
+class WithoutRedraw {
+public:
+    explicit WithoutRedraw(CWnd& window) : quiet(window) { quiet.SetRedraw(FALSE); }
+    ~WithoutRedraw() {
+        quiet.SetRedraw(TRUE);
+        quiet.Invalidate(FALSE);
+    }
+    WithoutRedraw(const WithoutRedraw&) = delete;
+    WithoutRedraw& operator=(const WithoutRedraw&) = delete;
+
+private:
+    CWnd& quiet;
+};
+
+} // namespace
+
+void CKVNPyxenFeatureCtrlDialog::ShowModules() {
+    if (!treeView.m_hWnd || !CanAsk()) {
+        return;
+    }
+    BuildFeatureTree();
+    UpdateVisibleFeatures();
+    RegisterSyncInvalidationFeatures();
+    RegisterBufferFormatInvalidationFeatures();
+    RegisterExtNotificationInvalidationFeatures();
+}
+
+void CKVNPyxenFeatureCtrlDialog::ForgetModules() {
+    registrations.UnregisterAll(InvalidationKind::kSync);
+    registrations.UnregisterAll(InvalidationKind::kBufferFormat);
+    registrations.UnregisterAll(InvalidationKind::kTiming);
+    DropVisibleFeatures();
+    receiver->ForgetAll();
+    valueView.reset();
+    currentLeaf.reset();
+    SetDlgItemText(IDC_DESCRIPTION, TEXT(""));
+    tree.Clear();
+    leafItems.clear();
+    if (!treeView.m_hWnd) {
+        return;
+    }
+    const WithoutRedraw quiet(Tree());
+    const HTREEITEM root = Tree().GetRootItem();
+    while (const HTREEITEM module = Tree().GetChildItem(root)) {
+        Tree().DeleteItem(module);
+    }
+}
+
+void CKVNPyxenFeatureCtrlDialog::BuildFeatureTree() {
+    tree.Clear();
+    leafItems.clear();
+    for (uint32_t index = 0; index < grabber.GetNumFeatureCaches(); ++index) {
+        tree.AddModule(*grabber.GetFeatureCache(index), grabber.Api());
+    }
+    const WithoutRedraw quiet(Tree());
+    const HTREEITEM root = Tree().GetRootItem();
+    std::vector<HTREEITEM> items;
+    items.reserve(tree.GetRows().size());
+    leafItems.resize(tree.GetLeaves().size());
+    for (const FeatureTree::Row& row : tree.GetRows()) {
+        std::wstring text = WideText(row.text);
+        TVINSERTSTRUCT insert = {};
+        insert.hParent = row.parent == FeatureTree::kNone ? root : items[row.parent];
+        insert.hInsertAfter = TVI_LAST;
+        insert.item.mask = TVIF_TEXT | TVIF_PARAM;
+        insert.item.pszText = text.data();
+        // 0 stands for no feature.
+        insert.item.lParam = row.leaf == FeatureTree::kNone ? 0 : static_cast<LPARAM>(row.leaf + 1);
+        items.push_back(Tree().InsertItem(&insert));
+        if (row.leaf != FeatureTree::kNone) {
+            leafItems[row.leaf] = items.back();
+        }
+    }
+    Tree().SortChildren(root);
+    Tree().SelectItem(Tree().GetChildItem(root));
+    Tree().Expand(root, TVE_EXPAND);
+    for (HTREEITEM module = Tree().GetChildItem(root); module;
+         module = Tree().GetNextSiblingItem(module)) {
+        Tree().Expand(module, TVE_EXPAND);
+    }
+    Tree().SelectItem(root);
+}
+
+std::optional<std::size_t> CKVNPyxenFeatureCtrlDialog::LeafOf(HTREEITEM item) const {
+    const auto index = const_cast<CKVNPyxenFeatureCtrlDialog*>(this)->Tree().GetItemData(item);
+    return index == 0 || index > tree.GetLeaves().size() ? std::nullopt
+                                                         : std::optional<std::size_t>(index - 1);
+}
+
+bool CKVNPyxenFeatureCtrlDialog::IsAttrReadOnly(HTREEITEM item) const {
+    const auto index = LeafOf(item);
+    if (!index || !CanAsk()) {
+        return false;
+    }
+    const FeatureLeaf& leaf = tree.GetLeaves()[*index];
+    PxnBool readable = 0;
+    PxnBool writeable = 0;
+    return grabber.Api().PxnFeatureAccessQuery(leaf.handle, leaf.name.c_str(), &readable,
+                                               &writeable) == PxnErrSuccess &&
+           !writeable;
+}
+
+void CKVNPyxenFeatureCtrlDialog::RefreshLeaf(std::size_t index) {
+    const FeatureLeaf& leaf = tree.GetLeaves()[index];
+    if (!leaf.cache || !leaf.cache->GetModuleName()) {
+        if (log) {
+            log->Write(
+                kMvLogError,
+                "CKVNPyxenFeatureCtrlDialog::RefreshLeaf: Feature %s has no valid feature cache",
+                leaf.name.c_str());
+        }
+        return;
+    }
+    const PxnFeatureInfo* const feature = leaf.cache->Find(leaf.name.c_str());
+    if (!feature) {
+        if (log) {
+            log->Write(
+                kMvLogError,
+                "CKVNPyxenFeatureCtrlDialog::RefreshLeaf: Feature %s is not in the feature cache",
+                leaf.name.c_str());
+        }
+        return;
+    }
+    if (!CanAsk()) {
+        return;
+    }
+    const std::string text =
+        leaf.name + "\t" +
+        FormatFeatureValue(grabber.Api(), leaf.handle, leaf.name.c_str(), *feature);
+    Tree().SetItemText(leafItems[index], WideText(text).c_str());
+}
+
+// ---- what is on screen ----
+
+void CKVNPyxenFeatureCtrlDialog::OnTreeScrolled(int) {
+    UpdateVisibleFeatures();
+}
+
+void CKVNPyxenFeatureCtrlDialog::OnTreeResized(int) {
+    UpdateVisibleFeatures();
+}
+
+void CKVNPyxenFeatureCtrlDialog::OnTreeExpanded() {
+    UpdateVisibleFeatures();
+}
+
+// In the order of the leaves, like everything that is registered.
+std::vector<std::size_t> CKVNPyxenFeatureCtrlDialog::FindVisible() {
+    std::vector<std::size_t> found;
+    CRect client;
+    Tree().GetClientRect(client);
+    CRect row;
+    for (HTREEITEM item = Tree().GetNextItem(nullptr, TVGN_FIRSTVISIBLE);
+         item && Tree().GetItemRect(item, row, FALSE) && row.top < client.bottom;
+         item = Tree().GetNextItem(item, TVGN_NEXTVISIBLE)) {
+        const auto leaf = LeafOf(item);
+        if (leaf && row.top >= 0) {
+            found.push_back(*leaf);
+        }
+    }
+    std::sort(found.begin(), found.end());
+    return found;
+}
+
+void CKVNPyxenFeatureCtrlDialog::UpdateVisibleFeatures() {
+    if (!followsValues || !CanAsk()) {
+        return;
+    }
+    std::vector<std::size_t> now = FindVisible();
+    const std::vector<FeatureLeaf>& leaves = tree.GetLeaves();
+    const VisibleChange change = CompareVisible(leaves, visible, now);
+    for (const std::size_t index : change.appeared) {
+        PostMessage(WM_FEATURE_UPDATE, reinterpret_cast<WPARAM>(leaves[index].handle),
+                    reinterpret_cast<LPARAM>(leaves[index].sdkName));
+    }
+    for (const std::size_t index : change.vanished) {
+        registrations.Unregister(InvalidationKind::kValue, leaves[index]);
+    }
+    for (const std::size_t index : change.appeared) {
+        registrations.Register(InvalidationKind::kValue, leaves[index]);
+    }
+    visible = std::move(now);
+}
+
+void CKVNPyxenFeatureCtrlDialog::DropVisibleFeatures() {
+    registrations.UnregisterAll(InvalidationKind::kValue);
+    visible.clear();
+}
+
+// ---- what is followed all the time ----
+
+void CKVNPyxenFeatureCtrlDialog::RegisterSyncInvalidationFeatures() {
+    for (const FeatureLeaf& leaf : tree.GetLeaves()) {
+        if (grabber.SyncRules().FindSyncEntry(leaf.moduleName.c_str(), leaf.name.c_str())) {
+            registrations.Register(InvalidationKind::kSync, leaf);
+        }
+    }
+}
+
+void CKVNPyxenFeatureCtrlDialog::RegisterBufferFormatInvalidationFeatures() {
+    for (const FeatureLeaf& leaf : tree.GetLeaves()) {
+        if (leaf.triggersRestart) {
+            registrations.Register(InvalidationKind::kBufferFormat, leaf);
+        }
+    }
+}
+
+void CKVNPyxenFeatureCtrlDialog::RegisterExtNotificationInvalidationFeatures() {
+    for (const FeatureLeaf& leaf : tree.GetLeaves()) {
+        if (leaf.name == "ExposureTime" || leaf.name == "AcquisitionFrameRate") {
+            registrations.Register(InvalidationKind::kTiming, leaf);
+        }
+    }
+}

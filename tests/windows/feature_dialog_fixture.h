@@ -1,0 +1,73 @@
+// feature_dialog_fixture.h - the feature control dialog of a grabber
+#pragma once
+
+#include "grabber/mivora_kvn_pyxen_class.h"
+#include "res/resource.h"
+#include "test_host.h"
+#include "tests/support/environment_guard.h"
+#include "tests/support/recording_sink.h"
+#include "tests/support/temporary_directory.h"
+#include "ui/windows/feature_control_dialog.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+/// A grabber on the SDK below `sdkHome`, and its dialog as the user has it before them.
+class FeatureDialogFixture : public TestHost {
+protected:
+    explicit FeatureDialogFixture(const std::string& sdkHome) : home("PYXEN_HOME", sdkHome) {}
+    ~FeatureDialogFixture() override;
+
+    /// Initialises a grabber with that ini file and opens camera 0.
+    void OpenCamera(const std::string& ini = "");
+    /// Opens the dialog; what it posted to itself is not handled yet.
+    void OpenDialog();
+    /// Hands the grabber over to nobody: it ends, and its dialog with it.
+    void EndGrabber();
+
+    CMivoraKVNPyxenClass& Grabber() { return *grabber; }
+    CKVNPyxenFeatureCtrlDialog& Dialog() { return *dialog; }
+    HWND Control(int id) { return ::GetDlgItem(Dialog().m_hWnd, id); }
+    HWND Tree();
+    /// The window of the value editor, null when there is none.
+    HWND Editor();
+    HWND EditorControl(int id) { return ::GetDlgItem(Editor(), id); }
+    std::wstring Description() { return TextOf(Control(7003)); }
+
+    /// A row by the names of the rows above it and its own: "Camera/AnalogControl/Gain"; the root
+    /// for an empty text. Null when there is none.
+    HTREEITEM Row(const std::wstring& path);
+    std::wstring RowText(const std::wstring& path) { return RowText(Row(path)); }
+    std::wstring RowText(HTREEITEM item);
+    std::vector<std::wstring> Children(const std::wstring& path);
+    /// Selects a row, having its parents expanded.
+    void Select(const std::wstring& path);
+    void Expand(const std::wstring& path);
+    void ClickButton(HWND parent, int id);
+
+    /// The log lines so far that begin with the dialog's name, less that beginning.
+    std::vector<std::string> DialogLog();
+    /// All log lines of that kind, in order, less the texts before the name.
+    static std::vector<std::string> NamesAfter(const std::vector<std::string>& lines,
+                                               const std::string& beginning);
+
+    /// Waits for a message box, takes its texts down, and presses its OK button.
+    struct Box {
+        std::wstring text;
+        std::wstring caption;
+        HWND owner = nullptr;
+        bool hasIcon = false;
+        int buttons = 0;
+    };
+    /// Runs `action`, during which exactly one box is to appear; its picture is kept when named.
+    Box CatchBox(const std::function<void()>& action, const std::string& picture = "");
+
+    support::EnvironmentGuard home;
+    support::TemporaryDirectory directory;
+    support::RecordingSink sink;
+
+private:
+    std::unique_ptr<CMivoraKVNPyxenClass> grabber;
+    CKVNPyxenFeatureCtrlDialog* dialog = nullptr;
+};
