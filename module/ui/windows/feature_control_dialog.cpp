@@ -28,6 +28,10 @@ const char* NameOf(LPARAM lParam) {
     return reinterpret_cast<const char*>(lParam);
 }
 
+CRect RectOf(const LayoutRect& place) {
+    return CRect(place.left, place.top, place.right, place.bottom);
+}
+
 } // namespace
 
 IMPLEMENT_DYNAMIC(CKVNPyxenFeatureCtrlDialog, CDialog)
@@ -97,13 +101,12 @@ BOOL CKVNPyxenFeatureCtrlDialog::OnInitDialog() {
     SetIcon(icon.get(), FALSE);
     grabber.RegisterWindowHandle(m_hWnd);
     CaptureLayout();
-    CRect client;
-    GetClientRect(client);
-    // Last made and on top: the keys reach the tree first, then the editor.
-    if (!container.Create(client, this, IDC_VALUE_CONTAINER) ||
-        !treeView.Create(this, client, this, IDC_ATTRIBUTE_TREE)) {
+    const auto places = ComputePlaces();
+    if (!treeView.Create(this, RectOf(places.tree), this, IDC_ATTRIBUTE_TREE) ||
+        !container.Create(RectOf(places.container), this, IDC_VALUE_CONTAINER)) {
         return TRUE;
     }
+    // On top, so that the keys reach the tree first, then the editor.
     for (const HWND view : {container.m_hWnd, treeView.m_hWnd}) {
         ::SetWindowPos(view, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     }
@@ -163,13 +166,15 @@ void CKVNPyxenFeatureCtrlDialog::OnGetMinMaxInfo(MINMAXINFO* info) {
     info->ptMinTrackSize = CPoint(kLeastWidth, kLeastHeight);
 }
 
-// What covers its own area is left out, so that it does not flicker.
+// What covers its own area is left out, so that it does not flicker. A control that has this window
+// paint its background asks with a device context of its own.
 BOOL CKVNPyxenFeatureCtrlDialog::OnEraseBkgnd(CDC* dc) {
-    for (const int id :
-         {IDC_ATTRIBUTE_TREE, IDC_VALUE_CONTAINER, IDC_FEATURE_CLOSE, IDC_DESCRIPTION}) {
-        if (::GetDlgItem(m_hWnd, id)) {
-            const LayoutRect place = PlaceOf(id);
-            dc->ExcludeClipRect(CRect(place.left, place.top, place.right, place.bottom));
+    if (::WindowFromDC(*dc) == m_hWnd) {
+        for (const int id :
+             {IDC_ATTRIBUTE_TREE, IDC_VALUE_CONTAINER, IDC_FEATURE_CLOSE, IDC_DESCRIPTION}) {
+            if (::GetDlgItem(m_hWnd, id)) {
+                dc->ExcludeClipRect(RectOf(PlaceOf(id)));
+            }
         }
     }
     return CCamCntrlDlgBase::OnEraseBkgnd(dc);
@@ -208,30 +213,38 @@ void CKVNPyxenFeatureCtrlDialog::OnSize(UINT type, int width, int height) {
     }
 }
 
+FeatureDialogLayout::Places CKVNPyxenFeatureCtrlDialog::ComputePlaces() const {
+    CRect client;
+    GetClientRect(client);
+    return layout->Compute(client.Width(), client.Height(),
+                           TextHeight(layout->DescriptionWidth(client.Width())));
+}
+
 void CKVNPyxenFeatureCtrlDialog::LayOut() {
     if (!layout || !treeView.m_hWnd) {
         return;
     }
-    CRect client;
-    GetClientRect(client);
-    const auto places = layout->Compute(client.Width(), client.Height(),
-                                        TextHeight(layout->DescriptionWidth(client.Width())));
+    const auto places = ComputePlaces();
     const std::pair<int, LayoutRect> moves[] = {{IDC_ATTRIBUTE_TREE, places.tree},
                                                 {IDC_VALUE_CONTAINER, places.container},
                                                 {IDC_DESCRIPTION_FRAME, places.frame},
                                                 {IDC_DESCRIPTION, places.description},
                                                 {IDC_FEATURE_CLOSE, places.close}};
+    CRect frames = RectOf(PlaceOf(IDC_DESCRIPTION_FRAME));
+    ::UnionRect(frames, frames, RectOf(places.frame));
     HDWP batch = ::BeginDeferWindowPos(static_cast<int>(std::size(moves)));
     for (const auto& [id, place] : moves) {
-        // The texts break elsewhere in another width, and the frame is drawn anew.
-        const UINT copy =
-            id == IDC_DESCRIPTION || id == IDC_DESCRIPTION_FRAME ? SWP_NOCOPYBITS : 0u;
+        // The text breaks elsewhere in another width.
+        const UINT copy = id == IDC_DESCRIPTION ? SWP_NOCOPYBITS : 0u;
         batch =
             ::DeferWindowPos(batch, ::GetDlgItem(m_hWnd, id), nullptr, place.left, place.top,
                              place.Width(), place.Height(), SWP_NOZORDER | SWP_NOACTIVATE | copy);
     }
     ::EndDeferWindowPos(batch);
+    // A group box does not erase what it had drawn before.
+    ::RedrawWindow(m_hWnd, frames, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
     if (valueView) {
+        CRect client;
         container.GetClientRect(client);
         valueView->MoveWindow(client);
     }

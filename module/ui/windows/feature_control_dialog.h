@@ -80,6 +80,7 @@ private:
 
     // the window
     void CaptureLayout();
+    FeatureDialogLayout::Places ComputePlaces() const;
     void LayOut();
     LayoutRect PlaceOf(int id) const;
     int TextHeight(int width) const;
