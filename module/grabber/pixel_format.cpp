@@ -126,6 +126,11 @@ const PixelFormat* FindFirst(Predicate matches) {
     return found == formats.end() ? nullptr : &*found;
 }
 
+const void* RowAddress(const void* base, std::uint32_t width, std::uint32_t row, unsigned bits) {
+    const std::uint64_t lineBytes = (std::uint64_t{width} * bits + 7) / 8;
+    return static_cast<const std::uint8_t*>(base) + row * lineBytes;
+}
+
 } // namespace
 
 std::span<const PixelFormat> PixelFormatTable() {
@@ -146,6 +151,14 @@ const PixelFormat* FindPixelFormatByName(const char* name) {
     return FindFirst([name](const PixelFormat& format) {
         return platform::CompareNoCase(format.name, name) == 0;
     });
+}
+
+const void* RowAddress10p(const void* base, std::uint32_t width, std::uint32_t row) {
+    return RowAddress(base, width, row, 10);
+}
+
+const void* RowAddress12p(const void* base, std::uint32_t width, std::uint32_t row) {
+    return RowAddress(base, width, row, 12);
 }
 
 void ConvertImage(const PixelFormat& format, const void* raw, void* host, std::uint32_t width,

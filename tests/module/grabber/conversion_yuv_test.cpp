@@ -93,27 +93,6 @@ TEST(YuvPixels, MayLieAtAnyAddress) {
     }
 }
 
-// Pairs and fours of the other two take the same formulas from other places.
-TEST(YuvPixels, FollowTheFormulasForEveryInput) {
-    Bytes source(256 * 3);
-    Bytes pixels(256 * 3);
-    Bytes expected;
-    expected.reserve(256 * 3);
-    for (unsigned chroma = 0; chroma < 0x10000; ++chroma) {
-        const auto u = static_cast<std::uint8_t>(chroma >> 8);
-        const auto v = static_cast<std::uint8_t>(chroma);
-        expected.clear();
-        for (unsigned y = 0; y < 256; ++y) {
-            source[y * 3] = u;
-            source[y * 3 + 1] = static_cast<std::uint8_t>(y);
-            source[y * 3 + 2] = v;
-            AppendPixel(expected, y, u, v);
-        }
-        ConvertYUV444(source.data(), pixels.data(), 256);
-        ASSERT_EQ(pixels, expected) << chroma;
-    }
-}
-
 TEST(YuvPixels, AreClampedAndTruncated) {
     const Bytes grey = {128, 0, 128, 128};
     Bytes pixels(6);

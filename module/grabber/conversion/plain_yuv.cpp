@@ -1,5 +1,5 @@
-// conversion_yuv.cpp - luma and chroma bytes to red, green and blue bytes
-#include "grabber/pixel_format.h"
+// plain_yuv.cpp - luma and chroma bytes to red, green and blue bytes
+#include "grabber/conversion/plain_converters.h"
 
 namespace {
 
@@ -18,7 +18,7 @@ void StoreRgb(std::uint8_t*& destination, double y, double u, double v) {
 
 } // namespace
 
-void ConvertYUV422(const void* source, void* destination, std::uint64_t pixelCount) {
+void PlainConvertYUV422(const void* source, void* destination, std::uint64_t pixelCount) {
     const auto* bytes = static_cast<const std::uint8_t*>(source);
     auto* pixels = static_cast<std::uint8_t*>(destination);
     for (std::uint64_t pairs = pixelCount / 2; pairs > 0; --pairs, bytes += 4) {
@@ -29,7 +29,7 @@ void ConvertYUV422(const void* source, void* destination, std::uint64_t pixelCou
     }
 }
 
-void ConvertYUV444(const void* source, void* destination, std::uint64_t pixelCount) {
+void PlainConvertYUV444(const void* source, void* destination, std::uint64_t pixelCount) {
     const auto* bytes = static_cast<const std::uint8_t*>(source);
     auto* pixels = static_cast<std::uint8_t*>(destination);
     for (; pixelCount > 0; --pixelCount, bytes += 3) {
@@ -37,7 +37,7 @@ void ConvertYUV444(const void* source, void* destination, std::uint64_t pixelCou
     }
 }
 
-void ConvertYUV411(const void* source, void* destination, std::uint64_t pixelCount) {
+void PlainConvertYUV411(const void* source, void* destination, std::uint64_t pixelCount) {
     const auto* bytes = static_cast<const std::uint8_t*>(source);
     auto* pixels = static_cast<std::uint8_t*>(destination);
     for (std::uint64_t groups = pixelCount / 4; groups > 0; --groups, bytes += 6) {

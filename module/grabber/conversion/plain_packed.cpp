@@ -1,5 +1,5 @@
-// conversion_packed.cpp - 10 and 12 bits per pixel without gaps, to 16 bits per pixel
-#include "grabber/pixel_format.h"
+// plain_packed.cpp - 10 and 12 bits per pixel without gaps, to 16 bits per pixel
+#include "grabber/conversion/plain_converters.h"
 
 #include <cstring>
 
@@ -12,14 +12,9 @@ void Store(std::uint8_t*& destination, unsigned value) {
     destination += sizeof pixel;
 }
 
-const void* RowAddress(const void* base, std::uint32_t width, std::uint32_t row, unsigned bits) {
-    const std::uint64_t lineBytes = (std::uint64_t{width} * bits + 7) / 8;
-    return static_cast<const std::uint8_t*>(base) + row * lineBytes;
-}
-
 } // namespace
 
-void Unpack10p(const void* source, void* destination, std::uint64_t pixelCount) {
+void PlainUnpack10p(const void* source, void* destination, std::uint64_t pixelCount) {
     const auto* bytes = static_cast<const std::uint8_t*>(source);
     auto* pixels = static_cast<std::uint8_t*>(destination);
     for (; pixelCount >= 4; pixelCount -= 4, bytes += 5) {
@@ -39,7 +34,7 @@ void Unpack10p(const void* source, void* destination, std::uint64_t pixelCount) 
     }
 }
 
-void Unpack12p(const void* source, void* destination, std::uint64_t pixelCount) {
+void PlainUnpack12p(const void* source, void* destination, std::uint64_t pixelCount) {
     const auto* bytes = static_cast<const std::uint8_t*>(source);
     auto* pixels = static_cast<std::uint8_t*>(destination);
     for (; pixelCount >= 2; pixelCount -= 2, bytes += 3) {
@@ -51,7 +46,7 @@ void Unpack12p(const void* source, void* destination, std::uint64_t pixelCount) 
     }
 }
 
-void Unpack10Packed(const void* source, void* destination, std::uint64_t pixelCount) {
+void PlainUnpack10Packed(const void* source, void* destination, std::uint64_t pixelCount) {
     const auto* bytes = static_cast<const std::uint8_t*>(source);
     auto* pixels = static_cast<std::uint8_t*>(destination);
     for (; pixelCount >= 2; pixelCount -= 2, bytes += 3) {
@@ -63,7 +58,7 @@ void Unpack10Packed(const void* source, void* destination, std::uint64_t pixelCo
     }
 }
 
-void Unpack12Packed(const void* source, void* destination, std::uint64_t pixelCount) {
+void PlainUnpack12Packed(const void* source, void* destination, std::uint64_t pixelCount) {
     const auto* bytes = static_cast<const std::uint8_t*>(source);
     auto* pixels = static_cast<std::uint8_t*>(destination);
     for (; pixelCount >= 2; pixelCount -= 2, bytes += 3) {
@@ -73,12 +68,4 @@ void Unpack12Packed(const void* source, void* destination, std::uint64_t pixelCo
     if (pixelCount > 0) {
         Store(pixels, (bytes[0] * 16u + (bytes[1] & 0x0Fu)) & 0x0FFFu);
     }
-}
-
-const void* RowAddress10p(const void* base, std::uint32_t width, std::uint32_t row) {
-    return RowAddress(base, width, row, 10);
-}
-
-const void* RowAddress12p(const void* base, std::uint32_t width, std::uint32_t row) {
-    return RowAddress(base, width, row, 12);
 }

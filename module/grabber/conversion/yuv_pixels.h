@@ -1,0 +1,132 @@
+// yuv_pixels.h - YUV to blue, red and green bytes, in whole numbers
+//
+// For a whole luma Y the clamped truncation of Y + t is the clamp of Y + floor(t), so chroma gives
+// one whole number per component. With U and V from 0 to 255 these are, without exception,
+//   red    floor(1.40199958 V - 179.4557903) = ((V * 256 * 45940 >> 16) - 22970) >> 7
+//   blue   floor(1.77200007 U - 226.816062)  = ((U * 256 * 58065 >> 16) - 29033) >> 7
+//   green  floor(135.4587945 - (0.344135677 U + 0.71413615 V))
+//                                  = (71019392 - 180426 U - 374413 V) >> 19
+#pragma once
+
+#include <cstdint>
+
+namespace {
+
+// One number for the words at even places and one for those at odd ones.
+constexpr int WordPair(int even, int odd) {
+    return static_cast<int>(static_cast<std::uint32_t>(even & 0xFFFF) |
+                            static_cast<std::uint32_t>(odd & 0xFFFF) << 16);
+}
+
+constexpr int kChromaFactors = WordPair(58065, 45940);
+constexpr int kChromaOffsets = WordPair(29033, 22970);
+constexpr int kChromaShift = 7;
+
+// The factors of green are wider than a word: each is split at 8 bits, which is 704 * 256 + 202 and
+// 1462 * 256 + 141.
+constexpr int kGreenHighFactors = WordPair(-704, -1462);
+constexpr int kGreenLowFactors = WordPair(-202, -141);
+constexpr int kGreenOffset = 71019392;
+constexpr int kGreenShift = 19;
+
+/// What chroma adds, for groups of four bytes U, any, V, any.
+template <typename Set>
+struct YuvTerms {
+    using Vector = typename Set::Vector;
+    Vector blueRed; ///< words: blue, red
+    Vector green;   ///< one number in four bytes
+};
+
+/// `Set` names the operations of an instruction set.
+template <typename Set, typename Vector = typename Set::Vector>
+YuvTerms<Set> ChromaTerms(Vector groups) {
+    const Vector scaled =
+        Set::MultiplyHigh(Set::template ShiftWordsLeft<8>(groups), Set::Fill(kChromaFactors));
+    const Vector chroma = Set::And(groups, Set::Fill(0x00FF00FF));
+    const Vector high = Set::MultiplyAdd(chroma, Set::Fill(kGreenHighFactors));
+    const Vector low = Set::MultiplyAdd(chroma, Set::Fill(kGreenLowFactors));
+    const Vector green = Set::AddNumbers(
+        Set::AddNumbers(Set::template ShiftNumbersLeft<8>(high), low), Set::Fill(kGreenOffset));
+    return {Set::template ShiftWordsRight<kChromaShift>(
+                Set::SubtractWords(scaled, Set::Fill(kChromaOffsets))),
+            Set::template ShiftNumbersRight<kGreenShift>(green)};
+}
+
+/// Pixels whose components await packing: words of blue and red by turns, and of green.
+template <typename Set>
+struct PairPixels {
+    using Vector = typename Set::Vector;
+    Vector evenBlueRed; ///< of the first pixel of each pair
+    Vector oddBlueRed;  ///< of the second
+    Vector green;
+};
+
+/// For groups U, Y0, V, Y1.
+template <typename Set, typename Vector = typename Set::Vector>
+PairPixels<Set> ConvertPairs(Vector groups) {
+    constexpr int kNo = 0x80; // gives 0: the high bytes of luma words
+    const auto terms = ChromaTerms<Set>(groups);
+    const Vector evenLuma = Set::Shuffle(
+        groups, Set::Lanes(1, kNo, 1, kNo, 5, kNo, 5, kNo, 9, kNo, 9, kNo, 13, kNo, 13, kNo));
+    const Vector oddLuma = Set::Shuffle(
+        groups, Set::Lanes(3, kNo, 3, kNo, 7, kNo, 7, kNo, 11, kNo, 11, kNo, 15, kNo, 15, kNo));
+    const Vector green =
+        Set::Shuffle(terms.green, Set::Lanes(0, 1, 0, 1, 4, 5, 4, 5, 8, 9, 8, 9, 12, 13, 12, 13));
+    return {Set::AddWords(evenLuma, terms.blueRed), Set::AddWords(oddLuma, terms.blueRed),
+            Set::AddWords(Set::template ShiftWordsRightUnsigned<8>(groups), green)};
+}
+
+/// Pixels with chroma of their own: words of blue and red by turns, and green in four bytes.
+template <typename Set>
+struct QuadPixels {
+    using Vector = typename Set::Vector;
+    Vector blueRed;
+    Vector green;
+};
+
+/// For groups U, Y, V, Y.
+template <typename Set, typename Vector = typename Set::Vector>
+QuadPixels<Set> ConvertQuads(Vector groups) {
+    const auto terms = ChromaTerms<Set>(groups);
+    return {Set::AddWords(Set::template ShiftWordsRightUnsigned<8>(groups), terms.blueRed),
+            Set::AddNumbers(Set::template ShiftNumbersRightUnsigned<24>(groups), terms.green)};
+}
+
+/// Bytes in the order in which packing leaves them within each lane of 16: blue and red by turns of
+/// the first and the second half of the pixels, and green of all.
+template <typename Set>
+struct PackedPixels {
+    using Vector = typename Set::Vector;
+    Vector firstBlueRed;
+    Vector secondBlueRed;
+    Vector green;
+};
+
+/// Of a lane's eight pixels in a half, the even ones' bytes come first.
+template <typename Set, typename Vector = typename Set::Vector>
+PackedPixels<Set> PackPairs(Vector firstGroups, Vector secondGroups) {
+    const auto a = ConvertPairs<Set>(firstGroups);
+    const auto b = ConvertPairs<Set>(secondGroups);
+    return {Set::PackWords(a.evenBlueRed, a.oddBlueRed),
+            Set::PackWords(b.evenBlueRed, b.oddBlueRed), Set::PackWords(a.green, b.green)};
+}
+constexpr int PairBlue(int pixelOfEight) {
+    return pixelOfEight % 2 * 8 + pixelOfEight / 2 * 2;
+}
+
+/// A lane's pixels stay in their order.
+template <typename Set, typename Vector = typename Set::Vector>
+PackedPixels<Set> PackQuads(Vector firstGroups, Vector secondGroups, Vector thirdGroups,
+                            Vector fourthGroups) {
+    const auto a = ConvertQuads<Set>(firstGroups);
+    const auto b = ConvertQuads<Set>(secondGroups);
+    const auto c = ConvertQuads<Set>(thirdGroups);
+    const auto d = ConvertQuads<Set>(fourthGroups);
+    return {Set::PackWords(a.blueRed, b.blueRed), Set::PackWords(c.blueRed, d.blueRed),
+            Set::PackWords(Set::PackNumbers(a.green, b.green), Set::PackNumbers(c.green, d.green))};
+}
+constexpr int QuadBlue(int pixelOfEight) {
+    return pixelOfEight * 2;
+}
+
+} // namespace
