@@ -8,7 +8,7 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <cstring>
+#include <system_error>
 
 namespace {
 
@@ -85,7 +85,8 @@ void WriteImage(const std::string& path, const ImageLayout& layout, const void* 
     // Closing writes what is left, and may fail.
     const bool isClosed = file && std::fclose(file) == 0;
     if (!isWritten || !isClosed) {
-        throw CommandFailure("cannot write " + path + ": " + std::strerror(errno));
+        throw CommandFailure("cannot write " + path + ": " +
+                             std::generic_category().message(errno));
     }
 }
 

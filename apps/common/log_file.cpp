@@ -6,8 +6,8 @@
 
 #include <cerrno>
 #include <cstdarg>
-#include <cstring>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 namespace {
@@ -32,7 +32,8 @@ void LogFile::Open(const std::string& path) {
     }
     std::FILE* const opened = path == "-" ? stderr : std::fopen(path.c_str(), "wb");
     if (!opened) {
-        throw CommandFailure("cannot write the log file " + path + ": " + std::strerror(errno));
+        throw CommandFailure("cannot write the log file " + path + ": " +
+                             std::generic_category().message(errno));
     }
     platform::MutexLock lock(mutex);
     file = opened;

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <type_traits>
 
 namespace {
 
@@ -127,7 +128,7 @@ std::size_t EncodeCharacter(uint32_t character, char (&bytes)[4]) {
 // becomes the replacement character.
 uint32_t NextCharacter(const wchar_t*& text) {
     constexpr uint32_t kReplacement = 0xFFFD;
-    const uint32_t unit = static_cast<uint32_t>(*text++);
+    const auto unit = uint32_t{static_cast<std::make_unsigned_t<wchar_t>>(*text++)};
     if (unit >= 0xD800 && unit < 0xDC00 && *text >= 0xDC00 && *text < 0xE000) {
         return 0x10000 + ((unit - 0xD800) << 10) + (static_cast<uint32_t>(*text++) - 0xDC00);
     }

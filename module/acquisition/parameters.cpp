@@ -21,10 +21,12 @@ double PowerOfTen(std::int64_t exponent) {
     std::uint64_t rest = exponent < 0 ? 0 - static_cast<std::uint64_t>(exponent)
                                       : static_cast<std::uint64_t>(exponent);
     double result = 1.0;
-    for (double square = 10.0; rest != 0; square *= square) {
+    double square = 10.0;
+    while (rest != 0) {
         if ((rest & 1) != 0) {
             result *= square;
         }
+        square *= square;
         rest >>= 1;
     }
     return exponent < 0 ? 1.0 / result : result;

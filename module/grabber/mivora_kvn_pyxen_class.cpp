@@ -73,7 +73,7 @@ MV_ERRCODE CMivoraKVNPyxenClass::CamCntrlDialog(MV_WINDOW parent) {
             std::unique_ptr<ICamCntrlDialog> made(GrabberDialogs::CreateFeatureControl(*this));
             SetCamCntrlDialogObject(made.get());
             if (GetCamCntrlDialogObject()) {
-                made.release(); // destroyed by DeInit
+                static_cast<void>(made.release()); // destroyed by DeInit
             }
         }
         ICamCntrlDialog* const dialog = GetCamCntrlDialogObject();

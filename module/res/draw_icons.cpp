@@ -28,8 +28,7 @@ constexpr Color kWhite = {1.0, 1.0, 1.0};
 /// A picture of 16 by 16 units at any number of pixels, with coverage from 8 by 8 samples a pixel.
 class Canvas {
 public:
-    explicit Canvas(int pixels)
-        : size(pixels), samples(static_cast<std::size_t>(wide() * wide())) {}
+    explicit Canvas(int pixels) : size(pixels), samples(Index(wide(), 0)) {}
 
     using Shape = std::function<bool(double x, double y)>;
 
@@ -38,7 +37,7 @@ public:
         for (int row = 0; row < wide(); ++row) {
             for (int column = 0; column < wide(); ++column) {
                 if (inside((column + 0.5) * unit, (row + 0.5) * unit)) {
-                    Sample& sample = samples[static_cast<std::size_t>(row * wide() + column)];
+                    Sample& sample = samples[Index(row, column)];
                     sample = {color, true};
                 }
             }
@@ -50,7 +49,7 @@ public:
         double red = 0, green = 0, blue = 0, covered = 0;
         for (int row = y * kFine; row < (y + 1) * kFine; ++row) {
             for (int column = x * kFine; column < (x + 1) * kFine; ++column) {
-                const Sample& sample = samples[static_cast<std::size_t>(row * wide() + column)];
+                const Sample& sample = samples[Index(row, column)];
                 if (sample.set) {
                     red += sample.color.red;
                     green += sample.color.green;
@@ -72,6 +71,10 @@ private:
     };
 
     int wide() const { return size * kFine; }
+    std::size_t Index(int row, int column) const {
+        return static_cast<std::size_t>(row) * static_cast<std::size_t>(wide()) +
+               static_cast<std::size_t>(column);
+    }
     static std::uint8_t Byte(double part) {
         return static_cast<std::uint8_t>(std::lround(part * 255.0));
     }

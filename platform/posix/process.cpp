@@ -7,8 +7,8 @@
 
 #include <cerrno>
 #include <csignal>
-#include <cstring>
 #include <map>
+#include <system_error>
 
 #include <fcntl.h>
 #include <spawn.h>
@@ -107,14 +107,16 @@ Environment(const std::vector<std::pair<std::string, std::string>>& changes) {
         }
     }
     std::vector<std::string> list;
+    list.reserve(variables.size());
     for (const auto& [name, value] : variables) {
-        list.push_back(name + "=" + value);
+        list.push_back(std::string(name).append("=").append(value));
     }
     return list;
 }
 
 std::vector<char*> Pointers(std::vector<std::string>& texts) {
     std::vector<char*> pointers;
+    pointers.reserve(texts.size() + 1);
     for (std::string& text : texts) {
         pointers.push_back(text.data());
     }
@@ -187,7 +189,7 @@ bool Process::Start(const ProcessStart& start, std::string* error) {
         CloseDescriptor(inputs[0]);
         impl->id = -1;
         if (error) {
-            *error = start.program + ": " + std::strerror(code);
+            *error = start.program + ": " + std::generic_category().message(code);
         }
         return false;
     }
