@@ -5,6 +5,7 @@
 #include "platform/window_message.h"
 #include "res/resource.h"
 #include "ui/windows/feature_control_dialog.h"
+#include "ui/windows/kvn_pyxen_device_finder_dialog.h"
 
 #include <memory>
 
@@ -23,7 +24,19 @@ ICamCntrlDialog* GrabberDialogs::CreateFeatureControl(CMivoraKVNPyxenClass& grab
     return dialog->Create(IDD_FEATURE_CONTROL) ? dialog.release() : nullptr;
 }
 
-MV_ERRCODE GrabberDialogs::RunDeviceFinder(MV_WINDOW, CPyxenAPIAccess&, ILogSink*, std::string&,
-                                           MV_DLG_EXITCODE&) {
-    return MV_REFUSED;
+MV_ERRCODE GrabberDialogs::RunDeviceFinder(MV_WINDOW parent, CPyxenAPIAccess& api, ILogSink* log,
+                                           std::string& selectedId, MV_DLG_EXITCODE& exitCode) {
+    AFX_MANAGE_STATE(AfxGetStaticModuleState())
+    CKVNPyxenDeviceFinderDialog dialog(api, log, CWnd::FromHandle(static_cast<HWND>(parent)));
+    dialog.SetSelectedId(selectedId);
+    const INT_PTR ending = dialog.DoModal();
+    if (ending <= 0) {
+        return MV_REFUSED;
+    }
+    exitCode = MV_DLG_CANCEL;
+    if (ending == IDOK) {
+        selectedId = dialog.GetSelectedId();
+        exitCode = MV_DLG_OK;
+    }
+    return MV_OK;
 }

@@ -14,5 +14,8 @@ struct IconDestroyer {
 /// Owns an icon and destroys it in the end.
 using SmallIcon = std::unique_ptr<std::remove_pointer_t<HICON>, IconDestroyer>;
 
-/// Loads an icon resource of the module; null when there is none of that number.
+/// Loads an icon resource of the module in a size of so many pixels; null when there is none of
+/// that number.
+SmallIcon LoadIconOfSize(UINT resourceId, int size);
+/// The same in the system's small-icon size.
 SmallIcon LoadSmallIcon(UINT resourceId);

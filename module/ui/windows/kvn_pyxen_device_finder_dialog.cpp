@@ -1,0 +1,160 @@
+// kvn_pyxen_device_finder_dialog.cpp - the dialog in which the user picks a camera
+#include "ui/windows/kvn_pyxen_device_finder_dialog.h"
+
+#include "mivora/log_sink.h"
+#include "res/resource.h"
+#include "sdk/malloc_array.h"
+#include "sdk/pyxen_api_access.h"
+#include "ui/device_row.h"
+
+#include <algorithm>
+#include <span>
+
+namespace {
+
+constexpr UINT kInterfaceDiscovery = WM_APP + 1; ///< wParam the handle, lParam the feature's name
+constexpr UINT kCameraDiscovery = WM_APP + 2;
+constexpr UINT kListNotification = WM_APP + 3;
+
+constexpr const char* kInterfaceFeature = "EventInterfaceDiscovery";
+constexpr const char* kCameraFeature = "EventCameraDiscovery";
+
+// On SDK threads. A window that is gone gets nothing; the SDK keeps the names until its shutdown.
+void Post(void* window, UINT message, PxnHandle handle, const char* feature) {
+    ::PostMessage(static_cast<HWND>(window), message, reinterpret_cast<WPARAM>(handle),
+                  reinterpret_cast<LPARAM>(feature));
+}
+
+void PXN_CALL InterfaceDiscovered(PxnHandle handle, const char* feature, void* window) {
+    Post(window, kInterfaceDiscovery, handle, feature);
+}
+
+void PXN_CALL CameraDiscovered(PxnHandle handle, const char* feature, void* window) {
+    Post(window, kCameraDiscovery, handle, feature);
+}
+
+} // namespace
+
+IMPLEMENT_DYNAMIC(CKVNPyxenDeviceFinderDialog, CDialog)
+
+BEGIN_MESSAGE_MAP(CKVNPyxenDeviceFinderDialog, CDialog)
+ON_WM_DESTROY()
+ON_MESSAGE(kInterfaceDiscovery, OnInterfaceDiscovery)
+ON_MESSAGE(kCameraDiscovery, OnCameraDiscovery)
+ON_MESSAGE(kListNotification, OnListNotification)
+ON_NOTIFY(LVN_ITEMCHANGED, IDC_DEVICE_LIST, OnItemChanged)
+END_MESSAGE_MAP()
+
+CKVNPyxenDeviceFinderDialog::CKVNPyxenDeviceFinderDialog(CPyxenAPIAccess& newApi, ILogSink* newLog,
+                                                         CWnd* parent)
+    : CDialog(IDD_DEVICE_FINDER, parent),
+      api(newApi),
+      log(newLog),
+      icon(LoadSmallIcon(IDI_DEVICE_FINDER)) {}
+
+BOOL CKVNPyxenDeviceFinderDialog::OnInitDialog() {
+    CDialog::OnInitDialog();
+    SetIcon(icon.get(), FALSE);
+    list.SubclassDlgItem(IDC_DEVICE_LIST, this);
+    list.SetNotification(kListNotification);
+    list.Initialise(log);
+    UpdateCameraList();
+    RegisterDiscovery();
+    list.SetFocus();
+    return FALSE;
+}
+
+void CKVNPyxenDeviceFinderDialog::OnDestroy() {
+    UnregisterDiscovery();
+    CDialog::OnDestroy();
+}
+
+void CKVNPyxenDeviceFinderDialog::RegisterDiscovery() {
+    api.PxnFeatureInvalidationRegister(PXN_SYSTEM_HANDLE, kInterfaceFeature, InterfaceDiscovered,
+                                       m_hWnd);
+    api.PxnFeatureInvalidationRegister(PXN_SYSTEM_HANDLE, kCameraFeature, CameraDiscovered, m_hWnd);
+}
+
+void CKVNPyxenDeviceFinderDialog::UnregisterDiscovery() {
+    api.PxnFeatureInvalidationUnregister(PXN_SYSTEM_HANDLE, kInterfaceFeature, InterfaceDiscovered);
+    api.PxnFeatureInvalidationUnregister(PXN_SYSTEM_HANDLE, kCameraFeature, CameraDiscovered);
+}
+
+void CKVNPyxenDeviceFinderDialog::Renew() {
+    UnregisterDiscovery();
+    UpdateCameraList();
+    RegisterDiscovery();
+}
+
+LRESULT CKVNPyxenDeviceFinderDialog::OnInterfaceDiscovery(WPARAM handle, LPARAM feature) {
+    if (log) {
+        log->Write(kMvLogInformation,
+                   "CKVNPyxenDeviceFinderDialog::OnDiscoveryInterfaceEventCallback: handle = %p, "
+                   "feature = %s",
+                   reinterpret_cast<void*>(handle), reinterpret_cast<const char*>(feature));
+    }
+    Renew();
+    return 0;
+}
+
+LRESULT CKVNPyxenDeviceFinderDialog::OnCameraDiscovery(WPARAM handle, LPARAM feature) {
+    if (log) {
+        log->Write(kMvLogInformation,
+                   "CKVNPyxenDeviceFinderDialog::OnDiscoveryCameraEventCallback: handle = %p, "
+                   "feature = %s",
+                   reinterpret_cast<void*>(handle), reinterpret_cast<const char*>(feature));
+    }
+    Renew();
+    return 0;
+}
+
+void CKVNPyxenDeviceFinderDialog::UpdateCameraList() {
+    if (!::IsWindow(list)) {
+        return;
+    }
+    PxnCameraInfo* found = nullptr;
+    const std::uint32_t count = api.AllocateAndGetCameraList(&found);
+    MallocArray<PxnCameraInfo> owner;
+    owner.Adopt(found);
+    const std::span<const PxnCameraInfo> cameras(found, count);
+    for (const PxnCameraInfo& camera : cameras) {
+        const int row = list.AddOrUpdateCamera(camera, ReadDeviceConnection(api, camera, log));
+        if (row != -1 && selectedId == TextOrEmpty(camera.cameraIdExtended)) {
+            list.SelectRow(row);
+        }
+    }
+    for (int row = 0; row < list.GetItemCount();) {
+        const std::string* const shown = list.GetCameraId(row);
+        const bool present =
+            !shown || std::any_of(cameras.begin(), cameras.end(), [&](const PxnCameraInfo& camera) {
+                return *shown == TextOrEmpty(camera.cameraIdExtended);
+            });
+        if (present || !list.RemoveCameraFromList(std::string(*shown))) {
+            ++row;
+        }
+    }
+}
+
+// Only a changed state can be a changed selection. When a camera is removed the later rows get new
+// numbers one by one, and until that is done a number may belong to another camera.
+void CKVNPyxenDeviceFinderDialog::OnItemChanged(NMHDR* header, LRESULT*) {
+    if (!(reinterpret_cast<const NMLISTVIEW*>(header)->uChanged & LVIF_STATE)) {
+        return;
+    }
+    if (const std::string* const id = list.GetCameraId(list.GetSelectedRow())) {
+        selectedId = *id;
+    }
+}
+
+LRESULT CKVNPyxenDeviceFinderDialog::OnListNotification(WPARAM what, LPARAM) {
+    if (what == CDeviceFinderListCtrl::kChosen) {
+        CDialog::OnOK();
+    }
+    return 0;
+}
+
+void CKVNPyxenDeviceFinderDialog::OnOK() {
+    if (::GetFocus() == ::GetDlgItem(m_hWnd, IDOK)) {
+        CDialog::OnOK();
+    }
+}

@@ -1,0 +1,137 @@
+// device_finder_fixture.h - the device finder over the scripted SDK's cameras
+#pragma once
+
+#include "res/resource.h"
+#include "test_host.h"
+#include "tests/module/sdk/loaded_api.h"
+#include "ui/windows/kvn_pyxen_device_finder_dialog.h"
+#include "when_shown.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+/// What a list view of the device finder shows.
+using Row = std::vector<std::wstring>;
+
+inline Row RowOf(HWND list, int row) {
+    Row texts;
+    for (int column = 0; column < 5; ++column) {
+        wchar_t text[256] = L"";
+        ListView_GetItemText(list, row, column, text, 256);
+        texts.emplace_back(text);
+    }
+    return texts;
+}
+
+inline int RowCount(HWND list) {
+    return ListView_GetItemCount(list);
+}
+
+inline int SelectedRow(HWND list) {
+    return ListView_GetNextItem(list, -1, LVNI_SELECTED);
+}
+
+inline LPARAM DataOf(HWND list, int row) {
+    LVITEM item = {};
+    item.mask = LVIF_PARAM;
+    item.iItem = row;
+    EXPECT_TRUE(ListView_GetItem(list, &item));
+    return item.lParam;
+}
+
+/// The number of a row's state image.
+inline UINT StateImageOf(HWND list, int row) {
+    return ListView_GetItemState(list, row, LVIS_STATEIMAGEMASK) >> 12;
+}
+
+inline CRect RectOf(HWND list, int row) {
+    CRect rect;
+    ListView_GetItemRect(list, row, &rect, LVIR_LABEL);
+    return rect;
+}
+
+/// Three cameras: "Left" (free), "Middle" (in use), "Right" (no access known).
+class DeviceFinder : public LoadedApi {
+protected:
+    void SetUp() override {
+        LoadedApi::SetUp();
+        auto& layer = sdk.Data().transportLayers[0];
+        layer.Put(scripted::StringFeature("TLDisplayName", "GigE Vision"));
+        sdk.Data().cameras = {Camera("left", "Left", 1 | 2), Camera("middle", "Middle", 2),
+                              Camera("right", "Right", 4)};
+    }
+
+    static scripted::Camera Camera(const std::string& id, const std::string& name,
+                                   std::uint32_t access) {
+        scripted::Camera camera;
+        camera.id = id;
+        camera.extendedId = "ext-" + id;
+        camera.name = name;
+        camera.modelName = "Model A";
+        camera.serial = "SN-" + id;
+        camera.permittedAccess = access;
+        return camera;
+    }
+    void Plug(const scripted::Camera& camera) {
+        sdk.Edit([&](scripted::Model& model) { model.cameras.push_back(camera); });
+        Discover();
+    }
+    void Unplug(const std::string& id) {
+        sdk.Edit([&](scripted::Model& model) {
+            std::erase_if(model.cameras,
+                          [&](const scripted::Camera& camera) { return camera.id == id; });
+        });
+        Discover();
+    }
+    /// As the SDK tells of a change: one call of the callback.
+    void Discover(const char* feature = "EventCameraDiscovery") {
+        EXPECT_EQ(sdk.Fire(PXN_SYSTEM_HANDLE, feature), 1u);
+        host.Pump();
+    }
+
+    /// Shows the dialog with `id` preselected; `drive` works with it while it is open. Answers
+    /// what the dialog ended with and leaves the chosen identifier in `chosen`.
+    INT_PTR Run(const std::string& id, const std::function<void()>& drive) {
+        CKVNPyxenDeviceFinderDialog finder(api, &sink, &host.Frame());
+        finder.SetSelectedId(id);
+        current = &finder;
+        INT_PTR ending = 0;
+        {
+            const WhenShown shown(L"Device Finder", [&](HWND window) {
+                dialog = window;
+                list = GetDlgItem(window, 7000);
+                host.SetDialog(window);
+                host.Pump();
+                drive();
+                host.SetDialog(nullptr);
+            });
+            ending = finder.DoModal();
+        }
+        chosen = finder.GetSelectedId();
+        current = nullptr;
+        return ending;
+    }
+    const std::string& Selected() const { return current->GetSelectedId(); }
+    void Push(int button) { host.Click(GetDlgItem(dialog, button), 5, 5); }
+    void ClickRow(int row) {
+        const CRect rect = RectOf(list, row);
+        host.Click(list, rect.left + 10, (rect.top + rect.bottom) / 2);
+    }
+    std::vector<std::wstring> Names() const {
+        std::vector<std::wstring> names;
+        for (int row = 0; row < RowCount(list); ++row) {
+            names.push_back(RowOf(list, row)[0]);
+        }
+        return names;
+    }
+    bool IsOpen() const { return IsWindowVisible(dialog) != FALSE; }
+
+    HostWindow host;
+    HWND dialog = nullptr;
+    HWND list = nullptr;
+    std::string chosen;
+
+private:
+    const CKVNPyxenDeviceFinderDialog* current = nullptr;
+};

@@ -1,0 +1,526 @@
+// The dialog in which the user picks a camera.
+#include "device_finder_fixture.h"
+
+#include "screenshot.h"
+#include "ui/device_row.h"
+
+namespace {
+
+std::string State(const std::string& name, const std::string& access) {
+    return "1 CDeviceFinderListCtrl::AddOrUpdateCamera: state of camera " + name + " is [" +
+           access + "]";
+}
+
+std::string New(const std::string& name, const std::string& id) {
+    return "1 CDeviceFinderListCtrl::AddOrUpdateCamera: New camera: " + name + "(id=" + id + ")";
+}
+
+std::string Removed(const std::string& id) {
+    return "1 CDeviceFinderListCtrl::RemoveCameraFromList: camera " + id + " was removed.";
+}
+
+const char kCameraEvent[] =
+    "1 CKVNPyxenDeviceFinderDialog::OnDiscoveryCameraEventCallback: handle = 1000000000000001, "
+    "feature = EventCameraDiscovery";
+const char kInterfaceEvent[] =
+    "1 CKVNPyxenDeviceFinderDialog::OnDiscoveryInterfaceEventCallback: handle = 1000000000000001, "
+    "feature = EventInterfaceDiscovery";
+
+TEST_F(DeviceFinder, ListsEveryCameraWithItsConnection) {
+    Run("", [&] {
+        ASSERT_EQ(RowCount(list), 3);
+        EXPECT_EQ(RowOf(list, 0),
+                  (Row{L"Left", L"SN-left", L"if-eth0", L"GigE Vision", L"Korvane"}));
+        EXPECT_EQ(RowOf(list, 1),
+                  (Row{L"Middle", L"SN-middle", L"if-eth0", L"GigE Vision", L"Korvane"}));
+        EXPECT_EQ(RowOf(list, 2),
+                  (Row{L"Right", L"SN-right", L"if-eth0", L"GigE Vision", L"Korvane"}));
+        for (int row = 0; row < 3; ++row) {
+            EXPECT_EQ(DataOf(list, row), row);
+        }
+        EXPECT_EQ(SelectedRow(list), -1);
+        SaveScreenshot(dialog, "finder-three-cameras");
+        Push(IDCANCEL);
+    });
+    EXPECT_EQ(sink.Take(), (Texts{New("Left", "ext-left"), State("Left", "Full Read "),
+                                  New("Middle", "ext-middle"), State("Middle", " Read "),
+                                  New("Right", "ext-right"), State("Right", "  Unknown")}));
+}
+
+TEST_F(DeviceFinder, MarksACameraWithoutFullAccess) {
+    Run("", [&] {
+        EXPECT_EQ(StateImageOf(list, 0), 1u);
+        EXPECT_EQ(StateImageOf(list, 1), 2u);
+        EXPECT_EQ(StateImageOf(list, 2), 2u);
+        for (int row = 0; row < 3; ++row) {
+            EXPECT_EQ(ListView_GetItemState(list, row, LVIS_OVERLAYMASK) >> 8,
+                      StateImageOf(list, row));
+        }
+        sdk.Edit([](scripted::Model& model) {
+            model.cameras[0].permittedAccess = 2;
+            model.cameras[1].permittedAccess = 7;
+        });
+        Discover();
+        EXPECT_EQ(StateImageOf(list, 0), 2u);
+        EXPECT_EQ(StateImageOf(list, 1), 1u);
+        const HIMAGELIST images = ListView_GetImageList(list, LVSIL_STATE);
+        EXPECT_EQ(ImageList_GetImageCount(images), 2);
+        int width = 0, height = 0;
+        EXPECT_TRUE(ImageList_GetIconSize(images, &width, &height));
+        EXPECT_EQ(width, 16);
+        EXPECT_EQ(height, 16);
+        Push(IDCANCEL);
+    });
+}
+
+TEST_F(DeviceFinder, HasFiveColumns) {
+    Run("", [&] {
+        const HWND header = ListView_GetHeader(list);
+        ASSERT_EQ(Header_GetItemCount(header), 5);
+        const wchar_t* const texts[] = {L"Name", L"Serial Number", L"Interface", L"Transport Layer",
+                                        L"Transport Layer Vendor"};
+        CRect client;
+        GetClientRect(list, &client);
+        const int widths[] = {210, 110, 150, 170, std::max<int>(client.Width() - 640, 100)};
+        for (int column = 0; column < 5; ++column) {
+            wchar_t text[64] = L"";
+            HDITEM item = {};
+            item.mask = HDI_TEXT | HDI_WIDTH | HDI_FORMAT;
+            item.pszText = text;
+            item.cchTextMax = 64;
+            ASSERT_TRUE(Header_GetItem(header, column, &item));
+            EXPECT_EQ(std::wstring(text), texts[column]);
+            EXPECT_EQ(item.cxy, widths[column]) << column;
+            EXPECT_EQ(item.fmt & HDF_JUSTIFYMASK, HDF_LEFT);
+            EXPECT_TRUE(item.fmt & HDF_STRING);
+            EXPECT_EQ(ListView_GetColumnWidth(list, column), widths[column]);
+        }
+        const DWORD styles = ListView_GetExtendedListViewStyle(list);
+        EXPECT_TRUE(styles & LVS_EX_GRIDLINES);
+        EXPECT_TRUE(styles & LVS_EX_FULLROWSELECT);
+        Push(IDCANCEL);
+    });
+}
+
+TEST_F(DeviceFinder, StartsInItsListWithItsIcon) {
+    Run("", [&] {
+        EXPECT_EQ(GetFocus(), list);
+        EXPECT_NE(SendMessage(dialog, WM_GETICON, ICON_SMALL, 0), 0);
+        Push(IDCANCEL);
+    });
+}
+
+TEST_F(DeviceFinder, ShowsPlaceholdersForWhatCannotBeRead) {
+    sdk.Data().cameras.resize(1);
+    sdk.FailAlways("PxnFeatureStringGet", PxnErrIO);
+    Run("", [&] {
+        EXPECT_EQ(RowOf(list, 0),
+                  (Row{L"Left", L"SN-left", L"- unkown -", L"- unknown -", L"- unknown -"}));
+        SaveScreenshot(dialog, "finder-placeholders");
+        Push(IDCANCEL);
+    });
+    const Texts lines = sink.Take();
+    ASSERT_EQ(lines.size(), 6u);
+    const char* const starts[] = {
+        "0 CKVNPyxenDeviceFinderDialog::UpdateCameraList: Reading InterfaceID failed.",
+        "0 CKVNPyxenDeviceFinderDialog::UpdateCameraList: Reading TLDisplayName failed.",
+        "0 CKVNPyxenDeviceFinderDialog::UpdateCameraList: Reading TLModelName failed.",
+        "0 CKVNPyxenDeviceFinderDialog::UpdateCameraList: Reading TLVendorName failed."};
+    for (std::size_t index = 0; index < std::size(starts); ++index) {
+        EXPECT_EQ(lines[index].find(starts[index]), 0u) << lines[index];
+    }
+    EXPECT_EQ(lines[4], New("Left", "ext-left"));
+}
+
+TEST_F(DeviceFinder, ShowsTheModelNameOfALayerWithoutDisplayName) {
+    sdk.Data().transportLayers[0].Put(scripted::StringFeature("TLDisplayName", ""));
+    Run("", [&] {
+        EXPECT_EQ(RowOf(list, 0)[3], L"Pyxen GigE");
+        Push(IDCANCEL);
+    });
+}
+
+TEST_F(DeviceFinder, ShowsTextsOfEveryScript) {
+    sdk.Data().cameras[0].name = "\xC3\x9C"
+                                 "bersicht \xE5\xB7\xA6";
+    Run("", [&] {
+        EXPECT_EQ(RowOf(list, 0)[0], L"\u00DCbersicht \u5DE6");
+        Push(IDCANCEL);
+    });
+}
+
+// ---- the SDK ----
+
+TEST_F(DeviceFinder, RegistersForDiscoveryWhileItIsOpen) {
+    const auto calls = [&] {
+        return sdk.TakeCalls({"PxnCamerasList", "PxnFeatureInvalidation"});
+    };
+    const Texts listing = {"PxnCamerasList(array, 100, 80)"};
+    const Texts registering = {
+        "PxnFeatureInvalidationRegister(system, \"EventInterfaceDiscovery\", cb)",
+        "PxnFeatureInvalidationRegister(system, \"EventCameraDiscovery\", cb)"};
+    const Texts unregistering = {
+        "PxnFeatureInvalidationUnregister(system, \"EventInterfaceDiscovery\", cb)",
+        "PxnFeatureInvalidationUnregister(system, \"EventCameraDiscovery\", cb)"};
+    const auto joined = [](std::initializer_list<Texts> parts) {
+        Texts all;
+        for (const Texts& part : parts) {
+            all.insert(all.end(), part.begin(), part.end());
+        }
+        return all;
+    };
+    Run("", [&] {
+        EXPECT_EQ(calls(), joined({listing, registering}));
+        Discover("EventInterfaceDiscovery");
+        EXPECT_EQ(calls(), joined({unregistering, listing, registering}));
+        Discover("EventCameraDiscovery");
+        EXPECT_EQ(calls(), joined({unregistering, listing, registering}));
+        EXPECT_EQ(sdk.Registrations().size(), 2u);
+        Push(IDCANCEL);
+    });
+    EXPECT_EQ(calls(), unregistering);
+    EXPECT_EQ(sdk.Registrations().size(), 0u);
+}
+
+TEST_F(DeviceFinder, TellsOfDiscoveryEvents) {
+    Run("", [&] {
+        sink.Take();
+        const Texts update = {State("Left", "Full Read "), State("Middle", " Read "),
+                              State("Right", "  Unknown")};
+        Texts expected = {kInterfaceEvent};
+        expected.insert(expected.end(), update.begin(), update.end());
+        Discover("EventInterfaceDiscovery");
+        EXPECT_EQ(sink.Take(), expected);
+        expected.front() = kCameraEvent;
+        Discover();
+        EXPECT_EQ(sink.Take(), expected);
+        Push(IDCANCEL);
+    });
+    EXPECT_EQ(sink.Take(), Texts{});
+}
+
+TEST_F(DeviceFinder, OnlyPostsInTheCallback) {
+    Run("", [&] {
+        sink.Take();
+        sdk.ClearCalls();
+        EXPECT_EQ(sdk.Fire(PXN_SYSTEM_HANDLE, "EventCameraDiscovery"), 1u);
+        EXPECT_EQ(sink.Take(), Texts{});
+        EXPECT_EQ(sdk.TakeCalls(), Texts{});
+        host.Pump();
+        EXPECT_EQ(sink.Take().size(), 4u);
+        Push(IDCANCEL);
+    });
+}
+
+TEST_F(DeviceFinder, WorksWithoutALog) {
+    CKVNPyxenDeviceFinderDialog finder(api, nullptr, nullptr);
+    const WhenShown shown(L"Device Finder", [&](HWND window) {
+        list = GetDlgItem(window, 7000);
+        Unplug("left");
+        EXPECT_EQ(RowCount(list), 2);
+        Discover("EventInterfaceDiscovery");
+        SendMessage(window, WM_COMMAND, IDCANCEL, 0);
+    });
+    EXPECT_EQ(finder.DoModal(), IDCANCEL);
+}
+
+// ---- cameras that come and go ----
+
+TEST_F(DeviceFinder, ShowsACameraThatIsPluggedIn) {
+    Run("ext-right", [&] {
+        sink.Take();
+        Plug(Camera("fourth", "Fourth", 3));
+        EXPECT_EQ(Names(), (Row{L"Left", L"Middle", L"Right", L"Fourth"}));
+        EXPECT_EQ(DataOf(list, 3), 3);
+        EXPECT_EQ(SelectedRow(list), 2);
+        EXPECT_EQ(sink.Take(), (Texts{kCameraEvent, State("Left", "Full Read "),
+                                      State("Middle", " Read "), State("Right", "  Unknown"),
+                                      New("Fourth", "ext-fourth"), State("Fourth", "Full Read ")}));
+        SaveScreenshot(dialog, "finder-fourth-plugged-in");
+        Push(IDCANCEL);
+    });
+}
+
+TEST_F(DeviceFinder, RemovesTheMiddleOneAndKeepsTheOthersIdentifiers) {
+    Run("ext-right", [&] {
+        Plug(Camera("fourth", "Fourth", 3));
+        sink.Take();
+        Unplug("middle");
+        EXPECT_EQ(Names(), (Row{L"Left", L"Right", L"Fourth"}));
+        for (int row = 0; row < 3; ++row) {
+            EXPECT_EQ(DataOf(list, row), row);
+        }
+        EXPECT_EQ(sink.Take(),
+                  (Texts{kCameraEvent, State("Left", "Full Read "), State("Right", "  Unknown"),
+                         State("Fourth", "Full Read "), Removed("ext-middle")}));
+        EXPECT_EQ(Selected(), "ext-right");
+        EXPECT_EQ(SelectedRow(list), 1);
+        SaveScreenshot(dialog, "finder-middle-removed");
+        const char* const ids[] = {"ext-left", "ext-right", "ext-fourth"};
+        for (int row = 0; row < 3; ++row) {
+            ClickRow(row);
+            EXPECT_EQ(Selected(), ids[row]);
+        }
+        Plug(Camera("middle", "Middle", 3));
+        EXPECT_EQ(Names(), (Row{L"Left", L"Right", L"Fourth", L"Middle"}));
+        EXPECT_EQ(DataOf(list, 3), 3);
+        Push(IDCANCEL);
+    });
+}
+
+TEST_F(DeviceFinder, RemovesSeveralAtOnceInTheirOrder) {
+    Run("", [&] {
+        Plug(Camera("fourth", "Fourth", 3));
+        sink.Take();
+        sdk.Edit([](scripted::Model& model) {
+            std::erase_if(model.cameras,
+                          [](const scripted::Camera& camera) { return camera.id != "right"; });
+        });
+        Discover();
+        EXPECT_EQ(Names(), (Row{L"Right"}));
+        EXPECT_EQ(sink.Take(),
+                  (Texts{kCameraEvent, State("Right", "  Unknown"), Removed("ext-left"),
+                         Removed("ext-middle"), Removed("ext-fourth")}));
+        ClickRow(0);
+        EXPECT_EQ(Selected(), "ext-right");
+        Push(IDCANCEL);
+    });
+}
+
+TEST_F(DeviceFinder, TakesACameraOfAnotherIdentifierForAnotherOne) {
+    sdk.Data().cameras[0].extendedId = "ext";
+    Run("", [&] {
+        sdk.Edit([](scripted::Model& model) { model.cameras[0].extendedId = "ext-"; });
+        sink.Take();
+        Discover();
+        EXPECT_EQ(Names(), (Row{L"Middle", L"Right", L"Left"}));
+        const Texts lines = sink.Take();
+        EXPECT_EQ(lines[1], New("Left", "ext-"));
+        EXPECT_EQ(lines.back(), Removed("ext"));
+        Push(IDCANCEL);
+    });
+}
+
+TEST_F(DeviceFinder, KnowsCamerasByTheirExtendedIdentifier) {
+    sdk.Data().cameras[1].id = "left"; // the plain identifier is another's
+    Run("left", [&] {
+        EXPECT_EQ(RowCount(list), 3);
+        EXPECT_EQ(SelectedRow(list), -1);
+        Push(IDCANCEL);
+    });
+}
+
+TEST_F(DeviceFinder, UpdatesTheRowOfAListedCamera) {
+    Run("", [&] {
+        sdk.Edit([](scripted::Model& model) {
+            model.cameras[1].name = "Renamed";
+            model.cameras[1].serial = "SN-2";
+        });
+        Discover();
+        EXPECT_EQ(RowOf(list, 1),
+                  (Row{L"Renamed", L"SN-2", L"if-eth0", L"GigE Vision", L"Korvane"}));
+        EXPECT_EQ(RowCount(list), 3);
+        Push(IDCANCEL);
+    });
+}
+
+TEST_F(DeviceFinder, EmptiesItselfWhenTheCamerasCannotBeListed) {
+    Run("ext-left", [&] {
+        sdk.FailAlways("PxnCamerasList", PxnErrIO);
+        Discover();
+        EXPECT_EQ(RowCount(list), 0);
+        EXPECT_EQ(Selected(), "ext-left");
+        SaveScreenshot(dialog, "finder-no-cameras");
+        sdk.ClearFailures();
+        Discover();
+        EXPECT_EQ(RowCount(list), 3);
+        EXPECT_EQ(SelectedRow(list), 0);
+        Push(IDCANCEL);
+    });
+}
+
+TEST_F(DeviceFinder, StartsEmptyWithoutCameras) {
+    sdk.Data().cameras.clear();
+    Run("ext-left", [&] {
+        EXPECT_EQ(RowCount(list), 0);
+        host.Press(VK_RETURN);
+    });
+    EXPECT_EQ(chosen, "ext-left");
+}
+
+// ---- selecting ----
+
+TEST_F(DeviceFinder, SelectsTheConfiguredCamera) {
+    Run("ext-middle", [&] {
+        EXPECT_EQ(SelectedRow(list), 1);
+        EXPECT_EQ(Selected(), "ext-middle");
+        SaveScreenshot(dialog, "finder-preselected");
+        Push(IDCANCEL);
+    });
+    Run("ext-absent", [&] {
+        EXPECT_EQ(SelectedRow(list), -1);
+        EXPECT_EQ(Selected(), "ext-absent");
+        Push(IDCANCEL);
+    });
+}
+
+TEST_F(DeviceFinder, SelectsTheConfiguredCameraWhenItComes) {
+    Run("ext-fourth", [&] {
+        Plug(Camera("fourth", "Fourth", 3));
+        EXPECT_EQ(SelectedRow(list), 3);
+        Push(IDCANCEL);
+    });
+}
+
+TEST_F(DeviceFinder, RemembersTheSelectedCameraEvenWhenItGoes) {
+    Run("", [&] {
+        ClickRow(1);
+        EXPECT_EQ(Selected(), "ext-middle");
+        Unplug("middle");
+        EXPECT_EQ(Selected(), "ext-middle");
+        EXPECT_EQ(SelectedRow(list), -1);
+        Push(IDOK);
+    });
+    EXPECT_EQ(chosen, "ext-middle");
+}
+
+TEST_F(DeviceFinder, FollowsTheArrowKeys) {
+    Run("ext-left", [&] {
+        host.Press(VK_DOWN);
+        EXPECT_EQ(Selected(), "ext-middle");
+        host.Press(VK_END);
+        EXPECT_EQ(Selected(), "ext-right");
+        Push(IDCANCEL);
+    });
+}
+
+TEST_F(DeviceFinder, LeavesTheSpaceKeyToTheList) {
+    Run("", [&] {
+        ListView_SetItemState(list, 2, LVIS_FOCUSED, LVIS_FOCUSED);
+        host.Press(VK_SPACE);
+        EXPECT_TRUE(IsOpen());
+        EXPECT_EQ(Selected(), "ext-right");
+        Push(IDCANCEL);
+    });
+}
+
+TEST_F(DeviceFinder, KeepsTheSelectionWhenTheClickMissesTheRows) {
+    Run("ext-left", [&] {
+        const CRect last = RectOf(list, 2);
+        host.Click(list, 30, last.bottom + 40);
+        EXPECT_EQ(SelectedRow(list), -1);
+        EXPECT_EQ(Selected(), "ext-left");
+        Push(IDCANCEL);
+    });
+}
+
+// ---- closing ----
+
+TEST_F(DeviceFinder, EndsWithOkOnADoubleClick) {
+    const INT_PTR ending = Run("ext-left", [&] {
+        const CRect rect = RectOf(list, 2);
+        host.DoubleClick(list, rect.left + 10, (rect.top + rect.bottom) / 2);
+    });
+    EXPECT_EQ(ending, IDOK);
+    EXPECT_EQ(chosen, "ext-right");
+}
+
+TEST_F(DeviceFinder, EndsWithOkOnEnterInTheList) {
+    const INT_PTR ending = Run("ext-left", [&] {
+        host.Press(VK_DOWN);
+        host.Press(VK_RETURN);
+    });
+    EXPECT_EQ(ending, IDOK);
+    EXPECT_EQ(chosen, "ext-middle");
+}
+
+TEST_F(DeviceFinder, StaysOpenOnARightClick) {
+    Run("ext-left", [&] {
+        const CRect rect = RectOf(list, 1);
+        const LPARAM place = MAKELPARAM(rect.left + 10, (rect.top + rect.bottom) / 2);
+        PostMessage(list, WM_RBUTTONDOWN, MK_RBUTTON, place);
+        PostMessage(list, WM_RBUTTONUP, 0, place);
+        host.Pump();
+        EXPECT_TRUE(IsOpen());
+        EXPECT_EQ(Selected(), "ext-middle");
+        Push(IDCANCEL);
+    });
+}
+
+TEST_F(DeviceFinder, EndsOnTheListsMessageForAChoiceOnly) {
+    const INT_PTR ending = Run("ext-left", [&] {
+        SendMessage(dialog, WM_APP + 3, 1, 0);
+        SendMessage(dialog, WM_APP + 3, 2, 0);
+        EXPECT_TRUE(IsOpen());
+        SendMessage(dialog, WM_APP + 3, 0, 0);
+    });
+    EXPECT_EQ(ending, IDOK);
+}
+
+TEST_F(DeviceFinder, EndsOnEnterInTheOkButtonOnly) {
+    const INT_PTR ending = Run("ext-left", [&] {
+        SendMessage(dialog, WM_COMMAND, IDOK, 0);
+        EXPECT_TRUE(IsOpen());
+        host.Press(VK_TAB);
+        EXPECT_EQ(GetFocus(), GetDlgItem(dialog, IDOK));
+        host.Press(VK_RETURN);
+    });
+    EXPECT_EQ(ending, IDOK);
+    EXPECT_EQ(chosen, "ext-left");
+}
+
+TEST_F(DeviceFinder, EndsWithCancelOnEveryWayOut) {
+    const std::function<void()> ways[] = {[&] { Push(IDCANCEL); }, [&] { host.Press(VK_ESCAPE); },
+                                          [&] {
+                                              host.Press(VK_TAB);
+                                              host.Press(VK_TAB);
+                                              EXPECT_EQ(GetFocus(), GetDlgItem(dialog, IDCANCEL));
+                                              host.Press(VK_RETURN);
+                                          },
+                                          [&] {
+                                              PostMessage(dialog, WM_SYSCOMMAND, SC_CLOSE, 0);
+                                              host.Pump();
+                                          }};
+    for (const auto& way : ways) {
+        EXPECT_EQ(Run("ext-left", way), IDCANCEL);
+    }
+}
+
+// ---- the list by itself ----
+
+TEST_F(DeviceFinder, HasAListThatNeedsItsWindow) {
+    CDeviceFinderListCtrl unborn;
+    EXPECT_EQ(unborn.AddOrUpdateCamera({}, {}), -1);
+    EXPECT_FALSE(unborn.RemoveCameraFromList("ext-left"));
+}
+
+TEST_F(DeviceFinder, HasAListThatBringsItsColumnsInOrder) {
+    CDeviceFinderListCtrl made;
+    ASSERT_TRUE(
+        made.Create(LVS_REPORT | WS_CHILD | WS_VISIBLE, CRect(0, 0, 300, 100), &host.Frame(), 1));
+    for (int column = 0; column < 7; ++column) {
+        made.InsertColumn(column, L"Old", LVCFMT_RIGHT, 33);
+    }
+    made.SetExtendedStyle(LVS_EX_CHECKBOXES);
+    made.Initialise(&sink);
+    EXPECT_EQ(made.GetHeaderCtrl()->GetItemCount(), 5);
+    EXPECT_EQ(made.GetColumnWidth(0), 210);
+    EXPECT_EQ(made.GetColumnWidth(4), 100);
+    EXPECT_TRUE(made.GetExtendedStyle() & LVS_EX_CHECKBOXES);
+    PxnCameraInfo camera{};
+    EXPECT_EQ(made.AddOrUpdateCamera(camera, {}), 0);
+    camera.cameraIdExtended = "second";
+    EXPECT_EQ(made.AddOrUpdateCamera(camera, {}), 1);
+    EXPECT_EQ(made.AddOrUpdateCamera(camera, {}), 1);
+    ASSERT_NE(made.GetCameraId(1), nullptr);
+    EXPECT_EQ(*made.GetCameraId(1), "second");
+    EXPECT_EQ(made.GetCameraId(2), nullptr);
+    EXPECT_EQ(made.GetCameraId(-1), nullptr);
+    EXPECT_FALSE(made.RemoveCameraFromList("third"));
+    EXPECT_TRUE(made.RemoveCameraFromList(""));
+    EXPECT_FALSE(made.RemoveCameraFromList(""));
+    EXPECT_EQ(*made.GetCameraId(0), "second");
+    host.Click(made, 5, 90);
+}
+
+} // namespace
