@@ -24,6 +24,20 @@ std::uint64_t HostBytes(const PixelFormat& format, std::uint64_t pixels) {
     return pixels * format.components * format.allocatedBits / 8;
 }
 
+// The system finds memory for a page when it is first written. That happens here, so that the first
+// frames do not wait for it. What the page holds stays.
+bool ResizeAndTouch(MallocArray<std::uint8_t>& buffer, std::uint64_t size) {
+    if (!buffer.Resize(size)) {
+        return false;
+    }
+    constexpr std::uint64_t kPage = 4096;
+    for (std::uint64_t at = 0; at < size; at += kPage) {
+        volatile std::uint8_t& byte = buffer[at];
+        byte = byte;
+    }
+    return true;
+}
+
 } // namespace
 
 FrameRecord::FrameRecord(CPyxenGrabber* grabber, std::uint64_t index) {
@@ -60,12 +74,12 @@ bool FrameRecord::AllocateBoth(std::uint64_t payloadSize, std::uint64_t imageSiz
     // A camera that promises less than its pixel format takes has the rest added here, unfilled.
     const std::uint64_t blockSize =
         payloadSize == 0 ? 0 : std::max(payloadSize, BytesToConvert(*format, width, height));
-    if (!rawBuffer.Resize(blockSize)) {
+    if (!ResizeAndTouch(rawBuffer, blockSize)) {
         return false;
     }
     frame.buffer = rawBuffer.Get();
     frame.bufferSize = static_cast<std::uint32_t>(payloadSize);
-    if (!hostBuffer.Resize(imageSize)) {
+    if (!ResizeAndTouch(hostBuffer, imageSize)) {
         return false;
     }
     hostSize = imageSize;
@@ -74,7 +88,7 @@ bool FrameRecord::AllocateBoth(std::uint64_t payloadSize, std::uint64_t imageSiz
 
 bool FrameRecord::AllocateHost(std::uint64_t imageSize) {
     if (imageSize != hostSize || !hostBuffer) {
-        if (!hostBuffer.Resize(imageSize)) {
+        if (!ResizeAndTouch(hostBuffer, imageSize)) {
             return false;
         }
         hostSize = imageSize;
