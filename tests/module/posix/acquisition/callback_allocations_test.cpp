@@ -1,7 +1,7 @@
 // callback_allocations_test.cpp - the frame callback allocates nothing
 //
 // The sanitizers' allocators tell of every allocation; the suite always runs with one of them.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#if defined(MIVORA_SANITIZED)
 
 #include "grabber/mivora_gfx_mode_kvn_pyxen.h"
 #include "tests/module/acquisition/snap_fixture.h"
