@@ -2,6 +2,7 @@
 #include "platform/text.h"
 
 #include <cstdint>
+#include <type_traits>
 
 namespace platform {
 
@@ -96,7 +97,7 @@ std::size_t NarrowToWide(const char* text, wchar_t* buffer, std::size_t capacity
 std::string WideToNarrow(const wchar_t* text) {
     std::string narrow;
     for (; text && *text != L'\0'; ++text) {
-        const auto codePoint = static_cast<std::uint32_t>(*text);
+        const auto codePoint = std::uint32_t{static_cast<std::make_unsigned_t<wchar_t>>(*text)};
         if (codePoint > kLastCodePoint || IsSurrogate(codePoint)) {
             return {};
         }
