@@ -81,7 +81,15 @@ TEST_F(DeviceFinder, HasFiveColumns) {
                                         L"Transport Layer Vendor"};
         CRect client;
         GetClientRect(list, &client);
-        const int widths[] = {210, 110, 150, 170, std::max<int>(client.Width() - 640, 100)};
+        const HDC screen = GetDC(nullptr);
+        const int resolution = GetDeviceCaps(screen, LOGPIXELSX);
+        ReleaseDC(nullptr, screen);
+        int widths[] = {210, 110, 150, 170, 100};
+        for (int& width : widths) {
+            width = MulDiv(width, resolution, 96);
+        }
+        widths[4] =
+            std::max(widths[4], client.Width() - widths[0] - widths[1] - widths[2] - widths[3]);
         for (int column = 0; column < 5; ++column) {
             wchar_t text[64] = L"";
             HDITEM item = {};
@@ -504,8 +512,9 @@ TEST_F(DeviceFinder, HasAListThatBringsItsColumnsInOrder) {
     made.SetExtendedStyle(LVS_EX_CHECKBOXES);
     made.Initialise(&sink);
     EXPECT_EQ(made.GetHeaderCtrl()->GetItemCount(), 5);
-    EXPECT_EQ(made.GetColumnWidth(0), 210);
-    EXPECT_EQ(made.GetColumnWidth(4), 100);
+    const int resolution = CClientDC(&made).GetDeviceCaps(LOGPIXELSX);
+    EXPECT_EQ(made.GetColumnWidth(0), MulDiv(210, resolution, 96));
+    EXPECT_EQ(made.GetColumnWidth(4), MulDiv(100, resolution, 96));
     EXPECT_TRUE(made.GetExtendedStyle() & LVS_EX_CHECKBOXES);
     PxnCameraInfo camera{};
     EXPECT_EQ(made.AddOrUpdateCamera(camera, {}), 0);

@@ -24,7 +24,7 @@ constexpr int kIconSize = 16;
 
 struct Column {
     const wchar_t* heading;
-    int width; ///< pixels; 0 takes what is left
+    int width; ///< pixels at the standard resolution; 0 takes what is left
 };
 
 constexpr Column kColumns[kDeviceColumnCount] = {{L"Name", 210},
@@ -34,6 +34,7 @@ constexpr Column kColumns[kDeviceColumnCount] = {{L"Name", 210},
                                                  {L"Transport Layer Vendor", 0}};
 constexpr int kColumnCount = static_cast<int>(kDeviceColumnCount);
 constexpr int kLeastLastWidth = 100;
+constexpr int kStandardResolution = 96;
 
 } // namespace
 
@@ -56,6 +57,11 @@ void CDeviceFinderListCtrl::SetColumns() {
     for (int index = header->GetItemCount(); index < kColumnCount; ++index) {
         InsertColumn(index, L"");
     }
+    // The headings would not fit any more where the system's texts are larger.
+    const int resolution = CClientDC(this).GetDeviceCaps(LOGPIXELSX);
+    const auto scaled = [&](int width) {
+        return ::MulDiv(width, resolution, kStandardResolution);
+    };
     CRect client;
     GetClientRect(client);
     int left = client.Width();
@@ -64,10 +70,10 @@ void CDeviceFinderListCtrl::SetColumns() {
         HDITEM item = {};
         item.mask = HDI_TEXT | HDI_WIDTH | HDI_FORMAT;
         item.pszText = const_cast<wchar_t*>(column.heading);
-        item.cxy = column.width ? column.width : std::max(left, kLeastLastWidth);
+        item.cxy = column.width ? scaled(column.width) : std::max(left, scaled(kLeastLastWidth));
         item.fmt = HDF_LEFT | HDF_STRING;
         header->SetItem(index, &item);
-        left -= column.width;
+        left -= scaled(column.width);
     }
 }
 
