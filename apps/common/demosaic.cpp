@@ -61,3 +61,7 @@ Picture Demosaic(const ImageReader& image) {
     }
     return picture;
 }
+
+char FilterLetter(const ImageLayout& layout, std::uint32_t x, std::uint32_t y) {
+    return "RGB"[FilterColour(layout, x, y)];
+}

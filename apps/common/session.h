@@ -33,6 +33,8 @@ public:
     void InitWithCamera();
     /// InitWithCamera, and opens that camera: the configured or the first one when none is named.
     void OpenCamera();
+    /// Makes the camera active that has this index, unique id or name.
+    void SelectCamera(const std::string& wanted);
     /// Opens the active camera.
     void OpenActCamera();
     /// The active camera's graphics mode. Fails for an unknown pixel format and an empty image.
@@ -49,7 +51,6 @@ public:
     LogFile& Log() { return log; }
 
 private:
-    void SelectCamera(const std::string& wanted);
     std::string KnownCameras();
     std::string SdkText();
 

@@ -1,0 +1,18 @@
+// script_lines.cpp - the lines of a script for a camera SDK's control interface
+#include "apps/view/script_lines.h"
+
+#include <sstream>
+
+std::vector<std::string> ScriptLines(const std::string& text) {
+    constexpr const char* kBlanks = " \t\r";
+    std::vector<std::string> lines;
+    std::istringstream stream(text);
+    std::string line;
+    while (std::getline(stream, line)) {
+        const std::size_t begin = line.find_first_not_of(kBlanks);
+        if (begin != std::string::npos && line[begin] != '#') {
+            lines.push_back(line.substr(begin, line.find_last_not_of(kBlanks) + 1 - begin));
+        }
+    }
+    return lines;
+}

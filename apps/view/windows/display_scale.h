@@ -1,0 +1,9 @@
+// display_scale.h - sizes and fonts of the display in use
+#pragma once
+
+#include <windows.h>
+
+/// Pixels for a length given in 1/96 of an inch.
+int ScaledToDisplay(int length);
+/// The system's font for texts in windows; never deleted.
+HFONT DisplayFont();

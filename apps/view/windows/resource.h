@@ -1,0 +1,33 @@
+// resource.h - numbers of the viewer's resources and commands
+#pragma once
+
+#define IDI_VIEW 1
+#define IDR_VIEW_MENU 100
+#define IDR_VIEW_KEYS 101
+
+#define IDC_STATIC (-1)
+#define IDD_SCRIPT 110
+#define IDC_SCRIPT_LINES 111
+#define IDC_SCRIPT_RUN 112
+#define IDC_SCRIPT_ANSWERS 113
+
+#define ID_FILE_SAVE_IMAGE 200
+#define ID_FILE_SAVE_CONFIG 201
+#define ID_FILE_EXIT 202
+#define ID_CAMERA_SELECT 203
+#define ID_CAMERA_CONTROL 204
+#define ID_CAMERA_GRABBER 205
+#define ID_CAMERA_CHANNEL 206
+#define ID_IMAGES_START 207
+#define ID_IMAGES_STOP 208
+#define ID_IMAGES_SNAP 209
+#define ID_VIEW_FIT 210
+#define ID_VIEW_ONE_TO_ONE 211
+#define ID_VIEW_ZOOM_IN 212
+#define ID_VIEW_ZOOM_OUT 213
+#define ID_VIEW_HISTOGRAM 214
+#define ID_TOOLS_SCRIPT 215
+#define ID_HELP_ABOUT 216
+
+#define ID_COMMAND_FIRST ID_FILE_SAVE_IMAGE
+#define ID_COMMAND_LAST ID_HELP_ABOUT
