@@ -10,12 +10,15 @@
 #include "platform/interrupt.h"
 #include "platform/mutex.h"
 #include "platform/sleep.h"
+#include "platform/text.h"
 #include "platform/thread.h"
 #include "platform/window_message.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <memory>
 #include <string>
 #include <vector>
@@ -50,6 +53,11 @@ public:
           lines([this] { return readResult == MV_OK; }) {}
 
     void Run() {
+        if (isInteractive) {
+            std::fprintf(stderr, "%s, %s: every line is sent, Ctrl-C ends\n",
+                         options.settings.port.c_str(),
+                         session.Grabber().GetActCmdChannel()->GetConfigText());
+        }
         const auto procedure = [](void* self) {
             static_cast<Terminal*>(self)->PrintArrivals();
         };
@@ -100,31 +108,51 @@ private:
     }
 
     MV_ERRCODE Write(const std::vector<std::uint8_t>& bytes) {
-        std::uint64_t count = 0;
-        platform::MutexLock lock(channelMutex);
-        return session.Grabber().CMDWriteBuffer(bytes.data(), bytes.size(), &count);
+        for (std::size_t sent = 0; sent < bytes.size() && !platform::InterruptRequested();) {
+            const std::size_t piece = std::min(bytes.size() - sent, kMostAtOnce);
+            std::uint64_t count = 0;
+            platform::MutexLock lock(channelMutex);
+            const MV_ERRCODE code =
+                session.Grabber().CMDWriteBuffer(bytes.data() + sent, piece, &count);
+            if (code != MV_OK) {
+                return code;
+            }
+            sent += piece;
+            // A port holds only so much of what comes back meanwhile.
+            TakeArrivals();
+        }
+        return MV_OK;
+    }
+
+    /// Takes over all that waits at the port.
+    void TakeArrivals() REQUIRES(channelMutex) {
+        std::uint64_t count = 1;
+        while (readResult == MV_OK && count != 0) {
+            std::uint8_t bytes[kMostAtOnce];
+            count = 0;
+            readResult = session.Grabber().CMDReadBuffer(bytes, sizeof bytes, &count);
+            arrived.insert(arrived.end(), bytes, bytes + count);
+        }
     }
 
     void PrintArrivals() {
         std::uint32_t quietMs = 0;
         while (!platform::InterruptRequested() && (!inputEnded || quietMs < options.lingerMs)) {
-            std::vector<std::uint8_t> bytes(kMostAtOnce);
-            std::uint64_t count = 0;
+            std::vector<std::uint8_t> bytes;
             {
                 platform::MutexLock lock(channelMutex);
-                readResult = session.Grabber().CMDReadBuffer(bytes.data(), bytes.size(), &count);
+                TakeArrivals();
+                bytes.swap(arrived);
             }
-            if (readResult != MV_OK) {
+            if (!bytes.empty()) {
+                quietMs = 0;
+                Print(bytes); // not under the mutex: who reads the output may be slow
+            } else if (readResult != MV_OK) {
                 return;
-            }
-            if (count == 0) {
+            } else {
                 quietMs += inputEnded ? kLookAgainMs : 0;
                 platform::SleepMs(kLookAgainMs);
-                continue;
             }
-            quietMs = 0;
-            bytes.resize(static_cast<std::size_t>(count));
-            Print(bytes);
         }
     }
 
@@ -142,6 +170,7 @@ private:
     const bool isInteractive;
     InputLines lines;
     platform::Mutex channelMutex; // the two threads' turns at the channel
+    std::vector<std::uint8_t> arrived GUARDED_BY(channelMutex); // and not printed yet
     std::atomic<bool> inputEnded{false};
     std::atomic<MV_ERRCODE> readResult{MV_OK};
 };
@@ -151,7 +180,9 @@ void Serial(Session& session, SerialOptions& options) {
     if (port.size() == 1 && port[0] >= '0' && port[0] <= '9') {
         port = kCameraPortPrefix + port;
     }
-    const bool isCameraPort = port.starts_with(kCameraPortPrefix);
+    const bool isCameraPort =
+        platform::CompareNoCase(port.substr(0, std::strlen(kCameraPortPrefix)).c_str(),
+                                kCameraPortPrefix) == 0;
     if (isCameraPort) {
         session.OpenCamera();
     } else {
@@ -174,9 +205,10 @@ void Serial(Session& session, SerialOptions& options) {
 constexpr const char* kFooter =
     "PORT is the number of one of the camera's serial ports (0 to 4, or its name such as\n"
     "PYXENSERIALPORT0), or a port of this computer (COM1, ttyS0).\n"
-    "At a terminal every line is sent with the line end of --eol; what comes through a pipe is\n"
-    "sent as it is. After the end of the input the command waits until nothing has arrived for\n"
-    "the time of --linger. With --hex lines are hexadecimal bytes in both directions.\n"
+    "At a terminal a line can be edited until Enter sends it, with the line end of --eol; Ctrl-C\n"
+    "ends. What comes through a pipe is sent as it is, and after the end of the input the command\n"
+    "waits until nothing has arrived for the time of --linger. With --hex lines are hexadecimal\n"
+    "bytes in both directions.\n"
     "\n"
     "Examples:\n"
     "  mivora --camera 2 serial 0\n"
