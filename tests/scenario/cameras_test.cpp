@@ -104,24 +104,6 @@ TEST_F(Cameras, HaveCommandChannels) {
     EXPECT_PRED2(Contains, result.output, "type 1  Pyxen Serial Port");
 }
 
-TEST_F(Cameras, TalkThroughTheirSerialPorts) {
-    UseCamera("<port number=\"0\" device=\"loopback\"/><port number=\"1\" device=\"lens\"/>", "",
-              "serial");
-    auto result = Mivora({"serial", "0"}, "hello\n");
-    ExpectDone(result);
-    EXPECT_EQ(result.output, "hello\n");
-    result = Mivora({"serial", "PYXENSERIALPORT1", "--baud", "9600"}, "ID?\r");
-    ExpectDone(result);
-    EXPECT_EQ(result.output, "ID PYXEN LENS 1.0\r\n");
-    result = Mivora({"serial", "0", "--hex"}, "00 ff 0a\n");
-    ExpectDone(result);
-    // What arrives in two goes is printed as two lines.
-    std::erase(result.output, '\n');
-    EXPECT_EQ(result.output, "00FF0A");
-    ExpectFailure(Mivora({"serial", "9"}), 1, {"CMDOpen failed with 18", "PYXENSERIALPORT9"});
-    ExpectFailure(Mivora({"serial", "0", "--parity", "Mark"}), 2, {"--parity"});
-}
-
 TEST_F(Cameras, AreWatchedForATime) {
     UseCamera();
     const auto result = Mivora({"watch", "--for", "50"});

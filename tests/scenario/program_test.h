@@ -53,6 +53,15 @@ protected:
     }
     std::string PathOf(const std::string& name) const { return directory.PathOf(name); }
 
+    /// Runs lines in a program's shell and compares what it prints.
+    void ExpectShell(const std::string& program, const std::string& lines,
+                     const std::string& answers, int status = 0) const {
+        const auto result = support::RunProgram(program, WithConfig({"shell"}), lines);
+        EXPECT_EQ(result.output, answers);
+        EXPECT_EQ(result.status, status);
+        EXPECT_EQ(result.errors, "");
+    }
+
     static bool Contains(const std::string& text, const std::string& part) {
         return text.find(part) != std::string::npos;
     }
