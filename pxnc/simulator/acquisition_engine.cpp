@@ -364,6 +364,8 @@ void AcquisitionEngine::Hand(const SlotPointer& slot, std::uint64_t frameId, Fra
     writing = true;
     const AcquisitionPlan current = plan;
     mutex.Unlock();
+    const Clock::time_point time = Clock::now();
+    slot->frame->timestamp = owner.Timestamp();
     Fill(*slot, current, frameId, fault);
     owner.OnFrameSent(frameId);
     mutex.Lock();
@@ -379,7 +381,7 @@ void AcquisitionEngine::Hand(const SlotPointer& slot, std::uint64_t frameId, Fra
         ++accounting.callbacks;
         mutex.Unlock();
         {
-            CallbackScope scope(CallbackKind::kFrame);
+            CallbackScope scope(CallbackKind::kFrame, time);
             callback(camera, stream, frame);
         }
         mutex.Lock();
@@ -395,7 +397,6 @@ void AcquisitionEngine::Fill(Slot& slot, const AcquisitionPlan& current, std::ui
     slot.payload = 0;
     PxnFrame& frame = *slot.frame;
     frame.frameId = frameId;
-    frame.timestamp = owner.Timestamp();
     frame.pixelFormat = image.format->code;
     frame.width = image.width;
     frame.height = image.height;

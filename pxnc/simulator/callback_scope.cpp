@@ -4,11 +4,13 @@ namespace pxsim {
 namespace {
 
 thread_local CallbackKind running = CallbackKind::kNone;
+thread_local std::chrono::steady_clock::time_point timeOfFrame;
 
 } // namespace
 
-CallbackScope::CallbackScope(CallbackKind kind) {
+CallbackScope::CallbackScope(CallbackKind kind, std::chrono::steady_clock::time_point frameTime) {
     running = kind;
+    timeOfFrame = frameTime;
 }
 
 CallbackScope::~CallbackScope() {
@@ -21,6 +23,10 @@ bool InsideCallback() {
 
 bool InsideFrameCallback() {
     return running == CallbackKind::kFrame;
+}
+
+std::chrono::steady_clock::time_point CurrentFrameTime() {
+    return timeOfFrame;
 }
 
 } // namespace pxsim

@@ -1,6 +1,8 @@
 // callback_scope.h - tells whether the calling thread is inside a callback of this SDK
 #pragma once
 
+#include <chrono>
+
 namespace pxsim {
 
 enum class CallbackKind { kNone, kFrame, kInvalidation };
@@ -8,7 +10,8 @@ enum class CallbackKind { kNone, kFrame, kInvalidation };
 /// Marks the calling thread as running a callback while it lives.
 class CallbackScope {
 public:
-    explicit CallbackScope(CallbackKind kind);
+    /// A frame callback has the moment of its frame's timestamp.
+    explicit CallbackScope(CallbackKind kind, std::chrono::steady_clock::time_point frameTime = {});
     ~CallbackScope();
     CallbackScope(const CallbackScope&) = delete;
     CallbackScope& operator=(const CallbackScope&) = delete;
@@ -17,5 +20,7 @@ public:
 bool InsideCallback();
 /// True inside a frame callback: what would wait for that callback is refused there.
 bool InsideFrameCallback();
+/// When the frame was taken whose callback this thread runs.
+std::chrono::steady_clock::time_point CurrentFrameTime();
 
 } // namespace pxsim

@@ -1,11 +1,14 @@
 #include "pxnc/simulator/commands.h"
 
+#include "pxnc/simulator/callback_scope.h"
 #include "pxnc/simulator/entry_names.h"
 #include "pxnc/simulator/number_text.h"
+#include "pxnc/simulator/script.h"
 #include "pxnc/simulator/sdk.h"
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <iterator>
 #include <sstream>
 #include <vector>
@@ -210,6 +213,22 @@ std::string RaiseInterfaceEvent(const Words& words) {
     return "ok";
 }
 
+std::string FrameAge(const Words&) {
+    if (!InsideFrameCallback()) {
+        Refuse(PxnErrInvalidCall, "no frame callback is running on this thread");
+    }
+    const auto age = std::chrono::steady_clock::now() - CurrentFrameTime();
+    return std::to_string(std::chrono::nanoseconds(age).count());
+}
+
+std::string Script(const Words& words) {
+    std::string answer;
+    if (const std::int32_t result = RunScriptFile(words[1], answer); result != PxnErrSuccess) {
+        Refuse(result, answer);
+    }
+    return answer;
+}
+
 std::string Status(const Words&) {
     const std::shared_ptr<Simulator> simulator = Running();
     const Accounting& counts = simulator->Counts();
@@ -239,7 +258,7 @@ std::string RunLater(const Words& words) {
         Refuse(PxnErrBadParameter, "\"" + words[1] + "\" is more than a day");
     }
     if (!IsCommandName(words[2])) {
-        Refuse(PxnErrNotFound, "no command \"" + words[2] + "\"; try help");
+        Refuse(PxnErrBadParameter, "no command \"" + words[2] + "\"; try help");
     }
     if (!Running()->Delayed().Add(delayMs, JoinFrom(words, 2))) {
         Refuse(PxnErrResources, "no thread for it");
@@ -258,6 +277,7 @@ struct Command {
 };
 
 constexpr std::size_t kAnyNumber = 1000;
+constexpr std::size_t kRestOfLine = 1001; // one argument, blanks and all
 
 constexpr Command kCommands[] = {
     {"plug", 1, 1, "plug ID",
@@ -336,6 +356,8 @@ constexpr Command kCommands[] = {
          Running()->Events().Drain();
          return std::string("ok");
      }},
+    {"script", 1, kRestOfLine, "script FILE", Script},
+    {"frame-age", 0, 0, "frame-age", FrameAge},
     {"status", 0, 0, "status", Status},
     {"help", 0, 0, "help", Help},
 };
@@ -352,6 +374,15 @@ std::string Help(const Words&) {
         text += '\n';
     }
     return text;
+}
+
+/// What follows the first word, without the blanks around it.
+std::string RestOfLine(const std::string& line) {
+    constexpr const char* kBlanks = " \t\r\n";
+    const std::size_t end = line.find_last_not_of(kBlanks) + 1;
+    std::size_t begin = line.find_first_of(kBlanks, line.find_first_not_of(kBlanks));
+    begin = line.find_first_not_of(kBlanks, begin);
+    return line.substr(begin, end - begin);
 }
 
 } // namespace
@@ -374,10 +405,13 @@ std::int32_t RunCommand(const std::string& line, std::string& answer) {
             if (arguments < command.least || arguments > command.most) {
                 Refuse(PxnErrBadParameter, std::string("usage: ") + command.usage);
             }
+            if (command.most == kRestOfLine) {
+                words = {words[0], RestOfLine(line)};
+            }
             answer = command.run(words);
             return PxnErrSuccess;
         }
-        Refuse(PxnErrNotFound, "no command \"" + words[0] + "\"; try help");
+        Refuse(PxnErrBadParameter, "no command \"" + words[0] + "\"; try help");
     } catch (const Refusal& refusal) {
         answer = refusal.reason;
         return refusal.code;

@@ -31,7 +31,8 @@ public:
     void Set(std::int64_t key, T value) { values[key] = std::move(value); }
     void Reset() { values.clear(); }
     const std::map<std::int64_t, T>& Values() const { return values; }
-    void Restore(std::map<std::int64_t, T> saved) { values = std::move(saved); }
+    using Saved = std::map<std::int64_t, T>;
+    void Restore(Saved saved) { values = std::move(saved); }
 
 private:
     T initial{};

@@ -2,9 +2,9 @@
 
 #include "platform/text.h"
 #include "pxnc/simulator/callback_scope.h"
-#include "pxnc/simulator/commands.h"
 #include "pxnc/simulator/configuration_reader.h"
 #include "pxnc/simulator/never_destroyed.h"
+#include "pxnc/simulator/script.h"
 
 #include <cstdio>
 
@@ -58,18 +58,18 @@ PxnError Sdk::Begin(const wchar_t* configPath) {
         simulator = std::move(started);
         leakReport.clear();
     }
-    const PxnError result = RunScript(path, configuration);
+    const PxnError result = RunScripts(path, configuration);
     if (result != PxnErrSuccess) {
         End();
     }
     return result;
 }
 
-PxnError Sdk::RunScript(const std::string& path, const Configuration& configuration) {
-    for (const Setting& line : configuration.script) {
+PxnError Sdk::RunScripts(const std::string& path, const Configuration& configuration) {
+    for (const Setting& script : configuration.script) {
         std::string answer;
-        if (RunCommand(line.name, answer) < 0) {
-            Complain(path + ":" + std::to_string(line.line) + ": " + answer);
+        if (RunScript(script.name, path, script.line, answer) != PxnErrSuccess) {
+            Complain(answer);
             return PxnErrXml;
         }
     }

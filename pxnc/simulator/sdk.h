@@ -26,7 +26,7 @@ public:
 
 private:
     PxnError Begin(const wchar_t* configPath) REQUIRES(startStopMutex);
-    PxnError RunScript(const std::string& path, const Configuration& configuration)
+    PxnError RunScripts(const std::string& path, const Configuration& configuration)
         REQUIRES(startStopMutex);
     void End() REQUIRES(startStopMutex);
 

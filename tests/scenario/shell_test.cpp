@@ -131,7 +131,7 @@ TEST_F(Shell, ReachesTheSdkBeforeItIsStarted) {
     for (const char* program : {"mivora", "pyxen-tool"}) {
         ExpectShell(program, "SdkControl fail PxnStartup 1 -13\nInit\nInit\nSdkControl nonsense\n",
                     "SdkControl = 0 answer=\"ok\"\nInit = 4\nInit = 0\n"
-                    "SdkControl = -3 answer=\"no command \\\"nonsense\\\"; try help\"\n");
+                    "SdkControl = -7 answer=\"no command \\\"nonsense\\\"; try help\"\n");
     }
 }
 

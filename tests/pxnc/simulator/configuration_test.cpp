@@ -136,10 +136,12 @@ TEST_F(ConfigurationTest, AnEmptyConfigurationHasNoCameras) {
 TEST_F(ConfigurationTest, ScriptsRunAfterTheStartup) {
     Write("<PxnC><camera id='A'/><faults>\n"
           "<script>fail PxnCamerasList 1 -24</script>\n"
+          "<script>\n# another one\n\nfail PxnCamerasList 2 -20\n</script>"
           "</faults></PxnC>");
     ASSERT_EQ(Startup(path), 0);
     std::uint32_t found = 9;
     EXPECT_EQ(PxnCamerasList(nullptr, 0, &found, sizeof(PxnCameraInfo)), PxnErrBusy);
+    EXPECT_EQ(PxnCamerasList(nullptr, 0, &found, sizeof(PxnCameraInfo)), -20);
     EXPECT_EQ(PxnCamerasList(nullptr, 0, &found, sizeof(PxnCameraInfo)), 0);
     PxnShutdown();
 }
@@ -195,6 +197,8 @@ TEST_F(ConfigurationTest, EveryMistakeIsNamedWithItsLine) {
               "FILE:3: camera A: there is no feature \"Girth\" to omit");
     EXPECT_EQ(Complaint("<PxnC><faults>\n<script>fly</script></faults></PxnC>"),
               "FILE:2: no command \"fly\"; try help");
+    EXPECT_EQ(Complaint("<PxnC><faults>\n<script>\nclear\nfly</script></faults></PxnC>"),
+              "FILE:4: no command \"fly\"; try help");
     EXPECT_EQ(Complaint("<PxnC><faults><script/></faults></PxnC>"),
               "FILE:1: <script> needs a command as its text");
     EXPECT_EQ(Complaint(""), "FILE:1: No document element found");

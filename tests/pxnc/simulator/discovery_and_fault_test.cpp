@@ -3,6 +3,7 @@
 #include "tests/pxnc/simulator/simulator_fixture.h"
 
 #include "pxnc/simulator/control.h"
+#include "tests/support/temporary_directory.h"
 
 #include <algorithm>
 #include <atomic>
@@ -412,11 +413,70 @@ TEST_F(FaultTest, BadCommandsSayWhy) {
     EXPECT_EQ(refused("interface-event Eth9 missing"), "no interface \"Eth9\"");
     EXPECT_EQ(refused("interface-event Eth0 gone"), "\"gone\" is not detected or missing");
     EXPECT_EQ(refused("fail PxnNothing 1 -1"), "no entry point \"PxnNothing\"");
+    EXPECT_EQ(refused("frame-age"), "no frame callback is running on this thread");
+    EXPECT_EQ(PxnControl("fly", nullptr, 0), PxnErrBadParameter) << "the command is a parameter";
+    EXPECT_EQ(PxnControl("plug nobody", nullptr, 0), PxnErrNotFound) << "the camera an instance";
     char shortAnswer[5] = "";
     EXPECT_LT(PxnControl("fly", shortAnswer, sizeof shortAnswer), 0);
     EXPECT_STREQ(shortAnswer, "no c");
     EXPECT_LT(PxnControl(nullptr, nullptr, 0), 0);
     EXPECT_NE(Control("help").find("unplug-at FRAME [ID]"), std::string::npos);
+}
+
+class ScriptTest : public FaultTest {
+protected:
+    struct Answer {
+        std::int32_t code;
+        std::string text;
+    };
+    static Answer Run(const std::string& command) {
+        char answer[2000] = "";
+        const std::int32_t code = PxnControl(command.c_str(), answer, sizeof answer);
+        return {code, answer};
+    }
+    support::TemporaryDirectory directory;
+};
+
+TEST_F(ScriptTest, RunsItsLinesInOrder) {
+    directory.Write("my faults.txt", "# two faults\r\n\r\n  fail PxnCamerasList 1 -24\r\n"
+                                     "\t# and more\nfail PxnCamerasList 2 -20\nunplug " +
+                                         kGigE);
+    const Answer answer = Run(" script  " + directory.PathOf("my faults.txt") + " ");
+    EXPECT_EQ(answer.text, "ok");
+    EXPECT_EQ(answer.code, 0);
+    std::uint32_t found = 9;
+    EXPECT_EQ(PxnCamerasList(nullptr, 0, &found, sizeof(PxnCameraInfo)), PxnErrBusy);
+    EXPECT_EQ(PxnCamerasList(nullptr, 0, &found, sizeof(PxnCameraInfo)), -20);
+    EXPECT_EQ(PxnCamerasList(nullptr, 0, &found, sizeof(PxnCameraInfo)), 0);
+    EXPECT_EQ(found, 2u);
+}
+
+TEST_F(ScriptTest, EndsAtTheFirstLineThatIsRefusedAndNamesIt) {
+    const std::string path = directory.PathOf("faults.txt");
+    directory.Write("faults.txt", "\nplug nobody\nunplug " + kGigE + "\n");
+    Answer answer = Run("script " + path);
+    EXPECT_EQ(answer.code, PxnErrNotFound);
+    EXPECT_EQ(answer.text, path + ":2: no camera \"nobody\"");
+    EXPECT_EQ(Run("unplug " + kGigE).code, 0) << "the line behind it did not run";
+    directory.Write("faults.txt", "frame drop 3\n#\nframe drop three\n");
+    answer = Run("script " + path);
+    EXPECT_EQ(answer.code, PxnErrBadParameter);
+    EXPECT_EQ(answer.text, path + ":3: \"three\" is not a number");
+}
+
+TEST_F(ScriptTest, RunsNoOtherScript) {
+    const std::string path = directory.PathOf("faults.txt");
+    directory.Write("faults.txt", "script " + path + "\n");
+    const Answer answer = Run("script " + path);
+    EXPECT_EQ(answer.code, PxnErrInvalidCall);
+    EXPECT_EQ(answer.text, path + ":1: a script runs no other script");
+}
+
+TEST_F(ScriptTest, TellsWhenTheFileCannotBeRead) {
+    const Answer answer = Run("script " + directory.PathOf("nothing.txt"));
+    EXPECT_EQ(answer.code, PxnErrNotFound);
+    EXPECT_NE(answer.text.find("nothing.txt: cannot be read: "), std::string::npos);
+    EXPECT_EQ(Run("script").text, "usage: script FILE");
 }
 
 } // namespace

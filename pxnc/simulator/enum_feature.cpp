@@ -1,0 +1,142 @@
+#include "pxnc/simulator/enum_feature.h"
+
+#include "pxnc/simulator/module.h"
+#include "pxnc/simulator/number_text.h"
+
+#include <algorithm>
+#include <cassert>
+#include <cstring>
+
+namespace pxsim {
+
+EnumFeature::EnumFeature(Module& module, const char* name)
+    : FeatureNode(module, name, PxnFeatureDataEnum) {}
+
+EnumFeature& EnumFeature::Entries(const std::vector<const char*>& names) {
+    std::vector<NamedValue> numbered;
+    for (const char* name : names) {
+        numbered.push_back({name, static_cast<std::int64_t>(numbered.size())});
+    }
+    return EntriesWithValues(numbered);
+}
+
+EnumFeature& EnumFeature::EntriesWithValues(const std::vector<NamedValue>& named) {
+    for (const NamedValue& one : named) {
+        Entry entry{};
+        entry.info.name = owner.Strings().Intern(one.name);
+        entry.info.displayName = entry.info.name;
+        entry.info.tooltip = "";
+        entry.info.description = "";
+        entry.info.intValue = one.value;
+        entry.info.visibility = PxnVisibilityBeginner;
+        entries.push_back(std::move(entry));
+    }
+    return *this;
+}
+
+EnumFeature& EnumFeature::EntryText(const char* entry, const char* description) {
+    Entry& found = entries[IndexOf(entry)];
+    found.info.tooltip = description;
+    found.info.description = description;
+    return *this;
+}
+
+EnumFeature& EnumFeature::EntryAvailableWhen(const char* entry, std::function<bool()> condition) {
+    entries[IndexOf(entry)].available = std::move(condition);
+    return *this;
+}
+
+EnumFeature& EnumFeature::Value(const char* entry) {
+    store.SetInitial(IndexOf(entry));
+    return *this;
+}
+
+EnumFeature& EnumFeature::ValueFor(std::int64_t selectorKey, const char* entry) {
+    store.SetInitialFor(selectorKey, IndexOf(entry));
+    return *this;
+}
+
+EnumFeature& EnumFeature::Computed(std::function<const char*()> source) {
+    computed = std::move(source);
+    return *this;
+}
+
+bool EnumFeature::Is(const char* entry) const {
+    return std::strcmp(Get(), entry) == 0;
+}
+
+bool EnumFeature::IsFor(std::int64_t selectorKey, const char* entry) const {
+    return std::strcmp(entries[store.Get(selectorKey)].info.name, entry) == 0;
+}
+
+PxnError EnumFeature::Set(const char* entry) {
+    if (!IsWritable()) {
+        return PxnErrInvalidAccess;
+    }
+    const Entry* found = FindEntry(entry);
+    if (found == nullptr || (found->available && !found->available())) {
+        return PxnErrInvalidValue;
+    }
+    Put(entry);
+    return PxnErrSuccess;
+}
+
+void EnumFeature::Put(const char* entry) {
+    const std::size_t index = IndexOf(entry);
+    if (store.Get(SelectorKey()) != index) {
+        store.Set(SelectorKey(), index);
+        Changed();
+    }
+}
+
+const EnumFeature::Entry* EnumFeature::FindEntry(const char* entry) const {
+    auto found = std::find_if(entries.begin(), entries.end(), [entry](const Entry& candidate) {
+        return std::strcmp(candidate.info.name, entry) == 0;
+    });
+    return found == entries.end() ? nullptr : &*found;
+}
+
+std::int64_t EnumFeature::SelectorValue() const {
+    return static_cast<std::int64_t>(CurrentIndex());
+}
+
+std::vector<std::string> EnumFeature::States() const {
+    std::vector<std::string> states;
+    for (const Entry& entry : entries) {
+        states.emplace_back(entry.info.name);
+    }
+    return states;
+}
+
+bool EnumFeature::PutText(const std::string& text) {
+    if (FindEntry(text.c_str()) == nullptr) {
+        return false;
+    }
+    Put(text.c_str());
+    return true;
+}
+
+void EnumFeature::Restore(const std::any& saved) {
+    store.Restore(std::any_cast<const SelectedValues<std::size_t>::Saved&>(saved));
+}
+
+PxnError EnumFeature::ToText(std::string& text) const {
+    text = Get();
+    return PxnErrSuccess;
+}
+
+PxnError EnumFeature::FromText(const std::string& text) {
+    return Set(text.c_str());
+}
+
+std::size_t EnumFeature::IndexOf(const char* entry) const {
+    const Entry* found = FindEntry(entry);
+    assert(found != nullptr);
+    return static_cast<std::size_t>(found - entries.data());
+}
+
+std::size_t EnumFeature::CurrentIndex() const {
+    return computed ? IndexOf(computed()) : store.Get(SelectorKey());
+}
+
+} // namespace pxsim

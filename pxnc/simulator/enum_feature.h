@@ -1,0 +1,61 @@
+// enum_feature.h - features that are one of several named entries
+#pragma once
+
+#include "pxnc/simulator/feature.h"
+
+namespace pxsim {
+
+/// One of several named entries.
+class EnumFeature : public FeatureNode<EnumFeature> {
+public:
+    struct Entry {
+        PxnFeatureEnumEntry info;
+        std::function<bool()> available;
+    };
+    struct NamedValue {
+        const char* name;
+        std::int64_t value;
+    };
+
+    EnumFeature(Module& module, const char* name);
+
+    /// Entries numbered from 0 in the given order.
+    EnumFeature& Entries(const std::vector<const char*>& names);
+    EnumFeature& EntriesWithValues(const std::vector<NamedValue>& entries);
+    EnumFeature& EntryText(const char* entry, const char* description);
+    EnumFeature& EntryAvailableWhen(const char* entry, std::function<bool()> condition);
+    EnumFeature& Value(const char* entry);
+    EnumFeature& ValueFor(std::int64_t selectorKey, const char* entry);
+    EnumFeature& Computed(std::function<const char*()> source);
+
+    /// The current entry's shared name.
+    const char* Get() const { return entries[CurrentIndex()].info.name; }
+    std::int64_t IntValue() const { return entries[CurrentIndex()].info.intValue; }
+    bool Is(const char* entry) const;
+    /// The same for another state of the selectors.
+    bool IsFor(std::int64_t selectorKey, const char* entry) const;
+    PxnError Set(const char* entry);
+    void Put(const char* entry);
+    const std::vector<Entry>& List() const { return entries; }
+    /// Null when there is no such entry.
+    const Entry* FindEntry(const char* entry) const;
+
+    std::int64_t SelectorValue() const override;
+    std::vector<std::string> States() const override;
+    bool PutText(const std::string& text) override;
+    void Reset() override { store.Reset(); }
+    std::any Snapshot() const override { return store.Values(); }
+    void Restore(const std::any& saved) override;
+    PxnError ToText(std::string& text) const override;
+    PxnError FromText(const std::string& text) override;
+
+private:
+    std::size_t IndexOf(const char* entry) const;
+    std::size_t CurrentIndex() const;
+
+    std::vector<Entry> entries;
+    SelectedValues<std::size_t> store; // by index: several names may share one number
+    std::function<const char*()> computed;
+};
+
+} // namespace pxsim

@@ -1,0 +1,243 @@
+#include "pxnc/simulator/number_features.h"
+
+#include "pxnc/simulator/module.h"
+#include "pxnc/simulator/number_text.h"
+
+#include <algorithm>
+#include <cassert>
+#include <cmath>
+#include <limits>
+
+namespace pxsim {
+namespace {
+
+template <class T>
+std::function<T()> Always(T value) {
+    return [value] {
+        return value;
+    };
+}
+
+} // namespace
+
+// ---- integer ----
+
+IntFeature::IntFeature(Module& module, const char* name)
+    : FeatureNode(module, name, PxnFeatureDataInt),
+      min(Always(std::numeric_limits<std::int64_t>::min())),
+      max(Always(std::numeric_limits<std::int64_t>::max())),
+      increment(Always<std::int64_t>(1)) {
+    info.representation = "Linear";
+}
+
+IntFeature& IntFeature::Value(std::int64_t initial) {
+    store.SetInitial(initial);
+    return *this;
+}
+
+IntFeature& IntFeature::ValueFor(std::int64_t selectorKey, std::int64_t initial) {
+    store.SetInitialFor(selectorKey, initial);
+    return *this;
+}
+
+IntFeature& IntFeature::Range(std::int64_t lowest, std::int64_t highest, std::int64_t step) {
+    min = Always(lowest);
+    max = Always(highest);
+    increment = Always(step);
+    return *this;
+}
+
+IntFeature& IntFeature::Min(Source source) {
+    min = std::move(source);
+    return *this;
+}
+
+IntFeature& IntFeature::Max(Source source) {
+    max = std::move(source);
+    return *this;
+}
+
+IntFeature& IntFeature::Increment(Source source) {
+    increment = std::move(source);
+    return *this;
+}
+
+IntFeature& IntFeature::ValidValues(std::vector<std::int64_t> values) {
+    assert(!values.empty() && std::is_sorted(values.begin(), values.end()));
+    Range(values.front(), values.back());
+    validValues = std::move(values);
+    return *this;
+}
+
+IntFeature& IntFeature::Computed(Source source) {
+    computed = std::move(source);
+    return *this;
+}
+
+IntFeature& IntFeature::Writes(std::function<PxnError(std::int64_t)> newSink) {
+    sink = std::move(newSink);
+    return *this;
+}
+
+std::int64_t IntFeature::Get() const {
+    return computed ? computed() : store.Get(SelectorKey());
+}
+
+PxnError IntFeature::Set(std::int64_t value) {
+    if (!IsWritable()) {
+        return PxnErrInvalidAccess;
+    }
+    const std::int64_t low = min();
+    const std::int64_t high = max();
+    const std::uint64_t step = static_cast<std::uint64_t>(increment());
+    const std::uint64_t distance =
+        static_cast<std::uint64_t>(value) - static_cast<std::uint64_t>(low);
+    if (value < low || value > high || distance % step != 0) {
+        return PxnErrInvalidValue;
+    }
+    if (!validValues.empty() &&
+        !std::binary_search(validValues.begin(), validValues.end(), value)) {
+        return PxnErrInvalidValue;
+    }
+    if (sink) {
+        const PxnError result = sink(value);
+        if (result == PxnErrSuccess) {
+            Changed();
+        }
+        return result;
+    }
+    Put(value);
+    return PxnErrSuccess;
+}
+
+void IntFeature::Put(std::int64_t value) {
+    if (store.Get(SelectorKey()) != value) {
+        store.Set(SelectorKey(), value);
+        Changed();
+    }
+}
+
+std::int64_t IntFeature::Nearest(std::int64_t value) const {
+    const std::int64_t low = min();
+    const std::int64_t high = std::max(low, max());
+    const std::int64_t inside = std::clamp(value, low, high);
+    return low + (inside - low) / increment() * increment();
+}
+
+std::vector<std::string> IntFeature::States() const {
+    std::vector<std::string> states;
+    for (std::int64_t value = min(); value <= max(); value += increment()) {
+        states.push_back(std::to_string(value));
+    }
+    return states;
+}
+
+bool IntFeature::PutText(const std::string& text) {
+    std::int64_t value = 0;
+    if (!ParseInt(text, value) || Nearest(value) != value) {
+        return false;
+    }
+    Put(value);
+    return true;
+}
+
+void IntFeature::Restore(const std::any& saved) {
+    store.Restore(std::any_cast<const SelectedValues<std::int64_t>::Saved&>(saved));
+}
+
+PxnError IntFeature::ToText(std::string& text) const {
+    text = std::to_string(Get());
+    return PxnErrSuccess;
+}
+
+PxnError IntFeature::FromText(const std::string& text) {
+    std::int64_t value = 0;
+    return ParseInt(text, value) ? Set(value) : PxnErrInvalidValue;
+}
+
+// ---- float ----
+
+FloatFeature::FloatFeature(Module& module, const char* name)
+    : FeatureNode(module, name, PxnFeatureDataFloat),
+      min(Always(std::numeric_limits<double>::lowest())),
+      max(Always(std::numeric_limits<double>::max())) {
+    info.representation = "Linear";
+}
+
+FloatFeature& FloatFeature::Value(double initial) {
+    store.SetInitial(initial);
+    return *this;
+}
+
+FloatFeature& FloatFeature::ValueFor(std::int64_t selectorKey, double initial) {
+    store.SetInitialFor(selectorKey, initial);
+    return *this;
+}
+
+FloatFeature& FloatFeature::Range(double lowest, double highest) {
+    min = Always(lowest);
+    max = Always(highest);
+    return *this;
+}
+
+FloatFeature& FloatFeature::Min(Source source) {
+    min = std::move(source);
+    return *this;
+}
+
+FloatFeature& FloatFeature::Max(Source source) {
+    max = std::move(source);
+    return *this;
+}
+
+FloatFeature& FloatFeature::Computed(Source source) {
+    computed = std::move(source);
+    return *this;
+}
+
+double FloatFeature::Get() const {
+    return computed ? computed() : store.Get(SelectorKey());
+}
+
+PxnError FloatFeature::Set(double value) {
+    if (!IsWritable()) {
+        return PxnErrInvalidAccess;
+    }
+    if (!std::isfinite(value) || value < min() || value > max()) {
+        return PxnErrInvalidValue;
+    }
+    Put(value);
+    return PxnErrSuccess;
+}
+
+void FloatFeature::Put(double value) {
+    if (store.Get(SelectorKey()) != value) {
+        store.Set(SelectorKey(), value);
+        Changed();
+    }
+}
+
+bool FloatFeature::PutText(const std::string& text) {
+    double value = 0;
+    if (!ParseFloat(text, value) || !(value >= min() && value <= max())) {
+        return false;
+    }
+    Put(value);
+    return true;
+}
+
+void FloatFeature::Restore(const std::any& saved) {
+    store.Restore(std::any_cast<const SelectedValues<double>::Saved&>(saved));
+}
+
+PxnError FloatFeature::ToText(std::string& text) const {
+    text = FormatFloat(Get());
+    return PxnErrSuccess;
+}
+
+PxnError FloatFeature::FromText(const std::string& text) {
+    double value = 0;
+    return ParseFloat(text, value) ? Set(value) : PxnErrInvalidValue;
+}
+
+} // namespace pxsim

@@ -1,0 +1,89 @@
+// number_features.h - features that are whole or broken numbers
+#pragma once
+
+#include "pxnc/simulator/feature.h"
+
+namespace pxsim {
+
+/// Signed 64-bit integer with limits that may move.
+class IntFeature : public FeatureNode<IntFeature> {
+public:
+    using Source = std::function<std::int64_t()>;
+
+    IntFeature(Module& module, const char* name);
+
+    IntFeature& Value(std::int64_t initial);
+    IntFeature& ValueFor(std::int64_t selectorKey, std::int64_t initial);
+    IntFeature& Range(std::int64_t lowest, std::int64_t highest, std::int64_t step = 1);
+    IntFeature& Min(Source source);
+    IntFeature& Max(Source source);
+    IntFeature& Increment(Source source);
+    /// Only these values, in ascending order.
+    IntFeature& ValidValues(std::vector<std::int64_t> values);
+    /// The value comes from `source` and is never stored.
+    IntFeature& Computed(Source source);
+    /// Written values go to `sink` instead of the store.
+    IntFeature& Writes(std::function<PxnError(std::int64_t)> sink);
+
+    std::int64_t Get() const;
+    PxnError Set(std::int64_t value);
+    /// Stores a value that the device itself brings about, without looking at the limits.
+    void Put(std::int64_t value);
+    /// Counts an event: adds one without raising the invalidation, which the event itself is.
+    void Advance() { store.Set(SelectorKey(), Get() + 1); }
+    std::int64_t LowerLimit() const { return min(); }
+    std::int64_t UpperLimit() const { return max(); }
+    std::int64_t Step() const { return increment(); }
+    const std::vector<std::int64_t>& ValidValueSet() const { return validValues; }
+    /// The value next to `value` that the limits allow at present.
+    std::int64_t Nearest(std::int64_t value) const;
+
+    std::int64_t SelectorValue() const override { return Get(); }
+    std::vector<std::string> States() const override;
+    bool PutText(const std::string& text) override;
+    void Reset() override { store.Reset(); }
+    std::any Snapshot() const override { return store.Values(); }
+    void Restore(const std::any& saved) override;
+    PxnError ToText(std::string& text) const override;
+    PxnError FromText(const std::string& text) override;
+
+private:
+    SelectedValues<std::int64_t> store;
+    Source min, max, increment, computed;
+    std::function<PxnError(std::int64_t)> sink;
+    std::vector<std::int64_t> validValues;
+};
+
+/// Double with limits that may move.
+class FloatFeature : public FeatureNode<FloatFeature> {
+public:
+    using Source = std::function<double()>;
+
+    FloatFeature(Module& module, const char* name);
+
+    FloatFeature& Value(double initial);
+    FloatFeature& ValueFor(std::int64_t selectorKey, double initial);
+    FloatFeature& Range(double lowest, double highest);
+    FloatFeature& Min(Source source);
+    FloatFeature& Max(Source source);
+    FloatFeature& Computed(Source source);
+
+    double Get() const;
+    PxnError Set(double value);
+    void Put(double value);
+    double LowerLimit() const { return min(); }
+    double UpperLimit() const { return max(); }
+
+    bool PutText(const std::string& text) override;
+    void Reset() override { store.Reset(); }
+    std::any Snapshot() const override { return store.Values(); }
+    void Restore(const std::any& saved) override;
+    PxnError ToText(std::string& text) const override;
+    PxnError FromText(const std::string& text) override;
+
+private:
+    SelectedValues<double> store;
+    Source min, max, computed;
+};
+
+} // namespace pxsim

@@ -1,0 +1,46 @@
+#include "pxnc/simulator/script.h"
+
+#include "platform/file_system.h"
+#include "pxnc.h"
+#include "pxnc/simulator/commands.h"
+
+#include <sstream>
+
+namespace pxsim {
+
+std::int32_t RunScript(const std::string& text, const std::string& name, std::size_t firstLine,
+                       std::string& answer) {
+    std::istringstream lines(text);
+    std::size_t number = firstLine;
+    for (std::string line; std::getline(lines, line); ++number) {
+        std::string word;
+        std::istringstream(line) >> word;
+        if (word.empty() || word.front() == '#') {
+            continue;
+        }
+        std::int32_t result = PxnErrInvalidCall;
+        // Two files could run each other for ever.
+        std::string reason = "a script runs no other script";
+        if (word != "script") {
+            result = RunCommand(line, reason);
+        }
+        if (result != PxnErrSuccess) {
+            answer = name + ":" + std::to_string(number) + ": " + reason;
+            return result;
+        }
+    }
+    answer = "ok";
+    return PxnErrSuccess;
+}
+
+std::int32_t RunScriptFile(const std::string& path, std::string& answer) {
+    std::string text;
+    std::string error;
+    if (!platform::ReadWholeFile(path, text, &error)) {
+        answer = path + ": cannot be read: " + error;
+        return PxnErrNotFound;
+    }
+    return RunScript(text, path, 1, answer);
+}
+
+} // namespace pxsim
