@@ -42,5 +42,22 @@ private:
     bool succeeded = true;
 };
 
+/// Lets all writes of this thread to a file become one; what was not ended is forgotten.
+class IniBatch {
+public:
+    explicit IniBatch(CIniFile& target) : file(target), begun(target.BeginBatch()) {}
+    ~IniBatch() { file.DropBatch(); }
+    IniBatch(const IniBatch&) = delete;
+    IniBatch& operator=(const IniBatch&) = delete;
+
+    bool HasBegun() const { return begun; }
+    /// Writes the file; false when that failed.
+    bool End() { return begun && file.EndBatch(); }
+
+private:
+    CIniFile& file;
+    const bool begun;
+};
+
 /// The number behind `prefix` in a section's name; nothing when the name is built otherwise.
 std::optional<int32_t> SectionNumber(const char* name, const char* prefix);

@@ -5,6 +5,8 @@
 #include "guarded.h"
 #include "platform/text.h"
 
+#include <optional>
+
 namespace {
 
 struct FeatureKey {
@@ -187,6 +189,16 @@ MV_ERRCODE CMivoraGrabber::SaveGrabberConfig() {
         return impl->NotSaved("the configuration", nullptr);
     }
     return Guarded(MV_REFUSED, [&] {
+        // The camera sections may stand in a file of their own.
+        CIniFile* const cameraIni = impl->CameraIni();
+        IniBatch grabberBatch(*ini);
+        std::optional<IniBatch> cameraBatch;
+        if (cameraIni != ini) {
+            cameraBatch.emplace(*cameraIni);
+        }
+        if (!grabberBatch.HasBegun() || (cameraBatch && !cameraBatch->HasBegun())) {
+            return impl->NotSaved("the configuration", ini);
+        }
         ConfigWriter section(*ini, impl->GrabberSection());
         section.Unsigned("Exposure", impl->savedExposure);
         section.Unsigned("Interval", impl->savedInterval);
@@ -197,17 +209,19 @@ MV_ERRCODE CMivoraGrabber::SaveGrabberConfig() {
         for (const FeatureKey& feature : kFeatureKeys) {
             section.Unsigned(feature.key, impl->IsFeatureOn(feature.id) ? 1 : 0);
         }
-        bool saved = SaveChannels(*this, *ini, section);
+        bool saved = SaveChannels(*this, *ini, section) && section.Succeeded();
         // Cameras that nobody gave a number or a mode of their own need no section.
         for (const CMivoraCamera* camera = GetFirstCamera(); camera; camera = camera->GetNext()) {
             if (camera->GetCameraSectionNum() >= 0) {
-                ConfigWriter cameraSection(*impl->CameraIni(),
+                ConfigWriter cameraSection(*cameraIni,
                                            SectionName::Camera(camera->GetCameraSectionNum()));
                 SaveCamera(*camera, cameraSection);
                 saved = cameraSection.Succeeded() && saved;
             }
         }
-        return saved && section.Succeeded() ? MV_OK : impl->NotSaved("the configuration", ini);
+        saved = grabberBatch.End() && saved;
+        saved = (!cameraBatch || cameraBatch->End()) && saved;
+        return saved ? MV_OK : impl->NotSaved("the configuration", ini);
     });
 }
 
@@ -228,6 +242,7 @@ MV_ERRCODE CMivoraGrabber::SaveCameraModeConfig() {
         if (number < 0) {
             number = GetBiggestSectionNum(kCameraSectionPrefix) + 1;
         }
+        IniBatch batch(*ini);
         ConfigWriter section(*ini, SectionName::Camera(number));
         SaveCamera(*camera, section);
         bool saved = section.Succeeded();
@@ -238,7 +253,7 @@ MV_ERRCODE CMivoraGrabber::SaveCameraModeConfig() {
             saved = modeSection.Succeeded() && saved;
             ++index;
         }
-        if (!saved) {
+        if (!batch.End() || !saved) {
             return impl->NotSaved("the camera", ini);
         }
         camera->SetCameraSectionNum(number);

@@ -9,7 +9,11 @@
 #include "platform/mutex.h"
 
 #include <cstdio>
+#include <optional>
 #include <string>
+#include <thread>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -61,26 +65,65 @@ bool ReadFile(const std::string& path, std::string& bytes, std::string& error) {
 } // namespace
 
 struct CIniFile::Impl {
-    /// Applies `change` to what the disk holds now and writes the outcome.
-    template <typename Change>
-    bool Write(const Change& change);
+    /// A key's new value; without one the key goes.
+    struct Change {
+        std::string section;
+        std::string key;
+        std::optional<std::string> value;
+
+        void ApplyTo(IniDocument& target) const;
+    };
+
+    struct Batch {
+        std::thread::id thread;
+        IniDocument before; // what memory held when it began
+        std::vector<Change> changes;
+    };
+
+    /// Writes the change, or adds it to this thread's batch.
+    bool Write(Change change);
+    /// Applies the changes to what the disk holds now and writes the outcome; `known` is what the
+    /// file held when it was there last.
+    bool WriteToDisk(const std::vector<Change>& changes, const IniDocument& known) REQUIRES(mutex);
+    bool IsBatchOfThisThread() const REQUIRES(mutex) {
+        return batch && batch->thread == std::this_thread::get_id();
+    }
 
     mutable platform::Mutex mutex;
     std::string path GUARDED_BY(mutex);
     IniDocument document GUARDED_BY(mutex);
+    std::optional<Batch> batch GUARDED_BY(mutex);
 };
 
-template <typename Change>
-bool CIniFile::Impl::Write(const Change& change) {
+void CIniFile::Impl::Change::ApplyTo(IniDocument& target) const {
+    if (value) {
+        target.Set(section, key, *value);
+    } else {
+        target.Remove(section, key);
+    }
+}
+
+bool CIniFile::Impl::Write(Change change) {
     const platform::MutexLock writing(WriteMutex());
     const platform::MutexLock lock(mutex);
+    if (!IsBatchOfThisThread()) {
+        return WriteToDisk({std::move(change)}, batch ? batch->before : document);
+    }
+    IniDocument changed = document;
+    change.ApplyTo(changed);
+    batch->changes.push_back(std::move(change));
+    document = std::move(changed);
+    return true;
+}
+
+bool CIniFile::Impl::WriteToDisk(const std::vector<Change>& changes, const IniDocument& known) {
     std::string error;
     if (path.empty()) {
         SetLastErrorText("Cannot write", path, "no file was opened");
         return false;
     }
     // A file that somebody deleted is written again whole.
-    IniDocument changed = document;
+    IniDocument changed = known;
     if (platform::PathExists(path)) {
         std::string bytes;
         if (!ReadFile(path, bytes, error)) {
@@ -90,10 +133,21 @@ bool CIniFile::Impl::Write(const Change& change) {
         changed = IniDocument(std::move(bytes));
     }
     const std::string before = changed.Bytes();
-    change(changed);
-    if (changed.Bytes() != before && !platform::ReplaceWholeFile(path, changed.Bytes(), &error)) {
+    for (const Change& change : changes) {
+        change.ApplyTo(changed);
+    }
+    IniDocument onDisk = changed;
+    if (batch) {
+        for (const Change& change : batch->changes) {
+            change.ApplyTo(changed);
+        }
+    }
+    if (onDisk.Bytes() != before && !platform::ReplaceWholeFile(path, onDisk.Bytes(), &error)) {
         SetLastErrorText("Cannot write", path, error);
         return false;
+    }
+    if (batch) {
+        batch->before = std::move(onDisk);
     }
     document = std::move(changed);
     return true;
@@ -120,6 +174,7 @@ bool CIniFile::Open(const char* path) {
         }
         IniDocument read(std::move(bytes));
         const platform::MutexLock lock(impl->mutex);
+        impl->batch.reset();
         impl->path = std::move(name);
         impl->document = std::move(read);
         return true;
@@ -171,7 +226,7 @@ bool CIniFile::WriteText(const char* section, const char* key, const char* value
                              "section, key or value has no form that an ini file can hold");
             return false;
         }
-        return impl->Write([&](IniDocument& document) { document.Set(section, key, value); });
+        return impl->Write({section, key, value});
     });
 }
 
@@ -189,9 +244,48 @@ bool CIniFile::WriteHex32(const char* section, const char* key, uint32_t value) 
 
 bool CIniFile::RemoveKey(const char* section, const char* key) {
     return Attempt("Cannot write an ini file", [&] {
-        return section && key &&
-               impl->Write([&](IniDocument& document) { document.Remove(section, key); });
+        return section && key && impl->Write({section, key, std::nullopt});
     });
+}
+
+bool CIniFile::BeginBatch() {
+    return Attempt("Cannot write an ini file", [&] {
+        const platform::MutexLock lock(impl->mutex);
+        if (impl->path.empty() || impl->batch) {
+            SetLastErrorText("Cannot write", impl->path,
+                             impl->batch ? "others are writing to it" : "no file was opened");
+            return false;
+        }
+        impl->batch = Impl::Batch{std::this_thread::get_id(), impl->document, {}};
+        return true;
+    });
+}
+
+bool CIniFile::EndBatch() {
+    const bool written = Attempt("Cannot write an ini file", [&] {
+        const platform::MutexLock writing(WriteMutex());
+        const platform::MutexLock lock(impl->mutex);
+        if (!impl->IsBatchOfThisThread()) {
+            SetLastErrorText("Cannot write", impl->path, "no batch was begun");
+            return false;
+        }
+        const Impl::Batch batch = *impl->batch;
+        if (!batch.changes.empty() && !impl->WriteToDisk(batch.changes, batch.before)) {
+            return false;
+        }
+        impl->batch.reset();
+        return true;
+    });
+    DropBatch(); // whose writing failed
+    return written;
+}
+
+void CIniFile::DropBatch() {
+    const platform::MutexLock lock(impl->mutex);
+    if (impl->IsBatchOfThisThread()) {
+        impl->document = std::move(impl->batch->before);
+        impl->batch.reset();
+    }
 }
 
 uint32_t CIniFile::GetNumSections() const {

@@ -341,4 +341,82 @@ TEST_F(IniFile, ServesSeveralThreadsAtOnce) {
     EXPECT_EQ(again.GetInt32("Section_3", "key9", -1), 9);
 }
 
+TEST_F(IniFile, WritesABatchAtOnce) {
+    Start("; note\n[s]\nk=1\nold=2\n");
+    ASSERT_TRUE(ini.BeginBatch());
+    EXPECT_TRUE(ini.WriteText("s", "k", "3"));
+    EXPECT_TRUE(ini.WriteInt32("new", "n", -4));
+    EXPECT_TRUE(ini.RemoveKey("s", "old"));
+    EXPECT_FALSE(ini.WriteText("s", "bad=key", "v"));
+    EXPECT_EQ(OnDisk(), "; note\n[s]\nk=1\nold=2\n");
+    EXPECT_EQ(Text("s", "k"), "3") << "reading finds what is not on the disk yet";
+    EXPECT_EQ(Text("s", "old"), "<absent>");
+    EXPECT_EQ(ini.GetNumSections(), 2u);
+    EXPECT_TRUE(ini.EndBatch());
+    EXPECT_EQ(OnDisk(), "; note\n[s]\nk=3\n\n[new]\nn=-4\n");
+    EXPECT_TRUE(ini.WriteText("s", "k", "5"));
+    EXPECT_EQ(OnDisk(), "; note\n[s]\nk=5\n\n[new]\nn=-4\n");
+}
+
+TEST_F(IniFile, ForgetsADroppedBatch) {
+    Start("[s]\nk=1\n");
+    ASSERT_TRUE(ini.BeginBatch());
+    EXPECT_TRUE(ini.WriteText("s", "k", "2"));
+    ini.DropBatch();
+    EXPECT_EQ(Text("s", "k"), "1");
+    EXPECT_EQ(OnDisk(), "[s]\nk=1\n");
+    EXPECT_FALSE(ini.EndBatch());
+    EXPECT_NE(std::string(ini.GetLastErrorText()).find("no batch was begun"), std::string::npos);
+    ini.DropBatch();
+}
+
+TEST_F(IniFile, HasOneBatchAtATimeAndNoneWithoutAFile) {
+    EXPECT_FALSE(ini.BeginBatch());
+    Start("[s]\nk=1\n");
+    ASSERT_TRUE(ini.BeginBatch());
+    EXPECT_FALSE(ini.BeginBatch());
+    EXPECT_TRUE(ini.WriteText("s", "k", "2"));
+    ASSERT_TRUE(ini.Open(path.c_str())) << "opening forgets it";
+    EXPECT_EQ(Text("s", "k"), "1");
+    EXPECT_FALSE(ini.EndBatch());
+}
+
+TEST_F(IniFile, KeepsFileAndMemoryWhenTheDiskRefusesABatch) {
+    const std::string gone = directory.PathOf("missing/grabber.ini");
+    ASSERT_TRUE(ini.Open(gone.c_str()));
+    ASSERT_TRUE(ini.BeginBatch());
+    EXPECT_TRUE(ini.WriteText("s", "k", "v"));
+    EXPECT_FALSE(ini.EndBatch());
+    const std::string error = ini.GetLastErrorText();
+    EXPECT_EQ(error.find("Cannot write \"" + gone + "\": "), 0u) << error;
+    EXPECT_FALSE(ini.HasKey("s", "k"));
+    ASSERT_TRUE(platform::CreateDirectories(directory.PathOf("missing")));
+    ASSERT_TRUE(ini.BeginBatch()) << "the one that failed is over";
+    EXPECT_TRUE(ini.WriteText("s", "k", "v"));
+    EXPECT_TRUE(ini.EndBatch());
+    EXPECT_EQ(directory.Read("missing/grabber.ini"), "[s]\nk=v\n");
+}
+
+TEST_F(IniFile, KeepsWhatOthersWroteDuringABatch) {
+    Start("[s]\nk=1\n");
+    ASSERT_TRUE(ini.BeginBatch());
+    EXPECT_TRUE(ini.WriteText("s", "k", "2"));
+    std::thread other([this] { EXPECT_TRUE(ini.WriteText("s", "thread", "3")); });
+    other.join();
+    EXPECT_EQ(OnDisk(), "[s]\nk=1\nthread=3\n") << "another thread does not wait";
+    EXPECT_EQ(Text("s", "k"), "2");
+    directory.Write("grabber.ini", "; by hand\n" + OnDisk());
+    EXPECT_TRUE(ini.EndBatch());
+    EXPECT_EQ(OnDisk(), "; by hand\n[s]\nk=2\nthread=3\n");
+}
+
+TEST_F(IniFile, WritesADeletedFileAgainWithItsBatch) {
+    Start("; note\n[s]\nk=1\n");
+    ASSERT_TRUE(ini.BeginBatch());
+    EXPECT_TRUE(ini.WriteText("s", "k", "2"));
+    ASSERT_EQ(std::remove(path.c_str()), 0);
+    EXPECT_TRUE(ini.EndBatch());
+    EXPECT_EQ(OnDisk(), "; note\n[s]\nk=2\n");
+}
+
 } // namespace

@@ -8,8 +8,8 @@
 /// An ini file that keeps what people wrote: sections and keys are found without regard to case;
 /// comments, order, blank and unknown lines, line ends and the byte order mark stay as they are; an
 /// absent key is told from an empty one. The first of several equal sections or keys counts.
-/// Every write goes to the disk at once: a new file is written beside the old one and renamed over
-/// it, so that whoever looks finds the old or the new file whole.
+/// Every write goes to the disk at once, or with its batch: a new file is written beside the old
+/// one and renamed over it, so that whoever looks finds the old or the new file whole.
 ///
 /// Any thread may call; one mutex inside guards all.
 class MIVORA_API CIniFile {
@@ -19,9 +19,9 @@ public:
     CIniFile(const CIniFile&) = delete;
     CIniFile& operator=(const CIniFile&) = delete;
 
-    /// Takes the file at `path`. A file that does not exist yet is an empty one. False when it
-    /// exists but cannot be read or is UTF-16 text; GetLastErrorText says why, and the former file
-    /// stays.
+    /// Takes the file at `path` and forgets a batch of the former one. A file that does not exist
+    /// yet is an empty one. False when it exists but cannot be read or is UTF-16 text;
+    /// GetLastErrorText says why, and the former file stays.
     bool Open(const char* path);
     /// The path as given, or an empty text.
     const char* GetPath() const;
@@ -50,6 +50,16 @@ public:
     bool WriteHex32(const char* section, const char* key, uint32_t value);
     /// Takes the key's line out; true also when there was none.
     bool RemoveKey(const char* section, const char* key);
+
+    /// From BeginBatch on the writes of this thread are kept in memory, where every read finds
+    /// them, until EndBatch writes them all at once or DropBatch forgets them. Other threads write
+    /// as ever. False when memory is out, without a file, or while another batch of this file is
+    /// under way; EndBatch also when the disk refused: then file and memory are as before the
+    /// batch.
+    bool BeginBatch();
+    bool EndBatch();
+    /// Nothing without a batch of this thread.
+    void DropBatch();
 
     /// The number of sections, and their names by order of appearance (null past the end). A name
     /// lives until the next write.

@@ -1,0 +1,234 @@
+#include "platform/file_system.h"
+#include "tests/host/test_grabber.h"
+#include "tests/support/temporary_directory.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <fcntl.h>
+#include <filesystem>
+#include <functional>
+#include <set>
+#include <sys/ptrace.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/user.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Runs an operation in a process of its own and lets the power fail at one of its steps. A step
+/// is a system call that changes a file of the directory. What was written and not flushed to the
+/// disk is half lost then.
+class PowerLoss {
+public:
+    explicit PowerLoss(std::string watchedDirectory) : directory(std::move(watchedDirectory)) {}
+
+    /// True when the power failed before step `failAt` (from 1); false when the operation was
+    /// through before that and answered true.
+    bool Run(unsigned failAt, const std::function<bool()>& operation) {
+        unflushed.clear();
+        steps = 0;
+        renames = 0;
+        child = fork();
+        if (child == 0) {
+            ptrace(PTRACE_TRACEME, 0, nullptr, nullptr);
+            raise(SIGSTOP);
+            _exit(operation() ? 0 : 1);
+        }
+        int status = 0;
+        EXPECT_EQ(waitpid(child, &status, 0), child);
+        EXPECT_TRUE(WIFSTOPPED(status));
+        ptrace(PTRACE_SETOPTIONS, child, nullptr, PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL);
+        for (bool isEntry = true;; isEntry = !isEntry) {
+            ptrace(PTRACE_SYSCALL, child, nullptr, nullptr);
+            EXPECT_EQ(waitpid(child, &status, 0), child);
+            if (WIFEXITED(status)) {
+                EXPECT_EQ(WEXITSTATUS(status), 0) << "the operation itself failed";
+                return false;
+            }
+            if (!WIFSTOPPED(status) || WSTOPSIG(status) != (SIGTRAP | 0x80)) {
+                ADD_FAILURE() << "the operation's process ended with status " << status;
+                return false;
+            }
+            user_regs_struct call{};
+            ptrace(PTRACE_GETREGS, child, nullptr, &call);
+            if (isEntry && IsStep(call) && ++steps == failAt) {
+                kill(child, SIGKILL);
+                waitpid(child, &status, 0);
+                LoseWhatWasNotFlushed();
+                return true;
+            }
+            if (!isEntry) {
+                Follow(call);
+            }
+        }
+    }
+
+    unsigned Steps() const { return steps; }
+    unsigned Renames() const { return renames; }
+
+private:
+    /// The watched file behind a descriptor of the child; 0 for any other.
+    ino_t FileOf(unsigned long long descriptor) const {
+        const std::string link =
+            "/proc/" + std::to_string(child) + "/fd/" + std::to_string(descriptor);
+        std::error_code failure;
+        const std::string path = fs::read_symlink(link, failure).string();
+        struct stat file {};
+        return !failure && path.compare(0, directory.size() + 1, directory + "/") == 0 &&
+                       stat(link.c_str(), &file) == 0
+                   ? file.st_ino
+                   : 0;
+    }
+
+    bool IsStep(const user_regs_struct& call) const {
+        switch (call.orig_rax) {
+        case SYS_write:
+        case SYS_writev:
+        case SYS_pwrite64:
+        case SYS_ftruncate:
+        case SYS_fchmod:
+        case SYS_fchown:
+        case SYS_fsync:
+        case SYS_fdatasync:
+            return FileOf(call.rdi) != 0;
+        case SYS_open:
+            return (call.rsi & (O_CREAT | O_TRUNC)) != 0;
+        case SYS_openat:
+            return (call.rdx & (O_CREAT | O_TRUNC)) != 0;
+        case SYS_rename:
+        case SYS_renameat:
+        case SYS_renameat2:
+        case SYS_unlink:
+        case SYS_unlinkat:
+            return true;
+        default:
+            return false;
+        }
+    }
+
+    /// Takes note of what a finished call means for the disk.
+    void Follow(const user_regs_struct& call) {
+        switch (call.orig_rax) {
+        case SYS_write:
+        case SYS_writev:
+        case SYS_pwrite64:
+        case SYS_ftruncate:
+            unflushed.insert(FileOf(call.rdi));
+            break;
+        case SYS_fsync:
+        case SYS_fdatasync:
+            unflushed.erase(FileOf(call.rdi));
+            break;
+        case SYS_open:
+        case SYS_openat:
+            if ((call.orig_rax == SYS_open ? call.rsi : call.rdx) & O_TRUNC) {
+                unflushed.insert(FileOf(call.rax));
+            }
+            break;
+        case SYS_rename:
+        case SYS_renameat:
+        case SYS_renameat2:
+            ++renames;
+            break;
+        default:
+            break;
+        }
+    }
+
+    void LoseWhatWasNotFlushed() const {
+        for (const fs::directory_entry& entry : fs::directory_iterator(directory)) {
+            struct stat file {};
+            if (stat(entry.path().c_str(), &file) == 0 && unflushed.count(file.st_ino) != 0) {
+                fs::resize_file(entry.path(), static_cast<std::uintmax_t>(file.st_size) / 2);
+            }
+        }
+    }
+
+    const std::string directory;
+    pid_t child = -1;
+    unsigned steps = 0;
+    unsigned renames = 0;
+    std::set<ino_t> unflushed;
+};
+
+class PowerLossTest : public testing::Test {
+protected:
+    static constexpr const char* kByHand = "; the left camera\r\n[Grabber_0]\r\n"
+                                           "Exposure = 10 ; of last summer\r\nMine=yes\r\n"
+                                           "\r\n# rest\r\n[Other]\r\nKey=value\r\n";
+
+    /// A grabber that has something to save, on a file of that content; without one for null.
+    std::unique_ptr<TestGrabber> Grabber(const char* content) {
+        const std::string path = directory.PathOf("grabber.ini");
+        fs::remove(path);
+        if (content) {
+            directory.Write("grabber.ini", content);
+        }
+        auto grabber = std::make_unique<TestGrabber>();
+        EXPECT_EQ(grabber->SetGrabberIni(path.c_str(), 0), MV_OK);
+        grabber->SetSavedExposure(12345);
+        grabber->MakeCameras({7, 9});
+        grabber->GetCamera(1)->SetCameraSectionNum(4);
+        return grabber;
+    }
+    std::string OnDisk() {
+        std::string content = "<absent>";
+        platform::ReadWholeFile(directory.PathOf("grabber.ini"), content);
+        return content;
+    }
+    /// Fails the power at every step of a save.
+    void ExpectOldOrNew(const char* content) {
+        const std::string before = content ? content : "<absent>";
+        ASSERT_EQ(Grabber(content)->SaveGrabberConfig(), MV_OK);
+        const std::string after = OnDisk();
+        ASSERT_NE(after, before);
+        PowerLoss power(directory.Path());
+        std::set<std::string> seen;
+        bool failed = true;
+        for (unsigned step = 1; failed; ++step) {
+            const auto grabber = Grabber(content);
+            failed = power.Run(step, [&] { return grabber->SaveGrabberConfig() == MV_OK; });
+            const std::string found = OnDisk();
+            EXPECT_TRUE(found == before || found == after) << "step " << step << ":\n" << found;
+            seen.insert(found);
+            EXPECT_EQ(grabber->SaveGrabberConfig(), MV_OK) << "the next save works, step " << step;
+            EXPECT_EQ(OnDisk(), after) << "step " << step;
+        }
+        EXPECT_GE(power.Steps(), 4u) << "create, write, flush, rename";
+        EXPECT_EQ(power.Renames(), 1u) << "a save is one change of the file";
+        EXPECT_EQ(seen.size(), 2u) << "both the old and the new file were seen";
+    }
+
+    support::TemporaryDirectory directory;
+};
+
+TEST_F(PowerLossTest, AtEveryStepOfASaveLeavesTheOldOrTheNewFileWhole) {
+    ExpectOldOrNew(kByHand);
+}
+
+TEST_F(PowerLossTest, AtEveryStepOfTheFirstSaveLeavesNoFileOrAWholeOne) {
+    ExpectOldOrNew(nullptr);
+}
+
+TEST_F(PowerLossTest, WouldBeNoticedInAFileThatIsWrittenInPlace) {
+    const std::string path = directory.Write("plain.txt", "the old content");
+    PowerLoss power(directory.Path());
+    std::set<std::string> seen;
+    const auto writeInPlace = [&] {
+        const int file = open(path.c_str(), O_WRONLY | O_TRUNC);
+        return file >= 0 && write(file, "the new", 7) == 7 && write(file, " content", 8) == 8 &&
+               fsync(file) == 0 && close(file) == 0;
+    };
+    for (unsigned step = 1; power.Run(step, writeInPlace); ++step) {
+        seen.insert(directory.Read("plain.txt"));
+        directory.Write("plain.txt", "the old content");
+    }
+    EXPECT_EQ(seen, (std::set<std::string>{"the old content", "", "the", "the new"}));
+}
+
+} // namespace
