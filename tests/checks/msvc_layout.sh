@@ -1,12 +1,22 @@
 #!/usr/bin/env bash
-# Compares the tables that Clang lays out for the Microsoft ABI with the slot numbers that stand in
-# the interface headers.
+# Compiles every interface header by itself for the Microsoft target, and compares the tables that
+# Clang lays out for its ABI with the slot numbers that stand in the headers.
 set -euo pipefail
 cd "$1"
 
-layout=$(clang++ -target x86_64-pc-windows-msvc -std=c++20 -isystem /usr/share/mingw-w64/include \
-  -isystem pxnc/include -Ihost/include -Imodule -I. -Wall -Wextra -Werror \
-  -Xclang -fdump-vtable-layouts -emit-llvm -S -o /dev/null tests/checks/msvc_layout.cpp 2>&1)
+flags=(-target x86_64-pc-windows-msvc -isystem /usr/share/mingw-w64/include -Wall -Wextra -Werror)
+cpp=(clang++ "${flags[@]}" -std=c++20 -isystem tests/checks/msvc_afx -isystem pxnc/include
+  -Ihost/include -Imodule -I.)
+
+for header in host/include/mivora/*.h pxnc/include/pxnc.h pxnc/simulator/control.h \
+  module/grabber/pyxen_grabber.h; do
+  "${cpp[@]}" -Wno-pragma-once-outside-header -fsyntax-only -x c++ "$header" ||
+    { echo "^ $header does not compile for the Microsoft target"; exit 1; }
+done
+# The camera SDK's interface is C.
+clang "${flags[@]}" -std=c11 -Wno-pragma-once-outside-header -fsyntax-only -x c pxnc/include/pxnc.h
+
+layout=$("${cpp[@]}" -Xclang -fdump-vtable-layouts -emit-llvm -S -o /dev/null tests/checks/msvc_layout.cpp 2>&1)
 
 # "NUMBER NAME" of each slot comment, the destructor as "destructor".
 expected() {
