@@ -42,12 +42,17 @@ void Event::Reset() {
 }
 
 bool Event::IsSet() const {
-    return Wait(0);
+    if (!impl) {
+        return false;
+    }
+    // Asking the condition variable with no time to wait would still enter the system.
+    const std::lock_guard<std::mutex> lock(impl->mutex);
+    return impl->signalled;
 }
 
 bool Event::Wait(std::uint32_t timeoutMs) const {
-    if (!impl) {
-        return false;
+    if (!impl || timeoutMs == 0) {
+        return IsSet();
     }
     const auto isSignalled = [this] {
         return impl->signalled;
