@@ -6,6 +6,9 @@
 
 #include <cstdio>
 #include <exception>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -17,6 +20,16 @@ int Fail(const CLI::App& app, const char* text) {
     return kFailed;
 }
 
+// Where a word stands that is no command, that word is what was wrong, not the lack of a command.
+void TellWhatIsMissing(const CLI::App& app, const CLI::RequiredError& error) {
+    std::vector<std::string> words = app.remaining(true);
+    if (words.empty()) {
+        app.exit(error);
+    } else {
+        app.exit(CLI::ExtrasError(app.get_name(), std::move(words)));
+    }
+}
+
 } // namespace
 
 void AddAppOptions(CLI::App& app, AppOptions& options) {
@@ -24,6 +37,8 @@ void AddAppOptions(CLI::App& app, AppOptions& options) {
     app.allow_windows_style_options(false);
     app.require_subcommand(1);
     app.fallthrough();
+    // Paths of files and features begin with a slash everywhere.
+    app.allow_windows_style_options(false);
     app.add_option("--sdk", options.sdk,
                    "Camera SDK: simulator, genicam, or a directory that has the SDK's library in "
                    "its subdirectory Bin. Default: PYXEN_HOME of the environment, else simulator")
@@ -51,6 +66,9 @@ int RunApp(CLI::App& app, int argumentCount, char** arguments) {
         return 0;
     } catch (const CLI::RuntimeError& status) {
         return status.get_exit_code();
+    } catch (const CLI::RequiredError& error) {
+        TellWhatIsMissing(app, error);
+        return kBadUsage;
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? 0 : kBadUsage;
     } catch (const std::exception& error) {

@@ -26,9 +26,12 @@ TEST_F(BadInput, HelpIsNoFailure) {
 TEST_F(BadInput, BadUsageEndsWithStatusTwo) {
     for (const char* program : {"mivora", "pyxen-tool"}) {
         ExpectFailure(support::RunProgram(program, {}), 2, {"subcommand"});
-        ExpectFailure(support::RunProgram(program, {"nonsense"}), 2, {"subcommand"});
+        ExpectFailure(support::RunProgram(program, {"nonsense"}), 2,
+                      {"not expected: nonsense", "Run with --help"});
+        ExpectFailure(support::RunProgram(program, {"--nonsense"}), 2,
+                      {"not expected: --nonsense", "Run with --help"});
         ExpectFailure(support::RunProgram(program, {"--nonsense", "shell"}), 2,
-                      {"Run with --help"});
+                      {"not expected: --nonsense", "Run with --help"});
         ExpectFailure(support::RunProgram(program, {"shell", "--sdk"}), 2, {"--sdk"});
     }
 }
