@@ -107,8 +107,7 @@ bool IsReplaceable(const std::string& path, const struct stat& existing) {
 }
 
 // The rename has happened and cannot be taken back, so what this cannot do is no failure.
-void FlushDirectoryOf(const std::string& path) {
-    const std::string directory = DirectoryOf(path);
+void FlushDirectory(const std::string& directory) noexcept {
     const FileDescriptor opened(
         open(directory.empty() ? "." : directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (opened.IsOpen()) {
@@ -126,6 +125,8 @@ bool Replace(std::string path, const std::string& content) {
     if (exists ? !IsReplaceable(path, existing) : errno != ENOENT) {
         return false;
     }
+    // Nothing that can fail may come behind the rename.
+    const std::string directory = DirectoryOf(path);
     std::string temporary;
     FileDescriptor file(CreateFileBeside(path, temporary));
     if (!file.IsOpen()) {
@@ -138,7 +139,7 @@ bool Replace(std::string path, const std::string& content) {
         errno = reason;
         return false;
     }
-    FlushDirectoryOf(path);
+    FlushDirectory(directory);
     return true;
 }
 
