@@ -37,8 +37,6 @@ void AddAppOptions(CLI::App& app, AppOptions& options) {
     app.allow_windows_style_options(false);
     app.require_subcommand(1);
     app.fallthrough();
-    // Paths of files and features begin with a slash everywhere.
-    app.allow_windows_style_options(false);
     app.add_option("--sdk", options.sdk,
                    "Camera SDK: simulator, genicam, or a directory that has the SDK's library in "
                    "its subdirectory Bin. Default: PYXEN_HOME of the environment, else simulator")

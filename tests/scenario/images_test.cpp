@@ -1,3 +1,4 @@
+#include "tests/scenario/diagonal_ramp.h"
 #include "tests/scenario/program_test.h"
 
 #include <lodepng.h>
@@ -108,6 +109,18 @@ TEST_F(Images, AreWrittenOneByOne) {
     EXPECT_EQ(directory.Read("images-raw/frame-000012.raw").size(), 64u * 48);
     EXPECT_NE(directory.Read("images-raw/frame-000001.raw"),
               directory.Read("images-raw/frame-000002.raw"));
+}
+
+TEST_F(Images, AreThoseThatTheCameraSends) {
+    constexpr DiagonalRamp kPicture{64, 48, 256};
+    UseCamera("<feature name=\"AcquisitionFrameRate\" value=\"100\"/>\n");
+    const auto result = Mivora({"grab", "--frames", "100", "--buffers", "100", "-o",
+                                PathOf("images"), "--format", "raw", "--json"});
+    ExpectDone(result);
+    const Json report = Json::parse(result.output);
+    EXPECT_EQ(report["frames"], 100);
+    EXPECT_EQ(report["errors"], 0);
+    kPicture.ExpectGrabbed(PathOf("images"), report);
 }
 
 TEST_F(Images, ThatAreIncompleteAreCountedAndNotHandedOver) {

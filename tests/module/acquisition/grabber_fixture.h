@@ -52,8 +52,9 @@ protected:
     /// The grabber's ini file gets this content; to be called before Grabber.
     void WriteIni(const std::string& content) { directory.Write("host.ini", content); }
     void WithoutIni() { useIni = false; }
-    /// The grabber is made without a log sink; to be called before Grabber.
-    void WithoutSink() { useSink = false; }
+    /// The grabber logs there, or nowhere without one; to be called before Grabber.
+    void UseSink(ILogSink* other) { usedSink = other; }
+    void WithoutSink() { UseSink(nullptr); }
 
     /// Initialised, camera 0 active, nothing recorded.
     void Init() {
@@ -92,7 +93,7 @@ protected:
 
 private:
     void Make() {
-        MivoraInstallLogSink(useSink ? &sink : nullptr);
+        MivoraInstallLogSink(usedSink);
         grabber = std::make_unique<CMivoraKVNPyxenClass>(nullptr);
         MivoraInstallLogSink(nullptr);
         if (useIni) {
@@ -101,7 +102,7 @@ private:
     }
 
     bool useIni = true;
-    bool useSink = true;
+    ILogSink* usedSink = &sink;
     std::unique_ptr<CMivoraKVNPyxenClass> grabber;
 };
 

@@ -5,14 +5,14 @@
 
 namespace genicam_test {
 
-std::unique_ptr<FakeCamera> CameraFixture::fakeCamera;
+std::unique_ptr<support::FakeCamera> CameraFixture::fakeCamera;
 
 void CameraFixture::SetUpTestSuite() {
     StartSuite({});
 }
 
 void CameraFixture::StartSuite(const std::string& description) {
-    fakeCamera = std::make_unique<FakeCamera>(description);
+    fakeCamera = std::make_unique<support::FakeCamera>(description);
     StartLibrary();
     ASSERT_TRUE(WaitUntilListed());
 }

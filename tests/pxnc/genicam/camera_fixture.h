@@ -1,8 +1,8 @@
 // camera_fixture.h - the library started and a fake camera in its list
 #pragma once
 
-#include "tests/pxnc/genicam/fake_camera.h"
 #include "tests/pxnc/genicam/sdk_library.h"
+#include "tests/support/posix/fake_camera.h"
 
 #include <gtest/gtest.h>
 #include <memory>
@@ -24,7 +24,7 @@ protected:
     void TearDown() override;
 
     static const SdkLibrary& Sdk() { return SdkLibrary::Instance(); }
-    static FakeCamera& Fake() { return *fakeCamera; }
+    static support::FakeCamera& Fake() { return *fakeCamera; }
     static PxnCameraInfo InfoOfFake();
     /// Waits until the list has the fake camera.
     static bool WaitUntilListed();
@@ -41,7 +41,7 @@ protected:
     PxnHandle localDevice = nullptr;
 
 private:
-    static std::unique_ptr<FakeCamera> fakeCamera;
+    static std::unique_ptr<support::FakeCamera> fakeCamera;
 };
 
 } // namespace genicam_test

@@ -3,24 +3,32 @@
 
 #include <cstdlib>
 #include <new>
+#include <utility>
 
 namespace {
 
 constexpr int kAll = -1;
 thread_local int allocationsLeft = kAll;
+thread_local bool refusesOneOnly = false;
 thread_local bool refused = false;
 thread_local int allocationCount = 0;
 
-void* Allocate(std::size_t size) noexcept {
+// Takes note of an allocation; false when it is to be refused.
+bool IsGranted() noexcept {
     ++allocationCount;
     if (allocationsLeft == 0) {
         refused = true;
-        return nullptr;
+        allocationsLeft = refusesOneOnly ? kAll : 0;
+        return false;
     }
     if (allocationsLeft > 0) {
         --allocationsLeft;
     }
-    return std::malloc(size > 0 ? size : 1);
+    return true;
+}
+
+void* Allocate(std::size_t size) noexcept {
+    return IsGranted() ? std::malloc(size > 0 ? size : 1) : nullptr;
 }
 
 void* AllocateOrThrow(std::size_t size) {
@@ -34,9 +42,16 @@ void* AllocateOrThrow(std::size_t size) {
 
 namespace support {
 
-void RefuseAllocationsAfter(int granted) {
+void RefuseAllocationsAfter(int granted, Refusal refusal) {
     refused = false;
+    refusesOneOnly = refusal == Refusal::kOne;
     allocationsLeft = granted;
+}
+
+AllocationPause::AllocationPause() : left(std::exchange(allocationsLeft, kAll)) {}
+
+AllocationPause::~AllocationPause() {
+    allocationsLeft = left;
 }
 
 bool GrantAllocations() {
@@ -53,6 +68,16 @@ int AllocationCount() {
 }
 
 } // namespace support
+
+// The linker leads the program's own calls of realloc here.
+extern "C" {
+void* __real_realloc(void* block, std::size_t size);
+void* __wrap_realloc(void* block, std::size_t size);
+}
+
+void* __wrap_realloc(void* block, std::size_t size) {
+    return IsGranted() ? __real_realloc(block, size) : nullptr;
+}
 
 void* operator new(std::size_t size) {
     return AllocateOrThrow(size);

@@ -1,15 +1,19 @@
 // failing_allocations.h - an allocator that runs out of memory on demand
 //
 // Replaces the allocator of the program that uses it. On Linux that reaches into the libraries too,
-// where they share a run-time library; on Windows each library has an allocator of its own.
+// where they share a run-time library; on Windows each library has an allocator of its own. Of the
+// C functions only realloc can be refused, and only what is linked into the program itself.
 // ThreadSanitizer allows no other allocator: tests that use this stand in files whose names end in
 // out_of_memory_test.cpp and are left out of its builds.
 #pragma once
 
 namespace support {
 
-/// Grants this thread so many more allocations and refuses all behind them.
-void RefuseAllocationsAfter(int granted);
+/// What is refused: all allocations from one on, or that one only.
+enum class Refusal { kAllBehind, kOne };
+
+/// Grants this thread so many more allocations and refuses what comes behind them.
+void RefuseAllocationsAfter(int granted, Refusal refusal = Refusal::kAllBehind);
 /// Grants all again; answers whether one was refused since the refusing began.
 bool GrantAllocations();
 /// True when one was refused since the refusing began.
@@ -17,18 +21,37 @@ bool AllocationWasRefused();
 /// Allocations of this thread so far.
 int AllocationCount();
 
-/// Runs `operation` once with each of its allocations and all behind it refused, and once with all
-/// granted. Answers how many allocations it makes. Checks inside the operation come after
-/// GrantAllocations, since they allocate themselves.
+/// Grants this thread all allocations for the object's life; they are not counted down.
+class AllocationPause {
+public:
+    AllocationPause();
+    ~AllocationPause();
+    AllocationPause(const AllocationPause&) = delete;
+    AllocationPause& operator=(const AllocationPause&) = delete;
+
+private:
+    const int left;
+};
+
+/// Runs `operation` once with each of its allocations refused, and once with all granted. Answers
+/// how many allocations it makes. Checks inside the operation come after GrantAllocations, since
+/// they allocate themselves.
 template <typename Operation>
-int RefuseEachAllocation(const Operation& operation) {
+int RefuseEachAllocation(const Operation& operation, Refusal refusal = Refusal::kAllBehind) {
     for (int granted = 0;; ++granted) {
-        RefuseAllocationsAfter(granted);
+        RefuseAllocationsAfter(granted, refusal);
         operation();
         if (!GrantAllocations()) {
             return granted;
         }
     }
+}
+
+/// The same for each allocation alone, and then for each with all behind it.
+template <typename Operation>
+int RefuseEachAllocationBothWays(const Operation& operation) {
+    RefuseEachAllocation(operation, Refusal::kOne);
+    return RefuseEachAllocation(operation, Refusal::kAllBehind);
 }
 
 template <typename Operation>

@@ -20,7 +20,7 @@
 namespace {
 
 using support::GrantAllocations;
-using support::RefuseEachAllocation;
+using support::RefuseEachAllocationBothWays;
 
 std::string BesideTests(const std::string& name) {
     return platform::JoinPath(platform::DirectoryOf(platform::ExecutablePath()), name);
@@ -74,7 +74,7 @@ TEST_F(GrabberOutOfMemory, TheModuleAnswersNullInPlaceOfAGrabber) {
     const auto destroy =
         reinterpret_cast<MV_DELETE_GRABBER>(module.FindSymbol(kMvDeleteGrabberName));
     ASSERT_TRUE(create && destroy);
-    const int allocations = RefuseEachAllocation([&] {
+    const int allocations = RefuseEachAllocationBothWays([&] {
         CMivoraGrabber* const made = create(nullptr);
         const bool refused = GrantAllocations();
         EXPECT_TRUE(made || refused);
@@ -84,7 +84,7 @@ TEST_F(GrabberOutOfMemory, TheModuleAnswersNullInPlaceOfAGrabber) {
 }
 
 TEST_F(GrabberOutOfMemory, InitIsRefusedOrDone) {
-    const int allocations = RefuseEachAllocation([&] {
+    const int allocations = RefuseEachAllocationBothWays([&] {
         const MV_ERRCODE result = grabber.Init();
         const bool isInitialized = grabber.IsInitialized();
         const bool isLoaded = grabber.Api().IsValid();
@@ -101,7 +101,7 @@ TEST_F(GrabberOutOfMemory, InitIsRefusedOrDone) {
 
 TEST_F(GrabberOutOfMemory, ARefreshGivesTheWholeListOrNone) {
     Init();
-    const int allocations = RefuseEachAllocation([&] {
+    const int allocations = RefuseEachAllocationBothWays([&] {
         const MV_ERRCODE result = grabber.RefreshCameraList();
         const uint32_t count = grabber.GetNumCameras();
         const bool refused = GrantAllocations();
@@ -115,12 +115,12 @@ TEST_F(GrabberOutOfMemory, ARefreshGivesTheWholeListOrNone) {
 TEST_F(GrabberOutOfMemory, ConfigurationIsKeptOrRefused) {
     Init();
     ASSERT_EQ(grabber.SetActCameraIndex(1), MV_OK);
-    RefuseEachAllocation([&] {
+    RefuseEachAllocationBothWays([&] {
         const MV_ERRCODE saved = grabber.SaveGrabberConfig();
         const bool refused = GrantAllocations();
         EXPECT_TRUE(saved == MV_OK || refused) << saved;
     });
-    RefuseEachAllocation([&] {
+    RefuseEachAllocationBothWays([&] {
         const MV_ERRCODE loaded = grabber.LoadGrabberConfig();
         const bool refused = GrantAllocations();
         EXPECT_TRUE(loaded == MV_OK || refused) << loaded;
@@ -134,7 +134,7 @@ TEST_F(GrabberOutOfMemory, ConfigurationIsKeptOrRefused) {
 }
 
 TEST_F(GrabberOutOfMemory, NodesAndChannelsAreWholeOrNull) {
-    RefuseEachAllocation([&] {
+    RefuseEachAllocationBothWays([&] {
         CMivoraCamera* const camera = grabber.CreateCamera();
         CMivoraGfxMode* const mode = camera ? camera->CreateGfxMode() : nullptr;
         const uint32_t modes = camera ? camera->BuildGfxModeList(&grabber) : 0;
@@ -144,7 +144,7 @@ TEST_F(GrabberOutOfMemory, NodesAndChannelsAreWholeOrNull) {
         delete camera;
     });
     for (const uint32_t type : {0u, 1u}) {
-        RefuseEachAllocation([&] {
+        RefuseEachAllocationBothWays([&] {
             CCmdChannel* const channel = grabber.CreateCmdChannel(type);
             const bool refused = GrantAllocations();
             EXPECT_TRUE(channel || refused) << type;
@@ -156,7 +156,7 @@ TEST_F(GrabberOutOfMemory, NodesAndChannelsAreWholeOrNull) {
 TEST_F(GrabberOutOfMemory, VersionTextAndDialogsNeverThrow) {
     Init();
     ASSERT_EQ(grabber.SetActCameraIndex(0), MV_OK);
-    RefuseEachAllocation([&] {
+    RefuseEachAllocationBothWays([&] {
         const char* const version = grabber.GetDriverVersion();
         const MV_ERRCODE control = grabber.CamCntrlDialog(nullptr);
         const MV_ERRCODE finder = grabber.SelectCameraDialog(nullptr, nullptr);
@@ -173,14 +173,14 @@ TEST_F(GrabberOutOfMemory, ATextForWhichThereIsNoMemoryIsOtherError) {
     Init();
     CPyxenAPIAccess& api = grabber.Api();
     api.PxnFeatureStringGet = GetLongText;
-    const int allocations = RefuseEachAllocation([&] {
+    const int allocations = RefuseEachAllocationBothWays([&] {
         std::string text;
         const PxnError result = api.GetFeatureAsText(PXN_SYSTEM_HANDLE, "Any", text);
         const bool refused = GrantAllocations();
         EXPECT_EQ(result, refused ? PxnErrOther : PxnErrSuccess);
         EXPECT_EQ(text.empty(), refused);
     });
-    EXPECT_EQ(allocations, 1);
+    EXPECT_EQ(allocations, 2);
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "tests/pxnc/genicam/fake_camera.h"
+#include "tests/support/posix/fake_camera.h"
 
 #include <csignal>
 #include <fcntl.h>
@@ -8,7 +8,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-namespace genicam_test {
+namespace support {
 
 namespace {
 
@@ -66,4 +66,4 @@ void FakeCamera::Restart() {
     _exit(127);
 }
 
-} // namespace genicam_test
+} // namespace support

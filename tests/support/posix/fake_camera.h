@@ -4,7 +4,7 @@
 #include <string>
 #include <sys/types.h>
 
-namespace genicam_test {
+namespace support {
 
 /// A camera on 127.0.0.1 with a serial number of its own. GigE Vision fixes the port, so a machine
 /// has room for one: a lock file makes test programs that run at the same time take turns.
@@ -35,4 +35,4 @@ private:
     pid_t process = -1;
 };
 
-} // namespace genicam_test
+} // namespace support

@@ -1,0 +1,49 @@
+#include "tests/scenario/shell_session.h"
+
+#include "tests/support/wait_until.h"
+
+#include <gtest/gtest.h>
+
+#include <utility>
+
+namespace scenario {
+
+namespace {
+
+constexpr std::uint32_t kLimitMs = 60000;
+
+} // namespace
+
+ShellSession::ShellSession(platform::ProcessStart start) {
+    std::string error;
+    EXPECT_TRUE(process.Start(start, &error)) << error;
+}
+
+std::string ShellSession::Ask(const std::string& line) {
+    EXPECT_TRUE(process.Write(line + "\n"));
+    std::string answer;
+    const auto isAnswered = [&] {
+        const std::string output = process.Output();
+        const std::size_t end = output.find('\n', read);
+        if (end == std::string::npos) {
+            return false;
+        }
+        answer = output.substr(read, end - read);
+        read = end + 1;
+        return true;
+    };
+    EXPECT_TRUE(support::WaitUntil(isAnswered, kLimitMs)) << line << " is not answered";
+    return answer;
+}
+
+support::ProgramResult ShellSession::End() {
+    process.CloseInput();
+    support::ProgramResult result;
+    result.ended = process.Wait(kLimitMs, result.status);
+    EXPECT_TRUE(result.ended);
+    result.output = process.Output();
+    result.errors = process.Errors();
+    return result;
+}
+
+} // namespace scenario
