@@ -4,11 +4,11 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <cstring>
-#include <dirent.h>
-#include <memory>
+#include <filesystem>
 #include <netinet/in.h>
+#include <string>
 #include <sys/socket.h>
+#include <system_error>
 
 namespace genicam {
 
@@ -49,13 +49,10 @@ uint32_t ChooseSocketBufferSize(uint32_t payloadSize) {
 }
 
 bool SetSocketBuffer(uint16_t port, uint32_t bytes) {
-    const std::unique_ptr<DIR, int (*)(DIR*)> directory(opendir("/proc/self/fd"), closedir);
-    if (directory == nullptr) {
-        return false;
-    }
     bool isSet = false;
-    while (const dirent* entry = readdir(directory.get())) {
-        const int descriptor = std::atoi(entry->d_name);
+    std::error_code error;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd", error)) {
+        const int descriptor = std::stoi(entry.path().filename().string());
         if (IsUdpSocketOn(descriptor, port)) {
             const int size = static_cast<int>(bytes);
             isSet |= setsockopt(descriptor, SOL_SOCKET, SO_RCVBUF, &size, sizeof size) == 0;

@@ -16,7 +16,8 @@ constexpr std::int64_t kDefaultHeight = 480;
 std::int64_t WidthStep(Camera& camera) {
     const std::int64_t own = camera.Setup().kind == CameraKind::kGigE ? 4 : 2;
     const PixelFormat* format = FindPixelFormat(camera.EnumValue("PixelFormat"));
-    return std::lcm(own, std::int64_t{WidthGroup(*format)});
+    const std::int64_t group = WidthGroup(*format);
+    return own / std::gcd(own, group) * group;
 }
 
 void AddSensor(Camera& camera) {
