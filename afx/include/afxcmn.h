@@ -128,6 +128,10 @@ public:
     int GetNextItem(int index, int flags) const {
         return ListView_GetNextItem(m_hWnd, index, flags);
     }
+    /// The first item after `start` that fits; -1 when none does.
+    int FindItem(LVFINDINFO* wanted, int start = -1) const {
+        return ListView_FindItem(m_hWnd, start, wanted);
+    }
     int HitTest(LVHITTESTINFO* info) const { return ListView_HitTest(m_hWnd, info); }
     BOOL GetItemRect(int index, LPRECT rect, UINT area) const {
         rect->left = static_cast<LONG>(area);

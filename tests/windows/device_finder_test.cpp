@@ -110,6 +110,28 @@ TEST_F(DeviceFinder, HasFiveColumns) {
     });
 }
 
+TEST_F(DeviceFinder, HasRoomForItsHeadings) {
+    Run("", [&] {
+        constexpr int kMargins = 12;
+        const HWND header = ListView_GetHeader(list);
+        for (int column = 0; column < 5; ++column) {
+            wchar_t text[64] = L"";
+            HDITEM item = {};
+            item.mask = HDI_TEXT | HDI_WIDTH;
+            item.pszText = text;
+            item.cchTextMax = 64;
+            ASSERT_TRUE(Header_GetItem(header, column, &item));
+            EXPECT_LE(ListView_GetStringWidth(list, text) + kMargins, item.cxy) << column;
+        }
+        const CRect last = RectOf(list, 2);
+        CRect client;
+        GetClientRect(list, &client);
+        EXPECT_LT(last.bottom, client.bottom);
+        EXPECT_FALSE(GetWindowLong(list, GWL_STYLE) & WS_HSCROLL); // all columns fit
+        Push(IDCANCEL);
+    });
+}
+
 TEST_F(DeviceFinder, StartsInItsListWithItsIcon) {
     Run("", [&] {
         EXPECT_EQ(GetFocus(), list);
@@ -230,6 +252,42 @@ TEST_F(DeviceFinder, WorksWithoutALog) {
         SendMessage(window, WM_COMMAND, IDCANCEL, 0);
     });
     EXPECT_EQ(finder.DoModal(), IDCANCEL);
+}
+
+TEST_F(DeviceFinder, WorksWhenTheSdkTakesNoRegistration) {
+    sdk.FailAlways("PxnFeatureInvalidationRegister", PxnErrInternalFault);
+    EXPECT_EQ(Run("ext-middle",
+                  [&] {
+                      EXPECT_EQ(RowCount(list), 3);
+                      EXPECT_EQ(sdk.Fire(PXN_SYSTEM_HANDLE, "EventCameraDiscovery"), 0u);
+                      host.Press(VK_RETURN);
+                  }),
+              IDOK);
+    EXPECT_EQ(chosen, "ext-middle");
+}
+
+TEST_F(DeviceFinder, SurvivesEveryCallThatFails) {
+    sdk.ClearCalls();
+    const auto run = [&] {
+        return Run("ext-middle", [&] {
+            sdk.Fire(PXN_SYSTEM_HANDLE, "EventCameraDiscovery");
+            host.Pump();
+            host.Press(VK_RETURN);
+        });
+    };
+    EXPECT_EQ(run(), IDOK);
+    const auto count = static_cast<unsigned>(sdk.TakeCalls().size());
+    ASSERT_EQ(count, 46u);
+    for (unsigned nth = 1; nth <= count; ++nth) {
+        sdk.Fail("", PxnErrIO, nth);
+        EXPECT_EQ(run(), IDOK) << nth;
+        EXPECT_EQ(chosen, "ext-middle") << nth;
+        sdk.ClearFailures();
+        // What could not be unregistered now calls for a window that is gone.
+        sdk.Fire(PXN_SYSTEM_HANDLE, "EventCameraDiscovery");
+        sdk.Fire(PXN_SYSTEM_HANDLE, "EventInterfaceDiscovery");
+    }
+    EXPECT_EQ(run(), IDOK);
 }
 
 // ---- cameras that come and go ----

@@ -160,6 +160,33 @@ TEST_F(SerialConfigDialog, SelectsNothingThatThePortDoesNotAllow) {
     ExpectSame(channel->GetSettings(), settings); // a list without selection keeps its value
 }
 
+TEST_F(SerialConfigDialog, HasRoomForEveryText) {
+    Run([&] {
+        const HDC dc = GetDC(dialog);
+        SelectObject(dc, reinterpret_cast<HFONT>(SendMessage(dialog, WM_GETFONT, 0, 0)));
+        const auto widthOf = [&](const std::wstring& text) {
+            SIZE size{};
+            GetTextExtentPoint32(dc, text.data(), static_cast<int>(text.size()), &size);
+            return static_cast<int>(size.cx);
+        };
+        for (const int id : kLists) {
+            COMBOBOXINFO info = {};
+            info.cbSize = sizeof info;
+            ASSERT_TRUE(GetComboBoxInfo(Control(id), &info));
+            for (const std::wstring& label : List(id)) {
+                EXPECT_LE(widthOf(label), CRect(info.rcItem).Width()) << id;
+            }
+        }
+        CRect client;
+        GetClientRect(Control(IDC_SERIAL_PORTS), &client);
+        EXPECT_LE(widthOf(L"Serial port 4"), client.Width());
+        GetClientRect(Control(IDC_SERIAL_DELAY), &client);
+        EXPECT_LE(widthOf(L"4294967295"), client.Width());
+        ReleaseDC(dialog, dc);
+        Push(IDCANCEL);
+    });
+}
+
 TEST_F(SerialConfigDialog, AsksTheCameraOnceWhenItOpens) {
     Run([&] {
         EXPECT_EQ(Calls().size(), 10u);

@@ -81,8 +81,7 @@ int CDeviceFinderListCtrl::FindRow(int number) const {
     LVFINDINFO wanted = {};
     wanted.flags = LVFI_PARAM;
     wanted.lParam = number;
-    return static_cast<int>(
-        SendMessage(LVM_FINDITEM, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(&wanted)));
+    return FindItem(&wanted);
 }
 
 int CDeviceFinderListCtrl::AddRow(const std::string& id, const char* name) {
