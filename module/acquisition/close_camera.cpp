@@ -24,6 +24,7 @@ MV_ERRCODE CMivoraKVNPyxenClass::CloseActCamera() {
     featureSyncher.Clear();
     ClearCameraCaches();
     buffersPrepared = false;
+    frameLeftQueued = false;
     if (!cameraOpen) {
         return MV_CAMERA_NOT_OPEN;
     }

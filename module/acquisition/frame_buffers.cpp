@@ -63,6 +63,12 @@ MV_ERRCODE CMivoraKVNPyxenClass::PrepareFrameBuffers(uint64_t count) {
 
 bool CMivoraKVNPyxenClass::ShapeFrameRecords(uint64_t count) {
     ILogSink* const log = GetLogSink();
+    if (frameLeftQueued) {
+        // Its memory may go here, and the SDK would fill it at the next start.
+        api.PxnCaptureQueueFlush(cameraHandle);
+        api.PxnFrameRevokeAll(cameraHandle);
+        frameLeftQueued = false;
+    }
     while (frameRecords.size() > count) {
         frameRecords.pop_back();
     }

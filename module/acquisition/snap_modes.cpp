@@ -95,6 +95,7 @@ MV_ERRCODE CMivoraKVNPyxenClass::SnapAsynchronous() {
 MV_ERRCODE CMivoraKVNPyxenClass::SnapSynchronous(uint32_t mode) {
     acquisitionState = mode;
     const MV_ERRCODE result = PrepareSynchronous() ? TakeSynchronous() : MV_ACQUISITION_FAILED;
+    frameLeftQueued = result != MV_OK;
     acquisitionState = kIdle;
     return result;
 }

@@ -178,6 +178,7 @@ private:
     SyncEngine syncEngine;
     std::vector<std::unique_ptr<FrameRecord>> frameRecords; // shaped under serialMutex while idle
     bool firstQueueThenSnap = false;                        // chosen when the camera is opened
+    bool frameLeftQueued = false;                           // by a synchronous snap that failed
 };
 
 /// Camera control dialog index of the cameras that the feature control dialog serves.

@@ -193,6 +193,27 @@ TEST_F(FrameBuffers, ExcludeSerialTraffic) {
     EXPECT_NE(Grabber().GetFrameBuffer(0), nullptr);
 }
 
+TEST_F(FrameBuffers, LeaveNothingQueuedThatAFailedSynchronousSnapLeft) {
+    Prepare(2);
+    const std::pair<const char*, const char*> failures[] = {
+        {"PxnFeatureCommandRun", "AcquisitionStart"}, {"PxnCaptureFrameWait", ""}};
+    for (const auto& [entry, feature] : failures) {
+        sdk.Fail(entry, PxnErrIO);
+        ASSERT_EQ(Grabber().Snap(3), MV_ACQUISITION_FAILED) << entry << feature;
+        ASSERT_EQ(sdk.QueuedFrames(), std::vector<std::uint64_t>{0});
+        Forget();
+        // The SDK would fill what is freed here.
+        EXPECT_EQ(Grabber().PrepareFrameBuffers(0), MV_OK);
+        EXPECT_EQ(Calls(), (Texts{"PxnCaptureQueueFlush(camera0)", "PxnFrameRevokeAll(camera0)"}));
+        EXPECT_EQ(sdk.QueuedFrames(), std::vector<std::uint64_t>{});
+        EXPECT_EQ(sdk.AnnouncedFrames(), std::vector<std::uint64_t>{});
+        EXPECT_EQ(Grabber().PrepareFrameBuffers(2), MV_OK);
+    }
+    Forget();
+    EXPECT_EQ(Grabber().PrepareFrameBuffers(2), MV_OK);
+    EXPECT_EQ(sdk.Calls({"PxnCaptureQueueFlush", "PxnFrameRevokeAll"}), Texts{});
+}
+
 TEST_F(FrameBuffers, WorkWithoutASink) {
     WithoutSink();
     Open();
@@ -354,6 +375,30 @@ TEST_F(FrameRecords, RefuseAnImageThatGrowsWhileItIsAskedFor) {
         }
     });
     EXPECT_FALSE(record.Allocate(Mode()));
+}
+
+TEST_F(FrameRecords, TakeADirectImageThatGrowsWhileItIsAskedForAtItsFirstSize) {
+    FrameRecord record(&Grabber(), 0);
+    Format("Mono8", 64);
+    int asked = 0;
+    sdk.OnCall("PxnFeatureIntGet", [&] {
+        if (++asked == 3) {
+            sdk.Edit([](scripted::Model& model) { model.cameras[0]["Width"].intValue = 640; });
+        }
+    });
+    EXPECT_TRUE(record.Allocate(Mode()));
+    EXPECT_EQ(record.GetHostBufferSize(), 64u);
+    EXPECT_EQ(record.Frame()->bufferSize, 64u);
+}
+
+TEST_F(FrameRecords, ConvertNothingWithoutAHostImage) {
+    FrameRecord record(&Grabber(), 0);
+    Format("Mono12p", 96);
+    Camera()["Height"].intValue = 0;
+    ASSERT_TRUE(record.Allocate(Mode()));
+    EXPECT_NE(record.Frame()->buffer, nullptr);
+    EXPECT_EQ(record.GetHostBuffer(), nullptr);
+    EXPECT_FALSE(record.Convert());
 }
 
 TEST_F(FrameRecords, RefuseAnImageWhoseSizeOverflows) {
