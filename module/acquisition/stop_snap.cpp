@@ -20,7 +20,9 @@ MV_ERRCODE CMivoraKVNPyxenClass::StopSnap() {
     servedByFeatureControl = camera && camera->GetCamCntrlDlgIndex() == kFeatureControlDialogIndex;
     {
         const BusyMarks marks(DialogToMark());
-        stopEvent->Set();
+        if (stopEvent) {
+            stopEvent->Set();
+        }
         if (!FrameCallbackScope::IsInside(this)) {
             requeueMutex.Lock();
         } else if (!requeueMutex.TryLock()) {

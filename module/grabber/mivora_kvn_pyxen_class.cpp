@@ -19,8 +19,10 @@ constexpr uint32_t kHostSerialChannelType = 0;
 constexpr uint32_t kCameraSerialChannelType = 1;
 
 std::unique_ptr<platform::Event> CreateEventOrNull() {
-    auto event = std::make_unique<platform::Event>();
-    return event->IsValid() ? std::move(event) : nullptr;
+    return NoThrow<std::unique_ptr<platform::Event>>(nullptr, [] {
+        auto event = std::make_unique<platform::Event>();
+        return event->IsValid() ? std::move(event) : nullptr;
+    });
 }
 
 } // namespace

@@ -7,6 +7,8 @@
 #include "mivora/module_entry.h"
 #include "platform/file_system.h"
 #include "platform/shared_library.h"
+#include "tests/module/acquisition/scripted_sleep.h"
+#include "tests/scripted_sdk/scripted_sdk.h"
 #include "tests/support/allocations/failing_allocations.h"
 #include "tests/support/environment_guard.h"
 #include "tests/support/temporary_directory.h"
@@ -14,8 +16,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstring>
 #include <iterator>
+#include <memory>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -131,6 +136,72 @@ TEST_F(GrabberOutOfMemory, ConfigurationIsKeptOrRefused) {
     char id[128];
     grabber.GetIni()->GetText("Grabber_0", "UniqueId", "", id, sizeof id);
     EXPECT_STREQ(id, "the-second-camera-with-a-long-extended-identifier");
+}
+
+// What the allocator may not be asked for while it refuses is kept without it.
+class ErrorLineSink final : public ILogSink {
+public:
+    void Write(int, const char*, ...) override {}
+    void WriteError(const char* text) override {
+        failed = std::strcmp(text, "CMivoraKVNPyxenClass::Init: "
+                                   "CMivoraKVNPyxenClass::BuildInternalList failed!") == 0;
+    }
+
+    bool failed = false;
+};
+
+PxnError ListTwoCamerasAndRefuse(PxnCameraInfo* cameras, std::uint32_t capacity,
+                                 std::uint32_t* found, std::uint32_t size) {
+    support::RefuseAllocationsAfter(0);
+    return ListTwoCameras(cameras, capacity, found, size);
+}
+
+// The scripted SDK, with a camera.
+class ScriptedOutOfMemory : public ::testing::Test {
+protected:
+    ScriptedOutOfMemory() {
+        sdk.Reset();
+        MivoraInstallLogSink(&sink);
+        grabber = std::make_unique<CMivoraKVNPyxenClass>(nullptr);
+        MivoraInstallLogSink(nullptr);
+    }
+    ~ScriptedOutOfMemory() override { sdk.ClearHooks(); }
+
+    scripted::Sdk& sdk = scripted::GetSdk();
+    support::EnvironmentGuard home{"PYXEN_HOME", scripted::Home()};
+    ScriptedSleep sleep;
+    ErrorLineSink sink;
+    std::unique_ptr<CMivoraKVNPyxenClass> grabber;
+};
+
+TEST_F(ScriptedOutOfMemory, InitTellsThatTheCameraListFailed) {
+    sdk.OnCall("PxnVersionQuery", [&] { grabber->Api().PxnCamerasList = ListTwoCamerasAndRefuse; });
+    const MV_ERRCODE result = grabber->Init();
+    EXPECT_TRUE(GrantAllocations());
+    EXPECT_EQ(result, MV_REFUSED);
+    EXPECT_TRUE(sink.failed);
+    EXPECT_TRUE(grabber->IsInitialized());
+    EXPECT_EQ(grabber->GetNumCameras(), 0u);
+}
+
+TEST_F(ScriptedOutOfMemory, WithoutItsEventsAGrabberSnapsNothing) {
+    ASSERT_EQ(grabber->Init(), MV_OK);
+    ASSERT_EQ(grabber->SetActCameraIndex(0), MV_OK);
+    ASSERT_EQ(grabber->OpenActCamera(), MV_OK);
+    ASSERT_EQ(grabber->PrepareFrameBuffers(1), MV_OK);
+    support::RefuseAllocationsAfter(0);
+    grabber->InitMembers();
+    EXPECT_TRUE(GrantAllocations());
+    sdk.ClearCalls();
+    for (const uint32_t mode : {0u, 1u, 2u, 3u}) {
+        EXPECT_EQ(grabber->Snap(mode), MV_ACQUISITION_FAILED);
+        EXPECT_EQ(grabber->GetAcquisitionState(), 0u);
+    }
+    EXPECT_EQ(sdk.Calls(), std::vector<std::string>{});
+    grabber->SetAcquisitionState(1);
+    EXPECT_EQ(grabber->StopSnap(), MV_OK);
+    grabber->InitMembers();
+    EXPECT_EQ(grabber->Snap(1), MV_OK);
 }
 
 TEST_F(GrabberOutOfMemory, NodesAndChannelsAreWholeOrNull) {
