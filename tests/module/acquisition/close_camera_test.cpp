@@ -107,6 +107,20 @@ TEST_F(CloseCamera, StaysOpenForTheHostUntilTheBaseHasClosed) {
     EXPECT_EQ(Grabber().CloseActCamera(), MV_OK);
 }
 
+TEST_F(CloseCamera, AnswersThatNoneIsOpenWhereTheSdkGaveNoHandle) {
+    Init();
+    Grabber().Api().PxnCameraOpen = [](const char*, std::uint32_t, PxnHandle* handle) -> PxnError {
+        *handle = nullptr;
+        return PxnErrSuccess;
+    };
+    ASSERT_EQ(Grabber().OpenActCamera(), MV_OK);
+    ASSERT_EQ(Grabber().IsCameraOpen(), 1u);
+    sdk.ClearCalls();
+    EXPECT_EQ(Grabber().CloseActCamera(), MV_CAMERA_NOT_OPEN);
+    EXPECT_EQ(Grabber().IsCameraOpen(), 0u);
+    EXPECT_EQ(Calls(), Texts{});
+}
+
 TEST_F(CloseCamera, IsDoneByInitialisationsEnd) {
     Open();
     EXPECT_EQ(Grabber().DeInit(), MV_OK);

@@ -132,6 +132,14 @@ TEST_F(DiscoveryTest, AnIdThatFailsHalfWayCountsAsNone) {
     EXPECT_EQ(Event("cam-ext-2", "Missing"), 1);
 }
 
+TEST_F(DiscoveryTest, ATypeThatComesWithAFailureCountsAsNone) {
+    Grabber().Api().PxnFeatureEnumGet = [](PxnHandle, const char*, const char** type) -> PxnError {
+        *type = "Detected";
+        return PxnErrIO;
+    };
+    EXPECT_EQ(Event("cam-ext-2", "Missing"), 1);
+}
+
 TEST_F(DiscoveryTest, NamesTheModuleWhoseHandleItIs) {
     Tell(sdk.Data().interfaces[0], "cam-ext-1", "Missing");
     Grabber().InvalidationCallback(scripted::InterfaceHandle(), "EventCameraDiscovery");

@@ -124,6 +124,15 @@ TEST_F(SerialBaudRate, IsLeftAloneWhenAListIsEmptyOrUnreadable) {
     EXPECT_EQ(sdk.Calls({"PxnFeatureEnumSet"}), Texts{});
 }
 
+TEST_F(SerialBaudRate, TakesNoMoreOfAListThanTheSdkFilled) {
+    Init();
+    sdk.Data().foundAnswers["PxnFeatureEnumRangeQuery"] = {3, 1};
+    ASSERT_EQ(Grabber().OpenActCamera(), MV_OK);
+    EXPECT_EQ(
+        Lines().front(),
+        "1 CMivoraKVNPyxenClass::SetOptimumSerialPortBaudRate: Found optimum common DeviceSerialPortBaudrate for grabber and camera as Baud9600.");
+}
+
 TEST_F(SerialBaudRate, IsLeftAloneWhenFillingAListFails) {
     for (const unsigned nth : {2u, 4u}) {
         Init();

@@ -255,6 +255,17 @@ TEST_F(AsynchronousSnap, MayBeRepeated) {
     EXPECT_EQ(TakeHandedOver().size(), 5u);
 }
 
+TEST_F(AsynchronousSnap, EndsOnItsCleanupThreadAfterAnEarlierStop) {
+    Ready(1);
+    ASSERT_EQ(Grabber().Snap(2), MV_OK);
+    ASSERT_EQ(Grabber().StopSnap(), MV_OK);
+    ASSERT_EQ(Grabber().Snap(2), MV_OK);
+    Forget();
+    ASSERT_TRUE(sdk.Deliver(0));
+    ASSERT_TRUE(WaitUntilIdle());
+    EXPECT_EQ(Calls(), cleaningUp);
+}
+
 TEST_F(AsynchronousSnap, IsWaitedForBeforeTheSdkIsUnloaded) {
     Ready(1);
     ASSERT_EQ(Grabber().Snap(2), MV_OK);

@@ -166,6 +166,23 @@ TEST_F(StopSnap, WaitsForAFrameThatIsJustBeingQueued) {
     EXPECT_EQ(sdk.QueuedFrames(), std::vector<std::uint64_t>{});
 }
 
+TEST_F(StopSnap, WaitsForAFrameThatIsJustBeingQueuedThoughThisThreadHadACallback) {
+    Run(2);
+    sdk.Hold("PxnCaptureFrameQueue");
+    ASSERT_TRUE(sdk.DeliverOnThread(0));
+    ASSERT_TRUE(sdk.WaitForCall("PxnCaptureFrameQueue"));
+    std::thread stopper([&] {
+        // Not queued again, since the other callback is just at that.
+        EXPECT_TRUE(sdk.Deliver(1));
+        sdk.Release("PxnCaptureFrameQueue");
+        EXPECT_EQ(Grabber().StopSnap(), MV_OK);
+    });
+    stopper.join();
+    sdk.WaitForDeliveries();
+    EXPECT_EQ(Calls(), Texts{Queue(0)} + stopping);
+    EXPECT_EQ(Grabber().GetAcquisitionState(), 0u);
+}
+
 TEST_F(StopSnap, WorksInsideTheCallbackOfAContinuousSnap) {
     Run(2);
     onHandOver = [&](uint64_t) {

@@ -120,6 +120,27 @@ TEST_F(CameraList, RefreshFollowsTheCamerasAndKeepsTheActiveOne) {
     EXPECT_EQ(Log(), Texts{"1 CMivoraKVNPyxenClass::CloseActCamera"});
 }
 
+TEST_F(CameraList, InitTakesThePlaceOfAListThatTheHostMadeAndKeepsItsCamera) {
+    auto* const node = static_cast<CMivoraCameraKVNPyxen*>(Grabber().CreateCamera());
+    node->Record().cameraIdExtended = "two";
+    Grabber().SetFirstCamera(node);
+    ASSERT_EQ(Grabber().SetActCameraIndex(0), MV_OK);
+    ASSERT_EQ(Grabber().Init(), MV_OK);
+    EXPECT_EQ(Names(), (Texts{"Model one", "Model two", "Model three"}));
+    EXPECT_EQ(Grabber().GetActCameraIndex(), 1);
+}
+
+TEST_F(CameraList, RefreshRemembersTheCameraThatWasRememberedBefore) {
+    Remember("two");
+    ASSERT_EQ(Grabber().Init(), MV_OK);
+    ASSERT_EQ(Grabber().SetActCameraIndex(2), MV_OK);
+    ASSERT_EQ(Grabber().RefreshCameraList(), MV_OK);
+    EXPECT_EQ(Grabber().GetActCameraIndex(), 2);
+    ASSERT_EQ(Grabber().DeInit(), MV_OK);
+    ASSERT_EQ(Grabber().Init(), MV_OK);
+    EXPECT_EQ(Grabber().GetActCameraIndex(), 1);
+}
+
 TEST_F(CameraList, RefreshClosesTheOpenCamera) {
     Open();
     EXPECT_EQ(Grabber().RefreshCameraList(), MV_OK);

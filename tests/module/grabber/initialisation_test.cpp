@@ -3,8 +3,32 @@
 
 namespace {
 
+// A dialog that tells of its end.
+class HeldDialog : public ICamCntrlDialog {
+public:
+    explicit HeldDialog(bool& flag) : destroyed(flag) {}
+    ~HeldDialog() override { destroyed = true; }
+    void Show() override {}
+    void Hide() override {}
+    bool IsVisible() const override { return true; }
+    void Update(uint32_t) override {}
+    void SetAcquisitionMarks(bool, bool) override {}
+
+private:
+    bool& destroyed;
+};
+
 class Initialisation : public GrabberFixture {
 protected:
+    // The dialog is the grabber's from then on.
+    void HoldDialog(ICamCntrlDialog* dialog) {
+        struct Holder : CMivoraGrabber {
+            static void Give(CMivoraGrabber& grabber, ICamCntrlDialog* given) {
+                (grabber.*(&Holder::SetCamCntrlDialogObject))(given);
+            }
+        };
+        Holder::Give(Grabber(), dialog);
+    }
     std::string Config() const { return directory.PathOf("PxnC.xml"); }
     // The lines of Init without those of loading the SDK.
     Texts InitLog() {
@@ -182,6 +206,36 @@ TEST_F(Initialisation, DeInitLeavesTheSdk) {
     EXPECT_EQ(Grabber().GetActCameraIndex(), -1);
     EXPECT_EQ(sdk.StartupCount(), 0);
     EXPECT_EQ(sdk.Registrations().size(), 0u);
+}
+
+TEST_F(Initialisation, TheHostsPartIsInitialisedAndDeInitialisedToo) {
+    EXPECT_EQ(Grabber().Init(), MV_OK);
+    EXPECT_EQ(Grabber().CMivoraGrabber::Init(), MV_ALREADY_INITIALISED);
+    EXPECT_EQ(Grabber().DeInit(), MV_OK);
+    EXPECT_EQ(Grabber().CMivoraGrabber::DeInit(), MV_NOT_INITIALISED);
+}
+
+TEST_F(Initialisation, DeInitDestroysTheDialogThatIsHeld) {
+    bool destroyed = false;
+    HoldDialog(new HeldDialog(destroyed));
+    EXPECT_EQ(Grabber().IsCamCntrlDialogOpen(), 1u);
+    EXPECT_EQ(Grabber().DeInit(), MV_OK);
+    EXPECT_TRUE(destroyed);
+    EXPECT_EQ(Grabber().IsCamCntrlDialogOpen(), 0u);
+    EXPECT_EQ(Grabber().DeInit(), MV_OK);
+}
+
+TEST_F(Initialisation, AFrameThatComesDuringDeInitStartsNoCleanup) {
+    Prepare(1);
+    ASSERT_EQ(Grabber().Snap(2), MV_OK);
+    sdk.OnCall("PxnCameraClose", [&] { EXPECT_TRUE(sdk.Deliver(0)); });
+    Forget();
+    EXPECT_EQ(Grabber().DeInit(), MV_OK);
+    EXPECT_EQ(Log().back(),
+              "1 CMivoraKVNPyxenClass::FrameCallback: An asynchronous single snap has finished");
+    Destroy(); // a thread would be waited for
+    EXPECT_EQ(sdk.Calls({"PxnFeatureCommandRun", "PxnFrameRevokeAll"}), Texts{});
+    EXPECT_EQ(sleep.Take(), std::vector<std::uint32_t>{});
 }
 
 TEST_F(Initialisation, DeInitClosesTheOpenCamera) {

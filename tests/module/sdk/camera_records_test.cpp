@@ -2,6 +2,9 @@
 #include "sdk/malloc_array.h"
 #include "tests/module/sdk/loaded_api.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace {
 
 const char* const kGrowLine = "0 CPyxenAPIAccess::AllocateAndGetCameraList: More data was returned "
@@ -98,6 +101,20 @@ TEST_F(CameraRecords, MoreDataWithAFittingCountIsTaken) {
     ASSERT_EQ(List(), 1u);
     EXPECT_STREQ(records[0].cameraIdExtended, "only");
     EXPECT_EQ(sink.Lines(), Texts{});
+}
+
+TEST_F(CameraRecords, TooManyCamerasAreReportedWhateverTheResult) {
+    static bool again;
+    again = false;
+    api.PxnCamerasList = [](PxnCameraInfo* cameras, std::uint32_t capacity, std::uint32_t* found,
+                            std::uint32_t) -> PxnError {
+        std::fill_n(cameras, capacity, PxnCameraInfo{});
+        *found = 101;
+        return std::exchange(again, true) ? PxnErrMoreData : PxnErrSuccess;
+    };
+    EXPECT_EQ(List(), 101u);
+    EXPECT_EQ(sink.Lines(), (Texts{"0 CPyxenAPIAccess::AllocateAndGetCameraList: No error",
+                                   GrowInformation(100, 101)}));
 }
 
 TEST_F(CameraRecords, AFailureIsReportedAndGivesNoCamera) {

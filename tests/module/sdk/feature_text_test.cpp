@@ -67,6 +67,16 @@ TEST_F(FeatureText, AStringReadNeverTurnsToEnumerations) {
     EXPECT_EQ(sdk.TakeCalls(), Texts{"PxnFeatureStringGet(camera0, \"PixelFormat\", null, 0)"});
 }
 
+TEST_F(FeatureText, ATextThatTheSdkLeftUnfilledIsEmpty) {
+    api.PxnFeatureStringGet = [](PxnHandle, const char*, char*, std::uint32_t,
+                                 std::uint32_t* filled) -> PxnError {
+        *filled = 3;
+        return PxnErrSuccess;
+    };
+    EXPECT_EQ(Get("DeviceUserID"), PxnErrSuccess);
+    EXPECT_EQ(text, "");
+}
+
 TEST_F(FeatureText, EndsATextThatTheSdkLeftOpen) {
     api.PxnFeatureStringGet = [](PxnHandle, const char*, char* buffer, std::uint32_t size,
                                  std::uint32_t* filled) -> PxnError {

@@ -96,6 +96,26 @@ TEST_F(RangeChecks, AnEntryListThatShrinksMeanwhileIsReadNoFurther) {
     EXPECT_EQ(sink.Lines(), Texts{});
 }
 
+TEST_F(RangeChecks, AnEntryListOfAnotherLengthThanAskedForIsReadNoFurther) {
+    api.PxnFeatureEnumRangeQuery = [](PxnHandle, const char*, const char** entries, std::uint32_t,
+                                      std::uint32_t* found) -> PxnError {
+        *found = entries ? 0xFFFFFFFF : 1;
+        if (entries) {
+            entries[0] = "Mono8";
+        }
+        return PxnErrSuccess;
+    };
+    EXPECT_TRUE(api.IsEnumInRange(camera, "Camera", "PixelFormat", "Mono8"));
+    EXPECT_FALSE(api.IsEnumInRange(camera, "Camera", "PixelFormat", "Mono10"));
+}
+
+TEST_F(RangeChecks, ACountOfEntriesThatFailsOnceIsNotAskedForAgain) {
+    sdk.Fail("PxnFeatureEnumRangeQuery", PxnErrIO);
+    EXPECT_FALSE(api.IsEnumInRange(camera, "Camera", "PixelFormat", "Mono8"));
+    EXPECT_EQ(sdk.Calls().size(), 1u);
+    EXPECT_EQ(sink.Lines().size(), 1u);
+}
+
 TEST_F(RangeChecks, AnswerWithoutSink) {
     ASSERT_TRUE(api.Load(nullptr, nullptr));
     EXPECT_FALSE(api.IsIntInRange(camera, "Camera", "Absent", 1));

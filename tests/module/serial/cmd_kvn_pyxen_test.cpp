@@ -270,6 +270,22 @@ TEST_F(CmdKVNPyxenTest, ReadByteFailsWhenAnAccessFails) {
     EXPECT_EQ(count, 0u);
 }
 
+TEST_F(CmdKVNPyxenTest, ReadByteFailsWhenTheCameraGivesNone) {
+    OpenChannel();
+    QueueLengths({1});
+    int reads = 0;
+    sdk.OnCall("PxnMemoryRead", [&] {
+        if (++reads == 2) {
+            sdk.Edit([](scripted::Model& model) { model.cameras[0].transferLimit = 0; });
+        }
+    });
+    uint8_t byte = 0;
+    uint64_t count = 0;
+    EXPECT_EQ(ReadByte(byte, count), MV_READ_FAILED);
+    EXPECT_EQ(count, 0u);
+    EXPECT_EQ(reads, 2);
+}
+
 TEST_F(CmdKVNPyxenTest, ReadsWhatWaitsUpToTheLength) {
     OpenChannel();
     PutReceived("HELLO");

@@ -235,6 +235,17 @@ TEST_F(FeatureCacheTest, AFailedAccessQueryCountsAsNotReadable) {
               (Texts{"1 Camera features:", "1  Width (int64) is not readable"}));
 }
 
+TEST_F(FeatureCacheTest, AnAccessThatComesWithAFailureCountsAsNone) {
+    api.PxnFeatureAccessQuery = [](PxnHandle, const char*, PxnBool* readable,
+                                   PxnBool* writeable) -> PxnError {
+        *readable = 1;
+        *writeable = 1;
+        return PxnErrIO;
+    };
+    EXPECT_EQ(Print({scripted::IntFeature("Width", 640, 0, 2048)}),
+              (Texts{"1 Camera features:", "1  Width (int64) is not readable"}));
+}
+
 TEST_F(FeatureCacheTest, PrintReportsWhatCannotBeRead) {
     for (const char* entry : {"PxnFeatureIntGet", "PxnFeatureFloatGet", "PxnFeatureEnumGet",
                               "PxnFeatureStringGet", "PxnFeatureBoolGet"}) {

@@ -317,6 +317,23 @@ TEST_F(SyncFeatureTest, ComparesThePointersOfEntriesNotTheirTexts) {
                                   " (value = On)"}));
 }
 
+PxnError PXN_CALL ListMoreThanAsked(PxnHandle, const char*, const char** entries, uint32_t,
+                                    uint32_t* found) {
+    *found = entries ? 0xFFFFFFFF : 1;
+    if (entries) {
+        entries[0] = "On";
+    }
+    return PxnErrSuccess;
+}
+
+TEST_F(SyncFeatureTest, ReadsNoMoreEntriesThanItAskedFor) {
+    Put(EnumFeature("", "Off", Entries({"Off"})), EnumFeature("", "On", Entries({"On"})));
+    api.PxnFeatureEnumRangeQuery = ListMoreThanAsked;
+    EXPECT_EQ(Sync(true), 0);
+    EXPECT_EQ(sink.Take(), (Texts{"1 " + kTag + "enum feature can NOT be synched to " + kTarget +
+                                  " (value = Off)"}));
+}
+
 TEST_F(SyncFeatureTest, SkipsAnEntryThatIsEqualIgnoringCase) {
     Put(EnumFeature("", "On", Entries({"On"})), EnumFeature("", "ON", Entries({"On", "ON"})));
     EXPECT_EQ(Sync(true), 1);

@@ -1,0 +1,57 @@
+// frame_memory_test.cpp - what becomes of a frame record's memory
+//
+// The sanitizers' allocators tell what is allocated; the suite always runs with one of them.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+
+#include "grabber/mivora_gfx_mode_kvn_pyxen.h"
+#include "tests/module/acquisition/grabber_fixture.h"
+#include "tests/module/posix/memory_limit.h"
+
+// Not every compiler brings the header that declares it.
+extern "C" int __sanitizer_get_ownership(const volatile void* address);
+
+namespace {
+
+class FrameMemory : public GrabberFixture {
+protected:
+    void SetUp() override {
+        GrabberFixture::SetUp();
+        Open();
+    }
+    bool Allocate(const char* format, int64_t width, int64_t height) {
+        Camera()["PixelFormat"].text = format;
+        Camera()["Width"].intValue = width;
+        Camera()["Height"].intValue = height;
+        return record.Allocate(
+            static_cast<CMivoraGfxModeKVNPyxen*>(Grabber().GetActCamera()->GetActGfxMode()));
+    }
+
+    FrameRecord record{&Grabber(), 0};
+};
+
+TEST_F(FrameMemory, TheRawImageIsFreedWhenTheFormatBecomesDirect) {
+    ASSERT_TRUE(Allocate("Mono12p", 16, 4));
+    const void* const raw = record.Frame()->buffer;
+    EXPECT_NE(__sanitizer_get_ownership(raw), 0);
+    ASSERT_TRUE(Allocate("Mono8", 16, 4));
+    EXPECT_EQ(__sanitizer_get_ownership(raw), 0);
+}
+
+TEST_F(FrameMemory, AHostImageOfSizeZeroIsFreed) {
+    ASSERT_TRUE(Allocate("Mono8", 16, 4));
+    const void* const host = record.GetHostBuffer();
+    ASSERT_TRUE(Allocate("Mono8", 16, 0));
+    EXPECT_EQ(__sanitizer_get_ownership(host), 0);
+}
+
+TEST_F(FrameMemory, EveryImageMayBeTooLarge) {
+    const MemoryLimit limit(256);
+    EXPECT_FALSE(Allocate("Mono12p", 1 << 16, 1 << 13)); // the raw one: 768 MiB
+    EXPECT_FALSE(Allocate("Mono12p", 1 << 16, 2000));    // the host's: 250 MiB beside 187
+    EXPECT_FALSE(Allocate("Mono8", 1 << 16, 1 << 13));   // the only one: 512 MiB
+    EXPECT_TRUE(Allocate("Mono8", 16, 4));
+}
+
+} // namespace
+
+#endif
