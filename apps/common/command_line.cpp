@@ -41,8 +41,10 @@ void AddAppOptions(CLI::App& app, AppOptions& options) {
                    "Camera SDK: simulator, genicam, or a directory that has the SDK's library in "
                    "its subdirectory Bin. Default: PYXEN_HOME of the environment, else simulator")
         ->type_name("simulator|genicam|DIR");
-    app.add_option("--module", options.module,
-                   "Grabber module to load. Default: the one beside this program")
+    app.add_option(
+           "--module", options.module,
+           "Grabber module that mivora loads. Default: the one beside it. pyxen-tool has the "
+           "module linked in and does not look at this")
         ->type_name("FILE");
     app.add_option("--config", options.configFile,
                    "The host's configuration file. Its directory is also where the SDK's PxnC.xml "

@@ -5,75 +5,103 @@
 namespace scenario {
 namespace {
 
-constexpr const char* kOperations[] = {
-    "Init",     "SetActCameraIndex 0", "OpenActCamera", "PrepareFrameBuffers 2", "Snap 3",
-    "StopSnap", "CloseActCamera",      "DeInit"};
+const Arguments kUse{
+    "SetActCameraIndex 0", "OpenActCamera", "PrepareFrameBuffers 2", "Snap 3", "StopSnap",
+    "CloseActCamera"};
+const Arguments kFromInitToDeInit{
+    "Init",   "SetActCameraIndex 0", "OpenActCamera", "PrepareFrameBuffers 2",
+    "Snap 3", "CloseActCamera",      "DeInit"};
 
 class FailureSweep : public ProgramTest {
 protected:
-    static std::string Run() {
+    static std::string LinesOf(const Arguments& operations) {
         std::string lines;
-        for (const char* operation : kOperations) {
-            lines += std::string(operation) + "\n";
+        for (const std::string& operation : operations) {
+            lines += operation + "\n";
         }
         return lines;
     }
-    static std::string GoodAnswers() {
+    static std::string GoodAnswers(const Arguments& operations) {
         std::string answers;
-        for (const std::string operation : kOperations) {
+        for (const std::string& operation : operations) {
             answers += operation.substr(0, operation.find(' ')) + " = 0\n";
         }
         return answers;
     }
-    /// How many calls of the SDK a run makes.
-    unsigned CountCalls() const {
-        const std::string deInit = "DeInit\n";
-        std::string lines = Run();
-        lines.insert(lines.size() - deInit.size(), "SdkControl status\n");
-        const std::string output = Mivora({"shell"}, lines).output;
+    static std::string NextLines(std::istream& stream, std::size_t count) {
+        std::string lines;
+        std::string line;
+        while (count-- > 0 && std::getline(stream, line)) {
+            lines += line + "\n";
+        }
+        return lines;
+    }
+    /// Repeats the operations with every call that they make of the SDK failing once, and each
+    /// time once more with none failing.
+    static std::string Sweep(const Arguments& operations, unsigned calls) {
+        std::string lines;
+        for (unsigned nth = 1; nth <= calls; ++nth) {
+            lines += "SdkControl fail any " + std::to_string(nth) + " -20\n" + LinesOf(operations) +
+                     "SdkControl clear\n" + LinesOf(operations);
+        }
+        return lines;
+    }
+    /// Checks that every operation was answered, and with success where nothing failed.
+    static void ExpectSwept(std::istream& output, const Arguments& operations, unsigned calls) {
+        for (unsigned nth = 1; nth <= calls; ++nth) {
+            NextLines(output, 1);
+            const std::string failing = NextLines(output, operations.size());
+            NextLines(output, 1);
+            EXPECT_EQ(NextLines(output, operations.size()), GoodAnswers(operations))
+                << "after call " << nth << " had failed:\n"
+                << failing;
+        }
+    }
+    /// How many calls the SDK has had behind these lines.
+    unsigned CountCalls(const std::string& lines) const {
+        const std::string output = Mivora({"shell"}, lines + "SdkControl status\n").output;
         const std::string mark = "SdkControl = 0 answer=";
         const std::size_t at = output.find(mark) + mark.size();
         const Json answer = Json::parse(output.substr(at, output.find('\n', at) - at));
-        // De-initialising makes some more; a failure that is never reached does no harm.
-        return Json::parse(answer.get<std::string>())["calls"].get<unsigned>() + 3;
+        return Json::parse(answer.get<std::string>())["calls"].get<unsigned>();
     }
 };
 
-TEST_F(FailureSweep, AfterAnyCallHasFailedTheNextRunWorks) {
+TEST_F(FailureSweep, AfterAnyCallOfAnAcquisitionHasFailedTheNextOneWorks) {
     UseCamera("", "", "serial");
-    const unsigned calls = CountCalls();
+    // The first use sets up more than the later ones. The last call closes the camera, which then
+    // stays open in the SDK until the shutdown; that has a test of its own.
+    const std::string once = "Init\n" + LinesOf(kUse);
+    const unsigned calls = CountCalls(once + LinesOf(kUse)) - CountCalls(once) - 1;
     ASSERT_GT(calls, 50u);
-    std::string lines;
-    for (unsigned nth = 1; nth <= calls; ++nth) {
-        lines += "SdkControl fail any " + std::to_string(nth) + " -20\n" + Run() +
-                 "SdkControl clear\n" + Run();
-    }
-    const auto result = Mivora({"shell"}, lines);
+    const auto result = Mivora({"shell"}, "Init\n" + Sweep(kUse, calls) + "DeInit\n");
     EXPECT_EQ(result.status, 0);
     std::istringstream output(result.output);
-    for (unsigned nth = 1; nth <= calls; ++nth) {
-        std::string line;
-        std::string failing;
-        std::string next;
-        std::getline(output, line);
-        for (std::size_t i = 0; i < std::size(kOperations); ++i) {
-            std::getline(output, line);
-            failing += line + "\n";
-        }
-        EXPECT_NE(failing.find("DeInit = 0\n"), std::string::npos) << nth << "\n" << failing;
-        std::getline(output, line);
-        for (std::size_t i = 0; i < std::size(kOperations); ++i) {
-            std::getline(output, line);
-            next += line + "\n";
-        }
-        EXPECT_EQ(next, GoodAnswers()) << "after call " << nth << " had failed:\n" << failing;
-    }
-    // A camera whose closing is refused, and a registration whose release is, stay with the SDK.
-    // All else is given back.
+    EXPECT_EQ(NextLines(output, 1), "Init = 0\n");
+    ExpectSwept(output, kUse, calls);
+    EXPECT_EQ(NextLines(output, 1), "DeInit = 0\n");
+    EXPECT_EQ(result.errors, "");
+}
+
+TEST_F(FailureSweep, AfterClosingHasFailedTheNextInitialisationWorks) {
+    UseCamera();
+    const std::string run = LinesOf(kFromInitToDeInit);
+    const auto result = Mivora({"shell"}, "SdkControl fail PxnCameraClose 1 -20\n" + run + run);
+    const std::string good = GoodAnswers(kFromInitToDeInit);
+    EXPECT_EQ(result.output, "SdkControl = 0 answer=\"ok\"\n" + good + good);
     EXPECT_EQ(result.errors, "PxnC: left at shutdown: 1 open camera handles, 1 announced frames, 0 "
-                             "invalidation registrations\n"
-                             "PxnC: left at shutdown: 0 open camera handles, 0 announced frames, 1 "
                              "invalidation registrations\n");
+}
+
+TEST_F(FailureSweep, AfterAnyCallOfTheInitialisationHasFailedTheNextOneWorks) {
+    UseCamera();
+    const unsigned calls = CountCalls("Init\n");
+    ASSERT_GT(calls, 5u);
+    const auto result = Mivora({"shell"}, Sweep(kFromInitToDeInit, calls));
+    EXPECT_EQ(result.status, 0);
+    std::istringstream output(result.output);
+    ExpectSwept(output, kFromInitToDeInit, calls);
+    EXPECT_EQ(result.errors, "");
 }
 
 } // namespace

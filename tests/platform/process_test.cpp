@@ -33,13 +33,18 @@ TEST(Process, TellsStatusAndOutput) {
 
 TEST(Process, PassesArgumentsAsTheyAre) {
     const support::TemporaryDirectory directory;
-    const std::string file = directory.PathOf("with blank \\ and 'quotes'.xml");
-    Process process;
-    ASSERT_TRUE(process.Start(
-        OwnProgram({"--gtest_filter=Path.NoSuchTest", "--gtest_output=xml:" + file})));
-    int status = -1;
-    ASSERT_TRUE(process.Wait(kLimitMs, status));
+    const std::string file = directory.PathOf("with blank and 'quotes'.xml");
+    // A directory, since it ends in a separator.
+    const std::string inside = directory.PathOf("another blank") + kPathSeparator;
+    for (const std::string& output : {file, inside}) {
+        Process process;
+        ASSERT_TRUE(process.Start(
+            OwnProgram({"--gtest_filter=Path.NoSuchTest", "--gtest_output=xml:" + output})));
+        int status = -1;
+        ASSERT_TRUE(process.Wait(kLimitMs, status));
+    }
     EXPECT_TRUE(PathExists(file));
+    EXPECT_TRUE(PathExists(inside + "platform_tests.xml"));
 }
 
 TEST(Process, GivesEnvironmentAndWorkingDirectory) {
