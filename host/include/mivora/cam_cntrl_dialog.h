@@ -14,7 +14,8 @@ public:
     /// Sets the two acquisition marks: while set, buffer-format changes respectively changes of
     /// synchronised features are not followed. Any thread.
     virtual void SetAcquisitionMarks(bool suppressBufferFormat, bool suppressSync) = 0;
-    /// The camera library goes: what the dialog holds there is given back, and it asks nothing more.
+    /// The camera library goes: what the dialog holds there is given back, and it asks nothing
+    /// more.
     virtual void Disconnect() {}
     virtual ~ICamCntrlDialog() = default;
 };

@@ -33,7 +33,8 @@ protected:
     BOOL OnCommand(WPARAM wParam, LPARAM lParam) override {
         const HWND control = reinterpret_cast<HWND>(lParam);
         const HWND form = control ? ::GetParent(control) : nullptr;
-        if (form && form != m_hWnd && ::IsChild(m_hWnd, form)) {
+        // Other controls inside forms and views may have the number of OK or Cancel by chance.
+        if (form && form != m_hWnd && IsPushButtonInside(control)) {
             return static_cast<BOOL>(::SendMessage(form, WM_COMMAND, wParam, lParam));
         }
         const HWND focus = ::GetFocus();

@@ -13,6 +13,7 @@ ON_WM_ERASEBKGND()
 ON_WM_SIZE()
 ON_WM_VSCROLL()
 ON_WM_MOUSEWHEEL()
+ON_WM_KEYDOWN()
 ON_WM_LBUTTONDOWN()
 ON_WM_LBUTTONDBLCLK()
 ON_MESSAGE(TVM_SETITEM, OnSetItem)
@@ -57,6 +58,20 @@ BOOL CColumnTreeCtrl::OnMouseWheel(UINT flags, short delta, CPoint point) {
         TellScrolled();
     }
     return handled;
+}
+
+// Keys scroll and expand as well.
+void CColumnTreeCtrl::OnKeyDown(UINT key, UINT repeated, UINT flags) {
+    const int before = ScrollPosition();
+    CTreeCtrl::OnKeyDown(key, repeated, flags);
+    if (ScrollPosition() != before) {
+        TellScrolled();
+    }
+    const bool mayExpand = key == VK_LEFT || key == VK_RIGHT || key == VK_ADD ||
+                           key == VK_SUBTRACT || key == VK_MULTIPLY;
+    if (mayExpand && callback) {
+        callback->OnTreeExpanded();
+    }
 }
 
 void CColumnTreeCtrl::OnLButtonDown(UINT flags, CPoint point) {

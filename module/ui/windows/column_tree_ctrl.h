@@ -31,6 +31,7 @@ protected:
     void OnSize(UINT type, int width, int height);
     void OnVScroll(UINT code, UINT position, CScrollBar* bar);
     BOOL OnMouseWheel(UINT flags, short delta, CPoint point);
+    void OnKeyDown(UINT key, UINT repeated, UINT flags);
     void OnLButtonDown(UINT flags, CPoint point);
     void OnLButtonDblClk(UINT flags, CPoint point);
     LRESULT OnSetItem(WPARAM wParam, LPARAM lParam);

@@ -102,7 +102,9 @@ void CKVNPyxenFeatureCtrlDialog::AttrSelected(HTREEITEM item) {
     }
     SetDlgItemText(IDC_DESCRIPTION, (text + range).c_str());
     LayOut();
-    Tree().EnsureVisible(item);
+    if (Tree().EnsureVisible(item)) {
+        UpdateVisibleFeatures();
+    }
 }
 
 std::unique_ptr<CValueView> CKVNPyxenFeatureCtrlDialog::MakeEditor(const FeatureLeaf& leaf,

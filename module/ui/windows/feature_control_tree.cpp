@@ -45,6 +45,9 @@ void CKVNPyxenFeatureCtrlDialog::ForgetModules() {
     registrations.UnregisterAll(InvalidationKind::kTiming);
     DropVisibleFeatures();
     receiver->ForgetAll();
+    if (valueView && ::IsChild(valueView->m_hWnd, ::GetFocus())) {
+        Tree().SetFocus();
+    }
     valueView.reset();
     currentLeaf.reset();
     SetDlgItemText(IDC_DESCRIPTION, TEXT(""));
