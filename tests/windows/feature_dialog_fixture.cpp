@@ -2,9 +2,9 @@
 
 #include "screenshot.h"
 #include "ui/windows/wide_text.h"
+#include "when_shown.h"
 
-#include <optional>
-#include <utility>
+#include <algorithm>
 
 FeatureDialogFixture::~FeatureDialogFixture() {
     EndGrabber();
@@ -125,75 +125,22 @@ std::vector<std::string> FeatureDialogFixture::NamesAfter(const std::vector<std:
     return names;
 }
 
-namespace {
-
-/// Looks for a message box of the process on a timer, for the box has the message loop.
-struct BoxWatch {
-    inline static BoxWatch* current = nullptr;
-
-    std::vector<std::pair<std::wstring, std::wstring>> seen;
-    std::vector<HWND> owners;
-    std::vector<bool> icons;
-    std::vector<int> buttons;
-    std::string picture;
-
-    static void CALLBACK OnTimer(HWND, UINT, UINT_PTR, DWORD) {
-        ::EnumThreadWindows(::GetCurrentThreadId(), Look, 0);
-    }
-
-    static BOOL CALLBACK Look(HWND window, LPARAM) {
-        const HWND text = ::GetDlgItem(window, 0xFFFF);
-        const HWND ok = ::GetDlgItem(window, IDOK) ? ::GetDlgItem(window, IDOK)
-                                                   : ::GetDlgItem(window, IDCANCEL);
-        wchar_t name[16]{};
-        ::GetClassName(window, name, 16);
-        if (std::wstring(name) != L"#32770" || !text || !ok || !::IsWindowVisible(window)) {
-            return TRUE;
-        }
-        current->seen.emplace_back(TextOf(text), TextOf(window));
-        current->owners.push_back(::GetWindow(window, GW_OWNER));
-        bool hasIcon = false;
-        int count = 0;
-        for (HWND child = ::GetWindow(window, GW_CHILD); child;
-             child = ::GetWindow(child, GW_HWNDNEXT)) {
-            ::GetClassName(child, name, 16);
-            const bool shown = ::GetWindowLong(child, GWL_STYLE) & WS_VISIBLE;
-            count += shown && std::wstring(name) == L"Button";
-            hasIcon = hasIcon ||
-                      (shown && ::SendMessage(child, STM_GETICON, 0, 0) ==
-                                    reinterpret_cast<LPARAM>(::LoadIcon(nullptr, IDI_EXCLAMATION)));
-        }
-        current->icons.push_back(hasIcon);
-        current->buttons.push_back(count);
-        if (!current->picture.empty()) {
+std::wstring FeatureDialogFixture::CatchBox(const std::wstring& caption,
+                                            const std::function<void()>& action,
+                                            const std::string& picture) {
+    std::wstring text;
+    const WhenShown shown(caption, [&](HWND window) {
+        const Box box(window);
+        text = box.text;
+        EXPECT_EQ(box.icon, ::LoadIcon(nullptr, IDI_EXCLAMATION));
+        EXPECT_EQ(::GetWindow(window, GW_OWNER), Dialog().m_hWnd);
+        EXPECT_EQ(::GetDlgItem(window, IDYES), nullptr);
+        if (!picture.empty()) {
             ::UpdateWindow(window);
-            SaveScreenshot(window, current->picture);
+            SaveScreenshot(window, picture);
         }
-        ::SendMessage(ok, BM_CLICK, 0, 0);
-        return FALSE;
-    }
-};
-
-} // namespace
-
-FeatureDialogFixture::Box FeatureDialogFixture::CatchBox(const std::function<void()>& action,
-                                                         const std::string& picture) {
-    BoxWatch watch;
-    watch.picture = picture;
-    BoxWatch::current = &watch;
-    const UINT_PTR timer = ::SetTimer(nullptr, 0, 20, BoxWatch::OnTimer);
+        ::SendMessage(window, WM_COMMAND, IDOK, 0);
+    });
     action();
-    ::KillTimer(nullptr, timer);
-    BoxWatch::current = nullptr;
-    EXPECT_EQ(watch.seen.size(), 1u);
-    if (watch.seen.empty()) {
-        return {};
-    }
-    Box box;
-    box.text = watch.seen[0].first;
-    box.caption = watch.seen[0].second;
-    box.owner = watch.owners[0];
-    box.hasIcon = watch.icons[0];
-    box.buttons = watch.buttons[0];
-    return box;
+    return text;
 }

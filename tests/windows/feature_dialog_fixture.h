@@ -52,16 +52,11 @@ protected:
     static std::vector<std::string> NamesAfter(const std::vector<std::string>& lines,
                                                const std::string& beginning);
 
-    /// Waits for a message box, takes its texts down, and presses its OK button.
-    struct Box {
-        std::wstring text;
-        std::wstring caption;
-        HWND owner = nullptr;
-        bool hasIcon = false;
-        int buttons = 0;
-    };
-    /// Runs `action`, during which exactly one box is to appear; its picture is kept when named.
-    Box CatchBox(const std::function<void()>& action, const std::string& picture = "");
+    /// Runs `action`, during which a message box with that caption is to appear: it must belong to
+    /// the dialog, carry an icon and one button, which is pressed. Answers its text. A picture of
+    /// it is kept when named.
+    std::wstring CatchBox(const std::wstring& caption, const std::function<void()>& action,
+                          const std::string& picture = "");
 
     support::EnvironmentGuard home;
     support::TemporaryDirectory directory;

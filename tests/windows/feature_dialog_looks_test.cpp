@@ -1,6 +1,8 @@
-// The feature control dialog on a simulated camera, as it looks.
+// The feature control dialog on a simulated camera, as it looks and how fast it is.
 #include "feature_dialog_fixture.h"
+#include "platform/clock.h"
 #include "platform/file_system.h"
+#include "platform/shared_library.h"
 #include "screenshot.h"
 
 namespace {
@@ -11,26 +13,196 @@ std::string SimulatorHome() {
 
 class FeatureDialogLooks : public FeatureDialogFixture {
 protected:
-    FeatureDialogLooks() : FeatureDialogFixture(SimulatorHome()) {
+    FeatureDialogLooks() : FeatureDialogFixture(SimulatorHome()) {}
+
+    void Open() {
         OpenCamera();
         OpenDialog();
         Pump();
     }
-
     void Keep(const std::string& name) {
-        ::UpdateWindow(Dialog().m_hWnd);
+        ::RedrawWindow(Dialog().m_hWnd, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
         Pump();
         SaveScreenshot(Dialog().m_hWnd, "feature-control-" + name);
+    }
+    void Retype(int id, const std::wstring& text) {
+        ::SetFocus(EditorControl(id));
+        ::SendMessage(EditorControl(id), EM_SETSEL, 0, -1);
+        Type(text);
+    }
+    /// Changes a feature from the camera's side.
+    void Control(const std::string& line) {
+        using ControlFunction = std::int32_t (*)(const char*, char*, std::uint32_t);
+        const auto control =
+            reinterpret_cast<ControlFunction>(Grabber().Api().FindExport("PxnControl"));
+        ASSERT_NE(control, nullptr);
+        char answer[256]{};
+        ASSERT_EQ(control(line.c_str(), answer, sizeof answer), 0) << answer;
+    }
+    using FeatureDialogFixture::Control;
+    void Resize(int width, int height) {
+        Dialog().SetWindowPos(nullptr, 0, 0, width, height, SWP_NOMOVE | SWP_NOZORDER);
+        Pump();
+    }
+    /// No part reaches over the client area or over another.
+    void ExpectTidy() {
+        CRect client;
+        Dialog().GetClientRect(client);
+        const int ids[] = {4108, 4109, 7002, 7001};
+        std::vector<CRect> places;
+        for (const int id : ids) {
+            CRect place;
+            ::GetWindowRect(Control(id), &place);
+            Dialog().ScreenToClient(place);
+            CRect both;
+            both.IntersectRect(place, client);
+            EXPECT_TRUE(EqualRect(both, place)) << id << " is cut";
+            for (const CRect& other : places) {
+                EXPECT_FALSE(both.IntersectRect(place, other)) << id << " overlaps";
+            }
+            places.push_back(place);
+        }
+        CRect text;
+        ::GetWindowRect(Control(7003), &text);
+        Dialog().ScreenToClient(text);
+        CRect both;
+        both.IntersectRect(text, places[2]);
+        EXPECT_TRUE(EqualRect(both, text)) << "the description leaves its frame";
     }
 };
 
 TEST_F(FeatureDialogLooks, ShowsEveryKindOfFeature) {
+    Open();
+    EXPECT_EQ(Children(L""), (std::vector<std::wstring>{L"Camera", L"Interface", L"Localdevice",
+                                                        L"Stream0", L"Transportlayer"}));
     Keep("modules");
-    Expand(L"Camera/ImageFormatControl");
+    const struct {
+        const wchar_t* path;
+        const char* picture;
+        bool hasEditor;
+    } kinds[] = {{L"Camera/ImageFormatControl/Width", "integer", true},
+                 {L"Camera/AnalogControl/Gain", "float", true},
+                 {L"Camera/ImageFormatControl/PixelFormat", "enumeration", true},
+                 {L"Camera/ImageFormatControl/ReverseX", "boolean", true},
+                 {L"Camera/DeviceControl/DeviceUserID", "string", true},
+                 {L"Camera/UserSetControl/UserSetLoad", "command", true},
+                 {L"Camera/ImageFormatControl/SensorWidth", "read-only", false}};
+    for (const auto& kind : kinds) {
+        Select(kind.path);
+        EXPECT_EQ(Editor() != nullptr, kind.hasEditor) << kind.picture;
+        ExpectTidy();
+        Keep(kind.picture);
+    }
+}
+
+TEST_F(FeatureDialogLooks, ShowsAnEditFromBeginToEnd) {
+    Open();
+    const std::wstring width = L"Camera/ImageFormatControl/Width";
+    Select(width);
+    Retype(7022, L"320");
+    Keep("typed");
+    Press(VK_RETURN);
+    EXPECT_EQ(RowText(width), L"Width\t320");
+    Keep("committed");
+    Retype(7022, L"256");
+    ClickButton(Editor(), 7026);
+    EXPECT_EQ(RowText(width), L"Width\t256");
+    Keep("applied");
+    Retype(7022, L"128");
+    ClickButton(Editor(), 7030);
+    EXPECT_EQ(TextOf(EditorControl(7022)), L"256");
+    Keep("reverted");
+    Retype(7022, L"999999");
+    EXPECT_EQ(
+        CatchBox(
+            L"Out of range", [&] { ClickButton(Editor(), 7026); }, "feature-control-refused-box"),
+        L"The value you entered cannot by applied to feature\n"
+        L"/Camera/ImageFormatControl/Width");
+    Keep("refused");
+}
+
+TEST_F(FeatureDialogLooks, FollowsTheCamera) {
+    directory.Write("PxnC.xml", "<PxnC><camera kind=\"gige\" id=\"A\"/></PxnC>\n");
+    Open();
+    const std::wstring gain = L"Camera/AnalogControl/Gain";
+    Expand(L"Camera/AnalogControl");
+    const std::wstring before = RowText(gain);
+    Control("set A Gain 7.5");
+    PumpUntil([&] { return RowText(gain) != before; });
+    EXPECT_EQ(RowText(gain), L"Gain\t7.500000");
+    Keep("invalidated");
+}
+
+TEST_F(FeatureDialogLooks, StaysTidyAtEverySize) {
+    Open();
     Select(L"Camera/ImageFormatControl/Width");
-    Keep("integer");
+    Resize(10, 10);
+    ExpectTidy();
+    Keep("smallest");
     Select(L"Camera/ImageFormatControl/PixelFormat");
-    Keep("enumeration");
+    ExpectTidy();
+    Keep("smallest-options");
+    Resize(1400, 1000);
+    ExpectTidy();
+    Keep("large");
+    Select(L"Camera/ImageFormatControl/Width");
+    Keep("large-integer");
+}
+
+TEST_F(FeatureDialogLooks, ScrollsSideways) {
+    Open();
+    Resize(10, 10);
+    Select(L"Camera/ImageFormatControl/Width");
+    HDITEM item = {};
+    item.mask = HDI_WIDTH;
+    item.cxy = 400;
+    Header_SetItem(::GetDlgItem(Control(4108), 1), 1, &item);
+    Pump();
+    for (int step = 0; step < 6; ++step) {
+        ::SendMessage(Control(4108), WM_HSCROLL, SB_LINERIGHT, 0);
+    }
+    Pump();
+    EXPECT_EQ(::GetScrollPos(Control(4108), SB_HORZ), 90);
+    Keep("sideways");
+}
+
+TEST_F(FeatureDialogLooks, OpensTenThousandFeaturesInASecond) {
+    directory.Write("PxnC.xml", "<PxnC><camera kind=\"gige\" id=\"A\" "
+                                "extraFeatures=\"10000\"/></PxnC>\n");
+    OpenCamera();
+    ASSERT_GE(Grabber().GetFeatureCacheByName("Camera")->GetFeatureCount(), 10000u);
+    const double before = platform::ProcessCpuSeconds();
+    OpenDialog();
+    Pump();
+    const double used = platform::ProcessCpuSeconds() - before;
+    RecordProperty("cpuSeconds", std::to_string(used));
+    EXPECT_LT(used, 1.0);
+    sink.Take();
+    Expand(L"Camera/SimulatorControl");
+    for (const wchar_t* const group : {L"Group3", L"Group2", L"Group1", L"Group0"}) {
+        Expand(std::wstring(L"Camera/SimulatorControl/") + group);
+    }
+    std::size_t registered = 0;
+    std::size_t given = 0;
+    const auto count = [&] {
+        for (const std::string& line : DialogLog()) {
+            registered += line.find("RegisterDlgInvalidationFeatures: Registering") == 2;
+            given += line.find("UnregisterDlgInvalidationFeatures: Unregistering") == 2;
+        }
+    };
+    count();
+    const std::size_t page =
+        static_cast<std::size_t>(::SendMessage(Tree(), TVM_GETVISIBLECOUNT, 0, 0)) + 1;
+    EXPECT_LE(registered - given, page);
+    for (int step = 0; step < 20; ++step) {
+        ::SendMessage(Tree(), WM_VSCROLL, SB_PAGEDOWN, 0);
+        Pump();
+        count();
+        EXPECT_LE(registered - given, page) << "hidden rows are followed";
+    }
+    EXPECT_LE(registered, 26 * page);
+    EXPECT_GT(registered, 10 * (page - 2));
+    Keep("ten-thousand");
 }
 
 } // namespace

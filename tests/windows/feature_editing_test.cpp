@@ -1,0 +1,404 @@
+// The feature control dialog: selecting a feature and editing it.
+#include "scripted_dialog.h"
+
+#include <algorithm>
+
+namespace {
+
+class FeatureEditing : public ScriptedDialog {
+protected:
+    void SetUp() override {
+        auto& feature = Camera().Put(scripted::FloatFeature("Gain", 1.5, 0.0, 24.0));
+        feature.category = "/AnalogControl";
+        feature.unit = "dB";
+        feature.description = "Gain of the sensor.";
+        Camera().Find("Width")->description = "Width of the image.";
+        Camera().Find("Width")->unit = "px";
+        Camera().Find("PixelFormat")->entries[1].available = false;
+        Open();
+        Forget();
+    }
+
+    void SelectFeature(const std::wstring& path) {
+        Select(path);
+        ASSERT_NE(Editor(), nullptr);
+    }
+    void Retype(int id, const std::wstring& text) {
+        ::SetFocus(EditorControl(id));
+        ::SendMessage(EditorControl(id), EM_SETSEL, 0, -1);
+        Type(text);
+    }
+    std::wstring Selected() {
+        const HWND list = EditorControl(7007);
+        wchar_t text[64]{};
+        ::SendMessage(list, CB_GETLBTEXT,
+                      static_cast<WPARAM>(::SendMessage(list, CB_GETCURSEL, 0, 0)),
+                      reinterpret_cast<LPARAM>(text));
+        return text;
+    }
+    void Choose(const wchar_t* text) {
+        ASSERT_GE(::SendMessage(EditorControl(7007), CB_SELECTSTRING, static_cast<WPARAM>(-1),
+                                reinterpret_cast<LPARAM>(text)),
+                  0);
+    }
+    Texts Writes() {
+        return sdk.TakeCalls({"PxnFeatureIntSet", "PxnFeatureFloatSet", "PxnFeatureEnumSet",
+                              "PxnFeatureStringSet", "PxnFeatureBoolSet", "PxnFeatureCommandRun"});
+    }
+
+    const std::wstring width = L"Camera/ImageFormatControl/Width";
+    const std::wstring gain = L"Camera/AnalogControl/Gain";
+    const std::wstring pixelFormat = L"Camera/ImageFormatControl/PixelFormat";
+    const std::wstring reverseX = L"Camera/ImageFormatControl/ReverseX";
+    const std::wstring userId = L"Camera/DeviceControl/DeviceUserID";
+};
+
+// ---- selecting ----
+
+TEST_F(FeatureEditing, DescribesAnInteger) {
+    SelectFeature(width);
+    EXPECT_EQ(TextOf(EditorControl(7024)), L"Width");
+    EXPECT_EQ(TextOf(EditorControl(7022)), L"640");
+    EXPECT_EQ(TextOf(EditorControl(7031)), L"px");
+    EXPECT_EQ(Description(), L"Width of the image.\nMin: 16px, Max: 2048px");
+}
+
+TEST_F(FeatureEditing, DescribesAFloat) {
+    SelectFeature(gain);
+    EXPECT_EQ(TextOf(EditorControl(7010)), L"1.500000");
+    EXPECT_EQ(TextOf(EditorControl(7031)), L"dB");
+    EXPECT_EQ(Description(), L"Gain of the sensor.\nMin: 0.000000dB, Max: 24.000000dB");
+}
+
+TEST_F(FeatureEditing, OffersOnlyTheAvailableEntries) {
+    SelectFeature(pixelFormat);
+    EXPECT_EQ(Selected(), L"Mono8");
+    EXPECT_EQ(::SendMessage(EditorControl(7007), CB_GETCOUNT, 0, 0), 8);
+    EXPECT_EQ(Description(), L"Possible options: Mono8, Mono10p, Mono12, Mono12p, Mono12Packed, "
+                             L"BayerRG8, RGB8, YUV422_8");
+}
+
+TEST_F(FeatureEditing, EditsABooleanAsTwoEntries) {
+    SelectFeature(reverseX);
+    EXPECT_EQ(Selected(), L"False");
+    EXPECT_EQ(::SendMessage(EditorControl(7007), CB_GETCOUNT, 0, 0), 2);
+    EXPECT_EQ(Description(), L"");
+}
+
+TEST_F(FeatureEditing, EditsAString) {
+    SelectFeature(userId);
+    EXPECT_EQ(TextOf(EditorControl(7018)), L"left");
+}
+
+TEST_F(FeatureEditing, ShowsACommandAsAButton) {
+    SelectFeature(L"Camera/AcquisitionControl/AcquisitionStart");
+    EXPECT_EQ(TextOf(EditorControl(7005)), L"AcquisitionStart");
+}
+
+TEST_F(FeatureEditing, DescribesWhatCannotBeWrittenWithoutAnEditor) {
+    Select(L"Camera/TransportLayerControl/PayloadSize");
+    EXPECT_EQ(Editor(), nullptr);
+    EXPECT_EQ(Description(), L"Min: 0, Max: 4294967295");
+    Select(L"Transportlayer/Scripted/TLType");
+    EXPECT_EQ(Editor(), nullptr);
+    EXPECT_EQ(Description(), L"Possible options: GEV, U3V");
+}
+
+TEST_F(FeatureEditing, KeepsEditorAndDescriptionOverACategory) {
+    SelectFeature(width);
+    const std::wstring before = Description();
+    Select(L"Camera/DeviceControl");
+    EXPECT_NE(Editor(), nullptr);
+    EXPECT_EQ(Description(), before);
+}
+
+TEST_F(FeatureEditing, ReplacesTheEditorWithTheNextFeaturesOne) {
+    SelectFeature(width);
+    SelectFeature(gain);
+    EXPECT_EQ(EditorControl(7022), nullptr);
+    EXPECT_NE(EditorControl(7010), nullptr);
+    EXPECT_EQ(::GetWindow(Editor(), GW_HWNDNEXT), nullptr) << "the old editor is still there";
+}
+
+TEST_F(FeatureEditing, ShowsNoDescriptionThatIsNoText) {
+    Camera().Find("Width")->description = "\xFF\xFE";
+    ASSERT_EQ(Grabber().CloseActCamera(), MV_OK);
+    ASSERT_EQ(Grabber().OpenActCamera(), MV_OK);
+    Pump();
+    SelectFeature(width);
+    EXPECT_EQ(Description(), L"Min: 16px, Max: 2048px");
+}
+
+struct Failure {
+    const char* entry;
+    unsigned nth;
+    const char* path;
+    const char* line;
+};
+
+TEST_F(FeatureEditing, SaysWhatCouldNotBeReadAndStaysUsable) {
+    const Failure failures[] = {
+        {"PxnFeatureIntRangeQuery", 1, "ImageFormatControl/Width",
+         "Failed to get range of integer Width"},
+        {"PxnFeatureIntGet", 1, "ImageFormatControl/Width", "Failed to get value of integer Width"},
+        {"PxnFeatureFloatRangeQuery", 1, "AnalogControl/Gain", "Failed to get range of float Gain"},
+        {"PxnFeatureFloatGet", 1, "AnalogControl/Gain", "Failed to get value of float Gain"},
+        {"PxnFeatureEnumRangeQuery", 1, "ImageFormatControl/PixelFormat",
+         "Could not query range of enum PixelFormat"},
+        {"PxnFeatureEnumGet", 1, "ImageFormatControl/PixelFormat",
+         "Failed to get enum value PixelFormat"},
+        {"PxnFeatureBoolGet", 1, "ImageFormatControl/ReverseX",
+         "Failed to get boolean value ReverseX"},
+        {"PxnFeatureStringGet", 1, "DeviceControl/DeviceUserID",
+         "Failed to get length of string DeviceUserID"},
+        {"PxnFeatureStringGet", 2, "DeviceControl/DeviceUserID",
+         "Failed to get value of string DeviceUserID"},
+    };
+    for (const Failure& failure : failures) {
+        Select(L"Camera/AcquisitionControl/AcquisitionStart");
+        const std::string path = failure.path;
+        const std::wstring row = L"Camera/" + std::wstring(path.begin(), path.end());
+        // With its rows in sight already, so that no refresh reads in between.
+        TreeView_EnsureVisible(Tree(), Row(row));
+        Dialog().OnTreeExpanded();
+        Pump();
+        Forget();
+        sdk.Fail(failure.entry, PxnErrTimeout, failure.nth);
+        Select(row);
+        sdk.ClearFailures();
+        EXPECT_EQ(Editor(), nullptr) << failure.line;
+        const Texts lines = DialogLog();
+        const std::string expected = std::string("0 AttrSelected: ") + failure.line;
+        EXPECT_TRUE(std::any_of(lines.begin(), lines.end(), [&](const std::string& line) {
+            return line.starts_with(expected);
+        })) << expected;
+        EXPECT_NE(std::find(lines.begin(), lines.end(),
+                            "0 AttrSelected: Failed to create attribute edit field"),
+                  lines.end());
+    }
+    SelectFeature(width);
+}
+
+TEST_F(FeatureEditing, SaysWhenAFeatureIsNotInItsCache) {
+    Expand(L"Camera/DeviceControl");
+    ASSERT_EQ(Grabber().CloseActCamera(), MV_OK);
+    Forget();
+    Select(userId);
+    EXPECT_EQ(DialogLog(),
+              (Texts{"0 AttrSelected: Feature DeviceUserID is not in the feature cache Camera."}));
+    EXPECT_EQ(Editor(), nullptr);
+}
+
+// ---- committing ----
+
+TEST_F(FeatureEditing, WritesANumberOnEnterAndReadsItBack) {
+    SelectFeature(width);
+    Retype(7022, L"800");
+    EXPECT_EQ(Writes(), Texts{});
+    Press(VK_RETURN);
+    EXPECT_EQ(Writes(), (Texts{R"(PxnFeatureIntSet(camera0, "Width", 800))"}));
+    EXPECT_EQ(RowText(width), L"Width\t800");
+    EXPECT_EQ(TextOf(EditorControl(7022)), L"800");
+    EXPECT_TRUE(Dialog().IsVisible());
+}
+
+TEST_F(FeatureEditing, ShowsWhatTheCameraMadeOfIt) {
+    SelectFeature(gain);
+    sdk.OnCall("PxnFeatureFloatGet", [&] { Camera().Find("Gain")->floatValue = 3.25; });
+    Retype(7010, L"3.3");
+    ClickButton(Editor(), 7026);
+    sdk.ClearHooks();
+    EXPECT_EQ(TextOf(EditorControl(7010)), L"3.250000");
+    EXPECT_EQ(RowText(gain), L"Gain\t3.250000");
+}
+
+TEST_F(FeatureEditing, WritesAnEntry) {
+    SelectFeature(pixelFormat);
+    Choose(L"Mono12");
+    EXPECT_EQ(Writes(), Texts{});
+    ClickButton(Editor(), 7026);
+    EXPECT_EQ(Writes(), (Texts{R"(PxnFeatureEnumSet(camera0, "PixelFormat", "Mono12"))"}));
+    EXPECT_EQ(RowText(pixelFormat), L"PixelFormat\tMono12");
+}
+
+TEST_F(FeatureEditing, WritesABoolean) {
+    SelectFeature(reverseX);
+    Choose(L"True");
+    ::SetFocus(EditorControl(7007));
+    Press(VK_RETURN);
+    EXPECT_EQ(Writes(), (Texts{R"(PxnFeatureBoolSet(camera0, "ReverseX", 1))"}));
+    EXPECT_EQ(RowText(reverseX), L"ReverseX\tTrue");
+    Choose(L"False");
+    Press(VK_RETURN);
+    EXPECT_EQ(Writes(), (Texts{R"(PxnFeatureBoolSet(camera0, "ReverseX", 0))"}));
+}
+
+TEST_F(FeatureEditing, WritesAText) {
+    SelectFeature(userId);
+    Retype(7018, L"K\xF6ln");
+    Press(VK_RETURN);
+    EXPECT_EQ(Camera().Find("DeviceUserID")->text, "K\xC3\xB6ln");
+    EXPECT_EQ(RowText(userId), L"DeviceUserID\tK\xF6ln");
+}
+
+TEST_F(FeatureEditing, RunsACommand) {
+    SelectFeature(L"Camera/AcquisitionControl/AcquisitionStart");
+    ClickButton(Editor(), 7005);
+    EXPECT_EQ(Writes(), (Texts{R"(PxnFeatureCommandRun(camera0, "AcquisitionStart"))"}));
+}
+
+TEST_F(FeatureEditing, WritesNothingOnEnterElsewhere) {
+    SelectFeature(width);
+    Retype(7022, L"800");
+    ::SetFocus(Tree());
+    Press(VK_RETURN);
+    EXPECT_EQ(Writes(), Texts{});
+    EXPECT_TRUE(Dialog().IsVisible());
+}
+
+TEST_F(FeatureEditing, RevertsToTheCamerasValue) {
+    SelectFeature(width);
+    Retype(7022, L"800");
+    ClickButton(Editor(), 7030);
+    EXPECT_EQ(TextOf(EditorControl(7022)), L"640");
+    SelectFeature(gain);
+    Retype(7010, L"9");
+    ClickButton(Editor(), 7030);
+    EXPECT_EQ(TextOf(EditorControl(7010)), L"1.500000");
+    SelectFeature(pixelFormat);
+    Choose(L"RGB8");
+    ClickButton(Editor(), 7030);
+    EXPECT_EQ(Selected(), L"Mono8");
+    SelectFeature(reverseX);
+    Choose(L"True");
+    ClickButton(Editor(), 7030);
+    EXPECT_EQ(Selected(), L"False");
+    SelectFeature(userId);
+    Retype(7018, L"mine");
+    ClickButton(Editor(), 7030);
+    EXPECT_EQ(TextOf(EditorControl(7018)), L"left");
+    EXPECT_EQ(Writes(), Texts{});
+}
+
+// ---- refused and failed ----
+
+TEST_F(FeatureEditing, SaysWhatRefusedAValueAndWhy) {
+    SelectFeature(width);
+    Retype(7022, L"99999");
+    const std::wstring text = CatchBox(L"Out of range", [&] { ClickButton(Editor(), 7026); });
+    EXPECT_EQ(text, L"The value you entered cannot by applied to feature\n"
+                    L"/Camera/ImageFormatControl/Width");
+    EXPECT_EQ(Writes(), Texts{});
+    EXPECT_EQ(TextOf(EditorControl(7022)), L"640") << "not reverted";
+}
+
+TEST_F(FeatureEditing, SaysThatAValueIsWriteProtected) {
+    SelectFeature(reverseX);
+    Camera().Find("ReverseX")->writeable = false;
+    Choose(L"True");
+    const std::wstring text = CatchBox(L"Write protected", [&] { ClickButton(Editor(), 7026); });
+    EXPECT_EQ(text, L"The value you entered cannot by applied to feature\n"
+                    L"/Camera/ImageFormatControl/ReverseX");
+    EXPECT_EQ(Selected(), L"False");
+}
+
+TEST_F(FeatureEditing, SaysThatWritingFailed) {
+    const struct {
+        std::wstring path;
+        const char* entry;
+        const char* line;
+        const wchar_t* name;
+    } cases[] = {
+        {width, "PxnFeatureIntSet", "Failed to write integer value Width", L"Width"},
+        {width, "PxnFeatureIntGet", "Failed to get integer value Width", L"Width"},
+        {gain, "PxnFeatureFloatSet", "Failed to write floating point value Gain", L"Gain"},
+        {gain, "PxnFeatureFloatGet", "Failed to get floating point value Gain", L"Gain"},
+        {pixelFormat, "PxnFeatureEnumSet", "Failed to write enum value PixelFormat",
+         L"PixelFormat"},
+        {pixelFormat, "PxnFeatureEnumGet", "Failed to get enum value PixelFormat", L"PixelFormat"},
+        {reverseX, "PxnFeatureBoolSet", "Failed to write boolean value ReverseX", L"ReverseX"},
+        {reverseX, "PxnFeatureBoolGet", "Failed to get boolean value ReverseX", L"ReverseX"},
+        {userId, "PxnFeatureStringSet", "Failed to write string value DeviceUserID",
+         L"DeviceUserID"},
+        {userId, "PxnFeatureStringGet", "Failed to get string DeviceUserID", L"DeviceUserID"},
+        {L"Camera/AcquisitionControl/AcquisitionStart", "PxnFeatureCommandRun",
+         "Failed to run command AcquisitionStart", L"AcquisitionStart"},
+    };
+    for (const auto& failing : cases) {
+        SelectFeature(failing.path);
+        Pump();
+        Forget();
+        sdk.Fail(failing.entry, PxnErrTimeout);
+        const std::wstring text = CatchBox(L"Setting error", [&] { ClickButton(Editor(), 7026); });
+        sdk.ClearFailures();
+        EXPECT_EQ(text, L"An error occured while setting \"" + std::wstring(failing.name) + L"\".");
+        const Texts lines = DialogLog();
+        const std::string expected = std::string("0 OnValueChanged: ") + failing.line;
+        EXPECT_TRUE(std::any_of(lines.begin(), lines.end(), [&](const std::string& line) {
+            return line.starts_with(expected);
+        })) << expected;
+    }
+}
+
+TEST_F(FeatureEditing, SaysNothingToTheUserWhenTheFormHasNoValue) {
+    SelectFeature(pixelFormat);
+    ::SendMessage(EditorControl(7007), CB_SETCURSEL, static_cast<WPARAM>(-1), 0);
+    Forget();
+    ClickButton(Editor(), 7026);
+    EXPECT_EQ(sink.Take(), (Texts{"0 Failed to get the enum value from the form"}));
+    EXPECT_EQ(Writes(), Texts{});
+    SelectFeature(reverseX);
+    ::SendMessage(EditorControl(7007), CB_SETCURSEL, static_cast<WPARAM>(-1), 0);
+    Forget();
+    ClickButton(Editor(), 7026);
+    EXPECT_EQ(sink.Take(), (Texts{"0 Failed to get the boolean value from the form"}));
+}
+
+TEST_F(FeatureEditing, SaysWhatCouldNotBeReadWhenReverting) {
+    const struct {
+        std::wstring path;
+        const char* entry;
+        const char* line;
+    } cases[] = {
+        {width, "PxnFeatureIntRangeQuery", "Could not query range of integer Width"},
+        {width, "PxnFeatureIntGet", "Could not query integer Width"},
+        {gain, "PxnFeatureFloatRangeQuery", "Could not query range of float Gain"},
+        {gain, "PxnFeatureFloatGet", "Could not query float Gain"},
+        {pixelFormat, "PxnFeatureEnumRangeQuery", "Could not query range of enum PixelFormat"},
+        {pixelFormat, "PxnFeatureEnumGet", "Could not value of enum PixelFormat"},
+        {reverseX, "PxnFeatureBoolGet", "Could not query boolean ReverseX"},
+        {userId, "PxnFeatureStringGet", "Could get string DeviceUserID"},
+    };
+    for (const auto& failing : cases) {
+        SelectFeature(failing.path);
+        Pump();
+        Forget();
+        sdk.Fail(failing.entry, PxnErrTimeout);
+        ClickButton(Editor(), 7030);
+        sdk.ClearFailures();
+        const Texts lines = DialogLog();
+        const std::string expected = std::string("0 RefreshCurrentForm: ") + failing.line;
+        EXPECT_TRUE(std::any_of(lines.begin(), lines.end(), [&](const std::string& line) {
+            return line.starts_with(expected);
+        })) << expected;
+        EXPECT_NE(Editor(), nullptr);
+    }
+}
+
+TEST_F(FeatureEditing, CopesWithModulesListedAnewUnderItsMessageBox) {
+    SelectFeature(width);
+    Retype(7022, L"99999");
+    const HWND window = Dialog().m_hWnd;
+    CatchBox(L"Out of range", [&] {
+        sdk.OnCall("PxnFeatureIntRangeQuery", [&] {
+            sdk.OnCall("PxnFeatureIntRangeQuery", {});
+            ::PostMessage(window, WM_APP + 4, 0, 0); // the modules are listed anew meanwhile
+        });
+        ClickButton(Editor(), 7026);
+    });
+    sdk.ClearHooks();
+    EXPECT_EQ(Editor(), nullptr);
+    EXPECT_EQ(TreeView_GetSelection(Tree()), Row(L""));
+}
+
+} // namespace
