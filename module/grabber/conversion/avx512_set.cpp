@@ -157,10 +157,21 @@ struct YuvBlock {
 };
 
 struct Yuv422Block : YuvBlock {
+    // Four steps at a time: a loop that goes on by no more than two lines of the cache was measured
+    // to wait longer for main memory.
+    static constexpr int kPixels = 256;
     static constexpr int kGroupPixels = 2;
     static constexpr int kGroupBytes = 4;
 
     static void Convert(const std::uint8_t* source, std::uint8_t* destination) {
+        ConvertStep(source, destination);
+        ConvertStep(source + 128, destination + 192);
+        ConvertStep(source + 256, destination + 384);
+        ConvertStep(source + 384, destination + 576);
+    }
+
+private:
+    static void ConvertStep(const std::uint8_t* source, std::uint8_t* destination) {
         StoreRgb(destination, kPairPlaces,
                  PackPairs<Avx512>(Avx512::Load(source), Avx512::Load(source + 64)));
     }
