@@ -1,0 +1,20 @@
+// upper_halves.cpp - what one measurement leaves behind in the processor
+#include "bench/support/upper_halves.h"
+
+#include "platform/processor.h"
+
+#include <immintrin.h>
+
+namespace {
+
+__attribute__((target("avx"))) void ZeroUpper() {
+    _mm256_zeroupper();
+}
+
+} // namespace
+
+void ClearUpperHalves() {
+    if (platform::HasAvx2()) {
+        ZeroUpper();
+    }
+}
