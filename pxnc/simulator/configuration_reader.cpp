@@ -182,7 +182,16 @@ private:
             xml.Fail(node, "only cameras of kind \"serial\" have ports");
         }
         xml.Text(node, "number");
-        PortConfiguration& port = camera.ports[xml.NumberOr(node, "number", 0, 0, 4)];
+        const std::uint32_t number = xml.NumberOr(node, "number", 0, 0, 4);
+        for (const pugi::xml_node former : node.parent().children("port")) {
+            if (former == node) {
+                break;
+            }
+            if (xml.NumberOr(former, "number", 0, 0, 4) == number) {
+                xml.Fail(node, "port " + std::to_string(number) + " is given twice");
+            }
+        }
+        PortConfiguration& port = camera.ports[number];
         port.present = xml.FlagOr(node, "present", port.present);
         port.capability = xml.NumberOr(node, "capability", port.capability, 0, 0xFFFFFFFF);
         port.device = xml.TextOr(node, "device", port.device);

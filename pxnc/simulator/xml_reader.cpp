@@ -52,7 +52,7 @@ void XmlReader::Allow(pugi::xml_node node, std::initializer_list<const char*> at
                  "unknown element <" + std::string(child.name()) + "> in <" + node.name() + ">");
         }
         if (child.type() == pugi::node_pcdata || child.type() == pugi::node_cdata) {
-            Fail(node, "text is not expected in <" + std::string(node.name()) + ">");
+            Fail(child, "text is not expected in <" + std::string(node.name()) + ">");
         }
     }
 }
@@ -99,7 +99,11 @@ bool XmlReader::FlagOr(pugi::xml_node node, const char* attribute, bool fallback
 }
 
 std::size_t XmlReader::LineOf(pugi::xml_node node) const {
-    return LineAt(node.offset_debug());
+    // A text begins behind the tag before it; what people see of it may be lines below.
+    const char* const value = node.value();
+    const std::size_t blank = std::strspn(value, " \t\r\n");
+    return LineAt(node.offset_debug()) +
+           static_cast<std::size_t>(std::count(value, value + blank, '\n'));
 }
 
 void XmlReader::Fail(pugi::xml_node node, const std::string& reason) const {

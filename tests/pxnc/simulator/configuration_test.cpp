@@ -315,5 +315,158 @@ TEST_F(SettingsTest, OtherModulesHaveSettingsToo) {
     EXPECT_EQ(GetInt(local, "DeviceMessageTimeout"), 500);
 }
 
+/// A document with every element and every attribute, one element a line.
+const std::vector<std::string> kWholeDocument = {
+    "<PxnC>",
+    "<transportLayer id=\"TL\" name=\"N\" model=\"M\" vendor=\"V\" version=\"1\" path=\"P\" "
+    "type=\"CXP\"/>",
+    "<interface id=\"If\" name=\"N\" type=\"CXP\" transportLayer=\"TL\"/>",
+    "<camera kind=\"serial\" id=\"A\" extendedId=\"If|A\" name=\"N\" model=\"M\" vendor=\"V\" "
+    "serial=\"S\" interface=\"If\" sensorWidth=\"640\" sensorHeight=\"480\" pattern=\"bars\" "
+    "seed=\"5\" freeRunning=\"true\" plugged=\"true\" access=\"full\" streams=\"2\" "
+    "extraFeatures=\"3\">",
+    "<feature name=\"Width\" value=\"320\"/>",
+    "<omit name=\"Gain\"/>",
+    "<port number=\"1\" present=\"true\" capability=\"1\" device=\"lens\" baudPaced=\"true\"/>",
+    "</camera>",
+    "<faults>",
+    "<script>frame drop 3</script>",
+    "</faults>",
+    "</PxnC>",
+};
+
+/// What the reader says of a document, without the file's name; empty when it takes it.
+std::string ReaderComplaint(const std::vector<std::string>& lines) {
+    std::string text;
+    for (const std::string& line : lines) {
+        text += line + "\n";
+    }
+    pxsim::Configuration configuration;
+    const pxsim::ConfigurationError error = pxsim::ParseConfiguration(text, "FILE", configuration);
+    EXPECT_EQ(error.code == 0, error.message.empty());
+    return error.message.empty() ? "" : error.message.substr(std::string("FILE").size());
+}
+
+/// ":LINE: " of an index into the document.
+std::string At(std::size_t index) {
+    return ":" + std::to_string(index + 1) + ": ";
+}
+
+TEST(ConfigurationReader, NamesTheLineOfEveryElementThatIsMalformed) {
+    ASSERT_EQ(ReaderComplaint(kWholeDocument), "");
+    for (std::size_t i = 0; i < kWholeDocument.size(); ++i) {
+        const std::string& line = kWholeDocument[i];
+        const std::string element = line.substr(1, line.find_first_of(" >", 1) - 1);
+        if (element.front() == '/') {
+            continue;
+        }
+        std::vector<std::string> broken = kWholeDocument;
+        const auto with = [&](std::string changed) {
+            broken[i] = std::move(changed);
+            return ReaderComplaint(broken);
+        };
+        const std::size_t nameEnd = 1 + element.size();
+        EXPECT_EQ(with(line.substr(0, nameEnd) + " bogus=\"1\"" + line.substr(nameEnd)),
+                  At(i) + "unknown attribute \"bogus\" of <" + element + ">");
+        // Lines before the mistake are right, so it is found at its own line or where the parser
+        // noticed it, never before.
+        for (const std::string& changed :
+             {"<" + line, line.substr(1), line.substr(0, nameEnd) + " =" + line.substr(nameEnd),
+              line.substr(0, line.size() - 1), line.substr(0, nameEnd) + "<" + line.substr(nameEnd),
+              "<" + line.substr(0, nameEnd - 1) + "&" + line.substr(nameEnd)}) {
+            const std::string complaint = with(changed);
+            ASSERT_FALSE(complaint.empty()) << changed;
+            ASSERT_EQ(complaint.front(), ':') << complaint;
+            EXPECT_GE(std::stoul(complaint.substr(1)), i + 1) << changed << complaint;
+            EXPECT_LE(std::stoul(complaint.substr(1)), kWholeDocument.size() + 1) << complaint;
+        }
+        if (i > 0) {
+            EXPECT_EQ(with("<bogus/>" + line).substr(0, At(i).size()), At(i)) << line;
+            EXPECT_EQ(with("text" + line).find(": text is not expected in <") == std::string::npos,
+                      false)
+                << line;
+        }
+    }
+}
+
+TEST(ConfigurationReader, RefusesADocumentThatEndsAnywhere) {
+    std::string whole;
+    for (const std::string& line : kWholeDocument) {
+        whole += line + "\n";
+    }
+    const std::size_t last = whole.rfind('>');
+    for (std::size_t length = 0; length <= last; ++length) {
+        pxsim::Configuration configuration;
+        const pxsim::ConfigurationError error =
+            pxsim::ParseConfiguration(whole.substr(0, length), "FILE", configuration);
+        ASSERT_EQ(error.code, PxnErrXml) << length;
+        ASSERT_EQ(error.message.find("FILE:"), 0u) << error.message;
+        ASSERT_TRUE(configuration.cameras.empty()) << "a refused document changes nothing";
+    }
+}
+
+TEST(ConfigurationReader, RefusesEveryAttributeWithAnEmptyOrSenselessValue) {
+    const auto replaced = [](const std::string& attribute, const std::string& value) {
+        std::vector<std::string> lines = kWholeDocument;
+        std::size_t at = 0;
+        for (std::size_t i = 0; i < lines.size(); ++i) {
+            const std::size_t begin = lines[i].find(" " + attribute + "=\"");
+            if (begin != std::string::npos && at == 0) {
+                const std::size_t from = begin + attribute.size() + 3;
+                lines[i].replace(from, lines[i].find('"', from) - from, value);
+                at = i;
+            }
+        }
+        EXPECT_NE(at, 0u) << attribute;
+        const std::string complaint = ReaderComplaint(lines);
+        EXPECT_EQ(complaint.substr(0, At(at).size()), At(at)) << attribute << complaint;
+    };
+    for (const char* attribute :
+         {"type", "kind", "pattern", "access", "freeRunning", "plugged", "present", "baudPaced",
+          "device", "interface", "transportLayer"}) {
+        replaced(attribute, "senseless");
+    }
+    for (const char* attribute : {"sensorWidth", "sensorHeight", "seed", "streams", "extraFeatures",
+                                  "number", "capability"}) {
+        for (const char* value : {"many", "-1", "99999999999999999999", "1.5", "0x", "7 7"}) {
+            replaced(attribute, value);
+        }
+    }
+}
+
+TEST_F(ConfigurationTest, FeaturesThatContradictEachOtherAreNamedWithTheirLine) {
+    const auto complaint = [this](const std::string& features) {
+        return Complaint("<PxnC><camera id='A' sensorWidth='640' sensorHeight='480'>\n" + features +
+                         "</camera></PxnC>");
+    };
+    const auto feature = [](const char* name, const char* value) {
+        return std::string("<feature name='") + name + "' value='" + value + "'/>\n";
+    };
+    const auto refused = [](int line, const char* name, const char* value) {
+        return "FILE:" + std::to_string(line) + ": camera A: the feature \"" + name +
+               "\" refuses the value \"" + value + "\"";
+    };
+    EXPECT_EQ(complaint(feature("Width", "640") + feature("OffsetX", "64")),
+              refused(3, "OffsetX", "64"));
+    EXPECT_EQ(
+        complaint(feature("Width", "320") + feature("OffsetX", "320") + feature("Width", "640")),
+        refused(4, "Width", "640"));
+    EXPECT_EQ(complaint(feature("BinningHorizontal", "2") + feature("Width", "640")),
+              refused(3, "Width", "640"));
+    EXPECT_EQ(complaint(feature("ExposureTime", "100000") + feature("AcquisitionFrameRate", "60")),
+              refused(3, "AcquisitionFrameRate", "60"));
+    EXPECT_EQ(complaint(feature("PixelFormat", "Mono12p") + feature("Width", "322")),
+              refused(3, "Width", "322"));
+    EXPECT_EQ(complaint(feature("PixelFormat", "Mono13")), refused(2, "PixelFormat", "Mono13"));
+    EXPECT_EQ(complaint(feature("Width", "wide")), refused(2, "Width", "wide"));
+    EXPECT_EQ(complaint(feature("SensorWidth", "800")), refused(2, "SensorWidth", "800"));
+    EXPECT_EQ(
+        complaint(feature("Height", "240") + "<omit name='Height'/>\n" + "<omit name='Hight'/>\n"),
+        "FILE:4: camera A: there is no feature \"Hight\" to omit");
+    EXPECT_EQ(Complaint("<PxnC><camera id='A' kind='serial'><port number='2'/>\n"
+                        "<port number='2' present='false'/></camera></PxnC>"),
+              "FILE:2: port 2 is given twice");
+}
+
 } // namespace
 } // namespace simulator_tests
