@@ -8,6 +8,7 @@ struct AppOptions {
     std::string module;     ///< file of the grabber module; empty: the one beside the program
     std::string configFile; ///< the host's ini file, or empty
     std::string log;        ///< file or "-", empty for none
+    std::string sdkScript;  ///< script for the SDK's control interface, or empty
     std::string camera;     ///< index, unique id or name; empty: as configured, else the first
 };
 

@@ -41,6 +41,10 @@ void AddAppOptions(CLI::App& app, AppOptions& options) {
                    "Camera SDK: simulator, genicam, or a directory that has the SDK's library in "
                    "its subdirectory Bin. Default: PYXEN_HOME of the environment, else simulator")
         ->type_name("simulator|genicam|DIR");
+    app.add_option("--sdk-script", options.sdkScript,
+                   "Run the lines of a file on the SDK's control interface before the grabber is "
+                   "initialised: faults on demand, when the SDK has them (docs/simulator.md)")
+        ->type_name("FILE");
     app.add_option(
            "--module", options.module,
            "Grabber module that mivora loads. Default: the one beside it. pyxen-tool has the "

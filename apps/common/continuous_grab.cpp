@@ -21,7 +21,20 @@ FrameAccount& FrameAccount::operator+=(const FrameAccount& other) {
     flushed += other.flushed;
     damaged += other.damaged;
     inError += other.inError;
+    if (!other.sdk) {
+        sdk.reset();
+    } else if (sdk) {
+        *sdk += *other.sdk;
+    }
     return *this;
+}
+
+bool FrameAccount::IsClosed() const {
+    const bool hostIsClosed = completed == delivered && delivered == taken + lost + flushed;
+    const bool sdkIsClosed =
+        !sdk || (sdk->announced == sdk->revoked && sdk->queued == sdk->completed + sdk->flushed &&
+                 sdk->callbacks == completed + inError);
+    return hostIsClosed && sdkIsClosed;
 }
 
 double FrameTiming::Rate() const {
@@ -57,17 +70,22 @@ void ContinuousGrab::Start() {
     errorsBefore = session.Log().ReceiveErrors();
     changesAtLastFrame = session.Events().ConfigurationChanges();
     session.Events().ResetFrames();
+    sdkBefore = session.Sdk().Counts();
     running = true;
     session.Check("Snap", grabber.Snap(kContinuous), session.ActCameraText());
 }
 
 void ContinuousGrab::OnFrame(std::uint64_t bufferIndex) {
     const std::uint64_t now = platform::MonotonicNanoseconds();
+    const std::optional<std::uint64_t> age = session.Sdk().FrameAge();
     const std::uint64_t number = ++framesInRun;
     changesAtLastFrame = session.Events().ConfigurationChanges();
     platform::MutexLock lock(timingMutex);
     if (bufferIndex < arrivals.size()) {
         arrivals[static_cast<std::size_t>(bufferIndex)] = {now, number};
+    }
+    if (age) {
+        timing.latency.Add(*age);
     }
     if (timing.last != 0) {
         timing.interval.Add(now - timing.last);
@@ -124,6 +142,7 @@ void ContinuousGrab::Stop() {
     running = false;
     CMivoraGrabber& grabber = session.Grabber();
     FrameAccount run;
+    run.sdk.reset();
     // What comes from now on until the camera stops is not wanted any more.
     run.lost = grabber.GetLostBufferCount();
     grabber.StopSnap();
@@ -135,6 +154,9 @@ void ContinuousGrab::Stop() {
     run.damaged = damagedInRun;
     run.flushed = grabber.GetLostBufferCount() - run.lost;
     run.inError = session.Log().ReceiveErrors() - errorsBefore;
+    if (const std::optional<SdkCounts> counts = session.Sdk().Counts(); counts && sdkBefore) {
+        run.sdk = *counts - *sdkBefore;
+    }
     std::uint64_t index = 0;
     while (grabber.GetLastFilledBuffer(&index) == MV_OK) {
         ++run.flushed;
@@ -152,4 +174,14 @@ FrameTiming ContinuousGrab::Timing() const {
     FrameTiming all = timing;
     all.handOver = handOver;
     return all;
+}
+
+double ContinuousGrab::Rate() const {
+    platform::MutexLock lock(timingMutex);
+    return timing.Rate();
+}
+
+std::uint64_t ContinuousGrab::LongestInterval() const {
+    platform::MutexLock lock(timingMutex);
+    return timing.interval.Max();
 }

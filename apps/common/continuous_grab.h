@@ -3,16 +3,20 @@
 
 #include "apps/common/histogram.h"
 #include "apps/common/host_image.h"
+#include "apps/common/sdk_control.h"
 #include "platform/mutex.h"
 
 #include <atomic>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 class Session;
 
-/// What became of the frames. Every frame that the module handed over was taken by the program, or
-/// lost because the program was slow, or flushed: it waited when the acquisition was stopped.
+/// What became of buffers and frames. Every frame that the module handed over was taken by the
+/// program, or lost because the program was slow, or flushed: it waited when the acquisition was
+/// stopped. When the SDK counts too, every announced buffer was revoked, every queued one ended
+/// with a frame or was flushed, and every frame that reached the module was complete or in error.
 struct FrameAccount {
     std::uint64_t completed = 0; ///< complete frames that the module counts
     std::uint64_t delivered = 0; ///< handed over to the host
@@ -22,13 +26,16 @@ struct FrameAccount {
     std::uint64_t damaged = 0;   ///< of those taken: written over while being copied
     std::uint64_t inError = 0;   ///< received in error, never handed over
 
-    /// True when all complete frames were handed over and none went astray.
-    bool IsClosed() const { return completed == delivered && delivered == taken + lost + flushed; }
+    std::optional<SdkCounts> sdk{SdkCounts{}}; ///< the SDK's side; none when it does not count
+
+    /// True when everything adds up and nothing went astray.
+    bool IsClosed() const;
     FrameAccount& operator+=(const FrameAccount& other);
 };
 
 /// How fast frames came, measured where the host can see it. Times in nanoseconds.
 struct FrameTiming {
+    Histogram latency;      ///< from the frame's timestamp to the post-process callback
     Histogram handOver;     ///< from the post-process callback to the buffer in the program's hands
     Histogram interval;     ///< between two post-process callbacks
     std::uint64_t last = 0; ///< the newest callback's moment
@@ -66,6 +73,9 @@ public:
     /// Of all frames from the first Start to the last Stop.
     const FrameAccount& Account() const { return account; }
     FrameTiming Timing() const;
+    double Rate() const;
+    /// Between two frames, in nanoseconds.
+    std::uint64_t LongestInterval() const;
     const ImageLayout& Layout() const { return layout; }
 
 private:
@@ -80,6 +90,7 @@ private:
     std::uint64_t takenInRun = 0;
     std::uint64_t damagedInRun = 0;
     std::uint64_t errorsBefore = 0;
+    std::optional<SdkCounts> sdkBefore;
     Histogram handOver;
 
     std::atomic<std::uint64_t> framesInRun{0};

@@ -2,17 +2,42 @@
 #include "apps/common/sdk_control.h"
 
 #include "apps/common/command_failure.h"
+#include "apps/common/json_text.h"
+#include "apps/common/parse_number.h"
 #include "platform/environment.h"
 #include "platform/file_system.h"
 
+#include <array>
 #include <vector>
 
 namespace {
+
+constexpr std::pair<const char*, std::uint64_t SdkCounts::*> kCounts[] = {
+    {"announced", &SdkCounts::announced}, {"revoked", &SdkCounts::revoked},
+    {"queued", &SdkCounts::queued},       {"completed", &SdkCounts::completed},
+    {"callbacks", &SdkCounts::callbacks}, {"flushed", &SdkCounts::flushed},
+    {"dropped", &SdkCounts::dropped},
+};
 
 constexpr std::uint32_t kAnswerSize = 1u << 20;
 constexpr std::size_t kPathLimit = 4096;
 
 } // namespace
+
+SdkCounts& SdkCounts::operator+=(const SdkCounts& other) {
+    for (const auto& [name, count] : kCounts) {
+        this->*count += other.*count;
+    }
+    return *this;
+}
+
+SdkCounts SdkCounts::operator-(const SdkCounts& other) const {
+    SdkCounts difference;
+    for (const auto& [name, count] : kCounts) {
+        difference.*count = this->*count - other.*count;
+    }
+    return difference;
+}
 
 std::string SdkLibraryPath() {
     const std::string home = platform::GetEnvironment("PYXEN_HOME");
@@ -38,6 +63,34 @@ std::int32_t SdkControl::Run(const std::string& command, std::string& answer) {
     buffer.back() = '\0';
     answer = buffer.data();
     return result;
+}
+
+std::optional<SdkCounts> SdkControl::Counts() {
+    std::string answer;
+    try {
+        if (Run("status", answer) != 0) {
+            return std::nullopt;
+        }
+    } catch (const CommandFailure&) {
+        return std::nullopt; // this SDK has no such interface
+    }
+    const Json status = Json::parse(answer, nullptr, false);
+    SdkCounts counts;
+    for (const auto& [name, count] : kCounts) {
+        if (!status.is_object() || !status.contains(name) || !status[name].is_number_unsigned()) {
+            return std::nullopt;
+        }
+        counts.*count = status[name].get<std::uint64_t>();
+    }
+    return counts;
+}
+
+std::optional<std::uint64_t> SdkControl::FrameAge() const {
+    std::array<char, 32> answer{};
+    if (!control || control("frame-age", answer.data(), answer.size()) != 0) {
+        return std::nullopt;
+    }
+    return ParseUnsigned(answer.data());
 }
 
 void SdkControl::Find() {

@@ -4,7 +4,6 @@
 #include "apps/common/command_failure.h"
 #include "apps/common/grabber_maker.h"
 #include "apps/common/parse_number.h"
-#include "apps/common/sdk_control.h"
 #include "mivora/grabber.h"
 #include "platform/environment.h"
 #include "platform/file_system.h"
@@ -26,6 +25,7 @@ Session::Session(const AppOptions& appOptions, IGrabberMaker& grabberMaker)
     : options(appOptions), maker(grabberMaker) {
     ApplySdk(options.sdk);
     log.Open(options.log);
+    RunSdkScript();
     MivoraInstallLogSink(&log);
     grabber = maker.Create();
     if (!options.configFile.empty()) {
@@ -44,6 +44,18 @@ Session::~Session() {
     events.reset();
     maker.Delete(grabber);
     MivoraInstallLogSink(nullptr);
+}
+
+void Session::RunSdkScript() {
+    if (options.sdkScript.empty()) {
+        return;
+    }
+    std::string answer;
+    const std::int32_t code = sdkControl.Run("script " + options.sdkScript, answer);
+    if (code != 0) {
+        throw CommandFailure("the camera SDK refuses the script (" + std::to_string(code) +
+                             "): " + answer);
+    }
 }
 
 void Session::Init() {

@@ -4,6 +4,7 @@
 #include "apps/common/app_options.h"
 #include "apps/common/event_recorder.h"
 #include "apps/common/log_file.h"
+#include "apps/common/sdk_control.h"
 #include "mivora/types.h"
 
 #include <cstdint>
@@ -19,8 +20,8 @@ class IGrabberMaker;
 /// What fails throws CommandFailure with the reasons that the log gives. One thread.
 class Session {
 public:
-    /// Sets PYXEN_HOME, opens the log, makes the grabber and gives it the configuration file;
-    /// nothing else runs.
+    /// Sets PYXEN_HOME, opens the log, runs the script for the SDK, makes the grabber and gives it
+    /// the configuration file; nothing else runs.
     Session(const AppOptions& appOptions, IGrabberMaker& grabberMaker);
     /// Stops, closes and destroys the grabber.
     ~Session();
@@ -49,13 +50,16 @@ public:
     CMivoraGrabber& Grabber() { return *grabber; }
     EventRecorder& Events() { return *events; }
     LogFile& Log() { return log; }
+    SdkControl& Sdk() { return sdkControl; }
 
 private:
+    void RunSdkScript();
     std::string KnownCameras();
     std::string SdkText();
 
     const AppOptions& options;
     IGrabberMaker& maker;
+    SdkControl sdkControl;
     LogFile log;
     CMivoraGrabber* grabber = nullptr; // the maker's
     std::unique_ptr<EventRecorder> events;

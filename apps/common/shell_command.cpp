@@ -3,7 +3,6 @@
 
 #include "apps/common/command_line.h"
 #include "apps/common/input_lines.h"
-#include "apps/common/sdk_control.h"
 #include "apps/common/serve_windows.h"
 #include "apps/common/session.h"
 #include "apps/common/shell.h"
@@ -44,9 +43,9 @@ void AddShellCommand(CLI::App& app, const AppOptions& options,
         app.add_subcommand("shell", "The grabber's operations, one a line from standard input");
     command->footer(kFooter);
     command->callback([&options, maker, addOwn] {
-        SdkControl sdkControl;
         Session session(options, maker());
-        const ShellContext context{session.Grabber(), session.Events(), session.Log(), sdkControl};
+        const ShellContext context{session.Grabber(), session.Events(), session.Log(),
+                                   session.Sdk()};
         ShellOperations operations;
         AddAllOperations(operations, context);
         AddHelp(operations, stdout);

@@ -117,11 +117,10 @@ private:
                 copy = writer->TakeBuffer(static_cast<std::size_t>(grab.Layout().Size()));
             }
             const FrameResult result = grab.TakeFrame(kSliceMs, writer ? &copy : nullptr);
-            const FrameTiming timing = grab.Timing();
             if (result == FrameResult::kNone) {
                 const std::uint64_t waitedMs =
                     (platform::MonotonicNanoseconds() - lastFrame) / kNanosecondsPerMillisecond;
-                if (waitedMs >= PatienceMs(timing)) {
+                if (waitedMs >= PatienceMs()) {
                     return false;
                 }
                 continue;
@@ -131,17 +130,17 @@ private:
             if (writer && result == FrameResult::kTaken) {
                 writer->Push(grab.Layout(), std::move(copy));
             }
-            progress.Show(taken, timing.Rate(), session.Log().ReceiveErrors());
+            progress.Show(taken, grab.Rate(), session.Log().ReceiveErrors());
         }
         return true;
     }
 
     /// After news of a configuration change a few missing frames are enough.
-    std::uint64_t PatienceMs(const FrameTiming& timing) const {
+    std::uint64_t PatienceMs() const {
         if (!grab.IsSuspicious()) {
             return options.timeoutMs;
         }
-        const std::uint64_t intervalMs = timing.interval.Max() / kNanosecondsPerMillisecond;
+        const std::uint64_t intervalMs = grab.LongestInterval() / kNanosecondsPerMillisecond;
         return std::min(options.timeoutMs, std::max(kLeastGraceMs, kGraceIntervals * intervalMs));
     }
 
@@ -198,10 +197,9 @@ constexpr const char* kFooter =
     "which every frame that the module handed over is taken, lost or flushed: lost when this\n"
     "program was too slow, flushed when it still waited at the end.\n"
     "\n"
-    "Latency is measured where a host can see it, with this computer's clock: hand-over is the\n"
-    "time from the module's call that a frame is there until this program has it in hands,\n"
-    "interval the time between two such calls. What passes between the sensor and that call\n"
-    "is not in it.\n"
+    "Latency is the time from a frame's timestamp to the module's call that it is there; only\n"
+    "an SDK with a control interface (the simulator) tells it. Hand-over is the time from that\n"
+    "call until this program has the frame in hands, interval the time between two such calls.\n"
     "\n"
     "Examples:\n"
     "  mivora grab --frames 100\n"

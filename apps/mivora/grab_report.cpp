@@ -21,6 +21,21 @@ double Microseconds(std::uint64_t nanoseconds) {
             {"max", Microseconds(times.Max())}};
 }
 
+/// Null for an SDK that does not tell.
+::Json LatencyPercentiles(const Histogram& times) {
+    return times.Count() != 0 ? Percentiles(times) : ::Json(nullptr);
+}
+
+::Json SdkAccount(const std::optional<SdkCounts>& counts) {
+    if (!counts) {
+        return nullptr;
+    }
+    return {{"announced", counts->announced}, {"revoked", counts->revoked},
+            {"queued", counts->queued},       {"completed", counts->completed},
+            {"flushed", counts->flushed},     {"callbacks", counts->callbacks},
+            {"dropped", counts->dropped}};
+}
+
 template <typename... Values>
 void AppendLine(std::string& text, const char* format, Values... values) {
     std::array<char, 256> line;
@@ -60,7 +75,9 @@ std::string GrabReport::Json() const {
                              {"damaged", account.damaged},
                              {"incomplete", account.inError},
                              {"written", written},
+                             {"sdk", SdkAccount(account.sdk)},
                              {"closed", account.IsClosed()}}},
+                           {"latencyMicroseconds", LatencyPercentiles(timing.latency)},
                            {"handOverMicroseconds", Percentiles(timing.handOver)},
                            {"intervalMicroseconds", Percentiles(timing.interval)},
                            {"reconnects", reconnects},
@@ -78,6 +95,14 @@ std::string GrabReport::Text() const {
         text, "%-11s %llu completed, %llu delivered = %llu taken + %llu lost + %llu flushed%s",
         "account", Wide(account.completed), Wide(account.delivered), Wide(account.taken),
         Wide(account.lost), Wide(account.flushed), account.IsClosed() ? "" : " (does not add up)");
+    if (account.sdk) {
+        AppendLine(text,
+                   "%-11s %llu announced = %llu revoked; %llu queued = %llu filled + %llu "
+                   "flushed; %llu frames dropped by the camera",
+                   "buffers", Wide(account.sdk->announced), Wide(account.sdk->revoked),
+                   Wide(account.sdk->queued), Wide(account.sdk->completed),
+                   Wide(account.sdk->flushed), Wide(account.sdk->dropped));
+    }
     if (account.damaged != 0) {
         AppendLine(text, "%-11s %llu frames were written over while being copied", "damaged",
                    Wide(account.damaged));
@@ -87,6 +112,9 @@ std::string GrabReport::Text() const {
     }
     if (reconnects != 0) {
         AppendLine(text, "%-11s %llu times", "reconnected", Wide(reconnects));
+    }
+    if (timing.latency.Count() != 0) {
+        AppendPercentiles(text, "latency", timing.latency);
     }
     AppendPercentiles(text, "hand-over", timing.handOver);
     AppendPercentiles(text, "interval", timing.interval);

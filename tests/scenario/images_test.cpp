@@ -27,6 +27,14 @@ protected:
                                                        account["lost"].get<int>() +
                                                        account["flushed"].get<int>())
             << report;
+        const Json& sdk = account["sdk"];
+        EXPECT_GT(sdk["announced"], 0) << report;
+        EXPECT_EQ(sdk["announced"], sdk["revoked"]) << report;
+        EXPECT_EQ(sdk["queued"].get<int>(), sdk["completed"].get<int>() + sdk["flushed"].get<int>())
+            << report;
+        EXPECT_EQ(sdk["callbacks"].get<int>(),
+                  account["completed"].get<int>() + account["incomplete"].get<int>())
+            << report;
     }
 };
 
@@ -88,10 +96,32 @@ TEST_F(Images, AreGrabbedWithAClosedAccount) {
         EXPECT_GT(report["framesPerSecond"], 1.0) << format;
         EXPECT_LE(report["framesPerSecond"], 400.0) << format;
         EXPECT_EQ(report["handOverMicroseconds"]["count"], 40) << format;
+        EXPECT_EQ(report["latencyMicroseconds"]["count"], report["account"]["delivered"]);
+        EXPECT_GT(report["latencyMicroseconds"]["min"], 0) << format;
         EXPECT_FALSE(report["interrupted"]);
         EXPECT_FALSE(report["cameraLost"]);
         ExpectClosed(report);
     }
+}
+
+TEST_F(Images, AreAccountedForWhateverGoesWrongWithThem) {
+    UseCamera();
+    const auto grab = [this](const std::string& script) {
+        const auto result = Mivora({"--sdk-script", directory.Write("script", script), "grab",
+                                    "--frames", "40", "--buffers", "3", "--json"});
+        ExpectDone(result);
+        Json report = Json::parse(result.output);
+        EXPECT_EQ(report["frames"], 40);
+        ExpectClosed(report);
+        return report;
+    };
+    EXPECT_GT(grab("frame-random 1 30 incomplete\n")["account"]["incomplete"], 0);
+    EXPECT_GT(grab("frame-random 2 30 small\n")["account"]["incomplete"], 0);
+    EXPECT_GT(grab("frame-random 3 30 drop\n")["account"]["sdk"]["dropped"], 0);
+    grab("frame-random 4 30 duplicate\n");
+    const Json late = grab("frame late 5,11\n");
+    EXPECT_GE(late["latencyMicroseconds"]["max"], 50000.0) << "late means after its timestamp";
+    EXPECT_LT(late["latencyMicroseconds"]["min"], 50000.0);
 }
 
 TEST_F(Images, AreWrittenOneByOne) {
