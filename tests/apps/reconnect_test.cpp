@@ -3,6 +3,7 @@
 #include "apps/common/sdk_control.h"
 #include "apps/mivora/commands.h"
 #include "apps/pyxen-tool/linked_maker.h"
+#include "platform/sleep.h"
 #include "tests/support/environment_guard.h"
 #include "tests/support/run_program.h"
 #include "tests/support/temporary_directory.h"
@@ -11,21 +12,52 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <atomic>
+#include <string>
 #include <thread>
 
 namespace {
 
-constexpr const char* kConfiguration =
-    "<PxnC><camera id=\"A\" model=\"Camera A\" sensorWidth=\"64\" sensorHeight=\"64\">"
-    "<feature name=\"ExposureTime\" value=\"1000\"/>"
-    "<feature name=\"AcquisitionFrameRate\" value=\"100\"/></camera>"
-    "<faults><script>unplug-at 10 A</script></faults></PxnC>";
+constexpr int kTimes = 10;
+
+/// A camera that vanishes in each of its first ten runs.
+std::string Configuration() {
+    std::string text = "<PxnC><camera id=\"A\" model=\"Camera A\" sensorWidth=\"64\" "
+                       "sensorHeight=\"64\"><feature name=\"ExposureTime\" value=\"1000\"/>"
+                       "<feature name=\"AcquisitionFrameRate\" value=\"100\"/></camera>"
+                       "<faults><script>\n";
+    for (int time = 0; time < kTimes; ++time) {
+        // At a number that the runs before did not reach.
+        text += "unplug-at " + std::to_string(10 + time) + " A\n";
+    }
+    return text + "</script></faults></PxnC>";
+}
+
+int CountOf(const std::string& text, const std::string& part) {
+    int count = 0;
+    for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) {
+        ++count;
+    }
+    return count;
+}
+
+/// The pauses after a stop are long and no part of this.
+class NoSettling {
+public:
+    NoSettling() {
+        platform::SetSleepFunction([](std::uint32_t) {});
+    }
+    ~NoSettling() { platform::SetSleepFunction(nullptr); }
+    NoSettling(const NoSettling&) = delete;
+    NoSettling& operator=(const NoSettling&) = delete;
+};
 
 // In this process, since somebody has to plug the camera in again while the command runs.
-TEST(GrabCommand, GoesOnWhenTheCameraComesBack) {
+TEST(GrabCommand, GoesOnEachOfTenTimesThatTheCameraComesBack) {
+    const NoSettling noSettling;
     const support::EnvironmentGuard home("PYXEN_HOME", support::BuiltFile("simulator"));
     const support::TemporaryDirectory directory;
-    directory.Write("PxnC.xml", kConfiguration);
+    directory.Write("PxnC.xml", Configuration());
 
     CLI::App app;
     AppOptions options;
@@ -37,22 +69,27 @@ TEST(GrabCommand, GoesOnWhenTheCameraComesBack) {
     std::string answer;
     std::atomic<bool> ended{false};
     std::thread plugger([&] {
-        support::WaitUntil([&] { return ended || control.Run("plug A", answer) == 0; }, 60000);
+        for (int time = 0; time < kTimes && !ended; ++time) {
+            support::WaitUntil([&] { return ended || control.Run("plug A", answer) == 0; }, 60000);
+        }
     });
     testing::internal::CaptureStdout();
     testing::internal::CaptureStderr();
     EXPECT_NO_THROW(app.parse("--config \"" + directory.PathOf("host.ini") +
-                              "\" grab --frames 25 --reconnect --json"));
+                              "\" grab --frames 165 --reconnect --json"));
     ended = true;
     plugger.join();
     const std::string errors = testing::internal::GetCapturedStderr();
     const auto report = nlohmann::json::parse(testing::internal::GetCapturedStdout());
-    EXPECT_EQ(report["frames"], 25) << report;
-    EXPECT_EQ(report["reconnects"], 1) << report;
+    // Up to 10 + 11 + ... + 19 = 145 frames come before the camera stays.
+    EXPECT_EQ(report["frames"], 165) << report;
+    EXPECT_EQ(report["reconnects"], kTimes) << report;
     EXPECT_TRUE(report["account"]["closed"]) << report;
+    EXPECT_GE(report["account"]["sdk"]["announced"], 8 * (kTimes + 1)) << "in every run anew";
     EXPECT_FALSE(report["cameraLost"]) << report;
-    EXPECT_NE(errors.find("waiting for it"), std::string::npos) << errors;
-    EXPECT_NE(errors.find("is back"), std::string::npos) << errors;
+    EXPECT_EQ(CountOf(errors, "mivora: no frame from camera 0 (Camera A, "), kTimes) << errors;
+    EXPECT_EQ(CountOf(errors, "waiting for it\n"), kTimes) << errors;
+    EXPECT_EQ(CountOf(errors, " is back\n"), kTimes) << errors;
 }
 
 } // namespace
