@@ -10,15 +10,18 @@
 namespace {
 
 // The file is rewritten by renaming, so it needs a real directory.
-const std::string& Directory() {
-    static const std::string directory = platform::CreateTemporaryDirectory("fuzz-ini");
-    return directory;
-}
+class Directory {
+public:
+    ~Directory() { platform::RemoveDirectoryTree(path); }
+
+    const std::string path = platform::CreateTemporaryDirectory("fuzz-ini");
+};
 
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const std::string path = platform::JoinPath(Directory(), "fuzz.ini");
+    static const Directory directory;
+    const std::string path = platform::JoinPath(directory.path, "fuzz.ini");
     const std::string content(reinterpret_cast<const char*>(data), size);
     if (!platform::ReplaceWholeFile(path, content)) {
         std::abort();

@@ -42,14 +42,16 @@ bool IsComment(std::string_view trimmed) {
     return !trimmed.empty() && (trimmed.front() == ';' || trimmed.front() == '#');
 }
 
-/// The name in a section's header line, or nothing for any other line.
+/// The name in a section's header line, or nothing for any other line. It ends at a NUL as the
+/// names do that are asked for.
 std::optional<std::string_view> HeaderName(std::string_view line) {
     line = Trim(line);
     const std::size_t close = line.find(']');
     if (line.empty() || line.front() != '[' || close == std::string_view::npos) {
         return std::nullopt;
     }
-    return Trim(line.substr(1, close - 1));
+    const std::string_view name = line.substr(1, close - 1);
+    return Trim(name.substr(0, name.find('\0')));
 }
 
 /// Where the '=' of a key's line stands; npos for any other line.

@@ -97,6 +97,17 @@ TEST_F(IniFile, ListsSectionsInOrder) {
     EXPECT_EQ(ini.GetSectionName(4), nullptr);
 }
 
+TEST_F(IniFile, FindsEverySectionThatItLists) {
+    const std::string content("[cut\f\0here]\nk=1\n[]\nk=2\n[ \0]\nk=3\n", 32);
+    Start(content);
+    ASSERT_EQ(ini.GetNumSections(), 2u);
+    for (uint32_t index = 0; index < 2; ++index) {
+        EXPECT_TRUE(ini.HasSection(ini.GetSectionName(index))) << index;
+    }
+    EXPECT_EQ(Text("cut", "k"), "1");
+    EXPECT_EQ(Text("", "k"), "2");
+}
+
 TEST_F(IniFile, KeepsQuotesSemicolonsAndEqualsSignsOfValues) {
     Start("[s]\nq=\"C:\\a b\" \ne = a=b ; c # d\n[TL]\nTLID=x\n");
     EXPECT_EQ(Text("s", "q"), "\"C:\\a b\"");
