@@ -11,6 +11,7 @@
 #include <cctype>
 #include <cstdint>
 #include <cstdio>
+#include <limits>
 #include <memory>
 #include <string>
 #include <vector>
@@ -57,9 +58,19 @@ Json Describe(const FeatureAccess& feature) {
     return object;
 }
 
+/// Limits that the type itself has tell nobody anything.
+template <typename Number>
+bool IsWholeRange(const Json& object) {
+    return object["min"] == std::numeric_limits<Number>::lowest() &&
+           object["max"] == std::numeric_limits<Number>::max();
+}
+
 std::string RangeText(const Json& object) {
     std::string text;
     if (object.contains("min")) {
+        if (IsWholeRange<std::int64_t>(object) || IsWholeRange<double>(object)) {
+            return text;
+        }
         text = JsonDump(object["min"]) + ".." + JsonDump(object["max"]);
         if (object.contains("increment")) {
             text += " step " + JsonDump(object["increment"]);
@@ -81,10 +92,11 @@ void PrintLine(const Json& object) {
     std::string text = value.is_null() ? "-" : JsonDump(value);
     const std::string unit = object["unit"].get<std::string>();
     text += unit.empty() || value.is_null() ? "" : " " + unit;
-    std::printf("%-64s %-11s %-2s %s  %s\n", object["path"].get<std::string>().c_str(),
+    const std::string range = RangeText(object);
+    std::printf("%-64s %-11s %-2s %s%s%s\n", object["path"].get<std::string>().c_str(),
                 object["type"].get<std::string>().c_str(),
                 object["access"].get<std::string>().c_str(), text.c_str(),
-                RangeText(object).c_str());
+                range.empty() ? "" : "  ", range.c_str());
 }
 
 void PrintFeatures(CMivoraKVNPyxenClass& grabber, const FeaturesOptions& options) {

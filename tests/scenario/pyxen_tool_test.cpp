@@ -38,6 +38,17 @@ TEST_F(PyxenTool, ListsFeaturesWithValueAndRange) {
     EXPECT_GE(format[0]["entries"].size(), 70u);
 }
 
+TEST_F(PyxenTool, ListsLimitsInItsTableOnlyWhereThereAreSome) {
+    UseCamera();
+    const auto result = Tool({"features", "--module", "Camera", "--filter", "width"});
+    ExpectDone(result);
+    EXPECT_PRED2(Contains, result.output, " 64 px  16..64 step 4\n");
+    EXPECT_PRED2(Contains, result.output, "/SensorWidth ");
+    EXPECT_EQ(result.output.find("9223372036854775807"), std::string::npos) << result.output;
+    EXPECT_EQ(result.output.find("e+308"), std::string::npos) << result.output;
+    EXPECT_EQ(result.output.find(" \n"), std::string::npos) << result.output;
+}
+
 TEST_F(PyxenTool, ListsEveryModule) {
     UseCamera();
     const Json all = Features({});
