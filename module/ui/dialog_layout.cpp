@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <cstdint>
 
-FeatureDialogLayout::Places FeatureDialogLayout::Compute(int width, int height,
-                                                         int textHeight) const {
+FeatureDialogLayout::Places FeatureDialogLayout::Compute(int width, int height, int textHeight,
+                                                         int lineHeight) const {
     const int moreWidth = width - from.width;
     const int moreHeight = height - from.height;
     const auto atBottom = [&](const LayoutRect& rect) {
@@ -24,15 +24,17 @@ FeatureDialogLayout::Places FeatureDialogLayout::Compute(int width, int height,
     const int growth = std::min(wanted, spare);
     places.frame.top -= growth;
     places.description.top -= growth;
+    if (textHeight > places.description.Height() && lineHeight > 0) {
+        places.description.top += places.description.Height() % lineHeight;
+    }
 
-    const auto paneShare = [&](int inner) {
-        const std::int64_t innerBefore = from.width - 3 * margin;
-        return static_cast<int>(inner * std::int64_t{from.paneWidth} / innerBefore);
-    };
-    const int inner = std::max(width - 3 * margin, 0);
-    const int paneWidth = std::min(std::max(paneShare(inner), from.leastPaneWidth), inner);
+    const int right = places.frame.right;
+    const int innerBefore = from.frame.right - 2 * margin;
+    const int inner = std::max(right - 2 * margin, 0);
+    const int paneShare = static_cast<int>(inner * std::int64_t{from.paneWidth} / innerBefore);
+    const int paneWidth = std::min(std::max(paneShare, from.leastPaneWidth), inner);
     const int bottom = std::max(places.frame.top - margin, margin);
-    places.container = {width - margin - paneWidth, margin, width - margin, bottom};
+    places.container = {right - paneWidth, margin, right, bottom};
     places.tree = {margin, margin, std::max(places.container.left - margin, margin), bottom};
     return places;
 }

@@ -42,8 +42,8 @@ public:
     explicit FeatureDialogLayout(const Template& newTemplate) : from(newTemplate) {}
 
     /// The places for a client size. A text that is higher than its place takes height from the
-    /// panes above, as far as these can spare it.
-    Places Compute(int width, int height, int textHeight) const;
+    /// panes above, as far as these can spare it; where they cannot, its place holds whole lines.
+    Places Compute(int width, int height, int textHeight, int lineHeight) const;
     /// How wide the description is at that width.
     int DescriptionWidth(int width) const { return from.description.Width() + width - from.width; }
 

@@ -216,8 +216,10 @@ void CKVNPyxenFeatureCtrlDialog::OnSize(UINT type, int width, int height) {
 FeatureDialogLayout::Places CKVNPyxenFeatureCtrlDialog::ComputePlaces() const {
     CRect client;
     GetClientRect(client);
+    const int width = layout->DescriptionWidth(client.Width());
     return layout->Compute(client.Width(), client.Height(),
-                           TextHeight(layout->DescriptionWidth(client.Width())));
+                           TextHeight(WindowText(*GetDlgItem(IDC_DESCRIPTION)), width),
+                           TextHeight(TEXT("A"), width));
 }
 
 void CKVNPyxenFeatureCtrlDialog::LayOut() {
@@ -250,11 +252,9 @@ void CKVNPyxenFeatureCtrlDialog::LayOut() {
     }
 }
 
-int CKVNPyxenFeatureCtrlDialog::TextHeight(int width) const {
-    const CWnd* const control = GetDlgItem(IDC_DESCRIPTION);
-    const std::wstring text = WindowText(*control);
+int CKVNPyxenFeatureCtrlDialog::TextHeight(const std::wstring& text, int width) const {
     CClientDC dc(const_cast<CKVNPyxenFeatureCtrlDialog*>(this));
-    CFont* const before = dc.SelectObject(control->GetFont());
+    CFont* const before = dc.SelectObject(GetDlgItem(IDC_DESCRIPTION)->GetFont());
     CRect rect(0, 0, width, 0);
     dc.DrawText(text.data(), static_cast<int>(text.size()), rect,
                 DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX | DT_EXPANDTABS);

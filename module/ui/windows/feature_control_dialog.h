@@ -16,6 +16,7 @@
 
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 class CMivoraKVNPyxenClass;
@@ -83,7 +84,8 @@ private:
     FeatureDialogLayout::Places ComputePlaces() const;
     void LayOut();
     LayoutRect PlaceOf(int id) const;
-    int TextHeight(int width) const;
+    /// Of a text in the description's font, broken at that width.
+    int TextHeight(const std::wstring& text, int width) const;
 
     // the tree and what is registered for it
     bool CanAsk() const;

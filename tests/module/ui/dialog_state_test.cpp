@@ -142,7 +142,7 @@ void ExpectPlace(const LayoutRect& place, const LayoutRect& expected) {
 }
 
 TEST(DialogLayout, GivesTheTemplateItsOwnPlaces) {
-    const auto places = Layout().Compute(600, 400, 0);
+    const auto places = Layout().Compute(600, 400, 0, 13);
     ExpectPlace(places.frame, {10, 280, 590, 360});
     ExpectPlace(places.description, {20, 295, 580, 350});
     ExpectPlace(places.close, {510, 370, 590, 390});
@@ -151,7 +151,7 @@ TEST(DialogLayout, GivesTheTemplateItsOwnPlaces) {
 }
 
 TEST(DialogLayout, KeepsTheMarginsAtAnotherSize) {
-    const auto places = Layout().Compute(1170, 700, 0);
+    const auto places = Layout().Compute(1170, 700, 0, 13);
     ExpectPlace(places.frame, {10, 580, 1160, 660});
     ExpectPlace(places.description, {20, 595, 1150, 650});
     ExpectPlace(places.close, {1080, 670, 1160, 690});
@@ -161,21 +161,23 @@ TEST(DialogLayout, KeepsTheMarginsAtAnotherSize) {
 
 TEST(DialogLayout, GivesALongTextMoreHeight) {
     EXPECT_EQ(Layout().DescriptionWidth(700), 660);
-    const auto places = Layout().Compute(600, 400, 85);
+    const auto places = Layout().Compute(600, 400, 85, 13);
     ExpectPlace(places.frame, {10, 250, 590, 360});
     ExpectPlace(places.description, {20, 265, 580, 350});
     EXPECT_EQ(places.tree.bottom, 240);
-    const auto most = Layout().Compute(600, 400, 2000);
+    const auto most = Layout().Compute(600, 400, 2000, 13);
     EXPECT_EQ(most.tree.Height(), 90);
     EXPECT_EQ(most.container.Height(), 90);
     EXPECT_EQ(most.description.bottom, 350);
+    EXPECT_EQ(most.description.Height() % 13, 0) << "a line is cut";
+    EXPECT_EQ(most.description.top - most.frame.top, 15 + 4);
 }
 
 TEST(DialogLayout, LeavesTheEditorItsWidth) {
-    const auto places = Layout().Compute(300, 400, 0);
+    const auto places = Layout().Compute(300, 400, 0, 13);
     EXPECT_EQ(places.container.Width(), 150);
     ExpectPlace(places.tree, {10, 10, 130, 270});
-    const auto least = Layout().Compute(0, 0, 0);
+    const auto least = Layout().Compute(0, 0, 0, 13);
     EXPECT_GE(least.tree.Width(), 0);
     EXPECT_GE(least.tree.Height(), 0);
 }
