@@ -157,6 +157,7 @@ TEST_F(OpenCamera, SucceedsEarlyWithoutAFeatureList) {
     EXPECT_EQ(Calls(),
               (Texts{"PxnCameraOpen(\"cam-ext-1\", 1)", "PxnCameraInfoQueryByHandle(camera0, 80)",
                      "PxnFeaturesList(camera0, null, 0, 88)"}));
+    EXPECT_STREQ(Grabber().GetFeatureCache(kCameraCache)->GetModuleName(), "Camera");
     EXPECT_EQ(Grabber().IsCameraOpen(), 1u);
     EXPECT_EQ(updates, std::vector<uint32_t>{kMvUpdateAll});
     Grabber().InstDialogUpdateCallBack(nullptr, nullptr);
