@@ -13,22 +13,8 @@ thread_local bool refusesOneOnly = false;
 thread_local bool refused = false;
 thread_local int allocationCount = 0;
 
-// Takes note of an allocation; false when it is to be refused.
-bool IsGranted() noexcept {
-    ++allocationCount;
-    if (allocationsLeft == 0) {
-        refused = true;
-        allocationsLeft = refusesOneOnly ? kAll : 0;
-        return false;
-    }
-    if (allocationsLeft > 0) {
-        --allocationsLeft;
-    }
-    return true;
-}
-
 void* Allocate(std::size_t size) noexcept {
-    return IsGranted() ? std::malloc(size > 0 ? size : 1) : nullptr;
+    return support::TakeAllocation() ? std::malloc(size > 0 ? size : 1) : nullptr;
 }
 
 void* AllocateOrThrow(std::size_t size) {
@@ -41,6 +27,19 @@ void* AllocateOrThrow(std::size_t size) {
 } // namespace
 
 namespace support {
+
+bool TakeAllocation() noexcept {
+    ++allocationCount;
+    if (allocationsLeft == 0) {
+        refused = true;
+        allocationsLeft = refusesOneOnly ? kAll : 0;
+        return false;
+    }
+    if (allocationsLeft > 0) {
+        --allocationsLeft;
+    }
+    return true;
+}
 
 void RefuseAllocationsAfter(int granted, Refusal refusal) {
     refused = false;
@@ -68,16 +67,6 @@ int AllocationCount() {
 }
 
 } // namespace support
-
-// The linker leads the program's own calls of realloc here.
-extern "C" {
-void* __real_realloc(void* block, std::size_t size);
-void* __wrap_realloc(void* block, std::size_t size);
-}
-
-void* __wrap_realloc(void* block, std::size_t size) {
-    return IsGranted() ? __real_realloc(block, size) : nullptr;
-}
 
 void* operator new(std::size_t size) {
     return AllocateOrThrow(size);

@@ -2,7 +2,7 @@
 //
 // Replaces the allocator of the program that uses it. On Linux that reaches into the libraries too,
 // where they share a run-time library; on Windows each library has an allocator of its own. Of the
-// C functions only realloc can be refused, and only what is linked into the program itself.
+// C functions only realloc can be refused, on Linux, in what is linked into the program itself.
 // ThreadSanitizer allows no other allocator: tests that use this stand in files whose names end in
 // out_of_memory_test.cpp and are left out of its builds.
 #pragma once
@@ -16,6 +16,8 @@ enum class Refusal { kAllBehind, kOne };
 void RefuseAllocationsAfter(int granted, Refusal refusal = Refusal::kAllBehind);
 /// Grants all again; answers whether one was refused since the refusing began.
 bool GrantAllocations();
+/// Takes note of an allocation of this thread; false when it is to be refused. For allocators.
+bool TakeAllocation() noexcept;
 /// True when one was refused since the refusing began.
 bool AllocationWasRefused();
 /// Allocations of this thread so far.
