@@ -25,15 +25,18 @@ std::uint64_t HostBytes(const PixelFormat& format, std::uint64_t pixels) {
 }
 
 // The system finds memory for a page when it is first written. That happens here, so that the first
-// frames do not wait for it. What the page holds stays.
-bool ResizeAndTouch(MallocArray<std::uint8_t>& buffer, std::uint64_t size) {
-    if (!buffer.Resize(size)) {
+// frames do not wait for it. Memory that has its size already stays as it is.
+bool ResizeAndTouch(MallocArray<std::uint8_t>& buffer, std::uint64_t& size, std::uint64_t newSize) {
+    if (buffer && size == newSize) {
+        return true;
+    }
+    if (!buffer.Resize(newSize)) {
         return false;
     }
+    size = newSize;
     constexpr std::uint64_t kPage = 4096;
     for (std::uint64_t at = 0; at < size; at += kPage) {
-        volatile std::uint8_t& byte = buffer[at];
-        byte = byte;
+        buffer[at] = 0;
     }
     return true;
 }
@@ -74,24 +77,17 @@ bool FrameRecord::AllocateBoth(std::uint64_t payloadSize, std::uint64_t imageSiz
     // A camera that promises less than its pixel format takes has the rest added here, unfilled.
     const std::uint64_t blockSize =
         payloadSize == 0 ? 0 : std::max(payloadSize, BytesToConvert(*format, width, height));
-    if (!ResizeAndTouch(rawBuffer, blockSize)) {
+    if (!ResizeAndTouch(rawBuffer, rawSize, blockSize)) {
         return false;
     }
     frame.buffer = rawBuffer.Get();
     frame.bufferSize = static_cast<std::uint32_t>(payloadSize);
-    if (!ResizeAndTouch(hostBuffer, imageSize)) {
-        return false;
-    }
-    hostSize = imageSize;
-    return true;
+    return ResizeAndTouch(hostBuffer, hostSize, imageSize);
 }
 
 bool FrameRecord::AllocateHost(std::uint64_t imageSize) {
-    if (imageSize != hostSize || !hostBuffer) {
-        if (!ResizeAndTouch(hostBuffer, imageSize)) {
-            return false;
-        }
-        hostSize = imageSize;
+    if (!ResizeAndTouch(hostBuffer, hostSize, imageSize)) {
+        return false;
     }
     rawBuffer.Free();
     frame.buffer = hostBuffer.Get();

@@ -38,6 +38,7 @@ private:
     PxnFrame frame{}; // context: 0 the grabber, 1 this record, 2 the buffer index
     MallocArray<std::uint8_t> rawBuffer;
     MallocArray<std::uint8_t> hostBuffer;
+    std::uint64_t rawSize = 0;
     std::uint64_t hostSize = 0;
     const PixelFormat* format = nullptr;
     std::uint32_t width = 0;

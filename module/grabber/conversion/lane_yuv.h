@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr int kLanePixels = 16;
+inline constexpr int kLanePixels = 16;
 
 // From which byte of a lane each byte of the result comes; a set top bit gives 0, so that what the
 // components contribute can be put together.
@@ -48,8 +48,8 @@ constexpr RgbPlaces MakeRgbPlaces(int (*blueOf)(int pixelOfEight)) {
     return places;
 }
 
-constexpr RgbPlaces kPairPlaces = MakeRgbPlaces(PairBlue);
-constexpr RgbPlaces kQuadPlaces = MakeRgbPlaces(QuadBlue);
+inline constexpr RgbPlaces kPairPlaces = MakeRgbPlaces(PairBlue);
+inline constexpr RgbPlaces kQuadPlaces = MakeRgbPlaces(QuadBlue);
 
 template <typename Set, typename Vector = typename Set::Vector>
 void StoreRgb(std::uint8_t* destination, const RgbPlaces& places, const PackedPixels<Set>& pixels) {

@@ -18,16 +18,16 @@ constexpr int WordPair(int even, int odd) {
                             static_cast<std::uint32_t>(odd & 0xFFFF) << 16);
 }
 
-constexpr int kChromaFactors = WordPair(58065, 45940);
-constexpr int kChromaOffsets = WordPair(29033, 22970);
-constexpr int kChromaShift = 7;
+inline constexpr int kChromaFactors = WordPair(58065, 45940);
+inline constexpr int kChromaOffsets = WordPair(29033, 22970);
+inline constexpr int kChromaShift = 7;
 
 // The factors of green are wider than a word: each is split at 8 bits, which is 704 * 256 + 202 and
 // 1462 * 256 + 141.
-constexpr int kGreenHighFactors = WordPair(-704, -1462);
-constexpr int kGreenLowFactors = WordPair(-202, -141);
-constexpr int kGreenOffset = 71019392;
-constexpr int kGreenShift = 19;
+inline constexpr int kGreenHighFactors = WordPair(-704, -1462);
+inline constexpr int kGreenLowFactors = WordPair(-202, -141);
+inline constexpr int kGreenOffset = 71019392;
+inline constexpr int kGreenShift = 19;
 
 /// What chroma adds, for groups of four bytes U, any, V, any.
 template <typename Set>
