@@ -113,7 +113,8 @@ TEST_F(Cameras, AreWatchedForATime) {
 }
 
 TEST_F(Cameras, AreWatchedAsTheyComeAndGo) {
-    UseCamera("", Faults("after 1000 unplug A") + Faults("after 2000 plug A"));
+    // Returns between two looks, one second apart, so that its event is what tells.
+    UseCamera("", Faults("after 1000 unplug A") + Faults("after 2500 plug A"));
     const auto result = Mivora({"watch", "--for", "3500"});
     ExpectDone(result);
     // Without the times, which stand before the events.

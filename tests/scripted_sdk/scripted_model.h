@@ -18,9 +18,9 @@ struct EnumEntry {
     std::string name;
     std::int64_t intValue = 0;
     bool available = true;
-    std::string displayName;
-    std::string tooltip;
-    std::string description;
+    std::string displayName = {};
+    std::string tooltip = {};
+    std::string description = {};
     std::uint32_t visibility = PxnVisibilityBeginner;
 };
 
