@@ -365,7 +365,8 @@ void CameraControl::RunScript(const std::string& lines, std::function<void(std::
             for (const std::string& line : ScriptLines(lines)) {
                 std::string answer;
                 const std::int32_t result = sdkControl.Run(line, answer);
-                answers += line + "\n  " + std::to_string(result) + " " + answer + "\n";
+                answers.append(line).append("\n  ").append(std::to_string(result));
+                answers.append(" ").append(answer).append("\n");
                 if (result != 0) {
                     break;
                 }
