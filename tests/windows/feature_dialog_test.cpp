@@ -413,6 +413,19 @@ TEST_F(FeatureDialog, SaysWhatItCannotFind) {
                                   "0000000000100000."}));
 }
 
+TEST_F(FeatureDialog, SaysWhenAFeaturesModuleIsGone) {
+    Open();
+    Expand(L"Camera/DeviceControl");
+    Forget();
+    Grabber().GetFeatureCacheByName("Camera")->Clear();
+    Dialog().PostMessage(WM_FEATURE_UPDATE, reinterpret_cast<WPARAM>(scripted::CameraHandle()),
+                         reinterpret_cast<LPARAM>("DeviceUserID"));
+    Pump();
+    EXPECT_EQ(DialogLog(),
+              (Texts{"1 OnInvalidateFeature: Updating DeviceUserID",
+                     "0 RefreshLeaf: Feature DeviceUserID has no valid feature cache"}));
+}
+
 TEST_F(FeatureDialog, ShowsWhatCannotBeReadAsUnavailable) {
     Open();
     Expand(L"Camera/DeviceControl");
