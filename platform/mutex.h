@@ -7,8 +7,8 @@
 
 namespace platform {
 
-/// A recursive mutex: the thread that holds it may lock it again and unlocks it as often. The
-/// system's mutex object on Windows. The constructor throws when the system has none to give.
+/// A recursive mutex: the thread that holds it may lock it again and unlocks it as often. A
+/// critical section on Windows. The constructor throws when the system has no mutex to give.
 class CAPABILITY("mutex") Mutex {
 public:
     Mutex();

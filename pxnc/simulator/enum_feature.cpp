@@ -14,6 +14,7 @@ EnumFeature::EnumFeature(Module& module, const char* name)
 
 EnumFeature& EnumFeature::Entries(const std::vector<const char*>& names) {
     std::vector<NamedValue> numbered;
+    numbered.reserve(names.size());
     for (const char* name : names) {
         numbered.push_back({name, static_cast<std::int64_t>(numbered.size())});
     }

@@ -30,7 +30,7 @@ void RegisterSpace::AddRegister(std::uint64_t address, std::function<std::uint32
 void RegisterSpace::AddBootstrap(Camera& camera) {
     AddRegister(0x0000, [] { return 0x00010004u; }); // interface version 1.4
     AddRegister(0x0004, [] { return 0x80000001u; }); // big-endian, UTF-8
-    const auto text = [this](std::uint64_t address, std::uint32_t size, std::string value) {
+    const auto text = [this](std::uint64_t address, std::uint32_t size, const std::string& value) {
         texts.push_back({address, size, [value] { return value; }, nullptr});
     };
     const CameraConfiguration& setup = camera.Setup();

@@ -25,7 +25,8 @@ std::int32_t RunScript(const std::string& text, const std::string& name, std::si
             result = RunCommand(line, reason);
         }
         if (result != PxnErrSuccess) {
-            answer = name + ":" + std::to_string(number) + ": " + reason;
+            answer = std::string(name).append(":").append(std::to_string(number));
+            answer.append(": ").append(reason);
             return result;
         }
     }
