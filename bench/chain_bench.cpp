@@ -11,6 +11,7 @@
 #include <atomic>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <fstream>
 #include <string>
 #include <vector>
@@ -19,6 +20,7 @@ namespace {
 
 constexpr unsigned kBuffers = 8;
 constexpr unsigned kRuns = 9;
+constexpr std::uint64_t kRealFrames = 300; // of one run, from a camera that sets the pace
 
 struct Image {
     const char* format;
@@ -28,10 +30,10 @@ struct Image {
 };
 
 constexpr Image kImages[] = {
-    {"Mono8", 64, 64, 20000},
-    {"Mono8", 640, 480, 4000},
-    {"Mono12p", 640, 480, 4000},
-    {"YUV422_8", 640, 480, 4000},
+    {"Mono8", 64, 64, 200000},
+    {"Mono8", 640, 480, 20000},
+    {"Mono12p", 640, 480, 20000},
+    {"YUV422_8", 640, 480, 20000},
 };
 
 class DiscardingSink final : public ILogSink {
@@ -95,12 +97,12 @@ void PXN_CALL CountFrame(PxnHandle camera, PxnHandle, PxnFrame* frame) {
 }
 
 // The least that a program of its own would do with the SDK.
-Cost RunSdk(const std::string& configuration, const Image& image) {
+Cost RunSdk(const std::string& configuration, const char* id, std::uint64_t wanted) {
     CPyxenAPIAccess api;
     sdk = &api;
-    Require(api.Load(configuration.c_str(), nullptr), "loading the simulator");
+    Require(api.Load(configuration.c_str(), nullptr), "loading the SDK");
     PxnHandle camera = nullptr;
-    Require(api.PxnCameraOpen("bench", 1, &camera) == PxnErrSuccess, "opening the camera");
+    Require(api.PxnCameraOpen(id, 1, &camera) == PxnErrSuccess, "opening the camera");
     std::uint32_t payload = 0;
     api.PxnPayloadSizeGet(camera, &payload);
     std::vector<std::vector<std::uint8_t>> memory(kBuffers, std::vector<std::uint8_t>(payload));
@@ -115,7 +117,7 @@ Cost RunSdk(const std::string& configuration, const Image& image) {
         api.PxnCaptureFrameQueue(camera, &frame, &CountFrame);
     }
     const Cost cost =
-        TimeFrames(image.frames, [&] { api.PxnFeatureCommandRun(camera, "AcquisitionStart"); });
+        TimeFrames(wanted, [&] { api.PxnFeatureCommandRun(camera, "AcquisitionStart"); });
     api.PxnFeatureCommandRun(camera, "AcquisitionStop");
     api.PxnCaptureEnd(camera);
     api.PxnCaptureQueueFlush(camera);
@@ -129,14 +131,14 @@ void CountBuffer(std::uint64_t index, std::uint32_t, void* context) {
     counter.Count();
 }
 
-Cost RunModule(const std::string& ini, const Image& image) {
+Cost RunModule(const std::string& ini, std::uint64_t wanted) {
     CMivoraKVNPyxenClass grabber(nullptr);
     Require(grabber.SetGrabberIni(ini.c_str(), 0) == MV_OK && grabber.Init() == MV_OK &&
                 grabber.SetActCameraIndex(0) == MV_OK && grabber.OpenActCamera() == MV_OK &&
                 grabber.PrepareFrameBuffers(kBuffers) == MV_OK,
             "preparing the grabber");
     grabber.InstPostProcessCallBack(&CountBuffer, &grabber);
-    const Cost cost = TimeFrames(image.frames, [&] { grabber.Snap(1); });
+    const Cost cost = TimeFrames(wanted, [&] { grabber.Snap(1); });
     grabber.StopSnap();
     grabber.InstPostProcessCallBack(nullptr, nullptr);
     return cost;
@@ -157,48 +159,65 @@ double Median(std::vector<double> values) {
     return values[values.size() / 2];
 }
 
-void Measure(const Image& image, Ratios& ratios) {
-    const std::string configuration = Write(
-        "PxnC.xml",
-        "<PxnC><camera id=\"bench\" freeRunning=\"true\" sensorWidth=\"640\" sensorHeight=\"480\">"
-        "<feature name=\"Width\" value=\"" +
-            std::to_string(image.width) + "\"/><feature name=\"Height\" value=\"" +
-            std::to_string(image.height) + "\"/><feature name=\"PixelFormat\" value=\"" +
-            image.format + "\"/></camera></PxnC>");
+// The SDK alone and the module by turns; prints a row and answers what the SDK alone costs of what
+// both cost, in processor time.
+double Compare(const std::string& name, const std::string& configuration, const char* id,
+               std::uint64_t frames) {
+    const std::string file = Write("PxnC.xml", configuration);
     const std::string ini = Write("host.ini", "");
     std::vector<double> rates[2];
     std::vector<double> processor[2];
     for (unsigned run = 0; run < kRuns; ++run) {
-        const Cost costs[2] = {RunSdk(configuration, image), RunModule(ini, image)};
+        const Cost costs[2] = {RunSdk(file, id, frames), RunModule(ini, frames)};
         for (unsigned who = 0; who < 2; ++who) {
-            rates[who].push_back(static_cast<double>(image.frames) / costs[who].seconds);
+            rates[who].push_back(static_cast<double>(frames) / costs[who].seconds);
             processor[who].push_back(costs[who].processorSeconds * 1e6 /
-                                     static_cast<double>(image.frames));
+                                     static_cast<double>(frames));
         }
     }
-    const std::string name = std::string(image.format) + " " + std::to_string(image.width) + "x" +
-                             std::to_string(image.height);
     std::printf("| %s | %.0f | %.0f | %.2f | %.2f |\n", name.c_str(), Median(rates[0]),
                 Median(rates[1]), Median(processor[0]), Median(processor[1]));
     std::fflush(stdout);
-    ratios["chain " + name + ", of the SDK's frames per processor second"] =
-        Median(processor[0]) / Median(processor[1]);
+    return Median(processor[0]) / Median(processor[1]);
+}
+
+void MeasureSimulator(Ratios& ratios) {
+    for (const Image& image : kImages) {
+        const std::string configuration =
+            "<PxnC><camera id=\"bench\" freeRunning=\"true\" sensorWidth=\"640\" "
+            "sensorHeight=\"480\"><feature name=\"Width\" value=\"" +
+            std::to_string(image.width) + "\"/><feature name=\"Height\" value=\"" +
+            std::to_string(image.height) + "\"/><feature name=\"PixelFormat\" value=\"" +
+            image.format + "\"/></camera></PxnC>";
+        const std::string name = std::string(image.format) + " " + std::to_string(image.width) +
+                                 "x" + std::to_string(image.height);
+        ratios["chain " + name + ", of the SDK's frames per processor second"] = {
+            Compare(name, configuration, "bench", image.frames)};
+    }
+}
+
+void UseSdk(const char* name) {
+    platform::SetEnvironment(
+        "PYXEN_HOME", platform::JoinPath(platform::DirectoryOf(platform::ExecutablePath()), name));
 }
 
 } // namespace
 
+// chain_bench [--save|--baseline FILE]: the simulator
+// chain_bench --camera ID: a real camera, the first that the GenICam SDK finds
 int main(int argc, char** argv) {
     DiscardingSink sink;
     MivoraInstallLogSink(&sink);
-    platform::SetEnvironment(
-        "PYXEN_HOME",
-        platform::JoinPath(platform::DirectoryOf(platform::ExecutablePath()), "simulator"));
     std::printf("%s\n\n| image | frames/s, SDK alone | frames/s, through the module | processor "
                 "microseconds a frame, SDK alone | through the module |\n|---|---|---|---|---|\n",
                 ProcessorName().c_str());
-    Ratios ratios;
-    for (const Image& image : kImages) {
-        Measure(image, ratios);
+    if (argc == 3 && std::strcmp(argv[1], "--camera") == 0) {
+        UseSdk("genicam");
+        Compare(argv[2], "<PxnC/>", argv[2], kRealFrames);
+        return 0;
     }
+    UseSdk("simulator");
+    Ratios ratios;
+    MeasureSimulator(ratios);
     return FinishRatios(argc, argv, ratios);
 }

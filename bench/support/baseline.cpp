@@ -1,6 +1,7 @@
 // baseline.cpp - ratios that are kept, and what has become of them
 #include "bench/support/baseline.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <fstream>
@@ -9,6 +10,47 @@
 namespace {
 
 constexpr double kWorstFall = 0.85;
+
+struct Line {
+    std::string name;
+    std::vector<double> ratios;
+};
+
+// RATIO [RATIO ...] TAB NAME
+bool Parse(const std::string& text, Line& line) {
+    const std::size_t tab = text.find('\t');
+    if (tab == std::string::npos) {
+        return false;
+    }
+    line.name = text.substr(tab + 1);
+    line.ratios.clear();
+    std::istringstream numbers(text.substr(0, tab));
+    for (double ratio = 0; numbers >> ratio;) {
+        line.ratios.push_back(ratio);
+    }
+    return !line.ratios.empty() && numbers.eof();
+}
+
+bool HasFallen(const std::vector<double>& now, const std::vector<double>& kept) {
+    return std::equal(now.begin(), now.end(), kept.begin(), kept.end(),
+                      [](double ratio, double before) { return ratio < before * kWorstFall; });
+}
+
+std::string Join(const std::vector<double>& ratios) {
+    std::ostringstream text;
+    text.precision(3);
+    for (const double& ratio : ratios) {
+        text << (&ratio == ratios.data() ? "" : " ") << ratio;
+    }
+    return text.str();
+}
+
+std::string FirstLine(const std::string& path) {
+    std::ifstream file(path);
+    std::string line;
+    std::getline(file, line);
+    return line;
+}
 
 } // namespace
 
@@ -25,34 +67,31 @@ std::string ProcessorName() {
 bool SaveRatios(const std::string& path, const Ratios& ratios) {
     std::ofstream file(path);
     file << ProcessorName() << "\n";
-    for (const auto& [name, ratio] : ratios) {
-        file << ratio << "\t" << name << "\n";
+    for (const auto& [name, values] : ratios) {
+        file << Join(values) << "\t" << name << "\n";
     }
     file.flush();
     return file.good();
 }
 
-int CompareRatios(const std::string& path, const Ratios& ratios) {
+std::optional<std::vector<std::string>> FindFallen(const std::string& path, const Ratios& ratios) {
     std::ifstream file(path);
     std::string line;
     if (!std::getline(file, line)) {
-        return -1;
+        return std::nullopt;
     }
-    if (line != ProcessorName()) {
-        std::printf("the baseline is from another processor: %s\n", line.c_str());
-    }
-    int fallen = 0;
+    std::vector<std::string> fallen;
+    Line kept;
     while (std::getline(file, line)) {
-        std::istringstream text(line);
-        double kept = 0;
-        std::string name;
-        if (!(text >> kept) || !std::getline(text >> std::ws, name)) {
-            return -1;
+        if (!Parse(line, kept)) {
+            return std::nullopt;
         }
-        const auto found = ratios.find(name);
-        if (found != ratios.end() && found->second < kept * kWorstFall) {
-            std::printf("FELL  %s: %.3f, was %.3f\n", name.c_str(), found->second, kept);
-            ++fallen;
+        const auto found = ratios.find(kept.name);
+        if (found == ratios.end()) {
+            fallen.push_back("GONE  " + kept.name);
+        } else if (HasFallen(found->second, kept.ratios)) {
+            fallen.push_back("FELL  " + kept.name + ": " + Join(found->second) + ", was " +
+                             Join(kept.ratios));
         }
     }
     return fallen;
@@ -66,11 +105,19 @@ int FinishRatios(int argc, char** argv, const Ratios& ratios) {
             status = 2;
         }
         if (std::strcmp(argv[at], "--baseline") == 0) {
-            const int fallen = CompareRatios(argv[at + 1], ratios);
-            if (fallen < 0) {
+            const auto fallen = FindFallen(argv[at + 1], ratios);
+            if (!fallen) {
                 std::fprintf(stderr, "cannot read %s\n", argv[at + 1]);
+                status = 2;
+                continue;
             }
-            status = fallen < 0 ? 2 : fallen > 0 ? 1 : status;
+            if (const std::string kept = FirstLine(argv[at + 1]); kept != ProcessorName()) {
+                std::printf("the baseline is from another processor: %s\n", kept.c_str());
+            }
+            for (const std::string& line : *fallen) {
+                std::printf("%s\n", line.c_str());
+                status = 1;
+            }
         }
     }
     return status;

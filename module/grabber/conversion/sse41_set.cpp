@@ -41,7 +41,7 @@ struct Sse41 {
     static Vector And(Vector a, Vector b) { return _mm_and_si128(a, b); }
     static Vector Or(Vector a, Vector b) { return _mm_or_si128(a, b); }
     static Vector Select(Vector mask, Vector a, Vector b) {
-        return _mm_or_si128(_mm_and_si128(mask, a), _mm_andnot_si128(mask, b));
+        return _mm_xor_si128(b, _mm_and_si128(mask, _mm_xor_si128(a, b)));
     }
     static Vector AddWords(Vector a, Vector b) { return _mm_add_epi16(a, b); }
     static Vector SubtractWords(Vector a, Vector b) { return _mm_sub_epi16(a, b); }
