@@ -6,77 +6,77 @@
 #include "sdk/no_throw.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <memory>
-#include <utility>
 #include <vector>
 
 namespace {
 
 constexpr const char* kDiscoveryFeature = "EventCameraDiscovery";
 
-// Whom a registration serves. The mutex is held during the call: whoever ends the service waits
-// for a call on another thread, and may end it from inside a call, since the mutex is recursive.
+// Who is told. The mutex is held during the call: whoever ends the service waits for a call on
+// another thread, and may end it from inside a call, since the mutex is recursive.
 struct Receiver {
     platform::Mutex callMutex;
     CMivoraKVNPyxenClass* grabber GUARDED_BY(callMutex) = nullptr;
     CMivoraKVNPyxenClass* const owner;
+    void* const library;
+    const std::uint64_t number; // later ones are higher
 
-    explicit Receiver(CMivoraKVNPyxenClass& newOwner) : grabber(&newOwner), owner(&newOwner) {}
-};
-
-// One registration with the SDK, known to it by its address.
-struct Registration {
-    void* library;
-    std::shared_ptr<Receiver> receiver;
+    Receiver(CMivoraKVNPyxenClass& newOwner, std::uint64_t newNumber)
+        : grabber(&newOwner),
+          owner(&newOwner),
+          library(newOwner.Api().GetLibraryHandle()),
+          number(newNumber) {}
 };
 
 class Registry {
 public:
-    // The context to register with the SDK. Throws when memory is out.
-    void* Add(CMivoraKVNPyxenClass& grabber) {
-        auto receiver = std::make_shared<Receiver>(grabber);
-        auto added = std::make_unique<Registration>(
-            Registration{grabber.Api().GetLibraryHandle(), std::move(receiver)});
-        void* const context = added.get();
+    // Whether the grabber is the only one of its library. Throws when memory is out.
+    bool Add(CMivoraKVNPyxenClass& grabber) {
         platform::MutexLock lock(mutex);
-        registrations.push_back(std::move(added));
-        return context;
+        receivers.push_back(std::make_shared<Receiver>(grabber, ++lastNumber));
+        return !IsShared(receivers.back()->library);
     }
 
-    // Forgets the grabber's place; the newest of the same library moves there. Null when the
-    // grabber has none.
-    std::shared_ptr<Receiver> Remove(const CMivoraKVNPyxenClass& grabber) {
+    struct Removed {
+        std::shared_ptr<Receiver> receiver; // null when the grabber has none
+        bool wasLast = false;               // of its library
+    };
+    Removed Remove(const CMivoraKVNPyxenClass& grabber) {
         platform::MutexLock lock(mutex);
         const auto place =
-            std::find_if(registrations.begin(), registrations.end(), [&](const auto& candidate) {
-                return candidate->receiver->owner == &grabber;
+            std::find_if(receivers.begin(), receivers.end(), [&grabber](const auto& candidate) {
+                return candidate->owner == &grabber;
             });
-        if (place == registrations.end()) {
-            return nullptr;
+        if (place == receivers.end()) {
+            return {};
         }
-        const auto newest =
-            std::find_if(registrations.rbegin(), registrations.rend(), [&](const auto& candidate) {
-                return candidate->library == (*place)->library;
-            });
-        std::shared_ptr<Receiver> removed = std::move((*place)->receiver);
-        (*place)->receiver = std::move((*newest)->receiver);
-        registrations.erase(std::next(newest).base());
+        Removed removed{*place, !IsShared((*place)->library)};
+        receivers.erase(place);
         return removed;
     }
 
-    std::shared_ptr<Receiver> Find(const void* context) const {
+    // The library's first receiver with a number above `number`, or null.
+    std::shared_ptr<Receiver> FindNext(const void* library, std::uint64_t number) const {
         platform::MutexLock lock(mutex);
-        for (const auto& registration : registrations) {
-            if (registration.get() == context) {
-                return registration->receiver;
-            }
-        }
-        return nullptr;
+        const auto next =
+            std::find_if(receivers.begin(), receivers.end(), [&](const auto& candidate) {
+                return candidate->library == library && candidate->number > number;
+            });
+        return next == receivers.end() ? nullptr : *next;
     }
 
 private:
+    bool IsShared(const void* library) const REQUIRES(mutex) {
+        return std::count_if(receivers.begin(), receivers.end(), [&](const auto& candidate) {
+                   return candidate->library == library;
+               }) > 1;
+    }
+
     mutable platform::Mutex mutex; // never held while the SDK or a grabber is called
-    std::vector<std::unique_ptr<Registration>> registrations GUARDED_BY(mutex); // oldest first
+    std::vector<std::shared_ptr<Receiver>> receivers GUARDED_BY(mutex); // by number
+    std::uint64_t lastNumber GUARDED_BY(mutex) = 0;
 };
 
 Registry& TheRegistry() {
@@ -84,40 +84,39 @@ Registry& TheRegistry() {
     return registry;
 }
 
-void PXN_CALL OnDiscovery(PxnHandle handle, const char* name, void* context) {
-    const std::shared_ptr<Receiver> receiver = TheRegistry().Find(context);
-    if (!receiver) {
-        return;
-    }
-    platform::MutexLock lock(receiver->callMutex);
-    if (receiver->grabber) {
-        receiver->grabber->InvalidationCallback(handle, name);
+// One call is for all: receivers may come and go meanwhile, and none of the others is left out.
+void PXN_CALL OnDiscovery(PxnHandle handle, const char* name, void* library) {
+    std::uint64_t number = 0;
+    while (const auto receiver = TheRegistry().FindNext(library, number)) {
+        number = receiver->number;
+        platform::MutexLock lock(receiver->callMutex);
+        if (receiver->grabber) {
+            receiver->grabber->InvalidationCallback(handle, name);
+        }
     }
 }
 
 } // namespace
 
 void DiscoveryEvents::Register(CMivoraKVNPyxenClass& grabber) {
-    void* const context =
-        NoThrow<void*>(nullptr, [&grabber] { return TheRegistry().Add(grabber); });
-    if (!context) {
-        return;
-    }
-    const PxnError result = grabber.Api().PxnFeatureInvalidationRegister(
-        PXN_SYSTEM_HANDLE, kDiscoveryFeature, OnDiscovery, context);
-    if (result != PxnErrSuccess) {
+    CPyxenAPIAccess& api = grabber.Api();
+    const bool isFirst = NoThrow(false, [&grabber] { return TheRegistry().Add(grabber); });
+    if (isFirst &&
+        api.PxnFeatureInvalidationRegister(PXN_SYSTEM_HANDLE, kDiscoveryFeature, OnDiscovery,
+                                           api.GetLibraryHandle()) != PxnErrSuccess) {
         TheRegistry().Remove(grabber);
     }
 }
 
 void DiscoveryEvents::Release(CMivoraKVNPyxenClass& grabber) {
-    const auto receiver = NoThrow<std::shared_ptr<Receiver>>(
-        nullptr, [&grabber] { return TheRegistry().Remove(grabber); });
+    const auto [receiver, wasLast] = TheRegistry().Remove(grabber);
     if (!receiver) {
         return;
     }
-    grabber.Api().PxnFeatureInvalidationUnregister(PXN_SYSTEM_HANDLE, kDiscoveryFeature,
-                                                   OnDiscovery);
+    if (wasLast) {
+        grabber.Api().PxnFeatureInvalidationUnregister(PXN_SYSTEM_HANDLE, kDiscoveryFeature,
+                                                       OnDiscovery);
+    }
     platform::MutexLock lock(receiver->callMutex);
     receiver->grabber = nullptr;
 }

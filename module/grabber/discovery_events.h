@@ -3,11 +3,11 @@
 
 class CMivoraKVNPyxenClass;
 
-/// Registrations on the SDK's system handle.
+/// One registration on the SDK's system handle for all grabbers of an SDK library.
 ///
 /// The SDK cannot tell apart the registrations of several grabbers when one is released: it drops
-/// the newest. So the registrations are kept in order here, and a grabber that stays takes over
-/// the place of one that goes.
+/// the newest. So the first grabber registers and the last one releases, in whichever order and on
+/// whichever threads they come and go.
 namespace DiscoveryEvents {
 
 /// From now on InvalidationCallback of the grabber is called for discovery events, on SDK threads.

@@ -52,7 +52,7 @@ TEST_F(DiscoveryEventsTest, ReachEveryGrabberOnce) {
     Listener first;
     Listener second;
     Listener third;
-    EXPECT_EQ(Fire(), 3u);
+    EXPECT_EQ(Fire(), 1u);
     EXPECT_EQ(first.told, 1u);
     EXPECT_EQ(second.told, 1u);
     EXPECT_EQ(third.told, 1u);
@@ -62,7 +62,7 @@ TEST_F(DiscoveryEventsTest, ReachThoseThatStayWhicheverGoes) {
     for (unsigned leaving = 0; leaving < 3; ++leaving) {
         Listener listeners[3];
         listeners[leaving].grabber.reset();
-        EXPECT_EQ(Fire(), 2u);
+        EXPECT_EQ(Fire(), 1u);
         for (unsigned index = 0; index < 3; ++index) {
             EXPECT_EQ(listeners[index].told, index == leaving ? 0u : 1u) << leaving;
         }
@@ -71,6 +71,63 @@ TEST_F(DiscoveryEventsTest, ReachThoseThatStayWhicheverGoes) {
         EXPECT_EQ(listeners[(leaving + 2) % 3].told, 2u) << leaving;
     }
     EXPECT_EQ(sdk.Registrations().size(), 0u);
+}
+
+TEST_F(DiscoveryEventsTest, ReachThoseThatStayWhenOneGoesMeanwhile) {
+    Listener first;
+    Listener second;
+    Listener third;
+    first.onTold = [&] {
+        DiscoveryEvents::Release(*first.grabber);
+    };
+    Fire();
+    EXPECT_EQ(first.told, 1u);
+    EXPECT_EQ(second.told, 1u);
+    EXPECT_EQ(third.told, 1u);
+    second.onTold = [&] {
+        DiscoveryEvents::Release(*third.grabber);
+    };
+    Fire();
+    EXPECT_EQ(first.told, 1u);
+    EXPECT_EQ(second.told, 2u);
+    EXPECT_EQ(third.told, 1u);
+}
+
+TEST_F(DiscoveryEventsTest, ReachGrabbersThatCameAndWentOnSeveralThreads) {
+    constexpr int kRounds = 500;
+    Listener listeners[3];
+    platform::Thread threads[3];
+    for (int index = 0; index < 3; ++index) {
+        threads[index] = platform::Thread::Start(
+            [](void* argument) {
+                auto& listener = *static_cast<Listener*>(argument);
+                for (int round = 0; round < kRounds; ++round) {
+                    DiscoveryEvents::Release(*listener.grabber);
+                    DiscoveryEvents::Register(*listener.grabber);
+                }
+            },
+            &listeners[index], 0);
+    }
+    for (platform::Thread& thread : threads) {
+        thread.Join();
+    }
+    EXPECT_EQ(Fire(), 1u);
+    for (const Listener& listener : listeners) {
+        EXPECT_EQ(listener.told, 1u);
+    }
+    for (Listener& listener : listeners) {
+        EXPECT_EQ(listener.grabber->DeInit(), MV_OK);
+    }
+    EXPECT_EQ(sdk.Registrations().size(), 0u);
+}
+
+TEST_F(DiscoveryEventsTest, ARefusedRegistrationIsTriedAgainForTheNextGrabber) {
+    sdk.Fail("PxnFeatureInvalidationRegister", PxnErrResources);
+    Listener refused;
+    Listener next;
+    EXPECT_EQ(Fire(), 1u);
+    EXPECT_EQ(refused.told, 0u);
+    EXPECT_EQ(next.told, 1u);
 }
 
 TEST_F(DiscoveryEventsTest, ARefusedRegistrationIsNotReleased) {
@@ -102,29 +159,25 @@ TEST_F(DiscoveryEventsTest, AHostMayRefreshTheListFromItsReceiver) {
 
 TEST_F(DiscoveryEventsTest, ReleaseWaitsForACallOnAnotherThread) {
     Listener staying;
-    auto leaving = std::make_unique<Listener>();
+    Listener leaving;
     platform::Event entered;
-    platform::Event goOn;
+    platform::Event released;
     std::atomic<bool> ended{false};
-    leaving->onTold = [&] {
+    leaving.onTold = [&] {
         entered.Set();
-        goOn.Wait(platform::kInfinite);
+        EXPECT_FALSE(released.Wait(100));
         ended = true;
     };
-    struct Context {
-        scripted::Sdk& sdk;
-    } context{sdk};
     platform::Thread firing = platform::Thread::Start(
-        [](void* argument) { static_cast<Context*>(argument)->sdk.Fire(SystemHandle(), kFeature); },
-        &context, 0);
+        [](void*) { scripted::GetSdk().Fire(SystemHandle(), kFeature); }, nullptr, 0);
     ASSERT_TRUE(entered.Wait(10000));
-    sdk.OnCall("PxnFeatureInvalidationUnregister", [&] { goOn.Set(); });
-    leaving->grabber.reset();
+    EXPECT_EQ(leaving.grabber->DeInit(), MV_OK);
     EXPECT_TRUE(ended);
+    released.Set();
     firing.Join();
-    sdk.OnCall("PxnFeatureInvalidationUnregister", {});
     EXPECT_EQ(Fire(), 1u);
     EXPECT_EQ(staying.told, 2u);
+    EXPECT_EQ(leaving.told, 1u);
 }
 
 TEST_F(DiscoveryEventsTest, AnUnknownGrabberIsNotReleased) {
