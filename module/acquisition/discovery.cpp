@@ -22,11 +22,13 @@ void CMivoraKVNPyxenClass::InvalidationCallback(PxnHandle handle, const char* fe
 
 bool CMivoraKVNPyxenClass::ConcernsOpenCamera(PxnHandle eventModule) {
     ILogSink* log = GetLogSink();
-    std::string cameraId; // stays empty when it cannot be read
-    api.GetFeatureAsText(eventModule, "EventCameraDiscoveryCameraID", cameraId);
+    std::string cameraId; // both stay empty when they cannot be read
     const char* type = nullptr;
-    if (api.PxnFeatureEnumGet(eventModule, "EventCameraDiscoveryType", &type) != 0) {
-        type = nullptr;
+    if (api.IsValid()) {
+        api.GetFeatureAsText(eventModule, "EventCameraDiscoveryCameraID", cameraId);
+        if (api.PxnFeatureEnumGet(eventModule, "EventCameraDiscoveryType", &type) != 0) {
+            type = nullptr;
+        }
     }
     if (log) {
         log->Write(kMvLogInformation,

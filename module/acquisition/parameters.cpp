@@ -96,7 +96,7 @@ struct CMivoraKVNPyxenClass::TimerLimits {
 };
 
 MV_ERRCODE CMivoraKVNPyxenClass::CheckTimerParameterState() const {
-    if (!initialized) {
+    if (!initialized || !api.IsValid()) {
         return MV_NOT_INITIALISED;
     }
     return cameraOpen ? MV_OK : MV_CAMERA_NOT_OPEN;
@@ -251,9 +251,6 @@ MV_ERRCODE CMivoraKVNPyxenClass::SetGrabberParam(uint32_t id, uint64_t value1, u
     }
     switch (id) {
     case MVGF_TIMER_VALUES:
-        if (!api.IsValid()) {
-            return MV_NOT_INITIALISED;
-        }
         if (value1 < min1 || value1 > max1 || value2 < min2 || value2 > max2) {
             return MV_BAD_VALUE;
         }

@@ -160,6 +160,18 @@ TEST_F(DiscoveryTest, AClosedCameraIsStillTheChosenOne) {
     EXPECT_EQ(Event("cam-ext-1", "Missing"), 1);
 }
 
+TEST_F(DiscoveryTest, AnEventWithoutTheSdkIsTold) {
+    ASSERT_EQ(Grabber().DeInit(), MV_OK);
+    Forget();
+    Grabber().InvalidationCallback(scripted::SystemHandle(), "EventCameraDiscovery");
+    EXPECT_EQ(signals, 1);
+    EXPECT_EQ(Log(), Lines("", "",
+                           {"0 " + kTag +
+                            "Could not determine the event type. For security reasons, "
+                            "\"SignalCamCfgChange\" is called."}));
+    EXPECT_EQ(Calls(), Texts{});
+}
+
 TEST_F(DiscoveryTest, TellsTheSameWithoutASink) {
     Grabber().InstCamCfgChangeCallBack(nullptr, nullptr);
     Destroy();

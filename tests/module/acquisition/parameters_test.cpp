@@ -119,6 +119,16 @@ TEST_F(ParametersTest, TheTimerParametersNeedInitialisationThenAnOpenCamera) {
     }
 }
 
+TEST_F(ParametersTest, TheTimerParametersNeedTheSdk) {
+    grabber->Api().Unload();
+    for (const uint32_t id : kTimerIds) {
+        EXPECT_EQ(Get(id), (Values{2, kUntouched, kUntouched})) << id;
+        EXPECT_EQ(Result(Limits(id)), 2u) << id;
+        EXPECT_EQ(grabber->SetGrabberParam(id, 0, 0), MV_NOT_INITIALISED) << id;
+    }
+    ASSERT_TRUE(grabber->Api().Load(nullptr, nullptr)); // to be closed with
+}
+
 TEST_F(ParametersTest, TheOtherParametersNeedNoCamera) {
     ASSERT_EQ(grabber->DeInit(), MV_OK);
     EXPECT_EQ(Result(Get(1)), 0u);
@@ -541,39 +551,30 @@ TEST_F(ParametersTest, AnExponentFarOffIsNoTrouble) {
     EXPECT_EQ(exposure, 0u);
 }
 
-// ---- features that change by themselves ----
+// ---- who is told ----
 
-TEST_F(ParametersTest, AChangedExposureIsStoredAndTold) {
+TEST_F(ParametersTest, WhoIsToldFindsTheNewTimingStored) {
+    struct Witness {
+        const CMivoraGrabber& grabber;
+        std::vector<std::vector<int64_t>> seen;
+    } witness{*grabber, {}};
     SetBase(kMicroseconds);
+    grabber->InstDialogUpdateCallBack(
+        [](uint32_t, void* context) {
+            auto& self = *static_cast<Witness*>(context);
+            self.seen.push_back(HostTiming::All(self.grabber));
+        },
+        &witness);
+    grabber->SetTimerMicroseconds(20, 40);
     PutExposure(1234, 10, 1000000);
-    grabber->ChangeTimerTB(1, 2, 0);
-    HostTiming::SetSaved(*grabber, 3, 4);
-    events.clear();
-    grabber->OnTimingFeatureChanged(scripted::CameraHandle(), "EXPOSUREtime");
-    EXPECT_EQ(events, (Texts{"update 1", "event 3"}));
-    const auto after = HostTiming::All(*grabber);
-    EXPECT_EQ((std::vector<int64_t>{after[0], after[1], after[3], after[4]}),
-              (std::vector<int64_t>{1234, 2, 1234, 4}));
-    events.clear();
     grabber->OnTimingFeatureChanged(scripted::CameraHandle(), "ExposureTime");
-    EXPECT_EQ(events, Texts{});
-}
-
-TEST_F(ParametersTest, AChangedFrameRateIsStoredAndTold) {
-    SetBase(kMicroseconds);
-    grabber->ChangeTimerTB(1, 2, 0);
-    HostTiming::SetSaved(*grabber, 3, 4);
-    events.clear();
+    PutInterval(5678, 100, 1000000);
     grabber->OnTimingFeatureChanged(scripted::CameraHandle(), "AcquisitionFrameRate");
-    EXPECT_EQ(events, (Texts{"update 1", "event 3"}));
-    const auto after = HostTiming::All(*grabber);
-    EXPECT_EQ((std::vector<int64_t>{after[0], after[1], after[3], after[4]}),
-              (std::vector<int64_t>{1, 40000, 3, 40000}));
-    events.clear();
-    sdk.ClearCalls();
-    grabber->OnTimingFeatureChanged(scripted::CameraHandle(), "AcquisitionFixedIntervalTime");
-    EXPECT_EQ(events, Texts{});
-    EXPECT_EQ(sdk.Calls(), Texts{});
+    grabber->InstDialogUpdateCallBack(nullptr, nullptr);
+    EXPECT_EQ(witness.seen, (std::vector<std::vector<int64_t>>{{20, 40, -6, 20, 40, -6},
+                                                               {20, 40, -6, 20, 40, -6},
+                                                               {1234, 40, -6, 1234, 40, -6},
+                                                               {1234, 5678, -6, 1234, 5678, -6}}));
 }
 
 } // namespace
