@@ -82,7 +82,7 @@ bool CPyxenAPIAccess::IsEnumInRange(PxnHandle handle, const char* moduleName, co
         return false;
     }
     for (std::uint32_t index = 0; index < count; ++index) {
-        if (std::strcmp(entries[index], value) == 0) {
+        if (entries[index] && std::strcmp(entries[index], value) == 0) {
             return true;
         }
     }

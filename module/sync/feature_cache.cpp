@@ -69,8 +69,9 @@ void FeatureCache::Clear() {
 
 const PxnFeatureInfo* FeatureCache::Find(const char* name) const {
     for (std::uint32_t index = 0; name && index < GetFeatureCount(); ++index) {
-        if (std::strcmp(features[index].name, name) == 0) {
-            return &features[index];
+        const PxnFeatureInfo& feature = features[index];
+        if (feature.name && std::strcmp(feature.name, name) == 0) {
+            return &feature;
         }
     }
     return nullptr;
@@ -83,7 +84,7 @@ std::string FeatureCache::GetFeaturePath(const char* name) const {
     }
     std::string path = "/";
     path += moduleName ? GetModuleName() : "";
-    path += feature->category;
+    path += feature->category ? feature->category : "";
     path += '/';
     path += feature->name;
     return path;

@@ -235,7 +235,7 @@ class EnumCopy final : public ValueCopy {
                     target.path.c_str()));
         }
         // The pointers are compared, not the texts, on purpose: the SDK shares one text per name.
-        const bool fits = std::find(names.begin(), names.end(), value) != names.end();
+        const bool fits = value && std::find(names.begin(), names.end(), value) != names.end();
         if (log) {
             log->Write(
                 kMvLogInformation,
@@ -255,7 +255,7 @@ class EnumCopy final : public ValueCopy {
                     "CMivoraKVNPyxenClass::SyncFeature: Cannot get enum feature from %s (read error)",
                     target.path.c_str()));
         }
-        equal = platform::CompareNoCase(present, value) == 0;
+        equal = present && platform::CompareNoCase(present, value) == 0;
         return true;
     }
 

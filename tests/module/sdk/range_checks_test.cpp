@@ -90,6 +90,20 @@ TEST_F(RangeChecks, AFailedListOfEntriesIsReported) {
                     "Stream0::PixelFormat: Low level IO error in transport layer"});
 }
 
+TEST_F(RangeChecks, AnEntryMayLackItsName) {
+    api.PxnFeatureEnumRangeQuery = [](PxnHandle, const char*, const char** entries, std::uint32_t,
+                                      std::uint32_t* found) -> PxnError {
+        *found = 2;
+        if (entries) {
+            entries[0] = nullptr;
+            entries[1] = "Mono8";
+        }
+        return PxnErrSuccess;
+    };
+    EXPECT_TRUE(api.IsEnumInRange(camera, "Camera", "PixelFormat", "Mono8"));
+    EXPECT_FALSE(api.IsEnumInRange(camera, "Camera", "PixelFormat", "Mono10"));
+}
+
 TEST_F(RangeChecks, AnEntryListThatShrinksMeanwhileIsReadNoFurther) {
     sdk.Data().foundAnswers["PxnFeatureEnumRangeQuery"] = {9, 1};
     EXPECT_FALSE(api.IsEnumInRange(camera, "Camera", "PixelFormat", "Mono10"));

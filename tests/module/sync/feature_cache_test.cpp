@@ -169,6 +169,23 @@ TEST_F(FeatureCacheTest, FindComparesEveryByteAndTakesTheFirst) {
     EXPECT_EQ(cache.Find(nullptr), nullptr);
 }
 
+TEST_F(FeatureCacheTest, RecordsMayLackTexts) {
+    api.PxnFeaturesList = [](PxnHandle, PxnFeatureInfo* features, std::uint32_t,
+                             std::uint32_t* found, std::uint32_t) -> PxnError {
+        *found = 2;
+        if (features) {
+            features[0] = {};
+            features[1] = {};
+            features[1].name = "Width";
+        }
+        return PxnErrSuccess;
+    };
+    ASSERT_TRUE(Init());
+    EXPECT_EQ(cache.Find("Width"), &cache.GetFeatureList()[1]);
+    EXPECT_EQ(cache.Find(""), nullptr);
+    EXPECT_EQ(cache.GetFeaturePath("Width"), "/Camera/Width");
+}
+
 TEST_F(FeatureCacheTest, PathIsModuleCategoryAndName) {
     ASSERT_TRUE(Init());
     EXPECT_EQ(cache.GetFeaturePath("Width"), "/Camera/ImageFormatControl/Width");

@@ -114,6 +114,23 @@ TEST_F(SyncFeatureTest, CountsAnAccessThatCannotBeQueriedAsNone) {
     EXPECT_EQ(sink.Lines(), (Texts{line, line}));
 }
 
+template <bool kSourceFails>
+PxnError PXN_CALL FailButGrantAccess(PxnHandle handle, const char*, PxnBool* readable,
+                                     PxnBool* writeable) {
+    *readable = 1;
+    *writeable = 1;
+    return (handle == scripted::CameraHandle()) == kSourceFails ? PxnErrIO : PxnErrSuccess;
+}
+
+TEST_F(SyncFeatureTest, AnAccessThatComesWithAFailureCountsAsNone) {
+    Put(IntFeature("", 1, 0, 9), IntFeature("", 2, 0, 9));
+    api.PxnFeatureAccessQuery = FailButGrantAccess<true>;
+    EXPECT_EQ(Sync(false), 0);
+    api.PxnFeatureAccessQuery = FailButGrantAccess<false>;
+    EXPECT_EQ(Sync(false), 0);
+    EXPECT_EQ(sdk.Calls(), Texts{});
+}
+
 TEST_F(SyncFeatureTest, NeverSynchronisesOtherTypes) {
     for (const std::uint32_t type :
          {PxnFeatureDataUnknown, PxnFeatureDataCommand, PxnFeatureDataRaw, PxnFeatureDataNone}) {
@@ -332,6 +349,30 @@ TEST_F(SyncFeatureTest, ReadsNoMoreEntriesThanItAskedFor) {
     EXPECT_EQ(Sync(true), 0);
     EXPECT_EQ(sink.Take(), (Texts{"1 " + kTag + "enum feature can NOT be synched to " + kTarget +
                                   " (value = Off)"}));
+}
+
+TEST_F(SyncFeatureTest, AnEntryMayLackItsName) {
+    static const char name[] = "On";
+    Put(EnumFeature("", "Off", Entries({"Off"})), EnumFeature("", "Off", Entries({"Off", "On"})));
+    api.PxnFeatureEnumRangeQuery = [](PxnHandle, const char*, const char** entries, uint32_t,
+                                      uint32_t* found) -> PxnError {
+        *found = 2;
+        if (entries) {
+            entries[0] = nullptr;
+            entries[1] = name;
+        }
+        return PxnErrSuccess;
+    };
+    api.PxnFeatureEnumGet = [](PxnHandle handle, const char*, const char** value) -> PxnError {
+        *value = handle == scripted::CameraHandle() ? name : nullptr;
+        return PxnErrSuccess;
+    };
+    EXPECT_EQ(Sync(true), 1);
+    EXPECT_EQ(Target().text, "On");
+    sink.Take();
+    EXPECT_EQ(engine.SyncFeature(&device, "Target", &camera, "Source", true), 0);
+    EXPECT_EQ(sink.Take(), (Texts{"1 " + kTag + "enum feature can NOT be synched to " + kSource +
+                                  " (value = (null))"}));
 }
 
 TEST_F(SyncFeatureTest, SkipsAnEntryThatIsEqualIgnoringCase) {
