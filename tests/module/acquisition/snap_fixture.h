@@ -37,7 +37,9 @@ protected:
 
     uint64_t FramesReceived() {
         uint64_t count = 0;
-        EXPECT_EQ(Grabber().GetGrabberParam(MVGF_FRAMES_RECEIVED, &count, nullptr), MV_OK);
+        uint64_t again = 0;
+        EXPECT_EQ(Grabber().GetGrabberParam(MVGF_FRAMES_RECEIVED, &count, &again), MV_OK);
+        EXPECT_EQ(again, count);
         return count;
     }
 

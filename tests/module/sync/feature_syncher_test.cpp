@@ -173,7 +173,7 @@ TEST_F(FeatureSyncherTest, ReadsTwoQuotesAsTheEmptyValue) {
 }
 
 TEST_F(FeatureSyncherTest, TakesOneCharacterThatIsNoLetterAsAValue) {
-    for (const char* character : {"1", "-", "{", "]", ":", ",", "\x80", "\xFF"}) {
+    for (const char* character : {"1", "-", "{", "]", ":", ",", "\x1A", "\x80", "\xFF"}) {
         EXPECT_EQ(Read(File(Entry("Camera", character))), 1) << character;
         EXPECT_EQ(Entries(), std::string("Camera::") + character + ">;");
     }
@@ -253,7 +253,7 @@ TEST_F(FeatureSyncherTest, MissesTheLastBrace) {
 }
 
 TEST_F(FeatureSyncherTest, RefusesContentBehindTheLastBraceAndKeepsAllEntries) {
-    for (const char* rest : {"x", "}", "1", "\"", " \r\n\t ;"}) {
+    for (const char* rest : {"x", "}", "1", "\"", " \r\n\t ;", "\x1A"}) {
         EXPECT_EQ(Read(File(Entry("Camera", "Width")) + rest), 0) << rest;
         EXPECT_EQ(Entries(), "Camera::Width>;");
         EXPECT_EQ(lines, (Lines{"1 FeatureSyncher::Init: Camera::Width will be synched with ",
