@@ -2,6 +2,7 @@
 #include "grabber/discovery_events.h"
 
 #include "platform/event.h"
+#include "platform/file_system.h"
 #include "platform/thread.h"
 #include "tests/module/acquisition/grabber_fixture.h"
 
@@ -118,6 +119,18 @@ TEST_F(DiscoveryEventsTest, ReachGrabbersThatCameAndWentOnSeveralThreads) {
     for (Listener& listener : listeners) {
         EXPECT_EQ(listener.grabber->DeInit(), MV_OK);
     }
+    EXPECT_EQ(sdk.Registrations().size(), 0u);
+}
+
+TEST_F(DiscoveryEventsTest, ReachGrabbersOfTheirLibraryOnly) {
+    Listener listener;
+    const support::EnvironmentGuard otherLibrary(
+        "PYXEN_HOME", platform::JoinPath(platform::DirectoryOf(scripted::Home()), "bare"));
+    Listener other;
+    EXPECT_EQ(Fire(), 1u);
+    EXPECT_EQ(listener.told, 1u);
+    EXPECT_EQ(other.told, 0u);
+    EXPECT_EQ(listener.grabber->DeInit(), MV_OK);
     EXPECT_EQ(sdk.Registrations().size(), 0u);
 }
 
