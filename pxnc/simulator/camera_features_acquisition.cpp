@@ -48,14 +48,17 @@ void AddModes(Camera& camera) {
         .Text("Frames of a multi-frame acquisition.");
     camera.Command("AcquisitionStart")
         .Runs([&camera] { return camera.StartAcquisition(); })
+        .StartsOrStops()
         .In(kCategory)
         .Text("Starts sending frames.");
     camera.Command("AcquisitionStop")
         .Runs([&camera] { return camera.StopAcquisition(); })
+        .StartsOrStops()
         .In(kCategory)
         .Text("Stops after the frame that is being sent.");
     camera.Command("AcquisitionAbort")
         .Runs([&camera] { return camera.StopAcquisition(); })
+        .StartsOrStops()
         .In(kCategory)
         .For(PxnVisibilityExpert)
         .Text("Stops at once.");

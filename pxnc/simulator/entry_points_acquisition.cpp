@@ -106,21 +106,25 @@ PxnError PXN_CALL PxnFrameRevokeAll(PxnHandle handle) {
 }
 
 PxnError PXN_CALL PxnCaptureStart(PxnHandle handle) {
-    return OnEngine(__func__, handle, OnVanished::kAnswer,
-                    [](AcquisitionEngine& engine, const HandleTarget& target) {
-                        const PxnError result = engine.StartCapture();
-                        target.camera->OnStreamingChanged();
-                        return result;
-                    });
+    const PxnError answer = OnEngine(__func__, handle, OnVanished::kAnswer,
+                                     [](AcquisitionEngine& engine, const HandleTarget& target) {
+                                         const PxnError result = engine.StartCapture();
+                                         target.camera->OnStreamingChanged();
+                                         return result;
+                                     });
+    TellFirst();
+    return answer;
 }
 
 PxnError PXN_CALL PxnCaptureEnd(PxnHandle handle) {
-    return OnEngine(__func__, handle, OnVanished::kRun,
-                    [](AcquisitionEngine& engine, const HandleTarget& target) {
-                        const PxnError result = engine.EndCapture();
-                        target.camera->OnStreamingChanged();
-                        return result;
-                    });
+    const PxnError answer = OnEngine(__func__, handle, OnVanished::kRun,
+                                     [](AcquisitionEngine& engine, const HandleTarget& target) {
+                                         const PxnError result = engine.EndCapture();
+                                         target.camera->OnStreamingChanged();
+                                         return result;
+                                     });
+    TellFirst();
+    return answer;
 }
 
 PxnError PXN_CALL PxnCaptureFrameQueue(PxnHandle handle, const PxnFrame* frame,

@@ -367,8 +367,16 @@ PxnError PXN_CALL PxnFeatureBoolSet(PxnHandle handle, const char* name, PxnBool 
 // ---- command ----
 
 PxnError PXN_CALL PxnFeatureCommandRun(PxnHandle handle, const char* name) {
-    return WriteTo<CommandFeature>(__func__, handle, name,
-                                   [](CommandFeature& feature) { return feature.Run(); });
+    bool startsOrStops = false;
+    const PxnError answer =
+        WriteTo<CommandFeature>(__func__, handle, name, [&](CommandFeature& feature) {
+            startsOrStops = feature.IsStartOrStop();
+            return feature.Run();
+        });
+    if (startsOrStops) {
+        TellFirst();
+    }
+    return answer;
 }
 
 PxnError PXN_CALL PxnFeatureCommandIsDone(PxnHandle handle, const char* name, PxnBool* done) {

@@ -87,13 +87,27 @@ void EventDispatcher::PostEvent(PxnHandle handle, const char* name, std::functio
 }
 
 void EventDispatcher::Drain() {
+    DrainUntil(std::nullopt);
+}
+
+void EventDispatcher::DrainPatiently() {
+    DrainUntil(Clock::now() + std::chrono::seconds(1));
+}
+
+void EventDispatcher::DrainUntil(std::optional<Clock::time_point> end) {
     if (IsEventThread()) {
         return;
     }
     platform::MutexLock lock(mutex);
     const std::uint64_t target = postedCount;
     while (deliveredCount < target && !ending) {
-        changed.Wait(mutex);
+        if (!end) {
+            changed.Wait(mutex);
+        } else if (Clock::now() < *end) {
+            changed.WaitUntil(mutex, *end);
+        } else {
+            return;
+        }
     }
 }
 

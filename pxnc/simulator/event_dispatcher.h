@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
+#include <optional>
 #include <vector>
 
 namespace pxsim {
@@ -48,6 +49,8 @@ public:
         EXCLUDES(mutex);
     /// Waits until everything posted before has been delivered. Does nothing on the event thread.
     void Drain() EXCLUDES(mutex);
+    /// The same, but for a second at most: callbacks that wait for the caller hold it no longer.
+    void DrainPatiently() EXCLUDES(mutex);
     bool IsEventThread() const { return thread.IsCurrent(); }
 
 private:
@@ -64,6 +67,7 @@ private:
         std::function<void()> prepare;
     };
 
+    void DrainUntil(std::optional<Clock::time_point> end) EXCLUDES(mutex);
     static void ThreadProcedure(void* self);
     void Run() EXCLUDES(mutex);
     void Deliver(const Event& event) REQUIRES(mutex);

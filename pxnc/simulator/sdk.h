@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/mutex.h"
+#include "pxnc/simulator/callback_scope.h"
 #include "pxnc/simulator/faults.h"
 #include "pxnc/simulator/simulator.h"
 
@@ -67,6 +68,15 @@ PxnError CallOn(const char* entry, PxnHandle handle, Action action) noexcept {
         }
         return action(simulator, target);
     });
+}
+
+/// For entry points that start or stop images: has whatever they have locked or unlocked told
+/// before they return. No lock is held.
+inline void TellFirst() {
+    const std::shared_ptr<Simulator> simulator = Sdk::Instance().Current();
+    if (simulator && !InsideCallback()) {
+        simulator->Events().DrainPatiently();
+    }
 }
 
 /// Hands a list out by the rules of all list entries: a null array with capacity 0 only counts,

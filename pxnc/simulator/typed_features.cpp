@@ -169,6 +169,11 @@ CommandFeature& CommandFeature::DoneWhen(std::function<bool()> condition) {
     return *this;
 }
 
+CommandFeature& CommandFeature::StartsOrStops() {
+    startsOrStops = true;
+    return *this;
+}
+
 PxnError CommandFeature::Run() {
     if (!IsWritable()) {
         return PxnErrInvalidAccess;

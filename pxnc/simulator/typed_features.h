@@ -76,13 +76,17 @@ public:
     CommandFeature& Runs(std::function<PxnError()> action);
     /// Without it a command is done as soon as it ran.
     CommandFeature& DoneWhen(std::function<bool()> condition);
+    /// It starts or stops images.
+    CommandFeature& StartsOrStops();
 
     PxnError Run();
+    bool IsStartOrStop() const { return startsOrStops; }
     bool IsDone() const { return !done || done(); }
 
 private:
     std::function<PxnError()> action;
     std::function<bool()> done;
+    bool startsOrStops = false;
 };
 
 /// Bytes of a fixed length.

@@ -1,5 +1,7 @@
 #include "feature_dialog_fixture.h"
 
+#include "platform/file_system.h"
+#include "platform/shared_library.h"
 #include "screenshot.h"
 #include "ui/windows/wide_text.h"
 #include "when_shown.h"
@@ -8,6 +10,10 @@
 
 FeatureDialogFixture::~FeatureDialogFixture() {
     EndGrabber();
+}
+
+std::string FeatureDialogFixture::SimulatorHome() {
+    return platform::JoinPath(platform::DirectoryOf(platform::ExecutablePath()), "simulator");
 }
 
 void FeatureDialogFixture::OpenCamera(const std::string& ini) {
@@ -123,6 +129,15 @@ std::vector<std::string> FeatureDialogFixture::NamesAfter(const std::vector<std:
         }
     }
     return names;
+}
+
+void FeatureDialogFixture::SdkControl(const std::string& line) {
+    using ControlFunction = std::int32_t (*)(const char*, char*, std::uint32_t);
+    const auto control =
+        reinterpret_cast<ControlFunction>(Grabber().Api().FindExport("PxnControl"));
+    ASSERT_NE(control, nullptr);
+    char answer[256]{};
+    ASSERT_EQ(control(line.c_str(), answer, sizeof answer), 0) << answer;
 }
 
 std::wstring FeatureDialogFixture::CatchBox(const std::wstring& caption,

@@ -19,6 +19,9 @@ protected:
     explicit FeatureDialogFixture(const std::string& sdkHome) : home("PYXEN_HOME", sdkHome) {}
     ~FeatureDialogFixture() override;
 
+    /// Where the simulator is.
+    static std::string SimulatorHome();
+
     /// Initialises a grabber with that ini file and opens camera 0.
     void OpenCamera(const std::string& ini = "");
     /// Opens the dialog; what it posted to itself is not handled yet.
@@ -51,6 +54,9 @@ protected:
     /// All log lines of that kind, in order, less the texts before the name.
     static std::vector<std::string> NamesAfter(const std::vector<std::string>& lines,
                                                const std::string& beginning);
+
+    /// Tells the simulator, which must be the SDK, what a camera or its user does.
+    void SdkControl(const std::string& line);
 
     /// Runs `action`, during which a message box with that caption is to appear: it must belong to
     /// the dialog, carry an icon and one button, which is pressed. Answers its text. A picture of

@@ -1,15 +1,9 @@
 // The feature control dialog on a simulated camera, as it looks and how fast it is.
 #include "feature_dialog_fixture.h"
 #include "platform/clock.h"
-#include "platform/file_system.h"
-#include "platform/shared_library.h"
 #include "screenshot.h"
 
 namespace {
-
-std::string SimulatorHome() {
-    return platform::JoinPath(platform::DirectoryOf(platform::ExecutablePath()), "simulator");
-}
 
 class FeatureDialogLooks : public FeatureDialogFixture {
 protected:
@@ -30,16 +24,6 @@ protected:
         ::SendMessage(EditorControl(id), EM_SETSEL, 0, -1);
         Type(text);
     }
-    /// Changes a feature from the camera's side.
-    void Control(const std::string& line) {
-        using ControlFunction = std::int32_t (*)(const char*, char*, std::uint32_t);
-        const auto control =
-            reinterpret_cast<ControlFunction>(Grabber().Api().FindExport("PxnControl"));
-        ASSERT_NE(control, nullptr);
-        char answer[256]{};
-        ASSERT_EQ(control(line.c_str(), answer, sizeof answer), 0) << answer;
-    }
-    using FeatureDialogFixture::Control;
     void Resize(int width, int height) {
         Dialog().SetWindowPos(nullptr, 0, 0, width, height, SWP_NOMOVE | SWP_NOZORDER);
         Pump();
@@ -127,7 +111,7 @@ TEST_F(FeatureDialogLooks, FollowsTheCamera) {
     const std::wstring gain = L"Camera/AnalogControl/Gain";
     Expand(L"Camera/AnalogControl");
     const std::wstring before = RowText(gain);
-    Control("set A Gain 7.5");
+    SdkControl("set A Gain 7.5");
     PumpUntil([&] { return RowText(gain) != before; });
     EXPECT_EQ(RowText(gain), L"Gain\t7.500000");
     Keep("invalidated");
@@ -147,6 +131,43 @@ TEST_F(FeatureDialogLooks, StaysTidyAtEverySize) {
     Keep("large");
     Select(L"Camera/ImageFormatControl/Width");
     Keep("large-integer");
+}
+
+TEST_F(FeatureDialogLooks, ErasesOnlyWhatNothingCovers) {
+    Open();
+    const COLORREF mark = RGB(200, 10, 150);
+    CRect client;
+    Dialog().GetClientRect(client);
+    const HDC dc = ::GetDC(Dialog().m_hWnd);
+    const HBRUSH brush = ::CreateSolidBrush(mark);
+    ::FillRect(dc, client, brush);
+    ::DeleteObject(brush);
+    Dialog().SendMessage(WM_ERASEBKGND, reinterpret_cast<WPARAM>(dc));
+    for (const int id : {4108, 4109, 7003, 7001}) {
+        CRect place;
+        ::GetWindowRect(Control(id), &place);
+        Dialog().ScreenToClient(place);
+        for (const POINT point :
+             {POINT{place.left, place.top}, POINT{place.right - 1, place.bottom - 1}}) {
+            EXPECT_EQ(::GetPixel(dc, point.x, point.y), mark) << id;
+        }
+        EXPECT_NE(::GetPixel(dc, place.left - 1, place.top - 1), mark) << id;
+    }
+    ::ReleaseDC(Dialog().m_hWnd, dc);
+}
+
+TEST_F(FeatureDialogLooks, DestroysItsIconInTheEnd) {
+    Open();
+    const auto icon = reinterpret_cast<HICON>(Dialog().SendMessage(WM_GETICON, ICON_SMALL));
+    ICONINFO info{};
+    ASSERT_TRUE(GetIconInfo(icon, &info));
+    BITMAP bitmap{};
+    GetObject(info.hbmMask, sizeof(bitmap), &bitmap);
+    EXPECT_EQ(bitmap.bmWidth, GetSystemMetrics(SM_CXSMICON));
+    DeleteObject(info.hbmMask);
+    DeleteObject(info.hbmColor);
+    EndGrabber();
+    EXPECT_FALSE(GetIconInfo(icon, &info));
 }
 
 TEST_F(FeatureDialogLooks, ScrollsSideways) {

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
+#include <functional>
 #include <mutex>
 #include <thread>
 
@@ -231,6 +233,45 @@ TEST_F(LimitTest, DependentFeaturesAreInvalidated) {
     EXPECT_EQ(listener.calls.Value(), before);
     EXPECT_EQ(PxnFeatureInvalidationUnregister(camera, "DeviceUserID", &Listener::OnInvalidation),
               0);
+}
+
+TEST_F(LimitTest, StartsAndStopsAreToldBeforeTheyReturn) {
+    std::atomic<int> calls{0};
+    const PxnInvalidationCallback slow = [](PxnHandle, const char*, void* context) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        ++*static_cast<std::atomic<int>*>(context);
+    };
+    ASSERT_EQ(PxnFeatureInvalidationRegister(camera, "Width", slow, &calls), 0);
+    const auto toldBy = [&](const std::function<PxnError()>& entry) {
+        const int before = calls;
+        EXPECT_EQ(entry(), 0);
+        return calls - before;
+    };
+    EXPECT_GT(toldBy([&] { return PxnCaptureStart(camera); }), 0);
+    EXPECT_GT(toldBy([&] { return PxnFeatureCommandRun(camera, "AcquisitionStart"); }), 0);
+    EXPECT_GT(toldBy([&] { return PxnFeatureCommandRun(camera, "AcquisitionStop"); }), 0);
+    EXPECT_GT(toldBy([&] { return PxnFeatureCommandRun(camera, "AcquisitionAbort"); }), 0);
+    EXPECT_GT(toldBy([&] { return PxnCaptureEnd(camera); }), 0);
+    EXPECT_EQ(PxnFeatureInvalidationUnregister(camera, "Width", slow), 0);
+}
+
+TEST_F(LimitTest, AStartDoesNotWaitForeverForACallbackThatWaitsForIt) {
+    struct {
+        Counter returned;
+        std::atomic<bool> waitedInVain{false};
+    } start;
+    const PxnInvalidationCallback callback = [](PxnHandle, const char*, void* context) {
+        auto& awaited = *static_cast<decltype(start)*>(context);
+        if (!awaited.returned.WaitFor(1)) {
+            awaited.waitedInVain = true;
+        }
+    };
+    ASSERT_EQ(PxnFeatureInvalidationRegister(camera, "Width", callback, &start), 0);
+    EXPECT_EQ(PxnCaptureStart(camera), 0);
+    start.returned.Add();
+    EXPECT_EQ(PxnCaptureEnd(camera), 0);
+    EXPECT_EQ(PxnFeatureInvalidationUnregister(camera, "Width", callback), 0);
+    EXPECT_FALSE(start.waitedInVain);
 }
 
 TEST_F(LimitTest, ACallbackFindsTheNewValue) {
