@@ -2,8 +2,10 @@
 #include "ui/feature_registrations.h"
 
 #include "mivora/log_sink.h"
+#include "sdk/no_throw.h"
 #include "sdk/pyxen_api_access.h"
 #include "ui/invalidation_receiver.h"
+#include "ui/shared_registrations.h"
 
 #include <algorithm>
 #include <utility>
@@ -45,8 +47,8 @@ void FeatureRegistrations::Register(InvalidationKind kind, const FeatureLeaf& le
     ListOf(kind).push_back(leaf);
     if (connected && api.IsValid()) {
         receiver.Know(leaf);
-        api.PxnFeatureInvalidationRegister(leaf.handle, leaf.name.c_str(), About(kind).callback,
-                                           receiver.Context());
+        SharedRegistrations::Instance().Register(api, leaf.handle, leaf.name, About(kind).callback,
+                                                 receiver.Context());
     }
 }
 
@@ -76,9 +78,15 @@ void FeatureRegistrations::UnregisterAll(InvalidationKind kind) {
 }
 
 void FeatureRegistrations::TakeBack(InvalidationKind kind, const FeatureLeaf& leaf) {
-    if (connected && api.IsValid()) {
-        api.PxnFeatureInvalidationUnregister(leaf.handle, leaf.name.c_str(), About(kind).callback);
+    if (!connected || !api.IsValid()) {
+        return;
     }
+    // Without memory it stays registered, which is of no effect once the receiver is closed.
+    NoThrow(false, [&] {
+        SharedRegistrations::Instance().Unregister(api, leaf.handle, leaf.name,
+                                                   About(kind).callback, receiver.Context());
+        return true;
+    });
 }
 
 void FeatureRegistrations::Disconnect() {

@@ -4,6 +4,7 @@
 #include "ui/feature_registrations.h"
 #include "ui/invalidation_receiver.h"
 
+#include <algorithm>
 #include <atomic>
 #include <utility>
 
@@ -144,6 +145,79 @@ TEST_F(Invalidations, AreTakenBackOneByOne) {
     ASSERT_EQ(sdk.Registrations().size(), 1u);
     EXPECT_EQ(sdk.Registrations()[0].feature, "Height");
     EXPECT_EQ(sdk.Registrations()[0].context, receiver->Context());
+}
+
+TEST_F(Invalidations, PassTheSdksOwnTextOn) {
+    const char name[] = "Width";
+    const void* passed = nullptr;
+    const auto other = InvalidationReceiver::Open(
+        nullptr, [&](std::uint32_t, PxnHandle, const char* text) { passed = text; });
+    for (const PxnInvalidationCallback callback :
+         {InvalidationReceiver::InvalidationCallback,
+          InvalidationReceiver::SyncInvalidationCallback,
+          InvalidationReceiver::BufferFormatInvalidationCallback,
+          InvalidationReceiver::ExtNotificationInvalidationCallback}) {
+        passed = nullptr;
+        callback(scripted::CameraHandle(), name, other->Context());
+        EXPECT_EQ(passed, name);
+    }
+    other->Close();
+}
+
+/// Three dialogs that follow the same features.
+class SharedInvalidations : public Invalidations {
+protected:
+    struct Dialog {
+        explicit Dialog(SharedInvalidations& test, const std::string& name)
+            : receiver(InvalidationReceiver::Open(
+                  nullptr, [&test, name](std::uint32_t, PxnHandle,
+                                         const char*) { test.told.push_back(name); })),
+              registrations(test.api, *receiver, nullptr) {}
+        ~Dialog() { receiver->Close(); }
+
+        std::shared_ptr<InvalidationReceiver> receiver;
+        FeatureRegistrations registrations;
+    };
+
+    Texts Told(const std::string& feature) {
+        told.clear();
+        sdk.Fire(scripted::CameraHandle(), feature);
+        return told;
+    }
+
+    Texts told;
+    Dialog first{*this, "first"};
+    Dialog second{*this, "second"};
+    Dialog third{*this, "third"};
+};
+
+TEST_F(SharedInvalidations, AreTakenBackForOneDialogOnly) {
+    for (Dialog* const dialog : {&first, &second, &third}) {
+        dialog->registrations.Register(InvalidationKind::kValue, Leaf("Width"));
+        dialog->registrations.Register(InvalidationKind::kSync, Leaf("Width"));
+        dialog->registrations.Register(InvalidationKind::kValue, Leaf("Height"));
+    }
+    first.registrations.Unregister(InvalidationKind::kValue, Leaf("Width"));
+    second.registrations.Unregister(InvalidationKind::kSync, Leaf("Width"));
+    third.registrations.Unregister(InvalidationKind::kValue, Leaf("Height"));
+    Texts width = Told("Width");
+    std::sort(width.begin(), width.end());
+    EXPECT_EQ(width, (Texts{"first", "second", "third", "third"}));
+    EXPECT_EQ(Told("Height"), (Texts{"first", "second"}));
+    second.registrations.UnregisterAll(InvalidationKind::kValue);
+    first.registrations.Disconnect();
+    third.registrations.Disconnect();
+    EXPECT_TRUE(sdk.Registrations().empty());
+}
+
+TEST_F(SharedInvalidations, SurviveTheEndOfADialogThatWasRefused) {
+    sdk.Fail("PxnFeatureInvalidationRegister", PxnErrTimeout);
+    first.registrations.Register(InvalidationKind::kValue, Leaf("Width"));
+    second.registrations.Register(InvalidationKind::kValue, Leaf("Width"));
+    first.registrations.UnregisterAll(InvalidationKind::kValue);
+    EXPECT_EQ(Told("Width"), (Texts{"second"}));
+    second.registrations.UnregisterAll(InvalidationKind::kValue);
+    EXPECT_EQ(Told("Width"), Texts{});
 }
 
 TEST_F(Invalidations, AreTakenBackBeforeTheLibraryGoes) {
