@@ -370,6 +370,41 @@ TEST_F(ColumnTree, TellsOfTheWheelOnlyWhenItMovedTheRows) {
     EXPECT_EQ(scrolled, (std::vector<int>{static_cast<int>(bar.nPage) * bar.nPos}));
 }
 
+TEST_F(ColumnTree, TellsWhenATypedNameScrollsTheRows) {
+    InsertMany(100, category);
+    const HTREEITEM last = Insert(L"Zebra", root);
+    Insert(L"Stripes\t7", last);
+    Tree().SelectItem(root);
+    Tree().SetFocus();
+    Type(L"z");
+    ASSERT_EQ(Tree().GetSelectedItem(), last);
+    const SCROLLINFO bar = ScrollBar(Tree(), SB_VERT);
+    EXPECT_GT(bar.nPos, 0);
+    EXPECT_EQ(scrolled, (std::vector<int>{static_cast<int>(bar.nPage) * bar.nPos}));
+}
+
+TEST_F(ColumnTree, TellsWhenAClickScrollsTheRows) {
+    InsertMany(100, category);
+    CRect client;
+    Tree().GetClientRect(client);
+    const int rowHeight = RowRect(width, false).Height();
+    // The view made so high that half of a row is cut.
+    view->MoveWindow(0, 0, 500, 300 - client.Height() % rowHeight + rowHeight / 2);
+    Tree().GetClientRect(client);
+    HTREEITEM cut = Tree().GetNextItem(nullptr, TVGN_FIRSTVISIBLE);
+    while (RowRect(cut, false).bottom <= client.bottom) {
+        cut = Tree().GetNextItem(cut, TVGN_NEXTVISIBLE);
+    }
+    const CRect row = RowRect(cut, true);
+    ASSERT_LT(row.top + 2, client.bottom);
+    scrolled.clear();
+    Click(Tree(), row.left + 2, row.top + 2);
+    EXPECT_EQ(Tree().GetSelectedItem(), cut);
+    const SCROLLINFO bar = ScrollBar(Tree(), SB_VERT);
+    ASSERT_EQ(bar.nPos, 1);
+    EXPECT_EQ(scrolled, (std::vector<int>{static_cast<int>(bar.nPage)}));
+}
+
 TEST_F(ColumnTree, TellsItsHeightWhenItIsResized) {
     resized.clear();
     view->MoveWindow(0, 0, 500, 200);

@@ -14,6 +14,7 @@ ON_WM_SIZE()
 ON_WM_VSCROLL()
 ON_WM_MOUSEWHEEL()
 ON_WM_KEYDOWN()
+ON_WM_CHAR()
 ON_WM_LBUTTONDOWN()
 ON_WM_LBUTTONDBLCLK()
 ON_MESSAGE(TVM_SETITEM, OnSetItem)
@@ -52,21 +53,14 @@ void CColumnTreeCtrl::OnVScroll(UINT code, UINT position, CScrollBar* bar) {
 }
 
 BOOL CColumnTreeCtrl::OnMouseWheel(UINT flags, short delta, CPoint point) {
-    const int before = ScrollPosition();
-    const BOOL handled = CTreeCtrl::OnMouseWheel(flags, delta, point);
-    if (ScrollPosition() != before) {
-        TellScrolled();
-    }
+    BOOL handled = FALSE;
+    TellingScroll([&] { handled = CTreeCtrl::OnMouseWheel(flags, delta, point); });
     return handled;
 }
 
 // Keys scroll and expand as well.
 void CColumnTreeCtrl::OnKeyDown(UINT key, UINT repeated, UINT flags) {
-    const int before = ScrollPosition();
-    CTreeCtrl::OnKeyDown(key, repeated, flags);
-    if (ScrollPosition() != before) {
-        TellScrolled();
-    }
+    TellingScroll([&] { CTreeCtrl::OnKeyDown(key, repeated, flags); });
     const bool mayExpand = key == VK_LEFT || key == VK_RIGHT || key == VK_ADD ||
                            key == VK_SUBTRACT || key == VK_MULTIPLY;
     if (mayExpand && callback) {
@@ -74,13 +68,19 @@ void CColumnTreeCtrl::OnKeyDown(UINT key, UINT repeated, UINT flags) {
     }
 }
 
+// The tree goes to the row whose name is typed.
+void CColumnTreeCtrl::OnChar(UINT character, UINT repeated, UINT flags) {
+    TellingScroll([&] { CTreeCtrl::OnChar(character, repeated, flags); });
+}
+
+// A click on a row that is cut at the lower edge brings it into sight.
 void CColumnTreeCtrl::OnLButtonDown(UINT flags, CPoint point) {
     const Place place = Find(point);
     if (place == Place::elsewhere) {
         SetFocus();
         return;
     }
-    CTreeCtrl::OnLButtonDown(flags, point);
+    TellingScroll([&] { CTreeCtrl::OnLButtonDown(flags, point); });
     if (place == Place::button && callback) {
         callback->OnTreeExpanded();
     }
@@ -131,6 +131,15 @@ CColumnTreeCtrl::Place CColumnTreeCtrl::Find(CPoint point) {
 
 int CColumnTreeCtrl::ScrollPosition() {
     return GetScrollPos(SB_VERT);
+}
+
+template <class Action>
+void CColumnTreeCtrl::TellingScroll(const Action& action) {
+    const int before = ScrollPosition();
+    action();
+    if (ScrollPosition() != before) {
+        TellScrolled();
+    }
 }
 
 void CColumnTreeCtrl::TellScrolled() {

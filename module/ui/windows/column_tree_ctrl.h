@@ -32,6 +32,7 @@ protected:
     void OnVScroll(UINT code, UINT position, CScrollBar* bar);
     BOOL OnMouseWheel(UINT flags, short delta, CPoint point);
     void OnKeyDown(UINT key, UINT repeated, UINT flags);
+    void OnChar(UINT character, UINT repeated, UINT flags);
     void OnLButtonDown(UINT flags, CPoint point);
     void OnLButtonDblClk(UINT flags, CPoint point);
     LRESULT OnSetItem(WPARAM wParam, LPARAM lParam);
@@ -44,6 +45,9 @@ private:
     Place Find(CPoint point);
     int ScrollPosition();
     void TellScrolled();
+    /// Does something and tells when that has scrolled the rows.
+    template <class Action>
+    void TellingScroll(const Action& action);
 
     INotifyCallback* callback = nullptr;
 };
