@@ -9,17 +9,7 @@
 
 namespace {
 
-constexpr const char* kRules =
-    R"({"SyncFeatures":[{"ModuleName":"camera","FeatureName":"Width","Dependencies":[{"ModuleName":"Camera","FeatureName":"OffsetX"}]}]})";
-
-class FeatureDialog : public ScriptedDialog {
-protected:
-    /// An ini section that has the rules above read.
-    std::string WithRules() {
-        directory.Write("rules.json", kRules);
-        return "[TLSpecificConfig_0]\nTLType=GEV\nFeatureSyncFile=rules.json\n";
-    }
-};
+using FeatureDialog = ScriptedDialog;
 
 // ---- the window ----
 

@@ -15,6 +15,7 @@ protected:
         Camera().Find("Width")->description = "Width of the image.";
         Camera().Find("Width")->unit = "px";
         Camera().Find("PixelFormat")->entries[1].available = false;
+        Camera().Put(scripted::RawFeature("Blob", {'x'}));
         Open();
         Forget();
     }
@@ -41,11 +42,22 @@ protected:
                                 reinterpret_cast<LPARAM>(text)),
                   0);
     }
+    /// The camera is opened anew, and its features are listed as they are now.
+    void Reopen() {
+        ASSERT_EQ(Grabber().CloseActCamera(), MV_OK);
+        ASSERT_EQ(Grabber().OpenActCamera(), MV_OK);
+        Pump();
+        Forget();
+    }
+    static bool Has(const Texts& lines, const std::string& line) {
+        return std::find(lines.begin(), lines.end(), line) != lines.end();
+    }
     Texts Writes() {
         return sdk.TakeCalls({"PxnFeatureIntSet", "PxnFeatureFloatSet", "PxnFeatureEnumSet",
                               "PxnFeatureStringSet", "PxnFeatureBoolSet", "PxnFeatureCommandRun"});
     }
 
+    const std::string noEditor = "0 AttrSelected: Failed to create attribute edit field";
     const std::wstring width = L"Camera/ImageFormatControl/Width";
     const std::wstring gain = L"Camera/AnalogControl/Gain";
     const std::wstring pixelFormat = L"Camera/ImageFormatControl/PixelFormat";
@@ -122,37 +134,49 @@ TEST_F(FeatureEditing, ReplacesTheEditorWithTheNextFeaturesOne) {
 
 TEST_F(FeatureEditing, ShowsNoDescriptionThatIsNoText) {
     Camera().Find("Width")->description = "\xFF\xFE";
-    ASSERT_EQ(Grabber().CloseActCamera(), MV_OK);
-    ASSERT_EQ(Grabber().OpenActCamera(), MV_OK);
-    Pump();
+    Reopen();
     SelectFeature(width);
     EXPECT_EQ(Description(), L"Min: 16px, Max: 2048px");
+}
+
+TEST_F(FeatureEditing, ShowsUnitsOfOtherLetters) {
+    Camera().Find("Gain")->unit = "\xC2\xB5s";
+    Reopen();
+    SelectFeature(gain);
+    EXPECT_EQ(TextOf(EditorControl(7031)), L"\xB5s");
+    EXPECT_EQ(Description(), L"Gain of the sensor.\nMin: 0.000000\xB5s, Max: 24.000000\xB5s");
 }
 
 struct Failure {
     const char* entry;
     unsigned nth;
     const char* path;
-    const char* line;
+    std::string line;
 };
 
+const std::string kTimeout = ": Timeout during wait";
+
 TEST_F(FeatureEditing, SaysWhatCouldNotBeReadAndStaysUsable) {
+    // The entries of an enumeration have the SDK's code in a line of their own.
     const Failure failures[] = {
         {"PxnFeatureIntRangeQuery", 1, "ImageFormatControl/Width",
-         "Failed to get range of integer Width"},
-        {"PxnFeatureIntGet", 1, "ImageFormatControl/Width", "Failed to get value of integer Width"},
-        {"PxnFeatureFloatRangeQuery", 1, "AnalogControl/Gain", "Failed to get range of float Gain"},
-        {"PxnFeatureFloatGet", 1, "AnalogControl/Gain", "Failed to get value of float Gain"},
+         "Failed to get range of integer Width" + kTimeout},
+        {"PxnFeatureIntGet", 1, "ImageFormatControl/Width",
+         "Failed to get value of integer Width" + kTimeout},
+        {"PxnFeatureFloatRangeQuery", 1, "AnalogControl/Gain",
+         "Failed to get range of float Gain" + kTimeout},
+        {"PxnFeatureFloatGet", 1, "AnalogControl/Gain",
+         "Failed to get value of float Gain" + kTimeout},
         {"PxnFeatureEnumRangeQuery", 1, "ImageFormatControl/PixelFormat",
          "Could not query range of enum PixelFormat"},
         {"PxnFeatureEnumGet", 1, "ImageFormatControl/PixelFormat",
-         "Failed to get enum value PixelFormat"},
+         "Failed to get enum value PixelFormat" + kTimeout},
         {"PxnFeatureBoolGet", 1, "ImageFormatControl/ReverseX",
-         "Failed to get boolean value ReverseX"},
+         "Failed to get boolean value ReverseX" + kTimeout},
         {"PxnFeatureStringGet", 1, "DeviceControl/DeviceUserID",
-         "Failed to get length of string DeviceUserID"},
+         "Failed to get length of string DeviceUserID" + kTimeout},
         {"PxnFeatureStringGet", 2, "DeviceControl/DeviceUserID",
-         "Failed to get value of string DeviceUserID"},
+         "Failed to get value of string DeviceUserID" + kTimeout},
     };
     for (const Failure& failure : failures) {
         Select(L"Camera/AcquisitionControl/AcquisitionStart");
@@ -168,13 +192,8 @@ TEST_F(FeatureEditing, SaysWhatCouldNotBeReadAndStaysUsable) {
         sdk.ClearFailures();
         EXPECT_EQ(Editor(), nullptr) << failure.line;
         const Texts lines = DialogLog();
-        const std::string expected = std::string("0 AttrSelected: ") + failure.line;
-        EXPECT_TRUE(std::any_of(lines.begin(), lines.end(), [&](const std::string& line) {
-            return line.starts_with(expected);
-        })) << expected;
-        EXPECT_NE(std::find(lines.begin(), lines.end(),
-                            "0 AttrSelected: Failed to create attribute edit field"),
-                  lines.end());
+        EXPECT_TRUE(Has(lines, "0 AttrSelected: " + failure.line)) << failure.line;
+        EXPECT_TRUE(Has(lines, noEditor));
     }
     SelectFeature(width);
 }
@@ -187,6 +206,105 @@ TEST_F(FeatureEditing, SaysWhenAFeatureIsNotInItsCache) {
     EXPECT_EQ(DialogLog(),
               (Texts{"0 AttrSelected: Feature DeviceUserID is not in the feature cache Camera."}));
     EXPECT_EQ(Editor(), nullptr);
+}
+
+TEST_F(FeatureEditing, HasNoEditorForAnUnsupportedType) {
+    Select(L"Camera/Scripted/Blob");
+    EXPECT_EQ(Editor(), nullptr);
+    EXPECT_TRUE(Has(DialogLog(), noEditor));
+    EXPECT_EQ(Description(), L"");
+}
+
+TEST_F(FeatureEditing, HasNoEditorForAnEntryThatIsNotAvailable) {
+    Camera().Find("PixelFormat")->text = "Mono10";
+    Select(pixelFormat);
+    EXPECT_EQ(Editor(), nullptr);
+    const Texts lines = DialogLog();
+    EXPECT_TRUE(Has(lines, "0 AttrSelected: Could set enum range/value on form for feature "
+                           "PixelFormat"));
+    EXPECT_TRUE(Has(lines, noEditor));
+    EXPECT_EQ(Description().substr(0, 25), L"Possible options: Mono8, ");
+}
+
+/// While it lives no icon is found, and so no value editor can be made.
+class WithoutIcons {
+public:
+    WithoutIcons() { state.m_hCurrentResourceHandle = GetModuleHandle(L"kernel32.dll"); }
+    ~WithoutIcons() { state.m_hCurrentResourceHandle = before; }
+    WithoutIcons(const WithoutIcons&) = delete;
+    WithoutIcons& operator=(const WithoutIcons&) = delete;
+
+private:
+    AFX_MODULE_STATE& state = *AfxGetStaticModuleState();
+    const HINSTANCE before = state.m_hCurrentResourceHandle;
+};
+
+TEST_F(FeatureEditing, SaysThatAnEditorCouldNotBeMade) {
+    const std::pair<std::wstring, const char*> kinds[] = {
+        {width, "Could create integer view for feature Width"},
+        {gain, "Could create float view for feature Gain"},
+        {pixelFormat, "Could create enum view for feature PixelFormat"},
+        {reverseX, "Could create enum view for boolean feature ReverseX"},
+        {userId, "Could create string view for feature DeviceUserID"},
+        {L"Camera/AcquisitionControl/AcquisitionStart",
+         "Could create command view for feature AcquisitionStart"}};
+    const WithoutIcons without;
+    for (const auto& [path, line] : kinds) {
+        Forget();
+        Select(path);
+        EXPECT_EQ(Editor(), nullptr) << line;
+        const Texts lines = DialogLog();
+        EXPECT_TRUE(Has(lines, std::string("0 AttrSelected: ") + line)) << line;
+        EXPECT_TRUE(Has(lines, noEditor)) << line;
+    }
+}
+
+/// While it lives a value editor loses a control once its name has been written.
+class WithoutControl {
+public:
+    explicit WithoutControl(int id)
+        : hook(SetWindowsHookEx(WH_CALLWNDPROC, Watch, nullptr, GetCurrentThreadId())) {
+        lost = id;
+    }
+    ~WithoutControl() { UnhookWindowsHookEx(hook); }
+    WithoutControl(const WithoutControl&) = delete;
+    WithoutControl& operator=(const WithoutControl&) = delete;
+
+private:
+    static LRESULT CALLBACK Watch(int code, WPARAM wParam, LPARAM lParam) {
+        const auto& call = *reinterpret_cast<const CWPSTRUCT*>(lParam);
+        if (code == HC_ACTION && call.message == WM_SETTEXT && GetDlgCtrlID(call.hwnd) == 7024) {
+            DestroyWindow(GetDlgItem(GetParent(call.hwnd), lost));
+        }
+        return CallNextHookEx(nullptr, code, wParam, lParam);
+    }
+
+    static inline int lost = 0;
+    const HHOOK hook;
+};
+
+TEST_F(FeatureEditing, SaysThatAnEditorCouldNotBeFilled) {
+    const struct {
+        std::wstring path;
+        int control;
+        const char* line;
+    } kinds[] = {{width, 7020, "Could set integer range/value on form for feature Width"},
+                 {width, 7022, "Could set integer range/value on form for feature Width"},
+                 {gain, 7010, "Could set float range/value on form for feature Gain"},
+                 {pixelFormat, 7007, "Could set enum range/value on form for feature PixelFormat"},
+                 {reverseX, 7007, "Could set boolean range/value on form for feature ReverseX"},
+                 {userId, 7018, "Could set string to form for feature DeviceUserID"}};
+    for (const auto& kind : kinds) {
+        Select(L"Camera/Scripted/Blob");
+        Forget();
+        const WithoutControl without(kind.control);
+        Select(kind.path);
+        EXPECT_EQ(Editor(), nullptr) << kind.line;
+        const Texts lines = DialogLog();
+        EXPECT_TRUE(Has(lines, std::string("0 AttrSelected: ") + kind.line)) << kind.line;
+        EXPECT_TRUE(Has(lines, noEditor)) << kind.line;
+    }
+    SelectFeature(width);
 }
 
 // ---- committing ----
@@ -333,11 +451,32 @@ TEST_F(FeatureEditing, SaysThatWritingFailed) {
         sdk.ClearFailures();
         EXPECT_EQ(text, L"An error occured while setting \"" + std::wstring(failing.name) + L"\".");
         const Texts lines = DialogLog();
-        const std::string expected = std::string("0 OnValueChanged: ") + failing.line;
-        EXPECT_TRUE(std::any_of(lines.begin(), lines.end(), [&](const std::string& line) {
-            return line.starts_with(expected);
-        })) << expected;
+        EXPECT_TRUE(Has(lines, "0 OnValueChanged: " + std::string(failing.line) + kTimeout))
+            << failing.line;
     }
+}
+
+TEST_F(FeatureEditing, ShowsTheEntryThatAFailedWriteLeft) {
+    SelectFeature(pixelFormat);
+    Pump();
+    sdk.OnCall("PxnFeatureEnumSet", [&] { Camera().Find("PixelFormat")->text = "Mono12"; });
+    sdk.Fail("PxnFeatureEnumSet", PxnErrTimeout);
+    CatchBox(L"Setting error", [&] { ClickButton(Editor(), 7026); });
+    sdk.ClearHooks();
+    EXPECT_EQ(RowText(pixelFormat), L"PixelFormat\tMono12");
+    EXPECT_EQ(Selected(), L"Mono12");
+}
+
+TEST_F(FeatureEditing, LeavesTheEditorAloneOfWhatIsListedAsReadOnly) {
+    Camera().Find("DeviceUserID")->flags = PxnFeatureFlagRead;
+    Reopen();
+    SelectFeature(userId);
+    Retype(7018, L"mine");
+    Pump();
+    Forget();
+    ClickButton(Editor(), 7030);
+    EXPECT_EQ(TextOf(EditorControl(7018)), L"mine");
+    EXPECT_EQ(sdk.Calls({"PxnFeatureStringGet"}), Texts{});
 }
 
 TEST_F(FeatureEditing, SaysNothingToTheUserWhenTheFormHasNoValue) {
@@ -352,22 +491,38 @@ TEST_F(FeatureEditing, SaysNothingToTheUserWhenTheFormHasNoValue) {
     Forget();
     ClickButton(Editor(), 7026);
     EXPECT_EQ(sink.Take(), (Texts{"0 Failed to get the boolean value from the form"}));
+    const struct {
+        std::wstring path;
+        int control;
+        const char* line;
+    } kinds[] = {{width, 7022, "0 Failed to get the integer value from the form"},
+                 {gain, 7010, "0 Failed to get the float32 value from the form"},
+                 {userId, 7018, "0 Failed to get the string value from the form"}};
+    for (const auto& kind : kinds) {
+        SelectFeature(kind.path);
+        ::DestroyWindow(EditorControl(kind.control));
+        Pump();
+        Forget();
+        ClickButton(Editor(), 7026);
+        EXPECT_EQ(sink.Take(), (Texts{kind.line}));
+        EXPECT_EQ(Writes(), Texts{});
+    }
 }
 
 TEST_F(FeatureEditing, SaysWhatCouldNotBeReadWhenReverting) {
     const struct {
         std::wstring path;
         const char* entry;
-        const char* line;
+        std::string line;
     } cases[] = {
-        {width, "PxnFeatureIntRangeQuery", "Could not query range of integer Width"},
-        {width, "PxnFeatureIntGet", "Could not query integer Width"},
-        {gain, "PxnFeatureFloatRangeQuery", "Could not query range of float Gain"},
-        {gain, "PxnFeatureFloatGet", "Could not query float Gain"},
+        {width, "PxnFeatureIntRangeQuery", "Could not query range of integer Width" + kTimeout},
+        {width, "PxnFeatureIntGet", "Could not query integer Width" + kTimeout},
+        {gain, "PxnFeatureFloatRangeQuery", "Could not query range of float Gain" + kTimeout},
+        {gain, "PxnFeatureFloatGet", "Could not query float Gain" + kTimeout},
         {pixelFormat, "PxnFeatureEnumRangeQuery", "Could not query range of enum PixelFormat"},
-        {pixelFormat, "PxnFeatureEnumGet", "Could not value of enum PixelFormat"},
-        {reverseX, "PxnFeatureBoolGet", "Could not query boolean ReverseX"},
-        {userId, "PxnFeatureStringGet", "Could get string DeviceUserID"},
+        {pixelFormat, "PxnFeatureEnumGet", "Could not value of enum PixelFormat" + kTimeout},
+        {reverseX, "PxnFeatureBoolGet", "Could not query boolean ReverseX" + kTimeout},
+        {userId, "PxnFeatureStringGet", "Could get string DeviceUserID" + kTimeout},
     };
     for (const auto& failing : cases) {
         SelectFeature(failing.path);
@@ -377,10 +532,7 @@ TEST_F(FeatureEditing, SaysWhatCouldNotBeReadWhenReverting) {
         ClickButton(Editor(), 7030);
         sdk.ClearFailures();
         const Texts lines = DialogLog();
-        const std::string expected = std::string("0 RefreshCurrentForm: ") + failing.line;
-        EXPECT_TRUE(std::any_of(lines.begin(), lines.end(), [&](const std::string& line) {
-            return line.starts_with(expected);
-        })) << expected;
+        EXPECT_TRUE(Has(lines, "0 RefreshCurrentForm: " + failing.line)) << failing.line;
         EXPECT_NE(Editor(), nullptr);
     }
 }

@@ -20,6 +20,13 @@ protected:
         OpenDialog();
         Pump();
     }
+    /// An ini section that has OffsetX follow Width.
+    std::string WithRules() {
+        directory.Write(
+            "rules.json",
+            R"({"SyncFeatures":[{"ModuleName":"camera","FeatureName":"Width","Dependencies":[{"ModuleName":"Camera","FeatureName":"OffsetX"}]}]})");
+        return "[TLSpecificConfig_0]\nTLType=GEV\nFeatureSyncFile=rules.json\n";
+    }
     void Forget() {
         sink.Take();
         sdk.ClearCalls();

@@ -6,6 +6,7 @@
 #include "ui/windows/sint_value_view.h"
 #include "ui/windows/string_value_view.h"
 #include "value_view_fixture.h"
+#include "window_pixels.h"
 
 #include <map>
 
@@ -142,6 +143,16 @@ TYPED_TEST(EveryValueView, CommitsNothingOnEnterWithTheFocusElsewhere) {
 }
 
 using ValueViews = ValueViewFixture;
+
+TEST_F(ValueViews, StandInAPaneOfTheFacesColour) {
+    ASSERT_NE(GetSysColor(COLOR_BTNFACE), GetSysColor(COLOR_WINDOW));
+    EXPECT_EQ(TextOf(container), L"cntview");
+    CRect client;
+    container.GetClientRect(client);
+    container.Invalidate(TRUE);
+    EXPECT_EQ(WindowPixels(container).Count(client, GetSysColor(COLOR_BTNFACE)),
+              client.Width() * client.Height());
+}
 
 TEST_F(ValueViews, ShowTheNameInTheirLabel) {
     const auto view = Make<CFloatValueView>();
