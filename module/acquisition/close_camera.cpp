@@ -25,6 +25,7 @@ MV_ERRCODE CMivoraKVNPyxenClass::CloseActCamera() {
     ClearCameraCaches();
     buffersPrepared = false;
     frameLeftQueued = false;
+    framesKept = false;
     if (!cameraOpen) {
         return MV_CAMERA_NOT_OPEN;
     }

@@ -63,16 +63,15 @@ MV_ERRCODE CMivoraKVNPyxenClass::PrepareFrameBuffers(uint64_t count) {
 
 bool CMivoraKVNPyxenClass::ShapeFrameRecords(uint64_t count) {
     ILogSink* const log = GetLogSink();
-    if (frameLeftQueued) {
-        // Its memory may go here, and the SDK would fill it at the next start.
-        api.PxnCaptureQueueFlush(cameraHandle);
-        api.PxnFrameRevokeAll(cameraHandle);
-        frameLeftQueued = false;
+    // Their memory may go here, and the SDK would fill it at the next start.
+    if ((frameLeftQueued || framesKept) && !TakeFramesBack()) {
+        return false;
     }
     while (frameRecords.size() > count) {
         frameRecords.pop_back();
     }
-    const bool complete = NoThrow(false, [&] {
+    // Without memory some are missing, which is told below.
+    NoThrow(false, [&] {
         while (frameRecords.size() < count) {
             frameRecords.push_back(std::make_unique<FrameRecord>(this, frameRecords.size()));
         }
@@ -88,7 +87,16 @@ bool CMivoraKVNPyxenClass::ShapeFrameRecords(uint64_t count) {
         LogInformation(log, "Allocated buffer %I64u adr = 0x%p, size = %I64u", index,
                        record.GetHostBuffer(), record.GetHostBufferSize());
     }
-    return complete;
+    return true;
+}
+
+bool CMivoraKVNPyxenClass::TakeFramesBack() {
+    const PxnHandle camera = cameraHandle;
+    const PxnError flushed = api.PxnCaptureQueueFlush(camera);
+    const PxnError revoked = api.PxnFrameRevokeAll(camera);
+    NoteKeptFrames(flushed, revoked);
+    frameLeftQueued = false;
+    return !framesKept;
 }
 
 void* CMivoraKVNPyxenClass::GetFrameBuffer(uint64_t index) {

@@ -50,6 +50,7 @@ FrameRecord::FrameRecord(CPyxenGrabber* grabber, std::uint64_t index) {
 }
 
 bool FrameRecord::Allocate(CMivoraGfxModeKVNPyxen* mode) {
+    format = nullptr;
     const PixelFormat* const newFormat = mode ? mode->GetFormatPropertiesByPixelFormat() : nullptr;
     if (!newFormat) {
         return false;
@@ -59,24 +60,27 @@ bool FrameRecord::Allocate(CMivoraGfxModeKVNPyxen* mode) {
     if ((newFormat->convert ? payloadSize : imageSize) > kLargestSdkSize) {
         return false;
     }
-    const std::uint32_t newWidth = mode->GetxRes();
-    const std::uint32_t newHeight = mode->GetyRes();
+    width = mode->GetxRes();
+    height = mode->GetyRes();
     // The camera answered one question after the other; together the answers must not let the
     // converter run past the memory.
-    const std::uint64_t pixels = std::uint64_t{newWidth} * newHeight;
+    const std::uint64_t pixels = std::uint64_t{width} * height;
     if (newFormat->convert && (pixels > kMostPixels || HostBytes(*newFormat, pixels) > imageSize)) {
         return false;
     }
-    format = newFormat;
-    width = newWidth;
-    height = newHeight;
-    return format->convert ? AllocateBoth(payloadSize, imageSize) : AllocateHost(imageSize);
-}
-
-bool FrameRecord::AllocateBoth(std::uint64_t payloadSize, std::uint64_t imageSize) {
     // A camera that promises less than its pixel format takes has the rest added here, unfilled.
     const std::uint64_t blockSize =
-        payloadSize == 0 ? 0 : std::max(payloadSize, BytesToConvert(*format, width, height));
+        payloadSize == 0 ? 0 : std::max(payloadSize, BytesToConvert(*newFormat, width, height));
+    if (newFormat->convert ? !AllocateBoth(payloadSize, blockSize, imageSize)
+                           : !AllocateHost(imageSize)) {
+        return false;
+    }
+    format = newFormat;
+    return true;
+}
+
+bool FrameRecord::AllocateBoth(std::uint64_t payloadSize, std::uint64_t blockSize,
+                               std::uint64_t imageSize) {
     if (!ResizeAndTouch(rawBuffer, rawSize, blockSize)) {
         return false;
     }

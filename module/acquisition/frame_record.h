@@ -32,15 +32,15 @@ public:
     std::uint64_t GetHostBufferSize() const { return hostSize; }
 
 private:
-    bool AllocateBoth(std::uint64_t payloadSize, std::uint64_t imageSize);
+    bool AllocateBoth(std::uint64_t payloadSize, std::uint64_t blockSize, std::uint64_t imageSize);
     bool AllocateHost(std::uint64_t imageSize);
 
     PxnFrame frame{}; // context: 0 the grabber, 1 this record, 2 the buffer index
     MallocArray<std::uint8_t> rawBuffer;
-    MallocArray<std::uint8_t> hostBuffer;
     std::uint64_t rawSize = 0;
+    MallocArray<std::uint8_t> hostBuffer;
     std::uint64_t hostSize = 0;
-    const PixelFormat* format = nullptr;
+    const PixelFormat* format = nullptr; // null while the memory does not fit
     std::uint32_t width = 0;
     std::uint32_t height = 0;
 };

@@ -37,14 +37,18 @@ MV_ERRCODE CMivoraKVNPyxenClass::Snap(uint32_t mode) {
     for (const auto& event : acquisitionEvents) {
         event->Reset();
     }
-    if (mode == kContinuous) {
-        return SnapContinuous();
-    }
-    if (mode < kAsynchronousSingle || mode > kLastSynchronousSingle) {
+    if (mode < kContinuous || mode > kLastSynchronousSingle) {
         return MV_BAD_VALUE;
     }
-    if (frameRecords.empty()) {
+    if (mode != kContinuous && frameRecords.empty()) {
         return MV_BUFFERS_NOT_PREPARED;
+    }
+    if (framesKept) {
+        // The SDK would not take a frame that it has already.
+        TakeFramesBack();
+    }
+    if (mode == kContinuous) {
+        return SnapContinuous();
     }
     return mode == kAsynchronousSingle ? SnapAsynchronous() : SnapSynchronous(mode);
 }

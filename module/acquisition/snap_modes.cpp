@@ -95,7 +95,6 @@ MV_ERRCODE CMivoraKVNPyxenClass::SnapAsynchronous() {
 MV_ERRCODE CMivoraKVNPyxenClass::SnapSynchronous(uint32_t mode) {
     acquisitionState = mode;
     const MV_ERRCODE result = PrepareSynchronous() ? TakeSynchronous() : MV_ACQUISITION_FAILED;
-    frameLeftQueued = result != MV_OK;
     acquisitionState = kIdle;
     return result;
 }
@@ -123,6 +122,7 @@ bool CMivoraKVNPyxenClass::PrepareSynchronous() {
         ReportSdkError("CMivoraKVNPyxenClass::Snap: PxnCaptureQueueFrame failed", result, log);
         return false;
     }
+    frameLeftQueued = true;
     if (const PxnError result = api.PxnFeatureCommandRun(camera, "AcquisitionStart")) {
         ReportSdkError(
             "CMivoraKVNPyxenClass::Snap: Sending acquisition start command to camera failed",
@@ -143,6 +143,7 @@ MV_ERRCODE CMivoraKVNPyxenClass::TakeSynchronous() {
         ReportSdkError("CMivoraKVNPyxenClass::Snap: PxnCaptureFrameWait failed", result, log);
         answer = MV_ACQUISITION_FAILED;
     } else {
+        frameLeftQueued = false;
         LogInformation(log, "CMivoraKVNPyxenClass::Snap: snapped one frame");
         framesReceived = 1;
         // The image is handed over as the camera delivered it; that is intended.

@@ -53,15 +53,23 @@ void CMivoraKVNPyxenClass::StopCamera() {
     } else {
         LogInformation(log, "CMivoraKVNPyxenClass::StopSnap: successfully executed PxnCaptureEnd");
     }
-    if (const PxnError result = api.PxnCaptureQueueFlush(camera)) {
-        ReportSdkError("CMivoraKVNPyxenClass::StopSnap: PxnCaptureQueueFlush failed", result, log);
+    const PxnError flushed = api.PxnCaptureQueueFlush(camera);
+    if (flushed != PxnErrSuccess) {
+        ReportSdkError("CMivoraKVNPyxenClass::StopSnap: PxnCaptureQueueFlush failed", flushed, log);
     } else {
         LogInformation(log, "CMivoraKVNPyxenClass::StopSnap: successfully flushed queue");
     }
-    if (const PxnError result = api.PxnFrameRevokeAll(camera)) {
-        ReportSdkError("CMivoraKVNPyxenClass::StopSnap: PxnFrameRevokeAll failed", result, log);
+    const PxnError revoked = api.PxnFrameRevokeAll(camera);
+    if (revoked != PxnErrSuccess) {
+        ReportSdkError("CMivoraKVNPyxenClass::StopSnap: PxnFrameRevokeAll failed", revoked, log);
     } else {
         LogInformation(log,
                        "CMivoraKVNPyxenClass::StopSnap: successfully executed PxnFrameRevokeAll");
     }
+    NoteKeptFrames(flushed, revoked);
+}
+
+void CMivoraKVNPyxenClass::NoteKeptFrames(PxnError flushed, PxnError revoked) {
+    // Either gives all frames back; inside its own callback the SDK may refuse both.
+    framesKept = flushed == PxnErrInvalidCall && revoked == PxnErrInvalidCall;
 }

@@ -144,6 +144,9 @@ private:
     /// The dialog whose acquisition marks count for the camera that is snapping, or null.
     ICamCntrlDialog* DialogToMark() const;
     bool ShapeFrameRecords(uint64_t count) REQUIRES(serialMutex);
+    void NoteKeptFrames(PxnError flushed, PxnError revoked);
+    /// Takes what is left queued; false when the SDK keeps it.
+    bool TakeFramesBack();
 
     std::atomic<bool> cameraOpen{false};
     std::atomic<uint32_t> acquisitionState{0};
@@ -179,6 +182,7 @@ private:
     std::vector<std::unique_ptr<FrameRecord>> frameRecords; // shaped under serialMutex while idle
     bool firstQueueThenSnap = false;                        // chosen when the camera is opened
     bool frameLeftQueued = false;                           // by a synchronous snap that failed
+    std::atomic<bool> framesKept{false}; // by the SDK, at a stop inside its own callback
 };
 
 /// Camera control dialog index of the cameras that the feature control dialog serves.

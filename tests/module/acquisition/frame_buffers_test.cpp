@@ -3,6 +3,7 @@
 
 #include "grabber/mivora_gfx_mode_kvn_pyxen.h"
 
+#include <string_view>
 #include <thread>
 
 namespace {
@@ -214,6 +215,52 @@ TEST_F(FrameBuffers, LeaveNothingQueuedThatAFailedSynchronousSnapLeft) {
     EXPECT_EQ(sdk.Calls({"PxnCaptureQueueFlush", "PxnFrameRevokeAll"}), Texts{});
 }
 
+TEST_F(FrameBuffers, AskNothingOfTheSdkWhenAFailedSynchronousSnapLeftNothing) {
+    for (const char* const entry :
+         {"PxnFrameAnnounce", "PxnCaptureStart", "PxnCaptureFrameQueue"}) {
+        Prepare(2);
+        sdk.Fail(entry, PxnErrIO);
+        ASSERT_EQ(Grabber().Snap(3), MV_ACQUISITION_FAILED) << entry;
+        Forget();
+        EXPECT_EQ(Grabber().PrepareFrameBuffers(0), MV_OK);
+        EXPECT_EQ(Calls(), Texts{}) << entry;
+        Destroy();
+        sdk.Reset();
+    }
+}
+
+/// Tells whether another thread could have had the mutex when the last line was written.
+class ExitSink final : public ILogSink {
+public:
+    void Write(int, const char* format, ...) override {
+        if (std::string_view(format).ends_with(" EXIT")) {
+            std::thread([&] {
+                if (mutex->TryLock()) {
+                    mutex->Unlock();
+                    wasFree = true;
+                }
+            }).join();
+        }
+    }
+    void WriteError(const char*) override {}
+
+    platform::Mutex* mutex = nullptr;
+    bool wasFree = false;
+};
+
+TEST_F(FrameBuffers, GiveTheMutexBackBeforeTheirLastLine) {
+    ExitSink exitSink;
+    UseSink(&exitSink);
+    Open();
+    exitSink.mutex = &Grabber().SerialMutex();
+    for (const uint64_t count : {1u, 101u}) {
+        exitSink.wasFree = false;
+        EXPECT_EQ(Grabber().PrepareFrameBuffers(count), count == 1 ? MV_OK : MV_REFUSED);
+        EXPECT_TRUE(exitSink.wasFree) << count;
+    }
+    Destroy();
+}
+
 TEST_F(FrameBuffers, WorkWithoutASink) {
     WithoutSink();
     Open();
@@ -389,6 +436,19 @@ TEST_F(FrameRecords, TakeADirectImageThatGrowsWhileItIsAskedForAtItsFirstSize) {
     EXPECT_TRUE(record.Allocate(Mode()));
     EXPECT_EQ(record.GetHostBufferSize(), 64u);
     EXPECT_EQ(record.Frame()->bufferSize, 64u);
+}
+
+TEST_F(FrameRecords, ConvertNothingOnceAllocatingHasFailed) {
+    FrameRecord record(&Grabber(), 0);
+    Format("Mono12p", 96);
+    ASSERT_TRUE(record.Allocate(Mode()));
+    ASSERT_TRUE(record.Convert());
+    Format("Mono12p", int64_t{1} << 32);
+    ASSERT_FALSE(record.Allocate(Mode()));
+    EXPECT_FALSE(record.Convert());
+    Format("Mono12p", 96);
+    ASSERT_TRUE(record.Allocate(Mode()));
+    EXPECT_TRUE(record.Convert());
 }
 
 TEST_F(FrameRecords, ConvertNothingWithoutAHostImage) {

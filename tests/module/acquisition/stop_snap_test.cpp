@@ -3,6 +3,7 @@
 
 #include "platform/event.h"
 
+#include <functional>
 #include <thread>
 
 namespace {
@@ -19,6 +20,19 @@ protected:
     }
     static std::string NotStopped(const std::string& text, const std::string& reason) {
         return "0 CMivoraKVNPyxenClass::StopSnap: " + text + " failed: " + reason;
+    }
+    /// Stops when the first frame is handed over, then does `more`; there the SDK refuses all that
+    /// would give frames back. Nothing is recorded afterwards.
+    void StopInsideACallback(const std::function<void()>& more = [] {}) {
+        sdk.FailAlways("PxnCaptureQueueFlush", PxnErrInvalidCall);
+        onHandOver = [&](uint64_t) {
+            EXPECT_EQ(Grabber().StopSnap(), MV_OK);
+            more();
+        };
+        ASSERT_TRUE(sdk.Deliver(0));
+        onHandOver = nullptr;
+        sdk.ClearFailures();
+        Forget();
     }
     const Texts stopped{Stopped("successfully stopped camera acquisition"),
                         Stopped("successfully executed PxnCaptureEnd"),
@@ -166,6 +180,25 @@ TEST_F(StopSnap, WaitsForAFrameThatIsJustBeingQueued) {
     EXPECT_EQ(sdk.QueuedFrames(), std::vector<std::uint64_t>{});
 }
 
+TEST_F(StopSnap, SetsItsEventBeforeItWaitsForTheMutex) {
+    Run(2);
+    std::thread stopper;
+    bool refused = false;
+    sdk.OnCall("PxnCaptureFrameQueue", [&] {
+        if (stopper.joinable()) {
+            return;
+        }
+        stopper = std::thread([&] { EXPECT_EQ(Grabber().StopSnap(), MV_OK); });
+        // The mutex is this thread's: a frame that comes here is queued again until the event is
+        // set.
+        refused = support::WaitUntil([&] { return !sdk.Deliver(1); });
+    });
+    ASSERT_TRUE(sdk.Deliver(0));
+    stopper.join();
+    EXPECT_TRUE(refused);
+    EXPECT_EQ(sdk.QueuedFrames(), std::vector<std::uint64_t>{});
+}
+
 TEST_F(StopSnap, WaitsForAFrameThatIsJustBeingQueuedThoughThisThreadHadACallback) {
     Run(2);
     sdk.Hold("PxnCaptureFrameQueue");
@@ -216,6 +249,52 @@ TEST_F(StopSnap, WorksInsideTheCallbackOfASingleSnap) {
     EXPECT_EQ(Grabber().GetAcquisitionState(), 0u);
     onHandOver = nullptr;
     EXPECT_EQ(Grabber().Snap(2), MV_OK);
+}
+
+TEST_F(StopSnap, LeavesWhatTheSdkKeepsInsideItsCallbackToTheNextSnap) {
+    Run(3);
+    StopInsideACallback();
+    ASSERT_EQ(sdk.QueuedFrames(), (std::vector<std::uint64_t>{1, 2}));
+    EXPECT_EQ(Grabber().Snap(0), MV_BAD_VALUE);
+    EXPECT_EQ(Calls(), Texts{});
+    const Texts snapping{Announce(0), Announce(1), Announce(2), captureStart,
+                         Queue(0),    Queue(1),    Queue(2),    start};
+    // The SDK would not queue a frame twice.
+    EXPECT_EQ(Grabber().Snap(1), MV_OK);
+    EXPECT_EQ(Calls(), (Texts{flush, revokeAll} + snapping));
+    EXPECT_EQ(sdk.QueuedFrames(), (std::vector<std::uint64_t>{0, 1, 2}));
+    ASSERT_EQ(Grabber().StopSnap(), MV_OK);
+    Forget();
+    EXPECT_EQ(Grabber().Snap(1), MV_OK);
+    EXPECT_EQ(Calls(), snapping);
+}
+
+TEST_F(StopSnap, LeavesTheMemoryOfWhatTheSdkKeepsInsideItsCallback) {
+    Run(3);
+    void* const last = Grabber().GetFrameBuffer(2);
+    StopInsideACallback([&] {
+        EXPECT_EQ(Grabber().PrepareFrameBuffers(1), MV_REFUSED);
+        EXPECT_EQ(Grabber().GetFrameBuffer(2), last);
+    });
+    ASSERT_EQ(sdk.QueuedFrames(), (std::vector<std::uint64_t>{1, 2}));
+    EXPECT_EQ(Grabber().Snap(1), MV_BUFFERS_NOT_PREPARED);
+    EXPECT_EQ(Grabber().PrepareFrameBuffers(1), MV_OK);
+    EXPECT_EQ(sdk.Calls({"PxnCapture", "PxnFrame"}), (Texts{flush, revokeAll}));
+    EXPECT_EQ(sdk.QueuedFrames(), std::vector<std::uint64_t>{});
+    EXPECT_EQ(Grabber().GetFrameBuffer(1), nullptr);
+    Forget();
+    EXPECT_EQ(Grabber().PrepareFrameBuffers(0), MV_OK);
+    EXPECT_EQ(Calls(), Texts{});
+}
+
+TEST_F(StopSnap, LeavesNothingOfAClosedCameraToTakeBack) {
+    Run(1);
+    StopInsideACallback();
+    ASSERT_EQ(Grabber().CloseActCamera(), MV_OK);
+    ASSERT_EQ(Grabber().OpenActCamera(), MV_OK);
+    Forget();
+    EXPECT_EQ(Grabber().PrepareFrameBuffers(0), MV_OK);
+    EXPECT_EQ(Calls(), Texts{});
 }
 
 TEST_F(StopSnap, WorksInsideTheCallbackWhileTheHostStopsToo) {
