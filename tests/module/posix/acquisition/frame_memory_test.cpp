@@ -1,7 +1,7 @@
 // frame_memory_test.cpp - what becomes of a frame record's memory
 //
 // The sanitizers' allocators tell what is allocated; the suite always runs with one of them.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#if defined(MIVORA_SANITIZED)
 
 #include "grabber/mivora_gfx_mode_kvn_pyxen.h"
 #include "tests/module/acquisition/grabber_fixture.h"
@@ -48,6 +48,7 @@ TEST_F(FrameMemory, EveryImageMayBeTooLarge) {
     const MemoryLimit limit(256);
     EXPECT_FALSE(Allocate("Mono12p", 1 << 16, 1 << 13)); // the raw one: 768 MiB
     EXPECT_FALSE(Allocate("Mono12p", 1 << 16, 2000));    // the host's: 250 MiB beside 187
+    EXPECT_FALSE(record.Convert());                      // it would run past the host's memory
     EXPECT_FALSE(Allocate("Mono8", 1 << 16, 1 << 13));   // the only one: 512 MiB
     EXPECT_TRUE(Allocate("Mono8", 16, 4));
 }
