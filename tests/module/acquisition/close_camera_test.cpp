@@ -109,16 +109,25 @@ TEST_F(CloseCamera, StaysOpenForTheHostUntilTheBaseHasClosed) {
 
 TEST_F(CloseCamera, AnswersThatNoneIsOpenWhereTheSdkGaveNoHandle) {
     Init();
-    Grabber().Api().PxnCameraOpen = [](const char*, std::uint32_t, PxnHandle* handle) -> PxnError {
-        *handle = nullptr;
-        return PxnErrSuccess;
-    };
+    const auto realOpen =
+        std::exchange(Grabber().Api().PxnCameraOpen,
+                      [](const char*, std::uint32_t, PxnHandle* handle) -> PxnError {
+                          *handle = nullptr;
+                          return PxnErrSuccess;
+                      });
     ASSERT_EQ(Grabber().OpenActCamera(), MV_OK);
     ASSERT_EQ(Grabber().IsCameraOpen(), 1u);
+    ASSERT_STREQ(Grabber().GetFeatureCache(kCameraCache)->GetModuleName(), "Camera");
+    ASSERT_EQ(Grabber().PrepareFrameBuffers(0), MV_OK);
     sdk.ClearCalls();
     EXPECT_EQ(Grabber().CloseActCamera(), MV_CAMERA_NOT_OPEN);
     EXPECT_EQ(Grabber().IsCameraOpen(), 0u);
     EXPECT_EQ(Calls(), Texts{});
+    // The rest is done all the same.
+    EXPECT_EQ(Grabber().GetFeatureCache(kCameraCache)->GetModuleName(), nullptr);
+    Grabber().Api().PxnCameraOpen = realOpen;
+    ASSERT_EQ(Grabber().OpenActCamera(), MV_OK);
+    EXPECT_EQ(Grabber().Snap(1), MV_BUFFERS_NOT_PREPARED);
 }
 
 TEST_F(CloseCamera, IsDoneByInitialisationsEnd) {

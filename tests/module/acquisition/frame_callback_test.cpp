@@ -39,9 +39,9 @@ TEST_F(FrameCallback, HandsGoodFramesOverAndQueuesThemAgain) {
 TEST_F(FrameCallback, LogsBadFramesAndQueuesThemAgain) {
     Run(2);
     const std::pair<std::int32_t, std::string> cases[] = {
-        {PxnFrameStatusInvalid, "Frame buffer was invalid"},
-        {PxnFrameStatusTooSmall, "Frame buffer was too small"},
-        {PxnFrameStatusIncomplete, "Frame could not be filled to the end"},
+        {-3, "Frame buffer was invalid"},
+        {-2, "Frame buffer was too small"},
+        {-1, "Frame could not be filled to the end"},
         {1, "Unknown error: 1"},
         {-4, "Unknown error: -4"},
         {-2147483647 - 1, "Unknown error: -2147483648"},
@@ -69,6 +69,21 @@ TEST_F(FrameCallback, ConvertsIntoTheHostsImage) {
     const auto* const pixels = static_cast<const uint16_t*>(Grabber().GetFrameBuffer(0));
     EXPECT_EQ(pixels[0], 0xBAB);
     EXPECT_EQ(pixels[640 * 480 - 1], 0xABA);
+}
+
+TEST_F(FrameCallback, HasCountedAndConvertedWhatItHandsOver) {
+    Camera()["PixelFormat"].text = "Mono12p";
+    Camera()["PayloadSize"].intValue = 640 * 480 * 3 / 2;
+    Run(1);
+    uint64_t count = 0;
+    uint16_t pixel = 0;
+    onHandOver = [&](uint64_t index) {
+        count = FramesReceived();
+        pixel = static_cast<const uint16_t*>(Grabber().GetFrameBuffer(index))[0];
+    };
+    ASSERT_TRUE(sdk.Deliver(0, 0, 1, 0xAB));
+    EXPECT_EQ(count, 1u);
+    EXPECT_EQ(pixel, 0xBAB);
 }
 
 TEST_F(FrameCallback, DoesNotConvertBadFrames) {

@@ -286,6 +286,40 @@ TEST_F(OpenCamera, MakesTheOpenCameraTheChosenOne) {
     Grabber().InstCamCfgChangeCallBack(nullptr, nullptr);
 }
 
+TEST_F(OpenCamera, TakesTheIdOfTheRefreshedRecord) {
+    Init();
+    sdk.OnCall("PxnCameraInfoQueryByHandle", [&] {
+        sdk.Edit([](scripted::Model& model) { model.cameras[0].extendedId = "cam-ext-1b"; });
+    });
+    ASSERT_EQ(Grabber().OpenActCamera(), MV_OK);
+    auto* const node = static_cast<CMivoraCameraKVNPyxen*>(Grabber().GetActCamera());
+    EXPECT_STREQ(node->Record().cameraIdExtended, "cam-ext-1b");
+    sdk.Data().system["EventCameraDiscoveryCameraID"].text = "other";
+    sdk.Data().system["EventCameraDiscoveryType"].text = "Missing";
+    sdk.Fire(scripted::SystemHandle(), "EventCameraDiscovery");
+    EXPECT_EQ(
+        Log().back(),
+        "1 CMivoraKVNPyxenClass::DiscoveryCameraEventCallback: the currently opened camera cam-ext-1b is not affected. -> ignored.");
+}
+
+TEST_F(OpenCamera, TellsTheDialogsOfACameraThatIsOpen) {
+    Init();
+    std::vector<uint32_t> states;
+    std::pair<CMivoraGrabber*, std::vector<uint32_t>*> context{&Grabber(), &states};
+    Grabber().InstDialogUpdateCallBack(
+        [](uint32_t, void* given) {
+            const auto& [asked, seen] = *static_cast<decltype(&context)>(given);
+            seen->push_back(asked->IsCameraOpen());
+        },
+        &context);
+    ASSERT_EQ(Grabber().OpenActCamera(), MV_OK);
+    ASSERT_EQ(Grabber().CloseActCamera(), MV_OK);
+    sdk.Fail("PxnFeaturesList", PxnErrIO);
+    ASSERT_EQ(Grabber().OpenActCamera(), MV_OK);
+    EXPECT_EQ(states, (std::vector<uint32_t>{1, 1}));
+    Grabber().InstDialogUpdateCallBack(nullptr, nullptr);
+}
+
 TEST_F(OpenCamera, WorksWithoutASink) {
     WithoutSink();
     Open();

@@ -255,6 +255,15 @@ TEST_F(AsynchronousSnap, MayBeRepeated) {
     EXPECT_EQ(TakeHandedOver().size(), 5u);
 }
 
+TEST_F(AsynchronousSnap, StartsCountingAnew) {
+    Ready(1);
+    ASSERT_EQ(Grabber().Snap(2), MV_OK);
+    ASSERT_TRUE(sdk.Deliver(0));
+    EXPECT_EQ(FramesReceived(), 1u);
+    ASSERT_EQ(Grabber().Snap(2), MV_OK);
+    EXPECT_EQ(FramesReceived(), 0u);
+}
+
 TEST_F(AsynchronousSnap, EndsOnItsCleanupThreadAfterAnEarlierStop) {
     Ready(1);
     ASSERT_EQ(Grabber().Snap(2), MV_OK);

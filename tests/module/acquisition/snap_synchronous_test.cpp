@@ -58,6 +58,21 @@ TEST_F(SynchronousSnap, WaitsForTheFrameInItsMode) {
     EXPECT_EQ(image[640 * 480 - 1], 0x5A);
 }
 
+TEST_F(SynchronousSnap, HasCountedAndIsInItsModeWhenItHandsOver) {
+    Ready(1);
+    sdk.Data().completeWaitsAtOnce = true;
+    uint64_t count = 0;
+    uint32_t mode = 0;
+    onHandOver = [&](uint64_t) {
+        count = FramesReceived();
+        mode = Grabber().GetAcquisitionState();
+        EXPECT_EQ(sdk.Calls({stop}), Texts{});
+    };
+    EXPECT_EQ(Grabber().Snap(4), MV_OK);
+    EXPECT_EQ(count, 1u);
+    EXPECT_EQ(mode, 4u);
+}
+
 TEST_F(SynchronousSnap, HandsOverWithoutConverting) {
     Camera()["PixelFormat"].text = "Mono12p";
     Camera()["PayloadSize"].intValue = 640 * 480 * 3 / 2;

@@ -122,6 +122,15 @@ TEST_F(TransportLayerConfig, TakesAnUnderscoreForEveryDoubleQuote) {
     EXPECT_EQ(Lines()[0], Found(" \"The _best_\"", "TLSpecificConfig_0"));
 }
 
+TEST_F(TransportLayerConfig, ShowsAnUnderscoreForEveryDoubleQuoteOfEveryValue) {
+    sdk.Data().interfaces[0]["InterfaceID"].text = "\"if\"";
+    sdk.Data().transportLayers[0]["TLVersion"].text = "1\"4\"";
+    OpenWith("");
+    EXPECT_EQ(
+        Lines()[0],
+        "1 CMivoraKVNPyxenClass::OpenActCamera: No TL specific configuration found for \"_if_\" \"tl-gev\" \"Korvane\" \"Pyxen GigE\" \"1_4_\" \"GEV\"");
+}
+
 TEST_F(TransportLayerConfig, ReadsLongValuesWhole) {
     const std::string vendor(5000, 'v');
     sdk.Data().transportLayers[0]["TLVendorName"].text = vendor;
@@ -146,6 +155,16 @@ TEST_F(TransportLayerConfig, LoadsTheRulesAndAppliesTheCamerasOnce) {
     EXPECT_EQ(std::count(lines.begin(), lines.end(), noFile), 0);
     EXPECT_EQ(sdk.Calls({"PxnFeatureIntSet"}),
               Texts{"PxnFeatureIntSet(localdevice0, \"LineLength\", 640)"});
+}
+
+TEST_F(TransportLayerConfig, AppliesNoRuleThatWatchesAnotherModule) {
+    directory.Write(
+        "rules.json",
+        R"({"SyncFeatures":[{"ModuleName":"Localdevice","FeatureName":"LineLength","Dependencies":[{"ModuleName":"Camera","FeatureName":"Width"}]}]})");
+    Camera().localDevice.Put(scripted::IntFeature("LineLength", 320, 0, 4096));
+    OpenWith("[TLSpecificConfig_0]\nTLType=GEV\nFeatureSyncFile=rules.json\n");
+    EXPECT_EQ(Grabber().SyncRules().GetEntries().size(), 1u);
+    EXPECT_EQ(sdk.Calls({"PxnFeatureIntSet"}), Texts{});
 }
 
 TEST_F(TransportLayerConfig, WritesNoRuleThatHoldsAlready) {
