@@ -8,6 +8,7 @@
 
 #include <atomic>
 #include <functional>
+#include <optional>
 
 namespace {
 
@@ -117,21 +118,25 @@ TEST_F(DiscoveryEventsTest, ReachGrabbersThatCameAndWentOnSeveralThreads) {
         EXPECT_EQ(listener.told, 1u);
     }
     for (Listener& listener : listeners) {
-        EXPECT_EQ(listener.grabber->DeInit(), MV_OK);
+        DiscoveryEvents::Release(*listener.grabber);
     }
     EXPECT_EQ(sdk.Registrations().size(), 0u);
 }
 
 TEST_F(DiscoveryEventsTest, ReachGrabbersOfTheirLibraryOnly) {
+    std::optional<Listener> other;
+    {
+        const support::EnvironmentGuard otherLibrary(
+            "PYXEN_HOME", platform::JoinPath(platform::DirectoryOf(scripted::Home()), "bare"));
+        other.emplace();
+    }
     Listener listener;
-    const support::EnvironmentGuard otherLibrary(
-        "PYXEN_HOME", platform::JoinPath(platform::DirectoryOf(scripted::Home()), "bare"));
-    Listener other;
     EXPECT_EQ(Fire(), 1u);
     EXPECT_EQ(listener.told, 1u);
-    EXPECT_EQ(other.told, 0u);
+    EXPECT_EQ(other->told, 0u);
+    sdk.ClearCalls();
     EXPECT_EQ(listener.grabber->DeInit(), MV_OK);
-    EXPECT_EQ(sdk.Registrations().size(), 0u);
+    EXPECT_EQ(sdk.Calls({"PxnFeatureInvalidationUnregister"}).size(), 1u);
 }
 
 TEST_F(DiscoveryEventsTest, ARefusedRegistrationIsTriedAgainForTheNextGrabber) {
