@@ -9,6 +9,8 @@ using Marks = std::vector<std::pair<bool, bool>>;
 
 class MarkedDialog : public ICamCntrlDialog {
 public:
+    explicit MarkedDialog(CMivoraGrabber& owner) : grabber(owner) {}
+
     void Show() override {}
     void Hide() override {}
     bool IsVisible() const override { return false; }
@@ -16,16 +18,24 @@ public:
     void SetAcquisitionMarks(bool suppressBufferFormat, bool suppressSync) override {
         const platform::MutexLock lock(mutex);
         marks.emplace_back(suppressBufferFormat, suppressSync);
+        modes.push_back(grabber.GetAcquisitionState());
     }
 
     Marks Take() {
         const platform::MutexLock lock(mutex);
         return std::exchange(marks, {});
     }
+    /// The mode of the acquisition at each call.
+    std::vector<uint32_t> TakeModes() {
+        const platform::MutexLock lock(mutex);
+        return std::exchange(modes, {});
+    }
 
 private:
+    CMivoraGrabber& grabber;
     platform::Mutex mutex;
     Marks marks GUARDED_BY(mutex);
+    std::vector<uint32_t> modes GUARDED_BY(mutex);
 };
 
 /// Reaches what a grabber keeps for its module.
@@ -39,7 +49,7 @@ class BusyMarks : public SnapFixture {
 protected:
     void ReadyWithDialog() {
         Ready(1);
-        dialog = new MarkedDialog; // the grabber's from here on
+        dialog = new MarkedDialog(Grabber()); // the grabber's from here on
         DialogHolder::Give(Grabber(), dialog);
     }
 
@@ -113,6 +123,23 @@ TEST_F(BusyMarks, CoverTheCleanupWithItsPause) {
     sleep.Open();
     ASSERT_TRUE(support::WaitUntil([&] { return Grabber().GetAcquisitionState() == 0; }));
     EXPECT_EQ(dialog->Take(), (Marks{{false, false}}));
+}
+
+TEST_F(BusyMarks, SurroundTheModeOfASnapAndEndBeforeThatOfAStop) {
+    using Modes = std::vector<uint32_t>;
+    ReadyWithDialog();
+    sdk.Data().completeWaitsAtOnce = true;
+    EXPECT_EQ(Grabber().Snap(3), MV_OK);
+    EXPECT_EQ(dialog->TakeModes(), (Modes{0, 0}));
+    EXPECT_EQ(Grabber().Snap(1), MV_OK);
+    EXPECT_EQ(dialog->TakeModes(), (Modes{0, 1}));
+    EXPECT_EQ(Grabber().StopSnap(), MV_OK);
+    EXPECT_EQ(dialog->TakeModes(), (Modes{1, 1}));
+    EXPECT_EQ(Grabber().Snap(2), MV_OK);
+    EXPECT_EQ(dialog->TakeModes(), (Modes{0, 2}));
+    ASSERT_TRUE(sdk.Deliver(0));
+    EXPECT_EQ(Grabber().StopSnap(), MV_OK); // waits for the cleanup thread
+    EXPECT_EQ(dialog->TakeModes(), (Modes{2, 2}));
 }
 
 TEST_F(BusyMarks, AreNotForCamerasWithAnotherDialog) {
