@@ -53,6 +53,23 @@ TEST_F(ViewerMenu, ShowsTheCameraControl) {
     EXPECT_EQ(window.StatusText(kStatusCamera), L"Mono: live");
 }
 
+TEST_F(ViewerMenu, InterruptsTheImagesForAChangeOfTheBuffers) {
+    OpenLive("Mono");
+    Choose(ID_CAMERA_CONTROL);
+    PumpUntil([] {
+        const HWND dialog = FindWindow(nullptr, L"Camera Feature Control");
+        return dialog && IsWindowVisible(dialog);
+    });
+    std::string answer;
+    ASSERT_EQ(sdk.Run("set Mono OffsetX 16", answer), 0) << answer;
+    WaitForStatus(kStatusCamera, L"Mono: stopped");
+    WaitForStatus(kStatusCamera, L"Mono: live");
+    ASSERT_EQ(sdk.Run("drain", answer), 0) << answer;
+    const auto before = window.ImageView().Shown();
+    PumpUntil([&] { return window.ImageView().Shown() != before; });
+    EXPECT_EQ(window.StatusText(kStatusCamera), L"Mono: live") << "interrupted again";
+}
+
 TEST_F(ViewerMenu, KeepsTheCameraControlWhileTheCameraIsAway) {
     OpenLive("Mono");
     HWND dialog = nullptr;

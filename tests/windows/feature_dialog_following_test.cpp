@@ -79,7 +79,7 @@ TEST_F(FeatureDialogFollowing, AsksNobodyAboutModulesItDoesNotKnow) {
     Open();
     Forget();
     for (const UINT message : {0x8001u, 0x8002u, 0x8003u}) {
-        Dialog().SendMessage(message, 77, reinterpret_cast<LPARAM>("Width"));
+        Dialog().SendMessage(message, 77, reinterpret_cast<LPARAM>("ExposureTime"));
     }
     EXPECT_EQ(DialogLog(), Texts{});
     EXPECT_EQ(sdk.Calls(), Texts{});
