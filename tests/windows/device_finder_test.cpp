@@ -1,10 +1,29 @@
 // The dialog in which the user picks a camera.
 #include "device_finder_fixture.h"
 
+#include "res/resource.h"
 #include "screenshot.h"
-#include "ui/device_row.h"
 
 namespace {
+
+/// What an icon looks like on a white ground.
+std::vector<COLORREF> Drawn(HICON icon, int size) {
+    CBitmap bitmap;
+    EXPECT_TRUE(bitmap.Attach(::CreateBitmap(size, size, 1, 32, nullptr)));
+    CDC dc;
+    EXPECT_TRUE(dc.CreateCompatibleDC(nullptr));
+    CBitmap* const before = dc.SelectObject(&bitmap);
+    ::PatBlt(dc, 0, 0, size, size, WHITENESS);
+    EXPECT_TRUE(::DrawIconEx(dc, 0, 0, icon, size, size, 0, nullptr, DI_NORMAL));
+    std::vector<COLORREF> pixels;
+    for (int y = 0; y < size; ++y) {
+        for (int x = 0; x < size; ++x) {
+            pixels.push_back(::GetPixel(dc, x, y));
+        }
+    }
+    dc.SelectObject(before);
+    return pixels;
+}
 
 std::string State(const std::string& name, const std::string& access) {
     return "1 CDeviceFinderListCtrl::AddOrUpdateCamera: state of camera " + name + " is [" +
@@ -73,6 +92,19 @@ TEST_F(DeviceFinder, MarksACameraWithoutFullAccess) {
     });
 }
 
+TEST_F(DeviceFinder, ShowsTheStateAsAnIcon) {
+    Run("", [&] {
+        const HIMAGELIST images = ListView_GetImageList(list, LVSIL_STATE);
+        const SmallIcon expected[] = {LoadIconOfSize(7019, 16), LoadIconOfSize(7021, 16)};
+        for (int index = 0; index < 2; ++index) {
+            const SmallIcon shown(ImageList_GetIcon(images, index, ILD_NORMAL));
+            EXPECT_EQ(Drawn(shown.get(), 16), Drawn(expected[index].get(), 16)) << index;
+        }
+        EXPECT_NE(Drawn(expected[0].get(), 16), Drawn(expected[1].get(), 16));
+        Push(IDCANCEL);
+    });
+}
+
 TEST_F(DeviceFinder, HasFiveColumns) {
     Run("", [&] {
         const HWND header = ListView_GetHeader(list);
@@ -135,7 +167,10 @@ TEST_F(DeviceFinder, HasRoomForItsHeadings) {
 TEST_F(DeviceFinder, StartsInItsListWithItsIcon) {
     Run("", [&] {
         EXPECT_EQ(GetFocus(), list);
-        EXPECT_NE(SendMessage(dialog, WM_GETICON, ICON_SMALL, 0), 0);
+        const int size = GetSystemMetrics(SM_CXSMICON);
+        const auto icon = reinterpret_cast<HICON>(SendMessage(dialog, WM_GETICON, ICON_SMALL, 0));
+        ASSERT_NE(icon, nullptr);
+        EXPECT_EQ(Drawn(icon, size), Drawn(LoadIconOfSize(7032, size).get(), size));
         Push(IDCANCEL);
     });
 }
@@ -233,11 +268,19 @@ TEST_F(DeviceFinder, OnlyPostsInTheCallback) {
     Run("", [&] {
         sink.Take();
         sdk.ClearCalls();
+        const auto waits = [&](UINT message) {
+            MSG waiting{};
+            return PeekMessage(&waiting, dialog, message, message, PM_NOREMOVE) != FALSE;
+        };
         EXPECT_EQ(sdk.Fire(PXN_SYSTEM_HANDLE, "EventCameraDiscovery"), 1u);
+        EXPECT_TRUE(waits(WM_APP + 2));
+        EXPECT_FALSE(waits(WM_APP + 1));
+        EXPECT_EQ(sdk.Fire(PXN_SYSTEM_HANDLE, "EventInterfaceDiscovery"), 1u);
+        EXPECT_TRUE(waits(WM_APP + 1));
         EXPECT_EQ(sink.Take(), Texts{});
         EXPECT_EQ(sdk.TakeCalls(), Texts{});
         host.Pump();
-        EXPECT_EQ(sink.Take().size(), 4u);
+        EXPECT_EQ(sink.Take().size(), 8u);
         Push(IDCANCEL);
     });
 }
@@ -503,10 +546,7 @@ TEST_F(DeviceFinder, EndsWithOkOnEnterInTheList) {
 TEST_F(DeviceFinder, StaysOpenOnARightClick) {
     Run("ext-left", [&] {
         const CRect rect = RectOf(list, 1);
-        const LPARAM place = MAKELPARAM(rect.left + 10, (rect.top + rect.bottom) / 2);
-        PostMessage(list, WM_RBUTTONDOWN, MK_RBUTTON, place);
-        PostMessage(list, WM_RBUTTONUP, 0, place);
-        host.Pump();
+        host.RightClick(list, rect.left + 10, (rect.top + rect.bottom) / 2);
         EXPECT_TRUE(IsOpen());
         EXPECT_EQ(Selected(), "ext-middle");
         Push(IDCANCEL);
@@ -550,44 +590,6 @@ TEST_F(DeviceFinder, EndsWithCancelOnEveryWayOut) {
     for (const auto& way : ways) {
         EXPECT_EQ(Run("ext-left", way), IDCANCEL);
     }
-}
-
-// ---- the list by itself ----
-
-TEST_F(DeviceFinder, HasAListThatNeedsItsWindow) {
-    CDeviceFinderListCtrl unborn;
-    EXPECT_EQ(unborn.AddOrUpdateCamera({}, {}), -1);
-    EXPECT_FALSE(unborn.RemoveCameraFromList("ext-left"));
-}
-
-TEST_F(DeviceFinder, HasAListThatBringsItsColumnsInOrder) {
-    CDeviceFinderListCtrl made;
-    ASSERT_TRUE(
-        made.Create(LVS_REPORT | WS_CHILD | WS_VISIBLE, CRect(0, 0, 300, 100), &host.Frame(), 1));
-    for (int column = 0; column < 7; ++column) {
-        made.InsertColumn(column, L"Old", LVCFMT_RIGHT, 33);
-    }
-    made.SetExtendedStyle(LVS_EX_CHECKBOXES);
-    made.Initialise(&sink);
-    EXPECT_EQ(made.GetHeaderCtrl()->GetItemCount(), 5);
-    const int resolution = CClientDC(&made).GetDeviceCaps(LOGPIXELSX);
-    EXPECT_EQ(made.GetColumnWidth(0), MulDiv(210, resolution, 96));
-    EXPECT_EQ(made.GetColumnWidth(4), MulDiv(100, resolution, 96));
-    EXPECT_TRUE(made.GetExtendedStyle() & LVS_EX_CHECKBOXES);
-    PxnCameraInfo camera{};
-    EXPECT_EQ(made.AddOrUpdateCamera(camera, {}), 0);
-    camera.cameraIdExtended = "second";
-    EXPECT_EQ(made.AddOrUpdateCamera(camera, {}), 1);
-    EXPECT_EQ(made.AddOrUpdateCamera(camera, {}), 1);
-    ASSERT_NE(made.GetCameraId(1), nullptr);
-    EXPECT_EQ(*made.GetCameraId(1), "second");
-    EXPECT_EQ(made.GetCameraId(2), nullptr);
-    EXPECT_EQ(made.GetCameraId(-1), nullptr);
-    EXPECT_FALSE(made.RemoveCameraFromList("third"));
-    EXPECT_TRUE(made.RemoveCameraFromList(""));
-    EXPECT_FALSE(made.RemoveCameraFromList(""));
-    EXPECT_EQ(*made.GetCameraId(0), "second");
-    host.Click(made, 5, 90);
 }
 
 } // namespace

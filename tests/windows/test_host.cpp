@@ -66,6 +66,12 @@ void HostWindow::DoubleClick(HWND window, int x, int y) {
     Pump();
 }
 
+void HostWindow::RightClick(HWND window, int x, int y) {
+    PostMessage(window, WM_RBUTTONDOWN, MK_RBUTTON, MAKELPARAM(x, y));
+    PostMessage(window, WM_RBUTTONUP, 0, MAKELPARAM(x, y));
+    Pump();
+}
+
 std::wstring TextOf(HWND window) {
     std::vector<wchar_t> text(static_cast<std::size_t>(GetWindowTextLength(window)) + 1);
     GetWindowText(window, text.data(), static_cast<int>(text.size()));

@@ -32,6 +32,8 @@ public:
     /// Presses and releases the left mouse button at a place in a window's client area.
     void Click(HWND window, int x, int y);
     void DoubleClick(HWND window, int x, int y);
+    /// Presses and releases the right mouse button there.
+    void RightClick(HWND window, int x, int y);
 
 private:
     const AFX_MAINTAIN_STATE2 entered{AfxGetStaticModuleState()};

@@ -46,6 +46,7 @@ void CDeviceFinderListCtrl::Initialise(ILogSink* newLog) {
     for (const UINT id : {IDI_CAMERA_FREE, IDI_CAMERA_IN_USE}) {
         stateImages.Add(LoadIconOfSize(id, kIconSize).get());
     }
+    ModifyStyle(0, LVS_SHAREIMAGELISTS); // or the window destroys the images with itself
     SetImageList(&stateImages, LVSIL_STATE);
 }
 
