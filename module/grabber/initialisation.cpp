@@ -77,6 +77,11 @@ MV_ERRCODE CMivoraKVNPyxenClass::DeInit() {
     if (cameraOpen) {
         CloseActCamera();
     }
+    {
+        // An operation of a serial channel on another thread may still be inside the SDK. Without
+        // its camera it comes to an end, and those that begin from here on find none.
+        platform::MutexLock lock(serialMutex);
+    }
     if (api.IsValid()) {
         api.Unload();
     }

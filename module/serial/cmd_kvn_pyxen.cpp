@@ -55,11 +55,13 @@ void Store(uint64_t* out, uint64_t value) {
 /// The registers and buffers of one port of the open camera.
 class CCmdKVNPyxen::Registers {
 public:
-    Registers(CPyxenAPIAccess& access, PxnHandle openCamera, const SerialPortRow& row)
-        : api(access), camera(openCamera), base(row.registerBase) {}
+    Registers(CMivoraKVNPyxenClass& owner, PxnHandle openCamera, const SerialPortRow& row)
+        : grabber(owner), api(owner.Api()), camera(openCamera), base(row.registerBase) {}
 
+    /// Fails once the grabber has closed the camera, so that nobody polls it for ever.
     bool Read(std::uint64_t offset, std::uint32_t& value) {
-        return api.ReadRegister32(camera, base + offset, &value, true);
+        return grabber.CameraHandle() == camera &&
+               api.ReadRegister32(camera, base + offset, &value, true);
     }
 
     bool Write(std::uint64_t offset, std::uint32_t value) {
@@ -95,6 +97,7 @@ public:
     }
 
 private:
+    const CMivoraKVNPyxenClass& grabber;
     CPyxenAPIAccess& api;
     PxnHandle camera;
     std::uint64_t base;
@@ -110,13 +113,13 @@ const char* CCmdKVNPyxen::GetChannelTypeName() {
 }
 
 const char* CCmdKVNPyxen::GetConfigText() {
-    const SerialSettings current = GetSettings();
+    platform::MutexLock lock(mutex);
     std::snprintf(configText, sizeof configText,
                   "%s Baud, Parity = %s, Bytesize = %s, Stopbits = %s",
-                  SerialText(SerialField::kBaud, current.baudIndex),
-                  SerialText(SerialField::kParity, current.parityIndex),
-                  SerialText(SerialField::kByteSize, current.byteSizeIndex),
-                  SerialText(SerialField::kStopBits, current.stopBitsIndex));
+                  SerialText(SerialField::kBaud, settings.baudIndex),
+                  SerialText(SerialField::kParity, settings.parityIndex),
+                  SerialText(SerialField::kByteSize, settings.byteSizeIndex),
+                  SerialText(SerialField::kStopBits, settings.stopBitsIndex));
     return configText;
 }
 
@@ -171,11 +174,14 @@ MV_DLG_EXITCODE CCmdKVNPyxen::RunConfigDialog(MV_WINDOW parent) {
     if (RunSerialDialog(parent, data) != MV_DLG_OK) {
         return MV_DLG_CANCEL;
     }
-    if (data.portIndex >= 0 && static_cast<std::size_t>(data.portIndex) < data.ports.size()) {
-        std::snprintf(data.settings.portName, sizeof data.settings.portName, "%s",
-                      data.ports[static_cast<std::size_t>(data.portIndex)].iniName);
-    }
-    SetSettings(data.settings);
+    platform::MutexLock lock(mutex);
+    const bool selected =
+        data.portIndex >= 0 && static_cast<std::size_t>(data.portIndex) < data.ports.size();
+    // Without a selected port the channel keeps its own, also one that it got meanwhile.
+    std::snprintf(data.settings.portName, sizeof data.settings.portName, "%s",
+                  selected ? data.ports[static_cast<std::size_t>(data.portIndex)].iniName
+                           : settings.portName);
+    settings = data.settings;
     return MV_DLG_OK;
 }
 
@@ -196,7 +202,7 @@ MV_ERRCODE CCmdKVNPyxen::Open() {
     if (!row) {
         return MV_CHANNEL_OPEN_FAILED;
     }
-    Registers port(grabber->Api(), camera, *row);
+    Registers port(*grabber, camera, *row);
     bool done = port.Write(kMode, SerialModeWord(settings));
     done = port.Write(kTransmitControl, kEnableAndReset) && done;
     done = port.Write(kReceiveControl, kEnableAndReset) && done;
@@ -220,7 +226,7 @@ MV_ERRCODE CCmdKVNPyxen::ReadByte(uint8_t* buffer, uint64_t* count) {
         return MV_READ_FAILED;
     }
     std::uint32_t done = 0;
-    if (!Registers(grabber->Api(), camera, *row).Receive(buffer, 1, done) || done != 1) {
+    if (!Registers(*grabber, camera, *row).Receive(buffer, 1, done) || done != 1) {
         return MV_READ_FAILED;
     }
     Store(count, done);
@@ -238,7 +244,7 @@ MV_ERRCODE CCmdKVNPyxen::ReadBuffer(uint8_t* buffer, uint64_t length, uint64_t* 
     if (!camera || !row) {
         return MV_READ_FAILED;
     }
-    Registers port(grabber->Api(), camera, *row);
+    Registers port(*grabber, camera, *row);
     std::uint32_t waiting = 0;
     if (!port.Read(kReceiveLength, waiting)) {
         return MV_READ_FAILED;
@@ -290,7 +296,7 @@ MV_ERRCODE CCmdKVNPyxen::Transmit(const uint8_t* buffer, uint64_t length, uint64
         Store(count, length); // a channel that is not open swallows what is written, on purpose
         return MV_OK;
     }
-    Registers port(grabber->Api(), grabber->CameraHandle(), *row);
+    Registers port(*grabber, grabber->CameraHandle(), *row);
     for (uint64_t written = 0; written < length;) {
         const auto piece =
             static_cast<std::uint32_t>(std::min(length - written, kTransmitBufferSize));
@@ -316,7 +322,7 @@ MV_ERRCODE CCmdKVNPyxen::Purge(uint32_t flags) {
     if (!row) {
         return MV_PURGE_FAILED;
     }
-    Registers port(grabber->Api(), camera, *row);
+    Registers port(*grabber, camera, *row);
     bool done = true;
     if ((flags & kMvPurgeReceive) != 0) {
         done = port.Write(kReceiveControl, kEnableAndReset);
@@ -335,7 +341,7 @@ MV_ERRCODE CCmdKVNPyxen::Close() {
     const PxnHandle camera = grabber->CameraHandle();
     const SerialPortRow* row = FindSerialPortById(openPortId);
     if (camera && row) {
-        Registers port(grabber->Api(), camera, *row);
+        Registers port(*grabber, camera, *row);
         port.Write(kTransmitControl, kDisable);
         port.Write(kReceiveControl, kDisable);
         port.Write(kReceiveStatus, kClearAll);
@@ -357,7 +363,7 @@ void CCmdKVNPyxen::EnumeratePorts() {
         return;
     }
     for (const SerialPortRow& row : SerialPortTable()) {
-        Registers port(grabber->Api(), camera, row);
+        Registers port(*grabber, camera, row);
         std::uint32_t inquiry = 0;
         std::uint32_t capability = 0;
         const bool inquired = port.Read(kInquiry, inquiry);

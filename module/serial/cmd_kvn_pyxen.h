@@ -66,5 +66,5 @@ private:
     SerialSettings settings GUARDED_BY(mutex);
     std::int32_t openPortId GUARDED_BY(mutex) = kNoSerialPort;
     std::vector<SerialPortEntry> ports GUARDED_BY(mutex);
-    char configText[64] = {};
+    char configText[64] GUARDED_BY(mutex) = {};
 };

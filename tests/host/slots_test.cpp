@@ -1,24 +1,14 @@
 #include "mivora/grabber.h"
 #include "platform/file_system.h"
+#include "tests/support/virtual_table.h"
 
 #include <gtest/gtest.h>
 
 #include <cctype>
-#include <cstring>
 #include <map>
 #include <string>
 
 namespace {
-
-// Where in the table of virtual operations a member function stands: the pointer to a virtual
-// member holds its offset there plus one.
-template <typename Member>
-int EntryOf(Member member) {
-    static_assert(sizeof member == 2 * sizeof(void*));
-    uintptr_t words[2];
-    std::memcpy(words, &member, sizeof words);
-    return words[0] % 2 == 1 ? static_cast<int>((words[0] - 1) / sizeof(void*)) : -1;
-}
 
 using SlotsByName = std::map<std::string, int>;
 
@@ -59,7 +49,7 @@ void ExpectSlots(const char* file, int destructorSlot, const SlotsByName& entrie
 }
 
 #define ENTRY(name)                                                                                \
-    { #name, EntryOf(&Class::name) }
+    { #name, support::EntryOf(&Class::name) }
 
 TEST(Slots, OfGrabbersStandAsNumbered) {
     using Class = CMivoraGrabber;

@@ -6,6 +6,7 @@
 #include "when_shown.h"
 
 #include <functional>
+#include <thread>
 
 namespace {
 
@@ -340,13 +341,46 @@ TEST_F(SerialConfigDialog, MayBeEndedWithAGoodDelayAfterABadOne) {
     EXPECT_EQ(channel->GetSettings().intercharacterDelay, 7u);
 }
 
-TEST_F(SerialConfigDialog, LetsThePortsWorkWhileItIsShown) {
+TEST_F(SerialConfigDialog, LetsOtherThreadsUseThePortsWhileItIsShown) {
     OpenChannel();
     Run([&] {
-        EXPECT_EQ(channel->Purge(1), MV_OK);
-        EXPECT_EQ(channel->Close(), MV_OK);
+        std::thread other([&] {
+            platform::Mutex& mutex = Grabber().SerialMutex();
+            if (mutex.TryLock()) {
+                EXPECT_EQ(channel->Purge(1), MV_OK);
+                EXPECT_EQ(channel->Close(), MV_OK);
+                mutex.Unlock();
+            } else {
+                ADD_FAILURE() << "the dialog holds the mutex";
+            }
+        });
+        other.join();
         Push(IDCANCEL);
     });
+}
+
+TEST_F(SerialConfigDialog, LeavesAPortNameAloneThatItDidNotChoose) {
+    channel->SetSettings(SettingsOf("PYXENSERIALPORT1")); // is not offered
+    Run([&] {
+        channel->SetSettings(SettingsOf("PYXENSERIALPORT3"));
+        TypeDelay(L"5");
+        Push(IDOK);
+    });
+    SerialSettings expected = SettingsOf("PYXENSERIALPORT3");
+    expected.intercharacterDelay = 5;
+    ExpectSame(channel->GetSettings(), expected);
+}
+
+TEST_F(SerialConfigDialog, NeedsNoGrabber) {
+    channel = std::make_unique<CCmdKVNPyxen>(nullptr, Grabber().SerialMutex());
+    Run([&] {
+        EXPECT_EQ(Ports(), Choices{});
+        TypeDelay(L"5");
+        Push(IDOK);
+    });
+    EXPECT_EQ(exitCode, MV_DLG_OK);
+    EXPECT_EQ(channel->GetSettings().intercharacterDelay, 5u);
+    EXPECT_EQ(Calls(), Texts{});
 }
 
 TEST_F(SerialConfigDialog, NeedsNoParentAndNoPlaceForItsEnding) {

@@ -102,6 +102,13 @@ TEST_F(ChannelConfigTest, TellsThatNothingCouldBeSaved) {
     EXPECT_EQ(channel->GetConfig(nullptr, "Channel"), MV_CONFIG_NOT_LOADED);
 }
 
+TEST_F(ChannelConfigTest, TellsThatOneOfItsSettingsCouldNotBeSaved) {
+    channel->SetSettings(SettingsOf("two\nlines"));
+    EXPECT_EQ(channel->SetConfig(&ini, "Channel"), MV_CONFIG_NOT_SAVED);
+    EXPECT_EQ(Value("TYPE"), "Pyxen Serial Port"); // what the host saves could be saved
+    EXPECT_EQ(Value("PORTNAME"), "(absent)");
+}
+
 TEST_F(ChannelConfigTest, ComesBackWithTheGrabbersConfiguration) {
     CCmdChannel* made = Grabber().CreateCmdChannel(1);
     ASSERT_EQ(Grabber().AddCmdChannel(made), MV_OK);

@@ -53,6 +53,15 @@ TEST_F(PortListTest, LeavesOutAPortThatCannotBeAsked) {
     EXPECT_EQ(channel->GetPorts().size(), 3u);
 }
 
+TEST_F(PortListTest, IsEmptyOnceTheCameraIsClosed) {
+    Offer(0, 3, 0x11);
+    channel->EnumeratePorts();
+    ASSERT_EQ(channel->GetPorts().size(), 1u);
+    ASSERT_EQ(Grabber().CloseActCamera(), MV_OK);
+    channel->EnumeratePorts();
+    EXPECT_TRUE(channel->GetPorts().empty());
+}
+
 TEST_F(PortListTest, NamesAndIdsBelongTogether) {
     for (int32_t id = 0; id < 5; ++id) {
         const std::string name = "PYXENSERIALPORT" + std::to_string(id);

@@ -2,6 +2,7 @@
 #include "tests/module/serial/serial_fixture.h"
 
 #include <algorithm>
+#include <atomic>
 #include <string>
 #include <thread>
 
@@ -50,6 +51,30 @@ TEST_F(SerialThreadsTest, HoldsTheMutexWhileItPolls) {
     writer.join();
 }
 
+TEST_F(SerialThreadsTest, HoldsTheMutexDuringEveryAccess) {
+    SetTransmitReady();
+    QueueLengths({1, 1, 1});
+    std::size_t accesses = 0;
+    const auto look = [&] {
+        ++accesses;
+        EXPECT_FALSE(IsMutexFree());
+    };
+    sdk.OnCall("PxnMemoryRead", look);
+    sdk.OnCall("PxnMemoryWrite", look);
+    uint8_t byte = 0;
+    EXPECT_EQ(channel->Open(), MV_OK);
+    EXPECT_EQ(channel->WriteByte(&byte, nullptr), MV_OK);
+    EXPECT_EQ(channel->WriteBuffer(&byte, 1, nullptr), MV_OK);
+    EXPECT_EQ(channel->ReadByte(&byte, nullptr), MV_OK);
+    EXPECT_EQ(channel->ReadBuffer(&byte, 1, nullptr), MV_OK);
+    EXPECT_EQ(channel->Purge(3), MV_OK);
+    channel->EnumeratePorts();
+    EXPECT_EQ(channel->Close(), MV_OK);
+    EXPECT_EQ(accesses, Calls().size());
+    EXPECT_EQ(accesses, 32u);
+    EXPECT_TRUE(IsMutexFree());
+}
+
 TEST_F(SerialThreadsTest, GivesTheMutexAwayBetweenBytesWithADelay) {
     constexpr uint64_t kLength = 1000; // ten seconds, if nobody ended it
     OpenChannel();
@@ -91,6 +116,40 @@ TEST_F(SerialThreadsTest, PreparingBuffersWaitsForPortTraffic) {
     writer.join();
     preparer.join();
     EXPECT_TRUE(sink.WaitForLine(got));
+}
+
+TEST_F(SerialThreadsTest, TheSdkStaysUntilPortTrafficHasEnded) {
+    OpenChannel();
+    sdk.Hold("PxnMemoryRead");
+    std::thread writer([&] {
+        uint64_t count = 0;
+        EXPECT_EQ(channel->WriteBuffer(Bytes("ab"), 2, &count), MV_WRITE_FAILED);
+    });
+    EXPECT_TRUE(sdk.WaitForCall(Read(0x124)));
+    std::atomic<bool> released{false};
+    sdk.OnCall("PxnShutdown", [&] { EXPECT_TRUE(released); });
+    std::thread closer([&] { EXPECT_EQ(Grabber().DeInit(), MV_OK); });
+    EXPECT_TRUE(sdk.WaitForCall("PxnCameraClose"));
+    for (int look = 0; look < 100; ++look) { // time for what must not happen
+        EXPECT_FALSE(IsMutexFree());
+    }
+    released = true;
+    sdk.Release("PxnMemoryRead");
+    writer.join();
+    closer.join();
+    EXPECT_EQ(sdk.StartupCount(), 0);
+}
+
+TEST_F(SerialThreadsTest, SeveralThreadsMayAskForTheConfiguration) {
+    const auto ask = [&] {
+        for (int round = 0; round < 100; ++round) {
+            EXPECT_NE(channel->GetConfigText(), nullptr);
+        }
+    };
+    std::thread other(ask);
+    ask();
+    other.join();
+    EXPECT_STREQ(channel->GetConfigText(), "115200 Baud, Parity = No, Bytesize = 8, Stopbits = 1");
 }
 
 TEST_F(SerialThreadsTest, ChannelsAndBufferPreparationDoNotMix) {

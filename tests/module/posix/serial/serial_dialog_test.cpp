@@ -17,4 +17,12 @@ TEST_F(WithoutSerialDialog, ConfiguringBehavesAsIfCancelled) {
     EXPECT_EQ(channel->GetPorts()[0].id, 2);
 }
 
+TEST_F(WithoutSerialDialog, ConfiguringNeedsNoGrabber) {
+    channel = std::make_unique<CCmdKVNPyxen>(nullptr, Grabber().SerialMutex());
+    MV_DLG_EXITCODE exitCode = MV_DLG_OK;
+    EXPECT_EQ(channel->ConfigDialog(nullptr, &exitCode), MV_OK);
+    EXPECT_EQ(exitCode, MV_DLG_CANCEL);
+    EXPECT_EQ(Calls(), Texts{});
+}
+
 } // namespace
