@@ -5,6 +5,7 @@
 #include "tests/support/wait_until.h"
 
 #include <cstdint>
+#include <cstdio>
 
 namespace scenario {
 namespace {
@@ -22,6 +23,13 @@ protected:
         const auto result = Mivora({"--sdk", "genicam", "cameras", "--json"});
         EXPECT_EQ(result.status, 0) << result.errors;
         return Json::parse(result.output, nullptr, false);
+    }
+    /// The camera as the programs name it: "camera 0 (Fake_1, 0x12345678)".
+    std::string NameOfFirst() const {
+        const Json first = ListCameras().at(0);
+        char id[16];
+        std::snprintf(id, sizeof id, "0x%08X", first["uniqueId"].get<std::uint32_t>());
+        return "camera 0 (" + first["name"].get<std::string>() + ", " + id + ")";
     }
     support::FakeCamera camera;
 };
@@ -63,6 +71,70 @@ TEST_F(GenicamPrograms, EndWithAnErrorWhenTheCameraIsUnpluggedAndServeTheNext) {
     ASSERT_TRUE(support::WaitUntil([this] { return ListCameras().size() == 1; }, kLimitMs));
     ExpectDone(Mivora({"--sdk", "genicam", "snap", "-o", PathOf("image.raw")}));
     EXPECT_EQ(kPicture.CountWrongPixels(directory.Read("image.raw")), 0u);
+}
+
+/// A running "mivora watch", read while it runs.
+class RunningWatch {
+public:
+    explicit RunningWatch(const Arguments& arguments) {
+        auto start = support::ProgramStart("mivora", arguments);
+        start.environment.emplace_back("PYXEN_GENICAM_POLL_MS", "50");
+        std::string error;
+        EXPECT_TRUE(process.Start(start, &error)) << error;
+    }
+
+    /// Waits for a line that ends with `text`, behind those that were waited for before.
+    testing::AssertionResult Prints(const std::string& text) {
+        const auto isPrinted = [&] {
+            const std::size_t at = process.Output().find(text + "\n", read);
+            read = at == std::string::npos ? read : at + text.size() + 1;
+            return at != std::string::npos;
+        };
+        if (support::WaitUntil(isPrinted, kLimitMs)) {
+            return testing::AssertionSuccess();
+        }
+        return testing::AssertionFailure() << "no line \"" << text << "\" in\n"
+                                           << process.Output() << process.Errors();
+    }
+    support::ProgramResult Interrupt() {
+        support::ProgramResult result;
+        EXPECT_TRUE(process.Interrupt());
+        result.ended = process.Wait(kLimitMs, result.status);
+        EXPECT_TRUE(result.ended);
+        result.output = process.Output();
+        result.errors = process.Errors();
+        return result;
+    }
+
+private:
+    platform::Process process;
+    std::size_t read = 0;
+};
+
+TEST_F(GenicamPrograms, WatchTellsThatTheCameraGoesAndComesBack) {
+    const std::string name = NameOfFirst();
+    RunningWatch watch(WithConfig({"--sdk", "genicam", "watch"}));
+    ASSERT_TRUE(watch.Prints("watching " + name));
+    camera.Kill();
+    ASSERT_TRUE(watch.Prints(" camera configuration changed"));
+    ASSERT_TRUE(watch.Prints(" " + name + " is gone"));
+    camera.Restart();
+    ASSERT_TRUE(watch.Prints(" " + name + " is there"));
+    ExpectDone(watch.Interrupt());
+}
+
+TEST_F(GenicamPrograms, WatchTakesTheFirstCameraThatComes) {
+    const std::string name = NameOfFirst();
+    camera.Kill();
+    RunningWatch watch(WithConfig({"--sdk", "genicam", "watch"}));
+    ASSERT_TRUE(watch.Prints("watching; there is no camera yet"));
+    camera.Restart();
+    ASSERT_TRUE(watch.Prints(" " + name + " is there"));
+    // It is watched like one that was there from the start.
+    camera.Kill();
+    ASSERT_TRUE(watch.Prints(" camera configuration changed"));
+    ASSERT_TRUE(watch.Prints(" " + name + " is gone"));
+    ExpectDone(watch.Interrupt());
 }
 
 } // namespace
