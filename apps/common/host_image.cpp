@@ -5,6 +5,26 @@
 
 #include <cstring>
 
+const char* ColorCodingName(MV_COLORCODING coding) {
+    switch (coding) {
+    case MVCC_MONO:
+        return "Mono";
+    case MVCC_RAW_CFA:
+        return "Bayer";
+    case MVCC_RGB:
+        return "RGB";
+    case MVCC_ARGB:
+        return "ARGB";
+    case MVCC_RGBA:
+        return "RGBA";
+    case MVCC_BGR:
+        return "BGR";
+    case MVCC_BGRA:
+        return "BGRA";
+    }
+    return "unknown"; // a module may answer what no name stands for
+}
+
 ImageLayout DescribeImage(CMivoraGfxMode& mode) {
     ImageLayout layout;
     layout.width = mode.GetxRes();

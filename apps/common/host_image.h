@@ -25,6 +25,9 @@ struct ImageLayout {
     bool operator==(const ImageLayout&) const = default;
 };
 
+/// "Mono", "Bayer", "RGB" and so on.
+const char* ColorCodingName(MV_COLORCODING coding);
+
 /// What the mode says now.
 ImageLayout DescribeImage(CMivoraGfxMode& mode);
 

@@ -11,26 +11,6 @@
 
 namespace {
 
-const char* ColorCodingName(MV_COLORCODING coding) {
-    switch (coding) {
-    case MVCC_MONO:
-        return "mono";
-    case MVCC_RAW_CFA:
-        return "colour filter";
-    case MVCC_RGB:
-        return "RGB";
-    case MVCC_ARGB:
-        return "ARGB";
-    case MVCC_RGBA:
-        return "RGBA";
-    case MVCC_BGR:
-        return "BGR";
-    case MVCC_BGRA:
-        return "BGRA";
-    }
-    return "unknown";
-}
-
 void PrintJson(CMivoraGrabber& grabber, CMivoraGfxMode& mode) {
     CMivoraCamera& camera = *grabber.GetActCamera();
     const ImageLayout layout = DescribeImage(mode);

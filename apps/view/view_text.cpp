@@ -8,27 +8,6 @@
 
 namespace {
 
-const char* CodingName(MV_COLORCODING coding) {
-    switch (coding) {
-    case MVCC_MONO:
-        return "Mono";
-    case MVCC_RAW_CFA:
-        return "Bayer";
-    case MVCC_RGB:
-        return "RGB";
-    case MVCC_ARGB:
-        return "ARGB";
-    case MVCC_RGBA:
-        return "RGBA";
-    case MVCC_BGR:
-        return "BGR";
-    case MVCC_BGRA:
-        return "BGRA";
-    default:
-        return "unknown";
-    }
-}
-
 std::string Fixed(double value, int digits) {
     char text[48];
     std::snprintf(text, sizeof text, "%.*f", digits, value);
@@ -71,7 +50,7 @@ std::string FormatText(const ImageLayout& layout) {
         return {};
     }
     return std::to_string(layout.width) + " x " + std::to_string(layout.height) + "  " +
-           CodingName(layout.colorCoding) + "  " + std::to_string(layout.bits) + " bit";
+           ColorCodingName(layout.colorCoding) + "  " + std::to_string(layout.bits) + " bit";
 }
 
 std::string ZoomText(double factor, bool isFit) {
