@@ -4,9 +4,14 @@
 #include "apps/view/display_image.h"
 
 #include <algorithm>
+#include <cmath>
+#include <functional>
 #include <limits>
 
 namespace {
+
+// One in so many of the values that occur may be cut off.
+constexpr std::ptrdiff_t kBinsForEachSpike = 50;
 
 ChannelHistogram Count(const Picture& picture, std::size_t channel) {
     ChannelHistogram histogram;
@@ -28,6 +33,27 @@ ChannelHistogram Count(const Picture& picture, std::size_t channel) {
 }
 
 } // namespace
+
+HistogramBars::HistogramBars(const ChannelHistogram& histogram, int plotHeight)
+    : shown(histogram), height(plotHeight) {
+    auto counts = histogram.counts;
+    const std::ptrdiff_t used = std::ssize(counts) - std::count(counts.begin(), counts.end(), 0u);
+    if (used > 0) {
+        const auto highest = counts.begin() + used / kBinsForEachSpike;
+        std::nth_element(counts.begin(), highest, counts.end(), std::greater<>());
+        top = *highest;
+    }
+}
+
+int HistogramBars::Height(std::size_t bin) const {
+    const std::uint32_t count = std::min(shown.counts[bin], top);
+    if (count == 0) {
+        return 0;
+    }
+    const double share = std::sqrt(static_cast<double>(count) / top);
+    // What is there at all can be seen.
+    return std::min(height, std::max(1, static_cast<int>(std::lround(share * height))));
+}
 
 std::vector<ChannelHistogram> MakeImageHistogram(const Picture& picture) {
     std::vector<ChannelHistogram> channels(std::min<std::size_t>(picture.channels, 3));

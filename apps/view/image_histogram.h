@@ -17,5 +17,23 @@ struct ChannelHistogram {
     double mean = 0;
 };
 
+/// How high the bars of a plot are, for people to look at.
+///
+/// Heights go by the square roots of the counts, and the few values that tower above the others are
+/// cut off at the top: a spike, such as the black around a bright object, leaves the rest visible.
+class HistogramBars {
+public:
+    /// `plotHeight` in pixels, 0 or more.
+    HistogramBars(const ChannelHistogram& histogram, int plotHeight);
+    /// The bar of one of the bins, in pixels: 0 for a count of 0, else at least 1, at most the
+    /// height of the plot.
+    int Height(std::size_t bin) const;
+
+private:
+    const ChannelHistogram& shown;
+    const int height;
+    std::uint32_t top = 1; // the count that reaches the top of the plot
+};
+
 /// One entry for grey, or red, green and blue; alpha is left out. All empty for an empty picture.
 std::vector<ChannelHistogram> MakeImageHistogram(const Picture& picture);

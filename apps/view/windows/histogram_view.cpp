@@ -19,19 +19,12 @@ constexpr const wchar_t* kNames[] = {L"Red", L"Green", L"Blue"};
 
 void DrawPlot(CDC& dc, const CRect& rect, const ChannelHistogram& histogram, COLORREF colour) {
     dc.FillSolidRect(&rect, kPlotBackground);
-    const std::uint32_t most =
-        std::max(1u, *std::max_element(histogram.counts.begin(), histogram.counts.end()));
     const int width = rect.right - rect.left;
-    const int height = rect.bottom - rect.top;
+    const HistogramBars bars(histogram, rect.bottom - rect.top);
     constexpr int kBins = static_cast<int>(ChannelHistogram::kBins);
     for (int bin = 0; bin < kBins; ++bin) {
-        const std::uint64_t count = histogram.counts[static_cast<std::size_t>(bin)];
-        if (count == 0) {
-            continue;
-        }
-        // What is there at all can be seen.
-        const int bar = std::max(1, static_cast<int>(count * static_cast<unsigned>(height) / most));
-        const CRect column(rect.left + bin * width / kBins, rect.bottom - bar,
+        const CRect column(rect.left + bin * width / kBins,
+                           rect.bottom - bars.Height(static_cast<std::size_t>(bin)),
                            rect.left + (bin + 1) * width / kBins, rect.bottom);
         dc.FillSolidRect(&column, colour);
     }

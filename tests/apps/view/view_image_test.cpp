@@ -59,6 +59,61 @@ TEST(ImageHistogram, IsEmptyForAnEmptyPicture) {
     EXPECT_EQ(channels[0].counts[0], 0u);
 }
 
+/// Every value of 0 to 255 that often.
+ChannelHistogram EvenHistogram(std::uint32_t count) {
+    ChannelHistogram histogram;
+    histogram.counts.fill(count);
+    return histogram;
+}
+
+TEST(HistogramBars, AreEmptyForAnEmptyPicture) {
+    const ChannelHistogram none;
+    EXPECT_EQ(HistogramBars(none, 100).Height(0), 0);
+}
+
+TEST(HistogramBars, GoBySquareRoots) {
+    ChannelHistogram histogram;
+    histogram.counts[7] = 10000;
+    histogram.counts[8] = 2500;
+    histogram.counts[9] = 100;
+    const HistogramBars bars(histogram, 100);
+    EXPECT_EQ(bars.Height(7), 100);
+    EXPECT_EQ(bars.Height(8), 50);
+    EXPECT_EQ(bars.Height(9), 10);
+    EXPECT_EQ(bars.Height(10), 0);
+}
+
+TEST(HistogramBars, ShowWhatIsThereAtAll) {
+    ChannelHistogram histogram;
+    histogram.counts[0] = 4000000000u;
+    histogram.counts[255] = 1;
+    EXPECT_EQ(HistogramBars(histogram, 100).Height(255), 1);
+    EXPECT_EQ(HistogramBars(histogram, 0).Height(255), 0) << "no higher than the plot";
+}
+
+TEST(HistogramBars, LeaveTheRestVisibleBesideFewSpikes) {
+    ChannelHistogram histogram = EvenHistogram(16);
+    histogram.counts[40] = 64;
+    for (const std::size_t spike : {0u, 50u, 100u, 150u, 255u}) {
+        histogram.counts[spike] = 1000000;
+    }
+    const HistogramBars bars(histogram, 160);
+    EXPECT_EQ(bars.Height(0), 160);
+    EXPECT_EQ(bars.Height(255), 160);
+    EXPECT_EQ(bars.Height(40), 160) << "the highest of those that are no spikes";
+    EXPECT_EQ(bars.Height(41), 80);
+}
+
+TEST(HistogramBars, KeepTheHeightsOfFewValues) {
+    ChannelHistogram histogram;
+    for (std::size_t bin = 0; bin < 49; ++bin) {
+        histogram.counts[bin] = 100;
+    }
+    histogram.counts[0] = 10000;
+    EXPECT_EQ(HistogramBars(histogram, 100).Height(1), 10)
+        << "where so few values occur none is cut off";
+}
+
 TEST(PixelText, TellsTheTrueValueOfGrey) {
     const std::uint16_t data[] = {0, 0, 0, 4095};
     const ImageLayout layout{2, 2, 1, 16, 12, MVCC_MONO, 0, 0};
