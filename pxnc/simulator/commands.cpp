@@ -11,6 +11,7 @@
 #include <chrono>
 #include <iterator>
 #include <sstream>
+#include <string_view>
 #include <vector>
 
 namespace pxsim {
@@ -23,6 +24,9 @@ struct Refusal {
 };
 
 using Words = std::vector<std::string>;
+
+constexpr std::uint32_t kLongestMs = 24 * 60 * 60 * 1000;
+constexpr const char* kUpToADay = "a number of milliseconds up to a day";
 
 [[noreturn]] void Refuse(PxnError code, const std::string& reason) {
     throw Refusal{code, reason};
@@ -44,6 +48,14 @@ std::uint64_t Count(const std::string& word) {
     return static_cast<std::uint64_t>(value);
 }
 
+std::uint32_t AtMost(std::uint32_t most, const std::string& word, const char* what) {
+    const std::uint64_t value = Count(word);
+    if (value > most) {
+        Refuse(PxnErrBadParameter, "\"" + word + "\" is not " + what);
+    }
+    return static_cast<std::uint32_t>(value);
+}
+
 PxnError Code(const std::string& word) {
     const std::int64_t value = Number(word);
     if (value < -1000 || value > 1000) {
@@ -56,6 +68,19 @@ PxnError Code(const std::string& word) {
 const std::string& Entry(const std::string& word) {
     if (word != "any" && !IsEntryName(word)) {
         Refuse(PxnErrNotFound, "no entry point \"" + word + "\"");
+    }
+    return word;
+}
+
+/// The entry points that hand out lists.
+const std::string& ListEntry(const std::string& word) {
+    static constexpr std::string_view kLists[] = {
+        "PxnCamerasList",         "PxnFeaturesList",
+        "PxnFeatureListSelected", "PxnFeatureIntValidValueSetQuery",
+        "PxnInterfacesList",      "PxnFeatureEnumRangeQuery",
+        "PxnTransportLayersList"};
+    if (std::find(std::begin(kLists), std::end(kLists), Entry(word)) == std::end(kLists)) {
+        Refuse(PxnErrBadParameter, "\"" + word + "\" hands out no list");
     }
     return word;
 }
@@ -109,9 +134,13 @@ std::string SetPlugged(const Words& words, bool plugged) {
 
 std::string SetFrameFaults(const Words& words) {
     const FrameFault fault = FaultOf(words[1]);
+    std::vector<std::uint64_t> frames;
     std::istringstream numbers(words[2]);
     for (std::string number; std::getline(numbers, number, ',');) {
-        Faults::Instance().SetFrameFault(fault, Count(number));
+        frames.push_back(Count(number));
+    }
+    for (const std::uint64_t frame : frames) {
+        Faults::Instance().SetFrameFault(fault, frame);
     }
     return "ok";
 }
@@ -252,11 +281,7 @@ std::string Status(const Words&) {
 bool IsCommandName(const std::string& word);
 
 std::string RunLater(const Words& words) {
-    const std::uint64_t delayMs = Count(words[1]);
-    constexpr std::uint64_t kLongestMs = 24ULL * 60 * 60 * 1000;
-    if (delayMs > kLongestMs) {
-        Refuse(PxnErrBadParameter, "\"" + words[1] + "\" is more than a day");
-    }
+    const std::uint64_t delayMs = AtMost(kLongestMs, words[1], kUpToADay);
     if (!IsCommandName(words[2])) {
         Refuse(PxnErrBadParameter, "no command \"" + words[2] + "\"; try help");
     }
@@ -302,7 +327,11 @@ constexpr Command kCommands[] = {
     {"after", 2, kAnyNumber, "after MS COMMAND", RunLater},
     {"fail", 3, 3, "fail ENTRY N CODE",
      [](const Words& words) {
-         Faults::Instance().FailCall(Entry(words[1]), Count(words[2]), Code(words[3]));
+         const std::uint64_t call = Count(words[2]);
+         if (call == 0) {
+             Refuse(PxnErrBadParameter, "calls are counted from 1");
+         }
+         Faults::Instance().FailCall(Entry(words[1]), call, Code(words[3]));
          return std::string("ok");
      }},
     {"fail-always", 2, 2, "fail-always ENTRY CODE",
@@ -312,7 +341,7 @@ constexpr Command kCommands[] = {
      }},
     {"delay", 2, 2, "delay ENTRY MS",
      [](const Words& words) {
-         Faults::Instance().Delay(Entry(words[1]), static_cast<std::uint32_t>(Count(words[2])));
+         Faults::Instance().Delay(Entry(words[1]), AtMost(kLongestMs, words[2], kUpToADay));
          return std::string("ok");
      }},
     {"stuck", 1, 1, "stuck ENTRY",
@@ -322,14 +351,14 @@ constexpr Command kCommands[] = {
      }},
     {"count-change", 2, 2, "count-change ENTRY N",
      [](const Words& words) {
-         Faults::Instance().ChangeCount(Entry(words[1]), Number(words[2]));
+         Faults::Instance().ChangeCount(ListEntry(words[1]), Number(words[2]));
          return std::string("ok");
      }},
     {"frame", 2, 2, "frame incomplete|small|late|drop|duplicate N[,M...]", SetFrameFaults},
     {"frame-random", 3, 3, "frame-random SEED PERCENT KIND",
      [](const Words& words) {
-         Faults::Instance().SetRandomFrames(static_cast<std::uint32_t>(Count(words[1])),
-                                            static_cast<unsigned>(Count(words[2])),
+         Faults::Instance().SetRandomFrames(AtMost(0xFFFFFFFF, words[1], "a number of 32 bits"),
+                                            AtMost(100, words[2], "a percentage"),
                                             FaultOf(words[3]));
          return std::string("ok");
      }},

@@ -294,6 +294,15 @@ TEST_F(FaultTest, SingleFramesGoWrong) {
     EXPECT_EQ(GetInt(stream, "StreamLostFrameCount"), 0);
 }
 
+TEST_F(FaultTest, ARefusedListOfFramesChangesNone) {
+    char answer[200] = "";
+    EXPECT_EQ(PxnControl("frame incomplete 1,2,x", answer, sizeof answer), PxnErrBadParameter);
+    Run(4);
+    for (const PxnFrame& frame : requeuer.seen) {
+        EXPECT_EQ(frame.receiveStatus, PxnFrameStatusComplete) << frame.frameId;
+    }
+}
+
 TEST_F(FaultTest, RandomFaultsRepeatWithTheirSeed) {
     EXPECT_EQ(PxnFeatureBoolSet(camera, "SimulatorFreeRunning", 1), 0);
     std::vector<std::int32_t> first;
@@ -398,10 +407,19 @@ TEST_F(FaultTest, BadCommandsSayWhy) {
     EXPECT_EQ(refused("fail PxnStartup x -1"), "\"x\" is not a number");
     EXPECT_EQ(refused("fail PxnStartup -1 -1"), "\"-1\" is negative");
     EXPECT_EQ(refused("fail PxnStartup 1 7000"), "\"7000\" is not a result code");
+    EXPECT_EQ(refused("fail PxnStartup 0 -1"), "calls are counted from 1");
+    EXPECT_EQ(refused("delay any 99999999999"),
+              "\"99999999999\" is not a number of milliseconds up to a day");
+    EXPECT_EQ(refused("frame-random 7 101 drop"), "\"101\" is not a percentage");
+    EXPECT_EQ(refused("frame-random 4294967296 1 drop"),
+              "\"4294967296\" is not a number of 32 bits");
+    EXPECT_EQ(refused("count-change any 1"), "\"any\" hands out no list");
+    EXPECT_EQ(refused("count-change PxnFeatureIntGet 1"), "\"PxnFeatureIntGet\" hands out no list");
     EXPECT_EQ(refused("frame sideways 1"), "\"sideways\" is no kind of frame fault");
     EXPECT_EQ(refused("after 5"), "usage: after MS COMMAND");
     EXPECT_EQ(refused("after 5 fly"), "no command \"fly\"; try help");
-    EXPECT_EQ(refused("after 86400001 drain"), "\"86400001\" is more than a day");
+    EXPECT_EQ(refused("after 86400001 drain"),
+              "\"86400001\" is not a number of milliseconds up to a day");
     EXPECT_EQ(refused("uart 1 asleep"), "\"asleep\" is not stuck, slow or ok");
     EXPECT_EQ(refused("uart 9 ok"), "no camera has port 9");
     EXPECT_EQ(refused(("set " + kGigE + " Nothing 1").c_str()), "no feature \"Nothing\"");
