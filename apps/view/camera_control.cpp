@@ -318,7 +318,9 @@ std::uint32_t CameraControl::OnCameraControl(std::uint32_t code, void* self) {
         control.PauseForChange();
     } else if (code == kMvEventBufferImpactEnded) {
         control.Order([&control] {
-            if (control.isPaused.exchange(false) && control.State().stage == ViewStage::kOpen) {
+            // Meanwhile somebody may have stopped, or ordered a single image.
+            if (control.isPaused.exchange(false) && control.wantsLive &&
+                control.State().stage == ViewStage::kOpen) {
                 control.StartGrabbing(kContinuous);
             }
         });
@@ -392,17 +394,25 @@ void CameraControl::SelectCamera(MV_WINDOW parent) {
         CMivoraGrabber& grabber = session.Grabber();
         MV_DLG_EXITCODE exitCode = MV_DLG_CANCEL;
         MV_ERRCODE opened = MV_OK;
-        RunDialog("SelectCameraDialog", [&] {
-            const MV_ERRCODE code = grabber.SelectCameraDialog(parent, &exitCode);
-            if (code == MV_OK && exitCode == MV_DLG_OK) {
-                opened = grabber.OpenActCamera();
-            }
-            return code;
-        });
-        if (exitCode != MV_DLG_OK) {
+        const auto goOn = [&] {
             if (wasLive) {
                 StartGrabbing(kContinuous);
             }
+        };
+        try {
+            RunDialog("SelectCameraDialog", [&] {
+                const MV_ERRCODE code = grabber.SelectCameraDialog(parent, &exitCode);
+                if (code == MV_OK && exitCode == MV_DLG_OK) {
+                    opened = grabber.OpenActCamera();
+                }
+                return code;
+            });
+        } catch (const CommandFailure&) {
+            goOn();
+            throw;
+        }
+        if (exitCode != MV_DLG_OK) {
+            goOn();
             return;
         }
         if (opened != MV_OK) {

@@ -3,8 +3,8 @@
 #include "apps/common/sdk_control.h"
 #include "apps/mivora/commands.h"
 #include "apps/pyxen-tool/linked_maker.h"
-#include "platform/sleep.h"
 #include "tests/support/environment_guard.h"
+#include "tests/support/no_settling.h"
 #include "tests/support/run_program.h"
 #include "tests/support/temporary_directory.h"
 #include "tests/support/wait_until.h"
@@ -41,20 +41,9 @@ int CountOf(const std::string& text, const std::string& part) {
     return count;
 }
 
-/// The pauses after a stop are long and no part of this.
-class NoSettling {
-public:
-    NoSettling() {
-        platform::SetSleepFunction([](std::uint32_t) {});
-    }
-    ~NoSettling() { platform::SetSleepFunction(nullptr); }
-    NoSettling(const NoSettling&) = delete;
-    NoSettling& operator=(const NoSettling&) = delete;
-};
-
 // In this process, since somebody has to plug the camera in again while the command runs.
 TEST(GrabCommand, GoesOnEachOfTenTimesThatTheCameraComesBack) {
-    const NoSettling noSettling;
+    const support::NoSettling noSettling;
     const support::EnvironmentGuard home("PYXEN_HOME", support::BuiltFile("simulator"));
     const support::TemporaryDirectory directory;
     directory.Write("PxnC.xml", Configuration());
