@@ -26,13 +26,11 @@ Session::Session(const AppOptions& appOptions, IGrabberMaker& grabberMaker)
     ApplySdk(options.sdk);
     log.Open(options.log);
     RunSdkScript();
-    MivoraInstallLogSink(&log);
     grabber = maker.Create();
     if (!options.configFile.empty()) {
         const MV_ERRCODE code = grabber->SetGrabberIni(options.configFile.c_str(), 0);
         if (code != MV_OK) {
             maker.Delete(grabber);
-            MivoraInstallLogSink(nullptr);
             Check("SetGrabberIni", code, options.configFile);
         }
     }
@@ -43,7 +41,6 @@ Session::~Session() {
     grabber->StopSnap();
     events.reset();
     maker.Delete(grabber);
-    MivoraInstallLogSink(nullptr);
 }
 
 void Session::RunSdkScript() {

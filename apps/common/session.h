@@ -53,6 +53,15 @@ public:
     SdkControl& Sdk() { return sdkControl; }
 
 private:
+    /// Lines of the host go to a sink as long as this lives.
+    class InstalledSink {
+    public:
+        explicit InstalledSink(ILogSink& sink) { MivoraInstallLogSink(&sink); }
+        ~InstalledSink() { MivoraInstallLogSink(nullptr); }
+        InstalledSink(const InstalledSink&) = delete;
+        InstalledSink& operator=(const InstalledSink&) = delete;
+    };
+
     void RunSdkScript();
     std::string KnownCameras();
     std::string SdkText();
@@ -61,6 +70,7 @@ private:
     IGrabberMaker& maker;
     SdkControl sdkControl;
     LogFile log;
+    const InstalledSink installedLog{log};
     CMivoraGrabber* grabber = nullptr; // the maker's
     std::unique_ptr<EventRecorder> events;
 };
