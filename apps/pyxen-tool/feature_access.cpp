@@ -34,6 +34,15 @@ FeatureCache* FeatureAccess::FindModule(CMivoraKVNPyxenClass& grabber, const std
     return grabber.GetFeatureCacheByName(name.c_str());
 }
 
+FeatureCache& FeatureAccess::RequireModule(CMivoraKVNPyxenClass& grabber, const std::string& name) {
+    FeatureCache* const cache = FindModule(grabber, name);
+    if (!cache) {
+        throw CommandFailure("there is no module \"" + name + "\"; there are " +
+                             KnownModules(grabber));
+    }
+    return *cache;
+}
+
 FeatureAccess FeatureAccess::Find(CMivoraKVNPyxenClass& grabber, const std::string& path) {
     const std::size_t begin = path.starts_with('/') ? 1 : 0;
     const std::size_t first = path.find('/', begin);
@@ -42,18 +51,14 @@ FeatureAccess FeatureAccess::Find(CMivoraKVNPyxenClass& grabber, const std::stri
         throw CommandFailure("\"" + path + "\" is not of the form MODULE/FEATURE");
     }
     const std::string moduleName = path.substr(begin, first - begin);
-    FeatureCache* const cache = FindModule(grabber, moduleName);
-    if (!cache) {
-        throw CommandFailure("there is no module \"" + moduleName + "\"; there are " +
-                             KnownModules(grabber));
-    }
+    FeatureCache& cache = RequireModule(grabber, moduleName);
     const std::string name = path.substr(last + 1);
-    const PxnFeatureInfo* const info = cache->Find(name.c_str());
+    const PxnFeatureInfo* const info = cache.Find(name.c_str());
     if (!info) {
-        throw CommandFailure("module " + std::string(cache->GetModuleName()) +
-                             " has no feature \"" + name + "\"");
+        throw CommandFailure("module " + std::string(cache.GetModuleName()) + " has no feature \"" +
+                             name + "\"");
     }
-    return {grabber.Api(), *cache, *info};
+    return {grabber.Api(), cache, *info};
 }
 
 std::string FeatureAccess::Path() const {

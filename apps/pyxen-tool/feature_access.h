@@ -23,6 +23,8 @@ public:
     /// The cache of a module by name, case ignored, the system's "PxnSystem" among them. Null when
     /// there is none.
     static FeatureCache* FindModule(CMivoraKVNPyxenClass& grabber, const std::string& name);
+    /// The same; throws CommandFailure with the names that there are.
+    static FeatureCache& RequireModule(CMivoraKVNPyxenClass& grabber, const std::string& name);
 
     FeatureCache& Cache() const { return cache; }
     const PxnFeatureInfo& Info() const { return info; }

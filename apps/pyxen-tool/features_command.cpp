@@ -1,5 +1,4 @@
 // features_command.cpp - lists the features of the open camera's modules
-#include "apps/common/command_failure.h"
 #include "apps/common/command_line.h"
 #include "apps/common/session.h"
 #include "apps/pyxen-tool/commands.h"
@@ -32,11 +31,7 @@ std::string Lower(std::string text) {
 
 std::vector<FeatureCache*> Modules(CMivoraKVNPyxenClass& grabber, const std::string& name) {
     if (!name.empty()) {
-        FeatureCache* const cache = FeatureAccess::FindModule(grabber, name);
-        if (!cache) {
-            throw CommandFailure("there is no module \"" + name + "\"");
-        }
-        return {cache};
+        return {&FeatureAccess::RequireModule(grabber, name)};
     }
     std::vector<FeatureCache*> modules{&grabber.SystemCache()};
     for (std::uint32_t i = 0; i < grabber.GetNumFeatureCaches(); ++i) {

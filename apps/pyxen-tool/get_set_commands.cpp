@@ -19,7 +19,7 @@ namespace {
 void Set(Session& session, CMivoraKVNPyxenClass& grabber, const std::string& path,
          const std::optional<std::string>& text) {
     const FeatureAccess feature = FeatureAccess::Find(grabber, path);
-    if (feature.Info().featureDataType == PxnFeatureDataCommand) {
+    if (feature.Info().featureDataType == PxnFeatureDataCommand && !text) {
         RunFeatureCommand(grabber, feature);
         std::printf("%s was executed\n", feature.Path().c_str());
         return;

@@ -60,7 +60,8 @@ TEST_F(PyxenTool, ListsEveryModule) {
         })) << module;
         EXPECT_FALSE(Features({"--module", module}).empty()) << module;
     }
-    ExpectFailure(Tool({"features", "--module", "Nope"}), 1, {"no module \"Nope\""});
+    ExpectFailure(Tool({"features", "--module", "Nope"}), 1,
+                  {"no module \"Nope\"; there are PxnSystem, "});
 }
 
 TEST_F(PyxenTool, ReadsOneFeature) {
@@ -92,6 +93,8 @@ TEST_F(PyxenTool, NamesWhatRefusesAValueAndWhy) {
     ExpectFailure(Tool({"set", "Camera/PixelFormat", "mono8"}), 1, {"Out of range"});
     ExpectFailure(Tool({"set", "Camera/Width", "wide"}), 1, {"\"wide\" is no value", "integer"});
     ExpectFailure(Tool({"set", "Camera/Width"}), 2, {"VALUE"});
+    ExpectFailure(Tool({"set", "Camera/AcquisitionStop", "1"}), 1,
+                  {"AcquisitionStop is of type command and takes no value"});
 }
 
 TEST_F(PyxenTool, WritesTheFeaturesThatDependOnOne) {
