@@ -1,0 +1,63 @@
+#!/usr/bin/env bash
+# The pages name what there is: links lead somewhere, and every option, operation, command and
+# environment variable that the sources have is on its page.
+set -euo pipefail
+cd "$1"
+
+status=0
+complain() {
+  echo "$1"
+  status=1
+}
+
+# need PAGE WHAT NAMES: every name of a list, one a line, stands on the page as a whole word.
+need() {
+  local page=$1 what=$2 name count=0
+  while read -r name; do
+    count=$((count + 1))
+    grep -qE -- "(^|[^[:alnum:]_-])$name([^[:alnum:]_-]|\$)" "$page" || complain "$page lacks $what $name"
+  done <<<"$3"
+  [ "$count" -ge "${4:-2}" ] || complain "found only $count times $what in the sources"
+}
+
+# All of a list of directories as one line, for what is broken over several.
+joined() { find "$@" -name '*.cpp' -print0 | sort -z | xargs -0 cat | tr '\n' ' '; }
+
+for page in README.md docs/*.md; do
+  while read -r target; do
+    [ -e "$(dirname "$page")/$target" ] || complain "$page links to $target, which is not there"
+  done < <(grep -oE '\]\([^)#:]+(#[^)]*)?\)' "$page" | sed -E 's/^\]\(([^)#]*).*/\1/')
+done
+for page in docs/*.md; do
+  grep -qF "($page)" README.md || complain "README.md does not name $page"
+done
+
+need docs/command-line.md option \
+  "$(joined apps/common apps/mivora apps/pyxen-tool | grep -oE 'add_(option|flag)\( *"[^"]*"' |
+    grep -oE -- '--[a-z-]+' | sort -u)" 20
+need docs/command-line.md operation \
+  "$(joined apps/common apps/pyxen-tool |
+    grep -oE '(\.Add\( *|AddDialog\(operations, grabber, )"[A-Za-z0-9]+"' |
+    sed 's/.*"\(.*\)"/\1/' | sort -u)" 100
+need docs/command-line.md command \
+  "$(joined apps/common apps/mivora apps/pyxen-tool | grep -oE 'add_subcommand\( *"[a-z-]+"' |
+    sed 's/.*"\(.*\)"/\1/' | sort -u)" 15
+need docs/configuration.md 'environment variable' \
+  "$(grep -rhoE '"PYXEN_[A-Z_]+"' apps module pxnc | tr -d '"' | sort -u)"
+need docs/simulator.md 'control command' \
+  "$(sed -n 's/^    {"\([a-z-]*\)", [0-9].*/\1/p' pxnc/simulator/commands.cpp)" 20
+need docs/simulator.md attribute \
+  "$(tr '\n' ' ' <pxnc/simulator/configuration_reader.cpp | grep -oE 'xml\.Allow\([a-z]+, *\{[^}]*\}' |
+    grep -oE '"[A-Za-z]+"' | tr -d '"' | sort -u)" 25
+
+# And the other way round, for features whose names are the libraries' own.
+for name in $(grep -ohE '`(GVSP|Simulator|Discover|EventCamera|EventInterface)[A-Za-z]+' docs/genicam.md docs/simulator.md |
+  tr -d '`' | sort -u); do
+  grep -rqF "\"$name\"" pxnc || complain "docs tell of $name, which there is not"
+done
+
+# The driver's own page is what it prints.
+for command in $(./dev | sed -n 's/^  \([a-z]\{1,\}\) .*/\1/p'); do
+  grep -qE "^  $command\) " dev || complain "./dev tells of $command, which it cannot do"
+done
+exit "$status"
