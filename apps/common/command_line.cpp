@@ -2,11 +2,14 @@
 #include "apps/common/command_line.h"
 
 #include "apps/common/app_options.h"
+#include "apps/common/parse_number.h"
 #include "platform/console.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <exception>
 #include <string>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -28,6 +31,31 @@ void TellWhatIsMissing(const CLI::App& app, const CLI::RequiredError& error) {
     } else {
         app.exit(CLI::ExtrasError(app.get_name(), std::move(words)));
     }
+}
+
+int Run(CLI::App& app, int argumentCount, char** arguments) {
+    try {
+        app.parse(argumentCount, arguments);
+        return 0;
+    } catch (const CLI::RuntimeError& status) {
+        return status.get_exit_code();
+    } catch (const CLI::RequiredError& error) {
+        TellWhatIsMissing(app, error);
+        return kBadUsage;
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? 0 : kBadUsage;
+    } catch (const std::exception& error) {
+        return Fail(app, error.what());
+    }
+}
+
+// What was printed may wait here until the end, and a full disk refuses it only then.
+bool IsOutputWritten(std::string& reason) {
+    if (std::fflush(stdout) != 0) {
+        reason = ": " + std::generic_category().message(errno);
+        return false;
+    }
+    return std::ferror(stdout) == 0;
 }
 
 } // namespace
@@ -63,19 +91,20 @@ void AddAppOptions(CLI::App& app, AppOptions& options) {
         ->type_name("N|ID");
 }
 
+std::string CountProblem(const std::string& text) {
+    return ParseUnsigned(text) ? "" : "\"" + text + "\" is no number from 0 on";
+}
+
+std::string PositiveCountProblem(const std::string& text) {
+    return ParseUnsigned(text).value_or(0) != 0 ? "" : "\"" + text + "\" is no number from 1 on";
+}
+
 int RunApp(CLI::App& app, int argumentCount, char** arguments) {
     platform::PrepareStandardStreams();
-    try {
-        app.parse(argumentCount, arguments);
-        return 0;
-    } catch (const CLI::RuntimeError& status) {
-        return status.get_exit_code();
-    } catch (const CLI::RequiredError& error) {
-        TellWhatIsMissing(app, error);
-        return kBadUsage;
-    } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? 0 : kBadUsage;
-    } catch (const std::exception& error) {
-        return Fail(app, error.what());
+    const int status = Run(app, argumentCount, arguments);
+    std::string reason;
+    if (!IsOutputWritten(reason) && status == 0) {
+        return Fail(app, ("cannot write to standard output" + reason).c_str());
     }
+    return status;
 }

@@ -72,8 +72,8 @@ std::string Encode(const std::string& path, const ImageLayout& layout, const voi
 
 } // namespace
 
-bool IsImageFileName(const std::string& path) {
-    return !Ending(path).empty();
+std::string ImageFileNameProblem(const std::string& path) {
+    return Ending(path).empty() ? "the file name must end in .png .pgm .ppm .pnm or .raw" : "";
 }
 
 void WriteImage(const std::string& path, const ImageLayout& layout, const void* data) {

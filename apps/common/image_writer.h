@@ -19,8 +19,8 @@
 /// refuses. An existing file is overwritten.
 void WriteImage(const std::string& path, const ImageLayout& layout, const void* data);
 
-/// False when WriteImage would refuse the file's name.
-bool IsImageFileName(const std::string& path);
+/// Why WriteImage would refuse the file's name; empty when it would not.
+std::string ImageFileNameProblem(const std::string& path);
 
 /// The contents of files, for who does not want one.
 std::string EncodePng(const Picture& picture);

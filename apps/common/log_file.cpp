@@ -64,8 +64,12 @@ void LogFile::Keep(int level, std::string text) {
     platform::MutexLock lock(mutex);
     if (file) {
         const std::string line = std::to_string(level) + ' ' + text + '\n';
-        std::fwrite(line.data(), 1, line.size(), file);
-        std::fflush(file);
+        const bool isWritten = std::fwrite(line.data(), 1, line.size(), file) == line.size();
+        if ((std::fflush(file) != 0 || !isWritten) && !incomplete) {
+            incomplete = true;
+            std::fprintf(stderr, "the log lacks lines that could not be written: %s\n",
+                         std::generic_category().message(errno).c_str());
+        }
     }
     if (level == kMvLogError) {
         errors.push_back(std::move(text));

@@ -11,7 +11,8 @@
 #include <string>
 
 /// Writes "LEVEL TEXT" lines to a file, to standard error, or nowhere. One call is one line,
-/// whatever its length: line ends inside a text are written as \r and \n. Every line is flushed.
+/// whatever its length: line ends inside a text are written as \r and \n. Every line is flushed;
+/// the first that cannot be written is told on standard error.
 ///
 /// Lines of level 0 are kept as well, the last few of them, so that a command that fails can say
 /// why. Any thread may write.
@@ -42,5 +43,6 @@ private:
 
     platform::Mutex mutex;
     std::FILE* file GUARDED_BY(mutex) = nullptr;
+    bool incomplete GUARDED_BY(mutex) = false; // a line could not be written
     std::deque<std::string> errors GUARDED_BY(mutex);
 };

@@ -27,7 +27,8 @@ std::string Shell::Answer(std::string_view text) {
 
 int Shell::Run(const std::function<bool(std::string& line)>& nextLine, std::FILE* output) {
     std::string line;
-    while (nextLine(line)) {
+    // Who cannot read the answers wants no more of them.
+    while (!std::ferror(output) && nextLine(line)) {
         std::string answer = Answer(line);
         if (!answer.empty()) {
             answer += '\n';

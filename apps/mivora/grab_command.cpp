@@ -185,6 +185,10 @@ void Grab(Session& session, const GrabOptions& options) {
     const GrabReport report = GrabRun(session, options).Run();
     std::printf("%s", options.json ? (report.Json() + "\n").c_str() : report.Text().c_str());
     std::fflush(stdout);
+    if (report.interrupted && report.account.taken < options.frames) {
+        throw CommandFailure("interrupted after " + std::to_string(report.account.taken) + " of " +
+                             std::to_string(options.frames) + " frames");
+    }
     if (report.cameraLost) {
         throw CommandFailure("no more frames from " + session.ActCameraText() + " after " +
                              std::to_string(report.account.taken) +
@@ -213,8 +217,10 @@ void AddGrabCommand(CLI::App& app, const AppOptions& options, const MakerSource&
     const auto grab = std::make_shared<GrabOptions>();
     command->add_option("--frames", grab->frames, "Frames to grab; 0: until Ctrl-C")
         ->required()
+        ->check(CountProblem)
         ->type_name("N");
     command->add_option("--buffers", grab->buffers, "Frame buffers (2 or more for whole images)")
+        ->check(PositiveCountProblem)
         ->capture_default_str()
         ->type_name("B");
     command->add_option("-o,--output", grab->directory, "Write every frame into this directory")
@@ -225,6 +231,7 @@ void AddGrabCommand(CLI::App& app, const AppOptions& options, const MakerSource&
     command
         ->add_option("--timeout", grab->timeoutMs,
                      "Without a frame for so many milliseconds the camera counts as gone")
+        ->check(CountProblem)
         ->capture_default_str()
         ->type_name("MS");
     command->add_flag("--reconnect", grab->reconnect,

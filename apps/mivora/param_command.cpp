@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace {
@@ -30,15 +31,17 @@ std::string ValueText(std::uint32_t id, std::uint64_t value) {
                                 : std::to_string(value);
 }
 
-std::uint64_t ReadValue(const std::string& text) {
+/// A negative number stands for its two's complement.
+std::optional<std::uint64_t> ReadValue(const std::string& text) {
     if (const auto number = ParseUnsigned(text)) {
-        return *number;
+        return number;
     }
     const auto number = ParseSigned(text);
-    if (!number) {
-        throw CLI::ValidationError("VALUE", "\"" + text + "\" is no number");
-    }
-    return static_cast<std::uint64_t>(*number);
+    return number ? std::optional(static_cast<std::uint64_t>(*number)) : std::nullopt;
+}
+
+std::string ValueProblem(const std::string& text) {
+    return ReadValue(text) ? "" : "\"" + text + "\" is no number";
 }
 
 void Get(Session& session, const ParamOptions& options) {
@@ -65,14 +68,14 @@ void Set(Session& session, const ParamOptions& options) {
     CMivoraGrabber& grabber = session.Grabber();
     std::uint64_t second = 0;
     if (!options.value2.empty()) {
-        second = ReadValue(options.value2);
+        second = ReadValue(options.value2).value();
     } else if (options.id == MVGF_TIMER_VALUES) {
         // One value is the exposure; the interval stays.
         session.Check("GetGrabberParam", grabber.GetGrabberParam(options.id, nullptr, &second),
                       ParameterText(options.id));
     }
     session.Check("SetGrabberParam",
-                  grabber.SetGrabberParam(options.id, ReadValue(options.value1), second),
+                  grabber.SetGrabberParam(options.id, ReadValue(options.value1).value(), second),
                   ParameterText(options.id));
     Get(session, options);
 }
@@ -110,6 +113,7 @@ void AddParamCommand(CLI::App& app, const AppOptions& options, const MakerSource
     add("get", "Print both values of a parameter", Get);
     add("limits", "Print the limits of a parameter", Limits);
     CLI::App* const set = add("set", "Set a parameter and print what it is then", Set);
-    set->add_option("V1", param->value1, "First value")->required();
-    set->add_option("V2", param->value2, "Second value; without it 0, for 257 as it is");
+    set->add_option("V1", param->value1, "First value")->required()->check(ValueProblem);
+    set->add_option("V2", param->value2, "Second value; without it 0, for 257 as it is")
+        ->check(ValueProblem);
 }

@@ -50,7 +50,7 @@ public:
         : session(openSession),
           options(serialOptions),
           isInteractive(platform::IsTerminal(0)),
-          lines([this] { return readResult == MV_OK; }) {}
+          lines([this] { return readResult == MV_OK && !std::ferror(stdout); }) {}
 
     void Run() {
         if (isInteractive) {
@@ -189,14 +189,15 @@ void Serial(Session& session, SerialOptions& options) {
         session.Init();
     }
     CMivoraGrabber& grabber = session.Grabber();
+    const std::string object = isCameraPort ? port + " of " + session.ActCameraText() : port;
     CCmdChannel* const channel =
         grabber.CreateCmdChannel(isCameraPort ? kCameraChannelType : kHostChannelType);
     if (!channel) {
         throw CommandFailure("the grabber module has no channel for " + port);
     }
     session.Check("AddCmdChannel", grabber.AddCmdChannel(channel), port);
-    session.Check("GetConfig", ApplySettings(*channel, options.settings), port);
-    session.Check("CMDOpen", grabber.CMDOpen(), port);
+    session.Check("GetConfig", ApplySettings(*channel, options.settings), object);
+    session.Check("CMDOpen", grabber.CMDOpen(), object);
     platform::InstallInterruptHandler();
     Terminal(session, options).Run();
     session.Check("CMDClose", grabber.CMDClose(), port);
@@ -212,8 +213,8 @@ constexpr const char* kFooter =
     "\n"
     "Examples:\n"
     "  mivora --camera 2 serial 0\n"
-    "  mivora serial 0 --baud 9600 --parity Even\n"
-    "  printf 'FF00A5\\n' | mivora serial 1 --hex\n";
+    "  mivora --camera 2 serial 0 --baud 9600 --parity Even\n"
+    "  printf 'FF00A5\\n' | mivora --camera 2 serial 0 --hex\n";
 
 } // namespace
 
@@ -235,6 +236,7 @@ void AddSerialCommand(CLI::App& app, const AppOptions& options, const MakerSourc
         ->check(CLI::IsMember({"lf", "cr", "crlf", "none"}))
         ->capture_default_str();
     command->add_option("--linger", serial->lingerMs, "Milliseconds of silence that end it")
+        ->check(CountProblem)
         ->capture_default_str()
         ->type_name("MS");
     command->add_flag("--hex", serial->hex, "Hexadecimal bytes instead of text");

@@ -27,6 +27,9 @@ void WaitForFrame(Session& session, std::uint64_t timeoutMs) {
     EventRecorder& events = session.Events();
     if (!events.WaitFor([&] { return events.Frames() > 0; }, timeoutMs)) {
         session.Grabber().StopSnap();
+        if (platform::InterruptRequested()) {
+            throw CommandFailure("interrupted before a frame came from " + session.ActCameraText());
+        }
         session.Check("Snap", MV_ACQUISITION_FAILED,
                       session.ActCameraText() + ", no frame for " + std::to_string(timeoutMs) +
                           " ms");
@@ -34,9 +37,6 @@ void WaitForFrame(Session& session, std::uint64_t timeoutMs) {
 }
 
 void Snap(Session& session, const SnapOptions& options) {
-    if (!IsImageFileName(options.file)) {
-        throw CLI::ValidationError("-o", "the file name must end in .png .pgm .ppm .pnm or .raw");
-    }
     session.OpenCamera();
     CMivoraGrabber& grabber = session.Grabber();
     const ImageLayout layout = DescribeImage(session.CheckedMode());
@@ -67,16 +67,17 @@ void AddSnapCommand(CLI::App& app, const AppOptions& options, const MakerSource&
     const auto snap = std::make_shared<SnapOptions>();
     command->add_option("--mode", snap->mode, "Snap mode")
         ->check(CLI::Range(2, 5))
-        ->capture_default_str()
-        ->type_name("2..5");
+        ->capture_default_str();
     command
         ->add_option("-o,--output", snap->file,
                      "File to write; its ending says the format: .png .pgm .ppm .pnm .raw")
         ->required()
+        ->check(ImageFileNameProblem)
         ->type_name("FILE");
     command
         ->add_option("--timeout", snap->timeoutMs,
                      "Longest wait for the frame in mode 2, in milliseconds")
+        ->check(CountProblem)
         ->capture_default_str()
         ->type_name("MS");
     command->footer(kFooter);

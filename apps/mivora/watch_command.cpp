@@ -51,9 +51,13 @@ public:
             std::printf("watching; there is no camera yet\n");
         }
         std::fflush(stdout);
-        while (!platform::InterruptRequested() && ElapsedMs() < limitMs) {
+        while (!platform::InterruptRequested() && !std::ferror(stdout)) {
+            const std::uint64_t elapsedMs = ElapsedMs();
+            if (elapsedMs >= limitMs) {
+                break;
+            }
+            const std::uint64_t restMs = limitMs - elapsedMs;
             GrabberEvents events;
-            const std::uint64_t restMs = limitMs - ElapsedMs();
             session.Events().WaitFor(
                 [&] {
                     events = session.Events().Take();
@@ -123,6 +127,7 @@ void AddWatchCommand(CLI::App& app, const AppOptions& options, const MakerSource
         "watch", "Print configuration-change and camera-control events as they come");
     const auto limitMs = std::make_shared<std::optional<std::uint64_t>>();
     command->add_option("--for", *limitMs, "End after so many milliseconds instead of at Ctrl-C")
+        ->check(CountProblem)
         ->type_name("MS");
     command->footer("Every line begins with the seconds since the start. After a change of the\n"
                     "configuration the camera is looked for and opened anew.\n\n"

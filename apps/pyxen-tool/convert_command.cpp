@@ -29,9 +29,6 @@ void Convert(const ConvertOptions& options) {
         throw CommandFailure("unknown pixel format \"" + options.format +
                              "\"; the command formats lists them");
     }
-    if (!IsImageFileName(options.output)) {
-        throw CLI::ValidationError("OUT", "the file name must end in .raw .png .pgm .ppm or .pnm");
-    }
     std::string raw;
     std::string error;
     if (!platform::ReadWholeFile(options.input, raw, &error)) {
@@ -60,7 +57,8 @@ void AddConvertCommand(CLI::App& app) {
         ->type_name("H");
     command->add_option("IN", options->input, "The dump")->required();
     command->add_option("OUT", options->output, "File to write: .raw .png .pgm .ppm or .pnm")
-        ->required();
+        ->required()
+        ->check(ImageFileNameProblem);
     command->footer(
         "In the dump the lines of Mono10p, Mono12p and the Bayer formats like them are\n"
         "padded to whole bytes; all else is without padding. A dump of another length\n"

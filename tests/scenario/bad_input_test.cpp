@@ -36,6 +36,18 @@ TEST_F(BadInput, BadUsageEndsWithStatusTwo) {
     }
 }
 
+TEST_F(BadInput, WhatTheCommandLineShowsAloneNeedsNoSdk) {
+    const std::string nowhere = PathOf("nowhere");
+    ExpectFailure(Mivora({"--sdk", nowhere, "snap", "-o", PathOf("image.jpg")}), 2,
+                  {"--output: the file name must end in .png"});
+    ExpectFailure(Mivora({"--sdk", nowhere, "snap"}), 2, {"--output is required"});
+    ExpectFailure(Mivora({"--sdk", nowhere, "param", "set", "257", "long"}), 2,
+                  {"V1: \"long\" is no number"});
+    ExpectFailure(Tool({"convert", "--format", "Mono8", "--width", "2", "--height", "2",
+                        PathOf("nothing.raw"), PathOf("image.jpg")}),
+                  2, {"OUT: the file name must end in .png"});
+}
+
 TEST_F(BadInput, AMissingSdkLibraryIsNamed) {
     ExpectFailure(Mivora({"--sdk", PathOf("nowhere"), "cameras"}), 1,
                   {"mivora: Init failed with 4", "PYXEN_HOME=" + PathOf("nowhere"),

@@ -110,6 +110,7 @@ TEST_F(Cameras, AreWatchedForATime) {
     ExpectDone(result);
     EXPECT_PRED2(Contains, result.output, "watching camera 0 (Camera A");
     EXPECT_FALSE(Contains(result.output, "changed"));
+    ExpectFailure(Mivora({"watch", "--for", "-1"}), 2, {"--for: \"-1\" is no number"});
 }
 
 TEST_F(Cameras, AreWatchedAsTheyComeAndGo) {

@@ -200,6 +200,11 @@ TEST_F(Images, AreRefusedForBadWishes) {
     ExpectFailure(Mivora({"snap", "--mode", "1", "-o", PathOf("a.png")}), 2, {"--mode"});
     ExpectFailure(Mivora({"snap"}), 2, {"--output"});
     ExpectFailure(Mivora({"grab"}), 2, {"--frames"});
+    ExpectFailure(Mivora({"grab", "--frames", "-1"}), 2, {"--frames: \"-1\" is no number"});
+    ExpectFailure(Mivora({"grab", "--frames", "5", "--buffers", "0"}), 2,
+                  {"--buffers: \"0\" is no number from 1 on"});
+    ExpectFailure(Mivora({"grab", "--frames", "5", "--timeout", "-5"}), 2, {"--timeout: \"-5\""});
+    ExpectFailure(Mivora({"snap", "-o", PathOf("a.png"), "--timeout", "-5"}), 2, {"--timeout"});
     ExpectFailure(Mivora({"grab", "--frames", "5", "--format", "gif"}), 2, {"--format"});
     ExpectFailure(Mivora({"grab", "--frames", "5", "--buffers", "101"}), 1,
                   {"PrepareFrameBuffers failed with 4", "Requested 101 buffers"});

@@ -190,7 +190,8 @@ TEST_F(SerialPorts, KeepTheirConfigurationForTheNextRun) {
 
 TEST_F(SerialPorts, AreNotThereWithoutACameraThatHasThem) {
     UseCamera();
-    ExpectFailure(Mivora({"serial", "0"}), 1, {"CMDOpen failed with 18", "PYXENSERIALPORT0"});
+    ExpectFailure(Mivora({"serial", "0"}), 1,
+                  {"CMDOpen failed with 18", "for PYXENSERIALPORT0 of camera 0 (Camera A, "});
     directory.Write("PxnC.xml", "<PxnC/>");
     ExpectFailure(Mivora({"serial", "0"}), 1, {"there is no camera"});
 }

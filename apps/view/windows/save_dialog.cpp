@@ -26,5 +26,6 @@ std::string AskForImageFile(HWND parent) {
         return {};
     }
     const std::string chosen = platform::WideToNarrow(path.data());
-    return IsImageFileName(chosen) ? chosen : chosen + kEndings[dialog.nFilterIndex - 1];
+    return ImageFileNameProblem(chosen).empty() ? chosen
+                                                : chosen + kEndings[dialog.nFilterIndex - 1];
 }

@@ -40,6 +40,34 @@ TEST_F(Interrupted, GrabEndsCleanlyWithItsReport) {
     EXPECT_TRUE(report["account"]["closed"]) << report;
 }
 
+TEST_F(Interrupted, GrabThatWasToBringMoreSaysHowFarItCame) {
+    UseCamera();
+    const std::string images = PathOf("images");
+    const auto result = InterruptWhen(
+        {"--sdk", "simulator", "grab", "--frames", "1000000", "-o", images, "--format", "raw",
+         "--json"},
+        [&] { return platform::PathExists(platform::JoinPath(images, "frame-000003.raw")); });
+    const Json report = Json::parse(result.output);
+    EXPECT_TRUE(report["interrupted"]);
+    EXPECT_TRUE(report["account"]["closed"]) << report;
+    ExpectFailure(result, 1,
+                  {"mivora: interrupted after " + report["frames"].dump() + " of 1000000 frames"});
+}
+
+TEST_F(Interrupted, SnapSaysThatNoFrameCame) {
+    UseCamera("", Faults("frame-random 1 100 drop"));
+    const std::string log = PathOf("log");
+    const auto result = InterruptWhen(
+        {"--sdk", "simulator", "--log", log, "snap", "--timeout", "600000", "-o", PathOf("a.raw")},
+        [&] {
+            std::string text;
+            return platform::ReadWholeFile(log, text) &&
+                   Contains(text, "CMivoraKVNPyxenClass::Snap: ");
+        });
+    ExpectFailure(result, 1, {"mivora: interrupted before a frame came from camera 0 (Camera A"});
+    EXPECT_FALSE(platform::PathExists(PathOf("a.raw")));
+}
+
 TEST_F(Interrupted, WaitingForACameraEnds) {
     UseCamera("", Faults("unplug-at 5 A"));
     const std::string log = PathOf("log");
