@@ -118,6 +118,19 @@ TEST_F(ColumnTreeDrawing, LeavesTheTreesButtonsAndLinesAlone) {
     EXPECT_EQ(drawn.At(text.left - 1, text.top), Color(COLOR_WINDOW));
 }
 
+TEST_F(ColumnTreeDrawing, TakesTheBackgroundFromTheLeftOfTheName) {
+    const COLORREF tint = RGB(250, 240, 200);
+    Tree().SendMessage(TVM_SETBKCOLOR, 0, static_cast<LPARAM>(tint));
+    Tree().Invalidate();
+    const WindowPixels pixels(Tree());
+    const CRect name = RowRect(width, true);
+    ASSERT_EQ(pixels.At(name.left - 1, name.top), tint);
+    for (const int column : {0, 1}) {
+        EXPECT_EQ(pixels.Count(Cell(width, column), Color(COLOR_WINDOW)), 0) << column;
+        EXPECT_GT(pixels.Count(Cell(width, column), tint), 0) << column;
+    }
+}
+
 TEST_F(ColumnTreeDrawing, ShowsANewTextAtOnce) {
     Pump();
     const int before = Count(width, 1, COLOR_WINDOWTEXT);
@@ -140,6 +153,17 @@ TEST_F(ColumnTreeDrawing, FollowsTheHeader) {
                   CRect(widths[0], Cell(width, 1).top, widths[0] + 60, Cell(width, 1).bottom),
                   Color(COLOR_WINDOWTEXT)),
               0);
+}
+
+TEST_F(ColumnTreeDrawing, FollowsAHeaderThatLeavesItsOwnSizeAlone) {
+    Count(width, 1, COLOR_WINDOWTEXT); // drawn where it stood
+    HDITEM item = {};
+    item.mask = HDI_WIDTH;
+    item.cxy = ColumnWidth(0) - 60;
+    Header_SetItem(Header(), 0, &item);
+    CRect text = Cell(width, 1);
+    text.right = text.left + TextWidth(L"640") + 6;
+    EXPECT_GT(WindowPixels(Tree()).Count(text, Color(COLOR_WINDOWTEXT)), 0);
 }
 
 } // namespace

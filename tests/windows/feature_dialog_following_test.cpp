@@ -32,6 +32,20 @@ TEST_F(FeatureDialogFollowing, GivesRowsBackBeforeItTakesNewOnes) {
     EXPECT_LE(lastGone.base(), firstCome);
 }
 
+TEST_F(FeatureDialogFollowing, RegistersWhatIsInSightFirstWhenItOpens) {
+    auto& feature = Camera().Put(scripted::IntFeature("Plain", 1, 0, 2));
+    feature.category = "/";
+    // So few rows that no scroll bar appears, which would have them looked at as well.
+    Camera().localDevice.features.clear();
+    Camera().streams[0].features.clear();
+    Open(WithRules());
+    const Texts lines = DialogLog();
+    ASSERT_GE(lines.size(), 2u);
+    EXPECT_EQ(lines[0], "1 RegisterDlgInvalidationFeatures: Registering Plain");
+    EXPECT_EQ(lines[1], "1 RegisterSyncInvalidationFeatures: Registering Width");
+    EXPECT_EQ(lines.back(), "1 OnInvalidateFeature: Updating Plain");
+}
+
 TEST_F(FeatureDialogFollowing, ReadsEveryRowThatComesIntoSight) {
     Open();
     Camera().Find("DeviceUserID")->text = "changed unseen";

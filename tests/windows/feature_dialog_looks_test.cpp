@@ -133,6 +133,24 @@ TEST_F(FeatureDialogLooks, StaysTidyAtEverySize) {
     Keep("large-integer");
 }
 
+TEST_F(FeatureDialogLooks, GivesALongDescriptionTheRoomItNeeds) {
+    Open();
+    const auto heights = [&] {
+        CRect text, tree;
+        ::GetWindowRect(Control(7003), &text);
+        ::GetWindowRect(Control(4108), &tree);
+        return std::pair(text.Height(), tree.Height());
+    };
+    Select(L"Camera/ImageFormatControl/Width");
+    const auto before = heights();
+    Select(L"Camera/ImageFormatControl/PixelFormat");
+    const int growth = heights().first - before.first;
+    EXPECT_GT(growth, 0);
+    EXPECT_EQ(before.second - heights().second, growth);
+    Select(L"Camera/ImageFormatControl/Width");
+    EXPECT_EQ(heights(), before);
+}
+
 TEST_F(FeatureDialogLooks, ErasesOnlyWhatNothingCovers) {
     Open();
     const COLORREF mark = RGB(200, 10, 150);

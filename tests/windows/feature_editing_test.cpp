@@ -365,6 +365,17 @@ TEST_F(FeatureEditing, RunsACommand) {
     EXPECT_EQ(Writes(), (Texts{R"(PxnFeatureCommandRun(camera0, "AcquisitionStart"))"}));
 }
 
+TEST_F(FeatureEditing, IsWalkedThroughFromTheTreeByTheTabKey) {
+    SelectFeature(width);
+    ::SetFocus(Tree());
+    const HWND order[] = {EditorControl(7020), EditorControl(7022), EditorControl(7026),
+                          EditorControl(7030), Control(7001),       Tree()};
+    for (const HWND next : order) {
+        Press(VK_TAB);
+        EXPECT_EQ(::GetFocus(), next) << ::GetDlgCtrlID(next);
+    }
+}
+
 TEST_F(FeatureEditing, WritesNothingOnEnterElsewhere) {
     SelectFeature(width);
     Retype(7022, L"800");
