@@ -229,6 +229,15 @@ TEST_F(FrameBuffers, AskNothingOfTheSdkWhenAFailedSynchronousSnapLeftNothing) {
     }
 }
 
+TEST_F(FrameBuffers, AskNothingOfTheSdkAfterASynchronousSnap) {
+    Prepare(1);
+    sdk.Data().completeWaitsAtOnce = true;
+    ASSERT_EQ(Grabber().Snap(3), MV_OK);
+    Forget();
+    EXPECT_EQ(Grabber().PrepareFrameBuffers(0), MV_OK);
+    EXPECT_EQ(Calls(), Texts{});
+}
+
 /// Tells whether another thread could have had the mutex when the last line was written.
 class ExitSink final : public ILogSink {
 public:

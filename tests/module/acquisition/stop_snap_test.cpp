@@ -230,8 +230,10 @@ TEST_F(StopSnap, WorksInsideTheCallbackOfAContinuousSnap) {
     EXPECT_EQ(Grabber().GetAcquisitionState(), 0u);
     EXPECT_EQ(sdk.QueuedFrames(), std::vector<std::uint64_t>{});
     onHandOver = nullptr;
-    // What the SDK did not allow inside the callback does not hinder the next snap.
+    // What the SDK did not allow inside the callback does not hinder the next snap. The flush was
+    // allowed, so that nothing is left to take back.
     EXPECT_EQ(Grabber().Snap(1), MV_OK);
+    EXPECT_EQ(Calls(), (Texts{Announce(0), Announce(1), captureStart, Queue(0), Queue(1), start}));
     ASSERT_TRUE(sdk.Deliver(1));
     EXPECT_EQ(Grabber().StopSnap(), MV_OK);
     EXPECT_EQ(sdk.AnnouncedFrames(), std::vector<std::uint64_t>{});
