@@ -47,10 +47,8 @@ bool CPyxenAPIAccess::Load(const char* configPath, ILogSink* sink) {
     Unload();
     try {
         LoadSdkLibrary();
-        if (library.IsLoaded()) {
-            valid = true;
-            ResolveEntries();
-        }
+        // Never valid, not even for a moment, while an entry is missing: Unload calls one.
+        valid = library.IsLoaded() && ResolveEntries();
         if (!valid) {
             if (log) {
                 log->Write(kMvLogError, "CPyxenAPIAccess::CPyxenAPIAccess: PyxenAPI is invalid!");
@@ -132,13 +130,12 @@ bool CPyxenAPIAccess::LoadLibraryFrom(const std::string& directory, const std::s
     return library.Load(path, absolute);
 }
 
-void CPyxenAPIAccess::ResolveEntries() {
-    const auto resolve = [this](auto& entry, const char* name) {
+bool CPyxenAPIAccess::ResolveEntries() {
+    bool complete = true;
+    const auto resolve = [&](auto& entry, const char* name) {
         void* const address = library.FindSymbol(name);
         entry = reinterpret_cast<std::remove_reference_t<decltype(entry)>>(address);
-        if (!address) {
-            valid = false;
-        }
+        complete = complete && address;
         if (!log) {
             return;
         }
@@ -151,6 +148,7 @@ void CPyxenAPIAccess::ResolveEntries() {
 #define PYXEN_RESOLVE_ENTRY(name) resolve(name, #name);
     PYXEN_FOR_EACH_ENTRY(PYXEN_RESOLVE_ENTRY)
 #undef PYXEN_RESOLVE_ENTRY
+    return complete;
 }
 
 void CPyxenAPIAccess::StartSdk(const char* configPath) {

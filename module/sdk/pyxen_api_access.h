@@ -132,8 +132,11 @@ public:
 private:
     void LoadSdkLibrary();
     bool LoadLibraryFrom(const std::string& directory, const std::string& file);
-    void ResolveEntries();
+    /// False when an entry is missing; the others are resolved all the same.
+    bool ResolveEntries();
     void StartSdk(const char* configPath);
+    /// Reads a string feature of which the SDK has told the size.
+    PxnError ReadString(PxnHandle handle, const char* name, std::uint32_t size, std::string& out);
 
     ILogSink* log = nullptr;
     std::string dllName;

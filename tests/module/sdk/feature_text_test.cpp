@@ -50,6 +50,13 @@ TEST_F(FeatureText, AnswersTheSecondFailure) {
     EXPECT_EQ(sink.Lines(), Texts{});
 }
 
+TEST_F(FeatureText, OnlyTheFirstCallTellsThatTheFeatureIsAnEnumeration) {
+    sdk.Fail("PxnFeatureStringGet", PxnErrWrongType, 2);
+    EXPECT_EQ(Get("DeviceUserID"), PxnErrWrongType);
+    EXPECT_EQ(text, "before");
+    EXPECT_EQ(sdk.TakeCalls({"PxnFeatureEnumGet"}), Texts{});
+}
+
 TEST_F(FeatureText, AnswersTheEnumerationsFailure) {
     sdk.Fail("PxnFeatureEnumGet", PxnErrInvalidAccess);
     EXPECT_EQ(Get("PixelFormat"), PxnErrInvalidAccess);

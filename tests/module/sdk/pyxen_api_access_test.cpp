@@ -11,6 +11,7 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -335,6 +336,38 @@ TEST_F(ApiAccess, AFileWithoutVersionHasNoParts) {
     for (unsigned part = 0; part < 5; ++part) {
         EXPECT_EQ(api.GetFileVersionPart(part), 65535);
     }
+}
+
+// Runs out of memory at one of its lines.
+class FailingSink final : public ILogSink {
+public:
+    explicit FailingSink(std::size_t linesBefore) : left(linesBefore) {}
+    void Write(int, const char*, ...) override {
+        if (left == 0) {
+            throw std::bad_alloc();
+        }
+        --left;
+    }
+    void WriteError(const char*) override {}
+
+private:
+    std::size_t left;
+};
+
+TEST_F(ApiAccess, ASinkThatFailsAtWhateverLineEndsTheLoad) {
+    const EnvironmentGuard variable("PYXEN_HOME", home);
+    const std::size_t lines = 1 + kEntryNames.size() + 1;
+    for (std::size_t before = 0; before < lines; ++before) {
+        FailingSink failing(before);
+        CPyxenAPIAccess loaded;
+        EXPECT_FALSE(loaded.Load(nullptr, &failing)) << before;
+        EXPECT_FALSE(loaded.IsValid()) << before;
+        EXPECT_EQ(loaded.GetLibraryHandle(), nullptr) << before;
+        EXPECT_EQ(sdk.TakeCalls({"PxnStartup"}), Texts{}) << before;
+    }
+    FailingSink enough(lines);
+    CPyxenAPIAccess loaded;
+    EXPECT_TRUE(loaded.Load(nullptr, &enough));
 }
 
 TEST_F(ApiAccess, EveryRoadWorksWithoutSink) {
