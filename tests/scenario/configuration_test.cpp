@@ -66,5 +66,19 @@ TEST_F(ConfigurationFile, EditedByHandKeepsAllButTheSavedKeysThroughAHundredSave
     EXPECT_EQ(directory.Read("host.ini"), after);
 }
 
+TEST_F(ConfigurationFile, NamedWithoutItsDirectoryHasTheSdksFileBesideItAllTheSame) {
+    UseCamera();
+    directory.Write("host.ini", "[Grabber_0]\nUniqueId=Eth0|A\n");
+    platform::ProcessStart start =
+        support::ProgramStart("mivora", {"--config", "host.ini", "cameras", "--json"});
+    start.workingDirectory = directory.Path();
+    const auto result = support::RunProgram(start);
+    ExpectDone(result);
+    const Json list = Json::parse(result.output);
+    ASSERT_EQ(list.size(), 1u);
+    EXPECT_EQ(list[0]["name"], "Camera A");
+    EXPECT_TRUE(list[0]["active"]);
+}
+
 } // namespace
 } // namespace scenario

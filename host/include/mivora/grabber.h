@@ -241,7 +241,8 @@ public:
     /// The grabber's ini file, or null before SetGrabberIni.
     CIniFile* GetIni() const;
     int32_t GetSectionNumber() const;
-    /// Without trailing separator; empty before SetGrabberIni or for a bare file name.
+    /// Without trailing separator, but for a root; empty before SetGrabberIni or for a bare file
+    /// name.
     const char* GetConfigDirectory() const;
     void* GetModuleInstance() const;
     /// Appends a channel to the list and makes it active; the grabber owns it from now on.

@@ -85,10 +85,11 @@ TEST_F(Initialisation, ADirectoryOfThatNameIsNoConfigurationFile) {
     EXPECT_EQ(Calls().front(), "PxnStartup(null)");
 }
 
-TEST_F(Initialisation, WithoutConfigurationDirectoryTheFileIsLookedForInTheCurrentOne) {
+TEST_F(Initialisation, WithoutConfigurationDirectoryTheFileIsLookedForAtTheRoot) {
     WithoutIni();
     EXPECT_EQ(Grabber().Init(), MV_OK);
-    EXPECT_EQ(Log()[1], "1 " + tag + ": PxnC.xml not found. Using default Pyxen config file");
+    EXPECT_EQ(Log()[1], "1 " + tag + ": " + platform::kPathSeparator +
+                            "PxnC.xml not found. Using default Pyxen config file");
 }
 
 TEST_F(Initialisation, TheSecondTimeAnswersThatItIsDone) {
