@@ -5,6 +5,7 @@
 #include "guarded.h"
 #include "platform/text.h"
 
+#include <cstdint>
 #include <optional>
 
 namespace {
@@ -89,6 +90,20 @@ bool SaveChannels(CMivoraGrabber& grabber, CIniFile& ini, ConfigWriter& grabberS
     grabberSection.Signed("NumCmdChannels", index);
     grabberSection.Signed("ActCmdChannel", grabber.GetActCmdChannelIndex());
     return saved;
+}
+
+/// The number for a new camera section: the one behind the biggest, or the first that is free when
+/// there is none behind it.
+int32_t FreeCameraSection(CMivoraGrabber& grabber, const CIniFile& ini) {
+    const int32_t biggest = grabber.GetBiggestSectionNum(kCameraSectionPrefix);
+    if (biggest < INT32_MAX) {
+        return biggest + 1;
+    }
+    int32_t number = 0;
+    while (ini.HasSection(SectionName::Camera(number).Text())) {
+        ++number;
+    }
+    return number;
 }
 
 void SaveCamera(const CMivoraCamera& camera, ConfigWriter& section) {
@@ -240,7 +255,7 @@ MV_ERRCODE CMivoraGrabber::SaveCameraModeConfig() {
             number = impl->FindCameraSection(*camera);
         }
         if (number < 0) {
-            number = GetBiggestSectionNum(kCameraSectionPrefix) + 1;
+            number = FreeCameraSection(*this, *ini);
         }
         IniBatch batch(*ini);
         ConfigWriter section(*ini, SectionName::Camera(number));

@@ -312,6 +312,14 @@ TEST_F(Configuration, OfACameraGetsTheNextSection) {
     EXPECT_EQ(OnDisk(), before);
 }
 
+TEST_F(Configuration, OfACameraGetsTheFirstFreeSectionWhenTheBiggestNumberIsTaken) {
+    Start("[Camera_0]\n[Camera_2147483647]\n");
+    grabber->MakeCameras({0xABCD});
+    grabber->StoreActCameraIndex(0);
+    EXPECT_EQ(grabber->SaveCameraModeConfig(), MV_OK);
+    EXPECT_EQ(grabber->GetActCamera()->GetCameraSectionNum(), 1);
+}
+
 TEST_F(Configuration, OfACameraIsFoundByItsUniqueId) {
     Start("[Camera_0]\nCameraUniqueID=0x00000016\nQZRCameraID=4000000000\nActMode=-1\n"
           "[Camera_1]\nCameraUniqueID=33\nQZRCameraID=9\n[Camera_2]\nQZRCameraID=1\n");
