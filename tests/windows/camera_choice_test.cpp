@@ -209,6 +209,10 @@ TEST_F(CameraChoice, LeavesNoCameraActiveWhenTheChosenOneIsGone) {
               MV_OK);
     EXPECT_EQ(exitCode, MV_DLG_OK);
     EXPECT_EQ(grabber->GetActCameraIndex(), -1);
+    // It stays the chosen one, and is active as soon as it is there again.
+    ASSERT_EQ(grabber->DeInit(), MV_OK);
+    Init();
+    EXPECT_EQ(ActiveName(), "Middle camera");
 }
 
 TEST_F(CameraChoice, NeedsInit) {

@@ -100,6 +100,12 @@ TEST_F(CameraList, OfEqualKeysTheLaterCameraBecomesActive) {
     EXPECT_EQ(Grabber().GetActCameraIndex(), 2);
 }
 
+TEST_F(CameraList, WithoutRememberedCameraTheOneWithoutIdentifierBecomesActive) {
+    MakeCameras({"one", "", "three"});
+    ASSERT_EQ(Grabber().Init(), MV_OK);
+    EXPECT_EQ(Grabber().GetActCameraIndex(), 1);
+}
+
 TEST_F(CameraList, RefreshIsRefusedBeforeInit) {
     EXPECT_EQ(Grabber().RefreshCameraList(), MV_NOT_INITIALISED);
     EXPECT_EQ(Calls(), Texts{});

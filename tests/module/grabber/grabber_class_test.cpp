@@ -198,6 +198,17 @@ TEST_F(GrabberClass, DestructionDeletesTheChannels) {
     EXPECT_EQ(destructions, 1u);
 }
 
+TEST_F(GrabberClass, DestructionLeavesTheSdkBeforeItDeletesTheChannels) {
+    Init();
+    unsigned destructions = 0;
+    unsigned destroyedAtShutdown = 77;
+    ASSERT_EQ(Grabber().AddCmdChannel(new ForeignChannel(0x80000000, destructions)), MV_OK);
+    sdk.OnCall("PxnShutdown", [&] { destroyedAtShutdown = destructions; });
+    Destroy();
+    EXPECT_EQ(destroyedAtShutdown, 0u);
+    EXPECT_EQ(destructions, 1u);
+}
+
 TEST_F(GrabberClass, MakesCamerasOfTheModule) {
     const std::unique_ptr<CMivoraCamera> camera(Grabber().CreateCamera());
     EXPECT_NE(dynamic_cast<CMivoraCameraKVNPyxen*>(camera.get()), nullptr);
