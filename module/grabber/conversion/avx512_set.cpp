@@ -79,10 +79,13 @@ constexpr Places MakePlaces(PlaceOf placeOf) {
 
 template <typename Layout>
 struct PackedBlock : Layout {
-    static constexpr int kPixels = 64;
+    static constexpr int kStepPixels = 64;
+    static constexpr int kStepBytes = kStepPixels * Layout::kPixelBits / 8;
+    // One step is so little that the loop around it would cost as much.
+    static constexpr int kPixels = 4 * kStepPixels;
     static constexpr int kAlignment = 64;
-    // The second load ends with the block's last byte.
-    static constexpr int kSecond = kPixels * Layout::kPixelBits / 8 - 64;
+    // The second load ends with the step's last byte.
+    static constexpr int kSecond = kStepBytes - 64;
 
     template <int kFirst, int kStart>
     static constexpr Places kPlaces = MakePlaces([](int index) {
@@ -91,6 +94,14 @@ struct PackedBlock : Layout {
     });
 
     static void Convert(const std::uint8_t* source, std::uint8_t* destination) {
+        ConvertStep(source, destination);
+        ConvertStep(source + kStepBytes, destination + 2 * kStepPixels);
+        ConvertStep(source + 2 * kStepBytes, destination + 4 * kStepPixels);
+        ConvertStep(source + 3 * kStepBytes, destination + 6 * kStepPixels);
+    }
+
+private:
+    static void ConvertStep(const std::uint8_t* source, std::uint8_t* destination) {
         const __m512i first = _mm512_permutexvar_epi8(kPlaces<0, 0>.Get(), Avx512::Load(source));
         const __m512i second =
             _mm512_permutexvar_epi8(kPlaces<32, kSecond>.Get(), Avx512::Load(source + kSecond));
@@ -164,10 +175,9 @@ struct Yuv422Block : YuvBlock {
     static constexpr int kGroupBytes = 4;
 
     static void Convert(const std::uint8_t* source, std::uint8_t* destination) {
-        ConvertStep(source, destination);
-        ConvertStep(source + 128, destination + 192);
-        ConvertStep(source + 256, destination + 384);
-        ConvertStep(source + 384, destination + 576);
+        for (int step = 0; step < 4; ++step) {
+            ConvertStep(source + 128 * step, destination + 192 * step);
+        }
     }
 
 private:

@@ -47,33 +47,16 @@ void ConvertBlocks(const void* source, void* destination, std::uint64_t pixelCou
         plain(source, destination, pixelCount);
         return;
     }
-    std::uint64_t at = PixelsToAlignment<Block>(to);
-    if (at > 0) {
-        Block::Convert(from, to);
-    }
-    constexpr int kSourceStep = Block::kPixels / Block::kGroupPixels * Block::kGroupBytes;
-    constexpr int kDestinationStep = Block::kPixels * Block::kPixelBytes;
-    const std::uint8_t* input = sourceAt(at);
-    std::uint8_t* output = destinationAt(at);
-    // These blocks are so small that the loop around them would cost as much.
-    if constexpr (Block::kPixelBytes == 2) {
-        for (; at + 4 * Block::kPixels <= whole; at += 4 * Block::kPixels) {
-            Block::Convert(input, output);
-            Block::Convert(input + kSourceStep, output + kDestinationStep);
-            Block::Convert(input + 2 * kSourceStep, output + 2 * kDestinationStep);
-            Block::Convert(input + 3 * kSourceStep, output + 3 * kDestinationStep);
-            input += 4 * kSourceStep;
-            output += 4 * kDestinationStep;
-        }
-    }
-    for (; at + Block::kPixels <= whole; at += Block::kPixels) {
-        Block::Convert(input, output);
-        input += kSourceStep;
-        output += kDestinationStep;
-    }
-    if (at < whole) {
-        at = whole - Block::kPixels;
+    const std::uint64_t last = whole - Block::kPixels;
+    const std::uint64_t aligned = PixelsToAlignment<Block>(to);
+    std::uint64_t next = aligned > 0 ? aligned : Block::kPixels;
+    // One call of Convert for all blocks: it is large, and compilers put it in place only once.
+    for (std::uint64_t at = 0;; next += Block::kPixels) {
         Block::Convert(sourceAt(at), destinationAt(at));
+        if (at == last) {
+            break;
+        }
+        at = next < last ? next : last;
     }
     if (whole < pixelCount) {
         plain(sourceAt(whole), destinationAt(whole), pixelCount - whole);
