@@ -172,13 +172,14 @@ TEST_F(ViewControl, DoesNotGoOnAfterAChangeWhenItWasStoppedMeanwhile) {
     EXPECT_EQ(control->State().stage, ViewStage::kOpen) << "nothing was to be paused";
 }
 
-TEST_F(ViewControl, TakesChangesOfTheBuffersAsTheyCome) {
+TEST_F(ViewControl, TakesOneChangeOfTheBuffersAfterAnother) {
     Run(ViewStage::kLive);
     for (int width = 16; width <= 64; width += 4) {
         Signal(kMvEventBufferImpactBegins);
         ASSERT_FALSE(IsAcquiring());
         Sdk("set A Width " + std::to_string(width));
         Signal(kMvEventBufferImpactEnded);
+        WaitFor(ViewStage::kLive);
     }
     WaitUntil([this] {
         const auto shown = pipe->Newest();
