@@ -315,11 +315,14 @@ void CameraControl::Snap() {
 std::uint32_t CameraControl::OnCameraControl(std::uint32_t code, void* self) {
     CameraControl& control = *static_cast<CameraControl*>(self);
     if (code == kMvEventBufferImpactBegins) {
+        control.isChanging = true;
         control.PauseForChange();
     } else if (code == kMvEventBufferImpactEnded) {
+        control.isChanging = false;
         control.Order([&control] {
-            // Meanwhile somebody may have stopped, or ordered a single image.
-            if (control.isPaused.exchange(false) && control.wantsLive &&
+            // Meanwhile the next change may have begun, whose end comes here too, or somebody may
+            // have stopped or ordered a single image.
+            if (!control.isChanging && control.isPaused.exchange(false) && control.wantsLive &&
                 control.State().stage == ViewStage::kOpen) {
                 control.StartGrabbing(kContinuous);
             }

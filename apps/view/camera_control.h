@@ -138,7 +138,8 @@ private:
     bool wantsLive = true;
     std::atomic<bool> hasDialog{false}; // the camera control dialog was shown once
     std::atomic<bool> isGrabbing{false};
-    std::atomic<bool> isPaused{false}; // until a change of the buffers' layout is over
+    std::atomic<bool> isPaused{false};   // until a change of the buffers' layout is over
+    std::atomic<bool> isChanging{false}; // such a change is under way
     std::atomic<bool> isChangeOrdered{false};
     std::atomic<bool> hasEnded{false};
 
