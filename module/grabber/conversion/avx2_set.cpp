@@ -96,10 +96,10 @@ void Run(const void* source, void* destination, std::uint64_t pixelCount) {
 
 const ConverterSet kAvx2Converters = {
     "AVX2",
-    Run<LanePackedBlock<Avx2, Layout10p>, PlainUnpack10p>,
-    Run<LanePackedBlock<Avx2, Layout12p>, PlainUnpack12p>,
-    Run<LanePackedBlock<Avx2, Layout10Packed>, PlainUnpack10Packed>,
-    Run<LanePackedBlock<Avx2, Layout12Packed>, PlainUnpack12Packed>,
+    Run<FourSteps<LanePackedStep<Avx2, Layout10p>>, PlainUnpack10p>,
+    Run<FourSteps<LanePackedStep<Avx2, Layout12p>>, PlainUnpack12p>,
+    Run<FourSteps<LanePackedStep<Avx2, Layout10Packed>>, PlainUnpack10Packed>,
+    Run<FourSteps<LanePackedStep<Avx2, Layout12Packed>>, PlainUnpack12Packed>,
     Run<Yuv422Block<Avx2>, PlainConvertYUV422>,
     Run<Yuv444Block<Avx2>, PlainConvertYUV444>,
     Run<Yuv411Block<Avx2>, PlainConvertYUV411>,

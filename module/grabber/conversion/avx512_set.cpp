@@ -78,11 +78,9 @@ constexpr Places MakePlaces(PlaceOf placeOf) {
 }
 
 template <typename Layout>
-struct PackedBlock : Layout {
+struct PackedStep : Layout {
     static constexpr int kStepPixels = 64;
     static constexpr int kStepBytes = kStepPixels * Layout::kPixelBits / 8;
-    // One step is so little that the loop around it would cost as much.
-    static constexpr int kPixels = 4 * kStepPixels;
     static constexpr int kAlignment = 64;
     // The second load ends with the step's last byte.
     static constexpr int kSecond = kStepBytes - 64;
@@ -93,14 +91,6 @@ struct PackedBlock : Layout {
         return (index % 2 == 0 ? Layout::LowByte(pixel) : Layout::HighByte(pixel)) - kStart;
     });
 
-    static void Convert(const std::uint8_t* source, std::uint8_t* destination) {
-        ConvertStep(source, destination);
-        ConvertStep(source + kStepBytes, destination + 2 * kStepPixels);
-        ConvertStep(source + 2 * kStepBytes, destination + 4 * kStepPixels);
-        ConvertStep(source + 3 * kStepBytes, destination + 6 * kStepPixels);
-    }
-
-private:
     static void ConvertStep(const std::uint8_t* source, std::uint8_t* destination) {
         const __m512i first = _mm512_permutexvar_epi8(kPlaces<0, 0>.Get(), Avx512::Load(source));
         const __m512i second =
@@ -239,10 +229,10 @@ void Run(const void* source, void* destination, std::uint64_t pixelCount) {
 
 const ConverterSet kAvx512Converters = {
     "AVX-512",
-    Run<PackedBlock<Layout10p>, PlainUnpack10p>,
-    Run<PackedBlock<Layout12p>, PlainUnpack12p>,
-    Run<PackedBlock<Layout10Packed>, PlainUnpack10Packed>,
-    Run<PackedBlock<Layout12Packed>, PlainUnpack12Packed>,
+    Run<FourSteps<PackedStep<Layout10p>>, PlainUnpack10p>,
+    Run<FourSteps<PackedStep<Layout12p>>, PlainUnpack12p>,
+    Run<FourSteps<PackedStep<Layout10Packed>>, PlainUnpack10Packed>,
+    Run<FourSteps<PackedStep<Layout12Packed>>, PlainUnpack12Packed>,
     Run<Yuv422Block, PlainConvertYUV422>,
     Run<Yuv444Block, PlainConvertYUV444>,
     Run<Yuv411Block, PlainConvertYUV411>,

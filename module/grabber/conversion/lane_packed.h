@@ -5,23 +5,13 @@
 
 namespace {
 
-/// Steps of 16 pixels: 8 from the step's first 16 bytes and 8 from its last 16.
+/// 16 pixels: 8 from the step's first 16 bytes and 8 from its last 16.
 template <typename Set, typename Layout>
-struct LanePackedBlock : Layout {
+struct LanePackedStep : Layout {
     static constexpr int kStepPixels = 16;
     static constexpr int kStepBytes = kStepPixels * Layout::kPixelBits / 8;
-    // One step is so little that the loop around it would cost as much.
-    static constexpr int kPixels = 4 * kStepPixels;
     static constexpr int kAlignment = Set::kAlignment;
 
-    static void Convert(const std::uint8_t* source, std::uint8_t* destination) {
-        ConvertStep(source, destination);
-        ConvertStep(source + kStepBytes, destination + 2 * kStepPixels);
-        ConvertStep(source + 2 * kStepBytes, destination + 4 * kStepPixels);
-        ConvertStep(source + 3 * kStepBytes, destination + 6 * kStepPixels);
-    }
-
-private:
     static void ConvertStep(const std::uint8_t* source, std::uint8_t* destination) {
         constexpr int kSecond = kStepBytes - 16;
         if constexpr (Set::kLanes == 2) {

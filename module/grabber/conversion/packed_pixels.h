@@ -16,6 +16,20 @@ struct PackedGroups {
     static constexpr int kGroupBytes = kBits == 10 ? 5 : 3;
 };
 
+/// A block of four steps: one is so little that the loop around it would cost as much.
+template <typename Step>
+struct FourSteps : Step {
+    static constexpr int kPixels = 4 * Step::kStepPixels;
+
+    static void Convert(const std::uint8_t* source, std::uint8_t* destination) {
+        constexpr int kResult = Step::kStepPixels * Step::kPixelBytes;
+        Step::ConvertStep(source, destination);
+        Step::ConvertStep(source + Step::kStepBytes, destination + kResult);
+        Step::ConvertStep(source + 2 * Step::kStepBytes, destination + 2 * kResult);
+        Step::ConvertStep(source + 3 * Step::kStepBytes, destination + 3 * kResult);
+    }
+};
+
 struct Layout10p : PackedGroups<10> {
     static constexpr int LowByte(int pixel) { return pixel * 10 / 8; }
     static constexpr int HighByte(int pixel) { return LowByte(pixel) + 1; }

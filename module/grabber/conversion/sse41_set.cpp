@@ -87,10 +87,10 @@ void Run(const void* source, void* destination, std::uint64_t pixelCount) {
 
 const ConverterSet kSse41Converters = {
     "SSE4.1",
-    Run<LanePackedBlock<Sse41, Layout10p>, PlainUnpack10p>,
-    Run<LanePackedBlock<Sse41, Layout12p>, PlainUnpack12p>,
-    Run<LanePackedBlock<Sse41, Layout10Packed>, PlainUnpack10Packed>,
-    Run<LanePackedBlock<Sse41, Layout12Packed>, PlainUnpack12Packed>,
+    Run<FourSteps<LanePackedStep<Sse41, Layout10p>>, PlainUnpack10p>,
+    Run<FourSteps<LanePackedStep<Sse41, Layout12p>>, PlainUnpack12p>,
+    Run<FourSteps<LanePackedStep<Sse41, Layout10Packed>>, PlainUnpack10Packed>,
+    Run<FourSteps<LanePackedStep<Sse41, Layout12Packed>>, PlainUnpack12Packed>,
     Run<Yuv422Block<Sse41>, PlainConvertYUV422>,
     Run<Yuv444Block<Sse41>, PlainConvertYUV444>,
     Run<Yuv411Block<Sse41>, PlainConvertYUV411>,
