@@ -34,6 +34,19 @@ PxnError OnEngine(const char* entry, PxnHandle handle, OnVanished whenVanished,
     });
 }
 
+PxnError ChangeCapture(const char* entry, PxnHandle handle, OnVanished whenVanished,
+                       PxnError (AcquisitionEngine::*change)()) {
+    const PxnError answer =
+        OnEngine(entry, handle, whenVanished,
+                 [change](AcquisitionEngine& engine, const HandleTarget& target) {
+                     const PxnError result = (engine.*change)();
+                     target.camera->OnStreamingChanged();
+                     return result;
+                 });
+    TellFirst();
+    return answer;
+}
+
 } // namespace
 
 PxnError PXN_CALL PxnCameraOpen(const char* id, uint32_t accessMode, PxnHandle* camera) {
@@ -106,25 +119,11 @@ PxnError PXN_CALL PxnFrameRevokeAll(PxnHandle handle) {
 }
 
 PxnError PXN_CALL PxnCaptureStart(PxnHandle handle) {
-    const PxnError answer = OnEngine(__func__, handle, OnVanished::kAnswer,
-                                     [](AcquisitionEngine& engine, const HandleTarget& target) {
-                                         const PxnError result = engine.StartCapture();
-                                         target.camera->OnStreamingChanged();
-                                         return result;
-                                     });
-    TellFirst();
-    return answer;
+    return ChangeCapture(__func__, handle, OnVanished::kAnswer, &AcquisitionEngine::StartCapture);
 }
 
 PxnError PXN_CALL PxnCaptureEnd(PxnHandle handle) {
-    const PxnError answer = OnEngine(__func__, handle, OnVanished::kRun,
-                                     [](AcquisitionEngine& engine, const HandleTarget& target) {
-                                         const PxnError result = engine.EndCapture();
-                                         target.camera->OnStreamingChanged();
-                                         return result;
-                                     });
-    TellFirst();
-    return answer;
+    return ChangeCapture(__func__, handle, OnVanished::kRun, &AcquisitionEngine::EndCapture);
 }
 
 PxnError PXN_CALL PxnCaptureFrameQueue(PxnHandle handle, const PxnFrame* frame,
