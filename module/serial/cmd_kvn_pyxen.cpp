@@ -44,7 +44,7 @@ constexpr FieldKey kFieldKeys[] = {
     {SerialField::kStopBits, "STOPBITS", &SerialSettings::stopBitsIndex},
 };
 
-void Store(uint64_t* out, uint64_t value) {
+void StoreCount(uint64_t* out, uint64_t value) {
     if (out) {
         *out = value;
     }
@@ -215,7 +215,7 @@ MV_ERRCODE CCmdKVNPyxen::Open() {
 }
 
 MV_ERRCODE CCmdKVNPyxen::ReadByte(uint8_t* buffer, uint64_t* count) {
-    Store(count, 0);
+    StoreCount(count, 0);
     if (!grabber) {
         return MV_READ_FAILED;
     }
@@ -229,12 +229,12 @@ MV_ERRCODE CCmdKVNPyxen::ReadByte(uint8_t* buffer, uint64_t* count) {
     if (!Registers(*grabber, camera, *row).Receive(buffer, 1, done) || done != 1) {
         return MV_READ_FAILED;
     }
-    Store(count, done);
+    StoreCount(count, done);
     return MV_OK;
 }
 
 MV_ERRCODE CCmdKVNPyxen::ReadBuffer(uint8_t* buffer, uint64_t length, uint64_t* count) {
-    Store(count, 0);
+    StoreCount(count, 0);
     if (!grabber) {
         return MV_READ_FAILED;
     }
@@ -257,12 +257,12 @@ MV_ERRCODE CCmdKVNPyxen::ReadBuffer(uint8_t* buffer, uint64_t length, uint64_t* 
     if (!port.Receive(buffer, request, done)) {
         return MV_READ_FAILED;
     }
-    Store(count, done);
+    StoreCount(count, done);
     return MV_OK;
 }
 
 MV_ERRCODE CCmdKVNPyxen::WriteByte(const uint8_t* buffer, uint64_t* count) {
-    Store(count, 0);
+    StoreCount(count, 0);
     if (!grabber) {
         return MV_WRITE_FAILED;
     }
@@ -271,7 +271,7 @@ MV_ERRCODE CCmdKVNPyxen::WriteByte(const uint8_t* buffer, uint64_t* count) {
 }
 
 MV_ERRCODE CCmdKVNPyxen::WriteBuffer(const uint8_t* buffer, uint64_t length, uint64_t* count) {
-    Store(count, 0);
+    StoreCount(count, 0);
     if (!grabber) {
         return MV_WRITE_FAILED;
     }
@@ -293,7 +293,7 @@ MV_ERRCODE CCmdKVNPyxen::WriteBuffer(const uint8_t* buffer, uint64_t length, uin
 MV_ERRCODE CCmdKVNPyxen::Transmit(const uint8_t* buffer, uint64_t length, uint64_t* count) {
     const SerialPortRow* row = FindSerialPortById(openPortId);
     if (!row) {
-        Store(count, length); // a channel that is not open swallows what is written, on purpose
+        StoreCount(count, length); // a channel that is not open swallows what is written, on purpose
         return MV_OK;
     }
     Registers port(*grabber, grabber->CameraHandle(), *row);
@@ -304,7 +304,7 @@ MV_ERRCODE CCmdKVNPyxen::Transmit(const uint8_t* buffer, uint64_t length, uint64
             return MV_WRITE_FAILED;
         }
         written += piece;
-        Store(count, written);
+        StoreCount(count, written);
     }
     return MV_OK;
 }

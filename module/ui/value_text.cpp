@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr std::string_view kBlanks = " \t\n\v\f\r";
+constexpr std::string_view kWhiteSpace = " \t\n\v\f\r";
 constexpr std::string_view kNumberCharacters = "0123456789.-";
 
 // The reader does not say which way a number without exponent left the range: too large when there
@@ -35,7 +35,7 @@ std::string FormatFloat(double value) {
 }
 
 std::optional<std::int64_t> ParseInteger(std::string_view text) {
-    const std::size_t start = text.find_first_not_of(kBlanks);
+    const std::size_t start = text.find_first_not_of(kWhiteSpace);
     if (start == std::string_view::npos) {
         return std::nullopt;
     }

@@ -15,8 +15,6 @@ namespace genicam {
 
 namespace {
 
-constexpr uint32_t kLeastPacketSize = 576;
-constexpr uint32_t kGreatestPacketSize = 65535;
 constexpr uint32_t kGreatestPollMs = 3'600'000;
 
 bool ParseNumber(std::string_view text, uint32_t least, uint32_t greatest, uint32_t& number) {

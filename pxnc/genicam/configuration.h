@@ -9,6 +9,10 @@
 
 namespace genicam {
 
+/// Limits of a stream packet's size in bytes, headers included.
+inline constexpr uint32_t kLeastPacketSize = 576;
+inline constexpr uint32_t kGreatestPacketSize = 65535;
+
 /// The library's settings; a default-constructed one is what holds without a file.
 ///
 /// The file is XML. Of it only this is looked at, wherever it stands; everything else is somebody

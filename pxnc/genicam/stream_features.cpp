@@ -1,5 +1,6 @@
 #include "pxnc/genicam/stream_features.h"
 
+#include "pxnc/genicam/configuration.h"
 #include "pxnc/genicam/local_feature.h"
 #include "pxnc/genicam/result_codes.h"
 
@@ -13,8 +14,6 @@ constexpr char kInformation[] = "/StreamInformation";
 constexpr char kHandling[] = "/BufferHandlingControl";
 constexpr char kStatistics[] = "/Statistics";
 constexpr char kTransport[] = "/GVSPControl";
-constexpr int64_t kLeastPacketSize = 576;
-constexpr int64_t kGreatestPacketSize = 65535;
 
 void AddCount(LocalFeatures& add, const LocalDescription& description, const FrameStream& frames,
               int64_t FrameStream::Statistics::*member) {

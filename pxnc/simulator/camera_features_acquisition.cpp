@@ -7,7 +7,7 @@
 namespace pxsim {
 namespace {
 
-constexpr const char* kCategory = "/AcquisitionControl";
+constexpr const char* kAcquisitionControl = "/AcquisitionControl";
 constexpr double kPixelsPerSecond = 1.2e9; // read out from the sensor
 constexpr double kLineOverheadUs = 0.5;
 constexpr double kSlowestRate = 0.1;
@@ -35,43 +35,43 @@ void AddModes(Camera& camera) {
     camera.Enum("AcquisitionMode")
         .Entries({"SingleFrame", "MultiFrame", "Continuous"})
         .Value("Continuous")
-        .In(kCategory)
+        .In(kAcquisitionControl)
         .LockedWhileStreaming()
         .Affects({"AcquisitionFrameCount"})
         .Text("How many frames an acquisition has.");
     camera.Int("AcquisitionFrameCount")
         .Value(1)
         .Range(1, 65535)
-        .In(kCategory)
+        .In(kAcquisitionControl)
         .LockedWhileStreaming()
         .AvailableWhen([&camera] { return camera.EnumIs("AcquisitionMode", "MultiFrame"); })
         .Text("Frames of a multi-frame acquisition.");
     camera.Command("AcquisitionStart")
         .Runs([&camera] { return camera.StartAcquisition(); })
         .StartsOrStops()
-        .In(kCategory)
+        .In(kAcquisitionControl)
         .Text("Starts sending frames.");
     camera.Command("AcquisitionStop")
         .Runs([&camera] { return camera.StopAcquisition(); })
         .StartsOrStops()
-        .In(kCategory)
+        .In(kAcquisitionControl)
         .Text("Stops after the frame that is being sent.");
     camera.Command("AcquisitionAbort")
         .Runs([&camera] { return camera.StopAcquisition(); })
         .StartsOrStops()
-        .In(kCategory)
+        .In(kAcquisitionControl)
         .For(PxnVisibilityExpert)
         .Text("Stops at once.");
     camera.Int("AcquisitionBurstFrameCount")
         .Value(1)
         .Range(1, 255)
-        .In(kCategory)
+        .In(kAcquisitionControl)
         .For(PxnVisibilityExpert)
         .LockedWhileStreaming()
         .Text("Frames for each trigger of a burst.");
     camera.Enum("AcquisitionStatusSelector")
         .Entries({"AcquisitionTriggerWait", "AcquisitionActive", "FrameActive"})
-        .In(kCategory)
+        .In(kAcquisitionControl)
         .For(PxnVisibilityExpert)
         .Text("State that the status shows.");
     camera.Bool("AcquisitionStatus")
@@ -80,14 +80,14 @@ void AddModes(Camera& camera) {
             const bool waits = camera.EnumIs("AcquisitionStatusSelector", "AcquisitionTriggerWait");
             return waits ? !camera.IsAcquiring() : camera.IsAcquiring();
         })
-        .In(kCategory)
+        .In(kAcquisitionControl)
         .ReadOnly()
         .Volatile(500)
         .For(PxnVisibilityExpert)
         .Text("The camera is in that state.");
     camera.Bool("SimulatorFreeRunning")
         .Value(camera.Setup().freeRunning)
-        .In(kCategory)
+        .In(kAcquisitionControl)
         .Custom()
         .For(PxnVisibilityGuru)
         .OnChange([&camera] { camera.UpdatePlan(); })
@@ -98,7 +98,7 @@ void AddTiming(Camera& camera) {
     camera.Enum("ExposureMode")
         .Entries({"Off", "Timed", "TriggerWidth"})
         .Value("Timed")
-        .In(kCategory)
+        .In(kAcquisitionControl)
         .EntryAvailableWhen("TriggerWidth",
                             [&camera] { return camera.EnumIs("TriggerMode", "On"); })
         .Affects({"ExposureTime"})
@@ -106,28 +106,28 @@ void AddTiming(Camera& camera) {
     camera.Enum("ExposureAuto")
         .Entries({"Off", "Once", "Continuous"})
         .Value("Off")
-        .In(kCategory)
+        .In(kAcquisitionControl)
         .Affects({"ExposureTime"})
         .Text("Exposure found by the camera.");
     camera.Float("ExposureTime")
         .Value(kDefaultExposureUs)
         .Range(10.0, 10e6)
         .Unit("µs")
-        .In(kCategory)
+        .In(kAcquisitionControl)
         .WritableWhen([&camera] { return camera.EnumIs("ExposureAuto", "Off"); })
         .Affects({"AcquisitionFrameRate", "AcquisitionFixedIntervalTime"})
         .OnChange([&camera] { camera.LimitFrameRate(); })
         .Text("Time for which the sensor collects light.");
     camera.Bool("AcquisitionFrameRateEnable")
         .Value(true)
-        .In(kCategory)
+        .In(kAcquisitionControl)
         .Text("The frame rate below is kept; without it the camera still paces itself by it.");
     camera.Float("AcquisitionFrameRate")
         .Value(kDefaultRate)
         .Min([] { return kSlowestRate; })
         .Max([&camera] { return HighestRate(camera); })
         .Unit("Hz")
-        .In(kCategory)
+        .In(kAcquisitionControl)
         .Affects({"AcquisitionFixedIntervalTime"})
         .OnChange([&camera] { camera.UpdatePlan(); })
         .Text("Frames per second.");
@@ -142,7 +142,7 @@ void AddTiming(Camera& camera) {
                 return PxnErrSuccess;
             })
             .Unit("µs")
-            .In(kCategory)
+            .In(kAcquisitionControl)
             .Custom()
             .Text("Time from one frame to the next.");
     }
@@ -151,45 +151,45 @@ void AddTiming(Camera& camera) {
 void AddTrigger(Camera& camera) {
     camera.Enum("TriggerSelector")
         .Entries({"FrameStart", "AcquisitionStart", "ExposureActive"})
-        .In(kCategory)
+        .In(kAcquisitionControl)
         .Text("Trigger that the features below belong to.");
     camera.Enum("TriggerMode")
         .Entries({"Off", "On"})
         .SelectedBy("TriggerSelector")
-        .In(kCategory)
+        .In(kAcquisitionControl)
         .Affects({"ExposureMode", "TriggerSoftware"})
         .OnChange([&camera] { camera.UpdatePlan(); })
         .Text("The trigger is used.");
     camera.Enum("TriggerSource")
         .Entries({"Software", "Line0", "Line1", "Line2", "Line3", "Counter0End", "Timer0End"})
         .SelectedBy("TriggerSelector")
-        .In(kCategory)
+        .In(kAcquisitionControl)
         .Affects({"TriggerSoftware", "TriggerActivation"})
         .Text("Where the trigger comes from.");
     camera.Enum("TriggerActivation")
         .Entries({"RisingEdge", "FallingEdge", "AnyEdge", "LevelHigh", "LevelLow"})
         .SelectedBy("TriggerSelector")
-        .In(kCategory)
+        .In(kAcquisitionControl)
         .AvailableWhen([&camera] { return !camera.EnumIs("TriggerSource", "Software"); })
         .Text("What of the signal triggers.");
     camera.Float("TriggerDelay")
         .Range(0.0, 1e6)
         .SelectedBy("TriggerSelector")
         .Unit("µs")
-        .In(kCategory)
+        .In(kAcquisitionControl)
         .For(PxnVisibilityExpert)
         .Text("Time from the signal to the trigger.");
     camera.Int("TriggerDivider")
         .Value(1)
         .Range(1, 256)
         .SelectedBy("TriggerSelector")
-        .In(kCategory)
+        .In(kAcquisitionControl)
         .For(PxnVisibilityExpert)
         .Text("Signals that make one trigger.");
     camera.Command("TriggerSoftware")
         .Runs([&camera] { return camera.SoftwareTrigger(); })
         .SelectedBy("TriggerSelector")
-        .In(kCategory)
+        .In(kAcquisitionControl)
         .WritableWhen([&camera] {
             return camera.EnumIs("TriggerMode", "On") && camera.EnumIs("TriggerSource", "Software");
         })

@@ -34,35 +34,35 @@ void AddExtra(Camera& camera, std::uint32_t index) {
 } // namespace
 
 void AddActionControl(Camera& camera) {
-    constexpr const char* kCategory = "/ActionControl";
+    constexpr const char* kActionControl = "/ActionControl";
     camera.Enum("ActionUnconditionalMode")
         .Entries({"Off", "On"})
-        .In(kCategory)
+        .In(kActionControl)
         .For(PxnVisibilityGuru)
         .Text("Actions are taken from anybody.");
     camera.Int("ActionDeviceKey")
         .Range(0, kWord)
         .As("HexNumber")
-        .In(kCategory)
+        .In(kActionControl)
         .For(PxnVisibilityGuru)
         .WriteOnly()
         .Text("Key that an action must know.");
     camera.Int("ActionQueueSize")
         .Value(16)
-        .In(kCategory)
+        .In(kActionControl)
         .For(PxnVisibilityGuru)
         .ReadOnly()
         .Text("Actions that can wait.");
     camera.Int("ActionSelector")
         .Range(0, 1)
-        .In(kCategory)
+        .In(kActionControl)
         .For(PxnVisibilityGuru)
         .Text("Action that the features below belong to.");
     camera.Int("ActionGroupKey")
         .SelectedBy("ActionSelector")
         .Range(0, kWord)
         .As("HexNumber")
-        .In(kCategory)
+        .In(kActionControl)
         .For(PxnVisibilityGuru)
         .Text("Group that the action is for.");
     camera.Int("ActionGroupMask")
@@ -70,24 +70,24 @@ void AddActionControl(Camera& camera) {
         .Value(kWord)
         .Range(0, kWord)
         .As("HexNumber")
-        .In(kCategory)
+        .In(kActionControl)
         .For(PxnVisibilityGuru)
         .Text("Members of the group that the action is for.");
 }
 
 void AddSimulatorControl(Camera& camera) {
-    constexpr const char* kCategory = "/SimulatorControl";
+    constexpr const char* kSimulatorControl = "/SimulatorControl";
     camera.Int("SimulatorWideInteger")
         .Value(-1)
         .Range(std::numeric_limits<std::int64_t>::min(), std::numeric_limits<std::int64_t>::max())
-        .In(kCategory)
+        .In(kSimulatorControl)
         .Custom()
         .For(PxnVisibilityGuru)
         .Text("Takes any integer.");
     camera.Int("SimulatorSteppedInteger")
         .Value(-7)
         .Range(-10, 20, 3)
-        .In(kCategory)
+        .In(kSimulatorControl)
         .Custom()
         .For(PxnVisibilityGuru)
         .Text("Starts below zero and moves in steps of three.");
@@ -96,14 +96,14 @@ void AddSimulatorControl(Camera& camera) {
         .Range(-1e12, 1e12)
         .As("PureNumber")
         .Unit("m/s²")
-        .In(kCategory)
+        .In(kSimulatorControl)
         .Custom()
         .For(PxnVisibilityGuru)
         .Text("Takes large and small numbers.");
     camera.String("SimulatorText")
         .Value("Grüße aus dem Labor: 25 °C, ±3 µm")
         .MaxLength(255)
-        .In(kCategory)
+        .In(kSimulatorControl)
         .Custom()
         .For(PxnVisibilityGuru)
         .Text("A text with more than ASCII: äöü €.");
@@ -111,7 +111,7 @@ void AddSimulatorControl(Camera& camera) {
         .Entries({"Present", "Absent", "AlsoAbsent"})
         .EntryAvailableWhen("Absent", [] { return false; })
         .EntryAvailableWhen("AlsoAbsent", [] { return false; })
-        .In(kCategory)
+        .In(kSimulatorControl)
         .Custom()
         .For(PxnVisibilityGuru)
         .Text("Most of its entries are not available.");

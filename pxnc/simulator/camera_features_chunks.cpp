@@ -9,7 +9,7 @@
 namespace pxsim {
 namespace {
 
-constexpr const char* kCategory = "/ChunkDataControl";
+constexpr const char* kChunkDataControl = "/ChunkDataControl";
 
 std::uint64_t ChunkBits(const Camera& camera, const PxnFrame& frame, Chunk chunk) {
     switch (chunk) {
@@ -44,20 +44,20 @@ void AddChunkDataControl(Camera& camera) {
         return camera.BoolValue("ChunkModeActive");
     };
     camera.Bool("ChunkModeActive")
-        .In(kCategory)
+        .In(kChunkDataControl)
         .For(PxnVisibilityExpert)
         .LockedWhileStreaming()
         .Affects({"ChunkEnable", "PayloadSize", "ImageSize"})
         .Text("Data about the frame follows the image.");
     camera.Enum("ChunkSelector")
         .Entries({std::begin(kChunkNames), std::end(kChunkNames)})
-        .In(kCategory)
+        .In(kChunkDataControl)
         .For(PxnVisibilityExpert)
         .Text("Part that can be switched on.");
     camera.Bool("ChunkEnable")
         .SelectedBy("ChunkSelector")
         .Value(true)
-        .In(kCategory)
+        .In(kChunkDataControl)
         .For(PxnVisibilityExpert)
         .LockedWhileStreaming()
         .WritableWhen(active)

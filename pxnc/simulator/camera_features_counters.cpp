@@ -4,45 +4,45 @@
 namespace pxsim {
 namespace {
 
-constexpr const char* kCategory = "/CounterAndTimerControl";
+constexpr const char* kCounterAndTimerControl = "/CounterAndTimerControl";
 constexpr std::int64_t kLargestCount = 0xFFFFFFFF;
 
 // A counter that counts frames shows those since its reset; any other event never comes.
 void AddCounters(Camera& camera) {
     camera.Enum("CounterSelector")
         .Entries({"Counter0", "Counter1"})
-        .In(kCategory)
+        .In(kCounterAndTimerControl)
         .For(PxnVisibilityExpert)
         .Text("Counter that the features below belong to.");
     camera.Enum("CounterEventSource")
         .Entries({"Off", "FrameEnd", "FrameTrigger", "Line0", "Line1"})
         .SelectedBy("CounterSelector")
-        .In(kCategory)
+        .In(kCounterAndTimerControl)
         .For(PxnVisibilityExpert)
         .Affects({"CounterValue", "CounterStatus"})
         .Text("What is counted.");
     camera.Enum("CounterEventActivation")
         .Entries({"RisingEdge", "FallingEdge", "AnyEdge"})
         .SelectedBy("CounterSelector")
-        .In(kCategory)
+        .In(kCounterAndTimerControl)
         .For(PxnVisibilityExpert)
         .Text("What of a signal counts.");
     camera.Enum("CounterResetSource")
         .Entries({"Off", "CounterTrigger", "AcquisitionStart", "Line0", "Line1"})
         .SelectedBy("CounterSelector")
-        .In(kCategory)
+        .In(kCounterAndTimerControl)
         .For(PxnVisibilityExpert)
         .Text("What sets the counter back.");
     IntFeature& base = camera.Int("CounterFrameBase")
                            .SelectedBy("CounterSelector")
-                           .In(kCategory)
+                           .In(kCounterAndTimerControl)
                            .For(PxnVisibilityInvisible)
                            .ReadOnly()
                            .Custom()
                            .Text("Frames that were sent before the counter was set back.");
     IntFeature& atReset = camera.Int("CounterValueAtReset")
                               .SelectedBy("CounterSelector")
-                              .In(kCategory)
+                              .In(kCounterAndTimerControl)
                               .For(PxnVisibilityExpert)
                               .ReadOnly()
                               .Text("Value when the counter was set back last.");
@@ -54,7 +54,7 @@ void AddCounters(Camera& camera) {
                                            : std::int64_t{0};
                             })
                             .Range(0, kLargestCount)
-                            .In(kCategory)
+                            .In(kCounterAndTimerControl)
                             .ReadOnly()
                             .Volatile(500)
                             .For(PxnVisibilityExpert)
@@ -66,7 +66,7 @@ void AddCounters(Camera& camera) {
             base.Put(camera.SentFrames());
             return PxnErrSuccess;
         })
-        .In(kCategory)
+        .In(kCounterAndTimerControl)
         .For(PxnVisibilityExpert)
         .Affects({"CounterValue"})
         .Text("Sets the counter to 0.");
@@ -74,7 +74,7 @@ void AddCounters(Camera& camera) {
         .SelectedBy("CounterSelector")
         .Value(1)
         .Range(1, kLargestCount)
-        .In(kCategory)
+        .In(kCounterAndTimerControl)
         .For(PxnVisibilityExpert)
         .Text("Events after which the counter ends.");
     camera.Enum("CounterStatus")
@@ -83,7 +83,7 @@ void AddCounters(Camera& camera) {
         .Computed([&camera] {
             return camera.EnumIs("CounterEventSource", "Off") ? "CounterIdle" : "CounterActive";
         })
-        .In(kCategory)
+        .In(kCounterAndTimerControl)
         .ReadOnly()
         .For(PxnVisibilityExpert)
         .Text("State of the counter.");
@@ -92,7 +92,7 @@ void AddCounters(Camera& camera) {
 void AddTimers(Camera& camera) {
     camera.Enum("TimerSelector")
         .Entries({"Timer0", "Timer1"})
-        .In(kCategory)
+        .In(kCounterAndTimerControl)
         .For(PxnVisibilityExpert)
         .Text("Timer that the features below belong to.");
     camera.Float("TimerDuration")
@@ -100,27 +100,27 @@ void AddTimers(Camera& camera) {
         .Value(100.0)
         .Range(1.0, 10e6)
         .Unit("µs")
-        .In(kCategory)
+        .In(kCounterAndTimerControl)
         .For(PxnVisibilityExpert)
         .Text("Length of the pulse.");
     camera.Float("TimerDelay")
         .SelectedBy("TimerSelector")
         .Range(0.0, 10e6)
         .Unit("µs")
-        .In(kCategory)
+        .In(kCounterAndTimerControl)
         .For(PxnVisibilityExpert)
         .Text("Time from the trigger to the pulse.");
     camera.Enum("TimerTriggerSource")
         .Entries({"Off", "AcquisitionStart", "FrameStart", "ExposureStart", "Line0", "Line1"})
         .SelectedBy("TimerSelector")
-        .In(kCategory)
+        .In(kCounterAndTimerControl)
         .For(PxnVisibilityExpert)
         .Affects({"TimerStatus"})
         .Text("What starts the timer.");
     camera.Enum("TimerTriggerActivation")
         .Entries({"RisingEdge", "FallingEdge", "AnyEdge", "LevelHigh", "LevelLow"})
         .SelectedBy("TimerSelector")
-        .In(kCategory)
+        .In(kCounterAndTimerControl)
         .For(PxnVisibilityExpert)
         .Text("What of a signal starts the timer.");
     camera.Enum("TimerStatus")
@@ -129,13 +129,13 @@ void AddTimers(Camera& camera) {
         .Computed([&camera] {
             return camera.EnumIs("TimerTriggerSource", "Off") ? "TimerIdle" : "TimerTriggerWait";
         })
-        .In(kCategory)
+        .In(kCounterAndTimerControl)
         .ReadOnly()
         .For(PxnVisibilityExpert)
         .Text("State of the timer.");
     camera.Command("TimerReset")
         .SelectedBy("TimerSelector")
-        .In(kCategory)
+        .In(kCounterAndTimerControl)
         .For(PxnVisibilityExpert)
         .Text("Stops the timer.");
 }

@@ -4,12 +4,12 @@
 namespace pxsim {
 namespace {
 
-constexpr const char* kCategory = "/DeviceControl";
+constexpr const char* kDeviceControl = "/DeviceControl";
 
 void AddTexts(Camera& camera) {
     const CameraConfiguration& setup = camera.Setup();
     const auto add = [&](const char* name, const std::string& value, const char* text) {
-        camera.String(name).Value(value).In(kCategory).ReadOnly().Text(text);
+        camera.String(name).Value(value).In(kDeviceControl).ReadOnly().Text(text);
     };
     add("DeviceVendorName", setup.vendor, "Name of the maker.");
     add("DeviceModelName", setup.model, "Model of the camera.");
@@ -19,12 +19,20 @@ void AddTexts(Camera& camera) {
     add("DeviceFirmwareVersion", "1.4.0.2", "Version of the firmware.");
     add("DeviceSerialNumber", setup.serial, "Serial number.");
     add("DeviceID", setup.id, "Identifier of the camera.");
-    camera.String("DeviceUserID").In(kCategory).MaxLength(16).Text("A name given by the user.");
+    camera.String("DeviceUserID")
+        .In(kDeviceControl)
+        .MaxLength(16)
+        .Text("A name given by the user.");
 }
 
 void AddVersions(Camera& camera) {
     const auto add = [&camera](const char* name, std::int64_t value, const char* text) {
-        camera.Int(name).Value(value).In(kCategory).ReadOnly().For(PxnVisibilityExpert).Text(text);
+        camera.Int(name)
+            .Value(value)
+            .In(kDeviceControl)
+            .ReadOnly()
+            .For(PxnVisibilityExpert)
+            .Text(text);
     };
     add("DeviceSFNCVersionMajor", 2, "Version of the naming convention.");
     add("DeviceSFNCVersionMinor", 7, "Version of the naming convention.");
@@ -41,7 +49,7 @@ void AddVersions(Camera& camera) {
         .Entries({"Unknown", "GEV", "CL", "IIDC", "UVC", "CXP", "CLHS", "U3V", "Ethernet", "PCI",
                   "Custom", "Mixed"})
         .Value(TransportLayerTypeName(camera.InterfaceType()))
-        .In(kCategory)
+        .In(kDeviceControl)
         .ReadOnly()
         .Text("Technology of the transport layer.");
 }
@@ -50,7 +58,7 @@ void AddLink(Camera& camera) {
     const std::int64_t speed = camera.LinkBytesPerSecond();
     camera.Enum("DeviceLinkThroughputLimitMode")
         .Entries({"Off", "On"})
-        .In(kCategory)
+        .In(kDeviceControl)
         .For(PxnVisibilityExpert)
         .Affects({"DeviceLinkThroughputLimit", "AcquisitionFrameRate"})
         .OnChange([&camera] { camera.LimitFrameRate(); })
@@ -59,7 +67,7 @@ void AddLink(Camera& camera) {
         .Value(speed / 1000 * 1000)
         .Range(1000000, speed / 1000 * 1000, 1000)
         .Unit("B/s")
-        .In(kCategory)
+        .In(kDeviceControl)
         .For(PxnVisibilityExpert)
         .AvailableWhen([&camera] { return camera.EnumIs("DeviceLinkThroughputLimitMode", "On"); })
         .Affects({"AcquisitionFrameRate"})
@@ -68,35 +76,35 @@ void AddLink(Camera& camera) {
     camera.Float("DeviceLinkCommandTimeout")
         .Value(200000.0)
         .Unit("µs")
-        .In(kCategory)
+        .In(kDeviceControl)
         .ReadOnly()
         .For(PxnVisibilityExpert)
         .Text("Longest time for an answer.");
     camera.Enum("DeviceLinkHeartbeatMode")
         .Entries({"Off", "On"})
         .Value("On")
-        .In(kCategory)
+        .In(kDeviceControl)
         .For(PxnVisibilityExpert)
         .Text("The camera expects signs of life.");
     camera.Float("DeviceLinkHeartbeatTimeout")
         .Value(3e6)
         .Range(500000.0, 60e6)
         .Unit("µs")
-        .In(kCategory)
+        .In(kDeviceControl)
         .For(PxnVisibilityExpert)
         .AvailableWhen([&camera] { return camera.EnumIs("DeviceLinkHeartbeatMode", "On"); })
         .Text("Time without a sign of life after which the host counts as gone.");
     camera.Enum("DeviceStreamChannelEndianness")
         .Entries({"Big", "Little"})
         .Value("Little")
-        .In(kCategory)
+        .In(kDeviceControl)
         .ReadOnly()
         .For(PxnVisibilityGuru)
         .Text("Order of bytes on the link.");
     camera.Enum("DeviceCharacterSet")
         .Entries({"ASCII", "UTF8"})
         .Value("UTF8")
-        .In(kCategory)
+        .In(kDeviceControl)
         .ReadOnly()
         .For(PxnVisibilityGuru)
         .Text("Encoding of texts.");
@@ -105,7 +113,7 @@ void AddLink(Camera& camera) {
 void AddSensors(Camera& camera) {
     camera.Enum("DeviceTemperatureSelector")
         .Entries({"Sensor", "Mainboard"})
-        .In(kCategory)
+        .In(kDeviceControl)
         .For(PxnVisibilityExpert)
         .Text("Place of the temperature.");
     camera.Float("DeviceTemperature")
@@ -119,20 +127,20 @@ void AddSensors(Camera& camera) {
         })
         .Range(-40.0, 120.0)
         .Unit("°C")
-        .In(kCategory)
+        .In(kDeviceControl)
         .ReadOnly()
         .Volatile(2000)
         .Text("Temperature inside the camera.");
     camera.Enum("DeviceIndicatorMode")
         .Entries({"Inactive", "Active", "ErrorStatus"})
         .Value("Active")
-        .In(kCategory)
+        .In(kDeviceControl)
         .Text("What the lamp shows.");
     camera.Enum("DeviceClockSelector")
         .Entries({"Sensor", "SensorDigitization", "CameraLink"})
         .EntryAvailableWhen("CameraLink",
                             [&camera] { return camera.Setup().kind == CameraKind::kSerial; })
-        .In(kCategory)
+        .In(kDeviceControl)
         .For(PxnVisibilityExpert)
         .Text("Clock that the frequency belongs to.");
     camera.Float("DeviceClockFrequency")
@@ -140,7 +148,7 @@ void AddSensors(Camera& camera) {
         .Value(74.25e6)
         .ValueFor(2, 85e6)
         .Unit("Hz")
-        .In(kCategory)
+        .In(kDeviceControl)
         .ReadOnly()
         .For(PxnVisibilityExpert)
         .Text("Frequency of the clock.");
@@ -150,14 +158,14 @@ void AddClock(Camera& camera) {
     camera.Int("Timestamp")
         .Computed([&camera] { return static_cast<std::int64_t>(camera.Timestamp()); })
         .Unit("ns")
-        .In(kCategory)
+        .In(kDeviceControl)
         .ReadOnly()
         .Volatile(1000)
         .For(PxnVisibilityExpert)
         .Text("The camera's clock.");
     IntFeature& latched = camera.Int("TimestampLatchValue")
                               .Unit("ns")
-                              .In(kCategory)
+                              .In(kDeviceControl)
                               .ReadOnly()
                               .For(PxnVisibilityExpert)
                               .Text("The clock when it was latched last.");
@@ -166,7 +174,7 @@ void AddClock(Camera& camera) {
             latched.Put(static_cast<std::int64_t>(camera.Timestamp()));
             return PxnErrSuccess;
         })
-        .In(kCategory)
+        .In(kDeviceControl)
         .For(PxnVisibilityExpert)
         .Text("Keeps the present value of the clock.");
 }
@@ -179,13 +187,13 @@ void AddDeviceControl(Camera& camera) {
     camera.Enum("DeviceType")
         .Entries({"Transmitter", "Receiver", "Transceiver", "Peripheral"})
         .Value("Transmitter")
-        .In(kCategory)
+        .In(kDeviceControl)
         .ReadOnly()
         .Text("Kind of the device.");
     camera.Enum("DeviceScanType")
         .Entries({"Areascan", "Linescan"})
         .Value("Areascan")
-        .In(kCategory)
+        .In(kDeviceControl)
         .ReadOnly()
         .For(PxnVisibilityExpert)
         .Text("Kind of the sensor.");
@@ -195,7 +203,7 @@ void AddDeviceControl(Camera& camera) {
             camera.ResetFeatures();
             return PxnErrSuccess;
         })
-        .In(kCategory)
+        .In(kDeviceControl)
         .For(PxnVisibilityGuru)
         .Text("Stops the camera and sets it to its state at power-on.");
     AddSensors(camera);

@@ -4,7 +4,7 @@
 namespace pxsim {
 namespace {
 
-constexpr const char* kCategory = "/EventControl";
+constexpr const char* kEventControl = "/EventControl";
 
 } // namespace
 
@@ -12,18 +12,18 @@ void AddEventControl(Camera& camera) {
     camera.Enum("EventSelector")
         .Entries({kCameraEventNames[0], kCameraEventNames[1], kCameraEventNames[2],
                   kCameraEventNames[3]})
-        .In(kCategory)
+        .In(kEventControl)
         .Text("Event that the notification belongs to.");
     camera.Enum("EventNotification")
         .Entries({"Off", "On"})
         .SelectedBy("EventSelector")
-        .In(kCategory)
+        .In(kEventControl)
         .OnChange([&camera] { camera.UpdateEventMask(); })
         .Text("The event is reported.");
     for (const char* event : kCameraEventNames) {
         const std::string name = std::string("Event") + event;
         const char* category =
-            camera.Strings().Intern(std::string(kCategory) + "/" + name + "Data");
+            camera.Strings().Intern(std::string(kEventControl) + "/" + name + "Data");
         camera.Int(name.c_str())
             .In(category)
             .ReadOnly()

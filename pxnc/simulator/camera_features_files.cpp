@@ -7,7 +7,7 @@
 namespace pxsim {
 namespace {
 
-constexpr const char* kCategory = "/FileAccessControl";
+constexpr const char* kFileAccessControl = "/FileAccessControl";
 constexpr std::size_t kBufferBytes = 256;
 constexpr std::size_t kLargestFile = 64 * 1024;
 
@@ -98,55 +98,55 @@ void AddFileAccessControl(Camera& camera) {
     state->files[1].content = "Pyxen SDK simulator 1.4.0.2\n";
     camera.Enum("FileSelector")
         .Entries({"UserData", "FirmwareInfo", "Calibration"})
-        .In(kCategory)
+        .In(kFileAccessControl)
         .For(PxnVisibilityGuru)
         .Affects({"FileSize"})
         .Text("File that the features below belong to.");
     camera.Enum("FileOperationSelector")
         .Entries({"Open", "Close", "Read", "Write", "Delete"})
         .SelectedBy("FileSelector")
-        .In(kCategory)
+        .In(kFileAccessControl)
         .For(PxnVisibilityGuru)
         .NotStored()
         .Text("What is done with the file.");
     camera.Enum("FileOpenMode")
         .Entries({"Read", "Write", "ReadWrite"})
         .SelectedBy("FileSelector")
-        .In(kCategory)
+        .In(kFileAccessControl)
         .For(PxnVisibilityGuru)
         .NotStored()
         .Text("What the file is opened for.");
     camera.Raw("FileAccessBuffer")
         .Value(std::string(kBufferBytes, '\0'))
-        .In(kCategory)
+        .In(kFileAccessControl)
         .For(PxnVisibilityGuru)
         .NotStored()
         .Text("Bytes that were read or will be written.");
     camera.Int("FileAccessOffset")
         .Range(0, kLargestFile)
         .Unit("B")
-        .In(kCategory)
+        .In(kFileAccessControl)
         .For(PxnVisibilityGuru)
         .NotStored()
         .Text("Where in the file.");
     camera.Int("FileAccessLength")
         .Range(0, kBufferBytes)
         .Unit("B")
-        .In(kCategory)
+        .In(kFileAccessControl)
         .For(PxnVisibilityGuru)
         .NotStored()
         .Text("How many bytes.");
     camera.Enum("FileOperationStatus")
         .Entries({"Success", "Failure"})
         .Computed([state] { return state->status; })
-        .In(kCategory)
+        .In(kFileAccessControl)
         .ReadOnly()
         .For(PxnVisibilityGuru)
         .Text("How the last operation ended.");
     camera.Int("FileOperationResult")
         .Computed([state] { return state->result; })
         .Unit("B")
-        .In(kCategory)
+        .In(kFileAccessControl)
         .ReadOnly()
         .For(PxnVisibilityGuru)
         .Text("Bytes that the last operation moved.");
@@ -157,14 +157,14 @@ void AddFileAccessControl(Camera& camera) {
             return static_cast<std::int64_t>(state->files[index].content.size());
         })
         .Unit("B")
-        .In(kCategory)
+        .In(kFileAccessControl)
         .ReadOnly()
         .For(PxnVisibilityGuru)
         .Text("Bytes of the file.");
     camera.Command("FileOperationExecute")
         .SelectedBy("FileSelector")
         .Runs([&camera, state] { return Execute(camera, *state); })
-        .In(kCategory)
+        .In(kFileAccessControl)
         .For(PxnVisibilityGuru)
         .Affects({"FileOperationStatus", "FileOperationResult", "FileSize", "FileAccessBuffer"})
         .Text("Does it.");

@@ -7,7 +7,7 @@
 namespace pxsim {
 namespace {
 
-constexpr const char* kCategory = "/ImageFormatControl";
+constexpr const char* kImageFormatControl = "/ImageFormatControl";
 constexpr std::int64_t kSmallest = 16;
 constexpr std::int64_t kOffsetStep = 4;
 constexpr std::int64_t kDefaultWidth = 640;
@@ -25,14 +25,14 @@ void AddSensor(Camera& camera) {
     camera.Int("SensorWidth")
         .Value(setup.sensorWidth)
         .Unit("px")
-        .In(kCategory)
+        .In(kImageFormatControl)
         .ReadOnly()
         .For(PxnVisibilityExpert)
         .Text("Columns of the sensor.");
     camera.Int("SensorHeight")
         .Value(setup.sensorHeight)
         .Unit("px")
-        .In(kCategory)
+        .In(kImageFormatControl)
         .ReadOnly()
         .For(PxnVisibilityExpert)
         .Text("Lines of the sensor.");
@@ -40,7 +40,7 @@ void AddSensor(Camera& camera) {
         camera.Int(name)
             .Value(1)
             .ValidValues({1, 2, 4})
-            .In(kCategory)
+            .In(kImageFormatControl)
             .LockedWhileStreaming()
             .For(PxnVisibilityExpert)
             .Affects({"WidthMax", "HeightMax", "Width", "Height", "OffsetX", "OffsetY"})
@@ -52,7 +52,7 @@ void AddSensor(Camera& camera) {
             return camera.IntValue("SensorWidth") / camera.IntValue("BinningHorizontal");
         })
         .Unit("px")
-        .In(kCategory)
+        .In(kImageFormatControl)
         .ReadOnly()
         .For(PxnVisibilityExpert)
         .Text("Largest width of an image.");
@@ -61,7 +61,7 @@ void AddSensor(Camera& camera) {
             return camera.IntValue("SensorHeight") / camera.IntValue("BinningVertical");
         })
         .Unit("px")
-        .In(kCategory)
+        .In(kImageFormatControl)
         .ReadOnly()
         .For(PxnVisibilityExpert)
         .Text("Largest height of an image.");
@@ -70,7 +70,9 @@ void AddSensor(Camera& camera) {
 void AddRegion(Camera& camera) {
     const CameraConfiguration& setup = camera.Setup();
     const auto sized = [&camera](IntFeature& feature) -> IntFeature& {
-        return feature.Unit("px").In(kCategory).OnChange([&camera] { camera.FitRegion(); });
+        return feature.Unit("px").In(kImageFormatControl).OnChange([&camera] {
+            camera.FitRegion();
+        });
     };
     sized(camera.Int("Width"))
         .Value(std::min(kDefaultWidth, std::int64_t{setup.sensorWidth}))
@@ -121,7 +123,7 @@ void AddPixelFormat(Camera& camera) {
     camera.Enum("PixelFormat")
         .EntriesWithValues(entries)
         .Value("Mono8")
-        .In(kCategory)
+        .In(kImageFormatControl)
         .LockedWhileStreaming()
         .Affects({"PixelSize", "PixelColorFilter", "PixelDynamicRangeMax", "LinePitch",
                   "PayloadSize", "ImageSize", "Width", "AcquisitionFrameRate", "GainSelector",
@@ -133,12 +135,12 @@ void AddPixelFormat(Camera& camera) {
             return std::int64_t{BitsPerPixel(*FindPixelFormat(camera.EnumValue("PixelFormat")))};
         })
         .Unit("bit")
-        .In(kCategory)
+        .In(kImageFormatControl)
         .ReadOnly()
         .For(PxnVisibilityExpert)
         .Text("Bits of a pixel in memory.");
     camera.Bool("ReverseX")
-        .In(kCategory)
+        .In(kImageFormatControl)
         .OnChange([&camera] { camera.UpdatePlan(); })
         .Text("Mirrors the image from left to right.");
 }
@@ -153,13 +155,13 @@ void AddTestPattern(Camera& camera) {
     camera.Enum("TestPattern")
         .Entries({"GreyDiagonalRamp", "ColorBar", "ResolutionChart", "Noise", "Black", "White"})
         .Value(PatternName(camera.Setup().pattern))
-        .In(kCategory)
+        .In(kImageFormatControl)
         .OnChange([&camera] { camera.UpdatePlan(); })
         .Text("What the camera looks at.");
     camera.Int("TestPatternSeed")
         .Value(camera.Setup().seed)
         .Range(0, 0x7FFFFFFF)
-        .In(kCategory)
+        .In(kImageFormatControl)
         .Custom()
         .For(PxnVisibilityExpert)
         .AvailableWhen([&camera] { return camera.EnumIs("TestPattern", "Noise"); })
@@ -189,38 +191,38 @@ void AddDerived(Camera& camera) {
     camera.Enum("PixelColorFilter")
         .Entries({"None", "BayerRG", "BayerGB", "BayerGR", "BayerBG"})
         .Computed([format] { return ColorFilterName(format().order); })
-        .In(kCategory)
+        .In(kImageFormatControl)
         .ReadOnly()
         .For(PxnVisibilityExpert)
         .Text("Colour filter of the image.");
     camera.Int("PixelDynamicRangeMin")
-        .In(kCategory)
+        .In(kImageFormatControl)
         .ReadOnly()
         .For(PxnVisibilityExpert)
         .Text("Smallest value of a pixel.");
     camera.Int("PixelDynamicRangeMax")
         .Computed([format] { return (std::int64_t{1} << format().bits) - 1; })
-        .In(kCategory)
+        .In(kImageFormatControl)
         .ReadOnly()
         .For(PxnVisibilityExpert)
         .Text("Largest value of a pixel.");
     camera.Int("LinePitch")
         .Computed([&camera] { return std::int64_t{camera.CurrentImage().LineBytesInMemory()}; })
         .Unit("B")
-        .In(kCategory)
+        .In(kImageFormatControl)
         .ReadOnly()
         .For(PxnVisibilityExpert)
         .Text("Bytes from one line to the next.");
     camera.Enum("ImageCompressionMode")
         .Entries({"Off", "JPEG"})
         .EntryAvailableWhen("JPEG", [] { return false; })
-        .In(kCategory)
+        .In(kImageFormatControl)
         .For(PxnVisibilityExpert)
         .LockedWhileStreaming()
         .Text("Compression of the image.");
     camera.Enum("SensorShutterMode")
         .Entries({"Global", "Rolling"})
-        .In(kCategory)
+        .In(kImageFormatControl)
         .For(PxnVisibilityExpert)
         .ReadOnly()
         .Text("How the lines are exposed.");
@@ -228,14 +230,14 @@ void AddDerived(Camera& camera) {
         camera.Float(name)
             .Value(4.8)
             .Unit("µm")
-            .In(kCategory)
+            .In(kImageFormatControl)
             .ReadOnly()
             .For(PxnVisibilityExpert)
             .Text("Size of a photo cell.");
     }
     camera.String("SensorName")
         .Value("PX-CMOS " + camera.Setup().model)
-        .In(kCategory)
+        .In(kImageFormatControl)
         .ReadOnly()
         .For(PxnVisibilityExpert)
         .Text("Name of the sensor.");
@@ -263,7 +265,7 @@ void AddImageFormatControl(Camera& camera) {
         camera.Int("ImageSize")
             .Computed([&camera] { return camera.PayloadBytes(); })
             .Unit("B")
-            .In(kCategory)
+            .In(kImageFormatControl)
             .ReadOnly()
             .Custom()
             .For(PxnVisibilityExpert)

@@ -4,7 +4,7 @@
 namespace pxsim {
 namespace {
 
-constexpr const char* kCategory = "/DigitalIOControl";
+constexpr const char* kDigitalIOControl = "/DigitalIOControl";
 constexpr std::int64_t kLines = 4;
 
 const EnumFeature& LineMode(Camera& camera) {
@@ -32,19 +32,19 @@ void AddLines(Camera& camera) {
     };
     camera.Enum("LineSelector")
         .Entries({"Line0", "Line1", "Line2", "Line3"})
-        .In(kCategory)
+        .In(kDigitalIOControl)
         .Text("Line that the features below belong to.");
     camera.Enum("LineMode")
         .Entries({"Input", "Output"})
         .SelectedBy("LineSelector")
         .ValueFor(2, "Output")
         .ValueFor(3, "Output")
-        .In(kCategory)
+        .In(kDigitalIOControl)
         .Affects({"LineSource", "LineDebounceTime", "LineStatus", "LineStatusAll"})
         .Text("Direction of the line.");
     camera.Bool("LineInverter")
         .SelectedBy("LineSelector")
-        .In(kCategory)
+        .In(kDigitalIOControl)
         .For(PxnVisibilityExpert)
         .Affects({"LineStatus", "LineStatusAll"})
         .Text("The signal is turned round.");
@@ -52,7 +52,7 @@ void AddLines(Camera& camera) {
         .Entries({"Off", "ExposureActive", "FrameTriggerWait", "AcquisitionActive", "UserOutput0",
                   "UserOutput1", "Timer0Active", "Counter0Active"})
         .SelectedBy("LineSelector")
-        .In(kCategory)
+        .In(kDigitalIOControl)
         .AvailableWhen(output)
         .Affects({"LineStatus", "LineStatusAll"})
         .Text("Signal that drives the line.");
@@ -60,7 +60,7 @@ void AddLines(Camera& camera) {
         .SelectedBy("LineSelector")
         .Range(0.0, 10000.0)
         .Unit("µs")
-        .In(kCategory)
+        .In(kDigitalIOControl)
         .For(PxnVisibilityExpert)
         .Custom()
         .AvailableWhen([output] { return !output(); })
@@ -70,14 +70,14 @@ void AddLines(Camera& camera) {
         .SelectedBy("LineSelector")
         .ValueFor(0, "OptoCoupled")
         .ValueFor(2, "OptoCoupled")
-        .In(kCategory)
+        .In(kDigitalIOControl)
         .ReadOnly()
         .For(PxnVisibilityExpert)
         .Text("Electrical form of the line.");
     camera.Bool("LineStatus")
         .SelectedBy("LineSelector")
         .Computed([&camera] { return LevelOf(camera, camera.EnumIntValue("LineSelector")); })
-        .In(kCategory)
+        .In(kDigitalIOControl)
         .ReadOnly()
         .Volatile(500)
         .Text("Level of the line.");
@@ -91,7 +91,7 @@ void AddLines(Camera& camera) {
         })
         .Range(0, 15)
         .As("HexNumber")
-        .In(kCategory)
+        .In(kDigitalIOControl)
         .ReadOnly()
         .Volatile(500)
         .For(PxnVisibilityExpert)
@@ -102,13 +102,13 @@ void AddOutputs(Camera& camera) {
     IntFeature& all = camera.Int("UserOutputValueAll")
                           .Range(0, 3)
                           .As("HexNumber")
-                          .In(kCategory)
+                          .In(kDigitalIOControl)
                           .For(PxnVisibilityExpert)
                           .Affects({"UserOutputValue", "LineStatus", "LineStatusAll"})
                           .Text("All user outputs, one bit each.");
     camera.Enum("UserOutputSelector")
         .Entries({"UserOutput0", "UserOutput1"})
-        .In(kCategory)
+        .In(kDigitalIOControl)
         .For(PxnVisibilityExpert)
         .Text("Output that the value belongs to.");
     const auto bit = [&camera] {
@@ -120,7 +120,7 @@ void AddOutputs(Camera& camera) {
         .Writes([&all, bit](bool value) {
             return all.Set(value ? all.Get() | bit() : all.Get() & ~bit());
         })
-        .In(kCategory)
+        .In(kDigitalIOControl)
         .For(PxnVisibilityExpert)
         .NotStored()
         .Text("Level of the output.");

@@ -7,28 +7,28 @@ namespace {
 constexpr std::int64_t kEntries = 1024;
 
 void AddTables(Camera& camera) {
-    constexpr const char* kCategory = "/LUTControl";
+    constexpr const char* kLUTControl = "/LUTControl";
     camera.Enum("LUTSelector")
         .Entries({"Luminance", "Red", "Green", "Blue"})
-        .In(kCategory)
+        .In(kLUTControl)
         .For(PxnVisibilityExpert)
         .Text("Table that the features below belong to.");
     camera.Bool("LUTEnable")
         .SelectedBy("LUTSelector")
-        .In(kCategory)
+        .In(kLUTControl)
         .For(PxnVisibilityExpert)
         .Text("The table is used.");
     camera.Int("LUTIndex")
         .SelectedBy("LUTSelector")
         .Range(0, kEntries - 1)
-        .In(kCategory)
+        .In(kLUTControl)
         .For(PxnVisibilityGuru)
         .NotStored()
         .Text("Entry of the table.");
     RawFeature& all = camera.Raw("LUTValueAll")
                           .Value(std::string(2 * kEntries, '\0'))
                           .SelectedBy("LUTSelector")
-                          .In(kCategory)
+                          .In(kLUTControl)
                           .For(PxnVisibilityGuru)
                           .Affects({"LUTValue"})
                           .Text("All values of the table, 16 bits each, high byte first.");
@@ -51,36 +51,36 @@ void AddTables(Camera& camera) {
             bytes[position() + 1] = static_cast<char>(value % 256);
             return all.Set(std::move(bytes));
         })
-        .In(kCategory)
+        .In(kLUTControl)
         .For(PxnVisibilityGuru)
         .NotStored()
         .Text("Value of the entry.");
 }
 
 void AddColorTransformation(Camera& camera) {
-    constexpr const char* kCategory = "/ColorTransformationControl";
+    constexpr const char* kColorTransformationControl = "/ColorTransformationControl";
     camera.Enum("ColorTransformationSelector")
         .Entries({"RGBtoRGB", "RGBtoYUV"})
-        .In(kCategory)
+        .In(kColorTransformationControl)
         .For(PxnVisibilityExpert)
         .Text("Transformation that the features below belong to.");
     camera.Bool("ColorTransformationEnable")
         .SelectedBy("ColorTransformationSelector")
-        .In(kCategory)
+        .In(kColorTransformationControl)
         .For(PxnVisibilityExpert)
         .Text("The transformation is used.");
     camera.Enum("ColorTransformationValueSelector")
         .Entries({"Gain00", "Gain01", "Gain02", "Gain10", "Gain11", "Gain12", "Gain20", "Gain21",
                   "Gain22", "Offset0", "Offset1", "Offset2"})
         .SelectedBy("ColorTransformationSelector")
-        .In(kCategory)
+        .In(kColorTransformationControl)
         .For(PxnVisibilityExpert)
         .Text("Coefficient that the value belongs to.");
     FloatFeature& value = camera.Float("ColorTransformationValue")
                               .SelectedBy("ColorTransformationSelector")
                               .SelectedBy("ColorTransformationValueSelector")
                               .Range(-4.0, 4.0)
-                              .In(kCategory)
+                              .In(kColorTransformationControl)
                               .For(PxnVisibilityExpert)
                               .Text("Value of the coefficient.");
     for (const std::int64_t diagonal : {0, 4, 8}) {

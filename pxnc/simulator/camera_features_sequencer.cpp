@@ -8,7 +8,7 @@
 namespace pxsim {
 namespace {
 
-constexpr const char* kCategory = "/SequencerControl";
+constexpr const char* kSequencerControl = "/SequencerControl";
 constexpr std::int64_t kSets = 8;
 constexpr const char* kSequenced[] = {"ExposureTime", "Gain", "BlackLevel", "OffsetX", "OffsetY"};
 
@@ -23,33 +23,33 @@ void AddSequencerControl(Camera& camera) {
     };
     camera.Enum("SequencerMode")
         .Entries({"Off", "On"})
-        .In(kCategory)
+        .In(kSequencerControl)
         .For(PxnVisibilityExpert)
         .LockedWhileStreaming()
         .Affects({"SequencerConfigurationMode"})
         .Text("The sequencer is used.");
     camera.Enum("SequencerConfigurationMode")
         .Entries({"Off", "On"})
-        .In(kCategory)
+        .In(kSequencerControl)
         .For(PxnVisibilityExpert)
         .WritableWhen([&camera] { return camera.EnumIs("SequencerMode", "Off"); })
         .Affects({"SequencerSetSave", "SequencerSetLoad", "SequencerFeatureEnable"})
         .Text("The sets can be changed.");
     camera.Enum("SequencerFeatureSelector")
         .Entries({kSequenced[0], kSequenced[1], kSequenced[2], kSequenced[3], kSequenced[4]})
-        .In(kCategory)
+        .In(kSequencerControl)
         .For(PxnVisibilityExpert)
         .Text("Feature that may be part of the sets.");
     BoolFeature& enabled = camera.Bool("SequencerFeatureEnable")
                                .SelectedBy("SequencerFeatureSelector")
                                .ValueFor(0, true)
-                               .In(kCategory)
+                               .In(kSequencerControl)
                                .For(PxnVisibilityExpert)
                                .WritableWhen(configuring)
                                .Text("The feature is part of the sets.");
     camera.Int("SequencerSetSelector")
         .Range(0, kSets - 1)
-        .In(kCategory)
+        .In(kSequencerControl)
         .For(PxnVisibilityExpert)
         .Text("Set that the features below belong to.");
     camera.Command("SequencerSetSave")
@@ -64,7 +64,7 @@ void AddSequencerControl(Camera& camera) {
             }
             return PxnErrSuccess;
         })
-        .In(kCategory)
+        .In(kSequencerControl)
         .For(PxnVisibilityExpert)
         .WritableWhen(configuring)
         .Text("Keeps the present values in the set.");
@@ -83,34 +83,34 @@ void AddSequencerControl(Camera& camera) {
             camera.FitRegion(); // the region may have changed since
             return PxnErrSuccess;
         })
-        .In(kCategory)
+        .In(kSequencerControl)
         .For(PxnVisibilityExpert)
         .WritableWhen(configuring)
         .LockedWhileStreaming()
         .Text("Gives the features the values of the set.");
     camera.Int("SequencerSetStart")
         .Range(0, kSets - 1)
-        .In(kCategory)
+        .In(kSequencerControl)
         .For(PxnVisibilityExpert)
         .Text("Set that the sequence begins with.");
     camera.Int("SequencerPathSelector")
         .SelectedBy("SequencerSetSelector")
         .Range(0, 1)
-        .In(kCategory)
+        .In(kSequencerControl)
         .For(PxnVisibilityGuru)
         .Text("Way out of the set.");
     camera.Int("SequencerSetNext")
         .SelectedBy("SequencerSetSelector")
         .SelectedBy("SequencerPathSelector")
         .Range(0, kSets - 1)
-        .In(kCategory)
+        .In(kSequencerControl)
         .For(PxnVisibilityExpert)
         .Text("Set that follows.");
     camera.Enum("SequencerTriggerSource")
         .Entries({"Off", "FrameStart", "ExposureStart", "Line0", "Line1"})
         .SelectedBy("SequencerSetSelector")
         .SelectedBy("SequencerPathSelector")
-        .In(kCategory)
+        .In(kSequencerControl)
         .For(PxnVisibilityExpert)
         .Text("What leads to the next set.");
 }

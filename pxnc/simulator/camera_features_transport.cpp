@@ -5,7 +5,7 @@
 namespace pxsim {
 namespace {
 
-constexpr const char* kCategory = "/TransportLayerControl";
+constexpr const char* kTransportLayerControl = "/TransportLayerControl";
 constexpr const char* kGigE = "/TransportLayerControl/GigEVision";
 
 void AddBaudRate(Module& module, const std::vector<const char*>& rates, const char* initial,
@@ -181,13 +181,13 @@ void AddTransportLayerControl(Camera& camera) {
     camera.Int("PayloadSize")
         .Computed([&camera] { return camera.PayloadBytes(); })
         .Unit("B")
-        .In(kCategory)
+        .In(kTransportLayerControl)
         .ReadOnly()
         .For(PxnVisibilityExpert)
         .Text("Bytes that a buffer must hold.");
     camera.Bool("TLParamsLocked")
         .Computed([&camera] { return camera.IsStreaming(); })
-        .In(kCategory)
+        .In(kTransportLayerControl)
         .ReadOnly()
         .For(PxnVisibilityInvisible)
         .Text("The features that shape the image are locked.");
@@ -202,7 +202,7 @@ void AddTransportLayerControl(Camera& camera) {
     if (camera.Setup().kind == CameraKind::kSerial) {
         AddCameraLink(camera);
         AddBaudRate(camera, {"Baud9600", "Baud19200", "Baud38400", "Baud57600", "Baud115200"},
-                    "Baud9600", kCategory);
+                    "Baud9600", kTransportLayerControl);
     }
 }
 

@@ -4,7 +4,7 @@
 namespace pxsim {
 namespace {
 
-constexpr const char* kCategory = "/UserSetControl";
+constexpr const char* kUserSetControl = "/UserSetControl";
 
 } // namespace
 
@@ -17,14 +17,14 @@ void AddUserSetControl(Camera& camera) {
     };
     camera.Enum("UserSetSelector")
         .Entries({"Default", "UserSet1", "UserSet2", "UserSet3"})
-        .In(kCategory)
+        .In(kUserSetControl)
         .NotStored()
         .Affects({"UserSetSave"})
         .Text("Set that is loaded or saved.");
     camera.String("UserSetDescription")
         .SelectedBy("UserSetSelector")
         .ValueFor(0, "Values at power-on")
-        .In(kCategory)
+        .In(kUserSetControl)
         .For(PxnVisibilityExpert)
         .NotStored()
         .WritableWhen(writable)
@@ -35,7 +35,7 @@ void AddUserSetControl(Camera& camera) {
             camera.LoadUserSet(selected());
             return PxnErrSuccess;
         })
-        .In(kCategory)
+        .In(kUserSetControl)
         .LockedWhileStreaming()
         .Text("Gives all features the values of the set.");
     camera.Command("UserSetSave")
@@ -44,12 +44,12 @@ void AddUserSetControl(Camera& camera) {
             camera.SaveUserSet(selected());
             return PxnErrSuccess;
         })
-        .In(kCategory)
+        .In(kUserSetControl)
         .WritableWhen(writable)
         .Text("Keeps the values of all features in the set.");
     camera.Enum("UserSetDefault")
         .Entries({"Default", "UserSet1", "UserSet2", "UserSet3"})
-        .In(kCategory)
+        .In(kUserSetControl)
         .NotStored()
         .Text("Set that is loaded at power-on.");
 }

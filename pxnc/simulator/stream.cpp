@@ -5,7 +5,7 @@
 namespace pxsim {
 namespace {
 
-constexpr std::int64_t kLargestCount = 0xFFFFFFFF;
+constexpr std::int64_t kLargestFrameCount = 0xFFFFFFFF;
 constexpr std::uint32_t kPollMs = 1000;
 constexpr std::int64_t kBestPacketSize = 8228;
 
@@ -96,7 +96,7 @@ void Stream::AddStatistics() {
             .In("/Statistics")
             .ReadOnly()
             .Volatile(kPollMs)
-            .Range(0, kLargestCount)
+            .Range(0, kLargestFrameCount)
             .Text(text);
     };
     StreamStatistics& counts = engine.Statistics();

@@ -15,10 +15,11 @@ void AddText(Module& module, const char* category, const char* name, const std::
 
 SystemModule::SystemModule(StringPool& pool, EventDispatcher& dispatcher)
     : Module(pool, dispatcher, std::make_shared<platform::Mutex>()) {
-    constexpr const char* kCategory = "/SystemInformation";
-    AddText(*this, kCategory, "SystemVendorName", "Korvane", "Maker of the SDK.");
-    AddText(*this, kCategory, "SystemModelName", "Pyxen SDK simulator", "Name of the SDK.");
-    AddText(*this, kCategory, "SystemVersion", "1.4.0", "Version of the SDK.");
+    constexpr const char* kSystemInformation = "/SystemInformation";
+    AddText(*this, kSystemInformation, "SystemVendorName", "Korvane", "Maker of the SDK.");
+    AddText(*this, kSystemInformation, "SystemModelName", "Pyxen SDK simulator",
+            "Name of the SDK.");
+    AddText(*this, kSystemInformation, "SystemVersion", "1.4.0", "Version of the SDK.");
     AddEvent("Camera", "CameraID");
     AddEvent("Interface", "InterfaceID");
 }
@@ -73,17 +74,25 @@ void SystemModule::LatchInterfaceEvent(const char* type, const std::string& inte
 TransportLayer::TransportLayer(const TransportLayerConfiguration& newSetup, StringPool& pool,
                                EventDispatcher& dispatcher)
     : Module(pool, dispatcher, std::make_shared<platform::Mutex>()), setup(newSetup) {
-    constexpr const char* kCategory = "/TLInformation";
-    AddText(*this, kCategory, "TLID", setup.id, "Identifier of the transport layer.");
-    AddText(*this, kCategory, "TLVendorName", setup.vendor, "Its maker.");
-    AddText(*this, kCategory, "TLModelName", setup.model, "Its name.");
-    AddText(*this, kCategory, "TLVersion", setup.version, "Its version.");
-    AddText(*this, kCategory, "TLFileName", setup.path, "File that it comes from.");
-    AddText(*this, kCategory, "TLDisplayName", setup.name, "Its name for people.");
-    AddText(*this, kCategory, "TLPath", setup.path, "Path of that file.");
-    AddText(*this, kCategory, "TLType", TransportLayerTypeName(setup.type), "Its technology.");
-    Int("GenTLVersionMajor").Value(1).In(kCategory).ReadOnly().Text("Version of its interface.");
-    Int("GenTLVersionMinor").Value(5).In(kCategory).ReadOnly().Text("Version of its interface.");
+    constexpr const char* kTLInformation = "/TLInformation";
+    AddText(*this, kTLInformation, "TLID", setup.id, "Identifier of the transport layer.");
+    AddText(*this, kTLInformation, "TLVendorName", setup.vendor, "Its maker.");
+    AddText(*this, kTLInformation, "TLModelName", setup.model, "Its name.");
+    AddText(*this, kTLInformation, "TLVersion", setup.version, "Its version.");
+    AddText(*this, kTLInformation, "TLFileName", setup.path, "File that it comes from.");
+    AddText(*this, kTLInformation, "TLDisplayName", setup.name, "Its name for people.");
+    AddText(*this, kTLInformation, "TLPath", setup.path, "Path of that file.");
+    AddText(*this, kTLInformation, "TLType", TransportLayerTypeName(setup.type), "Its technology.");
+    Int("GenTLVersionMajor")
+        .Value(1)
+        .In(kTLInformation)
+        .ReadOnly()
+        .Text("Version of its interface.");
+    Int("GenTLVersionMinor")
+        .Value(5)
+        .In(kTLInformation)
+        .ReadOnly()
+        .Text("Version of its interface.");
     Command("InterfaceUpdateList").In("/InterfaceEnumeration").Text("Looks for interfaces.");
     Int("InterfaceUpdateTimeout")
         .Value(1000)
@@ -112,10 +121,11 @@ void TransportLayer::FillInfo(PxnTransportLayerInfo& out) const {
 Interface::Interface(const InterfaceConfiguration& newSetup, StringPool& pool,
                      EventDispatcher& dispatcher)
     : Module(pool, dispatcher, std::make_shared<platform::Mutex>()), setup(newSetup) {
-    constexpr const char* kCategory = "/InterfaceInformation";
-    AddText(*this, kCategory, "InterfaceID", setup.id, "Identifier of the interface.");
-    AddText(*this, kCategory, "InterfaceDisplayName", setup.name, "Its name for people.");
-    AddText(*this, kCategory, "InterfaceType", TransportLayerTypeName(setup.type),
+    constexpr const char* kInterfaceInformation = "/InterfaceInformation";
+    AddText(*this, kInterfaceInformation, "InterfaceID", setup.id, "Identifier of the interface.");
+    AddText(*this, kInterfaceInformation, "InterfaceDisplayName", setup.name,
+            "Its name for people.");
+    AddText(*this, kInterfaceInformation, "InterfaceType", TransportLayerTypeName(setup.type),
             "Its technology.");
     Command("DeviceUpdateList").In("/DeviceEnumeration").Text("Looks for cameras.");
     Int("DeviceUpdateTimeout")

@@ -9,10 +9,6 @@ using namespace scripted;
 
 namespace {
 
-SdkState& State() {
-    return SdkState::Instance();
-}
-
 /// Runs an entry that reads one feature of a type (PxnFeatureDataUnknown: any).
 template <typename Action>
 PxnError Read(const Call& call, std::uint32_t type, Action action) {

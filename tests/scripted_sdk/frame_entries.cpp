@@ -4,14 +4,6 @@
 
 using namespace scripted;
 
-namespace {
-
-SdkState& State() {
-    return SdkState::Instance();
-}
-
-} // namespace
-
 PxnError PXN_CALL PxnPayloadSizeGet(PxnHandle handle, uint32_t* payloadSize) {
     return State().Run(
         {.entry = "PxnPayloadSizeGet", .handle = handle, .arguments = Arguments(handle)},

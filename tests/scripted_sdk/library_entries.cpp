@@ -9,10 +9,6 @@ using namespace scripted;
 
 namespace {
 
-SdkState& State() {
-    return SdkState::Instance();
-}
-
 /// Fills `array` with what there is and room for, and answers as list entries do.
 template <typename Record, typename Fill>
 PxnError FillList(const char* entry, std::size_t count, Record* array, std::uint32_t capacity,

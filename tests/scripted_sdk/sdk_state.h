@@ -156,4 +156,8 @@ private:
     std::uint64_t generation = 0; // counts resets, so that waits of an earlier test end
 };
 
+inline SdkState& State() {
+    return SdkState::Instance();
+}
+
 } // namespace scripted

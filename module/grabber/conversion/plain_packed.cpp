@@ -6,7 +6,7 @@
 namespace {
 
 // Host images may lie at any address.
-void Store(std::uint8_t*& destination, unsigned value) {
+void StorePixel(std::uint8_t*& destination, unsigned value) {
     const auto pixel = static_cast<std::uint16_t>(value);
     std::memcpy(destination, &pixel, sizeof pixel);
     destination += sizeof pixel;
@@ -18,19 +18,19 @@ void PlainUnpack10p(const void* source, void* destination, std::uint64_t pixelCo
     const auto* bytes = static_cast<const std::uint8_t*>(source);
     auto* pixels = static_cast<std::uint8_t*>(destination);
     for (; pixelCount >= 4; pixelCount -= 4, bytes += 5) {
-        Store(pixels, bytes[0] + (bytes[1] & 0x03u) * 256);
-        Store(pixels, (bytes[1] >> 2) + (bytes[2] & 0x0Fu) * 64);
-        Store(pixels, (bytes[2] >> 4) + (bytes[3] & 0x3Fu) * 16);
-        Store(pixels, (bytes[3] >> 6) + bytes[4] * 4u);
+        StorePixel(pixels, bytes[0] + (bytes[1] & 0x03u) * 256);
+        StorePixel(pixels, (bytes[1] >> 2) + (bytes[2] & 0x0Fu) * 64);
+        StorePixel(pixels, (bytes[2] >> 4) + (bytes[3] & 0x3Fu) * 16);
+        StorePixel(pixels, (bytes[3] >> 6) + bytes[4] * 4u);
     }
     if (pixelCount > 0) {
-        Store(pixels, bytes[0] + (bytes[1] & 0x03u) * 256);
+        StorePixel(pixels, bytes[0] + (bytes[1] & 0x03u) * 256);
     }
     if (pixelCount > 1) {
-        Store(pixels, (bytes[1] >> 2) + (bytes[2] & 0x0Fu) * 64);
+        StorePixel(pixels, (bytes[1] >> 2) + (bytes[2] & 0x0Fu) * 64);
     }
     if (pixelCount > 2) {
-        Store(pixels, (bytes[2] >> 4) + (bytes[3] & 0x3Fu) * 16);
+        StorePixel(pixels, (bytes[2] >> 4) + (bytes[3] & 0x3Fu) * 16);
     }
 }
 
@@ -38,11 +38,11 @@ void PlainUnpack12p(const void* source, void* destination, std::uint64_t pixelCo
     const auto* bytes = static_cast<const std::uint8_t*>(source);
     auto* pixels = static_cast<std::uint8_t*>(destination);
     for (; pixelCount >= 2; pixelCount -= 2, bytes += 3) {
-        Store(pixels, bytes[0] + (bytes[1] & 0x0Fu) * 256);
-        Store(pixels, (bytes[1] >> 4) + bytes[2] * 16u);
+        StorePixel(pixels, bytes[0] + (bytes[1] & 0x0Fu) * 256);
+        StorePixel(pixels, (bytes[1] >> 4) + bytes[2] * 16u);
     }
     if (pixelCount > 0) {
-        Store(pixels, bytes[0] + (bytes[1] & 0x0Fu) * 256);
+        StorePixel(pixels, bytes[0] + (bytes[1] & 0x0Fu) * 256);
     }
 }
 
@@ -50,11 +50,11 @@ void PlainUnpack10Packed(const void* source, void* destination, std::uint64_t pi
     const auto* bytes = static_cast<const std::uint8_t*>(source);
     auto* pixels = static_cast<std::uint8_t*>(destination);
     for (; pixelCount >= 2; pixelCount -= 2, bytes += 3) {
-        Store(pixels, (bytes[0] * 4u + (bytes[1] & 0x03u)) & 0x03FFu);
-        Store(pixels, (bytes[2] * 4u + (bytes[1] >> 4 & 0x03u)) & 0x03FFu);
+        StorePixel(pixels, (bytes[0] * 4u + (bytes[1] & 0x03u)) & 0x03FFu);
+        StorePixel(pixels, (bytes[2] * 4u + (bytes[1] >> 4 & 0x03u)) & 0x03FFu);
     }
     if (pixelCount > 0) {
-        Store(pixels, (bytes[0] * 4u + (bytes[1] & 0x03u)) & 0x03FFu);
+        StorePixel(pixels, (bytes[0] * 4u + (bytes[1] & 0x03u)) & 0x03FFu);
     }
 }
 
@@ -62,10 +62,10 @@ void PlainUnpack12Packed(const void* source, void* destination, std::uint64_t pi
     const auto* bytes = static_cast<const std::uint8_t*>(source);
     auto* pixels = static_cast<std::uint8_t*>(destination);
     for (; pixelCount >= 2; pixelCount -= 2, bytes += 3) {
-        Store(pixels, (bytes[0] * 16u + (bytes[1] & 0x0Fu)) & 0x0FFFu);
-        Store(pixels, (bytes[2] * 16u + (bytes[1] >> 4)) & 0x0FFFu);
+        StorePixel(pixels, (bytes[0] * 16u + (bytes[1] & 0x0Fu)) & 0x0FFFu);
+        StorePixel(pixels, (bytes[2] * 16u + (bytes[1] >> 4)) & 0x0FFFu);
     }
     if (pixelCount > 0) {
-        Store(pixels, (bytes[0] * 16u + (bytes[1] & 0x0Fu)) & 0x0FFFu);
+        StorePixel(pixels, (bytes[0] * 16u + (bytes[1] & 0x0Fu)) & 0x0FFFu);
     }
 }

@@ -10,7 +10,7 @@ namespace {
 const std::string kInvalidation =
     "1 CMivoraKVNPyxenClass::InvalidationCallback: ModuleName = %, handle = #, FeatureName = "
     "EventCameraDiscovery, ";
-const std::string kTag = "CMivoraKVNPyxenClass::DiscoveryCameraEventCallback: ";
+const std::string kEventTag = "CMivoraKVNPyxenClass::DiscoveryCameraEventCallback: ";
 
 class DiscoveryTest : public GrabberFixture {
 protected:
@@ -49,8 +49,8 @@ protected:
     /// The first three lines of every event of the system module, and those that follow.
     static Texts Lines(const std::string& id, const std::string& type, const Texts& further) {
         return Texts{FirstLine("- unknown -", "1000000000000001"),
-                     "1 " + kTag + "Event triggered by " + id + "...",
-                     "1 " + kTag + "Event type: \"" + type + "\"..."} +
+                     "1 " + kEventTag + "Event triggered by " + id + "...",
+                     "1 " + kEventTag + "Event type: \"" + type + "\"..."} +
                further;
     }
     static std::string FirstLine(const std::string& module, const std::string& handle) {
@@ -66,7 +66,7 @@ protected:
 TEST_F(DiscoveryTest, TheOpenCamerasRemovalIsTold) {
     EXPECT_EQ(Event("cam-ext-1", "Missing"), 1);
     EXPECT_EQ(Log(), Lines("cam-ext-1", "Missing",
-                           {"1 " + kTag +
+                           {"1 " + kEventTag +
                             "the currently opened camera was removed. Calling "
                             "\"SignalCamCfgChange\""}));
 }
@@ -74,7 +74,7 @@ TEST_F(DiscoveryTest, TheOpenCamerasRemovalIsTold) {
 TEST_F(DiscoveryTest, TheOpenCamerasReturnIsTold) {
     EXPECT_EQ(Event("cam-ext-1", "Detected"), 1);
     EXPECT_EQ(Log(), Lines("cam-ext-1", "Detected",
-                           {"1 " + kTag +
+                           {"1 " + kEventTag +
                             "the currently opened camera was restored. Calling "
                             "\"SignalCamCfgChange\""}));
 }
@@ -83,7 +83,7 @@ TEST_F(DiscoveryTest, OtherEventsOfTheOpenCameraAreIgnored) {
     for (const char* type : {"Reachable", "missing", "Missing ", "MissingX", "Detecte", ""}) {
         EXPECT_EQ(Event("cam-ext-1", type), 0) << type;
         EXPECT_EQ(Log(), Lines("cam-ext-1", type,
-                               {"1 " + kTag + "the currently opened camera encountered event \"" +
+                               {"1 " + kEventTag + "the currently opened camera encountered event \"" +
                                 type + "\" -> ignored."}));
     }
 }
@@ -92,14 +92,14 @@ TEST_F(DiscoveryTest, EventsOfOtherCamerasAreIgnored) {
     for (const char* id : {"cam-ext-2", "cam-ext-", "cam-ext-11", "CAM-EXT-1", "cam-1"}) {
         EXPECT_EQ(Event(id, "Missing"), 0) << id;
         EXPECT_EQ(Log(), Lines(id, "Missing",
-                               {"1 " + kTag +
+                               {"1 " + kEventTag +
                                 "the currently opened camera cam-ext-1 is not affected. -> "
                                 "ignored."}));
     }
 }
 
 TEST_F(DiscoveryTest, AnEventWithoutTypeIsTold) {
-    const std::string line = "0 " + kTag +
+    const std::string line = "0 " + kEventTag +
                              "Could not determine the event type. For security reasons, "
                              "\"SignalCamCfgChange\" is called.";
     EXPECT_EQ(Event("cam-ext-2", std::nullopt), 1);
@@ -110,7 +110,7 @@ TEST_F(DiscoveryTest, AnEventWithoutTypeIsTold) {
 
 TEST_F(DiscoveryTest, AnEventWithoutCameraIsTold) {
     const Texts lines = Lines("", "Missing",
-                              {"0 " + kTag +
+                              {"0 " + kEventTag +
                                "Could not determine id of camera that triggered the event. For "
                                "security reasons, \"SignalCamCfgChange\" is called."});
     EXPECT_EQ(Event(std::nullopt, "Missing"), 1);
@@ -166,7 +166,7 @@ TEST_F(DiscoveryTest, AnEventWithoutTheSdkIsTold) {
     Grabber().InvalidationCallback(scripted::SystemHandle(), "EventCameraDiscovery");
     EXPECT_EQ(signals, 1);
     EXPECT_EQ(Log(), Lines("", "",
-                           {"0 " + kTag +
+                           {"0 " + kEventTag +
                             "Could not determine the event type. For security reasons, "
                             "\"SignalCamCfgChange\" is called."}));
     EXPECT_EQ(Calls(), Texts{});

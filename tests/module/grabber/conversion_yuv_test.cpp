@@ -52,7 +52,7 @@ Bytes Expected(const Converter& converter, const Bytes& source) {
     return pixels;
 }
 
-Bytes RandomBytes(std::size_t count) {
+Bytes RandomYuv(std::size_t count) {
     std::mt19937 generator(static_cast<unsigned>(count) + 7);
     Bytes bytes(count);
     for (std::uint8_t& byte : bytes) {
@@ -65,7 +65,7 @@ TEST(YuvPixels, AreRightForEveryLengthAndNothingElseIsTouched) {
     for (const Converter& converter : Converters()) {
         for (std::size_t count = 0; count <= 70; ++count) {
             const std::size_t groups = count / converter.groupPixels;
-            const Bytes source = RandomBytes(groups * converter.groupBytes);
+            const Bytes source = RandomYuv(groups * converter.groupBytes);
             const ExactCopy input(source);
             GuardedBytes output(groups * converter.groupPixels * 3);
             converter.convert(input.Data(), output.Data(), count);
@@ -78,7 +78,7 @@ TEST(YuvPixels, AreRightForEveryLengthAndNothingElseIsTouched) {
 
 TEST(YuvPixels, MayLieAtAnyAddress) {
     for (const Converter& converter : Converters()) {
-        const Bytes source = RandomBytes(9 * converter.groupBytes);
+        const Bytes source = RandomYuv(9 * converter.groupBytes);
         const std::size_t count = 9 * converter.groupPixels;
         for (std::size_t from = 0; from < 8; ++from) {
             for (std::size_t to = 0; to < 8; ++to) {
@@ -107,7 +107,7 @@ TEST(ConvertImage, ConvertsAWholeImageInOneGoWithoutRowAddress) {
     const PixelFormat& format = *FindPixelFormatByName("Mono12Packed");
     constexpr std::uint32_t kWidth = 3;
     constexpr std::uint32_t kHeight = 3;
-    const Bytes source = RandomBytes(14);
+    const Bytes source = RandomYuv(14);
     const ExactCopy input(source);
     GuardedBytes output(kWidth * kHeight * 2);
     ConvertImage(format, input.Data(), output.Data(), kWidth, kHeight);
@@ -123,7 +123,7 @@ TEST(ConvertImage, ConvertsLineByLineWhereLinesArePadded) {
         constexpr std::uint32_t kWidth = 7;
         constexpr std::uint32_t kHeight = 4;
         const std::size_t lineBytes = (std::size_t{kWidth} * format.bits + 7) / 8;
-        const Bytes source = RandomBytes(lineBytes * kHeight);
+        const Bytes source = RandomYuv(lineBytes * kHeight);
         const ExactCopy input(source);
         GuardedBytes output(std::size_t{kWidth} * kHeight * 2);
         ConvertImage(format, input.Data(), output.Data(), kWidth, kHeight);
@@ -143,7 +143,7 @@ TEST(ConvertImage, ConvertsWidthValuesPerLineOfSeveralComponents) {
     const PixelFormat& format = *FindPixelFormatByName("RGB12p");
     constexpr std::uint32_t kWidth = 4;
     constexpr std::uint32_t kHeight = 2;
-    const Bytes source = RandomBytes(kWidth * 12 / 8 * kHeight);
+    const Bytes source = RandomYuv(kWidth * 12 / 8 * kHeight);
     const ExactCopy input(source);
     GuardedBytes output(kWidth * 3 * 2 * kHeight);
     const std::uint8_t untouched = output.Data()[0];

@@ -8,7 +8,7 @@
 
 namespace {
 
-struct Row {
+struct FormatRow {
     const char* name;
     std::uint32_t code;
     unsigned components;
@@ -20,7 +20,7 @@ struct Row {
     const char* conversion;
 };
 
-constexpr Row kRows[] = {
+constexpr FormatRow kRows[] = {
     {"Mono8", 0x01080001, 1, 8, 8, 0, 0, 0, nullptr},
     {"Mono10", 0x01100003, 1, 16, 10, 0, 0, 0, nullptr},
     {"Mono10p", 0x010A0046, 1, 16, 10, 0, 0, 0, "Unpack10p"},
@@ -110,7 +110,7 @@ TEST(PixelFormatTable, HoldsTheSeventySixFormatsInOrder) {
     ASSERT_EQ(std::size(kRows), 76u);
     ASSERT_EQ(PixelFormatTable().size(), std::size(kRows));
     for (std::size_t index = 0; index < std::size(kRows); ++index) {
-        const Row& row = kRows[index];
+        const FormatRow& row = kRows[index];
         const PixelFormat& format = PixelFormatTable()[index];
         EXPECT_STREQ(format.name, row.name);
         EXPECT_EQ(format.code, row.code) << row.name;

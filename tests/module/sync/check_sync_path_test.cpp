@@ -40,7 +40,7 @@ std::string With(const std::string& format, const std::string& path) {
                                       : format.substr(0, place) + path + format.substr(place + 2);
 }
 
-std::vector<scripted::EnumEntry> Entries(const char* name) {
+std::vector<scripted::EnumEntry> OneEntry(const char* name) {
     std::vector<scripted::EnumEntry> entries(1);
     entries[0].name = name;
     return entries;
@@ -83,8 +83,8 @@ Member FloatMember() {
 Member EnumMember() {
     const std::string tag = kClass + "EnumFeatureCheckSyncPath: ";
     return {"Enum",
-            scripted::EnumFeature("", "On", Entries("On")),
-            scripted::EnumFeature("", "Off", Entries("on")),
+            scripted::EnumFeature("", "On", OneEntry("On")),
+            scripted::EnumFeature("", "Off", OneEntry("on")),
             [](SyncEngine& engine, FeatureCache* cache, const char* name) {
                 const std::string copy = "On"; // texts count here, not pointers
                 return engine.EnumFeatureCheckSyncPath(cache, name, copy.c_str());

@@ -13,7 +13,7 @@ using scripted::FloatFeature;
 using scripted::IntFeature;
 using scripted::StringFeature;
 
-const std::string kTag = "CMivoraKVNPyxenClass::SyncFeature: ";
+const std::string kSyncTag = "CMivoraKVNPyxenClass::SyncFeature: ";
 const std::string kSource = "/Camera/Scripted/Source";
 const std::string kTarget = "/Localdevice/Scripted/Target";
 const std::string kAccessCalls[] = {"PxnFeatureAccessQuery(camera0, \"Source\")",
@@ -43,7 +43,7 @@ protected:
         return further;
     }
     static std::string IoError(const std::string& context) {
-        return "0 " + kTag + context + ": Low level IO error in transport layer";
+        return "0 " + kSyncTag + context + ": Low level IO error in transport layer";
     }
     scripted::Feature& Target() { return Device()["Target"]; }
 };
@@ -82,7 +82,7 @@ TEST_F(SyncFeatureTest, IsRefusedSilentlyWhenTheTypesDiffer) {
 
 TEST_F(SyncFeatureTest, NeedsAReadableSourceAndAWriteableTarget) {
     const std::string line =
-        "1 " + kTag + kSource + " is either not readable or " + kTarget + " not writeable";
+        "1 " + kSyncTag + kSource + " is either not readable or " + kTarget + " not writeable";
     Put(IntFeature("", 1, 0, 9), IntFeature("", 2, 0, 9));
     Camera()["Source"].readable = false;
     EXPECT_EQ(Sync(false), 0);
@@ -110,7 +110,7 @@ TEST_F(SyncFeatureTest, CountsAnAccessThatCannotBeQueriedAsNone) {
     FailTarget("PxnFeatureAccessQuery");
     EXPECT_EQ(Sync(false), 0);
     const std::string line =
-        "1 " + kTag + kSource + " is either not readable or " + kTarget + " not writeable";
+        "1 " + kSyncTag + kSource + " is either not readable or " + kTarget + " not writeable";
     EXPECT_EQ(sink.Lines(), (Texts{line, line}));
 }
 
@@ -159,9 +159,9 @@ TEST_F(SyncFeatureTest, WritesAnIntegerWithoutReadingTheTarget) {
     EXPECT_EQ(sdk.TakeCalls(), Calls({"PxnFeatureIntGet(camera0, \"Source\")",
                                       "PxnFeatureIntRangeQuery(localdevice0, \"Target\")",
                                       "PxnFeatureIntSet(localdevice0, \"Target\", 640)"}));
-    EXPECT_EQ(sink.Take(), (Texts{"1 " + kTag + "int64 feature can be synched to " + kTarget +
+    EXPECT_EQ(sink.Take(), (Texts{"1 " + kSyncTag + "int64 feature can be synched to " + kTarget +
                                       " (value = 640, min = 16, max = 640)",
-                                  "1 " + kTag + "Synched int64 feature from " + kSource + " to " +
+                                  "1 " + kSyncTag + "Synched int64 feature from " + kSource + " to " +
                                       kTarget + " (value = 640)"}));
 }
 
@@ -172,9 +172,9 @@ TEST_F(SyncFeatureTest, SkipsAnIntegerThatIsEqualAlready) {
                                       "PxnFeatureIntRangeQuery(localdevice0, \"Target\")",
                                       "PxnFeatureIntGet(localdevice0, \"Target\")"}));
     EXPECT_EQ(sink.Take(),
-              (Texts{"1 " + kTag + "int64 feature can be synched to " + kTarget +
+              (Texts{"1 " + kSyncTag + "int64 feature can be synched to " + kTarget +
                          " (value = -7, min = -7, max = 9)",
-                     "1 " + kTag + kTarget + " already has appropriate value. Skipping update."}));
+                     "1 " + kSyncTag + kTarget + " already has appropriate value. Skipping update."}));
 }
 
 TEST_F(SyncFeatureTest, WritesAnIntegerThatDiffers) {
@@ -184,17 +184,17 @@ TEST_F(SyncFeatureTest, WritesAnIntegerThatDiffers) {
     EXPECT_EQ(Sync(true), 1);
     EXPECT_EQ(Target().intValue, kMin);
     EXPECT_EQ(sink.Take(),
-              (Texts{"1 " + kTag + "int64 feature can be synched to " + kTarget +
+              (Texts{"1 " + kSyncTag + "int64 feature can be synched to " + kTarget +
                          " (value = -9223372036854775808, min = -9223372036854775808, max = "
                          "9223372036854775807)",
-                     "1 " + kTag + "Synched int64 feature from " + kSource + " to " + kTarget +
+                     "1 " + kSyncTag + "Synched int64 feature from " + kSource + " to " + kTarget +
                          " (value = -9223372036854775808)"}));
 }
 
 TEST_F(SyncFeatureTest, RefusesAnIntegerOutsideTheTargetsRange) {
     Put(IntFeature("", 641, 0, 9999), IntFeature("", 100, 16, 640));
     EXPECT_EQ(Sync(true), 0);
-    EXPECT_EQ(sink.Take(), (Texts{"1 " + kTag + "int64 feature can NOT be synched to " + kTarget +
+    EXPECT_EQ(sink.Take(), (Texts{"1 " + kSyncTag + "int64 feature can NOT be synched to " + kTarget +
                                   " (value = 641, min = 16, max = 640)"}));
     EXPECT_EQ(Target().intValue, 100);
     Camera()["Source"].intValue = 15;
@@ -204,7 +204,7 @@ TEST_F(SyncFeatureTest, RefusesAnIntegerOutsideTheTargetsRange) {
 
 TEST_F(SyncFeatureTest, ReportsEveryFailureOfAnInteger) {
     Put(IntFeature("", 5, 0, 9), IntFeature("", 2, 0, 9));
-    const std::string can = "1 " + kTag + "int64 feature can be synched to " + kTarget +
+    const std::string can = "1 " + kSyncTag + "int64 feature can be synched to " + kTarget +
                             " (value = 5, min = 0, max = 9)";
     FailSource("PxnFeatureIntGet");
     EXPECT_EQ(Sync(true), 0);
@@ -235,9 +235,9 @@ TEST_F(SyncFeatureTest, WritesAFloat) {
                                       "PxnFeatureFloatRangeQuery(localdevice0, \"Target\")",
                                       "PxnFeatureFloatGet(localdevice0, \"Target\")",
                                       "PxnFeatureFloatSet(localdevice0, \"Target\", 0.5)"}));
-    EXPECT_EQ(sink.Take(), (Texts{"1 " + kTag + "float feature can be synched to " + kTarget +
+    EXPECT_EQ(sink.Take(), (Texts{"1 " + kSyncTag + "float feature can be synched to " + kTarget +
                                       " (value = 0.500000, min = 0.500000, max = 1000000.000000)",
-                                  "1 " + kTag + "Synched float feature from " + kSource + " to " +
+                                  "1 " + kSyncTag + "Synched float feature from " + kSource + " to " +
                                       kTarget + ". value = 0.500000,"}));
 }
 
@@ -248,14 +248,14 @@ TEST_F(SyncFeatureTest, ComparesFloatsWithoutTolerance) {
     sink.Take();
     EXPECT_EQ(Sync(true), 1);
     EXPECT_EQ(sink.Take().back(),
-              "1 " + kTag + kTarget + " already has appropriate value. Skipping update.");
+              "1 " + kSyncTag + kTarget + " already has appropriate value. Skipping update.");
     EXPECT_EQ(sdk.Calls({"PxnFeatureFloatSet"}).size(), 1u);
 }
 
 TEST_F(SyncFeatureTest, RefusesAFloatOutsideTheTargetsRange) {
     Put(FloatFeature("", std::nextafter(9.0, 10.0), 0, 10), FloatFeature("", 2, 0, 9));
     EXPECT_EQ(Sync(false), 0);
-    EXPECT_EQ(sink.Take(), (Texts{"1 " + kTag + "float feature can NOT be synched to " + kTarget +
+    EXPECT_EQ(sink.Take(), (Texts{"1 " + kSyncTag + "float feature can NOT be synched to " + kTarget +
                                   " (value = 9.000000, min = 0.000000, max = 9.000000)"}));
     Camera()["Source"].floatValue = std::numeric_limits<double>::quiet_NaN();
     EXPECT_EQ(Sync(false), 0);
@@ -264,7 +264,7 @@ TEST_F(SyncFeatureTest, RefusesAFloatOutsideTheTargetsRange) {
 
 TEST_F(SyncFeatureTest, ReportsEveryFailureOfAFloat) {
     Put(FloatFeature("", 5, 0, 9), FloatFeature("", 2, 0, 9));
-    const std::string can = "1 " + kTag + "float feature can be synched to " + kTarget +
+    const std::string can = "1 " + kSyncTag + "float feature can be synched to " + kTarget +
                             " (value = 5.000000, min = 0.000000, max = 9.000000)";
     FailSource("PxnFeatureFloatGet");
     EXPECT_EQ(Sync(true), 0);
@@ -300,8 +300,8 @@ TEST_F(SyncFeatureTest, WritesAnEntryThatTheTargetShares) {
                      "PxnFeatureEnumGet(localdevice0, \"Target\")",
                      "PxnFeatureEnumSet(localdevice0, \"Target\", \"On\")"}));
     EXPECT_EQ(sink.Take(),
-              (Texts{"1 " + kTag + "enum feature can be synched to " + kTarget + " (value = On)",
-                     "1 " + kTag + "Synched enum feature from " + kSource + " to " + kTarget +
+              (Texts{"1 " + kSyncTag + "enum feature can be synched to " + kTarget + " (value = On)",
+                     "1 " + kSyncTag + "Synched enum feature from " + kSource + " to " + kTarget +
                          " value = On."}));
 }
 
@@ -309,7 +309,7 @@ TEST_F(SyncFeatureTest, RefusesAnEntryThatTheTargetLacks) {
     Put(EnumFeature("", "On", Entries({"Off", "On"})),
         EnumFeature("", "Auto", Entries({"Auto", "on"})));
     EXPECT_EQ(Sync(true), 0);
-    EXPECT_EQ(sink.Take(), (Texts{"1 " + kTag + "enum feature can NOT be synched to " + kTarget +
+    EXPECT_EQ(sink.Take(), (Texts{"1 " + kSyncTag + "enum feature can NOT be synched to " + kTarget +
                                   " (value = On)"}));
     Target().entries.clear();
     EXPECT_EQ(Sync(true), 0);
@@ -330,7 +330,7 @@ TEST_F(SyncFeatureTest, ComparesThePointersOfEntriesNotTheirTexts) {
     Put(EnumFeature("", "On", Entries({"On"})), EnumFeature("", "On", Entries({"On"})));
     api.PxnFeatureEnumRangeQuery = ListCopiedName;
     EXPECT_EQ(Sync(true), 0);
-    EXPECT_EQ(sink.Take(), (Texts{"1 " + kTag + "enum feature can NOT be synched to " + kTarget +
+    EXPECT_EQ(sink.Take(), (Texts{"1 " + kSyncTag + "enum feature can NOT be synched to " + kTarget +
                                   " (value = On)"}));
 }
 
@@ -347,7 +347,7 @@ TEST_F(SyncFeatureTest, ReadsNoMoreEntriesThanItAskedFor) {
     Put(EnumFeature("", "Off", Entries({"Off"})), EnumFeature("", "On", Entries({"On"})));
     api.PxnFeatureEnumRangeQuery = ListMoreThanAsked;
     EXPECT_EQ(Sync(true), 0);
-    EXPECT_EQ(sink.Take(), (Texts{"1 " + kTag + "enum feature can NOT be synched to " + kTarget +
+    EXPECT_EQ(sink.Take(), (Texts{"1 " + kSyncTag + "enum feature can NOT be synched to " + kTarget +
                                   " (value = Off)"}));
 }
 
@@ -371,7 +371,7 @@ TEST_F(SyncFeatureTest, AnEntryMayLackItsName) {
     EXPECT_EQ(Target().text, "On");
     sink.Take();
     EXPECT_EQ(engine.SyncFeature(&device, "Target", &camera, "Source", true), 0);
-    EXPECT_EQ(sink.Take(), (Texts{"1 " + kTag + "enum feature can NOT be synched to " + kSource +
+    EXPECT_EQ(sink.Take(), (Texts{"1 " + kSyncTag + "enum feature can NOT be synched to " + kSource +
                                   " (value = (null))"}));
 }
 
@@ -379,7 +379,7 @@ TEST_F(SyncFeatureTest, SkipsAnEntryThatIsEqualIgnoringCase) {
     Put(EnumFeature("", "On", Entries({"On"})), EnumFeature("", "ON", Entries({"On", "ON"})));
     EXPECT_EQ(Sync(true), 1);
     EXPECT_EQ(sink.Take().back(),
-              "1 " + kTag + kTarget + " already has appropriate value. Skipping update.");
+              "1 " + kSyncTag + kTarget + " already has appropriate value. Skipping update.");
     EXPECT_EQ(Sync(false), 1);
     EXPECT_EQ(Target().text, "On");
 }
@@ -387,7 +387,7 @@ TEST_F(SyncFeatureTest, SkipsAnEntryThatIsEqualIgnoringCase) {
 TEST_F(SyncFeatureTest, ReportsEveryFailureOfAnEnumeration) {
     Put(EnumFeature("", "On", Entries({"On"})), EnumFeature("", "Off", Entries({"Off", "On"})));
     const std::string can =
-        "1 " + kTag + "enum feature can be synched to " + kTarget + " (value = On)";
+        "1 " + kSyncTag + "enum feature can be synched to " + kTarget + " (value = On)";
     const std::string noRange = IoError("Cannot query range of enum feature from " + kTarget);
     FailSource("PxnFeatureEnumGet");
     EXPECT_EQ(Sync(true), 0);
@@ -424,16 +424,16 @@ TEST_F(SyncFeatureTest, WritesAStringThatIsAsLongAsAllowed) {
                                       "PxnFeatureStringGet(localdevice0, \"Target\", null, 0)",
                                       "PxnFeatureStringGet(localdevice0, \"Target\", array, 4)",
                                       "PxnFeatureStringSet(localdevice0, \"Target\", \"four\")"}));
-    EXPECT_EQ(sink.Take(), (Texts{"1 " + kTag + "string feature can be synched to " + kTarget +
+    EXPECT_EQ(sink.Take(), (Texts{"1 " + kSyncTag + "string feature can be synched to " + kTarget +
                                       " (value = four)",
-                                  "1 " + kTag + "Synched string feature from " + kSource + " to " +
+                                  "1 " + kSyncTag + "Synched string feature from " + kSource + " to " +
                                       kTarget + " (value = four)"}));
 }
 
 TEST_F(SyncFeatureTest, RefusesAStringThatIsTooLong) {
     Put(StringFeature("", "fours"), StringFeature("", "old", 4));
     EXPECT_EQ(Sync(false), 0);
-    EXPECT_EQ(sink.Take(), (Texts{"1 " + kTag + "string feature can NOT be synched to " + kTarget +
+    EXPECT_EQ(sink.Take(), (Texts{"1 " + kSyncTag + "string feature can NOT be synched to " + kTarget +
                                   " (value = fours)"}));
     EXPECT_EQ(Target().text, "old");
 }
@@ -442,7 +442,7 @@ TEST_F(SyncFeatureTest, SkipsAStringThatIsEqualAndComparesWithCase) {
     Put(StringFeature("", "left"), StringFeature("", "left"));
     EXPECT_EQ(Sync(true), 1);
     EXPECT_EQ(sink.Take().back(),
-              "1 " + kTag + kTarget + " already has appropriate value. Skipping update.");
+              "1 " + kSyncTag + kTarget + " already has appropriate value. Skipping update.");
     Target().text = "Left";
     EXPECT_EQ(Sync(true), 1);
     EXPECT_EQ(Target().text, "left");
@@ -457,7 +457,7 @@ TEST_F(SyncFeatureTest, CopiesAnEmptyString) {
 TEST_F(SyncFeatureTest, ReportsEveryFailureOfAString) {
     Put(StringFeature("", "new"), StringFeature("", "old"));
     const std::string can =
-        "1 " + kTag + "string feature can be synched to " + kTarget + " (value = new)";
+        "1 " + kSyncTag + "string feature can be synched to " + kTarget + " (value = new)";
     const std::string noSource =
         IoError("Cannot query string-feature " + kSource + " for synching to " + kTarget);
     FailSource("PxnFeatureStringGet");
@@ -471,7 +471,7 @@ TEST_F(SyncFeatureTest, ReportsEveryFailureOfAString) {
     FailSource("PxnFeatureStringGet", PxnErrWrongType);
     EXPECT_EQ(Sync(true), 0);
     EXPECT_EQ(sink.Take(),
-              Texts{"0 " + kTag + "Cannot query string-feature " + kSource + " for synching to " +
+              Texts{"0 " + kSyncTag + "Cannot query string-feature " + kSource + " for synching to " +
                     kTarget + ": The feature type for this access function was wrong"});
     sdk.ClearFailures();
     FailTarget("PxnFeatureStringMaxlengthQuery");
@@ -501,9 +501,9 @@ TEST_F(SyncFeatureTest, WritesABoolean) {
                                           std::string("PxnFeatureBoolSet(localdevice0, "
                                                       "\"Target\", ") +
                                               (value ? "1)" : "0)")}));
-        EXPECT_EQ(sink.Take(), (Texts{"1 " + kTag + "bool feature can be synched to " + kTarget +
+        EXPECT_EQ(sink.Take(), (Texts{"1 " + kSyncTag + "bool feature can be synched to " + kTarget +
                                           " value = " + text,
-                                      "1 " + kTag + "Synched boolean feature from " + kSource +
+                                      "1 " + kSyncTag + "Synched boolean feature from " + kSource +
                                           " to " + kTarget + ". value = " + text}));
     }
 }
@@ -512,8 +512,8 @@ TEST_F(SyncFeatureTest, SkipsABooleanThatIsEqual) {
     Put(BoolFeature("", true), BoolFeature("", true));
     EXPECT_EQ(Sync(true), 1);
     EXPECT_EQ(sink.Take(),
-              (Texts{"1 " + kTag + "bool feature can be synched to " + kTarget + " value = true",
-                     "1 " + kTag + kTarget + " already has appropriate value. Skipping update."}));
+              (Texts{"1 " + kSyncTag + "bool feature can be synched to " + kTarget + " value = true",
+                     "1 " + kSyncTag + kTarget + " already has appropriate value. Skipping update."}));
     EXPECT_EQ(Sync(false), 1);
     EXPECT_EQ(sdk.Calls({"PxnFeatureBoolSet"}).size(), 1u);
 }
@@ -521,7 +521,7 @@ TEST_F(SyncFeatureTest, SkipsABooleanThatIsEqual) {
 TEST_F(SyncFeatureTest, ReportsEveryFailureOfABoolean) {
     Put(BoolFeature("", true), BoolFeature("", false));
     const std::string can =
-        "1 " + kTag + "bool feature can be synched to " + kTarget + " value = true";
+        "1 " + kSyncTag + "bool feature can be synched to " + kTarget + " value = true";
     FailSource("PxnFeatureBoolGet");
     EXPECT_EQ(Sync(true), 0);
     EXPECT_EQ(sink.Take(), Texts{IoError("Cannot sync bool feature " + kSource + " to " + kTarget +

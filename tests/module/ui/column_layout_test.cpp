@@ -5,7 +5,7 @@
 namespace {
 
 using Widths = std::array<int, 2>;
-using Step = ColumnScroll::Step;
+using ScrollStep = ColumnScroll::Step;
 
 TEST(SplitColumnWidths, GivesThreeFifthsToTheNames) {
     EXPECT_EQ(SplitColumnWidths(500, 17), (Widths{289, 194}));
@@ -26,51 +26,51 @@ TEST(IsOnColumnText, ReachesSixPixelsBeyondTheText) {
 
 TEST(ColumnScroll, StepsByFifteenPixels) {
     ColumnScroll scroll;
-    EXPECT_TRUE(scroll.Take(Step::lineRight, 0, 500, 200));
-    EXPECT_TRUE(scroll.Take(Step::lineRight, 0, 500, 200));
+    EXPECT_TRUE(scroll.Take(ScrollStep::lineRight, 0, 500, 200));
+    EXPECT_TRUE(scroll.Take(ScrollStep::lineRight, 0, 500, 200));
     EXPECT_EQ(scroll.GetOffset(), 30);
-    EXPECT_TRUE(scroll.Take(Step::lineLeft, 0, 500, 200));
+    EXPECT_TRUE(scroll.Take(ScrollStep::lineLeft, 0, 500, 200));
     EXPECT_EQ(scroll.GetOffset(), 15);
 }
 
 TEST(ColumnScroll, StepsByPages) {
     ColumnScroll scroll;
-    EXPECT_TRUE(scroll.Take(Step::pageRight, 0, 500, 200));
+    EXPECT_TRUE(scroll.Take(ScrollStep::pageRight, 0, 500, 200));
     EXPECT_EQ(scroll.GetOffset(), 200);
-    EXPECT_TRUE(scroll.Take(Step::pageLeft, 0, 500, 200));
+    EXPECT_TRUE(scroll.Take(ScrollStep::pageLeft, 0, 500, 200));
     EXPECT_EQ(scroll.GetOffset(), 0);
 }
 
 TEST(ColumnScroll, FollowsTheThumbAndGoesToTheEnds) {
     ColumnScroll scroll;
-    EXPECT_TRUE(scroll.Take(Step::toThumb, 123, 500, 200));
+    EXPECT_TRUE(scroll.Take(ScrollStep::toThumb, 123, 500, 200));
     EXPECT_EQ(scroll.GetOffset(), 123);
-    EXPECT_TRUE(scroll.Take(Step::rightEnd, 0, 500, 200));
+    EXPECT_TRUE(scroll.Take(ScrollStep::rightEnd, 0, 500, 200));
     EXPECT_EQ(scroll.GetOffset(), 300);
-    EXPECT_TRUE(scroll.Take(Step::leftEnd, 0, 500, 200));
+    EXPECT_TRUE(scroll.Take(ScrollStep::leftEnd, 0, 500, 200));
     EXPECT_EQ(scroll.GetOffset(), 0);
 }
 
 TEST(ColumnScroll, StopsAtTheEndsOfTheColumns) {
     ColumnScroll scroll;
-    EXPECT_FALSE(scroll.Take(Step::lineLeft, 0, 500, 200));
-    EXPECT_TRUE(scroll.Take(Step::toThumb, 5000, 500, 200));
+    EXPECT_FALSE(scroll.Take(ScrollStep::lineLeft, 0, 500, 200));
+    EXPECT_TRUE(scroll.Take(ScrollStep::toThumb, 5000, 500, 200));
     EXPECT_EQ(scroll.GetOffset(), 300);
-    EXPECT_FALSE(scroll.Take(Step::pageRight, 0, 500, 200));
-    EXPECT_FALSE(scroll.Take(Step::rightEnd, 0, 500, 200));
+    EXPECT_FALSE(scroll.Take(ScrollStep::pageRight, 0, 500, 200));
+    EXPECT_FALSE(scroll.Take(ScrollStep::rightEnd, 0, 500, 200));
     EXPECT_EQ(scroll.GetOffset(), 300);
 }
 
 TEST(ColumnScroll, DoesNotMoveWhatFits) {
     ColumnScroll scroll;
-    EXPECT_FALSE(scroll.Take(Step::lineRight, 0, 150, 200));
-    EXPECT_FALSE(scroll.Take(Step::rightEnd, 0, 150, 200));
+    EXPECT_FALSE(scroll.Take(ScrollStep::lineRight, 0, 150, 200));
+    EXPECT_FALSE(scroll.Take(ScrollStep::rightEnd, 0, 150, 200));
     EXPECT_EQ(scroll.GetOffset(), 0);
 }
 
 TEST(ColumnScroll, FollowsAGrowingWindow) {
     ColumnScroll scroll;
-    scroll.Take(Step::rightEnd, 0, 500, 200);
+    scroll.Take(ScrollStep::rightEnd, 0, 500, 200);
     scroll.Fit(500, 350);
     EXPECT_EQ(scroll.GetOffset(), 150);
     scroll.Fit(500, 700);

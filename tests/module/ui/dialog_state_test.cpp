@@ -45,21 +45,21 @@ std::vector<FeatureLeaf> Leaves(const std::vector<std::pair<const char*, const c
     return leaves;
 }
 
-using Indices = std::vector<std::size_t>;
+using LeafIndices = std::vector<std::size_t>;
 
 TEST(VisibleChange, TellsWhatCameAndWent) {
     const auto leaves = Leaves({{"A", "a"}, {"A", "b"}, {"A", "c"}, {"B", "a"}});
     const VisibleChange change = CompareVisible(leaves, {0, 1}, {1, 2, 3});
-    EXPECT_EQ(change.appeared, (Indices{2, 3}));
-    EXPECT_EQ(change.vanished, (Indices{0}));
+    EXPECT_EQ(change.appeared, (LeafIndices{2, 3}));
+    EXPECT_EQ(change.vanished, (LeafIndices{0}));
 }
 
 TEST(VisibleChange, IsNoneBetweenFeaturesOfTheSameNames) {
     const auto leaves = Leaves({{"A", "a"}, {"A", "a"}, {"B", "a"}});
-    EXPECT_EQ(CompareVisible(leaves, {0}, {1}).appeared, Indices{});
-    EXPECT_EQ(CompareVisible(leaves, {0}, {1}).vanished, Indices{});
-    EXPECT_EQ(CompareVisible(leaves, {0}, {2}).appeared, (Indices{2}));
-    EXPECT_EQ(CompareVisible(leaves, {}, {}).appeared, Indices{});
+    EXPECT_EQ(CompareVisible(leaves, {0}, {1}).appeared, LeafIndices{});
+    EXPECT_EQ(CompareVisible(leaves, {0}, {1}).vanished, LeafIndices{});
+    EXPECT_EQ(CompareVisible(leaves, {0}, {2}).appeared, (LeafIndices{2}));
+    EXPECT_EQ(CompareVisible(leaves, {}, {}).appeared, LeafIndices{});
 }
 
 // ---- changes of the buffers ----

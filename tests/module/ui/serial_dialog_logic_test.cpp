@@ -4,9 +4,9 @@
 
 namespace {
 
-using Indices = std::vector<std::uint32_t>;
+using Choices = std::vector<std::uint32_t>;
 
-constexpr SerialField kFields[] = {SerialField::kBaud, SerialField::kParity, SerialField::kByteSize,
+constexpr SerialField kDialogFields[] = {SerialField::kBaud, SerialField::kParity, SerialField::kByteSize,
                                    SerialField::kStopBits};
 
 SerialDialogData TwoPorts() {
@@ -21,8 +21,8 @@ TEST(SerialDialogLogic, OffersNothingWithoutAPort) {
     for (const std::int32_t index : {-1, 2, INT32_MIN, INT32_MAX}) {
         data.portIndex = index;
         EXPECT_EQ(SelectedSerialPort(data), nullptr) << index;
-        for (const SerialField field : kFields) {
-            EXPECT_EQ(OfferedSerialChoices(data, field), Indices{}) << index;
+        for (const SerialField field : kDialogFields) {
+            EXPECT_EQ(OfferedSerialChoices(data, field), Choices{}) << index;
         }
     }
     EXPECT_EQ(SelectedSerialPort({}), nullptr);
@@ -32,10 +32,10 @@ TEST(SerialDialogLogic, OffersWhatTheSelectedPortAllows) {
     SerialDialogData data = TwoPorts();
     data.portIndex = 0;
     EXPECT_EQ(SelectedSerialPort(data), &data.ports[0]);
-    EXPECT_EQ(OfferedSerialChoices(data, SerialField::kBaud), (Indices{5, 9}));
-    EXPECT_EQ(OfferedSerialChoices(data, SerialField::kParity), Indices{});
+    EXPECT_EQ(OfferedSerialChoices(data, SerialField::kBaud), (Choices{5, 9}));
+    EXPECT_EQ(OfferedSerialChoices(data, SerialField::kParity), Choices{});
     data.portIndex = 1;
-    for (const SerialField field : kFields) {
+    for (const SerialField field : kDialogFields) {
         EXPECT_EQ(OfferedSerialChoices(data, field).size(), SerialChoiceCount(field));
     }
 }
@@ -43,7 +43,7 @@ TEST(SerialDialogLogic, OffersWhatTheSelectedPortAllows) {
 TEST(SerialDialogLogic, KeepsEachFieldApart) {
     SerialSettings settings;
     std::uint32_t value = 100;
-    for (const SerialField field : kFields) {
+    for (const SerialField field : kDialogFields) {
         SerialSettingOf(settings, field) = value++;
     }
     EXPECT_EQ(settings.baudIndex, 100u);

@@ -11,14 +11,14 @@ namespace {
 
 using std::nullopt;
 
-constexpr std::int64_t kLowest = std::numeric_limits<std::int64_t>::min();
-constexpr std::int64_t kHighest = std::numeric_limits<std::int64_t>::max();
+constexpr std::int64_t kLowestInteger = std::numeric_limits<std::int64_t>::min();
+constexpr std::int64_t kHighestInteger = std::numeric_limits<std::int64_t>::max();
 
 TEST(FormatInteger, WritesAllDigitsOfSixtyFourBits) {
     EXPECT_EQ(FormatInteger(0), "0");
     EXPECT_EQ(FormatInteger(-17), "-17");
-    EXPECT_EQ(FormatInteger(kLowest), "-9223372036854775808");
-    EXPECT_EQ(FormatInteger(kHighest), "9223372036854775807");
+    EXPECT_EQ(FormatInteger(kLowestInteger), "-9223372036854775808");
+    EXPECT_EQ(FormatInteger(kHighestInteger), "9223372036854775807");
 }
 
 TEST(FormatFloat, WritesSixDigitsAfterThePoint) {
@@ -46,8 +46,8 @@ TEST(ParseInteger, ReadsTheNumberAtTheStart) {
     EXPECT_EQ(ParseInteger("42abc"), 42);
     EXPECT_EQ(ParseInteger("42 43"), 42);
     EXPECT_EQ(ParseInteger("0042"), 42);
-    EXPECT_EQ(ParseInteger("9223372036854775807"), kHighest);
-    EXPECT_EQ(ParseInteger("-9223372036854775808"), kLowest);
+    EXPECT_EQ(ParseInteger("9223372036854775807"), kHighestInteger);
+    EXPECT_EQ(ParseInteger("-9223372036854775808"), kLowestInteger);
 }
 
 TEST(ParseInteger, ReadsNothingWhereNoNumberStarts) {
@@ -57,9 +57,9 @@ TEST(ParseInteger, ReadsNothingWhereNoNumberStarts) {
 }
 
 TEST(ParseInteger, TakesTheNearestNumberBeyondSixtyFourBits) {
-    EXPECT_EQ(ParseInteger("9223372036854775808"), kHighest);
-    EXPECT_EQ(ParseInteger("99999999999999999999999"), kHighest);
-    EXPECT_EQ(ParseInteger("-9223372036854775809"), kLowest);
+    EXPECT_EQ(ParseInteger("9223372036854775808"), kHighestInteger);
+    EXPECT_EQ(ParseInteger("99999999999999999999999"), kHighestInteger);
+    EXPECT_EQ(ParseInteger("-9223372036854775809"), kLowestInteger);
 }
 
 TEST(ParseFloat, ReadsTheLeadingRunOfNumberCharacters) {

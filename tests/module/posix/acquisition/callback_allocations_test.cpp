@@ -16,11 +16,11 @@ extern "C" int __sanitizer_install_malloc_and_free_hooks(void (*onMalloc)(const 
 namespace {
 
 thread_local bool counting = false;
-thread_local unsigned allocations = 0;
+thread_local unsigned allocationsHere = 0;
 
 void CountAllocation(const volatile void*, std::size_t) {
     if (counting) {
-        ++allocations;
+        ++allocationsHere;
     }
 }
 
@@ -32,11 +32,11 @@ unsigned CountAllocations(Work work) {
     static const int installed =
         __sanitizer_install_malloc_and_free_hooks(&CountAllocation, &IgnoreRelease);
     EXPECT_NE(installed, 0);
-    allocations = 0;
+    allocationsHere = 0;
     counting = true;
     work();
     counting = false;
-    return allocations;
+    return allocationsHere;
 }
 
 class CallbackAllocations : public SnapFixture {
