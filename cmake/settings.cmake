@@ -1,4 +1,4 @@
-# settings.cmake - language, warnings, sanitizers and where things are put
+# settings.cmake - language, warnings, sanitizers and output directories
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -10,39 +10,50 @@ set(CMAKE_C_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
+# Programs expect the module and the camera SDKs beside them.
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
-set(CMAKE_INSTALL_RPATH $ORIGIN)
 
+# Installed programs expect them here, relative to the program's own directory.
+if(WIN32)
+  set(MIVORA_INSTALL_PLUGINDIR ${CMAKE_INSTALL_BINDIR})
+else()
+  set(MIVORA_INSTALL_PLUGINDIR ${CMAKE_INSTALL_LIBDIR}/mivora)
+endif()
+file(RELATIVE_PATH MIVORA_PLUGINS_FROM_BIN ${CMAKE_INSTALL_FULL_BINDIR}
+     ${CMAKE_INSTALL_PREFIX}/${MIVORA_INSTALL_PLUGINDIR})
+
+# Absolute paths are hidden from ccache, so that every checkout shares its results.
 find_program(CCACHE_PROGRAM ccache)
-if(CCACHE_PROGRAM)
-  set(CMAKE_C_COMPILER_LAUNCHER ${CCACHE_PROGRAM})
-  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE_PROGRAM})
+if(CCACHE_PROGRAM AND NOT MSVC)
+  foreach(language IN ITEMS C CXX)
+    set(CMAKE_${language}_COMPILER_LAUNCHER
+        ${CMAKE_COMMAND} -E env CCACHE_BASEDIR=${CMAKE_SOURCE_DIR} CCACHE_NOHASHDIR=1
+        ${CCACHE_PROGRAM})
+  endforeach()
 endif()
 
 find_package(Threads REQUIRED)
 
-set(MIVORA_SANITIZE "" CACHE STRING "Sanitizers to build with: address,undefined or thread")
 if(MIVORA_SANITIZE)
   add_compile_options(-fsanitize=${MIVORA_SANITIZE} -fno-sanitize-recover=all
                       -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${MIVORA_SANITIZE})
 endif()
-
 if(MIVORA_FUZZ)
   add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 
-# What every target of this project is compiled with; third-party sources are not.
+# What every target of this project is compiled with; sources of other projects are not.
 add_library(mivora_settings INTERFACE)
 target_include_directories(mivora_settings INTERFACE ${CMAKE_SOURCE_DIR})
 if(MSVC)
-  target_compile_options(mivora_settings INTERFACE /W4 /WX /utf-8 /permissive-)
+  target_compile_options(mivora_settings INTERFACE /W4 /utf-8 /permissive-)
   target_compile_definitions(mivora_settings INTERFACE _CRT_SECURE_NO_WARNINGS NOMINMAX)
 else()
   target_compile_options(mivora_settings INTERFACE
-    -Wall -Wextra -Wconversion -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
+    -Wall -Wextra -Wconversion -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # GCC 12 sees overlaps in std::string's operator+ that are not there.
     target_compile_options(mivora_settings INTERFACE -Wno-restrict)
@@ -50,6 +61,9 @@ else()
   if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
     target_compile_options(mivora_settings INTERFACE -Wthread-safety -Wno-sign-conversion)
   endif()
+endif()
+if(MIVORA_WERROR)
+  target_compile_options(mivora_settings INTERFACE $<IF:$<BOOL:${MSVC}>,/WX,-Werror>)
 endif()
 if(WIN32)
   target_compile_definitions(mivora_settings INTERFACE

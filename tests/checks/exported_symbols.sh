@@ -18,10 +18,10 @@ expect() {
 entries=$(sed -n 's/^PXN_API [A-Za-z]* PXN_CALL \(Pxn[A-Za-z]*\)(.*/\1/p' pxnc/include/pxnc.h)
 [ "$(wc -l <<<"$entries")" -eq 55 ] || { echo "pxnc.h does not declare 55 entries"; status=1; }
 
-expect build/asan/bin/libMivoraKVNPyxen.so CreateGrabberInstance DeleteGrabberInstance \
+expect "$2"/bin/libMivoraKVNPyxen.so CreateGrabberInstance DeleteGrabberInstance \
   MivoraModuleInterface
 # shellcheck disable=SC2086
-expect build/asan/bin/simulator/Bin/libPxnC.so $entries PxnControl
+expect "$2"/bin/simulator/Bin/libPxnC.so $entries PxnControl
 # shellcheck disable=SC2086
-expect build/asan/bin/genicam/Bin/libPxnC.so $entries
+expect "$2"/bin/genicam/Bin/libPxnC.so $entries
 exit "$status"

@@ -3,7 +3,7 @@
 # number and name by name, with module_slots.txt. The destructor takes two entries here.
 set -euo pipefail
 cd "$1"
-module=build/asan/bin/libMivoraKVNPyxen.so
+module=$2/bin/libMivoraKVNPyxen.so
 [ -e "$module" ] || { echo "$module is not built"; exit 1; }
 
 table=$(nm "$module" | awk '$3 == "_ZTV20CMivoraKVNPyxenClass" { print $1 }')

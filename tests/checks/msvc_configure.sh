@@ -4,9 +4,8 @@
 set -euo pipefail
 cd "$1"
 
-build=build/test/msvc
+build=$2/msvc
 rm -rf "$build"
-mkdir -p build/test
 tools=$(dirname "$(readlink -f "$(command -v clang++)")")
 log=$build.log
 cmake -S . -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DCMAKE_SYSTEM_NAME=Windows \
@@ -14,7 +13,9 @@ cmake -S . -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DCMAKE_SYSTEM_NAME=W
   -DCMAKE_C_COMPILER="$tools/clang-cl" -DCMAKE_CXX_COMPILER="$tools/clang-cl" \
   -DCMAKE_C_COMPILER_TARGET=x86_64-pc-windows-msvc \
   -DCMAKE_CXX_COMPILER_TARGET=x86_64-pc-windows-msvc \
-  -DCMAKE_TRY_COMPILE_TARGET_TYPE=STATIC_LIBRARY \
+  -DCMAKE_TRY_COMPILE_TARGET_TYPE=STATIC_LIBRARY -DMIVORA_WERROR=ON \
+  -DCMAKE_FIND_ROOT_PATH="$build" -DCMAKE_FIND_ROOT_PATH_MODE_PACKAGE=ONLY \
+  -DCMAKE_FIND_ROOT_PATH_MODE_LIBRARY=ONLY -DCMAKE_FIND_ROOT_PATH_MODE_INCLUDE=ONLY \
   -DCMAKE_LINKER="$tools/lld-link" -DCMAKE_AR="$tools/llvm-lib" -DCMAKE_MT="$tools/llvm-mt" \
   -DCMAKE_RC_COMPILER="$tools/llvm-rc" >"$log" 2>&1 || { cat "$log"; exit 1; }
 
@@ -30,6 +31,7 @@ for product in Mivora.dll MivoraKVNPyxen.dll mivora.exe pyxen-tool.exe simulator
   expect "bin/$product" "a product is not built"
 done
 expect "/W4" "warnings"
+expect "/WX" "warnings are errors"
 expect "std:c++20" "the language"
 refuse "-Wall" "an option of other compilers"
 refuse "__attribute__" "a word of other compilers"

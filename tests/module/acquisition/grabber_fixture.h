@@ -3,6 +3,7 @@
 
 #include "grabber/mivora_kvn_pyxen_class.h"
 #include "tests/module/acquisition/scripted_sleep.h"
+#include "tests/module/texts.h"
 #include "tests/scripted_sdk/scripted_sdk.h"
 #include "tests/support/environment_guard.h"
 #include "tests/support/recording_sink.h"
@@ -15,8 +16,6 @@
 #include <string>
 #include <utility>
 #include <vector>
-
-using Texts = std::vector<std::string>;
 
 /// `text` repeated for the indices 0 to `count` - 1, with the number between `before` and `after`.
 inline Texts Numbered(const std::string& before, unsigned count, const std::string& after = "") {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "sdk/pyxen_api_access.h"
+#include "tests/module/texts.h"
 #include "tests/scripted_sdk/scripted_sdk.h"
 #include "tests/support/environment_guard.h"
 #include "tests/support/recording_sink.h"
@@ -14,8 +15,6 @@
 /// Loaded and started, with no line and no call recorded yet.
 class LoadedApi : public ::testing::Test {
 protected:
-    using Texts = std::vector<std::string>;
-
     void SetUp() override {
         sdk.Reset();
         ASSERT_TRUE(api.Load(nullptr, &sink));

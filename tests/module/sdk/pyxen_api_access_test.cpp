@@ -2,6 +2,7 @@
 #include "sdk/pyxen_api_access.h"
 
 #include "tests/module/sdk/library_text.h"
+#include "tests/module/texts.h"
 #include "tests/scripted_sdk/scripted_sdk.h"
 #include "tests/support/environment_guard.h"
 #include "tests/support/recording_sink.h"
@@ -20,8 +21,6 @@ namespace {
 using library_text::File;
 using library_text::Separator;
 using support::EnvironmentGuard;
-using Texts = std::vector<std::string>;
-
 const Texts kEntryNames = {"PxnVersionQuery",
                            "PxnStartup",
                            "PxnShutdown",

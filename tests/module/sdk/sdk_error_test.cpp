@@ -1,6 +1,7 @@
 // sdk_error_test.cpp - the words for the SDK's result codes
 #include "sdk/sdk_error.h"
 
+#include "tests/module/texts.h"
 #include "tests/support/recording_sink.h"
 
 #include <gtest/gtest.h>
@@ -12,8 +13,6 @@
 #include <vector>
 
 namespace {
-
-using Texts = std::vector<std::string>;
 
 const std::map<PxnError, std::string>& KnownTexts() {
     static const std::map<PxnError, std::string> texts = {

@@ -1,5 +1,6 @@
 // api_loading_test.cpp - loading where paths are UTF-8 and have no length limit of their own
 #include "sdk/pyxen_api_access.h"
+#include "tests/module/texts.h"
 #include "tests/scripted_sdk/scripted_sdk.h"
 #include "tests/support/environment_guard.h"
 #include "tests/support/recording_sink.h"
@@ -12,8 +13,6 @@
 #include <vector>
 
 namespace {
-
-using Texts = std::vector<std::string>;
 
 TEST(ApiLoading, AConfigurationPathThatIsNoTextStopsTheLoad) {
     scripted::Sdk& sdk = scripted::GetSdk();

@@ -1,0 +1,7 @@
+// texts.h - the lines of a log, the calls of an SDK
+#pragma once
+
+#include <string>
+#include <vector>
+
+using Texts = std::vector<std::string>;
