@@ -10,7 +10,7 @@
 
 namespace {
 
-void Store(uint64_t* target, uint64_t value) {
+void Store(std::uint64_t* target, std::uint64_t value) {
     if (target) {
         *target = value;
     }
@@ -24,7 +24,7 @@ const char* CCmdSerial::GetChannelTypeName() {
     return "Serial Port";
 }
 
-uint32_t CCmdSerial::GetChannelKind() {
+std::uint32_t CCmdSerial::GetChannelKind() {
     return MVCMD_SERIAL;
 }
 
@@ -123,18 +123,19 @@ MV_ERRCODE CCmdSerial::Open() {
     });
 }
 
-MV_ERRCODE CCmdSerial::ReadByte(uint8_t* buffer, uint64_t* count) {
-    uint64_t read = 0;
+MV_ERRCODE CCmdSerial::ReadByte(std::uint8_t* buffer, std::uint64_t* count) {
+    std::uint64_t read = 0;
     const MV_ERRCODE result = ReadBuffer(buffer, 1, &read);
     Store(count, read);
     return result == MV_OK && read == 0 ? MV_READ_FAILED : result;
 }
 
-MV_ERRCODE CCmdSerial::WriteByte(const uint8_t* buffer, uint64_t* count) {
+MV_ERRCODE CCmdSerial::WriteByte(const std::uint8_t* buffer, std::uint64_t* count) {
     return WriteBuffer(buffer, 1, count);
 }
 
-MV_ERRCODE CCmdSerial::ReadBuffer(uint8_t* buffer, uint64_t length, uint64_t* count) {
+MV_ERRCODE CCmdSerial::ReadBuffer(std::uint8_t* buffer, std::uint64_t length,
+                                  std::uint64_t* count) {
     Store(count, 0);
     return Guarded(MV_READ_FAILED, [&] {
         const platform::MutexLock lock(mutex);
@@ -147,7 +148,8 @@ MV_ERRCODE CCmdSerial::ReadBuffer(uint8_t* buffer, uint64_t length, uint64_t* co
     });
 }
 
-MV_ERRCODE CCmdSerial::WriteBuffer(const uint8_t* buffer, uint64_t length, uint64_t* count) {
+MV_ERRCODE CCmdSerial::WriteBuffer(const std::uint8_t* buffer, std::uint64_t length,
+                                   std::uint64_t* count) {
     Store(count, 0);
     return Guarded(MV_WRITE_FAILED, [&] {
         const platform::MutexLock lock(mutex);
@@ -159,7 +161,7 @@ MV_ERRCODE CCmdSerial::WriteBuffer(const uint8_t* buffer, uint64_t length, uint6
     });
 }
 
-MV_ERRCODE CCmdSerial::Purge(uint32_t flags) {
+MV_ERRCODE CCmdSerial::Purge(std::uint32_t flags) {
     return Guarded(MV_PURGE_FAILED, [&] {
         const platform::MutexLock lock(mutex);
         return port.Purge((flags & kMvPurgeReceive) != 0, (flags & kMvPurgeTransmit) != 0)

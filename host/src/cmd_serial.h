@@ -6,6 +6,7 @@
 #include "platform/serial_port.h"
 #include "serial_settings.h"
 
+#include <cstdint>
 #include <string>
 
 /// A serial port of this machine. Any thread; one operation on the port at a time. New settings
@@ -20,14 +21,16 @@ public:
     /// As if cancelled where there are no windows; MV_REFUSED when the dialog cannot be shown.
     MV_ERRCODE ConfigDialog(MV_WINDOW parent, MV_DLG_EXITCODE* exitCode) override;
     MV_ERRCODE Open() override;
-    MV_ERRCODE ReadByte(uint8_t* buffer, uint64_t* count) override;
-    MV_ERRCODE WriteByte(const uint8_t* buffer, uint64_t* count) override;
-    MV_ERRCODE ReadBuffer(uint8_t* buffer, uint64_t length, uint64_t* count) override;
-    MV_ERRCODE WriteBuffer(const uint8_t* buffer, uint64_t length, uint64_t* count) override;
-    MV_ERRCODE Purge(uint32_t flags) override;
+    MV_ERRCODE ReadByte(std::uint8_t* buffer, std::uint64_t* count) override;
+    MV_ERRCODE WriteByte(const std::uint8_t* buffer, std::uint64_t* count) override;
+    MV_ERRCODE ReadBuffer(std::uint8_t* buffer, std::uint64_t length,
+                          std::uint64_t* count) override;
+    MV_ERRCODE WriteBuffer(const std::uint8_t* buffer, std::uint64_t length,
+                           std::uint64_t* count) override;
+    MV_ERRCODE Purge(std::uint32_t flags) override;
     MV_ERRCODE Close() override;
     ~CCmdSerial() override;
-    uint32_t GetChannelKind() override;
+    std::uint32_t GetChannelKind() override;
 
 private:
     platform::Mutex mutex;

@@ -17,8 +17,8 @@ public:
     ConfigReader(const CIniFile& source, const SectionName& name) : file(source), section(name) {}
 
     std::optional<std::string> Text(const char* key) const;
-    std::optional<uint32_t> Unsigned(const char* key) const;
-    std::optional<int32_t> Signed(const char* key) const;
+    std::optional<std::uint32_t> Unsigned(const char* key) const;
+    std::optional<std::int32_t> Signed(const char* key) const;
 
 private:
     const CIniFile& file;
@@ -31,9 +31,9 @@ public:
     ConfigWriter(CIniFile& target, const SectionName& name) : file(target), section(name) {}
 
     void Text(const char* key, const char* value);
-    void Unsigned(const char* key, uint32_t value);
-    void Signed(const char* key, int32_t value);
-    void Hex(const char* key, uint32_t value);
+    void Unsigned(const char* key, std::uint32_t value);
+    void Signed(const char* key, std::int32_t value);
+    void Hex(const char* key, std::uint32_t value);
     bool Succeeded() const { return succeeded; }
 
 private:
@@ -60,4 +60,4 @@ private:
 };
 
 /// The number behind `prefix` in a section's name; nothing when the name is built otherwise.
-std::optional<int32_t> SectionNumber(const char* name, const char* prefix);
+std::optional<std::int32_t> SectionNumber(const char* name, const char* prefix);

@@ -7,4 +7,4 @@
 
 /// Copies `text` into `buffer`, cut to `capacity` - 1 bytes and terminated; nothing with a null
 /// buffer or capacity 0. Returns the length of the whole text.
-uint32_t CopyText(std::string_view text, char* buffer, std::size_t capacity);
+std::uint32_t CopyText(std::string_view text, char* buffer, std::size_t capacity);

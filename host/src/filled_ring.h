@@ -20,37 +20,37 @@ class FilledRing {
 public:
     /// Forgets everything and makes room for `count` buffers. False, with room for none, when
     /// there are too many or memory is out.
-    bool Reset(uint64_t count);
+    bool Reset(std::uint64_t count);
 
-    Arrival Add(uint64_t index);
+    Arrival Add(std::uint64_t index);
     /// Hands out the newest waiting buffer; the older ones are lost. False when none waits.
-    bool TakeNewest(uint64_t& index);
+    bool TakeNewest(std::uint64_t& index);
     /// Hands out the oldest waiting buffer. False when none waits.
-    bool TakeOldest(uint64_t& index);
+    bool TakeOldest(std::uint64_t& index);
     /// Takes back a buffer that the host holds, or that waits and that the host does not want.
     /// False for any other.
-    bool Release(uint64_t index);
+    bool Release(std::uint64_t index);
     /// Images that were lost since the last Reset.
-    uint64_t LostCount();
+    std::uint64_t LostCount();
 
 private:
-    static constexpr uint32_t kNone = 0xFFFFFFFFu;
+    static constexpr std::uint32_t kNone = 0xFFFFFFFFu;
 
-    enum class State : uint8_t { kIdle, kWaiting, kHeld };
+    enum class State : std::uint8_t { kIdle, kWaiting, kHeld };
 
     // The waiting buffers are linked by their indices, so that one in the middle leaves at once.
     struct Slot {
         State state = State::kIdle;
-        uint32_t older = kNone;
-        uint32_t newer = kNone;
+        std::uint32_t older = kNone;
+        std::uint32_t newer = kNone;
     };
 
-    void AppendNewest(uint32_t index) REQUIRES(mutex);
-    void Unlink(uint32_t index) REQUIRES(mutex);
+    void AppendNewest(std::uint32_t index) REQUIRES(mutex);
+    void Unlink(std::uint32_t index) REQUIRES(mutex);
 
     platform::Mutex mutex;
     std::vector<Slot> slots GUARDED_BY(mutex);
-    uint32_t oldest GUARDED_BY(mutex) = kNone;
-    uint32_t newest GUARDED_BY(mutex) = kNone;
-    uint64_t lost GUARDED_BY(mutex) = 0;
+    std::uint32_t oldest GUARDED_BY(mutex) = kNone;
+    std::uint32_t newest GUARDED_BY(mutex) = kNone;
+    std::uint64_t lost GUARDED_BY(mutex) = 0;
 };

@@ -2,6 +2,7 @@
 #include "format_spec.h"
 
 #include <climits>
+#include <cstddef>
 #include <cstring>
 
 namespace {

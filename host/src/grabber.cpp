@@ -77,20 +77,20 @@ void CMivoraGrabber::SetDriverVersion(const char* text) {
     StoreText(impl->driverVersion, text);
 }
 
-uint32_t CMivoraGrabber::GetNumCameras() {
-    uint32_t count = 0;
+std::uint32_t CMivoraGrabber::GetNumCameras() {
+    std::uint32_t count = 0;
     for (const CMivoraCamera* camera = GetFirstCamera(); camera; camera = camera->GetNext()) {
         ++count;
     }
     return count;
 }
 
-int32_t CMivoraGrabber::GetActCameraIndex() {
+std::int32_t CMivoraGrabber::GetActCameraIndex() {
     return impl->actCamera;
 }
 
-int32_t CMivoraGrabber::GetCameraIndexByQZRCameraID(uint32_t id) {
-    int32_t index = 0;
+std::int32_t CMivoraGrabber::GetCameraIndexByQZRCameraID(std::uint32_t id) {
+    std::int32_t index = 0;
     for (const CMivoraCamera* camera = GetFirstCamera(); camera; camera = camera->GetNext()) {
         // 0 says that the integrator gave the camera no number.
         if (id != 0 && camera->GetQZRCameraID() == id) {
@@ -101,8 +101,8 @@ int32_t CMivoraGrabber::GetCameraIndexByQZRCameraID(uint32_t id) {
     return -1;
 }
 
-int32_t CMivoraGrabber::GetCameraIndexByCameraUniqueID(uint32_t id) {
-    int32_t index = 0;
+std::int32_t CMivoraGrabber::GetCameraIndexByCameraUniqueID(std::uint32_t id) {
+    std::int32_t index = 0;
     for (const CMivoraCamera* camera = GetFirstCamera(); camera; camera = camera->GetNext()) {
         if (camera->GetCameraUniqueID() == id) {
             return index;
@@ -116,7 +116,7 @@ CMivoraCamera* CMivoraGrabber::GetFirstCamera() {
     return impl->firstCamera;
 }
 
-CMivoraCamera* CMivoraGrabber::GetCamera(int32_t index) {
+CMivoraCamera* CMivoraGrabber::GetCamera(std::int32_t index) {
     if (index < 0) {
         return nullptr;
     }
@@ -139,7 +139,7 @@ CMivoraCamera* CMivoraGrabber::GetLastCamera() {
     return camera;
 }
 
-MV_ERRCODE CMivoraGrabber::SetActCameraIndex(int32_t index) {
+MV_ERRCODE CMivoraGrabber::SetActCameraIndex(std::int32_t index) {
     if (index != -1 && !GetCamera(index)) {
         return MV_NO_CAMERA;
     }
@@ -194,7 +194,7 @@ MV_ERRCODE CMivoraGrabber::DeleteInternalList() {
     return MV_OK;
 }
 
-void CMivoraGrabber::StoreActCameraIndex(int32_t index) {
+void CMivoraGrabber::StoreActCameraIndex(std::int32_t index) {
     impl->actCamera = index;
 }
 

@@ -23,7 +23,7 @@ constexpr FeatureKey kFeatureKeys[] = {
 };
 static_assert(sizeof kFeatureKeys / sizeof kFeatureKeys[0] == EMV_FEATURE_COUNT);
 
-constexpr int32_t kShortestTimeBase = -6;
+constexpr std::int32_t kShortestTimeBase = -6;
 
 template <typename Target, typename Value>
 void StoreIfGiven(Target& target, const std::optional<Value>& value) {
@@ -34,7 +34,7 @@ void StoreIfGiven(Target& target, const std::optional<Value>& value) {
 
 /// A new channel of the type with this name; null when the module makes none such.
 CCmdChannel* MakeChannel(CMivoraGrabber& grabber, const std::string& typeName) {
-    for (uint32_t type = 0; type < grabber.GetNumCmdChannelTypes(); ++type) {
+    for (std::uint32_t type = 0; type < grabber.GetNumCmdChannelTypes(); ++type) {
         CCmdChannel* const channel = grabber.CreateCmdChannel(type);
         if (channel &&
             platform::CompareNoCase(channel->GetChannelTypeName(), typeName.c_str()) == 0) {
@@ -48,14 +48,14 @@ CCmdChannel* MakeChannel(CMivoraGrabber& grabber, const std::string& typeName) {
 /// Replaces the channel list by the one in the ini file, when that has one.
 void LoadChannels(CMivoraGrabber& grabber, const CIniFile& ini, const ConfigReader& grabberSection,
                   ILogSink* sink) {
-    const std::optional<uint32_t> count = grabberSection.Unsigned("NumCmdChannels");
+    const std::optional<std::uint32_t> count = grabberSection.Unsigned("NumCmdChannels");
     if (!count) {
         return;
     }
     grabber.DeleteCmdChannelList();
-    for (uint32_t i = 0; i < *count; ++i) {
+    for (std::uint32_t i = 0; i < *count; ++i) {
         const SectionName section =
-            SectionName::Channel(grabber.GetSectionNumber(), static_cast<int32_t>(i));
+            SectionName::Channel(grabber.GetSectionNumber(), static_cast<std::int32_t>(i));
         const std::optional<std::string> typeName = ConfigReader(ini, section).Text("TYPE");
         if (!typeName) {
             break;
@@ -72,7 +72,7 @@ void LoadChannels(CMivoraGrabber& grabber, const CIniFile& ini, const ConfigRead
         }
         grabber.AddCmdChannel(channel);
     }
-    if (const std::optional<int32_t> active = grabberSection.Signed("ActCmdChannel")) {
+    if (const std::optional<std::int32_t> active = grabberSection.Signed("ActCmdChannel")) {
         grabber.SetActCmdChannelIndex(*active);
     }
 }
@@ -80,7 +80,7 @@ void LoadChannels(CMivoraGrabber& grabber, const CIniFile& ini, const ConfigRead
 /// True when every channel has been written.
 bool SaveChannels(CMivoraGrabber& grabber, CIniFile& ini, ConfigWriter& grabberSection) {
     bool saved = true;
-    int32_t index = 0;
+    std::int32_t index = 0;
     for (CCmdChannel* channel = grabber.GetFirstCmdChannel(); channel;
          channel = channel->GetNext()) {
         const SectionName section = SectionName::Channel(grabber.GetSectionNumber(), index);
@@ -94,12 +94,12 @@ bool SaveChannels(CMivoraGrabber& grabber, CIniFile& ini, ConfigWriter& grabberS
 
 /// The number for a new camera section: the one behind the biggest, or the first that is free when
 /// there is none behind it.
-int32_t FreeCameraSection(CMivoraGrabber& grabber, const CIniFile& ini) {
-    const int32_t biggest = grabber.GetBiggestSectionNum(kCameraSectionPrefix);
+std::int32_t FreeCameraSection(CMivoraGrabber& grabber, const CIniFile& ini) {
+    const std::int32_t biggest = grabber.GetBiggestSectionNum(kCameraSectionPrefix);
     if (biggest < INT32_MAX) {
         return biggest + 1;
     }
-    int32_t number = 0;
+    std::int32_t number = 0;
     while (ini.HasSection(SectionName::Camera(number).Text())) {
         ++number;
     }
@@ -128,10 +128,11 @@ void SaveMode(CMivoraGfxMode& mode, ConfigWriter& section) {
 
 } // namespace
 
-int32_t CMivoraGrabber::Impl::FindCameraSection(const CMivoraCamera& camera) {
+std::int32_t CMivoraGrabber::Impl::FindCameraSection(const CMivoraCamera& camera) {
     const CIniFile* const ini = CameraIni();
-    for (uint32_t i = 0; const char* const name = ini ? ini->GetSectionName(i) : nullptr; ++i) {
-        const std::optional<int32_t> number = SectionNumber(name, kCameraSectionPrefix);
+    for (std::uint32_t i = 0; const char* const name = ini ? ini->GetSectionName(i) : nullptr;
+         ++i) {
+        const std::optional<std::int32_t> number = SectionNumber(name, kCameraSectionPrefix);
         if (number && ConfigReader(*ini, SectionName::Camera(*number)).Unsigned("CameraUniqueID") ==
                           camera.GetCameraUniqueID()) {
             return *number;
@@ -140,14 +141,14 @@ int32_t CMivoraGrabber::Impl::FindCameraSection(const CMivoraCamera& camera) {
     return -1;
 }
 
-void CMivoraGrabber::Impl::ApplyCameraSection(CMivoraCamera& camera, int32_t section) {
+void CMivoraGrabber::Impl::ApplyCameraSection(CMivoraCamera& camera, std::int32_t section) {
     camera.SetCameraSectionNum(section);
     const ConfigReader reader(*CameraIni(), SectionName::Camera(section));
-    if (const std::optional<uint32_t> id = reader.Unsigned("QZRCameraID")) {
+    if (const std::optional<std::uint32_t> id = reader.Unsigned("QZRCameraID")) {
         camera.SetQZRCameraID(*id);
     }
     // A camera that has modes is never left without an active one.
-    const std::optional<int32_t> mode = reader.Signed("ActMode");
+    const std::optional<std::int32_t> mode = reader.Signed("ActMode");
     if (mode && *mode >= 0) {
         camera.SetActGfxModeIndex(*mode);
     }
@@ -156,7 +157,7 @@ void CMivoraGrabber::Impl::ApplyCameraSection(CMivoraCamera& camera, int32_t sec
 void CMivoraGrabber::Impl::ApplyCameraSections() {
     Guarded(false, [&] {
         for (CMivoraCamera* camera = firstCamera; camera; camera = camera->GetNext()) {
-            const int32_t section = FindCameraSection(*camera);
+            const std::int32_t section = FindCameraSection(*camera);
             if (section >= 0) {
                 ApplyCameraSection(*camera, section);
             }
@@ -172,9 +173,9 @@ MV_ERRCODE CMivoraGrabber::LoadGrabberConfig() {
     }
     return Guarded(MV_REFUSED, [&] {
         const ConfigReader section(*ini, impl->GrabberSection());
-        const std::optional<uint32_t> exposure = section.Unsigned("Exposure");
-        const std::optional<uint32_t> interval = section.Unsigned("Interval");
-        std::optional<int32_t> timeBase = section.Signed("TimeBase");
+        const std::optional<std::uint32_t> exposure = section.Unsigned("Exposure");
+        const std::optional<std::uint32_t> interval = section.Unsigned("Interval");
+        std::optional<std::int32_t> timeBase = section.Signed("TimeBase");
         if (timeBase && (*timeBase < kShortestTimeBase || *timeBase > 0)) {
             timeBase.reset();
         }
@@ -188,7 +189,7 @@ MV_ERRCODE CMivoraGrabber::LoadGrabberConfig() {
         StoreIfGiven(impl->timerEnabled, section.Unsigned("TimerEnabled"));
         StoreIfGiven(impl->grabberBits, section.Unsigned("GrabberBits"));
         for (const FeatureKey& feature : kFeatureKeys) {
-            if (const std::optional<uint32_t> on = section.Unsigned(feature.key)) {
+            if (const std::optional<std::uint32_t> on = section.Unsigned(feature.key)) {
                 SetFeature(feature.id, *on);
             }
         }
@@ -250,7 +251,7 @@ MV_ERRCODE CMivoraGrabber::SaveCameraModeConfig() {
         return impl->NotSaved("the camera", nullptr);
     }
     return Guarded(MV_REFUSED, [&] {
-        int32_t number = camera->GetCameraSectionNum();
+        std::int32_t number = camera->GetCameraSectionNum();
         if (number < 0) {
             number = impl->FindCameraSection(*camera);
         }
@@ -261,7 +262,7 @@ MV_ERRCODE CMivoraGrabber::SaveCameraModeConfig() {
         ConfigWriter section(*ini, SectionName::Camera(number));
         SaveCamera(*camera, section);
         bool saved = section.Succeeded();
-        uint32_t index = 0;
+        std::uint32_t index = 0;
         for (CMivoraGfxMode* mode = camera->GetFirstGfxMode(); mode; mode = mode->GetNext()) {
             ConfigWriter modeSection(*ini, SectionName::Mode(number, index));
             SaveMode(*mode, modeSection);

@@ -7,6 +7,7 @@
 #include "section_names.h"
 
 #include <atomic>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -26,11 +27,11 @@ struct CMivoraGrabber::Impl {
     MV_ERRCODE NotSaved(const char* what, const CIniFile* file) const;
     /// Gives the nodes of the camera list the section numbers, ids and modes kept for them.
     void ApplyCameraSections();
-    void ApplyCameraSection(CMivoraCamera& camera, int32_t section);
+    void ApplyCameraSection(CMivoraCamera& camera, std::int32_t section);
     /// The section kept for a camera, -1 for none.
-    int32_t FindCameraSection(const CMivoraCamera& camera);
+    std::int32_t FindCameraSection(const CMivoraCamera& camera);
     /// The channel at an index of the list; null when there is none.
-    CCmdChannel* ChannelAt(int32_t index);
+    CCmdChannel* ChannelAt(std::int32_t index);
     /// Empties the list; answers its first node, which the caller then owns with all behind it.
     CCmdChannel* TakeChannels();
 
@@ -42,7 +43,7 @@ struct CMivoraGrabber::Impl {
     std::atomic<bool> hasGrabberIni{false};
     CIniFile cameraIni;
     std::atomic<bool> hasCameraIni{false};
-    std::atomic<int32_t> sectionNumber{0};
+    std::atomic<std::int32_t> sectionNumber{0};
     std::string configDirectory;
 
     DriverText driverDesc;
@@ -53,10 +54,10 @@ struct CMivoraGrabber::Impl {
 
     // The list itself changes only on the thread that initialises or refreshes the grabber.
     std::atomic<CMivoraCamera*> firstCamera{nullptr};
-    std::atomic<int32_t> actCamera{-1};
+    std::atomic<std::int32_t> actCamera{-1};
 
     FilledRing ring;
-    std::atomic<uint64_t> requestedBuffers{1};
+    std::atomic<std::uint64_t> requestedBuffers{1};
 
     EventReceivers<MV_POST_PROCESS_CALLBACK> postProcess;
     EventReceivers<MV_CAM_CFG_CHANGE_CALLBACK> camCfgChange;
@@ -67,20 +68,20 @@ struct CMivoraGrabber::Impl {
 
     platform::Mutex channelMutex; // the list's shape; no channel is called under it
     CCmdChannel* firstChannel GUARDED_BY(channelMutex) = nullptr;
-    int32_t actChannel GUARDED_BY(channelMutex) = -1;
+    std::int32_t actChannel GUARDED_BY(channelMutex) = -1;
 
     platform::Mutex windowMutex;
     std::vector<MV_WINDOW> windows GUARDED_BY(windowMutex);
 
-    std::atomic<uint32_t> featureMask{(1u << EMV_FEATURE_COUNT) - 1};
-    std::atomic<uint32_t> grabberBits{0};
+    std::atomic<std::uint32_t> featureMask{(1u << EMV_FEATURE_COUNT) - 1};
+    std::atomic<std::uint32_t> grabberBits{0};
 
-    std::atomic<uint32_t> exposure{0};
-    std::atomic<uint32_t> interval{0};
-    std::atomic<int32_t> timeBase{-6};
-    std::atomic<uint32_t> savedExposure{0};
-    std::atomic<uint32_t> savedInterval{0};
-    std::atomic<int32_t> savedTimeBase{-6};
-    std::atomic<uint32_t> timerMode{0};
-    std::atomic<uint32_t> timerEnabled{0};
+    std::atomic<std::uint32_t> exposure{0};
+    std::atomic<std::uint32_t> interval{0};
+    std::atomic<std::int32_t> timeBase{-6};
+    std::atomic<std::uint32_t> savedExposure{0};
+    std::atomic<std::uint32_t> savedInterval{0};
+    std::atomic<std::int32_t> savedTimeBase{-6};
+    std::atomic<std::uint32_t> timerMode{0};
+    std::atomic<std::uint32_t> timerEnabled{0};
 };

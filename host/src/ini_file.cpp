@@ -8,6 +8,7 @@
 #include "platform/file_system.h"
 #include "platform/mutex.h"
 
+#include <cstdint>
 #include <cstdio>
 #include <optional>
 #include <string>
@@ -200,10 +201,10 @@ bool CIniFile::HasKey(const char* section, const char* key) const {
     });
 }
 
-uint32_t CIniFile::GetText(const char* section, const char* key, const char* defaultValue,
-                           char* buffer, uint32_t capacity) const {
+std::uint32_t CIniFile::GetText(const char* section, const char* key, const char* defaultValue,
+                                char* buffer, std::uint32_t capacity) const {
     const std::string_view otherwise = defaultValue ? defaultValue : "";
-    const uint32_t failed = CopyText(otherwise, buffer, capacity);
+    const std::uint32_t failed = CopyText(otherwise, buffer, capacity);
     return Guarded(failed, [&] {
         const platform::MutexLock lock(impl->mutex);
         const auto value = section && key ? impl->document.Find(section, key) : std::nullopt;
@@ -211,7 +212,8 @@ uint32_t CIniFile::GetText(const char* section, const char* key, const char* def
     });
 }
 
-int32_t CIniFile::GetInt32(const char* section, const char* key, int32_t defaultValue) const {
+std::int32_t CIniFile::GetInt32(const char* section, const char* key,
+                                std::int32_t defaultValue) const {
     return Guarded(defaultValue, [&] {
         const platform::MutexLock lock(impl->mutex);
         const auto value = section && key ? impl->document.Find(section, key) : std::nullopt;
@@ -230,13 +232,13 @@ bool CIniFile::WriteText(const char* section, const char* key, const char* value
     });
 }
 
-bool CIniFile::WriteInt32(const char* section, const char* key, int32_t value) {
+bool CIniFile::WriteInt32(const char* section, const char* key, std::int32_t value) {
     char text[16];
     std::snprintf(text, sizeof text, "%d", value);
     return WriteText(section, key, text);
 }
 
-bool CIniFile::WriteHex32(const char* section, const char* key, uint32_t value) {
+bool CIniFile::WriteHex32(const char* section, const char* key, std::uint32_t value) {
     char text[16];
     std::snprintf(text, sizeof text, "0x%08X", value);
     return WriteText(section, key, text);
@@ -288,12 +290,12 @@ void CIniFile::DropBatch() {
     }
 }
 
-uint32_t CIniFile::GetNumSections() const {
+std::uint32_t CIniFile::GetNumSections() const {
     const platform::MutexLock lock(impl->mutex);
-    return static_cast<uint32_t>(impl->document.SectionNames().size());
+    return static_cast<std::uint32_t>(impl->document.SectionNames().size());
 }
 
-const char* CIniFile::GetSectionName(uint32_t index) const {
+const char* CIniFile::GetSectionName(std::uint32_t index) const {
     const platform::MutexLock lock(impl->mutex);
     const auto& names = impl->document.SectionNames();
     return index < names.size() ? names[index].c_str() : nullptr;

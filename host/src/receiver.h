@@ -6,6 +6,7 @@
 #include "platform/mutex.h"
 
 #include <atomic>
+#include <cstdint>
 #include <memory>
 #include <new>
 
@@ -111,17 +112,17 @@ class MessageReceivers {
 public:
     /// A null window, thread 0 or message 0 removes the receiver. MV_NOT_AVAILABLE where the
     /// platform has no messages.
-    MV_ERRCODE SetWindow(MV_WINDOW receiver, uint32_t message);
-    MV_ERRCODE SetThread(uint32_t receiver, uint32_t message);
+    MV_ERRCODE SetWindow(MV_WINDOW receiver, std::uint32_t message);
+    MV_ERRCODE SetThread(std::uint32_t receiver, std::uint32_t message);
     /// Posts to both, those that there are.
-    void Post(uint64_t wParam, int64_t lParam);
+    void Post(std::uint64_t wParam, std::int64_t lParam);
 
 private:
     platform::Mutex mutex;
     MV_WINDOW window GUARDED_BY(mutex) = nullptr;
-    uint32_t windowMessage GUARDED_BY(mutex) = 0;
-    uint32_t threadId GUARDED_BY(mutex) = 0;
-    uint32_t threadMessage GUARDED_BY(mutex) = 0;
+    std::uint32_t windowMessage GUARDED_BY(mutex) = 0;
+    std::uint32_t threadId GUARDED_BY(mutex) = 0;
+    std::uint32_t threadMessage GUARDED_BY(mutex) = 0;
 };
 
 /// A callback with what it is called with.

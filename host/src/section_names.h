@@ -7,13 +7,13 @@
 class SectionName {
 public:
     /// "Grabber_N"
-    static SectionName Grabber(int32_t grabber);
+    static SectionName Grabber(std::int32_t grabber);
     /// "Camera_N"
-    static SectionName Camera(int32_t camera);
+    static SectionName Camera(std::int32_t camera);
     /// "Mode_N_M": mode M of the camera with section N
-    static SectionName Mode(int32_t camera, uint32_t mode);
+    static SectionName Mode(std::int32_t camera, std::uint32_t mode);
     /// "Channel_N_M": channel M of the grabber with section N
-    static SectionName Channel(int32_t grabber, int32_t channel);
+    static SectionName Channel(std::int32_t grabber, std::int32_t channel);
 
     const char* Text() const { return text; }
 

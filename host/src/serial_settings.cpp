@@ -49,7 +49,7 @@ SerialStopBits ParseStopBits(const std::string& text) {
     return SerialStopBits::kOne;
 }
 
-uint32_t ParseByteSize(const std::string& text) {
-    const uint32_t bits = ParseUint32(text).value_or(kMostByteBits);
+std::uint32_t ParseByteSize(const std::string& text) {
+    const std::uint32_t bits = ParseUint32(text).value_or(kMostByteBits);
     return bits >= kFewestByteBits && bits <= kMostByteBits ? bits : kMostByteBits;
 }

@@ -9,14 +9,14 @@
 /// What the ini file keeps of a serial port, and what its dialog changes.
 struct SerialSettings {
     std::string portName;
-    uint32_t baud = 9600;
+    std::uint32_t baud = 9600;
     platform::SerialParity parity = platform::SerialParity::kNone;
-    uint32_t byteSize = 8;
+    std::uint32_t byteSize = 8;
     platform::SerialStopBits stopBits = platform::SerialStopBits::kOne;
 };
 
-inline constexpr uint32_t kFewestByteBits = 5;
-inline constexpr uint32_t kMostByteBits = 8;
+inline constexpr std::uint32_t kFewestByteBits = 5;
+inline constexpr std::uint32_t kMostByteBits = 8;
 
 /// "No", "Odd", "Even"; anything else is read as no parity.
 const char* ParityText(platform::SerialParity parity);
@@ -25,4 +25,4 @@ platform::SerialParity ParseParity(const std::string& text);
 const char* StopBitsText(platform::SerialStopBits stopBits);
 platform::SerialStopBits ParseStopBits(const std::string& text);
 /// "5" to "8"; anything else is read as 8.
-uint32_t ParseByteSize(const std::string& text);
+std::uint32_t ParseByteSize(const std::string& text);

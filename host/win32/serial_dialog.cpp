@@ -7,6 +7,7 @@
 
 #include <windows.h>
 
+#include <cstdint>
 #include <initializer_list>
 #include <string>
 
@@ -47,7 +48,7 @@ void AddPortsOfThisComputer(HWND dialog) {
 
 void Fill(HWND dialog, const SerialSettings& settings) {
     AddPortsOfThisComputer(dialog);
-    for (const uint32_t baud :
+    for (const std::uint32_t baud :
          {300u, 600u, 1200u, 2400u, 4800u, 9600u, 19200u, 38400u, 57600u, 115200u, 230400u}) {
         AddChoice(dialog, IDC_BAUD, std::to_string(baud));
     }
@@ -55,7 +56,7 @@ void Fill(HWND dialog, const SerialSettings& settings) {
                               platform::SerialParity::kEven}) {
         AddChoice(dialog, IDC_PARITY, ParityText(parity));
     }
-    for (uint32_t bits = kFewestByteBits; bits <= kMostByteBits; ++bits) {
+    for (std::uint32_t bits = kFewestByteBits; bits <= kMostByteBits; ++bits) {
         AddChoice(dialog, IDC_BYTE_SIZE, std::to_string(bits));
     }
     for (const auto bits : {platform::SerialStopBits::kOne, platform::SerialStopBits::kOneAndHalf,
@@ -71,7 +72,7 @@ void Fill(HWND dialog, const SerialSettings& settings) {
 
 /// Stores what stands in the controls; false, with nothing stored, when that is no setting.
 bool Take(HWND dialog, SerialSettings& settings) {
-    const uint32_t baud = ParseUint32(TextOf(dialog, IDC_BAUD)).value_or(0);
+    const std::uint32_t baud = ParseUint32(TextOf(dialog, IDC_BAUD)).value_or(0);
     if (baud == 0) {
         MessageBoxA(dialog, "The baud rate is a number above 0.", "Serial Port",
                     MB_OK | MB_ICONEXCLAMATION);
