@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <new>
 
-// Numbers that other threads read while the host's thread sets them are atomics.
+// Atomic members may be read by other threads while the host's thread sets them.
 struct CMivoraCamera::Impl {
     CMivoraCamera* next = nullptr;
     CMivoraCamera* prev = nullptr;

@@ -1,4 +1,4 @@
-// cmd_channel.cpp - what all command channels have in common
+// cmd_channel.cpp - base class of the command channels
 #include "mivora/cmd_channel.h"
 
 #include "platform/sleep.h"
@@ -25,8 +25,8 @@ MV_ERRCODE CCmdChannel::SetConfig(CIniFile* ini, const char* section) {
     return ini->WriteText(section, "TYPE", GetChannelTypeName()) ? MV_OK : MV_CONFIG_NOT_SAVED;
 }
 
-// The type is not compared: LoadGrabberConfig has made the channel by it already, and a section
-// that another type of channel has left keeps the settings that both know.
+// Compatibility: the key TYPE is not checked. LoadGrabberConfig has already chosen the channel by
+// it, and a host that changes the channel type keeps the settings that both types share.
 MV_ERRCODE CCmdChannel::GetConfig(CIniFile* ini, const char* section) {
     return ini && section ? MV_OK : MV_CONFIG_NOT_LOADED;
 }

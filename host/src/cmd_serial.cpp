@@ -1,4 +1,4 @@
-// cmd_serial.cpp - the host's own serial channel
+// cmd_serial.cpp - command channel over a serial port of this computer
 #include "cmd_serial.h"
 
 #include "config_access.h"
@@ -88,7 +88,7 @@ MV_ERRCODE CCmdSerial::ConfigDialog(MV_WINDOW parent, MV_DLG_EXITCODE* exitCode)
         *exitCode = MV_DLG_CANCEL;
     }
     return Guarded(MV_REFUSED, [&] {
-        // The port goes on working while the dialog is shown.
+        // The mutex is not held while the dialog is shown, so that the port stays usable.
         SerialSettings edited;
         {
             const platform::MutexLock lock(mutex);

@@ -1,4 +1,4 @@
-// config_access.cpp - one section of an ini file, value by value
+// config_access.cpp - typed access to one section of an ini file
 #include "config_access.h"
 
 #include "parse_number.h"
@@ -13,7 +13,7 @@ std::optional<std::string> ReadIniText(const CIniFile& file, const char* section
     std::string text(file.GetText(section, key, "", nullptr, 0), '\0');
     const std::uint32_t length =
         file.GetText(section, key, "", text.data(), static_cast<std::uint32_t>(text.size() + 1));
-    // Somebody else may have written a shorter value in between.
+    // Another thread may have written a shorter value in between.
     if (length < text.size()) {
         text.resize(length);
     }

@@ -1,4 +1,4 @@
-// error_text.cpp - result codes in plain words
+// error_text.cpp - descriptions of the result codes
 #include "mivora/grabber.h"
 
 #include <cstdint>

@@ -1,18 +1,18 @@
-// filled_ring.cpp - filled frame buffers between the camera and the host
+// filled_ring.cpp - queue of filled frame buffers between camera and host
 #include "filled_ring.h"
 
 #include "guarded.h"
 
 namespace {
 
-// Far above what any module serves; a senseless wish shall not eat the memory.
-constexpr std::uint64_t kMostBuffers = 65536;
+// Far more than any module supports; an absurd count must not exhaust the memory.
+constexpr std::uint64_t kMaxBuffers = 65536;
 
 } // namespace
 
 bool FilledRing::Reset(std::uint64_t count) {
     std::vector<Slot> fresh;
-    const bool made = count <= kMostBuffers && Guarded(false, [&] {
+    const bool made = count <= kMaxBuffers && Guarded(false, [&] {
                           fresh.resize(static_cast<std::size_t>(count));
                           return true;
                       });

@@ -1,4 +1,4 @@
-// gfx_mode.cpp - the empty graphics mode that modules derive from
+// gfx_mode.cpp - the empty graphics mode from which modules derive
 #include "mivora/gfx_mode.h"
 
 #include <cstdint>

@@ -4,6 +4,7 @@
 #include "guarded.h"
 
 MV_ERRCODE CMivoraGrabber::PrepareFrameBuffers(std::uint64_t count) {
+    // Compatibility: hosts read the requested count back even after a failure.
     impl->requestedBuffers = count;
     return impl->ring.Reset(count) ? MV_OK : MV_REFUSED;
 }

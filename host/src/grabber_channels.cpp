@@ -117,7 +117,7 @@ MV_ERRCODE CMivoraGrabber::SelectCmdDialog(MV_WINDOW parent, MV_DLG_EXITCODE* ex
 
 namespace {
 
-// Without a channel nothing was transferred.
+// The result of a transfer without an active channel.
 MV_ERRCODE NoChannel(std::uint64_t* count) {
     if (count) {
         *count = 0;

@@ -1,4 +1,4 @@
-// grabber_config.cpp - what the base keeps of a grabber and its cameras between two runs
+// grabber_config.cpp - saves and loads the configuration of a grabber and its cameras
 #include "grabber_impl.h"
 
 #include "config_access.h"
@@ -23,8 +23,6 @@ constexpr FeatureKey kFeatureKeys[] = {
 };
 static_assert(sizeof kFeatureKeys / sizeof kFeatureKeys[0] == EMV_FEATURE_COUNT);
 
-constexpr std::int32_t kShortestTimeBase = -6;
-
 template <typename Target, typename Value>
 void StoreIfGiven(Target& target, const std::optional<Value>& value) {
     if (value) {
@@ -32,7 +30,7 @@ void StoreIfGiven(Target& target, const std::optional<Value>& value) {
     }
 }
 
-/// A new channel of the type with this name; null when the module makes none such.
+/// Creates a channel by type name (case ignored); null if the module has no such type.
 CCmdChannel* MakeChannel(CMivoraGrabber& grabber, const std::string& typeName) {
     for (std::uint32_t type = 0; type < grabber.GetNumCmdChannelTypes(); ++type) {
         CCmdChannel* const channel = grabber.CreateCmdChannel(type);
@@ -45,7 +43,7 @@ CCmdChannel* MakeChannel(CMivoraGrabber& grabber, const std::string& typeName) {
     return nullptr;
 }
 
-/// Replaces the channel list by the one in the ini file, when that has one.
+/// Replaces the channel list with the one in the ini file, if the file contains one.
 void LoadChannels(CMivoraGrabber& grabber, const CIniFile& ini, const ConfigReader& grabberSection,
                   ILogSink* sink) {
     const std::optional<std::uint32_t> count = grabberSection.Unsigned("NumCmdChannels");
@@ -77,7 +75,7 @@ void LoadChannels(CMivoraGrabber& grabber, const CIniFile& ini, const ConfigRead
     }
 }
 
-/// True when every channel has been written.
+/// Returns true if all channels have been written.
 bool SaveChannels(CMivoraGrabber& grabber, CIniFile& ini, ConfigWriter& grabberSection) {
     bool saved = true;
     std::int32_t index = 0;
@@ -92,8 +90,8 @@ bool SaveChannels(CMivoraGrabber& grabber, CIniFile& ini, ConfigWriter& grabberS
     return saved;
 }
 
-/// The number for a new camera section: the one behind the biggest, or the first that is free when
-/// there is none behind it.
+/// The number for a new camera section: one more than the highest in use or, if that would
+/// overflow, the lowest free number.
 std::int32_t FreeCameraSection(CMivoraGrabber& grabber, const CIniFile& ini) {
     const std::int32_t biggest = grabber.GetBiggestSectionNum(kCameraSectionPrefix);
     if (biggest < INT32_MAX) {
@@ -147,7 +145,7 @@ void CMivoraGrabber::Impl::ApplyCameraSection(CMivoraCamera& camera, std::int32_
     if (const std::optional<std::uint32_t> id = reader.Unsigned("QZRCameraID")) {
         camera.SetQZRCameraID(*id);
     }
-    // A camera that has modes is never left without an active one.
+    // A saved mode of -1 is ignored: a camera with modes must keep an active one.
     const std::optional<std::int32_t> mode = reader.Signed("ActMode");
     if (mode && *mode >= 0) {
         camera.SetActGfxModeIndex(*mode);
@@ -176,7 +174,7 @@ MV_ERRCODE CMivoraGrabber::LoadGrabberConfig() {
         const std::optional<std::uint32_t> exposure = section.Unsigned("Exposure");
         const std::optional<std::uint32_t> interval = section.Unsigned("Interval");
         std::optional<std::int32_t> timeBase = section.Signed("TimeBase");
-        if (timeBase && (*timeBase < kShortestTimeBase || *timeBase > 0)) {
+        if (timeBase && (*timeBase < kMinTimeBase || *timeBase > 0)) {
             timeBase.reset();
         }
         StoreIfGiven(impl->savedExposure, exposure);
@@ -205,7 +203,7 @@ MV_ERRCODE CMivoraGrabber::SaveGrabberConfig() {
         return impl->NotSaved("the configuration", nullptr);
     }
     return Guarded(MV_REFUSED, [&] {
-        // The camera sections may stand in a file of their own.
+        // The camera sections may be in a separate file.
         CIniFile* const cameraIni = impl->CameraIni();
         IniBatch grabberBatch(*ini);
         std::optional<IniBatch> cameraBatch;
@@ -226,7 +224,7 @@ MV_ERRCODE CMivoraGrabber::SaveGrabberConfig() {
             section.Unsigned(feature.key, impl->IsFeatureOn(feature.id) ? 1 : 0);
         }
         bool saved = SaveChannels(*this, *ini, section) && section.Succeeded();
-        // Cameras that nobody gave a number or a mode of their own need no section.
+        // Cameras without a section have no settings of their own to be saved.
         for (const CMivoraCamera* camera = GetFirstCamera(); camera; camera = camera->GetNext()) {
             if (camera->GetCameraSectionNum() >= 0) {
                 ConfigWriter cameraSection(*cameraIni,

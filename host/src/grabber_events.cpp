@@ -44,8 +44,8 @@ MV_ERRCODE CMivoraGrabber::InstCamCntrlCallBack(MV_CAM_CNTRL_CALLBACK callback, 
 }
 
 std::uint32_t CMivoraGrabber::SignalCamCntrlDlgEvent(std::uint32_t code) {
-    // A posted message brings no answer: only the callback can refuse.
-    std::uint32_t answer = 1;
+    // Posted messages have no result, so only the callback can return anything but 1.
+    std::uint32_t result = 1;
     Guarded(false, [&] {
         if (!impl->IsFeatureOn(EMV_FEATURE_CAM_CNTRL_EVENT)) {
             return false;
@@ -53,10 +53,10 @@ std::uint32_t CMivoraGrabber::SignalCamCntrlDlgEvent(std::uint32_t code) {
         impl->camCntrl.messages.Post(code, 0);
         return impl->camCntrl.callback.Deliver(
             [&](const Callback<MV_CAM_CNTRL_CALLBACK>& receiver) {
-                answer = receiver.function(code, receiver.context);
+                result = receiver.function(code, receiver.context);
             });
     });
-    return answer;
+    return result;
 }
 
 MV_ERRCODE CMivoraGrabber::InstDialogUpdateCallBack(MV_DIALOG_UPDATE_CALLBACK callback,

@@ -1,4 +1,4 @@
-// grabber_impl.h - what a grabber's base keeps
+// grabber_impl.h - private members of CMivoraGrabber
 #pragma once
 
 #include "filled_ring.h"
@@ -11,7 +11,10 @@
 #include <string>
 #include <vector>
 
-/// The module's texts about itself.
+/// The smallest time base: 10^-6 seconds.
+inline constexpr std::int32_t kMinTimeBase = -6;
+
+/// A driver description, name or version.
 struct DriverText {
     char text[256] = {};
 };
@@ -19,26 +22,26 @@ struct DriverText {
 struct CMivoraGrabber::Impl {
     Impl(void* instance, ILogSink* logSink) : moduleInstance(instance), sink(logSink) {}
 
-    /// The file with the camera and mode sections, or null.
+    /// The file with the camera and mode sections; null if no ini file is set.
     CIniFile* CameraIni();
     SectionName GrabberSection() const { return SectionName::Grabber(sectionNumber); }
     bool IsFeatureOn(EMV_FEATURE_ID id) const { return (featureMask >> id & 1u) != 0; }
-    /// Logs that a key could not be saved; answers MV_CONFIG_NOT_SAVED.
+    /// Logs that `what` could not be saved and returns MV_CONFIG_NOT_SAVED.
     MV_ERRCODE NotSaved(const char* what, const CIniFile* file) const;
-    /// Gives the nodes of the camera list the section numbers, ids and modes kept for them.
+    /// Sets section number, QZR id and active mode of all cameras that have a section.
     void ApplyCameraSections();
     void ApplyCameraSection(CMivoraCamera& camera, std::int32_t section);
-    /// The section kept for a camera, -1 for none.
+    /// The number of the section with the camera's unique id; -1 if there is none.
     std::int32_t FindCameraSection(const CMivoraCamera& camera);
-    /// The channel at an index of the list; null when there is none.
+    /// The channel at an index of the list, or null.
     CCmdChannel* ChannelAt(std::int32_t index);
-    /// Empties the list; answers its first node, which the caller then owns with all behind it.
+    /// Empties the list and returns its first node; the caller then owns all nodes.
     CCmdChannel* TakeChannels();
 
     void* const moduleInstance;
     ILogSink* const sink;
 
-    // Set on the thread that configures the grabber, before others use it.
+    // Set on the configuring thread before other threads use the grabber.
     CIniFile grabberIni;
     std::atomic<bool> hasGrabberIni{false};
     CIniFile cameraIni;
@@ -52,7 +55,7 @@ struct CMivoraGrabber::Impl {
 
     std::atomic<bool> initialised{false};
 
-    // The list itself changes only on the thread that initialises or refreshes the grabber.
+    // The nodes change only on the thread that initialises or refreshes the grabber.
     std::atomic<CMivoraCamera*> firstCamera{nullptr};
     std::atomic<std::int32_t> actCamera{-1};
 
@@ -66,7 +69,7 @@ struct CMivoraGrabber::Impl {
     Receiver<ICamCntrlDialog*> camCntrlDialog;
     std::atomic<ICamCntrlDialog*> camCntrlDialogObject{nullptr};
 
-    platform::Mutex channelMutex; // the list's shape; no channel is called under it
+    platform::Mutex channelMutex; // guards the list; not held while a channel is called
     CCmdChannel* firstChannel GUARDED_BY(channelMutex) = nullptr;
     std::int32_t actChannel GUARDED_BY(channelMutex) = -1;
 
@@ -78,10 +81,10 @@ struct CMivoraGrabber::Impl {
 
     std::atomic<std::uint32_t> exposure{0};
     std::atomic<std::uint32_t> interval{0};
-    std::atomic<std::int32_t> timeBase{-6};
+    std::atomic<std::int32_t> timeBase{kMinTimeBase};
     std::atomic<std::uint32_t> savedExposure{0};
     std::atomic<std::uint32_t> savedInterval{0};
-    std::atomic<std::int32_t> savedTimeBase{-6};
+    std::atomic<std::int32_t> savedTimeBase{kMinTimeBase};
     std::atomic<std::uint32_t> timerMode{0};
     std::atomic<std::uint32_t> timerEnabled{0};
 };

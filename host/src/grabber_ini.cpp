@@ -1,4 +1,4 @@
-// grabber_ini.cpp - single values of a grabber's ini files
+// grabber_ini.cpp - access to single values in a grabber's ini files
 #include "grabber_impl.h"
 
 #include "config_access.h"
@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr std::size_t kLongestPath = 32768;
+constexpr std::size_t kMaxPathLength = 32768;
 
 std::uint32_t ReadText(const CIniFile* file, const SectionName& section, const char* key,
                        const char* defaultValue, char* buffer, std::uint32_t capacity) {
@@ -25,7 +25,7 @@ std::int32_t ReadInt32(const CIniFile* file, const SectionName& section, const c
     return file ? file->GetInt32(section.Text(), key, defaultValue) : defaultValue;
 }
 
-// A camera without a section has one that no file can hold.
+// Without a camera or section number the name is "Camera_-1", which is never written.
 SectionName CameraSection(const CMivoraCamera* camera) {
     return SectionName::Camera(camera ? camera->GetCameraSectionNum() : -1);
 }
@@ -79,10 +79,10 @@ MV_ERRCODE CMivoraGrabber::SetCameraIni(const char* path) {
         return MV_BAD_VALUE;
     }
     return Guarded(MV_REFUSED, [&] {
-        // One file is read once: two views of it would not see each other's writes.
+        // The same file is not opened twice: neither object would see the other one's writes.
         if (impl->hasGrabberIni &&
-            platform::FullPath(path, kLongestPath) ==
-                platform::FullPath(impl->grabberIni.GetPath(), kLongestPath)) {
+            platform::FullPath(path, kMaxPathLength) ==
+                platform::FullPath(impl->grabberIni.GetPath(), kMaxPathLength)) {
             impl->hasCameraIni = false;
             return MV_OK;
         }

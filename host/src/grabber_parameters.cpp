@@ -5,8 +5,6 @@
 
 namespace {
 
-constexpr std::int32_t kShortestTimeBase = -6;
-
 std::uint64_t SignExtended(std::int32_t value) {
     return static_cast<std::uint64_t>(static_cast<std::int64_t>(value));
 }
@@ -42,15 +40,14 @@ bool FindLimits(std::uint32_t id, Limits& limits) {
         limits = {0, 1, 0, 0};
         return true;
     case MVGF_TIME_BASE:
-        limits = {SignExtended(kShortestTimeBase), 0, 0, 0};
+        limits = {SignExtended(kMinTimeBase), 0, 0, 0};
         return true;
     default:
         return false;
     }
 }
 
-// A value in units of 10^from seconds, in units of 10^to seconds; too large a value stays at the
-// largest there is.
+// Converts a value from units of 10^from to units of 10^to seconds, limited to 32 bits.
 std::uint32_t Rescaled(std::uint32_t value, std::int32_t from, std::int32_t to) {
     std::uint64_t scaled = value;
     for (; from > to; --from) {
@@ -118,7 +115,7 @@ MV_ERRCODE CMivoraGrabber::SetGrabberParam(std::uint32_t id, std::uint64_t value
     }
     if (id == MVGF_TIME_BASE) {
         const std::int64_t exponent = static_cast<std::int64_t>(value1);
-        if (exponent < kShortestTimeBase || exponent > 0 || value2 != 0) {
+        if (exponent < kMinTimeBase || exponent > 0 || value2 != 0) {
             return MV_BAD_VALUE;
         }
         const std::int32_t to = static_cast<std::int32_t>(exponent);

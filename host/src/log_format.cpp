@@ -74,6 +74,7 @@ void AppendInteger(TextOutput& output, const FormatSpec& spec, std::uint64_t mag
     AppendNumber(output, spec, number, spec.zero && spec.precision < 0);
 }
 
+// Compatibility: always 16 upper-case digits without a prefix; log texts supply their own "0x".
 void AppendPointer(TextOutput& output, const FormatSpec& spec, const void* pointer) {
     FormatSpec whole = spec;
     whole.conversion = 'X';
@@ -81,7 +82,7 @@ void AppendPointer(TextOutput& output, const FormatSpec& spec, const void* point
     AppendInteger(output, whole, reinterpret_cast<std::uintptr_t>(pointer), {});
 }
 
-// A precision bounds what is read: such a text needs no terminator.
+// With a precision no more bytes than that are read, so the text may lack a terminator.
 void AppendText(TextOutput& output, const FormatSpec& spec, const char* text) {
     if (!text) {
         text = "(null)";
@@ -98,7 +99,7 @@ void AppendText(TextOutput& output, const FormatSpec& spec, const char* text) {
     AppendPadded(output, spec, {text, length});
 }
 
-// Writes one character as UTF-8; returns the number of bytes.
+// Encodes a character as UTF-8 and returns the number of bytes.
 std::size_t EncodeCharacter(std::uint32_t character, char (&bytes)[4]) {
     const auto following = [character](unsigned shift) {
         return static_cast<char>(0x80 | ((character >> shift) & 0x3F));
@@ -125,8 +126,8 @@ std::size_t EncodeCharacter(std::uint32_t character, char (&bytes)[4]) {
     return 4;
 }
 
-// Takes the next character off a wide text, whichever width its units have; what is no character
-// becomes the replacement character.
+// Decodes the next character of a UTF-16 or UTF-32 text and advances `text`. Invalid units become
+// the replacement character.
 std::uint32_t NextCharacter(const wchar_t*& text) {
     constexpr std::uint32_t kReplacement = 0xFFFD;
     const auto unit = std::uint32_t{static_cast<std::make_unsigned_t<wchar_t>>(*text++)};
@@ -177,7 +178,7 @@ void AppendCharacter(TextOutput& output, const FormatSpec& spec, std::uint32_t c
     AppendPadded(output, spec, {&byte, 1});
 }
 
-// A negative width asks for the left side; a negative precision is none.
+// As in C, a negative width means left-aligned and a negative precision counts as absent.
 void TakeStars(FormatSpec& spec, ArgumentList& arguments) {
     if (spec.widthFromArgument) {
         const int width = va_arg(arguments.list, int);

@@ -1,4 +1,4 @@
-// parse_number.cpp - numbers as people write them in ini files
+// parse_number.cpp - parses numbers in ini files and dialogs
 #include "parse_number.h"
 
 #include <charconv>

@@ -1,4 +1,4 @@
-// receiver.cpp - who is told of an event, and how the telling ends
+// receiver.cpp - receivers of an event and their removal
 #include "receiver.h"
 
 #include "platform/window_message.h"

@@ -1,4 +1,4 @@
-// serial_dialog.cpp - the dialog for the settings of the host's own serial channel
+// serial_dialog.cpp - the settings dialog of the host's serial channel
 #include "host/src/serial_dialog.h"
 
 #include "host/src/guarded.h"
@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr unsigned kMostPorts = 256;
+constexpr unsigned kMaxPorts = 256;
 
 void AddChoice(HWND dialog, int control, const std::string& text) {
     SendDlgItemMessageA(dialog, control, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text.c_str()));
@@ -37,7 +37,7 @@ std::string TextOf(HWND dialog, int control) {
 }
 
 void AddPortsOfThisComputer(HWND dialog) {
-    for (unsigned number = 1; number <= kMostPorts; ++number) {
+    for (unsigned number = 1; number <= kMaxPorts; ++number) {
         const std::string name = "COM" + std::to_string(number);
         char target[512];
         if (QueryDosDeviceA(name.c_str(), target, sizeof target) != 0) {
@@ -56,7 +56,7 @@ void Fill(HWND dialog, const SerialSettings& settings) {
                               platform::SerialParity::kEven}) {
         AddChoice(dialog, IDC_PARITY, ParityText(parity));
     }
-    for (std::uint32_t bits = kFewestByteBits; bits <= kMostByteBits; ++bits) {
+    for (std::uint32_t bits = kMinByteSize; bits <= kMaxByteSize; ++bits) {
         AddChoice(dialog, IDC_BYTE_SIZE, std::to_string(bits));
     }
     for (const auto bits : {platform::SerialStopBits::kOne, platform::SerialStopBits::kOneAndHalf,
@@ -70,7 +70,7 @@ void Fill(HWND dialog, const SerialSettings& settings) {
     Select(dialog, IDC_STOP_BITS, StopBitsText(settings.stopBits));
 }
 
-/// Stores what stands in the controls; false, with nothing stored, when that is no setting.
+/// Reads the controls into `settings`; false, without any change, if the baud rate is invalid.
 bool Take(HWND dialog, SerialSettings& settings) {
     const std::uint32_t baud = ParseUint32(TextOf(dialog, IDC_BAUD)).value_or(0);
     if (baud == 0) {
@@ -121,7 +121,7 @@ INT_PTR CALLBACK DialogProcedure(HWND dialog, UINT message, WPARAM wParam, LPARA
     }
 }
 
-/// The library that this code stands in, whose resources hold the dialog.
+/// The library that contains this code and the dialog resource.
 HINSTANCE OwnInstance() {
     HMODULE module = nullptr;
     GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS |

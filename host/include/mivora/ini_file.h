@@ -53,7 +53,7 @@ public:
     bool WriteInt32(const char* section, const char* key, int32_t value);
     /// Writes the value in the form 0x%08X.
     bool WriteHex32(const char* section, const char* key, uint32_t value);
-    /// Removes the line of the key. Returns true if the key is absent, as there is nothing to remove.
+    /// Removes the line of the key; an absent key is not a failure.
     bool RemoveKey(const char* section, const char* key);
 
     /// After BeginBatch the writes of the calling thread are kept in memory, where all reads see
