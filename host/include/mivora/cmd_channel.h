@@ -8,9 +8,10 @@
 /// A node of a grabber's list of command channels. The constructor may throw std::bad_alloc; no
 /// operation throws.
 ///
-/// In the transfer operations `count` receives the number of bytes transferred, after a failure
-/// too; the channels of the host and of the modules accept null. Operations of one channel may be
-/// called from any thread and do not overlap; a delayed write lets others in between two bytes.
+/// In the transfer operations `count` receives the number of bytes transferred, also after a
+/// failure; it may be null. SetConfig, GetConfig and ConfigDialog return MV_REFUSED when out of
+/// memory. Any thread may call a channel; its operations do not overlap, except that others may run
+/// between two bytes of a delayed write.
 class MIVORA_API CCmdChannel {
 public:
     CCmdChannel();
