@@ -4,19 +4,20 @@
 #include "copy_text.h"
 
 #include <atomic>
+#include <cstdint>
 #include <new>
 
-// Numbers that other threads read while the host's thread sets them are atomics.
+// Atomic members may be read by other threads while the host's thread sets them.
 struct CMivoraCamera::Impl {
     CMivoraCamera* next = nullptr;
     CMivoraCamera* prev = nullptr;
     char name[256] = {};
-    std::atomic<uint32_t> uniqueId{0};
-    std::atomic<uint32_t> qzrId{0};
-    std::atomic<int32_t> sectionNumber{-1};
-    std::atomic<uint32_t> camCntrlDlgIndex{0};
+    std::atomic<std::uint32_t> uniqueId{0};
+    std::atomic<std::uint32_t> qzrId{0};
+    std::atomic<std::int32_t> sectionNumber{-1};
+    std::atomic<std::uint32_t> camCntrlDlgIndex{0};
     CMivoraGfxMode* firstMode = nullptr;
-    std::atomic<int32_t> actMode{-1};
+    std::atomic<std::int32_t> actMode{-1};
 };
 
 CMivoraCamera::CMivoraCamera() : impl(new Impl) {}
@@ -34,7 +35,7 @@ const char* CMivoraCamera::GetExtraDescription() const {
     return "";
 }
 
-uint32_t CMivoraCamera::BuildGfxModeList(CMivoraGrabber* /*grabber*/) {
+std::uint32_t CMivoraCamera::BuildGfxModeList(CMivoraGrabber* /*grabber*/) {
     if (!impl->firstMode) {
         AddGfxMode(CreateGfxMode());
     }
@@ -69,40 +70,40 @@ void CMivoraCamera::SetCameraName(const char* name) {
     CopyText(name ? name : "", impl->name, sizeof impl->name);
 }
 
-uint32_t CMivoraCamera::GetCameraUniqueID() const {
+std::uint32_t CMivoraCamera::GetCameraUniqueID() const {
     return impl->uniqueId;
 }
 
-void CMivoraCamera::SetCameraUniqueID(uint32_t id) {
+void CMivoraCamera::SetCameraUniqueID(std::uint32_t id) {
     impl->uniqueId = id;
 }
 
-uint32_t CMivoraCamera::GetQZRCameraID() const {
+std::uint32_t CMivoraCamera::GetQZRCameraID() const {
     return impl->qzrId;
 }
 
-void CMivoraCamera::SetQZRCameraID(uint32_t id) {
+void CMivoraCamera::SetQZRCameraID(std::uint32_t id) {
     impl->qzrId = id;
 }
 
-int32_t CMivoraCamera::GetCameraSectionNum() const {
+std::int32_t CMivoraCamera::GetCameraSectionNum() const {
     return impl->sectionNumber;
 }
 
-void CMivoraCamera::SetCameraSectionNum(int32_t number) {
+void CMivoraCamera::SetCameraSectionNum(std::int32_t number) {
     impl->sectionNumber = number;
 }
 
-uint32_t CMivoraCamera::GetCamCntrlDlgIndex() const {
+std::uint32_t CMivoraCamera::GetCamCntrlDlgIndex() const {
     return impl->camCntrlDlgIndex;
 }
 
-void CMivoraCamera::SetCamCntrlDlgIndex(uint32_t index) {
+void CMivoraCamera::SetCamCntrlDlgIndex(std::uint32_t index) {
     impl->camCntrlDlgIndex = index;
 }
 
-uint32_t CMivoraCamera::GetNumGfxModes() const {
-    uint32_t count = 0;
+std::uint32_t CMivoraCamera::GetNumGfxModes() const {
+    std::uint32_t count = 0;
     for (const CMivoraGfxMode* mode = impl->firstMode; mode; mode = mode->GetNext()) {
         ++count;
     }
@@ -113,7 +114,7 @@ CMivoraGfxMode* CMivoraCamera::GetFirstGfxMode() const {
     return impl->firstMode;
 }
 
-CMivoraGfxMode* CMivoraCamera::GetGfxMode(uint32_t index) const {
+CMivoraGfxMode* CMivoraCamera::GetGfxMode(std::uint32_t index) const {
     CMivoraGfxMode* mode = impl->firstMode;
     for (; mode && index > 0; --index) {
         mode = mode->GetNext();
@@ -149,12 +150,12 @@ void CMivoraCamera::DeleteGfxModes() {
     }
 }
 
-int32_t CMivoraCamera::GetActGfxModeIndex() const {
+std::int32_t CMivoraCamera::GetActGfxModeIndex() const {
     return impl->actMode;
 }
 
-MV_ERRCODE CMivoraCamera::SetActGfxModeIndex(int32_t index) {
-    if (index < -1 || (index >= 0 && !GetGfxMode(static_cast<uint32_t>(index)))) {
+MV_ERRCODE CMivoraCamera::SetActGfxModeIndex(std::int32_t index) {
+    if (index < -1 || (index >= 0 && !GetGfxMode(static_cast<std::uint32_t>(index)))) {
         return MV_BAD_VALUE;
     }
     impl->actMode = index;
@@ -162,6 +163,6 @@ MV_ERRCODE CMivoraCamera::SetActGfxModeIndex(int32_t index) {
 }
 
 CMivoraGfxMode* CMivoraCamera::GetActGfxMode() const {
-    const int32_t index = impl->actMode;
-    return index < 0 ? nullptr : GetGfxMode(static_cast<uint32_t>(index));
+    const std::int32_t index = impl->actMode;
+    return index < 0 ? nullptr : GetGfxMode(static_cast<std::uint32_t>(index));
 }

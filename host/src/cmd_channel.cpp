@@ -1,9 +1,10 @@
-// cmd_channel.cpp - what all command channels have in common
+// cmd_channel.cpp - base class of the command channels
 #include "mivora/cmd_channel.h"
 
 #include "platform/sleep.h"
 
 #include <atomic>
+#include <cstdint>
 #include <cstring>
 
 struct CCmdChannel::Impl {
@@ -24,31 +25,31 @@ MV_ERRCODE CCmdChannel::SetConfig(CIniFile* ini, const char* section) {
     return ini->WriteText(section, "TYPE", GetChannelTypeName()) ? MV_OK : MV_CONFIG_NOT_SAVED;
 }
 
-// The type is not compared: LoadGrabberConfig has made the channel by it already, and a section
-// that another type of channel has left keeps the settings that both know.
+// Compatibility: the key TYPE is not checked. LoadGrabberConfig has already chosen the channel by
+// it, and a host that changes the channel type keeps the settings that both types share.
 MV_ERRCODE CCmdChannel::GetConfig(CIniFile* ini, const char* section) {
     return ini && section ? MV_OK : MV_CONFIG_NOT_LOADED;
 }
 
-MV_ERRCODE CCmdChannel::WriteCString(const char* text, uint64_t* count) {
+MV_ERRCODE CCmdChannel::WriteCString(const char* text, std::uint64_t* count) {
     if (!text) {
         if (count) {
             *count = 0;
         }
         return MV_BAD_VALUE;
     }
-    return WriteBuffer(reinterpret_cast<const uint8_t*>(text), std::strlen(text), count);
+    return WriteBuffer(reinterpret_cast<const std::uint8_t*>(text), std::strlen(text), count);
 }
 
-MV_ERRCODE CCmdChannel::WriteBufferWithDelay(const uint8_t* buffer, uint64_t length,
-                                             uint64_t* count, uint32_t delayMs) {
-    uint64_t written = 0;
+MV_ERRCODE CCmdChannel::WriteBufferWithDelay(const std::uint8_t* buffer, std::uint64_t length,
+                                             std::uint64_t* count, std::uint32_t delayMs) {
+    std::uint64_t written = 0;
     MV_ERRCODE result = !buffer && length > 0 ? MV_BAD_VALUE : MV_OK;
     while (result == MV_OK && written < length) {
         if (written > 0 && delayMs > 0) {
             platform::SleepMs(delayMs);
         }
-        uint64_t one = 0;
+        std::uint64_t one = 0;
         result = WriteByte(buffer + written, &one);
         if (result == MV_OK) {
             ++written;

@@ -1,4 +1,4 @@
-// cmd_serial.cpp - the host's own serial channel
+// cmd_serial.cpp - command channel over a serial port of this computer
 #include "cmd_serial.h"
 
 #include "config_access.h"
@@ -10,7 +10,7 @@
 
 namespace {
 
-void Store(uint64_t* target, uint64_t value) {
+void Store(std::uint64_t* target, std::uint64_t value) {
     if (target) {
         *target = value;
     }
@@ -24,7 +24,7 @@ const char* CCmdSerial::GetChannelTypeName() {
     return "Serial Port";
 }
 
-uint32_t CCmdSerial::GetChannelKind() {
+std::uint32_t CCmdSerial::GetChannelKind() {
     return MVCMD_SERIAL;
 }
 
@@ -88,7 +88,7 @@ MV_ERRCODE CCmdSerial::ConfigDialog(MV_WINDOW parent, MV_DLG_EXITCODE* exitCode)
         *exitCode = MV_DLG_CANCEL;
     }
     return Guarded(MV_REFUSED, [&] {
-        // The port goes on working while the dialog is shown.
+        // The mutex is not held while the dialog is shown, so that the port stays usable.
         SerialSettings edited;
         {
             const platform::MutexLock lock(mutex);
@@ -123,18 +123,19 @@ MV_ERRCODE CCmdSerial::Open() {
     });
 }
 
-MV_ERRCODE CCmdSerial::ReadByte(uint8_t* buffer, uint64_t* count) {
-    uint64_t read = 0;
+MV_ERRCODE CCmdSerial::ReadByte(std::uint8_t* buffer, std::uint64_t* count) {
+    std::uint64_t read = 0;
     const MV_ERRCODE result = ReadBuffer(buffer, 1, &read);
     Store(count, read);
     return result == MV_OK && read == 0 ? MV_READ_FAILED : result;
 }
 
-MV_ERRCODE CCmdSerial::WriteByte(const uint8_t* buffer, uint64_t* count) {
+MV_ERRCODE CCmdSerial::WriteByte(const std::uint8_t* buffer, std::uint64_t* count) {
     return WriteBuffer(buffer, 1, count);
 }
 
-MV_ERRCODE CCmdSerial::ReadBuffer(uint8_t* buffer, uint64_t length, uint64_t* count) {
+MV_ERRCODE CCmdSerial::ReadBuffer(std::uint8_t* buffer, std::uint64_t length,
+                                  std::uint64_t* count) {
     Store(count, 0);
     return Guarded(MV_READ_FAILED, [&] {
         const platform::MutexLock lock(mutex);
@@ -147,7 +148,8 @@ MV_ERRCODE CCmdSerial::ReadBuffer(uint8_t* buffer, uint64_t length, uint64_t* co
     });
 }
 
-MV_ERRCODE CCmdSerial::WriteBuffer(const uint8_t* buffer, uint64_t length, uint64_t* count) {
+MV_ERRCODE CCmdSerial::WriteBuffer(const std::uint8_t* buffer, std::uint64_t length,
+                                   std::uint64_t* count) {
     Store(count, 0);
     return Guarded(MV_WRITE_FAILED, [&] {
         const platform::MutexLock lock(mutex);
@@ -159,7 +161,7 @@ MV_ERRCODE CCmdSerial::WriteBuffer(const uint8_t* buffer, uint64_t length, uint6
     });
 }
 
-MV_ERRCODE CCmdSerial::Purge(uint32_t flags) {
+MV_ERRCODE CCmdSerial::Purge(std::uint32_t flags) {
     return Guarded(MV_PURGE_FAILED, [&] {
         const platform::MutexLock lock(mutex);
         return port.Purge((flags & kMvPurgeReceive) != 0, (flags & kMvPurgeTransmit) != 0)

@@ -1,4 +1,4 @@
-// cmd_serial.h - the host's own serial channel
+// cmd_serial.h - command channel over a serial port of this computer
 #pragma once
 
 #include "mivora/cmd_channel.h"
@@ -6,28 +6,32 @@
 #include "platform/serial_port.h"
 #include "serial_settings.h"
 
+#include <cstdint>
 #include <string>
 
-/// A serial port of this machine. Any thread; one operation on the port at a time. New settings
-/// take effect at the next Open.
+/// A command channel over a serial port of this computer. Any thread; a mutex serialises the
+/// operations. New settings take effect at the next Open.
 class CCmdSerial final : public CCmdChannel {
 public:
     const char* GetChannelTypeName() override;
-    /// The text lives until the next call.
+    /// The text is valid until the next call.
     const char* GetConfigText() override;
     MV_ERRCODE SetConfig(CIniFile* ini, const char* section) override;
     MV_ERRCODE GetConfig(CIniFile* ini, const char* section) override;
-    /// As if cancelled where there are no windows; MV_REFUSED when the dialog cannot be shown.
+    /// MV_REFUSED if the dialog cannot be shown. Without a window system it returns as if
+    /// cancelled.
     MV_ERRCODE ConfigDialog(MV_WINDOW parent, MV_DLG_EXITCODE* exitCode) override;
     MV_ERRCODE Open() override;
-    MV_ERRCODE ReadByte(uint8_t* buffer, uint64_t* count) override;
-    MV_ERRCODE WriteByte(const uint8_t* buffer, uint64_t* count) override;
-    MV_ERRCODE ReadBuffer(uint8_t* buffer, uint64_t length, uint64_t* count) override;
-    MV_ERRCODE WriteBuffer(const uint8_t* buffer, uint64_t length, uint64_t* count) override;
-    MV_ERRCODE Purge(uint32_t flags) override;
+    MV_ERRCODE ReadByte(std::uint8_t* buffer, std::uint64_t* count) override;
+    MV_ERRCODE WriteByte(const std::uint8_t* buffer, std::uint64_t* count) override;
+    MV_ERRCODE ReadBuffer(std::uint8_t* buffer, std::uint64_t length,
+                          std::uint64_t* count) override;
+    MV_ERRCODE WriteBuffer(const std::uint8_t* buffer, std::uint64_t length,
+                           std::uint64_t* count) override;
+    MV_ERRCODE Purge(std::uint32_t flags) override;
     MV_ERRCODE Close() override;
     ~CCmdSerial() override;
-    uint32_t GetChannelKind() override;
+    std::uint32_t GetChannelKind() override;
 
 private:
     platform::Mutex mutex;

@@ -1,4 +1,4 @@
-// config_access.cpp - one section of an ini file, value by value
+// config_access.cpp - typed access to one section of an ini file
 #include "config_access.h"
 
 #include "parse_number.h"
@@ -11,9 +11,9 @@ std::optional<std::string> ReadIniText(const CIniFile& file, const char* section
         return std::nullopt;
     }
     std::string text(file.GetText(section, key, "", nullptr, 0), '\0');
-    const uint32_t length =
-        file.GetText(section, key, "", text.data(), static_cast<uint32_t>(text.size() + 1));
-    // Somebody else may have written a shorter value in between.
+    const std::uint32_t length =
+        file.GetText(section, key, "", text.data(), static_cast<std::uint32_t>(text.size() + 1));
+    // Another thread may have written a shorter value in between.
     if (length < text.size()) {
         text.resize(length);
     }
@@ -24,12 +24,12 @@ std::optional<std::string> ConfigReader::Text(const char* key) const {
     return ReadIniText(file, section.Text(), key);
 }
 
-std::optional<uint32_t> ConfigReader::Unsigned(const char* key) const {
+std::optional<std::uint32_t> ConfigReader::Unsigned(const char* key) const {
     const std::optional<std::string> text = Text(key);
     return text ? ParseUint32(*text) : std::nullopt;
 }
 
-std::optional<int32_t> ConfigReader::Signed(const char* key) const {
+std::optional<std::int32_t> ConfigReader::Signed(const char* key) const {
     const std::optional<std::string> text = Text(key);
     return text ? ParseInt32(*text) : std::nullopt;
 }
@@ -38,19 +38,19 @@ void ConfigWriter::Text(const char* key, const char* value) {
     succeeded = file.WriteText(section.Text(), key, value) && succeeded;
 }
 
-void ConfigWriter::Unsigned(const char* key, uint32_t value) {
+void ConfigWriter::Unsigned(const char* key, std::uint32_t value) {
     Text(key, std::to_string(value).c_str());
 }
 
-void ConfigWriter::Signed(const char* key, int32_t value) {
+void ConfigWriter::Signed(const char* key, std::int32_t value) {
     succeeded = file.WriteInt32(section.Text(), key, value) && succeeded;
 }
 
-void ConfigWriter::Hex(const char* key, uint32_t value) {
+void ConfigWriter::Hex(const char* key, std::uint32_t value) {
     succeeded = file.WriteHex32(section.Text(), key, value) && succeeded;
 }
 
-std::optional<int32_t> SectionNumber(const char* name, const char* prefix) {
+std::optional<std::int32_t> SectionNumber(const char* name, const char* prefix) {
     const char* number = name;
     for (; *prefix != '\0'; ++prefix, ++number) {
         const auto lower = [](char c) {
@@ -61,7 +61,7 @@ std::optional<int32_t> SectionNumber(const char* name, const char* prefix) {
         }
     }
     const char* const end = number + std::strlen(number);
-    int32_t value = 0;
+    std::int32_t value = 0;
     const std::from_chars_result result = std::from_chars(number, end, value);
     if (result.ec != std::errc() || result.ptr != end || value < 0) {
         return std::nullopt;

@@ -1,4 +1,4 @@
-// config_access.h - one section of an ini file, value by value
+// config_access.h - typed access to one section of an ini file
 #pragma once
 
 #include "mivora/ini_file.h"
@@ -8,32 +8,32 @@
 #include <optional>
 #include <string>
 
-/// The whole text of a key, whatever its length; nothing when it is absent.
+/// The complete value of a key, or nothing if the key is absent.
 std::optional<std::string> ReadIniText(const CIniFile& file, const char* section, const char* key);
 
-/// Reads a section; what is absent or no number leaves its target alone.
+/// Reads values of a section. Returns nothing for an absent key or an invalid number.
 class ConfigReader {
 public:
     ConfigReader(const CIniFile& source, const SectionName& name) : file(source), section(name) {}
 
     std::optional<std::string> Text(const char* key) const;
-    std::optional<uint32_t> Unsigned(const char* key) const;
-    std::optional<int32_t> Signed(const char* key) const;
+    std::optional<std::uint32_t> Unsigned(const char* key) const;
+    std::optional<std::int32_t> Signed(const char* key) const;
 
 private:
     const CIniFile& file;
     const SectionName section;
 };
 
-/// Writes a section and remembers whether every write succeeded.
+/// Writes values of a section and records whether all writes succeeded.
 class ConfigWriter {
 public:
     ConfigWriter(CIniFile& target, const SectionName& name) : file(target), section(name) {}
 
     void Text(const char* key, const char* value);
-    void Unsigned(const char* key, uint32_t value);
-    void Signed(const char* key, int32_t value);
-    void Hex(const char* key, uint32_t value);
+    void Unsigned(const char* key, std::uint32_t value);
+    void Signed(const char* key, std::int32_t value);
+    void Hex(const char* key, std::uint32_t value);
     bool Succeeded() const { return succeeded; }
 
 private:
@@ -42,7 +42,7 @@ private:
     bool succeeded = true;
 };
 
-/// Lets all writes of this thread to a file become one; what was not ended is forgotten.
+/// Combines all writes of the calling thread to a file until End; without End they are discarded.
 class IniBatch {
 public:
     explicit IniBatch(CIniFile& target) : file(target), begun(target.BeginBatch()) {}
@@ -51,7 +51,7 @@ public:
     IniBatch& operator=(const IniBatch&) = delete;
 
     bool HasBegun() const { return begun; }
-    /// Writes the file; false when that failed.
+    /// Writes the file; false on failure.
     bool End() { return begun && file.EndBatch(); }
 
 private:
@@ -59,5 +59,5 @@ private:
     const bool begun;
 };
 
-/// The number behind `prefix` in a section's name; nothing when the name is built otherwise.
-std::optional<int32_t> SectionNumber(const char* name, const char* prefix);
+/// The number after `prefix` (case ignored) in a section name; nothing for any other name.
+std::optional<std::int32_t> SectionNumber(const char* name, const char* prefix);

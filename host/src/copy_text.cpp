@@ -1,15 +1,15 @@
-// copy_text.cpp - texts into the fixed buffers of callers
+// copy_text.cpp - copies texts into caller-supplied buffers
 #include "copy_text.h"
 
 #include <algorithm>
 #include <cstring>
 
-uint32_t CopyText(std::string_view text, char* buffer, std::size_t capacity) {
+std::uint32_t CopyText(std::string_view text, char* buffer, std::size_t capacity) {
     if (buffer && capacity > 0) {
         const std::size_t length = std::min(text.size(), capacity - 1);
-        // The text may stand in the buffer already.
+        // memmove: the text may already be in the buffer.
         std::memmove(buffer, text.data(), length);
         buffer[length] = '\0';
     }
-    return static_cast<uint32_t>(text.size());
+    return static_cast<std::uint32_t>(text.size());
 }

@@ -1,7 +1,9 @@
-// error_text.cpp - result codes in plain words
+// error_text.cpp - descriptions of the result codes
 #include "mivora/grabber.h"
 
-const char* MivoraErrorText(int32_t code) {
+#include <cstdint>
+
+const char* MivoraErrorText(std::int32_t code) {
     switch (code) {
     case MV_OK:
         return "done";

@@ -1,18 +1,18 @@
-// filled_ring.cpp - filled frame buffers between the camera and the host
+// filled_ring.cpp - queue of filled frame buffers between camera and host
 #include "filled_ring.h"
 
 #include "guarded.h"
 
 namespace {
 
-// Far above what any module serves; a senseless wish shall not eat the memory.
-constexpr uint64_t kMostBuffers = 65536;
+// Far more than any module supports; an absurd count must not exhaust the memory.
+constexpr std::uint64_t kMaxBuffers = 65536;
 
 } // namespace
 
-bool FilledRing::Reset(uint64_t count) {
+bool FilledRing::Reset(std::uint64_t count) {
     std::vector<Slot> fresh;
-    const bool made = count <= kMostBuffers && Guarded(false, [&] {
+    const bool made = count <= kMaxBuffers && Guarded(false, [&] {
                           fresh.resize(static_cast<std::size_t>(count));
                           return true;
                       });
@@ -24,25 +24,25 @@ bool FilledRing::Reset(uint64_t count) {
     return made;
 }
 
-void FilledRing::AppendNewest(uint32_t index) {
+void FilledRing::AppendNewest(std::uint32_t index) {
     slots[index] = {State::kWaiting, newest, kNone};
     (newest == kNone ? oldest : slots[newest].newer) = index;
     newest = index;
 }
 
-void FilledRing::Unlink(uint32_t index) {
+void FilledRing::Unlink(std::uint32_t index) {
     const Slot slot = slots[index];
     (slot.older == kNone ? oldest : slots[slot.older].newer) = slot.newer;
     (slot.newer == kNone ? newest : slots[slot.newer].older) = slot.older;
     slots[index] = Slot{};
 }
 
-Arrival FilledRing::Add(uint64_t index) {
+Arrival FilledRing::Add(std::uint64_t index) {
     const platform::MutexLock lock(mutex);
     if (index >= slots.size()) {
         return Arrival::kUnknownBuffer;
     }
-    const uint32_t buffer = static_cast<uint32_t>(index);
+    const std::uint32_t buffer = static_cast<std::uint32_t>(index);
     switch (slots[buffer].state) {
     case State::kHeld:
         ++lost;
@@ -59,12 +59,12 @@ Arrival FilledRing::Add(uint64_t index) {
     return Arrival::kQueued;
 }
 
-bool FilledRing::TakeNewest(uint64_t& index) {
+bool FilledRing::TakeNewest(std::uint64_t& index) {
     const platform::MutexLock lock(mutex);
     if (newest == kNone) {
         return false;
     }
-    const uint32_t taken = newest;
+    const std::uint32_t taken = newest;
     while (oldest != taken) {
         Unlink(oldest);
         ++lost;
@@ -75,24 +75,24 @@ bool FilledRing::TakeNewest(uint64_t& index) {
     return true;
 }
 
-bool FilledRing::TakeOldest(uint64_t& index) {
+bool FilledRing::TakeOldest(std::uint64_t& index) {
     const platform::MutexLock lock(mutex);
     if (oldest == kNone) {
         return false;
     }
-    const uint32_t taken = oldest;
+    const std::uint32_t taken = oldest;
     Unlink(taken);
     slots[taken].state = State::kHeld;
     index = taken;
     return true;
 }
 
-bool FilledRing::Release(uint64_t index) {
+bool FilledRing::Release(std::uint64_t index) {
     const platform::MutexLock lock(mutex);
     if (index >= slots.size()) {
         return false;
     }
-    const uint32_t buffer = static_cast<uint32_t>(index);
+    const std::uint32_t buffer = static_cast<std::uint32_t>(index);
     switch (slots[buffer].state) {
     case State::kHeld:
         slots[buffer].state = State::kIdle;
@@ -106,7 +106,7 @@ bool FilledRing::Release(uint64_t index) {
     return false;
 }
 
-uint64_t FilledRing::LostCount() {
+std::uint64_t FilledRing::LostCount() {
     const platform::MutexLock lock(mutex);
     return lost;
 }

@@ -1,4 +1,4 @@
-// filled_ring.h - filled frame buffers between the camera and the host
+// filled_ring.h - queue of filled frame buffers between camera and host
 #pragma once
 
 #include "platform/mutex.h"
@@ -6,51 +6,51 @@
 #include <cstdint>
 #include <vector>
 
-/// What became of a buffer that was filled.
+/// Result of adding a filled buffer.
 enum class Arrival {
-    kQueued,        ///< it waits as the newest
-    kOverwritten,   ///< it waited already: its older image is lost
-    kHeldByHost,    ///< the host holds it: the image it should have had is lost
+    kQueued,        ///< the buffer is waiting as the newest one
+    kOverwritten,   ///< it was already waiting; its previous image is lost
+    kHeldByHost,    ///< the host holds the buffer; the new image is lost
     kUnknownBuffer, ///< there is no such buffer
 };
 
-/// Keeps which frame buffers wait for the host, oldest to newest, and which the host holds. Every
-/// operation takes the same short time and allocates nothing but Reset. Any thread.
+/// Tracks which frame buffers wait for the host, from oldest to newest, and which the host holds.
+/// Operations take constant time, TakeNewest for each buffer that it drops; only Reset allocates.
+/// Any thread.
 class FilledRing {
 public:
-    /// Forgets everything and makes room for `count` buffers. False, with room for none, when
-    /// there are too many or memory is out.
-    bool Reset(uint64_t count);
+    /// Resets the ring to `count` idle buffers, at most 65536. Returns false, with no buffers, if
+    /// there are too many or when out of memory.
+    bool Reset(std::uint64_t count);
 
-    Arrival Add(uint64_t index);
-    /// Hands out the newest waiting buffer; the older ones are lost. False when none waits.
-    bool TakeNewest(uint64_t& index);
-    /// Hands out the oldest waiting buffer. False when none waits.
-    bool TakeOldest(uint64_t& index);
-    /// Takes back a buffer that the host holds, or that waits and that the host does not want.
-    /// False for any other.
-    bool Release(uint64_t index);
-    /// Images that were lost since the last Reset.
-    uint64_t LostCount();
+    Arrival Add(std::uint64_t index);
+    /// Takes the newest waiting buffer and drops the older ones. False if none is waiting.
+    bool TakeNewest(std::uint64_t& index);
+    /// Takes the oldest waiting buffer. False if none is waiting.
+    bool TakeOldest(std::uint64_t& index);
+    /// Makes a buffer idle that the host holds or that is waiting; false for any other.
+    bool Release(std::uint64_t index);
+    /// The number of images lost since the last Reset.
+    std::uint64_t LostCount();
 
 private:
-    static constexpr uint32_t kNone = 0xFFFFFFFFu;
+    static constexpr std::uint32_t kNone = 0xFFFFFFFFu;
 
-    enum class State : uint8_t { kIdle, kWaiting, kHeld };
+    enum class State : std::uint8_t { kIdle, kWaiting, kHeld };
 
-    // The waiting buffers are linked by their indices, so that one in the middle leaves at once.
+    // Waiting buffers form a list linked by index, so that any of them can be removed at once.
     struct Slot {
         State state = State::kIdle;
-        uint32_t older = kNone;
-        uint32_t newer = kNone;
+        std::uint32_t older = kNone;
+        std::uint32_t newer = kNone;
     };
 
-    void AppendNewest(uint32_t index) REQUIRES(mutex);
-    void Unlink(uint32_t index) REQUIRES(mutex);
+    void AppendNewest(std::uint32_t index) REQUIRES(mutex);
+    void Unlink(std::uint32_t index) REQUIRES(mutex);
 
     platform::Mutex mutex;
     std::vector<Slot> slots GUARDED_BY(mutex);
-    uint32_t oldest GUARDED_BY(mutex) = kNone;
-    uint32_t newest GUARDED_BY(mutex) = kNone;
-    uint64_t lost GUARDED_BY(mutex) = 0;
+    std::uint32_t oldest GUARDED_BY(mutex) = kNone;
+    std::uint32_t newest GUARDED_BY(mutex) = kNone;
+    std::uint64_t lost GUARDED_BY(mutex) = 0;
 };

@@ -1,4 +1,4 @@
-// format_float.cpp - floating-point numbers of the log formatter, in the C locale always
+// format_float.cpp - floating-point conversions of the log formatter, independent of the locale
 #include "text_output.h"
 
 #include <algorithm>
@@ -8,11 +8,11 @@
 
 namespace {
 
-// No double has more decimals, so that all digits behind these are zeros.
+// No double has more decimals than this; any further digits are zeros.
 constexpr int kMaxDecimals = 1074;
 constexpr int kDefaultPrecision = 6;
 
-// 309 digits before the point, the point, the decimals, and room for an exponent.
+// Up to 309 digits before the point, the point, the decimals, and space for an exponent.
 using DigitBuffer = char[kMaxDecimals + 330];
 
 std::string_view Convert(DigitBuffer& buffer, double value, std::chars_format format,
@@ -25,7 +25,7 @@ std::string_view Convert(DigitBuffer& buffer, double value, std::chars_format fo
 int ExponentOf(std::string_view scientific) {
     const std::size_t mark = scientific.find('e');
     int exponent = 0;
-    // from_chars takes no plus sign.
+    // from_chars does not accept a plus sign.
     const std::size_t first = mark + (scientific[mark + 1] == '+' ? 2 : 1);
     std::from_chars(scientific.data() + first, scientific.data() + scientific.size(), exponent);
     return exponent;
@@ -42,8 +42,8 @@ void StripTrailingZeros(NumberText& number) {
     }
 }
 
-// Fixed or scientific notation with `decimals` decimals; digits behind the last possible one are
-// counted in `innerZeros` only.
+// Fixed or scientific notation with `decimals` decimals. Decimals beyond kMaxDecimals are zeros and
+// only counted, in `innerZeros`.
 NumberText Notation(DigitBuffer& buffer, double value, bool fixed, int decimals) {
     const int shown = std::min(decimals, kMaxDecimals);
     NumberText number;
@@ -89,7 +89,7 @@ void AppendFloat(TextOutput& output, const FormatSpec& spec, double value) {
     number.prefix = sign;
     char withPoint[400];
     if (spec.alternate && number.digits.find('.') == std::string_view::npos) {
-        // Without a point there are no decimals, so that the digits are few.
+        // Without a point there are no decimals, so the digits fit into `withPoint`.
         const std::size_t length = number.digits.copy(withPoint, sizeof withPoint - 1);
         withPoint[length] = '.';
         number.digits = {withPoint, length + 1};

@@ -1,7 +1,8 @@
-// format_spec.cpp - one conversion of a log format
+// format_spec.cpp - a conversion specification of a log format
 #include "format_spec.h"
 
 #include <climits>
+#include <cstddef>
 #include <cstring>
 
 namespace {
@@ -31,7 +32,7 @@ const char* ParseFlags(const char* text, FormatSpec& spec) {
     }
 }
 
-// Numbers too large for an int stay at its largest value.
+// Numbers that exceed an int are limited to INT_MAX.
 const char* ParseNumber(const char* text, int& number) {
     number = 0;
     for (; IsDigit(*text); ++text) {
@@ -46,7 +47,7 @@ const char* ParseLength(const char* text, ArgumentLength& length) {
         const char* letters;
         ArgumentLength length;
     };
-    // Longer letters stand before those that begin like them.
+    // The first match counts, so "hh" precedes "h" and "ll" precedes "l".
     static constexpr Row kRows[] = {
         {"hh", ArgumentLength::kChar},      {"h", ArgumentLength::kShort},
         {"ll", ArgumentLength::kLongLong},  {"l", ArgumentLength::kLong},

@@ -1,11 +1,13 @@
-// format_spec.h - one conversion of a log format
+// format_spec.h - a conversion specification of a log format
 #pragma once
 
-/// How long the argument of a conversion is.
+/// Size of a conversion's argument.
 enum class ArgumentLength { kPlain, kChar, kShort, kLong, kLongLong, kInt32, kSize };
 
-/// A conversion as written between its percent sign and its letter. A blank is no flag: the text
-/// "% c" is far more often a slip in a message than a wish for a padded character.
+/// A conversion specification without its percent sign.
+///
+/// Compatibility: a space is not a flag. Log texts contain a percent sign before a word, as in
+/// "Feature % cannot be written", which hosts expect to find unchanged in the log.
 struct FormatSpec {
     bool left = false;
     bool plus = false;
@@ -14,11 +16,11 @@ struct FormatSpec {
     bool widthFromArgument = false;
     int width = 0;
     bool precisionFromArgument = false;
-    int precision = -1; ///< -1: none given
+    int precision = -1; ///< -1 if none is given
     ArgumentLength length = ArgumentLength::kPlain;
     char conversion = '\0';
 };
 
-/// Reads the conversion that stands after a percent sign. Returns what follows it, or null when
-/// the text is no conversion of the formatter.
+/// Parses the conversion at `text`, which follows a percent sign. Returns the text after it, or
+/// null if the formatter does not support the conversion.
 const char* ParseFormatSpec(const char* text, FormatSpec& spec);

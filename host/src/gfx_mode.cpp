@@ -1,31 +1,33 @@
-// gfx_mode.cpp - the empty graphics mode that modules derive from
+// gfx_mode.cpp - the empty graphics mode from which modules derive
 #include "mivora/gfx_mode.h"
+
+#include <cstdint>
 
 CMivoraGfxMode::CMivoraGfxMode() : next(nullptr) {}
 
 CMivoraGfxMode::~CMivoraGfxMode() = default;
 
-uint32_t CMivoraGfxMode::GetxRes() {
+std::uint32_t CMivoraGfxMode::GetxRes() {
     return 0;
 }
 
-uint32_t CMivoraGfxMode::GetyRes() {
+std::uint32_t CMivoraGfxMode::GetyRes() {
     return 0;
 }
 
-uint32_t CMivoraGfxMode::GetNumComponents() {
+std::uint32_t CMivoraGfxMode::GetNumComponents() {
     return 0;
 }
 
-uint32_t CMivoraGfxMode::GetAllocatedBitPerComponent() {
+std::uint32_t CMivoraGfxMode::GetAllocatedBitPerComponent() {
     return 0;
 }
 
-uint32_t CMivoraGfxMode::GetBitStartComponent() {
+std::uint32_t CMivoraGfxMode::GetBitStartComponent() {
     return 0;
 }
 
-uint32_t CMivoraGfxMode::GetBitPerComponent() {
+std::uint32_t CMivoraGfxMode::GetBitPerComponent() {
     return 0;
 }
 
@@ -33,19 +35,19 @@ MV_COLORCODING CMivoraGfxMode::GetColorCoding() {
     return MVCC_MONO;
 }
 
-uint32_t CMivoraGfxMode::GetCFAxOffset() {
+std::uint32_t CMivoraGfxMode::GetCFAxOffset() {
     return 0;
 }
 
-uint32_t CMivoraGfxMode::GetCFAyOffset() {
+std::uint32_t CMivoraGfxMode::GetCFAyOffset() {
     return 0;
 }
 
-uint64_t CMivoraGfxMode::GetNumPixels() {
+std::uint64_t CMivoraGfxMode::GetNumPixels() {
     return 0;
 }
 
-uint64_t CMivoraGfxMode::GetImageSize() {
+std::uint64_t CMivoraGfxMode::GetImageSize() {
     return 0;
 }
 

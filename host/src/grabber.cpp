@@ -1,4 +1,4 @@
-// grabber.cpp - a grabber's life, its texts and its camera list
+// grabber.cpp - construction and initialisation of a grabber, driver texts and camera list
 #include "grabber_impl.h"
 
 #include "copy_text.h"
@@ -10,8 +10,8 @@ CMivoraGrabber::CMivoraGrabber(void* moduleInstance)
 
 CMivoraGrabber::~CMivoraGrabber() {
     DeleteInternalList();
-    // The module's part of the grabber is gone, and with it its DeleteCmdChannel: what it left in
-    // the list goes by the channels' own destructors.
+    // The derived part is already destroyed, so the module's DeleteCmdChannel cannot be called for
+    // the channels that remain in the list.
     CCmdChannel* channel = impl->TakeChannels();
     while (channel) {
         CCmdChannel* const next = channel->GetNext();
@@ -54,7 +54,7 @@ const char* CMivoraGrabber::GetDriverVersion() {
 
 namespace {
 
-// An unchanged text is not written again, so that threads that read it meanwhile see it whole.
+// An unchanged text is not written again: another thread may be reading it.
 void StoreText(DriverText& target, const char* text) {
     DriverText cut;
     CopyText(text ? text : "", cut.text, sizeof cut.text);
@@ -77,22 +77,22 @@ void CMivoraGrabber::SetDriverVersion(const char* text) {
     StoreText(impl->driverVersion, text);
 }
 
-uint32_t CMivoraGrabber::GetNumCameras() {
-    uint32_t count = 0;
+std::uint32_t CMivoraGrabber::GetNumCameras() {
+    std::uint32_t count = 0;
     for (const CMivoraCamera* camera = GetFirstCamera(); camera; camera = camera->GetNext()) {
         ++count;
     }
     return count;
 }
 
-int32_t CMivoraGrabber::GetActCameraIndex() {
+std::int32_t CMivoraGrabber::GetActCameraIndex() {
     return impl->actCamera;
 }
 
-int32_t CMivoraGrabber::GetCameraIndexByQZRCameraID(uint32_t id) {
-    int32_t index = 0;
+std::int32_t CMivoraGrabber::GetCameraIndexByQZRCameraID(std::uint32_t id) {
+    std::int32_t index = 0;
     for (const CMivoraCamera* camera = GetFirstCamera(); camera; camera = camera->GetNext()) {
-        // 0 says that the integrator gave the camera no number.
+        // 0 means that the integrator has not assigned a number to the camera.
         if (id != 0 && camera->GetQZRCameraID() == id) {
             return index;
         }
@@ -101,8 +101,8 @@ int32_t CMivoraGrabber::GetCameraIndexByQZRCameraID(uint32_t id) {
     return -1;
 }
 
-int32_t CMivoraGrabber::GetCameraIndexByCameraUniqueID(uint32_t id) {
-    int32_t index = 0;
+std::int32_t CMivoraGrabber::GetCameraIndexByCameraUniqueID(std::uint32_t id) {
+    std::int32_t index = 0;
     for (const CMivoraCamera* camera = GetFirstCamera(); camera; camera = camera->GetNext()) {
         if (camera->GetCameraUniqueID() == id) {
             return index;
@@ -116,7 +116,7 @@ CMivoraCamera* CMivoraGrabber::GetFirstCamera() {
     return impl->firstCamera;
 }
 
-CMivoraCamera* CMivoraGrabber::GetCamera(int32_t index) {
+CMivoraCamera* CMivoraGrabber::GetCamera(std::int32_t index) {
     if (index < 0) {
         return nullptr;
     }
@@ -139,7 +139,7 @@ CMivoraCamera* CMivoraGrabber::GetLastCamera() {
     return camera;
 }
 
-MV_ERRCODE CMivoraGrabber::SetActCameraIndex(int32_t index) {
+MV_ERRCODE CMivoraGrabber::SetActCameraIndex(std::int32_t index) {
     if (index != -1 && !GetCamera(index)) {
         return MV_NO_CAMERA;
     }
@@ -167,8 +167,8 @@ MV_ERRCODE CMivoraGrabber::SelectModeDialog(MV_WINDOW /*parent*/, MV_DLG_EXITCOD
     if (!camera->GetActGfxMode()) {
         return MV_NO_VIDEO_MODE;
     }
-    // Cameras of all modules so far have one mode, so that there is nothing to choose: the active
-    // one stays, as if it had been confirmed.
+    // Compatibility: cameras have a single mode, so there is nothing to choose and no dialog, but
+    // hosts continue only after a confirmed choice.
     if (exitCode) {
         *exitCode = MV_DLG_OK;
     }
@@ -194,7 +194,7 @@ MV_ERRCODE CMivoraGrabber::DeleteInternalList() {
     return MV_OK;
 }
 
-void CMivoraGrabber::StoreActCameraIndex(int32_t index) {
+void CMivoraGrabber::StoreActCameraIndex(std::int32_t index) {
     impl->actCamera = index;
 }
 

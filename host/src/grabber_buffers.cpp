@@ -3,12 +3,13 @@
 
 #include "guarded.h"
 
-MV_ERRCODE CMivoraGrabber::PrepareFrameBuffers(uint64_t count) {
+MV_ERRCODE CMivoraGrabber::PrepareFrameBuffers(std::uint64_t count) {
+    // Compatibility: hosts read the requested count back even after a failure.
     impl->requestedBuffers = count;
     return impl->ring.Reset(count) ? MV_OK : MV_REFUSED;
 }
 
-MV_ERRCODE CMivoraGrabber::GetLastFilledBuffer(uint64_t* index) {
+MV_ERRCODE CMivoraGrabber::GetLastFilledBuffer(std::uint64_t* index) {
     if (!index) {
         return MV_BAD_VALUE;
     }
@@ -18,11 +19,11 @@ MV_ERRCODE CMivoraGrabber::GetLastFilledBuffer(uint64_t* index) {
     return taken ? MV_OK : MV_NO_FILLED_BUFFER;
 }
 
-MV_ERRCODE CMivoraGrabber::ReleaseFrameBuffer(uint64_t index) {
+MV_ERRCODE CMivoraGrabber::ReleaseFrameBuffer(std::uint64_t index) {
     return impl->ring.Release(index) ? MV_OK : MV_BAD_VALUE;
 }
 
-void CMivoraGrabber::DoPostProcess(uint64_t bufferIndex, uint32_t fromCallback) {
+void CMivoraGrabber::DoPostProcess(std::uint64_t bufferIndex, std::uint32_t fromCallback) {
     Guarded(false, [&] {
         if (impl->ring.Add(bufferIndex) == Arrival::kUnknownBuffer) {
             if (impl->sink) {
@@ -35,7 +36,7 @@ void CMivoraGrabber::DoPostProcess(uint64_t bufferIndex, uint32_t fromCallback) 
         if (!impl->IsFeatureOn(EMV_FEATURE_POST_PROCESS)) {
             return true;
         }
-        impl->postProcess.messages.Post(bufferIndex, static_cast<int64_t>(fromCallback));
+        impl->postProcess.messages.Post(bufferIndex, static_cast<std::int64_t>(fromCallback));
         impl->postProcess.callback.Deliver([&](const Callback<MV_POST_PROCESS_CALLBACK>& receiver) {
             receiver.function(bufferIndex, fromCallback, receiver.context);
         });
@@ -43,11 +44,11 @@ void CMivoraGrabber::DoPostProcess(uint64_t bufferIndex, uint32_t fromCallback) 
     });
 }
 
-MV_ERRCODE CMivoraGrabber::InstPostProcessMsgWnd(MV_WINDOW window, uint32_t message) {
+MV_ERRCODE CMivoraGrabber::InstPostProcessMsgWnd(MV_WINDOW window, std::uint32_t message) {
     return impl->postProcess.messages.SetWindow(window, message);
 }
 
-MV_ERRCODE CMivoraGrabber::InstPostProcessThreadID(uint32_t threadId, uint32_t message) {
+MV_ERRCODE CMivoraGrabber::InstPostProcessThreadID(std::uint32_t threadId, std::uint32_t message) {
     return impl->postProcess.messages.SetThread(threadId, message);
 }
 
@@ -56,10 +57,10 @@ MV_ERRCODE CMivoraGrabber::InstPostProcessCallBack(MV_POST_PROCESS_CALLBACK call
     return impl->postProcess.SetCallback(callback, context);
 }
 
-uint64_t CMivoraGrabber::GetRequestedBufferCount() const {
+std::uint64_t CMivoraGrabber::GetRequestedBufferCount() const {
     return impl->requestedBuffers;
 }
 
-uint64_t CMivoraGrabber::GetLostBufferCount() const {
+std::uint64_t CMivoraGrabber::GetLostBufferCount() const {
     return impl->ring.LostCount();
 }

@@ -3,7 +3,7 @@
 
 #include "copy_text.h"
 
-CCmdChannel* CMivoraGrabber::Impl::ChannelAt(int32_t index) {
+CCmdChannel* CMivoraGrabber::Impl::ChannelAt(std::int32_t index) {
     if (index < 0) {
         return nullptr;
     }
@@ -23,16 +23,16 @@ CCmdChannel* CMivoraGrabber::Impl::TakeChannels() {
     return first;
 }
 
-uint32_t CMivoraGrabber::GetNumCmdChannels() {
+std::uint32_t CMivoraGrabber::GetNumCmdChannels() {
     const platform::MutexLock lock(impl->channelMutex);
-    uint32_t count = 0;
+    std::uint32_t count = 0;
     for (const CCmdChannel* channel = impl->firstChannel; channel; channel = channel->GetNext()) {
         ++count;
     }
     return count;
 }
 
-MV_ERRCODE CMivoraGrabber::SetActCmdChannelIndex(int32_t index) {
+MV_ERRCODE CMivoraGrabber::SetActCmdChannelIndex(std::int32_t index) {
     if (index != -1 && !impl->ChannelAt(index)) {
         return MV_NO_CHANNEL;
     }
@@ -49,11 +49,11 @@ CCmdChannel* CMivoraGrabber::GetActCmdChannel() {
     return impl->ChannelAt(GetActCmdChannelIndex());
 }
 
-CCmdChannel* CMivoraGrabber::GetCmdChannel(int32_t index) {
+CCmdChannel* CMivoraGrabber::GetCmdChannel(std::int32_t index) {
     return impl->ChannelAt(index);
 }
 
-int32_t CMivoraGrabber::GetActCmdChannelIndex() {
+std::int32_t CMivoraGrabber::GetActCmdChannelIndex() {
     const platform::MutexLock lock(impl->channelMutex);
     return impl->actChannel;
 }
@@ -64,7 +64,7 @@ MV_ERRCODE CMivoraGrabber::AddCmdChannel(CCmdChannel* channel) {
     }
     const platform::MutexLock lock(impl->channelMutex);
     CCmdChannel* last = nullptr;
-    int32_t index = 0;
+    std::int32_t index = 0;
     for (CCmdChannel* node = impl->firstChannel; node; node = node->GetNext()) {
         if (node == channel) {
             return MV_BAD_VALUE;
@@ -92,7 +92,8 @@ void CMivoraGrabber::DeleteCmdChannelList() {
     }
 }
 
-void CMivoraGrabber::GetCmdChannelSection(int32_t index, char* buffer, uint32_t capacity) const {
+void CMivoraGrabber::GetCmdChannelSection(std::int32_t index, char* buffer,
+                                          std::uint32_t capacity) const {
     CopyText(SectionName::Channel(impl->sectionNumber, index).Text(), buffer, capacity);
 }
 
@@ -116,8 +117,8 @@ MV_ERRCODE CMivoraGrabber::SelectCmdDialog(MV_WINDOW parent, MV_DLG_EXITCODE* ex
 
 namespace {
 
-// Without a channel nothing was transferred.
-MV_ERRCODE NoChannel(uint64_t* count) {
+// The result of a transfer without an active channel.
+MV_ERRCODE NoChannel(std::uint64_t* count) {
     if (count) {
         *count = 0;
     }
@@ -131,32 +132,34 @@ MV_ERRCODE CMivoraGrabber::CMDOpen() {
     return channel ? channel->Open() : MV_NO_CHANNEL;
 }
 
-MV_ERRCODE CMivoraGrabber::CMDReadByte(uint8_t* buffer, uint64_t* count) {
+MV_ERRCODE CMivoraGrabber::CMDReadByte(std::uint8_t* buffer, std::uint64_t* count) {
     CCmdChannel* const channel = GetActCmdChannel();
     return channel ? channel->ReadByte(buffer, count) : NoChannel(count);
 }
 
-MV_ERRCODE CMivoraGrabber::CMDWriteByte(const uint8_t* buffer, uint64_t* count) {
+MV_ERRCODE CMivoraGrabber::CMDWriteByte(const std::uint8_t* buffer, std::uint64_t* count) {
     CCmdChannel* const channel = GetActCmdChannel();
     return channel ? channel->WriteByte(buffer, count) : NoChannel(count);
 }
 
-MV_ERRCODE CMivoraGrabber::CMDReadBuffer(uint8_t* buffer, uint64_t length, uint64_t* count) {
+MV_ERRCODE CMivoraGrabber::CMDReadBuffer(std::uint8_t* buffer, std::uint64_t length,
+                                         std::uint64_t* count) {
     CCmdChannel* const channel = GetActCmdChannel();
     return channel ? channel->ReadBuffer(buffer, length, count) : NoChannel(count);
 }
 
-MV_ERRCODE CMivoraGrabber::CMDWriteBuffer(const uint8_t* buffer, uint64_t length, uint64_t* count) {
+MV_ERRCODE CMivoraGrabber::CMDWriteBuffer(const std::uint8_t* buffer, std::uint64_t length,
+                                          std::uint64_t* count) {
     CCmdChannel* const channel = GetActCmdChannel();
     return channel ? channel->WriteBuffer(buffer, length, count) : NoChannel(count);
 }
 
-MV_ERRCODE CMivoraGrabber::CMDWriteCString(const char* text, uint64_t* count) {
+MV_ERRCODE CMivoraGrabber::CMDWriteCString(const char* text, std::uint64_t* count) {
     CCmdChannel* const channel = GetActCmdChannel();
     return channel ? channel->WriteCString(text, count) : NoChannel(count);
 }
 
-MV_ERRCODE CMivoraGrabber::CMDPurge(uint32_t flags) {
+MV_ERRCODE CMivoraGrabber::CMDPurge(std::uint32_t flags) {
     CCmdChannel* const channel = GetActCmdChannel();
     return channel ? channel->Purge(flags) : MV_NO_CHANNEL;
 }

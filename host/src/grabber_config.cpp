@@ -1,4 +1,4 @@
-// grabber_config.cpp - what the base keeps of a grabber and its cameras between two runs
+// grabber_config.cpp - saves and loads the configuration of a grabber and its cameras
 #include "grabber_impl.h"
 
 #include "config_access.h"
@@ -23,8 +23,6 @@ constexpr FeatureKey kFeatureKeys[] = {
 };
 static_assert(sizeof kFeatureKeys / sizeof kFeatureKeys[0] == EMV_FEATURE_COUNT);
 
-constexpr int32_t kShortestTimeBase = -6;
-
 template <typename Target, typename Value>
 void StoreIfGiven(Target& target, const std::optional<Value>& value) {
     if (value) {
@@ -32,9 +30,9 @@ void StoreIfGiven(Target& target, const std::optional<Value>& value) {
     }
 }
 
-/// A new channel of the type with this name; null when the module makes none such.
+/// Creates a channel by type name (case ignored); null if the module has no such type.
 CCmdChannel* MakeChannel(CMivoraGrabber& grabber, const std::string& typeName) {
-    for (uint32_t type = 0; type < grabber.GetNumCmdChannelTypes(); ++type) {
+    for (std::uint32_t type = 0; type < grabber.GetNumCmdChannelTypes(); ++type) {
         CCmdChannel* const channel = grabber.CreateCmdChannel(type);
         if (channel &&
             platform::CompareNoCase(channel->GetChannelTypeName(), typeName.c_str()) == 0) {
@@ -45,17 +43,17 @@ CCmdChannel* MakeChannel(CMivoraGrabber& grabber, const std::string& typeName) {
     return nullptr;
 }
 
-/// Replaces the channel list by the one in the ini file, when that has one.
+/// Replaces the channel list with the one in the ini file, if the file contains one.
 void LoadChannels(CMivoraGrabber& grabber, const CIniFile& ini, const ConfigReader& grabberSection,
                   ILogSink* sink) {
-    const std::optional<uint32_t> count = grabberSection.Unsigned("NumCmdChannels");
+    const std::optional<std::uint32_t> count = grabberSection.Unsigned("NumCmdChannels");
     if (!count) {
         return;
     }
     grabber.DeleteCmdChannelList();
-    for (uint32_t i = 0; i < *count; ++i) {
+    for (std::uint32_t i = 0; i < *count; ++i) {
         const SectionName section =
-            SectionName::Channel(grabber.GetSectionNumber(), static_cast<int32_t>(i));
+            SectionName::Channel(grabber.GetSectionNumber(), static_cast<std::int32_t>(i));
         const std::optional<std::string> typeName = ConfigReader(ini, section).Text("TYPE");
         if (!typeName) {
             break;
@@ -72,15 +70,15 @@ void LoadChannels(CMivoraGrabber& grabber, const CIniFile& ini, const ConfigRead
         }
         grabber.AddCmdChannel(channel);
     }
-    if (const std::optional<int32_t> active = grabberSection.Signed("ActCmdChannel")) {
+    if (const std::optional<std::int32_t> active = grabberSection.Signed("ActCmdChannel")) {
         grabber.SetActCmdChannelIndex(*active);
     }
 }
 
-/// True when every channel has been written.
+/// Returns true if all channels have been written.
 bool SaveChannels(CMivoraGrabber& grabber, CIniFile& ini, ConfigWriter& grabberSection) {
     bool saved = true;
-    int32_t index = 0;
+    std::int32_t index = 0;
     for (CCmdChannel* channel = grabber.GetFirstCmdChannel(); channel;
          channel = channel->GetNext()) {
         const SectionName section = SectionName::Channel(grabber.GetSectionNumber(), index);
@@ -92,14 +90,14 @@ bool SaveChannels(CMivoraGrabber& grabber, CIniFile& ini, ConfigWriter& grabberS
     return saved;
 }
 
-/// The number for a new camera section: the one behind the biggest, or the first that is free when
-/// there is none behind it.
-int32_t FreeCameraSection(CMivoraGrabber& grabber, const CIniFile& ini) {
-    const int32_t biggest = grabber.GetBiggestSectionNum(kCameraSectionPrefix);
+/// The number for a new camera section: one more than the highest in use or, if that would
+/// overflow, the lowest free number.
+std::int32_t FreeCameraSection(CMivoraGrabber& grabber, const CIniFile& ini) {
+    const std::int32_t biggest = grabber.GetBiggestSectionNum(kCameraSectionPrefix);
     if (biggest < INT32_MAX) {
         return biggest + 1;
     }
-    int32_t number = 0;
+    std::int32_t number = 0;
     while (ini.HasSection(SectionName::Camera(number).Text())) {
         ++number;
     }
@@ -128,10 +126,11 @@ void SaveMode(CMivoraGfxMode& mode, ConfigWriter& section) {
 
 } // namespace
 
-int32_t CMivoraGrabber::Impl::FindCameraSection(const CMivoraCamera& camera) {
+std::int32_t CMivoraGrabber::Impl::FindCameraSection(const CMivoraCamera& camera) {
     const CIniFile* const ini = CameraIni();
-    for (uint32_t i = 0; const char* const name = ini ? ini->GetSectionName(i) : nullptr; ++i) {
-        const std::optional<int32_t> number = SectionNumber(name, kCameraSectionPrefix);
+    for (std::uint32_t i = 0; const char* const name = ini ? ini->GetSectionName(i) : nullptr;
+         ++i) {
+        const std::optional<std::int32_t> number = SectionNumber(name, kCameraSectionPrefix);
         if (number && ConfigReader(*ini, SectionName::Camera(*number)).Unsigned("CameraUniqueID") ==
                           camera.GetCameraUniqueID()) {
             return *number;
@@ -140,14 +139,14 @@ int32_t CMivoraGrabber::Impl::FindCameraSection(const CMivoraCamera& camera) {
     return -1;
 }
 
-void CMivoraGrabber::Impl::ApplyCameraSection(CMivoraCamera& camera, int32_t section) {
+void CMivoraGrabber::Impl::ApplyCameraSection(CMivoraCamera& camera, std::int32_t section) {
     camera.SetCameraSectionNum(section);
     const ConfigReader reader(*CameraIni(), SectionName::Camera(section));
-    if (const std::optional<uint32_t> id = reader.Unsigned("QZRCameraID")) {
+    if (const std::optional<std::uint32_t> id = reader.Unsigned("QZRCameraID")) {
         camera.SetQZRCameraID(*id);
     }
-    // A camera that has modes is never left without an active one.
-    const std::optional<int32_t> mode = reader.Signed("ActMode");
+    // A saved mode of -1 is ignored: a camera with modes must keep an active one.
+    const std::optional<std::int32_t> mode = reader.Signed("ActMode");
     if (mode && *mode >= 0) {
         camera.SetActGfxModeIndex(*mode);
     }
@@ -156,7 +155,7 @@ void CMivoraGrabber::Impl::ApplyCameraSection(CMivoraCamera& camera, int32_t sec
 void CMivoraGrabber::Impl::ApplyCameraSections() {
     Guarded(false, [&] {
         for (CMivoraCamera* camera = firstCamera; camera; camera = camera->GetNext()) {
-            const int32_t section = FindCameraSection(*camera);
+            const std::int32_t section = FindCameraSection(*camera);
             if (section >= 0) {
                 ApplyCameraSection(*camera, section);
             }
@@ -172,10 +171,10 @@ MV_ERRCODE CMivoraGrabber::LoadGrabberConfig() {
     }
     return Guarded(MV_REFUSED, [&] {
         const ConfigReader section(*ini, impl->GrabberSection());
-        const std::optional<uint32_t> exposure = section.Unsigned("Exposure");
-        const std::optional<uint32_t> interval = section.Unsigned("Interval");
-        std::optional<int32_t> timeBase = section.Signed("TimeBase");
-        if (timeBase && (*timeBase < kShortestTimeBase || *timeBase > 0)) {
+        const std::optional<std::uint32_t> exposure = section.Unsigned("Exposure");
+        const std::optional<std::uint32_t> interval = section.Unsigned("Interval");
+        std::optional<std::int32_t> timeBase = section.Signed("TimeBase");
+        if (timeBase && (*timeBase < kMinTimeBase || *timeBase > 0)) {
             timeBase.reset();
         }
         StoreIfGiven(impl->savedExposure, exposure);
@@ -188,7 +187,7 @@ MV_ERRCODE CMivoraGrabber::LoadGrabberConfig() {
         StoreIfGiven(impl->timerEnabled, section.Unsigned("TimerEnabled"));
         StoreIfGiven(impl->grabberBits, section.Unsigned("GrabberBits"));
         for (const FeatureKey& feature : kFeatureKeys) {
-            if (const std::optional<uint32_t> on = section.Unsigned(feature.key)) {
+            if (const std::optional<std::uint32_t> on = section.Unsigned(feature.key)) {
                 SetFeature(feature.id, *on);
             }
         }
@@ -204,7 +203,7 @@ MV_ERRCODE CMivoraGrabber::SaveGrabberConfig() {
         return impl->NotSaved("the configuration", nullptr);
     }
     return Guarded(MV_REFUSED, [&] {
-        // The camera sections may stand in a file of their own.
+        // The camera sections may be in a separate file.
         CIniFile* const cameraIni = impl->CameraIni();
         IniBatch grabberBatch(*ini);
         std::optional<IniBatch> cameraBatch;
@@ -225,7 +224,7 @@ MV_ERRCODE CMivoraGrabber::SaveGrabberConfig() {
             section.Unsigned(feature.key, impl->IsFeatureOn(feature.id) ? 1 : 0);
         }
         bool saved = SaveChannels(*this, *ini, section) && section.Succeeded();
-        // Cameras that nobody gave a number or a mode of their own need no section.
+        // Cameras without a section have no settings of their own to be saved.
         for (const CMivoraCamera* camera = GetFirstCamera(); camera; camera = camera->GetNext()) {
             if (camera->GetCameraSectionNum() >= 0) {
                 ConfigWriter cameraSection(*cameraIni,
@@ -250,7 +249,7 @@ MV_ERRCODE CMivoraGrabber::SaveCameraModeConfig() {
         return impl->NotSaved("the camera", nullptr);
     }
     return Guarded(MV_REFUSED, [&] {
-        int32_t number = camera->GetCameraSectionNum();
+        std::int32_t number = camera->GetCameraSectionNum();
         if (number < 0) {
             number = impl->FindCameraSection(*camera);
         }
@@ -261,7 +260,7 @@ MV_ERRCODE CMivoraGrabber::SaveCameraModeConfig() {
         ConfigWriter section(*ini, SectionName::Camera(number));
         SaveCamera(*camera, section);
         bool saved = section.Succeeded();
-        uint32_t index = 0;
+        std::uint32_t index = 0;
         for (CMivoraGfxMode* mode = camera->GetFirstGfxMode(); mode; mode = mode->GetNext()) {
             ConfigWriter modeSection(*ini, SectionName::Mode(number, index));
             SaveMode(*mode, modeSection);

@@ -5,11 +5,11 @@
 
 #include <algorithm>
 
-MV_ERRCODE CMivoraGrabber::InstCamCfgChangeMsgWnd(MV_WINDOW window, uint32_t message) {
+MV_ERRCODE CMivoraGrabber::InstCamCfgChangeMsgWnd(MV_WINDOW window, std::uint32_t message) {
     return impl->camCfgChange.messages.SetWindow(window, message);
 }
 
-MV_ERRCODE CMivoraGrabber::InstCamCfgChangeThreadID(uint32_t threadId, uint32_t message) {
+MV_ERRCODE CMivoraGrabber::InstCamCfgChangeThreadID(std::uint32_t threadId, std::uint32_t message) {
     return impl->camCfgChange.messages.SetThread(threadId, message);
 }
 
@@ -31,11 +31,11 @@ void CMivoraGrabber::SignalCamCfgChange() {
     });
 }
 
-MV_ERRCODE CMivoraGrabber::InstCamCntrlMsgWnd(MV_WINDOW window, uint32_t message) {
+MV_ERRCODE CMivoraGrabber::InstCamCntrlMsgWnd(MV_WINDOW window, std::uint32_t message) {
     return impl->camCntrl.messages.SetWindow(window, message);
 }
 
-MV_ERRCODE CMivoraGrabber::InstCamCntrlThreadID(uint32_t threadId, uint32_t message) {
+MV_ERRCODE CMivoraGrabber::InstCamCntrlThreadID(std::uint32_t threadId, std::uint32_t message) {
     return impl->camCntrl.messages.SetThread(threadId, message);
 }
 
@@ -43,9 +43,9 @@ MV_ERRCODE CMivoraGrabber::InstCamCntrlCallBack(MV_CAM_CNTRL_CALLBACK callback, 
     return impl->camCntrl.SetCallback(callback, context);
 }
 
-uint32_t CMivoraGrabber::SignalCamCntrlDlgEvent(uint32_t code) {
-    // A posted message brings no answer: only the callback can refuse.
-    uint32_t answer = 1;
+std::uint32_t CMivoraGrabber::SignalCamCntrlDlgEvent(std::uint32_t code) {
+    // Posted messages have no result, so only the callback can return anything but 1.
+    std::uint32_t result = 1;
     Guarded(false, [&] {
         if (!impl->IsFeatureOn(EMV_FEATURE_CAM_CNTRL_EVENT)) {
             return false;
@@ -53,10 +53,10 @@ uint32_t CMivoraGrabber::SignalCamCntrlDlgEvent(uint32_t code) {
         impl->camCntrl.messages.Post(code, 0);
         return impl->camCntrl.callback.Deliver(
             [&](const Callback<MV_CAM_CNTRL_CALLBACK>& receiver) {
-                answer = receiver.function(code, receiver.context);
+                result = receiver.function(code, receiver.context);
             });
     });
-    return answer;
+    return result;
 }
 
 MV_ERRCODE CMivoraGrabber::InstDialogUpdateCallBack(MV_DIALOG_UPDATE_CALLBACK callback,
@@ -64,7 +64,7 @@ MV_ERRCODE CMivoraGrabber::InstDialogUpdateCallBack(MV_DIALOG_UPDATE_CALLBACK ca
     return impl->dialogUpdate.SetCallback(callback, context);
 }
 
-void CMivoraGrabber::UpdateCamCntrlDialogs(uint32_t mask) {
+void CMivoraGrabber::UpdateCamCntrlDialogs(std::uint32_t mask) {
     Guarded(false, [&] {
         impl->camCntrlDialog.Deliver([&](ICamCntrlDialog* dialog) { dialog->Update(mask); });
         return impl->dialogUpdate.callback.Deliver(
@@ -94,7 +94,7 @@ MV_ERRCODE CMivoraGrabber::CloseCamCntrlDialog() {
     return MV_OK;
 }
 
-uint32_t CMivoraGrabber::IsCamCntrlDialogOpen() {
+std::uint32_t CMivoraGrabber::IsCamCntrlDialogOpen() {
     const ICamCntrlDialog* const dialog = GetCamCntrlDialogObject();
     return dialog && dialog->IsVisible() ? 1 : 0;
 }
@@ -132,7 +132,7 @@ void CMivoraGrabber::UnRegisterWindowHandle(MV_WINDOW window) {
     std::erase(impl->windows, window);
 }
 
-MV_WINDOW CMivoraGrabber::GetRegisteredWindow(uint32_t index) const {
+MV_WINDOW CMivoraGrabber::GetRegisteredWindow(std::uint32_t index) const {
     const platform::MutexLock lock(impl->windowMutex);
     return index < impl->windows.size() ? impl->windows[index] : nullptr;
 }

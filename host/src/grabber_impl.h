@@ -1,4 +1,4 @@
-// grabber_impl.h - what a grabber's base keeps
+// grabber_impl.h - private members of CMivoraGrabber
 #pragma once
 
 #include "filled_ring.h"
@@ -7,10 +7,14 @@
 #include "section_names.h"
 
 #include <atomic>
+#include <cstdint>
 #include <string>
 #include <vector>
 
-/// The module's texts about itself.
+/// The smallest time base: 10^-6 seconds.
+inline constexpr std::int32_t kMinTimeBase = -6;
+
+/// A driver description, name or version.
 struct DriverText {
     char text[256] = {};
 };
@@ -18,31 +22,31 @@ struct DriverText {
 struct CMivoraGrabber::Impl {
     Impl(void* instance, ILogSink* logSink) : moduleInstance(instance), sink(logSink) {}
 
-    /// The file with the camera and mode sections, or null.
+    /// The file with the camera and mode sections; null if no ini file is set.
     CIniFile* CameraIni();
     SectionName GrabberSection() const { return SectionName::Grabber(sectionNumber); }
     bool IsFeatureOn(EMV_FEATURE_ID id) const { return (featureMask >> id & 1u) != 0; }
-    /// Logs that a key could not be saved; answers MV_CONFIG_NOT_SAVED.
+    /// Logs that `what` could not be saved and returns MV_CONFIG_NOT_SAVED.
     MV_ERRCODE NotSaved(const char* what, const CIniFile* file) const;
-    /// Gives the nodes of the camera list the section numbers, ids and modes kept for them.
+    /// Sets section number, QZR id and active mode of all cameras that have a section.
     void ApplyCameraSections();
-    void ApplyCameraSection(CMivoraCamera& camera, int32_t section);
-    /// The section kept for a camera, -1 for none.
-    int32_t FindCameraSection(const CMivoraCamera& camera);
-    /// The channel at an index of the list; null when there is none.
-    CCmdChannel* ChannelAt(int32_t index);
-    /// Empties the list; answers its first node, which the caller then owns with all behind it.
+    void ApplyCameraSection(CMivoraCamera& camera, std::int32_t section);
+    /// The number of the section with the camera's unique id; -1 if there is none.
+    std::int32_t FindCameraSection(const CMivoraCamera& camera);
+    /// The channel at an index of the list, or null.
+    CCmdChannel* ChannelAt(std::int32_t index);
+    /// Empties the list and returns its first node; the caller then owns all nodes.
     CCmdChannel* TakeChannels();
 
     void* const moduleInstance;
     ILogSink* const sink;
 
-    // Set on the thread that configures the grabber, before others use it.
+    // Set on the configuring thread before other threads use the grabber.
     CIniFile grabberIni;
     std::atomic<bool> hasGrabberIni{false};
     CIniFile cameraIni;
     std::atomic<bool> hasCameraIni{false};
-    std::atomic<int32_t> sectionNumber{0};
+    std::atomic<std::int32_t> sectionNumber{0};
     std::string configDirectory;
 
     DriverText driverDesc;
@@ -51,12 +55,12 @@ struct CMivoraGrabber::Impl {
 
     std::atomic<bool> initialised{false};
 
-    // The list itself changes only on the thread that initialises or refreshes the grabber.
+    // The nodes change only on the thread that initialises or refreshes the grabber.
     std::atomic<CMivoraCamera*> firstCamera{nullptr};
-    std::atomic<int32_t> actCamera{-1};
+    std::atomic<std::int32_t> actCamera{-1};
 
     FilledRing ring;
-    std::atomic<uint64_t> requestedBuffers{1};
+    std::atomic<std::uint64_t> requestedBuffers{1};
 
     EventReceivers<MV_POST_PROCESS_CALLBACK> postProcess;
     EventReceivers<MV_CAM_CFG_CHANGE_CALLBACK> camCfgChange;
@@ -65,22 +69,22 @@ struct CMivoraGrabber::Impl {
     Receiver<ICamCntrlDialog*> camCntrlDialog;
     std::atomic<ICamCntrlDialog*> camCntrlDialogObject{nullptr};
 
-    platform::Mutex channelMutex; // the list's shape; no channel is called under it
+    platform::Mutex channelMutex; // guards the list; not held while a channel is called
     CCmdChannel* firstChannel GUARDED_BY(channelMutex) = nullptr;
-    int32_t actChannel GUARDED_BY(channelMutex) = -1;
+    std::int32_t actChannel GUARDED_BY(channelMutex) = -1;
 
     platform::Mutex windowMutex;
     std::vector<MV_WINDOW> windows GUARDED_BY(windowMutex);
 
-    std::atomic<uint32_t> featureMask{(1u << EMV_FEATURE_COUNT) - 1};
-    std::atomic<uint32_t> grabberBits{0};
+    std::atomic<std::uint32_t> featureMask{(1u << EMV_FEATURE_COUNT) - 1};
+    std::atomic<std::uint32_t> grabberBits{0};
 
-    std::atomic<uint32_t> exposure{0};
-    std::atomic<uint32_t> interval{0};
-    std::atomic<int32_t> timeBase{-6};
-    std::atomic<uint32_t> savedExposure{0};
-    std::atomic<uint32_t> savedInterval{0};
-    std::atomic<int32_t> savedTimeBase{-6};
-    std::atomic<uint32_t> timerMode{0};
-    std::atomic<uint32_t> timerEnabled{0};
+    std::atomic<std::uint32_t> exposure{0};
+    std::atomic<std::uint32_t> interval{0};
+    std::atomic<std::int32_t> timeBase{kMinTimeBase};
+    std::atomic<std::uint32_t> savedExposure{0};
+    std::atomic<std::uint32_t> savedInterval{0};
+    std::atomic<std::int32_t> savedTimeBase{kMinTimeBase};
+    std::atomic<std::uint32_t> timerMode{0};
+    std::atomic<std::uint32_t> timerEnabled{0};
 };

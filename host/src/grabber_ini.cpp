@@ -1,4 +1,4 @@
-// grabber_ini.cpp - single values of a grabber's ini files
+// grabber_ini.cpp - access to single values in a grabber's ini files
 #include "grabber_impl.h"
 
 #include "config_access.h"
@@ -10,30 +10,31 @@
 
 namespace {
 
-constexpr std::size_t kLongestPath = 32768;
+constexpr std::size_t kMaxPathLength = 32768;
 
-uint32_t ReadText(const CIniFile* file, const SectionName& section, const char* key,
-                  const char* defaultValue, char* buffer, uint32_t capacity) {
+std::uint32_t ReadText(const CIniFile* file, const SectionName& section, const char* key,
+                       const char* defaultValue, char* buffer, std::uint32_t capacity) {
     if (!file) {
         return CopyText(defaultValue ? defaultValue : "", buffer, capacity);
     }
     return file->GetText(section.Text(), key, defaultValue, buffer, capacity);
 }
 
-int32_t ReadInt32(const CIniFile* file, const SectionName& section, const char* key,
-                  int32_t defaultValue) {
+std::int32_t ReadInt32(const CIniFile* file, const SectionName& section, const char* key,
+                       std::int32_t defaultValue) {
     return file ? file->GetInt32(section.Text(), key, defaultValue) : defaultValue;
 }
 
-// A camera without a section has one that no file can hold.
+// Without a camera or section number the name is "Camera_-1", which is never written.
 SectionName CameraSection(const CMivoraCamera* camera) {
     return SectionName::Camera(camera ? camera->GetCameraSectionNum() : -1);
 }
 
 SectionName ActModeSection(const CMivoraCamera* camera) {
-    const int32_t mode = camera ? camera->GetActGfxModeIndex() : -1;
-    return mode < 0 ? SectionName::Mode(-1, 0)
-                    : SectionName::Mode(camera->GetCameraSectionNum(), static_cast<uint32_t>(mode));
+    const std::int32_t mode = camera ? camera->GetActGfxModeIndex() : -1;
+    return mode < 0
+               ? SectionName::Mode(-1, 0)
+               : SectionName::Mode(camera->GetCameraSectionNum(), static_cast<std::uint32_t>(mode));
 }
 
 } // namespace
@@ -53,7 +54,7 @@ MV_ERRCODE CMivoraGrabber::Impl::NotSaved(const char* what, const CIniFile* file
     return MV_CONFIG_NOT_SAVED;
 }
 
-MV_ERRCODE CMivoraGrabber::SetGrabberIni(const char* path, int32_t sectionNumber) {
+MV_ERRCODE CMivoraGrabber::SetGrabberIni(const char* path, std::int32_t sectionNumber) {
     if (!path || *path == '\0' || sectionNumber < 0) {
         return MV_BAD_VALUE;
     }
@@ -78,10 +79,10 @@ MV_ERRCODE CMivoraGrabber::SetCameraIni(const char* path) {
         return MV_BAD_VALUE;
     }
     return Guarded(MV_REFUSED, [&] {
-        // One file is read once: two views of it would not see each other's writes.
+        // The same file is not opened twice: neither object would see the other one's writes.
         if (impl->hasGrabberIni &&
-            platform::FullPath(path, kLongestPath) ==
-                platform::FullPath(impl->grabberIni.GetPath(), kLongestPath)) {
+            platform::FullPath(path, kMaxPathLength) ==
+                platform::FullPath(impl->grabberIni.GetPath(), kMaxPathLength)) {
             impl->hasCameraIni = false;
             return MV_OK;
         }
@@ -97,58 +98,58 @@ MV_ERRCODE CMivoraGrabber::SetCameraIni(const char* path) {
     });
 }
 
-int32_t CMivoraGrabber::GetCamSpecInt32(CMivoraCamera* camera, const char* key,
-                                        int32_t defaultValue) {
+std::int32_t CMivoraGrabber::GetCamSpecInt32(CMivoraCamera* camera, const char* key,
+                                             std::int32_t defaultValue) {
     return ReadInt32(impl->CameraIni(), CameraSection(camera), key, defaultValue);
 }
 
-uint32_t CMivoraGrabber::GetCamSpecString(CMivoraCamera* camera, const char* key,
-                                          const char* defaultValue, char* buffer,
-                                          uint32_t capacity) {
+std::uint32_t CMivoraGrabber::GetCamSpecString(CMivoraCamera* camera, const char* key,
+                                               const char* defaultValue, char* buffer,
+                                               std::uint32_t capacity) {
     return ReadText(impl->CameraIni(), CameraSection(camera), key, defaultValue, buffer, capacity);
 }
 
-int32_t CMivoraGrabber::GetModeSpecInt32(CMivoraCamera* camera, uint32_t modeIndex, const char* key,
-                                         int32_t defaultValue) {
-    const int32_t section = camera ? camera->GetCameraSectionNum() : -1;
+std::int32_t CMivoraGrabber::GetModeSpecInt32(CMivoraCamera* camera, std::uint32_t modeIndex,
+                                              const char* key, std::int32_t defaultValue) {
+    const std::int32_t section = camera ? camera->GetCameraSectionNum() : -1;
     return ReadInt32(impl->CameraIni(), SectionName::Mode(section, modeIndex), key, defaultValue);
 }
 
-int32_t CMivoraGrabber::GetGrabberInt32(const char* key, int32_t defaultValue) {
+std::int32_t CMivoraGrabber::GetGrabberInt32(const char* key, std::int32_t defaultValue) {
     return ReadInt32(GetIni(), impl->GrabberSection(), key, defaultValue);
 }
 
-uint32_t CMivoraGrabber::GetGrabberString(const char* key, const char* defaultValue, char* buffer,
-                                          uint32_t capacity) {
+std::uint32_t CMivoraGrabber::GetGrabberString(const char* key, const char* defaultValue,
+                                               char* buffer, std::uint32_t capacity) {
     return ReadText(GetIni(), impl->GrabberSection(), key, defaultValue, buffer, capacity);
 }
 
-int32_t CMivoraGrabber::GetActCamSpecInt32(const char* key, int32_t defaultValue) {
+std::int32_t CMivoraGrabber::GetActCamSpecInt32(const char* key, std::int32_t defaultValue) {
     return GetCamSpecInt32(GetActCamera(), key, defaultValue);
 }
 
-uint32_t CMivoraGrabber::GetActCamSpecString(const char* key, const char* defaultValue,
-                                             char* buffer, uint32_t capacity) {
+std::uint32_t CMivoraGrabber::GetActCamSpecString(const char* key, const char* defaultValue,
+                                                  char* buffer, std::uint32_t capacity) {
     return GetCamSpecString(GetActCamera(), key, defaultValue, buffer, capacity);
 }
 
-int32_t CMivoraGrabber::GetActModeSpecInt32(const char* key, int32_t defaultValue) {
+std::int32_t CMivoraGrabber::GetActModeSpecInt32(const char* key, std::int32_t defaultValue) {
     return ReadInt32(impl->CameraIni(), ActModeSection(GetActCamera()), key, defaultValue);
 }
 
-uint32_t CMivoraGrabber::GetActModeSpecString(const char* key, const char* defaultValue,
-                                              char* buffer, uint32_t capacity) {
+std::uint32_t CMivoraGrabber::GetActModeSpecString(const char* key, const char* defaultValue,
+                                                   char* buffer, std::uint32_t capacity) {
     return ReadText(impl->CameraIni(), ActModeSection(GetActCamera()), key, defaultValue, buffer,
                     capacity);
 }
 
-MV_ERRCODE CMivoraGrabber::SaveGrabberInt32(const char* key, int32_t value) {
+MV_ERRCODE CMivoraGrabber::SaveGrabberInt32(const char* key, std::int32_t value) {
     CIniFile* const ini = GetIni();
     const bool saved = ini && ini->WriteInt32(impl->GrabberSection().Text(), key, value);
     return saved ? MV_OK : impl->NotSaved(key, ini);
 }
 
-MV_ERRCODE CMivoraGrabber::SaveGrabberHex32(const char* key, uint32_t value) {
+MV_ERRCODE CMivoraGrabber::SaveGrabberHex32(const char* key, std::uint32_t value) {
     CIniFile* const ini = GetIni();
     const bool saved = ini && ini->WriteHex32(impl->GrabberSection().Text(), key, value);
     return saved ? MV_OK : impl->NotSaved(key, ini);
@@ -160,13 +161,13 @@ MV_ERRCODE CMivoraGrabber::SaveGrabberString(const char* key, const char* value)
     return saved ? MV_OK : impl->NotSaved(key, ini);
 }
 
-int32_t CMivoraGrabber::GetBiggestSectionNum(const char* prefix) {
+std::int32_t CMivoraGrabber::GetBiggestSectionNum(const char* prefix) {
     const CIniFile* const ini = impl->CameraIni();
     if (!ini || !prefix) {
         return -1;
     }
-    int32_t biggest = -1;
-    for (uint32_t i = 0; const char* const name = ini->GetSectionName(i); ++i) {
+    std::int32_t biggest = -1;
+    for (std::uint32_t i = 0; const char* const name = ini->GetSectionName(i); ++i) {
         biggest = std::max(biggest, SectionNumber(name, prefix).value_or(-1));
     }
     return biggest;
@@ -176,7 +177,7 @@ CIniFile* CMivoraGrabber::GetIni() const {
     return impl->hasGrabberIni ? &impl->grabberIni : nullptr;
 }
 
-int32_t CMivoraGrabber::GetSectionNumber() const {
+std::int32_t CMivoraGrabber::GetSectionNumber() const {
     return impl->sectionNumber;
 }
 

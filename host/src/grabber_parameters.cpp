@@ -5,29 +5,27 @@
 
 namespace {
 
-constexpr int32_t kShortestTimeBase = -6;
-
-uint64_t SignExtended(int32_t value) {
-    return static_cast<uint64_t>(static_cast<int64_t>(value));
+std::uint64_t SignExtended(std::int32_t value) {
+    return static_cast<std::uint64_t>(static_cast<std::int64_t>(value));
 }
 
-void Store(uint64_t* target, uint64_t value) {
+void Store(std::uint64_t* target, std::uint64_t value) {
     if (target) {
         *target = value;
     }
 }
 
 struct Limits {
-    uint64_t min1;
-    uint64_t max1;
-    uint64_t min2;
-    uint64_t max2;
+    std::uint64_t min1;
+    std::uint64_t max1;
+    std::uint64_t min2;
+    std::uint64_t max2;
 };
 
-constexpr uint64_t kAll32 = 0xFFFFFFFFu;
-constexpr uint64_t kAll64 = ~uint64_t{0};
+constexpr std::uint64_t kAll32 = 0xFFFFFFFFu;
+constexpr std::uint64_t kAll64 = ~std::uint64_t{0};
 
-bool FindLimits(uint32_t id, Limits& limits) {
+bool FindLimits(std::uint32_t id, Limits& limits) {
     switch (id) {
     case MVGF_FRAME_BUFFER_COUNT:
         limits = {1, kAll64, 0, 0};
@@ -42,30 +40,30 @@ bool FindLimits(uint32_t id, Limits& limits) {
         limits = {0, 1, 0, 0};
         return true;
     case MVGF_TIME_BASE:
-        limits = {SignExtended(kShortestTimeBase), 0, 0, 0};
+        limits = {SignExtended(kMinTimeBase), 0, 0, 0};
         return true;
     default:
         return false;
     }
 }
 
-// A value in units of 10^from seconds, in units of 10^to seconds; too large a value stays at the
-// largest there is.
-uint32_t Rescaled(uint32_t value, int32_t from, int32_t to) {
-    uint64_t scaled = value;
+// Converts a value from units of 10^from to units of 10^to seconds, limited to 32 bits.
+std::uint32_t Rescaled(std::uint32_t value, std::int32_t from, std::int32_t to) {
+    std::uint64_t scaled = value;
     for (; from > to; --from) {
         scaled = std::min(scaled * 10, kAll32);
     }
     for (; from < to; ++from) {
         scaled /= 10;
     }
-    return static_cast<uint32_t>(scaled);
+    return static_cast<std::uint32_t>(scaled);
 }
 
 } // namespace
 
-MV_ERRCODE CMivoraGrabber::GetGrabberParamLimits(uint32_t id, uint64_t* min1, uint64_t* max1,
-                                                 uint64_t* min2, uint64_t* max2) {
+MV_ERRCODE CMivoraGrabber::GetGrabberParamLimits(std::uint32_t id, std::uint64_t* min1,
+                                                 std::uint64_t* max1, std::uint64_t* min2,
+                                                 std::uint64_t* max2) {
     Limits limits{};
     const bool served = FindLimits(id, limits);
     Store(min1, limits.min1);
@@ -75,9 +73,10 @@ MV_ERRCODE CMivoraGrabber::GetGrabberParamLimits(uint32_t id, uint64_t* min1, ui
     return served ? MV_OK : MV_NOT_SERVED;
 }
 
-MV_ERRCODE CMivoraGrabber::GetGrabberParam(uint32_t id, uint64_t* value1, uint64_t* value2) {
-    uint64_t first = 0;
-    uint64_t second = 0;
+MV_ERRCODE CMivoraGrabber::GetGrabberParam(std::uint32_t id, std::uint64_t* value1,
+                                           std::uint64_t* value2) {
+    std::uint64_t first = 0;
+    std::uint64_t second = 0;
     MV_ERRCODE result = MV_OK;
     switch (id) {
     case MVGF_FRAME_BUFFER_COUNT:
@@ -108,21 +107,22 @@ MV_ERRCODE CMivoraGrabber::GetGrabberParam(uint32_t id, uint64_t* value1, uint64
     return result;
 }
 
-MV_ERRCODE CMivoraGrabber::SetGrabberParam(uint32_t id, uint64_t value1, uint64_t value2) {
+MV_ERRCODE CMivoraGrabber::SetGrabberParam(std::uint32_t id, std::uint64_t value1,
+                                           std::uint64_t value2) {
     Limits limits{};
     if (!FindLimits(id, limits)) {
         return MV_NOT_SERVED;
     }
     if (id == MVGF_TIME_BASE) {
-        const int64_t exponent = static_cast<int64_t>(value1);
-        if (exponent < kShortestTimeBase || exponent > 0 || value2 != 0) {
+        const std::int64_t exponent = static_cast<std::int64_t>(value1);
+        if (exponent < kMinTimeBase || exponent > 0 || value2 != 0) {
             return MV_BAD_VALUE;
         }
-        const int32_t to = static_cast<int32_t>(exponent);
-        const int32_t from = impl->timeBase;
+        const std::int32_t to = static_cast<std::int32_t>(exponent);
+        const std::int32_t from = impl->timeBase;
         impl->exposure = Rescaled(impl->exposure, from, to);
         impl->interval = Rescaled(impl->interval, from, to);
-        const int32_t savedFrom = impl->savedTimeBase;
+        const std::int32_t savedFrom = impl->savedTimeBase;
         impl->savedExposure = Rescaled(impl->savedExposure, savedFrom, to);
         impl->savedInterval = Rescaled(impl->savedInterval, savedFrom, to);
         impl->timeBase = to;
@@ -133,7 +133,7 @@ MV_ERRCODE CMivoraGrabber::SetGrabberParam(uint32_t id, uint64_t value1, uint64_
         value2 > limits.max2) {
         return MV_BAD_VALUE;
     }
-    const uint32_t first = static_cast<uint32_t>(value1);
+    const std::uint32_t first = static_cast<std::uint32_t>(value1);
     switch (id) {
     case MVGF_FRAME_BUFFER_COUNT:
         impl->requestedBuffers = value1;
@@ -143,14 +143,14 @@ MV_ERRCODE CMivoraGrabber::SetGrabberParam(uint32_t id, uint64_t value1, uint64_
         return MV_OK;
     case MVGF_TIMER_VALUES:
         impl->exposure = first;
-        impl->interval = static_cast<uint32_t>(value2);
+        impl->interval = static_cast<std::uint32_t>(value2);
         return MV_OK;
     default:
         return first != 0 ? StartTimer() : StopTimer();
     }
 }
 
-MV_ERRCODE CMivoraGrabber::SetGrabberBit(uint32_t bit, uint32_t value) {
+MV_ERRCODE CMivoraGrabber::SetGrabberBit(std::uint32_t bit, std::uint32_t value) {
     if (bit >= kMvGrabberBitCount) {
         return MV_BAD_VALUE;
     }
@@ -162,7 +162,7 @@ MV_ERRCODE CMivoraGrabber::SetGrabberBit(uint32_t bit, uint32_t value) {
     return MV_OK;
 }
 
-MV_ERRCODE CMivoraGrabber::GetGrabberBit(uint32_t bit, uint32_t* value) {
+MV_ERRCODE CMivoraGrabber::GetGrabberBit(std::uint32_t bit, std::uint32_t* value) {
     if (bit >= kMvGrabberBitCount || !value) {
         return MV_BAD_VALUE;
     }
@@ -177,11 +177,11 @@ EMV_FEATURE_STATUS CMivoraGrabber::GetFeatureStatus(EMV_FEATURE_ID id) {
     return impl->IsFeatureOn(id) ? EMV_STATUS_ON : EMV_STATUS_OFF;
 }
 
-uint32_t CMivoraGrabber::GetFeatureMask() {
+std::uint32_t CMivoraGrabber::GetFeatureMask() {
     return impl->featureMask;
 }
 
-MV_ERRCODE CMivoraGrabber::SetFeature(EMV_FEATURE_ID id, uint32_t on) {
+MV_ERRCODE CMivoraGrabber::SetFeature(EMV_FEATURE_ID id, std::uint32_t on) {
     if (id >= EMV_FEATURE_COUNT) {
         return MV_BAD_VALUE;
     }
@@ -193,7 +193,7 @@ MV_ERRCODE CMivoraGrabber::SetFeature(EMV_FEATURE_ID id, uint32_t on) {
     return MV_OK;
 }
 
-MV_ERRCODE CMivoraGrabber::GetFeature(EMV_FEATURE_ID id, uint32_t* on) {
+MV_ERRCODE CMivoraGrabber::GetFeature(EMV_FEATURE_ID id, std::uint32_t* on) {
     if (id >= EMV_FEATURE_COUNT || !on) {
         return MV_BAD_VALUE;
     }
@@ -213,8 +213,8 @@ MV_ERRCODE CMivoraGrabber::StopTimer() {
     return MV_OK;
 }
 
-MV_ERRCODE CMivoraGrabber::ChangeTimerTB(uint32_t exposure, uint32_t interval,
-                                         uint32_t timerEnabled) {
+MV_ERRCODE CMivoraGrabber::ChangeTimerTB(std::uint32_t exposure, std::uint32_t interval,
+                                         std::uint32_t timerEnabled) {
     impl->exposure = exposure;
     impl->interval = interval;
     impl->timerEnabled = timerEnabled;
@@ -236,58 +236,58 @@ MV_ERRCODE CMivoraGrabber::GetDefaultIodTimerConfigFromGrabber() {
     return MV_OK;
 }
 
-uint32_t CMivoraGrabber::GetExposureValue() const {
+std::uint32_t CMivoraGrabber::GetExposureValue() const {
     return impl->exposure;
 }
 
-void CMivoraGrabber::SetExposureValue(uint32_t value) {
+void CMivoraGrabber::SetExposureValue(std::uint32_t value) {
     impl->exposure = value;
 }
 
-uint32_t CMivoraGrabber::GetIntervalValue() const {
+std::uint32_t CMivoraGrabber::GetIntervalValue() const {
     return impl->interval;
 }
 
-void CMivoraGrabber::SetIntervalValue(uint32_t value) {
+void CMivoraGrabber::SetIntervalValue(std::uint32_t value) {
     impl->interval = value;
 }
 
-int32_t CMivoraGrabber::GetTimeBase() const {
+std::int32_t CMivoraGrabber::GetTimeBase() const {
     return impl->timeBase;
 }
 
-void CMivoraGrabber::SetTimeBase(int32_t exponent) {
+void CMivoraGrabber::SetTimeBase(std::int32_t exponent) {
     impl->timeBase = exponent;
 }
 
-uint32_t CMivoraGrabber::GetSavedExposure() const {
+std::uint32_t CMivoraGrabber::GetSavedExposure() const {
     return impl->savedExposure;
 }
 
-void CMivoraGrabber::SetSavedExposure(uint32_t value) {
+void CMivoraGrabber::SetSavedExposure(std::uint32_t value) {
     impl->savedExposure = value;
 }
 
-uint32_t CMivoraGrabber::GetSavedInterval() const {
+std::uint32_t CMivoraGrabber::GetSavedInterval() const {
     return impl->savedInterval;
 }
 
-void CMivoraGrabber::SetSavedInterval(uint32_t value) {
+void CMivoraGrabber::SetSavedInterval(std::uint32_t value) {
     impl->savedInterval = value;
 }
 
-int32_t CMivoraGrabber::GetSavedTimeBase() const {
+std::int32_t CMivoraGrabber::GetSavedTimeBase() const {
     return impl->savedTimeBase;
 }
 
-void CMivoraGrabber::SetSavedTimeBase(int32_t exponent) {
+void CMivoraGrabber::SetSavedTimeBase(std::int32_t exponent) {
     impl->savedTimeBase = exponent;
 }
 
-uint32_t CMivoraGrabber::GetTimerMode() const {
+std::uint32_t CMivoraGrabber::GetTimerMode() const {
     return impl->timerMode;
 }
 
-uint32_t CMivoraGrabber::GetTimerEnabled() const {
+std::uint32_t CMivoraGrabber::GetTimerEnabled() const {
     return impl->timerEnabled;
 }

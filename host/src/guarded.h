@@ -1,15 +1,15 @@
-// guarded.h - keeps exceptions inside the library
+// guarded.h - keeps exceptions from leaving the library
 #pragma once
 
 #include <utility>
 
-/// Runs `body` and answers its result, or `otherwise` when it throws: nothing but exhausted memory
-/// and exhausted system objects throws in here, and no exception may leave an operation.
+/// Returns the result of `body`, or `fallback` if it throws. Exceptions arise only when memory or
+/// system objects are exhausted, and from receivers; none may leave an operation.
 template <typename Result, typename Body>
-Result Guarded(Result otherwise, Body&& body) noexcept {
+Result Guarded(Result fallback, Body&& body) noexcept {
     try {
         return std::forward<Body>(body)();
     } catch (...) {
-        return otherwise;
+        return fallback;
     }
 }

@@ -1,4 +1,4 @@
-// ini_document.cpp - the text of an ini file, read and changed in place
+// ini_document.cpp - the text of an ini file, parsed and edited in place
 #include "ini_document.h"
 
 #include <algorithm>
@@ -42,8 +42,8 @@ bool IsComment(std::string_view trimmed) {
     return !trimmed.empty() && (trimmed.front() == ';' || trimmed.front() == '#');
 }
 
-/// The name in a section's header line, or nothing for any other line. It ends at a NUL as the
-/// names do that are asked for.
+/// The name in a section header, or nothing for any other line. It ends at the first NUL, like the
+/// C strings with which sections are looked up.
 std::optional<std::string_view> HeaderName(std::string_view line) {
     line = Trim(line);
     const std::size_t close = line.find(']');
@@ -54,7 +54,7 @@ std::optional<std::string_view> HeaderName(std::string_view line) {
     return Trim(name.substr(0, name.find('\0')));
 }
 
-/// Where the '=' of a key's line stands; npos for any other line.
+/// The position of the '=' in a key's line; npos for any other line.
 std::size_t EqualsSign(std::string_view line) {
     return IsComment(Trim(line)) ? std::string_view::npos : line.find('=');
 }
@@ -147,7 +147,6 @@ bool IniDocument::IsWritable(std::string_view section, std::string_view key,
 }
 
 std::string IniDocument::LineEndAt(std::size_t line) const {
-    // A last line without a line end follows the manner of the one before it.
     for (std::size_t i = std::min(line + 1, lines.size()); i > 0; --i) {
         const Line& candidate = lines[i - 1];
         if (candidate.next > candidate.end) {
@@ -166,8 +165,8 @@ std::size_t IniDocument::LineAfterContent(std::size_t header) const {
             after = end + 1;
         }
     }
-    // Comments right behind the last key belong to this section, unless the next header follows
-    // them at once: then they speak of that.
+    // Comments directly after the last key belong to this section, unless the next header follows
+    // without a blank line: then they belong to the next section.
     std::size_t commented = after;
     while (commented < end && IsComment(Trim(TextOf(lines[commented])))) {
         ++commented;
@@ -191,7 +190,7 @@ void IniDocument::Set(std::string_view section, std::string_view key, std::strin
     const std::size_t header = HeaderLine(section);
     const std::size_t place = header == kNone ? lines.size() : LineAfterContent(header);
     const std::string lineEnd = LineEndAt(place == 0 ? 0 : place - 1);
-    // The line before may be the file's last and lack its end.
+    // The preceding line may be the last one of the file and lack a line end.
     if (place > 0 && lines[place - 1].next == lines[place - 1].end) {
         added += lineEnd;
     }

@@ -8,6 +8,7 @@
 #include "platform/file_system.h"
 #include "platform/mutex.h"
 
+#include <cstdint>
 #include <cstdio>
 #include <optional>
 #include <string>
@@ -17,7 +18,7 @@
 
 namespace {
 
-// A plain array, so that a thread that ends has nothing to destroy.
+// A plain array needs no destructor when a thread ends.
 thread_local char lastError[1024] = "";
 
 void SetLastErrorText(const char* operation, const std::string& path, const std::string& reason) {
@@ -25,7 +26,7 @@ void SetLastErrorText(const char* operation, const std::string& path, const std:
                   reason.c_str());
 }
 
-/// Runs a write or the opening of a file; answers false, with a text, when memory is out.
+/// Runs an operation of the file; returns false, with an error text, when out of memory.
 template <typename Body>
 bool Attempt(const char* operation, const Body& body) {
     try {
@@ -36,8 +37,8 @@ bool Attempt(const char* operation, const Body& body) {
     }
 }
 
-// Several grabbers may keep their sections in one file: each write reads the file anew, and this
-// keeps all others out until the new file stands.
+// Several grabbers may share one file. Each write reads, changes and replaces the file under this
+// mutex.
 platform::Mutex& WriteMutex() {
     static platform::Mutex mutex;
     return mutex;
@@ -65,7 +66,7 @@ bool ReadFile(const std::string& path, std::string& bytes, std::string& error) {
 } // namespace
 
 struct CIniFile::Impl {
-    /// A key's new value; without one the key goes.
+    /// The new value of a key; without a value the key is removed.
     struct Change {
         std::string section;
         std::string key;
@@ -76,14 +77,14 @@ struct CIniFile::Impl {
 
     struct Batch {
         std::thread::id thread;
-        IniDocument before; // what memory held when it began
+        IniDocument before; // content of the file without the batch
         std::vector<Change> changes;
     };
 
-    /// Writes the change, or adds it to this thread's batch.
+    /// Writes the change to disk, or adds it to the batch of the calling thread.
     bool Write(Change change);
-    /// Applies the changes to what the disk holds now and writes the outcome; `known` is what the
-    /// file held when it was there last.
+    /// Applies the changes to the current file and replaces it. `known` is the last known content,
+    /// used if the file no longer exists.
     bool WriteToDisk(const std::vector<Change>& changes, const IniDocument& known) REQUIRES(mutex);
     bool IsBatchOfThisThread() const REQUIRES(mutex) {
         return batch && batch->thread == std::this_thread::get_id();
@@ -122,7 +123,7 @@ bool CIniFile::Impl::WriteToDisk(const std::vector<Change>& changes, const IniDo
         SetLastErrorText("Cannot write", path, "no file was opened");
         return false;
     }
-    // A file that somebody deleted is written again whole.
+    // A deleted file is recreated from the last known content.
     IniDocument changed = known;
     if (platform::PathExists(path)) {
         std::string bytes;
@@ -200,10 +201,10 @@ bool CIniFile::HasKey(const char* section, const char* key) const {
     });
 }
 
-uint32_t CIniFile::GetText(const char* section, const char* key, const char* defaultValue,
-                           char* buffer, uint32_t capacity) const {
+std::uint32_t CIniFile::GetText(const char* section, const char* key, const char* defaultValue,
+                                char* buffer, std::uint32_t capacity) const {
     const std::string_view otherwise = defaultValue ? defaultValue : "";
-    const uint32_t failed = CopyText(otherwise, buffer, capacity);
+    const std::uint32_t failed = CopyText(otherwise, buffer, capacity);
     return Guarded(failed, [&] {
         const platform::MutexLock lock(impl->mutex);
         const auto value = section && key ? impl->document.Find(section, key) : std::nullopt;
@@ -211,7 +212,8 @@ uint32_t CIniFile::GetText(const char* section, const char* key, const char* def
     });
 }
 
-int32_t CIniFile::GetInt32(const char* section, const char* key, int32_t defaultValue) const {
+std::int32_t CIniFile::GetInt32(const char* section, const char* key,
+                                std::int32_t defaultValue) const {
     return Guarded(defaultValue, [&] {
         const platform::MutexLock lock(impl->mutex);
         const auto value = section && key ? impl->document.Find(section, key) : std::nullopt;
@@ -230,13 +232,13 @@ bool CIniFile::WriteText(const char* section, const char* key, const char* value
     });
 }
 
-bool CIniFile::WriteInt32(const char* section, const char* key, int32_t value) {
+bool CIniFile::WriteInt32(const char* section, const char* key, std::int32_t value) {
     char text[16];
     std::snprintf(text, sizeof text, "%d", value);
     return WriteText(section, key, text);
 }
 
-bool CIniFile::WriteHex32(const char* section, const char* key, uint32_t value) {
+bool CIniFile::WriteHex32(const char* section, const char* key, std::uint32_t value) {
     char text[16];
     std::snprintf(text, sizeof text, "0x%08X", value);
     return WriteText(section, key, text);
@@ -276,7 +278,7 @@ bool CIniFile::EndBatch() {
         impl->batch.reset();
         return true;
     });
-    DropBatch(); // whose writing failed
+    DropBatch(); // left over only if writing failed
     return written;
 }
 
@@ -288,12 +290,12 @@ void CIniFile::DropBatch() {
     }
 }
 
-uint32_t CIniFile::GetNumSections() const {
+std::uint32_t CIniFile::GetNumSections() const {
     const platform::MutexLock lock(impl->mutex);
-    return static_cast<uint32_t>(impl->document.SectionNames().size());
+    return static_cast<std::uint32_t>(impl->document.SectionNames().size());
 }
 
-const char* CIniFile::GetSectionName(uint32_t index) const {
+const char* CIniFile::GetSectionName(std::uint32_t index) const {
     const platform::MutexLock lock(impl->mutex);
     const auto& names = impl->document.SectionNames();
     return index < names.size() ? names[index].c_str() : nullptr;

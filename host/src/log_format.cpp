@@ -4,6 +4,7 @@
 #include "format_spec.h"
 #include "text_output.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <type_traits>
@@ -14,7 +15,7 @@ struct ArgumentList {
     va_list list;
 };
 
-int64_t NextSigned(ArgumentList& arguments, ArgumentLength length) {
+std::int64_t NextSigned(ArgumentList& arguments, ArgumentLength length) {
     switch (length) {
     case ArgumentLength::kChar:
         return static_cast<signed char>(va_arg(arguments.list, int));
@@ -25,7 +26,7 @@ int64_t NextSigned(ArgumentList& arguments, ArgumentLength length) {
     case ArgumentLength::kLongLong:
         return va_arg(arguments.list, long long);
     case ArgumentLength::kSize:
-        return va_arg(arguments.list, ptrdiff_t);
+        return va_arg(arguments.list, std::ptrdiff_t);
     case ArgumentLength::kPlain:
     case ArgumentLength::kInt32:
         break;
@@ -33,7 +34,7 @@ int64_t NextSigned(ArgumentList& arguments, ArgumentLength length) {
     return va_arg(arguments.list, int);
 }
 
-uint64_t NextUnsigned(ArgumentList& arguments, ArgumentLength length) {
+std::uint64_t NextUnsigned(ArgumentList& arguments, ArgumentLength length) {
     switch (length) {
     case ArgumentLength::kChar:
         return static_cast<unsigned char>(va_arg(arguments.list, unsigned));
@@ -44,7 +45,7 @@ uint64_t NextUnsigned(ArgumentList& arguments, ArgumentLength length) {
     case ArgumentLength::kLongLong:
         return va_arg(arguments.list, unsigned long long);
     case ArgumentLength::kSize:
-        return va_arg(arguments.list, size_t);
+        return va_arg(arguments.list, std::size_t);
     case ArgumentLength::kPlain:
     case ArgumentLength::kInt32:
         break;
@@ -52,15 +53,15 @@ uint64_t NextUnsigned(ArgumentList& arguments, ArgumentLength length) {
     return va_arg(arguments.list, unsigned);
 }
 
-void AppendInteger(TextOutput& output, const FormatSpec& spec, uint64_t magnitude,
+void AppendInteger(TextOutput& output, const FormatSpec& spec, std::uint64_t magnitude,
                    std::string_view prefix) {
     const bool hexadecimal = spec.conversion == 'x' || spec.conversion == 'X';
     const char* const letters = spec.conversion == 'x' ? "0123456789abcdef" : "0123456789ABCDEF";
-    const uint64_t base = hexadecimal ? 16 : 10;
+    const std::uint64_t base = hexadecimal ? 16 : 10;
     char digits[24];
     char* const end = digits + sizeof digits;
     char* first = end;
-    for (uint64_t rest = magnitude; rest > 0; rest /= base) {
+    for (std::uint64_t rest = magnitude; rest > 0; rest /= base) {
         *--first = letters[rest % base];
     }
     NumberText number;
@@ -73,14 +74,15 @@ void AppendInteger(TextOutput& output, const FormatSpec& spec, uint64_t magnitud
     AppendNumber(output, spec, number, spec.zero && spec.precision < 0);
 }
 
+// Compatibility: always 16 upper-case digits without a prefix; log texts supply their own "0x".
 void AppendPointer(TextOutput& output, const FormatSpec& spec, const void* pointer) {
     FormatSpec whole = spec;
     whole.conversion = 'X';
     whole.precision = 16;
-    AppendInteger(output, whole, reinterpret_cast<uintptr_t>(pointer), {});
+    AppendInteger(output, whole, reinterpret_cast<std::uintptr_t>(pointer), {});
 }
 
-// A precision bounds what is read: such a text needs no terminator.
+// With a precision no more bytes than that are read, so the text may lack a terminator.
 void AppendText(TextOutput& output, const FormatSpec& spec, const char* text) {
     if (!text) {
         text = "(null)";
@@ -97,8 +99,8 @@ void AppendText(TextOutput& output, const FormatSpec& spec, const char* text) {
     AppendPadded(output, spec, {text, length});
 }
 
-// Writes one character as UTF-8; returns the number of bytes.
-std::size_t EncodeCharacter(uint32_t character, char (&bytes)[4]) {
+// Encodes a character as UTF-8 and returns the number of bytes.
+std::size_t EncodeCharacter(std::uint32_t character, char (&bytes)[4]) {
     const auto following = [character](unsigned shift) {
         return static_cast<char>(0x80 | ((character >> shift) & 0x3F));
     };
@@ -124,13 +126,13 @@ std::size_t EncodeCharacter(uint32_t character, char (&bytes)[4]) {
     return 4;
 }
 
-// Takes the next character off a wide text, whichever width its units have; what is no character
-// becomes the replacement character.
-uint32_t NextCharacter(const wchar_t*& text) {
-    constexpr uint32_t kReplacement = 0xFFFD;
-    const auto unit = uint32_t{static_cast<std::make_unsigned_t<wchar_t>>(*text++)};
+// Decodes the next character of a UTF-16 or UTF-32 text and advances `text`. Invalid units become
+// the replacement character.
+std::uint32_t NextCharacter(const wchar_t*& text) {
+    constexpr std::uint32_t kReplacement = 0xFFFD;
+    const auto unit = std::uint32_t{static_cast<std::make_unsigned_t<wchar_t>>(*text++)};
     if (unit >= 0xD800 && unit < 0xDC00 && *text >= 0xDC00 && *text < 0xE000) {
-        return 0x10000 + ((unit - 0xD800) << 10) + (static_cast<uint32_t>(*text++) - 0xDC00);
+        return 0x10000 + ((unit - 0xD800) << 10) + (static_cast<std::uint32_t>(*text++) - 0xDC00);
     }
     return (unit >= 0xD800 && unit < 0xE000) || unit > 0x10FFFF ? kReplacement : unit;
 }
@@ -166,7 +168,7 @@ void AppendWideText(TextOutput& output, const FormatSpec& spec, const wchar_t* t
     }
 }
 
-void AppendCharacter(TextOutput& output, const FormatSpec& spec, uint32_t character) {
+void AppendCharacter(TextOutput& output, const FormatSpec& spec, std::uint32_t character) {
     if (spec.length == ArgumentLength::kLong) {
         const wchar_t text[2] = {static_cast<wchar_t>(character), L'\0'};
         AppendWideText(output, spec, text);
@@ -176,7 +178,7 @@ void AppendCharacter(TextOutput& output, const FormatSpec& spec, uint32_t charac
     AppendPadded(output, spec, {&byte, 1});
 }
 
-// A negative width asks for the left side; a negative precision is none.
+// As in C, a negative width means left-aligned and a negative precision counts as absent.
 void TakeStars(FormatSpec& spec, ArgumentList& arguments) {
     if (spec.widthFromArgument) {
         const int width = va_arg(arguments.list, int);
@@ -195,8 +197,8 @@ void AppendConversion(TextOutput& output, FormatSpec spec, ArgumentList& argumen
     switch (spec.conversion) {
     case 'd':
     case 'i': {
-        const int64_t value = NextSigned(arguments, spec.length);
-        const uint64_t bits = static_cast<uint64_t>(value);
+        const std::int64_t value = NextSigned(arguments, spec.length);
+        const std::uint64_t bits = static_cast<std::uint64_t>(value);
         AppendInteger(output, spec, value < 0 ? 0 - bits : bits,
                       value < 0   ? "-"
                       : spec.plus ? "+"
@@ -208,7 +210,7 @@ void AppendConversion(TextOutput& output, FormatSpec spec, ArgumentList& argumen
         break;
     case 'x':
     case 'X': {
-        const uint64_t value = NextUnsigned(arguments, spec.length);
+        const std::uint64_t value = NextUnsigned(arguments, spec.length);
         const std::string_view prefix = spec.conversion == 'x' ? "0x" : "0X";
         AppendInteger(output, spec, value, spec.alternate && value > 0 ? prefix : "");
         break;
@@ -234,7 +236,8 @@ void AppendConversion(TextOutput& output, FormatSpec spec, ArgumentList& argumen
 
 } // namespace
 
-size_t MivoraFormatLogText(char* buffer, size_t capacity, const char* format, va_list arguments) {
+std::size_t MivoraFormatLogText(char* buffer, std::size_t capacity, const char* format,
+                                va_list arguments) {
     TextOutput output(buffer, capacity);
     ArgumentList own;
     va_copy(own.list, arguments);

@@ -1,4 +1,4 @@
-// log_sink.cpp - the sink that new grabbers write to
+// log_sink.cpp - the installed log sink
 #include "mivora/log_sink.h"
 
 #include <atomic>

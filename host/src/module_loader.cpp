@@ -1,4 +1,4 @@
-// module_loader.cpp - how an application gets a grabber out of a module file
+// module_loader.cpp - loads grabber modules for an application
 #include "mivora/module_loader.h"
 
 #include "guarded.h"
@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr std::size_t kLongestPath = 32768;
+constexpr std::size_t kMaxPathLength = 32768;
 
 struct Entries {
     MV_CREATE_GRABBER create = nullptr;
@@ -21,7 +21,7 @@ struct Entries {
     MV_MODULE_INTERFACE_QUERY query = nullptr;
 };
 
-/// Looks a symbol up and notes its name when the module lacks it.
+/// Looks up a symbol; appends its name to `missing` if the module does not export it.
 template <typename Function>
 void FindEntry(const platform::SharedLibrary& library, const char* name, Function& function,
                std::string& missing) {
@@ -31,31 +31,31 @@ void FindEntry(const platform::SharedLibrary& library, const char* name, Functio
     }
 }
 
-/// Why a module that exports all entries cannot be used; empty when it can.
-std::string Objection(const MV_MODULE_INTERFACE* record) {
+/// The reason why the module cannot be used; empty if it can.
+std::string Incompatibility(const MV_MODULE_INTERFACE* record) {
     if (!record) {
         return "it says nothing about its interface";
     }
-    // The size stands first, so that it can be read whatever the rest looks like.
+    // The size is the first member and thus valid for every layout of the record.
     if (record->size != sizeof(MV_MODULE_INTERFACE)) {
         return "its interface record has " + std::to_string(record->size) + " bytes, not " +
                std::to_string(sizeof(MV_MODULE_INTERFACE));
     }
-    std::string objection;
+    std::string reason;
     if (record->interfaceVersion != MIVORA_INTERFACE_VERSION) {
-        objection = "it was built for version " + std::to_string(record->interfaceVersion) +
-                    " of the grabber interface, this host has version " +
-                    std::to_string(MIVORA_INTERFACE_VERSION);
+        reason = "it was built for version " + std::to_string(record->interfaceVersion) +
+                 " of the grabber interface, this host has version " +
+                 std::to_string(MIVORA_INTERFACE_VERSION);
     }
     const char* const family = record->compilerFamily ? record->compilerFamily : "unknown C++ ABI";
     if (std::strcmp(family, kMvCompilerFamily) != 0) {
-        objection.append(objection.empty() ? "" : "; ")
+        reason.append(reason.empty() ? "" : "; ")
             .append("it was built with the ")
             .append(family)
             .append(", this host with the ")
             .append(kMvCompilerFamily);
     }
-    return objection;
+    return reason;
 }
 
 } // namespace
@@ -87,7 +87,7 @@ bool CModuleLoader::Load(const char* path) {
         if (!path || *path == '\0') {
             return impl->Refuse("", "no file was named");
         }
-        std::string file = platform::FullPath(path, kLongestPath);
+        std::string file = platform::FullPath(path, kMaxPathLength);
         if (file.empty() || !platform::PathExists(file)) {
             return impl->Refuse(path, "there is no such file");
         }
@@ -104,9 +104,9 @@ bool CModuleLoader::Load(const char* path) {
         if (!missing.empty()) {
             return impl->Refuse(file, "it does not export " + missing);
         }
-        const std::string objection = Objection(entries.query());
-        if (!objection.empty()) {
-            return impl->Refuse(file, objection);
+        reason = Incompatibility(entries.query());
+        if (!reason.empty()) {
+            return impl->Refuse(file, reason);
         }
         impl->library = std::move(library);
         impl->entries = entries;
@@ -139,7 +139,7 @@ CMivoraGrabber* CModuleLoader::CreateGrabber() {
             impl->error = "No grabber module is loaded";
             return nullptr;
         }
-        // Room first: a grabber that cannot be noted must not be made.
+        // Reserved first, so that recording the new grabber cannot fail.
         impl->grabbers.reserve(impl->grabbers.size() + 1);
         CMivoraGrabber* const grabber = impl->entries.create(impl->library.Handle());
         if (!grabber) {

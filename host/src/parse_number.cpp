@@ -1,4 +1,4 @@
-// parse_number.cpp - numbers as people write them in ini files
+// parse_number.cpp - parses numbers in ini files and dialogs
 #include "parse_number.h"
 
 #include <charconv>
@@ -6,7 +6,7 @@
 namespace {
 
 struct Number {
-    uint32_t magnitude;
+    std::uint32_t magnitude;
     bool negative;
     bool hasSign;
     bool hexadecimal;
@@ -34,23 +34,23 @@ std::optional<Number> Parse(std::string_view text) {
 
 } // namespace
 
-std::optional<int32_t> ParseInt32(std::string_view text) {
+std::optional<std::int32_t> ParseInt32(std::string_view text) {
     const std::optional<Number> number = Parse(text);
     if (!number) {
         return std::nullopt;
     }
     if (number->hexadecimal && !number->hasSign) {
-        return static_cast<int32_t>(number->magnitude);
+        return static_cast<std::int32_t>(number->magnitude);
     }
-    const int64_t value = number->negative ? -static_cast<int64_t>(number->magnitude)
-                                           : static_cast<int64_t>(number->magnitude);
+    const std::int64_t value = number->negative ? -static_cast<std::int64_t>(number->magnitude)
+                                                : static_cast<std::int64_t>(number->magnitude);
     if (value < INT32_MIN || value > INT32_MAX) {
         return std::nullopt;
     }
-    return static_cast<int32_t>(value);
+    return static_cast<std::int32_t>(value);
 }
 
-std::optional<uint32_t> ParseUint32(std::string_view text) {
+std::optional<std::uint32_t> ParseUint32(std::string_view text) {
     const std::optional<Number> number = Parse(text);
     if (!number || number->negative) {
         return std::nullopt;

@@ -1,13 +1,13 @@
-// parse_number.h - numbers as people write them in ini files
+// parse_number.h - parses numbers in ini files and dialogs
 #pragma once
 
 #include <cstdint>
 #include <optional>
 #include <string_view>
 
-/// Decimal, or 0x-hexadecimal of up to 32 bits, with an optional sign. Hexadecimal numbers without
-/// a sign keep their bits: 0xFFFFFFFF is -1. Nothing for everything else, and for numbers that do
-/// not fit.
-std::optional<int32_t> ParseInt32(std::string_view text);
-/// The same for numbers from 0 to 4294967295; only a plus sign is allowed.
-std::optional<uint32_t> ParseUint32(std::string_view text);
+/// Parses a decimal or 0x-prefixed hexadecimal number with an optional sign. Hexadecimal numbers
+/// without a sign are taken as 32 bits: 0xFFFFFFFF is -1. Nothing for other texts and for numbers
+/// out of range.
+std::optional<std::int32_t> ParseInt32(std::string_view text);
+/// The same for numbers from 0 to 4294967295, with an optional plus sign.
+std::optional<std::uint32_t> ParseUint32(std::string_view text);

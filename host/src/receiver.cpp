@@ -1,4 +1,4 @@
-// receiver.cpp - who is told of an event, and how the telling ends
+// receiver.cpp - receivers of an event and their removal
 #include "receiver.h"
 
 #include "platform/window_message.h"
@@ -21,7 +21,7 @@ bool DeliveryScope::IsInside() {
     return deliveryDepth > 0;
 }
 
-MV_ERRCODE MessageReceivers::SetWindow(MV_WINDOW receiver, uint32_t message) {
+MV_ERRCODE MessageReceivers::SetWindow(MV_WINDOW receiver, std::uint32_t message) {
     if (!platform::HasMessages()) {
         return MV_NOT_AVAILABLE;
     }
@@ -31,7 +31,7 @@ MV_ERRCODE MessageReceivers::SetWindow(MV_WINDOW receiver, uint32_t message) {
     return MV_OK;
 }
 
-MV_ERRCODE MessageReceivers::SetThread(uint32_t receiver, uint32_t message) {
+MV_ERRCODE MessageReceivers::SetThread(std::uint32_t receiver, std::uint32_t message) {
     if (!platform::HasMessages()) {
         return MV_NOT_AVAILABLE;
     }
@@ -41,7 +41,7 @@ MV_ERRCODE MessageReceivers::SetThread(uint32_t receiver, uint32_t message) {
     return MV_OK;
 }
 
-void MessageReceivers::Post(uint64_t wParam, int64_t lParam) {
+void MessageReceivers::Post(std::uint64_t wParam, std::int64_t lParam) {
     const platform::MutexLock lock(mutex);
     if (window) {
         platform::PostWindowMessage(window, windowMessage, wParam, lParam);

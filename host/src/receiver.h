@@ -1,4 +1,4 @@
-// receiver.h - who is told of an event, and how the telling ends
+// receiver.h - receivers of an event and their removal
 #pragma once
 
 #include "mivora/types.h"
@@ -6,10 +6,11 @@
 #include "platform/mutex.h"
 
 #include <atomic>
+#include <cstdint>
 #include <memory>
 #include <new>
 
-/// Marks the calling thread as one that is handing an event to a receiver.
+/// Marks the calling thread as delivering an event to a receiver.
 class DeliveryScope {
 public:
     DeliveryScope();
@@ -17,19 +18,20 @@ public:
     DeliveryScope(const DeliveryScope&) = delete;
     DeliveryScope& operator=(const DeliveryScope&) = delete;
 
-    /// True on a thread that is inside a receiver of whatever event.
+    /// True if the calling thread is inside a receiver of any event.
     static bool IsInside();
 };
 
-/// One receiver of an event: a callback with its context, or an object.
+/// The receiver of an event: a callback with its context, or an object.
 ///
-/// Delivery calls it without holding a lock. Replacing or removing it waits until the deliveries
-/// to the old one have ended on the other threads, so that what it points to may go away then. A
-/// thread that is inside a receiver itself does not wait: two receivers that remove each other
-/// would wait for ever. Any thread.
+/// Deliver calls the receiver without holding a lock. Install and Remove wait until all deliveries
+/// to the previous receiver have ended on other threads, so that the caller may then destroy it. A
+/// thread that is itself inside a receiver does not wait: two receivers that remove each other
+/// would deadlock. Any thread.
 template <typename Target>
 class Receiver {
 public:
+    /// Throws std::bad_alloc without any change when out of memory or system objects.
     void Install(const Target& target) {
         auto entry = std::make_shared<Entry>(target);
         if (!entry->ended.IsValid()) {
@@ -40,7 +42,7 @@ public:
 
     void Remove() { Exchange(nullptr); }
 
-    /// Runs `call` with the receiver; false when there is none.
+    /// Calls `call` with the receiver; false if there is none.
     template <typename Call>
     bool Deliver(const Call& call) {
         const std::shared_ptr<Entry> entry = Enter();
@@ -58,8 +60,8 @@ private:
         explicit Entry(const Target& receiver) : target(receiver) {}
 
         const Target target;
-        unsigned running = 0;  // deliveries under way; guarded by the owner's mutex
-        platform::Event ended; // set when the last delivery to a replaced receiver has ended
+        unsigned running = 0;  // number of deliveries; guarded by the owner's mutex
+        platform::Event ended; // set after the last delivery once replaced
     };
 
     class Leaving {
@@ -106,38 +108,38 @@ private:
     std::shared_ptr<Entry> current GUARDED_BY(mutex);
 };
 
-/// A window or a thread that is told by a message of the system; posting never waits.
+/// A window and a thread that are notified by posted messages; posting does not block. Any thread.
 class MessageReceivers {
 public:
-    /// A null window, thread 0 or message 0 removes the receiver. MV_NOT_AVAILABLE where the
-    /// platform has no messages.
-    MV_ERRCODE SetWindow(MV_WINDOW receiver, uint32_t message);
-    MV_ERRCODE SetThread(uint32_t receiver, uint32_t message);
-    /// Posts to both, those that there are.
-    void Post(uint64_t wParam, int64_t lParam);
+    /// A null window, thread 0 or message 0 removes the receiver. MV_NOT_AVAILABLE on platforms
+    /// without window messages.
+    MV_ERRCODE SetWindow(MV_WINDOW receiver, std::uint32_t message);
+    MV_ERRCODE SetThread(std::uint32_t receiver, std::uint32_t message);
+    /// Posts to the window and the thread, as far as they are set.
+    void Post(std::uint64_t wParam, std::int64_t lParam);
 
 private:
     platform::Mutex mutex;
     MV_WINDOW window GUARDED_BY(mutex) = nullptr;
-    uint32_t windowMessage GUARDED_BY(mutex) = 0;
-    uint32_t threadId GUARDED_BY(mutex) = 0;
-    uint32_t threadMessage GUARDED_BY(mutex) = 0;
+    std::uint32_t windowMessage GUARDED_BY(mutex) = 0;
+    std::uint32_t threadId GUARDED_BY(mutex) = 0;
+    std::uint32_t threadMessage GUARDED_BY(mutex) = 0;
 };
 
-/// A callback with what it is called with.
+/// A callback function and its context.
 template <typename Function>
 struct Callback {
     Function function;
     void* context;
 };
 
-/// The three kinds of receivers of one event.
+/// All receivers of an event: callback, window and thread.
 template <typename Function>
 struct EventReceivers {
     Receiver<Callback<Function>> callback;
     MessageReceivers messages;
 
-    /// Null removes the callback.
+    /// Null removes the callback. MV_REFUSED when out of memory.
     MV_ERRCODE SetCallback(Function function, void* context) {
         try {
             if (function) {

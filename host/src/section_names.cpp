@@ -6,30 +6,30 @@
 
 #include <cstdio>
 
-SectionName SectionName::Grabber(int32_t grabber) {
+SectionName SectionName::Grabber(std::int32_t grabber) {
     SectionName name;
     std::snprintf(name.text, sizeof name.text, "Grabber_%d", grabber);
     return name;
 }
 
-SectionName SectionName::Camera(int32_t camera) {
+SectionName SectionName::Camera(std::int32_t camera) {
     SectionName name;
     std::snprintf(name.text, sizeof name.text, "%s%d", kCameraSectionPrefix, camera);
     return name;
 }
 
-SectionName SectionName::Mode(int32_t camera, uint32_t mode) {
+SectionName SectionName::Mode(std::int32_t camera, std::uint32_t mode) {
     SectionName name;
     std::snprintf(name.text, sizeof name.text, "Mode_%d_%u", camera, mode);
     return name;
 }
 
-SectionName SectionName::Channel(int32_t grabber, int32_t channel) {
+SectionName SectionName::Channel(std::int32_t grabber, std::int32_t channel) {
     SectionName name;
     std::snprintf(name.text, sizeof name.text, "Channel_%d_%d", grabber, channel);
     return name;
 }
 
-void InitGrabberSectStr(char* buffer, uint32_t capacity, int32_t sectionNumber) {
+void InitGrabberSectStr(char* buffer, std::uint32_t capacity, std::int32_t sectionNumber) {
     CopyText(SectionName::Grabber(sectionNumber).Text(), buffer, capacity);
 }

@@ -3,17 +3,17 @@
 
 #include <cstdint>
 
-/// A section name, ready to hand to CIniFile.
+/// The name of a section, for CIniFile.
 class SectionName {
 public:
     /// "Grabber_N"
-    static SectionName Grabber(int32_t grabber);
+    static SectionName Grabber(std::int32_t grabber);
     /// "Camera_N"
-    static SectionName Camera(int32_t camera);
-    /// "Mode_N_M": mode M of the camera with section N
-    static SectionName Mode(int32_t camera, uint32_t mode);
-    /// "Channel_N_M": channel M of the grabber with section N
-    static SectionName Channel(int32_t grabber, int32_t channel);
+    static SectionName Camera(std::int32_t camera);
+    /// "Mode_N_M": mode M of the camera in section N
+    static SectionName Mode(std::int32_t camera, std::uint32_t mode);
+    /// "Channel_N_M": channel M of the grabber in section N
+    static SectionName Channel(std::int32_t grabber, std::int32_t channel);
 
     const char* Text() const { return text; }
 
@@ -21,5 +21,5 @@ private:
     char text[40] = {};
 };
 
-/// What the names of all camera sections begin with.
+/// The prefix of all camera section names.
 inline constexpr const char* kCameraSectionPrefix = "Camera_";

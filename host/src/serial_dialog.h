@@ -1,15 +1,16 @@
-// serial_dialog.h - the dialog for the settings of the host's own serial channel
+// serial_dialog.h - the settings dialog of the host's serial channel
 #pragma once
 
 #include "mivora/types.h"
 #include "serial_settings.h"
 
+/// How the dialog ended.
 enum class DialogEnd {
     kOk,
-    kCancelled, ///< also where there are no windows
-    kFailed,    ///< the system could not show it
+    kCancelled, ///< also without a window system
+    kFailed,    ///< the dialog could not be shown
 };
 
-/// Lets the user change `settings` in a modal dialog, on the user-interface thread. They stay as
-/// they are unless it ends with OK.
+/// Lets the user edit `settings` in a modal dialog; they change only if it ends with kOk.
+/// User-interface thread.
 DialogEnd RunSerialDialog(MV_WINDOW parent, SerialSettings& settings);

@@ -1,4 +1,4 @@
-// serial_settings.cpp - line settings of the host's own serial channel
+// serial_settings.cpp - line settings of the host's serial channel
 #include "serial_settings.h"
 
 #include "parse_number.h"
@@ -49,7 +49,7 @@ SerialStopBits ParseStopBits(const std::string& text) {
     return SerialStopBits::kOne;
 }
 
-uint32_t ParseByteSize(const std::string& text) {
-    const uint32_t bits = ParseUint32(text).value_or(kMostByteBits);
-    return bits >= kFewestByteBits && bits <= kMostByteBits ? bits : kMostByteBits;
+std::uint32_t ParseByteSize(const std::string& text) {
+    const std::uint32_t bits = ParseUint32(text).value_or(kMaxByteSize);
+    return bits >= kMinByteSize && bits <= kMaxByteSize ? bits : kMaxByteSize;
 }

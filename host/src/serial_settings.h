@@ -1,4 +1,4 @@
-// serial_settings.h - line settings of the host's own serial channel
+// serial_settings.h - line settings of the host's serial channel
 #pragma once
 
 #include "platform/serial_port.h"
@@ -6,23 +6,23 @@
 #include <cstdint>
 #include <string>
 
-/// What the ini file keeps of a serial port, and what its dialog changes.
+/// The settings of a serial port, as saved in the ini file and edited in the dialog.
 struct SerialSettings {
     std::string portName;
-    uint32_t baud = 9600;
+    std::uint32_t baud = 9600; ///< bits per second
     platform::SerialParity parity = platform::SerialParity::kNone;
-    uint32_t byteSize = 8;
+    std::uint32_t byteSize = 8; ///< data bits, kMinByteSize to kMaxByteSize
     platform::SerialStopBits stopBits = platform::SerialStopBits::kOne;
 };
 
-inline constexpr uint32_t kFewestByteBits = 5;
-inline constexpr uint32_t kMostByteBits = 8;
+inline constexpr std::uint32_t kMinByteSize = 5;
+inline constexpr std::uint32_t kMaxByteSize = 8;
 
-/// "No", "Odd", "Even"; anything else is read as no parity.
+/// "No", "Odd", "Even"; any other text is parsed as no parity.
 const char* ParityText(platform::SerialParity parity);
 platform::SerialParity ParseParity(const std::string& text);
-/// "1", "1.5", "2"; anything else is read as one.
+/// "1", "1.5", "2"; any other text is parsed as one stop bit.
 const char* StopBitsText(platform::SerialStopBits stopBits);
 platform::SerialStopBits ParseStopBits(const std::string& text);
-/// "5" to "8"; anything else is read as 8.
-uint32_t ParseByteSize(const std::string& text);
+/// "5" to "8"; any other text is parsed as 8.
+std::uint32_t ParseByteSize(const std::string& text);

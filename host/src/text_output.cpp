@@ -1,4 +1,4 @@
-// text_output.cpp - a bounded buffer that counts what did not fit
+// text_output.cpp - output to a buffer of limited size
 #include "text_output.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// text_output.h - a bounded buffer that counts what did not fit
+// text_output.h - output to a buffer of limited size
 #pragma once
 
 #include "format_spec.h"
@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <string_view>
 
-/// Writes into a caller's buffer as far as it goes and counts everything.
+/// Writes text to a caller's buffer up to its capacity and counts the total length.
 class TextOutput {
 public:
     TextOutput(char* target, std::size_t targetCapacity)
@@ -14,7 +14,7 @@ public:
 
     void Append(std::string_view text);
     void Fill(char character, std::size_t count);
-    /// Terminates the text; returns the length of the whole.
+    /// Null-terminates the text and returns its total length.
     std::size_t Finish();
 
 private:
@@ -25,7 +25,7 @@ private:
     std::size_t length = 0;
 };
 
-/// A converted number: sign or base, digits, and zeros between the digits and what follows them.
+/// A converted number: sign or base prefix, leading zeros, digits, zeros, and exponent.
 struct NumberText {
     std::string_view prefix;
     std::size_t leadingZeros = 0;
@@ -34,10 +34,10 @@ struct NumberText {
     std::string_view tail;
 };
 
-/// Pads `text` to the width of `spec` with blanks.
+/// Appends `text`, padded with spaces to the width of `spec`.
 void AppendPadded(TextOutput& output, const FormatSpec& spec, std::string_view text);
-/// Pads a number to the width of `spec`, with zeros after the prefix where `padWithZeros`.
+/// Appends a number, padded to the width of `spec` with spaces, or with zeros after the prefix.
 void AppendNumber(TextOutput& output, const FormatSpec& spec, const NumberText& number,
                   bool padWithZeros);
-/// Formats a floating-point number by conversion f, e or g.
+/// Appends a floating-point number by conversion f, e or g.
 void AppendFloat(TextOutput& output, const FormatSpec& spec, double value);

@@ -1,4 +1,4 @@
-// serial_dialog.cpp - the dialog for the settings of the host's own serial channel
+// serial_dialog.cpp - the settings dialog of the host's serial channel
 #include "host/src/serial_dialog.h"
 
 #include "host/src/guarded.h"
@@ -7,12 +7,13 @@
 
 #include <windows.h>
 
+#include <cstdint>
 #include <initializer_list>
 #include <string>
 
 namespace {
 
-constexpr unsigned kMostPorts = 256;
+constexpr unsigned kMaxPorts = 256;
 
 void AddChoice(HWND dialog, int control, const std::string& text) {
     SendDlgItemMessageA(dialog, control, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text.c_str()));
@@ -36,7 +37,7 @@ std::string TextOf(HWND dialog, int control) {
 }
 
 void AddPortsOfThisComputer(HWND dialog) {
-    for (unsigned number = 1; number <= kMostPorts; ++number) {
+    for (unsigned number = 1; number <= kMaxPorts; ++number) {
         const std::string name = "COM" + std::to_string(number);
         char target[512];
         if (QueryDosDeviceA(name.c_str(), target, sizeof target) != 0) {
@@ -47,7 +48,7 @@ void AddPortsOfThisComputer(HWND dialog) {
 
 void Fill(HWND dialog, const SerialSettings& settings) {
     AddPortsOfThisComputer(dialog);
-    for (const uint32_t baud :
+    for (const std::uint32_t baud :
          {300u, 600u, 1200u, 2400u, 4800u, 9600u, 19200u, 38400u, 57600u, 115200u, 230400u}) {
         AddChoice(dialog, IDC_BAUD, std::to_string(baud));
     }
@@ -55,7 +56,7 @@ void Fill(HWND dialog, const SerialSettings& settings) {
                               platform::SerialParity::kEven}) {
         AddChoice(dialog, IDC_PARITY, ParityText(parity));
     }
-    for (uint32_t bits = kFewestByteBits; bits <= kMostByteBits; ++bits) {
+    for (std::uint32_t bits = kMinByteSize; bits <= kMaxByteSize; ++bits) {
         AddChoice(dialog, IDC_BYTE_SIZE, std::to_string(bits));
     }
     for (const auto bits : {platform::SerialStopBits::kOne, platform::SerialStopBits::kOneAndHalf,
@@ -69,9 +70,9 @@ void Fill(HWND dialog, const SerialSettings& settings) {
     Select(dialog, IDC_STOP_BITS, StopBitsText(settings.stopBits));
 }
 
-/// Stores what stands in the controls; false, with nothing stored, when that is no setting.
+/// Reads the controls into `settings`; false, without any change, if the baud rate is invalid.
 bool Take(HWND dialog, SerialSettings& settings) {
-    const uint32_t baud = ParseUint32(TextOf(dialog, IDC_BAUD)).value_or(0);
+    const std::uint32_t baud = ParseUint32(TextOf(dialog, IDC_BAUD)).value_or(0);
     if (baud == 0) {
         MessageBoxA(dialog, "The baud rate is a number above 0.", "Serial Port",
                     MB_OK | MB_ICONEXCLAMATION);
@@ -120,7 +121,7 @@ INT_PTR CALLBACK DialogProcedure(HWND dialog, UINT message, WPARAM wParam, LPARA
     }
 }
 
-/// The library that this code stands in, whose resources hold the dialog.
+/// The library that contains this code and the dialog resource.
 HINSTANCE OwnInstance() {
     HMODULE module = nullptr;
     GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS |

@@ -1,4 +1,4 @@
-// serial_dialog_ids.h - numbers that the dialog's resource and its code share
+// serial_dialog_ids.h - ids shared by the dialog resource and its code
 #pragma once
 
 #define IDD_SERIAL_PORT 101

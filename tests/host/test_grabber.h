@@ -1,13 +1,14 @@
-// test_grabber.h - the smallest grabber: fakes for what a module must bring
+// test_grabber.h - a minimal grabber and channel with fakes of what a module implements
 #pragma once
 
 #include "mivora/grabber.h"
 
+#include <cstdint>
 #include <new>
 #include <string>
 #include <vector>
 
-/// A channel without a device: it plays results back and keeps what it was asked.
+/// A channel without a device that returns preset results and records its calls.
 class FakeChannel : public CCmdChannel {
 public:
     ~FakeChannel() override {
@@ -36,42 +37,47 @@ public:
         return configResult;
     }
     MV_ERRCODE ConfigDialog(MV_WINDOW parent, MV_DLG_EXITCODE* exitCode) override {
-        Note("ConfigDialog " + std::to_string(reinterpret_cast<uintptr_t>(parent)));
+        Record("ConfigDialog " + std::to_string(reinterpret_cast<std::uintptr_t>(parent)));
         if (exitCode) {
             *exitCode = dialogExit;
         }
         return result;
     }
-    MV_ERRCODE Open() override { return Note("Open"); }
-    MV_ERRCODE ReadByte(uint8_t* buffer, uint64_t* count) override {
+    MV_ERRCODE Open() override { return Record("Open"); }
+    MV_ERRCODE ReadByte(std::uint8_t* buffer, std::uint64_t* count) override {
         *buffer = 'r';
         *count = 1;
-        return Note("ReadByte");
+        return Record("ReadByte");
     }
-    MV_ERRCODE WriteByte(const uint8_t* buffer, uint64_t* count) override {
+    MV_ERRCODE WriteByte(const std::uint8_t* buffer, std::uint64_t* count) override {
         *count = 1;
-        const MV_ERRCODE answer = static_cast<size_t>(failFrom) <= written.size() ? result : MV_OK;
-        if (answer == MV_OK) {
+        const MV_ERRCODE writeResult =
+            static_cast<std::size_t>(failFrom) <= written.size() ? result : MV_OK;
+        if (writeResult == MV_OK) {
             written.push_back(static_cast<char>(*buffer));
         }
-        Note("WriteByte");
-        return answer;
+        Record("WriteByte");
+        return writeResult;
     }
-    MV_ERRCODE ReadBuffer(uint8_t* buffer, uint64_t length, uint64_t* count) override {
+    MV_ERRCODE ReadBuffer(std::uint8_t* buffer, std::uint64_t length,
+                          std::uint64_t* count) override {
         *buffer = 'R';
         *count = length;
-        return Note("ReadBuffer");
+        return Record("ReadBuffer");
     }
-    MV_ERRCODE WriteBuffer(const uint8_t* buffer, uint64_t length, uint64_t* count) override {
-        written.append(reinterpret_cast<const char*>(buffer), static_cast<size_t>(length));
+    MV_ERRCODE WriteBuffer(const std::uint8_t* buffer, std::uint64_t length,
+                           std::uint64_t* count) override {
+        written.append(reinterpret_cast<const char*>(buffer), static_cast<std::size_t>(length));
         if (count) {
             *count = length;
         }
-        return Note("WriteBuffer");
+        return Record("WriteBuffer");
     }
-    MV_ERRCODE Purge(uint32_t flags) override { return Note("Purge " + std::to_string(flags)); }
-    MV_ERRCODE Close() override { return Note("Close"); }
-    uint32_t GetChannelKind() override { return MVCMD_MODULE; }
+    MV_ERRCODE Purge(std::uint32_t flags) override {
+        return Record("Purge " + std::to_string(flags));
+    }
+    MV_ERRCODE Close() override { return Record("Close"); }
+    std::uint32_t GetChannelKind() override { return MVCMD_MODULE; }
 
     using CCmdChannel::SetOpen;
 
@@ -80,24 +86,25 @@ public:
     std::vector<std::string> calls;
     MV_ERRCODE result = MV_OK;
     MV_ERRCODE configResult = MV_OK;
-    int failFrom = 1000000; ///< WriteByte answers `result` from this byte on
+    int failFrom = 1000000; ///< WriteByte returns `result` from this byte on
     MV_DLG_EXITCODE dialogExit = MV_DLG_CANCEL;
     int* destroyed = nullptr;
 
 private:
-    MV_ERRCODE Note(const std::string& call) {
+    MV_ERRCODE Record(const std::string& call) {
         calls.push_back(call);
         return result;
     }
 };
 
-/// Channel types: 0 the host's serial one, 1 the fake one, 2 none though it is counted.
+/// A grabber with the channel types 0 (the host's serial channel), 1 (FakeChannel) and 2 (counted,
+/// but cannot be created).
 class TestGrabber : public CMivoraGrabber {
 public:
     TestGrabber() : CMivoraGrabber(nullptr) {}
     explicit TestGrabber(void* moduleInstance) : CMivoraGrabber(moduleInstance) {}
     ~TestGrabber() override {
-        if (!forgetsChannels) {
+        if (!leavesChannels) {
             DeleteCmdChannelList();
         }
     }
@@ -106,7 +113,7 @@ public:
         open = 1;
         return MV_OK;
     }
-    uint32_t IsCameraOpen() override { return open; }
+    std::uint32_t IsCameraOpen() override { return open; }
     MV_ERRCODE CloseActCamera() override {
         ++closes;
         const MV_ERRCODE result = CMivoraGrabber::CloseActCamera();
@@ -116,30 +123,30 @@ public:
         return closeResult == MV_OK ? result : closeResult;
     }
     MV_ERRCODE SelectCameraDialog(MV_WINDOW, MV_DLG_EXITCODE*) override { return MV_OK; }
-    void* GetFrameBuffer(uint64_t index) override {
+    void* GetFrameBuffer(std::uint64_t index) override {
         return index < sizeof buffers ? &buffers[index] : nullptr;
     }
     MV_ERRCODE RefreshCameraList() override { return MV_OK; }
-    MV_ERRCODE Snap(uint32_t mode) override {
+    MV_ERRCODE Snap(std::uint32_t mode) override {
         state = mode;
         return MV_OK;
     }
-    uint32_t GetAcquisitionState() override { return state; }
+    std::uint32_t GetAcquisitionState() override { return state; }
     MV_ERRCODE StopSnap() override {
         state = 0;
         return MV_OK;
     }
     MV_ERRCODE GrabberConfigDialog(MV_WINDOW, MV_DLG_EXITCODE*) override { return MV_OK; }
-    void GetTimerMicroseconds(uint64_t* exposure, uint64_t* interval) override {
+    void GetTimerMicroseconds(std::uint64_t* exposure, std::uint64_t* interval) override {
         *exposure = GetExposureValue();
         *interval = GetIntervalValue();
     }
-    void SetTimerMicroseconds(uint64_t exposure, uint64_t interval) override {
-        ChangeTimerTB(static_cast<uint32_t>(exposure), static_cast<uint32_t>(interval),
+    void SetTimerMicroseconds(std::uint64_t exposure, std::uint64_t interval) override {
+        ChangeTimerTB(static_cast<std::uint32_t>(exposure), static_cast<std::uint32_t>(interval),
                       GetTimerEnabled());
     }
-    uint32_t GetNumCmdChannelTypes() override { return 3; }
-    CCmdChannel* CreateCmdChannel(uint32_t type) override {
+    std::uint32_t GetNumCmdChannelTypes() override { return 3; }
+    CCmdChannel* CreateCmdChannel(std::uint32_t type) override {
         if (type == 0) {
             return CreateCmdSerialInstance();
         }
@@ -161,15 +168,15 @@ public:
             delete channel;
         }
     }
-    void SetAcquisitionState(uint32_t value) override { state = value; }
+    void SetAcquisitionState(std::uint32_t value) override { state = value; }
     CMivoraCamera* CreateCamera() override { return new CMivoraCamera; }
 
-    /// Puts cameras with these ids and one mode each into the list.
-    void MakeCameras(const std::vector<uint32_t>& ids) {
+    /// Fills the camera list with cameras of these ids, with one mode each.
+    void MakeCameras(const std::vector<std::uint32_t>& ids) {
         DeleteInternalList();
         CMivoraCamera* first = nullptr;
         CMivoraCamera* last = nullptr;
-        for (const uint32_t id : ids) {
+        for (const std::uint32_t id : ids) {
             CMivoraCamera* const camera = CreateCamera();
             camera->SetCameraUniqueID(id);
             camera->SetCameraName(("camera " + std::to_string(id)).c_str());
@@ -208,17 +215,17 @@ public:
     using CMivoraGrabber::SetTimeBase;
     using CMivoraGrabber::StoreActCameraIndex;
 
-    uint32_t open = 0;
-    uint32_t state = 0;
+    std::uint32_t open = 0;
+    std::uint32_t state = 0;
     int closes = 0;
     MV_ERRCODE closeResult = MV_OK;
     MV_ERRCODE newChannelConfigResult = MV_OK;
-    bool forgetsChannels = false; ///< leaves its channels to the base's destructor
+    bool leavesChannels = false; ///< leaves its channels to the base class destructor
     int destroyedChannels = 0;
     char buffers[16] = {};
 };
 
-/// Installs a sink for a scope, for the grabbers made in it.
+/// Installs a sink for the grabbers that are created in a scope.
 class InstalledSink {
 public:
     explicit InstalledSink(ILogSink* sink) : former(MivoraInstalledLogSink()) {

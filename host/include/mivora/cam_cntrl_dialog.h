@@ -1,21 +1,21 @@
-// cam_cntrl_dialog.h - what a grabber asks of a camera control dialog it holds
+// cam_cntrl_dialog.h - interface of the camera control dialog that a grabber holds
 #pragma once
 
 #include "mivora/types.h"
 
-/// A camera control dialog. Called on the user-interface thread unless said otherwise.
+/// A camera control dialog. Called on the user-interface thread unless stated otherwise.
 class ICamCntrlDialog {
 public:
     virtual void Show() = 0;
     virtual void Hide() = 0;
     virtual bool IsVisible() const = 0;
-    /// Told what changed (mask of UpdateCamCntrlDialogs). Any thread.
+    /// Notifies the dialog of a change; `mask` combines kMvUpdate... bits. Any thread.
     virtual void Update(uint32_t mask) = 0;
-    /// Sets the two acquisition marks: while set, buffer-format changes respectively changes of
-    /// synchronised features are not followed. Any thread.
+    /// Sets the two acquisition marks. The dialog ignores changes of the buffer format while the
+    /// first one is set, and changes of synchronised features while the second one is. Any thread.
     virtual void SetAcquisitionMarks(bool suppressBufferFormat, bool suppressSync) = 0;
-    /// The camera library goes: what the dialog holds there is given back, and it asks nothing
-    /// more.
+    /// Called before the camera library is unloaded: the dialog releases what it holds there and
+    /// makes no further calls to the library.
     virtual void Disconnect() {}
     virtual ~ICamCntrlDialog() = default;
 };

@@ -1,18 +1,18 @@
-// cam_cntrl_dlg_base.h - the base of camera control dialogs
+// cam_cntrl_dlg_base.h - base class of camera control dialogs
 //
-// All of it stands here and is compiled into the module that derives from it, so that no window
-// object crosses the border between host and module. Windows only.
+// Header-only: it is compiled into the module that derives from it, so that no window object
+// crosses the boundary between host and module. Windows only.
 #pragma once
 
 #include "mivora/cam_cntrl_dialog.h"
 
 #include <afxwin.h>
 
-/// A modeless dialog that a grabber holds. It is hidden and shown, and destroyed with the object.
-/// User-interface thread only, but for Update and SetAcquisitionMarks.
+/// A modeless dialog that a grabber holds. Its window exists until the object is destroyed and is
+/// only shown and hidden. User-interface thread only, except Update and SetAcquisitionMarks.
 class CCamCntrlDlgBase : public CDialog, public ICamCntrlDialog {
 public:
-    /// Shows the dialog in front, small or not before.
+    /// Brings the dialog to the foreground, restoring it if it is minimised.
     void Show() override {
         AFX_MANAGE_STATE(AfxGetStaticModuleState())
         ShowWindow(::IsIconic(m_hWnd) ? SW_RESTORE : SW_SHOW);
@@ -28,12 +28,13 @@ protected:
     explicit CCamCntrlDlgBase(UINT templateId, CWnd* parent = nullptr)
         : CDialog(templateId, parent) {}
 
-    /// Enter on a button presses it, also inside a form, whose buttons the system does not look
-    /// for.
+    /// Forwards the commands of push buttons inside child forms to their form, and makes Enter
+    /// press the focused push button there; the system looks for it among direct children only.
     BOOL OnCommand(WPARAM wParam, LPARAM lParam) override {
         const HWND control = reinterpret_cast<HWND>(lParam);
         const HWND form = control ? ::GetParent(control) : nullptr;
-        // Other controls inside forms and views may have the number of OK or Cancel by chance.
+        // Limited to push buttons: other controls inside forms and views may happen to have the
+        // id of OK or Cancel.
         if (form && form != m_hWnd && IsPushButtonInside(control)) {
             return static_cast<BOOL>(::SendMessage(form, WM_COMMAND, wParam, lParam));
         }

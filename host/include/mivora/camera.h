@@ -7,50 +7,62 @@
 
 class CMivoraGrabber;
 
-/// A node of a grabber's doubly linked camera list; the list is changed only on the thread that
-/// initialises or refreshes the grabber. The host deletes nodes through the virtual destructor.
+/// A node of a grabber's doubly linked camera list. The host deletes nodes through the virtual
+/// destructor. The constructor may throw std::bad_alloc; no operation throws.
+///
+/// Threads: the list, the names and the graphics modes change only on the thread that initialises
+/// or refreshes the grabber. Ids, section number, indices and their setters may be used from any
+/// thread.
 class MIVORA_API CMivoraCamera {
 public:
     CMivoraCamera();
     CMivoraCamera(const CMivoraCamera&) = delete;
     CMivoraCamera& operator=(const CMivoraCamera&) = delete;
 
-    /// A new graphics mode node without grabber, owned by the caller; null when memory is out.
+    /// Creates a graphics mode that belongs to no grabber. The caller owns it; null when out of
+    /// memory.
     /* slot 0 */ virtual CMivoraGfxMode* CreateGfxMode();
+    /// A description in addition to the name; empty in the base, never null.
     /* slot 1 */ virtual const char* GetExtraDescription() const;
-    /// Fills the list of graphics modes when it is empty; answers how many there are.
+    /// Fills the list of graphics modes if it is empty and returns their number. The base adds one
+    /// mode from CreateGfxMode and ignores `grabber`.
     /* slot 2 */ virtual uint32_t BuildGfxModeList(CMivoraGrabber* grabber);
     /// The module's own record of this camera, or null.
     /* slot 3 */ virtual void* GetCameraRecord();
     /* slot 4 */ virtual ~CMivoraCamera();
 
+    /// The neighbours in the list; null at its ends.
     CMivoraCamera* GetNext() const;
     CMivoraCamera* GetPrev() const;
     void SetNext(CMivoraCamera* node);
     void SetPrev(CMivoraCamera* node);
 
-    /// At most 255 bytes are kept.
+    /// Never null. SetCameraName keeps at most 255 bytes; null clears the name.
     const char* GetCameraName() const;
     void SetCameraName(const char* name);
-    /// The module's 32-bit key of the camera.
+    /// The 32-bit key by which the module identifies the camera.
     uint32_t GetCameraUniqueID() const;
     void SetCameraUniqueID(uint32_t id);
-    /// A number that the integrator gave the camera in its ini section; 0 when none.
+    /// The number assigned by the integrator in the camera's ini section; 0 if there is none.
     uint32_t GetQZRCameraID() const;
     void SetQZRCameraID(uint32_t id);
-    /// Number of the camera's ini section; -1 when it has none.
+    /// Number of the camera's ini section; -1 if it has none.
     int32_t GetCameraSectionNum() const;
     void SetCameraSectionNum(int32_t number);
-    /// Which camera control dialog serves it; 2 is the module's feature control dialog.
+    /// Index of the camera control dialog for this camera; 2 is the module's feature control
+    /// dialog.
     uint32_t GetCamCntrlDlgIndex() const;
     void SetCamCntrlDlgIndex(uint32_t index);
 
     uint32_t GetNumGfxModes() const;
+    /// Null if the list is empty or ends before `index`.
     CMivoraGfxMode* GetFirstGfxMode() const;
     CMivoraGfxMode* GetGfxMode(uint32_t index) const;
-    /// Appends a node; the camera owns it from now on. The first one becomes active.
+    /// Appends a mode, which the camera then owns; the first one becomes active. Null is ignored.
     void AddGfxMode(CMivoraGfxMode* mode);
     void DeleteGfxModes();
+    /// The index of the active mode, -1 for none. The setter returns MV_BAD_VALUE, without any
+    /// change, for an index below -1 or past the end of the list.
     int32_t GetActGfxModeIndex() const;
     MV_ERRCODE SetActGfxModeIndex(int32_t index);
     /// The active graphics mode, or null.

@@ -1,4 +1,4 @@
-// dialog_messages.h - how a host's message loop serves a grabber's modeless dialogs
+// dialog_messages.h - message dispatch to a grabber's modeless dialogs
 //
 // Windows only.
 #pragma once
@@ -7,9 +7,9 @@
 
 #include <afxwin.h>
 
-/// Offers a message to the dialogs that the grabber has registered (RegisterWindowHandle). True
-/// when one of them used it up; else the loop translates and dispatches it. Called by the host's
-/// loop for every message, on the thread that the dialogs belong to.
+/// Offers a message to the dialogs registered with the grabber (RegisterWindowHandle). The host's
+/// message loop calls it for every message, on the thread that owns the dialogs. Returns true when
+/// a dialog consumed the message; otherwise the loop translates and dispatches it.
 inline bool OfferMessageToDialogs(const CMivoraGrabber& grabber, MSG& message) {
     uint32_t index = 0;
     while (MV_WINDOW const dialog = grabber.GetRegisteredWindow(index)) {

@@ -1,4 +1,4 @@
-// export.h - marks what the host library exports; the build says how
+// export.h - export mark of the host library, defined by the build
 #pragma once
 
 #ifndef MIVORA_API

@@ -5,13 +5,15 @@
 
 #include <stdint.h>
 
-/// An ini file that keeps what people wrote: sections and keys are found without regard to case;
-/// comments, order, blank and unknown lines, line ends and the byte order mark stay as they are; an
-/// absent key is told from an empty one. The first of several equal sections or keys counts.
-/// Every write goes to the disk at once, or with its batch: a new file is written beside the old
-/// one and renamed over it, so that whoever looks finds the old or the new file whole.
+/// An ini file that preserves hand-written content: comments, order, blank and unknown lines, line
+/// ends and the byte order mark are left unchanged. Section and key names are not case-sensitive;
+/// of several equal ones the first counts. An absent key is distinct from an empty one.
 ///
-/// Any thread may call; one mutex inside guards all.
+/// Every write goes to disk immediately, or with its batch: a new file is written next to the old
+/// one and renamed over it, so that a reader always finds a complete file, old or new.
+///
+/// The constructor may throw std::bad_alloc; no operation throws. Any thread; a mutex in each
+/// object serialises the operations.
 class MIVORA_API CIniFile {
 public:
     CIniFile();
@@ -19,54 +21,60 @@ public:
     CIniFile(const CIniFile&) = delete;
     CIniFile& operator=(const CIniFile&) = delete;
 
-    /// Takes the file at `path` and forgets a batch of the former one. A file that does not exist
-    /// yet is an empty one. False when it exists but cannot be read or is UTF-16 text;
-    /// GetLastErrorText says why, and the former file stays.
+    /// Opens the file at `path` and discards a batch of the previous file. A missing file counts as
+    /// empty and is created by the first write. Returns false if the path is null or empty, if
+    /// the file cannot be read or is UTF-16 text, or when out of memory; GetLastErrorText gives the
+    /// reason and the previous file stays open.
     bool Open(const char* path);
-    /// The path as given, or an empty text.
+    /// The path as passed to Open, or an empty text; valid until the next Open.
     const char* GetPath() const;
 
     bool HasSection(const char* section) const;
     bool HasKey(const char* section, const char* key) const;
-    /// Copies the value, or `defaultValue` when the key is absent, into `buffer`, cut to
-    /// `capacity` - 1 bytes and terminated. Returns the length of the whole value. With capacity 0
-    /// it only measures.
+    /// Copies the value, or `defaultValue` if the key is absent, into `buffer`, truncated to
+    /// `capacity` - 1 bytes and null-terminated. Returns the length of the whole value in bytes.
+    /// With a null buffer or capacity 0 nothing is copied. A null default is an empty text.
     uint32_t GetText(const char* section, const char* key, const char* defaultValue, char* buffer,
                      uint32_t capacity) const;
-    /// Decimal or 0x-hexadecimal with optional sign; `defaultValue` when absent, no number, or too
-    /// large. Hexadecimal numbers up to 0xFFFFFFFF keep their 32 bits.
+    /// Reads a decimal or 0x-prefixed hexadecimal number with an optional sign. Returns
+    /// `defaultValue` if the key is absent or its value is not a number or out of range.
+    /// Hexadecimal numbers without a sign are taken as 32 bits: 0xFFFFFFFF is -1.
     int32_t GetInt32(const char* section, const char* key, int32_t defaultValue) const;
 
-    /// All writes answer false when the disk refused; GetLastErrorText says what, where and why,
-    /// and file and memory are as before. What others have written to the file meanwhile is read
-    /// first and kept.
+    /// All writes return false on failure; GetLastErrorText then gives operation, path and reason,
+    /// and neither the file nor the values in memory have changed. Each write first reads the file
+    /// again and keeps what others have written to it.
     ///
-    /// Sections, keys and values hold no line end, a section no ']' and a key no '='; a key begins
-    /// neither like a comment (';', '#') nor like a section. Blanks around the three are not kept.
-    /// A new key goes to the end of its section, a new section to the end of the file.
+    /// Sections, keys and values must not contain line ends, nor sections a ']' or keys a '='. A
+    /// key must not begin with ';', '#' or '['. Sections and keys must not be blank. White space
+    /// around all three is not preserved. A new key is added at the end of its section, a new
+    /// section at the end of the file.
     bool WriteText(const char* section, const char* key, const char* value);
     bool WriteInt32(const char* section, const char* key, int32_t value);
-    /// Writes as 0x%08X.
+    /// Writes the value in the form 0x%08X.
     bool WriteHex32(const char* section, const char* key, uint32_t value);
-    /// Takes the key's line out; true also when there was none.
+    /// Removes the line of the key; an absent key is not a failure.
     bool RemoveKey(const char* section, const char* key);
 
-    /// From BeginBatch on the writes of this thread are kept in memory, where every read finds
-    /// them, until EndBatch writes them all at once or DropBatch forgets them. Other threads write
-    /// as ever. False when memory is out, without a file, or while another batch of this file is
-    /// under way; EndBatch also when the disk refused: then file and memory are as before the
-    /// batch.
+    /// After BeginBatch the writes of the calling thread are kept in memory, where all reads see
+    /// them, until EndBatch writes them to disk together or DropBatch discards them. Writes of
+    /// other threads still go to disk immediately.
+    ///
+    /// BeginBatch returns false without a file, while another batch of this object is open, or when
+    /// out of memory. EndBatch returns false if the calling thread has no open batch or if writing
+    /// fails; the batch is then discarded.
     bool BeginBatch();
     bool EndBatch();
-    /// Nothing without a batch of this thread.
+    /// Does nothing if the calling thread has no open batch.
     void DropBatch();
 
-    /// The number of sections, and their names by order of appearance (null past the end). A name
-    /// lives until the next write.
+    /// The number of sections, and their names in order of appearance (null past the end). A name
+    /// is valid until the next write.
     uint32_t GetNumSections() const;
     const char* GetSectionName(uint32_t index) const;
 
-    /// Why the last failing operation of this thread failed; an empty text before that.
+    /// The reason for the last failure on the calling thread, or an empty text if none has failed;
+    /// shared by all ini files of the thread and valid until its next failure.
     const char* GetLastErrorText() const;
 
 private:

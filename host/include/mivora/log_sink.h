@@ -1,4 +1,4 @@
-// log_sink.h - where log lines go
+// log_sink.h - receiver of log lines
 #pragma once
 
 #include "mivora/export.h"
@@ -9,18 +9,19 @@
 inline constexpr int kMvLogError = 0;
 inline constexpr int kMvLogInformation = 1;
 
-/// One line per call. Any thread may call; lines of several threads never mix.
+/// Receives log lines, one per call, from any thread; lines of several threads are never mixed.
+/// `level` is kMvLogError or kMvLogInformation.
 ///
-/// The format is printf's with the conversions d i u x X c s p f e g, width and precision as in C
-/// (also from arguments, by `*`), the flags - + # 0, and the lengths h hh l ll I64 I32 z. %p prints
-/// 16 upper-case hexadecimal digits, %ls a wide text as UTF-8, a null text prints as "(null)", and
-/// the decimal point is a point in every locale. A percent sign that none of these follows is
-/// written as it stands and takes no argument; so is one that a blank follows, which is no flag
-/// here. Formatting happens inside, after the level was checked.
+/// The format is that of printf with the conversions d i u x X c s p f e g, the flags - + # 0,
+/// width and precision (also as `*`), and the lengths h hh l ll I64 I32 z. %p prints 16 upper-case
+/// hexadecimal digits without a prefix, %ls a wide text as UTF-8, a null text prints as "(null)",
+/// and the decimal separator is a point in every locale. A percent sign that does not begin one of
+/// these conversions is written unchanged and takes no argument; a space is not a flag, so this
+/// holds for "% d" as well. The sink checks the level first and formats only what it writes.
 class ILogSink {
 public:
     virtual void Write(int level, const char* format, ...) = 0;
-    /// Writes a ready text at level 0.
+    /// Writes a text at level kMvLogError without formatting it.
     virtual void WriteError(const char* text) = 0;
 
 protected:
@@ -28,13 +29,16 @@ protected:
 };
 
 extern "C" {
-/// Formats as a log sink does into `buffer`, which is always terminated when `capacity` is not 0.
-/// Returns the length of the whole text without the terminator, however much of it fitted.
+/// Formats into `buffer` as described for ILogSink, truncates to `capacity` - 1 bytes and
+/// null-terminates; with a null buffer or capacity 0 nothing is written. Returns the length of the
+/// whole text in bytes without the terminator. Leaves `arguments` usable and allocates nothing. Any
+/// thread.
 MIVORA_API size_t MivoraFormatLogText(char* buffer, size_t capacity, const char* format,
                                       va_list arguments);
 
-/// Installs the sink that grabbers made from now on write to; null for none. The sink must outlive
-/// them. Not thread-safe against CreateGrabberInstance.
+/// Installs the sink of grabbers created from now on; null for none. The sink must outlive these
+/// grabbers. Must not be called while another thread creates a grabber.
 MIVORA_API void MivoraInstallLogSink(ILogSink* sink);
+/// The sink installed last, or null. Any thread.
 MIVORA_API ILogSink* MivoraInstalledLogSink();
 }

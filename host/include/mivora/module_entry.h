@@ -1,26 +1,27 @@
-// module_entry.h - what a grabber module exports
+// module_entry.h - the exported entry points of a grabber module
 #pragma once
 
 #include <stdint.h>
 
 class CMivoraGrabber;
 
-/// Names of the exported entries.
+/// Names of the exported functions.
 inline constexpr const char* kMvCreateGrabberName = "CreateGrabberInstance";
 inline constexpr const char* kMvDeleteGrabberName = "DeleteGrabberInstance";
 inline constexpr const char* kMvModuleInterfaceName = "MivoraModuleInterface";
 
-/// Makes a grabber; `instance` is the module's handle. Null when memory is out.
+/// Creates a grabber; `instance` is the handle of the loaded module. Null when out of memory.
 typedef CMivoraGrabber* (*MV_CREATE_GRABBER)(void* instance);
-/// Destroys a grabber of the same module; null is ignored.
+/// Deletes a grabber created by the same module; null is ignored.
 typedef void (*MV_DELETE_GRABBER)(CMivoraGrabber* grabber);
 
-/// What a module was built against, so that a host refuses what it cannot talk to.
+/// The interface that a module was built for; a host refuses modules with another one.
 struct MV_MODULE_INTERFACE {
-    uint32_t size;              ///< of this record
+    uint32_t size;              ///< size of this record in bytes
     uint32_t interfaceVersion;  ///< MIVORA_INTERFACE_VERSION
     const char* compilerFamily; ///< "Itanium C++ ABI" or "Microsoft C++ ABI"
 };
+/// Returns the module's record, which exists as long as the module is loaded.
 typedef const MV_MODULE_INTERFACE* (*MV_MODULE_INTERFACE_QUERY)();
 
 #if defined(_MSC_VER)

@@ -1,15 +1,15 @@
-// module_loader.h - how an application gets a grabber out of a module file
+// module_loader.h - loads grabber modules for an application
 #pragma once
 
 #include "mivora/export.h"
 #include "mivora/grabber.h"
 
-/// Loads a grabber module and makes its grabbers. A module is refused, with a text that says why,
-/// when it does not export MivoraModuleInterface, when it was built for another version of the
-/// interface or by a compiler that lays out classes otherwise, or when an entry is missing.
+/// Loads a grabber module and creates its grabbers. A module is refused, with an error text, if an
+/// exported function is missing, if it was built for another version of the interface, or if its
+/// compiler family uses another C++ ABI.
 ///
-/// One thread at a time. A module stays loaded as long as this object; what is left of its
-/// grabbers is deleted before it goes.
+/// One thread at a time. Unloading and destruction delete the remaining grabbers first. The
+/// constructor may throw std::bad_alloc; no operation throws.
 class MIVORA_API CModuleLoader {
 public:
     CModuleLoader();
@@ -17,22 +17,22 @@ public:
     CModuleLoader(const CModuleLoader&) = delete;
     CModuleLoader& operator=(const CModuleLoader&) = delete;
 
-    /// Loads the module at `path`, a file name against the current directory. False when it is
-    /// refused; GetErrorText says why. A module that was loaded before is unloaded first.
+    /// Unloads the current module, then loads the one at `path`, which may be relative to the
+    /// current directory. Returns false on failure; see GetErrorText.
     bool Load(const char* path);
     bool IsLoaded() const;
-    /// Deletes the grabbers that are left and unloads the module.
+    /// Deletes the remaining grabbers and unloads the module.
     void Unload();
-    /// The absolute path of the loaded module; an empty text without one.
+    /// The absolute path of the loaded module, or an empty text.
     const char* GetPath() const;
 
-    /// A new grabber, owned by the caller until DeleteGrabber; null without a module, or when the
-    /// module makes none.
+    /// Creates a grabber for use until DeleteGrabber or Unload. Returns null if no module is loaded
+    /// or the module fails to create one; see GetErrorText.
     CMivoraGrabber* CreateGrabber();
-    /// Deletes a grabber that CreateGrabber made; any other pointer is ignored.
+    /// Deletes a grabber created by CreateGrabber; any other pointer is ignored.
     void DeleteGrabber(CMivoraGrabber* grabber);
 
-    /// Why the last Load or CreateGrabber failed; an empty text after success.
+    /// The reason why the last Load or CreateGrabber failed; empty after success.
     const char* GetErrorText() const;
 
 private:

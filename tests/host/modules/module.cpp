@@ -1,4 +1,4 @@
-// module.cpp - a grabber module with nothing behind it, good or bad as the build says
+// module.cpp - a minimal grabber module, valid or not depending on compile definitions
 #include "mivora/module_entry.h"
 #include "tests/host/test_grabber.h"
 

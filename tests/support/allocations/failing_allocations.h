@@ -3,8 +3,8 @@
 // Replaces the allocator of the program that uses it. On Linux that reaches into the libraries too,
 // where they share a run-time library; on Windows each library has an allocator of its own. Of the
 // C functions only realloc can be refused, on Linux, in what is linked into the program itself.
-// ThreadSanitizer allows no other allocator: tests that use this stand in files whose names end in
-// out_of_memory_test.cpp and are left out of its builds.
+// ThreadSanitizer allows no other allocator: tests that use this are in files named
+// out_of_memory_test.cpp or out_of_memory_posix_test.cpp, which its builds leave out.
 #pragma once
 
 namespace support {

@@ -1,3 +1,4 @@
+// out_of_memory_posix_test.cpp - the host library with every allocation refused in turn
 #include "mivora/module_loader.h"
 #include "platform/file_system.h"
 #include "tests/host/test_grabber.h"
@@ -7,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdarg>
+#include <cstdint>
 #include <new>
 #include <string>
 
@@ -30,15 +32,15 @@ protected:
     TestGrabber grabber;
 };
 
-// EXPECT macros allocate, so that results are kept and compared when memory is back.
+// EXPECT macros allocate, so results are stored and compared after allocations succeed again.
 #define EXPECT_CODE_OR_REFUSED(code, result)                                                       \
     {                                                                                              \
-        const MV_ERRCODE answered = result;                                                        \
+        const MV_ERRCODE returned = result;                                                        \
         const bool wasRefused = GrantAllocations();                                                \
-        EXPECT_TRUE(answered == (code) || (wasRefused && answered != MV_OK)) << answered;          \
+        EXPECT_TRUE(returned == (code) || (wasRefused && returned != MV_OK)) << returned;          \
     }
 
-TEST_F(OutOfMemory, MakesNoHalfGrabber) {
+TEST_F(OutOfMemory, CreatesNoPartialGrabber) {
     EXPECT_GT(RefuseEachAllocation([] {
                   try {
                       TestGrabber another;
@@ -49,7 +51,7 @@ TEST_F(OutOfMemory, MakesNoHalfGrabber) {
               5);
 }
 
-TEST_F(OutOfMemory, MakesNoHalfNodes) {
+TEST_F(OutOfMemory, CreatesNoPartialNodes) {
     EXPECT_GT(RefuseEachAllocation([] {
                   try {
                       CMivoraCamera camera;
@@ -62,7 +64,7 @@ TEST_F(OutOfMemory, MakesNoHalfNodes) {
     EXPECT_GT(RefuseEachAllocation([] { DeleteCmdSerialInstance(CreateCmdSerialInstance()); }), 1);
 }
 
-TEST_F(OutOfMemory, LeavesConfigurationFilesAsTheyWere) {
+TEST_F(OutOfMemory, LeavesConfigurationFilesUnchanged) {
     const std::string other = directory.Write("other.ini", "[Grabber_0]\nk=1\n");
     EXPECT_GT(RefuseEachAllocation(
                   [&] { EXPECT_CODE_OR_REFUSED(MV_OK, grabber.SetGrabberIni(other.c_str(), 0)); }),
@@ -81,7 +83,7 @@ TEST_F(OutOfMemory, LeavesConfigurationFilesAsTheyWere) {
               1);
 }
 
-TEST_F(OutOfMemory, NamesItAsTheReason) {
+TEST_F(OutOfMemory, IsReportedAsTheReason) {
     CIniFile ini;
     support::RefuseAllocationsAfter(0);
     const bool opened = ini.Open(iniPath.c_str());
@@ -90,7 +92,7 @@ TEST_F(OutOfMemory, NamesItAsTheReason) {
     EXPECT_STREQ(ini.GetLastErrorText(), "Cannot open an ini file: out of memory");
 }
 
-TEST_F(OutOfMemory, SavesAndLoadsOnceThereIsMemoryAgain) {
+TEST_F(OutOfMemory, SavesAndLoadsAfterwards) {
     EXPECT_GT(RefuseEachAllocation(
                   [&] { EXPECT_CODE_OR_REFUSED(MV_OK, grabber.SaveCameraModeConfig()); }),
               20);
@@ -105,9 +107,9 @@ TEST_F(OutOfMemory, SavesAndLoadsOnceThereIsMemoryAgain) {
     EXPECT_EQ(grabber.GetCamera(1)->GetCameraSectionNum(), 0);
 }
 
-TEST_F(OutOfMemory, GivesTheDefaultOfAValue) {
+TEST_F(OutOfMemory, ReturnsTheDefaultOfAValue) {
     ASSERT_EQ(grabber.SaveGrabberInt32("a key that is longer than a short string", 7), MV_OK);
-    int32_t value = 0;
+    std::int32_t value = 0;
     RefuseEachAllocation([&] {
         value = grabber.GetGrabberInt32("a key that is longer than a short string", 5);
         const bool wasRefused = GrantAllocations();
@@ -116,7 +118,7 @@ TEST_F(OutOfMemory, GivesTheDefaultOfAValue) {
     EXPECT_EQ(value, 7);
 }
 
-TEST_F(OutOfMemory, InstallsNoHalfReceiver) {
+TEST_F(OutOfMemory, InstallsNoPartialReceiver) {
     const auto nothing = [](void*) {
     };
     EXPECT_GT(RefuseEachAllocation([&] {
@@ -137,12 +139,12 @@ TEST_F(OutOfMemory, PreparesNoBuffers) {
                   [&] { EXPECT_CODE_OR_REFUSED(MV_OK, grabber.PrepareFrameBuffers(100)); }),
               1);
     grabber.DoPostProcess(99, 1);
-    uint64_t index = 0;
+    std::uint64_t index = 0;
     EXPECT_EQ(grabber.GetLastFilledBuffer(&index), MV_OK);
     EXPECT_EQ(index, 99u);
 }
 
-TEST_F(OutOfMemory, LoadsNoHalfModule) {
+TEST_F(OutOfMemory, LoadsNoPartialModule) {
     const std::string path =
         platform::DirectoryOf(platform::ExecutablePath()) + "/test_modules/good.module";
     CModuleLoader loader;
@@ -162,39 +164,42 @@ TEST_F(OutOfMemory, LoadsNoHalfModule) {
               1);
 }
 
-size_t Format(char (&buffer)[64], const char* format, ...) {
+std::size_t FormatIntoArray(char (&buffer)[64], const char* format, ...) {
     std::va_list arguments;
     va_start(arguments, format);
-    const size_t length = MivoraFormatLogText(buffer, sizeof buffer, format, arguments);
+    const std::size_t length = MivoraFormatLogText(buffer, sizeof buffer, format, arguments);
     va_end(arguments);
     return length;
 }
 
-TEST_F(OutOfMemory, CannotStopLinesFromBeingFormatted) {
+TEST_F(OutOfMemory, DoesNotAffectFormatting) {
     char buffer[64];
     EXPECT_EQ(CountAllocations([&] {
-                  Format(buffer, "%s %I64u %08X %p %g %.300f %ls", "text", 1ULL, 2u,
-                         static_cast<void*>(nullptr), 0.1, 1e300, L"wide");
+                  FormatIntoArray(buffer, "%s %I64u %08X %p %g %.300f %ls", "text", 1ULL, 2u,
+                                  static_cast<void*>(nullptr), 0.1, 1e300, L"wide");
               }),
               0);
 }
 
-TEST_F(OutOfMemory, CannotStopFramesFromArriving) {
-    int told = 0;
-    ASSERT_EQ(grabber.InstPostProcessCallBack(
-                  [](uint64_t, uint32_t, void* context) { ++*static_cast<int*>(context); }, &told),
+TEST_F(OutOfMemory, DoesNotAffectTheDeliveryOfFrames) {
+    int calls = 0;
+    ASSERT_EQ(grabber.InstPostProcessCallBack([](std::uint64_t, std::uint32_t,
+                                                 void* context) { ++*static_cast<int*>(context); },
+                                              &calls),
               MV_OK);
     ASSERT_EQ(grabber.PrepareFrameBuffers(4), MV_OK);
     EXPECT_EQ(CountAllocations([&] {
-                  for (uint64_t frame = 0; frame < 100; ++frame) {
+                  for (std::uint64_t frame = 0; frame < 100; ++frame) {
                       grabber.DoPostProcess(frame % 4, 1);
-                      uint64_t index = 0;
+                      std::uint64_t index = 0;
                       grabber.GetLastFilledBuffer(&index);
                       grabber.ReleaseFrameBuffer(index);
                   }
               }),
               0);
-    EXPECT_EQ(told, 100);
+    EXPECT_EQ(calls, 100);
 }
+
+#undef EXPECT_CODE_OR_REFUSED
 
 } // namespace

@@ -1,3 +1,4 @@
+// ini_file_test.cpp - reading and writing ini files
 #include "mivora/ini_file.h"
 
 #include "platform/file_system.h"
@@ -6,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <cstdint>
 #include <cstdio>
 #include <string>
 #include <thread>
@@ -21,9 +23,9 @@ protected:
         ASSERT_TRUE(ini.Open(path.c_str())) << ini.GetLastErrorText();
     }
 
-    std::string Text(const char* section, const char* key, const char* otherwise = "<absent>") {
+    std::string Text(const char* section, const char* key, const char* defaultValue = "<absent>") {
         char buffer[4096];
-        const uint32_t length = ini.GetText(section, key, otherwise, buffer, sizeof buffer);
+        const std::uint32_t length = ini.GetText(section, key, defaultValue, buffer, sizeof buffer);
         EXPECT_EQ(length, std::string(buffer).size());
         return buffer;
     }
@@ -45,7 +47,7 @@ TEST_F(IniFile, FindsSectionsAndKeysWithoutRegardToCase) {
     EXPECT_EQ(Text("OTHER", "UniqueId"), "2");
 }
 
-TEST_F(IniFile, TellsAnAbsentKeyFromAnEmptyOne) {
+TEST_F(IniFile, DistinguishesAnAbsentKeyFromAnEmptyOne) {
     Start("[s]\nempty=\nblank=  \t\n");
     EXPECT_TRUE(ini.HasKey("s", "empty"));
     EXPECT_EQ(Text("s", "empty"), "");
@@ -56,7 +58,7 @@ TEST_F(IniFile, TellsAnAbsentKeyFromAnEmptyOne) {
     EXPECT_EQ(Text("s", "absent", nullptr), "");
 }
 
-TEST_F(IniFile, TakesAFileThatDoesNotExistForAnEmptyOne) {
+TEST_F(IniFile, TreatsAMissingFileAsEmpty) {
     EXPECT_TRUE(ini.Open(directory.PathOf("new.ini").c_str()));
     EXPECT_EQ(ini.GetNumSections(), 0u);
     EXPECT_FALSE(platform::PathExists(directory.PathOf("new.ini")));
@@ -73,12 +75,12 @@ TEST_F(IniFile, RefusesWhatCannotBeRead) {
     const std::string utf16 = directory.Write("utf16.ini", std::string("\xFF\xFE[\0s\0]\0", 8));
     EXPECT_FALSE(ini.Open(utf16.c_str()));
     EXPECT_NE(std::string(ini.GetLastErrorText()).find("UTF-16"), std::string::npos);
-    // What was open before stays.
+    // The previous file stays open.
     EXPECT_EQ(ini.GetPath(), path);
     EXPECT_EQ(Text("s", "k"), "v");
 }
 
-TEST_F(IniFile, GivesTheFirstOfEqualSectionsAndKeys) {
+TEST_F(IniFile, UsesTheFirstOfEqualSectionsAndKeys) {
     Start("[a]\nk=1\nk=2\n[b]\nk=3\n[A]\nk=4\nonly=5\n");
     EXPECT_EQ(Text("a", "k"), "1");
     EXPECT_FALSE(ini.HasKey("a", "only"));
@@ -101,7 +103,7 @@ TEST_F(IniFile, FindsEverySectionThatItLists) {
     const std::string content("[cut\f\0here]\nk=1\n[]\nk=2\n[ \0]\nk=3\n", 32);
     Start(content);
     ASSERT_EQ(ini.GetNumSections(), 2u);
-    for (uint32_t index = 0; index < 2; ++index) {
+    for (std::uint32_t index = 0; index < 2; ++index) {
         EXPECT_TRUE(ini.HasSection(ini.GetSectionName(index))) << index;
     }
     EXPECT_EQ(Text("cut", "k"), "1");
@@ -126,14 +128,14 @@ TEST_F(IniFile, ReadsEveryKindOfLineEndAndTheByteOrderMark) {
     EXPECT_EQ(OnDisk(), "\xEF\xBB\xBF[s]\r\na=1\r\nb=two\nc=3\r\ne=5\r\n[t]\nd=4\nf=6\n");
 }
 
-TEST_F(IniFile, IgnoresWhatStandsBeforeTheFirstSection) {
+TEST_F(IniFile, IgnoresLinesBeforeTheFirstSection) {
     Start("stray=1\n; note\n[s]\nk=2\n");
     EXPECT_FALSE(ini.HasKey("", "stray"));
     EXPECT_TRUE(ini.WriteText("s", "k", "3"));
     EXPECT_EQ(OnDisk(), "stray=1\n; note\n[s]\nk=3\n");
 }
 
-TEST_F(IniFile, CutsTextsToTheBufferAndTellsTheirLength) {
+TEST_F(IniFile, TruncatesTextsAndReturnsTheirLength) {
     Start("[s]\nk=abcdef\n");
     char buffer[4];
     EXPECT_EQ(ini.GetText("s", "k", "", buffer, sizeof buffer), 6u);
@@ -177,13 +179,13 @@ TEST_F(IniFile, WritesNumbersAndTexts) {
     EXPECT_TRUE(ini.HasKey("s", "empty"));
 }
 
-TEST_F(IniFile, PutsANewKeyAtTheEndOfItsSection) {
+TEST_F(IniFile, AddsANewKeyAtTheEndOfItsSection) {
     Start("[a]\nk=1\n\n; about b\n[b]\nk=2\n");
     EXPECT_TRUE(ini.WriteText("a", "new", "x"));
     EXPECT_EQ(OnDisk(), "[a]\nk=1\nnew=x\n\n; about b\n[b]\nk=2\n");
 }
 
-TEST_F(IniFile, LeavesACommentWithTheSectionThatItSpeaksOf) {
+TEST_F(IniFile, LeavesACommentWithItsSection) {
     Start("[a]\nk=1\n; k tells one\n\n[b]\n[c]\nk=3\n# about d\n[d]\nk=4\n; the end");
     EXPECT_TRUE(ini.WriteText("a", "n", "1"));
     EXPECT_TRUE(ini.WriteText("b", "n", "2"));
@@ -193,7 +195,7 @@ TEST_F(IniFile, LeavesACommentWithTheSectionThatItSpeaksOf) {
                         "k=4\n; the end\nn=4\n");
 }
 
-TEST_F(IniFile, PutsANewSectionAtTheEnd) {
+TEST_F(IniFile, AddsANewSectionAtTheEnd) {
     Start("[a]\r\nk=1");
     EXPECT_TRUE(ini.WriteText(" b ", " k ", "2"));
     EXPECT_EQ(OnDisk(), "[a]\r\nk=1\r\n\r\n[b]\r\nk=2\r\n");
@@ -223,7 +225,7 @@ TEST_F(IniFile, KeepsCommentsOrderAndUnknownLinesThroughAHundredSaves) {
     EXPECT_EQ(OnDisk(), before + "99000" + between + "-1" + after);
 }
 
-TEST_F(IniFile, RefusesWhatNoIniFileCanHold) {
+TEST_F(IniFile, RefusesWhatAnIniFileCannotContain) {
     const std::string content = "[s]\nk=v\n";
     Start(content);
     struct Row {
@@ -264,7 +266,7 @@ TEST_F(IniFile, RefusesToWriteBeforeAFileWasOpened) {
     EXPECT_STREQ(ini.GetPath(), "");
 }
 
-TEST_F(IniFile, KeepsFileAndMemoryWhenTheDiskRefuses) {
+TEST_F(IniFile, KeepsFileAndMemoryWhenWritingFails) {
     const std::string gone = directory.PathOf("missing/grabber.ini");
     ASSERT_TRUE(ini.Open(gone.c_str()));
     EXPECT_FALSE(ini.WriteText("s", "k", "v"));
@@ -284,7 +286,7 @@ TEST_F(IniFile, RefusesToWriteOverWhatItCannotRead) {
     EXPECT_EQ(Text("s", "k"), "v");
 }
 
-TEST_F(IniFile, TellsEachThreadItsOwnError) {
+TEST_F(IniFile, ReportsErrorsPerThread) {
     Start("");
     EXPECT_FALSE(ini.WriteText("s", "a=b", "v"));
     std::string others = "unset";
@@ -294,7 +296,7 @@ TEST_F(IniFile, TellsEachThreadItsOwnError) {
     EXPECT_STRNE(ini.GetLastErrorText(), "");
 }
 
-TEST_F(IniFile, KeepsWhatOthersWroteMeanwhile) {
+TEST_F(IniFile, PreservesConcurrentChangesToTheFile) {
     Start("[Grabber_0]\nk=1\n[Grabber_1]\nk=1\n");
     CIniFile other;
     ASSERT_TRUE(other.Open(path.c_str()));
@@ -304,7 +306,7 @@ TEST_F(IniFile, KeepsWhatOthersWroteMeanwhile) {
     EXPECT_EQ(Text("Grabber_1", "k"), "2");
 }
 
-TEST_F(IniFile, WritesADeletedFileAgainWhole) {
+TEST_F(IniFile, RecreatesADeletedFile) {
     Start("; note\n[s]\nk=1\n");
     ASSERT_EQ(std::remove(path.c_str()), 0);
     EXPECT_TRUE(ini.WriteText("s", "k", "2"));
@@ -324,7 +326,7 @@ TEST_F(IniFile, ReadsBytesOfEveryKindAndVeryLongLines) {
     EXPECT_EQ(OnDisk(), bytes);
 }
 
-TEST_F(IniFile, ServesSeveralThreadsAtOnce) {
+TEST_F(IniFile, SupportsConcurrentThreads) {
     Start("");
     constexpr int kThreads = 4;
     constexpr int kWrites = 10;
@@ -348,7 +350,7 @@ TEST_F(IniFile, ServesSeveralThreadsAtOnce) {
     EXPECT_EQ(failures, 0);
     CIniFile again;
     ASSERT_TRUE(again.Open(path.c_str()));
-    EXPECT_EQ(again.GetNumSections(), static_cast<uint32_t>(kThreads));
+    EXPECT_EQ(again.GetNumSections(), static_cast<std::uint32_t>(kThreads));
     EXPECT_EQ(again.GetInt32("Section_3", "key9", -1), 9);
 }
 
@@ -369,7 +371,7 @@ TEST_F(IniFile, WritesABatchAtOnce) {
     EXPECT_EQ(OnDisk(), "; note\n[s]\nk=5\n\n[new]\nn=-4\n");
 }
 
-TEST_F(IniFile, ForgetsADroppedBatch) {
+TEST_F(IniFile, DiscardsADroppedBatch) {
     Start("[s]\nk=1\n");
     ASSERT_TRUE(ini.BeginBatch());
     EXPECT_TRUE(ini.WriteText("s", "k", "2"));
@@ -387,12 +389,12 @@ TEST_F(IniFile, HasOneBatchAtATimeAndNoneWithoutAFile) {
     ASSERT_TRUE(ini.BeginBatch());
     EXPECT_FALSE(ini.BeginBatch());
     EXPECT_TRUE(ini.WriteText("s", "k", "2"));
-    ASSERT_TRUE(ini.Open(path.c_str())) << "opening forgets it";
+    ASSERT_TRUE(ini.Open(path.c_str())) << "opening discards it";
     EXPECT_EQ(Text("s", "k"), "1");
     EXPECT_FALSE(ini.EndBatch());
 }
 
-TEST_F(IniFile, KeepsFileAndMemoryWhenTheDiskRefusesABatch) {
+TEST_F(IniFile, KeepsFileAndMemoryWhenWritingABatchFails) {
     const std::string gone = directory.PathOf("missing/grabber.ini");
     ASSERT_TRUE(ini.Open(gone.c_str()));
     ASSERT_TRUE(ini.BeginBatch());
@@ -408,7 +410,7 @@ TEST_F(IniFile, KeepsFileAndMemoryWhenTheDiskRefusesABatch) {
     EXPECT_EQ(directory.Read("missing/grabber.ini"), "[s]\nk=v\n");
 }
 
-TEST_F(IniFile, KeepsWhatOthersWroteDuringABatch) {
+TEST_F(IniFile, PreservesConcurrentChangesDuringABatch) {
     Start("[s]\nk=1\n");
     ASSERT_TRUE(ini.BeginBatch());
     EXPECT_TRUE(ini.WriteText("s", "k", "2"));
@@ -421,7 +423,7 @@ TEST_F(IniFile, KeepsWhatOthersWroteDuringABatch) {
     EXPECT_EQ(OnDisk(), "; by hand\n[s]\nk=2\nthread=3\n");
 }
 
-TEST_F(IniFile, WritesADeletedFileAgainWithItsBatch) {
+TEST_F(IniFile, RecreatesADeletedFileWithItsBatch) {
     Start("; note\n[s]\nk=1\n");
     ASSERT_TRUE(ini.BeginBatch());
     EXPECT_TRUE(ini.WriteText("s", "k", "2"));

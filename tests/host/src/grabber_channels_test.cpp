@@ -1,15 +1,16 @@
-#include "platform/clock.h"
+// grabber_channels_test.cpp - list of command channels and the CMD operations
 #include "tests/host/test_grabber.h"
 #include "tests/support/temporary_directory.h"
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
 namespace {
 
-using Calls = std::vector<std::string>;
+using ChannelCalls = std::vector<std::string>;
 
 TEST(ChannelList, IsEmptyAtFirst) {
     TestGrabber grabber;
@@ -22,7 +23,7 @@ TEST(ChannelList, IsEmptyAtFirst) {
     EXPECT_EQ(grabber.SetActCmdChannelIndex(-1), MV_OK);
 }
 
-TEST(ChannelList, TakesChannelsAndMakesTheLastOneActive) {
+TEST(ChannelList, AppendsChannelsAndActivatesTheLastOne) {
     TestGrabber grabber;
     FakeChannel* const first = grabber.AddFakeChannel();
     FakeChannel* const second = grabber.AddFakeChannel();
@@ -40,7 +41,7 @@ TEST(ChannelList, TakesChannelsAndMakesTheLastOneActive) {
     EXPECT_EQ(grabber.GetActCmdChannelIndex(), 0);
 }
 
-TEST(ChannelList, TakesNoChannelTwice) {
+TEST(ChannelList, RefusesAChannelThatItContains) {
     TestGrabber grabber;
     FakeChannel* const channel = grabber.AddFakeChannel();
     EXPECT_EQ(grabber.AddCmdChannel(channel), MV_BAD_VALUE);
@@ -48,7 +49,7 @@ TEST(ChannelList, TakesNoChannelTwice) {
     EXPECT_EQ(grabber.GetNumCmdChannels(), 1u);
 }
 
-TEST(ChannelList, ClosesAndDeletesWhatItHolds) {
+TEST(ChannelList, ClosesAndDeletesItsChannels) {
     TestGrabber grabber;
     grabber.AddFakeChannel();
     grabber.AddFakeChannel();
@@ -60,11 +61,11 @@ TEST(ChannelList, ClosesAndDeletesWhatItHolds) {
     grabber.DeleteCmdChannelList();
 }
 
-TEST(ChannelList, LosesNoChannelThatTheModuleForgot) {
+TEST(ChannelList, DeletesChannelsThatTheModuleHasNotDeleted) {
     int destroyed = 0;
     {
         TestGrabber grabber;
-        grabber.forgetsChannels = true;
+        grabber.leavesChannels = true;
         grabber.AddFakeChannel()->destroyed = &destroyed;
         grabber.AddCmdChannel(grabber.CreateCmdChannel(0));
         grabber.AddFakeChannel()->destroyed = &destroyed;
@@ -81,10 +82,10 @@ TEST(ChannelList, NamesTheSectionOfAChannel) {
     EXPECT_STREQ(section, "Chan");
 }
 
-TEST(CmdOperations, AnswerThatThereIsNoChannel) {
+TEST(CmdOperations, ReportThatThereIsNoChannel) {
     TestGrabber grabber;
-    uint8_t byte = 'x';
-    uint64_t count = 9;
+    std::uint8_t byte = 'x';
+    std::uint64_t count = 9;
     EXPECT_EQ(grabber.CMDOpen(), MV_NO_CHANNEL);
     EXPECT_EQ(grabber.CMDReadByte(&byte, &count), MV_NO_CHANNEL);
     EXPECT_EQ(count, 0u);
@@ -108,11 +109,11 @@ TEST(CmdOperations, AnswerThatThereIsNoChannel) {
     EXPECT_EQ(exit, MV_DLG_CANCEL);
 }
 
-TEST(CmdOperations, GoToTheActiveChannelWithItsAnswer) {
+TEST(CmdOperations, CallTheActiveChannelAndReturnItsResult) {
     TestGrabber grabber;
     FakeChannel* const channel = grabber.AddFakeChannel();
-    uint8_t bytes[4] = {'a', 'b', 'c', 'd'};
-    uint64_t count = 0;
+    std::uint8_t bytes[4] = {'a', 'b', 'c', 'd'};
+    std::uint64_t count = 0;
     EXPECT_EQ(grabber.CMDOpen(), MV_OK);
     EXPECT_EQ(grabber.CMDWriteByte(bytes, &count), MV_OK);
     EXPECT_EQ(grabber.CMDWriteBuffer(bytes + 1, 2, &count), MV_OK);
@@ -127,8 +128,8 @@ TEST(CmdOperations, GoToTheActiveChannelWithItsAnswer) {
     EXPECT_EQ(count, 3u);
     EXPECT_EQ(grabber.CMDPurge(3), MV_OK);
     EXPECT_EQ(grabber.CMDClose(), MV_OK);
-    EXPECT_EQ(channel->calls, Calls({"Open", "WriteByte", "WriteBuffer", "WriteBuffer", "ReadByte",
-                                     "ReadBuffer", "Purge 3", "Close"}));
+    EXPECT_EQ(channel->calls, ChannelCalls({"Open", "WriteByte", "WriteBuffer", "WriteBuffer",
+                                            "ReadByte", "ReadBuffer", "Purge 3", "Close"}));
     channel->result = MV_PURGE_FAILED;
     EXPECT_EQ(grabber.CMDPurge(1), MV_PURGE_FAILED);
 }
@@ -139,9 +140,10 @@ TEST(SelectCmdDialog, SavesTheChannelWhenItsDialogEndsWithOk) {
     ASSERT_EQ(grabber.SetGrabberIni(directory.PathOf("g.ini").c_str(), 2), MV_OK);
     FakeChannel* const channel = grabber.AddFakeChannel();
     MV_DLG_EXITCODE exit = MV_DLG_OK;
-    EXPECT_EQ(grabber.SelectCmdDialog(reinterpret_cast<MV_WINDOW>(uintptr_t{5}), &exit), MV_OK);
+    EXPECT_EQ(grabber.SelectCmdDialog(reinterpret_cast<MV_WINDOW>(std::uintptr_t{5}), &exit),
+              MV_OK);
     EXPECT_EQ(exit, MV_DLG_CANCEL);
-    EXPECT_EQ(channel->calls, Calls({"ConfigDialog 5"}));
+    EXPECT_EQ(channel->calls, ChannelCalls({"ConfigDialog 5"}));
     EXPECT_EQ(grabber.GetIni()->GetNumSections(), 0u);
     channel->dialogExit = MV_DLG_OK;
     channel->setting = "chosen";
@@ -152,93 +154,12 @@ TEST(SelectCmdDialog, SavesTheChannelWhenItsDialogEndsWithOk) {
     EXPECT_EQ(grabber.SelectCmdDialog(nullptr, nullptr), MV_REFUSED);
 }
 
-TEST(SelectCmdDialog, TellsWhenTheChoiceCannotBeSaved) {
+TEST(SelectCmdDialog, ReportsThatTheSettingsCannotBeSaved) {
     TestGrabber grabber;
     grabber.AddFakeChannel()->dialogExit = MV_DLG_OK;
     MV_DLG_EXITCODE exit = MV_DLG_CANCEL;
     EXPECT_EQ(grabber.SelectCmdDialog(nullptr, &exit), MV_CONFIG_NOT_SAVED);
     EXPECT_EQ(exit, MV_DLG_OK);
-}
-
-TEST(CmdChannel, KnowsWhetherItIsOpen) {
-    FakeChannel channel;
-    EXPECT_FALSE(channel.IsOpen());
-    channel.SetOpen(true);
-    EXPECT_TRUE(channel.IsOpen());
-    channel.SetOpen(false);
-    EXPECT_FALSE(channel.IsOpen());
-}
-
-TEST(CmdChannel, KeepsItsConfigurationInASection) {
-    const support::TemporaryDirectory directory;
-    CIniFile ini;
-    ASSERT_TRUE(ini.Open(directory.PathOf("c.ini").c_str()));
-    FakeChannel channel;
-    channel.setting = "kept";
-    EXPECT_EQ(channel.SetConfig(&ini, "Channel_0_0"), MV_OK);
-    FakeChannel other;
-    EXPECT_EQ(other.GetConfig(&ini, "Channel_0_0"), MV_OK);
-    EXPECT_EQ(other.setting, "kept");
-    EXPECT_EQ(channel.SetConfig(nullptr, "s"), MV_CONFIG_NOT_SAVED);
-    EXPECT_EQ(channel.SetConfig(&ini, nullptr), MV_CONFIG_NOT_SAVED);
-    EXPECT_EQ(channel.SetConfig(&ini, "bad]section"), MV_CONFIG_NOT_SAVED);
-    EXPECT_EQ(channel.GetConfig(nullptr, "s"), MV_CONFIG_NOT_LOADED);
-    EXPECT_EQ(channel.GetConfig(&ini, nullptr), MV_CONFIG_NOT_LOADED);
-}
-
-TEST(CmdChannel, WritesATextWithoutItsTerminator) {
-    FakeChannel channel;
-    uint64_t count = 9;
-    EXPECT_EQ(channel.WriteCString("abc", &count), MV_OK);
-    EXPECT_EQ(count, 3u);
-    EXPECT_EQ(channel.WriteCString("", &count), MV_OK);
-    EXPECT_EQ(count, 0u);
-    EXPECT_EQ(channel.WriteCString("d", nullptr), MV_OK);
-    EXPECT_EQ(channel.written, "abcd");
-    count = 9;
-    EXPECT_EQ(channel.WriteCString(nullptr, &count), MV_BAD_VALUE);
-    EXPECT_EQ(count, 0u);
-    EXPECT_EQ(channel.WriteCString(nullptr, nullptr), MV_BAD_VALUE);
-}
-
-constexpr uint32_t kForEver = 3600000;
-const uint8_t kThreeBytes[3] = {'x', 'y', 'z'};
-
-TEST(DelayedWrite, RestsBetweenTwoBytes) {
-    FakeChannel channel;
-    uint64_t count = 0;
-    const uint64_t start = platform::MonotonicNanoseconds();
-    EXPECT_EQ(channel.WriteBufferWithDelay(kThreeBytes, 3, &count, 20), MV_OK);
-    EXPECT_GE(platform::MonotonicNanoseconds() - start, 2u * 20000000u);
-    EXPECT_EQ(count, 3u);
-    EXPECT_EQ(channel.written, "xyz");
-}
-
-TEST(DelayedWrite, DoesNotRestWithoutADelayOrForOneByte) {
-    FakeChannel channel;
-    EXPECT_EQ(channel.WriteBufferWithDelay(kThreeBytes, 3, nullptr, 0), MV_OK);
-    EXPECT_EQ(channel.WriteBufferWithDelay(kThreeBytes, 1, nullptr, kForEver), MV_OK);
-    uint64_t count = 9;
-    EXPECT_EQ(channel.WriteBufferWithDelay(kThreeBytes, 0, &count, kForEver), MV_OK);
-    EXPECT_EQ(count, 0u);
-    EXPECT_EQ(channel.written, "xyzx");
-}
-
-TEST(DelayedWrite, StopsAtTheFirstByteThatFails) {
-    FakeChannel channel;
-    channel.result = MV_WRITE_FAILED;
-    channel.failFrom = 2;
-    uint64_t count = 9;
-    EXPECT_EQ(channel.WriteBufferWithDelay(kThreeBytes, 3, &count, 1), MV_WRITE_FAILED);
-    EXPECT_EQ(count, 2u);
-    EXPECT_EQ(channel.written, "xy");
-}
-
-TEST(DelayedWrite, RefusesAMissingBuffer) {
-    FakeChannel channel;
-    uint64_t count = 9;
-    EXPECT_EQ(channel.WriteBufferWithDelay(nullptr, 3, &count, 25), MV_BAD_VALUE);
-    EXPECT_EQ(count, 0u);
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+// cmd_serial_posix_test.cpp - the serial channel on a pseudo terminal
 #include "mivora/cmd_channel.h"
 #include "tests/platform/posix/pseudo_terminal.h"
 #include "tests/support/temporary_directory.h"
@@ -5,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <string>
 
 namespace {
@@ -20,7 +22,7 @@ protected:
     }
     void TearDown() override { DeleteCmdSerialInstance(channel); }
 
-    /// What the channel has written, waiting for so many bytes.
+    /// Waits until the channel has written `size` bytes and returns them.
     std::string Sent(std::size_t size) const {
         std::string bytes;
         while (bytes.size() < size) {
@@ -43,9 +45,9 @@ TEST_F(OpenSerialChannel, OpensOnceAndAgainAfterClose) {
     EXPECT_EQ(channel->Open(), MV_OK);
 }
 
-TEST_F(OpenSerialChannel, TellsNothingWaitingFromFailure) {
-    uint8_t byte = 0;
-    uint64_t count = 9;
+TEST_F(OpenSerialChannel, DistinguishesNoDataFromFailure) {
+    std::uint8_t byte = 0;
+    std::uint64_t count = 9;
     EXPECT_EQ(channel->ReadBuffer(&byte, 1, &count), MV_OK);
     EXPECT_EQ(count, 0u);
     count = 9;
@@ -54,19 +56,19 @@ TEST_F(OpenSerialChannel, TellsNothingWaitingFromFailure) {
 }
 
 TEST_F(OpenSerialChannel, WritesAndReadsBytes) {
-    uint64_t count = 0;
+    std::uint64_t count = 0;
     EXPECT_EQ(channel->WriteCString("hello", &count), MV_OK);
     EXPECT_EQ(count, 5u);
-    const uint8_t mark = '!';
+    const std::uint8_t mark = '!';
     EXPECT_EQ(channel->WriteByte(&mark, &count), MV_OK);
     EXPECT_EQ(count, 1u);
     EXPECT_EQ(Sent(6), "hello!");
 
     ASSERT_TRUE(terminal.Write("ok"));
-    uint8_t first = 0;
+    std::uint8_t first = 0;
     EXPECT_TRUE(support::WaitUntil([&] { return channel->ReadByte(&first, &count) == MV_OK; }));
     EXPECT_EQ(first, 'o');
-    uint8_t rest[8];
+    std::uint8_t rest[8];
     EXPECT_TRUE(support::WaitUntil(
         [&] { return channel->ReadBuffer(rest, sizeof rest, &count) == MV_OK && count > 0; }));
     EXPECT_EQ(count, 1u);
@@ -74,7 +76,7 @@ TEST_F(OpenSerialChannel, WritesAndReadsBytes) {
     EXPECT_EQ(channel->Purge(kMvPurgeReceive | kMvPurgeTransmit), MV_OK);
 }
 
-TEST_F(OpenSerialChannel, HasNoDialogHere) {
+TEST_F(OpenSerialChannel, HasNoDialog) {
     MV_DLG_EXITCODE exit = MV_DLG_OK;
     EXPECT_EQ(channel->ConfigDialog(nullptr, &exit), MV_OK);
     EXPECT_EQ(exit, MV_DLG_CANCEL);
@@ -84,7 +86,7 @@ TEST_F(OpenSerialChannel, HasNoDialogHere) {
 TEST_F(OpenSerialChannel, KeepsItsLineUntilTheNextOpen) {
     ASSERT_TRUE(ini.WriteText("s", "PORTNAME", "elsewhere"));
     EXPECT_EQ(channel->GetConfig(&ini, "s"), MV_OK);
-    uint64_t count = 0;
+    std::uint64_t count = 0;
     EXPECT_EQ(channel->WriteCString("still", &count), MV_OK);
     EXPECT_EQ(Sent(5), "still");
     EXPECT_EQ(channel->Close(), MV_OK);

@@ -1,9 +1,11 @@
+// grabber_buffers_test.cpp - the ring of filled buffers
 #include "tests/host/test_grabber.h"
 #include "tests/support/recording_sink.h"
 
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <cstdint>
 #include <string>
 #include <thread>
 #include <vector>
@@ -16,16 +18,16 @@ protected:
 
     void KeepEveryFrame() { EXPECT_EQ(grabber.SetFeature(EMV_FEATURE_KEEP_NEWEST, 0), MV_OK); }
 
-    void Fill(std::initializer_list<uint64_t> indices) {
-        for (const uint64_t index : indices) {
+    void Fill(std::initializer_list<std::uint64_t> indices) {
+        for (const std::uint64_t index : indices) {
             grabber.DoPostProcess(index, 1);
         }
     }
 
-    /// The buffers that the ring hands out one after the other, each released at once.
-    std::vector<uint64_t> Drain() {
-        std::vector<uint64_t> indices;
-        uint64_t index = 0;
+    /// Takes and releases all waiting buffers and returns their indices.
+    std::vector<std::uint64_t> Drain() {
+        std::vector<std::uint64_t> indices;
+        std::uint64_t index = 0;
         while (grabber.GetLastFilledBuffer(&index) == MV_OK) {
             indices.push_back(index);
             EXPECT_EQ(grabber.ReleaseFrameBuffer(index), MV_OK);
@@ -36,22 +38,22 @@ protected:
     TestGrabber grabber;
 };
 
-using Indices = std::vector<uint64_t>;
+using Indices = std::vector<std::uint64_t>;
 
-TEST_F(FilledBuffers, NoneWaitsAtFirst) {
-    uint64_t index = 77;
+TEST_F(FilledBuffers, NoneIsWaitingAtFirst) {
+    std::uint64_t index = 77;
     EXPECT_EQ(grabber.GetLastFilledBuffer(&index), MV_NO_FILLED_BUFFER);
     EXPECT_EQ(index, 0u);
     EXPECT_EQ(grabber.GetLastFilledBuffer(nullptr), MV_BAD_VALUE);
 }
 
-TEST_F(FilledBuffers, TheNewestIsHandedOutAndOlderOnesAreLost) {
+TEST_F(FilledBuffers, TheNewestIsTakenAndOlderOnesAreLost) {
     Fill({0, 1, 2});
     EXPECT_EQ(Drain(), Indices({2}));
     EXPECT_EQ(grabber.GetLostBufferCount(), 2u);
 }
 
-TEST_F(FilledBuffers, TheOldestIsHandedOutWhenEveryFrameIsWanted) {
+TEST_F(FilledBuffers, TheOldestIsTakenWhenEveryFrameIsWanted) {
     KeepEveryFrame();
     Fill({0, 1, 2});
     EXPECT_EQ(Drain(), Indices({0, 1, 2}));
@@ -69,7 +71,7 @@ TEST_F(FilledBuffers, OneThatIsFilledAgainWaitsAsTheNewest) {
 
 TEST_F(FilledBuffers, OneThatTheHostHoldsIsLostWhenItIsFilledAgain) {
     Fill({3});
-    uint64_t index = 0;
+    std::uint64_t index = 0;
     ASSERT_EQ(grabber.GetLastFilledBuffer(&index), MV_OK);
     EXPECT_EQ(index, 3u);
     Fill({3});
@@ -83,13 +85,13 @@ TEST_F(FilledBuffers, OneThatTheHostHoldsIsLostWhenItIsFilledAgain) {
 
 TEST_F(FilledBuffers, AreReleasedOnce) {
     Fill({1});
-    uint64_t index = 0;
+    std::uint64_t index = 0;
     ASSERT_EQ(grabber.GetLastFilledBuffer(&index), MV_OK);
     EXPECT_EQ(grabber.ReleaseFrameBuffer(index), MV_OK);
     EXPECT_EQ(grabber.ReleaseFrameBuffer(index), MV_BAD_VALUE);
     EXPECT_EQ(grabber.ReleaseFrameBuffer(0), MV_BAD_VALUE);
     EXPECT_EQ(grabber.ReleaseFrameBuffer(4), MV_BAD_VALUE);
-    EXPECT_EQ(grabber.ReleaseFrameBuffer(~uint64_t{0}), MV_BAD_VALUE);
+    EXPECT_EQ(grabber.ReleaseFrameBuffer(~std::uint64_t{0}), MV_BAD_VALUE);
 }
 
 TEST_F(FilledBuffers, CanBeReleasedWithoutBeingTaken) {
@@ -102,9 +104,9 @@ TEST_F(FilledBuffers, CanBeReleasedWithoutBeingTaken) {
     EXPECT_EQ(grabber.GetLostBufferCount(), 0u);
 }
 
-TEST_F(FilledBuffers, AreForgottenWhenBuffersArePreparedAnew) {
+TEST_F(FilledBuffers, AreDiscardedWhenBuffersArePreparedAgain) {
     Fill({0, 1});
-    uint64_t index = 0;
+    std::uint64_t index = 0;
     ASSERT_EQ(grabber.GetLastFilledBuffer(&index), MV_OK);
     Fill({2});
     EXPECT_EQ(grabber.PrepareFrameBuffers(2), MV_OK);
@@ -114,10 +116,10 @@ TEST_F(FilledBuffers, AreForgottenWhenBuffersArePreparedAnew) {
     EXPECT_EQ(grabber.ReleaseFrameBuffer(1), MV_BAD_VALUE);
 }
 
-TEST_F(FilledBuffers, KeepTheWantedCountEvenWhenItIsSenseless) {
-    EXPECT_EQ(grabber.PrepareFrameBuffers(~uint64_t{0}), MV_REFUSED);
-    EXPECT_EQ(grabber.GetRequestedBufferCount(), ~uint64_t{0});
-    uint64_t index = 0;
+TEST_F(FilledBuffers, KeepTheRequestedCountEvenWhenItIsRefused) {
+    EXPECT_EQ(grabber.PrepareFrameBuffers(~std::uint64_t{0}), MV_REFUSED);
+    EXPECT_EQ(grabber.GetRequestedBufferCount(), ~std::uint64_t{0});
+    std::uint64_t index = 0;
     EXPECT_EQ(grabber.GetLastFilledBuffer(&index), MV_NO_FILLED_BUFFER);
     EXPECT_EQ(grabber.PrepareFrameBuffers(0), MV_OK);
     EXPECT_EQ(grabber.PrepareFrameBuffers(65536), MV_OK);
@@ -129,15 +131,15 @@ TEST(FilledBuffersLog, NamesABufferThatDoesNotExist) {
     const InstalledSink installed(&sink);
     TestGrabber grabber;
     grabber.PrepareFrameBuffers(2);
-    int told = 0;
+    int calls = 0;
     grabber.InstPostProcessCallBack(
-        [](uint64_t, uint32_t, void* context) { ++*static_cast<int*>(context); }, &told);
+        [](std::uint64_t, std::uint32_t, void* context) { ++*static_cast<int*>(context); }, &calls);
     grabber.DoPostProcess(2, 1);
-    EXPECT_EQ(told, 0);
+    EXPECT_EQ(calls, 0);
     EXPECT_EQ(sink.Take(),
               std::vector<std::string>({"0 Mivora: DoPostProcess: There is no frame buffer 2"}));
     grabber.DoPostProcess(1, 1);
-    EXPECT_EQ(told, 1);
+    EXPECT_EQ(calls, 1);
     EXPECT_TRUE(sink.Take().empty());
 }
 
@@ -149,19 +151,19 @@ TEST(FilledBuffersLog, NeedsNoSink) {
     EXPECT_EQ(grabber.GetLostBufferCount(), 0u);
 }
 
-TEST_F(FilledBuffers, AddUpWhenCameraAndHostWorkAtOnce) {
+TEST_F(FilledBuffers, AreAllAccountedForWhenCameraAndHostRunConcurrently) {
     KeepEveryFrame();
-    constexpr uint64_t kFrames = 3000;
+    constexpr std::uint64_t kFrames = 3000;
     std::atomic<bool> done{false};
     std::thread camera([&] {
-        for (uint64_t frame = 0; frame < kFrames; ++frame) {
+        for (std::uint64_t frame = 0; frame < kFrames; ++frame) {
             grabber.DoPostProcess(frame % 4, 1);
         }
         done = true;
     });
-    uint64_t taken = 0;
+    std::uint64_t taken = 0;
     for (bool last = false;;) {
-        uint64_t index = 0;
+        std::uint64_t index = 0;
         if (grabber.GetLastFilledBuffer(&index) == MV_OK) {
             ++taken;
             EXPECT_EQ(grabber.ReleaseFrameBuffer(index), MV_OK);

@@ -1,3 +1,4 @@
+// power_loss_posix_test.cpp - saving the configuration when the power fails
 #include "platform/file_system.h"
 #include "tests/host/test_grabber.h"
 #include "tests/support/temporary_directory.h"
@@ -8,7 +9,9 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <set>
+#include <string>
 #include <sys/ptrace.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -20,15 +23,15 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Runs an operation in a process of its own and lets the power fail at one of its steps. A step
-/// is a system call that changes a file of the directory. What was written and not flushed to the
-/// disk is half lost then.
+/// Runs an operation in a separate process and simulates a power failure at one of its steps. A
+/// step is a system call that changes a file in the directory. Files with data not yet flushed to
+/// disk lose half of their content.
 class PowerLoss {
 public:
     explicit PowerLoss(std::string watchedDirectory) : directory(std::move(watchedDirectory)) {}
 
-    /// True when the power failed before step `failAt` (from 1); false when the operation was
-    /// through before that and answered true.
+    /// Returns true if the power failed before step `failAt` (from 1), false if the operation ended
+    /// earlier, which must then have returned true.
     bool Run(unsigned failAt, const std::function<bool()>& operation) {
         unflushed.clear();
         steps = 0;
@@ -59,7 +62,7 @@ public:
             if (isEntry && IsStep(call) && ++steps == failAt) {
                 kill(child, SIGKILL);
                 waitpid(child, &status, 0);
-                LoseWhatWasNotFlushed();
+                LoseUnflushedData();
                 return true;
             }
             if (!isEntry) {
@@ -72,7 +75,7 @@ public:
     unsigned Renames() const { return renames; }
 
 private:
-    /// The watched file behind a descriptor of the child; 0 for any other.
+    /// The inode of a descriptor of the child if it is a file in the directory; otherwise 0.
     ino_t FileOf(unsigned long long descriptor) const {
         const std::string link =
             "/proc/" + std::to_string(child) + "/fd/" + std::to_string(descriptor);
@@ -111,7 +114,7 @@ private:
         }
     }
 
-    /// Takes note of what a finished call means for the disk.
+    /// Records the effect of a completed system call on the disk.
     void Follow(const user_regs_struct& call) {
         switch (call.orig_rax) {
         case SYS_write:
@@ -140,7 +143,7 @@ private:
         }
     }
 
-    void LoseWhatWasNotFlushed() const {
+    void LoseUnflushedData() const {
         for (const fs::directory_entry& entry : fs::directory_iterator(directory)) {
             struct stat file {};
             if (stat(entry.path().c_str(), &file) == 0 && unflushed.count(file.st_ino) != 0) {
@@ -162,7 +165,7 @@ protected:
                                            "Exposure = 10 ; of last summer\r\nMine=yes\r\n"
                                            "\r\n# rest\r\n[Other]\r\nKey=value\r\n";
 
-    /// A grabber that has something to save, on a file of that content; without one for null.
+    /// A grabber with settings to save and an ini file with this content; no file for null.
     std::unique_ptr<TestGrabber> Grabber(const char* content) {
         const std::string path = directory.PathOf("grabber.ini");
         fs::remove(path);
@@ -181,7 +184,7 @@ protected:
         platform::ReadWholeFile(directory.PathOf("grabber.ini"), content);
         return content;
     }
-    /// Fails the power at every step of a save.
+    /// Simulates a power failure at every step of a save.
     void ExpectOldOrNew(const char* content) {
         const std::string before = content ? content : "<absent>";
         ASSERT_EQ(Grabber(content)->SaveGrabberConfig(), MV_OK);
@@ -207,15 +210,15 @@ protected:
     support::TemporaryDirectory directory;
 };
 
-TEST_F(PowerLossTest, AtEveryStepOfASaveLeavesTheOldOrTheNewFileWhole) {
+TEST_F(PowerLossTest, AtEveryStepOfASaveLeavesTheOldOrTheNewFile) {
     ExpectOldOrNew(kByHand);
 }
 
-TEST_F(PowerLossTest, AtEveryStepOfTheFirstSaveLeavesNoFileOrAWholeOne) {
+TEST_F(PowerLossTest, AtEveryStepOfTheFirstSaveLeavesNoFileOrTheNewOne) {
     ExpectOldOrNew(nullptr);
 }
 
-TEST_F(PowerLossTest, WouldBeNoticedInAFileThatIsWrittenInPlace) {
+TEST_F(PowerLossTest, IsDetectedInAFileThatIsWrittenInPlace) {
     const std::string path = directory.Write("plain.txt", "the old content");
     PowerLoss power(directory.Path());
     std::set<std::string> seen;

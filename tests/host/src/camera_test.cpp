@@ -1,3 +1,4 @@
+// camera_test.cpp - properties and graphics modes of a camera node
 #include "mivora/camera.h"
 
 #include <gtest/gtest.h>
@@ -16,7 +17,7 @@ private:
     int& destroyed;
 };
 
-TEST(Camera, BeginsEmpty) {
+TEST(Camera, IsEmptyAtFirst) {
     CMivoraCamera camera;
     EXPECT_STREQ(camera.GetCameraName(), "");
     EXPECT_STREQ(camera.GetExtraDescription(), "");
@@ -33,7 +34,7 @@ TEST(Camera, BeginsEmpty) {
     EXPECT_EQ(camera.GetFirstGfxMode(), nullptr);
 }
 
-TEST(Camera, KeepsWhatItIsGiven) {
+TEST(Camera, StoresItsProperties) {
     CMivoraCamera camera;
     CMivoraCamera other;
     camera.SetCameraUniqueID(0xFFFFFFFFu);
@@ -60,7 +61,7 @@ TEST(Camera, KeepsAtMost255BytesOfItsName) {
     EXPECT_STREQ(camera.GetCameraName(), "");
 }
 
-TEST(Camera, BuildsOneModeOnceAndMakesItActive) {
+TEST(Camera, BuildsOneModeOnceAndActivatesIt) {
     CMivoraCamera camera;
     EXPECT_EQ(camera.BuildGfxModeList(nullptr), 1u);
     CMivoraGfxMode* const mode = camera.GetFirstGfxMode();
@@ -103,23 +104,6 @@ TEST(Camera, DeletesItsModesWithItself) {
     camera->AddGfxMode(new CountedMode(destroyed));
     camera.reset();
     EXPECT_EQ(destroyed, 1);
-}
-
-TEST(GfxMode, AnswersNothingByItself) {
-    CMivoraGfxMode mode;
-    EXPECT_EQ(mode.GetxRes(), 0u);
-    EXPECT_EQ(mode.GetyRes(), 0u);
-    EXPECT_EQ(mode.GetNumComponents(), 0u);
-    EXPECT_EQ(mode.GetAllocatedBitPerComponent(), 0u);
-    EXPECT_EQ(mode.GetBitStartComponent(), 0u);
-    EXPECT_EQ(mode.GetBitPerComponent(), 0u);
-    EXPECT_EQ(mode.GetColorCoding(), MVCC_MONO);
-    EXPECT_EQ(mode.GetCFAxOffset(), 0u);
-    EXPECT_EQ(mode.GetCFAyOffset(), 0u);
-    EXPECT_EQ(mode.GetNumPixels(), 0u);
-    EXPECT_EQ(mode.GetImageSize(), 0u);
-    EXPECT_EQ(mode.GetInterlace(), MV_PROGRESSIVE);
-    EXPECT_EQ(mode.GetNext(), nullptr);
 }
 
 } // namespace

@@ -1,16 +1,18 @@
+// log_sink_test.cpp - the installed log sink and lines of several threads
 #include "tests/host/test_grabber.h"
 #include "tests/support/recording_sink.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <string>
 #include <thread>
 #include <vector>
 
 namespace {
 
-TEST(LogSink, IsTheOneInstalledWhenTheGrabberWasMade) {
+TEST(LogSink, IsTheOneInstalledWhenTheGrabberWasCreated) {
     support::RecordingSink first;
     support::RecordingSink second;
     const InstalledSink installed(&first);
@@ -27,12 +29,12 @@ TEST(LogSink, NeverMixesLinesOfSeveralThreads) {
     const InstalledSink installed(&sink);
     TestGrabber grabber;
     grabber.PrepareFrameBuffers(0);
-    constexpr uint64_t kThreads = 4;
-    constexpr uint64_t kLines = 200;
+    constexpr std::uint64_t kThreads = 4;
+    constexpr std::uint64_t kLines = 200;
     std::vector<std::thread> threads;
-    for (uint64_t thread = 0; thread < kThreads; ++thread) {
+    for (std::uint64_t thread = 0; thread < kThreads; ++thread) {
         threads.emplace_back([&, thread] {
-            for (uint64_t line = 0; line < kLines; ++line) {
+            for (std::uint64_t line = 0; line < kLines; ++line) {
                 grabber.DoPostProcess(thread * kLines + line, 1);
             }
         });
@@ -41,7 +43,7 @@ TEST(LogSink, NeverMixesLinesOfSeveralThreads) {
         thread.join();
     }
     std::vector<std::string> expected;
-    for (uint64_t index = 0; index < kThreads * kLines; ++index) {
+    for (std::uint64_t index = 0; index < kThreads * kLines; ++index) {
         expected.push_back("0 Mivora: DoPostProcess: There is no frame buffer " +
                            std::to_string(index));
     }

@@ -1,3 +1,4 @@
+// receiver_test.cpp - receivers of events and their removal
 #include "platform/event.h"
 #include "platform/window_message.h"
 #include "tests/host/test_grabber.h"
@@ -5,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <thread>
@@ -12,60 +14,60 @@
 
 namespace {
 
-/// What the receivers were told, one text per call.
-struct Told {
+/// The calls of the receivers, one text for each, and what the receivers do.
+struct ReceivedCalls {
     TestGrabber* grabber = nullptr;
     std::vector<std::string> calls;
-    uint32_t answer = 1;
+    std::uint32_t result = 1;
     std::function<void()> inside;
 };
 
-void OnPostProcess(uint64_t index, uint32_t fromCallback, void* context) {
-    auto& told = *static_cast<Told*>(context);
-    told.calls.push_back("post process " + std::to_string(index) + " " +
-                         std::to_string(fromCallback));
-    if (told.inside) {
-        told.inside();
+void OnPostProcess(std::uint64_t index, std::uint32_t fromCallback, void* context) {
+    auto& received = *static_cast<ReceivedCalls*>(context);
+    received.calls.push_back("post process " + std::to_string(index) + " " +
+                             std::to_string(fromCallback));
+    if (received.inside) {
+        received.inside();
     }
 }
 
 void OnCamCfgChange(void* context) {
-    auto& told = *static_cast<Told*>(context);
-    told.calls.emplace_back("configuration change");
-    if (told.inside) {
-        told.inside();
+    auto& received = *static_cast<ReceivedCalls*>(context);
+    received.calls.emplace_back("configuration change");
+    if (received.inside) {
+        received.inside();
     }
 }
 
-uint32_t OnCamCntrl(uint32_t code, void* context) {
-    auto& told = *static_cast<Told*>(context);
-    told.calls.push_back("camera control " + std::to_string(code));
-    if (told.inside) {
-        told.inside();
+std::uint32_t OnCamCntrl(std::uint32_t code, void* context) {
+    auto& received = *static_cast<ReceivedCalls*>(context);
+    received.calls.push_back("camera control " + std::to_string(code));
+    if (received.inside) {
+        received.inside();
     }
-    return told.answer;
+    return received.result;
 }
 
-void OnDialogUpdate(uint32_t mask, void* context) {
-    auto& told = *static_cast<Told*>(context);
-    told.calls.push_back("dialog update " + std::to_string(mask));
-    if (told.inside) {
-        told.inside();
+void OnDialogUpdate(std::uint32_t mask, void* context) {
+    auto& received = *static_cast<ReceivedCalls*>(context);
+    received.calls.push_back("dialog update " + std::to_string(mask));
+    if (received.inside) {
+        received.inside();
     }
 }
 
 class Receivers : public testing::Test {
 protected:
     Receivers() {
-        told.grabber = &grabber;
+        received.grabber = &grabber;
         EXPECT_EQ(grabber.PrepareFrameBuffers(4), MV_OK);
     }
 
     void InstallAll() {
-        EXPECT_EQ(grabber.InstPostProcessCallBack(OnPostProcess, &told), MV_OK);
-        EXPECT_EQ(grabber.InstCamCfgChangeCallBack(OnCamCfgChange, &told), MV_OK);
-        EXPECT_EQ(grabber.InstCamCntrlCallBack(OnCamCntrl, &told), MV_OK);
-        EXPECT_EQ(grabber.InstDialogUpdateCallBack(OnDialogUpdate, &told), MV_OK);
+        EXPECT_EQ(grabber.InstPostProcessCallBack(OnPostProcess, &received), MV_OK);
+        EXPECT_EQ(grabber.InstCamCfgChangeCallBack(OnCamCfgChange, &received), MV_OK);
+        EXPECT_EQ(grabber.InstCamCntrlCallBack(OnCamCntrl, &received), MV_OK);
+        EXPECT_EQ(grabber.InstDialogUpdateCallBack(OnDialogUpdate, &received), MV_OK);
     }
 
     void RemoveAll() {
@@ -83,64 +85,64 @@ protected:
     }
 
     TestGrabber grabber;
-    Told told;
+    ReceivedCalls received;
 };
 
-using Calls = std::vector<std::string>;
+using CallTexts = std::vector<std::string>;
 
-const Calls kAll = {"post process 3 1", "configuration change", "camera control 4096",
-                    "dialog update 4294967295"};
+const CallTexts kAllCalls = {"post process 3 1", "configuration change", "camera control 4096",
+                             "dialog update 4294967295"};
 
-TEST_F(Receivers, AreToldUntilTheyAreRemoved) {
+TEST_F(Receivers, AreNotifiedUntilTheyAreRemoved) {
     SignalAll();
     InstallAll();
     SignalAll();
-    EXPECT_EQ(told.calls, kAll);
+    EXPECT_EQ(received.calls, kAllCalls);
     RemoveAll();
     SignalAll();
-    EXPECT_EQ(told.calls, kAll);
+    EXPECT_EQ(received.calls, kAllCalls);
 }
 
 TEST_F(Receivers, AreReplacedByTheNextOnes) {
-    Told former;
+    ReceivedCalls former;
     EXPECT_EQ(grabber.InstCamCntrlCallBack(OnCamCntrl, &former), MV_OK);
     InstallAll();
     SignalAll();
     EXPECT_TRUE(former.calls.empty());
-    EXPECT_EQ(told.calls, kAll);
+    EXPECT_EQ(received.calls, kAllCalls);
 }
 
-TEST_F(Receivers, AnswerCameraControlEvents) {
+TEST_F(Receivers, ReturnTheResultOfCameraControlEvents) {
     EXPECT_EQ(grabber.SignalCamCntrlDlgEvent(kMvEventCloseRequest), 1u);
     InstallAll();
-    told.answer = 0;
+    received.result = 0;
     EXPECT_EQ(grabber.SignalCamCntrlDlgEvent(kMvEventCloseRequest), 0u);
-    told.answer = 5;
+    received.result = 5;
     EXPECT_EQ(grabber.SignalCamCntrlDlgEvent(kMvEventCloseRequest), 5u);
     RemoveAll();
     EXPECT_EQ(grabber.SignalCamCntrlDlgEvent(kMvEventCloseRequest), 1u);
 }
 
-TEST_F(Receivers, AreLeftAloneWhileTheirFeatureIsOff) {
+TEST_F(Receivers, AreNotNotifiedWhileTheirFeatureIsOff) {
     InstallAll();
-    told.answer = 0;
+    received.result = 0;
     grabber.SetFeature(EMV_FEATURE_POST_PROCESS, 0);
     grabber.SetFeature(EMV_FEATURE_CAM_CFG_CHANGE, 0);
     grabber.SetFeature(EMV_FEATURE_CAM_CNTRL_EVENT, 0);
     grabber.DoPostProcess(1, 0);
     grabber.SignalCamCfgChange();
     EXPECT_EQ(grabber.SignalCamCntrlDlgEvent(kMvEventCloseRequest), 1u);
-    EXPECT_TRUE(told.calls.empty());
-    // The buffer waits all the same.
-    uint64_t index = 0;
+    EXPECT_TRUE(received.calls.empty());
+    // The buffer is waiting nevertheless.
+    std::uint64_t index = 0;
     EXPECT_EQ(grabber.GetLastFilledBuffer(&index), MV_OK);
     EXPECT_EQ(index, 1u);
 }
 
 TEST_F(Receivers, MayCallTheGrabberAndRemoveThemselves) {
     InstallAll();
-    told.inside = [this] {
-        uint64_t index = 0;
+    received.inside = [this] {
+        std::uint64_t index = 0;
         if (grabber.GetLastFilledBuffer(&index) == MV_OK) {
             grabber.ReleaseFrameBuffer(index);
         }
@@ -156,20 +158,20 @@ TEST_F(Receivers, MayCallTheGrabberAndRemoveThemselves) {
     EXPECT_EQ(grabber.SignalCamCntrlDlgEvent(0x1000), 1u);
     InstallAll();
     grabber.UpdateCamCntrlDialogs(kMvUpdateAll);
-    EXPECT_EQ(told.calls, kAll);
+    EXPECT_EQ(received.calls, kAllCalls);
 }
 
 TEST_F(Receivers, MayCauseFurtherEvents) {
     InstallAll();
     int depth = 0;
-    told.inside = [&] {
+    received.inside = [&] {
         if (++depth < 4) {
             SignalAll();
         }
     };
     grabber.DoPostProcess(3, 1);
-    EXPECT_EQ(told.calls.front(), "post process 3 1");
-    EXPECT_EQ(told.calls.size(), 13u);
+    EXPECT_EQ(received.calls.front(), "post process 3 1");
+    EXPECT_EQ(received.calls.size(), 13u);
 }
 
 struct Blocking {
@@ -186,7 +188,7 @@ void BlockInside(void* context) {
     blocking.left = true;
 }
 
-TEST_F(Receivers, AreGoneWhenTheirRemovalReturns) {
+TEST_F(Receivers, AreNoLongerRunningWhenTheirRemovalReturns) {
     Blocking blocking;
     grabber.InstCamCfgChangeCallBack(BlockInside, &blocking);
     std::thread signal([&] { grabber.SignalCamCfgChange(); });
@@ -205,14 +207,14 @@ TEST_F(Receivers, AreGoneWhenTheirRemovalReturns) {
     EXPECT_TRUE(leftBefore);
 }
 
-TEST_F(Receivers, OfOtherEventsAreToldWhileOneIsRunning) {
+TEST_F(Receivers, OfOtherEventsAreNotifiedWhileOneIsRunning) {
     Blocking blocking;
     grabber.InstCamCfgChangeCallBack(BlockInside, &blocking);
-    grabber.InstPostProcessCallBack(OnPostProcess, &told);
+    grabber.InstPostProcessCallBack(OnPostProcess, &received);
     std::thread signal([&] { grabber.SignalCamCfgChange(); });
     ASSERT_TRUE(blocking.entered.Wait(10000));
     grabber.DoPostProcess(0, 1);
-    EXPECT_EQ(told.calls.size(), 1u);
+    EXPECT_EQ(received.calls.size(), 1u);
     EXPECT_EQ(grabber.InstPostProcessCallBack(nullptr, nullptr), MV_OK);
     EXPECT_EQ(grabber.GetNumCameras(), 0u);
     blocking.mayLeave.Set();
@@ -243,7 +245,7 @@ TEST_F(Receivers, ThatRemoveEachOtherDoNotWait) {
         },
         &meeting);
     grabber.InstPostProcessCallBack(
-        [](uint64_t, uint32_t, void* context) {
+        [](std::uint64_t, std::uint32_t, void* context) {
             auto& at = *static_cast<Meeting*>(context);
             at.Arrive();
             at.grabber->InstCamCfgChangeCallBack(nullptr, nullptr);
@@ -255,7 +257,7 @@ TEST_F(Receivers, ThatRemoveEachOtherDoNotWait) {
     EXPECT_EQ(meeting.arrived, 2);
 }
 
-TEST_F(Receivers, MayComeAndGoWhileEventsAreDelivered) {
+TEST_F(Receivers, MayBeInstalledAndRemovedDuringDelivery) {
     std::atomic<bool> stop{false};
     std::atomic<int> inside{0};
     const auto count = [](void* context) {
@@ -285,14 +287,14 @@ TEST_F(Receivers, MayComeAndGoWhileEventsAreDelivered) {
 TEST_F(Receivers, ThatThrowDoNoHarm) {
     grabber.InstCamCfgChangeCallBack([](void*) { throw 1; }, nullptr);
     grabber.SignalCamCfgChange();
-    grabber.InstCamCfgChangeCallBack(OnCamCfgChange, &told);
+    grabber.InstCamCfgChangeCallBack(OnCamCfgChange, &received);
     grabber.SignalCamCfgChange();
-    EXPECT_EQ(told.calls, Calls({"configuration change"}));
+    EXPECT_EQ(received.calls, CallTexts({"configuration change"}));
 }
 
-TEST_F(Receivers, ByMessageExistWhereThePlatformHasMessages) {
+TEST_F(Receivers, ByMessageExistOnPlatformsWithMessages) {
     if (platform::HasMessages()) {
-        // Any address that is no window: posting to it fails without harm.
+        // An address that is not a window: posting to it fails without consequences.
         EXPECT_EQ(grabber.InstPostProcessMsgWnd(this, 0x400), MV_OK);
         EXPECT_EQ(grabber.InstCamCfgChangeMsgWnd(this, 0x401), MV_OK);
         EXPECT_EQ(grabber.InstCamCntrlMsgWnd(this, 0x402), MV_OK);
@@ -309,61 +311,6 @@ TEST_F(Receivers, ByMessageExistWhereThePlatformHasMessages) {
     EXPECT_EQ(grabber.InstCamCfgChangeThreadID(1, 0x400), MV_NOT_AVAILABLE);
     EXPECT_EQ(grabber.InstCamCntrlMsgWnd(this, 0x400), MV_NOT_AVAILABLE);
     EXPECT_EQ(grabber.InstCamCntrlThreadID(1, 0x400), MV_NOT_AVAILABLE);
-}
-
-class FakeDialog : public ICamCntrlDialog {
-public:
-    void Show() override { visible = true; }
-    void Hide() override { visible = false; }
-    bool IsVisible() const override { return visible; }
-    void Update(uint32_t mask) override { masks.push_back(mask); }
-    void SetAcquisitionMarks(bool, bool) override {}
-
-    bool visible = false;
-    std::vector<uint32_t> masks;
-};
-
-TEST_F(Receivers, TheHeldDialogIsToldOfUpdates) {
-    FakeDialog dialog;
-    grabber.UpdateCamCntrlDialogs(kMvUpdateParameters);
-    grabber.SetCamCntrlDialogObject(&dialog);
-    EXPECT_EQ(grabber.GetCamCntrlDialogObject(), &dialog);
-    grabber.InstDialogUpdateCallBack(OnDialogUpdate, &told);
-    grabber.UpdateCamCntrlDialogs(3);
-    grabber.SetCamCntrlDialogObject(nullptr);
-    grabber.UpdateCamCntrlDialogs(kMvUpdateTimer);
-    EXPECT_EQ(grabber.GetCamCntrlDialogObject(), nullptr);
-    EXPECT_EQ(dialog.masks, std::vector<uint32_t>({3}));
-    EXPECT_EQ(told.calls, Calls({"dialog update 3", "dialog update 2"}));
-}
-
-TEST_F(Receivers, TheHeldDialogIsHiddenOnClosing) {
-    EXPECT_EQ(grabber.IsCamCntrlDialogOpen(), 0u);
-    EXPECT_EQ(grabber.CloseCamCntrlDialog(), MV_OK);
-    FakeDialog dialog;
-    grabber.SetCamCntrlDialogObject(&dialog);
-    EXPECT_EQ(grabber.IsCamCntrlDialogOpen(), 0u);
-    dialog.Show();
-    EXPECT_EQ(grabber.IsCamCntrlDialogOpen(), 1u);
-    EXPECT_EQ(grabber.CloseCamCntrlDialog(), MV_OK);
-    EXPECT_FALSE(dialog.visible);
-    EXPECT_EQ(grabber.IsCamCntrlDialogOpen(), 0u);
-}
-
-TEST_F(Receivers, WindowsAreRegisteredOnceAndInOrder) {
-    int first = 0;
-    int second = 0;
-    grabber.RegisterWindowHandle(&first);
-    grabber.RegisterWindowHandle(&second);
-    grabber.RegisterWindowHandle(&first);
-    grabber.RegisterWindowHandle(nullptr);
-    EXPECT_EQ(grabber.GetRegisteredWindow(0), &first);
-    EXPECT_EQ(grabber.GetRegisteredWindow(1), &second);
-    EXPECT_EQ(grabber.GetRegisteredWindow(2), nullptr);
-    grabber.UnRegisterWindowHandle(&first);
-    grabber.UnRegisterWindowHandle(&first);
-    EXPECT_EQ(grabber.GetRegisteredWindow(0), &second);
-    EXPECT_EQ(grabber.GetRegisteredWindow(1), nullptr);
 }
 
 } // namespace

@@ -1,7 +1,9 @@
+// grabber_test.cpp - initialisation, driver texts and camera list of a grabber
 #include "tests/host/test_grabber.h"
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <string>
 
 namespace {
@@ -41,7 +43,7 @@ TEST_F(ThreeCameras, AreFoundByTheirIds) {
     EXPECT_EQ(grabber.GetCameraIndexByCameraUniqueID(44), -1);
     EXPECT_EQ(grabber.GetCameraIndexByQZRCameraID(7), 2);
     EXPECT_EQ(grabber.GetCameraIndexByQZRCameraID(8), -1);
-    // The first two have no number, which is no number to look for.
+    // The first two have the number 0, which stands for none.
     EXPECT_EQ(grabber.GetCameraIndexByQZRCameraID(0), -1);
 }
 
@@ -53,7 +55,7 @@ TEST_F(ThreeCameras, BecomeActiveByIndex) {
     EXPECT_EQ(grabber.GetActCamera(), nullptr);
 }
 
-TEST_F(ThreeCameras, LeaveTheActiveOneAloneForABadIndex) {
+TEST_F(ThreeCameras, KeepTheActiveOneForABadIndex) {
     grabber.StoreActCameraIndex(1);
     EXPECT_EQ(grabber.SetActCameraIndex(3), MV_NO_CAMERA);
     EXPECT_EQ(grabber.SetActCameraIndex(-2), MV_NO_CAMERA);
@@ -87,7 +89,7 @@ TEST_F(ThreeCameras, StayActiveWhenClosingFails) {
     EXPECT_EQ(grabber.GetActCameraIndex(), 0);
 }
 
-TEST_F(ThreeCameras, GoWithTheList) {
+TEST_F(ThreeCameras, AreDeletedWithTheList) {
     grabber.StoreActCameraIndex(1);
     EXPECT_EQ(grabber.DeleteInternalList(), MV_OK);
     EXPECT_EQ(grabber.GetNumCameras(), 0u);
@@ -124,7 +126,7 @@ TEST(Grabber, InitialisesOnceAndAgainAfterDeInit) {
     grabber.DoPostProcess(0, 0);
     EXPECT_EQ(grabber.DeInit(), MV_OK);
     EXPECT_EQ(grabber.GetNumCameras(), 0u);
-    uint64_t index = 0;
+    std::uint64_t index = 0;
     EXPECT_EQ(grabber.GetLastFilledBuffer(&index), MV_NO_FILLED_BUFFER);
     EXPECT_EQ(grabber.Init(), MV_OK);
 }
@@ -147,42 +149,6 @@ TEST(Grabber, KnowsItsModule) {
     int instance = 0;
     TestGrabber grabber(&instance);
     EXPECT_EQ(grabber.GetModuleInstance(), &instance);
-}
-
-TEST(ErrorText, ExplainsEveryCode) {
-    const MV_ERRCODE codes[] = {MV_OK,
-                                MV_ALREADY_INITIALISED,
-                                MV_NOT_INITIALISED,
-                                MV_BUSY,
-                                MV_REFUSED,
-                                MV_NO_VIDEO_MODE,
-                                MV_NO_CAMERA,
-                                MV_CAMERA_NOT_OPEN,
-                                MV_BUFFERS_NOT_PREPARED,
-                                MV_BAD_VALUE,
-                                MV_CHANNEL_ALREADY_OPEN,
-                                MV_NO_CHANNEL,
-                                MV_CHANNEL_OPEN_FAILED,
-                                MV_READ_FAILED,
-                                MV_WRITE_FAILED,
-                                MV_PURGE_FAILED,
-                                MV_CONFIG_NOT_SAVED,
-                                MV_CONFIG_NOT_LOADED,
-                                MV_NO_FILLED_BUFFER,
-                                MV_ACQUISITION_FAILED,
-                                MV_NOT_AVAILABLE,
-                                MV_NOT_SERVED};
-    const std::string unknown = MivoraErrorText(5);
-    EXPECT_EQ(unknown, MivoraErrorText(-1));
-    std::vector<std::string> texts;
-    for (const MV_ERRCODE code : codes) {
-        const std::string text = MivoraErrorText(code);
-        EXPECT_NE(text, unknown) << code;
-        for (const std::string& other : texts) {
-            EXPECT_NE(text, other);
-        }
-        texts.push_back(text);
-    }
 }
 
 } // namespace

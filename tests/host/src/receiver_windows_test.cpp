@@ -1,21 +1,23 @@
+// receiver_windows_test.cpp - windows and threads that receive messages
 #include "tests/host/test_grabber.h"
 
 #include <gtest/gtest.h>
 
 #include <windows.h>
 
+#include <cstdint>
 #include <tuple>
 #include <vector>
 
 namespace {
 
-constexpr uint32_t kPostProcess = WM_APP + 1;
-constexpr uint32_t kCamCfgChange = WM_APP + 2;
-constexpr uint32_t kCamCntrl = WM_APP + 3;
+constexpr std::uint32_t kPostProcess = WM_APP + 1;
+constexpr std::uint32_t kCamCfgChange = WM_APP + 2;
+constexpr std::uint32_t kCamCntrl = WM_APP + 3;
 
-using Message = std::tuple<HWND, uint32_t, uint64_t, int64_t>;
+using Message = std::tuple<HWND, std::uint32_t, std::uint64_t, std::int64_t>;
 
-/// A window that only takes messages, and this thread's queue.
+/// A message-only window and the message queue of this thread.
 class MessageReceivers : public testing::Test {
 protected:
     MessageReceivers()
@@ -27,7 +29,7 @@ protected:
     }
     ~MessageReceivers() override { DestroyWindow(window); }
 
-    /// The application's messages that wait for this thread and its windows.
+    /// Removes and returns the pending application messages of this thread and its windows.
     static std::vector<Message> TakeMessages() {
         std::vector<Message> messages;
         MSG message;
@@ -47,7 +49,7 @@ protected:
     const HWND window;
 };
 
-TEST_F(MessageReceivers, GetTheIndexTheMarkAndTheCode) {
+TEST_F(MessageReceivers, GetTheIndexTheCallbackMarkAndTheCode) {
     EXPECT_EQ(grabber.InstPostProcessMsgWnd(window, kPostProcess), MV_OK);
     EXPECT_EQ(grabber.InstCamCfgChangeMsgWnd(window, kCamCfgChange), MV_OK);
     EXPECT_EQ(grabber.InstCamCntrlMsgWnd(window, kCamCntrl), MV_OK);
@@ -58,7 +60,7 @@ TEST_F(MessageReceivers, GetTheIndexTheMarkAndTheCode) {
 }
 
 TEST_F(MessageReceivers, CanBeThreads) {
-    const uint32_t thread = GetCurrentThreadId();
+    const std::uint32_t thread = GetCurrentThreadId();
     EXPECT_EQ(grabber.InstPostProcessThreadID(thread, kPostProcess), MV_OK);
     EXPECT_EQ(grabber.InstCamCfgChangeThreadID(thread, kCamCfgChange), MV_OK);
     EXPECT_EQ(grabber.InstCamCntrlThreadID(thread, kCamCntrl), MV_OK);
@@ -68,18 +70,19 @@ TEST_F(MessageReceivers, CanBeThreads) {
                                                     {nullptr, kCamCntrl, 0x1001, 0}}));
 }
 
-TEST_F(MessageReceivers, AreAllToldAtOnce) {
+TEST_F(MessageReceivers, AreAllNotified) {
     int called = 0;
     grabber.InstPostProcessMsgWnd(window, kPostProcess);
     grabber.InstPostProcessThreadID(GetCurrentThreadId(), kPostProcess + 50);
     grabber.InstPostProcessCallBack(
-        [](uint64_t, uint32_t, void* context) { ++*static_cast<int*>(context); }, &called);
+        [](std::uint64_t, std::uint32_t, void* context) { ++*static_cast<int*>(context); },
+        &called);
     grabber.DoPostProcess(0, 0);
     EXPECT_EQ(called, 1);
     EXPECT_EQ(TakeMessages().size(), 2u);
 }
 
-TEST_F(MessageReceivers, AreRemovedByNothing) {
+TEST_F(MessageReceivers, AreRemovedByNullWindowsAndMessages) {
     grabber.InstPostProcessMsgWnd(window, kPostProcess);
     grabber.InstPostProcessThreadID(GetCurrentThreadId(), kPostProcess);
     EXPECT_EQ(grabber.InstPostProcessMsgWnd(nullptr, kPostProcess), MV_OK);
@@ -90,7 +93,7 @@ TEST_F(MessageReceivers, AreRemovedByNothing) {
     EXPECT_TRUE(TakeMessages().empty());
 }
 
-TEST_F(MessageReceivers, AreLeftAloneWhileTheirFeatureIsOff) {
+TEST_F(MessageReceivers, AreNotNotifiedWhileTheirFeatureIsOff) {
     grabber.InstPostProcessMsgWnd(window, kPostProcess);
     grabber.InstCamCfgChangeMsgWnd(window, kCamCfgChange);
     grabber.InstCamCntrlMsgWnd(window, kCamCntrl);
@@ -99,15 +102,6 @@ TEST_F(MessageReceivers, AreLeftAloneWhileTheirFeatureIsOff) {
     grabber.SetFeature(EMV_FEATURE_CAM_CNTRL_EVENT, 0);
     SignalAll();
     EXPECT_TRUE(TakeMessages().empty());
-}
-
-TEST(SerialDialog, TellsWhenItCannotBeShown) {
-    CCmdChannel* const channel = CreateCmdSerialInstance();
-    MV_DLG_EXITCODE exit = MV_DLG_OK;
-    const auto noWindow = reinterpret_cast<MV_WINDOW>(uintptr_t{0x12345678});
-    EXPECT_EQ(channel->ConfigDialog(noWindow, &exit), MV_REFUSED);
-    EXPECT_EQ(exit, MV_DLG_CANCEL);
-    DeleteCmdSerialInstance(channel);
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+// module_loader_test.cpp - loading and refusing grabber modules
 #include "mivora/module_loader.h"
 
 #include "mivora/module_entry.h"
@@ -16,8 +17,8 @@ std::string ModulePath(const char* name) {
                               std::string(name) + ".module");
 }
 
-/// What the loader says about a module after the words that all refusals share.
-std::string Refusal(const char* name) {
+/// The reason in the error text for a refused module, without the words common to all refusals.
+std::string RefusalReason(const char* name) {
     CModuleLoader loader;
     const std::string path = ModulePath(name);
     EXPECT_FALSE(loader.Load(path.c_str()));
@@ -32,7 +33,7 @@ std::string Refusal(const char* name) {
     return text.size() > common.size() ? text.substr(common.size()) : "";
 }
 
-TEST(ModuleLoader, LoadsAModuleAndMakesGrabbers) {
+TEST(ModuleLoader, LoadsAModuleAndCreatesGrabbers) {
     CModuleLoader loader;
     EXPECT_FALSE(loader.IsLoaded());
     EXPECT_STREQ(loader.GetErrorText(), "");
@@ -53,10 +54,10 @@ TEST(ModuleLoader, LoadsAModuleAndMakesGrabbers) {
     loader.DeleteGrabber(first);
     loader.DeleteGrabber(nullptr);
     EXPECT_EQ(second->Init(), MV_OK);
-    // The second one goes with the loader.
+    // The loader deletes the second one.
 }
 
-TEST(ModuleLoader, UnloadsWithWhatIsLeftOfItsGrabbers) {
+TEST(ModuleLoader, DeletesRemainingGrabbersOnUnload) {
     CModuleLoader loader;
     ASSERT_TRUE(loader.Load(ModulePath("good").c_str()));
     ASSERT_NE(loader.CreateGrabber(), nullptr);
@@ -77,7 +78,7 @@ TEST(ModuleLoader, NamesAMissingFile) {
     EXPECT_STREQ(loader.GetErrorText(), "Cannot use the grabber module \"\": no file was named");
 }
 
-TEST(ModuleLoader, RefusesWhatIsNoLibrary) {
+TEST(ModuleLoader, RefusesAFileThatIsNotALibrary) {
     const support::TemporaryDirectory directory;
     const std::string path = directory.Write("text.module", "this is no library\n");
     CModuleLoader loader;
@@ -87,37 +88,38 @@ TEST(ModuleLoader, RefusesWhatIsNoLibrary) {
     EXPECT_GT(std::string(loader.GetErrorText()).size(), common.size());
 }
 
-TEST(ModuleLoader, RefusesAModuleThatDoesNotSayItsInterface) {
-    EXPECT_EQ(Refusal("silent"), "it does not export MivoraModuleInterface");
+TEST(ModuleLoader, RefusesAModuleWithoutAnInterfaceRecord) {
+    EXPECT_EQ(RefusalReason("silent"), "it does not export MivoraModuleInterface");
 }
 
-TEST(ModuleLoader, NamesEverythingThatIsMissing) {
-    EXPECT_EQ(Refusal("without_entries"),
+TEST(ModuleLoader, NamesAllMissingEntries) {
+    EXPECT_EQ(RefusalReason("without_entries"),
               "it does not export CreateGrabberInstance, DeleteGrabberInstance");
-    EXPECT_EQ(Refusal("without_anything"), "it does not export MivoraModuleInterface, "
-                                           "CreateGrabberInstance, DeleteGrabberInstance");
+    EXPECT_EQ(RefusalReason("without_anything"), "it does not export MivoraModuleInterface, "
+                                                 "CreateGrabberInstance, DeleteGrabberInstance");
 }
 
 TEST(ModuleLoader, RefusesAnotherSizeOfTheRecord) {
-    EXPECT_EQ(Refusal("other_size"), "its interface record has 8 bytes, not 16");
+    EXPECT_EQ(RefusalReason("other_size"), "its interface record has 8 bytes, not 16");
 }
 
 TEST(ModuleLoader, RefusesAnotherVersionAndNamesBoth) {
-    EXPECT_EQ(Refusal("other_version"), "it was built for version 7 of the grabber interface, "
-                                        "this host has version 1");
+    EXPECT_EQ(RefusalReason("other_version"),
+              "it was built for version 7 of the grabber interface, "
+              "this host has version 1");
 }
 
 TEST(ModuleLoader, RefusesAnotherCompilerFamilyAndNamesBoth) {
-    EXPECT_EQ(Refusal("other_family"),
+    EXPECT_EQ(RefusalReason("other_family"),
               std::string("it was built with the Some other C++ ABI, this host with the ") +
                   kMvCompilerFamily);
-    EXPECT_EQ(Refusal("other_both"),
+    EXPECT_EQ(RefusalReason("other_both"),
               std::string("it was built for version 7 of the grabber interface, this host has "
                           "version 1; it was built with the unknown C++ ABI, this host with the ") +
                   kMvCompilerFamily);
 }
 
-TEST(ModuleLoader, TellsWhenAModuleMakesNoGrabber) {
+TEST(ModuleLoader, ReportsThatAModuleCreatedNoGrabber) {
     CModuleLoader loader;
     const std::string path = ModulePath("makes_nothing");
     ASSERT_TRUE(loader.Load(path.c_str())) << loader.GetErrorText();

@@ -1,3 +1,4 @@
+// log_format_test.cpp - conversions of the log formatter
 #include "mivora/log_sink.h"
 
 #include <gtest/gtest.h>
@@ -5,7 +6,6 @@
 #include <cfloat>
 #include <climits>
 #include <clocale>
-
 #include <cmath>
 #include <cstdarg>
 #include <cstdint>
@@ -19,21 +19,21 @@ std::string Format(const char* format, ...) {
     std::va_list arguments;
     va_start(arguments, format);
     char buffer[4096];
-    const size_t length = MivoraFormatLogText(buffer, sizeof buffer, format, arguments);
+    const std::size_t length = MivoraFormatLogText(buffer, sizeof buffer, format, arguments);
     va_end(arguments);
     EXPECT_EQ(length, std::string(buffer).size());
     return buffer;
 }
 
-size_t FormatInto(char* buffer, size_t capacity, const char* format, ...) {
+std::size_t FormatTo(char* buffer, std::size_t capacity, const char* format, ...) {
     std::va_list arguments;
     va_start(arguments, format);
-    const size_t length = MivoraFormatLogText(buffer, capacity, format, arguments);
+    const std::size_t length = MivoraFormatLogText(buffer, capacity, format, arguments);
     va_end(arguments);
     return length;
 }
 
-TEST(LogFormat, WritesPlainTextAsItStands) {
+TEST(LogFormat, WritesPlainTextUnchanged) {
     EXPECT_EQ(Format(""), "");
     EXPECT_EQ(Format("CMivoraKVNPyxenClass::Init"), "CMivoraKVNPyxenClass::Init");
     EXPECT_EQ(Format(nullptr), "(null)");
@@ -44,13 +44,13 @@ TEST(LogFormat, WritesADoubledPercentSignOnce) {
     EXPECT_EQ(Format("100%% of %d%%", 5), "100% of 5%");
 }
 
-TEST(LogFormat, LeavesThePercentSignBeforeABlankAndItsArgumentsAlone) {
+TEST(LogFormat, LeavesAPercentSignBeforeASpaceUnchanged) {
     EXPECT_EQ(Format("CheckSync: Feature % cannot be written"),
               "CheckSync: Feature % cannot be written");
     EXPECT_EQ(Format("% d %d", 7), "% d 7");
 }
 
-TEST(LogFormat, LeavesUnknownConversionsAndTheirArgumentsAlone) {
+TEST(LogFormat, LeavesUnknownConversionsUnchanged) {
     EXPECT_EQ(Format("%y %d", 1), "%y 1");
     EXPECT_EQ(Format("%n %d", 2), "%n 2");
     EXPECT_EQ(Format("%*y %d", 3), "%*y 3");
@@ -62,7 +62,7 @@ TEST(LogFormat, LeavesUnknownConversionsAndTheirArgumentsAlone) {
     EXPECT_EQ(Format("%5% %d", 9), "%5% 9");
 }
 
-TEST(LogFormat, LeavesAnUnfinishedConversionAlone) {
+TEST(LogFormat, LeavesAnIncompleteConversionUnchanged) {
     EXPECT_EQ(Format("%"), "%");
     EXPECT_EQ(Format("100%"), "100%");
     EXPECT_EQ(Format("%-08.3l"), "%-08.3l");
@@ -78,7 +78,7 @@ TEST(LogFormat, ConvertsSignedNumbersOfEveryLength) {
     EXPECT_EQ(Format("%lld", LLONG_MIN), "-9223372036854775808");
     EXPECT_EQ(Format("%I64d %I64i", LLONG_MAX, -5LL), "9223372036854775807 -5");
     EXPECT_EQ(Format("%I32d", -3), "-3");
-    EXPECT_EQ(Format("%zd", static_cast<ptrdiff_t>(-7)), "-7");
+    EXPECT_EQ(Format("%zd", static_cast<std::ptrdiff_t>(-7)), "-7");
 }
 
 TEST(LogFormat, ConvertsUnsignedNumbersOfEveryLength) {
@@ -86,7 +86,7 @@ TEST(LogFormat, ConvertsUnsignedNumbersOfEveryLength) {
     EXPECT_EQ(Format("%hhu %hu", 511u, 65537u), "255 1");
     EXPECT_EQ(Format("%lu", ULONG_MAX), std::to_string(ULONG_MAX));
     EXPECT_EQ(Format("%I64u %llu", ULLONG_MAX, 1ULL), "18446744073709551615 1");
-    EXPECT_EQ(Format("%I32u %zu", 9u, static_cast<size_t>(10)), "9 10");
+    EXPECT_EQ(Format("%I32u %zu", 9u, static_cast<std::size_t>(10)), "9 10");
 }
 
 TEST(LogFormat, ConvertsHexadecimalNumbers) {
@@ -97,7 +97,7 @@ TEST(LogFormat, ConvertsHexadecimalNumbers) {
     EXPECT_EQ(Format("%#010x|%#.4x", 0x12u, 0x12u), "0x00000012|0x0012");
 }
 
-TEST(LogFormat, KeepsFlagsWidthAndPrecision) {
+TEST(LogFormat, AppliesFlagsWidthAndPrecision) {
     EXPECT_EQ(Format("[%5d][%-5d][%05d][%+d][%+d]", 42, 42, 42, 42, -42),
               "[   42][42   ][00042][+42][-42]");
     EXPECT_EQ(Format("[%05d][%-05d][%+05d]", -42, -42, 42), "[-0042][-42  ][+0042]");
@@ -143,12 +143,13 @@ TEST(LogFormat, ConvertsCharacters) {
     EXPECT_EQ(Format("%c%c[%3c][%-3c]", 'a', 0xE9, 'b', 'c'), "a\xE9[  b][c  ]");
     EXPECT_EQ(Format("%lc", L'\u00FC'), "\xC3\xBC");
     char buffer[8];
-    EXPECT_EQ(FormatInto(buffer, sizeof buffer, "%c", 0), 1u);
+    EXPECT_EQ(FormatTo(buffer, sizeof buffer, "%c", 0), 1u);
     EXPECT_EQ(buffer[0], '\0');
 }
 
 TEST(LogFormat, ConvertsPointersToSixteenDigits) {
-    EXPECT_EQ(Format("0x%p", reinterpret_cast<void*>(uintptr_t{0xABCDEF})), "0x0000000000ABCDEF");
+    EXPECT_EQ(Format("0x%p", reinterpret_cast<void*>(std::uintptr_t{0xABCDEF})),
+              "0x0000000000ABCDEF");
     EXPECT_EQ(Format("%p", static_cast<void*>(nullptr)), "0000000000000000");
     EXPECT_EQ(Format("[%18p][%-18p]", static_cast<void*>(nullptr), static_cast<void*>(nullptr)),
               "[  0000000000000000][0000000000000000  ]");
@@ -174,7 +175,7 @@ TEST(LogFormat, ConvertsScientificAndGeneralNumbers) {
     EXPECT_EQ(Format("%.2g", 9.99), "10");
 }
 
-TEST(LogFormat, ConvertsWhatIsNoNumber) {
+TEST(LogFormat, ConvertsInfinityAndNaN) {
     const double infinity = std::numeric_limits<double>::infinity();
     EXPECT_EQ(Format("[%f][%5g][%-5e][%05f]", infinity, -infinity, infinity, infinity),
               "[inf][ -inf][inf  ][  inf]");
@@ -195,7 +196,7 @@ TEST(LogFormat, ConvertsTheLargestNumbersAndManyDecimals) {
     EXPECT_EQ(Format("%.2000g", 0.5), "0.5");
 }
 
-TEST(LogFormat, AgreesWithTheLanguageOnFloatingPoint) {
+TEST(LogFormat, AgreesWithPrintfOnFloatingPoint) {
     const double values[] = {0.0,     1.0,    -1.0,    0.1,      1.0 / 3, 2.5,      1e15,
                              1.5e-10, 123456, 9999995, 99999.25, 1e100,   4.9e-324, 6.02214e23};
     const char* const formats[] = {"%f",    "%.0f",  "%.3f",  "%12.4f",  "%-12.1f", "%+f",
@@ -218,7 +219,7 @@ TEST(LogFormat, AgreesWithTheLanguageOnFloatingPoint) {
     }
 }
 
-TEST(LogFormat, WritesTheDecimalPointWhateverTheLocale) {
+TEST(LogFormat, WritesADecimalPointInEveryLocale) {
     const std::string former = std::setlocale(LC_NUMERIC, nullptr);
     for (const char* const name : {"de_DE.UTF-8", "de_DE", "German"}) {
         if (std::setlocale(LC_NUMERIC, name)) {
@@ -229,30 +230,30 @@ TEST(LogFormat, WritesTheDecimalPointWhateverTheLocale) {
     std::setlocale(LC_NUMERIC, former.c_str());
 }
 
-TEST(LogFormat, CutsAndCountsLikeTheLanguage) {
+TEST(LogFormat, TruncatesAndCountsLikePrintf) {
     char buffer[8];
-    EXPECT_EQ(FormatInto(buffer, sizeof buffer, "%s", "1234567"), 7u);
+    EXPECT_EQ(FormatTo(buffer, sizeof buffer, "%s", "1234567"), 7u);
     EXPECT_STREQ(buffer, "1234567");
-    EXPECT_EQ(FormatInto(buffer, sizeof buffer, "%s", "123456789"), 9u);
+    EXPECT_EQ(FormatTo(buffer, sizeof buffer, "%s", "123456789"), 9u);
     EXPECT_STREQ(buffer, "1234567");
-    EXPECT_EQ(FormatInto(buffer, 1, "%d", 12), 2u);
+    EXPECT_EQ(FormatTo(buffer, 1, "%d", 12), 2u);
     EXPECT_STREQ(buffer, "");
-    EXPECT_EQ(FormatInto(nullptr, 0, "%d-%d", 12, 34), 5u);
+    EXPECT_EQ(FormatTo(nullptr, 0, "%d-%d", 12, 34), 5u);
     buffer[0] = 'x';
-    EXPECT_EQ(FormatInto(buffer, 0, "%d", 12), 2u);
+    EXPECT_EQ(FormatTo(buffer, 0, "%d", 12), 2u);
     EXPECT_EQ(buffer[0], 'x');
 }
 
 TEST(LogFormat, CountsEnormousWidthsWithoutWritingThem) {
     char buffer[4];
-    EXPECT_EQ(FormatInto(buffer, sizeof buffer, "%2147483647d", 1), 2147483647u);
+    EXPECT_EQ(FormatTo(buffer, sizeof buffer, "%2147483647d", 1), 2147483647u);
     EXPECT_STREQ(buffer, "   ");
-    EXPECT_EQ(FormatInto(buffer, sizeof buffer, "%99999999999d", 1), 2147483647u);
-    EXPECT_EQ(FormatInto(buffer, sizeof buffer, "%*d", INT_MIN, 1), 2147483647u);
+    EXPECT_EQ(FormatTo(buffer, sizeof buffer, "%99999999999d", 1), 2147483647u);
+    EXPECT_EQ(FormatTo(buffer, sizeof buffer, "%*d", INT_MIN, 1), 2147483647u);
     EXPECT_STREQ(buffer, "1  ");
 }
 
-TEST(LogFormat, LeavesTheCallersArgumentsWhereTheyWere) {
+TEST(LogFormat, LeavesTheCallersArgumentsUnchanged) {
     const auto twice = [](const char* format, ...) {
         std::va_list arguments;
         va_start(arguments, format);

@@ -1,8 +1,10 @@
+// cmd_serial_test.cpp - the serial channel without an open port
 #include "mivora/cmd_channel.h"
 #include "tests/support/temporary_directory.h"
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <string>
 
 namespace {
@@ -25,15 +27,15 @@ protected:
     CCmdChannel* const channel = CreateCmdSerialInstance();
 };
 
-TEST_F(SerialChannel, KnowsWhatItIs) {
+TEST_F(SerialChannel, ReportsItsTypeAndDefaults) {
     EXPECT_STREQ(channel->GetChannelTypeName(), "Serial Port");
-    EXPECT_EQ(channel->GetChannelKind(), static_cast<uint32_t>(MVCMD_SERIAL));
+    EXPECT_EQ(channel->GetChannelKind(), static_cast<std::uint32_t>(MVCMD_SERIAL));
     EXPECT_FALSE(channel->IsOpen());
     EXPECT_STREQ(channel->GetConfigText(), "9600 Baud, Parity = No, Bytesize = 8, Stopbits = 1");
     DeleteCmdSerialInstance(nullptr);
 }
 
-TEST_F(SerialChannel, KeepsItsConfiguration) {
+TEST_F(SerialChannel, SavesAndLoadsItsConfiguration) {
     EXPECT_EQ(channel->GetConfig(&ini, "s"), MV_OK);
     EXPECT_STREQ(channel->GetConfigText(), "9600 Baud, Parity = No, Bytesize = 8, Stopbits = 1");
     Configure("PORTNAME", "COM3");
@@ -68,7 +70,7 @@ TEST_F(SerialChannel, ReadsEverySetting) {
     }
 }
 
-TEST_F(SerialChannel, ReadsWhatItDoesNotKnowAsItsDefault) {
+TEST_F(SerialChannel, ReadsUnknownSettingsAsTheirDefaults) {
     Configure("BAUD", "57600");
     Configure("BAUD", "fast");
     Configure("PARITY", "Mark");
@@ -82,9 +84,9 @@ TEST_F(SerialChannel, NeedsASectionForItsConfiguration) {
     EXPECT_EQ(channel->GetConfig(&ini, nullptr), MV_CONFIG_NOT_LOADED);
 }
 
-TEST_F(SerialChannel, RefusesEverythingWhileItIsClosed) {
-    uint8_t byte = 'x';
-    uint64_t count = 9;
+TEST_F(SerialChannel, FailsWhileItIsClosed) {
+    std::uint8_t byte = 'x';
+    std::uint64_t count = 9;
     EXPECT_EQ(channel->ReadByte(&byte, &count), MV_READ_FAILED);
     EXPECT_EQ(count, 0u);
     count = 9;

@@ -1,30 +1,30 @@
+// grabber_parameters_test.cpp - parameters, bits, features and timer of a grabber
 #include "tests/host/test_grabber.h"
-#include "tests/support/recording_sink.h"
 
 #include <gtest/gtest.h>
 
-#include <string>
+#include <cstdint>
 #include <vector>
 
 namespace {
 
-constexpr uint64_t kUntouched = 0xDEADBEEF;
-constexpr uint64_t kAll64 = ~uint64_t{0};
-constexpr uint64_t kMinusSix = static_cast<uint64_t>(int64_t{-6});
+constexpr std::uint64_t kUntouched = 0xDEADBEEF;
+constexpr std::uint64_t kAll64 = ~std::uint64_t{0};
+constexpr std::uint64_t kMinusSix = static_cast<std::uint64_t>(std::int64_t{-6});
 
 class Parameters : public testing::Test {
 protected:
-    void ExpectValue(uint32_t id, MV_ERRCODE code, uint64_t first, uint64_t second) {
-        uint64_t value1 = kUntouched;
-        uint64_t value2 = kUntouched;
+    void ExpectValue(std::uint32_t id, MV_ERRCODE code, std::uint64_t first, std::uint64_t second) {
+        std::uint64_t value1 = kUntouched;
+        std::uint64_t value2 = kUntouched;
         EXPECT_EQ(grabber.GetGrabberParam(id, &value1, &value2), code) << id;
         EXPECT_EQ(value1, first) << id;
         EXPECT_EQ(value2, second) << id;
         EXPECT_EQ(grabber.GetGrabberParam(id, nullptr, nullptr), code) << id;
     }
 
-    void ExpectLimits(uint32_t id, MV_ERRCODE code, std::vector<uint64_t> expected) {
-        std::vector<uint64_t> limits(4, kUntouched);
+    void ExpectLimits(std::uint32_t id, MV_ERRCODE code, std::vector<std::uint64_t> expected) {
+        std::vector<std::uint64_t> limits(4, kUntouched);
         EXPECT_EQ(grabber.GetGrabberParamLimits(id, &limits[0], &limits[1], &limits[2], &limits[3]),
                   code)
             << id;
@@ -35,17 +35,17 @@ protected:
     TestGrabber grabber;
 };
 
-constexpr uint32_t kNotServedByTheBase[] = {0,   2,   127, 129, 255, 259,  260,
-                                            262, 263, 264, 265, 267, 4096, 0xFFFFFFFFu};
+constexpr std::uint32_t kNotServedByTheBase[] = {0,   2,   127, 129, 255, 259,  260,
+                                                 262, 263, 264, 265, 267, 4096, 0xFFFFFFFFu};
 
-TEST_F(Parameters, AreServedByTheirIds) {
+TEST_F(Parameters, AreReadByTheirIds) {
     ExpectValue(MVGF_FRAME_BUFFER_COUNT, MV_OK, 1, 0);
     ExpectValue(MVGF_ACQUISITION_CAPABILITIES, MV_OK, 7, 0);
     ExpectValue(MVGF_TIMER_MODE, MV_OK, 0, 0);
     ExpectValue(MVGF_TIMER_VALUES, MV_OK, 0, 0);
     ExpectValue(MVGF_TIMER_ENABLED, MV_OK, 0, 0);
     ExpectValue(MVGF_TIME_BASE, MV_OK, kMinusSix, 0);
-    for (const uint32_t id : kNotServedByTheBase) {
+    for (const std::uint32_t id : kNotServedByTheBase) {
         ExpectValue(id, MV_NOT_SERVED, 0, 0);
     }
 }
@@ -57,12 +57,12 @@ TEST_F(Parameters, HaveLimits) {
     ExpectLimits(MVGF_TIMER_VALUES, MV_OK, {0, 0xFFFFFFFFu, 0, 0xFFFFFFFFu});
     ExpectLimits(MVGF_TIMER_ENABLED, MV_OK, {0, 1, 0, 0});
     ExpectLimits(MVGF_TIME_BASE, MV_OK, {kMinusSix, 0, 0, 0});
-    for (const uint32_t id : kNotServedByTheBase) {
+    for (const std::uint32_t id : kNotServedByTheBase) {
         ExpectLimits(id, MV_NOT_SERVED, {0, 0, 0, 0});
     }
 }
 
-TEST_F(Parameters, KeepWhatIsSet) {
+TEST_F(Parameters, StoreTheirValues) {
     EXPECT_EQ(grabber.SetGrabberParam(MVGF_FRAME_BUFFER_COUNT, 16, 0), MV_OK);
     ExpectValue(MVGF_FRAME_BUFFER_COUNT, MV_OK, 16, 0);
     EXPECT_EQ(grabber.GetRequestedBufferCount(), 16u);
@@ -88,7 +88,7 @@ TEST_F(Parameters, RefuseValuesOutsideTheirLimits) {
     EXPECT_EQ(grabber.SetGrabberParam(MVGF_TIME_BASE, kMinusSix - 1, 0), MV_BAD_VALUE);
     EXPECT_EQ(grabber.SetGrabberParam(MVGF_TIME_BASE, 0, 1), MV_BAD_VALUE);
     EXPECT_EQ(grabber.SetGrabberParam(MVGF_ACQUISITION_CAPABILITIES, 1, 0), MV_NOT_SERVED);
-    for (const uint32_t id : kNotServedByTheBase) {
+    for (const std::uint32_t id : kNotServedByTheBase) {
         EXPECT_EQ(grabber.SetGrabberParam(id, 1, 0), MV_NOT_SERVED) << id;
     }
     ExpectValue(MVGF_FRAME_BUFFER_COUNT, MV_OK, 1, 0);
@@ -96,12 +96,13 @@ TEST_F(Parameters, RefuseValuesOutsideTheirLimits) {
     ExpectValue(MVGF_TIME_BASE, MV_OK, kMinusSix, 0);
 }
 
-TEST_F(Parameters, KeepTheirTimeWhenTheTimeBaseChanges) {
+TEST_F(Parameters, AreConvertedWhenTheTimeBaseChanges) {
     EXPECT_EQ(grabber.SetGrabberParam(MVGF_TIMER_VALUES, 20001, 4000000000u), MV_OK);
     grabber.SetSavedExposure(5999);
     grabber.SetSavedInterval(7);
-    EXPECT_EQ(grabber.SetGrabberParam(MVGF_TIME_BASE, static_cast<uint64_t>(int64_t{-3}), 0),
-              MV_OK);
+    EXPECT_EQ(
+        grabber.SetGrabberParam(MVGF_TIME_BASE, static_cast<std::uint64_t>(std::int64_t{-3}), 0),
+        MV_OK);
     ExpectValue(MVGF_TIMER_VALUES, MV_OK, 20, 4000000);
     EXPECT_EQ(grabber.GetSavedExposure(), 5u);
     EXPECT_EQ(grabber.GetSavedInterval(), 0u);
@@ -109,7 +110,7 @@ TEST_F(Parameters, KeepTheirTimeWhenTheTimeBaseChanges) {
     EXPECT_EQ(grabber.GetSavedTimeBase(), -3);
     EXPECT_EQ(grabber.SetGrabberParam(MVGF_TIME_BASE, kMinusSix, 0), MV_OK);
     ExpectValue(MVGF_TIMER_VALUES, MV_OK, 20000, 4000000000u);
-    // What a smaller unit cannot hold stays at the largest value.
+    // Values too large for the smaller unit are limited to 32 bits.
     EXPECT_EQ(grabber.SetGrabberParam(MVGF_TIME_BASE, 0, 0), MV_OK);
     EXPECT_EQ(grabber.SetGrabberParam(MVGF_TIMER_VALUES, 1, 5000), MV_OK);
     EXPECT_EQ(grabber.SetGrabberParam(MVGF_TIME_BASE, kMinusSix, 0), MV_OK);
@@ -117,14 +118,14 @@ TEST_F(Parameters, KeepTheirTimeWhenTheTimeBaseChanges) {
 }
 
 struct Masks {
-    std::vector<uint32_t> seen;
+    std::vector<std::uint32_t> seen;
 };
 
 class Timer : public Parameters {
 protected:
     Timer() {
         grabber.InstDialogUpdateCallBack(
-            [](uint32_t mask, void* context) {
+            [](std::uint32_t mask, void* context) {
                 static_cast<Masks*>(context)->seen.push_back(mask);
             },
             &masks);
@@ -133,24 +134,24 @@ protected:
     Masks masks;
 };
 
-TEST_F(Timer, TellsTheDialogsWhenItStartsAndStops) {
+TEST_F(Timer, NotifiesTheDialogsWhenItStartsAndStops) {
     EXPECT_EQ(grabber.StartTimer(), MV_OK);
     EXPECT_EQ(grabber.GetTimerEnabled(), 1u);
     EXPECT_EQ(grabber.StopTimer(), MV_OK);
     EXPECT_EQ(grabber.GetTimerEnabled(), 0u);
-    EXPECT_EQ(masks.seen, std::vector<uint32_t>({kMvUpdateTimer, kMvUpdateTimer}));
+    EXPECT_EQ(masks.seen, std::vector<std::uint32_t>({kMvUpdateTimer, kMvUpdateTimer}));
 }
 
-TEST_F(Timer, StoresWhatChangeTimerTBIsGiven) {
+TEST_F(Timer, StoresTheArgumentsOfChangeTimerTB) {
     EXPECT_EQ(grabber.ChangeTimerTB(4000000000u, 3, 2), MV_OK);
     EXPECT_EQ(grabber.GetExposureValue(), 4000000000u);
     EXPECT_EQ(grabber.GetIntervalValue(), 3u);
     EXPECT_EQ(grabber.GetTimerEnabled(), 2u);
     ExpectValue(MVGF_TIMER_ENABLED, MV_OK, 1, 0);
-    EXPECT_EQ(masks.seen, std::vector<uint32_t>({kMvUpdateTimer}));
+    EXPECT_EQ(masks.seen, std::vector<std::uint32_t>({kMvUpdateTimer}));
 }
 
-TEST_F(Timer, CarriesSavedValuesToTheCurrentOnesAndBack) {
+TEST_F(Timer, CopiesSavedValuesToTheCurrentOnesAndBack) {
     grabber.SetSavedExposure(1);
     grabber.SetSavedInterval(2);
     grabber.SetSavedTimeBase(-3);
@@ -171,8 +172,8 @@ TEST_F(Timer, CarriesSavedValuesToTheCurrentOnesAndBack) {
 
 TEST(GrabberBits, AreThirtyTwo) {
     TestGrabber grabber;
-    uint32_t value = 9;
-    for (uint32_t bit = 0; bit < kMvGrabberBitCount; ++bit) {
+    std::uint32_t value = 9;
+    for (std::uint32_t bit = 0; bit < kMvGrabberBitCount; ++bit) {
         EXPECT_EQ(grabber.GetGrabberBit(bit, &value), MV_OK);
         EXPECT_EQ(value, 0u);
         EXPECT_EQ(grabber.SetGrabberBit(bit, bit + 1), MV_OK);
@@ -189,12 +190,12 @@ TEST(GrabberBits, AreThirtyTwo) {
     EXPECT_EQ(grabber.GetGrabberBit(0, nullptr), MV_BAD_VALUE);
 }
 
-TEST(Features, AreOnAtFirstAndSwitchOneByOne) {
+TEST(Features, AreOnAtFirstAndSwitchIndividually) {
     TestGrabber grabber;
     EXPECT_EQ(grabber.GetFeatureMask(), 0xFu);
-    for (uint32_t number = 0; number < EMV_FEATURE_COUNT; ++number) {
+    for (std::uint32_t number = 0; number < EMV_FEATURE_COUNT; ++number) {
         const auto id = static_cast<EMV_FEATURE_ID>(number);
-        uint32_t on = 9;
+        std::uint32_t on = 9;
         EXPECT_EQ(grabber.GetFeatureStatus(id), EMV_STATUS_ON);
         EXPECT_EQ(grabber.SetFeature(id, 0), MV_OK);
         EXPECT_EQ(grabber.GetFeatureStatus(id), EMV_STATUS_OFF);
@@ -209,26 +210,12 @@ TEST(Features, AreOnAtFirstAndSwitchOneByOne) {
     EXPECT_EQ(grabber.GetFeatureMask(), 0xFu);
 }
 
-TEST(Features, UnknownOnesAreRefused) {
+TEST(Features, RefuseUnknownIds) {
     TestGrabber grabber;
-    uint32_t on = 0;
+    std::uint32_t on = 0;
     EXPECT_EQ(grabber.GetFeatureStatus(EMV_FEATURE_COUNT), EMV_STATUS_UNKNOWN);
     EXPECT_EQ(grabber.SetFeature(EMV_FEATURE_COUNT, 1), MV_BAD_VALUE);
     EXPECT_EQ(grabber.GetFeature(EMV_FEATURE_COUNT, &on), MV_BAD_VALUE);
-}
-
-TEST(CamCntrlDialog, IsNoneOfTheBase) {
-    support::RecordingSink sink;
-    const InstalledSink installed(&sink);
-    TestGrabber grabber;
-    EXPECT_EQ(grabber.CamCntrlDialog(nullptr), MV_NO_CAMERA);
-    EXPECT_TRUE(sink.Take().empty());
-    grabber.MakeCameras({1});
-    grabber.StoreActCameraIndex(0);
-    grabber.GetActCamera()->SetCamCntrlDlgIndex(5);
-    EXPECT_EQ(grabber.CamCntrlDialog(nullptr), MV_NOT_AVAILABLE);
-    EXPECT_EQ(sink.Take(), std::vector<std::string>(
-                               {"0 Mivora: CamCntrlDialog: There is no camera control dialog 5"}));
 }
 
 } // namespace
