@@ -9,7 +9,7 @@ std::uint64_t SignExtended(std::int32_t value) {
     return static_cast<std::uint64_t>(static_cast<std::int64_t>(value));
 }
 
-void Store(std::uint64_t* target, std::uint64_t value) {
+void StoreValue(std::uint64_t* target, std::uint64_t value) {
     if (target) {
         *target = value;
     }
@@ -66,10 +66,10 @@ MV_ERRCODE CMivoraGrabber::GetGrabberParamLimits(std::uint32_t id, std::uint64_t
                                                  std::uint64_t* max2) {
     Limits limits{};
     const bool served = FindLimits(id, limits);
-    Store(min1, limits.min1);
-    Store(max1, limits.max1);
-    Store(min2, limits.min2);
-    Store(max2, limits.max2);
+    StoreValue(min1, limits.min1);
+    StoreValue(max1, limits.max1);
+    StoreValue(min2, limits.min2);
+    StoreValue(max2, limits.max2);
     return served ? MV_OK : MV_NOT_SERVED;
 }
 
@@ -102,8 +102,8 @@ MV_ERRCODE CMivoraGrabber::GetGrabberParam(std::uint32_t id, std::uint64_t* valu
         result = MV_NOT_SERVED;
         break;
     }
-    Store(value1, first);
-    Store(value2, second);
+    StoreValue(value1, first);
+    StoreValue(value2, second);
     return result;
 }
 
