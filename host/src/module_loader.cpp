@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr std::size_t kMaxPathLength = 32768;
+constexpr std::size_t kMaxModulePathLength = 32768;
 
 struct Entries {
     MV_CREATE_GRABBER create = nullptr;
@@ -87,7 +87,7 @@ bool CModuleLoader::Load(const char* path) {
         if (!path || *path == '\0') {
             return impl->Refuse("", "no file was named");
         }
-        std::string file = platform::FullPath(path, kMaxPathLength);
+        std::string file = platform::FullPath(path, kMaxModulePathLength);
         if (file.empty() || !platform::PathExists(file)) {
             return impl->Refuse(path, "there is no such file");
         }
