@@ -3,6 +3,8 @@
 
 #include <string>
 
+class CommandLine;
+
 struct AppOptions {
     std::string sdk;        ///< simulator, genicam or a directory; empty: as the environment says
     std::string module;     ///< file of the grabber module; empty: the one beside the program
@@ -11,6 +13,9 @@ struct AppOptions {
     std::string sdkScript;  ///< script for the SDK's control interface, or empty
     std::string camera;     ///< index, unique id or name; empty: as configured, else the first
 };
+
+/// Adds the options to a program's command line.
+void AddAppOptions(CommandLine& program, AppOptions& options);
 
 /// Sets PYXEN_HOME for this process.
 void ApplySdk(const std::string& sdk);

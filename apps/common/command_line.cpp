@@ -1,14 +1,16 @@
-// command_line.cpp - the command lines of both programs
+// command_line.cpp - describes and parses the command line of a program
+//
+// The only source that includes CLI11, which takes many seconds to compile.
 #include "apps/common/command_line.h"
 
-#include "apps/common/app_options.h"
 #include "apps/common/parse_number.h"
 #include "platform/console.h"
+
+#include <CLI/CLI.hpp>
 
 #include <cerrno>
 #include <cstdio>
 #include <exception>
-#include <string>
 #include <system_error>
 #include <utility>
 #include <vector>
@@ -18,14 +20,21 @@ namespace {
 constexpr int kFailed = 1;
 constexpr int kBadUsage = 2;
 
+using Texts = std::vector<std::string>;
+
+template <typename T>
+CommandOption Add(CLI::App& command, const char* names, T& variable, const char* description) {
+    return CommandOption(*command.add_option(names, variable, description));
+}
+
 int Fail(const CLI::App& app, const char* text) {
     std::fprintf(stderr, "%s: %s\n", app.get_name().c_str(), text);
     return kFailed;
 }
 
-// Where a word stands that is no command, that word is what was wrong, not the lack of a command.
-void TellWhatIsMissing(const CLI::App& app, const CLI::RequiredError& error) {
-    std::vector<std::string> words = app.remaining(true);
+// An unknown word in place of a command is reported as such, not as a missing command.
+void ReportMissing(const CLI::App& app, const CLI::RequiredError& error) {
+    Texts words = app.remaining(true);
     if (words.empty()) {
         app.exit(error);
     } else {
@@ -33,23 +42,7 @@ void TellWhatIsMissing(const CLI::App& app, const CLI::RequiredError& error) {
     }
 }
 
-int Run(CLI::App& app, int argumentCount, char** arguments) {
-    try {
-        app.parse(argumentCount, arguments);
-        return 0;
-    } catch (const CLI::RuntimeError& status) {
-        return status.get_exit_code();
-    } catch (const CLI::RequiredError& error) {
-        TellWhatIsMissing(app, error);
-        return kBadUsage;
-    } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? 0 : kBadUsage;
-    } catch (const std::exception& error) {
-        return Fail(app, error.what());
-    }
-}
-
-// What was printed may wait here until the end, and a full disk refuses it only then.
+// Buffered output is written here at the latest; only then does a full disk show.
 bool IsOutputWritten(std::string& reason) {
     if (std::fflush(stdout) != 0) {
         reason = ": " + std::generic_category().message(errno);
@@ -60,35 +53,140 @@ bool IsOutputWritten(std::string& reason) {
 
 } // namespace
 
-void AddAppOptions(CLI::App& app, AppOptions& options) {
+CommandOption& CommandOption::Required() {
+    option.required();
+    return *this;
+}
+
+CommandOption& CommandOption::TypeName(const char* name) {
+    option.type_name(name);
+    return *this;
+}
+
+CommandOption& CommandOption::ShowDefault() {
+    option.capture_default_str();
+    return *this;
+}
+
+CommandOption& CommandOption::OneOf(std::initializer_list<const char*> values) {
+    option.check(CLI::IsMember(Texts(values.begin(), values.end())));
+    return *this;
+}
+
+CommandOption& CommandOption::OneOfIgnoringCase(std::initializer_list<const char*> values) {
+    option.transform(CLI::IsMember(Texts(values.begin(), values.end()), CLI::ignore_case));
+    return *this;
+}
+
+CommandOption& CommandOption::Within(int least, int most) {
+    option.check(CLI::Range(least, most));
+    return *this;
+}
+
+CommandOption& CommandOption::Within(std::uint32_t least, std::uint32_t most) {
+    option.check(CLI::Range(least, most));
+    return *this;
+}
+
+CommandOption& CommandOption::Check(std::string (*problem)(const std::string& value)) {
+    option.check(problem);
+    return *this;
+}
+
+CommandOption Command::AddOption(const char* names, std::string& variable,
+                                 const char* description) {
+    return Add(*command, names, variable, description);
+}
+
+CommandOption Command::AddOption(const char* names, std::optional<std::string>& variable,
+                                 const char* description) {
+    return Add(*command, names, variable, description);
+}
+
+CommandOption Command::AddOption(const char* names, std::uint32_t& variable,
+                                 const char* description) {
+    return Add(*command, names, variable, description);
+}
+
+CommandOption Command::AddOption(const char* names, std::uint64_t& variable,
+                                 const char* description) {
+    return Add(*command, names, variable, description);
+}
+
+void Command::AddFlag(const char* names, bool& variable, const char* description) {
+    command->add_flag(names, variable, description);
+}
+
+Command Command::AddCommand(const char* name, const char* description) {
+    return Command(*command->add_subcommand(name, description));
+}
+
+void Command::RequireCommand() {
+    command->require_subcommand(1);
+}
+
+void Command::SetFooter(const char* text) {
+    command->footer(text);
+}
+
+void Command::OnRun(std::function<void()> run) {
+    command->callback(std::move(run));
+}
+
+CommandLine::CommandLine(const char* description, const char* programName)
+    : CommandLine(std::make_unique<CLI::App>(description, programName)) {}
+
+CommandLine::CommandLine(std::unique_ptr<CLI::App> parser)
+    : Command(*parser), app(std::move(parser)) {
     // "/Camera/Width" is a path on every platform.
-    app.allow_windows_style_options(false);
-    app.require_subcommand(1);
-    app.fallthrough();
-    app.add_option("--sdk", options.sdk,
-                   "Camera SDK: simulator, genicam, or a directory that has the SDK's library in "
-                   "its subdirectory Bin. Default: PYXEN_HOME of the environment, else simulator")
-        ->type_name("simulator|genicam|DIR");
-    app.add_option("--sdk-script", options.sdkScript,
-                   "Run the lines of a file on the SDK's control interface before the grabber is "
-                   "initialised: faults on demand, when the SDK has them (docs/simulator.md)")
-        ->type_name("FILE");
-    app.add_option(
-           "--module", options.module,
-           "Grabber module that mivora loads. Default: the one beside it. pyxen-tool has the "
-           "module linked in and does not look at this")
-        ->type_name("FILE");
-    app.add_option("--config", options.configFile,
-                   "The host's configuration file. Its directory is also where the SDK's PxnC.xml "
-                   "and feature synchronisation files are looked for")
-        ->type_name("FILE.ini");
-    app.add_option("--log", options.log,
-                   "Write log lines as LEVEL TEXT to a file, or with - to standard error")
-        ->type_name("FILE|-");
-    app.add_option("--camera", options.camera,
-                   "Camera to use: its index, its unique id (decimal or 0x...) or its name. "
-                   "Default: the configured one, else the first. The shell does not look at it")
-        ->type_name("N|ID");
+    app->allow_windows_style_options(false);
+    // The program's options may be given before and after the command.
+    app->fallthrough();
+}
+
+CommandLine::~CommandLine() = default;
+
+int CommandLine::ParseAndRun(int argumentCount, char** arguments) {
+    try {
+        app->parse(argumentCount, arguments);
+        return 0;
+    } catch (const ExitStatus& status) {
+        return status.code;
+    } catch (const MissingArgument& argument) {
+        ReportMissing(*app, CLI::RequiredError(argument.what()));
+        return kBadUsage;
+    } catch (const CLI::RequiredError& error) {
+        ReportMissing(*app, error);
+        return kBadUsage;
+    } catch (const CLI::ParseError& error) {
+        return app->exit(error) == 0 ? 0 : kBadUsage;
+    } catch (const std::exception& error) {
+        return Fail(*app, error.what());
+    }
+}
+
+int CommandLine::Run(int argumentCount, char** arguments) {
+    platform::PrepareStandardStreams();
+    const int status = ParseAndRun(argumentCount, arguments);
+    std::string reason;
+    if (!IsOutputWritten(reason) && status == 0) {
+        return Fail(*app, ("cannot write to standard output" + reason).c_str());
+    }
+    return status;
+}
+
+CommandLine::ParseResult CommandLine::Parse(int argumentCount, char** arguments,
+                                            std::string& text) {
+    try {
+        app->parse(argumentCount, arguments);
+        return ParseResult::kReady;
+    } catch (const CLI::CallForHelp&) {
+        text = app->help();
+        return ParseResult::kHelpRequested;
+    } catch (const CLI::ParseError& error) {
+        text = error.what() + ("\n\n" + app->help());
+        return ParseResult::kBadUsage;
+    }
 }
 
 std::string CountProblem(const std::string& text) {
@@ -97,14 +195,4 @@ std::string CountProblem(const std::string& text) {
 
 std::string PositiveCountProblem(const std::string& text) {
     return ParseUnsigned(text).value_or(0) != 0 ? "" : "\"" + text + "\" is no number from 1 on";
-}
-
-int RunApp(CLI::App& app, int argumentCount, char** arguments) {
-    platform::PrepareStandardStreams();
-    const int status = Run(app, argumentCount, arguments);
-    std::string reason;
-    if (!IsOutputWritten(reason) && status == 0) {
-        return Fail(app, ("cannot write to standard output" + reason).c_str());
-    }
-    return status;
 }

@@ -1,22 +1,108 @@
-// command_line.h - the command lines of both programs
+// command_line.h - describes and parses the command line of a program
 #pragma once
 
-#include <CLI/CLI.hpp>
-
+#include <cstdint>
+#include <functional>
+#include <initializer_list>
+#include <memory>
+#include <optional>
+#include <stdexcept>
 #include <string>
 
-struct AppOptions;
+namespace CLI {
+class App;
+class Option;
+} // namespace CLI
 
-/// Gives a program the shared options; they may stand before and after the command.
-void AddAppOptions(CLI::App& app, AppOptions& options);
+/// An option or positional argument of a command. A handle: valid as long as the CommandLine.
+class CommandOption {
+public:
+    explicit CommandOption(CLI::Option& parserOption) : option(parserOption) {}
 
-/// What is wrong with a text as a count, empty when nothing is: for options that take one. By
-/// itself the library takes -1 for the largest number.
+    CommandOption& Required();
+    /// The placeholder for the value in the help text; by default the type of the variable.
+    CommandOption& TypeName(const char* name);
+    /// Shows the variable's current value as the default in the help text.
+    CommandOption& ShowDefault();
+    /// Accepts only these values.
+    CommandOption& OneOf(std::initializer_list<const char*> values);
+    /// The same regardless of case; stores the value as spelled here.
+    CommandOption& OneOfIgnoringCase(std::initializer_list<const char*> values);
+    /// Accepts only numbers within the limits, both included.
+    CommandOption& Within(int least, int most);
+    CommandOption& Within(std::uint32_t least, std::uint32_t most);
+    /// Accepts only values for which `problem` returns an empty text; the text is the error
+    /// message.
+    CommandOption& Check(std::string (*problem)(const std::string& value));
+
+private:
+    CLI::Option& option;
+};
+
+/// A command with its options; also the program itself. A handle: valid as long as the CommandLine.
+class Command {
+public:
+    explicit Command(CLI::App& parserCommand) : command(&parserCommand) {}
+
+    /// Adds an option ("--name", "-n,--name") or, for a name without dashes, the next positional
+    /// argument. The variable must outlive parsing; it keeps its value if the option is not given.
+    CommandOption AddOption(const char* names, std::string& variable, const char* description);
+    CommandOption AddOption(const char* names, std::optional<std::string>& variable,
+                            const char* description);
+    CommandOption AddOption(const char* names, std::uint32_t& variable, const char* description);
+    CommandOption AddOption(const char* names, std::uint64_t& variable, const char* description);
+    void AddFlag(const char* names, bool& variable, const char* description);
+
+    Command AddCommand(const char* name, const char* description);
+    /// Makes it bad usage to name none of the commands.
+    void RequireCommand();
+
+    /// Sets the text at the end of the help text.
+    void SetFooter(const char* text);
+    /// Sets what runs after parsing if the command was named.
+    void OnRun(std::function<void()> run);
+
+private:
+    CLI::App* command;
+};
+
+/// Thrown by a command that has already reported its failure: ends the program with this status.
+struct ExitStatus {
+    int code;
+};
+
+/// Thrown by a command that needs an optional argument which was not given: bad usage. The text is
+/// the argument's name.
+class MissingArgument : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// The command line of a program, with --help for it and for every command.
+class CommandLine : public Command {
+public:
+    CommandLine(const char* description, const char* programName);
+    ~CommandLine();
+    CommandLine(const CommandLine&) = delete;
+    CommandLine& operator=(const CommandLine&) = delete;
+
+    /// For console programs: parses, runs the command and returns the exit status: 0 success, 1 the
+    /// operation failed (reason on standard error) or the output could not be written, 2 bad usage.
+    int Run(int argumentCount, char** arguments);
+
+    enum class ParseResult { kReady, kHelpRequested, kBadUsage };
+    /// For programs that show their messages themselves: parses only. `text` receives the help
+    /// text, for bad usage preceded by the error message.
+    ParseResult Parse(int argumentCount, char** arguments, std::string& text);
+
+private:
+    explicit CommandLine(std::unique_ptr<CLI::App> parser);
+    int ParseAndRun(int argumentCount, char** arguments);
+
+    std::unique_ptr<CLI::App> app;
+};
+
+/// Check for options that take a count: the parser alone would accept -1 as the largest number.
 std::string CountProblem(const std::string& text);
 /// The same for a count that must not be 0.
 std::string PositiveCountProblem(const std::string& text);
-
-/// Parses the command line, runs the command and answers the program's exit status: 0 done, 1 an
-/// operation failed (told on standard error) or the output could not be written, 2 bad usage. A
-/// command that has told all itself ends with another status by throwing CLI::RuntimeError.
-int RunApp(CLI::App& app, int argumentCount, char** arguments);

@@ -8,6 +8,7 @@
 #include "platform/file_system.h"
 
 #include <array>
+#include <map>
 #include <vector>
 
 namespace {
@@ -74,13 +75,14 @@ std::optional<SdkCounts> SdkControl::Counts() {
     } catch (const CommandFailure&) {
         return std::nullopt; // this SDK has no such interface
     }
-    const Json status = Json::parse(answer, nullptr, false);
+    const std::map<std::string, std::uint64_t> status = JsonCounts(answer);
     SdkCounts counts;
     for (const auto& [name, count] : kCounts) {
-        if (!status.is_object() || !status.contains(name) || !status[name].is_number_unsigned()) {
+        const auto found = status.find(name);
+        if (found == status.end()) {
             return std::nullopt;
         }
-        counts.*count = status[name].get<std::uint64_t>();
+        counts.*count = found->second;
     }
     return counts;
 }

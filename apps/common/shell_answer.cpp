@@ -4,6 +4,18 @@
 #include "apps/common/hex_bytes.h"
 #include "apps/common/json_text.h"
 
+ShellAnswer ShellAnswer::Ok() {
+    return ShellAnswer("ok");
+}
+
+ShellAnswer ShellAnswer::Code(MV_ERRCODE code) {
+    return Number(code);
+}
+
+ShellAnswer ShellAnswer::Number(std::int64_t number) {
+    return ShellAnswer(std::to_string(number));
+}
+
 ShellAnswer ShellAnswer::Text(const char* text) {
     return ShellAnswer(JsonText(text));
 }

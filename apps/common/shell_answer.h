@@ -12,9 +12,9 @@
 /// decimal, texts as JSON strings, bytes as upper-case hexadecimal.
 class ShellAnswer {
 public:
-    static ShellAnswer Ok() { return ShellAnswer("ok"); }
-    static ShellAnswer Code(MV_ERRCODE code) { return Number(code); }
-    static ShellAnswer Number(std::int64_t number) { return ShellAnswer(std::to_string(number)); }
+    static ShellAnswer Ok();
+    static ShellAnswer Code(MV_ERRCODE code);
+    static ShellAnswer Number(std::int64_t number);
     static ShellAnswer Text(const char* text);
     /// "null" for a null pointer, else the word.
     static ShellAnswer Pointer(const void* pointer, const char* word = "set");

@@ -36,13 +36,13 @@ void AddHelp(ShellOperations& operations, std::FILE* output) {
 
 } // namespace
 
-void AddShellCommand(CLI::App& app, const AppOptions& options,
+void AddShellCommand(CommandLine& program, const AppOptions& options,
                      const std::function<IGrabberMaker&()>& maker,
                      const std::function<void(ShellOperations&, const ShellContext&)>& addOwn) {
-    CLI::App* const command =
-        app.add_subcommand("shell", "The grabber's operations, one a line from standard input");
-    command->footer(kFooter);
-    command->callback([&options, maker, addOwn] {
+    Command command =
+        program.AddCommand("shell", "The grabber's operations, one a line from standard input");
+    command.SetFooter(kFooter);
+    command.OnRun([&options, maker, addOwn] {
         Session session(options, maker());
         const ShellContext context{session.Grabber(), session.Events(), session.Log(),
                                    session.Sdk()};
@@ -60,7 +60,7 @@ void AddShellCommand(CLI::App& app, const AppOptions& options,
         const int status =
             Shell(operations).Run([&input](std::string& line) { return input.Next(line); }, stdout);
         if (status != 0) {
-            throw CLI::RuntimeError(status);
+            throw ExitStatus{status};
         }
     });
 }

@@ -3,10 +3,7 @@
 
 #include <functional>
 
-namespace CLI {
-class App;
-}
-
+class CommandLine;
 class IGrabberMaker;
 class ShellOperations;
 struct AppOptions;
@@ -15,5 +12,5 @@ struct ShellContext;
 /// Adds the command "shell" to a program. `maker` gives its grabber; `addOwn`, when given, adds the
 /// program's own operations to those that every grabber has.
 void AddShellCommand(
-    CLI::App& app, const AppOptions& options, const std::function<IGrabberMaker&()>& maker,
+    CommandLine& program, const AppOptions& options, const std::function<IGrabberMaker&()>& maker,
     const std::function<void(ShellOperations&, const ShellContext&)>& addOwn = nullptr);

@@ -1,19 +1,15 @@
 // shell_operation.h - an operation of the shell and how its arguments are read
 #pragma once
 
-#include "apps/common/hex_bytes.h"
-#include "apps/common/parse_number.h"
 #include "apps/common/shell_answer.h"
 #include "apps/common/shell_line.h"
 
 #include <cstdint>
 #include <functional>
-#include <limits>
 #include <map>
 #include <optional>
 #include <stdexcept>
 #include <string>
-#include <tuple>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -35,46 +31,25 @@ struct RestOfLine {
     std::string text;
 };
 
-/// Reads one argument as the type that an operation asks for.
+/// Reads one argument as the type that an operation asks for; throws ShellRefusal.
 template <typename T>
-T ReadArgument(const std::string& text) {
-    if constexpr (std::is_same_v<T, std::string>) {
-        return text;
-    } else if constexpr (std::is_same_v<T, bool>) {
-        if (text != "0" && text != "1") {
-            throw ShellRefusal("\"" + text + "\" is neither 0 nor 1");
-        }
-        return text == "1";
-    } else if constexpr (std::is_same_v<T, std::vector<std::uint8_t>>) {
-        auto bytes = ParseHex(text);
-        if (!bytes) {
-            throw ShellRefusal("\"" + text + "\" is no sequence of hexadecimal bytes");
-        }
-        return *std::move(bytes);
-    } else if constexpr (std::is_same_v<T, ParameterValue>) {
-        if (const auto number = ParseUnsigned(text)) {
-            return {*number};
-        }
-        const auto number = ParseSigned(text);
-        if (!number) {
-            throw ShellRefusal("\"" + text + "\" is no number");
-        }
-        return {static_cast<std::uint64_t>(*number)};
-    } else if constexpr (std::is_signed_v<T>) {
-        const auto number = ParseSigned(text);
-        if (!number || *number < std::numeric_limits<T>::min() ||
-            *number > std::numeric_limits<T>::max()) {
-            throw ShellRefusal("\"" + text + "\" is no number in range");
-        }
-        return static_cast<T>(*number);
-    } else {
-        const auto number = ParseUnsigned(text);
-        if (!number || *number > std::numeric_limits<T>::max()) {
-            throw ShellRefusal("\"" + text + "\" is no number in range");
-        }
-        return static_cast<T>(*number);
-    }
-}
+T ReadArgument(const std::string& text);
+template <>
+bool ReadArgument(const std::string& text);
+template <>
+std::int32_t ReadArgument(const std::string& text);
+template <>
+std::int64_t ReadArgument(const std::string& text);
+template <>
+std::uint32_t ReadArgument(const std::string& text);
+template <>
+std::uint64_t ReadArgument(const std::string& text);
+template <>
+std::string ReadArgument(const std::string& text);
+template <>
+std::vector<std::uint8_t> ReadArgument(const std::string& text);
+template <>
+ParameterValue ReadArgument(const std::string& text);
 
 template <typename T>
 struct IsOptional : std::false_type {};
@@ -93,7 +68,7 @@ public:
     /// could be read and nothing is left over. `usage` names them for messages and help.
     template <typename Callable>
     void Add(const char* name, const char* usage, Callable run) {
-        Bind(name, usage, std::function(std::move(run)));
+        Bind(name, usage, std::move(run), &Callable::operator());
     }
 
     struct Entry {
@@ -103,34 +78,36 @@ public:
     const std::map<std::string, Entry>& All() const { return entries; }
 
 private:
-    template <typename... Parameters>
-    void Bind(const char* name, const char* usage, std::function<ShellAnswer(Parameters...)> run) {
-        entries[name] = {usage, [run = std::move(run), usage](const ShellLine& line) {
-                             return Call<std::remove_cvref_t<Parameters>...>(
-                                 run, line, usage, std::index_sequence_for<Parameters...>());
-                         }};
+    // Calls with the values of a braced list, which are evaluated from left to right: the first bad
+    // argument is the one reported.
+    struct Invocation {
+        template <typename Callable, typename... Values>
+        explicit Invocation(const Callable& run, Values&&... values)
+            : answer(run(std::forward<Values>(values)...)) {}
+
+        ShellAnswer answer;
+    };
+
+    template <typename Callable, typename... Parameters>
+    void Bind(const char* name, const char* usage, Callable run,
+              ShellAnswer (Callable::*)(Parameters...) const) {
+        Insert(name, usage, [run = std::move(run), usage](const ShellLine& line) {
+            return Call<std::remove_cvref_t<Parameters>...>(
+                run, line, usage, std::index_sequence_for<Parameters...>());
+        });
     }
 
-    template <typename... Parameters, typename Run, std::size_t... Index>
-    static ShellAnswer Call(const Run& run, const ShellLine& line, const char* usage,
+    template <typename... Parameters, typename Callable, std::size_t... Index>
+    static ShellAnswer Call(const Callable& run, const ShellLine& line, const char* usage,
                             std::index_sequence<Index...>) {
         if constexpr ((std::is_same_v<Parameters, RestOfLine> || ...)) {
             return run(RestOfLine{line.Rest()});
         } else {
-            if (!line.Error().empty()) {
-                throw ShellRefusal(line.Error());
-            }
             constexpr std::size_t kMost = sizeof...(Parameters);
             constexpr std::size_t kLeast =
                 kMost - (std::size_t{0} + ... + (IsOptional<Parameters>::value ? 1u : 0u));
-            const std::vector<std::string>& given = line.Arguments();
-            if (given.size() < kLeast || given.size() > kMost) {
-                throw ShellRefusal(*usage ? std::string("expects ") + usage
-                                          : "expects no arguments");
-            }
-            // Braces read the arguments from left to right, so that the first bad one is named.
-            std::tuple<Parameters...> values{Read<Parameters>(given, Index)...};
-            return std::apply(run, std::move(values));
+            CheckArguments(line, usage, kLeast, kMost);
+            return Invocation{run, Read<Parameters>(line.Arguments(), Index)...}.answer;
         }
     }
 
@@ -145,6 +122,10 @@ private:
             return ReadArgument<T>(given[index]);
         }
     }
+
+    void Insert(const char* name, const char* usage, ShellOperation run);
+    static void CheckArguments(const ShellLine& line, const char* usage, std::size_t least,
+                               std::size_t most);
 
     std::map<std::string, Entry> entries;
 };

@@ -8,20 +8,21 @@
 #include <cstdint>
 #include <cstdio>
 #include <memory>
+#include <vector>
 
 namespace {
 
 void PrintJson(CMivoraGrabber& grabber) {
-    Json list = Json::array();
+    std::vector<JsonValue> list;
     const auto count = static_cast<std::int32_t>(grabber.GetNumCameras());
     for (std::int32_t i = 0; i < count; ++i) {
         CMivoraCamera* const camera = grabber.GetCamera(i);
-        list.push_back({{"index", i},
-                        {"uniqueId", camera->GetCameraUniqueID()},
-                        {"name", camera->GetCameraName()},
-                        {"active", i == grabber.GetActCameraIndex()}});
+        list.push_back(JsonObject({{"index", i},
+                                   {"uniqueId", camera->GetCameraUniqueID()},
+                                   {"name", camera->GetCameraName()},
+                                   {"active", i == grabber.GetActCameraIndex()}}));
     }
-    std::printf("%s\n", JsonDump(list).c_str());
+    std::printf("%s\n", JsonArray(list).Text().c_str());
 }
 
 void PrintTable(CMivoraGrabber& grabber) {
@@ -38,13 +39,13 @@ void PrintTable(CMivoraGrabber& grabber) {
 
 } // namespace
 
-void AddCamerasCommand(CLI::App& app, const AppOptions& options, const MakerSource& maker) {
-    CLI::App* const command =
-        app.add_subcommand("cameras", "List the cameras: active mark, index, unique id and name");
+void AddCamerasCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker) {
+    Command command =
+        program.AddCommand("cameras", "List the cameras: active mark, index, unique id and name");
     const auto json = std::make_shared<bool>(false);
-    command->add_flag("--json", *json, "Print JSON");
-    command->footer("Example:\n  mivora --sdk simulator cameras --json\n");
-    command->callback([&options, maker, json] {
+    command.AddFlag("--json", *json, "Print JSON");
+    command.SetFooter("Example:\n  mivora --sdk simulator cameras --json\n");
+    command.OnRun([&options, maker, json] {
         Session session(options, maker());
         session.InitWithCamera();
         *json ? PrintJson(session.Grabber()) : PrintTable(session.Grabber());

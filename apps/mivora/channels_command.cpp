@@ -32,11 +32,11 @@ void PrintConfigured(CMivoraGrabber& grabber) {
 
 } // namespace
 
-void AddChannelsCommand(CLI::App& app, const AppOptions& options, const MakerSource& maker) {
-    CLI::App* const command = app.add_subcommand(
+void AddChannelsCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker) {
+    Command command = program.AddCommand(
         "channels", "List the kinds of command channels, and those of the configuration");
-    command->footer("Example:\n  mivora --config host.ini channels\n");
-    command->callback([&options, maker] {
+    command.SetFooter("Example:\n  mivora --config host.ini channels\n");
+    command.OnRun([&options, maker] {
         Session session(options, maker());
         session.Init();
         PrintTypes(session.Grabber());

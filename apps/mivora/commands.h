@@ -3,10 +3,7 @@
 
 #include <functional>
 
-namespace CLI {
-class App;
-}
-
+class CommandLine;
 class IGrabberMaker;
 struct AppOptions;
 
@@ -14,11 +11,11 @@ struct AppOptions;
 using MakerSource = std::function<IGrabberMaker&()>;
 
 // Each adds one command with its help to the program.
-void AddCamerasCommand(CLI::App& app, const AppOptions& options, const MakerSource& maker);
-void AddInfoCommand(CLI::App& app, const AppOptions& options, const MakerSource& maker);
-void AddSnapCommand(CLI::App& app, const AppOptions& options, const MakerSource& maker);
-void AddGrabCommand(CLI::App& app, const AppOptions& options, const MakerSource& maker);
-void AddParamCommand(CLI::App& app, const AppOptions& options, const MakerSource& maker);
-void AddChannelsCommand(CLI::App& app, const AppOptions& options, const MakerSource& maker);
-void AddSerialCommand(CLI::App& app, const AppOptions& options, const MakerSource& maker);
-void AddWatchCommand(CLI::App& app, const AppOptions& options, const MakerSource& maker);
+void AddCamerasCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker);
+void AddInfoCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker);
+void AddSnapCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker);
+void AddGrabCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker);
+void AddParamCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker);
+void AddChannelsCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker);
+void AddSerialCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker);
+void AddWatchCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker);

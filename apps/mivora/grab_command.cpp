@@ -212,33 +212,33 @@ constexpr const char* kFooter =
 
 } // namespace
 
-void AddGrabCommand(CLI::App& app, const AppOptions& options, const MakerSource& maker) {
-    CLI::App* const command = app.add_subcommand("grab", "Grab frames one after another");
+void AddGrabCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker) {
+    Command command = program.AddCommand("grab", "Grab frames one after another");
     const auto grab = std::make_shared<GrabOptions>();
-    command->add_option("--frames", grab->frames, "Frames to grab; 0: until Ctrl-C")
-        ->required()
-        ->check(CountProblem)
-        ->type_name("N");
-    command->add_option("--buffers", grab->buffers, "Frame buffers (2 or more for whole images)")
-        ->check(PositiveCountProblem)
-        ->capture_default_str()
-        ->type_name("B");
-    command->add_option("-o,--output", grab->directory, "Write every frame into this directory")
-        ->type_name("DIR");
-    command->add_option("--format", grab->format, "File format of the frames")
-        ->check(CLI::IsMember({"png", "pnm", "raw"}))
-        ->capture_default_str();
+    command.AddOption("--frames", grab->frames, "Frames to grab; 0: until Ctrl-C")
+        .Required()
+        .Check(CountProblem)
+        .TypeName("N");
+    command.AddOption("--buffers", grab->buffers, "Frame buffers (2 or more for whole images)")
+        .Check(PositiveCountProblem)
+        .ShowDefault()
+        .TypeName("B");
+    command.AddOption("-o,--output", grab->directory, "Write every frame into this directory")
+        .TypeName("DIR");
+    command.AddOption("--format", grab->format, "File format of the frames")
+        .OneOf({"png", "pnm", "raw"})
+        .ShowDefault();
     command
-        ->add_option("--timeout", grab->timeoutMs,
-                     "Without a frame for so many milliseconds the camera counts as gone")
-        ->check(CountProblem)
-        ->capture_default_str()
-        ->type_name("MS");
-    command->add_flag("--reconnect", grab->reconnect,
-                      "When the camera is gone wait for it and go on");
-    command->add_flag("--json", grab->json, "Print JSON");
-    command->footer(kFooter);
-    command->callback([&options, maker, grab] {
+        .AddOption("--timeout", grab->timeoutMs,
+                   "Without a frame for so many milliseconds the camera counts as gone")
+        .Check(CountProblem)
+        .ShowDefault()
+        .TypeName("MS");
+    command.AddFlag("--reconnect", grab->reconnect,
+                    "When the camera is gone wait for it and go on");
+    command.AddFlag("--json", grab->json, "Print JSON");
+    command.SetFooter(kFooter);
+    command.OnRun([&options, maker, grab] {
         Session session(options, maker());
         Grab(session, *grab);
     });

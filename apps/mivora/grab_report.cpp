@@ -12,28 +12,31 @@ double Microseconds(std::uint64_t nanoseconds) {
     return static_cast<double>(nanoseconds) / 1e3;
 }
 
-::Json Percentiles(const Histogram& times) {
-    return {{"count", times.Count()},
-            {"min", Microseconds(times.Min())},
-            {"p50", Microseconds(times.Percentile(50))},
-            {"p90", Microseconds(times.Percentile(90))},
-            {"p99", Microseconds(times.Percentile(99))},
-            {"max", Microseconds(times.Max())}};
+JsonValue Percentiles(const Histogram& times) {
+    return JsonObject({{"count", times.Count()},
+                       {"min", Microseconds(times.Min())},
+                       {"p50", Microseconds(times.Percentile(50))},
+                       {"p90", Microseconds(times.Percentile(90))},
+                       {"p99", Microseconds(times.Percentile(99))},
+                       {"max", Microseconds(times.Max())}});
 }
 
 /// Null for an SDK that does not tell.
-::Json LatencyPercentiles(const Histogram& times) {
-    return times.Count() != 0 ? Percentiles(times) : ::Json(nullptr);
+JsonValue LatencyPercentiles(const Histogram& times) {
+    return times.Count() != 0 ? Percentiles(times) : nullptr;
 }
 
-::Json SdkAccount(const std::optional<SdkCounts>& counts) {
+JsonValue SdkAccount(const std::optional<SdkCounts>& counts) {
     if (!counts) {
         return nullptr;
     }
-    return {{"announced", counts->announced}, {"revoked", counts->revoked},
-            {"queued", counts->queued},       {"completed", counts->completed},
-            {"flushed", counts->flushed},     {"callbacks", counts->callbacks},
-            {"dropped", counts->dropped}};
+    return JsonObject({{"announced", counts->announced},
+                       {"revoked", counts->revoked},
+                       {"queued", counts->queued},
+                       {"completed", counts->completed},
+                       {"flushed", counts->flushed},
+                       {"callbacks", counts->callbacks},
+                       {"dropped", counts->dropped}});
 }
 
 template <typename... Values>
@@ -61,29 +64,29 @@ double GrabReport::MegabytesPerSecond() const {
 }
 
 std::string GrabReport::Json() const {
-    const ::Json report = {{"frames", account.taken},
-                           {"errors", account.inError},
-                           {"framesPerSecond", timing.Rate()},
-                           {"megabytesPerSecond", MegabytesPerSecond()},
-                           {"imageSize", imageSize},
-                           {"account",
-                            {{"completed", account.completed},
-                             {"delivered", account.delivered},
-                             {"taken", account.taken},
-                             {"lost", account.lost},
-                             {"flushed", account.flushed},
-                             {"damaged", account.damaged},
-                             {"incomplete", account.inError},
-                             {"written", written},
-                             {"sdk", SdkAccount(account.sdk)},
-                             {"closed", account.IsClosed()}}},
-                           {"latencyMicroseconds", LatencyPercentiles(timing.latency)},
-                           {"handOverMicroseconds", Percentiles(timing.handOver)},
-                           {"intervalMicroseconds", Percentiles(timing.interval)},
-                           {"reconnects", reconnects},
-                           {"interrupted", interrupted},
-                           {"cameraLost", cameraLost}};
-    return JsonDump(report);
+    const JsonValue report =
+        JsonObject({{"frames", account.taken},
+                    {"errors", account.inError},
+                    {"framesPerSecond", timing.Rate()},
+                    {"megabytesPerSecond", MegabytesPerSecond()},
+                    {"imageSize", imageSize},
+                    {"account", JsonObject({{"completed", account.completed},
+                                            {"delivered", account.delivered},
+                                            {"taken", account.taken},
+                                            {"lost", account.lost},
+                                            {"flushed", account.flushed},
+                                            {"damaged", account.damaged},
+                                            {"incomplete", account.inError},
+                                            {"written", written},
+                                            {"sdk", SdkAccount(account.sdk)},
+                                            {"closed", account.IsClosed()}})},
+                    {"latencyMicroseconds", LatencyPercentiles(timing.latency)},
+                    {"handOverMicroseconds", Percentiles(timing.handOver)},
+                    {"intervalMicroseconds", Percentiles(timing.interval)},
+                    {"reconnects", reconnects},
+                    {"interrupted", interrupted},
+                    {"cameraLost", cameraLost}});
+    return report.Text();
 }
 
 std::string GrabReport::Text() const {

@@ -14,26 +14,25 @@ namespace {
 void PrintJson(CMivoraGrabber& grabber, CMivoraGfxMode& mode) {
     CMivoraCamera& camera = *grabber.GetActCamera();
     const ImageLayout layout = DescribeImage(mode);
-    const Json info = {{"driverDescription", grabber.GetDriverDesc()},
-                       {"driverName", grabber.GetDriverName()},
-                       {"driverVersion", grabber.GetDriverVersion()},
-                       {"camera",
-                        {{"index", grabber.GetActCameraIndex()},
-                         {"uniqueId", camera.GetCameraUniqueID()},
-                         {"name", camera.GetCameraName()}}},
-                       {"mode",
-                        {{"width", layout.width},
-                         {"height", layout.height},
-                         {"components", layout.components},
-                         {"allocatedBits", layout.allocatedBits},
-                         {"bitStart", mode.GetBitStartComponent()},
-                         {"bits", layout.bits},
-                         {"colorCoding", static_cast<int>(layout.colorCoding)},
-                         {"cfaX", layout.cfaX},
-                         {"cfaY", layout.cfaY},
-                         {"numPixels", mode.GetNumPixels()},
-                         {"imageSize", mode.GetImageSize()}}}};
-    std::printf("%s\n", JsonDump(info).c_str());
+    const JsonValue info =
+        JsonObject({{"driverDescription", grabber.GetDriverDesc()},
+                    {"driverName", grabber.GetDriverName()},
+                    {"driverVersion", grabber.GetDriverVersion()},
+                    {"camera", JsonObject({{"index", grabber.GetActCameraIndex()},
+                                           {"uniqueId", camera.GetCameraUniqueID()},
+                                           {"name", camera.GetCameraName()}})},
+                    {"mode", JsonObject({{"width", layout.width},
+                                         {"height", layout.height},
+                                         {"components", layout.components},
+                                         {"allocatedBits", layout.allocatedBits},
+                                         {"bitStart", mode.GetBitStartComponent()},
+                                         {"bits", layout.bits},
+                                         {"colorCoding", static_cast<int>(layout.colorCoding)},
+                                         {"cfaX", layout.cfaX},
+                                         {"cfaY", layout.cfaY},
+                                         {"numPixels", mode.GetNumPixels()},
+                                         {"imageSize", mode.GetImageSize()}})}});
+    std::printf("%s\n", info.Text().c_str());
 }
 
 void PrintText(Session& session, CMivoraGfxMode& mode) {
@@ -57,13 +56,13 @@ void PrintText(Session& session, CMivoraGfxMode& mode) {
 
 } // namespace
 
-void AddInfoCommand(CLI::App& app, const AppOptions& options, const MakerSource& maker) {
-    CLI::App* const command =
-        app.add_subcommand("info", "Show the driver and how the camera's images look");
+void AddInfoCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker) {
+    Command command =
+        program.AddCommand("info", "Show the driver and how the camera's images look");
     const auto json = std::make_shared<bool>(false);
-    command->add_flag("--json", *json, "Print JSON");
-    command->footer("Example:\n  mivora --camera 1 info\n");
-    command->callback([&options, maker, json] {
+    command.AddFlag("--json", *json, "Print JSON");
+    command.SetFooter("Example:\n  mivora --camera 1 info\n");
+    command.OnRun([&options, maker, json] {
         Session session(options, maker());
         session.OpenCamera();
         CMivoraGfxMode& mode = session.CheckedMode();

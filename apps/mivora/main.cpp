@@ -6,24 +6,25 @@
 #include "apps/mivora/commands.h"
 
 int main(int argumentCount, char** arguments) {
-    CLI::App app("Grabs images and works with cameras through a grabber module", "mivora");
-    app.footer("Exit status: 0 done, 1 an operation failed, 2 bad usage.\n"
-               "mivora COMMAND --help tells more about a command.\n");
+    CommandLine program("Grabs images and works with cameras through a grabber module", "mivora");
+    program.SetFooter("Exit status: 0 done, 1 an operation failed, 2 bad usage.\n"
+                      "mivora COMMAND --help tells more about a command.\n");
     AppOptions options;
-    AddAppOptions(app, options);
+    AddAppOptions(program, options);
+    program.RequireCommand();
     ModuleMaker modules;
     const MakerSource maker = [&]() -> IGrabberMaker& {
         modules.SetPath(ModuleFile(options));
         return modules;
     };
-    AddCamerasCommand(app, options, maker);
-    AddInfoCommand(app, options, maker);
-    AddSnapCommand(app, options, maker);
-    AddGrabCommand(app, options, maker);
-    AddParamCommand(app, options, maker);
-    AddChannelsCommand(app, options, maker);
-    AddSerialCommand(app, options, maker);
-    AddWatchCommand(app, options, maker);
-    AddShellCommand(app, options, maker);
-    return RunApp(app, argumentCount, arguments);
+    AddCamerasCommand(program, options, maker);
+    AddInfoCommand(program, options, maker);
+    AddSnapCommand(program, options, maker);
+    AddGrabCommand(program, options, maker);
+    AddParamCommand(program, options, maker);
+    AddChannelsCommand(program, options, maker);
+    AddSerialCommand(program, options, maker);
+    AddWatchCommand(program, options, maker);
+    AddShellCommand(program, options, maker);
+    return program.Run(argumentCount, arguments);
 }

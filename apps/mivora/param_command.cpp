@@ -94,16 +94,16 @@ constexpr const char* kFooter =
 
 } // namespace
 
-void AddParamCommand(CLI::App& app, const AppOptions& options, const MakerSource& maker) {
-    CLI::App* const command = app.add_subcommand("param", "Read and set acquisition parameters");
-    command->require_subcommand(1);
-    command->footer(kFooter);
+void AddParamCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker) {
+    Command command = program.AddCommand("param", "Read and set acquisition parameters");
+    command.RequireCommand();
+    command.SetFooter(kFooter);
     const auto param = std::make_shared<ParamOptions>();
     const auto add = [&](const char* name, const char* text,
                          void (*run)(Session&, const ParamOptions&)) {
-        CLI::App* const action = command->add_subcommand(name, text);
-        action->add_option("ID", param->id, "Number of the parameter")->required();
-        action->callback([&options, maker, param, run] {
+        Command action = command.AddCommand(name, text);
+        action.AddOption("ID", param->id, "Number of the parameter").Required();
+        action.OnRun([&options, maker, param, run] {
             Session session(options, maker());
             session.OpenCamera();
             run(session, *param);
@@ -112,8 +112,8 @@ void AddParamCommand(CLI::App& app, const AppOptions& options, const MakerSource
     };
     add("get", "Print both values of a parameter", Get);
     add("limits", "Print the limits of a parameter", Limits);
-    CLI::App* const set = add("set", "Set a parameter and print what it is then", Set);
-    set->add_option("V1", param->value1, "First value")->required()->check(ValueProblem);
-    set->add_option("V2", param->value2, "Second value; without it 0, for 257 as it is")
-        ->check(ValueProblem);
+    Command set = add("set", "Set a parameter and print what it is then", Set);
+    set.AddOption("V1", param->value1, "First value").Required().Check(ValueProblem);
+    set.AddOption("V2", param->value2, "Second value; without it 0, for 257 as it is")
+        .Check(ValueProblem);
 }

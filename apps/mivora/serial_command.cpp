@@ -218,30 +218,28 @@ constexpr const char* kFooter =
 
 } // namespace
 
-void AddSerialCommand(CLI::App& app, const AppOptions& options, const MakerSource& maker) {
-    CLI::App* const command = app.add_subcommand("serial", "A terminal on a serial port");
+void AddSerialCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker) {
+    Command command = program.AddCommand("serial", "A terminal on a serial port");
     const auto serial = std::make_shared<SerialOptions>();
     ChannelSettings& settings = serial->settings;
-    command->add_option("PORT", settings.port, "Number or name of the port")->required();
-    command->add_option("--baud", settings.baud, "Bits per second")
-        ->check(CLI::IsMember({"300", "600", "1200", "2400", "4800", "9600", "19200", "38400",
-                               "57600", "115200", "230400"}));
-    command->add_option("--parity", settings.parity, "Parity")
-        ->transform(CLI::IsMember({"No", "Odd", "Even"}, CLI::ignore_case));
-    command->add_option("--bytesize", settings.byteSize, "Bits per byte")
-        ->check(CLI::IsMember({"5", "6", "7", "8"}));
-    command->add_option("--stopbits", settings.stopBits, "Stop bits")
-        ->check(CLI::IsMember({"1", "1.5", "2"}));
-    command->add_option("--eol", serial->lineEnd, "Line end sent for a line typed at a terminal")
-        ->check(CLI::IsMember({"lf", "cr", "crlf", "none"}))
-        ->capture_default_str();
-    command->add_option("--linger", serial->lingerMs, "Milliseconds of silence that end it")
-        ->check(CountProblem)
-        ->capture_default_str()
-        ->type_name("MS");
-    command->add_flag("--hex", serial->hex, "Hexadecimal bytes instead of text");
-    command->footer(kFooter);
-    command->callback([&options, maker, serial] {
+    command.AddOption("PORT", settings.port, "Number or name of the port").Required();
+    command.AddOption("--baud", settings.baud, "Bits per second")
+        .OneOf({"300", "600", "1200", "2400", "4800", "9600", "19200", "38400", "57600", "115200",
+                "230400"});
+    command.AddOption("--parity", settings.parity, "Parity")
+        .OneOfIgnoringCase({"No", "Odd", "Even"});
+    command.AddOption("--bytesize", settings.byteSize, "Bits per byte").OneOf({"5", "6", "7", "8"});
+    command.AddOption("--stopbits", settings.stopBits, "Stop bits").OneOf({"1", "1.5", "2"});
+    command.AddOption("--eol", serial->lineEnd, "Line end sent for a line typed at a terminal")
+        .OneOf({"lf", "cr", "crlf", "none"})
+        .ShowDefault();
+    command.AddOption("--linger", serial->lingerMs, "Milliseconds of silence that end it")
+        .Check(CountProblem)
+        .ShowDefault()
+        .TypeName("MS");
+    command.AddFlag("--hex", serial->hex, "Hexadecimal bytes instead of text");
+    command.SetFooter(kFooter);
+    command.OnRun([&options, maker, serial] {
         Session session(options, maker());
         Serial(session, *serial);
     });

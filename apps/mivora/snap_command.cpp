@@ -62,26 +62,24 @@ constexpr const char* kFooter =
 
 } // namespace
 
-void AddSnapCommand(CLI::App& app, const AppOptions& options, const MakerSource& maker) {
-    CLI::App* const command = app.add_subcommand("snap", "Take one frame and write it to a file");
+void AddSnapCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker) {
+    Command command = program.AddCommand("snap", "Take one frame and write it to a file");
     const auto snap = std::make_shared<SnapOptions>();
-    command->add_option("--mode", snap->mode, "Snap mode")
-        ->check(CLI::Range(2, 5))
-        ->capture_default_str();
+    command.AddOption("--mode", snap->mode, "Snap mode").Within(2, 5).ShowDefault();
     command
-        ->add_option("-o,--output", snap->file,
-                     "File to write; its ending says the format: .png .pgm .ppm .pnm .raw")
-        ->required()
-        ->check(ImageFileNameProblem)
-        ->type_name("FILE");
+        .AddOption("-o,--output", snap->file,
+                   "File to write; its ending says the format: .png .pgm .ppm .pnm .raw")
+        .Required()
+        .Check(ImageFileNameProblem)
+        .TypeName("FILE");
     command
-        ->add_option("--timeout", snap->timeoutMs,
-                     "Longest wait for the frame in mode 2, in milliseconds")
-        ->check(CountProblem)
-        ->capture_default_str()
-        ->type_name("MS");
-    command->footer(kFooter);
-    command->callback([&options, maker, snap] {
+        .AddOption("--timeout", snap->timeoutMs,
+                   "Longest wait for the frame in mode 2, in milliseconds")
+        .Check(CountProblem)
+        .ShowDefault()
+        .TypeName("MS");
+    command.SetFooter(kFooter);
+    command.OnRun([&options, maker, snap] {
         Session session(options, maker());
         Snap(session, *snap);
     });

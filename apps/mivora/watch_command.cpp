@@ -122,20 +122,20 @@ private:
 
 } // namespace
 
-void AddWatchCommand(CLI::App& app, const AppOptions& options, const MakerSource& maker) {
-    CLI::App* const command = app.add_subcommand(
+void AddWatchCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker) {
+    Command command = program.AddCommand(
         "watch", "Print configuration-change and camera-control events as they come");
-    const auto limitMs = std::make_shared<std::optional<std::uint64_t>>();
-    command->add_option("--for", *limitMs, "End after so many milliseconds instead of at Ctrl-C")
-        ->check(CountProblem)
-        ->type_name("MS");
-    command->footer("Every line begins with the seconds since the start. After a change of the\n"
-                    "configuration the camera is looked for and opened anew.\n\n"
-                    "Example:\n  mivora --camera 0 watch --for 60000\n");
-    command->callback([&options, maker, limitMs] {
+    const auto limitMs = std::make_shared<std::uint64_t>(std::numeric_limits<std::uint64_t>::max());
+    command.AddOption("--for", *limitMs, "End after so many milliseconds instead of at Ctrl-C")
+        .Check(CountProblem)
+        .TypeName("MS");
+    command.SetFooter("Every line begins with the seconds since the start. After a change of the\n"
+                      "configuration the camera is looked for and opened anew.\n\n"
+                      "Example:\n  mivora --camera 0 watch --for 60000\n");
+    command.OnRun([&options, maker, limitMs] {
         Session session(options, maker());
         platform::InstallInterruptHandler();
         session.InitWithCamera();
-        Watch(session, limitMs->value_or(std::numeric_limits<std::uint64_t>::max())).Run();
+        Watch(session, *limitMs).Run();
     });
 }

@@ -40,31 +40,31 @@ void Convert(const ConvertOptions& options) {
 
 } // namespace
 
-void AddConvertCommand(CLI::App& app) {
-    CLI::App* const command = app.add_subcommand(
+void AddConvertCommand(CommandLine& program) {
+    Command command = program.AddCommand(
         "convert", "Convert a raw dump in the camera's layout into the host's layout or an image");
     const auto options = std::make_shared<ConvertOptions>();
-    command->add_option("--format", options->format, "Pixel format of the dump")
-        ->required()
-        ->type_name("NAME");
-    command->add_option("--width", options->width, "Pixels in a line")
-        ->required()
-        ->check(CLI::Range(std::uint32_t{1}, kMostPixels))
-        ->type_name("W");
-    command->add_option("--height", options->height, "Lines")
-        ->required()
-        ->check(CLI::Range(std::uint32_t{1}, kMostPixels))
-        ->type_name("H");
-    command->add_option("IN", options->input, "The dump")->required();
-    command->add_option("OUT", options->output, "File to write: .raw .png .pgm .ppm or .pnm")
-        ->required()
-        ->check(ImageFileNameProblem);
-    command->footer(
+    command.AddOption("--format", options->format, "Pixel format of the dump")
+        .Required()
+        .TypeName("NAME");
+    command.AddOption("--width", options->width, "Pixels in a line")
+        .Required()
+        .Within(1u, kMostPixels)
+        .TypeName("W");
+    command.AddOption("--height", options->height, "Lines")
+        .Required()
+        .Within(1u, kMostPixels)
+        .TypeName("H");
+    command.AddOption("IN", options->input, "The dump").Required();
+    command.AddOption("OUT", options->output, "File to write: .raw .png .pgm .ppm or .pnm")
+        .Required()
+        .Check(ImageFileNameProblem);
+    command.SetFooter(
         "In the dump the lines of Mono10p, Mono12p and the Bayer formats like them are\n"
         "padded to whole bytes; all else is without padding. A dump of another length\n"
         "is refused.\n"
         "\n"
         "Example:\n"
         "  pyxen-tool convert --format Mono12p --width 640 --height 480 a.bin a.png\n");
-    command->callback([options] { Convert(*options); });
+    command.OnRun([options] { Convert(*options); });
 }

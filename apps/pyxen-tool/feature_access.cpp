@@ -8,8 +8,8 @@
 #include "platform/text.h"
 
 #include <algorithm>
-#include <cstdint>
-#include <vector>
+#include <limits>
+#include <utility>
 
 namespace {
 
@@ -23,7 +23,23 @@ std::string KnownModules(CMivoraKVNPyxenClass& grabber) {
     return names;
 }
 
+template <typename Type, typename Number>
+bool AreLimitsOf(const Number (&limits)[2]) {
+    return limits[0] == static_cast<Number>(std::numeric_limits<Type>::lowest()) &&
+           limits[1] == static_cast<Number>(std::numeric_limits<Type>::max());
+}
+
 } // namespace
+
+JsonValue ToJson(const FeatureValue& value) {
+    return std::visit(
+        Overloaded{[](const EnumEntry& entry) { return JsonValue(entry.name); },
+                   [](const std::vector<std::uint8_t>& bytes) { return JsonValue(HexText(bytes)); },
+                   [](const auto& plain) {
+                       return JsonValue(plain);
+                   }},
+        value);
+}
 
 FeatureCache* FeatureAccess::FindModule(CMivoraKVNPyxenClass& grabber, const std::string& name) {
     FeatureCache& system = grabber.SystemCache();
@@ -99,46 +115,58 @@ std::string FeatureAccess::Access() const {
     return text.empty() ? "-" : text;
 }
 
-Json FeatureAccess::Value() const {
+std::optional<FeatureValue> FeatureAccess::Value() const {
     PxnError error = PxnErrSuccess;
     return ReadValue(error);
 }
 
 std::string FeatureAccess::ValueText() const {
     PxnError error = PxnErrSuccess;
-    const Json value = ReadValue(error);
+    const std::optional<FeatureValue> value = ReadValue(error);
     if (error != PxnErrSuccess) {
         throw SdkFailure("reading " + Path(), error);
     }
-    if (value.is_null()) {
+    if (!value) {
         throw CommandFailure(Path() + " is of type " + TypeName() + " and has no value");
     }
-    return value.is_string() ? value.get<std::string>() : JsonDump(value);
+    return std::visit(
+        Overloaded{[](const EnumEntry& entry) { return entry.name; },
+                   [](const std::string& text) { return text; },
+                   [](const std::vector<std::uint8_t>& bytes) { return HexText(bytes); },
+                   [](auto number) {
+                       return JsonValue(number).Text();
+                   }},
+        *value);
 }
 
-Json FeatureAccess::ReadValue(PxnError& error) const {
+std::optional<FeatureValue> FeatureAccess::ReadValue(PxnError& error) const {
     PxnHandle const handle = cache.GetHandle();
+    FeatureValue result;
     switch (info.featureDataType) {
     case PxnFeatureDataInt: {
         std::int64_t value = 0;
         error = api.PxnFeatureIntGet(handle, info.name, &value);
-        return error ? Json() : Json(value);
+        result = value;
+        break;
     }
     case PxnFeatureDataFloat: {
         double value = 0;
         error = api.PxnFeatureFloatGet(handle, info.name, &value);
-        return error ? Json() : Json(value);
+        result = value;
+        break;
     }
     case PxnFeatureDataBool: {
         PxnBool value = 0;
         error = api.PxnFeatureBoolGet(handle, info.name, &value);
-        return error ? Json() : Json(value != 0);
+        result = value != 0;
+        break;
     }
     case PxnFeatureDataEnum:
     case PxnFeatureDataString: {
         std::string value;
         error = api.GetFeatureAsText(handle, info.name, value);
-        return error ? Json() : Json(value);
+        result = std::move(value);
+        break;
     }
     case PxnFeatureDataRaw: {
         std::uint32_t length = 0;
@@ -149,67 +177,74 @@ Json FeatureAccess::ReadValue(PxnError& error) const {
                                          length, &length);
             bytes.resize(std::min<std::size_t>(length, bytes.size()));
         }
-        return error ? Json() : Json(HexText(bytes));
+        result = std::move(bytes);
+        break;
     }
     default:
-        return {};
+        return std::nullopt;
     }
+    return error ? std::nullopt : std::optional(std::move(result));
 }
 
-Json FeatureAccess::Entries() const {
+std::vector<FeatureRange::Entry> FeatureAccess::Entries() const {
     PxnHandle const handle = cache.GetHandle();
-    Json list = Json::array();
+    std::vector<FeatureRange::Entry> entries;
     std::uint32_t found = 0;
     if (api.PxnFeatureEnumRangeQuery(handle, info.name, nullptr, 0, &found) != 0) {
-        return list;
+        return entries;
     }
     std::vector<const char*> names(found);
     if (api.PxnFeatureEnumRangeQuery(handle, info.name, names.data(), found, &found) != 0) {
-        return list;
+        return entries;
     }
     for (std::size_t i = 0; i < names.size() && i < found; ++i) {
         PxnBool available = 0;
         const bool known =
             api.PxnFeatureEnumIsAvailable(handle, info.name, names[i], &available) == 0;
-        list.push_back({{"name", names[i]}, {"available", known && available != 0}});
+        entries.push_back({names[i], known && available != 0});
     }
-    return list;
+    return entries;
 }
 
-void FeatureAccess::AddRange(Json& object) const {
+FeatureRange FeatureAccess::Range() const {
     PxnHandle const handle = cache.GetHandle();
+    FeatureRange range;
     switch (info.featureDataType) {
     case PxnFeatureDataInt: {
-        std::int64_t range[2] = {};
+        std::int64_t limits[2] = {};
         std::int64_t increment = 0;
-        if (api.PxnFeatureIntRangeQuery(handle, info.name, &range[0], &range[1]) == 0) {
-            object["min"] = range[0];
-            object["max"] = range[1];
+        if (api.PxnFeatureIntRangeQuery(handle, info.name, &limits[0], &limits[1]) == 0) {
+            range.least = limits[0];
+            range.most = limits[1];
+            range.isWholeType = AreLimitsOf<std::int64_t>(limits);
         }
         if (api.PxnFeatureIntIncrementQuery(handle, info.name, &increment) == 0) {
-            object["increment"] = increment;
+            range.increment = increment;
         }
         break;
     }
     case PxnFeatureDataFloat: {
-        double range[2] = {};
-        if (api.PxnFeatureFloatRangeQuery(handle, info.name, &range[0], &range[1]) == 0) {
-            object["min"] = range[0];
-            object["max"] = range[1];
+        double limits[2] = {};
+        if (api.PxnFeatureFloatRangeQuery(handle, info.name, &limits[0], &limits[1]) == 0) {
+            range.least = limits[0];
+            range.most = limits[1];
+            // A float feature may be computed from an integer.
+            range.isWholeType = AreLimitsOf<double>(limits) || AreLimitsOf<std::int64_t>(limits);
         }
         break;
     }
     case PxnFeatureDataString: {
         std::uint32_t length = 0;
         if (api.PxnFeatureStringMaxlengthQuery(handle, info.name, &length) == 0) {
-            object["maxLength"] = length;
+            range.maxLength = length;
         }
         break;
     }
     case PxnFeatureDataEnum:
-        object["entries"] = Entries();
+        range.entries = Entries();
         break;
     default:
         break;
     }
+    return range;
 }

@@ -4,12 +4,49 @@
 #include "apps/common/json_text.h"
 #include "pxnc.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
+#include <variant>
+#include <vector>
 
 class CMivoraKVNPyxenClass;
 class CPyxenAPIAccess;
 class FeatureCache;
+
+struct EnumEntry {
+    std::string name;
+};
+
+/// A value of one of the types that can be read and written.
+using FeatureValue =
+    std::variant<std::int64_t, double, EnumEntry, std::string, bool, std::vector<std::uint8_t>>;
+
+/// Combines lambdas into one visitor for FeatureValue.
+template <typename... Functions>
+struct Overloaded : Functions... {
+    using Functions::operator()...;
+};
+template <typename... Functions>
+Overloaded(Functions...) -> Overloaded<Functions...>;
+
+JsonValue ToJson(const FeatureValue& value);
+
+/// The limits of a feature's values. Empty are members that its type does not have or that cannot
+/// be read.
+struct FeatureRange {
+    struct Entry {
+        std::string name;
+        bool available;
+    };
+
+    std::optional<JsonValue> least;
+    std::optional<JsonValue> most;
+    std::optional<JsonValue> increment;
+    std::optional<JsonValue> maxLength; ///< bytes
+    std::optional<std::vector<Entry>> entries;
+    bool isWholeType = false; ///< least and most are only those of the type itself
+};
 
 /// A feature of an initialised grabber. Lives as long as the module's cache stays filled.
 class FeatureAccess {
@@ -32,16 +69,15 @@ public:
     const char* TypeName() const;
     /// "RW", "R", "W" or "-": what the SDK allows now.
     std::string Access() const;
-    /// Null where there is no value, or none can be read.
-    Json Value() const;
-    /// Adds "min", "max" and "increment", "maxLength", "length" or "entries" as the type has them.
-    void AddRange(Json& object) const;
+    /// Empty where there is no value, or none can be read.
+    std::optional<FeatureValue> Value() const;
+    FeatureRange Range() const;
     /// The value as `get` prints it. Throws CommandFailure.
     std::string ValueText() const;
 
 private:
-    Json ReadValue(PxnError& error) const;
-    Json Entries() const;
+    std::optional<FeatureValue> ReadValue(PxnError& error) const;
+    std::vector<FeatureRange::Entry> Entries() const;
 
     CPyxenAPIAccess& api;
     FeatureCache& cache;

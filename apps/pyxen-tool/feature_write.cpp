@@ -9,19 +9,15 @@
 #include "platform/sleep.h"
 #include "platform/text.h"
 
+#include <cstdint>
 #include <optional>
+#include <variant>
+#include <vector>
 
 namespace {
 
 constexpr int kCommandTries = 500;
 constexpr std::uint32_t kCommandRestMs = 10;
-
-template <typename... Functions>
-struct Overloaded : Functions... {
-    using Functions::operator()...;
-};
-template <typename... Functions>
-Overloaded(Functions...) -> Overloaded<Functions...>;
 
 std::optional<bool> ParseBool(const std::string& text) {
     for (const char* yes : {"true", "1", "on"}) {

@@ -4,20 +4,9 @@
 #include "apps/pyxen-tool/feature_access.h"
 #include "sync/sync_engine.h"
 
-#include <cstdint>
 #include <string>
-#include <variant>
-#include <vector>
 
 class CMivoraKVNPyxenClass;
-
-struct EnumEntry {
-    std::string name;
-};
-
-/// A value of one of the types that can be written.
-using FeatureValue =
-    std::variant<std::int64_t, double, EnumEntry, std::string, bool, std::vector<std::uint8_t>>;
 
 /// Reads the text as the feature's type wants it: numbers in decimal or 0x..., true or false (also
 /// 1 and 0, On and Off), raw bytes in hexadecimal. Throws CommandFailure.

@@ -10,9 +10,10 @@
 #include <cctype>
 #include <cstdint>
 #include <cstdio>
-#include <limits>
 #include <memory>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -40,95 +41,124 @@ std::vector<FeatureCache*> Modules(CMivoraKVNPyxenClass& grabber, const std::str
     return modules;
 }
 
-Json Describe(const FeatureAccess& feature) {
+JsonValue EntriesJson(const std::vector<FeatureRange::Entry>& entries) {
+    std::vector<JsonValue> list;
+    for (const auto& [name, available] : entries) {
+        list.push_back(JsonObject({{"name", name}, {"available", available}}));
+    }
+    return JsonArray(list);
+}
+
+JsonValue Describe(const FeatureAccess& feature) {
     const PxnFeatureInfo& info = feature.Info();
-    Json object = {{"path", feature.Path()},
-                   {"module", feature.Cache().GetModuleName()},
-                   {"name", info.name},
-                   {"type", feature.TypeName()},
-                   {"access", feature.Access()},
-                   {"value", feature.Value()},
-                   {"unit", info.unit ? info.unit : ""}};
-    feature.AddRange(object);
-    return object;
+    const std::string access = feature.Access();
+    const std::optional<FeatureValue> value = feature.Value();
+    std::vector<JsonMember> members = {{"path", feature.Path()},
+                                       {"module", feature.Cache().GetModuleName()},
+                                       {"name", info.name},
+                                       {"type", feature.TypeName()},
+                                       {"access", access},
+                                       {"value", value ? ToJson(*value) : nullptr},
+                                       {"unit", info.unit ? info.unit : ""}};
+    const FeatureRange range = feature.Range();
+    const std::pair<const char*, const std::optional<JsonValue>&> limits[] = {
+        {"min", range.least},
+        {"max", range.most},
+        {"increment", range.increment},
+        {"maxLength", range.maxLength},
+    };
+    for (const auto& [key, limit] : limits) {
+        if (limit) {
+            members.push_back({key, *limit});
+        }
+    }
+    if (range.entries) {
+        members.push_back({"entries", EntriesJson(*range.entries)});
+    }
+    return JsonObject(members);
 }
 
-/// Limits that the type itself has tell nobody anything.
-template <typename Number>
-bool IsWholeRange(const Json& object) {
-    return object["min"] == std::numeric_limits<Number>::lowest() &&
-           object["max"] == std::numeric_limits<Number>::max();
-}
-
-std::string RangeText(const Json& object) {
+std::string RangeText(const FeatureRange& range) {
     std::string text;
-    if (object.contains("min")) {
-        if (IsWholeRange<std::int64_t>(object) || IsWholeRange<double>(object)) {
+    if (range.least) {
+        if (range.isWholeType) {
             return text;
         }
-        text = JsonDump(object["min"]) + ".." + JsonDump(object["max"]);
-        if (object.contains("increment")) {
-            text += " step " + JsonDump(object["increment"]);
+        text = range.least->Text() + ".." + range.most->Text();
+        if (range.increment) {
+            text += " step " + range.increment->Text();
         }
-    } else if (object.contains("maxLength")) {
-        text = "at most " + JsonDump(object["maxLength"]) + " bytes";
-    } else if (object.contains("entries")) {
-        for (const Json& entry : object["entries"]) {
+    } else if (range.maxLength) {
+        text = "at most " + range.maxLength->Text() + " bytes";
+    } else if (range.entries) {
+        for (const auto& [name, available] : *range.entries) {
             text += text.empty() ? "" : "|";
-            text += entry["name"].get<std::string>();
-            text += entry["available"].get<bool>() ? "" : "(unavailable)";
+            text += name + (available ? "" : "(unavailable)");
         }
     }
     return text;
 }
 
-void PrintLine(const Json& object) {
-    const Json& value = object["value"];
-    std::string text = value.is_null() ? "-" : JsonDump(value);
-    const std::string unit = object["unit"].get<std::string>();
-    text += unit.empty() || value.is_null() ? "" : " " + unit;
-    const std::string range = RangeText(object);
-    std::printf("%-64s %-11s %-2s %s%s%s\n", object["path"].get<std::string>().c_str(),
-                object["type"].get<std::string>().c_str(),
-                object["access"].get<std::string>().c_str(), text.c_str(),
-                range.empty() ? "" : "  ", range.c_str());
+std::string Padded(std::string text, std::size_t width) {
+    text.resize(std::max(width, text.size()), ' ');
+    return text;
+}
+
+/// The feature as a line of the table.
+std::string Line(const FeatureAccess& feature) {
+    const std::string access = feature.Access();
+    const std::optional<FeatureValue> value = feature.Value();
+    const std::string range = RangeText(feature.Range());
+    std::string line = Padded(feature.Path(), 64) + " " + Padded(feature.TypeName(), 11) + " " +
+                       Padded(access, 2) + " " + (value ? ToJson(*value).Text() : "-");
+    const char* const unit = feature.Info().unit;
+    if (value && unit && *unit) {
+        line += std::string(" ") + unit;
+    }
+    return line + (range.empty() ? "" : "  ") + range + "\n";
 }
 
 void PrintFeatures(CMivoraKVNPyxenClass& grabber, const FeaturesOptions& options) {
-    Json list = Json::array();
+    std::vector<JsonValue> list;
+    std::string table;
     const std::string filter = Lower(options.filter);
     for (FeatureCache* const cache : Modules(grabber, options.module)) {
         for (std::uint32_t i = 0; i < cache->GetFeatureCount(); ++i) {
             const FeatureAccess feature(grabber.Api(), *cache, cache->GetFeatureList()[i]);
-            if (Lower(feature.Path()).find(filter) != std::string::npos) {
+            if (Lower(feature.Path()).find(filter) == std::string::npos) {
+                continue;
+            }
+            if (options.json) {
                 list.push_back(Describe(feature));
+            } else {
+                table += Line(feature);
             }
         }
     }
     if (options.json) {
-        std::printf("%s\n", JsonDump(list).c_str());
+        std::printf("%s\n", JsonArray(list).Text().c_str());
     } else {
-        std::for_each(list.begin(), list.end(), PrintLine);
+        std::printf("%s", table.c_str());
     }
 }
 
 } // namespace
 
-void AddFeaturesCommand(CLI::App& app, const AppOptions& options, LinkedMaker& maker) {
-    CLI::App* const command =
-        app.add_subcommand("features", "List every feature of the open camera's modules");
+void AddFeaturesCommand(CommandLine& program, const AppOptions& options, LinkedMaker& maker) {
+    Command command =
+        program.AddCommand("features", "List every feature of the open camera's modules");
     const auto features = std::make_shared<FeaturesOptions>();
-    command->add_option("--module", features->module,
-                        "Only this module: PxnSystem, Interface, Transportlayer, Localdevice, "
-                        "Camera or Stream0");
-    command->add_option("--filter", features->filter,
-                        "Only features whose path has this text in it, case ignored");
-    command->add_flag("--json", features->json, "Print JSON");
-    command->footer("Path, type, access, value with unit, and range or entries.\n\n"
-                    "Examples:\n"
-                    "  pyxen-tool features --module Camera --filter exposure\n"
-                    "  pyxen-tool features --json\n");
-    command->callback([&options, &maker, features] {
+    command.AddOption("--module", features->module,
+                      "Only this module: PxnSystem, Interface, Transportlayer, Localdevice, "
+                      "Camera or Stream0");
+    command.AddOption("--filter", features->filter,
+                      "Only features whose path has this text in it, case ignored");
+    command.AddFlag("--json", features->json, "Print JSON");
+    command.SetFooter("Path, type, access, value with unit, and range or entries.\n\n"
+                      "Examples:\n"
+                      "  pyxen-tool features --module Camera --filter exposure\n"
+                      "  pyxen-tool features --json\n");
+    command.OnRun([&options, &maker, features] {
         Session session(options, maker);
         session.OpenCamera();
         PrintFeatures(maker.Grabber(), *features);

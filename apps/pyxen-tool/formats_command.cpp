@@ -8,24 +8,24 @@
 #include <cstdio>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace {
 
 void PrintJson() {
-    Json list = Json::array();
+    std::vector<JsonValue> list;
     for (const PixelFormat& format : PixelFormatTable()) {
-        list.push_back(
-            {{"name", format.name},
-             {"code", format.code},
-             {"components", format.components},
-             {"allocatedBits", format.allocatedBits},
-             {"bits", format.bits},
-             {"colorCoding", static_cast<int>(format.colorCoding)},
-             {"cfaX", format.cfaX},
-             {"cfaY", format.cfaY},
-             {"conversion", format.conversionName ? Json(format.conversionName) : Json(nullptr)}});
+        list.push_back(JsonObject({{"name", format.name},
+                                   {"code", format.code},
+                                   {"components", format.components},
+                                   {"allocatedBits", format.allocatedBits},
+                                   {"bits", format.bits},
+                                   {"colorCoding", static_cast<int>(format.colorCoding)},
+                                   {"cfaX", format.cfaX},
+                                   {"cfaY", format.cfaY},
+                                   {"conversion", format.conversionName}}));
     }
-    std::printf("%s\n", JsonDump(list).c_str());
+    std::printf("%s\n", JsonArray(list).Text().c_str());
 }
 
 void PrintTable() {
@@ -40,21 +40,21 @@ void PrintTable() {
 
 } // namespace
 
-void AddFormatsCommand(CLI::App& app) {
-    CLI::App* const command =
-        app.add_subcommand("formats", "List the pixel formats in the order of search");
+void AddFormatsCommand(CommandLine& program) {
+    Command command =
+        program.AddCommand("formats", "List the pixel formats in the order of search");
     const auto json = std::make_shared<bool>(false);
-    command->add_flag("--json", *json, "Print JSON");
-    command->footer("Example:\n  pyxen-tool formats --json\n");
-    command->callback([json] { *json ? PrintJson() : PrintTable(); });
+    command.AddFlag("--json", *json, "Print JSON");
+    command.SetFooter("Example:\n  pyxen-tool formats --json\n");
+    command.OnRun([json] { *json ? PrintJson() : PrintTable(); });
 }
 
-void AddCameraKeyCommand(CLI::App& app) {
-    CLI::App* const command = app.add_subcommand(
+void AddCameraKeyCommand(CommandLine& program) {
+    Command command = program.AddCommand(
         "camera-key", "Print the unique camera id that belongs to an extended identifier");
     const auto text = std::make_shared<std::string>();
-    command->add_option("TEXT", *text, "The camera's extended identifier")->required();
-    command->footer("Example:\n  pyxen-tool camera-key GEV-0001\n");
-    command->callback(
+    command.AddOption("TEXT", *text, "The camera's extended identifier").Required();
+    command.SetFooter("Example:\n  pyxen-tool camera-key GEV-0001\n");
+    command.OnRun(
         [text] { std::printf("0x%08X\n", static_cast<unsigned>(CameraKey(text->c_str()))); });
 }

@@ -25,7 +25,7 @@ void Set(Session& session, CMivoraKVNPyxenClass& grabber, const std::string& pat
         return;
     }
     if (!text) {
-        throw CLI::RequiredError("VALUE");
+        throw MissingArgument("VALUE");
     }
     const FeatureValue value = ParseFeatureValue(feature, *text);
     const SyncCheckResult check = CheckFeatureValue(grabber.Sync(), feature, value);
@@ -51,31 +51,30 @@ void Set(Session& session, CMivoraKVNPyxenClass& grabber, const std::string& pat
 
 } // namespace
 
-void AddGetCommand(CLI::App& app, const AppOptions& options, LinkedMaker& maker) {
-    CLI::App* const command = app.add_subcommand("get", "Print the value of one feature");
+void AddGetCommand(CommandLine& program, const AppOptions& options, LinkedMaker& maker) {
+    Command command = program.AddCommand("get", "Print the value of one feature");
     const auto path = std::make_shared<std::string>();
-    command->add_option("FEATURE", *path, "Module and feature, as in Camera/Width")
-        ->required()
-        ->type_name("MODULE/FEATURE");
-    command->footer("Example:\n  pyxen-tool get Camera/ExposureTime\n");
-    command->callback([&options, &maker, path] {
+    command.AddOption("FEATURE", *path, "Module and feature, as in Camera/Width")
+        .Required()
+        .TypeName("MODULE/FEATURE");
+    command.SetFooter("Example:\n  pyxen-tool get Camera/ExposureTime\n");
+    command.OnRun([&options, &maker, path] {
         Session session(options, maker);
         session.OpenCamera();
         std::printf("%s\n", FeatureAccess::Find(maker.Grabber(), *path).ValueText().c_str());
     });
 }
 
-void AddSetCommand(CLI::App& app, const AppOptions& options, LinkedMaker& maker) {
-    CLI::App* const command =
-        app.add_subcommand("set", "Write one feature, and those that depend on it");
+void AddSetCommand(CommandLine& program, const AppOptions& options, LinkedMaker& maker) {
+    Command command = program.AddCommand("set", "Write one feature, and those that depend on it");
     const auto path = std::make_shared<std::string>();
     const auto value = std::make_shared<std::optional<std::string>>();
-    command->add_option("FEATURE", *path, "Module and feature, as in Camera/Width")
-        ->required()
-        ->type_name("MODULE/FEATURE");
-    command->add_option("VALUE", *value,
-                        "Number, text, name of an entry, true or false; none for a command");
-    command->footer(
+    command.AddOption("FEATURE", *path, "Module and feature, as in Camera/Width")
+        .Required()
+        .TypeName("MODULE/FEATURE");
+    command.AddOption("VALUE", *value,
+                      "Number, text, name of an entry, true or false; none for a command");
+    command.SetFooter(
         "Before the write it is checked whether the feature and all features that depend on\n"
         "it by the feature synchronisation file can take the value; what refuses is named.\n"
         "Prints the value that the feature has then.\n"
@@ -84,7 +83,7 @@ void AddSetCommand(CLI::App& app, const AppOptions& options, LinkedMaker& maker)
         "  pyxen-tool set Camera/Width 640\n"
         "  pyxen-tool set Camera/PixelFormat Mono12p\n"
         "  pyxen-tool set Camera/AcquisitionStop\n");
-    command->callback([&options, &maker, path, value] {
+    command.OnRun([&options, &maker, path, value] {
         Session session(options, maker);
         session.OpenCamera();
         Set(session, maker.Grabber(), *path, *value);

@@ -6,24 +6,25 @@
 #include "apps/pyxen-tool/linked_maker.h"
 
 int main(int argumentCount, char** arguments) {
-    CLI::App app("Features, formats and files of the grabber module", "pyxen-tool");
-    app.footer("Exit status: 0 done, 1 an operation failed, 2 bad usage.\n"
-               "pyxen-tool COMMAND --help tells more about a command.\n");
+    CommandLine program("Features, formats and files of the grabber module", "pyxen-tool");
+    program.SetFooter("Exit status: 0 done, 1 an operation failed, 2 bad usage.\n"
+                      "pyxen-tool COMMAND --help tells more about a command.\n");
     AppOptions options;
-    AddAppOptions(app, options);
+    AddAppOptions(program, options);
+    program.RequireCommand();
     LinkedMaker linked;
     const std::function<IGrabberMaker&()> maker = [&]() -> IGrabberMaker& {
         return linked;
     };
-    AddFeaturesCommand(app, options, linked);
-    AddGetCommand(app, options, linked);
-    AddSetCommand(app, options, linked);
-    AddSyncCheckCommand(app);
-    AddConvertCommand(app);
-    AddFormatsCommand(app);
-    AddCameraKeyCommand(app);
-    AddShellCommand(app, options, maker, [&](ShellOperations& operations, const ShellContext&) {
+    AddFeaturesCommand(program, options, linked);
+    AddGetCommand(program, options, linked);
+    AddSetCommand(program, options, linked);
+    AddSyncCheckCommand(program);
+    AddConvertCommand(program);
+    AddFormatsCommand(program);
+    AddCameraKeyCommand(program);
+    AddShellCommand(program, options, maker, [&](ShellOperations& operations, const ShellContext&) {
         AddModuleOperations(operations, linked.Grabber());
     });
-    return RunApp(app, argumentCount, arguments);
+    return program.Run(argumentCount, arguments);
 }

@@ -19,25 +19,28 @@ struct SyncCheckOptions {
     bool json = false;
 };
 
-Json Describe(const FeatureRef& reference) {
+std::vector<JsonMember> Describe(const FeatureRef& reference) {
     return {{"module", reference.ModuleName}, {"feature", reference.FeatureName}};
 }
 
 void PrintJson(bool ok, const FeatureSyncher& syncher, const LineSink& sink) {
-    Json entries = Json::array();
+    std::vector<JsonValue> entries;
     for (const SyncFeatureEntry& entry : syncher.GetEntries()) {
-        Json object = Describe(entry.Watched);
-        object["dependencies"] = Json::array();
+        std::vector<JsonValue> dependencies;
         for (const FeatureRef& dependency : entry.Dependencies) {
-            object["dependencies"].push_back(Describe(dependency));
+            dependencies.push_back(JsonObject(Describe(dependency)));
         }
-        entries.push_back(object);
+        std::vector<JsonMember> members = Describe(entry.Watched);
+        members.push_back({"dependencies", JsonArray(dependencies)});
+        entries.push_back(JsonObject(members));
     }
-    Json log = Json::array();
+    std::vector<JsonValue> log;
     for (const LogLine& line : sink.Lines()) {
-        log.push_back({{"level", line.level}, {"text", line.text}});
+        log.push_back(JsonObject({{"level", line.level}, {"text", line.text}}));
     }
-    std::printf("%s\n", JsonDump({{"ok", ok}, {"entries", entries}, {"log", log}}).c_str());
+    const JsonValue report =
+        JsonObject({{"ok", ok}, {"entries", JsonArray(entries)}, {"log", JsonArray(log)}});
+    std::printf("%s\n", report.Text().c_str());
 }
 
 void PrintText(const LineSink& sink) {
@@ -63,18 +66,19 @@ std::string FaultText(const std::string& file, const FeatureSyncher& syncher,
 
 } // namespace
 
-void AddSyncCheckCommand(CLI::App& app) {
-    CLI::App* const command = app.add_subcommand(
+void AddSyncCheckCommand(CommandLine& program) {
+    Command command = program.AddCommand(
         "sync-check", "Read a feature synchronisation file and say what is in it");
     const auto options = std::make_shared<SyncCheckOptions>();
-    command->add_option("FILE", options->file, "The file")->required();
-    command->add_flag("--json", options->json, "Print JSON");
-    command->footer("Prints the reader's log lines as LEVEL TEXT. Status 0 when the whole file is\n"
-                    "right, 1 when not; entries before a fault are in use all the same.\n"
-                    "\n"
-                    "Example:\n"
-                    "  pyxen-tool sync-check camera.sync --json\n");
-    command->callback([options] {
+    command.AddOption("FILE", options->file, "The file").Required();
+    command.AddFlag("--json", options->json, "Print JSON");
+    command.SetFooter(
+        "Prints the reader's log lines as LEVEL TEXT. Status 0 when the whole file is\n"
+        "right, 1 when not; entries before a fault are in use all the same.\n"
+        "\n"
+        "Example:\n"
+        "  pyxen-tool sync-check camera.sync --json\n");
+    command.OnRun([options] {
         LineSink sink;
         FeatureSyncher syncher;
         const bool ok = syncher.Init(options->file.c_str(), &sink) == 1;

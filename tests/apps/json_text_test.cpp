@@ -1,6 +1,9 @@
 #include "apps/common/json_text.h"
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <limits>
 
 namespace {
 
@@ -29,13 +32,39 @@ TEST(JsonText, ReadsBackWhateverBytesAreInIt) {
     for (int first = 0; first < 256; ++first) {
         for (int second = 0; second < 256; ++second) {
             const std::string text{static_cast<char>(first), static_cast<char>(second)};
-            EXPECT_TRUE(Json::accept(JsonText(text))) << first << " " << second;
+            EXPECT_TRUE(nlohmann::json::accept(JsonText(text))) << first << " " << second;
         }
     }
 }
 
-TEST(JsonDump, KeepsTheOrderOfKeys) {
-    EXPECT_EQ(JsonDump({{"z", 1}, {"a", nullptr}, {"m", true}}), "{\"z\":1,\"a\":null,\"m\":true}");
+TEST(JsonObject, KeepsTheOrderOfKeys) {
+    EXPECT_EQ(JsonObject({{"z", 1}, {"a", nullptr}, {"m", true}}).Text(),
+              "{\"z\":1,\"a\":null,\"m\":true}");
+    EXPECT_EQ(JsonObject({}).Text(), "{}");
+}
+
+TEST(JsonArray, JoinsValuesOfAllKinds) {
+    EXPECT_EQ(JsonArray({std::uint8_t{255}, std::int64_t{-1}, ~std::uint64_t{0}, 0.5, 3.0, "a",
+                         JsonObject({{"k", JsonArray({})}})})
+                  .Text(),
+              "[255,-1,18446744073709551615,0.5,3.0,\"a\",{\"k\":[]}]");
+}
+
+TEST(JsonValue, HasNoNumberForInfinity) {
+    EXPECT_EQ(JsonValue(std::numeric_limits<double>::infinity()).Text(), "null");
+    EXPECT_EQ(JsonValue(std::numeric_limits<double>::quiet_NaN()).Text(), "null");
+}
+
+TEST(JsonCounts, ReadsTheMembersThatAreCounts) {
+    EXPECT_EQ(JsonCounts("{\"a\":1,\"b\":-1,\"c\":1.5,\"d\":\"2\",\"e\":{\"f\":3},\"g\":"
+                         "18446744073709551615}"),
+              (std::map<std::string, std::uint64_t>{{"a", 1}, {"g", ~std::uint64_t{0}}}));
+}
+
+TEST(JsonCounts, FindsNoneInOtherTexts) {
+    for (const char* text : {"", "[1]", "7", "{\"a\":1", "ok"}) {
+        EXPECT_TRUE(JsonCounts(text).empty()) << text;
+    }
 }
 
 } // namespace

@@ -15,6 +15,7 @@
 #include <atomic>
 #include <string>
 #include <thread>
+#include <vector>
 
 namespace {
 
@@ -48,11 +49,11 @@ TEST(GrabCommand, GoesOnEachOfTenTimesThatTheCameraComesBack) {
     const support::TemporaryDirectory directory;
     directory.Write("PxnC.xml", Configuration());
 
-    CLI::App app;
+    CommandLine program("", "mivora");
     AppOptions options;
-    AddAppOptions(app, options);
+    AddAppOptions(program, options);
     LinkedMaker linked;
-    AddGrabCommand(app, options, [&]() -> IGrabberMaker& { return linked; });
+    AddGrabCommand(program, options, [&]() -> IGrabberMaker& { return linked; });
 
     SdkControl control;
     std::string answer;
@@ -64,8 +65,14 @@ TEST(GrabCommand, GoesOnEachOfTenTimesThatTheCameraComesBack) {
     });
     testing::internal::CaptureStdout();
     testing::internal::CaptureStderr();
-    EXPECT_NO_THROW(app.parse("--config \"" + directory.PathOf("host.ini") +
-                              "\" grab --frames 165 --reconnect --json"));
+    std::string words[] = {"mivora",      "--config", directory.PathOf("host.ini"),
+                           "grab",        "--frames", "165",
+                           "--reconnect", "--json"};
+    std::vector<char*> arguments;
+    for (std::string& word : words) {
+        arguments.push_back(word.data());
+    }
+    EXPECT_EQ(program.Run(static_cast<int>(arguments.size()), arguments.data()), 0);
     ended = true;
     plugger.join();
     const std::string errors = testing::internal::GetCapturedStderr();

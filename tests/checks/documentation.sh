@@ -33,14 +33,14 @@ for page in docs/*.md; do
 done
 
 need docs/command-line.md option \
-  "$(joined apps/common apps/mivora apps/pyxen-tool | grep -oE 'add_(option|flag)\( *"[^"]*"' |
+  "$(joined apps/common apps/mivora apps/pyxen-tool | grep -oE '\.Add(Option|Flag)\( *"[^"]*"' |
     grep -oE -- '--[a-z-]+' | sort -u)" 20
 need docs/command-line.md operation \
   "$(joined apps/common apps/pyxen-tool |
     grep -oE '(\.Add\( *|AddDialog\(operations, grabber, )"[A-Za-z0-9]+"' |
     sed 's/.*"\(.*\)"/\1/' | sort -u)" 100
 need docs/command-line.md command \
-  "$(joined apps/common apps/mivora apps/pyxen-tool | grep -oE 'add_subcommand\( *"[a-z-]+"' |
+  "$(joined apps/common apps/mivora apps/pyxen-tool | grep -oE '\.AddCommand\( *"[a-z-]+"' |
     sed 's/.*"\(.*\)"/\1/' | sort -u)" 15
 need docs/configuration.md 'environment variable' \
   "$(grep -rhoE '"PYXEN_[A-Z_]+"' apps module pxnc | tr -d '"' | sort -u)"

@@ -6,6 +6,7 @@
 #include "apps/view/windows/viewer_window.h"
 
 #include <exception>
+#include <string>
 
 namespace {
 
@@ -14,7 +15,7 @@ constexpr int kBadUsage = 2;
 
 CWinApp application;
 
-void Tell(const std::string& text, UINT icon) {
+void ShowMessage(const std::string& text, UINT icon) {
     ::MessageBox(nullptr, ToWideLines(text).c_str(), L"Mivora View", MB_OK | icon);
 }
 
@@ -43,21 +44,23 @@ int RunViewer(const AppOptions& options) {
 
 int main(int argumentCount, char** arguments) {
     const AFX_MAINTAIN_STATE2 entered(AfxGetStaticModuleState());
-    CLI::App app("Shows a camera's images live", "mivora-view");
+    CommandLine program("Shows a camera's images live", "mivora-view");
     AppOptions options;
-    AddAppOptions(app, options);
-    app.require_subcommand(0);
+    AddAppOptions(program, options);
     try {
-        app.parse(argumentCount, arguments);
-        return RunViewer(options);
-    } catch (const CLI::CallForHelp&) {
-        Tell(app.help(), MB_ICONINFORMATION);
-        return 0;
-    } catch (const CLI::ParseError& error) {
-        Tell(error.what() + ("\n\n" + app.help()), MB_ICONERROR);
-        return kBadUsage;
+        std::string text;
+        switch (program.Parse(argumentCount, arguments, text)) {
+        case CommandLine::ParseResult::kHelpRequested:
+            ShowMessage(text, MB_ICONINFORMATION);
+            return 0;
+        case CommandLine::ParseResult::kBadUsage:
+            ShowMessage(text, MB_ICONERROR);
+            return kBadUsage;
+        default:
+            return RunViewer(options);
+        }
     } catch (const std::exception& error) {
-        Tell(error.what(), MB_ICONERROR);
+        ShowMessage(error.what(), MB_ICONERROR);
         return kFailed;
     }
 }
