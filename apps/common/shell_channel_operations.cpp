@@ -14,7 +14,7 @@ using Text = const std::string&;
 // More than a channel's port can ever hold.
 constexpr std::uint64_t kMostToRead = 1u << 24;
 
-void AddList(ShellOperations& operations, CMivoraGrabber& grabber) {
+void AddChannelList(ShellOperations& operations, CMivoraGrabber& grabber) {
     operations.Add("GetNumCmdChannelTypes", "",
                    [&] { return ShellAnswer::Number(grabber.GetNumCmdChannelTypes()); });
     operations.Add("CreateCmdChannel", "TYPE", [&](std::uint32_t type) {
@@ -115,7 +115,7 @@ void AddTraffic(ShellOperations& operations, CMivoraGrabber& grabber) {
 } // namespace
 
 void AddChannelOperations(ShellOperations& operations, const ShellContext& context) {
-    AddList(operations, context.grabber);
+    AddChannelList(operations, context.grabber);
     AddSettings(operations, context.grabber);
     AddTraffic(operations, context.grabber);
 }

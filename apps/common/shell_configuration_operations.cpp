@@ -47,65 +47,73 @@ void AddFiles(ShellOperations& operations, CMivoraGrabber& grabber) {
 }
 
 void AddGrabberKeys(ShellOperations& operations, CMivoraGrabber& grabber) {
-    using Text = const std::string&;
-    operations.Add("GetGrabberInt32", "KEY DEFAULT", [&](Text key, std::int32_t otherwise) {
+    using TextArgument = const std::string&;
+    operations.Add("GetGrabberInt32", "KEY DEFAULT", [&](TextArgument key, std::int32_t otherwise) {
         return ShellAnswer::Number(grabber.GetGrabberInt32(key.c_str(), otherwise));
     });
-    operations.Add("GetGrabberString", "KEY DEFAULT", [&](Text key, Text otherwise) {
-        return ReadText([&](char* buffer, std::uint32_t capacity) {
-            return grabber.GetGrabberString(key.c_str(), otherwise.c_str(), buffer, capacity);
+    operations.Add(
+        "GetGrabberString", "KEY DEFAULT", [&](TextArgument key, TextArgument otherwise) {
+            return ReadText([&](char* buffer, std::uint32_t capacity) {
+                return grabber.GetGrabberString(key.c_str(), otherwise.c_str(), buffer, capacity);
+            });
         });
-    });
-    operations.Add("SaveGrabberInt32", "KEY VALUE", [&](Text key, std::int32_t value) {
+    operations.Add("SaveGrabberInt32", "KEY VALUE", [&](TextArgument key, std::int32_t value) {
         return ShellAnswer::Code(grabber.SaveGrabberInt32(key.c_str(), value));
     });
-    operations.Add("SaveGrabberHex32", "KEY VALUE", [&](Text key, std::uint32_t value) {
+    operations.Add("SaveGrabberHex32", "KEY VALUE", [&](TextArgument key, std::uint32_t value) {
         return ShellAnswer::Code(grabber.SaveGrabberHex32(key.c_str(), value));
     });
-    operations.Add("SaveGrabberString", "KEY TEXT", [&](Text key, Text value) {
+    operations.Add("SaveGrabberString", "KEY TEXT", [&](TextArgument key, TextArgument value) {
         return ShellAnswer::Code(grabber.SaveGrabberString(key.c_str(), value.c_str()));
     });
-    operations.Add("GetBiggestSectionNum", "PREFIX", [&](Text prefix) {
+    operations.Add("GetBiggestSectionNum", "PREFIX", [&](TextArgument prefix) {
         return ShellAnswer::Number(grabber.GetBiggestSectionNum(prefix.c_str()));
     });
 }
 
 void AddCameraKeys(ShellOperations& operations, CMivoraGrabber& grabber) {
-    using Text = const std::string&;
+    using TextArgument = const std::string&;
     operations.Add("GetCamSpecInt32", "CAMERA KEY DEFAULT",
-                   [&](std::int32_t camera, Text key, std::int32_t otherwise) {
+                   [&](std::int32_t camera, TextArgument key, std::int32_t otherwise) {
                        return ShellAnswer::Number(grabber.GetCamSpecInt32(
                            FindCamera(grabber, camera), key.c_str(), otherwise));
                    });
     operations.Add("GetCamSpecString", "CAMERA KEY DEFAULT",
-                   [&](std::int32_t index, Text key, Text otherwise) {
+                   [&](std::int32_t index, TextArgument key, TextArgument otherwise) {
                        CMivoraCamera* const camera = FindCamera(grabber, index);
                        return ReadText([&](char* buffer, std::uint32_t capacity) {
                            return grabber.GetCamSpecString(camera, key.c_str(), otherwise.c_str(),
                                                            buffer, capacity);
                        });
                    });
-    operations.Add("GetModeSpecInt32", "CAMERA MODE KEY DEFAULT",
-                   [&](std::int32_t camera, std::uint32_t mode, Text key, std::int32_t otherwise) {
-                       return ShellAnswer::Number(grabber.GetModeSpecInt32(
-                           FindCamera(grabber, camera), mode, key.c_str(), otherwise));
+    operations.Add(
+        "GetModeSpecInt32", "CAMERA MODE KEY DEFAULT",
+        [&](std::int32_t camera, std::uint32_t mode, TextArgument key, std::int32_t otherwise) {
+            return ShellAnswer::Number(grabber.GetModeSpecInt32(FindCamera(grabber, camera), mode,
+                                                                key.c_str(), otherwise));
+        });
+    operations.Add(
+        "GetActCamSpecInt32", "KEY DEFAULT", [&](TextArgument key, std::int32_t otherwise) {
+            return ShellAnswer::Number(grabber.GetActCamSpecInt32(key.c_str(), otherwise));
+        });
+    operations.Add("GetActCamSpecString", "KEY DEFAULT",
+                   [&](TextArgument key, TextArgument otherwise) {
+                       return ReadText([&](char* buffer, std::uint32_t capacity) {
+                           return grabber.GetActCamSpecString(key.c_str(), otherwise.c_str(),
+                                                              buffer, capacity);
+                       });
                    });
-    operations.Add("GetActCamSpecInt32", "KEY DEFAULT", [&](Text key, std::int32_t otherwise) {
-        return ShellAnswer::Number(grabber.GetActCamSpecInt32(key.c_str(), otherwise));
-    });
-    operations.Add("GetActCamSpecString", "KEY DEFAULT", [&](Text key, Text otherwise) {
-        return ReadText([&](char* buffer, std::uint32_t capacity) {
-            return grabber.GetActCamSpecString(key.c_str(), otherwise.c_str(), buffer, capacity);
+    operations.Add(
+        "GetActModeSpecInt32", "KEY DEFAULT", [&](TextArgument key, std::int32_t otherwise) {
+            return ShellAnswer::Number(grabber.GetActModeSpecInt32(key.c_str(), otherwise));
         });
-    });
-    operations.Add("GetActModeSpecInt32", "KEY DEFAULT", [&](Text key, std::int32_t otherwise) {
-        return ShellAnswer::Number(grabber.GetActModeSpecInt32(key.c_str(), otherwise));
-    });
-    operations.Add("GetActModeSpecString", "KEY DEFAULT", [&](Text key, Text otherwise) {
-        return ReadText([&](char* buffer, std::uint32_t capacity) {
-            return grabber.GetActModeSpecString(key.c_str(), otherwise.c_str(), buffer, capacity);
-        });
-    });
+    operations.Add("GetActModeSpecString", "KEY DEFAULT",
+                   [&](TextArgument key, TextArgument otherwise) {
+                       return ReadText([&](char* buffer, std::uint32_t capacity) {
+                           return grabber.GetActModeSpecString(key.c_str(), otherwise.c_str(),
+                                                               buffer, capacity);
+                       });
+                   });
 }
 
 void AddBitsAndFeatures(ShellOperations& operations, CMivoraGrabber& grabber) {

@@ -196,7 +196,7 @@ void Grab(Session& session, const GrabOptions& options) {
     }
 }
 
-constexpr const char* kFooter =
+constexpr const char* kGrabFooter =
     "At the end stand the frames, those received in error, frame rate, MB/s, and an account in\n"
     "which every frame that the module handed over is taken, lost or flushed: lost when this\n"
     "program was too slow, flushed when it still waited at the end.\n"
@@ -237,7 +237,7 @@ void AddGrabCommand(CommandLine& program, const AppOptions& options, const Maker
     command.AddFlag("--reconnect", grab->reconnect,
                     "When the camera is gone wait for it and go on");
     command.AddFlag("--json", grab->json, "Print JSON");
-    command.SetFooter(kFooter);
+    command.SetFooter(kGrabFooter);
     command.OnRun([&options, maker, grab] {
         Session session(options, maker());
         Grab(session, *grab);

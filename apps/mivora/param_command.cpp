@@ -80,7 +80,7 @@ void Set(Session& session, const ParamOptions& options) {
     Get(session, options);
 }
 
-constexpr const char* kFooter =
+constexpr const char* kParamFooter =
     "Ids: 1 frame buffers, 128 acquisition capabilities, 256 timer mode, 257 exposure and frame\n"
     "interval in units of the time base, 258 timer enabled, 259 trigger delay, 260 trigger\n"
     "polarity, 261 time base (-6 microseconds to 0 seconds), 262 gain, 263 offset, 265 strobe,\n"
@@ -97,7 +97,7 @@ constexpr const char* kFooter =
 void AddParamCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker) {
     Command command = program.AddCommand("param", "Read and set acquisition parameters");
     command.RequireCommand();
-    command.SetFooter(kFooter);
+    command.SetFooter(kParamFooter);
     const auto param = std::make_shared<ParamOptions>();
     const auto add = [&](const char* name, const char* text,
                          void (*run)(Session&, const ParamOptions&)) {

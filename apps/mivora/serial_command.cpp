@@ -203,7 +203,7 @@ void Serial(Session& session, SerialOptions& options) {
     session.Check("CMDClose", grabber.CMDClose(), port);
 }
 
-constexpr const char* kFooter =
+constexpr const char* kSerialFooter =
     "PORT is the number of one of the camera's serial ports (0 to 4, or its name such as\n"
     "PYXENSERIALPORT0), or a port of this computer (COM1, ttyS0).\n"
     "At a terminal a line can be edited until Enter sends it, with the line end of --eol; Ctrl-C\n"
@@ -238,7 +238,7 @@ void AddSerialCommand(CommandLine& program, const AppOptions& options, const Mak
         .ShowDefault()
         .TypeName("MS");
     command.AddFlag("--hex", serial->hex, "Hexadecimal bytes instead of text");
-    command.SetFooter(kFooter);
+    command.SetFooter(kSerialFooter);
     command.OnRun([&options, maker, serial] {
         Session session(options, maker());
         Serial(session, *serial);

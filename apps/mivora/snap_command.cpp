@@ -51,7 +51,7 @@ void Snap(Session& session, const SnapOptions& options) {
     grabber.ReleaseFrameBuffer(index);
 }
 
-constexpr const char* kFooter =
+constexpr const char* kSnapFooter =
     "Mode 2 snaps asynchronously, 3 to 5 synchronously. In the synchronous modes the grabber\n"
     "module hands the image over without converting it: packed and YUV formats want mode 2.\n"
     "A .png of a colour filter (Bayer) image is in colour, a .pgm of it is the raw mosaic.\n"
@@ -78,7 +78,7 @@ void AddSnapCommand(CommandLine& program, const AppOptions& options, const Maker
         .Check(CountProblem)
         .ShowDefault()
         .TypeName("MS");
-    command.SetFooter(kFooter);
+    command.SetFooter(kSnapFooter);
     command.OnRun([&options, maker, snap] {
         Session session(options, maker());
         Snap(session, *snap);

@@ -17,7 +17,7 @@
 namespace {
 
 // How often a camera is looked for of which no event may tell.
-constexpr std::uint64_t kLookForCameraMs = 1000;
+constexpr std::uint64_t kWatchForCameraMs = 1000;
 
 const char* ControlEventName(std::uint32_t code) {
     switch (code) {
@@ -63,7 +63,7 @@ public:
                     events = session.Events().Take();
                     return events.camCfgChange != 0 || !events.camCntrl.empty();
                 },
-                isOpen ? restMs : std::min(restMs, kLookForCameraMs));
+                isOpen ? restMs : std::min(restMs, kWatchForCameraMs));
             Print(events);
             if (events.camCfgChange != 0 || !isOpen) {
                 LookForCamera();

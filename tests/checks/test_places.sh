@@ -1,0 +1,33 @@
+#!/usr/bin/env bash
+# A test stands where its source does: tests/x/y_test.cpp, y_posix_test.cpp or y_windows_test.cpp
+# tests x/y.cpp, a source of that name in x/posix or x/win32, or a header. Tests of more than one
+# source are listed here.
+set -euo pipefail
+cd "$1"
+
+whole='
+tests/host/out_of_memory_posix_test.cpp
+tests/host/power_loss_posix_test.cpp
+tests/host/slots_test.cpp
+'
+
+status=0
+while read -r test; do
+  source=${test#tests/}
+  directory=$(dirname "$source")
+  name=$(basename "$source" _test.cpp)
+  name=${name%_posix}
+  name=${name%_windows}
+  grep -qxF "$test" <<<"$whole" && continue
+  for candidate in "$directory"/{,posix/,win32/,windows/,include/,include/mivora/}"$name".{cpp,h} \
+    "${directory%/src}"/{win32/,posix/,include/,include/mivora/}"$name".{cpp,h}; do
+    [ ! -e "$candidate" ] || continue 2
+  done
+  echo "$test has no source $directory/$name"
+  status=1
+done < <(git ls-files -co --exclude-standard 'tests/host/*_test.cpp' 'tests/platform/*_test.cpp' \
+  'tests/afx/*_test.cpp' 'tests/apps/*_test.cpp' 'tests/bench/*_test.cpp' 'tests/support/*_test.cpp')
+for test in $whole; do
+  [ -e "$test" ] || { echo "$test is listed in $0 and is not there"; status=1; }
+done
+exit "$status"
