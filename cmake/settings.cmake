@@ -57,6 +57,10 @@ else()
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # GCC 12 sees overlaps in std::string's operator+ that are not there.
     target_compile_options(mivora_settings INTERFACE -Wno-restrict)
+    if(CMAKE_UNITY_BUILD)
+      # To GCC, sources that are compiled together are headers.
+      target_compile_options(mivora_settings INTERFACE -Wno-subobject-linkage)
+    endif()
   endif()
   if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
     target_compile_options(mivora_settings INTERFACE -Wthread-safety -Wno-sign-conversion)
