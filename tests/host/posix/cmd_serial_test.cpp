@@ -1,5 +1,5 @@
 #include "mivora/cmd_channel.h"
-#include "tests/platform/posix/pseudo_terminal.h"
+#include "tests/support/posix/pseudo_terminal.h"
 #include "tests/support/temporary_directory.h"
 #include "tests/support/wait_until.h"
 
@@ -29,7 +29,7 @@ protected:
         return bytes;
     }
 
-    platform::PseudoTerminal terminal;
+    support::PseudoTerminal terminal;
     support::TemporaryDirectory directory;
     CIniFile ini;
     CCmdChannel* const channel = CreateCmdSerialInstance();
