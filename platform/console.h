@@ -12,8 +12,8 @@ void PrepareStandardStreams();
 
 /// Waits up to `timeoutMs` milliseconds for input or the end of standard input. True when ReadInput
 /// can be called; false on timeout and, on POSIX, when a signal interrupts the wait. On a Windows
-/// console any console event ends the wait. Only one thread may use this function and ReadInput,
-/// and nothing may read standard input in another way.
+/// console any console event ends the wait. Only one thread may call this function and ReadInput,
+/// and nothing else may read standard input.
 bool WaitForInput(std::uint32_t timeoutMs);
 /// Reads up to `capacity` bytes from standard input, blocking until at least one is available.
 /// Returns their number; 0 at the end of the input, on errors and, on POSIX, when a signal

@@ -13,9 +13,9 @@ namespace platform {
 extern const char kPathSeparator;
 /// File name of a shared library: "PxnC" gives "PxnC.dll" on Windows, "libPxnC.so" elsewhere.
 std::string LibraryFileName(const char* baseName);
-/// `path` made absolute, relative to the current directory; the file need not exist. Windows also
-/// resolves "." and "..". Empty when `path` is empty, when the current directory cannot be
-/// determined, or when the result has `limit` characters or more.
+/// Absolute form of `path`; a relative path starts at the current directory. The file need not
+/// exist. Windows also resolves "." and "..". Empty when `path` is empty, when the current
+/// directory cannot be determined, or when the result has `limit` characters or more.
 std::string FullPath(const std::string& path, std::size_t limit);
 /// True when `path` names something that exists and that this process may query. Here and in the
 /// next two functions POSIX follows symbolic links.
@@ -34,7 +34,7 @@ bool CreateDirectories(const std::string& path);
 /// temporary files. Returns its path; empty on failure.
 std::string CreateTemporaryDirectory(const char* prefix);
 /// Removes a directory and its contents; links are removed, their targets are kept. True when
-/// `path` does not exist afterwards. False, and nothing is removed, when `path` is not a directory.
+/// nothing called `path` exists afterwards; a file of that name is kept and gives false.
 bool RemoveDirectoryTree(const std::string& path);
 /// Absolute path of the running executable; empty when the system cannot report it.
 std::string ExecutablePath();

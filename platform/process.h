@@ -42,7 +42,7 @@ public:
     /// False on timeout. When true, `status` is its exit status (128 plus the signal number when a
     /// signal ended it), and Output and Errors are complete.
     bool Wait(std::uint32_t timeoutMs, int& status);
-    /// Sends the child what Ctrl-C in a terminal sends. False when the child is not running, and
+    /// Interrupts the child like Ctrl-C in a terminal. False when the child is not running, and
     /// always on Windows.
     bool Interrupt();
     /// Ends the child immediately. Does nothing when it is not running.

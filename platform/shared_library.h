@@ -15,11 +15,11 @@ public:
     SharedLibrary(const SharedLibrary&) = delete;
     SharedLibrary& operator=(const SharedLibrary&) = delete;
 
-    /// Unloads the current library and loads `path`. On Windows `absolutePath` selects where the
-    /// library's dependencies are searched for: in its own directory and the default directories
-    /// (true) or by the standard search order (false). Elsewhere it makes no difference: all
-    /// symbols are resolved immediately and stay local. On failure returns false and stores the
-    /// reason in `error` (unless null).
+    /// Unloads the current library and loads `path`. On Windows, with `absolutePath`, the library's
+    /// dependencies are searched for in its own directory and the default directories; without, the
+    /// library and its dependencies are found by the standard search order. Elsewhere
+    /// `absolutePath` has no effect: all symbols are resolved immediately and stay local. On
+    /// failure returns false and stores the reason in `error` (unless null).
     bool Load(const std::string& path, bool absolutePath, std::string* error = nullptr);
     void Unload();
     bool IsLoaded() const { return handle != nullptr; }

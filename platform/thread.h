@@ -20,7 +20,7 @@ public:
     Thread& operator=(const Thread&) = delete;
 
     /// Starts a thread that calls `procedure(argument)`. `stackSize` is in bytes, 0 for the
-    /// system's default. Windows takes it as it is; elsewhere it is raised to the system's minimum
+    /// system's default. Windows uses it unchanged; elsewhere it is raised to the system's minimum
     /// plus a reserve for the C library and sanitizers. When the thread cannot be created, the
     /// result is not joinable.
     static Thread Start(Procedure procedure, void* argument, std::size_t stackSize);
@@ -29,8 +29,8 @@ public:
     bool IsJoinable() const;
     /// True when the calling thread is the owned one.
     bool IsCurrent() const;
-    /// Waits, without limit, until the owned thread has ended, and gives it up. Does nothing when
-    /// there is none. A thread that joins itself is only given up (detached) and keeps running.
+    /// Waits for the owned thread to end, without limit, and releases it. Does nothing when there
+    /// is none. A thread that joins itself is detached instead and keeps running.
     void Join();
 
 private:

@@ -42,7 +42,7 @@ struct AFX_MODULE_STATE {
     CWinApp* m_pCurrentWinApp;
 };
 
-/// The state of this binary. Any thread, here and below.
+/// The state of this binary. This function and the next three may be called from any thread.
 AFX_MODULE_STATE* AfxGetStaticModuleState();
 /// The application object of this binary; null when it has none.
 CWinApp* AfxGetApp();

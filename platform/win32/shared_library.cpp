@@ -11,8 +11,8 @@ namespace platform {
 
 namespace {
 
-// Compatibility: the libraries loaded here are installed for exactly these flags, 0x1100, and bring
-// their dependencies in their own directory.
+// Compatibility: installed libraries rely on exactly these flags (0x1100) to find their
+// dependencies, which are in their own directory.
 constexpr DWORD kOwnAndDefaultDirectories =
     LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_DEFAULT_DIRS;
 static_assert(kOwnAndDefaultDirectories == 0x1100);

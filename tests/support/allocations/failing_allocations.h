@@ -15,7 +15,7 @@ enum class Refusal { kAllFollowing, kOne };
 
 // All functions affect or report the allocations of the calling thread only.
 
-/// Lets the next `granted` allocations succeed and makes what follows fail.
+/// Lets the next `granted` allocations succeed; `refusal` selects how many fail after that.
 void RefuseAllocationsAfter(int granted, Refusal refusal = Refusal::kAllFollowing);
 /// Lets all allocations succeed again. True when one has failed since RefuseAllocationsAfter.
 bool GrantAllocations();
