@@ -1,4 +1,4 @@
-// callback_bench.cpp - what the frame callback costs without conversion
+// callback_bench.cpp - cost of the frame callback without pixel conversion
 #include "bench/support/baseline.h"
 #include "bench/support/median_times.h"
 #include "grabber/mivora_kvn_pyxen_class.h"
@@ -33,7 +33,7 @@ void FormatLine(char (&line)[512], const char* format, ...) {
     va_end(arguments);
 }
 
-// Formats every line and keeps none.
+// Formats every line and discards it.
 class FormattingSink final : public ILogSink {
 public:
     void Write(int, const char* format, ...) override {
@@ -48,14 +48,14 @@ private:
     char line[512];
 };
 
-// Passes over every line, as the programs do when nobody listens.
+// Discards every line unformatted, as the programs do with logging disabled.
 class DiscardingSink final : public ILogSink {
 public:
     void Write(int, const char*, ...) override {}
     void WriteError(const char*) override {}
 };
 
-// A grabber in continuous acquisition, its SDK taking frames back at no cost.
+// A grabber in continuous acquisition, with an SDK that queues frames at no cost.
 class RunningGrabber {
 public:
     explicit RunningGrabber(ILogSink* sink) {
@@ -82,7 +82,7 @@ private:
     std::unique_ptr<FrameRecord> record;
 };
 
-// Through a pointer, as the SDK calls it.
+// Calls through a pointer that cannot be optimised away, as the SDK does.
 std::function<void(std::size_t)> Calling(PxnFrameCallback callback, PxnFrame* frame) {
     return [callback, frame](std::size_t) {
         const volatile PxnFrameCallback pointer = callback;

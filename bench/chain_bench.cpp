@@ -1,4 +1,4 @@
-// chain_bench.cpp - frames through the whole chain, simulator to host, beside the SDK alone
+// chain_bench.cpp - frames from the simulator to the host, compared with the SDK alone
 #include "bench/support/baseline.h"
 #include "grabber/mivora_kvn_pyxen_class.h"
 #include "platform/clock.h"
@@ -20,13 +20,13 @@ namespace {
 
 constexpr unsigned kBuffers = 8;
 constexpr unsigned kRuns = 9;
-constexpr std::uint64_t kRealFrames = 300; // of one run, from a camera that sets the pace
+constexpr std::uint64_t kRealFrames = 300; // per run, with a camera at its own frame rate
 
 struct Image {
     const char* format;
     unsigned width;
     unsigned height;
-    std::uint64_t frames; // of one run
+    std::uint64_t frames; // per run
 };
 
 constexpr Image kImages[] = {
@@ -42,7 +42,7 @@ public:
     void WriteError(const char*) override {}
 };
 
-// Counts frames up to a number and says when they are there.
+// Counts frames and waits for an expected number of them.
 class FrameCounter {
 public:
     void Expect(std::uint64_t frames) {
@@ -70,7 +70,7 @@ struct Cost {
     double processorSeconds;
 };
 
-// From the start of the acquisition until the last frame has come.
+// Measures from the start of the acquisition until the last frame has arrived.
 template <typename Start>
 Cost TimeFrames(std::uint64_t frames, const Start& start) {
     counter.Expect(frames);
@@ -82,8 +82,8 @@ Cost TimeFrames(std::uint64_t frames, const Start& start) {
             platform::ProcessCpuSeconds() - processor};
 }
 
-void Require(bool fulfilled, const char* what) {
-    if (!fulfilled) {
+void Require(bool condition, const char* what) {
+    if (!condition) {
         std::fprintf(stderr, "%s failed\n", what);
         std::exit(2);
     }
@@ -96,7 +96,7 @@ void PXN_CALL CountFrame(PxnHandle camera, PxnHandle, PxnFrame* frame) {
     counter.Count();
 }
 
-// The least that a program of its own would do with the SDK.
+// The least that a program without the module has to do.
 Cost RunSdk(const std::string& configuration, const char* id, std::uint64_t wanted) {
     CPyxenAPIAccess api;
     sdk = &api;
@@ -144,7 +144,7 @@ Cost RunModule(const std::string& ini, std::uint64_t wanted) {
     return cost;
 }
 
-// Beside the program, where a build keeps its products.
+// Writes a file to the directory of the program and returns its path.
 std::string Write(const char* name, const std::string& content) {
     const std::string path =
         platform::JoinPath(platform::DirectoryOf(platform::ExecutablePath()), name);
@@ -159,8 +159,8 @@ double Median(std::vector<double> values) {
     return values[values.size() / 2];
 }
 
-// The SDK alone and the module by turns; prints a row and answers what the SDK alone costs of what
-// both cost, in processor time.
+// Runs the SDK alone and the module alternately and prints a row of the table. Returns the
+// processor time per frame of the SDK alone, divided by that through the module.
 double Compare(const std::string& name, const std::string& configuration, const char* id,
                std::uint64_t frames) {
     const std::string file = Write("PxnC.xml", configuration);
@@ -169,10 +169,10 @@ double Compare(const std::string& name, const std::string& configuration, const 
     std::vector<double> processor[2];
     for (unsigned run = 0; run < kRuns; ++run) {
         const Cost costs[2] = {RunSdk(file, id, frames), RunModule(ini, frames)};
-        for (unsigned who = 0; who < 2; ++who) {
-            rates[who].push_back(static_cast<double>(frames) / costs[who].seconds);
-            processor[who].push_back(costs[who].processorSeconds * 1e6 /
-                                     static_cast<double>(frames));
+        for (unsigned variant = 0; variant < 2; ++variant) {
+            rates[variant].push_back(static_cast<double>(frames) / costs[variant].seconds);
+            processor[variant].push_back(costs[variant].processorSeconds * 1e6 /
+                                         static_cast<double>(frames));
         }
     }
     std::printf("| %s | %.0f | %.0f | %.2f | %.2f |\n", name.c_str(), Median(rates[0]),
@@ -204,7 +204,7 @@ void UseSdk(const char* name) {
 } // namespace
 
 // chain_bench [--save|--baseline FILE]: the simulator
-// chain_bench --camera ID: a real camera, the first that the GenICam SDK finds
+// chain_bench --camera ID: a real camera, which must be the first that the GenICam SDK finds
 int main(int argc, char** argv) {
     DiscardingSink sink;
     MivoraInstallLogSink(&sink);

@@ -1,4 +1,4 @@
-// conversion_bench.cpp - the converters beside memcpy, the plain loops and other libraries
+// conversion_bench.cpp - the converters compared with memcpy, the plain loops and other libraries
 #include "bench/peers.h"
 #include "bench/support/baseline.h"
 #include "bench/support/median_times.h"
@@ -17,8 +17,8 @@ namespace {
 struct Conversion {
     const char* name;
     ConvertFunction ConverterSet::*converter;
-    unsigned sourceBits; // of a pixel
-    unsigned hostBytes;
+    unsigned sourceBits; // per pixel
+    unsigned hostBytes;  // per pixel
 };
 
 constexpr Conversion kConversions[] = {
@@ -35,19 +35,20 @@ struct Size {
     int width;
     int height;
     std::size_t pairs;     // of buffers
-    std::size_t turnsEach; // on one pair before the next is taken
+    std::size_t turnsEach; // consecutive runs with one pair
     std::size_t Pixels() const {
         return static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
     }
 };
 
-// Small images stay in the cache while they have their turns. How well they fit depends on where
-// the system has put their pages, so there are pairs enough to take a mean.
+// Small images stay in the cache during their consecutive runs. How well they fit depends on their
+// physical pages, so enough pairs are measured to even that out.
 constexpr Size kSizes[] = {{640, 480, 12, 64}, {4096, 3000, 4, 1}};
 
 enum class Content { kRandom, kSmooth };
 
-// Source and destination as the module allocates them, large enough to copy half of both.
+// Source and destination, allocated as in the module. Copying `copied` bytes from one to the other
+// moves as much memory as the conversion; both buffers are large enough for that.
 class BufferPair {
 public:
     BufferPair(std::size_t source, std::size_t destination, Content content)
@@ -131,7 +132,8 @@ void Measure(const Conversion& conversion, const Size& size, Content content, Ra
     }
 }
 
-// The largest difference of any component from the formula, over all inputs at both places.
+// Largest difference of any component from the exact value, for all inputs in both pixels of a
+// pair.
 int LargestError(Peer& peer, const std::vector<std::uint8_t>& source,
                  const std::vector<std::uint8_t>& exact) {
     std::vector<std::uint8_t> pixels(exact.size());

@@ -13,8 +13,8 @@ extern "C" {
 
 namespace {
 
-// It has no way from these pairs to three bytes a pixel with chroma of full range but by planes;
-// a few lines at a time, so that these stay in the cache.
+// libyuv converts full-range YUV of this layout to three bytes per pixel only by way of planes. A
+// few lines are converted at a time, so that the planes stay in the cache.
 class LibYuv : public Peer {
 public:
     LibYuv(int imageWidth, int imageHeight)
@@ -30,7 +30,7 @@ public:
             const int lines = std::min(kLines, height - line);
             libyuv::UYVYToI422(source + std::ptrdiff_t{line} * width * 2, width * 2, y.data(),
                                width, u.data(), width / 2, v.data(), width / 2, width, lines);
-            // U and V changed places give red before blue.
+            // U and V are swapped to get red before blue.
             libyuv::I422ToRGB24Matrix(y.data(), width, v.data(), width / 2, u.data(), width / 2,
                                       destination + std::ptrdiff_t{line} * width * 3, width * 3,
                                       &libyuv::kYvuJPEGConstants, width, lines);
@@ -79,7 +79,7 @@ private:
     SwsContext* context;
 };
 
-// It knows these pairs with luma from 16 to 235 only, so its pixels are other ones by design.
+// OpenCV supports this layout only with luma from 16 to 235, so its results differ by design.
 class OpenCv : public Peer {
 public:
     OpenCv(int imageWidth, int imageHeight) : width(imageWidth), height(imageHeight) {

@@ -13,5 +13,5 @@ public:
     virtual void Convert(const std::uint8_t* source, std::uint8_t* destination) = 0;
 };
 
-/// All of them, for images of this size.
+/// Creates all converters for images of this size in pixels.
 std::vector<std::unique_ptr<Peer>> MakePeers(int width, int height);

@@ -1,4 +1,4 @@
-// fuzz_converters.cpp - every conversion on any bytes: nothing outside the buffers is touched
+// fuzz_converters.cpp - pixel conversions stay inside their buffers
 #include "grabber/pixel_format.h"
 
 #include <cstddef>
@@ -8,7 +8,7 @@
 
 namespace {
 
-// Exactly the bytes that `pixels` pixels take, so that the sanitizer sees one too many.
+// The exact size of `pixels` pixels, so that the sanitizer detects any access beyond it.
 std::size_t SourceBytes(const PixelFormat& format, std::size_t pixels) {
     const std::string_view name = format.conversionName;
     if (name == "Unpack10p") {
@@ -35,7 +35,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto formats = PixelFormatTable();
     const PixelFormat& format = formats[data[0] % formats.size()];
     const std::size_t pixels = data[1] + 256u * (data[2] & 3u);
-    if (format.convert == nullptr) {
+    if (!format.convert) {
         return 0;
     }
     std::vector<std::uint8_t> source(SourceBytes(format, pixels));
@@ -44,7 +44,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             source[at] = data[3 + at % (size - 3)];
         }
     }
-    // Packed formats and whole-group formats are one component a pixel, YUV becomes three.
+    // One 16-bit component per pixel, or three bytes for YUV formats.
     const std::size_t hostBytes = format.allocatedBits == 16 ? pixels * 2 : pixels * 3;
     std::vector<std::uint8_t> host(hostBytes);
     format.convert(source.data(), host.data(), pixels);

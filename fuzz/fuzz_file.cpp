@@ -1,4 +1,4 @@
-// fuzz_file.cpp
+// fuzz_file.cpp - passing fuzzer input to code that opens files by name
 #include "fuzz/fuzz_file.h"
 
 #include <cstdlib>

@@ -1,11 +1,12 @@
-// fuzz_file.h - hands a fuzzer's bytes to code that opens files by name
+// fuzz_file.h - passing fuzzer input to code that opens files by name
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <string>
 
-/// A file in memory that can be opened by its path as long as the object lives.
+/// A file in memory, which can be opened by its path while the object exists. Ends the program when
+/// it cannot be created.
 class FuzzFile {
 public:
     FuzzFile(const std::uint8_t* data, std::size_t size);

@@ -1,4 +1,4 @@
-// fuzz_ini_file.cpp - the host's ini file: reading any bytes, and what a write leaves alone
+// fuzz_ini_file.cpp - reading and writing the host's ini files
 #include "mivora/ini_file.h"
 #include "platform/file_system.h"
 
@@ -9,7 +9,7 @@
 
 namespace {
 
-// The file is rewritten by renaming, so it needs a real directory.
+// Writing replaces the file by renaming another one, which requires a real directory.
 class Directory {
 public:
     ~Directory() { platform::RemoveDirectoryTree(path); }

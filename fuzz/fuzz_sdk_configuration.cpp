@@ -1,4 +1,4 @@
-// fuzz_sdk_configuration.cpp - the simulator's PxnC.xml
+// fuzz_sdk_configuration.cpp - reading the simulator's PxnC.xml
 #include "fuzz/fuzz_file.h"
 #include "pxnc.h"
 #include "pxnc/simulator/control.h"
@@ -11,9 +11,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const FuzzFile file(data, size);
     const std::wstring path(file.Path().begin(), file.Path().end());
     if (PxnStartup(path.c_str()) == PxnErrSuccess) {
-        // The file's own faults may make any call fail, or wait for this.
-        char answer[64];
-        if (PxnControl("clear", answer, sizeof answer) != PxnErrSuccess) {
+        // Faults in the configuration may make any call fail, or block it until they are cleared.
+        char reply[64];
+        if (PxnControl("clear", reply, sizeof reply) != PxnErrSuccess) {
             std::abort();
         }
         std::uint32_t found = 0;
@@ -22,7 +22,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         }
         PxnShutdown();
     } else if (PxnCamerasList(nullptr, 0, nullptr, sizeof(PxnCameraInfo)) != PxnErrApiNotStarted) {
-        std::abort(); // a refused start leaves nothing started
+        std::abort(); // a failed start must leave nothing started
     }
     return 0;
 }

@@ -1,4 +1,4 @@
-// fuzz_sync_file.cpp - the feature synchronisation file
+// fuzz_sync_file.cpp - reading feature synchronisation files
 #include "fuzz/fuzz_file.h"
 #include "sync/feature_syncher.h"
 
@@ -12,13 +12,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (const SyncFeatureEntry& entry : syncher.GetEntries()) {
         const auto* found = syncher.FindSyncEntry(entry.Watched.ModuleName.c_str(),
                                                   entry.Watched.FeatureName.c_str());
-        if (found == nullptr) {
+        if (!found) {
             std::abort(); // what was read must be found
         }
     }
     if (syncher.Init(file.Path().c_str(), nullptr) != first ||
         syncher.GetEntries().size() != entries) {
-        std::abort(); // reading twice gives the same
+        std::abort(); // reading twice must give the same result
     }
     return 0;
 }

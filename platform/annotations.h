@@ -1,7 +1,7 @@
-// annotations.h - the one place for compiler-specific attributes
+// annotations.h - attributes for Clang's thread-safety analysis
 //
-// Clang checks the locking rules that these express (-Wthread-safety); every
-// other compiler sees nothing.
+// Clang checks the locking rules that they express (-Wthread-safety). For other compilers they
+// expand to nothing.
 #pragma once
 
 #if defined(__clang__)

@@ -1,4 +1,4 @@
-// clock.cpp - the clock that both platforms share
+// clock.cpp - monotonic time, the same on all platforms
 #include "platform/clock.h"
 
 #include <chrono>

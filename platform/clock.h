@@ -1,16 +1,16 @@
-// clock.h - time that only goes forward, and the processor time used
+// clock.h - monotonic time and processor time
 #pragma once
 
 #include <cstdint>
 
 namespace platform {
 
-/// Nanoseconds since a moment that stays the same while the program runs. Never goes back, and
-/// does not follow changes of the system's date. Any thread.
+/// Nanoseconds since an arbitrary point in time that is fixed for the life of the process. Never
+/// decreases and is not affected by changes of the system time. Any thread.
 std::uint64_t MonotonicNanoseconds();
 
-/// Seconds of processor time that all threads of this process have used, in user and in system
-/// mode together. Any thread.
+/// Processor time in seconds that all threads of this process have used, in user and system mode
+/// together; 0.0 when the system cannot report it. Any thread.
 double ProcessCpuSeconds();
 
 } // namespace platform

@@ -6,14 +6,22 @@
 
 namespace platform {
 
-/// Makes the standard streams carry bytes as they are, and a console show UTF-8. To be called once,
-/// before anything is read or written.
+/// Switches the standard streams to binary mode and the console to UTF-8; POSIX needs neither. Call
+/// once, before any input or output.
 void PrepareStandardStreams();
 
-/// Waits at most `timeoutMs` milliseconds until standard input can be read without waiting:
-/// something has come, or it has ended. For one thread, which does not use stdin otherwise.
+/// Waits up to `timeoutMs` milliseconds for input or the end of standard input. True when ReadInput
+/// can be called; false on timeout and, on POSIX, when a signal interrupts the wait. On a Windows
+/// console any console event ends the wait. Only one thread may call this function and ReadInput,
+/// and nothing else may read standard input.
 bool WaitForInput(std::uint32_t timeoutMs);
-/// Reads what has come, waiting for the first byte; 0 at the end of standard input.
+/// Reads up to `capacity` bytes from standard input, blocking until at least one is available.
+/// Returns their number; 0 at the end of the input, on errors and, on POSIX, when a signal
+/// interrupts the call.
 std::size_t ReadInput(char* buffer, std::size_t capacity);
+
+/// True when standard stream number `descriptor` (0 input, 1 output, 2 error) is a terminal or
+/// console; false for a file, a pipe, the null device and invalid numbers. Any thread.
+bool IsTerminal(int descriptor);
 
 } // namespace platform

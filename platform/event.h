@@ -6,10 +6,10 @@
 
 namespace platform {
 
-/// Wait limit that never runs out.
+/// Timeout in milliseconds that never expires.
 inline constexpr std::uint32_t kInfinite = 0xFFFFFFFFu;
 
-/// A manual-reset event, created unsignalled. Every operation may be called from any thread.
+/// A manual-reset event, initially unsignalled. All operations may be called from any thread.
 class Event {
 public:
     Event();
@@ -17,12 +17,15 @@ public:
     Event(const Event&) = delete;
     Event& operator=(const Event&) = delete;
 
-    /// False when the system had no event to give; the other operations then do nothing.
+    /// False when the event could not be created. Set and Reset then do nothing; IsSet and Wait
+    /// return false at once.
     bool IsValid() const;
     void Set();
     void Reset();
     bool IsSet() const;
-    /// Waits at most `timeoutMs` milliseconds (kInfinite: without limit); true when signalled.
+    /// Waits up to `timeoutMs` milliseconds (kInfinite: no limit) for the event. True when it is
+    /// signalled, false on timeout. On Windows a timeout may come up to 16 ms early, since it is
+    /// counted in timer ticks.
     bool Wait(std::uint32_t timeoutMs) const;
 
 private:

@@ -1,4 +1,4 @@
-// file_system.cpp - paths and reading, the same on both platforms
+// file_system.cpp - paths and reading files, the same on all platforms
 #include "platform/file_system.h"
 
 #include "platform/path_rules.h"
@@ -34,7 +34,7 @@ std::string JoinPath(const std::string& directory, const std::string& name) {
     if (directory.empty()) {
         return name;
     }
-    // What follows a drive alone is relative to its current directory, and must remain so.
+    // "C:name" is relative to the current directory of the drive; a separator would change that.
     if (IsSeparator(directory.back()) || directory.size() == RootLength(directory)) {
         return directory + name;
     }

@@ -1,6 +1,7 @@
-// file_system.h - paths and whole files, by the platform's rules
+// file_system.h - paths, directories and whole files
 //
-// Narrow paths are in the system's code page on Windows and in UTF-8 elsewhere.
+// Paths are narrow strings: in the system's code page on Windows, in UTF-8 elsewhere. All functions
+// may be called from any thread.
 #pragma once
 
 #include <cstddef>
@@ -10,40 +11,42 @@ namespace platform {
 
 /// '\\' on Windows, '/' elsewhere.
 extern const char kPathSeparator;
-/// The file name of a run-time library: ("PxnC") gives "PxnC.dll" or "libPxnC.so".
+/// File name of a shared library: "PxnC" gives "PxnC.dll" on Windows, "libPxnC.so" elsewhere.
 std::string LibraryFileName(const char* baseName);
-/// The absolute form of `path` against the current directory; the file need not exist. Empty
-/// when the system cannot tell, or when the result has `limit` characters or more.
+/// Absolute form of `path`; a relative path starts at the current directory. The file need not
+/// exist. Windows also resolves "." and "..". Empty when `path` is empty, when the current
+/// directory cannot be determined, or when the result has `limit` characters or more.
 std::string FullPath(const std::string& path, std::size_t limit);
-/// True for a file or directory that exists and that this process may look at. Symbolic links
-/// are followed, here and below.
+/// True when `path` names something that exists and that this process may query. Here and in the
+/// next two functions POSIX follows symbolic links.
 bool PathExists(const std::string& path);
 bool IsRegularFile(const std::string& path);
 bool IsDirectory(const std::string& path);
-/// The directory part without its trailing separator, which only a root keeps ("/", "C:\\"); empty
-/// when there is none. Both '/' and '\\' separate on Windows.
+/// Directory part of `path`, without trailing separators except for a root ("/", "C:\\"); empty
+/// when there is none. On Windows both '/' and '\\' are separators.
 std::string DirectoryOf(const std::string& path);
-/// Directory and relative name joined by one separator; the name alone when the directory is
-/// empty.
+/// `directory` and the relative `name`, joined by a separator unless `directory` ends in one or is
+/// a bare drive ("C:"); just `name` when `directory` is empty.
 std::string JoinPath(const std::string& directory, const std::string& name);
-/// Creates a directory and the missing ones above it; true when it is there afterwards.
+/// Creates a directory and its missing parents. True when the directory exists afterwards.
 bool CreateDirectories(const std::string& path);
-/// A fresh, empty directory below the system's place for temporary files, its name beginning with
-/// `prefix`; empty when it cannot be made.
+/// Creates a directory with a unique name that starts with `prefix` in the system's directory for
+/// temporary files. Returns its path; empty on failure.
 std::string CreateTemporaryDirectory(const char* prefix);
-/// Removes a directory with all that is in it, links but not what they lead to. True when nothing
-/// of that name is there afterwards; a file of that name stays.
+/// Removes a directory and its contents; links are removed, their targets are kept. True when
+/// nothing called `path` exists afterwards; a file of that name is kept and gives false.
 bool RemoveDirectoryTree(const std::string& path);
-/// The running program's own file, absolute.
+/// Absolute path of the running executable; empty when the system cannot report it.
 std::string ExecutablePath();
-/// Reads a whole file as bytes. False when it cannot be read: `error`, when given, then says why
-/// in the system's words, and `content` is as it was.
+/// Reads a whole file as bytes. On failure returns false, stores the system's message in `error`
+/// (unless null) and leaves `content` unchanged.
 bool ReadWholeFile(const std::string& path, std::string& content, std::string* error = nullptr);
-/// Writes `content` to a file beside `path`, flushes it to the disk and renames it over `path`:
-/// whoever looks finds the old or the new file whole. A symbolic link stays, what it leads to is
-/// replaced (not on Windows), and the new file has the old one's permissions. A read-only target
-/// refuses, for an administrator too. False on failure: `error`, when given, then says why, `path`
-/// is as it was and nothing is left beside it.
+/// Replaces the file `path`, or creates it: writes `content` to a temporary file in the same
+/// directory, flushes it to disk and renames it to `path`. Readers see either the complete old or
+/// the complete new content. On POSIX the new file gets the permissions of the old one, and when
+/// `path` is a symbolic link, its target is replaced. A read-only file is never replaced, not even
+/// for root or an administrator. On failure returns false, stores the system's message in `error`
+/// (unless null), leaves `path` unchanged and removes the temporary file.
 bool ReplaceWholeFile(const std::string& path, const std::string& content,
                       std::string* error = nullptr);
 

@@ -1,4 +1,4 @@
-// file_version.h - the version a library file carries
+// file_version.h - version numbers of a library file
 #pragma once
 
 #include <cstdint>
@@ -7,9 +7,10 @@
 
 namespace platform {
 
-/// The version block of a file: its version resource on Windows, the version suffix of the
-/// resolved file name elsewhere (`libPxnC.so.2.1.0.7`: one to four numbers up to 65535, absent
-/// ones are 0; any other suffix is no version).
+/// The version block of a file. On Windows this is its version resource. Elsewhere it is the
+/// version suffix of the file name after links are resolved (`libPxnC.so.2.1.0.7`): one to four
+/// numbers from 0 to 65535, missing ones count as 0; with any other suffix the file has no version
+/// block. One thread at a time.
 class FileVersion {
 public:
     FileVersion();
@@ -17,12 +18,15 @@ public:
     FileVersion(FileVersion&& other) noexcept;
     FileVersion& operator=(FileVersion&& other) noexcept;
 
-    /// Reads the block of `path`; false and empty when there is none.
+    /// Reads the version block of `path` in place of the current one. False when there is none, or
+    /// when out of memory; HasBlock then returns false.
     bool Read(const std::string& path);
     void Clear();
     bool HasBlock() const;
-    /// One 16-bit part: 0 and 1 the high and low half of the most significant word, 2 and 3 of
-    /// the least significant. 65535 without a block, without a root entry, or for another part.
+    /// Number `part` of the version, 0 (major) to 3. 65535 for any other `part`, when there is no
+    /// version block, and when the block has no fixed file information.
+    // Compatibility: hosts show these numbers in the driver's version text, where 65535 stands for
+    // an unknown version.
     std::uint16_t Part(unsigned part) const;
 
 private:

@@ -1,15 +1,16 @@
-// interrupt.h - the user's wish that a command-line program stop
+// interrupt.h - Ctrl-C and other requests to stop a command-line program
 #pragma once
 
 namespace platform {
 
-/// From now on Ctrl-C (and SIGTERM, or Ctrl-Break on Windows) is only noted, for
-/// InterruptRequested to tell. Forgets an earlier request. A second Ctrl-C ends the program the
-/// system's way, so that a program which fails to stop can still be ended. Waiting system calls,
-/// such as reading from a terminal, return early. False when the system refused.
+/// Makes Ctrl-C (also SIGTERM, or Ctrl-Break on Windows) set a flag that InterruptRequested
+/// returns, instead of ending the program. A second Ctrl-C ends the program as usual, in case it
+/// does not respond to the first. Blocking system calls, such as reading from a terminal, return
+/// early. Clears the flag. False when the handler cannot be installed. Call from one thread at a
+/// time.
 bool InstallInterruptHandler();
 
-/// True once the user has asked the program to stop. Any thread.
+/// True once the program has been asked to stop. Any thread.
 bool InterruptRequested();
 
 } // namespace platform

@@ -1,12 +1,13 @@
-// message_loop.h - letting windows live while a thread waits
+// message_loop.h - window messages in programs that have no message loop of their own
 #pragma once
 
 #include <cstddef>
 
 namespace platform {
 
-/// Handles the window messages that wait for this thread. Each is offered to the dialogs first, so
-/// that their keys work. Does nothing where there are no windows.
+/// Dispatches the pending window messages of the calling thread and returns. Each message is first
+/// offered to the `count` window handles in `dialogs`, so that their keyboard navigation works.
+/// Does nothing on platforms without windows.
 void ServeWindowMessages(void* const* dialogs, std::size_t count);
 
 } // namespace platform

@@ -1,4 +1,4 @@
-// mutex.h - recursive mutex with try-lock, known to Clang's thread-safety analysis
+// mutex.h - recursive mutex, annotated for Clang's thread-safety analysis
 #pragma once
 
 #include "platform/annotations.h"
@@ -7,8 +7,8 @@
 
 namespace platform {
 
-/// A recursive mutex: the thread that holds it may lock it again and unlocks it as often. A
-/// critical section on Windows. The constructor throws when the system has no mutex to give.
+/// A recursive mutex: the thread that holds it may lock it again and must unlock it as many times.
+/// A critical section on Windows. The constructor throws std::bad_alloc when out of memory.
 class CAPABILITY("mutex") Mutex {
 public:
     Mutex();
@@ -17,8 +17,9 @@ public:
     Mutex& operator=(const Mutex&) = delete;
 
     void Lock() ACQUIRE();
-    /// Takes the mutex when it is free (or already this thread's) and never waits.
+    /// Locks the mutex unless another thread holds it; true when locked. Never waits.
     bool TryLock() TRY_ACQUIRE(true);
+    /// The calling thread must hold the mutex.
     void Unlock() RELEASE();
 
 private:
@@ -26,7 +27,7 @@ private:
     std::unique_ptr<Impl> impl;
 };
 
-/// Holds a mutex for a scope.
+/// Locks a mutex for the current scope.
 class SCOPED_CAPABILITY MutexLock {
 public:
     explicit MutexLock(Mutex& mutexToHold) ACQUIRE(mutexToHold) : mutex(mutexToHold) {

@@ -1,4 +1,4 @@
-// path_rules.h - what the shared path functions ask the platform; for platform/ only
+// path_rules.h - platform-specific rules behind the shared path functions; internal to platform/
 #pragma once
 
 #include <cstddef>
@@ -6,9 +6,10 @@
 
 namespace platform {
 
+/// True for '/' and, on Windows, '\\'.
 bool IsSeparator(char character);
-/// How many characters at the start name the root, its separator included: 1 for "/x", 0 for "x",
-/// on Windows 3 for "C:\\x" and 2 for "C:x".
+/// Length of the root at the start of `path`, including its separator: 1 for "/x", 0 for "x"; on
+/// Windows 3 for "C:\\x" and 2 for "C:x".
 std::size_t RootLength(const std::string& path);
 
 } // namespace platform

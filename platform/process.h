@@ -1,4 +1,4 @@
-// process.h - starting a program and talking to it
+// process.h - child processes with redirected standard streams
 #pragma once
 
 #include <cstdint>
@@ -10,18 +10,18 @@
 
 namespace platform {
 
-/// What a program is started with.
+/// How to start a program.
 struct ProcessStart {
-    std::string program;                ///< path of the program's file
-    std::vector<std::string> arguments; ///< without the program's name
-    std::string workingDirectory;       ///< empty: that of this process
-    /// Variables set on top of this process's environment; an empty value removes one.
+    std::string program;                ///< path of the executable
+    std::vector<std::string> arguments; ///< without the program name
+    std::string workingDirectory;       ///< empty: the one of this process
+    /// Changes to the environment inherited from this process; an empty value removes a variable.
     std::vector<std::pair<std::string, std::string>> environment;
 };
 
-/// A program that this process started, its standard streams connected to this object. What it
-/// writes is read all the time, so that it never waits for its reader. Destroying the object ends
-/// the program if it still runs. One thread at a time.
+/// A child process whose standard streams are connected to this object. Its output is read in the
+/// background, so that the child never blocks on a full pipe. The destructor kills a child that is
+/// still running. One thread at a time.
 class Process {
 public:
     Process();
@@ -29,22 +29,25 @@ public:
     Process(const Process&) = delete;
     Process& operator=(const Process&) = delete;
 
-    /// False when the system refused; `error`, when given, then says why. To be called once.
+    /// Starts the program. On failure returns false and stores a message in `error` (unless null).
+    /// Call once per object; except for Interrupt and Kill, the members below require that it
+    /// succeeded.
     bool Start(const ProcessStart& start, std::string* error = nullptr);
-    /// Writes to the program's standard input, waiting until it has taken all; false when it takes
-    /// no more.
+    /// Writes to the child's standard input, blocking until all of `data` has been passed on. False
+    /// when the child has closed its standard input or has exited.
     bool Write(std::string_view data);
-    /// Ends the program's standard input.
+    /// Closes the child's standard input.
     void CloseInput();
-    /// Waits at most `timeoutMs` milliseconds for the program's end. True when it has ended: then
-    /// `status` receives its exit status (128 and the signal's number when one ended it), and all
-    /// that it wrote can be had.
+    /// Waits up to `timeoutMs` milliseconds (kInfinite of event.h: no limit) for the child to exit.
+    /// False on timeout. When true, `status` is its exit status (128 plus the signal number when a
+    /// signal ended it), and Output and Errors are complete.
     bool Wait(std::uint32_t timeoutMs, int& status);
-    /// Asks the program to stop, as Ctrl-C does. False where a program cannot be asked.
+    /// Interrupts the child like Ctrl-C in a terminal. False when the child is not running, and
+    /// always on Windows.
     bool Interrupt();
-    /// Ends the program at once.
+    /// Ends the child immediately. Does nothing when it is not running.
     void Kill();
-    /// What the program has written to its standard output and standard error so far.
+    /// What the child has written to its standard output and standard error so far.
     std::string Output() const;
     std::string Errors() const;
 

@@ -1,4 +1,4 @@
-// processor.cpp - what the processor can do
+// processor.cpp - instruction sets that the processor supports
 #include "platform/processor.h"
 
 #if defined(_MSC_VER)
@@ -23,7 +23,7 @@ Leaf ReadLeaf(int number) {
     return leaf;
 }
 
-// Whether the system saves all register states of the mask.
+// True when the operating system saves all register states in `mask`.
 bool SavesRegisters(unsigned mask) {
     return ReadLeaf(1).Has(2, 27) && (static_cast<unsigned>(_xgetbv(0)) & mask) == mask;
 }
@@ -50,7 +50,7 @@ bool platform::HasAvx512Vbmi() {
 
 #else
 
-// The compilers' own question covers the system's part.
+// The built-in function also checks that the operating system saves the registers.
 bool platform::HasSse41() {
     return __builtin_cpu_supports("ssse3") && __builtin_cpu_supports("sse4.1");
 }

@@ -1,4 +1,4 @@
-// serial_port.h - the computer's own serial ports
+// serial_port.h - serial ports of the computer
 #pragma once
 
 #include <cstddef>
@@ -11,7 +11,7 @@ namespace platform {
 enum class SerialParity : std::uint8_t { kNone, kOdd, kEven };
 enum class SerialStopBits : std::uint8_t { kOne, kOneAndHalf, kTwo };
 
-/// One serial port, opened for raw bytes without flow control. One thread at a time.
+/// A serial port for raw bytes, without flow control. One thread at a time.
 class SerialPort {
 public:
     SerialPort();
@@ -19,26 +19,27 @@ public:
     SerialPort(const SerialPort&) = delete;
     SerialPort& operator=(const SerialPort&) = delete;
 
-    /// Opens a port, closing the one that was open before.
+    /// Opens a port, closing the current one first, and discards what it has received before.
     ///
-    /// `name` is the system's: "COM1" or "COM10" on Windows, "ttyS0" or "/dev/ttyUSB0" elsewhere.
-    /// `baud` is in bits per second, `byteSize` 5 to 8 bits; one and a half stop bits go with 5
-    /// bits only. False when the system refused or a setting cannot be had; `error`, when given,
-    /// then says why.
+    /// `name` is "COM1" or "COM10" on Windows, "ttyS0" or "/dev/ttyUSB0" elsewhere. `baud` is in
+    /// bits per second, `byteSize` is 5 to 8 bits; kOneAndHalf stop bits require 5 bits. When the
+    /// port cannot be opened or does not support the settings, returns false, stores the system's
+    /// message in `error` (unless null) and stays closed.
     bool Open(const std::string& name, std::uint32_t baud, SerialParity parity, unsigned byteSize,
               SerialStopBits stopBits, std::string* error = nullptr);
     bool IsOpen() const { return impl != nullptr; }
 
-    /// Takes at most `capacity` of the bytes that have arrived, without waiting for more; `count`
-    /// receives how many, and may be 0. False when the port is closed or has failed.
+    /// Reads up to `capacity` bytes that have already arrived, without waiting; `count` receives
+    /// their number, possibly 0. False when the port is closed or has failed.
     bool Read(void* buffer, std::size_t capacity, std::size_t& count);
-    /// Hands all bytes to the system, waiting as long as the port goes on taking some. False when
-    /// the port is closed, has failed, or has taken nothing for five seconds; `written`, when
-    /// given, receives how many bytes went out.
+    /// Writes all bytes to the system's output buffer, waiting as long as there is progress. False
+    /// when the port is closed, has failed, or has not accepted any byte for five seconds.
+    /// `written` (unless null) receives the number of bytes accepted.
     bool Write(const void* data, std::size_t size, std::size_t* written = nullptr);
-    /// Throws away what has arrived but was not read, and what was written but not sent.
+    /// Discards received bytes that have not been read (`receive`) and written bytes that have not
+    /// been sent (`transmit`). False when the port is closed or has failed.
     bool Purge(bool receive, bool transmit);
-    /// Does nothing when the port is closed.
+    /// Closes the port; does nothing when it is closed already.
     void Close();
 
 private:

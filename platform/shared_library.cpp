@@ -1,4 +1,4 @@
-// shared_library.cpp - who owns a loaded library, the same on both platforms
+// shared_library.cpp - ownership of a loaded library, the same on all platforms
 #include "platform/shared_library.h"
 
 #include <utility>

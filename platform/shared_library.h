@@ -1,11 +1,11 @@
-// shared_library.h - loading a library at run time
+// shared_library.h - loading shared libraries at run time
 #pragma once
 
 #include <string>
 
 namespace platform {
 
-/// A loaded library; move-only, so that nobody closes it twice.
+/// Owns a loaded library and unloads it when destroyed. One thread at a time.
 class SharedLibrary {
 public:
     SharedLibrary() = default;
@@ -15,17 +15,17 @@ public:
     SharedLibrary(const SharedLibrary&) = delete;
     SharedLibrary& operator=(const SharedLibrary&) = delete;
 
-    /// Loads `path` after unloading what was loaded before. On Windows an `absolutePath` is loaded
-    /// with the flags 0x1100 (the loaded file's own directory and the default directories are
-    /// searched for what it depends on), any other path with the system's usual search; elsewhere
-    /// both are loaded with all symbols resolved at once and kept local. False when the system
-    /// refused; `error`, when given, receives the system's own words.
+    /// Unloads the current library and loads `path`. On Windows, with `absolutePath`, the library's
+    /// dependencies are searched for in its own directory and the default directories; without, the
+    /// library and its dependencies are found by the standard search order. Elsewhere
+    /// `absolutePath` has no effect: all symbols are resolved immediately and stay local. On
+    /// failure returns false and stores the reason in `error` (unless null).
     bool Load(const std::string& path, bool absolutePath, std::string* error = nullptr);
     void Unload();
     bool IsLoaded() const { return handle != nullptr; }
-    /// The address of an exported symbol, or null.
+    /// Address of an exported symbol; null when there is none or nothing is loaded.
     void* FindSymbol(const char* name) const;
-    /// The opaque handle the system gave, or null.
+    /// The system's handle of the library; null when nothing is loaded.
     void* Handle() const { return handle; }
 
 private:

@@ -1,4 +1,4 @@
-// sleep.cpp - choosing between the real sleep and a test's replacement
+// sleep.cpp - the real sleep or the replacement set by a test
 #include "platform/sleep.h"
 
 #include <atomic>

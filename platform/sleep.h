@@ -1,4 +1,4 @@
-// sleep.h - the one way to let time pass
+// sleep.h - a sleep that tests can replace
 #pragma once
 
 #include <cstdint>
@@ -7,11 +7,12 @@ namespace platform {
 
 using SleepFunction = void (*)(std::uint32_t milliseconds);
 
-/// Lets the calling thread rest for `milliseconds`, or calls the replacement that a test set.
+/// Suspends the calling thread for `milliseconds`, or calls the replacement set by a test. On
+/// Windows the time is counted in timer ticks and may be up to 16 ms shorter. Any thread.
 void SleepMs(std::uint32_t milliseconds);
 
-/// Replaces what SleepMs does; null brings the real one back. Any thread; takes effect at the
-/// next call of SleepMs.
+/// Replaces the function that SleepMs calls; null restores the real one. Takes effect with the next
+/// call of SleepMs. Any thread.
 void SetSleepFunction(SleepFunction replacement);
 
 } // namespace platform

@@ -1,11 +1,11 @@
-// text.cpp - comparing text, the same on both platforms
+// text.cpp - comparison without case, the same on all platforms
 #include "platform/text.h"
 
 namespace platform {
 
 namespace {
 
-// The C library's functions follow the locale, which the host may change.
+// std::tolower depends on the locale, which the host may change.
 int LowerAscii(char character) {
     const auto byte = static_cast<unsigned char>(character);
     return byte >= 'A' && byte <= 'Z' ? byte + ('a' - 'A') : byte;

@@ -1,4 +1,4 @@
-// thread.h - a joinable thread with a chosen stack size
+// thread.h - joinable thread with a selectable stack size
 #pragma once
 
 #include <cstddef>
@@ -6,8 +6,8 @@
 
 namespace platform {
 
-/// A running thread or nothing. Owns the thread's handle; destroying or overwriting a joinable one
-/// joins it. The object itself takes no lock: one thread at a time.
+/// Owns a thread, or nothing. Destroying the object or assigning to it joins the thread it owns.
+/// The object is not synchronised: one thread at a time.
 class Thread {
 public:
     using Procedure = void (*)(void* argument);
@@ -19,17 +19,18 @@ public:
     Thread(const Thread&) = delete;
     Thread& operator=(const Thread&) = delete;
 
-    /// Starts `procedure(argument)`. `stackSize` in bytes is taken literally on Windows. Elsewhere
-    /// it is raised to the least the system allows and what the C library and sanitizers keep on a
-    /// stack. 0 asks for the system's default.
-    /// Returns a thread that is not joinable when the system refused.
+    /// Starts a thread that calls `procedure(argument)`. `stackSize` is in bytes, 0 for the
+    /// system's default. Windows uses it unchanged; elsewhere it is raised to the system's minimum
+    /// plus a reserve for the C library and sanitizers. When the thread cannot be created, the
+    /// result is not joinable.
     static Thread Start(Procedure procedure, void* argument, std::size_t stackSize);
 
+    /// True while the object owns a thread, whether that is still running or not.
     bool IsJoinable() const;
-    /// True when called from inside this thread.
+    /// True when the calling thread is the owned one.
     bool IsCurrent() const;
-    /// Waits for the end without limit and forgets the thread. Does nothing without one. Called
-    /// from inside the thread itself it only forgets, and the thread runs on.
+    /// Waits for the owned thread to end, without limit, and releases it. Does nothing when there
+    /// is none. A thread that joins itself is detached instead and keeps running.
     void Join();
 
 private:

@@ -1,33 +1,34 @@
-// afx.h - run-time classes and dynamic creation
+// afx.h - run-time class information and dynamic creation
 #pragma once
 
 #include <windows.h>
 
 class CObject;
 
-/// What is known of a class at run time. One constant per class, made by IMPLEMENT_DYNAMIC or
-/// IMPLEMENT_DYNCREATE.
+/// Run-time information about a class. IMPLEMENT_DYNAMIC and IMPLEMENT_DYNCREATE define one object
+/// per class. Any thread.
 struct CRuntimeClass {
     LPCSTR m_lpszClassName;
     int m_nObjectSize;
     CObject* (*m_pfnCreateObject)(); ///< null when the class cannot be created dynamically
     CRuntimeClass* m_pBaseClass;     ///< null for CObject
-    CRuntimeClass* m_pNextClass;     ///< the list that FromName searches
+    CRuntimeClass* m_pNextClass;     ///< next entry of the list that FromName searches
 
-    /// A new object, which the caller owns; null when the class cannot be created dynamically.
+    /// Creates an object, which the caller owns; null when the class cannot be created dynamically.
     CObject* CreateObject() const { return m_pfnCreateObject ? m_pfnCreateObject() : nullptr; }
     BOOL IsDerivedFrom(const CRuntimeClass* base) const;
-    /// The class of that name in this binary, or null.
+    /// The class called `className` in this binary; null when there is none.
     static CRuntimeClass* FromName(LPCSTR className);
+    /// Creates an object of the class called `className`; null when that is impossible.
     static CObject* CreateObject(LPCSTR className);
 };
 
-/// Puts a class into the list that CRuntimeClass::FromName searches.
+/// Adds a class to the list that CRuntimeClass::FromName searches. For static objects only.
 struct AFX_CLASSINIT {
     explicit AFX_CLASSINIT(CRuntimeClass* runtimeClass);
 };
 
-/// The root of all classes here. Objects cannot be copied.
+/// Base of all classes of this library. Not copyable.
 class CObject {
 public:
     virtual ~CObject() = default;

@@ -1,9 +1,11 @@
 // afxcmn.h - the common controls that the dialogs use, and image lists
+//
+// Members send the control's message of the same name and return its result.
 #pragma once
 
 #include <afxwin.h>
 
-/// Owns an image list and destroys it in the end.
+/// Owns an image list and destroys it in its destructor.
 class CImageList : public CObject {
     DECLARE_DYNAMIC(CImageList)
 public:
@@ -128,7 +130,7 @@ public:
     int GetNextItem(int index, int flags) const {
         return ListView_GetNextItem(m_hWnd, index, flags);
     }
-    /// The first item after `start` that fits; -1 when none does.
+    /// Index of the first item after `start` that matches `wanted`; -1 when there is none.
     int FindItem(LVFINDINFO* wanted, int start = -1) const {
         return ListView_FindItem(m_hWnd, start, wanted);
     }

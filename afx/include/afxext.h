@@ -3,8 +3,8 @@
 
 #include <afxwin.h>
 
-/// A view made from a dialog template of this binary. The template is a child without frame and
-/// not visible; keys in its controls belong to the dialog that the view stands in.
+/// A view created from a dialog template of this binary. The template must describe an invisible
+/// child window without a border. Keys in its controls are handled by the enclosing dialog.
 class CFormView : public CView {
     DECLARE_DYNAMIC(CFormView)
 public:
@@ -13,7 +13,8 @@ public:
 protected:
     explicit CFormView(UINT templateId) : m_nIDTemplate(templateId) {}
 
-    /// Makes the form in `rect` of `parent`; `style` adds WS_VISIBLE, the rest is the template's.
+    /// Creates the form at `rect` in `parent`. Of `style` only WS_VISIBLE is used; class, title and
+    /// all other styles are those of the template. FALSE on failure.
     BOOL Create(LPCTSTR className, LPCTSTR windowName, DWORD style, const RECT& rect, CWnd* parent,
                 UINT id, CCreateContext* context = nullptr) override;
     void OnDraw(CDC*) override {}
@@ -21,7 +22,7 @@ protected:
     UINT m_nIDTemplate;
 
 private:
-    // FALSE leaves the focus where it is.
+    // FALSE keeps the system from setting the focus.
     LRESULT HandleInitDialog(WPARAM, LPARAM) { return FALSE; }
     DECLARE_MESSAGE_MAP()
 };

@@ -1,7 +1,7 @@
-// afxgdi_.h - device contexts, fonts, bitmaps and brushes that release what they hold
+// afxgdi_.h - owners of device contexts, fonts, bitmaps and brushes
 //
-// Included by afxwin.h. A pointer that FromHandle or SelectObject gives is temporary: it lasts
-// until the message at hand has been handled.
+// Included by afxwin.h. FromHandle and SelectObject return pointers to temporary objects, which are
+// valid until the current message has been handled.
 #pragma once
 
 #include <afx.h>
@@ -9,7 +9,7 @@
 
 class CWnd;
 
-/// Owns a drawing object and deletes it in the end.
+/// Owns a GDI object and deletes it in its destructor.
 class CGdiObject : public CObject {
     DECLARE_DYNAMIC(CGdiObject)
 public:
@@ -19,9 +19,9 @@ public:
     ~CGdiObject() override { DeleteObject(); }
 
     HGDIOBJ GetSafeHandle() const { return m_hObject; }
-    /// Takes the object over; fails when one is held already or `object` is null.
+    /// Takes ownership of `object`. FALSE when it is null or when an object is owned already.
     BOOL Attach(HGDIOBJ object);
-    /// Gives the object up without deleting it.
+    /// Gives up ownership and returns the object.
     HGDIOBJ Detach();
     BOOL DeleteObject();
 };
@@ -51,8 +51,8 @@ public:
     operator HBRUSH() const { return static_cast<HBRUSH>(m_hObject); }
 };
 
-/// Owns a device context made by CreateCompatibleDC and deletes it in the end; derived guards
-/// release what they were made from instead.
+/// Owns a device context created by CreateCompatibleDC and deletes it in its destructor. The
+/// derived classes release the device context of a window instead.
 class CDC : public CObject {
     DECLARE_DYNAMIC(CDC)
 public:
@@ -90,6 +90,7 @@ public:
         return ::BitBlt(m_hDC, x, y, width, height, from->m_hDC, fromX, fromY, code);
     }
     void FillRect(LPCRECT rect, CBrush* brush) { ::FillRect(m_hDC, rect, *brush); }
+    /// Fills `rect` and sets the background colour to `color`.
     void FillSolidRect(LPCRECT rect, COLORREF color);
     int GetClipBox(LPRECT rect) const { return ::GetClipBox(m_hDC, rect); }
     int IntersectClipRect(LPCRECT rect) {
@@ -101,7 +102,7 @@ public:
     int GetDeviceCaps(int index) const { return ::GetDeviceCaps(m_hDC, index); }
 };
 
-/// The device context of a window's client area.
+/// Device context of a window's client area.
 class CClientDC : public CDC {
     DECLARE_DYNAMIC(CClientDC)
 public:
@@ -112,7 +113,7 @@ protected:
     HWND m_hWnd;
 };
 
-/// The device context for painting in answer to WM_PAINT.
+/// Device context for painting a window in its WM_PAINT handler.
 class CPaintDC : public CDC {
     DECLARE_DYNAMIC(CPaintDC)
 public:

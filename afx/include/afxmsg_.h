@@ -1,7 +1,7 @@
 // afxmsg_.h - message maps
 //
-// A class lists its handlers between BEGIN_MESSAGE_MAP and END_MESSAGE_MAP; a message that no
-// class of the chain lists goes to the window's default handling. Included by afxwin.h.
+// A class lists its handlers between BEGIN_MESSAGE_MAP and END_MESSAGE_MAP. Messages that neither
+// the class nor its bases list get the window's default handling. Included by afxwin.h.
 #pragma once
 
 #include <windows.h>
@@ -10,24 +10,24 @@ class CWnd;
 
 #define afx_msg
 
-/// Calls one handler with a message's parameters. Returns whether the message counts as handled,
-/// in which case nothing of the window may be touched any more: the handler may have deleted it.
+/// Calls a handler with the parameters of a message. True when the message has been handled; `wnd`
+/// must not be accessed then, since the handler may have deleted it.
 using AFX_MSG_CALL = bool (*)(CWnd* wnd, WPARAM wParam, LPARAM lParam, LRESULT* result);
 
 struct AFX_MSGMAP_ENTRY {
-    UINT nMessage; ///< 0 ends the list
-    UINT nCode;    ///< of WM_COMMAND and WM_NOTIFY
+    UINT nMessage; ///< 0 at the end of the list
+    UINT nCode;    ///< notification code of WM_COMMAND and WM_NOTIFY
     UINT nID;
     UINT nLastID;
     AFX_MSG_CALL pfnCall;
 };
 
 struct AFX_MSGMAP {
-    const AFX_MSGMAP* (*pfnGetBaseMap)(); ///< null ends the chain
+    const AFX_MSGMAP* (*pfnGetBaseMap)(); ///< null at the end of the chain
     const AFX_MSGMAP_ENTRY* lpEntries;
 };
 
-/// Notifications are offered to the control that sent them as messages of this number first.
+/// Message number under which a notification is first offered to the control that sent it.
 #define AFX_WM_REFLECT_NOTIFY (WM_USER + 0x1C00 + WM_NOTIFY)
 #define CN_COMMAND 0
 
@@ -68,7 +68,7 @@ protected:                                                                      
 #define ON_MESSAGE(message, memberFxn)                                                             \
     AFX_MESSAGE_(message, *result = self.memberFxn(wParam, lParam))
 
-// Commands and the notifications that controls send as commands: void OnX().
+// Commands, and notifications that controls send as WM_COMMAND: void OnX().
 #define ON_CONTROL(wNotifyCode, id, memberFxn)                                                     \
     AFX_ENTRY_(WM_COMMAND, wNotifyCode, id, id, self.memberFxn())
 #define ON_CONTROL_RANGE(wNotifyCode, id, idLast, memberFxn)                                       \
@@ -83,7 +83,8 @@ protected:                                                                      
 #define ON_LBN_DBLCLK(id, memberFxn) ON_CONTROL(LBN_DBLCLK, id, memberFxn)
 #define ON_CBN_SELCHANGE(id, memberFxn) ON_CONTROL(CBN_SELCHANGE, id, memberFxn)
 
-// Notifications: void OnX(NMHDR*, LRESULT*); of the _EX kind BOOL, where FALSE passes them on.
+// Notifications: void OnX(NMHDR*, LRESULT*). Handlers of the _EX kind return BOOL; FALSE passes the
+// notification on.
 #define ON_NOTIFY(wNotifyCode, id, memberFxn)                                                      \
     AFX_ENTRY_(WM_NOTIFY, wNotifyCode, id, id,                                                     \
                self.memberFxn(reinterpret_cast<NMHDR*>(lParam), result))
@@ -94,7 +95,7 @@ protected:                                                                      
     AFX_ENTRY_(AFX_WM_REFLECT_NOTIFY, wNotifyCode, 0, 0,                                           \
                if (!self.memberFxn(reinterpret_cast<NMHDR*>(lParam), result)) return false)
 
-// Window messages, each to the handler of its name.
+// Window messages: ON_WM_X calls the handler OnX.
 #define ON_WM_CREATE()                                                                             \
     AFX_MESSAGE_(WM_CREATE, *result = self.OnCreate(reinterpret_cast<LPCREATESTRUCT>(lParam)))
 #define ON_WM_DESTROY() AFX_MESSAGE_(WM_DESTROY, self.OnDestroy())

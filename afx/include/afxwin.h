@@ -1,11 +1,12 @@
 // afxwin.h - windows, dialogs, views, standard controls and the module's state
 //
-// Written against the public interface of the Microsoft Foundation Classes, whose names it keeps,
-// so that the same dialogs compile against either. Texts are wide. Every binary that links this
-// library has its own copy of everything: no object of these classes may cross a binary's border.
+// Provides the part of the public interface of the Microsoft Foundation Classes that the dialogs
+// use, under the same names, so that the dialogs compile against either. Strings are wide. Each
+// binary that links this library has its own copy of all state; objects of these classes must not
+// be passed from one binary to another.
 //
-// Threads: a window and its object belong to the thread that created or attached them, and the map
-// from windows to objects is kept per thread; other threads may only post messages to m_hWnd.
+// Threads: a window and its object belong to the thread that created or attached them, and each
+// thread has its own map from windows to objects. Other threads may only post messages to m_hWnd.
 #pragma once
 
 #include <afx.h>
@@ -15,7 +16,7 @@
 #include <commctrl.h>
 #include <windowsx.h>
 
-// windowsx.h makes macros of names that are operations here.
+// windowsx.h defines macros with the names of member functions.
 #undef SubclassWindow
 #undef GetNextSibling
 #undef GetPrevSibling
@@ -23,7 +24,7 @@
 
 struct CCreateContext;
 
-/// The application object of a binary; a binary defines at most one, as a global object.
+/// The application object of a binary, which defines at most one, as a global object.
 class CWinApp : public CObject {
     DECLARE_DYNAMIC(CWinApp)
 public:
@@ -34,20 +35,24 @@ public:
     ~CWinApp() override;
 };
 
-/// What a binary knows of itself.
+/// Global state of a binary.
 struct AFX_MODULE_STATE {
     HINSTANCE m_hCurrentInstanceHandle; ///< the binary that links this library
-    HINSTANCE m_hCurrentResourceHandle; ///< where templates and icons are looked for
+    HINSTANCE m_hCurrentResourceHandle; ///< where templates and icons are loaded from
     CWinApp* m_pCurrentWinApp;
 };
 
+/// The state of this binary. This function and the next three may be called from any thread.
 AFX_MODULE_STATE* AfxGetStaticModuleState();
+/// The application object of this binary; null when it has none.
 CWinApp* AfxGetApp();
 HINSTANCE AfxGetInstanceHandle();
+/// The binary whose resources are used.
 HINSTANCE AfxGetResourceHandle();
 
-/// While it stands, windows are made with the control styles that the binary's own manifest
-/// (resource 2) asks for, and temporary objects stay. Stands at every entry from another binary.
+/// While it exists, windows are created with the version of the common controls that the binary's
+/// manifest (resource 2) selects, and temporary objects of this thread are kept. Must exist in
+/// every function that another binary calls.
 class AFX_MAINTAIN_STATE2 {
 public:
     explicit AFX_MAINTAIN_STATE2(AFX_MODULE_STATE* state);
@@ -61,28 +66,29 @@ private:
 };
 #define AFX_MANAGE_STATE(p) AFX_MAINTAIN_STATE2 afxState_(p);
 
-/// A window: either one made here, or a system control that was subclassed or attached.
+/// A window that was created by this object, or an existing one that was subclassed or attached.
 class CWnd : public CObject {
     DECLARE_DYNAMIC(CWnd)
 public:
     HWND m_hWnd = nullptr;
 
     CWnd() = default;
-    /// Destroys the window that is still attached.
+    /// Destroys the window if one is attached.
     ~CWnd() override;
 
-    // The map between windows and objects.
-    /// The window's object, or a temporary one that lasts until the message at hand was handled.
+    // The map from windows to objects.
+    /// The object of `window`. When it has none, a temporary object, which is valid until the
+    /// current message has been handled.
     static CWnd* FromHandle(HWND window);
-    /// The window's object, or null when it has none on this thread.
+    /// The object of `window`; null when it has none on this thread.
     static CWnd* FromHandlePermanent(HWND window);
     BOOL Attach(HWND window);
     HWND Detach();
     HWND GetSafeHwnd() const { return m_hWnd; }
     operator HWND() const { return m_hWnd; }
 
-    // Making and ending.
-    /// Makes a child window; a null class name asks PreCreateWindow for one.
+    // Creation and destruction.
+    /// Creates a child window. When `className` is null, PreCreateWindow chooses the class.
     virtual BOOL Create(LPCTSTR className, LPCTSTR windowName, DWORD style, const RECT& rect,
                         CWnd* parent, UINT id, CCreateContext* context = nullptr);
     BOOL CreateEx(DWORD exStyle, LPCTSTR className, LPCTSTR windowName, DWORD style,
@@ -90,7 +96,7 @@ public:
     BOOL CreateEx(DWORD exStyle, LPCTSTR className, LPCTSTR windowName, DWORD style, int x, int y,
                   int width, int height, HWND parent, HMENU idOrMenu, LPVOID parameter = nullptr);
     virtual BOOL DestroyWindow();
-    /// Routes the messages of a window that stands through this object first.
+    /// Attaches an existing window and lets this object handle its messages first.
     BOOL SubclassWindow(HWND window);
     BOOL SubclassDlgItem(UINT id, CWnd* parent);
     HWND UnsubclassWindow();
@@ -102,10 +108,12 @@ public:
     BOOL PostMessage(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const {
         return ::PostMessage(m_hWnd, message, wParam, lParam);
     }
-    /// Offered every message of a loop before it is dispatched; true when it was used up. The
-    /// loops that the system runs for modal dialogs and boxes do not ask.
+    /// Called with a message before a message loop dispatches it. TRUE when the message has been
+    /// handled and must not be dispatched. The system's loops for modal dialogs and message boxes
+    /// do not call this function.
     virtual BOOL PreTranslateMessage(MSG* message);
-    /// Offers a message to the window it goes to and to each window above it, up to `stop`.
+    /// Calls PreTranslateMessage for the receiver of `message` and then for each of its ancestors
+    /// up to `stop`, until one returns TRUE.
     static BOOL WalkPreTranslateTree(HWND stop, MSG* message);
 
     // State.
@@ -145,7 +153,7 @@ public:
         return CFont::FromHandle(reinterpret_cast<HFONT>(SendMessage(WM_GETFONT)));
     }
 
-    // Kin.
+    // Related windows.
     CWnd* GetParent() const { return FromHandle(::GetParent(m_hWnd)); }
     CWnd* GetDlgItem(int id) const { return FromHandle(::GetDlgItem(m_hWnd, id)); }
     int GetDlgCtrlID() const { return ::GetDlgCtrlID(m_hWnd); }
@@ -156,7 +164,7 @@ public:
     }
     BOOL IsChild(const CWnd* wnd) const { return ::IsChild(m_hWnd, wnd->m_hWnd); }
 
-    // Place and drawing.
+    // Position and drawing.
     void GetClientRect(LPRECT rect) const { ::GetClientRect(m_hWnd, rect); }
     void GetWindowRect(LPRECT rect) const { ::GetWindowRect(m_hWnd, rect); }
     void ScreenToClient(LPPOINT point) const { ::ScreenToClient(m_hWnd, point); }
@@ -192,27 +200,30 @@ public:
         return ::SetScrollPos(m_hWnd, bar, position, redraw);
     }
 
-    /// All messages of the window come through here. Called by the window procedure.
+    /// Called by the window procedure with every message of the window.
     virtual LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam);
-    /// A notification that the parent of this control got and offers to the control first.
+    /// Called by the parent with a notification of this control, before the parent's own handler.
+    /// TRUE when the notification has been handled.
     virtual BOOL OnChildNotify(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* result);
 
 protected:
-    /// Chooses the class of a window made with none, and may change anything else.
+    /// Called before the window is created; may change any parameter. Chooses a window class when
+    /// `create` has none. FALSE cancels the creation.
     virtual BOOL PreCreateWindow(CREATESTRUCT& create);
-    /// Called when a window has been attached whose messages will come.
+    /// Called after a window has been attached and before its first message.
     virtual void PreSubclassWindow() {}
-    /// Called last, when the window is gone; an object that owns itself deletes itself here.
+    /// Called last, after the window has been destroyed. An object that owns itself deletes itself
+    /// here.
     virtual void PostNcDestroy() {}
 
     virtual BOOL OnWndMsg(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* result);
     virtual BOOL OnCommand(WPARAM wParam, LPARAM lParam);
     virtual BOOL OnNotify(WPARAM wParam, LPARAM lParam, LRESULT* result);
     virtual LRESULT DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam);
-    /// The default handling of the message at hand.
+    /// Performs the default handling of the current message.
     LRESULT Default();
 
-    // What a handler calls to have the default handling too.
+    // Base versions of the handlers; they perform the default handling.
     int OnCreate(LPCREATESTRUCT) { return static_cast<int>(Default()); }
     void OnDestroy() { Default(); }
     void OnClose() { Default(); }
@@ -244,36 +255,37 @@ private:
     void OnNcDestroy();
     void TakeOver(HWND window);
 
-    WNDPROC superProc = nullptr; ///< what the window did before it was subclassed
+    WNDPROC superProc = nullptr; ///< the window procedure before subclassing
 };
 
-/// A scroll bar in a handler's parameters; what sends the message may be any control.
+/// Type of the sender in scroll handlers, which may be any control.
 using CScrollBar = CWnd;
 
-/// A dialog made from a template of this binary, modal (DoModal) or modeless (Create).
+/// A dialog created from a template of this binary, modal (DoModal) or modeless (Create).
 class CDialog : public CWnd {
     DECLARE_DYNAMIC(CDialog)
 public:
     explicit CDialog(UINT templateId, CWnd* parent = nullptr)
         : m_pParentWnd(parent), dialogTemplate(templateId) {}
 
-    /// Runs the dialog and returns what EndDialog was given, or -1 when it could not be shown.
+    /// Runs the dialog and returns the value passed to EndDialog; -1 when it cannot be created.
     virtual INT_PTR DoModal();
-    /// Makes the dialog and returns at once.
+    /// Creates a modeless dialog and returns immediately; FALSE on failure.
     virtual BOOL Create(UINT templateId, CWnd* parent = nullptr);
     void EndDialog(int result) { ::EndDialog(m_hWnd, result); }
     BOOL PreTranslateMessage(MSG* message) override;
 
-    /// Fills the controls; FALSE when it has set the focus itself.
+    /// Initialises the controls. FALSE when it has set the focus itself.
     virtual BOOL OnInitDialog() { return TRUE; }
 
 protected:
     CDialog() = default;
     using CWnd::Create;
 
-    /// The OK button or Enter: ends a modal dialog with IDOK.
+    /// Called for the OK button and Enter. Ends a modal dialog with IDOK.
     virtual void OnOK() { EndDialog(IDOK); }
-    /// The Cancel button, Escape or the frame's close button: ends a modal dialog with IDCANCEL.
+    /// Called for the Cancel button, Escape and the close button. Ends a modal dialog with
+    /// IDCANCEL.
     virtual void OnCancel() { EndDialog(IDCANCEL); }
 
     CWnd* m_pParentWnd = nullptr;
@@ -285,7 +297,7 @@ private:
     DECLARE_MESSAGE_MAP()
 };
 
-/// A child window that draws itself. It never deletes itself: whoever made it does.
+/// A child window that draws itself in OnDraw. It does not delete itself; its creator does.
 class CView : public CWnd {
     DECLARE_DYNAMIC(CView)
 protected:
@@ -347,23 +359,23 @@ public:
         return CWnd::Create(WC_LISTBOX, nullptr, style, rect, parent, id);
     }
     void ResetContent() { SendMessage(LB_RESETCONTENT); }
-    int AddString(LPCTSTR text) { return Ask(LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text)); }
-    int GetCount() const { return Ask(LB_GETCOUNT); }
-    int GetCurSel() const { return Ask(LB_GETCURSEL); }
-    int SetCurSel(int index) { return Ask(LB_SETCURSEL, static_cast<WPARAM>(index)); }
+    int AddString(LPCTSTR text) { return Send(LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text)); }
+    int GetCount() const { return Send(LB_GETCOUNT); }
+    int GetCurSel() const { return Send(LB_GETCURSEL); }
+    int SetCurSel(int index) { return Send(LB_SETCURSEL, static_cast<WPARAM>(index)); }
     DWORD_PTR GetItemData(int index) const {
         return static_cast<DWORD_PTR>(SendMessage(LB_GETITEMDATA, static_cast<WPARAM>(index)));
     }
     int SetItemData(int index, DWORD_PTR data) {
-        return Ask(LB_SETITEMDATA, static_cast<WPARAM>(index), static_cast<LPARAM>(data));
+        return Send(LB_SETITEMDATA, static_cast<WPARAM>(index), static_cast<LPARAM>(data));
     }
     int GetText(int index, LPTSTR text) const {
-        return Ask(LB_GETTEXT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(text));
+        return Send(LB_GETTEXT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(text));
     }
-    int GetTextLen(int index) const { return Ask(LB_GETTEXTLEN, static_cast<WPARAM>(index)); }
+    int GetTextLen(int index) const { return Send(LB_GETTEXTLEN, static_cast<WPARAM>(index)); }
 
 private:
-    int Ask(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const {
+    int Send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const {
         return static_cast<int>(SendMessage(message, wParam, lParam));
     }
 };
@@ -376,27 +388,27 @@ public:
         return CWnd::Create(WC_COMBOBOX, nullptr, style, rect, parent, id);
     }
     void ResetContent() { SendMessage(CB_RESETCONTENT); }
-    int AddString(LPCTSTR text) { return Ask(CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text)); }
-    int GetCount() const { return Ask(CB_GETCOUNT); }
-    int GetCurSel() const { return Ask(CB_GETCURSEL); }
-    int SetCurSel(int index) { return Ask(CB_SETCURSEL, static_cast<WPARAM>(index)); }
+    int AddString(LPCTSTR text) { return Send(CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text)); }
+    int GetCount() const { return Send(CB_GETCOUNT); }
+    int GetCurSel() const { return Send(CB_GETCURSEL); }
+    int SetCurSel(int index) { return Send(CB_SETCURSEL, static_cast<WPARAM>(index)); }
     int FindStringExact(int startAfter, LPCTSTR text) const {
-        return Ask(CB_FINDSTRINGEXACT, static_cast<WPARAM>(startAfter),
-                   reinterpret_cast<LPARAM>(text));
+        return Send(CB_FINDSTRINGEXACT, static_cast<WPARAM>(startAfter),
+                    reinterpret_cast<LPARAM>(text));
     }
     DWORD_PTR GetItemData(int index) const {
         return static_cast<DWORD_PTR>(SendMessage(CB_GETITEMDATA, static_cast<WPARAM>(index)));
     }
     int SetItemData(int index, DWORD_PTR data) {
-        return Ask(CB_SETITEMDATA, static_cast<WPARAM>(index), static_cast<LPARAM>(data));
+        return Send(CB_SETITEMDATA, static_cast<WPARAM>(index), static_cast<LPARAM>(data));
     }
     int GetLBText(int index, LPTSTR text) const {
-        return Ask(CB_GETLBTEXT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(text));
+        return Send(CB_GETLBTEXT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(text));
     }
-    int GetLBTextLen(int index) const { return Ask(CB_GETLBTEXTLEN, static_cast<WPARAM>(index)); }
+    int GetLBTextLen(int index) const { return Send(CB_GETLBTEXTLEN, static_cast<WPARAM>(index)); }
 
 private:
-    int Ask(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const {
+    int Send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const {
         return static_cast<int>(SendMessage(message, wParam, lParam));
     }
 };

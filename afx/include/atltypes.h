@@ -15,7 +15,7 @@ public:
     CPoint() : tagPOINT{0, 0} {}
     CPoint(int pointX, int pointY) : tagPOINT{pointX, pointY} {}
     CPoint(POINT point) : tagPOINT(point) {}
-    /// The signed coordinates of a mouse message.
+    /// Unpacks the signed coordinates of a mouse message.
     explicit CPoint(LPARAM packed)
         : tagPOINT{static_cast<short>(LOWORD(packed)), static_cast<short>(HIWORD(packed))} {}
 

@@ -1,4 +1,4 @@
-// controls.cpp - the controls' operations that need more than one message's parameters
+// controls.cpp - operations of controls that need a structure or an object
 #include "thread_state.h"
 
 #include <utility>

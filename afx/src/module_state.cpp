@@ -1,16 +1,16 @@
-// module_state.cpp - what a binary knows of itself, and the threads of their windows
+// module_state.cpp - global state of a binary and of its threads
 #include "thread_state.h"
 
 #include <new>
 
-// The linker puts this at the start of the binary that links this library.
+// Defined by the linker; its address is the handle of the binary that links this library.
 extern "C" IMAGE_DOS_HEADER __ImageBase;
 
 IMPLEMENT_DYNAMIC(CWinApp, CObject)
 
 namespace {
 
-/// The control styles that the binary's manifest asks for.
+/// Activation context of the binary's manifest, which selects the version of the common controls.
 class ManifestContext {
 public:
     ManifestContext() {
@@ -42,8 +42,8 @@ const ManifestContext& Manifest() {
     return context;
 }
 
-/// The states of all threads. Kept by the system, since MinGW's runtime may free the memory of
-/// thread-local variables before it destroys them.
+/// The states of all threads, in fiber-local storage: MinGW's runtime may free the memory of
+/// thread_local variables before it calls their destructors.
 class ThreadStates {
 public:
     ThreadStates() : slot(::FlsAlloc(&ThreadStates::End)) {

@@ -1,4 +1,4 @@
-// object.cpp - run-time classes
+// object.cpp - run-time class information
 #include <afx.h>
 
 #include <string_view>

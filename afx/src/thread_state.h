@@ -1,4 +1,4 @@
-// thread_state.h - what one thread knows of its windows
+// thread_state.h - per-thread state, and the creation of windows
 #pragma once
 
 #include <afxcmn.h>
@@ -9,18 +9,19 @@
 #include <unordered_map>
 #include <utility>
 
-/// The windows of one thread and the message it is at. Each thread reaches only its own.
+/// Windows and current message of one thread. Each thread accesses only its own state.
 struct AfxThreadState {
     std::unordered_map<HWND, CWnd*> windows;
-    /// Objects for handles that have none of their own, by kind. They give their handle up before
-    /// they go.
+    /// Temporary objects of handles that have no object, by class and handle. The handle is
+    /// detached before its temporary object is deleted.
     std::map<std::pair<std::type_index, void*>, std::shared_ptr<CObject>> temporaries;
-    int depth = 0; ///< entries that have not been left; temporary objects go with the last
+    int depth = 0; ///< AFX_MAINTAIN_STATE2 objects; the last one clears `temporaries`
     MSG current = {};
 
     static AfxThreadState& Get();
 
-    template <class Object, class Handle>
+    /// The temporary object of `handle`, valid until `depth` is 0; null when `handle` is null.
+    template <typename Object, typename Handle>
     Object* Temporary(Handle handle) {
         if (!handle) {
             return nullptr;
@@ -38,15 +39,15 @@ struct AfxThreadState {
     }
 
 private:
-    // A temporary object of a window stays out of the map, and never owns what it holds.
+    // Sets the handle only: a temporary object is not entered into `windows`.
     static void Hold(CWnd& wnd, HWND window) { wnd.m_hWnd = window; }
     static void Hold(CGdiObject& object, HGDIOBJ handle) { object.m_hObject = handle; }
     static void Hold(CDC& dc, HDC handle) { dc.m_hDC = handle; }
     static void Hold(CImageList& list, HIMAGELIST handle) { list.m_hImageList = handle; }
 };
 
-/// While it stands, the next window that this thread makes becomes that of the given object, before
-/// the window's first message.
+/// Attaches an object to the next window that this thread creates, before the window receives its
+/// first message. Effective while this object exists.
 class AFX_WINDOW_CREATION {
 public:
     explicit AFX_WINDOW_CREATION(CWnd* wnd);
@@ -63,10 +64,11 @@ private:
     bool taken = false;
 };
 
-/// The template of that number in this binary's resources, or null.
+/// Dialog template `id` in the resources of this binary; null when there is none.
 LPCDLGTEMPLATE AfxFindDialogTemplate(UINT id);
-/// The dialog procedure of all dialogs: their objects handle the messages before it.
+/// Dialog procedure of all dialogs. Does nothing: the messages are handled by the dialog objects.
 INT_PTR CALLBACK AfxDialogProc(HWND, UINT, WPARAM, LPARAM);
+/// Window procedure of all windows that have an object.
 LRESULT CALLBACK AfxWndProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-/// The window class of windows made without one.
+/// Name of the window class for windows that are created without one.
 LPCTSTR AfxWindowClass();

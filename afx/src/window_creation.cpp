@@ -1,4 +1,4 @@
-// window_creation.cpp - how a new window gets its object
+// window_creation.cpp - attaching an object to a new window
 #include "thread_state.h"
 
 namespace {

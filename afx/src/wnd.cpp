@@ -1,4 +1,4 @@
-// wnd.cpp - making, attaching and ending windows
+// wnd.cpp - creating, attaching and destroying windows
 #include "thread_state.h"
 
 #include <utility>

@@ -1,9 +1,9 @@
-// wnd_messages.cpp - the way of a message to its handler
+// wnd_messages.cpp - routing messages to their handlers
 #include "thread_state.h"
 
 namespace {
 
-/// Makes a message the one at hand, and the one before it again in the end.
+/// Sets the current message of the thread and restores the previous one in its destructor.
 class CurrentMessage {
 public:
     CurrentMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
@@ -25,8 +25,8 @@ private:
 
 } // namespace
 
-// An exception must not cross the system's frames: the message it left undone is dropped, in a way
-// that does not have the system repeat it.
+// Exceptions must not propagate through stack frames of the system, so the message is dropped. A
+// window that failed to paint is validated, or the system would send WM_PAINT again and again.
 LRESULT CALLBACK AfxWndProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     AFX_MANAGE_STATE(AfxGetStaticModuleState())
     CWnd* const wnd = CWnd::FromHandlePermanent(window);
@@ -90,7 +90,7 @@ BOOL CWnd::OnWndMsg(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* result)
     return entry && entry->pfnCall(this, wParam, lParam, result);
 }
 
-// Menus and accelerators send no control; their code says only which of the two they are.
+// Menus and accelerators pass no control; their code only distinguishes one from the other.
 BOOL CWnd::OnCommand(WPARAM wParam, LPARAM lParam) {
     const UINT code = lParam ? HIWORD(wParam) : CN_COMMAND;
     const AFX_MSGMAP_ENTRY* const entry = FindEntry(WM_COMMAND, code, LOWORD(wParam));

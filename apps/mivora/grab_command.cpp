@@ -8,8 +8,8 @@
 #include "apps/mivora/grab_report.h"
 #include "mivora/grabber.h"
 #include "platform/clock.h"
+#include "platform/console.h"
 #include "platform/interrupt.h"
-#include "platform/window_message.h"
 
 #include <algorithm>
 #include <cstdint>

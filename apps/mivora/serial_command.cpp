@@ -7,12 +7,12 @@
 #include "apps/common/session.h"
 #include "apps/mivora/commands.h"
 #include "mivora/grabber.h"
+#include "platform/console.h"
 #include "platform/interrupt.h"
 #include "platform/mutex.h"
 #include "platform/sleep.h"
 #include "platform/text.h"
 #include "platform/thread.h"
-#include "platform/window_message.h"
 
 #include <algorithm>
 #include <atomic>

@@ -1,4 +1,4 @@
-// baseline.cpp - ratios that are kept, and what has become of them
+// baseline.cpp - comparing measurements with a saved baseline
 #include "bench/support/baseline.h"
 
 #include <algorithm>
@@ -16,7 +16,7 @@ struct Line {
     std::vector<double> ratios;
 };
 
-// RATIO [RATIO ...] TAB NAME
+// Parses "RATIO [RATIO ...] TAB NAME"; false when `text` is anything else.
 bool Parse(const std::string& text, Line& line) {
     const std::size_t tab = text.find('\t');
     if (tab == std::string::npos) {

@@ -1,4 +1,4 @@
-// baseline.h - ratios that are kept, and what has become of them
+// baseline.h - comparing measurements with a saved baseline
 #pragma once
 
 #include <map>
@@ -6,20 +6,22 @@
 #include <string>
 #include <vector>
 
-/// By the name of what was measured: its speed as ratios to one or more others. To which does not
-/// matter here, as long as it is the same, in the same order, every time.
+/// Measured speeds by name, each as ratios to one or more reference speeds. The references must be
+/// the same, in the same order, in every run.
 using Ratios = std::map<std::string, std::vector<double>>;
 
-/// The processor's name as the system gives it.
+/// The processor's name as reported by the system.
 std::string ProcessorName();
 
-/// Writes the processor's name and a line for each measurement. False when that fails.
+/// Writes the processor's name and one line per measurement to a file. False on failure.
 bool SaveRatios(const std::string& path, const Ratios& ratios);
 
-/// Compares with ratios that were saved. Answers a line for each measurement that is missing now
-/// and for each of which all ratios fell by more than 15 %: when one fell alone, it is the other
-/// that has become faster. Nothing when the file cannot be read.
+/// Compares with saved ratios. Returns a line for each saved measurement that is missing and for
+/// each one whose ratios have all fallen by more than 15 %. When only some have fallen, their
+/// references have become faster. std::nullopt when the file cannot be read or is invalid.
 std::optional<std::vector<std::string>> FindFallen(const std::string& path, const Ratios& ratios);
 
-/// Does what the arguments `--save FILE` and `--baseline FILE` ask for; the program's exit status.
+/// Executes the arguments `--save FILE` and `--baseline FILE`. Returns the exit status of the
+/// program: 1 when a measurement has fallen or is missing, 2 when a file cannot be read or written,
+/// else 0.
 int FinishRatios(int argc, char** argv, const Ratios& ratios);

@@ -13,7 +13,7 @@ namespace {
 constexpr int kRepetitions = 11;
 constexpr double kSecondsEach = 0.01;
 
-// Takes every repetition's time and prints nothing.
+// Collects the time of every repetition and prints nothing.
 class TimeCollector : public benchmark::BenchmarkReporter {
 public:
     bool ReportContext(const Context&) override { return true; }

@@ -7,18 +7,17 @@
 #include <string>
 #include <vector>
 
-/// Something to be measured against its companions.
+/// Code to be measured.
 struct Contestant {
     std::string name;
-    std::function<void(std::size_t turn)> run; ///< once; `turn` counts the calls
+    std::function<void(std::size_t turn)> run; ///< one run, number `turn`
 };
 
-/// Measures all contestants in random order, again and again, by Google Benchmark. Answers the
-/// median of each one's nanoseconds of processor time for one run, which other programs of the
-/// machine disturb less than they do the time on the clock. `name` must be unlike that of any other
-/// measurement of the program.
+/// Measures all contestants with Google Benchmark, with their repetitions interleaved at random.
+/// Returns the median processor time of one run in nanoseconds for each, by name; processor time
+/// depends less on other programs than elapsed time. `name` must be unique in the program.
 std::map<std::string, double> MedianTimes(const std::string& name,
                                           const std::vector<Contestant>& contestants);
 
-/// To be called first in `main`.
+/// Must be called first in `main`.
 void StartMeasuring(int argc, char** argv);

@@ -1,4 +1,4 @@
-// upper_halves.cpp - what one measurement leaves behind in the processor
+// upper_halves.cpp - clearing the upper halves of the vector registers
 #include "bench/support/upper_halves.h"
 
 #include "platform/processor.h"

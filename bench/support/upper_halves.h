@@ -1,6 +1,6 @@
-// upper_halves.h - what one measurement leaves behind in the processor
+// upper_halves.h - clearing the upper halves of the vector registers
 #pragma once
 
-/// A copy by 64 bytes at a time may leave the upper halves of the vector registers in use, which
-/// slows down code that knows only their lower 16 bytes. Whoever is measured starts without.
+/// Clears the vector registers beyond their lower 16 bytes. A measurement that copies 64 bytes at a
+/// time may leave them in use, and that would slow down SSE code measured after it.
 void ClearUpperHalves();

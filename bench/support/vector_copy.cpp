@@ -1,4 +1,4 @@
-// vector_copy.cpp - a copy by ordinary loads and stores
+// vector_copy.cpp - a copy with ordinary loads and stores
 #include "bench/support/vector_copy.h"
 
 #include <immintrin.h>

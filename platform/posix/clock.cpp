@@ -1,4 +1,4 @@
-// clock.cpp - processor time by the POSIX clocks
+// clock.cpp - processor time from the POSIX process clock
 #include "platform/clock.h"
 
 #include <ctime>

@@ -1,4 +1,4 @@
-// console.cpp - the standard streams
+// console.cpp - the standard streams on POSIX
 #include "platform/console.h"
 
 #include <poll.h>
@@ -7,7 +7,7 @@
 namespace platform {
 
 void PrepareStandardStreams() {
-    // They carry bytes already.
+    // POSIX streams have no text mode.
 }
 
 bool WaitForInput(std::uint32_t timeoutMs) {
@@ -18,6 +18,10 @@ bool WaitForInput(std::uint32_t timeoutMs) {
 std::size_t ReadInput(char* buffer, std::size_t capacity) {
     const ssize_t count = read(STDIN_FILENO, buffer, capacity);
     return count > 0 ? static_cast<std::size_t>(count) : 0;
+}
+
+bool IsTerminal(int descriptor) {
+    return isatty(descriptor) == 1;
 }
 
 } // namespace platform

@@ -8,7 +8,7 @@
 
 namespace platform {
 
-// A plain standard mutex, since the condition variable wants one.
+// std::condition_variable requires a std::mutex.
 struct Event::Impl {
     std::mutex mutex;
     std::condition_variable changed;
@@ -27,7 +27,7 @@ void Event::Set() {
     if (!impl) {
         return;
     }
-    // Waking happens under the lock: a waiter may destroy the event as soon as it sees the flag.
+    // Notify while holding the mutex: a waiter may destroy the event as soon as it sees the flag.
     const std::lock_guard<std::mutex> lock(impl->mutex);
     impl->signalled = true;
     impl->changed.notify_all();
@@ -45,7 +45,7 @@ bool Event::IsSet() const {
     if (!impl) {
         return false;
     }
-    // Asking the condition variable with no time to wait would still enter the system.
+    // Cheaper than a wait with timeout 0, which would still make a system call.
     const std::lock_guard<std::mutex> lock(impl->mutex);
     return impl->signalled;
 }

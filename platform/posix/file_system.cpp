@@ -1,4 +1,4 @@
-// file_system.cpp - paths and files by POSIX
+// file_system.cpp - paths and files on POSIX
 #include "platform/file_system.h"
 
 #include "platform/path_rules.h"
@@ -41,8 +41,8 @@ private:
     int descriptor;
 };
 
-// Follows the links that the last component of `path` may be, also to a file that is not there
-// yet. False with errno set when they never end.
+// Replaces `path` by the target of the symbolic links it names, which need not exist. False with
+// errno set when there are too many links.
 bool FollowSymbolicLinks(std::string& path) {
     for (int links = 0; links < kMostSymbolicLinks; ++links) {
         std::error_code failure;
@@ -56,7 +56,7 @@ bool FollowSymbolicLinks(std::string& path) {
     return false;
 }
 
-// Creates a file of a name that nobody else uses, beside `path`; -1 with errno set on failure.
+// Creates a file with a unique name in the directory of `path`; -1 with errno set on failure.
 int CreateFileBeside(const std::string& path, std::string& name) {
     static std::atomic<unsigned> nextNumber{0};
     int descriptor = -1;
@@ -79,8 +79,8 @@ bool WriteAll(int descriptor, const std::string& content) {
     return true;
 }
 
-// The new file looks like the one it replaces. Giving it to the old one's owner works for root
-// only, and nobody else needs it; a failure to keep the mode would open or close it to others.
+// Copies owner and permissions of the replaced file. Only root can change the owner, so failing to
+// do so is an error for root alone. The permissions must be kept: they control who has access.
 bool TakeOverAttributes(int descriptor, const struct stat& existing) {
     if (fchown(descriptor, existing.st_uid, existing.st_gid) != 0 && geteuid() == 0) {
         return false;
@@ -88,8 +88,9 @@ bool TakeOverAttributes(int descriptor, const struct stat& existing) {
     return fchmod(descriptor, existing.st_mode & kPermissionBits) == 0;
 }
 
-// False with errno set when a program that asks politely could not write to `existing`. Root may
-// write anywhere, so what counts for it, too, is what the mode says.
+// False with errno set when `existing` is not a regular file or is read-only.
+// Compatibility: a file is protected by making it read-only. For root, access() would ignore that,
+// so the mode is checked first.
 bool IsReplaceable(const std::string& path, const struct stat& existing) {
     if (S_ISDIR(existing.st_mode)) {
         errno = EISDIR;
@@ -106,7 +107,7 @@ bool IsReplaceable(const std::string& path, const struct stat& existing) {
     return access(path.c_str(), W_OK) == 0;
 }
 
-// The rename has happened and cannot be taken back, so what this cannot do is no failure.
+// Ignores errors: the file has already been renamed, and that cannot be undone.
 void FlushDirectory(const std::string& directory) noexcept {
     const FileDescriptor opened(
         open(directory.empty() ? "." : directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
@@ -115,7 +116,7 @@ void FlushDirectory(const std::string& directory) noexcept {
     }
 }
 
-// False with errno set.
+// Returns false with errno set on failure.
 bool Replace(std::string path, const std::string& content) {
     if (!FollowSymbolicLinks(path)) {
         return false;
@@ -125,7 +126,7 @@ bool Replace(std::string path, const std::string& content) {
     if (exists ? !IsReplaceable(path, existing) : errno != ENOENT) {
         return false;
     }
-    // Nothing that can fail may come behind the rename.
+    // Computed here, since it may throw and nothing may fail after the rename.
     const std::string directory = DirectoryOf(path);
     std::string temporary;
     FileDescriptor file(CreateFileBeside(path, temporary));

@@ -1,4 +1,4 @@
-// file_version.cpp - the version suffix of a library's resolved file name
+// file_version.cpp - version suffix of a library's file name
 #include "platform/file_version.h"
 
 #include <array>
@@ -14,7 +14,7 @@ namespace {
 constexpr std::uint16_t kNoPart = 65535;
 constexpr const char* kSuffixMark = ".so.";
 
-// Parses one to four numbers with dots between them, and nothing else.
+// Parses one to four numbers separated by dots. False when `text` is anything else.
 bool ParseVersion(const char* text, std::array<std::uint16_t, 4>& parts) {
     for (std::uint16_t& part : parts) {
         if (*text < '0' || *text > '9') {

@@ -1,4 +1,4 @@
-// message_loop.cpp - a platform without windows
+// message_loop.cpp - POSIX has no window messages
 #include "platform/message_loop.h"
 
 namespace platform {

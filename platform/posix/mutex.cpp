@@ -1,4 +1,4 @@
-// mutex.cpp - recursive mutex of the standard library
+// mutex.cpp - the standard library's recursive mutex
 #include "platform/mutex.h"
 
 #include <mutex>

@@ -1,7 +1,8 @@
-// process.cpp - child processes
+// process.cpp - child processes on POSIX
 #include "platform/process.h"
 
 #include "platform/clock.h"
+#include "platform/event.h"
 #include "platform/mutex.h"
 #include "platform/thread.h"
 
@@ -51,7 +52,7 @@ struct Pipe {
     }
 };
 
-/// Reads one stream of the program to its end on a thread of its own.
+/// Reads one output stream of the child to its end on a separate thread.
 class StreamReader {
 public:
     ~StreamReader() { Finish(); }
@@ -148,7 +149,7 @@ struct Process::Impl {
     pid_t id = -1;
     bool ended = false;
     int status = 0;
-    int input = -1; // a socket, so that writing to a program that has ended raises no signal
+    int input = -1; // a socket, since MSG_NOSIGNAL avoids SIGPIPE when the child has exited
     StreamReader output;
     StreamReader errors;
 
@@ -169,7 +170,7 @@ Process::~Process() {
     if (impl->id > 0) {
         int status = 0;
         Kill();
-        Wait(0xFFFFFFFFu, status);
+        Wait(kInfinite, status);
     }
 }
 
@@ -218,10 +219,10 @@ bool Process::Wait(std::uint32_t timeoutMs, int& status) {
     const std::uint64_t begin = MonotonicNanoseconds();
     while (!impl->Poll()) {
         const std::uint64_t elapsed = MonotonicNanoseconds() - begin;
-        if (timeoutMs != 0xFFFFFFFFu && elapsed >= timeoutMs * kNanosecondsPerMillisecond) {
+        if (timeoutMs != kInfinite && elapsed >= timeoutMs * kNanosecondsPerMillisecond) {
             return false;
         }
-        // Not the replaceable sleep of the product: this waits for another program.
+        // Not SleepMs: a test's replacement must not turn this into a busy loop.
         const timespec rest{0, 2 * static_cast<long>(kNanosecondsPerMillisecond)};
         nanosleep(&rest, nullptr);
     }

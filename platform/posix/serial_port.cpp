@@ -1,4 +1,4 @@
-// serial_port.cpp - serial ports through termios
+// serial_port.cpp - serial ports on POSIX (termios)
 #include "platform/serial_port.h"
 
 #include "platform/clock.h"
@@ -33,7 +33,7 @@ constexpr Rate kRates[] = {
 constexpr tcflag_t kByteSizes[] = {CS5, CS6, CS7, CS8};
 constexpr unsigned kLeastByteSize = 5;
 
-// False with errno set when the settings cannot be had on any port.
+// Returns false with errno set when no port supports the settings.
 bool BuildSettings(std::uint32_t baud, SerialParity parity, unsigned byteSize,
                    SerialStopBits stopBits, termios& settings) {
     errno = EINVAL;
@@ -56,11 +56,12 @@ bool BuildSettings(std::uint32_t baud, SerialParity parity, unsigned byteSize,
     if (parity == SerialParity::kOdd) {
         settings.c_cflag |= PARODD;
     }
-    // With five bits the hardware makes one and a half of the second stop bit.
+    // With five data bits the hardware shortens two stop bits to one and a half.
     if (stopBits != SerialStopBits::kOne) {
         settings.c_cflag |= CSTOPB;
     }
-    // Opened without waiting, the port then tells "nothing yet" from "the line is gone".
+    // With O_NONBLOCK, VMIN 1 makes read fail with EAGAIN when no data has arrived and return 0
+    // when the device is gone.
     settings.c_cc[VMIN] = 1;
     settings.c_cc[VTIME] = 0;
     return cfsetispeed(&settings, rate->speed) == 0 && cfsetospeed(&settings, rate->speed) == 0;
@@ -90,7 +91,7 @@ bool SerialPort::Open(const std::string& name, std::uint32_t baud, SerialParity 
         }
         return false;
     };
-    // Never waiting: neither here for a modem's carrier nor later for bytes.
+    // O_NONBLOCK: do not wait for the carrier here, nor for data in Read.
     const int descriptor = open(path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
     if (descriptor < 0) {
         return refuse();
@@ -102,7 +103,7 @@ bool SerialPort::Open(const std::string& name, std::uint32_t baud, SerialParity 
         tcsetattr(descriptor, TCSANOW, &settings) != 0) {
         return refuse();
     }
-    // The call above succeeds when it could do any part of what was asked.
+    // tcsetattr reports success when it could apply any of the settings, so check the rate.
     termios taken{};
     if (tcgetattr(descriptor, &taken) != 0) {
         return refuse();
@@ -143,8 +144,8 @@ bool SerialPort::Write(const void* data, std::size_t size, std::size_t* written)
             done += static_cast<std::size_t>(count);
             lastProgress = MonotonicNanoseconds();
         } else if (count == 0 || errno == EAGAIN || errno == EINTR) {
-            // The system calls a port ready only when little is left to send, which takes minutes
-            // at the lowest rates; trying again finds the room that there is before.
+            // poll reports a port writable only when its output buffer is nearly empty, which takes
+            // minutes at the lowest rates. Retrying finds free space earlier.
             pollfd port{impl->descriptor, POLLOUT, 0};
             poll(&port, 1, kRetryMs);
             working = MonotonicNanoseconds() - lastProgress < kWriteStallNs;

@@ -1,4 +1,4 @@
-// shared_library.cpp - libraries through the dynamic linker
+// shared_library.cpp - shared libraries on POSIX (dlopen)
 #include "platform/shared_library.h"
 
 #include <dlfcn.h>
@@ -9,7 +9,7 @@ namespace platform {
 
 bool SharedLibrary::Load(const std::string& path, bool, std::string* error) {
     Unload();
-    // The dynamic linker takes an empty name for the program itself.
+    // For an empty name dlopen returns the program itself.
     if (path.empty()) {
         if (error) {
             *error = "no file name";

@@ -1,4 +1,4 @@
-// text.cpp - UTF-8 to and from wide text, whatever the locale
+// text.cpp - conversion between UTF-8 and wide text, independent of the locale
 #include "platform/text.h"
 
 #include <cstdint>
@@ -8,7 +8,7 @@ namespace platform {
 
 namespace {
 
-static_assert(sizeof(wchar_t) == 4, "one wide character holds any code point");
+static_assert(sizeof(wchar_t) == 4, "a wide character holds any code point");
 
 constexpr std::uint32_t kLastCodePoint = 0x10FFFF;
 
@@ -16,8 +16,8 @@ bool IsSurrogate(std::uint32_t codePoint) {
     return codePoint >= 0xD800 && codePoint <= 0xDFFF;
 }
 
-// Decodes the character at `text` and moves past it; false for anything that is not the one
-// right encoding of a code point.
+// Decodes the character at `text` and advances past it. False for invalid UTF-8, which includes
+// overlong encodings and surrogates.
 bool DecodeUtf8(const unsigned char*& text, std::uint32_t& codePoint) {
     const unsigned char lead = *text++;
     if (lead < 0x80) {
@@ -42,7 +42,7 @@ bool DecodeUtf8(const unsigned char*& text, std::uint32_t& codePoint) {
         return false;
     }
     for (; following > 0; --following) {
-        // The terminator is no continuation byte, so this never runs past the end.
+        // Never reads past the terminator, which is not a continuation byte.
         if ((*text & 0xC0u) != 0x80u) {
             return false;
         }

@@ -1,4 +1,4 @@
-// thread.cpp - POSIX thread
+// thread.cpp - POSIX threads
 #include "platform/thread.h"
 
 #include <pthread.h>
@@ -12,9 +12,9 @@ namespace platform {
 
 namespace {
 
-// What the C library keeps on a thread's stack beside its frames - thread-local storage, signal
-// frames - grows with the libraries that are loaded, and sanitizers enlarge every frame. Stacks
-// take memory only where they are touched, so being generous costs nothing.
+// The C library also keeps thread-local storage and signal frames on a thread's stack. They grow
+// with the libraries that are loaded, and sanitizers enlarge every stack frame. Untouched stack
+// pages take no memory, so a generous reserve costs nothing.
 constexpr std::size_t kStackReserve = 256 * 1024;
 
 class ThreadAttributes {
@@ -52,7 +52,7 @@ struct Thread::Impl {
     pthread_t thread{};
 
     static void* Run(void* self) {
-        // Copied first: a thread that forgets itself leaves no Impl behind.
+        // Copied, since a thread that joins itself deletes its Impl.
         const auto* impl = static_cast<const Impl*>(self);
         const Procedure procedure = impl->procedure;
         void* const argument = impl->argument;

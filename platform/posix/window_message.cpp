@@ -1,7 +1,5 @@
-// window_message.cpp - a platform without windows
+// window_message.cpp - POSIX has no window messages
 #include "platform/window_message.h"
-
-#include <unistd.h>
 
 namespace platform {
 
@@ -19,10 +17,6 @@ bool PostToThread(std::uint32_t, std::uint32_t, std::uint64_t, std::int64_t) {
 
 bool ShowMessageBox(void*, const char*, const char*, bool) {
     return false;
-}
-
-bool IsTerminal(int descriptor) {
-    return isatty(descriptor) == 1;
 }
 
 } // namespace platform

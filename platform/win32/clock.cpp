@@ -1,4 +1,4 @@
-// clock.cpp - processor time by the system's process times
+// clock.cpp - processor time from GetProcessTimes
 #include "platform/clock.h"
 
 #include <windows.h>

@@ -1,4 +1,4 @@
-// console.cpp - the standard streams
+// console.cpp - the standard streams on Windows
 #include "platform/console.h"
 
 #include <windows.h>
@@ -8,14 +8,15 @@
 #include <stdio.h>
 
 #include <algorithm>
+#include <iterator>
 
 namespace platform {
 
 namespace {
 
-constexpr std::uint32_t kLookAgainMs = 10;
+constexpr std::uint32_t kPollIntervalMs = 10;
 
-/// A pipe cannot be waited for, only looked at. One that has ended cannot be looked at any more.
+/// Pipes cannot be waited for, only polled. PeekNamedPipe fails when the other end has been closed.
 bool IsPipeReadable(HANDLE pipe) {
     DWORD available = 0;
     return !PeekNamedPipe(pipe, nullptr, 0, nullptr, &available, nullptr) || available > 0;
@@ -39,14 +40,14 @@ bool WaitForInput(std::uint32_t timeoutMs) {
     if (GetFileType(input) != FILE_TYPE_PIPE) {
         return true;
     }
-    for (std::uint32_t waited = 0;; waited += kLookAgainMs) {
+    for (std::uint32_t waited = 0;; waited += kPollIntervalMs) {
         if (IsPipeReadable(input)) {
             return true;
         }
         if (waited >= timeoutMs) {
             return false;
         }
-        Sleep(std::min(kLookAgainMs, timeoutMs - waited));
+        Sleep(std::min(kPollIntervalMs, timeoutMs - waited));
     }
 }
 
@@ -54,6 +55,16 @@ std::size_t ReadInput(char* buffer, std::size_t capacity) {
     DWORD count = 0;
     const auto size = static_cast<DWORD>(std::min<std::size_t>(capacity, 1u << 20));
     return ReadFile(GetStdHandle(STD_INPUT_HANDLE), buffer, size, &count, nullptr) ? count : 0;
+}
+
+bool IsTerminal(int descriptor) {
+    constexpr DWORD kHandles[] = {STD_INPUT_HANDLE, STD_OUTPUT_HANDLE, STD_ERROR_HANDLE};
+    if (descriptor < 0 || descriptor >= static_cast<int>(std::size(kHandles))) {
+        return false;
+    }
+    // Only a console has a console mode; _isatty would accept the null device, too.
+    DWORD mode = 0;
+    return GetConsoleMode(GetStdHandle(kHandles[descriptor]), &mode) != FALSE;
 }
 
 } // namespace platform

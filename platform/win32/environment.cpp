@@ -10,7 +10,7 @@ namespace platform {
 
 namespace {
 
-// The C library would take the rest of such a name for the value.
+// _putenv_s would treat the part after '=' as the value.
 bool IsName(const char* name) {
     return *name != '\0' && !std::strchr(name, '=');
 }
@@ -31,8 +31,8 @@ std::string GetEnvironment(const char* name) {
 }
 
 bool SetEnvironment(const char* name, const std::string& value) {
-    // The C library keeps a copy of its own. It goes first, because it takes an empty value for
-    // the wish to remove the variable, from the system's block too.
+    // The C library keeps its own copy. It is set first, because with an empty value _putenv_s
+    // removes the variable, from the system's environment block as well.
     return IsName(name) && _putenv_s(name, value.c_str()) == 0 &&
            SetEnvironmentVariableA(name, value.c_str());
 }

@@ -1,4 +1,4 @@
-// file_system.cpp - paths and files by Win32
+// file_system.cpp - paths and files on Windows
 #include "platform/file_system.h"
 
 #include "platform/path_rules.h"
@@ -40,12 +40,14 @@ bool IsDrive(const std::string& path) {
     return path.size() >= 2 && path[1] == ':' && !IsSeparator(path[0]);
 }
 
-// A number that no other call in any process gets at the same time.
+// Unique among all running processes.
 std::string UniqueNumber() {
     static std::atomic<unsigned> nextNumber{0};
     return std::to_string(GetCurrentProcessId()) + "." + std::to_string(nextNumber++);
 }
 
+// Creates a file with a unique name in the directory of `path`; INVALID_HANDLE_VALUE with the last
+// error set on failure.
 HANDLE CreateFileBeside(const std::string& path, std::string& name) {
     HANDLE handle = INVALID_HANDLE_VALUE;
     do {
@@ -70,7 +72,7 @@ bool WriteAll(HANDLE handle, const std::string& content) {
     return true;
 }
 
-// False with the system's last error set.
+// Returns false with the last error set on failure.
 bool Replace(const std::string& path, const std::string& content) {
     const DWORD attributes = AttributesOf(path);
     if (attributes != INVALID_FILE_ATTRIBUTES &&
@@ -102,7 +104,7 @@ bool RemoveEntry(const std::string& path, DWORD attributes) {
     if ((attributes & FILE_ATTRIBUTE_DIRECTORY) == 0) {
         return DeleteFileA(path.c_str()) != FALSE;
     }
-    // A link to a directory is removed itself, never what it leads to.
+    // Remove a link to a directory, not its target.
     const bool isLink = (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
     return isLink ? RemoveDirectoryA(path.c_str()) != FALSE : RemoveDirectoryTree(path);
 }
@@ -157,7 +159,7 @@ bool CreateDirectories(const std::string& path) {
     if (!parent.empty() && parent != path && !CreateDirectories(parent)) {
         return false;
     }
-    // Somebody else may have made it meanwhile, so only the outcome counts.
+    // Another process may create the directory at the same time, so only the outcome counts.
     CreateDirectoryA(path.c_str(), nullptr);
     return IsDirectory(path);
 }

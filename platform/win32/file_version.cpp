@@ -1,4 +1,4 @@
-// file_version.cpp - the version resource of a library
+// file_version.cpp - version resource of a library
 #include "platform/file_version.h"
 
 #include <windows.h>

@@ -1,4 +1,4 @@
-// interrupt.cpp - console events that ask a program to stop
+// interrupt.cpp - Ctrl-C and Ctrl-Break
 #include "platform/interrupt.h"
 
 #include <windows.h>
@@ -15,7 +15,7 @@ BOOL WINAPI NoteRequest(DWORD event) {
     if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) {
         return FALSE;
     }
-    // A second one is left to the system, which ends the program.
+    // FALSE for the second event leaves it to the default handler, which ends the program.
     return !requested.exchange(true);
 }
 
@@ -23,7 +23,7 @@ BOOL WINAPI NoteRequest(DWORD event) {
 
 bool InstallInterruptHandler() {
     requested.store(false);
-    // Installing twice would call it twice for one event.
+    // A handler that is installed twice is also called twice per event.
     SetConsoleCtrlHandler(NoteRequest, FALSE);
     return SetConsoleCtrlHandler(NoteRequest, TRUE) != FALSE;
 }

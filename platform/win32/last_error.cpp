@@ -1,4 +1,4 @@
-// last_error.cpp - the system's words for its error codes
+// last_error.cpp - messages for system error codes
 #include "platform/win32/last_error.h"
 
 #include <windows.h>

@@ -1,4 +1,4 @@
-// last_error.h - the system's words for its error codes; for platform/win32 only
+// last_error.h - messages for system error codes; internal to platform/win32
 #pragma once
 
 #include <cstdint>
@@ -6,7 +6,8 @@
 
 namespace platform {
 
-/// The text of a system error code, without the line break at its end.
+/// The system's message for error `code`, without trailing white space; "system error CODE" when
+/// there is none.
 std::string SystemErrorText(std::uint32_t code);
 
 } // namespace platform

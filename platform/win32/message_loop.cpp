@@ -1,4 +1,4 @@
-// message_loop.cpp - letting windows live while a thread waits
+// message_loop.cpp - dispatching pending window messages
 #include "platform/message_loop.h"
 
 #include <windows.h>

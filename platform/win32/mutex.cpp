@@ -1,5 +1,4 @@
-// mutex.cpp - the system's critical section, which costs a call to the system only when threads
-// meet
+// mutex.cpp - critical section, which needs a system call only under contention
 #include "platform/mutex.h"
 
 #include <windows.h>

@@ -1,4 +1,4 @@
-// process.cpp - child processes
+// process.cpp - child processes on Windows
 #include "platform/process.h"
 
 #include "platform/mutex.h"
@@ -21,7 +21,7 @@ void CloseIfOpen(HANDLE& handle) {
     }
 }
 
-/// A pipe of which the program gets one end.
+/// A pipe of which the child inherits one end.
 struct Pipe {
     HANDLE readEnd = nullptr;
     HANDLE writeEnd = nullptr;
@@ -37,7 +37,7 @@ struct Pipe {
     }
 };
 
-/// Reads one stream of the program to its end on a thread of its own.
+/// Reads one output stream of the child to its end on a separate thread.
 class StreamReader {
 public:
     ~StreamReader() { Finish(); }
@@ -74,7 +74,7 @@ private:
     std::string text GUARDED_BY(mutex);
 };
 
-/// Quotes as the C library of the program undoes it.
+/// Appends `argument`, quoted the way the C library parses command lines.
 void AppendArgument(std::string& line, const std::string& argument) {
     line += line.empty() ? "\"" : " \"";
     std::size_t backslashes = 0;
@@ -111,7 +111,7 @@ std::string Environment(const std::vector<std::pair<std::string, std::string>>& 
     char* const all = GetEnvironmentStringsA();
     for (const char* entry = all; *entry; entry += std::string(entry).size() + 1) {
         const std::string text = entry;
-        // The system's own variables begin with the sign.
+        // The names of some internal variables start with '=' ("=C:").
         const std::size_t sign = text.find('=', 1);
         variables[text.substr(0, sign)] = sign == std::string::npos ? "" : text.substr(sign + 1);
     }
@@ -216,7 +216,7 @@ bool Process::Wait(std::uint32_t timeoutMs, int& status) {
 }
 
 bool Process::Interrupt() {
-    // Ctrl-C reaches the programs of one console, and this one has none.
+    // Console events are sent to all processes of a console, and the child has none.
     return false;
 }
 

@@ -1,4 +1,4 @@
-// serial_port.cpp - COM ports
+// serial_port.cpp - serial ports on Windows (COM ports)
 #include "platform/serial_port.h"
 
 #include "platform/win32/last_error.h"
@@ -13,7 +13,7 @@ namespace platform {
 namespace {
 
 constexpr DWORD kWriteStallMs = 5000;
-// Small enough that even the slowest port moves a piece in the time above.
+// Small enough to be sent within kWriteStallMs at the lowest rate.
 constexpr std::size_t kWritePiece = 32;
 
 BYTE ParityOf(SerialParity parity) {
@@ -61,7 +61,7 @@ bool Configure(HANDLE port, std::uint32_t baud, SerialParity parity, unsigned by
     settings.fAbortOnError = FALSE;
     settings.fDtrControl = DTR_CONTROL_ENABLE;
     settings.fRtsControl = RTS_CONTROL_ENABLE;
-    // With the interval at its limit and the rest 0, reading returns what is there.
+    // MAXDWORD with the other read timeouts 0: ReadFile returns at once with what has arrived.
     COMMTIMEOUTS limits{};
     limits.ReadIntervalTimeout = MAXDWORD;
     limits.WriteTotalTimeoutConstant = kWriteStallMs;
@@ -91,12 +91,12 @@ bool SerialPort::Open(const std::string& name, std::uint32_t baud, SerialParity 
         }
         return false;
     };
-    // Drivers differ in what they check themselves.
+    // Not all drivers reject these settings.
     if (byteSize < 5 || byteSize > 8 ||
         (stopBits == SerialStopBits::kOneAndHalf && byteSize != 5)) {
         return refuse(ERROR_INVALID_PARAMETER);
     }
-    // Without this prefix the names from COM10 on are looked for as files.
+    // Without this prefix, COM10 and above would be taken for file names.
     const std::string path = name.rfind("\\\\", 0) == 0 ? name : "\\\\.\\" + name;
     const HANDLE handle = CreateFileA(path.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
                                       OPEN_EXISTING, 0, nullptr);
@@ -131,7 +131,7 @@ bool SerialPort::Write(const void* data, std::size_t size, std::size_t* written)
     while (working && done < size) {
         const auto piece = static_cast<DWORD>(std::min(size - done, kWritePiece));
         DWORD count = 0;
-        // A write that runs out of time succeeds with fewer bytes.
+        // A write that times out succeeds with fewer bytes.
         working = WriteFile(impl->handle, bytes + done, piece, &count, nullptr) && count > 0;
         done += count;
     }

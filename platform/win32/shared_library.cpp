@@ -1,4 +1,4 @@
-// shared_library.cpp - libraries through the system's loader
+// shared_library.cpp - shared libraries on Windows (LoadLibrary)
 #include "platform/shared_library.h"
 
 #include "platform/win32/last_error.h"
@@ -11,6 +11,8 @@ namespace platform {
 
 namespace {
 
+// Compatibility: installed libraries rely on exactly these flags (0x1100) to find their
+// dependencies, which are in their own directory.
 constexpr DWORD kOwnAndDefaultDirectories =
     LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_DEFAULT_DIRS;
 static_assert(kOwnAndDefaultDirectories == 0x1100);

@@ -1,4 +1,4 @@
-// text.cpp - the system's code page to and from wide text
+// text.cpp - conversion between the system's code page and wide text
 #include "platform/text.h"
 
 #include <windows.h>
@@ -22,7 +22,8 @@ std::string WideToNarrow(const wchar_t* text) {
     if (!text) {
         return {};
     }
-    // UTF-8 reports what it cannot say by failing, every other code page by using its substitute.
+    // For UTF-8, characters that cannot be converted make the function fail; for all other code
+    // pages it uses a default character and reports that.
     const bool isUtf8 = GetACP() == CP_UTF8;
     const DWORD flags = isUtf8 ? WC_ERR_INVALID_CHARS : WC_NO_BEST_FIT_CHARS;
     BOOL substituted = FALSE;

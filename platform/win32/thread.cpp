@@ -1,4 +1,4 @@
-// thread.cpp - the system's thread
+// thread.cpp - Windows threads
 #include "platform/thread.h"
 
 #include <windows.h>
@@ -23,7 +23,7 @@ struct Thread::Impl {
     Impl& operator=(const Impl&) = delete;
 
     static unsigned __stdcall Run(void* self) {
-        // Copied first: a thread that forgets itself leaves no Impl behind.
+        // Copied, since a thread that joins itself deletes its Impl.
         const auto* impl = static_cast<const Impl*>(self);
         const Procedure procedure = impl->procedure;
         void* const argument = impl->argument;
@@ -62,7 +62,7 @@ Thread Thread::Start(Procedure procedure, void* argument, std::size_t stackSize)
     if (!impl) {
         return started;
     }
-    // Suspended until its number is stored, so that it can tell itself from others at once.
+    // Created suspended, so that its id is stored before it can call IsCurrent.
     const auto handle = _beginthreadex(nullptr, static_cast<unsigned>(stackSize), &Impl::Run,
                                        impl.get(), CREATE_SUSPENDED, &impl->id);
     impl->handle = reinterpret_cast<HANDLE>(handle);

@@ -1,9 +1,7 @@
-// window_message.cpp - the system's messages
+// window_message.cpp - window and thread messages, message boxes
 #include "platform/window_message.h"
 
 #include <windows.h>
-
-#include <iterator>
 
 namespace platform {
 
@@ -13,7 +11,7 @@ bool HasMessages() {
 
 bool PostWindowMessage(void* window, std::uint32_t message, std::uint64_t wParam,
                        std::int64_t lParam) {
-    // The system would take no receiver, here and below, for the calling thread's queue.
+    // PostMessage would post to the calling thread's own queue.
     return window && PostMessageW(static_cast<HWND>(window), message, wParam, lParam);
 }
 
@@ -25,16 +23,6 @@ bool PostToThread(std::uint32_t threadId, std::uint32_t message, std::uint64_t w
 bool ShowMessageBox(void* parent, const char* text, const char* caption, bool warning) {
     const UINT style = MB_OK | (warning ? MB_ICONEXCLAMATION : 0u);
     return MessageBoxA(static_cast<HWND>(parent), text, caption, style) != 0;
-}
-
-bool IsTerminal(int descriptor) {
-    constexpr DWORD kHandles[] = {STD_INPUT_HANDLE, STD_OUTPUT_HANDLE, STD_ERROR_HANDLE};
-    if (descriptor < 0 || descriptor >= static_cast<int>(std::size(kHandles))) {
-        return false;
-    }
-    // Only a console has a mode; the C library's own test takes the null device for a terminal.
-    DWORD mode = 0;
-    return GetConsoleMode(GetStdHandle(kHandles[descriptor]), &mode) != FALSE;
 }
 
 } // namespace platform

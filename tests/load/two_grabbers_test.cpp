@@ -1,3 +1,4 @@
+// two_grabbers_test.cpp - two cameras at full rate in one process
 #include "tests/support/in_process_grabber.h"
 #include "tests/support/temporary_directory.h"
 
@@ -13,7 +14,7 @@
 
 namespace {
 
-/// Fails the test for every error line; an acquisition needs some sink.
+/// Fails the test for every error line. An acquisition requires a sink.
 class NoErrors final : public ILogSink {
 public:
     void Write(int level, const char* format, ...) override {
@@ -22,13 +23,13 @@ public:
     void WriteError(const char* text) override { ADD_FAILURE() << text; }
 };
 
-/// How long both cameras run: a few seconds, or as long as somebody wants to watch.
+/// How long both cameras run: three seconds, or the value of MIVORA_SOAK_SECONDS.
 std::chrono::seconds Duration() {
     const std::string wanted = platform::GetEnvironment("MIVORA_SOAK_SECONDS");
     return std::chrono::seconds(wanted.empty() ? 3 : std::atoi(wanted.c_str()));
 }
 
-/// One grabber on one camera, driven by a thread of its own.
+/// A grabber and its camera. Run acquires images for Duration() on the calling thread.
 class Station {
 public:
     Station(CMivoraGrabber& newGrabber, const std::string& iniPath, std::int32_t newCamera)
@@ -49,7 +50,7 @@ public:
         ASSERT_EQ(grabber.Snap(1), MV_OK);
         while (std::chrono::steady_clock::now() < end) {
             TakeFrames();
-            // Parameters are asked and set while frames come.
+            // Read and write parameters while frames arrive.
             std::uint64_t exposure = 0;
             std::uint64_t interval = 0;
             EXPECT_EQ(grabber.GetGrabberParam(257, &exposure, &interval), MV_OK);
@@ -74,7 +75,7 @@ private:
     static void OnFrame(std::uint64_t index, std::uint32_t, void* context) {
         auto* const self = static_cast<Station*>(context);
         ++self->delivered;
-        // The camera has the buffer again as soon as this returns.
+        // The camera may overwrite the buffer as soon as this function returns.
         const auto* const pixels = static_cast<std::uint8_t*>(self->grabber.GetFrameBuffer(index));
         const std::uint64_t sum = std::accumulate(pixels, pixels + 256, std::uint64_t{0});
         self->pictures += sum != self->lastSum ? 1 : 0;
@@ -94,7 +95,7 @@ private:
     std::uint64_t imageSize = 0;
     std::uint64_t taken = 0;
     std::atomic<std::uint64_t> delivered{0};
-    std::uint64_t lastSum = 0; // the camera's thread
+    std::uint64_t lastSum = 0; // used by the camera's thread only
     std::atomic<std::uint64_t> pictures{0};
 };
 

@@ -1,3 +1,4 @@
+// clock_test.cpp - monotonic time and processor time
 #include "platform/clock.h"
 
 #include "tests/support/wait_until.h"
@@ -10,7 +11,7 @@
 namespace platform {
 namespace {
 
-TEST(Clock, NeverGoesBack) {
+TEST(Clock, NeverDecreases) {
     std::uint64_t last = MonotonicNanoseconds();
     for (int i = 0; i < 10'000; ++i) {
         const std::uint64_t now = MonotonicNanoseconds();
@@ -19,12 +20,12 @@ TEST(Clock, NeverGoesBack) {
     }
 }
 
-TEST(Clock, GoesForward) {
+TEST(Clock, Advances) {
     const std::uint64_t start = MonotonicNanoseconds();
     EXPECT_TRUE(support::WaitUntil([&] { return MonotonicNanoseconds() > start; }));
 }
 
-TEST(Clock, CountsProcessorTimeUsed) {
+TEST(Clock, CountsProcessorTime) {
     const double start = ProcessCpuSeconds();
     EXPECT_GE(start, 0.0);
     EXPECT_TRUE(support::WaitUntil([&] {
@@ -35,7 +36,7 @@ TEST(Clock, CountsProcessorTimeUsed) {
     }));
 }
 
-TEST(Clock, CountsNoProcessorTimeWhileResting) {
+TEST(Clock, CountsNoProcessorTimeWhileSleeping) {
     const std::uint64_t start = MonotonicNanoseconds();
     const double used = ProcessCpuSeconds();
     std::this_thread::sleep_for(std::chrono::milliseconds(50));

@@ -1,3 +1,4 @@
+// event_test.cpp - manual-reset events
 #include "platform/event.h"
 
 #include "platform/clock.h"
@@ -11,7 +12,7 @@
 namespace platform {
 namespace {
 
-constexpr std::uint64_t kNanosecondsPerMillisecond = 1'000'000;
+constexpr std::uint64_t kNsPerMs = 1'000'000;
 
 TEST(Event, StartsUnsignalled) {
     const Event event;
@@ -32,7 +33,7 @@ TEST(Event, StaysSetUntilItIsReset) {
     EXPECT_FALSE(event.Wait(0));
 }
 
-TEST(Event, SettingAndResettingTwiceIsSettingAndResettingOnce) {
+TEST(Event, SettingOrResettingTwiceHasNoFurtherEffect) {
     Event event;
     event.Set();
     event.Set();
@@ -43,12 +44,12 @@ TEST(Event, SettingAndResettingTwiceIsSettingAndResettingOnce) {
     EXPECT_TRUE(event.IsSet());
 }
 
-TEST(Event, GivesUpWhenTheTimeIsOverAndNotBefore) {
+TEST(Event, TimesOutAfterTheGivenTime) {
     const Event event;
     const std::uint64_t start = MonotonicNanoseconds();
     EXPECT_FALSE(event.Wait(50));
-    // Windows counts in ticks of up to 16 ms, the first of which has begun already.
-    EXPECT_GE(MonotonicNanoseconds() - start, 30 * kNanosecondsPerMillisecond);
+    // Windows counts timer ticks of up to 16 ms, and the first one is already under way.
+    EXPECT_GE(MonotonicNanoseconds() - start, 30 * kNsPerMs);
 }
 
 TEST(Event, WakesEveryWaiterAtOnce) {
@@ -66,7 +67,7 @@ TEST(Event, WakesEveryWaiterAtOnce) {
     EXPECT_EQ(woken, 8);
 }
 
-TEST(Event, PassesWhatWasWrittenBeforeToTheWaiter) {
+TEST(Event, MakesEarlierWritesVisibleToTheWaiter) {
     Event asked;
     Event answered;
     int value = 0;

@@ -1,9 +1,11 @@
+// file_system_test.cpp - paths, directories and whole files
 #include "platform/file_system.h"
 
 #include "tests/support/temporary_directory.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <set>
 
@@ -14,6 +16,14 @@ namespace fs = std::filesystem;
 
 constexpr fs::perms kAllWrite =
     fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
+
+constexpr std::size_t kPathLimit = 4096;
+
+// Replaces '/' by the platform's separator.
+std::string Native(std::string path) {
+    std::replace(path.begin(), path.end(), '/', kPathSeparator);
+    return path;
+}
 
 class FileSystem : public testing::Test {
 protected:
@@ -28,7 +38,97 @@ protected:
     support::TemporaryDirectory directory;
 };
 
-TEST_F(FileSystem, TellsFilesFromDirectories) {
+TEST(Path, LibraryFileNamesFollowThePlatform) {
+    const bool isWindows = kPathSeparator == '\\';
+    EXPECT_EQ(LibraryFileName("PxnC"), isWindows ? "PxnC.dll" : "libPxnC.so");
+}
+
+TEST(Path, DirectoryOfDropsNameAndSeparator) {
+    EXPECT_EQ(DirectoryOf(Native("a/b/c.txt")), Native("a/b"));
+    EXPECT_EQ(DirectoryOf(Native("a/b")), "a");
+    EXPECT_EQ(DirectoryOf(Native("a//b")), "a");
+    EXPECT_EQ(DirectoryOf(Native("/a/b")), Native("/a"));
+}
+
+TEST(Path, DirectoryOfANameAloneIsEmpty) {
+    EXPECT_EQ(DirectoryOf("name"), "");
+    EXPECT_EQ(DirectoryOf(""), "");
+}
+
+TEST(Path, DirectoryOfADirectoryWithItsSeparatorIsTheDirectory) {
+    EXPECT_EQ(DirectoryOf(Native("a/b/")), Native("a/b"));
+    EXPECT_EQ(DirectoryOf(Native("a//")), "a");
+}
+
+TEST(Path, TheRootKeepsItsSeparator) {
+    EXPECT_EQ(DirectoryOf(Native("/a")), Native("/"));
+    EXPECT_EQ(DirectoryOf(Native("/")), Native("/"));
+    EXPECT_EQ(DirectoryOf(Native("//a")), Native("/"));
+}
+
+TEST(Path, TheOtherPlatformsSeparatorCountsOnWindowsOnly) {
+    const bool isWindows = kPathSeparator == '\\';
+    EXPECT_EQ(DirectoryOf("a/b\\c"), isWindows ? "a/b" : "a");
+    EXPECT_EQ(DirectoryOf("a\\b"), isWindows ? "a" : "");
+    EXPECT_EQ(DirectoryOf("C:\\a"), isWindows ? "C:\\" : "");
+    EXPECT_EQ(DirectoryOf("C:/a/b"), "C:/a");
+    EXPECT_EQ(DirectoryOf("C:a"), isWindows ? "C:" : "");
+    EXPECT_EQ(JoinPath("C:", "a"), isWindows ? "C:a" : "C:/a");
+}
+
+TEST(Path, JoinPutsOneSeparatorBetween) {
+    EXPECT_EQ(JoinPath("a", "b"), Native("a/b"));
+    EXPECT_EQ(JoinPath(Native("a/"), "b"), Native("a/b"));
+    EXPECT_EQ(JoinPath(Native("/"), "b"), Native("/b"));
+    EXPECT_EQ(JoinPath(Native("a/b"), Native("c/d")), Native("a/b/c/d"));
+}
+
+TEST(Path, JoinWithoutADirectoryIsTheName) {
+    EXPECT_EQ(JoinPath("", "b"), "b");
+    EXPECT_EQ(JoinPath("", ""), "");
+}
+
+TEST(Path, JoinUndoesDirectoryOf) {
+    for (const char* path : {"a/b", "/a", "/a/b/c", "name"}) {
+        const std::string native = Native(path);
+        const std::string directory = DirectoryOf(native);
+        const std::size_t nameAt = native.find_last_of(kPathSeparator) + 1;
+        EXPECT_EQ(JoinPath(directory, native.substr(nameAt)), native);
+    }
+}
+
+TEST(Path, FullPathStartsFromTheCurrentDirectory) {
+    const std::string current = std::filesystem::current_path().string();
+    EXPECT_EQ(FullPath("surely-not-there.txt", kPathLimit),
+              JoinPath(current, "surely-not-there.txt"));
+}
+
+TEST(Path, FullPathKeepsAnAbsolutePath) {
+    const support::TemporaryDirectory directory;
+    EXPECT_EQ(FullPath(directory.Path(), kPathLimit), directory.Path());
+}
+
+TEST(Path, FullPathMustBeShorterThanTheLimit) {
+    const std::string full = FullPath("x", kPathLimit);
+    ASSERT_FALSE(full.empty());
+    EXPECT_EQ(FullPath("x", full.size() + 1), full);
+    EXPECT_EQ(FullPath("x", full.size()), "");
+    EXPECT_EQ(FullPath("x", 1), "");
+    EXPECT_EQ(FullPath("x", 0), "");
+}
+
+TEST(Path, FullPathOfNothingIsEmpty) {
+    EXPECT_EQ(FullPath("", kPathLimit), "");
+}
+
+TEST(Path, TheExecutableIsAnAbsoluteFile) {
+    const std::string path = ExecutablePath();
+    EXPECT_TRUE(IsRegularFile(path)) << path;
+    EXPECT_EQ(FullPath(path, kPathLimit), path);
+    EXPECT_NE(path.find("platform_tests"), std::string::npos) << path;
+}
+
+TEST_F(FileSystem, DistinguishesFilesFromDirectories) {
     const std::string file = directory.Write("file", "content");
     EXPECT_TRUE(PathExists(file));
     EXPECT_TRUE(IsRegularFile(file));
@@ -38,7 +138,7 @@ TEST_F(FileSystem, TellsFilesFromDirectories) {
     EXPECT_TRUE(IsDirectory(directory.Path()));
 }
 
-TEST_F(FileSystem, KnowsWhatIsNotThere) {
+TEST_F(FileSystem, RecognisesWhatDoesNotExist) {
     for (const std::string& path : {directory.PathOf("nothing"), std::string()}) {
         EXPECT_FALSE(PathExists(path)) << path;
         EXPECT_FALSE(IsRegularFile(path)) << path;
@@ -46,7 +146,7 @@ TEST_F(FileSystem, KnowsWhatIsNotThere) {
     }
 }
 
-TEST_F(FileSystem, CreatesTheDirectoriesAbove) {
+TEST_F(FileSystem, CreatesMissingParents) {
     const std::string deep = JoinPath(JoinPath(directory.PathOf("a"), "b"), "c");
     EXPECT_TRUE(CreateDirectories(deep));
     EXPECT_TRUE(IsDirectory(deep));
@@ -73,7 +173,7 @@ TEST_F(FileSystem, TemporaryDirectoriesAreFreshAndEmpty) {
     }
 }
 
-TEST_F(FileSystem, RemovesADirectoryWithAllThatIsInIt) {
+TEST_F(FileSystem, RemovesADirectoryAndItsContents) {
     directory.Write(JoinPath("tree", JoinPath("deep", "file")), "content");
     const std::string locked = directory.Write(JoinPath("tree", "read-only"), "content");
     fs::permissions(locked, kAllWrite, fs::perm_options::remove);
@@ -82,7 +182,7 @@ TEST_F(FileSystem, RemovesADirectoryWithAllThatIsInIt) {
     EXPECT_TRUE(RemoveDirectoryTree(directory.PathOf("tree")));
 }
 
-TEST_F(FileSystem, RemovingATreeSparesAFileOfThatName) {
+TEST_F(FileSystem, RemovingATreeKeepsAFileOfThatName) {
     const std::string file = directory.Write("file", "content");
     EXPECT_FALSE(RemoveDirectoryTree(file));
     EXPECT_EQ(directory.Read("file"), "content");
@@ -100,7 +200,7 @@ TEST_F(FileSystem, ReadsEveryByte) {
     EXPECT_EQ(content, "");
 }
 
-TEST_F(FileSystem, SaysWhyAFileCannotBeRead) {
+TEST_F(FileSystem, ReportsWhyAFileCannotBeRead) {
     for (const std::string& path : {directory.PathOf("nothing"), directory.Path()}) {
         std::string content = "unchanged";
         std::string error;
@@ -120,7 +220,7 @@ TEST_F(FileSystem, ReplaceWritesANewFile) {
     EXPECT_EQ(Names(), std::set<std::string>{"file"});
 }
 
-TEST_F(FileSystem, ReplacePutsTheNewContentInPlaceOfTheOld) {
+TEST_F(FileSystem, ReplaceOverwritesTheOldContent) {
     directory.Write("file", "a much longer content than the new one");
     EXPECT_TRUE(ReplaceWholeFile(directory.PathOf("file"), "new"));
     EXPECT_EQ(directory.Read("file"), "new");

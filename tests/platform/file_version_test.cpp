@@ -1,3 +1,4 @@
+// file_version_test.cpp - files without a version block
 #include "platform/file_version.h"
 
 #include "tests/support/temporary_directory.h"
@@ -33,7 +34,7 @@ TEST(FileVersion, AnEmptyNameHasNoBlock) {
     ExpectNoBlock(version);
 }
 
-TEST(FileVersion, AFileThatIsNoLibraryHasNoBlock) {
+TEST(FileVersion, AFileThatIsNotALibraryHasNoBlock) {
     const support::TemporaryDirectory directory;
     FileVersion version;
     EXPECT_FALSE(version.Read(directory.Write("notes.txt", "not a library")));

@@ -1,3 +1,4 @@
+// mutex_test.cpp - recursive mutex and scoped lock
 #include "platform/mutex.h"
 
 #include "platform/event.h"
@@ -22,7 +23,7 @@ bool OtherThreadGets(Mutex& mutex) {
     return taken;
 }
 
-// Locking twice is what the analysis exists to find, and what is to be shown here.
+// The thread-safety analysis would reject what this test is about: locking twice.
 void LockTwiceAndCheck(Mutex& mutex) NO_THREAD_SAFETY_ANALYSIS {
     mutex.Lock();
     mutex.Lock();
@@ -35,12 +36,12 @@ void LockTwiceAndCheck(Mutex& mutex) NO_THREAD_SAFETY_ANALYSIS {
     EXPECT_TRUE(OtherThreadGets(mutex));
 }
 
-TEST(Mutex, IsHeldUntilUnlockedAsOftenAsLocked) {
+TEST(Mutex, IsHeldUntilUnlockedAsManyTimesAsLocked) {
     Mutex mutex;
     LockTwiceAndCheck(mutex);
 }
 
-TEST(Mutex, IsFreeAtFirst) {
+TEST(Mutex, IsInitiallyFree) {
     Mutex mutex;
     EXPECT_TRUE(OtherThreadGets(mutex));
 }
@@ -66,7 +67,7 @@ TEST(MutexLock, HoldsTheMutexForItsScope) {
     EXPECT_TRUE(OtherThreadGets(mutex));
 }
 
-TEST(Mutex, LetsOneThreadInAtATime) {
+TEST(Mutex, AdmitsOneThreadAtATime) {
     constexpr int kThreads = 4;
     constexpr int kRounds = 500;
     Mutex mutex;

@@ -1,3 +1,4 @@
+// process_test.cpp - child processes, played by this program
 #include "platform/process.h"
 
 #include "platform/file_system.h"
@@ -10,8 +11,7 @@ namespace {
 
 constexpr std::uint32_t kLimitMs = 60000;
 
-// The program that is started is this one: it can list its tests, and fails when asked for
-// nonsense.
+// Starts this program as the child; its GoogleTest options make it list tests or run a few.
 ProcessStart OwnProgram(const std::vector<std::string>& arguments) {
     ProcessStart start;
     start.program = ExecutablePath();
@@ -19,7 +19,7 @@ ProcessStart OwnProgram(const std::vector<std::string>& arguments) {
     return start;
 }
 
-TEST(Process, TellsStatusAndOutput) {
+TEST(Process, ReportsStatusAndOutput) {
     Process process;
     std::string error;
     ASSERT_TRUE(process.Start(OwnProgram({"--gtest_list_tests"}), &error)) << error;
@@ -27,14 +27,14 @@ TEST(Process, TellsStatusAndOutput) {
     int status = -1;
     ASSERT_TRUE(process.Wait(kLimitMs, status));
     EXPECT_EQ(status, 0);
-    EXPECT_NE(process.Output().find("TellsStatusAndOutput"), std::string::npos);
+    EXPECT_NE(process.Output().find("ReportsStatusAndOutput"), std::string::npos);
     EXPECT_EQ(process.Errors(), "");
 }
 
-TEST(Process, PassesArgumentsAsTheyAre) {
+TEST(Process, PassesArgumentsUnchanged) {
     const support::TemporaryDirectory directory;
     const std::string file = directory.PathOf("with blank and 'quotes'.xml");
-    // A directory, since it ends in a separator.
+    // Ends in a separator and therefore names a directory.
     const std::string inside = directory.PathOf("another blank") + kPathSeparator;
     for (const std::string& output : {file, inside}) {
         Process process;
@@ -47,7 +47,7 @@ TEST(Process, PassesArgumentsAsTheyAre) {
     EXPECT_TRUE(PathExists(inside + "platform_tests.xml"));
 }
 
-TEST(Process, GivesEnvironmentAndWorkingDirectory) {
+TEST(Process, SetsEnvironmentAndWorkingDirectory) {
     const support::TemporaryDirectory directory;
     ProcessStart start = OwnProgram({"--gtest_filter=Path.NoSuchTest"});
     start.workingDirectory = directory.Path();
@@ -59,7 +59,7 @@ TEST(Process, GivesEnvironmentAndWorkingDirectory) {
     EXPECT_TRUE(PathExists(directory.PathOf("result.xml")));
 }
 
-TEST(Process, RefusesAProgramThatIsNotThere) {
+TEST(Process, RefusesAMissingProgram) {
     ProcessStart start;
     start.program = JoinPath(DirectoryOf(ExecutablePath()), "no_such_program");
     Process process;
@@ -68,10 +68,10 @@ TEST(Process, RefusesAProgramThatIsNotThere) {
     EXPECT_NE(error.find("no_such_program"), std::string::npos);
 }
 
-TEST(Process, IsEndedByKillAndByDestruction) {
-    // Repeats its shortest test until somebody ends it.
+TEST(Process, IsEndedByKillAndByTheDestructor) {
+    // Repeats a short test forever.
     const ProcessStart endless =
-        OwnProgram({"--gtest_filter=Process.RefusesAProgramThatIsNotThere", "--gtest_repeat=-1"});
+        OwnProgram({"--gtest_filter=Process.RefusesAMissingProgram", "--gtest_repeat=-1"});
     Process killed;
     ASSERT_TRUE(killed.Start(endless));
     int status = 0;

@@ -1,3 +1,4 @@
+// serial_port_test.cpp - ports that are closed or missing
 #include "platform/serial_port.h"
 
 #include <gtest/gtest.h>
@@ -5,7 +6,7 @@
 namespace platform {
 namespace {
 
-TEST(SerialPort, RefusesEverythingWhileClosed) {
+TEST(SerialPort, FailsEveryOperationWhileClosed) {
     SerialPort port;
     EXPECT_FALSE(port.IsOpen());
     char byte = 'x';
@@ -21,7 +22,7 @@ TEST(SerialPort, RefusesEverythingWhileClosed) {
     EXPECT_FALSE(port.IsOpen());
 }
 
-TEST(SerialPort, SaysWhyAMissingPortIsNotOpened) {
+TEST(SerialPort, ReportsWhyAMissingPortCannotBeOpened) {
     SerialPort port;
     for (const char* name : {"COM250", "/dev/mivora-no-port", "mivora-no-port", ""}) {
         std::string error;

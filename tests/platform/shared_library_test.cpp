@@ -1,3 +1,4 @@
+// shared_library_test.cpp - loading libraries
 #include "platform/shared_library.h"
 
 #include "platform/file_system.h"
@@ -10,7 +11,7 @@
 namespace platform {
 namespace {
 
-// The scripted SDK is built beside the suites.
+// The scripted SDK, which is built next to the test programs.
 std::string KnownLibrary() {
     const std::string home = JoinPath(DirectoryOf(ExecutablePath()), "scripted");
     return JoinPath(JoinPath(home, "Bin"), LibraryFileName("PxnC"));
@@ -38,7 +39,7 @@ TEST(SharedLibrary, LoadsByAbsolutePath) {
     EXPECT_EQ(library.FindSymbol("NoLibraryHasThis"), nullptr);
 }
 
-TEST(SharedLibrary, LoadsByTheUsualSearch) {
+TEST(SharedLibrary, LoadsWithTheStandardSearchOrder) {
     SharedLibrary library;
     std::string error;
     ASSERT_TRUE(library.Load(KnownLibrary(), false, &error)) << error;
@@ -54,7 +55,7 @@ TEST(SharedLibrary, IsEmptyAfterUnloading) {
     EXPECT_EQ(library.FindSymbol(kKnownSymbol), nullptr);
 }
 
-TEST(SharedLibrary, SaysWhyAMissingFileIsNotLoaded) {
+TEST(SharedLibrary, ReportsWhyAMissingFileCannotBeLoaded) {
     const support::TemporaryDirectory directory;
     for (const bool absolute : {true, false}) {
         SharedLibrary library;
@@ -66,7 +67,7 @@ TEST(SharedLibrary, SaysWhyAMissingFileIsNotLoaded) {
     }
 }
 
-TEST(SharedLibrary, SaysWhyAFileThatIsNoLibraryIsNotLoaded) {
+TEST(SharedLibrary, ReportsWhyAnInvalidFileCannotBeLoaded) {
     const support::TemporaryDirectory directory;
     const std::string path = directory.Write(LibraryFileName("Text"), "not a library");
     SharedLibrary library;
@@ -84,14 +85,14 @@ TEST(SharedLibrary, RefusesAnEmptyName) {
     EXPECT_FALSE(library.IsLoaded());
 }
 
-TEST(SharedLibrary, AFailedLoadLeavesNothingOfTheOneBefore) {
+TEST(SharedLibrary, AFailedLoadUnloadsTheFormerLibrary) {
     SharedLibrary library;
     ASSERT_TRUE(library.Load(KnownLibrary(), true));
     EXPECT_FALSE(library.Load("", true));
     EXPECT_FALSE(library.IsLoaded());
 }
 
-TEST(SharedLibrary, MovingHandsTheLibraryOver) {
+TEST(SharedLibrary, MovingTransfersTheLibrary) {
     SharedLibrary first;
     ASSERT_TRUE(first.Load(KnownLibrary(), true));
     void* const handle = first.Handle();

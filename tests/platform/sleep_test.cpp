@@ -1,3 +1,4 @@
+// sleep_test.cpp - the real sleep and its replacement
 #include "platform/sleep.h"
 
 #include "platform/clock.h"
@@ -16,14 +17,14 @@ void CountInstead(std::uint32_t milliseconds) {
     sleptMs += milliseconds;
 }
 
-TEST(Sleep, LetsAtLeastTheTimePass) {
+TEST(Sleep, SuspendsTheThreadForTheGivenTime) {
     const std::uint64_t start = MonotonicNanoseconds();
     SleepMs(50);
-    // Windows counts in ticks of up to 16 ms, the first of which has begun already.
+    // Windows counts timer ticks of up to 16 ms, and the first one is already under way.
     EXPECT_GE(MonotonicNanoseconds() - start, 30'000'000u);
 }
 
-TEST(Sleep, CallsTheReplacementUntilTheRealOneIsBroughtBack) {
+TEST(Sleep, CallsTheReplacementUntilTheRealOneIsRestored) {
     sleptMs = 0;
     SetSleepFunction(&CountInstead);
     const std::uint64_t start = MonotonicNanoseconds();
@@ -36,7 +37,7 @@ TEST(Sleep, CallsTheReplacementUntilTheRealOneIsBroughtBack) {
     EXPECT_EQ(sleptMs, 3'600'007u);
 }
 
-TEST(Sleep, MayBeReplacedWhileOthersSleep) {
+TEST(Sleep, CanBeReplacedWhileOtherThreadsSleep) {
     std::atomic<bool> stop{false};
     std::thread sleeper([&] {
         while (!stop) {

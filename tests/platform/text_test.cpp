@@ -1,3 +1,4 @@
+// text_test.cpp - conversions that work with every code page, comparison without case
 #include "platform/text.h"
 
 #include <gtest/gtest.h>
@@ -15,7 +16,7 @@ TEST(Text, ConvertsAsciiBothWays) {
     EXPECT_EQ(WideToNarrow(L"PxnC.xml"), "PxnC.xml");
 }
 
-TEST(Text, ConvertsNothingToNothing) {
+TEST(Text, ConvertsEmptyText) {
     wchar_t wide[2] = L"x";
     EXPECT_EQ(NarrowToWide("", wide, 2), 1u);
     EXPECT_STREQ(wide, L"");
@@ -29,7 +30,7 @@ TEST(Text, RefusesNull) {
     EXPECT_EQ(WideToNarrow(nullptr), "");
 }
 
-TEST(Text, MeasuresWithTheTerminator) {
+TEST(Text, CountsTheTerminator) {
     wchar_t wide[8] = L"kept";
     EXPECT_EQ(NarrowToWide("abc", nullptr, 0), 4u);
     EXPECT_EQ(NarrowToWide("abc", nullptr, 8), 4u);
@@ -52,7 +53,7 @@ TEST(Text, NeverWritesPastTheBuffer) {
     EXPECT_EQ(wide[3], L'#');
 }
 
-TEST(Text, ConvertsALetterWithAnAccentThereAndBack) {
+TEST(Text, ConvertsAnAccentedLetterBothWays) {
     const std::string narrow = WideToNarrow(L"caf\u00e9");
     ASSERT_FALSE(narrow.empty());
     wchar_t wide[16];
@@ -60,12 +61,12 @@ TEST(Text, ConvertsALetterWithAnAccentThereAndBack) {
     EXPECT_STREQ(wide, L"caf\u00e9");
 }
 
-TEST(Text, HasNoNarrowFormForHalfACharacter) {
+TEST(Text, RefusesHalfASurrogatePair) {
     const wchar_t half[] = {L'a', static_cast<wchar_t>(0xD800), L'b', L'\0'};
     EXPECT_EQ(WideToNarrow(half), "");
 }
 
-TEST(Text, ComparesWithoutTheCaseOfLetters) {
+TEST(Text, ComparesLettersWithoutCase) {
     EXPECT_EQ(CompareNoCase("", ""), 0);
     EXPECT_EQ(CompareNoCase("ABCDEFGHIJKLMNOPQRSTUVWXYZ", "abcdefghijklmnopqrstuvwxyz"), 0);
     EXPECT_EQ(CompareNoCase("TransportLayer", "transportLAYER"), 0);
@@ -77,13 +78,13 @@ TEST(Text, ComparesWithoutTheCaseOfLetters) {
     EXPECT_GT(CompareNoCase("a", ""), 0);
 }
 
-TEST(Text, ComparesOnlyLettersWithoutCase) {
+TEST(Text, ComparesOtherCharactersExactly) {
     EXPECT_NE(CompareNoCase("[", "{"), 0);
     EXPECT_NE(CompareNoCase("@", "`"), 0);
     EXPECT_NE(CompareNoCase("\xc4", "\xe4"), 0);
 }
 
-TEST(Text, OrdersBytesAboveAsciiAfterIt) {
+TEST(Text, OrdersNonAsciiBytesLast) {
     EXPECT_GT(CompareNoCase("\xc3\xa9", "z"), 0);
     EXPECT_LT(CompareNoCase("z", "\xc3\xa9"), 0);
 }

@@ -1,3 +1,4 @@
+// thread_test.cpp - threads and their stacks
 #include "platform/thread.h"
 
 #include "platform/event.h"
@@ -17,7 +18,7 @@ namespace {
 
 constexpr std::size_t kMegabyte = 1024 * 1024;
 
-// A thread that says when it is about to end, a little later than it was told to.
+// Runs for a little longer after it has been released, and sets a flag before it ends.
 struct Straggler {
     Event release;
     std::atomic<bool> ended{false};
@@ -30,7 +31,7 @@ struct Straggler {
     }
 };
 
-// A thread that looks at its own Thread object once that is in place.
+// Lets a thread access its own Thread object once that has been assigned.
 struct SelfAware {
     Thread thread;
     Event inPlace;
@@ -38,7 +39,7 @@ struct SelfAware {
     bool isCurrent = false;
 };
 
-TEST(Thread, IsNothingByDefault) {
+TEST(Thread, IsNotJoinableByDefault) {
     Thread thread;
     EXPECT_FALSE(thread.IsJoinable());
     EXPECT_FALSE(thread.IsCurrent());
@@ -76,7 +77,7 @@ TEST(Thread, DestructionJoins) {
     EXPECT_TRUE(straggler.ended);
 }
 
-TEST(Thread, AssignmentJoinsTheThreadThatWasThere) {
+TEST(Thread, AssignmentJoinsTheFormerThread) {
     Straggler straggler;
     Thread thread = Thread::Start(&Straggler::Run, &straggler, 0);
     ASSERT_TRUE(thread.IsJoinable());
@@ -86,7 +87,7 @@ TEST(Thread, AssignmentJoinsTheThreadThatWasThere) {
     EXPECT_FALSE(thread.IsJoinable());
 }
 
-TEST(Thread, MovingHandsTheThreadOver) {
+TEST(Thread, MovingTransfersTheThread) {
     Straggler straggler;
     Thread first = Thread::Start(&Straggler::Run, &straggler, 0);
     Thread second = std::move(first);
@@ -101,7 +102,7 @@ TEST(Thread, MovingHandsTheThreadOver) {
     EXPECT_TRUE(straggler.ended);
 }
 
-TEST(Thread, KnowsWhetherItIsTheCallingOne) {
+TEST(Thread, RecognisesTheCallingThread) {
     SelfAware self;
     self.thread = Thread::Start(
         [](void* argument) {
@@ -117,7 +118,7 @@ TEST(Thread, KnowsWhetherItIsTheCallingOne) {
     EXPECT_FALSE(self.thread.IsCurrent());
 }
 
-TEST(Thread, JoiningItselfForgetsItAndRunsOn) {
+TEST(Thread, JoiningItselfDetachesTheThread) {
     SelfAware self;
     self.thread = Thread::Start(
         [](void* argument) {
@@ -145,12 +146,12 @@ TEST(Thread, RunsOnASmallStack) {
     EXPECT_STREQ(text, "formatted 2.500");
 }
 
-TEST(Thread, HasTheStackThatWasAskedFor) {
-    // More than any system gives by default.
+TEST(Thread, HasTheRequestedStackSize) {
+    // Larger than the default stack of any supported system.
     constexpr std::size_t kStack = 48 * kMegabyte;
     constexpr int kDepth = 40;
     struct Recursion {
-        // Touches one megabyte a step.
+        // Touches one megabyte per level.
         static std::size_t Descend(int depth) {
             volatile char block[kMegabyte];
             for (std::size_t i = 0; i < sizeof block; i += 1024) {
@@ -168,7 +169,7 @@ TEST(Thread, HasTheStackThatWasAskedFor) {
     EXPECT_EQ(reached, static_cast<std::size_t>(kDepth));
 }
 
-TEST(Thread, IsNothingWhenTheSystemRefuses) {
+TEST(Thread, IsNotJoinableWhenItCannotBeStarted) {
     std::atomic<bool> ran{false};
     Thread thread =
         Thread::Start([](void* argument) { *static_cast<std::atomic<bool>*>(argument) = true; },

@@ -1,3 +1,4 @@
+// window_message_test.cpp - messages without a receiver
 #include "platform/window_message.h"
 
 #include "platform/file_system.h"
@@ -7,19 +8,14 @@
 namespace platform {
 namespace {
 
-TEST(WindowMessage, ExistsOnWindows) {
+TEST(WindowMessage, ExistsOnWindowsOnly) {
     EXPECT_EQ(HasMessages(), kPathSeparator == '\\');
 }
 
-TEST(WindowMessage, IsNotPostedWhereThereIsNoReceiver) {
+TEST(WindowMessage, IsNotPostedWithoutAReceiver) {
     EXPECT_FALSE(PostWindowMessage(nullptr, 0x400, 1, 2));
     EXPECT_FALSE(PostToThread(0, 0x400, 1, 2));
     EXPECT_FALSE(PostToThread(0xFFFFFFFC, 0x400, 1, 2));
-}
-
-TEST(WindowMessage, ADescriptorThatIsNoStreamIsNoTerminal) {
-    EXPECT_FALSE(IsTerminal(-1));
-    EXPECT_FALSE(IsTerminal(4000));
 }
 
 } // namespace

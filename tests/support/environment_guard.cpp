@@ -23,7 +23,7 @@ void Apply(const std::string& name, const std::optional<std::string>& value) {
 
 EnvironmentGuard::EnvironmentGuard(const char* nameToKeep, const std::optional<std::string>& value)
     : name(nameToKeep) {
-    // The platform layer does not tell an empty variable from a missing one.
+    // platform::GetEnvironment does not distinguish an empty variable from a missing one.
     if (const char* present = std::getenv(nameToKeep)) {
         former = present;
     }

@@ -6,10 +6,10 @@
 
 namespace support {
 
-/// Sets an environment variable, or removes it, and brings the former state back at the end.
+/// Sets or removes an environment variable and restores its former state when destroyed.
 class EnvironmentGuard {
 public:
-    /// Without a value the variable is removed. A refusal fails the test.
+    /// Without `value` the variable is removed. The test fails when it cannot be set.
     explicit EnvironmentGuard(const char* nameToKeep,
                               const std::optional<std::string>& value = std::nullopt);
     ~EnvironmentGuard();

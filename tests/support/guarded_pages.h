@@ -1,14 +1,13 @@
-// guarded_pages.h - memory between two pages that nobody may touch
+// guarded_pages.h - memory between two guard pages
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 
-/// Some pages of zeros; the page before them and the page behind them end the program when they are
-/// read or written.
+/// Zeroed pages of memory. An access to the page before or after them ends the program.
 class GuardedPages {
 public:
-    /// Room for at least `bytes` bytes.
+    /// Allocates `bytes` bytes, rounded up to whole pages. Throws std::bad_alloc.
     explicit GuardedPages(std::size_t bytes);
     GuardedPages(const GuardedPages&) = delete;
     GuardedPages& operator=(const GuardedPages&) = delete;

@@ -1,4 +1,4 @@
-// in_process_grabber.h - grabbers of the built module in the test's own process
+// in_process_grabber.h - grabbers of the built module in the process of the test
 #pragma once
 
 #include "mivora/grabber.h"
@@ -16,8 +16,8 @@
 
 namespace support {
 
-/// Loads module and simulator as a host program does and reaches the simulator's control
-/// interface. Install the log sink before.
+/// Loads the module and the simulator as a host program does, and gives access to the simulator's
+/// control interface. Install the log sink first.
 class InProcess {
 public:
     InProcess() : home("PYXEN_HOME", BuiltFile("simulator")) {
@@ -33,11 +33,11 @@ public:
     InProcess(const InProcess&) = delete;
     InProcess& operator=(const InProcess&) = delete;
 
-    /// The answer to a control line, which must be accepted.
+    /// Runs a control command and returns the reply; the test fails when the command does.
     std::string Control(const std::string& command) {
-        std::string answer(1 << 16, '\0');
-        EXPECT_EQ(control(command.c_str(), answer.data(), 1 << 16), 0) << command << answer.c_str();
-        return answer.c_str();
+        std::string reply(1 << 16, '\0');
+        EXPECT_EQ(control(command.c_str(), reply.data(), 1 << 16), 0) << command << reply.c_str();
+        return reply.c_str();
     }
     CMivoraGrabber* Create() { return loader.CreateGrabber(); }
     void Delete(CMivoraGrabber* grabber) { loader.DeleteGrabber(grabber); }

@@ -1,11 +1,12 @@
-// no_settling.h - the product's pauses taken out for a scope
+// no_settling.h - skipping the product's pauses for a scope
 #pragma once
 
 #include "platform/sleep.h"
 
 namespace support {
 
-/// The pauses after a stop are long; who does not test them does without.
+/// Makes platform::SleepMs return at once. The pauses after a stop are long, and most tests do not
+/// depend on them.
 class NoSettling {
 public:
     NoSettling() {

@@ -1,4 +1,4 @@
-// recording_sink.cpp - a log sink that keeps what it is given
+// recording_sink.cpp - a log sink that records all lines
 #include "tests/support/recording_sink.h"
 
 #include "tests/support/wait_until.h"

@@ -1,4 +1,4 @@
-// recording_sink.h - a log sink that keeps what it is given
+// recording_sink.h - a log sink that records all lines
 #pragma once
 
 #include "mivora/log_sink.h"
@@ -9,7 +9,7 @@
 
 namespace support {
 
-/// Formats every line as the host does and keeps it as "LEVEL TEXT", in order. Any thread.
+/// Formats every line as the host does and records it as "LEVEL TEXT". Any thread.
 class RecordingSink : public ILogSink {
 public:
     virtual ~RecordingSink() = default;
@@ -17,11 +17,12 @@ public:
     void Write(int level, const char* format, ...) override;
     void WriteError(const char* text) override;
 
+    /// The lines recorded so far, in order.
     std::vector<std::string> Lines() const;
-    /// The lines so far, which are forgotten.
+    /// Returns the lines recorded so far and clears the record.
     std::vector<std::string> Take();
-    /// Waits until one of the kept lines is `line`, as in "1 Found it"; false when there is none
-    /// after `timeoutMs` milliseconds.
+    /// Waits up to `timeoutMs` milliseconds until `line`, such as "1 Found it", has been recorded;
+    /// false on timeout.
     bool WaitForLine(const std::string& line, unsigned timeoutMs = 10000) const;
 
 private:

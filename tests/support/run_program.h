@@ -8,25 +8,25 @@
 
 namespace support {
 
-/// How a program ended and what it wrote.
+/// Exit status and output of a program.
 struct ProgramResult {
-    bool ended = false; ///< false when it had to be killed at the time limit
+    bool ended = false; ///< false when it was killed at the time limit
     int status = -1;
     std::string output;
     std::string errors;
 };
 
-/// The path of a program or file that is built into the directory of this test.
+/// Path of a file in the build's directory for programs, where this test is.
 std::string BuiltFile(const std::string& name);
-/// The path of a built program, with the ending that programs have here.
+/// Path of a built program, with the platform's extension for programs.
 std::string BuiltProgram(const std::string& name);
 
-/// How to run a program, for who wants to change it before.
+/// How to start a built program; a test may change it before it calls RunProgram.
 platform::ProcessStart ProgramStart(const std::string& name,
                                     const std::vector<std::string>& arguments);
 
-/// Runs a program to its end with `input` on its standard input; PYXEN_HOME is not set unless
-/// `start` sets it. One that does not end within two minutes is killed and fails the test.
+/// Runs a program to completion with `input` as its standard input. PYXEN_HOME is not set unless
+/// `start` sets it. A program that runs for more than two minutes is killed and fails the test.
 ProgramResult RunProgram(const platform::ProcessStart& start, const std::string& input = {});
 ProgramResult RunProgram(const std::string& name, const std::vector<std::string>& arguments,
                          const std::string& input = {});

@@ -1,4 +1,4 @@
-// temporary_directory.cpp - a directory that lives as long as a test
+// temporary_directory.cpp - a directory that is removed after a test
 #include "tests/support/temporary_directory.h"
 
 #include "platform/file_system.h"

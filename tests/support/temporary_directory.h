@@ -1,26 +1,26 @@
-// temporary_directory.h - a directory that lives as long as a test
+// temporary_directory.h - a directory that is removed after a test
 #pragma once
 
 #include <string>
 
 namespace support {
 
-/// A fresh directory, removed with all that is in it at the end. Names are relative to it and may
-/// have directories of their own, which Write makes.
+/// An empty directory that is removed with its contents when the object is destroyed. Names are
+/// relative to it and may contain directories, which Write creates.
 class TemporaryDirectory {
 public:
-    /// Throws when no directory can be made.
+    /// Throws std::runtime_error when the directory cannot be created.
     TemporaryDirectory();
     ~TemporaryDirectory();
     TemporaryDirectory(const TemporaryDirectory&) = delete;
     TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
 
     const std::string& Path() const { return path; }
-    /// The path that `name` has or would have.
+    /// Path of `name`, which need not exist.
     std::string PathOf(const std::string& name) const;
-    /// Writes a file and returns its path; a failure fails the test.
+    /// Writes a file and returns its path. The test fails when that is impossible.
     std::string Write(const std::string& name, const std::string& content) const;
-    /// A file's whole content; a failure fails the test.
+    /// Content of a file. The test fails when it cannot be read.
     std::string Read(const std::string& name) const;
 
 private:

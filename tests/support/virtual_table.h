@@ -1,4 +1,4 @@
-// virtual_table.h - where a class has its virtual operations
+// virtual_table.h - positions in the virtual table of a class
 #pragma once
 
 #include <cstdint>
@@ -6,8 +6,9 @@
 
 namespace support {
 
-/// The place of a virtual operation in its class's table, -1 when it is none: the pointer to a
-/// virtual member holds its offset there plus one. A destructor takes two places.
+/// Index of a virtual member function in the virtual table of its class; -1 when it is not virtual.
+/// In the Itanium C++ ABI a pointer to a virtual member function holds the function's offset in the
+/// table plus one. A destructor takes two entries.
 template <typename Member>
 int EntryOf(Member member) {
     static_assert(sizeof member == 2 * sizeof(void*));

@@ -1,4 +1,4 @@
-// wait_until.h - waiting for a condition that another thread brings about
+// wait_until.h - waiting for a condition that another thread makes true
 #pragma once
 
 #include <chrono>
@@ -6,9 +6,9 @@
 
 namespace support {
 
-/// Asks `predicate` again and again until it answers true or `timeoutMs` milliseconds are over;
-/// returns its last answer. Rests on the real clock, also while a test has replaced
-/// platform::SleepMs.
+/// Calls `predicate` every millisecond until it returns true or `timeoutMs` milliseconds have
+/// passed, and returns its last result. Does not use platform::SleepMs, which a test may have
+/// replaced.
 template <typename Predicate>
 bool WaitUntil(Predicate predicate, unsigned timeoutMs = 10000) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);

@@ -1,6 +1,6 @@
 // cmd_serial_posix_test.cpp - the serial channel on a pseudo terminal
 #include "mivora/cmd_channel.h"
-#include "tests/platform/posix/pseudo_terminal.h"
+#include "tests/support/posix/pseudo_terminal.h"
 #include "tests/support/temporary_directory.h"
 #include "tests/support/wait_until.h"
 
@@ -31,7 +31,7 @@ protected:
         return bytes;
     }
 
-    platform::PseudoTerminal terminal;
+    support::PseudoTerminal terminal;
     support::TemporaryDirectory directory;
     CIniFile ini;
     CCmdChannel* const channel = CreateCmdSerialInstance();

@@ -14,7 +14,7 @@ namespace {
 std::mutex mutex;
 std::condition_variable changed;
 std::vector<std::uint32_t> pauses;
-bool open = true;
+bool gateOpen = true;
 unsigned sleepers = 0;
 
 void Sleep(std::uint32_t milliseconds) {
@@ -22,7 +22,7 @@ void Sleep(std::uint32_t milliseconds) {
     pauses.push_back(milliseconds);
     ++sleepers;
     changed.notify_all();
-    changed.wait(lock, [] { return open; });
+    changed.wait(lock, [] { return gateOpen; });
     --sleepers;
 }
 
@@ -41,12 +41,12 @@ ScriptedSleep::~ScriptedSleep() {
 
 void ScriptedSleep::Shut() {
     const std::lock_guard lock(mutex);
-    open = false;
+    gateOpen = false;
 }
 
 void ScriptedSleep::Open() {
     const std::lock_guard lock(mutex);
-    open = true;
+    gateOpen = true;
     changed.notify_all();
 }
 

@@ -1,4 +1,4 @@
-// failing_allocations.cpp - an allocator that runs out of memory on demand
+// failing_allocations.cpp - an allocator that fails on demand
 #include "tests/support/allocations/failing_allocations.h"
 
 #include <cstdlib>

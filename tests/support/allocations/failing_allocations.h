@@ -1,29 +1,31 @@
-// failing_allocations.h - an allocator that runs out of memory on demand
+// failing_allocations.h - an allocator that fails on demand
 //
-// Replaces the allocator of the program that uses it. On Linux that reaches into the libraries too,
-// where they share a run-time library; on Windows each library has an allocator of its own. Of the
-// C functions only realloc can be refused, on Linux, in what is linked into the program itself.
-// ThreadSanitizer allows no other allocator: tests that use this are in files named
-// out_of_memory_test.cpp or out_of_memory_posix_test.cpp, which its builds leave out.
+// Replaces operator new and delete in the program that links it. On Linux this also affects the
+// shared libraries it loads; on Windows each library has its own allocator. Of the C functions only
+// realloc can fail, on Linux, when called by the program itself.
+// ThreadSanitizer does not support a replaced allocator: its builds omit the tests that use this one.
 #pragma once
 
 namespace support {
 
-/// What is refused: all allocations from one on, or that one only.
-enum class Refusal { kAllBehind, kOne };
+/// Which allocations fail: one and all that follow it, or only that one.
+enum class Refusal { kAllFollowing, kOne };
 
-/// Grants this thread so many more allocations and refuses what comes behind them.
-void RefuseAllocationsAfter(int granted, Refusal refusal = Refusal::kAllBehind);
-/// Grants all again; answers whether one was refused since the refusing began.
+// All functions affect or report the allocations of the calling thread only.
+
+/// Lets the next `granted` allocations succeed; `refusal` selects how many fail after that.
+void RefuseAllocationsAfter(int granted, Refusal refusal = Refusal::kAllFollowing);
+/// Lets all allocations succeed again. True when one has failed since RefuseAllocationsAfter.
 bool GrantAllocations();
-/// Takes note of an allocation of this thread; false when it is to be refused. For allocators.
+/// Registers an allocation; false when it must fail. Called by the allocators.
 bool TakeAllocation() noexcept;
-/// True when one was refused since the refusing began.
+/// True when an allocation has failed since RefuseAllocationsAfter.
 bool AllocationWasRefused();
-/// Allocations of this thread so far.
+/// Number of allocations so far.
 int AllocationCount();
 
-/// Grants this thread all allocations for the object's life; they are not counted down.
+/// Lets all allocations of this thread succeed while the object exists. They do not count as
+/// granted.
 class AllocationPause {
 public:
     AllocationPause();
@@ -35,11 +37,11 @@ private:
     const int left;
 };
 
-/// Runs `operation` once with each of its allocations refused, and once with all granted. Answers
-/// how many allocations it makes. Checks inside the operation come after GrantAllocations, since
-/// they allocate themselves.
+/// Runs `operation` repeatedly: each time another of its allocations fails, the first one first,
+/// and in the last run none. Returns the number of its allocations. Checks in `operation` must
+/// follow a call of GrantAllocations, since they allocate memory themselves.
 template <typename Operation>
-int RefuseEachAllocation(const Operation& operation, Refusal refusal = Refusal::kAllBehind) {
+int RefuseEachAllocation(const Operation& operation, Refusal refusal = Refusal::kAllFollowing) {
     for (int granted = 0;; ++granted) {
         RefuseAllocationsAfter(granted, refusal);
         operation();
@@ -49,13 +51,14 @@ int RefuseEachAllocation(const Operation& operation, Refusal refusal = Refusal::
     }
 }
 
-/// The same for each allocation alone, and then for each with all behind it.
+/// RefuseEachAllocation with kOne and then with kAllFollowing.
 template <typename Operation>
 int RefuseEachAllocationBothWays(const Operation& operation) {
     RefuseEachAllocation(operation, Refusal::kOne);
-    return RefuseEachAllocation(operation, Refusal::kAllBehind);
+    return RefuseEachAllocation(operation, Refusal::kAllFollowing);
 }
 
+/// Number of allocations that `operation` makes.
 template <typename Operation>
 int CountAllocations(const Operation& operation) {
     const int before = AllocationCount();

@@ -1,7 +1,7 @@
-// failing_realloc.cpp - a realloc that runs out of memory on demand
+// failing_realloc.cpp - a realloc that fails on demand
 //
-// The linker leads the program's own calls of realloc here. Not on Windows, where the compiler's
-// thread-local variables, with which the allocations are counted, call realloc themselves.
+// The linker redirects calls of realloc in the program itself to this one (--wrap=realloc). Not
+// available on Windows, where the compiler implements the thread-local counters with realloc.
 #include "tests/support/allocations/failing_allocations.h"
 
 #include <cstddef>

@@ -1,3 +1,4 @@
+// fake_camera.cpp - the fake GigE Vision camera that Aravis brings, as a child process
 #include "tests/support/posix/fake_camera.h"
 
 #include <csignal>
@@ -51,7 +52,7 @@ void FakeCamera::Restart() {
         EXPECT_GT(process, 0);
         return;
     }
-    // A test program that dies takes its camera along.
+    // The camera must not outlive the test program, even when that crashes.
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     if (getppid() != parent) {
         _exit(1);

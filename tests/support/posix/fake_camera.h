@@ -6,24 +6,24 @@
 
 namespace support {
 
-/// A camera on 127.0.0.1 with a serial number of its own. GigE Vision fixes the port, so a machine
-/// has room for one: a lock file makes test programs that run at the same time take turns.
+/// A camera on 127.0.0.1 with a unique serial number. GigE Vision prescribes the port number, so
+/// only one camera can run at a time; a lock file makes concurrent test programs take turns.
 class FakeCamera {
 public:
-    /// Waits for its turn and starts the camera; `description` is a file with another GenICam
-    /// description, empty for the camera's own.
+    /// Waits for the lock and starts the camera. `description` is the path of a GenICam description
+    /// to use; empty for the default one.
     explicit FakeCamera(const std::string& description = {});
-    /// Ends the camera and lets the next one have its turn.
+    /// Ends the camera and releases the lock.
     ~FakeCamera();
     FakeCamera(const FakeCamera&) = delete;
     FakeCamera& operator=(const FakeCamera&) = delete;
 
-    /// The identifiers under which the library lists it.
+    /// The identifiers that the SDK lists it under.
     std::string PlainId() const { return "Aravis-Fake-" + serial; }
     std::string ExtendedId() const { return "GEV:" + PlainId(); }
     const std::string& Serial() const { return serial; }
 
-    /// Pulls the plug: the process ends without a word to whoever controls the camera.
+    /// Unplugs the camera: its process is killed and does not notify the controlling application.
     void Kill();
     /// Starts the camera again with the same serial number.
     void Restart();

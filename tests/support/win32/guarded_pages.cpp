@@ -1,4 +1,4 @@
-// guarded_pages.cpp - memory between two pages that nobody may touch
+// guarded_pages.cpp - memory between two guard pages
 #include "tests/support/guarded_pages.h"
 
 #include <windows.h>

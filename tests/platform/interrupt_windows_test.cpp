@@ -1,3 +1,4 @@
+// interrupt_windows_test.cpp - Ctrl-C in a console
 #include "platform/interrupt.h"
 
 #include "tests/support/wait_until.h"
@@ -11,15 +12,15 @@
 namespace platform {
 namespace {
 
-// In a console of its own, since an event reaches every program of the console.
+// In a separate console, since the event is sent to every process of a console.
 void PressCtrlC() {
     FreeConsole();
     AllocConsole();
     GenerateConsoleCtrlEvent(CTRL_C_EVENT, 0);
 }
 
-// Wine's way of ending a program has the code 0.
-bool IsSystemsOwnEnd(int exitCode) {
+// Wine ends the program with exit code 0.
+bool IsDefaultTermination(int exitCode) {
     return exitCode == static_cast<int>(STATUS_CONTROL_C_EXIT) || exitCode == 0;
 }
 
@@ -41,7 +42,7 @@ TEST(ConsoleInterruptDeathTest, IsRequestedByCtrlC) {
         testing::ExitedWithCode(0), "");
 }
 
-TEST(ConsoleInterruptDeathTest, TheSecondEndsTheProgram) {
+TEST(ConsoleInterruptDeathTest, TheSecondOneEndsTheProgram) {
     EXPECT_EXIT(
         {
             InstallInterruptHandler();
@@ -51,7 +52,7 @@ TEST(ConsoleInterruptDeathTest, TheSecondEndsTheProgram) {
             Sleep(30'000);
             _exit(1);
         },
-        IsSystemsOwnEnd, "");
+        IsDefaultTermination, "");
 }
 
 } // namespace

@@ -1,6 +1,7 @@
+// interrupt_posix_test.cpp - SIGINT and SIGTERM
 #include "platform/interrupt.h"
 
-#include "tests/platform/posix/pseudo_terminal.h"
+#include "tests/support/posix/pseudo_terminal.h"
 #include "tests/support/wait_until.h"
 
 #include <gtest/gtest.h>
@@ -35,23 +36,23 @@ TEST_F(Interrupt, IsRequestedByEitherSignal) {
     }
 }
 
-TEST_F(Interrupt, InstallingForgetsAnEarlierRequest) {
+TEST_F(Interrupt, InstallingClearsAnEarlierRequest) {
     ASSERT_TRUE(InstallInterruptHandler());
     ASSERT_EQ(std::raise(SIGINT), 0);
     ASSERT_TRUE(InstallInterruptHandler());
     EXPECT_FALSE(InterruptRequested());
 }
 
-// True once the thread waits inside the system.
+// True when the thread is blocked in a system call.
 bool IsAsleep(pid_t thread) {
     std::ifstream file("/proc/self/task/" + std::to_string(thread) + "/stat");
     const std::string status((std::istreambuf_iterator<char>(file)), {});
     return status.find(") S ") != std::string::npos;
 }
 
-TEST_F(Interrupt, EndsAWaitingRead) {
+TEST_F(Interrupt, InterruptsABlockingRead) {
     ASSERT_TRUE(InstallInterruptHandler());
-    const PseudoTerminal terminal;
+    const support::PseudoTerminal terminal;
     const int descriptor = open(terminal.PortName().c_str(), O_RDONLY | O_NOCTTY | O_CLOEXEC);
     ASSERT_GE(descriptor, 0);
     const pthread_t reader = pthread_self();
@@ -76,7 +77,7 @@ TEST_F(Interrupt, EndsAWaitingRead) {
     close(descriptor);
 }
 
-TEST_F(InterruptDeathTest, TheSecondEndsTheProgram) {
+TEST_F(InterruptDeathTest, TheSecondOneEndsTheProgram) {
     testing::FLAGS_gtest_death_test_style = "threadsafe";
     EXPECT_EXIT(
         {

@@ -1,7 +1,8 @@
+// serial_port_posix_test.cpp - serial ports on a pseudo-terminal
 #include "platform/serial_port.h"
 
 #include "platform/clock.h"
-#include "tests/platform/posix/pseudo_terminal.h"
+#include "tests/support/posix/pseudo_terminal.h"
 #include "tests/support/wait_until.h"
 
 #include <gtest/gtest.h>
@@ -23,7 +24,7 @@ protected:
         return port.Open(terminal.PortName(), baud, parity, byteSize, stopBits, error);
     }
 
-    // Reads until `size` bytes have come.
+    // Reads until `size` bytes have arrived.
     std::string Receive(std::size_t size) {
         std::string received;
         support::WaitUntil([&] {
@@ -36,7 +37,7 @@ protected:
         return received;
     }
 
-    PseudoTerminal terminal;
+    support::PseudoTerminal terminal;
     SerialPort port;
 };
 
@@ -89,7 +90,7 @@ TEST_F(OpenSerialPort, ReadsNoMoreThanThereIsRoomFor) {
     }));
 }
 
-TEST_F(OpenSerialPort, SendsMoreThanTheSystemHoldsAtOnce) {
+TEST_F(OpenSerialPort, SendsMoreThanTheOutputBufferHolds) {
     const std::string bytes(300'000, 'x');
     std::size_t received = 0;
     std::thread reader([&] {
@@ -108,7 +109,7 @@ TEST_F(OpenSerialPort, SendsMoreThanTheSystemHoldsAtOnce) {
     EXPECT_EQ(received, bytes.size());
 }
 
-TEST_F(OpenSerialPort, GivesUpWhenNobodyTakesAnything) {
+TEST_F(OpenSerialPort, TimesOutWhenNothingIsAccepted) {
     const std::string bytes(300'000, 'x');
     std::size_t written = 0;
     const std::uint64_t start = MonotonicNanoseconds();
@@ -124,11 +125,11 @@ TEST_F(OpenSerialPort, WritingNothingSucceeds) {
     EXPECT_EQ(written, 0u);
 }
 
-TEST_F(OpenSerialPort, PurgingDropsWhatHasArrived) {
+TEST_F(OpenSerialPort, PurgingDiscardsReceivedData) {
     ASSERT_TRUE(terminal.Write("stale"));
     std::size_t count = 0;
     char first = 0;
-    // Once the first byte is there the others are.
+    // The other bytes arrive together with the first one.
     ASSERT_TRUE(support::WaitUntil([&] { return port.Read(&first, 1, count) && count == 1; }));
     EXPECT_TRUE(port.Purge(false, true));
     EXPECT_TRUE(port.Purge(false, false));
@@ -139,7 +140,7 @@ TEST_F(OpenSerialPort, PurgingDropsWhatHasArrived) {
     EXPECT_EQ(Receive(5), "fresh");
 }
 
-TEST_F(OpenSerialPort, OpeningDropsWhatArrivedBefore) {
+TEST_F(OpenSerialPort, OpeningDiscardsReceivedData) {
     ASSERT_TRUE(terminal.Write("stale"));
     ASSERT_TRUE(Open(9600, SerialParity::kNone, 8, SerialStopBits::kOne));
     ASSERT_TRUE(terminal.Write("fresh"));
@@ -159,14 +160,14 @@ TEST_F(OpenSerialPort, SetsTheRateAndIgnoresTheModemLines) {
 TEST_F(OpenSerialPort, SetsTwoStopBits) {
     ASSERT_TRUE(Open(300, SerialParity::kEven, 7, SerialStopBits::kTwo));
     EXPECT_NE(terminal.Settings().c_cflag & CSTOPB, 0u);
-    // A pseudo-terminal knows no parity; that it is asked for must not be a failure.
+    // A pseudo-terminal ignores parity; setting it must not fail.
     ASSERT_TRUE(Open(300, SerialParity::kOdd, 5, SerialStopBits::kOneAndHalf));
     EXPECT_NE(terminal.Settings().c_cflag & CSTOPB, 0u);
     ASSERT_TRUE(Open(300, SerialParity::kOdd, 6, SerialStopBits::kOne));
     EXPECT_EQ(terminal.Settings().c_cflag & CSTOPB, 0u);
 }
 
-TEST_F(OpenSerialPort, OpensAtEveryUsualRate) {
+TEST_F(OpenSerialPort, OpensAtEveryCommonRate) {
     constexpr std::uint32_t kRates[] = {300,   600,   1200,  2400,   4800,  9600,
                                         19200, 38400, 57600, 115200, 230400};
     for (const std::uint32_t baud : kRates) {
@@ -174,7 +175,7 @@ TEST_F(OpenSerialPort, OpensAtEveryUsualRate) {
     }
 }
 
-TEST_F(OpenSerialPort, RefusesSettingsThatNoPortHas) {
+TEST_F(OpenSerialPort, RefusesUnsupportedSettings) {
     std::string error;
     EXPECT_FALSE(Open(12345, SerialParity::kNone, 8, SerialStopBits::kOne, &error));
     EXPECT_FALSE(error.empty());
@@ -184,7 +185,7 @@ TEST_F(OpenSerialPort, RefusesSettingsThatNoPortHas) {
     EXPECT_FALSE(Open(9600, SerialParity::kNone, 8, SerialStopBits::kOneAndHalf));
 }
 
-TEST_F(OpenSerialPort, AFileIsNoPort) {
+TEST_F(OpenSerialPort, RefusesADeviceThatIsNotAPort) {
     std::string error;
     EXPECT_FALSE(
         port.Open("/dev/null", 9600, SerialParity::kNone, 8, SerialStopBits::kOne, &error));
@@ -200,7 +201,7 @@ TEST_F(OpenSerialPort, CanBeOpenedAgainAfterClosing) {
     EXPECT_EQ(Receive(5), "again");
 }
 
-TEST_F(OpenSerialPort, FailsOnceTheLineIsGone) {
+TEST_F(OpenSerialPort, FailsAfterAHangUp) {
     terminal.HangUp();
     char byte = 'x';
     std::size_t count = 0;

@@ -1,3 +1,4 @@
+// text_posix_test.cpp - UTF-8
 #include "platform/text.h"
 
 #include <gtest/gtest.h>
@@ -10,7 +11,7 @@ struct Pair {
     const wchar_t* wide;
 };
 
-// The first and the last character of every length, and the neighbours of the surrogates.
+// The first and last character of every encoded length, and those next to the surrogates.
 constexpr Pair kValid[] = {
     {"\x7f", L"\x7f"},
     {"\xc2\x80", L"\x80"},
@@ -25,22 +26,22 @@ constexpr Pair kValid[] = {
 };
 
 constexpr const char* kInvalid[] = {
-    "\x80",             // a continuation alone
-    "a\xbf",            // another
-    "\xc3",             // cut off
-    "\xe2\x82",         // cut off
-    "\xf0\x9f\x93",     // cut off
-    "\xc3(",            // no continuation
-    "\xe2\x82(",        // no continuation
-    "\xc0\x80",         // too long for the terminator
-    "\xc1\xbf",         // too long
-    "\xe0\x9f\xbf",     // too long
-    "\xf0\x8f\xbf\xbf", // too long
+    "\x80",             // continuation byte without a lead byte
+    "a\xbf",            // the same after a character
+    "\xc3",             // truncated
+    "\xe2\x82",         // truncated
+    "\xf0\x9f\x93",     // truncated
+    "\xc3(",            // not a continuation byte
+    "\xe2\x82(",        // not a continuation byte
+    "\xc0\x80",         // overlong encoding of the terminator
+    "\xc1\xbf",         // overlong encoding
+    "\xe0\x9f\xbf",     // overlong encoding
+    "\xf0\x8f\xbf\xbf", // overlong encoding
     "\xed\xa0\x80",     // first surrogate
     "\xed\xbf\xbf",     // last surrogate
-    "\xf4\x90\x80\x80", // past the last code point
-    "\xf5\x80\x80\x80", // no such lead
-    "\xff",             // no such lead
+    "\xf4\x90\x80\x80", // beyond the last code point
+    "\xf5\x80\x80\x80", // invalid lead byte
+    "\xff",             // invalid lead byte
 };
 
 TEST(Utf8Text, ConvertsEveryLengthBothWays) {
@@ -62,7 +63,7 @@ TEST(Utf8Text, RefusesInvalidBytes) {
     }
 }
 
-TEST(Utf8Text, RefusesWhatIsNoCodePoint) {
+TEST(Utf8Text, RefusesInvalidCodePoints) {
     for (const unsigned value : {0xD800u, 0xDFFFu, 0x110000u, 0xFFFFFFFFu}) {
         const wchar_t wide[] = {L'a', static_cast<wchar_t>(value), L'\0'};
         EXPECT_EQ(WideToNarrow(wide), "") << value;

@@ -1,5 +1,5 @@
-// Lists: list views with their headers and images, list boxes, drop-down lists.
-#include "test_host.h"
+// controls_test.cpp - list views with headers and images, list boxes and drop-down lists
+#include "tests/windows/test_host.h"
 
 namespace {
 
@@ -49,7 +49,7 @@ TEST_F(ListViews, HaveColumnsAndAHeader) {
     EXPECT_FALSE(list.DeleteColumn(7));
 }
 
-TEST_F(ListViews, KeepTextsAndDataOfTheirItems) {
+TEST_F(ListViews, KeepTheTextsAndDataOfTheirItems) {
     EXPECT_EQ(list.InsertItem(0, L"b"), 0);
     EXPECT_EQ(list.InsertItem(0, L"a"), 0);
     EXPECT_TRUE(list.SetItemText(1, 1, L"second"));
@@ -117,7 +117,7 @@ TEST_F(ListViews, KeepTheirExtendedStylesAndImages) {
     EXPECT_FALSE(images.DeleteImageList());
 }
 
-TEST_F(Lists, KeepTheTextsOfABox) {
+TEST_F(Lists, KeepTheTextsOfAListBox) {
     CListBox box;
     ASSERT_TRUE(box.Create(WS_CHILD | WS_VISIBLE, place, &Frame(), 1));
     EXPECT_EQ(box.AddString(L"one"), 0);

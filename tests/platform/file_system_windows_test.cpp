@@ -1,3 +1,4 @@
+// file_system_windows_test.cpp - devices, full paths and files in use
 #include "platform/file_system.h"
 
 #include "tests/support/temporary_directory.h"
@@ -29,12 +30,12 @@ TEST(WindowsFileSystem, AFailedReplaceLeavesTheOldFileAndNothingElse) {
     EXPECT_TRUE(ReplaceWholeFile(path, "new"));
 }
 
-TEST(WindowsFileSystem, ADeviceIsNoRegularFile) {
+TEST(WindowsFileSystem, ADeviceIsNotARegularFile) {
     EXPECT_FALSE(IsDirectory("NUL"));
     EXPECT_FALSE(IsRegularFile("\\\\.\\NUL"));
 }
 
-TEST(WindowsFileSystem, FullPathTakesDotsAndSlashesAway) {
+TEST(WindowsFileSystem, FullPathResolvesDotsAndSlashes) {
     EXPECT_EQ(FullPath("C:/a/./b/../c.dll", 260), "C:\\a\\c.dll");
     EXPECT_EQ(FullPath("C:\\a\\b\\", 260), "C:\\a\\b\\");
 }

@@ -1,3 +1,4 @@
+// file_system_posix_test.cpp - permissions, symbolic links and atomic replacement
 #include "platform/file_system.h"
 
 #include "tests/support/temporary_directory.h"
@@ -33,7 +34,7 @@ protected:
     support::TemporaryDirectory directory;
 };
 
-// While this lives no file can grow past `limit` bytes.
+// While it exists, no file can grow beyond `limit` bytes.
 class FileSizeLimit {
 public:
     explicit FileSizeLimit(rlim_t limit) : formerHandler(std::signal(SIGXFSZ, SIG_IGN)) {
@@ -70,7 +71,7 @@ TEST_F(PosixFileSystem, ANewFileGetsTheUsualPermissionBits) {
     EXPECT_EQ(ModeOf(path), mode_t{0640});
 }
 
-TEST_F(PosixFileSystem, ReplaceKeepsALinkAndReplacesWhatItLeadsTo) {
+TEST_F(PosixFileSystem, ReplaceKeepsALinkAndReplacesItsTarget) {
     const std::string real = directory.Write("below/real.ini", "old");
     const std::string link = directory.PathOf("link.ini");
     const std::string linkToLink = directory.PathOf("second.ini");
@@ -83,7 +84,7 @@ TEST_F(PosixFileSystem, ReplaceKeepsALinkAndReplacesWhatItLeadsTo) {
     EXPECT_EQ(directory.Read("below/real.ini"), "new");
 }
 
-TEST_F(PosixFileSystem, ReplaceMakesTheFileThatALinkLeadsTo) {
+TEST_F(PosixFileSystem, ReplaceCreatesTheTargetOfALink) {
     const std::string link = directory.PathOf("link");
     fs::create_symlink("real", link);
     EXPECT_TRUE(ReplaceWholeFile(link, "new"));
@@ -91,7 +92,7 @@ TEST_F(PosixFileSystem, ReplaceMakesTheFileThatALinkLeadsTo) {
     EXPECT_EQ(directory.Read("real"), "new");
 }
 
-TEST_F(PosixFileSystem, ReplaceRefusesLinksThatGoRound) {
+TEST_F(PosixFileSystem, ReplaceRefusesCircularLinks) {
     const std::string link = directory.PathOf("link");
     fs::create_symlink("other", link);
     fs::create_symlink("link", directory.PathOf("other"));
@@ -111,7 +112,7 @@ TEST_F(PosixFileSystem, ReplaceRefusesAReadOnlyFileBehindALink) {
     EXPECT_EQ(CountEntries(), 2);
 }
 
-TEST_F(PosixFileSystem, ReplaceRefusesWhatIsNoFile) {
+TEST_F(PosixFileSystem, ReplaceRefusesWhatIsNotAFile) {
     const std::string path = directory.PathOf("pipe");
     ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
     std::string error;
@@ -132,7 +133,7 @@ TEST_F(PosixFileSystem, AFailedWriteLeavesTheOldFileAndNothingElse) {
     EXPECT_EQ(CountEntries(), 1);
 }
 
-TEST_F(PosixFileSystem, AReaderSeesTheOldOrTheNewFileWhole) {
+TEST_F(PosixFileSystem, AReaderSeesTheCompleteOldOrNewFile) {
     const std::string path = directory.PathOf("file");
     const std::string contents[] = {std::string(70'000, 'a'), std::string(30'000, 'b')};
     ASSERT_TRUE(ReplaceWholeFile(path, contents[0]));
@@ -169,7 +170,7 @@ TEST_F(PosixFileSystem, SeveralThreadsMayReplaceOneFile) {
     EXPECT_EQ(CountEntries(), 1);
 }
 
-TEST_F(PosixFileSystem, RemovingATreeSparesWhatLinksLeadTo) {
+TEST_F(PosixFileSystem, RemovingATreeKeepsTheTargetsOfLinks) {
     directory.Write("kept/file", "content");
     ASSERT_TRUE(CreateDirectories(directory.PathOf("tree")));
     fs::create_symlink(directory.PathOf("kept"), directory.PathOf("tree/link"));

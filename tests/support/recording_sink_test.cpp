@@ -1,16 +1,11 @@
-// The suites rely on these helpers: one that never fails would hide failures everywhere.
-#include "platform/environment.h"
-#include "platform/file_system.h"
-#include "tests/support/environment_guard.h"
+// recording_sink_test.cpp - the log sink of the tests
 #include "tests/support/recording_sink.h"
-#include "tests/support/temporary_directory.h"
-#include "tests/support/wait_until.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <thread>
 #include <vector>
@@ -19,16 +14,6 @@ namespace support {
 namespace {
 
 using Lines = std::vector<std::string>;
-
-constexpr const char* kName = "MIVORA_SUPPORT_TEST";
-
-TEST(WaitUntil, TellsWhetherTheConditionCameTrue) {
-    int asked = 0;
-    EXPECT_TRUE(WaitUntil([&] { return ++asked == 3; }));
-    EXPECT_EQ(asked, 3);
-    EXPECT_FALSE(WaitUntil([] { return false; }, 5));
-    EXPECT_TRUE(WaitUntil([] { return true; }, 0));
-}
 
 TEST(RecordingSink, KeepsLinesWithTheirLevelInOrder) {
     RecordingSink sink;
@@ -63,7 +48,7 @@ TEST(RecordingSink, WaitsForAWholeLine) {
     EXPECT_EQ(sink.Lines().size(), 2u);
 }
 
-TEST(RecordingSink, KeepsLinesOfSeveralThreadsWhole) {
+TEST(RecordingSink, KeepsLinesOfSeveralThreadsApart) {
     RecordingSink sink;
     std::vector<std::thread> writers;
     for (int i = 0; i < 4; ++i) {
@@ -81,41 +66,6 @@ TEST(RecordingSink, KeepsLinesOfSeveralThreadsWhole) {
     for (int i = 0; i < 4; ++i) {
         EXPECT_EQ(std::count(lines.begin(), lines.end(), "1 writer " + std::to_string(i)), 50);
     }
-}
-
-TEST(TemporaryDirectory, IsThereForItsScopeOnly) {
-    std::string path;
-    {
-        const TemporaryDirectory directory;
-        path = directory.Path();
-        const std::string name = platform::JoinPath("below", "file");
-        const std::string content("one\r\n\0two", 9);
-        EXPECT_EQ(directory.Write(name, content), directory.PathOf(name));
-        EXPECT_EQ(directory.Read(name), content);
-        EXPECT_TRUE(platform::IsRegularFile(directory.PathOf(name)));
-    }
-    EXPECT_FALSE(platform::PathExists(path));
-}
-
-TEST(EnvironmentGuard, BringsBackTheFormerValue) {
-    platform::SetEnvironment(kName, "before");
-    {
-        const EnvironmentGuard guard(kName, "during");
-        EXPECT_EQ(platform::GetEnvironment(kName), "during");
-        const EnvironmentGuard inner(kName);
-        EXPECT_EQ(std::getenv(kName), nullptr);
-    }
-    EXPECT_EQ(platform::GetEnvironment(kName), "before");
-    platform::UnsetEnvironment(kName);
-}
-
-TEST(EnvironmentGuard, RemovesWhatWasNotThere) {
-    platform::UnsetEnvironment(kName);
-    {
-        const EnvironmentGuard guard(kName, "during");
-        EXPECT_STREQ(std::getenv(kName), "during");
-    }
-    EXPECT_EQ(std::getenv(kName), nullptr);
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+// file_version_posix_test.cpp - version suffixes of file names
 #include "platform/file_version.h"
 
 #include "tests/support/temporary_directory.h"
@@ -29,7 +30,7 @@ TEST_F(FileVersionSuffix, IsReadFromTheFileName) {
     EXPECT_EQ(version.Part(4), 65535);
 }
 
-TEST_F(FileVersionSuffix, IsThatOfTheFileALinkLeadsTo) {
+TEST_F(FileVersionSuffix, IsTakenFromTheTargetOfALink) {
     directory.Write("libX.so.2.1.0.7", "");
     std::filesystem::create_symlink("libX.so.2.1.0.7", directory.PathOf("libX.so.2"));
     std::filesystem::create_symlink("libX.so.2", directory.PathOf("libX.so"));
@@ -37,19 +38,19 @@ TEST_F(FileVersionSuffix, IsThatOfTheFileALinkLeadsTo) {
     EXPECT_EQ(Parts(), (std::array<int, 4>{2, 1, 0, 7}));
 }
 
-TEST_F(FileVersionSuffix, HasZeroForAbsentParts) {
+TEST_F(FileVersionSuffix, HasZeroForMissingParts) {
     EXPECT_TRUE(Read("libX.so.3"));
     EXPECT_EQ(Parts(), (std::array<int, 4>{3, 0, 0, 0}));
     EXPECT_TRUE(Read("libX.so.3.14"));
     EXPECT_EQ(Parts(), (std::array<int, 4>{3, 14, 0, 0}));
 }
 
-TEST_F(FileVersionSuffix, ReachesTheLargestPart) {
+TEST_F(FileVersionSuffix, AcceptsTheLargestPart) {
     EXPECT_TRUE(Read("libX.so.65535.0.65535.00012"));
     EXPECT_EQ(Parts(), (std::array<int, 4>{65535, 0, 65535, 12}));
 }
 
-TEST_F(FileVersionSuffix, IsNoneWhenItIsNotFourNumbers) {
+TEST_F(FileVersionSuffix, IsRefusedUnlessItHasOneToFourNumbers) {
     for (const char* name :
          {"libX.so", "libX.so.", "libX.so.a", "libX.so.1.", "libX.so.1..2", "libX.so.1.2.3.4.5",
           "libX.so.1.2.3.65536", "libX.so.1-2", "libX.so.99999999999999999999", "X.1.2.3.4"}) {
@@ -64,7 +65,7 @@ TEST_F(FileVersionSuffix, IsNotTakenFromADirectoryName) {
     EXPECT_FALSE(version.HasBlock());
 }
 
-TEST_F(FileVersionSuffix, IsForgottenOnClearAndOnAFailedRead) {
+TEST_F(FileVersionSuffix, IsDroppedByClearAndByAFailedRead) {
     ASSERT_TRUE(Read("libX.so.1.2.3.4"));
     version.Clear();
     EXPECT_FALSE(version.HasBlock());

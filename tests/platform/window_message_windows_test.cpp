@@ -1,3 +1,4 @@
+// window_message_windows_test.cpp - posting messages
 #include "platform/window_message.h"
 
 #include "platform/event.h"
@@ -31,7 +32,7 @@ TEST(PostedMessage, ReachesTheThread) {
     DWORD id = 0;
     MSG message{};
     std::thread receiver([&] {
-        // Asking makes the queue.
+        // The first call creates the message queue of the thread.
         PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE);
         id = GetCurrentThreadId();
         ready.Set();

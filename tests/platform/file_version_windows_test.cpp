@@ -1,3 +1,4 @@
+// file_version_windows_test.cpp - version resources
 #include "platform/file_version.h"
 
 #include "platform/file_system.h"
@@ -22,7 +23,7 @@ TEST(FileVersionResource, IsReadFromASystemLibrary) {
     FileVersion version;
     ASSERT_TRUE(version.Read(SystemLibrary("kernel32.dll")));
     EXPECT_TRUE(version.HasBlock());
-    // The library carries the system's own version.
+    // The version of the library is that of Windows.
     EXPECT_GE(version.Part(0), 6);
     EXPECT_LE(version.Part(0), 99);
     EXPECT_NE(version.Part(2), 65535);
@@ -48,14 +49,14 @@ TEST(FileVersionResource, HasTheFourPartsInOrder) {
     EXPECT_EQ(version.Part(3), info->dwFileVersionLS & 0xFFFF);
 }
 
-TEST(FileVersionResource, IsNoneInAProgramWithoutOne) {
+TEST(FileVersionResource, IsMissingInAProgramWithoutResources) {
     FileVersion version;
     EXPECT_FALSE(version.Read(ExecutablePath()));
     EXPECT_FALSE(version.HasBlock());
     EXPECT_EQ(version.Part(0), 65535);
 }
 
-TEST(FileVersionResource, IsForgottenOnClearAndOnAFailedRead) {
+TEST(FileVersionResource, IsDroppedByClearAndByAFailedRead) {
     FileVersion version;
     ASSERT_TRUE(version.Read(SystemLibrary("kernel32.dll")));
     version.Clear();

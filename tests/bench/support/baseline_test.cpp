@@ -1,3 +1,4 @@
+// baseline_test.cpp - comparing measurements with a saved baseline
 #include "bench/support/baseline.h"
 #include "tests/support/temporary_directory.h"
 
@@ -20,13 +21,13 @@ protected:
     const std::string path = directory.PathOf("ratios.txt");
 };
 
-TEST_F(Baseline, FindsNothingWhenAllIsAsItWas) {
+TEST_F(Baseline, FindsNothingWhenNothingHasChanged) {
     Keep({{"a copy, of some size", {0.5, 12.25}}, {"another", {100}}});
 
     EXPECT_EQ(Fallen({{"a copy, of some size", {0.5, 12.25}}, {"another", {100}}}), Lines{});
 }
 
-TEST_F(Baseline, TellsARatioThatFellByMoreThanFifteenPercent) {
+TEST_F(Baseline, ReportsARatioThatFellByMoreThanFifteenPercent) {
     Keep({{"first", {1}}, {"second", {2}}});
 
     EXPECT_EQ(Fallen({{"first", {0.86}}, {"second", {1.72}}}), Lines{});
@@ -35,7 +36,7 @@ TEST_F(Baseline, TellsARatioThatFellByMoreThanFifteenPercent) {
               (Lines{"FELL  first: 0.84, was 1", "FELL  second: 1.68, was 2"}));
 }
 
-TEST_F(Baseline, KeepsQuietWhenOnlyOneOfTheRatiosFell) {
+TEST_F(Baseline, IgnoresAMeasurementWithOnlyOneFallenRatio) {
     Keep({{"both", {1, 10}}});
 
     EXPECT_EQ(Fallen({{"both", {0.5, 10}}}), Lines{});
@@ -43,19 +44,19 @@ TEST_F(Baseline, KeepsQuietWhenOnlyOneOfTheRatiosFell) {
     EXPECT_EQ(Fallen({{"both", {0.5, 5}}}), Lines{"FELL  both: 0.5 5, was 1 10"});
 }
 
-TEST_F(Baseline, TellsWhatIsNoLongerMeasured) {
+TEST_F(Baseline, ReportsMissingMeasurements) {
     Keep({{"first", {1}}, {"second", {2}}});
 
     EXPECT_EQ(Fallen({{"second", {2}}}), Lines{"GONE  first"});
 }
 
-TEST_F(Baseline, TakesWhatIsNewAsItIs) {
+TEST_F(Baseline, IgnoresNewMeasurements) {
     Keep({{"first", {1}}});
 
     EXPECT_EQ(Fallen({{"first", {1}}, {"new", {0.01}}}), Lines{});
 }
 
-TEST_F(Baseline, TellsAFileThatCannotBeRead) {
+TEST_F(Baseline, ReportsAFileThatCannotBeRead) {
     EXPECT_EQ(FindFallen(directory.PathOf("missing.txt"), {}), std::nullopt);
 
     for (const std::string line :

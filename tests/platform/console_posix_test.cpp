@@ -1,14 +1,15 @@
-#include "platform/window_message.h"
+// console_posix_test.cpp - telling terminals from files and pipes
+#include "platform/console.h"
 
-#include "tests/platform/posix/pseudo_terminal.h"
+#include "tests/support/posix/pseudo_terminal.h"
 
 #include <gtest/gtest.h>
 
 namespace platform {
 namespace {
 
-TEST(Terminal, IsTerminalButAPipeAndTheNullDeviceAreNone) {
-    const PseudoTerminal terminal;
+TEST(PosixConsole, DistinguishesATerminalFromAPipeAndTheNullDevice) {
+    const support::PseudoTerminal terminal;
     const int port = open(terminal.PortName().c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
     ASSERT_GE(port, 0);
     EXPECT_TRUE(IsTerminal(port));
