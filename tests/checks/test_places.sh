@@ -15,11 +15,12 @@ status=0
 while read -r test; do
   source=${test#tests/}
   directory=$(dirname "$source")
+  [[ $test != tests/support/* ]] || directory=tests/support
   name=$(basename "$source" _test.cpp)
   name=${name%_posix}
   name=${name%_windows}
   grep -qxF "$test" <<<"$whole" && continue
-  for candidate in "$directory"/{,posix/,win32/,windows/,include/,include/mivora/}"$name".{cpp,h} \
+  for candidate in "$directory"/{,support/,posix/,win32/,windows/}"$name".{cpp,h} \
     "${directory%/src}"/{win32/,posix/,include/,include/mivora/}"$name".{cpp,h}; do
     [ ! -e "$candidate" ] || continue 2
   done

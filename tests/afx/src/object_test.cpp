@@ -1,5 +1,5 @@
 // object_test.cpp - run-time class information
-#include "tests/afx/window_fixture.h"
+#include "tests/afx/src/window_fixture.h"
 
 #include <memory>
 

@@ -1,5 +1,5 @@
 // module_state_test.cpp - the state of a binary and of its threads
-#include "tests/afx/window_fixture.h"
+#include "tests/afx/src/window_fixture.h"
 
 #include "res/resource.h"
 

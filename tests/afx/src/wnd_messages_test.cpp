@@ -1,5 +1,5 @@
 // wnd_messages_test.cpp - routing messages to their handlers
-#include "tests/afx/window_fixture.h"
+#include "tests/afx/src/window_fixture.h"
 
 namespace {
 

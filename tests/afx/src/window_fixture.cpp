@@ -1,5 +1,5 @@
 // window_fixture.cpp - windows that record which of their handlers are called
-#include "tests/afx/window_fixture.h"
+#include "tests/afx/src/window_fixture.h"
 
 #include <stdexcept>
 

@@ -1,5 +1,5 @@
 // window_creation_test.cpp - windows that cannot be created
-#include "tests/afx/window_fixture.h"
+#include "tests/afx/src/window_fixture.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 // wnd_test.cpp - creating, attaching, subclassing and destroying windows
-#include "tests/afx/window_fixture.h"
+#include "tests/afx/src/window_fixture.h"
 
 namespace {
 
