@@ -1,4 +1,4 @@
-// app_options.cpp - the options that both programs share
+// app_options.cpp - the options that the programs share
 #include "apps/common/app_options.h"
 
 #include "apps/common/command_failure.h"

@@ -8,7 +8,7 @@
 class CCmdChannel;
 class CMivoraGrabber;
 
-/// Texts as in the ini file; "-" keeps what the channel has.
+/// Values as in the ini file; "-" keeps the channel's current value.
 struct ChannelSettings {
     std::string port;     ///< "PYXENSERIALPORT0", "COM1", "ttyS0"
     std::string baud;     ///< "115200"
@@ -17,11 +17,11 @@ struct ChannelSettings {
     std::string stopBits; ///< "1", "1.5", "2"
 };
 
-/// Puts settings into a channel by way of an ini file of the moment. MV_CONFIG_NOT_SAVED when that
+/// Applies settings to a channel by means of a temporary ini file. MV_CONFIG_NOT_SAVED if that file
 /// cannot be written.
 MV_ERRCODE ApplySettings(CCmdChannel& channel, const ChannelSettings& settings);
 
-/// Puts settings into the active channel: they are written into its section of the grabber's ini
-/// file, or of a file of the moment when the grabber has none, and the channel reads them.
-/// MV_NO_CHANNEL without an active channel, MV_CONFIG_NOT_SAVED when the file cannot be written.
+/// Applies settings to the active channel: writes them to its section of the grabber's ini file, or
+/// to a temporary file if the grabber has none, and lets the channel read them. MV_NO_CHANNEL
+/// without an active channel, MV_CONFIG_NOT_SAVED if the file cannot be written.
 MV_ERRCODE ConfigureActChannel(CMivoraGrabber& grabber, const ChannelSettings& settings);

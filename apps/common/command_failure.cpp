@@ -1,4 +1,4 @@
-// command_failure.cpp - the words for a failed operation
+// command_failure.cpp - exception and message for a failed operation
 #include "apps/common/command_failure.h"
 
 #include "mivora/grabber.h"

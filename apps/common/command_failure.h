@@ -1,4 +1,4 @@
-// command_failure.h - an operation failed, and the program ends with status 1
+// command_failure.h - exception and message for a failed operation
 #pragma once
 
 #include "mivora/types.h"
@@ -6,7 +6,8 @@
 #include <stdexcept>
 #include <string>
 
-/// Ends a command; the text says operation, object, code and meaning.
+/// Ends the program with exit status 1. The text names the operation, the object, the code and its
+/// meaning.
 class CommandFailure : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
@@ -15,5 +16,5 @@ public:
 /// "OpenActCamera failed with 4 (the SDK refused ...) for camera 1".
 std::string FailureText(const std::string& operation, MV_ERRCODE code,
                         const std::string& object = {});
-/// Throws a CommandFailure of that text unless the code is MV_OK.
+/// Throws a CommandFailure with that text unless the code is MV_OK.
 void Check(const std::string& operation, MV_ERRCODE code, const std::string& object = {});

@@ -42,7 +42,7 @@ void ReportMissing(const CLI::App& app, const CLI::RequiredError& error) {
     }
 }
 
-// Buffered output is written here at the latest; only then does a full disk show.
+// Output may stay buffered until here, so that a full disk shows only now.
 bool IsOutputWritten(std::string& reason) {
     if (std::fflush(stdout) != 0) {
         reason = ": " + std::generic_category().message(errno);

@@ -1,4 +1,4 @@
-// continuous_grab.cpp - frames one after another
+// continuous_grab.cpp - continuous acquisition with an account of every frame
 #include "apps/common/continuous_grab.h"
 
 #include "apps/common/session.h"
@@ -60,9 +60,9 @@ void ContinuousGrab::Start() {
     {
         platform::MutexLock lock(timingMutex);
         arrivals.assign(bufferCount, {});
-        timing.last = 0; // the pause between two runs is no interval
+        timing.last = 0; // a pause between two runs is not an interval
     }
-    // Every frame is wanted, in order.
+    // The grabber must keep every frame and return them in order.
     grabber.SetFeature(EMV_FEATURE_KEEP_NEWEST, 0);
     framesInRun = 0;
     takenInRun = 0;
@@ -96,7 +96,7 @@ void ContinuousGrab::OnFrame(std::uint64_t bufferIndex) {
 FrameResult ContinuousGrab::TakeFrame(std::uint64_t timeoutMs, std::vector<std::uint8_t>* copy) {
     CMivoraGrabber& grabber = session.Grabber();
     EventRecorder& events = session.Events();
-    // A frame counts once its callback is through, so that the time of its arrival is known.
+    // A frame counts only after its callback, when its arrival time is known.
     const auto isFrameWaiting = [&] {
         return events.Frames() > takenInRun + grabber.GetLostBufferCount();
     };
@@ -129,8 +129,8 @@ bool ContinuousGrab::CopyImage(std::uint64_t bufferIndex, std::vector<std::uint8
     const auto* const pixels =
         static_cast<const std::uint8_t*>(session.Grabber().GetFrameBuffer(bufferIndex));
     copy.assign(pixels, pixels + static_cast<std::size_t>(layout.Size()));
-    // The module gives a buffer back to the camera at once, and the camera fills it again when it
-    // has filled all others.
+    // The module returns a buffer to the camera immediately; the camera refills it after having
+    // filled all the others.
     const std::uint64_t later = framesInRun.load() - number;
     return later < std::max<std::uint64_t>(bufferCount - 1, 1);
 }
@@ -143,7 +143,7 @@ void ContinuousGrab::Stop() {
     CMivoraGrabber& grabber = session.Grabber();
     FrameAccount run;
     run.sdk.reset();
-    // What comes from now on until the camera stops is not wanted any more.
+    // Frames that arrive between here and the end of the acquisition count as flushed.
     run.lost = grabber.GetLostBufferCount();
     grabber.StopSnap();
     std::uint64_t completed = 0;

@@ -1,4 +1,4 @@
-// demosaic.cpp - colour out of a colour filter image
+// demosaic.cpp - converts colour filter images to colour
 #include "apps/common/demosaic.h"
 
 #include <array>
@@ -7,7 +7,7 @@ namespace {
 
 enum Colour : unsigned { kRed, kGreen, kBlue, kColours };
 
-/// The filter's colour at a pixel. Offsets 0, 0 mean that the image begins with green and red.
+/// The filter's colour at a pixel. With offsets 0, 0 the first line begins with green, red.
 Colour FilterColour(const ImageLayout& layout, std::uint32_t x, std::uint32_t y) {
     constexpr Colour kPattern[2][2] = {{kGreen, kRed}, {kBlue, kGreen}};
     return kPattern[(y + layout.cfaY) & 1][(x + layout.cfaX) & 1];
@@ -15,8 +15,8 @@ Colour FilterColour(const ImageLayout& layout, std::uint32_t x, std::uint32_t y)
 
 using Sums = std::array<std::uint32_t, kColours>;
 
-/// Adds up the neighbours of a pixel by colour. For a colour that stands beside the pixel those
-/// across the corner are left out: they are farther away.
+/// Sums a pixel's neighbours by colour: the diagonal ones, or those beside, above and below, which
+/// are nearer.
 void AddNeighbours(const ImageReader& image, std::uint32_t x, std::uint32_t y, bool diagonal,
                    Sums& sum, Sums& count) {
     const ImageLayout& layout = image.Layout();

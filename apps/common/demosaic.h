@@ -1,10 +1,10 @@
-// demosaic.h - colour out of a colour filter image
+// demosaic.h - converts colour filter images to colour
 #pragma once
 
 #include "apps/common/picture.h"
 
-/// Gives every pixel the two colours that its filter keeps out: the mean of the nearest pixels,
-/// among the eight around it, that have them. A pixel's own colour stays as it is.
+/// Interpolates the two colours that each pixel lacks: the mean of the nearest of its eight
+/// neighbours that have the colour. A pixel's own colour stays unchanged.
 Picture Demosaic(const ImageReader& image);
 
 /// The filter's colour at a pixel of a colour filter image: 'R', 'G' or 'B'.

@@ -1,4 +1,4 @@
-// event_recorder.cpp - what a grabber told its host
+// event_recorder.cpp - records a grabber's events
 #include "apps/common/event_recorder.h"
 
 #include "apps/common/serve_windows.h"

@@ -1,4 +1,4 @@
-// event_recorder.h - what a grabber told its host
+// event_recorder.h - records a grabber's events
 #pragma once
 
 #include "platform/event.h"
@@ -10,42 +10,42 @@
 
 class CMivoraGrabber;
 
-/// What came since the last look.
+/// Events since the last call of Take.
 struct GrabberEvents {
     std::uint64_t postProcess = 0;
     std::int64_t lastBuffer = -1;
     std::uint64_t camCfgChange = 0;
-    std::vector<std::uint32_t> camCntrl; ///< codes in order
-    std::vector<std::uint32_t> dialogs;  ///< masks in order
+    std::vector<std::uint32_t> camCntrl; ///< codes in order of arrival
+    std::vector<std::uint32_t> dialogs;  ///< masks in order of arrival
 };
 
-/// Receives a grabber's callbacks for as long as it lives, and counts them. The grabber calls on
-/// any thread; one thread at a time looks and waits.
+/// Receives and counts a grabber's callbacks during its lifetime. Callbacks may arrive on any
+/// thread; the methods are called by one thread at a time.
 class EventRecorder {
 public:
     explicit EventRecorder(CMivoraGrabber& grabberToWatch);
-    /// To be destroyed before the grabber, when it acquires no more.
+    /// To be called before the grabber is destroyed and after its acquisition has stopped.
     ~EventRecorder();
     EventRecorder(const EventRecorder&) = delete;
     EventRecorder& operator=(const EventRecorder&) = delete;
 
-    /// Takes the events since the last call.
+    /// Returns and clears the recorded events.
     GrabberEvents Take();
 
     /// Frames handed over since the last ResetFrames.
     std::uint64_t Frames() const;
     void ResetFrames();
-    /// Configuration changes since the recorder was made.
+    /// Configuration changes since construction.
     std::uint64_t ConfigurationChanges() const;
 
-    /// Waits until `condition` holds, at most `timeoutMs` milliseconds, or until the user wants the
-    /// program to stop; answers what the condition said last. The condition is asked without any
-    /// lock held, after every event and now and then, since not all that a caller may wait for
-    /// brings an event. Windows of this thread live meanwhile.
+    /// Waits until `condition` holds, for at most `timeoutMs` milliseconds or until the user
+    /// interrupts the program, and returns the condition's last value. The condition is evaluated
+    /// with no lock held, after every event and periodically, because not everything that a caller
+    /// may wait for raises an event. Handles this thread's window messages meanwhile.
     bool WaitFor(const std::function<bool()>& condition, std::uint64_t timeoutMs);
 
-    /// Called for every frame on the thread that brings it, before it is counted. To be set while
-    /// nothing is acquired.
+    /// `hook` is called for every frame, on the thread that delivers it, before the frame is
+    /// counted. Must not be set during an acquisition.
     void SetFrameHook(std::function<void(std::uint64_t bufferIndex)> hook);
 
 private:

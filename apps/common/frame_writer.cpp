@@ -1,4 +1,4 @@
-// frame_writer.cpp - writes images on a thread of its own
+// frame_writer.cpp - writes images on a background thread
 #include "apps/common/frame_writer.h"
 
 #include "apps/common/command_failure.h"
@@ -74,7 +74,7 @@ void FrameWriter::Finish() {
         ThrowFailure();
         {
             platform::MutexLock lock(mutex);
-            if (dealtWith == pushed) {
+            if (processed == pushed) {
                 return;
             }
         }
@@ -125,7 +125,7 @@ void FrameWriter::WriteAll() {
         }
         {
             platform::MutexLock lock(mutex);
-            ++dealtWith;
+            ++processed;
             if (error.empty()) {
                 ++written;
             } else if (failure.empty()) {

@@ -1,14 +1,13 @@
-// grabber_maker.h - where a program's grabber comes from
+// grabber_maker.h - interface for creating grabbers
 #pragma once
 
 class CMivoraGrabber;
 
-/// Makes and destroys grabbers: out of a module loaded at run time, or out of the one that is
-/// linked in.
+/// Creates and destroys grabbers, from a module loaded at run time or from the one linked in.
 class IGrabberMaker {
 public:
     virtual ~IGrabberMaker() = default;
-    /// Throws CommandFailure when there is none to be had.
+    /// Throws CommandFailure if no grabber can be created.
     virtual CMivoraGrabber* Create() = 0;
     virtual void Delete(CMivoraGrabber* grabber) = 0;
 };

@@ -8,7 +8,8 @@
 #include <string_view>
 #include <vector>
 
-/// Two upper-case digits for every byte, without blanks.
+/// Two upper-case digits per byte, without blanks.
 std::string HexText(std::span<const std::uint8_t> bytes);
-/// The bytes of pairs of digits of either case; blanks between pairs are allowed.
+/// Reads pairs of digits of either case, optionally separated by blanks. nullopt for any other
+/// text.
 std::optional<std::vector<std::uint8_t>> ParseHex(std::string_view text);

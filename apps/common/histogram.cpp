@@ -1,11 +1,11 @@
-// histogram.cpp - how times are distributed
+// histogram.cpp - distribution of values, with percentiles
 #include "apps/common/histogram.h"
 
 #include <algorithm>
 #include <bit>
 #include <cmath>
 
-// Values below 2^kFractionBits have a bucket each. Above, every power of two is divided into
+// Values below 2^kFractionBits have one bucket each. Above that, every power of two is divided into
 // 2^kFractionBits buckets of equal width.
 std::size_t Histogram::BucketOf(std::uint64_t value) {
     const auto width = static_cast<unsigned>(std::bit_width(value));

@@ -1,11 +1,11 @@
-// histogram.h - how times are distributed
+// histogram.h - distribution of values, with percentiles
 #pragma once
 
 #include <array>
 #include <cstdint>
 
-/// Counts values in buckets that grow with the value: percentiles are off by at most one part in
-/// 64, whatever the range, and no count of values takes more memory. One thread.
+/// Counts values in buckets whose width grows with the value: percentiles are accurate to one part
+/// in 64 over the whole range, and memory use is constant. One thread.
 class Histogram {
 public:
     void Add(std::uint64_t value);
@@ -15,8 +15,8 @@ public:
     /// Exact; 0 without values.
     std::uint64_t Min() const { return count ? least : 0; }
     std::uint64_t Max() const { return most; }
-    /// The smallest value that at least `percent` of all values do not exceed, as the upper end of
-    /// its bucket and never above Max. 0 without values.
+    /// The smallest value that at least `percent` of all values do not exceed, rounded up to the
+    /// end of its bucket but never above Max. 0 without values.
     std::uint64_t Percentile(double percent) const;
 
 private:

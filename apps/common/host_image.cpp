@@ -1,4 +1,4 @@
-// host_image.cpp - how the pixels of an image lie in the host's memory
+// host_image.cpp - memory layout of the host's images
 #include "apps/common/host_image.h"
 
 #include "mivora/gfx_mode.h"
@@ -22,7 +22,7 @@ const char* ColorCodingName(MV_COLORCODING coding) {
     case MVCC_BGRA:
         return "BGRA";
     }
-    return "unknown"; // a module may answer what no name stands for
+    return "unknown"; // a module may return a value outside the enumeration
 }
 
 ImageLayout DescribeImage(CMivoraGfxMode& mode) {

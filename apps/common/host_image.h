@@ -1,4 +1,4 @@
-// host_image.h - how the pixels of an image lie in the host's memory
+// host_image.h - memory layout of the host's images
 #pragma once
 
 #include "mivora/types.h"
@@ -7,8 +7,8 @@
 
 class CMivoraGfxMode;
 
-/// An image without padding: line by line, pixel by pixel, component by component, every component
-/// in `allocatedBits` bits of which the low `bits` count, in the machine's byte order.
+/// An image without padding: lines, pixels and components in order, each component in the low
+/// `bits` of `allocatedBits` bits in native byte order.
 struct ImageLayout {
     std::uint32_t width = 0;  ///< pixels
     std::uint32_t height = 0; ///< lines
@@ -28,7 +28,7 @@ struct ImageLayout {
 /// "Mono", "Bayer", "RGB" and so on.
 const char* ColorCodingName(MV_COLORCODING coding);
 
-/// What the mode says now.
+/// The layout that the mode currently reports.
 ImageLayout DescribeImage(CMivoraGfxMode& mode);
 
 /// Reads single components of an image.
@@ -38,7 +38,7 @@ public:
         : layout(imageLayout), data(static_cast<const std::uint8_t*>(imageData)) {}
 
     const ImageLayout& Layout() const { return layout; }
-    /// The significant bits of a component as they lie in memory.
+    /// The significant bits of a component.
     std::uint32_t At(std::uint32_t x, std::uint32_t y, std::uint32_t component = 0) const;
 
 private:

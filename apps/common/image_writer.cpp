@@ -1,4 +1,4 @@
-// image_writer.cpp - images as files
+// image_writer.cpp - writes image files
 #include "apps/common/image_writer.h"
 
 #include "apps/common/command_failure.h"
@@ -82,7 +82,7 @@ void WriteImage(const std::string& path, const ImageLayout& layout, const void* 
     std::FILE* const file = std::fopen(path.c_str(), "wb");
     const bool isWritten =
         file && std::fwrite(content.data(), 1, content.size(), file) == content.size();
-    // Closing writes what is left, and may fail.
+    // Closing flushes the file and may fail.
     const bool isClosed = file && std::fclose(file) == 0;
     if (!isWritten || !isClosed) {
         throw CommandFailure("cannot write " + path + ": " +

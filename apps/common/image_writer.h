@@ -1,27 +1,28 @@
-// image_writer.h - images as files
+// image_writer.h - writes image files
 #pragma once
 
 #include "apps/common/picture.h"
 
 #include <string>
 
-/// Writes an image of the host's layout as the ending of `path` says:
+/// Writes an image in the format given by the extension of `path`:
 ///
-/// - `.raw`: the bytes as they are.
-/// - `.png`: 8 or 16 bits. Samples of 10, 12 and 14 bits are moved up so that their highest bit is
-///   the highest of 16. A colour filter image is written in colour.
-/// - `.pgm`: grey, also the mosaic of a colour filter image, with the true values and the format's
-///   own maximum. Refused for colour.
-/// - `.ppm`: colour, likewise; grey is written three times and alpha is left out.
-/// - `.pnm`: `.pgm` for one component, else `.ppm`.
+/// - `.raw`: the bytes as in memory.
+/// - `.png`: 8 or 16 bits. Samples of 10, 12 and 14 bits are shifted so that their highest bit
+///   becomes the highest of 16. A colour filter image is written in colour.
+/// - `.pgm`: grey, including the mosaic of a colour filter image, with unscaled values and the
+///   format's own maximum. Refused for colour images.
+/// - `.ppm`: colour, likewise unscaled; grey is written three times and alpha is dropped.
+/// - `.pnm`: `.pgm` for one component, otherwise `.ppm`.
 ///
-/// Throws CommandFailure for another ending, a layout that nothing can show, and when the disk
-/// refuses. An existing file is overwritten.
+/// Throws CommandFailure for other extensions, layouts that cannot be written and write errors.
+/// Overwrites an existing file.
 void WriteImage(const std::string& path, const ImageLayout& layout, const void* data);
 
-/// Why WriteImage would refuse the file's name; empty when it would not.
+/// The reason why WriteImage would refuse the file name; empty if it would not.
 std::string ImageFileNameProblem(const std::string& path);
 
-/// The contents of files, for who does not want one.
+/// The contents of a PNG file.
 std::string EncodePng(const Picture& picture);
+/// The contents of a PPM file, or without `colour` of a PGM file.
 std::string EncodePnm(const Picture& picture, bool colour);

@@ -4,17 +4,17 @@
 #include <functional>
 #include <string>
 
-/// Reads lines as they come. One thread, the only one that reads standard input.
+/// Reads lines as they arrive. One thread, the only reader of standard input.
 class InputLines {
 public:
-    /// `whileWaiting` is called again and again until something has come; false ends the input.
+    /// `whileWaiting` is called repeatedly while there is no input; returning false ends the input.
     explicit InputLines(std::function<bool()> whileWaiting) : idle(std::move(whileWaiting)) {}
 
-    /// The next line without its line end; the last one need not have any. False at the end of the
-    /// input, or when the user wants the program to stop.
+    /// Reads the next line without its line end, which the last line may lack. False at the end of
+    /// the input or after an interrupt.
     bool Next(std::string& line);
 
-    /// What has come, as it is. False as above.
+    /// Reads whatever has arrived, unchanged. False as for Next.
     bool NextPiece(std::string& piece);
 
 private:

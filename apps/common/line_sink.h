@@ -11,7 +11,7 @@ struct LogLine {
     std::string text;
 };
 
-/// One thread.
+/// Keeps its lines in memory. One thread.
 class LineSink final : public ILogSink {
 public:
     virtual ~LineSink() = default;

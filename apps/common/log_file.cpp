@@ -1,4 +1,4 @@
-// log_file.cpp - the log sink of the command-line programs
+// log_file.cpp - the log sink of the programs
 #include "apps/common/log_file.h"
 
 #include "apps/common/command_failure.h"
@@ -13,8 +13,8 @@
 namespace {
 
 constexpr std::size_t kKeptErrors = 8;
-// How the module's line about a bad frame begins; the format is compared, not the finished line,
-// since frames may arrive by the thousand.
+// Prefix of the format string of the module's line about a bad frame. The format is compared rather
+// than the finished line, because frames may arrive by the thousand.
 constexpr std::string_view kReceiveError = "CMivoraKVNPyxenClass::FrameCallback: Receive error: ";
 
 } // namespace

@@ -1,4 +1,4 @@
-// log_file.h - the log sink of the command-line programs
+// log_file.h - the log sink of the programs
 #pragma once
 
 #include "mivora/log_sink.h"
@@ -10,12 +10,12 @@
 #include <deque>
 #include <string>
 
-/// Writes "LEVEL TEXT" lines to a file, to standard error, or nowhere. One call is one line,
-/// whatever its length: line ends inside a text are written as \r and \n. Every line is flushed;
-/// the first that cannot be written is told on standard error.
+/// Writes "LEVEL TEXT" lines to a file, to standard error, or nowhere. Each call writes one line of
+/// any length: line ends within the text are written as \r and \n. Every line is flushed; the first
+/// one that cannot be written is reported on standard error.
 ///
-/// Lines of level 0 are kept as well, the last few of them, so that a command that fails can say
-/// why. Any thread may write.
+/// The last few lines of level 0 are also kept, so that a failing command can report the reason.
+/// Any thread may write.
 class LogFile final : public ILogSink {
 public:
     LogFile() = default;
@@ -23,23 +23,23 @@ public:
     LogFile(const LogFile&) = delete;
     LogFile& operator=(const LogFile&) = delete;
 
-    /// "-" is standard error; an empty path discards. Throws CommandFailure when the file cannot
-    /// be written.
+    /// "-" is standard error; an empty path discards all lines. Throws CommandFailure if the file
+    /// cannot be opened.
     void Open(const std::string& path);
 
     void Write(int level, const char* format, ...) override;
     void WriteError(const char* text) override;
 
-    /// The level-0 lines since the last call, at most the last eight; they are forgotten.
+    /// Returns and clears the level-0 lines since the last call, at most the last eight.
     std::deque<std::string> TakeErrors();
-    /// Frames that the module reported as received in error since the log was made.
+    /// Frames that the module has reported as received in error since construction.
     std::uint64_t ReceiveErrors() const { return receiveErrors.load(); }
 
 private:
     void Keep(int level, std::string text);
 
     std::atomic<std::uint64_t> receiveErrors{0};
-    std::atomic<bool> listening{false}; // somebody reads lines of every level
+    std::atomic<bool> listening{false}; // lines of all levels are written
 
     platform::Mutex mutex;
     std::FILE* file GUARDED_BY(mutex) = nullptr;

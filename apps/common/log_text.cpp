@@ -1,4 +1,4 @@
-// log_text.cpp - finished log lines
+// log_text.cpp - formats log lines
 #include "apps/common/log_text.h"
 
 #include "mivora/log_sink.h"

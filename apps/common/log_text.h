@@ -1,10 +1,10 @@
-// log_text.h - finished log lines
+// log_text.h - formats log lines
 #pragma once
 
 #include <cstdarg>
 #include <string>
 
-/// The whole text, whatever its length.
+/// Formats a text of any length.
 std::string FormatLogLine(const char* format, va_list arguments);
-/// Writes line ends inside a text as \r and \n, so that it stays one line.
+/// Replaces each line end by the two characters "\r" or "\n", so that the text stays on one line.
 void EscapeLineEnds(std::string& text);

@@ -1,4 +1,4 @@
-// module_maker.cpp - grabbers out of a module file
+// module_maker.cpp - creates grabbers from a module file
 #include "apps/common/module_maker.h"
 
 #include "apps/common/command_failure.h"

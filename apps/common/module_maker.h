@@ -1,4 +1,4 @@
-// module_maker.h - grabbers out of a module file
+// module_maker.h - creates grabbers from a module file
 #pragma once
 
 #include "apps/common/grabber_maker.h"
@@ -6,10 +6,10 @@
 
 #include <string>
 
-/// Loads the module when the first grabber is wanted, and keeps it loaded.
+/// Loads the module for the first grabber and keeps it loaded.
 class ModuleMaker final : public IGrabberMaker {
 public:
-    /// Takes the module's path; nothing is loaded yet.
+    /// Sets the module's path; loads nothing yet.
     void SetPath(const std::string& path) { modulePath = path; }
 
     CMivoraGrabber* Create() override;

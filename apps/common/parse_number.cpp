@@ -1,4 +1,4 @@
-// parse_number.cpp - numbers as people type them
+// parse_number.cpp - parses numbers typed by the user
 #include "apps/common/parse_number.h"
 
 #include <charconv>

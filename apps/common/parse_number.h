@@ -1,13 +1,14 @@
-// parse_number.h - numbers as people type them
+// parse_number.h - parses numbers typed by the user
 #pragma once
 
 #include <cstdint>
 #include <optional>
 #include <string_view>
 
-/// Decimal or 0x-hexadecimal, nothing before or behind; nothing when it is no number or too big.
+/// Parses a decimal or 0x hexadecimal number and nothing else. nullopt if the text is not a number
+/// or the number is out of range.
 std::optional<std::uint64_t> ParseUnsigned(std::string_view text);
 /// The same with an optional sign.
 std::optional<std::int64_t> ParseSigned(std::string_view text);
-/// A decimal number with a point, exponent and sign as the case may be.
+/// Parses a decimal number with optional sign, fraction and exponent.
 std::optional<double> ParseDouble(std::string_view text);

@@ -1,4 +1,4 @@
-// picture.cpp - a picture ready to be written
+// picture.cpp - a picture in grey, RGB or RGBA
 #include "apps/common/picture.h"
 
 #include "apps/common/demosaic.h"
@@ -7,7 +7,7 @@
 
 namespace {
 
-/// Which component of a pixel is red, green, blue and alpha.
+/// The indices of a pixel's red, green, blue and alpha components.
 std::array<std::uint32_t, 4> ChannelOrder(MV_COLORCODING coding) {
     switch (coding) {
     case MVCC_ARGB:

@@ -1,4 +1,4 @@
-// picture.h - a picture ready to be written: grey or red, green, blue (and alpha)
+// picture.h - a picture in grey, RGB or RGBA
 #pragma once
 
 #include "apps/common/host_image.h"
@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <vector>
 
-/// Samples line by line, `channels` to a pixel, each of `bits` significant bits.
+/// Samples line by line, `channels` per pixel, each with `bits` significant bits.
 struct Picture {
     std::uint32_t width = 0;
     std::uint32_t height = 0;
@@ -15,6 +15,6 @@ struct Picture {
     std::vector<std::uint16_t> samples;
 };
 
-/// The image with its components in the order red, green, blue, alpha. A colour filter image
-/// becomes the grey mosaic that it is, or with `demosaic` a colour picture.
+/// Converts an image; components are reordered to red, green, blue, alpha. A colour filter image
+/// becomes its grey mosaic, or with `demosaic` a colour picture.
 Picture MakePicture(const ImageLayout& layout, const void* data, bool demosaic);

@@ -1,4 +1,4 @@
-// sdk_control.cpp - the control interface of a camera SDK
+// sdk_control.cpp - the optional control interface of a camera SDK
 #include "apps/common/sdk_control.h"
 
 #include "apps/common/command_failure.h"

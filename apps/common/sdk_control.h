@@ -1,4 +1,4 @@
-// sdk_control.h - the control interface that a camera SDK may have beside its 55 entries
+// sdk_control.h - the optional control interface of a camera SDK
 #pragma once
 
 #include "platform/shared_library.h"
@@ -7,37 +7,37 @@
 #include <optional>
 #include <string>
 
-/// The file that a grabber module loads by PYXEN_HOME, absolute.
+/// The absolute path of the SDK library that a grabber module loads, according to PYXEN_HOME.
 std::string SdkLibraryPath();
-/// Why that file cannot be loaded, in the system's words; an empty text when it can.
+/// The system's reason why that library cannot be loaded; empty if it can.
 std::string SdkLibraryProblem();
 
-/// What the SDK counts of buffers and frames, of all cameras since its startup.
+/// The SDK's counts of buffers and frames, over all cameras since its startup.
 struct SdkCounts {
     std::uint64_t announced = 0;
     std::uint64_t revoked = 0;
     std::uint64_t queued = 0;
-    std::uint64_t completed = 0; ///< queued buffers that a frame ended
-    std::uint64_t callbacks = 0; ///< of those, handed to the module
-    std::uint64_t flushed = 0;   ///< queued buffers that were taken out unused
-    std::uint64_t dropped = 0;   ///< frames that the camera had no buffer for, or lost
+    std::uint64_t completed = 0; ///< queued buffers that received a frame
+    std::uint64_t callbacks = 0; ///< of those, reported to the module
+    std::uint64_t flushed = 0;   ///< queued buffers that were removed unused
+    std::uint64_t dropped = 0;   ///< frames that were lost or for which the camera had no buffer
 
     SdkCounts& operator+=(const SdkCounts& other);
     SdkCounts operator-(const SdkCounts& other) const;
 };
 
-/// Reaches "PxnControl" of the library that the grabber module loads: the same file is the same
-/// instance. The library stays loaded until the end, so that what was ordered before the grabber
-/// is initialised is not forgotten.
+/// Calls "PxnControl" of the library that the grabber module loads; both get the same instance,
+/// because it is the same file. The library stays loaded as long as this object, so that commands
+/// issued before the grabber is initialised stay in effect.
 class SdkControl {
 public:
-    /// Passes a command on; throws CommandFailure when the library cannot be loaded or has no such
-    /// interface.
+    /// Runs a command and returns its result. Throws CommandFailure if the library cannot be loaded
+    /// or has no control interface.
     std::int32_t Run(const std::string& command, std::string& answer);
-    /// The SDK's counts; nothing when it has no such interface or does not count.
+    /// The SDK's counts; empty if it has no control interface or does not count.
     std::optional<SdkCounts> Counts();
-    /// Inside a frame callback: nanoseconds since the frame's timestamp, when the SDK tells it.
-    /// Any thread, once Counts has answered.
+    /// Within a frame callback: nanoseconds since the frame's timestamp, if the SDK provides it.
+    /// Any thread, after a call of Counts.
     std::optional<std::uint64_t> FrameAge() const;
 
 private:

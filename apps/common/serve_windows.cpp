@@ -1,4 +1,4 @@
-// serve_windows.cpp - lets a grabber's dialogs live while a program waits
+// serve_windows.cpp - handles window messages while a program waits
 #include "apps/common/serve_windows.h"
 
 #include "mivora/grabber.h"

@@ -1,8 +1,8 @@
-// serve_windows.h - lets a grabber's dialogs live while a program waits
+// serve_windows.h - handles window messages while a program waits
 #pragma once
 
 class CMivoraGrabber;
 
-/// Handles the window messages that wait for this thread; the grabber's registered dialogs see
-/// them first.
+/// Handles this thread's pending window messages, offering them to the grabber's registered dialogs
+/// first.
 void ServeWindows(const CMivoraGrabber& grabber);

@@ -1,4 +1,4 @@
-// session.cpp - a grabber at work for one command
+// session.cpp - the grabber of one command
 #include "apps/common/session.h"
 
 #include "apps/common/command_failure.h"
@@ -19,8 +19,8 @@ std::string Hex32(std::uint32_t number) {
     return text;
 }
 
-// The grabber takes a file's directory as it is written, and what it looks for beside a bare name
-// would be looked for at the root.
+// The grabber uses the file's directory as written: for a bare name it would look for companion
+// files in the root directory.
 std::string WithDirectory(const std::string& file) {
     return platform::DirectoryOf(file).empty() ? platform::JoinPath(".", file) : file;
 }
@@ -66,7 +66,7 @@ void Session::Init() {
     if (!options.configFile.empty()) {
         Check("LoadGrabberConfig", grabber->LoadGrabberConfig(), options.configFile);
     }
-    // The commands live on these, whatever the configuration wants to have told.
+    // The commands depend on these notifications, even if the configuration disables them.
     grabber->SetFeature(EMV_FEATURE_POST_PROCESS, 1);
     grabber->SetFeature(EMV_FEATURE_CAM_CFG_CHANGE, 1);
     grabber->SetFeature(EMV_FEATURE_CAM_CNTRL_EVENT, 1);

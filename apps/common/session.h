@@ -1,4 +1,4 @@
-// session.h - a grabber at work for one command
+// session.h - the grabber of one command
 #pragma once
 
 #include "apps/common/app_options.h"
@@ -16,34 +16,34 @@ class CMivoraGfxMode;
 class CMivoraGrabber;
 class IGrabberMaker;
 
-/// Owns log, grabber and event recorder, and brings the grabber as far as a command needs it.
-/// What fails throws CommandFailure with the reasons that the log gives. One thread.
+/// Owns the log, the grabber and the event recorder, and sets the grabber up as far as a command
+/// needs. Failures throw CommandFailure with the reasons from the log. One thread.
 class Session {
 public:
-    /// Sets PYXEN_HOME, opens the log, runs the script for the SDK, makes the grabber and gives it
-    /// the configuration file; nothing else runs.
+    /// Sets PYXEN_HOME, opens the log, runs the SDK script, creates the grabber and passes it the
+    /// configuration file. Does not initialise the grabber.
     Session(const AppOptions& appOptions, IGrabberMaker& grabberMaker);
     /// Stops, closes and destroys the grabber.
     ~Session();
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
-    /// Reads the configuration and initialises.
+    /// Loads the configuration and initialises the grabber.
     void Init();
-    /// Init, and makes the camera active that the options name, when they name one.
+    /// Init, then makes the camera active that the options name, if any.
     void InitWithCamera();
-    /// InitWithCamera, and opens that camera: the configured or the first one when none is named.
+    /// InitWithCamera, then opens the active camera, or the first one if none is active.
     void OpenCamera();
     /// Makes the camera active that has this index, unique id or name.
     void SelectCamera(const std::string& wanted);
     /// Opens the active camera.
     void OpenActCamera();
-    /// The active camera's graphics mode. Fails for an unknown pixel format and an empty image.
+    /// The active camera's graphics mode. Throws for an unknown pixel format or an empty image.
     CMivoraGfxMode& CheckedMode();
 
-    /// Throws unless the code is MV_OK, with what the log said since the last check.
+    /// Throws unless the code is MV_OK, with the errors logged since the last check.
     void Check(const std::string& operation, MV_ERRCODE code, const std::string& object = {});
-    /// Index and name of a camera, for messages.
+    /// Index, name and unique id of a camera, for messages.
     static std::string CameraText(std::int32_t index, CMivoraCamera* camera);
     std::string ActCameraText();
 
@@ -53,7 +53,7 @@ public:
     SdkControl& Sdk() { return sdkControl; }
 
 private:
-    /// Lines of the host go to a sink as long as this lives.
+    /// Installs a log sink for its own lifetime.
     class InstalledSink {
     public:
         explicit InstalledSink(ILogSink& sink) { MivoraInstallLogSink(&sink); }
@@ -71,6 +71,6 @@ private:
     SdkControl sdkControl;
     LogFile log;
     const InstalledSink installedLog{log};
-    CMivoraGrabber* grabber = nullptr; // the maker's
+    CMivoraGrabber* grabber = nullptr; // owned by the maker
     std::unique_ptr<EventRecorder> events;
 };

@@ -1,4 +1,4 @@
-// shell.cpp - the grabber's operations, one a line
+// shell.cpp - runs grabber operations line by line
 #include "apps/common/shell.h"
 
 namespace {
@@ -27,7 +27,7 @@ std::string Shell::Answer(std::string_view text) {
 
 int Shell::Run(const std::function<bool(std::string& line)>& nextLine, std::FILE* output) {
     std::string line;
-    // Who cannot read the answers wants no more of them.
+    // There is no point in running operations whose results cannot be written.
     while (!std::ferror(output) && nextLine(line)) {
         std::string answer = Answer(line);
         if (!answer.empty()) {

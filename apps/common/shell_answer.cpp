@@ -1,4 +1,4 @@
-// shell_answer.cpp - what an operation of the shell answers
+// shell_answer.cpp - the result of a shell operation as text
 #include "apps/common/shell_answer.h"
 
 #include "apps/common/hex_bytes.h"

@@ -1,4 +1,4 @@
-// shell_answer.h - what an operation of the shell answers
+// shell_answer.h - the result of a shell operation as text
 #pragma once
 
 #include "mivora/types.h"
@@ -8,15 +8,15 @@
 #include <string>
 #include <vector>
 
-/// The text behind "NAME = ": a result and then " key=value" for every out-value. Numbers in
-/// decimal, texts as JSON strings, bytes as upper-case hexadecimal.
+/// The text after "NAME = ": a result, followed by " key=value" for every output value. Numbers are
+/// decimal, texts JSON strings, bytes upper-case hexadecimal.
 class ShellAnswer {
 public:
     static ShellAnswer Ok();
     static ShellAnswer Code(MV_ERRCODE code);
     static ShellAnswer Number(std::int64_t number);
     static ShellAnswer Text(const char* text);
-    /// "null" for a null pointer, else the word.
+    /// "null" for a null pointer, otherwise the word.
     static ShellAnswer Pointer(const void* pointer, const char* word = "set");
 
     ShellAnswer& With(const char* key, std::uint64_t value);

@@ -1,4 +1,4 @@
-// shell_camera_operations.cpp - cameras and their graphics modes
+// shell_camera_operations.cpp - operations on cameras and their graphics modes
 #include "apps/common/shell_context.h"
 #include "apps/common/shell_operation.h"
 #include "mivora/grabber.h"

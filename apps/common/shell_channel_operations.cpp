@@ -1,4 +1,4 @@
-// shell_channel_operations.cpp - command channels
+// shell_channel_operations.cpp - operations on command channels
 #include "apps/common/channel_settings.h"
 #include "apps/common/shell_context.h"
 #include "apps/common/shell_operation.h"
@@ -11,7 +11,7 @@ namespace {
 
 using Text = const std::string&;
 
-// More than a channel's port can ever hold.
+// More than any channel's port can hold.
 constexpr std::uint64_t kMostToRead = 1u << 24;
 
 void AddChannelList(ShellOperations& operations, CMivoraGrabber& grabber) {
@@ -85,7 +85,7 @@ void AddTraffic(ShellOperations& operations, CMivoraGrabber& grabber) {
         if (length > kMostToRead) {
             throw ShellRefusal("that is too much");
         }
-        // One byte more, so that the channel gets an address for a length of 0 as well.
+        // One extra byte, so that the channel gets a valid address for a length of 0 as well.
         std::vector<std::uint8_t> bytes(length + 1);
         std::uint64_t count = 0;
         const MV_ERRCODE code = grabber.CMDReadBuffer(bytes.data(), length, &count);

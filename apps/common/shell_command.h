@@ -9,8 +9,8 @@ class ShellOperations;
 struct AppOptions;
 struct ShellContext;
 
-/// Adds the command "shell" to a program. `maker` gives its grabber; `addOwn`, when given, adds the
-/// program's own operations to those that every grabber has.
+/// Adds the command "shell" to a program. `maker` returns the grabber maker; `addOwn`, if given,
+/// adds the program's own operations to those that every grabber has.
 void AddShellCommand(
     CommandLine& program, const AppOptions& options, const std::function<IGrabberMaker&()>& maker,
     const std::function<void(ShellOperations&, const ShellContext&)>& addOwn = nullptr);

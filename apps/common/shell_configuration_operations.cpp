@@ -1,4 +1,4 @@
-// shell_configuration_operations.cpp - ini files, bits and features of the host
+// shell_configuration_operations.cpp - operations on ini files, bits and features of the host
 #include "apps/common/shell_context.h"
 #include "apps/common/shell_operation.h"
 #include "mivora/grabber.h"
@@ -12,7 +12,7 @@ namespace {
 
 using TextReader = std::function<std::uint32_t(char* buffer, std::uint32_t capacity)>;
 
-/// Answers the whole length, with the whole text whatever its length.
+/// Reads a text of any length; the result is the length that the grabber returns.
 ShellAnswer ReadText(const TextReader& read) {
     char none = '\0';
     const std::uint32_t length = read(&none, 0);

@@ -1,4 +1,4 @@
-// shell_context.h - what the shell's operations work on
+// shell_context.h - what the operations of the shell work on
 #pragma once
 
 class CMivoraGrabber;
@@ -14,13 +14,13 @@ struct ShellContext {
     SdkControl& sdkControl;
 };
 
-// The operations that every grabber has. The context must outlive them.
+// Add the operations that every grabber has. The context must outlive them.
 void AddGrabberOperations(ShellOperations& operations, const ShellContext& context);
 void AddConfigurationOperations(ShellOperations& operations, const ShellContext& context);
 void AddCameraOperations(ShellOperations& operations, const ShellContext& context);
 void AddChannelOperations(ShellOperations& operations, const ShellContext& context);
 void AddParameterOperations(ShellOperations& operations, const ShellContext& context);
-/// What the shell itself brings: waiting, events, marks in the log.
+/// Operations of the shell itself: waiting, events, log entries, SDK commands.
 void AddHostOperations(ShellOperations& operations, const ShellContext& context);
 /// All of the above.
 void AddAllOperations(ShellOperations& operations, const ShellContext& context);

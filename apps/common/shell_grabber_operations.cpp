@@ -1,4 +1,4 @@
-// shell_grabber_operations.cpp - life, buffers, acquisition and dialogs
+// shell_grabber_operations.cpp - operations for initialisation, buffers, acquisition and dialogs
 #include "apps/common/event_recorder.h"
 #include "apps/common/host_image.h"
 #include "apps/common/image_writer.h"
@@ -37,8 +37,8 @@ void AddLife(ShellOperations& operations, CMivoraGrabber& grabber) {
 }
 
 void AddBuffers(ShellOperations& operations, CMivoraGrabber& grabber) {
-    // Images keep the layout that they had when their buffers were prepared, whatever the camera is
-    // told afterwards.
+    // Images keep the layout from when their buffers were prepared, even if the camera is changed
+    // afterwards.
     const auto prepared = std::make_shared<std::optional<ImageLayout>>();
     operations.Add("PrepareFrameBuffers", "N", [&grabber, prepared](std::uint64_t count) {
         const MV_ERRCODE code = grabber.PrepareFrameBuffers(count);

@@ -1,4 +1,4 @@
-// shell_host_operations.cpp - what the shell itself brings
+// shell_host_operations.cpp - operations of the shell itself
 #include "apps/common/command_failure.h"
 #include "apps/common/event_recorder.h"
 #include "apps/common/sdk_control.h"

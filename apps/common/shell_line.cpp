@@ -1,4 +1,4 @@
-// shell_line.cpp - one line of the shell, taken apart
+// shell_line.cpp - parses a line of the shell
 #include "apps/common/shell_line.h"
 
 #include <algorithm>
@@ -15,7 +15,7 @@ std::string_view Trim(std::string_view text) {
     return text.substr(begin, text.find_last_not_of(kBlanks) - begin + 1);
 }
 
-/// Takes the text in double quotes off the front of `text`; false when it does not end.
+/// Removes a quoted text from the front of `text`; false if the closing quote is missing.
 bool TakeQuoted(std::string_view& text, std::string& content) {
     text.remove_prefix(1);
     for (;;) {

@@ -1,25 +1,25 @@
-// shell_line.h - one line of the shell, taken apart
+// shell_line.h - parses a line of the shell
 #pragma once
 
 #include <string>
 #include <string_view>
 #include <vector>
 
-/// A name and its arguments. Arguments are separated by blanks; one that holds blanks stands in
-/// double quotes, inside which two double quotes in a row are one. A backslash is a character like
-/// any other, as paths need it.
+/// A name and its arguments, separated by blanks. An argument that contains blanks is enclosed in
+/// double quotes, within which two double quotes stand for one. A backslash is an ordinary
+/// character, as paths require.
 class ShellLine {
 public:
-    /// Takes a line apart. What is wrong with it is told by Error.
+    /// Parses a line; Error returns what is wrong with it.
     explicit ShellLine(std::string_view line);
 
     /// True for blank lines and those that begin with '#'.
     bool IsEmpty() const { return name.empty(); }
     const std::string& Name() const { return name; }
     const std::vector<std::string>& Arguments() const { return arguments; }
-    /// All behind the name as it stands, without the blanks around it.
+    /// Everything after the name as written, without surrounding blanks.
     const std::string& Rest() const { return rest; }
-    /// Empty when the line is well formed.
+    /// Empty if the line is well formed.
     const std::string& Error() const { return error; }
 
 private:

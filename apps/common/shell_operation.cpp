@@ -1,4 +1,4 @@
-// shell_operation.cpp - an operation of the shell and how its arguments are read
+// shell_operation.cpp - operations of the shell and their arguments
 #include "apps/common/shell_operation.h"
 
 #include "apps/common/hex_bytes.h"

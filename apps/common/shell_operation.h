@@ -1,4 +1,4 @@
-// shell_operation.h - an operation of the shell and how its arguments are read
+// shell_operation.h - operations of the shell and their arguments
 #pragma once
 
 #include "apps/common/shell_answer.h"
@@ -14,24 +14,24 @@
 #include <utility>
 #include <vector>
 
-/// An argument that an operation cannot take, or an operation that cannot run; the shell prints
-/// the reason.
+/// Thrown for an argument that an operation does not accept and for an operation that cannot run;
+/// the shell prints the reason.
 class ShellRefusal : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
 
-/// 64 bits as a parameter takes them: a negative number stands for its two's complement.
+/// A 64-bit parameter value; a negative number is stored as its two's complement.
 struct ParameterValue {
     std::uint64_t bits = 0;
 };
 
-/// All behind the name, as it stands.
+/// Everything after the name, as written.
 struct RestOfLine {
     std::string text;
 };
 
-/// Reads one argument as the type that an operation asks for; throws ShellRefusal.
+/// Reads one argument as the type of an operation's parameter; throws ShellRefusal.
 template <typename T>
 T ReadArgument(const std::string& text);
 template <>
@@ -62,10 +62,11 @@ using ShellOperation = std::function<ShellAnswer(const ShellLine&)>;
 /// Operations by name.
 class ShellOperations {
 public:
-    /// Adds an operation. `run` is any callable that answers a ShellAnswer; the types of its
-    /// parameters say what the line must hold: numbers, bool, std::string, bytes, ParameterValue,
-    /// and at the end std::optional of these or one RestOfLine. Nothing runs unless all of them
-    /// could be read and nothing is left over. `usage` names them for messages and help.
+    /// Adds an operation. `run` is any callable that returns a ShellAnswer; the types of its
+    /// parameters define what the line must contain: integers, bool, std::string, bytes,
+    /// ParameterValue, and at the end std::optional of these, or a single RestOfLine. The operation
+    /// runs only if all arguments could be read and none is left over. `usage` names them for
+    /// messages and help.
     template <typename Callable>
     void Add(const char* name, const char* usage, Callable run) {
         Bind(name, usage, std::move(run), &Callable::operator());
@@ -78,7 +79,7 @@ public:
     const std::map<std::string, Entry>& All() const { return entries; }
 
 private:
-    // Calls with the values of a braced list, which are evaluated from left to right: the first bad
+    // Calls with the values of a braced list, which is evaluated from left to right: the first bad
     // argument is the one reported.
     struct Invocation {
         template <typename Callable, typename... Values>

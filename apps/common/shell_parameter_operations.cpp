@@ -1,11 +1,11 @@
-// shell_parameter_operations.cpp - acquisition parameters and the timer
+// shell_parameter_operations.cpp - operations on acquisition parameters and the timer
 #include "apps/common/shell_context.h"
 #include "apps/common/shell_operation.h"
 #include "mivora/grabber.h"
 
 namespace {
 
-/// Only the time base has values below 0.
+/// Only the time base has negative values.
 ShellAnswer& WithValue(ShellAnswer& answer, std::uint32_t id, const char* key,
                        std::uint64_t value) {
     return id == MVGF_TIME_BASE ? answer.WithSigned(key, static_cast<std::int64_t>(value))

@@ -7,7 +7,7 @@ class CommandLine;
 class IGrabberMaker;
 struct AppOptions;
 
-/// Gives the grabber maker once the options are known.
+/// Returns the grabber maker; called after the options have been parsed.
 using MakerSource = std::function<IGrabberMaker&()>;
 
 // Each adds one command with its help to the program.

@@ -36,7 +36,7 @@ struct GrabOptions {
     bool json = false;
 };
 
-/// One line that keeps being written over, where a person looks.
+/// A progress line on a terminal, overwritten in place.
 class ProgressLine {
 public:
     ProgressLine() : shown(platform::IsTerminal(2)) {}
@@ -76,7 +76,7 @@ public:
         }
     }
 
-    /// Grabs until all frames are there, the user stops it or the camera is gone for good.
+    /// Grabs until all frames are taken, the user interrupts or the camera is lost.
     GrabReport Run() {
         grab.Start();
         while (!IsDone()) {
@@ -108,7 +108,7 @@ private:
         return (options.frames != 0 && taken >= options.frames) || platform::InterruptRequested();
     }
 
-    /// False when no frame came for so long that the camera must be gone.
+    /// False if no frame arrived for so long that the camera is considered lost.
     bool TakeFrames() {
         std::uint64_t lastFrame = platform::MonotonicNanoseconds();
         while (!IsDone()) {
@@ -135,7 +135,7 @@ private:
         return true;
     }
 
-    /// After news of a configuration change a few missing frames are enough.
+    /// After a configuration change has been reported, a few missing frames are enough.
     std::uint64_t PatienceMs() const {
         if (!grab.IsSuspicious()) {
             return options.timeoutMs;
@@ -144,7 +144,7 @@ private:
         return std::min(options.timeoutMs, std::max(kLeastGraceMs, kGraceIntervals * intervalMs));
     }
 
-    /// Waits for the camera to come back and opens it; false when the user stops it.
+    /// Waits until the camera is back and opens it; false if the user interrupts.
     bool Reconnect() {
         CMivoraGrabber& grabber = session.Grabber();
         const std::string name = session.ActCameraText();

@@ -1,4 +1,4 @@
-// grab_report.cpp - what "grab" says at its end
+// grab_report.cpp - the final report of the command "grab"
 #include "apps/mivora/grab_report.h"
 
 #include "apps/common/json_text.h"
@@ -21,7 +21,7 @@ JsonValue Percentiles(const Histogram& times) {
                        {"max", Microseconds(times.Max())}});
 }
 
-/// Null for an SDK that does not tell.
+/// Null if the SDK does not provide the age of frames.
 JsonValue LatencyPercentiles(const Histogram& times) {
     return times.Count() != 0 ? Percentiles(times) : nullptr;
 }

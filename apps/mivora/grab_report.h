@@ -1,4 +1,4 @@
-// grab_report.h - what "grab" says at its end
+// grab_report.h - the final report of the command "grab"
 #pragma once
 
 #include "apps/common/continuous_grab.h"

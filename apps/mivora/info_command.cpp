@@ -1,4 +1,4 @@
-// info_command.cpp - shows the driver and how the camera's images look
+// info_command.cpp - shows the driver and the layout of the camera's images
 #include "apps/common/command_line.h"
 #include "apps/common/host_image.h"
 #include "apps/common/json_text.h"

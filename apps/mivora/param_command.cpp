@@ -25,13 +25,13 @@ std::string ParameterText(std::uint32_t id) {
     return "parameter " + std::to_string(id);
 }
 
-/// Only the time base has values below 0.
+/// Only the time base has negative values.
 std::string ValueText(std::uint32_t id, std::uint64_t value) {
     return id == MVGF_TIME_BASE ? std::to_string(static_cast<std::int64_t>(value))
                                 : std::to_string(value);
 }
 
-/// A negative number stands for its two's complement.
+/// A negative number is converted to its two's complement.
 std::optional<std::uint64_t> ReadValue(const std::string& text) {
     if (const auto number = ParseUnsigned(text)) {
         return number;
@@ -70,7 +70,7 @@ void Set(Session& session, const ParamOptions& options) {
     if (!options.value2.empty()) {
         second = ReadValue(options.value2).value();
     } else if (options.id == MVGF_TIMER_VALUES) {
-        // One value is the exposure; the interval stays.
+        // A single value is the exposure; the interval stays unchanged.
         session.Check("GetGrabberParam", grabber.GetGrabberParam(options.id, nullptr, &second),
                       ParameterText(options.id));
     }

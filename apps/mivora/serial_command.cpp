@@ -42,8 +42,8 @@ std::string LineEnd(const std::string& name) {
     return name == "cr" ? "\r" : name == "lf" ? "\n" : name == "crlf" ? "\r\n" : "";
 }
 
-/// Carries bytes between the standard streams and the active channel. What arrives is printed by a
-/// thread of its own.
+/// Transfers bytes between the standard streams and the active channel. A second thread prints what
+/// arrives.
 class Terminal {
 public:
     Terminal(Session& openSession, const SerialOptions& serialOptions)
@@ -77,7 +77,7 @@ public:
     }
 
 private:
-    /// The next line; false at the end of the input.
+    /// Reads what to send next; false at the end of the input.
     bool ReadInput(std::vector<std::uint8_t>& bytes) {
         const bool byLines = isInteractive || options.hex;
         std::string text;
@@ -118,13 +118,13 @@ private:
                 return code;
             }
             sent += piece;
-            // A port holds only so much of what comes back meanwhile.
+            // Incoming data must be read meanwhile: a port buffers only a limited amount.
             TakeArrivals();
         }
         return MV_OK;
     }
 
-    /// Takes over all that waits at the port.
+    /// Reads everything that is pending at the port.
     void TakeArrivals() REQUIRES(channelMutex) {
         std::uint64_t count = 1;
         while (readResult == MV_OK && count != 0) {
@@ -146,7 +146,7 @@ private:
             }
             if (!bytes.empty()) {
                 quietMs = 0;
-                Print(bytes); // not under the mutex: who reads the output may be slow
+                Print(bytes); // without the mutex: the reader of the output may be slow
             } else if (readResult != MV_OK) {
                 return;
             } else {
@@ -169,8 +169,8 @@ private:
     const SerialOptions& options;
     const bool isInteractive;
     InputLines lines;
-    platform::Mutex channelMutex; // the two threads' turns at the channel
-    std::vector<std::uint8_t> arrived GUARDED_BY(channelMutex); // and not printed yet
+    platform::Mutex channelMutex; // serialises the two threads' access to the channel
+    std::vector<std::uint8_t> arrived GUARDED_BY(channelMutex); // but not printed yet
     std::atomic<bool> inputEnded{false};
     std::atomic<MV_ERRCODE> readResult{MV_OK};
 };

@@ -1,4 +1,4 @@
-// snap_command.cpp - one frame into a file
+// snap_command.cpp - writes one frame to a file
 #include "apps/common/command_failure.h"
 #include "apps/common/command_line.h"
 #include "apps/common/host_image.h"

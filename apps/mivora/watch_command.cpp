@@ -16,7 +16,7 @@
 
 namespace {
 
-// How often a camera is looked for of which no event may tell.
+// Polling interval while no camera is open, because its arrival may raise no event.
 constexpr std::uint64_t kWatchForCameraMs = 1000;
 
 const char* ControlEventName(std::uint32_t code) {
@@ -34,8 +34,8 @@ const char* ControlEventName(std::uint32_t code) {
     }
 }
 
-/// Prints events, and follows the camera: the grabber tells only of the one that it opened last,
-/// and a camera that was away has to be opened anew.
+/// Prints events and follows the camera: the grabber reports events only of the camera opened last,
+/// and a camera that was disconnected has to be reopened.
 class Watch {
 public:
     Watch(Session& openSession, std::uint64_t timeLimitMs)
@@ -115,8 +115,8 @@ private:
     CMivoraGrabber& grabber;
     const std::uint64_t limitMs;
     const std::uint64_t begin = platform::MonotonicNanoseconds();
-    std::optional<std::uint32_t> uniqueId; // of the camera that is watched, once there is one
-    std::string camera;                    // its name for people
+    std::optional<std::uint32_t> uniqueId; // of the watched camera, once there is one
+    std::string camera;                    // its description for messages
     bool isOpen = false;
 };
 

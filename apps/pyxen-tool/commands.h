@@ -16,5 +16,5 @@ void AddConvertCommand(CommandLine& program);
 void AddFormatsCommand(CommandLine& program);
 void AddCameraKeyCommand(CommandLine& program);
 
-/// The shell's operations that only this module has.
+/// Adds the shell operations that only this module has.
 void AddModuleOperations(ShellOperations& operations, CMivoraKVNPyxenClass& grabber);

@@ -1,4 +1,4 @@
-// convert_command.cpp - a camera's raw image into the host's layout or a picture
+// convert_command.cpp - converts a raw image to the host's layout or to a picture
 #include "apps/common/command_failure.h"
 #include "apps/common/command_line.h"
 #include "apps/common/image_writer.h"
@@ -12,7 +12,7 @@
 
 namespace {
 
-// As much as a camera could ever say; keeps every product of the two within 64 bits.
+// More than any camera delivers; keeps the size of an image well within 64 bits.
 constexpr std::uint32_t kMostPixels = 1u << 20;
 
 struct ConvertOptions {

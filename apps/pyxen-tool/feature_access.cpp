@@ -1,4 +1,4 @@
-// feature_access.cpp - one feature of one module, by name and as text
+// feature_access.cpp - access to a module's feature by name
 #include "apps/pyxen-tool/feature_access.h"
 
 #include "apps/common/command_failure.h"
@@ -228,7 +228,7 @@ FeatureRange FeatureAccess::Range() const {
         if (api.PxnFeatureFloatRangeQuery(handle, info.name, &limits[0], &limits[1]) == 0) {
             range.least = limits[0];
             range.most = limits[1];
-            // A float feature may be computed from an integer.
+            // A float feature may be derived from a 64-bit integer.
             range.isWholeType = AreLimitsOf<double>(limits) || AreLimitsOf<std::int64_t>(limits);
         }
         break;

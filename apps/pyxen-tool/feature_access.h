@@ -1,4 +1,4 @@
-// feature_access.h - one feature of one module, by name and as text
+// feature_access.h - access to a module's feature by name
 #pragma once
 
 #include "apps/common/json_text.h"
@@ -32,8 +32,8 @@ Overloaded(Functions...) -> Overloaded<Functions...>;
 
 JsonValue ToJson(const FeatureValue& value);
 
-/// The limits of a feature's values. Empty are members that its type does not have or that cannot
-/// be read.
+/// The limits of a feature's values. Members that do not apply to its type or cannot be read are
+/// empty.
 struct FeatureRange {
     struct Entry {
         std::string name;
@@ -45,34 +45,34 @@ struct FeatureRange {
     std::optional<JsonValue> increment;
     std::optional<JsonValue> maxLength; ///< bytes
     std::optional<std::vector<Entry>> entries;
-    bool isWholeType = false; ///< least and most are only those of the type itself
+    bool isWholeType = false; ///< least and most are those of the type itself
 };
 
-/// A feature of an initialised grabber. Lives as long as the module's cache stays filled.
+/// A feature of an initialised grabber. Valid as long as the module's cache stays filled.
 class FeatureAccess {
 public:
     FeatureAccess(CPyxenAPIAccess& access, FeatureCache& moduleCache, const PxnFeatureInfo& record)
         : api(access), cache(moduleCache), info(record) {}
 
-    /// Finds "MODULE/FEATURE", or the whole path with the categories between. Throws CommandFailure
-    /// that names what is unknown.
+    /// Finds "MODULE/FEATURE", or a whole path including the categories. Throws CommandFailure that
+    /// names the unknown part.
     static FeatureAccess Find(CMivoraKVNPyxenClass& grabber, const std::string& path);
-    /// The cache of a module by name, case ignored, the system's "PxnSystem" among them. Null when
-    /// there is none.
+    /// The cache of a module by name, ignoring case; the system is "PxnSystem". Null if there is
+    /// none.
     static FeatureCache* FindModule(CMivoraKVNPyxenClass& grabber, const std::string& name);
-    /// The same; throws CommandFailure with the names that there are.
+    /// The same, but throws CommandFailure with the known names.
     static FeatureCache& RequireModule(CMivoraKVNPyxenClass& grabber, const std::string& name);
 
     FeatureCache& Cache() const { return cache; }
     const PxnFeatureInfo& Info() const { return info; }
     std::string Path() const;
     const char* TypeName() const;
-    /// "RW", "R", "W" or "-": what the SDK allows now.
+    /// "RW", "R", "W" or "-": the access that the SDK currently allows.
     std::string Access() const;
-    /// Empty where there is no value, or none can be read.
+    /// Empty if there is no value or it cannot be read.
     std::optional<FeatureValue> Value() const;
     FeatureRange Range() const;
-    /// The value as `get` prints it. Throws CommandFailure.
+    /// The value as printed by "get". Throws CommandFailure.
     std::string ValueText() const;
 
 private:

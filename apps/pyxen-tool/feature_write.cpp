@@ -1,4 +1,4 @@
-// feature_write.cpp - values for features, from text to the camera
+// feature_write.cpp - parses, checks and writes values of features
 #include "apps/pyxen-tool/feature_write.h"
 
 #include "apps/common/command_failure.h"

@@ -1,4 +1,4 @@
-// feature_write.h - values for features, from text to the camera
+// feature_write.h - parses, checks and writes values of features
 #pragma once
 
 #include "apps/pyxen-tool/feature_access.h"
@@ -8,11 +8,11 @@
 
 class CMivoraKVNPyxenClass;
 
-/// Reads the text as the feature's type wants it: numbers in decimal or 0x..., true or false (also
-/// 1 and 0, On and Off), raw bytes in hexadecimal. Throws CommandFailure.
+/// Parses the text according to the feature's type: numbers in decimal or 0x..., true or false
+/// (also 1 and 0, On and Off), raw bytes in hexadecimal. Throws CommandFailure.
 FeatureValue ParseFeatureValue(const FeatureAccess& feature, const std::string& text);
 
-/// Runs the pre-write check of the value's type. Raw bytes have none and pass.
+/// Runs the pre-write check for the value's type. There is none for raw bytes, which pass.
 SyncCheckResult CheckFeatureValue(SyncEngine& engine, const FeatureAccess& feature,
                                   const FeatureValue& value);
 
@@ -20,5 +20,5 @@ SyncCheckResult CheckFeatureValue(SyncEngine& engine, const FeatureAccess& featu
 void WriteFeatureValue(CPyxenAPIAccess& api, const FeatureAccess& feature,
                        const FeatureValue& value);
 
-/// Executes a command feature and waits until it is done, at most five seconds.
+/// Executes a command feature and waits at most five seconds until it is done.
 void RunFeatureCommand(CMivoraKVNPyxenClass& grabber, const FeatureAccess& feature);

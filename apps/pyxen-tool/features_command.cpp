@@ -104,7 +104,7 @@ std::string Padded(std::string text, std::size_t width) {
     return text;
 }
 
-/// The feature as a line of the table.
+/// One feature as a line of the table.
 std::string Line(const FeatureAccess& feature) {
     const std::string access = feature.Access();
     const std::optional<FeatureValue> value = feature.Value();

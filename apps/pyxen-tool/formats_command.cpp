@@ -1,4 +1,4 @@
-// formats_command.cpp - the pixel format table, and the key of a camera
+// formats_command.cpp - prints the pixel format table and camera keys
 #include "apps/common/command_line.h"
 #include "apps/common/json_text.h"
 #include "apps/pyxen-tool/commands.h"

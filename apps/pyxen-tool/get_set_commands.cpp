@@ -15,7 +15,8 @@
 
 namespace {
 
-/// As the feature control dialog does: check the whole way, write, read back, synchronise.
+/// Works like the feature control dialog: checks all features involved, writes, synchronises and
+/// reads back.
 void Set(Session& session, CMivoraKVNPyxenClass& grabber, const std::string& path,
          const std::optional<std::string>& text) {
     const FeatureAccess feature = FeatureAccess::Find(grabber, path);

@@ -1,4 +1,4 @@
-// linked_maker.cpp - grabbers of the module that is linked in
+// linked_maker.cpp - creates grabbers of the module that is linked in
 #include "apps/pyxen-tool/linked_maker.h"
 
 #include "grabber/mivora_kvn_pyxen_class.h"

@@ -1,4 +1,4 @@
-// linked_maker.h - grabbers of the module that is linked in
+// linked_maker.h - creates grabbers of the module that is linked in
 #pragma once
 
 #include "apps/common/grabber_maker.h"
@@ -7,7 +7,7 @@
 
 class CMivoraKVNPyxenClass;
 
-/// Makes one grabber at a time and keeps its own type at hand.
+/// Creates one grabber at a time and gives access to its concrete type.
 class LinkedMaker final : public IGrabberMaker {
 public:
     LinkedMaker();
@@ -16,7 +16,7 @@ public:
     CMivoraGrabber* Create() override;
     void Delete(CMivoraGrabber* grabber) override;
 
-    /// The grabber that Create made and Delete has not destroyed yet.
+    /// The current grabber: created, not yet deleted.
     CMivoraKVNPyxenClass& Grabber() { return *made; }
 
 private:

@@ -1,4 +1,4 @@
-// module_operations.cpp - the shell's operations that only this module has
+// module_operations.cpp - shell operations that only this module has
 #include "apps/common/command_failure.h"
 #include "apps/common/shell_operation.h"
 #include "apps/pyxen-tool/commands.h"

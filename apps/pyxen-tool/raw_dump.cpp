@@ -1,4 +1,4 @@
-// raw_dump.cpp - images as a camera delivers them, in files
+// raw_dump.cpp - files with images as the camera delivers them
 #include "apps/pyxen-tool/raw_dump.h"
 
 #include "apps/common/command_failure.h"
@@ -6,7 +6,7 @@
 #include <cstring>
 
 std::uint32_t RawBitsPerPixel(const PixelFormat& format) {
-    // The third byte of a PFNC code says so; one old format has no code and needs no conversion.
+    // The third byte of a PFNC code. The one format without a code needs no conversion.
     return format.code != 0 ? (format.code >> 16) & 0xFFu
                             : std::uint32_t{format.components} * format.allocatedBits;
 }

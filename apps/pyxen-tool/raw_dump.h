@@ -1,4 +1,4 @@
-// raw_dump.h - images as a camera delivers them, in files
+// raw_dump.h - files with images as the camera delivers them
 #pragma once
 
 #include "apps/common/host_image.h"
@@ -8,14 +8,14 @@
 #include <string>
 #include <vector>
 
-/// Bits that one pixel takes in the camera's layout.
+/// Bits per pixel in the camera's layout.
 std::uint32_t RawBitsPerPixel(const PixelFormat& format);
-/// Bytes of an image in the camera's layout: lines are padded to whole bytes for formats of one
-/// component with lines of their own ("p"), the image as a whole for all others.
+/// Size in bytes of an image in the camera's layout. Formats of one component that pack each line
+/// separately ("p") pad every line to whole bytes, all others only the whole image.
 std::uint64_t RawImageSize(const PixelFormat& format, std::uint32_t width, std::uint32_t height);
-/// How the host sees an image of this format.
+/// The host's layout for an image of this format.
 ImageLayout HostLayout(const PixelFormat& format, std::uint32_t width, std::uint32_t height);
-/// Converts an image as the grabber module does; throws CommandFailure when `raw` has another
-/// length than RawImageSize.
+/// Converts an image as the grabber module does. Throws CommandFailure if the size of `raw` is not
+/// RawImageSize.
 std::vector<std::uint8_t> ConvertDump(const PixelFormat& format, std::uint32_t width,
                                       std::uint32_t height, const std::string& raw);

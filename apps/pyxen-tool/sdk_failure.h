@@ -1,4 +1,4 @@
-// sdk_failure.h - the camera SDK refused
+// sdk_failure.h - exception for an error of the camera SDK
 #pragma once
 
 #include "apps/common/command_failure.h"

@@ -1,4 +1,4 @@
-// sync_check_command.cpp - reads a feature synchronisation file
+// sync_check_command.cpp - checks a feature synchronisation file
 #include "apps/common/command_failure.h"
 #include "apps/common/command_line.h"
 #include "apps/common/json_text.h"
@@ -49,7 +49,7 @@ void PrintText(const LineSink& sink) {
     }
 }
 
-/// Some faults bring no line of the reader's, so that the place is told here.
+/// Locates the fault, because the reader does not log every one.
 std::string FaultText(const std::string& file, const FeatureSyncher& syncher,
                       const LineSink& sink) {
     if (sink.Lines().front().level == kMvLogError) {

@@ -1,4 +1,4 @@
-// camera_control.cpp - works the grabber for a window that must not wait
+// camera_control.cpp - drives the grabber for a window that must not block
 #include "apps/view/camera_control.h"
 
 #include "apps/common/command_failure.h"
@@ -98,7 +98,7 @@ void CameraControl::Work() {
         } else if (stage == ViewStage::kSnapping) {
             LookAtSnap();
         }
-        session.Events().Take(); // nobody else does
+        session.Events().Take(); // nothing here reads the events; keeps them from piling up
     }
     listener.OnControlChanged();
 }
@@ -145,8 +145,7 @@ void CameraControl::ServeWindowThread() {
     }
 }
 
-// ---- opening and closing
-// -------------------------------------------------------------------------
+// Opening and closing
 
 void CameraControl::Initialise() {
     try {
@@ -166,7 +165,8 @@ void CameraControl::Initialise() {
     OpenFirst();
 }
 
-/// Makes the camera in use active; before there is one, the wanted, the remembered or the first.
+/// Makes the camera in use active; if there is none yet, the one named by the options, the
+/// configured one or the first one.
 bool CameraControl::ChooseCamera() {
     CMivoraGrabber& grabber = session.Grabber();
     if (cameraId != 0) {
@@ -200,10 +200,10 @@ void CameraControl::OpenAgain() {
         try {
             isOpen = ChooseCamera() && grabber.OpenActCamera() == MV_OK;
         } catch (const CommandFailure&) {
-            isOpen = false; // the wanted camera is not there yet
+            isOpen = false; // the requested camera is not available yet
         }
     });
-    session.Log().TakeErrors(); // a camera that is gone is no failure
+    session.Log().TakeErrors(); // a missing camera is not a failure
     if (!isOpen) {
         SetStage(cameraId == 0 ? ViewStage::kNoCamera : ViewStage::kWaiting);
         return;
@@ -225,7 +225,7 @@ void CameraControl::SetOpened() {
 }
 
 void CameraControl::CamerasChanged() {
-    // One look answers for all that was told before it.
+    // One check covers all changes reported before it.
     if (!isChangeOrdered.exchange(true)) {
         Order([this] {
             isChangeOrdered = false;
@@ -244,8 +244,7 @@ void CameraControl::Finish() {
     hasEnded = true;
 }
 
-// ---- images
-// --------------------------------------------------------------------------------------
+// Images
 
 void CameraControl::StartGrabbing(std::uint32_t mode) {
     CMivoraGrabber& grabber = session.Grabber();
@@ -310,8 +309,8 @@ void CameraControl::Snap() {
     });
 }
 
-// The module tells of these before and after a dialog changes the layout of the buffers: the camera
-// takes such a change only while no images are grabbed.
+// The module reports these before and after a dialog changes the buffer layout, which the camera
+// accepts only while it is not acquiring.
 std::uint32_t CameraControl::OnCameraControl(std::uint32_t code, void* self) {
     CameraControl& control = *static_cast<CameraControl*>(self);
     if (code == kMvEventBufferImpactBegins) {
@@ -320,8 +319,8 @@ std::uint32_t CameraControl::OnCameraControl(std::uint32_t code, void* self) {
     } else if (code == kMvEventBufferImpactEnded) {
         control.isChanging = false;
         control.Order([&control] {
-            // Meanwhile the next change may have begun, whose end comes here too, or somebody may
-            // have stopped or ordered a single image.
+            // The next change may already have begun, whose end arrives here as well, or the user
+            // may have stopped or ordered a single image.
             if (!control.isChanging && control.isPaused.exchange(false) && control.wantsLive &&
                 control.State().stage == ViewStage::kOpen) {
                 control.StartGrabbing(kContinuous);
@@ -343,12 +342,11 @@ void CameraControl::PauseForChange() {
     };
     Order(pause, true);
     pausable.Wait(platform::kInfinite);
-    // The control's thread may be waiting for the thread that this is.
+    // The control's thread may itself be waiting for the current thread.
     pause();
 }
 
-// ---- the rest
-// ------------------------------------------------------------------------------------
+// Files, scripts and dialogs
 
 void CameraControl::SaveConfiguration() {
     Order([this] {

@@ -1,4 +1,4 @@
-// camera_control.h - works the grabber for a window that must not wait
+// camera_control.h - drives the grabber for a window that must not block
 #pragma once
 
 #include "apps/common/app_options.h"
@@ -23,82 +23,82 @@ class IGrabberMaker;
 
 enum class ViewStage {
     kStarting,
-    kFailed,   ///< the grabber cannot be initialised; nothing works
-    kNoCamera, ///< none was there yet, one is looked for
-    kWaiting,  ///< the camera in use is gone and is waited for
-    kOpen,     ///< a camera is open, no images come
-    kSnapping, ///< one image is on its way
+    kFailed,   ///< the grabber could not be initialised; nothing works
+    kNoCamera, ///< none has been found yet; still looking
+    kWaiting,  ///< the camera in use is gone; waiting for it
+    kOpen,     ///< a camera is open but not acquiring
+    kSnapping, ///< acquiring one image
     kLive,
 };
 
-/// How things stand.
+/// What the control is doing.
 struct ViewState {
     ViewStage stage = ViewStage::kStarting;
-    std::string driver; ///< what the grabber says of itself; empty before it is initialised
+    std::string driver; ///< the grabber's description; empty before it is initialised
     std::string camera; ///< name of the camera in use
-    ImageLayout layout; ///< of the images to come; empty before the first
+    ImageLayout layout; ///< of the next images; empty before the first acquisition
 };
 
-/// Called without a lock held.
+/// Called with no lock held.
 class IControlListener {
 public:
     virtual ~IControlListener() = default;
-    /// Something is new: the state, a text to be shown, a job for the window's thread. Any thread.
+    /// The state has changed, a failure is to be shown, or a job waits for the window's thread. Any
+    /// thread.
     virtual void OnControlChanged() = 0;
 };
 
-/// Runs the grabber's operations in order on a thread of its own. What needs windows runs on the
-/// thread that calls ServeWindowThread, which is also the one that makes and destroys this object;
-/// the control's thread waits meanwhile, so that only one thread at a time is in the grabber. Once
-/// the camera control dialog has been shown, cameras are opened and closed there too, since the
-/// dialog lives on what is open.
+/// Runs the grabber's operations in order on its own thread. Operations that need windows run on
+/// the thread that calls ServeWindowThread, which also creates and destroys this object; the
+/// control's thread waits meanwhile, so that only one thread at a time uses the grabber. Once the
+/// camera control dialog has been shown, cameras are opened and closed on the window's thread as
+/// well, because the dialog depends on the open camera.
 class CameraControl {
 public:
-    /// Loads the grabber module; throws CommandFailure. Nothing else runs before Run.
+    /// Loads the grabber module; throws CommandFailure. Nothing runs before Run is called.
     CameraControl(const AppOptions& appOptions, IGrabberMaker& maker, FramePipe& framePipe,
                   IControlListener& controlListener);
-    /// To be called when HasEnded, or when Run was never called.
+    /// Only after HasEnded returns true, or if Run was never called.
     ~CameraControl();
     CameraControl(const CameraControl&) = delete;
     CameraControl& operator=(const CameraControl&) = delete;
 
-    /// Initialises the grabber, opens the camera that the options name and shows it live.
+    /// Initialises the grabber, opens the camera selected by the options and starts live images.
     void Run();
-    /// Stops and closes the camera; OnControlChanged tells when HasEnded is true.
+    /// Stops and closes the camera; OnControlChanged is called once HasEnded returns true.
     void End();
     bool HasEnded() const { return hasEnded.load(); }
 
-    // ---- orders; each returns at once, any thread
-    // ------------------------------------------------
+    // Orders. Each returns immediately; any thread.
     void Start();
     void Stop();
-    /// One image, converted as in live view.
+    /// Acquires one image, converted as in live view.
     void Snap();
-    /// The host tells that cameras came or went: opens the camera in use again when it is there.
+    /// Cameras were connected or disconnected: reopens the camera in use if it is available.
     void CamerasChanged();
     void SaveConfiguration();
-    /// Writes an image in the format of the name's ending.
+    /// Writes an image in the format given by the extension of the path.
     void SaveImage(std::shared_ptr<const GrabbedFrame> frame, const std::string& path);
     /// Passes lines to the control interface of the camera SDK, in order, until one fails; `done`
-    /// gets the answers on the control's thread. Comments from '#' and empty lines are left out.
+    /// receives the responses on the control's thread. Comments from '#' and empty lines are
+    /// skipped.
     void RunScript(const std::string& lines, std::function<void(std::string)> done);
 
     // The grabber's dialogs.
     void SelectCamera(MV_WINDOW parent);
     void ShowCameraControl(MV_WINDOW parent);
     void ConfigureGrabber(MV_WINDOW parent);
-    /// A serial channel of the module is made when the grabber has none.
+    /// Creates a serial channel of the module if the grabber has none.
     void ConfigureChannel(MV_WINDOW parent);
 
-    // ---- for the window's thread
-    // -----------------------------------------------------------------
-    /// Runs the job that waits for this thread, if there is one.
+    // For the window's thread.
+    /// Runs the job that waits for this thread, if any.
     void ServeWindowThread();
-    /// What went wrong with orders since the last call.
+    /// Failures of orders since the last call.
     std::vector<std::string> TakeFailures();
     ViewState State() const;
     std::uint64_t ReceiveErrors() { return session.Log().ReceiveErrors(); }
-    /// For receivers and for offering messages to dialogs.
+    /// For installing receivers and for offering messages to dialogs.
     CMivoraGrabber& Grabber() { return session.Grabber(); }
 
 private:
@@ -133,19 +133,19 @@ private:
     Session session;
     SdkControl sdkControl;
 
-    // Of the control's thread.
+    // Used by the control's thread; what is atomic also by others.
     std::uint32_t cameraId = 0; // of the camera in use, 0 before the first
     bool wantsLive = true;
-    std::atomic<bool> hasDialog{false}; // the camera control dialog was shown once
+    std::atomic<bool> hasDialog{false}; // the camera control dialog has been shown
     std::atomic<bool> isGrabbing{false};
-    std::atomic<bool> isPaused{false};   // until a change of the buffers' layout is over
-    std::atomic<bool> isChanging{false}; // such a change is under way
+    std::atomic<bool> isPaused{false};   // until a change of the buffer layout has ended
+    std::atomic<bool> isChanging{false}; // a change of the buffer layout is in progress
     std::atomic<bool> isChangeOrdered{false};
     std::atomic<bool> hasEnded{false};
 
-    platform::Event work;       // an order waits, or the end
-    platform::Event windowDone; // the job of the window's thread is done
-    platform::Event pausable;   // no images come, or the window's thread has the grabber
+    platform::Event work;       // an order is queued, or End was called
+    platform::Event windowDone; // the job for the window's thread is done
+    platform::Event pausable;   // not acquiring, or the window's thread is using the grabber
 
     mutable platform::Mutex mutex;
     std::deque<Job> jobs GUARDED_BY(mutex);
@@ -154,5 +154,5 @@ private:
     ViewState state GUARDED_BY(mutex);
     bool ending GUARDED_BY(mutex) = false;
 
-    platform::Thread thread; // last: it uses all of the above
+    platform::Thread thread; // last: it uses all other members
 };

@@ -1,4 +1,4 @@
-// display_image.cpp - a picture as a screen shows it
+// display_image.cpp - converts pictures for the screen
 #include "apps/view/display_image.h"
 
 std::uint8_t ScaleTo8Bits(std::uint32_t sample, std::uint32_t bits) {

@@ -1,4 +1,4 @@
-// display_image.h - a picture as a screen shows it
+// display_image.h - converts pictures for the screen
 #pragma once
 
 #include "apps/common/picture.h"
@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <vector>
 
-/// A sample of `bits` significant bits (1 to 16) on a scale of 0 to 255: the highest eight bits, or
-/// a smaller range spread out so that its largest value becomes 255.
+/// Scales a sample of `bits` significant bits (1 to 16) to 0 to 255: its highest eight bits, or a
+/// smaller range stretched so that its maximum becomes 255.
 std::uint8_t ScaleTo8Bits(std::uint32_t sample, std::uint32_t bits);
 
 /// Pixels line by line from the top, each 0x00RRGGBB.
@@ -17,5 +17,5 @@ struct DisplayImage {
     std::vector<std::uint32_t> pixels;
 };
 
-/// The picture in 8 bits a colour; grey is shown in all three, alpha is left out.
+/// Converts to 8 bits per colour; grey is copied to all three colours, alpha is dropped.
 DisplayImage MakeDisplayImage(const Picture& picture);

@@ -1,4 +1,4 @@
-// frame_pipe.cpp - the way of frames from the camera's thread to the screen
+// frame_pipe.cpp - passes frames from the camera's thread to the screen
 #include "apps/view/frame_pipe.h"
 
 #include "apps/common/command_failure.h"
@@ -8,7 +8,8 @@
 #include <new>
 #include <utility>
 
-FramePipe::FramePipe(std::function<void()> tellOfPictures) : tell(std::move(tellOfPictures)) {
+FramePipe::FramePipe(std::function<void()> pictureCallback)
+    : onPicture(std::move(pictureCallback)) {
     const auto procedure = [](void* self) {
         static_cast<FramePipe*>(self)->MakePictures();
     };
@@ -84,13 +85,13 @@ void FramePipe::MakePictures() {
         if (!frame) {
             continue;
         }
-        // A picture that memory has no room for is not shown; the next one may be smaller.
+        // Out of memory: this picture is skipped; the next one may be smaller.
         try {
             Publish(std::move(frame));
         } catch (const std::bad_alloc&) {
             continue;
         }
-        tell();
+        onPicture();
     }
 }
 

@@ -1,4 +1,4 @@
-// frame_pipe.h - the way of frames from the camera's thread to the screen
+// frame_pipe.h - passes frames from the camera's thread to the screen
 #pragma once
 
 #include "apps/common/host_image.h"
@@ -14,36 +14,37 @@
 #include <memory>
 #include <vector>
 
-/// An image as the grabber gave it.
+/// An image as delivered by the grabber.
 struct GrabbedFrame {
     ImageLayout layout;
     std::vector<std::uint8_t> bytes;
 };
 
-/// An image ready to be shown; never changed once it is published.
+/// An image ready to be shown; immutable once published.
 struct ShownFrame {
     std::shared_ptr<const GrabbedFrame> frame;
     DisplayImage image;
     std::vector<ChannelHistogram> histogram;
 };
 
-/// Takes frames in, makes pictures of them on a thread of its own and keeps the newest. Frames that
-/// come while a picture is being made replace each other. No lock is held while another's code
-/// runs.
+/// Receives frames, converts them to pictures on its own thread and keeps the newest. A frame that
+/// arrives while a picture is being made replaces the one waiting. No lock is held during
+/// callbacks.
 class FramePipe {
 public:
-    /// `tell` is called on the pipe's thread for every new picture.
-    explicit FramePipe(std::function<void()> tell);
+    /// `onPicture` is called on the pipe's thread for every new picture.
+    explicit FramePipe(std::function<void()> onPicture);
     ~FramePipe();
     FramePipe(const FramePipe&) = delete;
     FramePipe& operator=(const FramePipe&) = delete;
 
-    /// The frames to come look like this; counts anew. To be called while no frames come.
+    /// Sets the layout of the following frames and resets the counts. Must not be called while
+    /// frames arrive.
     void Begin(const ImageLayout& frameLayout);
-    /// Takes a copy of an image. Any thread, one at a time.
+    /// Copies an image. Any thread, one at a time.
     void Push(const void* data);
 
-    /// The newest picture, null before the first. Any thread.
+    /// The newest picture; null before the first. Any thread.
     std::shared_ptr<const ShownFrame> Newest() const;
     /// Frames since Begin, shown or not. Any thread.
     std::uint64_t Frames() const;
@@ -54,8 +55,8 @@ private:
     void MakePictures();
     void Publish(std::shared_ptr<const GrabbedFrame> frame);
 
-    const std::function<void()> tell;
-    platform::Event work; // a frame waits, or the end
+    const std::function<void()> onPicture;
+    platform::Event work; // a frame is waiting, or the destructor runs
 
     mutable platform::Mutex mutex;
     ImageLayout layout GUARDED_BY(mutex);
@@ -65,5 +66,5 @@ private:
     RateMeter rate GUARDED_BY(mutex);
     bool ending GUARDED_BY(mutex) = false;
 
-    platform::Thread thread; // last: it uses all of the above
+    platform::Thread thread; // last: it uses all other members
 };

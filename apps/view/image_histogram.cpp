@@ -1,4 +1,4 @@
-// image_histogram.cpp - how the brightness of a picture is distributed
+// image_histogram.cpp - brightness histogram of a picture
 #include "apps/view/image_histogram.h"
 
 #include "apps/view/display_image.h"
@@ -10,7 +10,7 @@
 
 namespace {
 
-// One in so many of the values that occur may be cut off.
+// At most one in this many of the used bins is cut off.
 constexpr std::ptrdiff_t kBinsForEachSpike = 50;
 
 ChannelHistogram Count(const Picture& picture, std::size_t channel) {
@@ -51,7 +51,7 @@ int HistogramBars::Height(std::size_t bin) const {
         return 0;
     }
     const double share = std::sqrt(static_cast<double>(count) / top);
-    // What is there at all can be seen.
+    // Every value that occurs is visible.
     return std::min(height, std::max(1, static_cast<int>(std::lround(share * height))));
 }
 

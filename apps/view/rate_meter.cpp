@@ -1,4 +1,4 @@
-// rate_meter.cpp - how often something happens
+// rate_meter.cpp - measures the rate of events
 #include "apps/view/rate_meter.h"
 
 #include <algorithm>

@@ -1,14 +1,14 @@
-// rate_meter.h - how often something happens
+// rate_meter.h - measures the rate of events
 #pragma once
 
 #include <cstdint>
 #include <deque>
 
-/// Happenings per second over the last second. Times in nanoseconds, never going back. One thread.
+/// Events per second over the last second. Times are in nanoseconds and never decrease. One thread.
 class RateMeter {
 public:
     void Add(std::uint64_t time);
-    /// 0 when fewer than two happened in the second before `now`.
+    /// 0 if there were fewer than two events in the second before `now`.
     double Rate(std::uint64_t now) const;
 
 private:

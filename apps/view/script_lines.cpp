@@ -1,4 +1,4 @@
-// script_lines.cpp - the lines of a script for a camera SDK's control interface
+// script_lines.cpp - splits a script for the SDK's control interface into commands
 #include "apps/view/script_lines.h"
 
 #include <sstream>

@@ -1,9 +1,9 @@
-// script_lines.h - the lines of a script for a camera SDK's control interface
+// script_lines.h - splits a script for the SDK's control interface into commands
 #pragma once
 
 #include <string>
 #include <vector>
 
-/// The commands of a text, one a line, without blanks around them; empty lines and lines from '#'
-/// are left out. Lines end with \n or \r\n.
+/// The commands of a text, one per line, without surrounding blanks; skips empty lines and lines
+/// that begin with '#'. Lines end with \n or \r\n.
 std::vector<std::string> ScriptLines(const std::string& text);

@@ -1,4 +1,4 @@
-// view_geometry.cpp - where a zoomed image lies in a window
+// view_geometry.cpp - zoom and position of an image in a window
 #include "apps/view/view_geometry.h"
 
 #include <algorithm>
@@ -7,12 +7,12 @@
 
 namespace {
 
-constexpr double kLeast = 1.0 / 32;
-constexpr double kMost = 32;
-constexpr std::array<double, 21> kUsual = {
+constexpr double kMinFactor = 1.0 / 32;
+constexpr double kMaxFactor = 32;
+constexpr std::array<double, 21> kPresets = {
     1.0 / 32, 1.0 / 24, 1.0 / 16, 1.0 / 12, 1.0 / 8, 1.0 / 6, 1.0 / 4, 1.0 / 3, 1.0 / 2, 2.0 / 3, 1,
     1.5,      2,        3,        4,        6,       8,       12,      16,      24,      32};
-/// A factor this near to a usual one is that one.
+/// Factors this close to a preset count as equal to it.
 constexpr double kNear = 1e-6;
 
 double SettledOrigin(double origin, double scaled, int client) {
@@ -20,7 +20,7 @@ double SettledOrigin(double origin, double scaled, int client) {
                             : std::clamp(origin, client - scaled, 0.0);
 }
 
-/// The whole image pixels of one direction that can be seen.
+/// The range of image pixels that are visible in one direction.
 void Visible(double origin, double factor, int client, std::uint32_t image, std::uint32_t& first,
              std::uint32_t& count) {
     const double begin = std::max(0.0, std::floor((0 - origin) / factor));
@@ -45,7 +45,7 @@ void ViewGeometry::SetImageSize(std::uint32_t width, std::uint32_t height) {
 }
 
 void ViewGeometry::SetClientSize(int width, int height) {
-    // What is in the middle stays there.
+    // Keep the centre of the area in place.
     originX += (width - clientWidth) / 2.0;
     originY += (height - clientHeight) / 2.0;
     clientWidth = width;
@@ -59,7 +59,7 @@ void ViewGeometry::Fit() {
 }
 
 void ViewGeometry::SetFactor(double wanted, int anchorX, int anchorY) {
-    const double next = std::clamp(wanted, kLeast, kMost);
+    const double next = std::clamp(wanted, kMinFactor, kMaxFactor);
     originX = anchorX - (anchorX - originX) / factor * next;
     originY = anchorY - (anchorY - originY) / factor * next;
     factor = next;
@@ -70,12 +70,13 @@ void ViewGeometry::SetFactor(double wanted, int anchorX, int anchorY) {
 void ViewGeometry::Step(int steps, int anchorX, int anchorY) {
     double next = factor;
     for (; steps > 0; --steps) {
-        const auto* const larger = std::upper_bound(kUsual.begin(), kUsual.end(), next + kNear);
-        next = larger == kUsual.end() ? kMost : *larger;
+        const auto* const larger = std::upper_bound(kPresets.begin(), kPresets.end(), next + kNear);
+        next = larger == kPresets.end() ? kMaxFactor : *larger;
     }
     for (; steps < 0; ++steps) {
-        const auto* const notSmaller = std::lower_bound(kUsual.begin(), kUsual.end(), next - kNear);
-        next = notSmaller == kUsual.begin() ? kLeast : *(notSmaller - 1);
+        const auto* const notSmaller =
+            std::lower_bound(kPresets.begin(), kPresets.end(), next - kNear);
+        next = notSmaller == kPresets.begin() ? kMinFactor : *(notSmaller - 1);
     }
     SetFactor(next, anchorX, anchorY);
 }
@@ -118,7 +119,7 @@ bool ViewGeometry::PixelAt(int clientX, int clientY, std::uint32_t& x, std::uint
     if (IsEmpty()) {
         return false;
     }
-    // The middle of the client's pixel: it lies in one image pixel only.
+    // The centre of the client pixel, which lies in exactly one image pixel.
     const double column = std::floor((clientX + 0.5 - originX) / factor);
     const double line = std::floor((clientY + 0.5 - originY) / factor);
     if (column < 0 || line < 0 || column >= imageWidth || line >= imageHeight) {
@@ -132,7 +133,7 @@ bool ViewGeometry::PixelAt(int clientX, int clientY, std::uint32_t& x, std::uint
 void ViewGeometry::Refit() {
     if (fits && !IsEmpty()) {
         factor = std::min({static_cast<double>(clientWidth) / imageWidth,
-                           static_cast<double>(clientHeight) / imageHeight, kMost});
+                           static_cast<double>(clientHeight) / imageHeight, kMaxFactor});
     }
     Settle();
 }

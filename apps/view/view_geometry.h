@@ -1,9 +1,9 @@
-// view_geometry.h - where a zoomed image lies in a window
+// view_geometry.h - zoom and position of an image in a window
 #pragma once
 
 #include <cstdint>
 
-/// A rectangle of a window's client area, in its pixels.
+/// A rectangle of a window's client area, in pixels.
 struct ClientRect {
     int left = 0;
     int top = 0;
@@ -12,7 +12,7 @@ struct ClientRect {
     bool operator==(const ClientRect&) const = default;
 };
 
-/// Columns and lines of an image.
+/// A rectangle of an image, in image pixels.
 struct ImageRect {
     std::uint32_t left = 0;
     std::uint32_t top = 0;
@@ -21,27 +21,28 @@ struct ImageRect {
     bool operator==(const ImageRect&) const = default;
 };
 
-/// The visible part of an image, whole image pixels, and the place in the client area that they
-/// fill; partly visible pixels at the edges reach beyond it.
+/// The visible part of an image in whole image pixels, and the rectangle that they cover in the
+/// client area; pixels that are only partly visible extend beyond its edges.
 struct VisiblePart {
     ImageRect image;
     ClientRect client;
 };
 
-/// Zoom and position of an image in a client area. An image smaller than the area is centred;
-/// a larger one never leaves room beside it. Starts fitting the image in. One thread.
+/// Zoom and position of an image in a client area. An image smaller than the area is centred; a
+/// larger one always reaches its edges. Initially the image is fitted to the area. One thread.
 class ViewGeometry {
 public:
     void SetImageSize(std::uint32_t width, std::uint32_t height);
     void SetClientSize(int width, int height);
 
-    /// As large as fits, also when the area changes.
+    /// Makes the image as large as fits, and keeps it so when the area changes.
     void Fit();
-    /// Client pixels per image pixel; what is at the anchor stays there. Kept between 1/32 and 32.
+    /// Sets the client pixels per image pixel, limited to 1/32 to 32; the point at the anchor stays
+    /// in place.
     void SetFactor(double wanted, int anchorX, int anchorY);
-    /// The same around the middle of the client area.
+    /// The same around the centre of the client area.
     void SetFactor(double wanted) { SetFactor(wanted, clientWidth / 2, clientHeight / 2); }
-    /// The next larger (positive) or smaller usual factors.
+    /// Zooms to the next larger (positive) or smaller presets.
     void Step(int steps, int anchorX, int anchorY);
     void Step(int steps) { Step(steps, clientWidth / 2, clientHeight / 2); }
     /// Moves the image by client pixels.
@@ -50,10 +51,10 @@ public:
     bool IsFit() const { return fits; }
     bool IsEmpty() const;
     double Factor() const { return factor; }
-    /// The whole image's place, rounded outwards; it may reach beyond the client area.
+    /// The rectangle of the whole image, rounded outwards; may extend beyond the client area.
     ClientRect Place() const;
     VisiblePart Visible() const;
-    /// The image pixel at a place of the client area; false beside the image.
+    /// The image pixel at a position of the client area; false outside the image.
     bool PixelAt(int clientX, int clientY, std::uint32_t& x, std::uint32_t& y) const;
 
 private:

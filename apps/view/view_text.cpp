@@ -1,4 +1,4 @@
-// view_text.cpp - what the viewer says of images
+// view_text.cpp - texts of the viewer's status line
 #include "apps/view/view_text.h"
 
 #include "apps/common/demosaic.h"

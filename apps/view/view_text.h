@@ -1,4 +1,4 @@
-// view_text.h - what the viewer says of images
+// view_text.h - texts of the viewer's status line
 #pragma once
 
 #include "apps/common/host_image.h"
@@ -7,7 +7,8 @@
 #include <string>
 
 /// "(12, 34)  200", "(12, 34)  R 1  G 2  B 3", or for a colour filter image the pixel's own colour
-/// "(12, 34)  G 200". True values, not those on the screen. Empty beside the image.
+/// "(12, 34)  G 200". Values of the image, not those scaled for the screen. Empty outside the
+/// image.
 std::string PixelText(const ImageLayout& layout, const void* data, std::uint32_t x,
                       std::uint32_t y);
 /// "640 x 480  Bayer  8 bit"; empty for an empty image.

@@ -1,4 +1,4 @@
-// display_scale.cpp - sizes and fonts of the display in use
+// display_scale.cpp - sizes and fonts for the display
 #include "apps/view/windows/display_scale.h"
 
 namespace {

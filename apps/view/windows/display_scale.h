@@ -1,4 +1,4 @@
-// display_scale.h - sizes and fonts of the display in use
+// display_scale.h - sizes and fonts for the display
 #pragma once
 
 #include <windows.h>

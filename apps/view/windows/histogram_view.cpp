@@ -1,4 +1,4 @@
-// histogram_view.cpp - the pane that shows how the brightness is distributed
+// histogram_view.cpp - the pane that shows the brightness histogram
 #include "apps/view/windows/histogram_view.h"
 
 #include "apps/view/windows/display_scale.h"
@@ -61,7 +61,7 @@ void CHistogramView::Show(std::shared_ptr<const ShownFrame> shownFrame) {
 void CHistogramView::OnDraw(CDC* dc) {
     CRect client;
     GetClientRect(&client);
-    // Drawn aside and copied at once, so that live images do not flicker.
+    // Drawn to a bitmap first, so that live images do not flicker.
     CDC aside;
     CBitmap bitmap;
     if (!aside.CreateCompatibleDC(dc) ||

@@ -1,4 +1,4 @@
-// histogram_view.h - the pane that shows how the brightness is distributed
+// histogram_view.h - the pane that shows the brightness histogram
 #pragma once
 
 #include "apps/view/frame_pipe.h"
@@ -7,8 +7,8 @@
 
 #include <memory>
 
-/// One plot for grey, or three for red, green and blue, each with its least, largest and mean
-/// value. One thread.
+/// One plot for grey, or three for red, green and blue, each with minimum, maximum and mean. One
+/// thread.
 class CHistogramView : public CView {
 public:
     bool Make(CWnd& parent, UINT id);

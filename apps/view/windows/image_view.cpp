@@ -87,7 +87,7 @@ void CImageView::OnDraw(CDC* dc) {
 
 void CImageView::DrawImage(CDC& dc, const VisiblePart& part) const {
     const DisplayImage& image = shown->image;
-    // Only the visible lines are handed over, as an image of their own.
+    // Only the visible lines are passed, as an image of their own height.
     BITMAPINFO format = {};
     format.bmiHeader.biSize = sizeof(format.bmiHeader);
     format.bmiHeader.biWidth = static_cast<LONG>(image.width);

@@ -8,18 +8,18 @@
 
 #include <memory>
 
-/// Shows a picture zoomed and moved: the wheel zooms at the pointer, dragging and the arrow keys
-/// move. One thread.
+/// Shows a picture with zoom and pan: the wheel zooms at the pointer, dragging and the arrow keys
+/// pan. One thread.
 class CImageView : public CView {
 public:
     class IObserver {
     public:
         virtual ~IObserver() = default;
-        /// The pointer came to another image pixel, or left the image, or the zoom changed.
+        /// The pointer moved or left the image, or the visible part or zoom changed.
         virtual void OnViewChanged() = 0;
     };
 
-    /// Makes the pane; `observer` outlives it.
+    /// Creates the pane; `viewObserver` must outlive it.
     bool Make(CWnd& parent, UINT id, IObserver& viewObserver);
 
     void Show(std::shared_ptr<const ShownFrame> shownFrame);
@@ -29,7 +29,7 @@ public:
     void OneToOne();
     void Step(int steps);
     const ViewGeometry& Geometry() const { return geometry; }
-    /// The image pixel under the pointer; false when it points beside the image.
+    /// The image pixel under the pointer; false if the pointer is outside the image.
     bool PointedPixel(std::uint32_t& x, std::uint32_t& y) const;
 
 protected:
@@ -54,5 +54,5 @@ private:
     bool isDragging = false;
     bool isPointed = false;
     CPoint pointer = {0, 0};
-    int wheel = 0; ///< turned less than a notch so far
+    int wheel = 0; ///< wheel movement that has not yet made a notch
 };

@@ -1,4 +1,4 @@
-// resource.h - numbers of the viewer's resources and commands
+// resource.h - resource and command ids of the viewer
 #pragma once
 
 #define IDI_VIEW 1

@@ -1,4 +1,4 @@
-// save_dialog.cpp - asks where an image is to be saved
+// save_dialog.cpp - asks for the file to save an image to
 #include "apps/view/windows/save_dialog.h"
 
 #include "apps/common/image_writer.h"

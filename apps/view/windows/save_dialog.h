@@ -1,10 +1,9 @@
-// save_dialog.h - asks where an image is to be saved
+// save_dialog.h - asks for the file to save an image to
 #pragma once
 
 #include <windows.h>
 
 #include <string>
 
-/// The chosen file, its name ending with a format that image files have; empty when the user
-/// cancelled.
+/// The chosen path, with an extension that WriteImage knows; empty if the user cancelled.
 std::string AskForImageFile(HWND parent);

@@ -8,13 +8,13 @@
 #include <memory>
 #include <string>
 
-/// A modeless dialog that passes lines to the simulator and shows its answers. It is hidden, not
-/// destroyed, when the user closes it.
+/// A modeless dialog that passes commands to the SDK's control interface and shows the responses.
+/// Closing it only hides it.
 class CScriptDialog : public CDialog {
 public:
     explicit CScriptDialog(CameraControl& cameraControl) : control(cameraControl) {}
 
-    /// Makes the dialog when it is not there yet, and shows it.
+    /// Shows the dialog, creating it first if necessary.
     void Open(CWnd& parent);
 
 protected:
@@ -27,7 +27,7 @@ protected:
     DECLARE_MESSAGE_MAP()
 
 private:
-    /// Outlives the dialog while answers are on their way.
+    /// Shared with pending orders, which may outlive the dialog.
     struct Answers {
         platform::Mutex mutex;
         std::string text GUARDED_BY(mutex);

@@ -1,4 +1,4 @@
-// utf8_text.cpp - the viewer's texts in the form that windows take
+// utf8_text.cpp - converts UTF-8 text for windows
 #include "apps/view/windows/utf8_text.h"
 
 #include <windows.h>

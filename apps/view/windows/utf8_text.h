@@ -1,9 +1,9 @@
-// utf8_text.h - the viewer's texts in the form that windows take
+// utf8_text.h - converts UTF-8 text for windows
 #pragma once
 
 #include <string>
 
-/// Bytes that are no UTF-8 become U+FFFD.
+/// Bytes that are not UTF-8 become U+FFFD.
 std::wstring ToWide(const std::string& text);
-/// With the line ends that edit controls want.
+/// The same with the line ends that edit controls require.
 std::wstring ToWideLines(const std::string& text);

@@ -25,7 +25,8 @@ constexpr UINT kImageId = 1;
 constexpr UINT kHistogramId = 2;
 constexpr UINT kStatusId = 3;
 
-// What a part of the status line has room for; the first takes what is left.
+// The widest text expected in each part of the status line; the first part takes the remaining
+// space.
 constexpr const wchar_t* kWidest[kStatusParts] = {L"Camera with a name: live",
                                                   L"(8888, 8888)  R 888  G 888  B 888",
                                                   L"8888 x 8888  Bayer  88 bit",
@@ -77,8 +78,7 @@ CViewerWindow::~CViewerWindow() {
     CWnd::DestroyWindow();
 }
 
-// ---- life
-// ----------------------------------------------------------------------------------------
+// Creation and destruction
 
 BOOL CViewerWindow::PreCreateWindow(CREATESTRUCT& create) {
     WNDCLASS windowClass = {};
@@ -88,7 +88,7 @@ BOOL CViewerWindow::PreCreateWindow(CREATESTRUCT& create) {
     windowClass.hCursor = ::LoadCursor(nullptr, IDC_ARROW);
     windowClass.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
     windowClass.lpszClassName = kClass;
-    ::RegisterClass(&windowClass); // the second time it is there already
+    ::RegisterClass(&windowClass); // fails harmlessly if already registered
     create.lpszClass = kClass;
     create.hMenu = ::LoadMenu(AfxGetResourceHandle(), MAKEINTRESOURCE(IDR_VIEW_MENU));
     return CWnd::PreCreateWindow(create);
@@ -156,15 +156,14 @@ void CViewerWindow::OnDestroy() {
     ::PostQuitMessage(exitStatus);
 }
 
-// ---- news from other threads
-// ---------------------------------------------------------------------
+// Messages from other threads
 
 void CViewerWindow::OnControlChanged() {
     ::PostMessage(m_hWnd, kControlNews, 0, 0);
 }
 
 void CViewerWindow::OnPicture() {
-    // One message at a time: a slow window shows the newest picture when it comes to it.
+    // Only one message is pending at a time: a slow window skips to the newest picture.
     if (!isPicturePosted.exchange(true)) {
         ::PostMessage(m_hWnd, kNewPicture, 0, 0);
     }
@@ -213,8 +212,7 @@ void CViewerWindow::OnTimer(UINT_PTR id) {
     }
 }
 
-// ---- what is shown
-// -------------------------------------------------------------------------------
+// Display
 
 void CViewerWindow::OnSize(UINT, int, int) {
     Arrange();
@@ -271,7 +269,7 @@ std::wstring CViewerWindow::StatusText(ViewerStatus part) const {
 }
 
 void CViewerWindow::SetStatus(ViewerStatus part, const std::wstring& text) {
-    if (StatusText(part) != text) { // what stays does not flicker
+    if (StatusText(part) != text) { // avoids flicker
         statusLine.SendMessage(SB_SETTEXT, part, reinterpret_cast<LPARAM>(text.c_str()));
     }
 }
@@ -322,25 +320,24 @@ void CViewerWindow::ReportFailure(const std::string& text) {
 }
 
 void CViewerWindow::ShowFailures() {
-    if (isTelling) {
-        return; // this one's turn comes when the box is closed
+    if (isReporting) {
+        return; // reported once the open box is closed
     }
-    isTelling = true;
+    isReporting = true;
     for (auto failures = control->TakeFailures(); !failures.empty();
          failures = control->TakeFailures()) {
         for (const std::string& failure : failures) {
             ReportFailure(failure);
         }
     }
-    isTelling = false;
+    isReporting = false;
     if (control->State().stage == ViewStage::kFailed) {
         exitStatus = 1;
         PostMessage(WM_CLOSE);
     }
 }
 
-// ---- commands
-// ------------------------------------------------------------------------------------
+// Commands
 
 bool CViewerWindow::IsEnabled(UINT id) const {
     const ViewStage stage = control->State().stage;
@@ -390,7 +387,7 @@ LRESULT CViewerWindow::OnInitMenuPopup(WPARAM menu, LPARAM) {
 
 void CViewerWindow::OnMenuCommand(UINT id) {
     if (!control || isClosing || !IsEnabled(id)) {
-        return; // a key may come when its menu entry is grey
+        return; // an accelerator may arrive while its menu item is disabled
     }
     switch (id) {
     case ID_FILE_SAVE_IMAGE:
@@ -452,7 +449,7 @@ void CViewerWindow::OnMenuCommand(UINT id) {
 }
 
 void CViewerWindow::SaveImage() {
-    // The image that was there when the user asked for it.
+    // The image as of the request; live images go on during the dialog.
     const std::shared_ptr<const ShownFrame> shown = imageView.Shown();
     const std::string path = AskForImageFile(*this);
     if (!path.empty()) {

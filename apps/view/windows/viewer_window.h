@@ -26,19 +26,19 @@ enum ViewerStatus : int {
     kStatusParts,
 };
 
-/// Shows a camera's images live and has menus for what the grabber can do. The window's thread
-/// never waits for the camera, but while a dialog of the grabber is at work there.
+/// Shows a camera's live images, with menus for the grabber's operations. The window's thread never
+/// waits for the camera, except while it runs one of the grabber's dialogs.
 class CViewerWindow : public CWnd, public IControlListener, public CImageView::IObserver {
 public:
     CViewerWindow();
     ~CViewerWindow() override;
 
-    /// Makes the window, loads the grabber's module and starts the camera. What fails is told in a
-    /// message box; false then.
+    /// Creates the window, loads the grabber module and starts the camera. Shows failures in a
+    /// message box and returns false.
     bool Open(const AppOptions& options, IGrabberMaker& maker, int show);
-    /// Offers a message to dialogs, and to this window as a key; true when it was used up.
+    /// Offers a message to the dialogs and to this window's accelerators; true if it was handled.
     bool OfferMessage(MSG& message);
-    /// What the program ends with, once the window is gone.
+    /// The program's exit status, once the window is closed.
     int ExitStatus() const { return exitStatus; }
 
     std::wstring StatusText(ViewerStatus part) const;
@@ -82,7 +82,7 @@ private:
     HACCEL keys = nullptr;
     bool showsHistogram = false;
     bool isClosing = false;
-    bool isTelling = false; // a message box of ours is open
+    bool isReporting = false; // a message box for failures is open
     int exitStatus = 0;
     std::atomic<bool> isPicturePosted{false};
 
