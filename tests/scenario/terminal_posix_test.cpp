@@ -1,4 +1,4 @@
-// terminal_test.cpp - the programs at a terminal
+// terminal_posix_test.cpp - the programs on a terminal
 #include "tests/scenario/program_test.h"
 
 #include <pty.h>
@@ -10,7 +10,7 @@
 namespace scenario {
 namespace {
 
-/// A program that runs at a pseudo-terminal of its own.
+/// A program that runs on its own pseudo-terminal.
 class TerminalProgram {
 public:
     TerminalProgram(const std::string& program, const Arguments& arguments) {
@@ -34,7 +34,7 @@ public:
     void Type(const std::string& keys) const {
         EXPECT_EQ(write(terminal, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
     }
-    /// What the terminal shows up to and with `text`.
+    /// The terminal's output up to and including `text`.
     std::string ShownUntil(const std::string& text) {
         while (shown.find(text) == std::string::npos && ReadMore()) {
         }
@@ -44,7 +44,7 @@ public:
         shown.erase(0, part.size());
         return part;
     }
-    /// The rest of what it shows; `status` receives its exit status.
+    /// The remaining output; `status` receives the exit status.
     std::string End(int& status) {
         while (ReadMore()) {
         }
@@ -76,10 +76,10 @@ TEST_F(AtATerminal, SerialEditsLinesAndSendsThemOneByOne) {
     EXPECT_EQ(mivora.ShownUntil("\n"),
               "PYXENSERIALPORT1, 115200 Baud, Parity = No, Bytesize = 8, Stopbits = 1: every line "
               "is sent, Ctrl-C ends\r\n");
-    mivora.Type("FOCUX\x7FS?\n"); // with a key that takes the X back
+    mivora.Type("FOCUX\x7FS?\n"); // with a key that deletes the X
     mivora.ShownUntil("FOCUS 1200\r");
     mivora.Type("nonsense\x15"
-                "FOCUS 77\n"); // with a key that takes the line back
+                "FOCUS 77\n"); // with a key that deletes the line
     mivora.ShownUntil("OK\r");
     mivora.Type("FOCUS?\n");
     mivora.ShownUntil("FOCUS 77\r");

@@ -1,3 +1,4 @@
+// raw_dump_test.cpp - tests of files with images as the camera delivers them
 #include "apps/pyxen-tool/raw_dump.h"
 
 #include "apps/common/command_failure.h"
@@ -75,11 +76,11 @@ TEST(RawDump, RefusesEveryOtherLength) {
 }
 
 TEST(RawDump, BeginsEveryLineOf10pAndOf12pAtAWholeByte) {
-    // Three pixels of 10 bits take 30 bits: two of the fourth byte belong to nobody.
+    // Three pixels of 10 bits take 30 bits: two bits of the fourth byte are padding.
     const std::string tenBits("\x01\x08\x30\xC0\xFF\xFF\xFF\xFF", 8);
     EXPECT_EQ(Samples(ConvertDump(Named("Mono10p"), 3, 2, tenBits)),
               (std::vector<std::uint16_t>{1, 2, 3, 0x3FF, 0x3FF, 0x3FF}));
-    // One pixel of 12 bits takes one byte and a half.
+    // One pixel of 12 bits takes one and a half bytes.
     const std::string twelveBits("\x34\xF2\xBC\x0A", 4);
     EXPECT_EQ(Samples(ConvertDump(Named("BayerRG12p"), 1, 2, twelveBits)),
               (std::vector<std::uint16_t>{0x234, 0xABC}));

@@ -1,3 +1,4 @@
+// session_test.cpp - tests of the grabber of one command
 #include "apps/common/session.h"
 
 #include "apps/common/command_failure.h"
@@ -9,7 +10,7 @@
 
 namespace {
 
-/// A module that cannot be loaded.
+/// The maker of a module that cannot be loaded.
 class NoMaker final : public IGrabberMaker {
 public:
     CMivoraGrabber* Create() override {

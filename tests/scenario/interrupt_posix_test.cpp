@@ -1,3 +1,4 @@
+// interrupt_posix_test.cpp - commands interrupted by the user
 #include "platform/process.h"
 #include "tests/scenario/program_test.h"
 #include "tests/support/wait_until.h"
@@ -7,7 +8,7 @@ namespace {
 
 class Interrupted : public ProgramTest {
 protected:
-    /// Runs mivora until `isReady`, interrupts it and waits for its end.
+    /// Runs mivora until `isReady` returns true, interrupts it and waits until it ends.
     template <typename Predicate>
     support::ProgramResult InterruptWhen(const Arguments& arguments, Predicate isReady) {
         platform::Process process;
@@ -40,7 +41,7 @@ TEST_F(Interrupted, GrabEndsCleanlyWithItsReport) {
     EXPECT_TRUE(report["account"]["closed"]) << report;
 }
 
-TEST_F(Interrupted, GrabThatWasToBringMoreSaysHowFarItCame) {
+TEST_F(Interrupted, GrabThatWasToTakeMoreReportsHowFarItCame) {
     UseCamera();
     const std::string images = PathOf("images");
     const auto result = InterruptWhen(
@@ -54,7 +55,7 @@ TEST_F(Interrupted, GrabThatWasToBringMoreSaysHowFarItCame) {
                   {"mivora: interrupted after " + report["frames"].dump() + " of 1000000 frames"});
 }
 
-TEST_F(Interrupted, SnapSaysThatNoFrameCame) {
+TEST_F(Interrupted, SnapReportsThatNoFrameCame) {
     UseCamera("", Faults("frame-random 1 100 drop"));
     const std::string log = PathOf("log");
     const auto result = InterruptWhen(

@@ -1,8 +1,9 @@
+// viewer_window_test.cpp - tests of the viewer's window
 #include "apps/common/picture.h"
 #include "apps/view/windows/resource.h"
+#include "tests/apps/view/windows/viewer_fixture.h"
 #include "tests/windows/screenshot.h"
 #include "tests/windows/window_pixels.h"
-#include "viewer_fixture.h"
 
 #include <set>
 

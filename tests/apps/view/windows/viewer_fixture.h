@@ -1,4 +1,4 @@
-// viewer_fixture.h - a viewer at work with virtual cameras
+// viewer_fixture.h - runs the viewer on virtual cameras
 #pragma once
 
 #include "apps/common/module_maker.h"
@@ -20,14 +20,14 @@ protected:
     ViewerTest();
     ~ViewerTest() override;
 
-    /// Opens the window with a camera and waits until it is live with images.
+    /// Opens the window with a camera and waits for live images.
     void OpenLive(const std::string& camera);
-    /// Handles messages until `done` answers true; fails the test after a minute.
+    /// Handles messages until `done` returns true; fails the test after a minute.
     void PumpUntil(const std::function<bool()>& done);
-    /// Chooses a menu entry and handles what waits.
+    /// Chooses a menu item and handles the pending messages.
     void Choose(UINT command);
     void WaitForStatus(ViewerStatus part, const std::wstring& text);
-    /// Stops and waits until the last picture is on the screen.
+    /// Stops live images and waits until the last picture is on the screen.
     void StopLive();
     /// The newest picture.
     const ShownFrame& Shown() { return *window.ImageView().Shown(); }
@@ -47,14 +47,14 @@ private:
     const support::TemporaryDirectory directory;
 };
 
-/// Waits on a thread of its own for a dialog or message box of this program, acts on it and waits
-/// until it is gone. Whoever shows the dialog is busy meanwhile.
+/// Waits on its own thread for a dialog or message box of this program, acts on it and waits until
+/// it is closed. The thread that shows the dialog is busy meanwhile.
 class DialogDriver {
 public:
     using Action = std::function<void(HWND dialog)>;
 
     DialogDriver(const std::wstring& dialogCaption, Action dialogAction);
-    /// Waits for all that; a dialog that did not come within a minute fails the test.
+    /// Waits for the end of all that; fails the test if no dialog appeared within a minute.
     ~DialogDriver();
     bool IsDone() const { return isDone.load(); }
 

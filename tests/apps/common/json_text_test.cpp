@@ -1,3 +1,4 @@
+// json_text_test.cpp - tests of building JSON text
 #include "apps/common/json_text.h"
 
 #include <gtest/gtest.h>
@@ -17,7 +18,7 @@ TEST(JsonText, KeepsUtf8) {
               "\"\xC2\xB5s \xE2\x82\xAC \xF0\x9F\x93\xB7\"");
 }
 
-TEST(JsonText, ReplacesBytesThatAreNoUtf8) {
+TEST(JsonText, ReplacesBytesThatAreNotUtf8) {
     EXPECT_EQ(JsonText("a\xFFz"), "\"a\xEF\xBF\xBDz\"");
     EXPECT_EQ(JsonText("cut \xE2\x82"), "\"cut \xEF\xBF\xBD\"");
     EXPECT_EQ(JsonText("\xC0\xAF"), "\"\xEF\xBF\xBD\xEF\xBF\xBD\"");

@@ -1,3 +1,4 @@
+// demosaic_test.cpp - tests of the conversion of colour filter images
 #include "apps/common/demosaic.h"
 
 #include <gtest/gtest.h>
@@ -26,7 +27,7 @@ Pixel PixelAt(const Picture& picture, std::uint32_t x, std::uint32_t y) {
     return {picture.samples[index], picture.samples[index + 1], picture.samples[index + 2]};
 }
 
-/// What a camera with this filter sees of a surface of one colour.
+/// The image of a single-coloured surface, as seen through this filter.
 std::vector<std::uint8_t> Surface(const Filter& filter, std::uint32_t width, std::uint32_t height,
                                   const Pixel& colour) {
     std::vector<std::uint8_t> mosaic;
@@ -40,7 +41,7 @@ std::vector<std::uint8_t> Surface(const Filter& filter, std::uint32_t width, std
     return mosaic;
 }
 
-TEST(Demosaic, GivesASurfaceOfOneColourBackWhole) {
+TEST(Demosaic, RestoresASurfaceOfOneColour) {
     const Pixel colour{200, 100, 50};
     for (const Filter& filter : kFilters) {
         const ImageLayout layout{6, 5, 1, 8, 8, MVCC_RAW_CFA, filter.cfaX, filter.cfaY};
@@ -57,15 +58,14 @@ TEST(Demosaic, GivesASurfaceOfOneColourBackWhole) {
 }
 
 TEST(Demosaic, TakesTheMeanOfTheNearestNeighbours) {
-    // RGGB: the middle pixel is red; green stands beside it, blue across its corners.
+    // BGGR: the pixel in the centre is red, with green beside it and blue at its corners.
     const std::vector<std::uint8_t> mosaic{40, 0,   80, //
                                            0,  100, 20, //
                                            60, 40,  100};
     const ImageLayout layout{3, 3, 1, 8, 8, MVCC_RAW_CFA, 0, 1};
-    // With BGGR the middle of three by three is red.
     const Picture picture = Demosaic(ImageReader(layout, mosaic.data()));
     EXPECT_EQ(PixelAt(picture, 1, 1), (Pixel{100, 15, 70}));
-    // A corner: blue itself, green beside, red across.
+    // A corner: blue itself, green beside it, red diagonally.
     EXPECT_EQ(PixelAt(picture, 0, 0), (Pixel{100, 0, 40}));
 }
 

@@ -1,3 +1,4 @@
+// host_image_test.cpp - tests of the layout of images
 #include "apps/common/host_image.h"
 
 #include <gtest/gtest.h>

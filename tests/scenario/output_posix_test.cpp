@@ -1,4 +1,4 @@
-// Output that nobody takes: a full disk, a reader that is gone.
+// output_posix_test.cpp - output that cannot be written: a full disk, a closed pipe
 #include "platform/process.h"
 #include "tests/scenario/program_test.h"
 
@@ -11,7 +11,7 @@ class UnwrittenOutput : public ProgramTest {
 protected:
     void SetUp() override { UseCamera(); }
 
-    /// Runs a program whose standard output goes where the shell's words say.
+    /// Runs a program with its standard output redirected by shell syntax.
     static support::ProgramResult RunInto(const std::string& redirection,
                                           const std::string& program, const Arguments& arguments,
                                           const std::string& input = {}) {
@@ -45,7 +45,7 @@ TEST_F(UnwrittenOutput, DoesNotHideAnotherFailure) {
 }
 
 TEST_F(UnwrittenOutput, EndsTheShellAndTheWatch) {
-    // Neither would end by itself for a long time.
+    // Neither would end on its own for a long time.
     ExpectFailure(
         RunInto(">/dev/full", "mivora", WithConfig({"shell"}), "GetNumCameras\nSleep 3600000\n"), 1,
         {"cannot write to standard output"});
@@ -59,7 +59,7 @@ TEST_F(UnwrittenOutput, IsNoFailureOfACommandThatPrintsNothing) {
     EXPECT_EQ(result.status, 0) << result.errors;
 }
 
-TEST_F(UnwrittenOutput, OfALogIsToldOnce) {
+TEST_F(UnwrittenOutput, OfALogIsReportedOnce) {
     const auto result = Mivora({"--log", "/dev/full", "cameras"});
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.errors,

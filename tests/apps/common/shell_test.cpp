@@ -1,10 +1,10 @@
+// shell_test.cpp - tests of the shell and of how operations read their arguments
 #include "apps/common/shell.h"
 
 #include "tests/support/temporary_directory.h"
 
 #include <gtest/gtest.h>
 
-#include <limits>
 #include <sstream>
 
 namespace {
@@ -36,7 +36,7 @@ protected:
     }
 
     std::string Answer(const char* line) { return Shell(operations).Answer(line); }
-    /// Runs lines with the output in a file.
+    /// Runs lines and returns the exit status; `output` receives what was printed.
     int Run(const std::string& lines, std::string& output) {
         std::istringstream input(lines);
         std::FILE* const written = std::fopen(directory.PathOf("out").c_str(), "wb");
@@ -55,12 +55,12 @@ protected:
     ShellOperations operations;
 };
 
-TEST_F(ShellTest, AnswersWithNameAndResult) {
+TEST_F(ShellTest, PrintsNameAndResult) {
     EXPECT_EQ(Answer("None"), "None = ok");
     EXPECT_EQ(Answer("  Small  17 "), "Small = 17");
 }
 
-TEST_F(ShellTest, SaysNothingToBlankLinesAndComments) {
+TEST_F(ShellTest, PrintsNothingForBlankLinesAndComments) {
     EXPECT_EQ(Answer("   "), "");
     EXPECT_EQ(Answer("# None"), "");
 }
@@ -114,13 +114,13 @@ TEST_F(ShellTest, LeavesOutOptionalArguments) {
     EXPECT_EQ(Answer("Wait 3 10"), "Wait = 3 ms=10");
 }
 
-TEST_F(ShellTest, TellsWhatArgumentsItExpects) {
+TEST_F(ShellTest, ReportsTheExpectedArguments) {
     EXPECT_EQ(Answer("Wait"), "Wait ? expects N [MS]");
     EXPECT_EQ(Answer("Wait 1 2 3"), "Wait ? expects N [MS]");
     EXPECT_EQ(Answer("None 1"), "None ? expects no arguments");
 }
 
-TEST_F(ShellTest, PassesTheRestOfALineAsItStands) {
+TEST_F(ShellTest, PassesTheRestOfALineUnchanged) {
     EXPECT_EQ(Answer("Rest  a  \"b c  "), "Rest = \"a  \\\"b c\"");
     EXPECT_EQ(Answer("Rest"), "Rest = \"\"");
 }
@@ -131,7 +131,7 @@ TEST_F(ShellTest, RefusesUnknownNames) {
     EXPECT_EQ(Answer("Text \"a"), "Text ? a double quote is missing");
 }
 
-TEST_F(ShellTest, AnswersEveryLineAndEndsWithStatusZero) {
+TEST_F(ShellTest, RunsEveryLineAndEndsWithStatusZero) {
     std::string output;
     EXPECT_EQ(Run("None\r\n\n# comment\nSmall 2", output), 0);
     EXPECT_EQ(output, "None = ok\nSmall = 2\n");
@@ -148,24 +148,6 @@ TEST_F(ShellTest, TakesLinesOfAnyLength) {
     std::string output;
     EXPECT_EQ(Run("Text " + text + "\n", output), 0);
     EXPECT_EQ(output, "Text = \"" + text + "\"\n");
-}
-
-TEST(ShellAnswer, PrintsPointersAndLists) {
-    const int object = 0;
-    EXPECT_EQ(ShellAnswer::Pointer(nullptr).Str(), "null");
-    EXPECT_EQ(ShellAnswer::Pointer(&object).Str(), "set");
-    EXPECT_EQ(ShellAnswer::Pointer(&object, "channel").Str(), "channel");
-    EXPECT_EQ(ShellAnswer::Text(nullptr).Str(), "null");
-    EXPECT_EQ(ShellAnswer::Ok().WithList("a", {}).WithList("b", {4096, 3}).Str(),
-              "ok a=[] b=[4096,3]");
-}
-
-TEST(ShellAnswer, PrintsExtremeNumbersInDecimal) {
-    EXPECT_EQ(ShellAnswer::Code(MV_NOT_SERVED)
-                  .With("max", std::numeric_limits<std::uint64_t>::max())
-                  .WithSigned("min", std::numeric_limits<std::int64_t>::min())
-                  .Str(),
-              "34 max=18446744073709551615 min=-9223372036854775808");
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+// log_file_test.cpp - tests of the log sink of the programs
 #include "apps/common/log_file.h"
 
 #include "apps/common/command_failure.h"
@@ -80,7 +81,7 @@ TEST_F(LogFileTest, NeverMixesLinesOfSeveralThreads) {
     EXPECT_EQ(next, std::vector<int>(kThreads, kLines));
 }
 
-TEST_F(LogFileTest, KeepsTheLastErrorsForWhoAsks) {
+TEST_F(LogFileTest, KeepsTheLastErrors) {
     ILogSink& sink = log;
     sink.Write(1, "fine");
     for (int i = 1; i <= 9; ++i) {

@@ -1,7 +1,8 @@
+// viewer_program_test.cpp - tests of the viewer as a program
 #include "apps/view/windows/resource.h"
+#include "tests/apps/view/windows/viewer_fixture.h"
 #include "tests/support/run_program.h"
 #include "tests/support/wait_until.h"
-#include "viewer_fixture.h"
 
 namespace {
 
@@ -24,12 +25,12 @@ TEST_F(ViewerProgram, ShowsACameraAndEndsWithItsWindow) {
     EXPECT_EQ(result.errors, "");
 }
 
-TEST_F(ViewerProgram, TellsOfABadOption) {
+TEST_F(ViewerProgram, ReportsABadOption) {
     DialogDriver driver(L"Mivora View", DialogDriver::Press(IDOK));
     EXPECT_EQ(support::RunProgram("mivora-view", {"--colour", "blue"}).status, 2);
 }
 
-TEST_F(ViewerProgram, TellsOfAModuleThatIsNotThere) {
+TEST_F(ViewerProgram, ReportsAMissingModule) {
     DialogDriver driver(L"Mivora View", DialogDriver::Press(IDOK));
     EXPECT_EQ(support::RunProgram("mivora-view", {"--module", "nowhere.dll"}).status, 1);
 }

@@ -1,8 +1,9 @@
+// viewer_menu_test.cpp - tests of the viewer's menu commands and dialogs
 #include "apps/view/windows/resource.h"
 #include "platform/file_system.h"
+#include "tests/apps/view/windows/viewer_fixture.h"
 #include "tests/support/wait_until.h"
 #include "tests/windows/screenshot.h"
-#include "viewer_fixture.h"
 
 #include <lodepng.h>
 
@@ -10,7 +11,7 @@ namespace {
 
 class ViewerMenu : public ViewerTest {
 protected:
-    /// Chooses an entry that brings a dialog, and acts on the dialog.
+    /// Chooses a menu item that opens a dialog, and acts on the dialog.
     void ChooseAndDrive(UINT command, const std::wstring& caption, DialogDriver::Action action) {
         DialogDriver driver(caption, std::move(action));
         Choose(command);
@@ -164,7 +165,7 @@ TEST_F(ViewerMenu, PassesScriptsToTheSimulator) {
     EXPECT_FALSE(IsWindowVisible(dialog));
 }
 
-TEST_F(ViewerMenu, TellsOfItself) {
+TEST_F(ViewerMenu, ShowsTheAboutBox) {
     OpenLive("Mono");
     std::wstring text;
     ChooseAndDrive(ID_HELP_ABOUT, L"About Mivora View", [&text](HWND box) {
@@ -184,7 +185,7 @@ TEST_F(ViewerMenu, EndsTheProgram) {
 
 class ViewerFailure : public ViewerTest {};
 
-TEST_F(ViewerFailure, IsToldWhenThereIsNoSdk) {
+TEST_F(ViewerFailure, IsShownWhenThereIsNoSdk) {
     options.sdk = TemporaryFile("nowhere");
     std::wstring text;
     DialogDriver driver(L"Mivora View", [&text](HWND box) {
@@ -199,7 +200,7 @@ TEST_F(ViewerFailure, IsToldWhenThereIsNoSdk) {
     EXPECT_EQ(window.ExitStatus(), 1);
 }
 
-TEST_F(ViewerFailure, IsToldWhenThereIsNoModule) {
+TEST_F(ViewerFailure, IsShownWhenThereIsNoModule) {
     modules.SetPath(TemporaryFile("nomodule.dll"));
     std::wstring text;
     DialogDriver driver(L"Mivora View", [&text](HWND box) {
@@ -211,7 +212,7 @@ TEST_F(ViewerFailure, IsToldWhenThereIsNoModule) {
     EXPECT_EQ(window.ExitStatus(), 1);
 }
 
-TEST_F(ViewerFailure, IsToldWhenTheCameraIsUnknownAndOnlyThen) {
+TEST_F(ViewerFailure, IsShownWhenTheCameraIsUnknownAndOnlyThen) {
     options.camera = "Nobody";
     std::wstring text;
     {

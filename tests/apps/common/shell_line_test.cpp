@@ -1,3 +1,4 @@
+// shell_line_test.cpp - tests of parsing a line of the shell
 #include "apps/common/shell_line.h"
 
 #include <gtest/gtest.h>
@@ -36,16 +37,16 @@ TEST(ShellLine, TakesABackslashAtTheEndOfAText) {
     EXPECT_EQ(ShellLine("SetGrabberIni \"C:\\dir\\\" 0").Arguments(), (Texts{"C:\\dir\\", "0"}));
 }
 
-TEST(ShellLine, TellsOfAMissingDoubleQuote) {
+TEST(ShellLine, ReportsAMissingDoubleQuote) {
     EXPECT_EQ(ShellLine("Log \"abc").Error(), "a double quote is missing");
     EXPECT_EQ(ShellLine("Log \"abc\"\"").Error(), "a double quote is missing");
 }
 
-TEST(ShellLine, TellsOfAMissingBlankBehindADoubleQuote) {
+TEST(ShellLine, ReportsAMissingBlankAfterADoubleQuote) {
     EXPECT_EQ(ShellLine("Log \"abc\"d").Error(), "a blank is missing behind a double quote");
 }
 
-TEST(ShellLine, TakesAQuoteInsideAWordAsItStands) {
+TEST(ShellLine, KeepsAQuoteInsideAWord) {
     EXPECT_EQ(ShellLine("Log a\"b").Arguments(), (Texts{"a\"b"}));
 }
 

@@ -1,4 +1,5 @@
-#include "viewer_fixture.h"
+// viewer_fixture.cpp - runs the viewer on virtual cameras
+#include "tests/apps/view/windows/viewer_fixture.h"
 
 #include "apps/view/windows/resource.h"
 #include "tests/support/wait_until.h"

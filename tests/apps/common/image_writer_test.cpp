@@ -1,3 +1,4 @@
+// image_writer_test.cpp - tests of writing image files
 #include "apps/common/image_writer.h"
 
 #include "apps/common/command_failure.h"
@@ -74,7 +75,7 @@ TEST_F(ImageWriterTest, WritesGreyOf8Bits) {
               std::string("P5\n2 2\n255\n\0\1\200\377", 15));
 }
 
-TEST_F(ImageWriterTest, MovesThinSamplesUpInPngAndKeepsThemInPgm) {
+TEST_F(ImageWriterTest, ShiftsNarrowSamplesInPngAndKeepsThemInPgm) {
     const struct {
         std::uint32_t bits;
         std::uint16_t sample;
@@ -142,7 +143,8 @@ TEST_F(ImageWriterTest, WritesAColourFilterImageAsMosaicOrInColour) {
     EXPECT_EQ(Write("a.pnm", layout, mosaic), std::string("P5\n2 2\n255\n\12\310\36\14", 15));
     const Png png = ReadPng("a.png", layout, mosaic);
     EXPECT_EQ(png.colorType, LCT_RGB);
-    // Green and red above, blue and green below: the red and the blue one are everybody's.
+    // Green and red above, blue and green below: all pixels share the one red and the one blue
+    // sample.
     EXPECT_EQ(png.samples, (Bytes{200, 10, 30, 200, 11, 30, 200, 11, 30, 200, 12, 30}));
 }
 

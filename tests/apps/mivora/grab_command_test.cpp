@@ -1,3 +1,4 @@
+// grab_command_test.cpp - tests of the command "grab" when the camera is disconnected repeatedly
 #include "apps/common/app_options.h"
 #include "apps/common/command_line.h"
 #include "apps/common/sdk_control.h"
@@ -21,14 +22,14 @@ namespace {
 
 constexpr int kTimes = 10;
 
-/// A camera that vanishes in each of its first ten runs.
+/// A camera that disconnects in each of its first ten runs.
 std::string Configuration() {
     std::string text = "<PxnC><camera id=\"A\" model=\"Camera A\" sensorWidth=\"64\" "
                        "sensorHeight=\"64\"><feature name=\"ExposureTime\" value=\"1000\"/>"
                        "<feature name=\"AcquisitionFrameRate\" value=\"100\"/></camera>"
                        "<faults><script>\n";
     for (int time = 0; time < kTimes; ++time) {
-        // At a number that the runs before did not reach.
+        // At a frame number that the runs before did not reach.
         text += "unplug-at " + std::to_string(10 + time) + " A\n";
     }
     return text + "</script></faults></PxnC>";
@@ -42,7 +43,7 @@ int CountOf(const std::string& text, const std::string& part) {
     return count;
 }
 
-// In this process, since somebody has to plug the camera in again while the command runs.
+// In this process, because the camera must be connected again while the command runs.
 TEST(GrabCommand, GoesOnEachOfTenTimesThatTheCameraComesBack) {
     const support::NoSettling noSettling;
     const support::EnvironmentGuard home("PYXEN_HOME", support::BuiltFile("simulator"));
@@ -77,7 +78,7 @@ TEST(GrabCommand, GoesOnEachOfTenTimesThatTheCameraComesBack) {
     plugger.join();
     const std::string errors = testing::internal::GetCapturedStderr();
     const auto report = nlohmann::json::parse(testing::internal::GetCapturedStdout());
-    // Up to 10 + 11 + ... + 19 = 145 frames come before the camera stays.
+    // Up to 10 + 11 + ... + 19 = 145 frames arrive before the camera stays connected.
     EXPECT_EQ(report["frames"], 165) << report;
     EXPECT_EQ(report["reconnects"], kTimes) << report;
     EXPECT_TRUE(report["account"]["closed"]) << report;

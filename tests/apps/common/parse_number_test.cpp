@@ -1,4 +1,4 @@
-#include "apps/common/hex_bytes.h"
+// parse_number_test.cpp - tests of parsing numbers
 #include "apps/common/parse_number.h"
 
 #include <gtest/gtest.h>
@@ -44,20 +44,6 @@ TEST(ParseDouble, ReadsWhatPeopleType) {
     EXPECT_FALSE(ParseDouble("1,5"));
     EXPECT_FALSE(ParseDouble(""));
     EXPECT_FALSE(ParseDouble("1.5 ms"));
-}
-
-TEST(HexBytes, GoBothWays) {
-    const std::vector<std::uint8_t> bytes{0, 0x7F, 0xA5, 0xFF};
-    EXPECT_EQ(HexText(bytes), "007FA5FF");
-    EXPECT_EQ(ParseHex("007FA5FF"), bytes);
-    EXPECT_EQ(ParseHex("00 7f a5 ff"), bytes);
-    EXPECT_EQ(ParseHex(""), std::vector<std::uint8_t>());
-}
-
-TEST(HexBytes, RefusesHalfBytesAndOtherLetters) {
-    for (const char* text : {"0", "000", "0 0", "0x00", "GG", "-1", "+1"}) {
-        EXPECT_FALSE(ParseHex(text)) << text;
-    }
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+// genicam_posix_test.cpp - the programs with a GigE Vision camera on the loopback interface
 #include "platform/process.h"
 #include "tests/scenario/diagonal_ramp.h"
 #include "tests/scenario/program_test.h"
@@ -13,7 +14,7 @@ namespace {
 constexpr std::uint32_t kLimitMs = 60000;
 constexpr DiagonalRamp kPicture{512, 512, 255};
 
-/// mivora on a real camera's protocol: the fake GigE Vision camera on the loopback interface.
+/// mivora with a camera's real protocol: the fake GigE Vision camera on the loopback interface.
 class GenicamPrograms : public ProgramTest {
 protected:
     void SetUp() override {
@@ -24,7 +25,7 @@ protected:
         EXPECT_EQ(result.status, 0) << result.errors;
         return Json::parse(result.output, nullptr, false);
     }
-    /// The camera as the programs name it: "camera 0 (Fake_1, 0x12345678)".
+    /// The camera's name in messages: "camera 0 (Fake_1, 0x12345678)".
     std::string NameOfFirst() const {
         const Json first = ListCameras().at(0);
         char id[16];
@@ -73,7 +74,7 @@ TEST_F(GenicamPrograms, EndWithAnErrorWhenTheCameraIsUnpluggedAndServeTheNext) {
     EXPECT_EQ(kPicture.CountWrongPixels(directory.Read("image.raw")), 0u);
 }
 
-/// A running "mivora watch", read while it runs.
+/// A running "mivora watch" whose output is read while it runs.
 class RunningWatch {
 public:
     explicit RunningWatch(const Arguments& arguments) {
@@ -83,7 +84,7 @@ public:
         EXPECT_TRUE(process.Start(start, &error)) << error;
     }
 
-    /// Waits for a line that ends with `text`, behind those that were waited for before.
+    /// Waits for a line that ends with `text`, after those already waited for.
     testing::AssertionResult Prints(const std::string& text) {
         const auto isPrinted = [&] {
             const std::size_t at = process.Output().find(text + "\n", read);
@@ -111,7 +112,7 @@ private:
     std::size_t read = 0;
 };
 
-TEST_F(GenicamPrograms, WatchTellsThatTheCameraGoesAndComesBack) {
+TEST_F(GenicamPrograms, WatchReportsThatTheCameraGoesAndComesBack) {
     const std::string name = NameOfFirst();
     RunningWatch watch(WithConfig({"--sdk", "genicam", "watch"}));
     ASSERT_TRUE(watch.Prints("watching " + name));
@@ -130,7 +131,7 @@ TEST_F(GenicamPrograms, WatchTakesTheFirstCameraThatComes) {
     ASSERT_TRUE(watch.Prints("watching; there is no camera yet"));
     camera.Restart();
     ASSERT_TRUE(watch.Prints(" " + name + " is there"));
-    // It is watched like one that was there from the start.
+    // It is watched like a camera that was present from the start.
     camera.Kill();
     ASSERT_TRUE(watch.Prints(" camera configuration changed"));
     ASSERT_TRUE(watch.Prints(" " + name + " is gone"));

@@ -1,5 +1,7 @@
-// Where there are no windows the grabber's dialogs answer 4, or as if they were cancelled: enough
-// to see that what waits for the window's thread runs there and what follows.
+// camera_control_posix_test.cpp - tests of the viewer's control with dialogs that cannot be shown
+//
+// Without windows the grabber's dialogs return 4 or behave as if cancelled. That suffices to test
+// that jobs run on the window's thread, and what follows.
 #include "mivora/grabber.h"
 #include "tests/apps/view/control_fixture.h"
 
@@ -7,7 +9,7 @@ namespace {
 
 class ViewDialogs : public ControlTest {};
 
-TEST_F(ViewDialogs, TellThatTheyCannotBeShown) {
+TEST_F(ViewDialogs, ReportThatTheyCannotBeShown) {
     Run(ViewStage::kLive);
     control->ShowCameraControl(nullptr);
     EXPECT_EQ(WaitForFailure().find("CamCntrlDialog failed with 4"), 0u);

@@ -1,3 +1,4 @@
+// histogram_test.cpp - tests of the distribution of values
 #include "apps/common/histogram.h"
 
 #include <gtest/gtest.h>
@@ -64,9 +65,9 @@ TEST(Histogram, IsWithinOnePartInSixtyFourOfTheSortedValues) {
     for (const double percent : {1.0, 10.0, 50.0, 90.0, 99.0, 99.9}) {
         const auto rank = static_cast<std::size_t>(std::ceil(percent / 100 * 20000.0));
         const double exact = static_cast<double>(values[rank - 1]);
-        const double told = static_cast<double>(histogram.Percentile(percent));
-        EXPECT_GE(told, exact) << percent;
-        EXPECT_LE(told, exact * (1.0 + 1.0 / 64) + 1) << percent;
+        const double reported = static_cast<double>(histogram.Percentile(percent));
+        EXPECT_GE(reported, exact) << percent;
+        EXPECT_LE(reported, exact * (1.0 + 1.0 / 64) + 1) << percent;
     }
 }
 

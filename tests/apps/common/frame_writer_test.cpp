@@ -1,3 +1,4 @@
+// frame_writer_test.cpp - tests of writing images on a background thread
 #include "apps/common/frame_writer.h"
 
 #include "apps/common/command_failure.h"
@@ -36,11 +37,11 @@ TEST(FrameWriter, NamesFilesByFormatAndComponents) {
     EXPECT_EQ(FrameWriter::FileName(3, "raw", kColour), "frame-000003.raw");
 }
 
-TEST(FrameWriter, TellsOfAnImageThatCouldNotBeWritten) {
+TEST(FrameWriter, ReportsAnImageThatCouldNotBeWritten) {
     const support::TemporaryDirectory directory;
     const std::string path = directory.PathOf("images");
     FrameWriter writer(path, "raw");
-    // A directory of the file's name is in its way.
+    // A directory occupies the file's name.
     ASSERT_TRUE(platform::CreateDirectories(platform::JoinPath(path, "frame-000001.raw")));
     writer.Push(kGrey, {1, 2});
     EXPECT_THROW(writer.Finish(), CommandFailure);
