@@ -8,8 +8,14 @@
 
 namespace {
 
-std::string BesideProgram(const std::string& name) {
-    return platform::JoinPath(platform::DirectoryOf(platform::ExecutablePath()), name);
+/// The module or a camera SDK: beside the program, as in a build directory, or where an
+/// installation has them.
+std::string FindPart(const std::string& name) {
+    const std::string programs = platform::DirectoryOf(platform::ExecutablePath());
+    const std::string beside = platform::JoinPath(programs, name);
+    const std::string installed =
+        platform::JoinPath(platform::JoinPath(programs, MIVORA_PLUGINS_FROM_BIN), name);
+    return platform::PathExists(beside) || !platform::PathExists(installed) ? beside : installed;
 }
 
 } // namespace
@@ -52,9 +58,9 @@ void ApplySdk(const std::string& sdk) {
         if (!platform::GetEnvironment("PYXEN_HOME").empty()) {
             return;
         }
-        home = BesideProgram("simulator");
+        home = FindPart("simulator");
     } else if (sdk == "simulator" || sdk == "genicam") {
-        home = BesideProgram(sdk);
+        home = FindPart(sdk);
     }
     if (!platform::SetEnvironment("PYXEN_HOME", home)) {
         throw CommandFailure("cannot set PYXEN_HOME to " + home);
@@ -62,6 +68,6 @@ void ApplySdk(const std::string& sdk) {
 }
 
 std::string ModuleFile(const AppOptions& options) {
-    return options.module.empty() ? BesideProgram(platform::LibraryFileName("MivoraKVNPyxen"))
+    return options.module.empty() ? FindPart(platform::LibraryFileName("MivoraKVNPyxen"))
                                   : options.module;
 }

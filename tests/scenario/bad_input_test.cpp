@@ -1,3 +1,4 @@
+// bad_input_test.cpp - bad usage, missing files and damaged libraries
 #include "platform/process.h"
 #include "tests/scenario/program_test.h"
 
@@ -116,7 +117,7 @@ TEST_F(BadInput, AModuleThatCannotBeUsedIsNamed) {
                   {PathOf("nowhere.so"), "no such file"});
     const std::string text = directory.Write("module.so", "no library");
     ExpectFailure(Mivora({"--module", text, "cameras"}), 1, {text});
-    // A library, but no grabber module.
+    // A library, but not a grabber module.
     const std::string sdk =
         support::BuiltFile("simulator/Bin/" + platform::LibraryFileName("PxnC"));
     ExpectFailure(Mivora({"--module", sdk, "cameras"}), 1, {"MivoraModuleInterface"});

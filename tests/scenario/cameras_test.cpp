@@ -1,3 +1,4 @@
+// cameras_test.cpp - listing, selecting and watching cameras
 #include "tests/scenario/program_test.h"
 
 namespace scenario {
@@ -52,14 +53,14 @@ TEST_F(Cameras, RememberedInTheConfigurationAreActive) {
     EXPECT_FALSE(Json::parse(Mivora({"cameras", "--json"}).output)[0]["active"]);
 }
 
-TEST_F(Cameras, KeepNamesThatAreNoUtf8ReadableAsJson) {
+TEST_F(Cameras, KeepNamesThatAreNotUtf8ReadableAsJson) {
     directory.Write("PxnC.xml", "<PxnC><camera id=\"A\" model=\"caf\xE9 \xC3\xA9\"/></PxnC>");
     const auto result = Mivora({"cameras", "--json"});
     EXPECT_EQ(result.status, 0) << result.errors;
     EXPECT_EQ(Json::parse(result.output)[0]["name"], "caf\xEF\xBF\xBD \xC3\xA9");
 }
 
-TEST_F(Cameras, TellHowTheirImagesLook) {
+TEST_F(Cameras, DescribeTheirImages) {
     UseCamera(Format("Mono12p"));
     const auto result = Mivora({"info", "--json"});
     ExpectDone(result);
@@ -114,11 +115,12 @@ TEST_F(Cameras, AreWatchedForATime) {
 }
 
 TEST_F(Cameras, AreWatchedAsTheyComeAndGo) {
-    // Returns between two looks, one second apart, so that its event is what tells.
+    // The camera comes back between two polls, which are one second apart, so only the event can
+    // reveal it in time.
     UseCamera("", Faults("after 1000 unplug A") + Faults("after 2500 plug A"));
     const auto result = Mivora({"watch", "--for", "3500"});
     ExpectDone(result);
-    // Without the times, which stand before the events.
+    // Drops the times, which precede the events.
     std::string events;
     for (std::size_t at = result.output.find('\n') + 1; at < result.output.size();) {
         const std::size_t end = result.output.find('\n', at);

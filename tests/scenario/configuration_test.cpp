@@ -1,3 +1,4 @@
+// configuration_test.cpp - configuration files edited by hand and saved by the programs
 #include "tests/scenario/program_test.h"
 
 #include <set>
@@ -8,7 +9,7 @@ namespace {
 
 class ConfigurationFile : public ProgramTest {
 protected:
-    /// The lines whose key is none of those that a save writes.
+    /// The lines except those whose keys are written by a save.
     static std::string WithoutSavedKeys(const std::string& text) {
         static const std::set<std::string> kSaved = {
             "Exposure",    "Interval",       "TimeBase",      "TimerMode",      "TimerEnabled",
@@ -61,7 +62,7 @@ TEST_F(ConfigurationFile, EditedByHandKeepsAllButTheSavedKeysThroughAHundredSave
           "\r\nuniqueid=Eth0|A\r\n", "\r\nExposure=77\r\n"}) {
         EXPECT_PRED2(Contains, after, kept);
     }
-    // Nothing piles up: another hundred leave the file as the first ones did.
+    // Nothing accumulates: another hundred saves leave the file unchanged.
     EXPECT_EQ(Mivora({"shell"}, lines).status, 0);
     EXPECT_EQ(directory.Read("host.ini"), after);
 }

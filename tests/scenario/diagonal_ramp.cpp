@@ -1,3 +1,4 @@
+// diagonal_ramp.cpp - the picture that cameras without a scene send
 #include "tests/scenario/diagonal_ramp.h"
 
 #include "platform/file_system.h"
@@ -26,7 +27,7 @@ std::size_t DiagonalRamp::CountWrongPixels(const std::string& image) const {
 void DiagonalRamp::ExpectGrabbed(const std::string& directory, const nlohmann::json& report) const {
     const nlohmann::json& account = report["account"];
     const auto written = account["written"].get<unsigned>();
-    // A frame that the camera wrote over while it was copied is not written.
+    // A frame that was overwritten while being copied is not written.
     const auto damaged = account["damaged"].get<unsigned>();
     EXPECT_EQ(written + damaged, report["frames"]) << report;
     EXPECT_TRUE(account["closed"]) << report;

@@ -7,19 +7,19 @@
 
 namespace scenario {
 
-/// A picture in 8 bits that brightens by one from pixel to pixel and from line to line, begins
-/// again at 0 behind `levels` steps, and moves on by one step from frame to frame.
+/// A picture in 8 bits that brightens by one per pixel and per line, wraps to 0 after `levels`
+/// steps, and moves by one step per frame.
 struct DiagonalRamp {
     std::size_t width;
     std::size_t height;
     unsigned levels;
 
-    /// Pixels of `image` that are not what the camera sends when the first one is as bright as
-    /// there; all of them when the image has another size.
+    /// Counts the pixels of `image` that differ from what the camera sends, given the brightness of
+    /// the first one; counts all pixels if the size differs.
     std::size_t CountWrongPixels(const std::string& image) const;
 
-    /// Checks the raw files that "grab -o DIRECTORY --json" wrote: one for each frame, every pixel
-    /// right, and none missed in between but those that the report tells of.
+    /// Checks the raw files written by "grab -o DIRECTORY --json": one per frame, every pixel
+    /// correct, and no frame missing in between except those that the report mentions.
     void ExpectGrabbed(const std::string& directory, const nlohmann::json& report) const;
 };
 

@@ -1,3 +1,4 @@
+// failure_sweep_test.cpp - every call of the SDK fails once, and the next attempt works
 #include "tests/scenario/program_test.h"
 
 #include <sstream>
@@ -36,8 +37,8 @@ protected:
         }
         return lines;
     }
-    /// Repeats the operations with every call that they make of the SDK failing once, and each
-    /// time once more with none failing.
+    /// Repeats the operations with each of their calls of the SDK failing once, every time followed
+    /// by a run in which none fails.
     static std::string Sweep(const Arguments& operations, unsigned calls) {
         std::string lines;
         for (unsigned nth = 1; nth <= calls; ++nth) {
@@ -46,7 +47,7 @@ protected:
         }
         return lines;
     }
-    /// Checks that every operation was answered, and with success where nothing failed.
+    /// Checks that every operation returned a result, and success where nothing failed.
     static void ExpectSwept(std::istream& output, const Arguments& operations, unsigned calls) {
         for (unsigned nth = 1; nth <= calls; ++nth) {
             NextLines(output, 1);
@@ -57,7 +58,7 @@ protected:
                 << failing;
         }
     }
-    /// How many calls the SDK has had behind these lines.
+    /// The number of calls of the SDK after these lines.
     unsigned CountCalls(const std::string& lines) const {
         const std::string output = Mivora({"shell"}, lines + "SdkControl status\n").output;
         const std::string mark = "SdkControl = 0 answer=";
@@ -69,8 +70,9 @@ protected:
 
 TEST_F(FailureSweep, AfterAnyCallOfAnAcquisitionHasFailedTheNextOneWorks) {
     UseCamera("", "", "serial");
-    // The first use sets up more than the later ones. The last call closes the camera, which then
-    // stays open in the SDK until the shutdown; that has a test of its own.
+    // The first use makes more calls than later ones. The last call closes the camera and is left
+    // out: if it fails, the camera stays open in the SDK until the shutdown, which has its own
+    // test.
     const std::string once = "Init\n" + LinesOf(kUse);
     const unsigned calls = CountCalls(once + LinesOf(kUse)) - CountCalls(once) - 1;
     ASSERT_GT(calls, 50u);

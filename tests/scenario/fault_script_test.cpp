@@ -1,3 +1,4 @@
+// fault_script_test.cpp - faults by script in all programs
 #include "tests/scenario/program_test.h"
 #include "tests/support/in_process_grabber.h"
 #include "tests/support/recording_sink.h"
@@ -11,14 +12,14 @@ namespace {
 
 constexpr int kFrames = 60;
 
-/// What the module said of each frame, by frame number: "ok" or the receive error, one after the
-/// other when a number came more than once.
+/// What the module reported for each frame, by frame number: "ok" or the receive error, in order if
+/// a number occurs more than once.
 using Course = std::map<int, std::string>;
 
 class FaultScripts : public ProgramTest {
 protected:
     void SetUp() override {
-        // A camera that waits for buffers loses nothing, however slow this machine is at present.
+        // A camera that waits for buffers loses nothing, however slow this machine is.
         UseCamera("<feature name=\"SimulatorFreeRunning\" value=\"true\"/>\n");
         script = directory.Write("fault script.txt", "# frames that go wrong\n\n"
                                                      "frame incomplete 3,5,9\n"

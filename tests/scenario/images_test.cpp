@@ -1,3 +1,4 @@
+// images_test.cpp - single images and continuous acquisition
 #include "tests/scenario/diagonal_ramp.h"
 #include "tests/scenario/program_test.h"
 
@@ -192,7 +193,7 @@ TEST_F(Images, CannotBeTakenFromAnEmptySensorOrAnUnknownFormat) {
                   {"pixel format is unknown", "cannot get pixelformat"});
 }
 
-TEST_F(Images, AreRefusedForBadWishes) {
+TEST_F(Images, AreRefusedForBadOptions) {
     UseCamera();
     ExpectFailure(Mivora({"snap", "-o", PathOf("a.jpg")}), 2, {"-o"});
     ExpectFailure(Mivora({"snap", "-o", PathOf("none/a.png")}), 1,

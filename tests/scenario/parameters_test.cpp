@@ -1,4 +1,4 @@
-// parameters_test.cpp - exposure, frame interval and time base in whole runs
+// parameters_test.cpp - exposure, frame interval and time base
 #include "tests/scenario/program_test.h"
 
 namespace scenario {
@@ -21,7 +21,7 @@ TEST_F(Parameters, NeedAnInitialisedGrabberAndAnOpenCamera) {
                 "GetGrabberParamLimits = 10 min=0 max=0 min2=0 max2=0\nSetGrabberParam = 10\n");
 }
 
-TEST_F(Parameters, AreAnsweredByNumber) {
+TEST_F(Parameters, AreReadByNumber) {
     UseCamera();
     std::string lines = kOpen;
     std::string answers = kOpened;
@@ -87,7 +87,8 @@ TEST_F(Parameters, OutsideTheirLimitsChangeNothing) {
 TEST_F(Parameters, RefuseAnExposureLongerThanTheInterval) {
     for (const char* kind : {"gige", "serial"}) {
         UseCamera("", "", kind);
-        // The camera takes the exposure and lowers its frame rate, and then refuses the old one.
+        // The camera accepts the exposure and lowers its frame rate, then refuses the previous
+        // rate.
         ExpectFailure(Mivora({"param", "set", "257", "20000", "5000"}), 1,
                       {"SetGrabberParam failed with 34", "parameter 257"});
         ExpectShell("mivora",

@@ -1,4 +1,4 @@
-// program_test.h - the built programs, run as people run them, with simulated cameras
+// program_test.h - runs the built programs on simulated cameras
 #pragma once
 
 #include "platform/file_system.h"
@@ -16,11 +16,11 @@ namespace scenario {
 using Json = nlohmann::json;
 using Arguments = std::vector<std::string>;
 
-/// Runs mivora and pyxen-tool on the simulator with a configuration of the test's own.
+/// Runs mivora and pyxen-tool on the simulator with a configuration of the test.
 class ProgramTest : public testing::Test {
 protected:
-    /// Writes the SDK's configuration: one camera "A" of 64 x 48 pixels that sends 200 frames a
-    /// second, with these elements inside it and behind it.
+    /// Writes the SDK's configuration: one camera "A" of 64 x 48 pixels with 200 frames per second,
+    /// with these elements inside and after it.
     void UseCamera(const std::string& inside = {}, const std::string& behind = {},
                    const std::string& kind = "gige") {
         directory.Write("PxnC.xml", "<PxnC>\n<camera kind=\"" + kind +
@@ -53,7 +53,7 @@ protected:
     }
     std::string PathOf(const std::string& name) const { return directory.PathOf(name); }
 
-    /// Runs lines in a program's shell and compares what it prints.
+    /// Runs lines in a program's shell and compares its output.
     void ExpectShell(const std::string& program, const std::string& lines,
                      const std::string& answers, int status = 0) const {
         const auto result = support::RunProgram(program, WithConfig({"shell"}), lines);
@@ -69,7 +69,7 @@ protected:
         EXPECT_EQ(result.status, 0) << result.errors;
         EXPECT_EQ(result.errors, "");
     }
-    /// The program failed with that status and said so on standard error.
+    /// Expects that the program failed with this status and wrote these texts to standard error.
     static void ExpectFailure(const support::ProgramResult& result, int status,
                               const std::vector<std::string>& words) {
         EXPECT_EQ(result.status, status) << result.output << result.errors;

@@ -1,3 +1,4 @@
+// pyxen_tool_test.cpp - the commands of pyxen-tool
 #include "tests/scenario/program_test.h"
 
 #include <algorithm>
@@ -140,10 +141,10 @@ TEST_F(PyxenTool, ChecksSynchronisationFiles) {
                   {"cannot be read"});
 }
 
-TEST_F(PyxenTool, TellsBehindWhichEntryASynchronisationFileIsWrong) {
+TEST_F(PyxenTool, ReportsAfterWhichEntryASynchronisationFileIsWrong) {
     const std::string entry =
         "{\"ModuleName\":\"Camera\",\"FeatureName\":\"Gain\",\"Dependencies\":[]}";
-    // The reader itself has no line for this one.
+    // The reader logs no line for this fault.
     const std::string path =
         directory.Write("late.sync", "{\"SyncFeatures\":[" + entry + "," + entry + ",]}");
     const auto result = support::RunProgram("pyxen-tool", {"sync-check", path});
@@ -191,7 +192,7 @@ TEST_F(PyxenTool, PrintsCameraKeys) {
     ExpectDone(result);
     EXPECT_EQ(result.output.size(), 11u);
     EXPECT_EQ(result.output.substr(0, 2), "0x");
-    // The word is a text here, not a command.
+    // Here the word is an argument, not a command.
     EXPECT_EQ(support::RunProgram("pyxen-tool", {"camera-key", "shell"}).status, 0);
 }
 

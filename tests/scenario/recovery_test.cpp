@@ -1,5 +1,4 @@
-// What goes wrong is answered with its documented code and told in the log, and the next try in
-// the same program works.
+// recovery_test.cpp - failures return their documented code and are logged, and a retry works
 #include "tests/scenario/program_test.h"
 #include "tests/scenario/shell_session.h"
 
@@ -18,11 +17,11 @@ protected:
         start.environment.emplace_back("PYXEN_HOME", home);
         return ShellSession(start);
     }
-    /// The simulator's library becomes the one in the directory "sdk".
+    /// Replaces the simulator's library by the one in the directory "sdk".
     void PutLibrary(const std::string& from) {
         const std::string name = platform::LibraryFileName("PxnC");
         ASSERT_TRUE(platform::CreateDirectories(PathOf("sdk/Bin")));
-        // Not written into the file: who has it loaded still uses that.
+        // Replaced, not overwritten: processes that have loaded the file keep using it.
         fs::remove(PathOf("sdk/Bin/" + name));
         fs::copy_file(support::BuiltFile(from + "/Bin/" + name), PathOf("sdk/Bin/" + name));
     }
@@ -42,7 +41,8 @@ protected:
                       "SetActCameraIndex = 0\nOpenActCamera = 0\nPrepareFrameBuffers = 0\n"
                       "Snap = 0\nCloseActCamera = 0\n");
     }
-    /// The shell ends well, with this on standard error, and its log holds these lines in order.
+    /// Expects that the shell succeeds with this on standard error, and that its log contains these
+    /// lines in order.
     void ExpectEnd(ShellSession& shell, const std::vector<std::string>& lines,
                    const std::string& errors = {}) const {
         EXPECT_EQ(shell.Ask("DeInit"), "DeInit = 0");
@@ -223,7 +223,7 @@ TEST_F(Recovery, FromACameraThatGoesWhileASnapWaits) {
                   "RefreshCameraList = 0\n");
     ExpectACameraServes(shell);
     ExpectEnd(shell, {"1 CMivoraKVNPyxenClass::Snap: started camera acquisition"});
-    // Whether it goes before the wait or during it is chance.
+    // Whether the camera disconnects before or during the wait is left to chance.
     const std::string log = directory.Read("log");
     const std::string failed = "0 CMivoraKVNPyxenClass::Snap: PxnCaptureFrameWait failed: ";
     EXPECT_TRUE(Contains(log, failed + "Something is not available\n") ||

@@ -1,4 +1,4 @@
-// serial_ports_test.cpp - talking to what hangs at a camera's serial ports
+// serial_ports_test.cpp - devices connected to a camera's serial ports
 #include "tests/scenario/program_test.h"
 
 #include <cstdint>
@@ -11,8 +11,8 @@ class SerialPorts : public ProgramTest {
 protected:
     void SetUp() override { UsePorts(""); }
 
-    /// A camera with a loopback at port 0, a lens at port 1, nothing at port 2, and one element
-    /// more.
+    /// A camera with a loopback at port 0, a lens at port 1, nothing at port 2, and one more
+    /// element.
     void UsePorts(const std::string& behind, const std::string& inside = {}) {
         UseCamera(
             "<port number=\"0\" device=\"loopback\"/><port number=\"1\" device=\"lens\"/>"
@@ -48,7 +48,7 @@ TEST_F(SerialPorts, CarryAConversationWithALens) {
 TEST_F(SerialPorts, CarryHexadecimalBytes) {
     auto result = Mivora({"serial", "0", "--hex"}, "00 ff 0a\n");
     ExpectDone(result);
-    // What arrives in two goes is printed as two lines.
+    // Data that arrives in two parts is printed as two lines.
     std::erase(result.output, '\n');
     EXPECT_EQ(result.output, "00FF0A");
     result = Mivora({"serial", "pyxenserialport1", "--hex"}, "49 44 3F 0D\nxy\n0\n");
@@ -72,7 +72,7 @@ TEST_F(SerialPorts, CarryAMebibyteUnchanged) {
 }
 
 TEST_F(SerialPorts, TakeTheSettingsTheyHave) {
-    // Port 3 knows 9600 and 38400 baud without parity, with 5 bits and one stop bit.
+    // Port 3 supports 9600 and 38400 baud without parity, with 5 bits and one stop bit.
     ExpectDone(Mivora({"serial", "3", "--baud", "9600", "--bytesize", "5", "--linger", "0"}));
     for (const Arguments& options :
          {Arguments{"--baud", "19200", "--bytesize", "5"}, Arguments{"--baud", "9600"},
@@ -88,8 +88,8 @@ TEST_F(SerialPorts, TakeTheSettingsTheyHave) {
 }
 
 TEST_F(SerialPorts, AreFilledAtTheirOwnPace) {
-    // Ten bits of a byte at 300 baud take 33 ms, out and back in: nothing is back at once, and the
-    // second write waits for the first.
+    // The ten bits of a byte at 300 baud take 33 ms in each direction: nothing comes back at once,
+    // and the second write waits for the first.
     const std::string first = "616263646566676869616263646566676869616263646566";
     ExpectShell("mivora",
                 Opening("4") + "ChannelConfig - 300 - - -\nCMDClose\nCMDOpen\nCMDWriteBuffer " +
@@ -122,7 +122,7 @@ TEST_F(SerialPorts, AreWaitedForWhileTheyAreStuck) {
 }
 
 TEST_F(SerialPorts, EndAWriteWhenTheCameraIsUnplugged) {
-    // Two pieces of 1024 bytes; the first takes two seconds, for which the second waits.
+    // Two parts of 1024 bytes: the first takes two seconds, and the second waits for it.
     const std::string content(4096, '5');
     ExpectShell("mivora",
                 Opening("4") +
@@ -180,7 +180,7 @@ TEST_F(SerialPorts, KeepTheirConfigurationForTheNextRun) {
     EXPECT_PRED2(Contains, result.output,
                  "* configured 0  Pyxen Serial Port  (19200 Baud, Parity = Odd, Bytesize = 7, "
                  "Stopbits = 2)\n  configured 1  Serial Port  (");
-    // The lens answers, so that the port was kept as well.
+    // The lens responds, so the port was kept as well.
     ExpectShell("mivora",
                 "LoadGrabberConfig\nInit\nSetActCameraIndex 0\nOpenActCamera\nCMDOpen\n"
                 "CMDWriteBuffer 49443F0D\nCMDReadBuffer 2\n",
@@ -207,7 +207,7 @@ TEST_F(SerialPorts, OfTheCamerasOwnLinkRunAtTheFastestCommonRate) {
                      "Found optimum common DeviceSerialPortBaudrate for grabber and camera as "
                      "Baud115200.\n" +
                      tag + "Switched to optimum DeviceSerialPortBaudrate of Baud115200.\n");
-    // The camera's own rate stays.
+    // The camera keeps its own rate.
     EXPECT_EQ(read("Camera/DeviceSerialPortBaudRate"), "Baud9600\n");
     const auto again = Mivora({"--log", PathOf("again"), "shell"},
                               "Init\nSetActCameraIndex 0\nOpenActCamera\nCloseActCamera\n"
@@ -221,7 +221,7 @@ TEST_F(SerialPorts, OfTheCamerasOwnLinkRunAtTheFastestCommonRate) {
                      tag +
                      "Optimum DeviceSerialPortBaudrate of Baud115200 already set. No need to "
                      "change it.\n");
-    // Without a list on both sides nothing is said.
+    // Without a list on both sides no rate is negotiated.
     UsePorts("", "<omit name=\"DeviceSerialPortBaudRate\"/>");
     ExpectDone(Mivora({"--log", PathOf("omitted"), "info"}));
     EXPECT_FALSE(Contains(directory.Read("omitted"), "SetOptimumSerialPortBaudRate"));

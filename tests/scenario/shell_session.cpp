@@ -1,3 +1,4 @@
+// shell_session.cpp - a running shell, driven line by line
 #include "tests/scenario/shell_session.h"
 
 #include "tests/support/wait_until.h"
@@ -10,7 +11,7 @@ namespace scenario {
 
 namespace {
 
-constexpr std::uint32_t kLimitMs = 60000;
+constexpr std::uint32_t kResultLimitMs = 60000;
 
 } // namespace
 
@@ -32,14 +33,14 @@ std::string ShellSession::Ask(const std::string& line) {
         read = end + 1;
         return true;
     };
-    EXPECT_TRUE(support::WaitUntil(isAnswered, kLimitMs)) << line << " is not answered";
+    EXPECT_TRUE(support::WaitUntil(isAnswered, kResultLimitMs)) << line << " is not answered";
     return answer;
 }
 
 support::ProgramResult ShellSession::End() {
     process.CloseInput();
     support::ProgramResult result;
-    result.ended = process.Wait(kLimitMs, result.status);
+    result.ended = process.Wait(kResultLimitMs, result.status);
     EXPECT_TRUE(result.ended);
     result.output = process.Output();
     result.errors = process.Errors();

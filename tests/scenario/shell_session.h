@@ -1,4 +1,4 @@
-// shell_session.h - a shell that is talked to line by line
+// shell_session.h - a running shell, driven line by line
 #pragma once
 
 #include "platform/process.h"
@@ -8,16 +8,16 @@
 
 namespace scenario {
 
-/// A program's shell as it runs, for tests that change the world between its lines.
+/// A running shell of a program, for tests that change the environment between its lines.
 class ShellSession {
 public:
     /// Starts the program; its command must be the shell.
     explicit ShellSession(platform::ProcessStart start);
 
-    /// Sends one line and waits for its answer, which is returned without its end; empty when none
-    /// comes within a minute.
+    /// Sends a line, waits for its result and returns it without its line end; empty if none
+    /// arrives within a minute.
     std::string Ask(const std::string& line);
-    /// Ends the input and waits for the program's end.
+    /// Ends the input and waits until the program ends.
     support::ProgramResult End();
 
 private:

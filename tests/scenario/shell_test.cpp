@@ -1,3 +1,4 @@
+// shell_test.cpp - the shell of both programs
 #include "tests/scenario/program_test.h"
 
 #include <regex>
@@ -26,13 +27,13 @@ TEST_F(Shell, RunsNothingByItself) {
     EXPECT_EQ(LogOf(""), std::vector<std::string>());
     EXPECT_EQ(LogOf("Log before\nGetNumCameras\nLog \"the end\"\n"),
               (std::vector<std::string>{"1 before", "1 the end"}));
-    // Without LoadGrabberConfig the remembered camera is not known.
+    // Without LoadGrabberConfig the configured camera is unknown.
     ExpectShell("mivora", "Init\nGetActCameraIndex\n", "Init = 0\nGetActCameraIndex = -1\n");
     ExpectShell("mivora", "LoadGrabberConfig\nInit\nGetActCameraIndex\n",
                 "LoadGrabberConfig = 0\nInit = 0\nGetActCameraIndex = 0\n");
 }
 
-TEST_F(Shell, AnswersWithTheDocumentedCodesBeforeAndAfterInit) {
+TEST_F(Shell, ReturnsTheDocumentedCodesBeforeAndAfterInit) {
     UseCamera();
     for (const char* program : {"mivora", "pyxen-tool"}) {
         ExpectShell(program,
@@ -64,7 +65,7 @@ TEST_F(Shell, ShowsCameraAndMode) {
                     "GetCameraIndexByCameraUniqueID = 0\nGetCameraIndexByCameraUniqueID = -1\n");
 }
 
-TEST_F(Shell, GrabsWaitsAndTellsOfEvents) {
+TEST_F(Shell, GrabsWaitsAndReportsEvents) {
     UseCamera();
     ExpectShell(
         "mivora",
@@ -110,7 +111,7 @@ TEST_F(Shell, SavesAnImageAsItWasWhenTheBuffersWerePrepared) {
     EXPECT_EQ(directory.Read("a.raw").size(), 64u * 48);
 }
 
-TEST_F(Shell, TellsWhenTheOpenCameraComesAndGoes) {
+TEST_F(Shell, ReportsWhenTheOpenCameraComesAndGoes) {
     UseCamera();
     for (const char* program : {"mivora", "pyxen-tool"}) {
         ExpectShell(
@@ -204,7 +205,7 @@ TEST_F(Shell, SignalsReachTheirReceivers) {
                 "Events = ok postProcess=0 lastBuffer=-1 camCfgChange=0 camCntrl=[] dialogs=[]\n");
 }
 
-TEST_F(Shell, RefusesWhatItDoesNotKnowAndEndsWithStatusTwo) {
+TEST_F(Shell, RefusesUnknownOperationsAndEndsWithStatusTwo) {
     ExpectShell("mivora", "Snap\nGetFeatureCache 0\nSleep 1\n\n# done\n",
                 "Snap ? expects MODE\nGetFeatureCache ? unknown operation\nSleep = ok\n", 2);
 }

@@ -1,4 +1,4 @@
-// synchronisation_test.cpp - a board's features kept in step with the camera's, by a file
+// synchronisation_test.cpp - feature synchronisation files
 #include "tests/scenario/program_test.h"
 
 #include <cstdio>
@@ -16,7 +16,7 @@ std::string Feature(const std::string& module, const std::string& name) {
     return "{\"ModuleName\":\"" + module + "\",\"FeatureName\":\"" + name + "\"}";
 }
 
-/// An entry of the file: the watched feature and those that follow it.
+/// An entry of the file: a feature and those that follow it.
 std::string Entry(const std::string& module, const std::string& name,
                   const std::vector<std::pair<std::string, std::string>>& followers) {
     std::string text = Feature(module, name);
@@ -28,7 +28,7 @@ std::string Entry(const std::string& module, const std::string& name,
     return text + "]}";
 }
 
-/// The lines of a copied whole number.
+/// The log lines about a copied integer.
 Lines IntCopied(const std::string& from, const std::string& to, int value) {
     const std::string number = std::to_string(value);
     return {std::string("1 ") + kSync + "int64 feature can be synched to " + to +
@@ -68,7 +68,7 @@ protected:
         directory.Write("board.sync", text + "\r\n] }\r\n");
     }
 
-    /// Runs the tool with a log of its own.
+    /// Runs the tool with its own log.
     support::ProgramResult LoggedTool(const Arguments& arguments, const std::string& input = {}) {
         std::remove(PathOf("log").c_str());
         Arguments all{"--log", PathOf("log")};
@@ -76,7 +76,7 @@ protected:
         return Tool(all, input);
     }
 
-    /// What the log has behind the line that contains `from` and before the one that contains `to`.
+    /// The log lines between the one that contains `from` and the one that contains `to`.
     Lines Logged(const std::string& from, const std::string& to) {
         Lines lines;
         bool isBetween = false;
@@ -122,7 +122,7 @@ TEST_F(Synchronisation, IsAppliedWhenTheCameraIsOpened) {
                      "1 FeatureSyncher::Init: Transportlayer::InputFormat will be synched with ",
                      "1   Camera::PixelFormat"}));
 
-    // Only the entries of the camera count now.
+    // From here on only the camera's entries count.
     Lines expected;
     for (const char* module : {"Localdevice", "Interface", "Transportlayer"}) {
         const Lines copied = IntCopied("/Camera/ImageFormatControl/Width",
@@ -206,7 +206,7 @@ TEST_F(Synchronisation, FollowsAWriteToEveryModule) {
 }
 
 TEST_F(Synchronisation, IsRefusedBeforeAnythingIsWritten) {
-    // What only a follower cannot take.
+    // A value that only a follower refuses.
     ExpectFailure(LoggedTool({"set", "Camera/ExposureTime", "2000000"}), 1,
                   {"/Interface/InputControl/InputExposureTime refuses the value 2000000",
                    "follows /Camera/AcquisitionControl/ExposureTime", "Out of range"});
@@ -220,7 +220,7 @@ TEST_F(Synchronisation, IsRefusedBeforeAnythingIsWritten) {
               (Lines{"0 CMivoraKVNPyxenClass::StringFeatureCheckSyncPath: string feature (value = "
                      "thirteen bits) wouldn't be synchable to "
                      "/Transportlayer/InputControl/InputCameraName (range error)"}));
-    // What the feature itself cannot take.
+    // A value that the feature itself refuses.
     for (const char* value : {"nan", "inf", "1e300", "-1"}) {
         ExpectFailure(Tool({"set", "Camera/ExposureTime", value}), 1,
                       {"/Camera/AcquisitionControl/ExposureTime refuses", "Out of range"});
@@ -248,7 +248,7 @@ TEST_F(Synchronisation, IsRefusedWhereAFollowerIsProtectedOrUnknown) {
     EXPECT_EQ(LoggedAfterOpening(),
               (Lines{"0 CMivoraKVNPyxenClass::StringFeatureCheckSyncPath: Feature "
                      "/Interface/InterfaceInformation/InterfaceID cannot be written"}));
-    // A later refusal takes the place of an earlier one.
+    // A later refusal replaces an earlier one.
     ExpectFailure(LoggedTool({"set", "Camera/DeviceUserID", "thirteen bits"}), 1,
                   {"/Transportlayer/InputControl/InputCameraName", "Out of range"});
     for (const auto& [feature, type, value] :
@@ -262,7 +262,7 @@ TEST_F(Synchronisation, IsRefusedWhereAFollowerIsProtectedOrUnknown) {
     }
 }
 
-TEST_F(Synchronisation, WritesTheLineWithoutConversionLetterAsItStands) {
+TEST_F(Synchronisation, LogsTheLineWithoutConversionLetterUnchanged) {
     UseCamera("<feature name=\"ExposureAuto\" value=\"Continuous\"/>", "", "serial");
     ExpectFailure(
         LoggedTool({"set", "Camera/ExposureTime", "500"}), 1,
@@ -295,7 +295,7 @@ TEST_F(Synchronisation, OpensTheCameraWithoutAFileThatCanBeRead) {
         EXPECT_EQ(Logged("Found TL specific configuration", "Using snap start"),
                   (Lines{"0 FeatureSyncher::Init: Could not open " + path +
                          ". No feature synchronization will happen."}));
-        ASSERT_TRUE(platform::CreateDirectories(path)); // the second time it is a directory
+        ASSERT_TRUE(platform::CreateDirectories(path)); // on the second pass it is a directory
     }
 }
 

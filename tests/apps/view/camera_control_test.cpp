@@ -1,3 +1,4 @@
+// camera_control_test.cpp - tests of the viewer's control of the grabber
 #include "mivora/grabber.h"
 #include "tests/apps/view/control_fixture.h"
 
@@ -51,7 +52,7 @@ TEST_F(ViewControl, StopsAndStarts) {
     control->Start();
     WaitFor(ViewStage::kLive);
     WaitForNewPicture();
-    control->Start(); // has nothing to do
+    control->Start(); // has no effect
     WaitForOrders();
     EXPECT_EQ(control->State().stage, ViewStage::kLive);
     EXPECT_TRUE(control->TakeFailures().empty());
@@ -112,7 +113,7 @@ TEST_F(ViewControl, StaysStoppedWhenItsCameraComesBack) {
     EXPECT_EQ(control->State().stage, ViewStage::kOpen);
 }
 
-TEST_F(ViewControl, FindsACameraOfWhichNobodyTells) {
+TEST_F(ViewControl, FindsACameraWithoutANotification) {
     UseCameras(CameraXml("A", "plugged=\"false\""));
     Run(ViewStage::kNoCamera);
     control->Start();
@@ -124,7 +125,7 @@ TEST_F(ViewControl, FindsACameraOfWhichNobodyTells) {
     WaitFor(ViewStage::kLive);
 }
 
-TEST_F(ViewControl, TellsThatTheWantedCameraIsNotThereAndWaitsForIt) {
+TEST_F(ViewControl, ReportsThatTheRequestedCameraIsMissingAndWaitsForIt) {
     UseCameras(CameraXml("A") + CameraXml("B", "plugged=\"false\""));
     options.camera = "Camera B";
     Run(ViewStage::kNoCamera);
@@ -135,7 +136,7 @@ TEST_F(ViewControl, TellsThatTheWantedCameraIsNotThereAndWaitsForIt) {
     EXPECT_EQ(control->State().camera, "Camera B");
 }
 
-TEST_F(ViewControl, TellsThatTheGrabberCannotBeUsed) {
+TEST_F(ViewControl, ReportsThatTheGrabberCannotBeUsed) {
     options.sdk = directory.PathOf("nowhere");
     Run(ViewStage::kFailed);
     EXPECT_EQ(WaitForFailure().find("Init failed with 4"), 0u);
@@ -220,9 +221,9 @@ TEST_F(ViewControl, SavesTheConfiguration) {
     EXPECT_TRUE(control->TakeFailures().empty());
 }
 
-TEST_F(ViewControl, TellsThatThereIsNoFileForTheConfiguration) {
+TEST_F(ViewControl, ReportsThatThereIsNoFileForTheConfiguration) {
     options.configFile.clear();
-    Run(ViewStage::kLive); // with the simulator's own cameras
+    Run(ViewStage::kLive); // with the simulator's default cameras
     control->SaveConfiguration();
     EXPECT_NE(WaitForFailure().find("for no file was given with --config"), std::string::npos);
 }

@@ -1,3 +1,4 @@
+// control_fixture.cpp - runs the viewer's control on virtual cameras without a window
 #include "tests/apps/view/control_fixture.h"
 
 #include "platform/clock.h"
@@ -16,7 +17,7 @@ constexpr std::uint32_t kLookAgainMs = 10;
 ControlTest::ControlTest() : home("PYXEN_HOME", support::BuiltFile("simulator")) {
     options.configFile = directory.Write("host.ini", "[Grabber_0]\n");
     UseCameras(CameraXml("A") + CameraXml("B"));
-    Sdk("clear"); // loads the library, whatever the test makes of PYXEN_HOME
+    Sdk("clear"); // loads the library before the test changes PYXEN_HOME
 }
 
 ControlTest::~ControlTest() {

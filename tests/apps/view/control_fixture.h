@@ -1,4 +1,4 @@
-// control_fixture.h - the viewer's control at work with virtual cameras and no window
+// control_fixture.h - runs the viewer's control on virtual cameras without a window
 #pragma once
 
 #include "apps/common/sdk_control.h"
@@ -15,29 +15,30 @@
 #include <optional>
 #include <string>
 
-/// Two cameras, "Camera A" and "Camera B", of 64 x 48 pixels. The test's thread is the window's.
+/// Two cameras, "Camera A" and "Camera B", of 64 x 48 pixels. The test's thread acts as the
+/// window's.
 class ControlTest : public testing::Test, private IControlListener {
 protected:
     ControlTest();
     ~ControlTest() override;
 
-    /// Writes the SDK's configuration: these cameras.
+    /// Writes the SDK's configuration with these cameras.
     void UseCameras(const std::string& cameras);
     static std::string CameraXml(const std::string& id, const std::string& attributes = {});
 
-    /// Makes the control, runs it and waits for the stage.
+    /// Creates and runs the control, then waits for the stage.
     void Run(ViewStage stage);
-    /// Serves the control until `isSo` answers true; fails the test after a minute.
+    /// Serves the control until `isSo` returns true; fails the test after a minute.
     void WaitUntil(const std::function<bool()>& isSo);
     void WaitFor(ViewStage stage);
-    /// Waits until a picture came that was not there before.
+    /// Waits for a picture newer than the current one.
     void WaitForNewPicture();
-    /// Waits until all orders so far have been carried out.
+    /// Waits until all orders given so far have been carried out.
     void WaitForOrders();
-    /// Waits for what went wrong, and returns it.
+    /// Waits for a failure and returns it.
     std::string WaitForFailure();
     void End();
-    /// Passes a line, which must be accepted, to the simulator.
+    /// Passes a command to the simulator, which must accept it.
     void Sdk(const std::string& command);
 
     const support::TemporaryDirectory directory;

@@ -1,7 +1,6 @@
+// frame_pipe_test.cpp - tests of passing frames to the screen
 #include "apps/view/frame_pipe.h"
 
-#include "apps/view/rate_meter.h"
-#include "apps/view/script_lines.h"
 #include "tests/support/wait_until.h"
 
 #include <gtest/gtest.h>
@@ -13,13 +12,13 @@ namespace {
 constexpr ImageLayout kSmall{4, 1, 1, 8, 8, MVCC_MONO, 0, 0};
 
 TEST(FramePipe, MakesAPictureOfAFrame) {
-    platform::Event told;
-    FramePipe pipe([&told] { told.Set(); });
+    platform::Event called;
+    FramePipe pipe([&called] { called.Set(); });
     EXPECT_EQ(pipe.Newest(), nullptr);
     pipe.Begin(kSmall);
     const std::vector<std::uint8_t> data = {0, 1, 128, 255};
     pipe.Push(data.data());
-    ASSERT_TRUE(told.Wait(60000));
+    ASSERT_TRUE(called.Wait(60000));
     const auto shown = pipe.Newest();
     ASSERT_NE(shown, nullptr);
     EXPECT_EQ(shown->frame->bytes, data);
@@ -51,22 +50,22 @@ TEST(FramePipe, ShowsTheNewestOfManyFrames) {
     EXPECT_EQ(pipe.Frames(), static_cast<std::uint64_t>(kFrames));
 }
 
-TEST(FramePipe, IsFreeWhileItTells) {
-    FramePipe* asked = nullptr;
-    platform::Event told;
+TEST(FramePipe, HoldsNoLockDuringTheCallback) {
+    FramePipe* current = nullptr;
+    platform::Event called;
     FramePipe pipe([&] {
-        std::thread other([&] { EXPECT_NE(asked->Newest(), nullptr); });
+        std::thread other([&] { EXPECT_NE(current->Newest(), nullptr); });
         other.join();
-        told.Set();
+        called.Set();
     });
-    asked = &pipe;
+    current = &pipe;
     pipe.Begin(kSmall);
     const std::uint8_t data[4] = {};
     pipe.Push(data);
-    EXPECT_TRUE(told.Wait(60000));
+    EXPECT_TRUE(called.Wait(60000));
 }
 
-TEST(FramePipe, CountsAnewFromEachBeginning) {
+TEST(FramePipe, RestartsTheCountsAtEachBegin) {
     FramePipe pipe([] {});
     pipe.Begin(kSmall);
     const std::uint8_t data[8] = {};
@@ -81,31 +80,6 @@ TEST(FramePipe, CountsAnewFromEachBeginning) {
             return shown && shown->image.height == 2;
         },
         60000));
-}
-
-TEST(RateMeter, CountsIntervalsOfTheLastSecond) {
-    constexpr std::uint64_t kMs = 1000000;
-    RateMeter meter;
-    EXPECT_DOUBLE_EQ(meter.Rate(5000 * kMs), 0);
-    for (std::uint64_t i = 0; i <= 100; ++i) {
-        meter.Add(5000 * kMs + i * 40 * kMs);
-    }
-    EXPECT_DOUBLE_EQ(meter.Rate(9000 * kMs), 25);
-    EXPECT_DOUBLE_EQ(meter.Rate(9900 * kMs), 25);
-    EXPECT_DOUBLE_EQ(meter.Rate(9990 * kMs), 0) << "one alone has no rate";
-}
-
-TEST(RateMeter, HasNoRateForOneMoment) {
-    RateMeter meter;
-    meter.Add(7);
-    meter.Add(7);
-    EXPECT_DOUBLE_EQ(meter.Rate(8), 0);
-}
-
-TEST(ScriptLines, LeaveOutCommentsAndBlanks) {
-    EXPECT_EQ(ScriptLines("# all\r\n\r\n  unplug A \r\nplug A\n\t# x\nclear"),
-              (std::vector<std::string>{"unplug A", "plug A", "clear"}));
-    EXPECT_TRUE(ScriptLines(" \n").empty());
 }
 
 } // namespace

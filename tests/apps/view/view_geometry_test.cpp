@@ -1,3 +1,4 @@
+// view_geometry_test.cpp - tests of zoom and position of an image
 #include "apps/view/view_geometry.h"
 
 #include <gtest/gtest.h>
@@ -29,7 +30,7 @@ TEST(ViewGeometry, DoesNotEnlargeWithoutLimit) {
     EXPECT_DOUBLE_EQ(Of(2, 2, 400, 300).Factor(), 32);
 }
 
-TEST(ViewGeometry, FitsAnewWhenTheWindowOrTheImageChanges) {
+TEST(ViewGeometry, RefitsWhenTheWindowOrTheImageChanges) {
     ViewGeometry geometry = Of(800, 200, 400, 300);
     geometry.SetClientSize(800, 300);
     EXPECT_DOUBLE_EQ(geometry.Factor(), 1);
@@ -86,7 +87,7 @@ TEST(ViewGeometry, StepsThroughTheUsualFactors) {
     EXPECT_DOUBLE_EQ(geometry.Factor(), 1.0 / 32);
 }
 
-TEST(ViewGeometry, TellsThePixelAtAPlace) {
+TEST(ViewGeometry, FindsThePixelAtAPosition) {
     ViewGeometry geometry = Of(100, 50, 400, 300);
     geometry.SetFactor(2);
     std::uint32_t x = 99;

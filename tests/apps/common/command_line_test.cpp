@@ -1,0 +1,168 @@
+// command_line_test.cpp - tests of describing and parsing command lines
+#include "apps/common/command_line.h"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+#include <vector>
+
+namespace {
+
+class CommandLineTest : public testing::Test {
+protected:
+    CommandLineTest() {
+        command.AddOption("WORD", word, "A word").Required();
+        command.AddOption("MORE", more, "Another word");
+        command.AddOption("-n,--number", number, "A number").Within(2, 5).ShowDefault();
+        command.AddOption("--count", count, "A count").Check(PositiveCountProblem).TypeName("N");
+        command.AddOption("--size", size, "A size").OneOf({"small", "large"});
+        command.AddOption("--mood", mood, "A mood").OneOfIgnoringCase({"Good", "Bad"});
+        command.AddFlag("--fast", fast, "Run fast");
+        command.OnRun([this] { run(); });
+    }
+
+    /// Runs the program and returns its exit status; `output` and `errors` receive what it wrote.
+    int Run(const std::vector<std::string>& given) {
+        Arguments arguments(given);
+        testing::internal::CaptureStdout();
+        testing::internal::CaptureStderr();
+        const int status = program.Run(arguments.Count(), arguments.Values());
+        errors = testing::internal::GetCapturedStderr();
+        output = testing::internal::GetCapturedStdout();
+        return status;
+    }
+
+    CommandLine::ParseResult Parse(const std::vector<std::string>& given) {
+        Arguments arguments(given);
+        return program.Parse(arguments.Count(), arguments.Values(), output);
+    }
+
+    CommandLine program{"Does things", "thing"};
+    Command command = program.AddCommand("do", "Do a thing");
+    std::string word;
+    std::optional<std::string> more;
+    std::uint32_t number = 3;
+    std::uint64_t count = 0;
+    std::string size;
+    std::string mood;
+    bool fast = false;
+    std::function<void()> run = [] {
+    };
+    std::string output;
+    std::string errors;
+
+private:
+    /// The arguments of a main function.
+    class Arguments {
+    public:
+        explicit Arguments(const std::vector<std::string>& given) : texts{"thing"} {
+            texts.insert(texts.end(), given.begin(), given.end());
+            for (std::string& text : texts) {
+                pointers.push_back(text.data());
+            }
+        }
+        int Count() const { return static_cast<int>(pointers.size()); }
+        char** Values() { return pointers.data(); }
+
+    private:
+        std::vector<std::string> texts;
+        std::vector<char*> pointers;
+    };
+};
+
+TEST_F(CommandLineTest, ReadsValuesOfEveryKind) {
+    EXPECT_EQ(Run({"do", "a", "b", "-n", "5", "--count=18446744073709551615", "--size", "large",
+                   "--mood", "bAD", "--fast"}),
+              0);
+    EXPECT_EQ(word, "a");
+    EXPECT_EQ(more, "b");
+    EXPECT_EQ(number, 5u);
+    EXPECT_EQ(count, ~std::uint64_t{0});
+    EXPECT_EQ(size, "large");
+    EXPECT_EQ(mood, "Bad");
+    EXPECT_TRUE(fast);
+    EXPECT_EQ(output + errors, "");
+}
+
+TEST_F(CommandLineTest, KeepsTheVariablesOfOptionsThatAreNotGiven) {
+    EXPECT_EQ(Run({"do", "/path"}), 0);
+    EXPECT_EQ(word, "/path") << "an argument on every platform";
+    EXPECT_EQ(more, std::nullopt);
+    EXPECT_EQ(number, 3u);
+    EXPECT_FALSE(fast);
+}
+
+TEST_F(CommandLineTest, RefusesBadValuesWithStatusTwo) {
+    run = [] {
+        ADD_FAILURE() << "must not run";
+    };
+    EXPECT_EQ(Run({"do", "a", "-n", "6"}), 2);
+    EXPECT_EQ(errors.find("--number: Value 6 not in range 2 to 5\n"), 0u) << errors;
+    EXPECT_EQ(Run({"do", "a", "--count", "-1"}), 2);
+    EXPECT_EQ(errors.find("--count: \"-1\" is no number from 1 on\n"), 0u) << errors;
+    EXPECT_EQ(Run({"do", "a", "--size", "LARGE"}), 2);
+    EXPECT_EQ(Run({"do"}), 2);
+    EXPECT_EQ(errors.find("WORD is required\n"), 0u) << errors;
+    EXPECT_EQ(Run({"do", "a", "b", "c"}), 2);
+    EXPECT_EQ(Run({"do", "a", "--slow"}), 2);
+    EXPECT_EQ(output, "");
+}
+
+TEST_F(CommandLineTest, RequiresACommandOnDemand) {
+    EXPECT_EQ(Run({}), 0);
+    program.RequireCommand();
+    EXPECT_EQ(Run({}), 2);
+    EXPECT_EQ(errors.find("A subcommand is required\n"), 0u) << errors;
+    EXPECT_EQ(Run({"what"}), 2);
+    EXPECT_EQ(errors.find("The following argument was not expected: what\n"), 0u) << errors;
+}
+
+TEST_F(CommandLineTest, PrintsHelpAndRunsNothing) {
+    run = [] {
+        ADD_FAILURE() << "must not run";
+    };
+    command.SetFooter("The end.");
+    EXPECT_EQ(Run({"do", "--help"}), 0);
+    EXPECT_NE(output.find("-n,--number UINT:INT in [2 - 5]=3"), std::string::npos) << output;
+    EXPECT_NE(output.find("--count N"), std::string::npos) << output;
+    EXPECT_NE(output.find("--size TEXT:{small,large}"), std::string::npos) << output;
+    EXPECT_NE(output.find("The end."), std::string::npos) << output;
+    EXPECT_EQ(errors, "");
+}
+
+TEST_F(CommandLineTest, ReportsWhyTheCommandFailed) {
+    run = [] {
+        throw std::runtime_error("no luck");
+    };
+    EXPECT_EQ(Run({"do", "a"}), 1);
+    EXPECT_EQ(errors, "thing: no luck\n");
+    run = [] {
+        throw MissingArgument("MORE");
+    };
+    EXPECT_EQ(Run({"do", "a"}), 2);
+    EXPECT_EQ(errors.find("MORE is required\n"), 0u) << errors;
+    run = [] {
+        throw ExitStatus{7};
+    };
+    EXPECT_EQ(Run({"do", "a"}), 7);
+    EXPECT_EQ(output + errors, "");
+}
+
+TEST_F(CommandLineTest, ParsesForProgramsThatShowTheirOwnMessages) {
+    EXPECT_EQ(Parse({"do", "a"}), CommandLine::ParseResult::kReady);
+    EXPECT_EQ(Parse({"--help"}), CommandLine::ParseResult::kHelpRequested);
+    EXPECT_EQ(output.find("Does things\nUsage: thing"), 0u) << output;
+    EXPECT_EQ(Parse({"--colour"}), CommandLine::ParseResult::kBadUsage);
+    EXPECT_EQ(output.find("The following argument was not expected: --colour\n\nDoes things\n"), 0u)
+        << output;
+}
+
+TEST(CountProblem, AcceptsNumbersFromZeroOn) {
+    EXPECT_EQ(CountProblem("0"), "");
+    EXPECT_EQ(CountProblem("0x10"), "");
+    EXPECT_EQ(CountProblem("-1"), "\"-1\" is no number from 0 on");
+    EXPECT_EQ(PositiveCountProblem("1"), "");
+    EXPECT_EQ(PositiveCountProblem("0"), "\"0\" is no number from 1 on");
+}
+
+} // namespace

@@ -1,0 +1,116 @@
+// log_file_test.cpp - tests of the log sink of the programs
+#include "apps/common/log_file.h"
+
+#include "apps/common/command_failure.h"
+#include "tests/support/temporary_directory.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <sstream>
+#include <thread>
+#include <vector>
+
+namespace {
+
+class LogFileTest : public testing::Test {
+protected:
+    support::TemporaryDirectory directory;
+    LogFile log;
+};
+
+TEST_F(LogFileTest, WritesLevelAndTextAndFlushesEveryLine) {
+    log.Open(directory.PathOf("log"));
+    ILogSink& sink = log;
+    sink.Write(1, "Announced buffer %I64u", 18446744073709551615ull);
+    EXPECT_EQ(directory.Read("log"), "1 Announced buffer 18446744073709551615\n");
+    sink.Write(0, "bad");
+    sink.WriteError("100% of %s");
+    EXPECT_EQ(directory.Read("log"),
+              "1 Announced buffer 18446744073709551615\n0 bad\n0 100% of %s\n");
+}
+
+TEST_F(LogFileTest, WritesLinesOfAnyLength) {
+    log.Open(directory.PathOf("log"));
+    const std::string longText(70000, 'x');
+    ILogSink& sink = log;
+    sink.Write(1, "%s|%s", longText.c_str(), "end");
+    for (const std::size_t length : {510u, 511u, 512u, 513u}) {
+        sink.Write(1, "%s", std::string(length, 'y').c_str());
+    }
+    EXPECT_EQ(directory.Read("log"), "1 " + longText + "|end\n" + "1 " + std::string(510, 'y') +
+                                         "\n1 " + std::string(511, 'y') + "\n1 " +
+                                         std::string(512, 'y') + "\n1 " + std::string(513, 'y') +
+                                         "\n");
+}
+
+TEST_F(LogFileTest, KeepsOneCallOnOneLine) {
+    log.Open(directory.PathOf("log"));
+    ILogSink& sink = log;
+    sink.Write(1, "finished.\n");
+    sink.WriteError("a\r\nb");
+    EXPECT_EQ(directory.Read("log"), "1 finished.\\n\n0 a\\r\\nb\n");
+}
+
+TEST_F(LogFileTest, NeverMixesLinesOfSeveralThreads) {
+    log.Open(directory.PathOf("log"));
+    constexpr int kThreads = 4;
+    constexpr int kLines = 200;
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < kThreads; ++thread) {
+        threads.emplace_back([this, thread] {
+            for (int line = 0; line < kLines; ++line) {
+                static_cast<ILogSink&>(log).Write(
+                    1, "%d-%d-%s", thread, line,
+                    std::string(static_cast<std::size_t>(line), 'x').c_str());
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    std::istringstream lines(directory.Read("log"));
+    std::vector<int> next(kThreads, 0);
+    std::string line;
+    while (std::getline(lines, line)) {
+        const int thread = line.at(2) - '0';
+        const int number = next.at(static_cast<std::size_t>(thread))++;
+        EXPECT_EQ(line, "1 " + std::to_string(thread) + "-" + std::to_string(number) + "-" +
+                            std::string(static_cast<std::size_t>(number), 'x'));
+    }
+    EXPECT_EQ(next, std::vector<int>(kThreads, kLines));
+}
+
+TEST_F(LogFileTest, KeepsTheLastErrors) {
+    ILogSink& sink = log;
+    sink.Write(1, "fine");
+    for (int i = 1; i <= 9; ++i) {
+        sink.Write(0, "error %d", i);
+    }
+    sink.WriteError("error 10");
+    const std::deque<std::string> errors = log.TakeErrors();
+    ASSERT_EQ(errors.size(), 8u);
+    EXPECT_EQ(errors.front(), "error 3");
+    EXPECT_EQ(errors.back(), "error 10");
+    EXPECT_TRUE(log.TakeErrors().empty());
+}
+
+TEST_F(LogFileTest, CountsFramesReceivedInError) {
+    ILogSink& sink = log;
+    sink.Write(0, "CMivoraKVNPyxenClass::FrameCallback: Receive error: \"%s\" at buffer", "x");
+    sink.Write(0, "CMivoraKVNPyxenClass::FrameCallback: unknown snap type");
+    sink.Write(1, "CMivoraKVNPyxenClass::FrameCallback: Successfully grabbed frame");
+    EXPECT_EQ(log.ReceiveErrors(), 1u);
+}
+
+TEST_F(LogFileTest, RefusesAFileThatCannotBeWritten) {
+    const std::string path = directory.PathOf("missing/log");
+    try {
+        log.Open(path);
+        FAIL() << "no exception";
+    } catch (const CommandFailure& failure) {
+        EXPECT_NE(std::string(failure.what()).find(path), std::string::npos);
+    }
+}
+
+} // namespace
