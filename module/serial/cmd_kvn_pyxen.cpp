@@ -293,7 +293,8 @@ MV_ERRCODE CCmdKVNPyxen::WriteBuffer(const uint8_t* buffer, uint64_t length, uin
 MV_ERRCODE CCmdKVNPyxen::Transmit(const uint8_t* buffer, uint64_t length, uint64_t* count) {
     const SerialPortRow* row = FindSerialPortById(openPortId);
     if (!row) {
-        StoreCount(count, length); // a channel that is not open swallows what is written, on purpose
+        StoreCount(count,
+                   length); // a channel that is not open swallows what is written, on purpose
         return MV_OK;
     }
     Registers port(*grabber, grabber->CameraHandle(), *row);

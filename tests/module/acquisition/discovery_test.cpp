@@ -82,9 +82,10 @@ TEST_F(DiscoveryTest, TheOpenCamerasReturnIsTold) {
 TEST_F(DiscoveryTest, OtherEventsOfTheOpenCameraAreIgnored) {
     for (const char* type : {"Reachable", "missing", "Missing ", "MissingX", "Detecte", ""}) {
         EXPECT_EQ(Event("cam-ext-1", type), 0) << type;
-        EXPECT_EQ(Log(), Lines("cam-ext-1", type,
-                               {"1 " + kEventTag + "the currently opened camera encountered event \"" +
-                                type + "\" -> ignored."}));
+        EXPECT_EQ(Log(),
+                  Lines("cam-ext-1", type,
+                        {"1 " + kEventTag + "the currently opened camera encountered event \"" +
+                         type + "\" -> ignored."}));
     }
 }
 

@@ -161,8 +161,8 @@ TEST_F(SyncFeatureTest, WritesAnIntegerWithoutReadingTheTarget) {
                                       "PxnFeatureIntSet(localdevice0, \"Target\", 640)"}));
     EXPECT_EQ(sink.Take(), (Texts{"1 " + kSyncTag + "int64 feature can be synched to " + kTarget +
                                       " (value = 640, min = 16, max = 640)",
-                                  "1 " + kSyncTag + "Synched int64 feature from " + kSource + " to " +
-                                      kTarget + " (value = 640)"}));
+                                  "1 " + kSyncTag + "Synched int64 feature from " + kSource +
+                                      " to " + kTarget + " (value = 640)"}));
 }
 
 TEST_F(SyncFeatureTest, SkipsAnIntegerThatIsEqualAlready) {
@@ -171,10 +171,10 @@ TEST_F(SyncFeatureTest, SkipsAnIntegerThatIsEqualAlready) {
     EXPECT_EQ(sdk.TakeCalls(), Calls({"PxnFeatureIntGet(camera0, \"Source\")",
                                       "PxnFeatureIntRangeQuery(localdevice0, \"Target\")",
                                       "PxnFeatureIntGet(localdevice0, \"Target\")"}));
-    EXPECT_EQ(sink.Take(),
-              (Texts{"1 " + kSyncTag + "int64 feature can be synched to " + kTarget +
-                         " (value = -7, min = -7, max = 9)",
-                     "1 " + kSyncTag + kTarget + " already has appropriate value. Skipping update."}));
+    EXPECT_EQ(sink.Take(), (Texts{"1 " + kSyncTag + "int64 feature can be synched to " + kTarget +
+                                      " (value = -7, min = -7, max = 9)",
+                                  "1 " + kSyncTag + kTarget +
+                                      " already has appropriate value. Skipping update."}));
 }
 
 TEST_F(SyncFeatureTest, WritesAnIntegerThatDiffers) {
@@ -194,8 +194,8 @@ TEST_F(SyncFeatureTest, WritesAnIntegerThatDiffers) {
 TEST_F(SyncFeatureTest, RefusesAnIntegerOutsideTheTargetsRange) {
     Put(IntFeature("", 641, 0, 9999), IntFeature("", 100, 16, 640));
     EXPECT_EQ(Sync(true), 0);
-    EXPECT_EQ(sink.Take(), (Texts{"1 " + kSyncTag + "int64 feature can NOT be synched to " + kTarget +
-                                  " (value = 641, min = 16, max = 640)"}));
+    EXPECT_EQ(sink.Take(), (Texts{"1 " + kSyncTag + "int64 feature can NOT be synched to " +
+                                  kTarget + " (value = 641, min = 16, max = 640)"}));
     EXPECT_EQ(Target().intValue, 100);
     Camera()["Source"].intValue = 15;
     EXPECT_EQ(Sync(false), 0);
@@ -237,8 +237,8 @@ TEST_F(SyncFeatureTest, WritesAFloat) {
                                       "PxnFeatureFloatSet(localdevice0, \"Target\", 0.5)"}));
     EXPECT_EQ(sink.Take(), (Texts{"1 " + kSyncTag + "float feature can be synched to " + kTarget +
                                       " (value = 0.500000, min = 0.500000, max = 1000000.000000)",
-                                  "1 " + kSyncTag + "Synched float feature from " + kSource + " to " +
-                                      kTarget + ". value = 0.500000,"}));
+                                  "1 " + kSyncTag + "Synched float feature from " + kSource +
+                                      " to " + kTarget + ". value = 0.500000,"}));
 }
 
 TEST_F(SyncFeatureTest, ComparesFloatsWithoutTolerance) {
@@ -255,8 +255,9 @@ TEST_F(SyncFeatureTest, ComparesFloatsWithoutTolerance) {
 TEST_F(SyncFeatureTest, RefusesAFloatOutsideTheTargetsRange) {
     Put(FloatFeature("", std::nextafter(9.0, 10.0), 0, 10), FloatFeature("", 2, 0, 9));
     EXPECT_EQ(Sync(false), 0);
-    EXPECT_EQ(sink.Take(), (Texts{"1 " + kSyncTag + "float feature can NOT be synched to " + kTarget +
-                                  " (value = 9.000000, min = 0.000000, max = 9.000000)"}));
+    EXPECT_EQ(sink.Take(),
+              (Texts{"1 " + kSyncTag + "float feature can NOT be synched to " + kTarget +
+                     " (value = 9.000000, min = 0.000000, max = 9.000000)"}));
     Camera()["Source"].floatValue = std::numeric_limits<double>::quiet_NaN();
     EXPECT_EQ(Sync(false), 0);
     EXPECT_EQ(sdk.Calls({"PxnFeatureFloatSet"}), Texts{});
@@ -299,18 +300,18 @@ TEST_F(SyncFeatureTest, WritesAnEntryThatTheTargetShares) {
                      "PxnFeatureEnumRangeQuery(localdevice0, \"Target\", array, 2)",
                      "PxnFeatureEnumGet(localdevice0, \"Target\")",
                      "PxnFeatureEnumSet(localdevice0, \"Target\", \"On\")"}));
-    EXPECT_EQ(sink.Take(),
-              (Texts{"1 " + kSyncTag + "enum feature can be synched to " + kTarget + " (value = On)",
-                     "1 " + kSyncTag + "Synched enum feature from " + kSource + " to " + kTarget +
-                         " value = On."}));
+    EXPECT_EQ(sink.Take(), (Texts{"1 " + kSyncTag + "enum feature can be synched to " + kTarget +
+                                      " (value = On)",
+                                  "1 " + kSyncTag + "Synched enum feature from " + kSource +
+                                      " to " + kTarget + " value = On."}));
 }
 
 TEST_F(SyncFeatureTest, RefusesAnEntryThatTheTargetLacks) {
     Put(EnumFeature("", "On", Entries({"Off", "On"})),
         EnumFeature("", "Auto", Entries({"Auto", "on"})));
     EXPECT_EQ(Sync(true), 0);
-    EXPECT_EQ(sink.Take(), (Texts{"1 " + kSyncTag + "enum feature can NOT be synched to " + kTarget +
-                                  " (value = On)"}));
+    EXPECT_EQ(sink.Take(), (Texts{"1 " + kSyncTag + "enum feature can NOT be synched to " +
+                                  kTarget + " (value = On)"}));
     Target().entries.clear();
     EXPECT_EQ(Sync(true), 0);
     EXPECT_EQ(sdk.Calls({"PxnFeatureEnumSet"}), Texts{});
@@ -330,8 +331,8 @@ TEST_F(SyncFeatureTest, ComparesThePointersOfEntriesNotTheirTexts) {
     Put(EnumFeature("", "On", Entries({"On"})), EnumFeature("", "On", Entries({"On"})));
     api.PxnFeatureEnumRangeQuery = ListCopiedName;
     EXPECT_EQ(Sync(true), 0);
-    EXPECT_EQ(sink.Take(), (Texts{"1 " + kSyncTag + "enum feature can NOT be synched to " + kTarget +
-                                  " (value = On)"}));
+    EXPECT_EQ(sink.Take(), (Texts{"1 " + kSyncTag + "enum feature can NOT be synched to " +
+                                  kTarget + " (value = On)"}));
 }
 
 PxnError PXN_CALL ListMoreThanAsked(PxnHandle, const char*, const char** entries, uint32_t,
@@ -347,8 +348,8 @@ TEST_F(SyncFeatureTest, ReadsNoMoreEntriesThanItAskedFor) {
     Put(EnumFeature("", "Off", Entries({"Off"})), EnumFeature("", "On", Entries({"On"})));
     api.PxnFeatureEnumRangeQuery = ListMoreThanAsked;
     EXPECT_EQ(Sync(true), 0);
-    EXPECT_EQ(sink.Take(), (Texts{"1 " + kSyncTag + "enum feature can NOT be synched to " + kTarget +
-                                  " (value = Off)"}));
+    EXPECT_EQ(sink.Take(), (Texts{"1 " + kSyncTag + "enum feature can NOT be synched to " +
+                                  kTarget + " (value = Off)"}));
 }
 
 TEST_F(SyncFeatureTest, AnEntryMayLackItsName) {
@@ -371,8 +372,8 @@ TEST_F(SyncFeatureTest, AnEntryMayLackItsName) {
     EXPECT_EQ(Target().text, "On");
     sink.Take();
     EXPECT_EQ(engine.SyncFeature(&device, "Target", &camera, "Source", true), 0);
-    EXPECT_EQ(sink.Take(), (Texts{"1 " + kSyncTag + "enum feature can NOT be synched to " + kSource +
-                                  " (value = (null))"}));
+    EXPECT_EQ(sink.Take(), (Texts{"1 " + kSyncTag + "enum feature can NOT be synched to " +
+                                  kSource + " (value = (null))"}));
 }
 
 TEST_F(SyncFeatureTest, SkipsAnEntryThatIsEqualIgnoringCase) {
@@ -426,15 +427,15 @@ TEST_F(SyncFeatureTest, WritesAStringThatIsAsLongAsAllowed) {
                                       "PxnFeatureStringSet(localdevice0, \"Target\", \"four\")"}));
     EXPECT_EQ(sink.Take(), (Texts{"1 " + kSyncTag + "string feature can be synched to " + kTarget +
                                       " (value = four)",
-                                  "1 " + kSyncTag + "Synched string feature from " + kSource + " to " +
-                                      kTarget + " (value = four)"}));
+                                  "1 " + kSyncTag + "Synched string feature from " + kSource +
+                                      " to " + kTarget + " (value = four)"}));
 }
 
 TEST_F(SyncFeatureTest, RefusesAStringThatIsTooLong) {
     Put(StringFeature("", "fours"), StringFeature("", "old", 4));
     EXPECT_EQ(Sync(false), 0);
-    EXPECT_EQ(sink.Take(), (Texts{"1 " + kSyncTag + "string feature can NOT be synched to " + kTarget +
-                                  " (value = fours)"}));
+    EXPECT_EQ(sink.Take(), (Texts{"1 " + kSyncTag + "string feature can NOT be synched to " +
+                                  kTarget + " (value = fours)"}));
     EXPECT_EQ(Target().text, "old");
 }
 
@@ -470,9 +471,9 @@ TEST_F(SyncFeatureTest, ReportsEveryFailureOfAString) {
     sdk.ClearFailures();
     FailSource("PxnFeatureStringGet", PxnErrWrongType);
     EXPECT_EQ(Sync(true), 0);
-    EXPECT_EQ(sink.Take(),
-              Texts{"0 " + kSyncTag + "Cannot query string-feature " + kSource + " for synching to " +
-                    kTarget + ": The feature type for this access function was wrong"});
+    EXPECT_EQ(sink.Take(), Texts{"0 " + kSyncTag + "Cannot query string-feature " + kSource +
+                                 " for synching to " + kTarget +
+                                 ": The feature type for this access function was wrong"});
     sdk.ClearFailures();
     FailTarget("PxnFeatureStringMaxlengthQuery");
     EXPECT_EQ(Sync(true), 0);
@@ -501,8 +502,8 @@ TEST_F(SyncFeatureTest, WritesABoolean) {
                                           std::string("PxnFeatureBoolSet(localdevice0, "
                                                       "\"Target\", ") +
                                               (value ? "1)" : "0)")}));
-        EXPECT_EQ(sink.Take(), (Texts{"1 " + kSyncTag + "bool feature can be synched to " + kTarget +
-                                          " value = " + text,
+        EXPECT_EQ(sink.Take(), (Texts{"1 " + kSyncTag + "bool feature can be synched to " +
+                                          kTarget + " value = " + text,
                                       "1 " + kSyncTag + "Synched boolean feature from " + kSource +
                                           " to " + kTarget + ". value = " + text}));
     }
@@ -511,9 +512,10 @@ TEST_F(SyncFeatureTest, WritesABoolean) {
 TEST_F(SyncFeatureTest, SkipsABooleanThatIsEqual) {
     Put(BoolFeature("", true), BoolFeature("", true));
     EXPECT_EQ(Sync(true), 1);
-    EXPECT_EQ(sink.Take(),
-              (Texts{"1 " + kSyncTag + "bool feature can be synched to " + kTarget + " value = true",
-                     "1 " + kSyncTag + kTarget + " already has appropriate value. Skipping update."}));
+    EXPECT_EQ(
+        sink.Take(),
+        (Texts{"1 " + kSyncTag + "bool feature can be synched to " + kTarget + " value = true",
+               "1 " + kSyncTag + kTarget + " already has appropriate value. Skipping update."}));
     EXPECT_EQ(Sync(false), 1);
     EXPECT_EQ(sdk.Calls({"PxnFeatureBoolSet"}).size(), 1u);
 }

@@ -6,8 +6,8 @@ namespace {
 
 using Choices = std::vector<std::uint32_t>;
 
-constexpr SerialField kDialogFields[] = {SerialField::kBaud, SerialField::kParity, SerialField::kByteSize,
-                                   SerialField::kStopBits};
+constexpr SerialField kDialogFields[] = {SerialField::kBaud, SerialField::kParity,
+                                         SerialField::kByteSize, SerialField::kStopBits};
 
 SerialDialogData TwoPorts() {
     SerialDialogData data;

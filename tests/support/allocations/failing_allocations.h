@@ -3,7 +3,8 @@
 // Replaces operator new and delete in the program that links it. On Linux this also affects the
 // shared libraries it loads; on Windows each library has its own allocator. Of the C functions only
 // realloc can fail, on Linux, when called by the program itself.
-// ThreadSanitizer does not support a replaced allocator: its builds omit the tests that use this one.
+// ThreadSanitizer does not support a replaced allocator: its builds omit the tests that use this
+// one.
 #pragma once
 
 namespace support {
