@@ -1,11 +1,13 @@
 // buffer_debounce.h - many changes of the buffer format, told as one
 #pragma once
 
+#include "platform/clock.h"
+
 #include <cstdint>
 #include <functional>
 
-/// Tells the beginning at the first change and the end when no change has come for a while.
-/// User-interface thread only; the actions may call back in.
+/// Tells the beginning at the first change and the end when no change has come for kQuietMs by
+/// platform::MonotonicNanoseconds. User-interface thread only; the actions may call back in.
 class BufferDebounce {
 public:
     static constexpr std::uint32_t kQuietMs = 500;
@@ -36,17 +38,29 @@ public:
             actions.StopQuietTimer();
         }
         if (running) {
+            quietAt = platform::MonotonicNanoseconds() + kQuietMs * kNanosecondsPerMillisecond;
             actions.StartQuietTimer(kQuietMs);
         }
     }
 
-    void OnQuiet() {
+    /// The timer has expired. A timer counts in ticks of its own and may be early: it then runs
+    /// again for the rest.
+    void OnTimer() {
+        const std::uint64_t now = platform::MonotonicNanoseconds();
+        if (running && now < quietAt) {
+            const std::uint64_t rest = quietAt - now + kNanosecondsPerMillisecond - 1;
+            actions.StartQuietTimer(static_cast<std::uint32_t>(rest / kNanosecondsPerMillisecond));
+            return;
+        }
         actions.StopQuietTimer();
         actions.EndBufferChange();
         running = false;
     }
 
 private:
+    static constexpr std::uint64_t kNanosecondsPerMillisecond = 1000000;
+
     Actions& actions;
     bool running = false;
+    std::uint64_t quietAt = 0; // while a change is under way
 };

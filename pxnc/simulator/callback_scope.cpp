@@ -4,11 +4,11 @@ namespace pxsim {
 namespace {
 
 thread_local CallbackKind running = CallbackKind::kNone;
-thread_local std::chrono::steady_clock::time_point timeOfFrame;
+thread_local Clock::time_point timeOfFrame;
 
 } // namespace
 
-CallbackScope::CallbackScope(CallbackKind kind, std::chrono::steady_clock::time_point frameTime) {
+CallbackScope::CallbackScope(CallbackKind kind, Clock::time_point frameTime) {
     running = kind;
     timeOfFrame = frameTime;
 }
@@ -25,7 +25,7 @@ bool InsideFrameCallback() {
     return running == CallbackKind::kFrame;
 }
 
-std::chrono::steady_clock::time_point CurrentFrameTime() {
+Clock::time_point CurrentFrameTime() {
     return timeOfFrame;
 }
 

@@ -1,7 +1,7 @@
 // callback_scope.h - tells whether the calling thread is inside a callback of this SDK
 #pragma once
 
-#include <chrono>
+#include "pxnc/simulator/clock.h"
 
 namespace pxsim {
 
@@ -11,7 +11,7 @@ enum class CallbackKind { kNone, kFrame, kInvalidation };
 class CallbackScope {
 public:
     /// A frame callback has the moment of its frame's timestamp.
-    explicit CallbackScope(CallbackKind kind, std::chrono::steady_clock::time_point frameTime = {});
+    explicit CallbackScope(CallbackKind kind, Clock::time_point frameTime = {});
     ~CallbackScope();
     CallbackScope(const CallbackScope&) = delete;
     CallbackScope& operator=(const CallbackScope&) = delete;
@@ -21,6 +21,6 @@ bool InsideCallback();
 /// True inside a frame callback: what would wait for that callback is refused there.
 bool InsideFrameCallback();
 /// When the frame was taken whose callback this thread runs.
-std::chrono::steady_clock::time_point CurrentFrameTime();
+Clock::time_point CurrentFrameTime();
 
 } // namespace pxsim

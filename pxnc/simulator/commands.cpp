@@ -1,6 +1,8 @@
 #include "pxnc/simulator/commands.h"
 
 #include "pxnc/simulator/callback_scope.h"
+#include "pxnc/simulator/clock.h"
+#include "pxnc/simulator/condition.h"
 #include "pxnc/simulator/entry_names.h"
 #include "pxnc/simulator/number_text.h"
 #include "pxnc/simulator/script.h"
@@ -9,7 +11,9 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <cstdio>
 #include <iterator>
+#include <optional>
 #include <sstream>
 #include <string_view>
 #include <vector>
@@ -27,6 +31,7 @@ using Words = std::vector<std::string>;
 
 constexpr std::uint32_t kLongestMs = 24 * 60 * 60 * 1000;
 constexpr const char* kUpToADay = "a number of milliseconds up to a day";
+constexpr const char* kClockUsage = "clock stop|start|next, clock advance MS";
 
 [[noreturn]] void Refuse(PxnError code, const std::string& reason) {
     throw Refusal{code, reason};
@@ -62,6 +67,14 @@ PxnError Code(const std::string& word) {
         Refuse(PxnErrBadParameter, "\"" + word + "\" is not a result code");
     }
     return static_cast<PxnError>(value);
+}
+
+std::uint64_t CallNumber(const std::string& word) {
+    const std::uint64_t call = Count(word);
+    if (call == 0) {
+        Refuse(PxnErrBadParameter, "calls are counted from 1");
+    }
+    return call;
 }
 
 // "any" stands for all of them.
@@ -246,8 +259,7 @@ std::string FrameAge(const Words&) {
     if (!InsideFrameCallback()) {
         Refuse(PxnErrInvalidCall, "no frame callback is running on this thread");
     }
-    const auto age = std::chrono::steady_clock::now() - CurrentFrameTime();
-    return std::to_string(std::chrono::nanoseconds(age).count());
+    return std::to_string((Clock::now() - CurrentFrameTime()).count());
 }
 
 std::string Script(const Words& words) {
@@ -280,13 +292,65 @@ std::string Status(const Words&) {
 
 bool IsCommandName(const std::string& word);
 
+/// The line that begins with that word, to be run some other time.
+std::string LineFrom(const Words& words, std::size_t first) {
+    if (!IsCommandName(words[first])) {
+        Refuse(PxnErrBadParameter, "no command \"" + words[first] + "\"; try help");
+    }
+    return JoinFrom(words, first);
+}
+
 std::string RunLater(const Words& words) {
     const std::uint64_t delayMs = AtMost(kLongestMs, words[1], kUpToADay);
-    if (!IsCommandName(words[2])) {
-        Refuse(PxnErrBadParameter, "no command \"" + words[2] + "\"; try help");
-    }
-    if (!Running()->Delayed().Add(delayMs, JoinFrom(words, 2))) {
+    const std::string line = LineFrom(words, 2);
+    if (!Running()->Delayed().Add(delayMs, line)) {
         Refuse(PxnErrResources, "no thread for it");
+    }
+    return "ok";
+}
+
+std::string RunAtCall(const Words& words) {
+    const std::string& entry = Entry(words[1]);
+    const std::uint64_t call = CallNumber(words[2]);
+    Faults::Instance().RunAtCall(entry, call, LineFrom(words, 3));
+    return "ok";
+}
+
+std::string NextTime() {
+    const std::optional<Clock::time_point> next = NextTimedWait();
+    if (!next) {
+        return "none";
+    }
+    return std::to_string(std::max(*next - Clock::now(), Clock::duration::zero()).count());
+}
+
+std::string AdvanceClockBy(const std::string& word) {
+    if (!AdvanceClock(std::chrono::milliseconds(AtMost(kLongestMs, word, kUpToADay)))) {
+        Refuse(PxnErrInvalidCall, "the clock runs; stop it first");
+    }
+    if (const std::shared_ptr<Simulator> simulator = Sdk::Instance().Current()) {
+        simulator->Delayed().WaitForDueLines();
+    }
+    return "ok";
+}
+
+std::string ControlClock(const Words& words) {
+    const bool takesTime = words[1] == "advance";
+    if (takesTime != (words.size() == 3)) {
+        Refuse(PxnErrBadParameter, std::string("usage: ") + kClockUsage);
+    }
+    if (takesTime) {
+        return AdvanceClockBy(words[2]);
+    }
+    if (words[1] == "next") {
+        return NextTime();
+    }
+    if (words[1] == "stop") {
+        StopClock();
+    } else if (words[1] == "start") {
+        StartClock();
+    } else {
+        Refuse(PxnErrBadParameter, "\"" + words[1] + "\" is not stop, start, next or advance");
     }
     return "ok";
 }
@@ -325,12 +389,11 @@ constexpr Command kCommands[] = {
          return std::string("ok");
      }},
     {"after", 2, kAnyNumber, "after MS COMMAND", RunLater},
+    {"at-call", 3, kAnyNumber, "at-call ENTRY N COMMAND", RunAtCall},
+    {"clock", 1, 2, kClockUsage, ControlClock},
     {"fail", 3, 3, "fail ENTRY N CODE",
      [](const Words& words) {
-         const std::uint64_t call = Count(words[2]);
-         if (call == 0) {
-             Refuse(PxnErrBadParameter, "calls are counted from 1");
-         }
+         const std::uint64_t call = CallNumber(words[2]);
          Faults::Instance().FailCall(Entry(words[1]), call, Code(words[3]));
          return std::string("ok");
      }},
@@ -374,6 +437,7 @@ constexpr Command kCommands[] = {
     {"clear", 0, 0, "clear",
      [](const Words&) {
          Faults::Instance().Clear();
+         StartClock();
          if (const std::shared_ptr<Simulator> simulator = Sdk::Instance().Current()) {
              ForEachPort(*simulator, [](Uart& port) { port.SetFault(Uart::Fault::kNone); });
              simulator->Delayed().Clear();
@@ -444,6 +508,13 @@ std::int32_t RunCommand(const std::string& line, std::string& answer) {
     } catch (const Refusal& refusal) {
         answer = refusal.reason;
         return refusal.code;
+    }
+}
+
+void RunUnattended(const std::string& line) {
+    std::string answer;
+    if (RunCommand(line, answer) < 0) {
+        std::fprintf(stderr, "PxnC: %s: %s\n", line.c_str(), answer.c_str());
     }
 }
 

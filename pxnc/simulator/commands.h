@@ -8,5 +8,7 @@ namespace pxsim {
 
 /// Runs one line. 0 and an answer, or a negative code and the reason.
 std::int32_t RunCommand(const std::string& line, std::string& answer);
+/// The same where nobody awaits the answer: a refusal is written to standard error.
+void RunUnattended(const std::string& line);
 
 } // namespace pxsim

@@ -2,13 +2,13 @@
 #pragma once
 
 #include "platform/mutex.h"
+#include "pxnc/simulator/clock.h"
 
-#include <chrono>
 #include <condition_variable>
+#include <mutex>
+#include <optional>
 
 namespace pxsim {
-
-using Clock = std::chrono::steady_clock;
 
 /// A condition variable for platform::Mutex. The mutex must be held exactly once by the waiter.
 class Condition {
@@ -16,10 +16,18 @@ public:
     void Wait(platform::Mutex& mutex) REQUIRES(mutex);
     /// Returns at `when` at the latest; waiters look at their condition again in any case.
     void WaitUntil(platform::Mutex& mutex, Clock::time_point when) REQUIRES(mutex);
-    void NotifyAll() { condition.notify_all(); }
+    void NotifyAll();
 
 private:
-    std::condition_variable_any condition;
+    // Held from before the waiter's mutex is released until the wait has begun, so that no
+    // notification and no step of the clock falls between the two.
+    std::mutex beginning;
+    std::condition_variable condition;
 };
+
+/// Ends every WaitUntil of this process, whatever its time.
+void WakeTimedWaits();
+/// The earliest time for which a WaitUntil waits; nothing when there is none.
+std::optional<Clock::time_point> NextTimedWait();
 
 } // namespace pxsim

@@ -2,7 +2,6 @@
 
 #include "pxnc/simulator/commands.h"
 
-#include <cstdio>
 #include <utility>
 
 namespace pxsim {
@@ -27,9 +26,20 @@ bool DelayedCommands::Add(std::uint64_t delayMs, const std::string& line) {
     return true;
 }
 
+void DelayedCommands::WaitForDueLines() {
+    platform::MutexLock lock(mutex);
+    const auto isDue = [this]() REQUIRES(mutex) {
+        return !lines.empty() && lines.begin()->first <= Clock::now();
+    };
+    while (!ending && !thread.IsCurrent() && (runningLine || isDue())) {
+        changed.Wait(mutex);
+    }
+}
+
 void DelayedCommands::Clear() {
     platform::MutexLock lock(mutex);
     lines.clear();
+    changed.NotifyAll();
 }
 
 void DelayedCommands::Stop() {
@@ -62,12 +72,12 @@ void DelayedCommands::Run() {
         }
         const std::string line = std::move(first->second);
         lines.erase(first);
+        runningLine = true;
         mutex.Unlock(); // a line may add another
-        std::string answer;
-        if (RunCommand(line, answer) < 0) {
-            std::fprintf(stderr, "PxnC: %s: %s\n", line.c_str(), answer.c_str());
-        }
+        RunUnattended(line);
         mutex.Lock();
+        runningLine = false;
+        changed.NotifyAll();
     }
 }
 

@@ -22,6 +22,8 @@ public:
 
     /// False when it has been stopped or no thread can be started.
     bool Add(std::uint64_t delayMs, const std::string& line) EXCLUDES(mutex);
+    /// Waits until all lines have run whose time has come; on their own thread it does not wait.
+    void WaitForDueLines() EXCLUDES(mutex);
     /// Forgets what has not run yet.
     void Clear() EXCLUDES(mutex);
     /// Forgets what has not run yet, waits for a running line and ends the thread for good.
@@ -35,6 +37,7 @@ private:
     Condition changed;
     platform::Thread thread GUARDED_BY(mutex);
     std::multimap<Clock::time_point, std::string> lines GUARDED_BY(mutex);
+    bool runningLine GUARDED_BY(mutex) = false;
     bool ending GUARDED_BY(mutex) = false;
 };
 

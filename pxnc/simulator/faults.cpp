@@ -1,6 +1,7 @@
 #include "pxnc/simulator/faults.h"
 
 #include "platform/sleep.h"
+#include "pxnc/simulator/commands.h"
 #include "pxnc/simulator/never_destroyed.h"
 
 #include <algorithm>
@@ -25,6 +26,7 @@ PxnError Faults::OnCall(const char* entry) {
     if (!armed) {
         return PxnErrSuccess;
     }
+    RunLinesAtCall(entry);
     std::uint32_t delay = 0;
     PxnError result = PxnErrSuccess;
     {
@@ -44,6 +46,22 @@ PxnError Faults::OnCall(const char* entry) {
         platform::SleepMs(delay);
     }
     return result;
+}
+
+void Faults::RunLinesAtCall(const char* entry) {
+    std::vector<std::string> due;
+    {
+        platform::MutexLock lock(mutex);
+        for (CallLine& one : callLines) {
+            if (Concerns(one.entry, entry) && --one.remaining == 0) {
+                due.push_back(one.line);
+            }
+        }
+        std::erase_if(callLines, [](const CallLine& one) { return one.remaining == 0; });
+    }
+    for (const std::string& line : due) {
+        RunUnattended(line);
+    }
 }
 
 PxnError Faults::Strike(const char* entry) {
@@ -108,6 +126,12 @@ void Faults::FailAlways(const std::string& entry, PxnError code) {
     armed = true;
 }
 
+void Faults::RunAtCall(const std::string& entry, std::uint64_t call, const std::string& line) {
+    platform::MutexLock lock(mutex);
+    callLines.push_back({entry, call, line});
+    armed = true;
+}
+
 void Faults::Delay(const std::string& entry, std::uint32_t milliseconds) {
     platform::MutexLock lock(mutex);
     delays[entry] = milliseconds;
@@ -149,6 +173,7 @@ void Faults::Schedule(ScheduledPlug plug) {
 void Faults::Clear() {
     platform::MutexLock lock(mutex);
     callFaults.clear();
+    callLines.clear();
     delays.clear();
     stuck.clear();
     countChanges.clear();

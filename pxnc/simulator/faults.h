@@ -33,8 +33,8 @@ class Faults {
 public:
     static Faults& Instance();
 
-    /// Every entry point passes here first. Waits for delays and while the entry is stuck; a
-    /// result other than PxnErrSuccess is the entry's answer.
+    /// Every entry point passes here first. Runs the lines ordered for this call, waits for delays
+    /// and while the entry is stuck; a result other than PxnErrSuccess is the entry's answer.
     PxnError OnCall(const char* entry) EXCLUDES(mutex);
     /// How many more (or fewer) things the list of this entry pretends to have, once.
     std::int64_t TakeCountChange(const char* entry) EXCLUDES(mutex);
@@ -52,6 +52,9 @@ public:
     /// `entry` is the name of an entry point, or "any".
     void FailCall(const std::string& entry, std::uint64_t call, PxnError code) EXCLUDES(mutex);
     void FailAlways(const std::string& entry, PxnError code) EXCLUDES(mutex);
+    /// Runs a line of the control interface when that call begins, on the caller's thread.
+    void RunAtCall(const std::string& entry, std::uint64_t call, const std::string& line)
+        EXCLUDES(mutex);
     void Delay(const std::string& entry, std::uint32_t milliseconds) EXCLUDES(mutex);
     void Stick(const std::string& entry) EXCLUDES(mutex);
     void ChangeCount(const std::string& entry, std::int64_t by) EXCLUDES(mutex);
@@ -72,7 +75,14 @@ private:
         PxnError code;
     };
 
+    struct CallLine {
+        std::string entry;
+        std::uint64_t remaining; // calls until it runs
+        std::string line;
+    };
+
     PxnError Strike(const char* entry) REQUIRES(mutex);
+    void RunLinesAtCall(const char* entry) EXCLUDES(mutex);
 
     std::atomic<std::uint64_t> calls = 0;
     std::atomic<bool> armed = false; // any fault on calls
@@ -82,6 +92,7 @@ private:
     platform::Mutex mutex;
     Condition changed;
     std::vector<CallFault> callFaults GUARDED_BY(mutex);
+    std::vector<CallLine> callLines GUARDED_BY(mutex);
     std::map<std::string, std::uint32_t> delays GUARDED_BY(mutex);
     std::set<std::string> stuck GUARDED_BY(mutex);
     std::map<std::string, std::int64_t> countChanges GUARDED_BY(mutex);

@@ -47,8 +47,13 @@ public:
         ASSERT_EQ(grabber.PrepareFrameBuffers(8), MV_OK);
         ASSERT_EQ(grabber.InstPostProcessCallBack(&Station::OnFrame, this), MV_OK);
         const auto end = std::chrono::steady_clock::now() + Duration();
+        const auto giveUp = end + std::chrono::minutes(1);
+        const auto isToGoOn = [&] {
+            const auto now = std::chrono::steady_clock::now();
+            return now < end || (pictures < 2 && now < giveUp);
+        };
         ASSERT_EQ(grabber.Snap(1), MV_OK);
-        while (std::chrono::steady_clock::now() < end) {
+        while (isToGoOn()) {
             TakeFrames();
             // Read and write parameters while frames arrive.
             std::uint64_t exposure = 0;

@@ -5,11 +5,16 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <chrono>
 #include <thread>
 
 namespace platform {
 namespace {
+
+std::uint64_t AnHour() {
+    return 3'600'000'000'000u;
+}
 
 TEST(Clock, NeverDecreases) {
     std::uint64_t last = MonotonicNanoseconds();
@@ -25,7 +30,32 @@ TEST(Clock, Advances) {
     EXPECT_TRUE(support::WaitUntil([&] { return MonotonicNanoseconds() > start; }));
 }
 
-TEST(Clock, CountsProcessorTime) {
+TEST(Clock, ReadsTheReplacementUntilTheRealOneIsRestored) {
+    const std::uint64_t before = MonotonicNanoseconds();
+    SetClockFunction(&AnHour);
+    EXPECT_EQ(MonotonicNanoseconds(), AnHour());
+    EXPECT_EQ(MonotonicNanoseconds(), AnHour()) << "it stands still";
+    SetClockFunction(nullptr);
+    EXPECT_GE(MonotonicNanoseconds(), before);
+    EXPECT_TRUE(support::WaitUntil([&] { return MonotonicNanoseconds() > before; }));
+}
+
+TEST(Clock, MayBeReplacedWhileOthersReadIt) {
+    std::atomic<bool> stop{false};
+    std::thread reader([&] {
+        while (!stop) {
+            EXPECT_GT(MonotonicNanoseconds(), 0u);
+        }
+    });
+    for (int i = 0; i < 1000; ++i) {
+        SetClockFunction(i % 2 == 0 ? &AnHour : nullptr);
+    }
+    SetClockFunction(nullptr);
+    stop = true;
+    reader.join();
+}
+
+TEST(Clock, CountsProcessorTimeUsed) {
     const double start = ProcessCpuSeconds();
     EXPECT_GE(start, 0.0);
     EXPECT_TRUE(support::WaitUntil([&] {

@@ -1,5 +1,6 @@
 // cameras_test.cpp - listing, selecting and watching cameras
 #include "tests/scenario/program_test.h"
+#include "tests/scenario/running_watch.h"
 
 namespace scenario {
 namespace {
@@ -115,32 +116,28 @@ TEST_F(Cameras, AreWatchedForATime) {
 }
 
 TEST_F(Cameras, AreWatchedAsTheyComeAndGo) {
-    // The camera comes back between two polls, which are one second apart, so only the event can
-    // reveal it in time.
-    UseCamera("", Faults("after 1000 unplug A") + Faults("after 2500 plug A"));
-    const auto result = Mivora({"watch", "--for", "3500"});
-    ExpectDone(result);
-    // Drops the times, which precede the events.
-    std::string events;
-    for (std::size_t at = result.output.find('\n') + 1; at < result.output.size();) {
-        const std::size_t end = result.output.find('\n', at);
-        events += result.output.substr(at + 11, end - at - 11) + "\n";
-        at = end + 1;
-    }
-    const std::string camera =
-        result.output.substr(sizeof "watching", result.output.find('\n') - sizeof "watching");
-    EXPECT_EQ(events, "camera configuration changed\n" + camera +
-                          " is gone\ncamera configuration changed\n" + camera + " is there\n");
+    // It goes during a call that opens it, and comes back during the second look for it.
+    UseCamera("", Faults("at-call PxnCameraInfoQueryByHandle 1 unplug A") +
+                      Faults("at-call PxnCamerasList 3 plug A"));
+    std::string key = support::RunProgram("pyxen-tool", {"camera-key", "Eth0|A"}).output;
+    std::erase(key, '\n');
+    const std::string camera = "camera 0 (Camera A, " + key + ")";
+    RunningWatch watch(WithConfig({"watch"}));
+    EXPECT_TRUE(watch.Prints("watching " + camera));
+    EXPECT_TRUE(watch.Prints(" camera configuration changed"));
+    EXPECT_TRUE(watch.Prints(" " + camera + " is gone"));
+    EXPECT_TRUE(watch.Prints(" " + camera + " is there"));
+    EXPECT_EQ(watch.Errors(), "");
 }
 
 TEST_F(Cameras, AreWatchedFromTheirFirstAppearance) {
     directory.Write("PxnC.xml", "<PxnC><camera id=\"A\" model=\"Camera A\" plugged=\"false\"/>" +
-                                    Faults("after 300 plug A") + "</PxnC>");
-    const auto result = Mivora({"watch", "--for", "3000"});
-    ExpectDone(result);
-    EXPECT_PRED2(Contains, result.output, "watching; there is no camera yet\n");
-    EXPECT_PRED2(Contains, result.output, "camera 0 (Camera A");
-    EXPECT_PRED2(Contains, result.output, "is there\n");
+                                    Faults("at-call PxnCamerasList 2 plug A") + "</PxnC>");
+    RunningWatch watch(WithConfig({"watch"}));
+    EXPECT_TRUE(watch.Prints("watching; there is no camera yet"));
+    EXPECT_TRUE(watch.Prints(" is there"));
+    EXPECT_PRED2(Contains, watch.Output(), "camera 0 (Camera A");
+    EXPECT_EQ(watch.Errors(), "");
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 #include "platform/process.h"
 #include "tests/scenario/diagonal_ramp.h"
 #include "tests/scenario/program_test.h"
+#include "tests/scenario/running_watch.h"
 #include "tests/support/posix/fake_camera.h"
 #include "tests/support/wait_until.h"
 
@@ -73,44 +74,6 @@ TEST_F(GenicamPrograms, EndWithAnErrorWhenTheCameraIsUnpluggedAndServeTheNext) {
     ExpectDone(Mivora({"--sdk", "genicam", "snap", "-o", PathOf("image.raw")}));
     EXPECT_EQ(kPicture.CountWrongPixels(directory.Read("image.raw")), 0u);
 }
-
-/// A running "mivora watch" whose output is read while it runs.
-class RunningWatch {
-public:
-    explicit RunningWatch(const Arguments& arguments) {
-        auto start = support::ProgramStart("mivora", arguments);
-        start.environment.emplace_back("PYXEN_GENICAM_POLL_MS", "50");
-        std::string error;
-        EXPECT_TRUE(process.Start(start, &error)) << error;
-    }
-
-    /// Waits for a line that ends with `text`, after those already waited for.
-    testing::AssertionResult Prints(const std::string& text) {
-        const auto isPrinted = [&] {
-            const std::size_t at = process.Output().find(text + "\n", read);
-            read = at == std::string::npos ? read : at + text.size() + 1;
-            return at != std::string::npos;
-        };
-        if (support::WaitUntil(isPrinted, kLimitMs)) {
-            return testing::AssertionSuccess();
-        }
-        return testing::AssertionFailure() << "no line \"" << text << "\" in\n"
-                                           << process.Output() << process.Errors();
-    }
-    support::ProgramResult Interrupt() {
-        support::ProgramResult result;
-        EXPECT_TRUE(process.Interrupt());
-        result.ended = process.Wait(kLimitMs, result.status);
-        EXPECT_TRUE(result.ended);
-        result.output = process.Output();
-        result.errors = process.Errors();
-        return result;
-    }
-
-private:
-    platform::Process process;
-    std::size_t read = 0;
-};
 
 TEST_F(GenicamPrograms, WatchReportsThatTheCameraGoesAndComesBack) {
     const std::string name = NameOfFirst();

@@ -94,8 +94,12 @@ TEST_F(Images, AreGrabbedWithAClosedAccount) {
         EXPECT_EQ(report["frames"], 40) << format;
         EXPECT_EQ(report["errors"], 0) << format;
         EXPECT_EQ(report["account"]["written"], 0) << format;
-        EXPECT_GT(report["framesPerSecond"], 1.0) << format;
-        EXPECT_LE(report["framesPerSecond"], 400.0) << format;
+        // However fast they came, the rate is between those of the longest and the shortest
+        // interval.
+        const Json& interval = report["intervalMicroseconds"];
+        EXPECT_GE(interval["count"], 39) << format;
+        EXPECT_GE(report["framesPerSecond"], 0.999e6 / interval["max"].get<double>()) << format;
+        EXPECT_LE(report["framesPerSecond"], 1.001e6 / interval["min"].get<double>()) << format;
         EXPECT_EQ(report["handOverMicroseconds"]["count"], 40) << format;
         EXPECT_EQ(report["latencyMicroseconds"]["count"], report["account"]["delivered"]);
         EXPECT_GT(report["latencyMicroseconds"]["min"], 0) << format;
@@ -120,13 +124,17 @@ TEST_F(Images, AreAccountedForWhateverGoesWrongWithThem) {
     EXPECT_GT(grab("frame-random 2 30 small\n")["account"]["incomplete"], 0);
     EXPECT_GT(grab("frame-random 3 30 drop\n")["account"]["sdk"]["dropped"], 0);
     grab("frame-random 4 30 duplicate\n");
-    const Json late = grab("frame late 5,11\n");
-    EXPECT_GE(late["latencyMicroseconds"]["max"], 50000.0) << "late means after its timestamp";
-    EXPECT_LT(late["latencyMicroseconds"]["min"], 50000.0);
+    // Free-running, the camera sends although the clock is stopped; only late frames advance it.
+    UseCamera("<feature name=\"SimulatorFreeRunning\" value=\"true\"/>\n");
+    const Json late = grab("clock stop\nframe late 5,11\n");
+    EXPECT_EQ(late["latencyMicroseconds"]["max"], 50000.0) << "late means after its timestamp";
+    EXPECT_EQ(late["latencyMicroseconds"]["min"], 0.0);
 }
 
 TEST_F(Images, AreWrittenOneByOne) {
-    UseCamera();
+    // Fewer frames than buffers, so that none is overwritten before it has been copied.
+    UseCamera("<feature name=\"AcquisitionMode\" value=\"MultiFrame\"/>\n"
+              "<feature name=\"AcquisitionFrameCount\" value=\"48\"/>\n");
     for (const char* format : {"png", "pnm", "raw"}) {
         const std::string name = std::string("images-") + format;
         const auto result = Mivora({"grab", "--frames", "12", "--buffers", "50", "-o", PathOf(name),
@@ -171,8 +179,9 @@ TEST_F(Images, EndWithAnErrorWhenTheCameraIsUnplugged) {
     ExpectFailure(result, 1, {"no more frames from camera 0 (Camera A"});
     const Json report = Json::parse(result.output);
     EXPECT_TRUE(report["cameraLost"]);
-    EXPECT_GE(report["frames"], 15);
-    EXPECT_LE(report["frames"], 20);
+    // The program may be too slow for some of them, which the account tells.
+    EXPECT_EQ(report["account"]["delivered"], 20);
+    EXPECT_GT(report["frames"], 0);
     ExpectClosed(report);
 }
 

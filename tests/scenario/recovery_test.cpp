@@ -193,15 +193,17 @@ TEST_F(Recovery, FromACameraThatIsGone) {
     UseCamera();
     ShellSession shell = StartShell();
     ExpectAnswers(shell,
-                  "Init\nSetActCameraIndex 0\nOpenActCamera\nPrepareFrameBuffers 3\nSnap 1\n"
+                  "Init\nSetActCameraIndex 0\nOpenActCamera\nPrepareFrameBuffers 3\n"
+                  "SdkControl clock stop\nSnap 1\nSdkControl clock advance 20\n"
                   "WaitFrames 5\nSdkControl unplug A\nStopSnap\nSnap 3\nGetAcquisitionState\n"
                   "CloseActCamera\nOpenActCamera\nRefreshCameraList\nGetNumCameras\n"
-                  "SdkControl plug A\nRefreshCameraList\n",
+                  "SdkControl plug A\nRefreshCameraList\nSdkControl clock start\n",
                   "Init = 0\nSetActCameraIndex = 0\nOpenActCamera = 0\nPrepareFrameBuffers = 0\n"
-                  "Snap = 0\nWaitFrames = 5\nSdkControl = 0 answer=\"ok\"\nStopSnap = 0\n"
+                  "SdkControl = 0 answer=\"ok\"\nSnap = 0\nSdkControl = 0 answer=\"ok\"\n"
+                  "WaitFrames = 5\nSdkControl = 0 answer=\"ok\"\nStopSnap = 0\n"
                   "Snap = 29\nGetAcquisitionState = 0\nCloseActCamera = 0\nOpenActCamera = 4\n"
                   "RefreshCameraList = 0\nGetNumCameras = 0\nSdkControl = 0 answer=\"ok\"\n"
-                  "RefreshCameraList = 0\n");
+                  "RefreshCameraList = 0\nSdkControl = 0 answer=\"ok\"\n");
     ExpectACameraServes(shell);
     ExpectEnd(shell,
               {"0 CMivoraKVNPyxenClass::StopSnap: Sending acquisition stop command to camera "

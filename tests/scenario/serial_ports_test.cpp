@@ -31,6 +31,7 @@ protected:
     static constexpr const char* kOpened = "Init = 0\nSetActCameraIndex = 0\nOpenActCamera = 0\n"
                                            "CreateCmdChannel = channel\nChannelConfig = 0\n"
                                            "CMDOpen = 0\n";
+    static constexpr const char* kDone = "SdkControl = 0 answer=\"ok\"\n";
 };
 
 TEST_F(SerialPorts, CarryAConversationWithALens) {
@@ -88,69 +89,83 @@ TEST_F(SerialPorts, TakeTheSettingsTheyHave) {
 }
 
 TEST_F(SerialPorts, AreFilledAtTheirOwnPace) {
-    // The ten bits of a byte at 300 baud take 33 ms in each direction: nothing comes back at once,
-    // and the second write waits for the first.
+    // Ten bits of a byte at 300 baud take 33.3 ms, so 24 bytes are out after 800 ms. The second
+    // write waits for that: the last millisecond passes while it looks at the port.
     const std::string first = "616263646566676869616263646566676869616263646566";
     ExpectShell("mivora",
-                Opening("4") + "ChannelConfig - 300 - - -\nCMDClose\nCMDOpen\nCMDWriteBuffer " +
-                    first + "\nCMDReadBuffer 100\nCMDWriteCString xyz\nSleep 1000\n" +
-                    "CMDReadBuffer 100\n",
-                std::string(kOpened) +
-                    "ChannelConfig = 0\nCMDClose = 0\nCMDOpen = 0\nCMDWriteBuffer = 0 count=24\n"
-                    "CMDReadBuffer = 0 count=0 data=\nCMDWriteCString = 0 count=3\nSleep = ok\n"
-                    "CMDReadBuffer = 0 count=27 data=" +
-                    first + "78797A\n");
+                Opening("4") +
+                    "ChannelConfig - 300 - - -\nCMDClose\nCMDOpen\nSdkControl clock stop\n"
+                    "CMDWriteBuffer " +
+                    first +
+                    "\nCMDReadBuffer 100\nSdkControl clock advance 799\nCMDReadBuffer 100\n"
+                    "SdkControl at-call PxnMemoryRead 10 clock advance 1\nCMDWriteCString xyz\n"
+                    "SdkControl clock advance 33\nCMDReadBuffer 100\n"
+                    "SdkControl clock advance 1\nCMDReadBuffer 100\n"
+                    "SdkControl clock advance 766\nCMDReadBuffer 100\n",
+                std::string(kOpened) + "ChannelConfig = 0\nCMDClose = 0\nCMDOpen = 0\n" + kDone +
+                    "CMDWriteBuffer = 0 count=24\nCMDReadBuffer = 0 count=0 data=\n" + kDone +
+                    "CMDReadBuffer = 0 count=0 data=\n" + kDone + "CMDWriteCString = 0 count=3\n" +
+                    kDone + "CMDReadBuffer = 0 count=0 data=\n" + kDone +
+                    "CMDReadBuffer = 0 count=1 data=61\n" + kDone +
+                    "CMDReadBuffer = 0 count=26 data=" + first.substr(2) + "78797A\n");
 }
 
 TEST_F(SerialPorts, CarryEverythingWhenTheyAreSlow) {
     ExpectShell("mivora",
-                Opening("0") + "SdkControl uart 0 slow\nCMDWriteCString abc\nCMDWriteCString def\n"
-                               "Sleep 500\nCMDReadBuffer 100\n",
-                std::string(kOpened) + "SdkControl = 0 answer=\"ok\"\nCMDWriteCString = 0 count=3\n"
-                                       "CMDWriteCString = 0 count=3\nSleep = ok\n"
-                                       "CMDReadBuffer = 0 count=6 data=616263646566\n");
+                Opening("0") + "SdkControl uart 0 slow\nSdkControl clock stop\n"
+                               "CMDWriteCString abc\n"
+                               "SdkControl at-call PxnMemoryRead 10 clock advance 100\n"
+                               "CMDWriteCString def\nSdkControl clock advance 199\n"
+                               "CMDReadBuffer 100\nSdkControl clock advance 1\n"
+                               "CMDReadBuffer 100\n",
+                std::string(kOpened) + kDone + kDone + "CMDWriteCString = 0 count=3\n" + kDone +
+                    "CMDWriteCString = 0 count=3\n" + kDone +
+                    "CMDReadBuffer = 0 count=5 data=6162636465\n" + kDone +
+                    "CMDReadBuffer = 0 count=1 data=66\n");
 }
 
 TEST_F(SerialPorts, AreWaitedForWhileTheyAreStuck) {
     ExpectShell("mivora",
-                Opening("0") + "SdkControl uart 0 stuck\nSdkControl after 200 uart 0 ok\n"
+                Opening("0") + "SdkControl uart 0 stuck\n"
+                               "SdkControl at-call PxnMemoryRead 100 uart 0 ok\n"
                                "CMDWriteCString abc\nCMDReadBuffer 100\n",
-                std::string(kOpened) +
-                    "SdkControl = 0 answer=\"ok\"\nSdkControl = 0 answer=\"ok\"\n"
-                    "CMDWriteCString = 0 count=3\n"
-                    "CMDReadBuffer = 0 count=3 data=616263\n");
+                std::string(kOpened) + kDone + kDone +
+                    "CMDWriteCString = 0 count=3\nCMDReadBuffer = 0 count=3 data=616263\n");
 }
 
 TEST_F(SerialPorts, EndAWriteWhenTheCameraIsUnplugged) {
-    // Two parts of 1024 bytes: the first takes two seconds, and the second waits for it.
+    // Two pieces of 1024 bytes; the first is never out, and the second waits for that.
     const std::string content(4096, '5');
     ExpectShell("mivora",
                 Opening("4") +
-                    "ChannelConfig - 4800 - - -\nCMDClose\nCMDOpen\n"
-                    "SdkControl after 700 unplug A\nCMDWriteBuffer " +
+                    "ChannelConfig - 4800 - - -\nCMDClose\nCMDOpen\nSdkControl clock stop\n"
+                    "SdkControl at-call PxnMemoryRead 100 unplug A\nCMDWriteBuffer " +
                     content +
                     "\nCMDReadByte\nCMDReadBuffer 10\nCMDWriteByte 00\nCMDPurge 1\n"
                     "CMDPurge 2\nCMDClose\nCMDOpen\nCMDOpen\nCMDClose\nCloseActCamera\nCMDOpen\n"
                     "CMDPurge 3\nCMDClose\nSdkControl plug A\nRefreshCameraList\n"
-                    "SetActCameraIndex 0\nOpenActCamera\nCMDOpen\nCMDWriteByte AA\nSleep 100\n"
-                    "CMDReadByte\n",
-                std::string(kOpened) +
-                    "ChannelConfig = 0\nCMDClose = 0\nCMDOpen = 0\n"
-                    "SdkControl = 0 answer=\"ok\"\nCMDWriteBuffer = 20 count=1024\n"
+                    "SetActCameraIndex 0\nOpenActCamera\nCMDOpen\nCMDWriteByte AA\n"
+                    "SdkControl clock advance 5\nCMDReadByte\n",
+                std::string(kOpened) + "ChannelConfig = 0\nCMDClose = 0\nCMDOpen = 0\n" + kDone +
+                    kDone +
+                    "CMDWriteBuffer = 20 count=1024\n"
                     "CMDReadByte = 19 count=0 data=\nCMDReadBuffer = 19 count=0 data=\n"
                     "CMDWriteByte = 20 count=0\nCMDPurge = 21\nCMDPurge = 21\nCMDClose = 0\n"
                     "CMDOpen = 18\nCMDOpen = 16\nCMDClose = 0\nCloseActCamera = 0\nCMDOpen = 18\n"
-                    "CMDPurge = 20\nCMDClose = 0\nSdkControl = 0 answer=\"ok\"\n"
+                    "CMDPurge = 20\nCMDClose = 0\n" +
+                    kDone +
                     "RefreshCameraList = 0\nSetActCameraIndex = 0\nOpenActCamera = 0\n"
-                    "CMDOpen = 0\nCMDWriteByte = 0 count=1\nSleep = ok\n"
-                    "CMDReadByte = 0 count=1 data=AA\n");
+                    "CMDOpen = 0\nCMDWriteByte = 0 count=1\n" +
+                    kDone + "CMDReadByte = 0 count=1 data=AA\n");
 }
 
 TEST_F(SerialPorts, EndATerminalWhenTheCameraIsUnplugged) {
-    UsePorts(Faults("after 500 unplug A"));
+    // Opening the port writes four registers, sending its bytes and their number two.
+    UsePorts(Faults("at-call PxnMemoryWrite 6 at-call PxnMemoryRead 10 unplug A"));
     ExpectFailure(Mivora({"serial", "2", "--linger", "60000"}, "abc"), 1,
                   {"CMDReadBuffer failed with 19", "PYXENSERIALPORT2"});
-    UsePorts(Faults("uart 2 stuck") + Faults("after 500 unplug A"));
+    // Far more reads than the terminal makes before it writes.
+    UsePorts(Faults("uart 2 stuck") + Faults("at-call PxnMemoryRead 5000 unplug A"));
     ExpectFailure(Mivora({"serial", "2"}, "abc"), 1, {"CMDWriteBuffer failed with 20"});
 }
 

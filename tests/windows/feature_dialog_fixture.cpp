@@ -131,13 +131,24 @@ std::vector<std::string> FeatureDialogFixture::NamesAfter(const std::vector<std:
     return names;
 }
 
-void FeatureDialogFixture::SdkControl(const std::string& line) {
+std::string FeatureDialogFixture::SdkAnswer(const std::string& line) {
     using ControlFunction = std::int32_t (*)(const char*, char*, std::uint32_t);
     const auto control =
         reinterpret_cast<ControlFunction>(Grabber().Api().FindExport("PxnControl"));
-    ASSERT_NE(control, nullptr);
-    char answer[256]{};
-    ASSERT_EQ(control(line.c_str(), answer, sizeof answer), 0) << answer;
+    if (!control) {
+        ADD_FAILURE() << "the SDK is not the simulator";
+        return {};
+    }
+    char answer[4096]{};
+    EXPECT_EQ(control(line.c_str(), answer, sizeof answer), 0) << answer;
+    return answer;
+}
+
+std::int64_t FeatureDialogFixture::SdkCalls() {
+    const std::string status = SdkAnswer("status");
+    const std::string key = "\"calls\":";
+    const std::size_t at = status.find(key);
+    return at == std::string::npos ? -1 : std::stoll(status.substr(at + key.size()));
 }
 
 std::wstring FeatureDialogFixture::CatchBox(const std::wstring& caption,

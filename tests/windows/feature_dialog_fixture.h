@@ -9,6 +9,7 @@
 #include "tests/support/temporary_directory.h"
 #include "ui/windows/feature_control_dialog.h"
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -56,7 +57,11 @@ protected:
                                                const std::string& beginning);
 
     /// Tells the simulator, which must be the SDK, what a camera or its user does.
-    void SdkControl(const std::string& line);
+    void SdkControl(const std::string& line) { SdkAnswer(line); }
+    /// The same, and what it answers.
+    std::string SdkAnswer(const std::string& line);
+    /// How often the simulator's entry points have been called.
+    std::int64_t SdkCalls();
 
     /// Runs `action`, during which a message box with that caption is to appear: it must belong to
     /// the dialog, carry an icon and one button, which is pressed. Answers its text. A picture of

@@ -2,6 +2,8 @@
 #include "feature_dialog_fixture.h"
 #include "scripted_dialog.h"
 #include "tests/module/acquisition/scripted_sleep.h"
+#include "tests/support/manual_clock.h"
+#include "ui/buffer_debounce.h"
 
 #include <atomic>
 
@@ -80,7 +82,8 @@ protected:
         Type(text);
     }
 
-    ScriptedSleep sleep; // no settling pauses
+    ScriptedSleep sleep;        // no settling pauses
+    support::ManualClock clock; // a change of the buffers ends when the test says so
     std::optional<LiveHost> live;
 };
 
@@ -100,6 +103,10 @@ TEST_F(SimulatedLiveDialog, InterruptsTheImagesOnceForAChange) {
     Select(L"Camera/ImageFormatControl/OffsetX");
     Retype(7022, L"16");
     Press(VK_RETURN);
+    PumpUntil([&] { return !live->codes.empty(); });
+    Settle();
+    EXPECT_EQ(live->codes, (Codes{0x1000}));
+    clock.Advance(BufferDebounce::kQuietMs);
     PumpUntil([&] { return live->codes.size() >= 2; });
     Settle();
     EXPECT_EQ(live->codes, (Codes{0x1000, 0x1001}));
@@ -136,7 +143,8 @@ protected:
         EndGrabber();
     }
 
-    ScriptedSleep sleep; // no settling pauses
+    ScriptedSleep sleep;        // no settling pauses
+    support::ManualClock clock; // a change of the buffers ends when the test says so
     std::optional<LiveHost> live;
 };
 
@@ -165,6 +173,8 @@ TEST_F(ScriptedLiveDialog, HasTheBuffersMadeAnewForAnotherLayout) {
     });
     ClickButton(Editor(), 7026);
     sdk.ClearHooks();
+    EXPECT_EQ(live->codes, (Codes{0x1000}));
+    clock.Advance(BufferDebounce::kQuietMs);
     PumpUntil([&] { return live->codes.size() >= 2; });
     EXPECT_EQ(live->codes, (Codes{0x1000, 0x1001})) << "two changes are told as one";
     EXPECT_EQ(Grabber().GetActCamera()->GetActGfxMode()->GetImageSize(), 1280u * 480 * 2);

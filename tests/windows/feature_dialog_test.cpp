@@ -2,7 +2,7 @@
 #include "mivora/dialog_messages.h"
 #include "scripted_dialog.h"
 
-#include "platform/clock.h"
+#include "tests/support/manual_clock.h"
 #include "window_pixels.h"
 
 #include <algorithm>
@@ -483,36 +483,27 @@ TEST_F(FeatureDialog, FollowsNeitherWhileTheMarksAreSet) {
 // ---- changes of the buffer format ----
 
 TEST_F(FeatureDialog, TellsManyBufferChangesAsOne) {
+    support::ManualClock clock;
+    const std::vector<uint32_t> begun{0x1000};
     Open();
-    struct Told {
-        uint32_t code;
-        double ms;
-    };
-    std::vector<Told> told;
-    const auto milliseconds = [] {
-        return static_cast<double>(platform::MonotonicNanoseconds()) / 1e6;
-    };
     Host host;
-    host.then = [&](uint32_t code) {
-        told.push_back({code, milliseconds()});
-    };
     Grabber().InstCamCntrlCallBack(&Host::Tell, &host);
     Forget();
-    const double start = milliseconds();
     sdk.Fire(scripted::CameraHandle(), "Width");
     Pump();
-    ASSERT_EQ(told.size(), 1u);
-    EXPECT_EQ(told[0].code, 0x1000u);
-    Frame().SetTimer(1, 20, nullptr); // the loop waits for messages
-    PumpUntil([&] { return milliseconds() - start >= 300 || told.size() > 1; });
-    ASSERT_EQ(told.size(), 1u);
-    const double second = milliseconds();
+    EXPECT_EQ(host.codes, begun);
+    clock.Advance(300);
     sdk.Fire(scripted::CameraHandle(), "Height");
     Pump();
-    PumpUntil([&] { return told.size() > 1; });
-    ASSERT_EQ(told.size(), 2u);
-    EXPECT_EQ(told[1].code, 0x1001u);
-    EXPECT_GE(told[1].ms - second, 480.0);
+    clock.Advance(499);
+    Dialog().SendMessage(WM_TIMER, CKVNPyxenFeatureCtrlDialog::SYNC_TIMEOUT_TIMER_ID);
+    EXPECT_EQ(host.codes, begun) << "before the time has passed since the second change";
+    clock.Advance(1);
+    Frame().SetTimer(1, 20, nullptr); // the loop waits for messages
+    PumpUntil([&] { return host.codes.size() > 1; });
+    EXPECT_EQ(host.codes, (std::vector<uint32_t>{0x1000, 0x1001}));
+    EXPECT_FALSE(Dialog().KillTimer(CKVNPyxenFeatureCtrlDialog::SYNC_TIMEOUT_TIMER_ID))
+        << "the timer still runs";
     EXPECT_EQ(DialogLog(),
               (Texts{"1 BufferFormatInvalidationCallback: /Camera/ImageFormatControl/Width",
                      "1 OnInvalidateAnyFeature: change of Width invalidates framebuffers.",

@@ -370,7 +370,7 @@ void CKVNPyxenFeatureCtrlDialog::StopQuietTimer() {
 
 void CKVNPyxenFeatureCtrlDialog::OnTimer(UINT_PTR id) {
     if (id == SYNC_TIMEOUT_TIMER_ID) {
-        debounce.OnQuiet();
+        debounce.OnTimer();
     } else {
         CCamCntrlDlgBase::OnTimer(id);
     }

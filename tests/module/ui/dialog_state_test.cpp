@@ -1,4 +1,5 @@
 // What the feature control dialog keeps account of: requests, visible rows, changes of the buffers.
+#include "tests/support/manual_clock.h"
 #include "ui/buffer_debounce.h"
 #include "ui/dialog_layout.h"
 #include "ui/update_batch.h"
@@ -85,6 +86,7 @@ protected:
     }
 
     using Steps = std::vector<std::string>;
+    support::ManualClock clock;
     std::vector<std::string> done;
     bool nested = false;
     BufferDebounce debounce{*this};
@@ -95,10 +97,32 @@ TEST_F(Debounce, TellsABurstAsOneChange) {
     EXPECT_EQ(Take(), (Steps{"begin", "start 500"}));
     Change();
     EXPECT_EQ(Take(), (Steps{"stop", "start 500"}));
-    debounce.OnQuiet();
+    clock.Advance(500);
+    debounce.OnTimer();
     EXPECT_EQ(Take(), (Steps{"stop", "end"}));
     Change();
     EXPECT_EQ(Take(), (Steps{"begin", "start 500"}));
+}
+
+TEST_F(Debounce, IsQuietOnlyWhenItsTimeHasPassed) {
+    Change();
+    Take();
+    clock.Advance(499);
+    debounce.OnTimer();
+    EXPECT_EQ(Take(), (Steps{"start 1"})) << "the timer was early";
+    Change();
+    EXPECT_EQ(Take(), (Steps{"stop", "start 500"})) << "still the same change";
+    clock.Advance(300);
+    debounce.OnTimer();
+    EXPECT_EQ(Take(), (Steps{"start 200"}));
+    clock.Advance(200);
+    debounce.OnTimer();
+    EXPECT_EQ(Take(), (Steps{"stop", "end"}));
+}
+
+TEST_F(Debounce, EndsAtOnceWhenNoChangeIsUnderWay) {
+    debounce.OnTimer();
+    EXPECT_EQ(Take(), (Steps{"stop", "end"}));
 }
 
 TEST_F(Debounce, IgnoresWhatLeavesTheBuffersAlone) {

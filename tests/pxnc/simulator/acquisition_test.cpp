@@ -3,15 +3,12 @@
 #include "pxnc/simulator/pattern.h"
 
 #include <atomic>
-#include <chrono>
 #include <functional>
 #include <mutex>
 #include <thread>
 
 namespace simulator_tests {
 namespace {
-
-using SteadyClock = std::chrono::steady_clock;
 
 // Notes every frame; queues it again until told to stop.
 struct Receiver {
@@ -181,15 +178,25 @@ TEST_F(AcquisitionTest, ContinuousAcquisitionCountsUpWithoutGaps) {
 
 TEST_F(AcquisitionTest, FramesKeepTheFrameRate) {
     ASSERT_EQ(PxnFeatureFloatSet(camera, "AcquisitionFrameRate", 50.0), 0);
+    Control("clock stop");
     std::vector<Buffer> buffers = Announce(camera, 4);
     Receiver receiver;
     Queue(buffers, receiver);
-    const SteadyClock::time_point begin = SteadyClock::now();
     Start();
-    EXPECT_TRUE(receiver.frames.WaitFor(11));
-    const auto elapsed = SteadyClock::now() - begin;
+    EXPECT_TRUE(receiver.frames.WaitFor(1));
+    for (std::uint64_t n = 1; n <= 10 && !HasFailure(); ++n) {
+        EXPECT_TRUE(IsNextTime(20 * kNanosecondsPerMillisecond));
+        Control("clock advance 19");
+        EXPECT_TRUE(IsNextTime(kNanosecondsPerMillisecond)) << "a frame before its time";
+        Control("clock advance 1");
+        EXPECT_TRUE(receiver.frames.WaitFor(n + 1));
+    }
     Stop();
-    EXPECT_GE(elapsed, std::chrono::milliseconds(195)) << "ten periods of 20 ms";
+    const std::vector<PxnFrame> seen = receiver.Seen();
+    ASSERT_EQ(seen.size(), 11u);
+    for (std::size_t n = 1; n < seen.size(); ++n) {
+        EXPECT_EQ(seen[n].timestamp - seen[n - 1].timestamp, 20 * kNanosecondsPerMillisecond);
+    }
 }
 
 TEST_F(AcquisitionTest, FreeRunningIsFast) {
@@ -345,12 +352,21 @@ TEST_F(AcquisitionTest, QueuedFramesSurviveTheEndOfCapture) {
 // ---- waiting ----
 
 TEST_F(AcquisitionTest, WaitsRunOutOfTime) {
+    Control("clock stop");
     std::vector<Buffer> buffers = Announce(camera, 1);
     ASSERT_EQ(PxnCaptureStart(camera), 0);
     EXPECT_EQ(PxnCaptureFrameWait(camera, &buffers[0].frame, kWaitMs), PxnErrNotAvailable)
         << "it is not queued";
     ASSERT_EQ(PxnCaptureFrameQueue(camera, &buffers[0].frame, nullptr), 0);
-    EXPECT_EQ(PxnCaptureFrameWait(camera, &buffers[0].frame, 20), PxnErrTimeout);
+    std::atomic<PxnError> result = 1;
+    std::thread waiter([&] { result = PxnCaptureFrameWait(camera, &buffers[0].frame, 20); });
+    EXPECT_TRUE(IsNextTime(20 * kNanosecondsPerMillisecond));
+    Control("clock advance 19");
+    EXPECT_TRUE(IsNextTime(kNanosecondsPerMillisecond)) << "the wait is over before its time";
+    EXPECT_EQ(result, 1);
+    Control("clock advance 1");
+    waiter.join();
+    EXPECT_EQ(result, PxnErrTimeout);
     EXPECT_EQ(PxnCaptureFrameWait(camera, &buffers[0].frame, 0), PxnErrTimeout);
     Stop();
 }

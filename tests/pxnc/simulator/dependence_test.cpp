@@ -237,6 +237,7 @@ TEST_F(LimitTest, DependentFeaturesAreInvalidated) {
 
 TEST_F(LimitTest, StartsAndStopsAreToldBeforeTheyReturn) {
     std::atomic<int> calls{0};
+    Control("clock stop"); // the starts and stops wait for the callback however long it takes
     const PxnInvalidationCallback slow = [](PxnHandle, const char*, void* context) {
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
         ++*static_cast<std::atomic<int>*>(context);
@@ -257,18 +258,30 @@ TEST_F(LimitTest, StartsAndStopsAreToldBeforeTheyReturn) {
 
 TEST_F(LimitTest, AStartDoesNotWaitForeverForACallbackThatWaitsForIt) {
     struct {
+        Counter entered;
         Counter returned;
         std::atomic<bool> waitedInVain{false};
     } start;
     const PxnInvalidationCallback callback = [](PxnHandle, const char*, void* context) {
         auto& awaited = *static_cast<decltype(start)*>(context);
+        awaited.entered.Add();
         if (!awaited.returned.WaitFor(1)) {
             awaited.waitedInVain = true;
         }
     };
     ASSERT_EQ(PxnFeatureInvalidationRegister(camera, "Width", callback, &start), 0);
-    EXPECT_EQ(PxnCaptureStart(camera), 0);
-    start.returned.Add();
+    Control("clock stop");
+    std::thread starter([&] {
+        EXPECT_EQ(PxnCaptureStart(camera), 0);
+        start.returned.Add();
+    });
+    EXPECT_TRUE(start.entered.WaitFor(1));
+    EXPECT_TRUE(IsNextTime(1000 * kNanosecondsPerMillisecond));
+    Control("clock advance 999");
+    EXPECT_TRUE(IsNextTime(kNanosecondsPerMillisecond));
+    EXPECT_EQ(start.returned.Value(), 0u);
+    Control("clock advance 1");
+    starter.join();
     EXPECT_EQ(PxnCaptureEnd(camera), 0);
     EXPECT_EQ(PxnFeatureInvalidationUnregister(camera, "Width", callback), 0);
     EXPECT_FALSE(start.waitedInVain);

@@ -2,6 +2,7 @@
 
 #include "tests/pxnc/simulator/simulator_fixture.h"
 
+#include "pxnc/simulator/clock.h"
 #include "pxnc/simulator/control.h"
 #include "tests/support/temporary_directory.h"
 
@@ -82,9 +83,13 @@ TEST_F(DiscoveryTest, CommandsCanRunLaterInTheOrderOfTheirTimes) {
     ASSERT_EQ(PxnFeatureInvalidationRegister(PXN_SYSTEM_HANDLE, "EventCameraDiscovery",
                                              &DiscoveryListener::OnCamera, &listener),
               0);
+    Control("clock stop");
     Control("after 60 plug " + kGigE);
     Control("after 30 unplug " + kGigE);
     Control("after 90 after 1 unplug " + kGigE);
+    for (const char* step : {"30", "30", "30", "1"}) {
+        Control(std::string("clock advance ") + step);
+    }
     ASSERT_TRUE(listener.calls.WaitFor(3));
     EXPECT_EQ(listener.events, (std::vector<std::string>{"Missing " + kGigE, "Detected " + kGigE,
                                                          "Missing " + kGigE}));
@@ -98,9 +103,12 @@ TEST_F(DiscoveryTest, CommandsThatAreStillToRunAreForgotten) {
     ASSERT_EQ(PxnFeatureInvalidationRegister(PXN_SYSTEM_HANDLE, "EventCameraDiscovery",
                                              &DiscoveryListener::OnCamera, &listener),
               0);
-    Control("after 40 unplug " + kGigE);
+    Control("after 86400000 unplug " + kGigE);
     Control("clear");
-    Control(std::string("after 80 unplug ") + kUsbCamera);
+    Control("clock stop");
+    Control(std::string("after 86400000 unplug ") + kUsbCamera);
+    Control("clock advance 86400000");
+    Control("drain");
     ASSERT_TRUE(listener.calls.WaitFor(1));
     EXPECT_EQ(listener.events, (std::vector<std::string>{std::string("Missing ") + kUsbCamera}));
     EXPECT_EQ(PxnFeatureInvalidationUnregister(PXN_SYSTEM_HANDLE, "EventCameraDiscovery",
@@ -352,6 +360,35 @@ TEST_F(FaultTest, AnyEntryMeansTheCallsOfAll) {
     EXPECT_EQ(Count("calls"), calls + 1) << "control commands are no calls";
 }
 
+TEST_F(FaultTest, LinesRunWhenACallBegins) {
+    Control("at-call PxnFeatureIntGet 2 set " + kGigE + " Width 320");
+    Control("at-call any 4 unplug " + kGigE);
+    std::int64_t value = 0;
+    EXPECT_EQ(PxnFeatureIntGet(camera, "Width", &value), 0);
+    EXPECT_EQ(value, 640);
+    EXPECT_EQ(PxnFeatureIntGet(camera, "Width", &value), 0);
+    EXPECT_EQ(value, 320) << "the call finds what the line has done";
+    EXPECT_EQ(PxnFeatureIntSet(camera, "Width", 160), 0);
+    EXPECT_EQ(PxnFeatureIntGet(camera, "Width", &value), PxnErrBadHandle);
+    Control("plug " + kGigE);
+    EXPECT_EQ(CameraCount(), 3u) << "each line runs once";
+}
+
+TEST_F(FaultTest, LinesAtACallAreForgottenByClear) {
+    Control("at-call PxnFeatureIntGet 1 unplug " + kGigE);
+    Control("clear");
+    std::int64_t value = 0;
+    EXPECT_EQ(PxnFeatureIntGet(camera, "Width", &value), 0);
+}
+
+TEST_F(FaultTest, ALineThatIsRefusedAtACallIsReported) {
+    Control("at-call PxnFeatureIntGet 1 plug nobody");
+    std::int64_t value = 0;
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(PxnFeatureIntGet(camera, "Width", &value), 0);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "PxnC: plug nobody: no camera \"nobody\"\n");
+}
+
 TEST_F(FaultTest, AStartupCanFailAndTheNextOneWorks) {
     Control("fail PxnStartup 1 -14");
     EXPECT_EQ(PxnStartup(nullptr), PxnErrResources);
@@ -362,9 +399,10 @@ TEST_F(FaultTest, AStartupCanFailAndTheNextOneWorks) {
 TEST_F(FaultTest, DelaysAndStuckEntriesHoldTheCaller) {
     std::int64_t value = 0;
     Control("delay PxnFeatureIntGet 30");
-    const auto begin = std::chrono::steady_clock::now();
+    Control("clock stop");
+    const pxsim::Clock::time_point begin = pxsim::Clock::now();
     EXPECT_EQ(PxnFeatureIntGet(camera, "Width", &value), 0);
-    EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(29));
+    EXPECT_EQ(pxsim::Clock::now() - begin, std::chrono::milliseconds(30));
     Control("clear");
     Control("stuck PxnFeatureIntGet");
     std::atomic<bool> done = false;
@@ -416,6 +454,10 @@ TEST_F(FaultTest, BadCommandsSayWhy) {
     EXPECT_EQ(refused("count-change any 1"), "\"any\" hands out no list");
     EXPECT_EQ(refused("count-change PxnFeatureIntGet 1"), "\"PxnFeatureIntGet\" hands out no list");
     EXPECT_EQ(refused("frame sideways 1"), "\"sideways\" is no kind of frame fault");
+    EXPECT_EQ(refused("at-call any 1"), "usage: at-call ENTRY N COMMAND");
+    EXPECT_EQ(refused("at-call any 0 drain"), "calls are counted from 1");
+    EXPECT_EQ(refused("at-call any 1 fly"), "no command \"fly\"; try help");
+    EXPECT_EQ(refused("at-call PxnNothing 1 drain"), "no entry point \"PxnNothing\"");
     EXPECT_EQ(refused("after 5"), "usage: after MS COMMAND");
     EXPECT_EQ(refused("after 5 fly"), "no command \"fly\"; try help");
     EXPECT_EQ(refused("after 86400001 drain"),

@@ -1,8 +1,9 @@
 #include "tests/pxnc/simulator/simulator_fixture.h"
 
-#include <chrono>
+#include "pxnc/simulator/uart.h"
+
 #include <cstring>
-#include <thread>
+#include <utility>
 
 namespace simulator_tests {
 namespace {
@@ -134,15 +135,6 @@ protected:
         EXPECT_EQ(Write(port + 0x14C, waiting), 0);
         return bytes;
     }
-    std::string ReceiveWithin(std::uint64_t port, std::size_t size) const {
-        std::string bytes;
-        const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(kWaitMs);
-        while (bytes.size() < size && std::chrono::steady_clock::now() < end) {
-            bytes += Receive(port);
-            std::this_thread::yield();
-        }
-        return bytes;
-    }
 };
 
 TEST_F(SerialPortTest, FivePortsAnswerTheInquiry) {
@@ -253,16 +245,57 @@ TEST_F(SerialPortTest, AStuckPortIsNeverReadyUntilItIsFreed) {
     EXPECT_EQ(Receive(kPorts[2]), "free");
 }
 
+// The readings of a port that takes 33.3 ms for a byte while "ab" goes out and comes back.
 TEST_F(SerialPortTest, ASlowPortTakesItsTime) {
     Enable(kPorts[3]);
     Control("uart 3 slow");
-    const auto begin = std::chrono::steady_clock::now();
+    Control("clock stop");
     Send(kPorts[3], "ab");
+    EXPECT_EQ(Read(kPorts[3] + 0x124), 0u) << "sending";
+    Control("clock advance 66");
     EXPECT_EQ(Read(kPorts[3] + 0x124), 0u) << "still sending";
-    EXPECT_EQ(ReceiveWithin(kPorts[3], 2), "ab");
-    // Two bytes out and two back at 300 baud.
-    EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(130));
+    Control("clock advance 1");
+    EXPECT_EQ(Read(kPorts[3] + 0x124), 1u) << "both bytes are out";
+    EXPECT_EQ(Receive(kPorts[3]), "") << "and none is back";
+    Control("clock advance 32");
+    EXPECT_EQ(Receive(kPorts[3]), "");
+    Control("clock advance 1");
+    EXPECT_EQ(Receive(kPorts[3]), "a");
+    Control("clock advance 33");
+    EXPECT_EQ(Receive(kPorts[3]), "");
+    Control("clock advance 1");
+    EXPECT_EQ(Receive(kPorts[3]), "b");
     EXPECT_EQ(Read(kPorts[3] + 0x124), 1u);
+}
+
+TEST_F(SerialPortTest, APacedPortKeepsTheBaudRateOfItsMode) {
+    const pxsim::PortConfiguration paced{true, 0x07F707FF, "loopback", true};
+    pxsim::Uart port(paced);
+    const auto write = [&port](std::uint32_t offset, std::uint32_t value) {
+        const std::uint8_t bytes[4] = {
+            static_cast<std::uint8_t>(value >> 24), static_cast<std::uint8_t>(value >> 16),
+            static_cast<std::uint8_t>(value >> 8), static_cast<std::uint8_t>(value)};
+        EXPECT_EQ(port.Write(offset, 4, bytes), 0);
+    };
+    const auto waiting = [&port] {
+        std::uint8_t bytes[4] = {};
+        EXPECT_EQ(port.Read(0x14C, 4, bytes), 0);
+        return bytes[2] * 256 + bytes[3];
+    };
+    Control("clock stop");
+    for (const auto& [index, milliseconds] :
+         {std::pair{0, 33333}, std::pair{1, 16666}, std::pair{5, 1041}, std::pair{9, 86}}) {
+        write(0x104, 0x0C00 + static_cast<std::uint32_t>(index));
+        write(0x128, 3);
+        write(0x148, 3);
+        write(0x12C, 1000); // a second for a bit of each byte, and as long on the way back
+        Control("clock advance " + std::to_string(milliseconds));
+        EXPECT_EQ(waiting(), 0) << "index " << index;
+        Control("clock advance " + std::to_string(milliseconds));
+        EXPECT_LT(waiting(), 1000) << "index " << index;
+        Control("clock advance 2");
+        EXPECT_EQ(waiting(), 1000) << "index " << index;
+    }
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "pxnc/simulator/control.h"
 #include "pxnc/simulator/sdk.h"
+#include "tests/support/wait_until.h"
 
 #include <chrono>
 
@@ -11,6 +12,11 @@ std::string Control(const std::string& command) {
     char answer[4096] = "";
     EXPECT_EQ(PxnControl(command.c_str(), answer, sizeof answer), 0) << command << ": " << answer;
     return answer;
+}
+
+bool IsNextTime(std::uint64_t nanoseconds) {
+    return support::WaitUntil(
+        [nanoseconds] { return Control("clock next") == std::to_string(nanoseconds); }, kWaitMs);
 }
 
 std::int64_t Count(const std::string& key) {

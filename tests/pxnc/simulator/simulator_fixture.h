@@ -17,9 +17,13 @@ inline constexpr const char* kGigECamera = "PyxenGEV|Eth0|00:0F:31:02:4A:10";
 inline constexpr const char* kUsbCamera = "PyxenU3V|Usb0|1AB2:2C00:310B";
 inline constexpr const char* kSerialCamera = "PyxenCL|Board0|Port0|CL-0042";
 inline constexpr std::uint32_t kWaitMs = 20000;
+inline constexpr std::uint64_t kNanosecondsPerMillisecond = 1000000;
 
 /// Runs a control command; a failure fails the test.
 std::string Control(const std::string& command);
+/// Waits until the earliest time that a thread of the simulator waits for is so far ahead on the
+/// stopped clock. False when that takes longer than kWaitMs.
+bool IsNextTime(std::uint64_t nanoseconds);
 /// One number of the accounting.
 std::int64_t Count(const std::string& key);
 

@@ -1,0 +1,24 @@
+// manual_clock.h - the product's clock in the test's hands
+#pragma once
+
+#include <cstdint>
+
+namespace support {
+
+/// Replaces platform::MonotonicNanoseconds of this program for its life: time stands still until
+/// Advance. Libraries that the program loads keep their own clocks. One at a time.
+class ManualClock {
+public:
+    ManualClock();
+    ~ManualClock();
+    ManualClock(const ManualClock&) = delete;
+    ManualClock& operator=(const ManualClock&) = delete;
+
+    /// Any thread.
+    void Advance(std::uint64_t milliseconds);
+    /// How often the clock has been read: by this a test sees how far another thread has come. Any
+    /// thread.
+    std::uint64_t Readings() const;
+};
+
+} // namespace support
