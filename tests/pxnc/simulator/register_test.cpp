@@ -283,15 +283,15 @@ TEST_F(SerialPortTest, APacedPortKeepsTheBaudRateOfItsMode) {
         return bytes[2] * 256 + bytes[3];
     };
     Control("clock stop");
-    for (const auto& [index, milliseconds] :
+    for (const auto& [index, byteMs] :
          {std::pair{0, 33333}, std::pair{1, 16666}, std::pair{5, 1041}, std::pair{9, 86}}) {
         write(0x104, 0x0C00 + static_cast<std::uint32_t>(index));
         write(0x128, 3);
         write(0x148, 3);
         write(0x12C, 1000); // a second for a bit of each byte, and as long on the way back
-        Control("clock advance " + std::to_string(milliseconds));
+        Control("clock advance " + std::to_string(byteMs));
         EXPECT_EQ(waiting(), 0) << "index " << index;
-        Control("clock advance " + std::to_string(milliseconds));
+        Control("clock advance " + std::to_string(byteMs));
         EXPECT_LT(waiting(), 1000) << "index " << index;
         Control("clock advance 2");
         EXPECT_EQ(waiting(), 1000) << "index " << index;
