@@ -429,6 +429,8 @@ TEST_F(StreamTest, CountsWhatComesWhileNothingIsQueued) {
     ASSERT_EQ(Sdk().CaptureStart(camera), PxnErrSuccess);
     frames.Queue();
     frames.StartAcquisition();
+    // The frame is handed over by another thread than the one that counts.
+    EXPECT_TRUE(frames.WaitForCount(1));
     EXPECT_TRUE(support::WaitUntil([&] { return StreamInt("StreamLostFrameCount") > 0; }));
     PxnBool grabbing = 0;
     EXPECT_EQ(Sdk().FeatureBoolGet(stream, "StreamIsGrabbing", &grabbing), PxnErrSuccess);
