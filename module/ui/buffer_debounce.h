@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <functional>
 
-/// Tells the beginning at the first change and the end when no change has come for kQuietMs by
+/// Notifies the beginning at the first change, and the end once no change has come for kQuietMs by
 /// platform::MonotonicNanoseconds. User-interface thread only; the actions may call back in.
 class BufferDebounce {
 public:

@@ -20,8 +20,8 @@ struct TimedWaits {
     TimedWait* first GUARDED_BY(mutex) = nullptr;
 };
 
-/// One wait, listed while it lives. The list is linked through its members, for a wait must not
-/// fail for want of memory.
+/// One wait, listed while it lasts. The list is linked through its members, because a wait must not
+/// fail when memory is exhausted.
 class TimedWait {
 public:
     TimedWait(Condition& waitedOn, Clock::time_point waitedFor)

@@ -34,7 +34,7 @@ public:
     static Faults& Instance();
 
     /// Every entry point passes here first. Runs the lines ordered for this call, waits for delays
-    /// and while the entry is stuck; a result other than PxnErrSuccess is the entry's answer.
+    /// and while the entry is stuck; a result other than PxnErrSuccess is the entry's result.
     PxnError OnCall(const char* entry) EXCLUDES(mutex);
     /// How many more (or fewer) things the list of this entry pretends to have, once.
     std::int64_t TakeCountChange(const char* entry) EXCLUDES(mutex);

@@ -9,7 +9,7 @@
 
 namespace scenario {
 
-/// Ended at once by its destruction, when it still runs.
+/// Kills the program in its destructor if it is still running.
 class RunningWatch {
 public:
     explicit RunningWatch(const Arguments& arguments) {
@@ -19,7 +19,7 @@ public:
         EXPECT_TRUE(process.Start(start, &error)) << error;
     }
 
-    /// Waits for a line that ends with `text`, behind those that were waited for before.
+    /// Waits for a line that ends with `text`, after those already waited for.
     testing::AssertionResult Prints(const std::string& text) {
         const auto isPrinted = [&] {
             const std::size_t at = process.Output().find(text + "\n", read);

@@ -1,4 +1,4 @@
-// manual_clock.cpp - the product's clock in the test's hands
+// manual_clock.cpp - a clock that the test advances
 #include "tests/support/manual_clock.h"
 
 #include "platform/clock.h"
@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::uint64_t kNanosecondsPerMillisecond = 1000000;
 
-// The replacement is a plain function, so what it knows is kept here.
+// The replacement is a plain function, so its state is kept here.
 std::atomic<std::uint64_t> manualNanoseconds{0};
 std::atomic<std::uint64_t> readings{0};
 

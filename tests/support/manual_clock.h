@@ -1,4 +1,4 @@
-// manual_clock.h - the product's clock in the test's hands
+// manual_clock.h - a clock that the test advances
 #pragma once
 
 #include <cstdint>
@@ -16,8 +16,7 @@ public:
 
     /// Any thread.
     void Advance(std::uint64_t milliseconds);
-    /// How often the clock has been read: by this a test sees how far another thread has come. Any
-    /// thread.
+    /// How often the clock has been read, which shows how far another thread has come. Any thread.
     std::uint64_t Readings() const;
 };
 
