@@ -43,6 +43,7 @@ std::vector<FeatureCache*> Modules(CMivoraKVNPyxenClass& grabber, const std::str
 
 JsonValue EntriesJson(const std::vector<FeatureRange::Entry>& entries) {
     std::vector<JsonValue> list;
+    list.reserve(entries.size());
     for (const auto& [name, available] : entries) {
         list.push_back(JsonObject({{"name", name}, {"available", available}}));
     }
