@@ -71,11 +71,11 @@ TEST_F(UnwrittenOutput, OfImagesNamesTheFile) {
     std::filesystem::create_symlink("/dev/full", image);
     ExpectFailure(Mivora({"snap", "-o", image}), 1,
                   {"cannot write " + image + ": No space left on device"});
-    const std::string directory = PathOf("images");
-    std::filesystem::create_directory(directory);
-    std::filesystem::create_symlink("/dev/full", directory + "/frame-000002.raw");
-    ExpectFailure(Mivora({"grab", "--frames", "50", "-o", directory, "--format", "raw"}), 1,
-                  {"cannot write " + directory + "/frame-000002.raw: No space left on device"});
+    const std::string images = PathOf("images");
+    std::filesystem::create_directory(images);
+    std::filesystem::create_symlink("/dev/full", images + "/frame-000002.raw");
+    ExpectFailure(Mivora({"grab", "--frames", "50", "-o", images, "--format", "raw"}), 1,
+                  {"cannot write " + images + "/frame-000002.raw: No space left on device"});
 }
 
 } // namespace
