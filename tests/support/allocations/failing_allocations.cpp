@@ -14,7 +14,7 @@ thread_local bool refused = false;
 thread_local int allocationCount = 0;
 
 void* Allocate(std::size_t size) noexcept {
-    return support::TakeAllocation() ? std::malloc(size > 0 ? size : 1) : nullptr;
+    return support::TakeAllocation() ? support::PlainMalloc(size > 0 ? size : 1) : nullptr;
 }
 
 void* AllocateOrThrow(std::size_t size) {

@@ -2,10 +2,12 @@
 //
 // Replaces operator new and delete in the program that links it. On Linux this also affects the
 // shared libraries it loads; on Windows each library has its own allocator. Of the C functions only
-// realloc can fail, on Linux, when called by the program itself.
+// malloc and realloc can fail, on Linux, when called by the program itself.
 // ThreadSanitizer does not support a replaced allocator: its builds omit the tests that use this
 // one.
 #pragma once
+
+#include <cstddef>
 
 namespace support {
 
@@ -20,6 +22,8 @@ void RefuseAllocationsAfter(int granted, Refusal refusal = Refusal::kAllFollowin
 bool GrantAllocations();
 /// Registers an allocation; false when it must fail. Called by the allocators.
 bool TakeAllocation() noexcept;
+/// Allocates memory without registering the allocation. Called by the allocators.
+void* PlainMalloc(std::size_t size) noexcept;
 /// True when an allocation has failed since RefuseAllocationsAfter.
 bool AllocationWasRefused();
 /// Number of allocations so far.
