@@ -22,6 +22,8 @@ MV_ERRCODE CMivoraKVNPyxenClass::OpenActCamera() {
         return MV_REFUSED;
     }
     cameraHandle = handle;
+    // Before the next call of the SDK, so that no event of this camera is taken for another's.
+    StoreSelectedUniqueId(record.cameraIdExtended ? record.cameraIdExtended : "");
     LogInformation(log, "Successfully opened camera! Handle = %p", handle);
     api.PxnCameraInfoQueryByHandle(handle, &record, sizeof record);
     StoreSelectedUniqueId(record.cameraIdExtended ? record.cameraIdExtended : "");

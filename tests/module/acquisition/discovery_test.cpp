@@ -156,6 +156,17 @@ TEST_F(DiscoveryTest, NoCameraHasTheEmptyId) {
     EXPECT_EQ(Event(std::nullopt, "Missing"), 1);
 }
 
+TEST_F(DiscoveryTest, ReportsARemovalDuringTheOpening) {
+    Destroy();
+    Init(); // no camera was opened since
+    Watch();
+    Tell(sdk.Data().system, "cam-ext-1", "Missing");
+    sdk.OnCall("PxnCameraInfoQueryByHandle",
+               [&] { sdk.Fire(scripted::SystemHandle(), "EventCameraDiscovery"); });
+    EXPECT_EQ(Grabber().OpenActCamera(), MV_OK);
+    EXPECT_EQ(signals, 1);
+}
+
 TEST_F(DiscoveryTest, AClosedCameraIsStillTheChosenOne) {
     ASSERT_EQ(Grabber().CloseActCamera(), MV_OK);
     EXPECT_EQ(Event("cam-ext-1", "Missing"), 1);
