@@ -1,7 +1,8 @@
 // afxmsg_.h - message maps
 //
-// A class lists its handlers between BEGIN_MESSAGE_MAP and END_MESSAGE_MAP. Messages that neither
-// the class nor its bases list get the window's default handling. Included by afxwin.h.
+// A class lists its handlers, as `&Class::Member`, between BEGIN_MESSAGE_MAP and END_MESSAGE_MAP.
+// Messages that neither the class nor its bases list get the window's default handling. Included by
+// afxwin.h.
 #pragma once
 
 #include <windows.h>
@@ -66,13 +67,13 @@ protected:                                                                      
 
 // Any message: LRESULT OnX(WPARAM, LPARAM).
 #define ON_MESSAGE(message, memberFxn)                                                             \
-    AFX_MESSAGE_(message, *result = self.memberFxn(wParam, lParam))
+    AFX_MESSAGE_(message, *result = (self.*(memberFxn))(wParam, lParam))
 
 // Commands, and notifications that controls send as WM_COMMAND: void OnX().
 #define ON_CONTROL(wNotifyCode, id, memberFxn)                                                     \
-    AFX_ENTRY_(WM_COMMAND, wNotifyCode, id, id, self.memberFxn())
+    AFX_ENTRY_(WM_COMMAND, wNotifyCode, id, id, (self.*(memberFxn))())
 #define ON_CONTROL_RANGE(wNotifyCode, id, idLast, memberFxn)                                       \
-    AFX_ENTRY_(WM_COMMAND, wNotifyCode, id, idLast, self.memberFxn(LOWORD(wParam)))
+    AFX_ENTRY_(WM_COMMAND, wNotifyCode, id, idLast, (self.*(memberFxn))(LOWORD(wParam)))
 #define ON_COMMAND(id, memberFxn) ON_CONTROL(CN_COMMAND, id, memberFxn)
 #define ON_COMMAND_RANGE(id, idLast, memberFxn) ON_CONTROL_RANGE(CN_COMMAND, id, idLast, memberFxn)
 #define ON_BN_CLICKED(id, memberFxn) ON_CONTROL(BN_CLICKED, id, memberFxn)
@@ -87,13 +88,13 @@ protected:                                                                      
 // notification on.
 #define ON_NOTIFY(wNotifyCode, id, memberFxn)                                                      \
     AFX_ENTRY_(WM_NOTIFY, wNotifyCode, id, id,                                                     \
-               self.memberFxn(reinterpret_cast<NMHDR*>(lParam), result))
+               (self.*(memberFxn))(reinterpret_cast<NMHDR*>(lParam), result))
 #define ON_NOTIFY_REFLECT(wNotifyCode, memberFxn)                                                  \
     AFX_ENTRY_(AFX_WM_REFLECT_NOTIFY, wNotifyCode, 0, 0,                                           \
-               self.memberFxn(reinterpret_cast<NMHDR*>(lParam), result))
+               (self.*(memberFxn))(reinterpret_cast<NMHDR*>(lParam), result))
 #define ON_NOTIFY_REFLECT_EX(wNotifyCode, memberFxn)                                               \
     AFX_ENTRY_(AFX_WM_REFLECT_NOTIFY, wNotifyCode, 0, 0,                                           \
-               if (!self.memberFxn(reinterpret_cast<NMHDR*>(lParam), result)) return false)
+               if (!(self.*(memberFxn))(reinterpret_cast<NMHDR*>(lParam), result)) return false)
 
 // Window messages: ON_WM_X calls the handler OnX.
 #define ON_WM_CREATE()                                                                             \

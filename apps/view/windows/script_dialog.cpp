@@ -15,8 +15,8 @@ constexpr UINT kAnswered = WM_APP + 1;
 } // namespace
 
 BEGIN_MESSAGE_MAP(CScriptDialog, CDialog)
-ON_BN_CLICKED(IDC_SCRIPT_RUN, OnRun)
-ON_MESSAGE(kAnswered, OnAnswered)
+ON_BN_CLICKED(IDC_SCRIPT_RUN, &CScriptDialog::OnRun)
+ON_MESSAGE(kAnswered, &CScriptDialog::OnAnswered)
 END_MESSAGE_MAP()
 
 void CScriptDialog::Open(CWnd& parent) {

@@ -5,7 +5,7 @@ IMPLEMENT_DYNCREATE(CAttrTreeView, CColumnTreeView)
 
 BEGIN_MESSAGE_MAP(CAttrTreeView, CColumnTreeView)
 ON_WM_SIZE()
-ON_NOTIFY(TVN_SELCHANGED, kTreeId, OnSelectionChanged)
+ON_NOTIFY(TVN_SELCHANGED, kTreeId, &CAttrTreeView::OnSelectionChanged)
 END_MESSAGE_MAP()
 
 namespace {

@@ -6,7 +6,7 @@
 IMPLEMENT_DYNCREATE(CCmdValueView, CValueView)
 
 BEGIN_MESSAGE_MAP(CCmdValueView, CValueView)
-ON_BN_CLICKED(IDC_CMD_RUN, OnApply)
+ON_BN_CLICKED(IDC_CMD_RUN, &CCmdValueView::OnApply)
 END_MESSAGE_MAP()
 
 CCmdValueView::CCmdValueView() : CValueView(IDD_CMD_VALUE) {}

@@ -13,8 +13,8 @@ BEGIN_MESSAGE_MAP(CColumnTreeView, CView)
 ON_WM_CREATE()
 ON_WM_SIZE()
 ON_WM_HSCROLL()
-ON_NOTIFY(HDN_ITEMCHANGED, kHeaderId, OnColumnChanged)
-ON_NOTIFY(NM_CUSTOMDRAW, kTreeId, OnCustomDraw)
+ON_NOTIFY(HDN_ITEMCHANGED, kHeaderId, &CColumnTreeView::OnColumnChanged)
+ON_NOTIFY(NM_CUSTOMDRAW, kTreeId, &CColumnTreeView::OnCustomDraw)
 END_MESSAGE_MAP()
 
 namespace {

@@ -12,10 +12,10 @@
 IMPLEMENT_DYNAMIC(CDeviceFinderListCtrl, CListCtrl)
 
 BEGIN_MESSAGE_MAP(CDeviceFinderListCtrl, CListCtrl)
-ON_NOTIFY_REFLECT(NM_DBLCLK, OnDoubleClick)
-ON_NOTIFY_REFLECT(NM_RCLICK, OnRightClick)
+ON_NOTIFY_REFLECT(NM_DBLCLK, &CDeviceFinderListCtrl::OnDoubleClick)
+ON_NOTIFY_REFLECT(NM_RCLICK, &CDeviceFinderListCtrl::OnRightClick)
 ON_WM_KEYDOWN()
-ON_MESSAGE(WM_GETDLGCODE, OnWhichKeys)
+ON_MESSAGE(WM_GETDLGCODE, &CDeviceFinderListCtrl::OnWhichKeys)
 END_MESSAGE_MAP()
 
 namespace {

@@ -8,7 +8,7 @@
 IMPLEMENT_DYNCREATE(CFloatValueView, CValueView)
 
 BEGIN_MESSAGE_MAP(CFloatValueView, CValueView)
-ON_EN_CHANGE(IDC_FLOAT_EDIT, OnEditChanged)
+ON_EN_CHANGE(IDC_FLOAT_EDIT, &CFloatValueView::OnEditChanged)
 END_MESSAGE_MAP()
 
 CFloatValueView::CFloatValueView() : CValueView(IDD_FLOAT_VALUE) {}

@@ -39,10 +39,10 @@ IMPLEMENT_DYNAMIC(CKVNPyxenDeviceFinderDialog, CDialog)
 
 BEGIN_MESSAGE_MAP(CKVNPyxenDeviceFinderDialog, CDialog)
 ON_WM_DESTROY()
-ON_MESSAGE(kInterfaceDiscovery, OnInterfaceDiscovery)
-ON_MESSAGE(kCameraDiscovery, OnCameraDiscovery)
-ON_MESSAGE(kListNotification, OnListNotification)
-ON_NOTIFY(LVN_ITEMCHANGED, IDC_DEVICE_LIST, OnItemChanged)
+ON_MESSAGE(kInterfaceDiscovery, &CKVNPyxenDeviceFinderDialog::OnInterfaceDiscovery)
+ON_MESSAGE(kCameraDiscovery, &CKVNPyxenDeviceFinderDialog::OnCameraDiscovery)
+ON_MESSAGE(kListNotification, &CKVNPyxenDeviceFinderDialog::OnListNotification)
+ON_NOTIFY(LVN_ITEMCHANGED, IDC_DEVICE_LIST, &CKVNPyxenDeviceFinderDialog::OnItemChanged)
 END_MESSAGE_MAP()
 
 CKVNPyxenDeviceFinderDialog::CKVNPyxenDeviceFinderDialog(CPyxenAPIAccess& newApi, ILogSink* newLog,

@@ -8,7 +8,7 @@
 IMPLEMENT_DYNAMIC(CKVNPyxenSerCfgDialog, CDialog)
 
 BEGIN_MESSAGE_MAP(CKVNPyxenSerCfgDialog, CDialog)
-ON_LBN_SELCHANGE(IDC_SERIAL_PORTS, OnPortSelected)
+ON_LBN_SELCHANGE(IDC_SERIAL_PORTS, &CKVNPyxenSerCfgDialog::OnPortSelected)
 END_MESSAGE_MAP()
 
 CKVNPyxenSerCfgDialog::CKVNPyxenSerCfgDialog(const SerialDialogData& shown, CWnd* parent)

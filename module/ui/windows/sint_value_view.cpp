@@ -11,7 +11,7 @@ IMPLEMENT_DYNCREATE(CSintValueView, CValueView)
 
 BEGIN_MESSAGE_MAP(CSintValueView, CValueView)
 ON_WM_HSCROLL()
-ON_EN_CHANGE(IDC_SINT_EDIT, OnEditChanged)
+ON_EN_CHANGE(IDC_SINT_EDIT, &CSintValueView::OnEditChanged)
 END_MESSAGE_MAP()
 
 CSintValueView::CSintValueView() : CValueView(IDD_SINT_VALUE) {}

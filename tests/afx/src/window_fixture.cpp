@@ -6,11 +6,11 @@
 IMPLEMENT_DYNCREATE(RecordingWindow, CWnd)
 
 BEGIN_MESSAGE_MAP(RecordingWindow, CWnd)
-ON_MESSAGE(kAdd, OnAdd)
-ON_MESSAGE(kThrow, OnThrow)
-ON_COMMAND(7, OnCommand7)
-ON_COMMAND_RANGE(20, 29, OnCommandOf)
-ON_EN_CHANGE(7, OnEditChange)
+ON_MESSAGE(kAdd, &RecordingWindow::OnAdd)
+ON_MESSAGE(kThrow, &RecordingWindow::OnThrow)
+ON_COMMAND(7, &RecordingWindow::OnCommand7)
+ON_COMMAND_RANGE(20, 29, &RecordingWindow::OnCommandOf)
+ON_EN_CHANGE(7, &RecordingWindow::OnEditChange)
 END_MESSAGE_MAP()
 
 LRESULT RecordingWindow::OnAdd(WPARAM wParam, LPARAM lParam) {
@@ -25,5 +25,5 @@ LRESULT RecordingWindow::OnThrow(WPARAM, LPARAM) {
 IMPLEMENT_DYNAMIC(OverridingWindow, RecordingWindow)
 
 BEGIN_MESSAGE_MAP(OverridingWindow, RecordingWindow)
-ON_MESSAGE(kAdd, OnAdd)
+ON_MESSAGE(kAdd, &OverridingWindow::OnAdd)
 END_MESSAGE_MAP()

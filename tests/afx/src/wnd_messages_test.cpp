@@ -42,7 +42,7 @@ protected:
 };
 
 BEGIN_MESSAGE_MAP(DeletingWindow, CWnd)
-ON_MESSAGE(kAdd, OnAdd)
+ON_MESSAGE(kAdd, &DeletingWindow::OnAdd)
 END_MESSAGE_MAP()
 
 TEST_F(Windows, CanBeDeletedByTheirHandlers) {
@@ -66,7 +66,7 @@ protected:
 };
 
 BEGIN_MESSAGE_MAP(ReflectingTree, CTreeCtrl)
-ON_NOTIFY_REFLECT_EX(TVN_SELCHANGED, OnSelChanged)
+ON_NOTIFY_REFLECT_EX(TVN_SELCHANGED, &ReflectingTree::OnSelChanged)
 END_MESSAGE_MAP()
 
 class NotifiedParent : public CWnd {
@@ -79,7 +79,7 @@ protected:
 };
 
 BEGIN_MESSAGE_MAP(NotifiedParent, CWnd)
-ON_NOTIFY(TVN_SELCHANGED, 3, OnSelChanged)
+ON_NOTIFY(TVN_SELCHANGED, 3, &NotifiedParent::OnSelChanged)
 END_MESSAGE_MAP()
 
 TEST_F(Windows, OfferNotificationsToTheirControlsFirst) {
