@@ -9,6 +9,8 @@ class CFormView : public CView {
     DECLARE_DYNAMIC(CFormView)
 public:
     virtual void OnInitialUpdate() {}
+    /// Does nothing: forms of this library never scroll.
+    void SetScrollSizes(int, SIZE) {}
 
 protected:
     explicit CFormView(UINT templateId) : m_nIDTemplate(templateId) {}

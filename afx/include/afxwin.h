@@ -49,6 +49,9 @@ CWinApp* AfxGetApp();
 HINSTANCE AfxGetInstanceHandle();
 /// The binary whose resources are used.
 HINSTANCE AfxGetResourceHandle();
+/// Called first by a program that has its own entry function: sets the handles of the state. Only
+/// `instance` is used. Returns TRUE.
+BOOL AfxWinInit(HINSTANCE instance, HINSTANCE previous, LPTSTR commandLine, int show);
 
 /// While it exists, windows are created with the version of the common controls that the binary's
 /// manifest (resource 2) selects, and temporary objects of this thread are kept. Must exist in

@@ -94,6 +94,13 @@ HINSTANCE AfxGetResourceHandle() {
     return AfxGetStaticModuleState()->m_hCurrentResourceHandle;
 }
 
+BOOL AfxWinInit(HINSTANCE instance, HINSTANCE, LPTSTR, int) {
+    AFX_MODULE_STATE& state = *AfxGetStaticModuleState();
+    state.m_hCurrentInstanceHandle = instance;
+    state.m_hCurrentResourceHandle = instance;
+    return TRUE;
+}
+
 CWinApp::CWinApp() : m_hInstance(AfxGetInstanceHandle()) {
     AfxGetStaticModuleState()->m_pCurrentWinApp = this;
 }

@@ -93,7 +93,7 @@ TEST_F(Templates, FeatureControlIsAResizableDialog) {
 
 TEST_F(Templates, FeatureControlHasNoDefaultButton) {
     const Shown dialog(7001, Frame());
-    EXPECT_NE(LOWORD(dialog.SendMessage(DM_GETDEFID)), 7001);
+    EXPECT_NE(LOWORD(::SendMessage(dialog, DM_GETDEFID, 0, 0)), 7001);
     EXPECT_EQ(GetDlgItem(dialog, IDOK), nullptr);
 }
 

@@ -241,8 +241,8 @@ public:
 
 TEST_F(ValueViews, LeaveOneTemplateUnused) {
     AnyForm form;
-    ASSERT_TRUE(
-        form.Create(nullptr, nullptr, WS_CHILD | WS_VISIBLE, CRect(0, 0, 300, 200), &container, 0));
+    ASSERT_TRUE(form.Create(nullptr, nullptr, WS_CHILD | WS_VISIBLE, CRect(0, 0, 300, 200),
+                            &container, 0, nullptr));
     const WantedControl plainButton = {L"Button", BS_PUSHBUTTON};
     ExpectControls(form, {{7024, kLabel},
                           {7026, plainButton},

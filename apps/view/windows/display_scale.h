@@ -1,7 +1,7 @@
 // display_scale.h - sizes and fonts for the display
 #pragma once
 
-#include <windows.h>
+#include <afxwin.h>
 
 /// Pixels for a length given in 1/96 of an inch.
 int ScaledToDisplay(int length);

@@ -17,6 +17,8 @@ public:
     static int Width();
 
 protected:
+    /// The owner deletes the view, not its window's end.
+    void PostNcDestroy() override {}
     void OnDraw(CDC* dc) override;
     BOOL OnEraseBkgnd(CDC*) { return TRUE; }
     DECLARE_MESSAGE_MAP()

@@ -20,8 +20,8 @@ ON_WM_LBUTTONDOWN()
 ON_WM_LBUTTONUP()
 ON_WM_MOUSEWHEEL()
 ON_WM_KEYDOWN()
-ON_MESSAGE(WM_MOUSEMOVE, OnMouseMove)
-ON_MESSAGE(WM_MOUSELEAVE, OnMouseLeave)
+ON_MESSAGE(WM_MOUSEMOVE, &CImageView::OnMouseMove)
+ON_MESSAGE(WM_MOUSELEAVE, &CImageView::OnMouseLeave)
 END_MESSAGE_MAP()
 
 bool CImageView::Make(CWnd& parent, UINT id, IObserver& viewObserver) {
@@ -123,7 +123,7 @@ void CImageView::OnLButtonUp(UINT, CPoint) {
 }
 
 LRESULT CImageView::OnMouseMove(WPARAM, LPARAM position) {
-    const CPoint point(GET_X_LPARAM(position), GET_Y_LPARAM(position));
+    const CPoint point(position);
     if (isDragging) {
         geometry.Pan(point.x - pointer.x, point.y - pointer.y);
         Invalidate(FALSE);

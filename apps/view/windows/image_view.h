@@ -33,6 +33,8 @@ public:
     bool PointedPixel(std::uint32_t& x, std::uint32_t& y) const;
 
 protected:
+    /// The owner deletes the view, not its window's end.
+    void PostNcDestroy() override {}
     void OnDraw(CDC* dc) override;
     BOOL OnEraseBkgnd(CDC*) { return TRUE; }
     void OnSize(UINT kind, int width, int height);

@@ -43,7 +43,9 @@ int RunViewer(const AppOptions& options) {
 } // namespace
 
 int main(int argumentCount, char** arguments) {
-    const AFX_MAINTAIN_STATE2 entered(AfxGetStaticModuleState());
+    if (!AfxWinInit(::GetModuleHandle(nullptr), nullptr, ::GetCommandLine(), SW_SHOW)) {
+        return kFailed;
+    }
     CommandLine program("Shows a camera's images live", "mivora-view");
     AppOptions options;
     AddAppOptions(program, options);

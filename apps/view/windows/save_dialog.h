@@ -1,7 +1,7 @@
 // save_dialog.h - asks for the file to save an image to
 #pragma once
 
-#include <windows.h>
+#include <afxwin.h>
 
 #include <string>
 

@@ -1,7 +1,7 @@
 // utf8_text.cpp - converts UTF-8 text for windows
 #include "apps/view/windows/utf8_text.h"
 
-#include <windows.h>
+#include <afxwin.h>
 
 std::wstring ToWide(const std::string& text) {
     const int length = static_cast<int>(text.size());

@@ -9,6 +9,8 @@
 #include "apps/view/windows/utf8_text.h"
 #include "mivora/dialog_messages.h"
 
+#include <afxcmn.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -64,11 +66,11 @@ ON_WM_SETFOCUS()
 ON_WM_TIMER()
 ON_WM_CLOSE()
 ON_WM_DESTROY()
-ON_MESSAGE(WM_INITMENUPOPUP, OnInitMenuPopup)
-ON_MESSAGE(kNewPicture, OnNewPicture)
-ON_MESSAGE(kControlNews, OnControlNews)
-ON_MESSAGE(kCamerasChanged, OnCamerasChanged)
-ON_COMMAND_RANGE(ID_COMMAND_FIRST, ID_COMMAND_LAST, OnMenuCommand)
+ON_MESSAGE(WM_INITMENUPOPUP, &CViewerWindow::OnInitMenuPopup)
+ON_MESSAGE(kNewPicture, &CViewerWindow::OnNewPicture)
+ON_MESSAGE(kControlNews, &CViewerWindow::OnControlNews)
+ON_MESSAGE(kCamerasChanged, &CViewerWindow::OnCamerasChanged)
+ON_COMMAND_RANGE(ID_COMMAND_FIRST, ID_COMMAND_LAST, &CViewerWindow::OnMenuCommand)
 END_MESSAGE_MAP()
 
 CViewerWindow::CViewerWindow()
@@ -261,9 +263,9 @@ void CViewerWindow::Arrange() {
 }
 
 std::wstring CViewerWindow::StatusText(ViewerStatus part) const {
-    const auto length = LOWORD(statusLine.SendMessage(SB_GETTEXTLENGTH, part));
+    const auto length = LOWORD(::SendMessage(statusLine.m_hWnd, SB_GETTEXTLENGTH, part, 0));
     std::wstring text(static_cast<std::size_t>(length) + 1, L'\0');
-    statusLine.SendMessage(SB_GETTEXT, part, reinterpret_cast<LPARAM>(text.data()));
+    ::SendMessage(statusLine.m_hWnd, SB_GETTEXT, part, reinterpret_cast<LPARAM>(text.data()));
     text.resize(length);
     return text;
 }

@@ -15,8 +15,8 @@ constexpr int kNarrowest = 94; // in dialog units
 } // namespace
 
 BEGIN_MESSAGE_MAP(CValueView, CFormView)
-ON_BN_CLICKED(IDC_VALUE_APPLY, OnApply)
-ON_BN_CLICKED(IDC_VALUE_REVERT, OnRevert)
+ON_BN_CLICKED(IDC_VALUE_APPLY, &CValueView::OnApply)
+ON_BN_CLICKED(IDC_VALUE_REVERT, &CValueView::OnRevert)
 ON_WM_SIZE()
 END_MESSAGE_MAP()
 
@@ -30,9 +30,10 @@ CValueView::CValueView(UINT templateId)
 bool CValueView::Create(IObserver* newObserver, const RECT& rect, CWnd* parent) {
     if (!applyIcon || !revertIcon ||
         !CFormView::Create(nullptr, nullptr, WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN, rect, parent,
-                           0)) {
+                           0, nullptr)) {
         return false;
     }
+    SetScrollSizes(MM_TEXT, CSize(0, 0)); // the controls are fitted instead
     MakeIconButton(IDC_VALUE_APPLY, applyIcon.get());
     MakeIconButton(IDC_VALUE_REVERT, revertIcon.get());
     observer = newObserver;

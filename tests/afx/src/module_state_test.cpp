@@ -44,4 +44,15 @@ TEST_F(Windows, UseTheControlVersionOfTheManifest) {
     EXPECT_GT(size.cx, 0);
 }
 
+TEST(ModuleState, TakesTheHandleOfAProgramThatStartsItself) {
+    AFX_MODULE_STATE& state = *AfxGetStaticModuleState();
+    const AFX_MODULE_STATE before = state;
+    const HINSTANCE other = GetModuleHandle(L"kernel32");
+    EXPECT_TRUE(AfxWinInit(other, nullptr, GetCommandLine(), SW_SHOW));
+    EXPECT_EQ(AfxGetInstanceHandle(), other);
+    EXPECT_EQ(AfxGetResourceHandle(), other);
+    EXPECT_EQ(AfxGetApp(), before.m_pCurrentWinApp);
+    state = before;
+}
+
 } // namespace

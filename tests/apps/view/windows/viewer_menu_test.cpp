@@ -5,6 +5,8 @@
 #include "tests/support/wait_until.h"
 #include "tests/windows/screenshot.h"
 
+#include <afxcmn.h>
+
 #include <lodepng.h>
 
 namespace {
