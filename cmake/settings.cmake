@@ -73,6 +73,9 @@ if(WIN32)
   target_compile_definitions(mivora_settings INTERFACE
     WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0A00)
 endif()
+if(MIVORA_REAL_MFC)
+  set(CMAKE_MFC_FLAG 2) # the shared library; the generators of Visual Studio ask for it here
+endif()
 if(MINGW)
   # Each binary carries its own run-time library: nothing but the system's DLLs is needed beside it.
   add_link_options(-static)
