@@ -1,11 +1,15 @@
 #!/usr/bin/env bash
-# Compiles every interface header by itself for the Microsoft target, and compares the tables that
-# Clang lays out for its ABI with the slot numbers that stand in the headers.
+# Compiles every interface header by itself for the Microsoft target, and compares the tables of
+# virtual operations that Clang lays out for its ABI with the lists in slots/: number, who defines
+# the operation, and signature. The lists are written by hand: whatever changes one of them changes
+# the interface between host and module.
 set -euo pipefail
 cd "$1"
+. tests/checks/msvc_target.sh
+export INCLUDE="$INCLUDE;$PWD/tests/checks/real_mfc"
 
-flags=(-target x86_64-pc-windows-msvc -isystem /usr/share/mingw-w64/include -Wall -Wextra -Werror)
-cpp=(clang++ "${flags[@]}" -std=c++20 -isystem tests/checks/msvc_afx -isystem pxnc/include
+target=(-target x86_64-pc-windows-msvc "${mingw_options[@]}" -Wall -Wextra -Werror)
+cpp=(clang++ "${target[@]}" -std=c++20 -DUNICODE -D_UNICODE -D_DLL -D_AFXDLL -Ipxnc/include
   -Ihost/include -Imodule -I.)
 
 for header in host/include/mivora/*.h pxnc/include/pxnc.h pxnc/simulator/control.h \
@@ -14,42 +18,46 @@ for header in host/include/mivora/*.h pxnc/include/pxnc.h pxnc/simulator/control
     { echo "^ $header does not compile for the Microsoft target"; exit 1; }
 done
 # The camera SDK's interface is C.
-clang "${flags[@]}" -std=c11 -Wno-pragma-once-outside-header -fsyntax-only -x c pxnc/include/pxnc.h
+clang "${target[@]}" -std=c11 -Wno-pragma-once-outside-header -fsyntax-only -x c pxnc/include/pxnc.h
+# Sizes, offsets and types are asserted there.
+"${cpp[@]}" -fsyntax-only tests/checks/msvc_layout.cpp
 
-layout=$("${cpp[@]}" -Xclang -fdump-vtable-layouts -emit-llvm -S -o /dev/null tests/checks/msvc_layout.cpp 2>&1)
-
-# "NUMBER NAME" of each slot comment, the destructor as "destructor".
-expected() {
-  awk '/\/\* slot/ { slot = $3; line = $0
-         if (line ~ /~/) { print slot, "destructor"; next }
-         while (line !~ /\(/) { getline more; line = line more }
-         sub(/\(.*/, "", line); sub(/.*[ *]/, "", line); print slot, line }' "$@"
-}
-
-# The same from the dump of one class's table; its entry 0 is the type record.
-actual() {
-  awk -v head="VFTable for $1" 'index($0, head) == 1 { on = 1; next } on && /^$/ { exit }
-       on && $2 == "|" && $1 > 0 { line = $0
-         if (line ~ /destructor|~/) { print $1 - 1, "destructor"; next }
-         sub(/\(.*/, "", line); sub(/.*::/, "", line); print $1 - 1, line }' <<<"$layout"
+# The dump of one class's table in the form of the lists. Its entry 0 is the type record; who
+# defines an operation follows from the class that Clang names before it.
+table() { # table CLASS-IN-DUMP OWNER <DUMP
+  awk -v head="VFTable for $1 (" -v owner="$2" '
+    index($0, head) == 1 { on = 1; next }
+    on && /^$/ { exit }
+    on && $2 == "|" && $1 > 0 {
+      slot = $1 - 1
+      sub(/^ *[0-9]+ \| /, "")
+      sub(/ \[.*/, "")                       # [pure], [scalar deleting]
+      match($0, /[A-Za-z]+::~?[A-Za-z0-9]+\(/)
+      class = substr($0, RSTART, index(substr($0, RSTART), "::") - 1)
+      from = class ~ /^(CMivoraGrabber|CMivoraCamera|CMivoraGfxMode|CCmdChannel)$/ ? "host" : owner
+      $0 = substr($0, 1, RSTART - 1) substr($0, RSTART + length(class) + 2)
+      if (/^~/) $0 = "destructor"
+      print slot, from, $0
+    }' | sed -E 's/ ([*&]+)([A-Za-z])/\1 \2/; s/ ([*&]+)/\1/g' # "char *Name(int *)"
 }
 
 status=0
-compare() { # compare CLASS-IN-DUMP COUNT HEADER...
-  local class=$1 count=$2 want have
-  shift 2
-  want=$(expected "$@")
-  have=$(actual "$class")
-  if [ "$(wc -l <<<"$want")" -ne "$count" ]; then
-    echo "$*: $(wc -l <<<"$want") numbered slots, expected $count"
-    status=1
-  fi
-  diff <(echo "$want") <(echo "$have") || { echo "^ $class differs from $*"; status=1; }
+compare() { # compare LIST SOURCE CLASS-IN-DUMP OWNER
+  local list=tests/checks/slots/$1.txt dump
+  dump=$("${cpp[@]}" -Xclang -fdump-vtable-layouts -emit-llvm -S -o /dev/null "$2" 2>&1) ||
+    { echo "$dump"; echo "^ $2 does not compile for the Microsoft target"; status=1; return; }
+  diff <(grep -v '^#' "$list") <(table "$3" "$4" <<<"$dump") ||
+    { echo "^ $3 in $2 differs from $list"; status=1; }
 }
 
-compare "'CMivoraGrabber' in 'CPyxenGrabber' in 'GrabberProbe'" 115 \
-  host/include/mivora/grabber.h module/grabber/pyxen_grabber.h
-compare "'CMivoraCamera' in 'CameraProbe'" 5 host/include/mivora/camera.h
-compare "'CMivoraGfxMode' in 'GfxModeProbe'" 12 host/include/mivora/gfx_mode.h
-compare "'CCmdChannel' in 'ChannelProbe'" 16 host/include/mivora/cmd_channel.h
+compare grabber module/grabber/mivora_kvn_pyxen_class.cpp \
+  "'CMivoraGrabber' in 'CPyxenGrabber' in 'CMivoraKVNPyxenClass'" module
+compare camera module/grabber/mivora_camera_kvn_pyxen.cpp \
+  "'CMivoraCamera' in 'CMivoraCameraKVNPyxen'" module
+compare gfx_mode module/grabber/mivora_gfx_mode_kvn_pyxen.cpp \
+  "'CMivoraGfxMode' in 'CMivoraGfxModeKVNPyxen'" module
+compare cmd_channel module/serial/cmd_kvn_pyxen.cpp "'CCmdChannel' in 'CCmdKVNPyxen'" module
+compare cam_cntrl_dialog module/ui/windows/feature_control_dialog.cpp \
+  "'ICamCntrlDialog' in 'CCamCntrlDlgBase' in 'CKVNPyxenFeatureCtrlDialog'" module
+compare log_sink apps/common/log_file.cpp "'ILogSink' in 'LogFile'" application
 exit "$status"
