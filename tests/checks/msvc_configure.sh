@@ -1,23 +1,12 @@
 #!/usr/bin/env bash
-# Configures the whole project for the Microsoft target. Clang stands in for Visual C++, whose
-# options it takes; there is no Windows SDK here, so nothing is compiled.
+# Configures the whole project for the Microsoft target, and compiles all sources of the products,
+# together as a preset does.
 set -euo pipefail
 cd "$1"
+. tests/checks/msvc_target.sh
 
 build=$2/msvc
-rm -rf "$build"
-tools=$(dirname "$(readlink -f "$(command -v clang++)")")
-log=$build.log
-cmake -S . -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DCMAKE_SYSTEM_NAME=Windows \
-  -DCMAKE_SYSTEM_PROCESSOR=AMD64 \
-  -DCMAKE_C_COMPILER="$tools/clang-cl" -DCMAKE_CXX_COMPILER="$tools/clang-cl" \
-  -DCMAKE_C_COMPILER_TARGET=x86_64-pc-windows-msvc \
-  -DCMAKE_CXX_COMPILER_TARGET=x86_64-pc-windows-msvc \
-  -DCMAKE_TRY_COMPILE_TARGET_TYPE=STATIC_LIBRARY -DMIVORA_WERROR=ON \
-  -DCMAKE_FIND_ROOT_PATH="$build" -DCMAKE_FIND_ROOT_PATH_MODE_PACKAGE=ONLY \
-  -DCMAKE_FIND_ROOT_PATH_MODE_LIBRARY=ONLY -DCMAKE_FIND_ROOT_PATH_MODE_INCLUDE=ONLY \
-  -DCMAKE_LINKER="$tools/lld-link" -DCMAKE_AR="$tools/llvm-lib" -DCMAKE_MT="$tools/llvm-mt" \
-  -DCMAKE_RC_COMPILER="$tools/llvm-rc" >"$log" 2>&1 || { cat "$log"; exit 1; }
+configure_msvc "$build" -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=10
 
 status=0
 commands=$(cat "$build/build.ninja")
@@ -27,13 +16,19 @@ expect() { # expect TEXT WHY
 refuse() {
   ! grep -qF -- "$1" <<<"$commands" || { echo "build.ninja has \"$1\": $2"; status=1; }
 }
-for product in Mivora.dll MivoraKVNPyxen.dll mivora.exe pyxen-tool.exe simulator/Bin/PxnC.dll; do
+for product in Mivora.dll MivoraKVNPyxen.dll mivora.exe pyxen-tool.exe mivora-view.exe \
+  simulator/Bin/PxnC.dll; do
   expect "bin/$product" "a product is not built"
 done
 expect "/W4" "warnings"
 expect "/WX" "warnings are errors"
 expect "std:c++20" "the language"
+expect "/ENTRY:mainCRTStartup" "the viewer has windows and a function main"
 refuse "-Wall" "an option of other compilers"
 refuse "__attribute__" "a word of other compilers"
 refuse "-static" "an option of other linkers"
+
+compile_commands "$build" |
+  grep -E ' /Fo(platform|host|pxnc|afx|module|apps)/' >"$build.commands"
+check_syntax <"$build.commands" || { echo "^ does not compile for the Microsoft target"; status=1; }
 exit "$status"
