@@ -4,12 +4,12 @@
 #include <cstddef>
 #include <new>
 
-namespace pxsim {
+namespace skeleton {
 
 /// Holds a T that is built at first use and never torn down. A host that ends without a shutdown
 /// leaves threads behind, which must not find their mutexes gone; and waiting for threads while
 /// a library is being unloaded would hang the process.
-template <class T>
+template <typename T>
 class NeverDestroyed {
 public:
     NeverDestroyed() { new (storage) T(); }
@@ -22,4 +22,4 @@ private:
     alignas(T) std::byte storage[sizeof(T)];
 };
 
-} // namespace pxsim
+} // namespace skeleton

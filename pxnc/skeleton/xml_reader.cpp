@@ -1,11 +1,12 @@
-#include "pxnc/simulator/xml_reader.h"
+// xml_reader.cpp - checked access to an XML document
+#include "pxnc/skeleton/xml_reader.h"
 
-#include "pxnc/simulator/number_text.h"
+#include "pxnc/skeleton/number_text.h"
 
 #include <algorithm>
 #include <cstring>
 
-namespace pxsim {
+namespace skeleton {
 namespace {
 
 bool Contains(std::initializer_list<const char*> names, const char* name) {
@@ -116,4 +117,4 @@ std::size_t XmlReader::LineAt(std::ptrdiff_t offset) const {
     return 1 + static_cast<std::size_t>(std::count(text.begin(), end, '\n'));
 }
 
-} // namespace pxsim
+} // namespace skeleton

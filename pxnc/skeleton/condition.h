@@ -2,13 +2,13 @@
 #pragma once
 
 #include "platform/mutex.h"
-#include "pxnc/simulator/clock.h"
+#include "pxnc/skeleton/clock.h"
 
 #include <condition_variable>
 #include <mutex>
 #include <optional>
 
-namespace pxsim {
+namespace skeleton {
 
 /// A condition variable for platform::Mutex. The mutex must be held exactly once by the waiter.
 class Condition {
@@ -30,4 +30,4 @@ void WakeTimedWaits();
 /// The earliest time for which a WaitUntil waits; nothing when there is none.
 std::optional<Clock::time_point> NextTimedWait();
 
-} // namespace pxsim
+} // namespace skeleton

@@ -1,13 +1,14 @@
-#include "pxnc/simulator/number_text.h"
+// number_text.cpp - numbers to text and back
+#include "pxnc/skeleton/number_text.h"
 
 #include "platform/text.h"
 
 #include <charconv>
 
-namespace pxsim {
+namespace skeleton {
 namespace {
 
-template <class T, class... Format>
+template <typename T, typename... Format>
 bool ParseWhole(const char* first, const char* last, T& value, Format... format) {
     const auto [end, error] = std::from_chars(first, last, value, format...);
     return error == std::errc() && end == last && first != last;
@@ -86,4 +87,4 @@ bool FromHex(const std::string& text, std::string& bytes) {
     return true;
 }
 
-} // namespace pxsim
+} // namespace skeleton

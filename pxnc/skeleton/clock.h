@@ -1,9 +1,9 @@
-// clock.h - the time that paces, delays and timeouts of the simulator follow
+// clock.h - the time that paces, delays and timeouts of an SDK follow
 #pragma once
 
 #include <chrono>
 
-namespace pxsim {
+namespace skeleton {
 
 /// Monotonic time, which a test may stop and advance. Any thread.
 struct Clock {
@@ -25,4 +25,4 @@ bool IsClockStopped();
 /// Advances a stopped clock and wakes the threads that wait for a time. False when the clock runs.
 bool AdvanceClock(std::chrono::milliseconds by);
 
-} // namespace pxsim
+} // namespace skeleton

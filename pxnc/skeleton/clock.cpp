@@ -1,15 +1,15 @@
-// clock.cpp - stopping, advancing and restarting the simulator's clock
-#include "pxnc/simulator/clock.h"
+// clock.cpp - stopping, advancing and restarting the clock of an SDK
+#include "pxnc/skeleton/clock.h"
 
 #include "platform/clock.h"
 #include "platform/mutex.h"
 #include "platform/sleep.h"
-#include "pxnc/simulator/condition.h"
-#include "pxnc/simulator/never_destroyed.h"
+#include "pxnc/skeleton/condition.h"
+#include "pxnc/skeleton/never_destroyed.h"
 
 #include <atomic>
 
-namespace pxsim {
+namespace skeleton {
 namespace {
 
 // Read by plain functions, which is all that the platform takes as a replacement.
@@ -85,4 +85,4 @@ bool AdvanceClock(std::chrono::milliseconds by) {
     return true;
 }
 
-} // namespace pxsim
+} // namespace skeleton

@@ -1,4 +1,4 @@
-// string_pool.h - one pointer per distinct text, valid until the last shutdown
+// text_pool.h - one pointer per distinct text, valid until the last shutdown
 #pragma once
 
 #include "platform/mutex.h"
@@ -7,11 +7,11 @@
 #include <string_view>
 #include <unordered_set>
 
-namespace pxsim {
+namespace skeleton {
 
-/// Owns every text that the SDK hands out. Equal texts share one pointer, which callers may
-/// compare instead of the characters. Any thread.
-class StringPool {
+/// Owns every text that the SDK hands out. Equal texts share one pointer, so callers may compare
+/// them instead of the characters. Any thread.
+class TextPool {
 public:
     const char* Intern(std::string_view text) EXCLUDES(mutex);
 
@@ -21,4 +21,4 @@ private:
     std::unordered_set<std::string> texts GUARDED_BY(mutex);
 };
 
-} // namespace pxsim
+} // namespace skeleton

@@ -8,7 +8,7 @@
 #include <stdexcept>
 #include <string>
 
-namespace pxsim {
+namespace skeleton {
 
 /// A document that cannot be used; what() is "FILE:LINE: reason".
 class XmlError : public std::runtime_error {
@@ -45,4 +45,4 @@ private:
     pugi::xml_document document;
 };
 
-} // namespace pxsim
+} // namespace skeleton

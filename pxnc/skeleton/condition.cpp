@@ -1,10 +1,11 @@
-#include "pxnc/simulator/condition.h"
+// condition.cpp - timed waits that follow a clock that can be stopped
+#include "pxnc/skeleton/condition.h"
 
-#include "pxnc/simulator/never_destroyed.h"
+#include "pxnc/skeleton/never_destroyed.h"
 
 #include <algorithm>
 
-namespace pxsim {
+namespace skeleton {
 namespace {
 
 class TimedWait;
@@ -105,4 +106,4 @@ std::optional<Clock::time_point> NextTimedWait() {
     return earliest;
 }
 
-} // namespace pxsim
+} // namespace skeleton

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-namespace pxsim {
+namespace skeleton {
 
 /// Decimal or 0x-hexadecimal. False unless the whole text is one number that fits.
 bool ParseInt(const std::string& text, std::int64_t& value);
@@ -17,4 +17,4 @@ std::string FormatFloat(double value);
 std::string ToHex(const std::string& bytes);
 bool FromHex(const std::string& text, std::string& bytes);
 
-} // namespace pxsim
+} // namespace skeleton
