@@ -1,10 +1,9 @@
 #include "pxnc/simulator/acquisition_engine.h"
 
 #include "platform/sleep.h"
-#include "pxnc/simulator/callback_scope.h"
 
 #include <algorithm>
-#include <cassert>
+#include <utility>
 
 namespace pxsim {
 namespace {
@@ -13,10 +12,13 @@ namespace {
 // everything it missed.
 constexpr auto kLongestLag = std::chrono::milliseconds(250);
 
+thread_local std::optional<skeleton::Clock::time_point> currentFrameTime;
+
 } // namespace
 
-AcquisitionEngine::AcquisitionEngine(AcquisitionOwner& newOwner, Accounting& newAccounting)
-    : owner(newOwner), accounting(newAccounting) {}
+AcquisitionEngine::AcquisitionEngine(AcquisitionOwner& newOwner,
+                                     std::shared_ptr<skeleton::CallbackTurns> turnsOfCamera)
+    : FrameBook(std::move(turnsOfCamera)), owner(newOwner) {}
 
 AcquisitionEngine::~AcquisitionEngine() {
     Close();
@@ -28,113 +30,7 @@ AcquisitionEngine::~AcquisitionEngine() {
     thread.Join();
 }
 
-void AcquisitionEngine::Open(PxnHandle camera, PxnHandle stream) {
-    platform::MutexLock lock(mutex);
-    assert(slots.empty() && begunFrames == endedFrames);
-    cameraHandle = camera;
-    streamHandle = stream;
-    closed = false;
-}
-
-void AcquisitionEngine::Close() {
-    platform::MutexLock lock(mutex);
-    capturing = false;
-    capturingNow = false;
-    acquiring = false;
-    closed = true;
-    FlushQueue();
-    changed.NotifyAll();
-    WaitForRunningFrame();
-    FlushQueue();
-    RevokeSlots(accounting.revokedByClose);
-}
-
-void AcquisitionEngine::Vanish() {
-    platform::MutexLock lock(mutex);
-    closed = true;
-    capturing = false;
-    capturingNow = false;
-    acquiring = false;
-    FlushQueue();
-    changed.NotifyAll();
-    while (writing && !thread.IsCurrent()) {
-        changed.Wait(mutex);
-    }
-}
-
-PxnError AcquisitionEngine::Announce(const PxnFrame* frame) {
-    if (frame->buffer == nullptr && frame->bufferSize != 0) {
-        return PxnErrBadParameter;
-    }
-    platform::MutexLock lock(mutex);
-    if (closed) {
-        return PxnErrNotAvailable;
-    }
-    SlotPointer& slot = slots[frame];
-    if (!slot) {
-        slot = std::make_shared<Slot>();
-        // The SDK fills the record of the host that announced it: that is what it is for.
-        slot->frame = const_cast<PxnFrame*>(frame);
-        if (queue.size() < slots.size()) {
-            std::rotate(queue.begin(), queue.begin() + static_cast<std::ptrdiff_t>(queueHead),
-                        queue.end());
-            queueHead = 0;
-            queue.resize(slots.size() * 2);
-        }
-        ++accounting.announced;
-    }
-    while (slot->state == SlotState::kFilling) {
-        const SlotPointer filling = slot;
-        changed.Wait(mutex);
-        if (filling->state == SlotState::kRevoked) {
-            return PxnErrNotAvailable;
-        }
-    }
-    slot->buffer = frame->buffer;
-    slot->bufferSize = frame->bufferSize;
-    UpdateCounts();
-    return PxnErrSuccess;
-}
-
-PxnError AcquisitionEngine::Revoke(const PxnFrame* frame) {
-    if (InsideFrameCallback()) {
-        return PxnErrInvalidCall;
-    }
-    platform::MutexLock lock(mutex);
-    SlotPointer slot = FindSlot(frame);
-    if (!slot) {
-        return PxnErrNotFound;
-    }
-    if (slot->state == SlotState::kDone) {
-        WaitForRunningFrame();
-    }
-    if (slot->state == SlotState::kQueued || slot->state == SlotState::kFilling) {
-        return PxnErrInUse;
-    }
-    slot->state = SlotState::kRevoked;
-    slots.erase(frame);
-    ++accounting.revoked;
-    UpdateCounts();
-    changed.NotifyAll();
-    return PxnErrSuccess;
-}
-
-PxnError AcquisitionEngine::RevokeAll() {
-    if (InsideFrameCallback()) {
-        return PxnErrInvalidCall;
-    }
-    platform::MutexLock lock(mutex);
-    FlushQueue();
-    WaitForRunningFrame();
-    FlushQueue(); // what the callback queued again meanwhile
-    RevokeSlots(accounting.revoked);
-    return PxnErrSuccess;
-}
-
 PxnError AcquisitionEngine::StartCapture() {
-    if (InsideFrameCallback()) {
-        return PxnErrInvalidCall;
-    }
     platform::MutexLock lock(mutex);
     if (!thread.IsJoinable()) {
         thread = platform::Thread::Start(&AcquisitionEngine::ThreadProcedure, this, 0);
@@ -142,90 +38,30 @@ PxnError AcquisitionEngine::StartCapture() {
             return PxnErrResources;
         }
     }
-    if (closed) {
+    if (isClosed) {
         return PxnErrNotAvailable;
     }
-    capturing = true;
-    capturingNow = true;
-    nextDue = std::max(nextDue, Clock::now());
-    changed.NotifyAll();
+    nextDue = std::max(nextDue, skeleton::Clock::now());
+    SetCapturing(true);
     return PxnErrSuccess;
 }
 
 PxnError AcquisitionEngine::EndCapture() {
-    if (InsideFrameCallback()) {
-        return PxnErrInvalidCall;
-    }
     platform::MutexLock lock(mutex);
-    capturing = false;
-    capturingNow = false;
-    changed.NotifyAll();
-    WaitForRunningFrame();
+    SetCapturing(false);
+    WaitForRunningFrames();
     return PxnErrSuccess;
 }
 
-PxnError AcquisitionEngine::Queue(const PxnFrame* frame, PxnFrameCallback callback) {
+void AcquisitionEngine::Vanish() {
     platform::MutexLock lock(mutex);
-    SlotPointer slot = FindSlot(frame);
-    if (!slot) {
-        return PxnErrNotFound;
-    }
-    if (closed) {
-        return PxnErrNotAvailable;
-    }
-    if (slot->state == SlotState::kQueued || slot->state == SlotState::kFilling) {
-        return PxnErrAlready;
-    }
-    slot->state = SlotState::kQueued;
-    slot->callback = callback;
-    assert(queueLength < queue.size());
-    queue[(queueHead + queueLength) % queue.size()] = std::move(slot);
-    ++queueLength;
-    ++accounting.queued;
-    UpdateCounts();
-    changed.NotifyAll();
-    return PxnErrSuccess;
-}
-
-PxnError AcquisitionEngine::Wait(const PxnFrame* frame, std::uint32_t timeoutMs) {
-    if (InsideFrameCallback()) {
-        return PxnErrInvalidCall;
-    }
-    const bool unlimited = timeoutMs == 0xFFFFFFFF;
-    const Clock::time_point limit = Clock::now() + std::chrono::milliseconds(timeoutMs);
-    platform::MutexLock lock(mutex);
-    const SlotPointer slot = FindSlot(frame);
-    if (!slot) {
-        return PxnErrNotFound;
-    }
-    while (slot->state != SlotState::kDone) {
-        const bool coming =
-            slot->state == SlotState::kFilling || (slot->state == SlotState::kQueued && capturing);
-        if (!coming || closed) {
-            return PxnErrNotAvailable;
-        }
-        if (!unlimited && Clock::now() >= limit) {
-            return PxnErrTimeout;
-        }
-        if (unlimited) {
-            changed.Wait(mutex);
-        } else {
-            changed.WaitUntil(mutex, limit);
-        }
-    }
-    return PxnErrSuccess;
-}
-
-PxnError AcquisitionEngine::Flush() {
-    if (InsideFrameCallback()) {
-        return PxnErrInvalidCall;
-    }
-    platform::MutexLock lock(mutex);
+    isClosed = true;
+    acquiring = false;
+    SetCapturing(false);
     FlushQueue();
-    WaitForRunningFrame();
-    FlushQueue();
-    changed.NotifyAll();
-    return PxnErrSuccess;
+    while (writing && !thread.IsCurrent()) {
+        changed.Wait(mutex);
+    }
 }
 
 void AcquisitionEngine::BeginAcquisition(const AcquisitionPlan& newPlan) {
@@ -234,8 +70,8 @@ void AcquisitionEngine::BeginAcquisition(const AcquisitionPlan& newPlan) {
     nextFrameId = 0;
     pendingTriggers = 0;
     repeatFrame = false;
-    nextDue = Clock::now();
-    acquiring = !closed;
+    nextDue = skeleton::Clock::now();
+    acquiring = !isClosed;
     changed.NotifyAll();
 }
 
@@ -274,6 +110,10 @@ bool AcquisitionEngine::PayloadOf(const PxnFrame* frame, std::uint32_t& bytes) c
     return true;
 }
 
+std::optional<skeleton::Clock::time_point> AcquisitionEngine::CurrentFrameTime() {
+    return currentFrameTime;
+}
+
 void AcquisitionEngine::ThreadProcedure(void* self) {
     static_cast<AcquisitionEngine*>(self)->Run();
 }
@@ -281,13 +121,11 @@ void AcquisitionEngine::ThreadProcedure(void* self) {
 void AcquisitionEngine::Run() {
     platform::MutexLock lock(mutex);
     while (!ending) {
-        if (!capturing || !acquiring) {
+        if (!IsCapturing() || !acquiring) {
             changed.Wait(mutex);
         } else if (IsFrameDue()) {
-            ++begunFrames;
+            const RunningFrame running(*this);
             SendFrame();
-            ++endedFrames;
-            changed.NotifyAll();
         }
     }
 }
@@ -303,13 +141,13 @@ bool AcquisitionEngine::IsFrameDue() {
     }
     if (plan.freeRunning) {
         // Nothing is lost for want of a buffer: the camera waits for the host.
-        if (queueLength == 0) {
+        if (queue.empty()) {
             changed.Wait(mutex);
             return false;
         }
         return true;
     }
-    if (Clock::now() < nextDue) {
+    if (skeleton::Clock::now() < nextDue) {
         changed.WaitUntil(mutex, nextDue);
         return false;
     }
@@ -319,7 +157,7 @@ bool AcquisitionEngine::IsFrameDue() {
 
 void AcquisitionEngine::Schedule() {
     nextDue += std::chrono::nanoseconds(plan.periodNs);
-    const Clock::time_point now = Clock::now();
+    const skeleton::Clock::time_point now = skeleton::Clock::now();
     if (now - nextDue > kLongestLag) {
         nextDue = now;
     }
@@ -333,7 +171,7 @@ void AcquisitionEngine::SendFrame() {
             mutex.Unlock();
             owner.OnScheduledFrame(frameId);
             mutex.Lock();
-            if (!capturing || !acquiring) {
+            if (!IsCapturing() || !acquiring) {
                 return;
             }
         }
@@ -345,47 +183,28 @@ void AcquisitionEngine::SendFrame() {
     }
     if (fault == FrameFault::kDropped) {
         ++statistics.lost;
-        ++accounting.dropped;
-    } else if (queueLength == 0) {
+        ++droppedFrames;
+    } else if (queue.empty()) {
         ++statistics.underrun;
-        ++accounting.dropped;
+        ++droppedFrames;
     } else {
-        const SlotPointer slot = std::move(queue[queueHead]);
-        queueHead = (queueHead + 1) % queue.size();
-        --queueLength;
-        UpdateCounts();
-        Hand(slot, frameId, fault);
+        Send(TakeQueued(), frameId, fault);
     }
     FinishWhenComplete();
 }
 
-void AcquisitionEngine::Hand(const SlotPointer& slot, std::uint64_t frameId, FrameFault fault) {
-    slot->state = SlotState::kFilling;
+void AcquisitionEngine::Send(const SlotPointer& slot, std::uint64_t frameId, FrameFault fault) {
     writing = true;
     const AcquisitionPlan current = plan;
     mutex.Unlock();
-    const Clock::time_point time = Clock::now();
+    currentFrameTime = skeleton::Clock::now();
     slot->frame->timestamp = owner.Timestamp();
     Fill(*slot, current, frameId, fault);
     owner.OnFrameSent(frameId);
     mutex.Lock();
     writing = false;
-    slot->state = SlotState::kDone;
-    ++accounting.completed;
-    const PxnFrameCallback callback = closed ? nullptr : slot->callback;
-    changed.NotifyAll();
-    if (callback != nullptr) {
-        PxnFrame* frame = slot->frame;
-        PxnHandle camera = cameraHandle;
-        PxnHandle stream = streamHandle;
-        ++accounting.callbacks;
-        mutex.Unlock();
-        {
-            CallbackScope scope(CallbackKind::kFrame, time);
-            callback(camera, stream, frame);
-        }
-        mutex.Lock();
-    }
+    HandBack(slot);
+    currentFrameTime.reset();
 }
 
 void AcquisitionEngine::Fill(Slot& slot, const AcquisitionPlan& current, std::uint64_t frameId,
@@ -443,46 +262,6 @@ void AcquisitionEngine::FinishWhenComplete() {
     mutex.Unlock();
     owner.OnAcquisitionFinished();
     mutex.Lock();
-}
-
-void AcquisitionEngine::FlushQueue() {
-    for (; queueLength > 0; --queueLength) {
-        SlotPointer slot = std::move(queue[queueHead]);
-        queueHead = (queueHead + 1) % queue.size();
-        slot->state = SlotState::kIdle;
-        ++accounting.flushed;
-    }
-    UpdateCounts();
-}
-
-void AcquisitionEngine::RevokeSlots(std::atomic<std::uint64_t>& counter) {
-    for (auto& [frame, slot] : slots) {
-        slot->state = SlotState::kRevoked;
-        ++counter;
-    }
-    slots.clear();
-    UpdateCounts();
-    changed.NotifyAll();
-}
-
-void AcquisitionEngine::WaitForRunningFrame() {
-    if (thread.IsCurrent()) {
-        return;
-    }
-    const std::uint64_t target = begunFrames;
-    while (endedFrames < target) {
-        changed.Wait(mutex);
-    }
-}
-
-AcquisitionEngine::SlotPointer AcquisitionEngine::FindSlot(const PxnFrame* frame) const {
-    auto found = slots.find(frame);
-    return found == slots.end() ? nullptr : found->second;
-}
-
-void AcquisitionEngine::UpdateCounts() {
-    statistics.announced = static_cast<std::uint32_t>(slots.size());
-    statistics.queued = static_cast<std::uint32_t>(queueLength);
 }
 
 } // namespace pxsim

@@ -1,7 +1,7 @@
 #include "pxnc/simulator/camera.h"
 
 #include "pxnc/simulator/camera_features.h"
-#include "pxnc/simulator/event_dispatcher.h"
+#include "pxnc/skeleton/invalidations.h"
 
 #include <algorithm>
 #include <cassert>
@@ -21,24 +21,24 @@ Camera::Camera(const CameraConfiguration& newSetup, const InterfaceConfiguration
       name(services.strings.Intern(setup.name)),
       model(services.strings.Intern(setup.model)),
       serial(services.strings.Intern(setup.serial)),
-      powerOn(Clock::now()),
+      powerOn(skeleton::Clock::now()),
       registers(*this) {
     plugged = setup.plugged;
     permittedAccess = setup.permittedAccess;
     AddFeatures();
     localDevice = std::make_unique<Module>(services.strings, services.events, SharedMutex());
     AddLocalDeviceFeatures(*localDevice, *this);
+    const auto turns = std::make_shared<skeleton::CallbackTurns>();
     for (std::uint32_t index = 0; index < setup.streams; ++index) {
-        streams.push_back(std::make_unique<Stream>(*this, index, services.strings, services.events,
-                                                   services.accounting));
+        streams.push_back(
+            std::make_unique<Stream>(*this, index, services.strings, services.events, turns));
     }
+    vanished = std::make_shared<std::atomic<bool>>(false);
     ApplySetup();
 }
 
 Camera::~Camera() {
-    for (auto& stream : streams) {
-        stream->Engine().Close();
-    }
+    CloseEngines();
     // The engines call back into this object until their threads are joined.
     streams.clear();
 }
@@ -89,7 +89,7 @@ void Camera::ApplySetup() {
 PxnError Camera::ApplyInitialValue(const Setting& setting) {
     platform::MutexLock lock(mutex);
     Feature* feature = Find(setting.name.c_str());
-    return feature == nullptr ? PxnErrNotFound : feature->FromText(setting.value);
+    return feature == nullptr ? PxnErrNotFound : WriteAsText(*feature, setting.value);
 }
 
 void Camera::SetTopology(PxnHandle transportLayer, PxnHandle interface) {
@@ -111,10 +111,7 @@ PxnError Camera::Open(std::uint32_t accessMode, PxnHandle* handle) {
         }
     }
     if (full) {
-        // A callback of a vanished opening may still be running.
-        for (auto& stream : streams) {
-            stream->Engine().Close();
-        }
+        CloseEngines(); // a callback of a vanished opening may still be running
     }
     platform::MutexLock lock(mutex);
     if (!plugged) {
@@ -123,7 +120,10 @@ PxnError Camera::Open(std::uint32_t accessMode, PxnHandle* handle) {
     if (!IsOpen()) {
         CreateChildHandles();
     }
-    *handle = services.handles.Add({this, this, streams.front().get(), full, true, false});
+    skeleton::Target target = MakeTarget(*this, streams.front().get());
+    target.isCamera = true;
+    target.isWritable = full;
+    *handle = services.handles.Add(std::move(target));
     sessions.push_back({*handle, accessMode});
     AddHandle(*handle);
     if (full) {
@@ -131,8 +131,26 @@ PxnError Camera::Open(std::uint32_t accessMode, PxnHandle* handle) {
             streams[index]->Engine().Open(*handle, streamHandleLists.back()[index]);
         }
     }
-    ++services.accounting.opened;
+    ++openedCount;
     return PxnErrSuccess;
+}
+
+skeleton::Target Camera::MakeTarget(skeleton::Module& module, Stream* stream) {
+    // Every call holds the backend, and with it the modules.
+    const std::shared_ptr<void> notOwned;
+    skeleton::Target target{{notOwned, &module}};
+    if (stream) {
+        target.frames = {notOwned, &stream->Engine()};
+    }
+    target.vanished = vanished;
+    return target;
+}
+
+void Camera::CloseEngines() {
+    for (auto& stream : streams) {
+        stream->Engine().EndAcquisition();
+        stream->Engine().Close();
+    }
 }
 
 PxnError Camera::CheckAccess(std::uint32_t accessMode) const {
@@ -150,13 +168,11 @@ bool Camera::IsOpenInFull() const {
 }
 
 void Camera::CreateChildHandles() {
-    localDeviceHandle =
-        services.handles.Add({localDevice.get(), this, streams.front().get(), true, false, false});
+    localDeviceHandle = services.handles.Add(MakeTarget(*localDevice, nullptr));
     localDevice->AddHandle(localDeviceHandle);
     std::vector<PxnHandle> list;
     for (auto& stream : streams) {
-        list.push_back(
-            services.handles.Add({stream.get(), this, stream.get(), true, false, false}));
+        list.push_back(services.handles.Add(MakeTarget(*stream, stream.get())));
         stream->AddHandle(list.back());
     }
     streamHandleLists.push_back(std::move(list));
@@ -183,7 +199,7 @@ void Camera::Close(PxnHandle handle) {
             if (!services.handles.Remove(handle)) {
                 return;
             }
-            ++services.accounting.closed;
+            ++closedCount;
             RemoveHandle(handle);
             if (std::erase(vanishedHandles, handle) != 0) {
                 for (PxnHandle child : vanishedChildren) {
@@ -207,14 +223,12 @@ void Camera::Close(PxnHandle handle) {
             }
         }
         if (closeEngines) {
-            for (auto& stream : streams) {
-                stream->Engine().Close();
-            }
+            CloseEngines();
         }
     }
     // No lock is held here: the callback waited for may itself open or close a camera.
     for (PxnHandle one : gone) {
-        services.accounting.unregisteredByClose += services.events.UnregisterAll(one);
+        services.events.UnregisterAll(one);
     }
 }
 
@@ -270,20 +284,19 @@ bool Camera::Unplug() {
         }
         plugged = false;
         acquiring = false;
+        *vanished = true;
+        vanished = std::make_shared<std::atomic<bool>>(false);
         for (const Session& session : sessions) {
-            services.handles.MarkVanished(session.handle);
             vanishedHandles.push_back(session.handle);
             RemoveHandle(session.handle);
         }
         if (IsOpen()) {
             sessions.clear();
-            services.handles.MarkVanished(localDeviceHandle);
             vanishedChildren.push_back(localDeviceHandle);
             localDevice->RemoveHandle(localDeviceHandle);
             localDeviceHandle = nullptr;
             for (std::size_t index = 0; index < streams.size(); ++index) {
                 PxnHandle handle = streamHandleLists.back()[index];
-                services.handles.MarkVanished(handle);
                 vanishedChildren.push_back(handle);
                 streams[index]->RemoveHandle(handle);
             }
@@ -307,7 +320,7 @@ PxnError Camera::StartAcquisition() {
     for (auto& stream : streams) {
         stream->Engine().BeginAcquisition(plan);
     }
-    OnStreamingChanged();
+    OnCaptureChanged();
     RaiseEvent(CameraEvent::kAcquisitionStart, 0);
     return PxnErrSuccess;
 }
@@ -320,7 +333,7 @@ PxnError Camera::StopAcquisition() {
     for (auto& stream : streams) {
         stream->Engine().EndAcquisition();
     }
-    OnStreamingChanged();
+    OnCaptureChanged();
     return PxnErrSuccess;
 }
 
@@ -384,6 +397,21 @@ std::int64_t Camera::PayloadBytes() const {
     return std::int64_t{CurrentImage().ImageBytes()} + ChunkBytes();
 }
 
+PxnError Camera::GetPayloadSize(std::uint32_t& bytes) {
+    bytes = static_cast<std::uint32_t>(PayloadBytes());
+    return PxnErrSuccess;
+}
+
+PxnError Camera::ReadMemory(std::uint64_t address, char* buffer, std::uint32_t size,
+                            std::uint32_t& done) {
+    return registers.Read(address, size, reinterpret_cast<std::uint8_t*>(buffer), done);
+}
+
+PxnError Camera::WriteMemory(std::uint64_t address, const char* bytes, std::uint32_t size,
+                             std::uint32_t& done) {
+    return registers.Write(address, size, reinterpret_cast<const std::uint8_t*>(bytes), done);
+}
+
 std::int64_t Camera::FramePeriodNs() const {
     return static_cast<std::int64_t>(1e9 / FloatValue("AcquisitionFrameRate"));
 }
@@ -394,7 +422,7 @@ bool Camera::IsStreaming() const {
            });
 }
 
-void Camera::OnStreamingChanged() {
+void Camera::OnCaptureChanged() {
     InvalidateLocked();
     Invalidate("TLParamsLocked");
     for (auto& stream : streams) {
@@ -452,7 +480,7 @@ void Camera::OnAcquisitionFinished() {
         return stream->Engine().IsCapturing() && stream->Engine().IsAcquiring();
     });
     if (!any && acquiring.exchange(false)) {
-        OnStreamingChanged();
+        OnCaptureChanged();
         RaiseEvent(CameraEvent::kAcquisitionEnd, 0);
     }
 }
@@ -469,7 +497,8 @@ void Camera::OnFrameSent(std::uint64_t frameId) {
 
 std::uint64_t Camera::Timestamp() const {
     return static_cast<std::uint64_t>(
-        std::chrono::duration_cast<std::chrono::nanoseconds>(Clock::now() - powerOn).count());
+        std::chrono::duration_cast<std::chrono::nanoseconds>(skeleton::Clock::now() - powerOn)
+            .count());
 }
 
 } // namespace pxsim

@@ -4,11 +4,11 @@
 #include "pxnc/simulator/camera_events.h"
 #include "pxnc/simulator/chunk_data.h"
 #include "pxnc/simulator/configuration.h"
-#include "pxnc/simulator/handle_table.h"
 #include "pxnc/simulator/module.h"
 #include "pxnc/simulator/register_space.h"
 #include "pxnc/simulator/stream.h"
 #include "pxnc/simulator/user_sets.h"
+#include "pxnc/skeleton/handle_table.h"
 
 #include <atomic>
 #include <deque>
@@ -20,10 +20,9 @@ namespace pxsim {
 
 /// What the cameras of one run share.
 struct SharedServices {
-    StringPool& strings;
-    EventDispatcher& events;
-    HandleTable& handles;
-    Accounting& accounting;
+    skeleton::TextPool& strings;
+    skeleton::Invalidations& events;
+    skeleton::HandleTable& handles;
 };
 
 /// Runs what is scheduled for a frame; implemented by the simulator.
@@ -55,6 +54,14 @@ public:
     const char* ExtendedId() const { return extendedId; }
 
     PxnError Open(std::uint32_t accessMode, PxnHandle* handle) EXCLUDES(openCloseMutex, mutex);
+    PxnError GetPayloadSize(std::uint32_t& bytes) override;
+    PxnError ReadMemory(std::uint64_t address, char* buffer, std::uint32_t size,
+                        std::uint32_t& done) override;
+    PxnError WriteMemory(std::uint64_t address, const char* bytes, std::uint32_t size,
+                         std::uint32_t& done) override;
+    /// The locked features changed their access.
+    void OnCaptureChanged() override;
+
     /// `handle` is one of this camera's, alive or vanished.
     void Close(PxnHandle handle) EXCLUDES(openCloseMutex, mutex);
     void FillInfo(PxnCameraInfo& info) const EXCLUDES(mutex);
@@ -64,7 +71,12 @@ public:
     bool Plug() EXCLUDES(mutex);
     bool Unplug() EXCLUDES(mutex);
     std::size_t OpenHandleCount() const EXCLUDES(mutex);
+    /// How often it was opened and closed.
+    std::uint64_t OpenedCount() const { return openedCount; }
+    std::uint64_t ClosedCount() const { return closedCount; }
 
+    /// Ends what the streams do and revokes their frames.
+    void CloseEngines();
     Module& LocalDevice() { return *localDevice; }
     RegisterSpace& Registers() { return registers; }
     std::vector<std::unique_ptr<Stream>>& Streams() { return streams; }
@@ -94,8 +106,6 @@ public:
     std::int64_t FramePeriodNs() const;
     bool IsAcquiring() const { return acquiring; }
     bool IsStreaming() const override;
-    /// After capture started or ended: the locked features changed their access.
-    void OnStreamingChanged();
     /// All features back to their values at power-on.
     void ResetFeatures();
 
@@ -120,6 +130,7 @@ private:
     bool IsOpenInFull() const REQUIRES(mutex);
     PxnError CheckAccess(std::uint32_t accessMode) const REQUIRES(mutex);
     void CreateChildHandles() REQUIRES(mutex);
+    skeleton::Target MakeTarget(skeleton::Module& module, Stream* stream) REQUIRES(mutex);
     void RemoveChildHandles() REQUIRES(mutex);
 
     const CameraConfiguration setup;
@@ -132,7 +143,7 @@ private:
     const char* const name;
     const char* const model;
     const char* const serial;
-    const Clock::time_point powerOn;
+    const skeleton::Clock::time_point powerOn;
     PxnHandle transportLayerHandle = nullptr;
     PxnHandle interfaceHandle = nullptr;
     RegisterSpace registers;
@@ -140,6 +151,8 @@ private:
     std::vector<std::unique_ptr<Stream>> streams;
     std::atomic<bool> acquiring = false;
     std::atomic<std::uint64_t> sentFrames = 0;
+    std::atomic<std::uint64_t> openedCount = 0;
+    std::atomic<std::uint64_t> closedCount = 0;
     std::atomic<unsigned> eventMask = 0; // one bit for each CameraEvent that is reported
 
     mutable platform::Mutex openCloseMutex; // taken before the module mutex
@@ -147,6 +160,8 @@ private:
     bool plugged GUARDED_BY(mutex) = true;
     std::uint32_t permittedAccess GUARDED_BY(mutex);
     std::vector<Session> sessions GUARDED_BY(mutex);
+    // Set when the camera is unplugged; the handles made while it was plugged share it.
+    std::shared_ptr<std::atomic<bool>> vanished GUARDED_BY(mutex);
     std::vector<PxnHandle> vanishedHandles GUARDED_BY(mutex); // not closed since
     std::vector<PxnHandle> vanishedChildren GUARDED_BY(mutex);
     PxnHandle localDeviceHandle GUARDED_BY(mutex) = nullptr;

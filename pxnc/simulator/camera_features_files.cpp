@@ -23,7 +23,7 @@ struct Files {
     std::int64_t result = 0;
 };
 
-template <class T>
+template <typename T>
 T& Named(Camera& camera, const char* name) {
     return dynamic_cast<T&>(*camera.Find(name));
 }

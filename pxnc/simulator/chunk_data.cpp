@@ -55,7 +55,7 @@ bool ReadChunkList(const std::uint8_t* payload, std::size_t size, std::vector<Ch
     return false;
 }
 
-ChunkModule::ChunkModule(StringPool& pool, EventDispatcher& dispatcher,
+ChunkModule::ChunkModule(skeleton::TextPool& pool, skeleton::Invalidations& dispatcher,
                          const std::vector<ChunkValue>& values)
     : Module(pool, dispatcher, std::make_shared<platform::Mutex>()) {
     constexpr const char* kCategory = "/ChunkDataControl";

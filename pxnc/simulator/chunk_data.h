@@ -56,7 +56,7 @@ bool ReadChunkList(const std::uint8_t* payload, std::size_t size, std::vector<Ch
 /// The features "ChunkWidth", "ChunkTimestamp" and so on of one frame.
 class ChunkModule : public Module {
 public:
-    ChunkModule(StringPool& strings, EventDispatcher& events,
+    ChunkModule(skeleton::TextPool& strings, skeleton::Invalidations& events,
                 const std::vector<ChunkValue>& values);
 };
 

@@ -1,12 +1,11 @@
 #include "pxnc/simulator/commands.h"
 
-#include "pxnc/simulator/callback_scope.h"
-#include "pxnc/simulator/clock.h"
-#include "pxnc/simulator/condition.h"
-#include "pxnc/simulator/entry_names.h"
-#include "pxnc/simulator/number_text.h"
 #include "pxnc/simulator/script.h"
 #include "pxnc/simulator/sdk.h"
+#include "pxnc/skeleton/clock.h"
+#include "pxnc/skeleton/condition.h"
+#include "pxnc/skeleton/number_text.h"
+#include "pxnc_entries.h"
 
 #include <algorithm>
 #include <array>
@@ -39,7 +38,7 @@ constexpr const char* kClockUsage = "clock stop|start|next, clock advance MS";
 
 std::int64_t Number(const std::string& word) {
     std::int64_t value = 0;
-    if (!ParseInt(word, value)) {
+    if (!skeleton::ParseInt(word, value)) {
         Refuse(PxnErrBadParameter, "\"" + word + "\" is not a number");
     }
     return value;
@@ -77,6 +76,13 @@ std::uint64_t CallNumber(const std::string& word) {
     return call;
 }
 
+bool IsEntryName(const std::string& word) {
+#define PXSIM_ENTRY_NAME(name) #name,
+    static constexpr std::string_view kNames[] = {PXN_ENTRIES(PXSIM_ENTRY_NAME)};
+#undef PXSIM_ENTRY_NAME
+    return std::find(std::begin(kNames), std::end(kNames), word) != std::end(kNames);
+}
+
 // "any" stands for all of them.
 const std::string& Entry(const std::string& word) {
     if (word != "any" && !IsEntryName(word)) {
@@ -99,7 +105,7 @@ const std::string& ListEntry(const std::string& word) {
 }
 
 std::shared_ptr<Simulator> Running() {
-    std::shared_ptr<Simulator> simulator = Sdk::Instance().Current();
+    std::shared_ptr<Simulator> simulator = TheSdk().Current();
     if (!simulator) {
         Refuse(PxnErrApiNotStarted, "the SDK is not started");
     }
@@ -167,7 +173,7 @@ std::string SetFeature(const Words& words) {
         Refuse(PxnErrNotFound, "no feature \"" + words[2] + "\"");
     }
     const std::string value = JoinFrom(words, 3);
-    PxnError result = feature->FromText(value);
+    PxnError result = WriteAsText(*feature, value);
     if (result == PxnErrInvalidAccess) {
         // What a host may not write now still may change by itself.
         result = feature->PutText(value) ? PxnErrSuccess : PxnErrInvalidValue;
@@ -178,7 +184,7 @@ std::string SetFeature(const Words& words) {
     return "ok";
 }
 
-template <class Action>
+template <typename Action>
 void ForEachPort(Simulator& simulator, Action action) {
     for (const auto& camera : simulator.Cameras()) {
         for (std::size_t port = 0; Uart* uart = camera->Registers().Port(port); ++port) {
@@ -256,10 +262,11 @@ std::string RaiseInterfaceEvent(const Words& words) {
 }
 
 std::string FrameAge(const Words&) {
-    if (!InsideFrameCallback()) {
+    const std::optional<skeleton::Clock::time_point> taken = AcquisitionEngine::CurrentFrameTime();
+    if (!taken) {
         Refuse(PxnErrInvalidCall, "no frame callback is running on this thread");
     }
-    return std::to_string((Clock::now() - CurrentFrameTime()).count());
+    return std::to_string((skeleton::Clock::now() - *taken).count());
 }
 
 std::string Script(const Words& words) {
@@ -270,23 +277,51 @@ std::string Script(const Words& words) {
     return answer;
 }
 
+/// Sums over all cameras and streams.
+struct Totals {
+    explicit Totals(const Simulator& simulator) {
+        for (const auto& camera : simulator.Cameras()) {
+            opened += camera->OpenedCount();
+            closed += camera->ClosedCount();
+            openCameras += camera->OpenHandleCount();
+            for (const auto& stream : camera->Streams()) {
+                Add(stream->Engine());
+            }
+        }
+    }
+
+    std::uint64_t announced = 0, revoked = 0, revokedByClose = 0, queued = 0, completed = 0,
+                  flushed = 0, dropped = 0, callbacks = 0, opened = 0, closed = 0, openCameras = 0;
+
+private:
+    void Add(const AcquisitionEngine& engine) {
+        const skeleton::FrameCounts& counts = engine.Counts();
+        announced += counts.announced;
+        revoked += counts.revoked;
+        revokedByClose += counts.revokedByClose;
+        queued += counts.queued;
+        completed += counts.completed;
+        flushed += counts.flushed;
+        callbacks += counts.callbacks;
+        dropped += engine.DroppedFrames();
+    }
+};
+
 std::string Status(const Words&) {
     const std::shared_ptr<Simulator> simulator = Running();
-    const Accounting& counts = simulator->Counts();
-    std::size_t openCameras = 0;
-    for (const auto& camera : simulator->Cameras()) {
-        openCameras += camera->OpenHandleCount();
-    }
+    const Totals totals(*simulator);
+    const skeleton::Invalidations::Counts& registrations = simulator->Changes().GetCounts();
     std::ostringstream out;
-    out << "{\"calls\":" << Faults::Instance().CallCount() << ",\"announced\":" << counts.announced
-        << ",\"revoked\":" << counts.revoked << ",\"revokedByClose\":" << counts.revokedByClose
-        << ",\"queued\":" << counts.queued << ",\"completed\":" << counts.completed
-        << ",\"flushed\":" << counts.flushed << ",\"dropped\":" << counts.dropped
-        << ",\"callbacks\":" << counts.callbacks << ",\"opened\":" << counts.opened
-        << ",\"closed\":" << counts.closed << ",\"openCameras\":" << openCameras
-        << ",\"registered\":" << counts.registered << ",\"unregistered\":" << counts.unregistered
-        << ",\"unregisteredByClose\":" << counts.unregisteredByClose
-        << ",\"registrations\":" << simulator->Events().RegistrationCount() << "}";
+    out << "{\"calls\":" << Faults::Instance().CallCount() << ",\"announced\":" << totals.announced
+        << ",\"revoked\":" << totals.revoked << ",\"revokedByClose\":" << totals.revokedByClose
+        << ",\"queued\":" << totals.queued << ",\"completed\":" << totals.completed
+        << ",\"flushed\":" << totals.flushed << ",\"dropped\":" << totals.dropped
+        << ",\"callbacks\":" << totals.callbacks << ",\"opened\":" << totals.opened
+        << ",\"closed\":" << totals.closed << ",\"openCameras\":" << totals.openCameras
+        << ",\"registered\":" << registrations.registered
+        << ",\"unregistered\":" << registrations.unregistered
+        << ",\"unregisteredByClose\":" << registrations.unregisteredByClose
+        << ",\"registrations\":" << simulator->Changes().List().size() << "}";
     return out.str();
 }
 
@@ -317,18 +352,19 @@ std::string RunAtCall(const Words& words) {
 }
 
 std::string NextTime() {
-    const std::optional<Clock::time_point> next = NextTimedWait();
+    const std::optional<skeleton::Clock::time_point> next = skeleton::NextTimedWait();
     if (!next) {
         return "none";
     }
-    return std::to_string(std::max(*next - Clock::now(), Clock::duration::zero()).count());
+    return std::to_string(
+        std::max(*next - skeleton::Clock::now(), skeleton::Clock::duration::zero()).count());
 }
 
 std::string AdvanceClockBy(const std::string& word) {
-    if (!AdvanceClock(std::chrono::milliseconds(AtMost(kLongestMs, word, kUpToADay)))) {
+    if (!skeleton::AdvanceClock(std::chrono::milliseconds(AtMost(kLongestMs, word, kUpToADay)))) {
         Refuse(PxnErrInvalidCall, "the clock runs; stop it first");
     }
-    if (const std::shared_ptr<Simulator> simulator = Sdk::Instance().Current()) {
+    if (const std::shared_ptr<Simulator> simulator = TheSdk().Current()) {
         simulator->Delayed().WaitForDueLines();
     }
     return "ok";
@@ -346,9 +382,9 @@ std::string ControlClock(const Words& words) {
         return NextTime();
     }
     if (words[1] == "stop") {
-        StopClock();
+        skeleton::StopClock();
     } else if (words[1] == "start") {
-        StartClock();
+        skeleton::StartClock();
     } else {
         Refuse(PxnErrBadParameter, "\"" + words[1] + "\" is not stop, start, next or advance");
     }
@@ -432,13 +468,13 @@ constexpr Command kCommands[] = {
     {"set", 3, kAnyNumber, "set ID FEATURE VALUE", SetFeature},
     {"leaks", 0, 0, "leaks",
      [](const Words&) {
-         return Sdk::Instance().LastLeakReport();
+         return TheSdk().LastLeakReport();
      }},
     {"clear", 0, 0, "clear",
      [](const Words&) {
          Faults::Instance().Clear();
-         StartClock();
-         if (const std::shared_ptr<Simulator> simulator = Sdk::Instance().Current()) {
+         skeleton::StartClock();
+         if (const std::shared_ptr<Simulator> simulator = TheSdk().Current()) {
              ForEachPort(*simulator, [](Uart& port) { port.SetFault(Uart::Fault::kNone); });
              simulator->Delayed().Clear();
          }
@@ -446,7 +482,7 @@ constexpr Command kCommands[] = {
      }},
     {"drain", 0, 0, "drain",
      [](const Words&) {
-         Running()->Events().Drain();
+         Running()->Changes().Drain();
          return std::string("ok");
      }},
     {"script", 1, kRestOfLine, "script FILE", Script},

@@ -2,7 +2,7 @@
 
 #include "platform/file_system.h"
 #include "pxnc/simulator/serial_devices.h"
-#include "pxnc/simulator/xml_reader.h"
+#include "pxnc/skeleton/xml_reader.h"
 
 #include <algorithm>
 #include <array>
@@ -14,7 +14,7 @@ namespace {
 constexpr std::uint32_t kLargestNumber = 0x7FFFFFFF;
 
 template <class T, std::size_t count>
-T Choice(const XmlReader& xml, pugi::xml_node node, const char* attribute, T fallback,
+T Choice(const skeleton::XmlReader& xml, pugi::xml_node node, const char* attribute, T fallback,
          const std::array<std::pair<const char*, T>, count>& choices) {
     const std::string value = xml.TextOr(node, attribute, "");
     if (value.empty()) {
@@ -62,7 +62,7 @@ constexpr std::array<std::pair<const char*, std::uint32_t>, 12> kTypes{
      {"Custom", PxnTransportLayerCustom},
      {"Mixed", PxnTransportLayerMixed}}};
 
-template <class List>
+template <typename List>
 bool HasId(const List& list, const std::string& id) {
     return std::any_of(list.begin(), list.end(), [&id](const auto& one) { return one.id == id; });
 }
@@ -70,7 +70,7 @@ bool HasId(const List& list, const std::string& id) {
 /// Fills a configuration from a document.
 class Reader {
 public:
-    Reader(const XmlReader& newXml, Configuration& newConfiguration)
+    Reader(const skeleton::XmlReader& newXml, Configuration& newConfiguration)
         : xml(newXml), configuration(newConfiguration) {}
 
     void Read() {
@@ -215,7 +215,7 @@ private:
     }
 
     // An element of a known id replaces what the default topology has.
-    template <class List>
+    template <typename List>
     static void Place(List& list, typename List::value_type item) {
         auto known = std::find_if(list.begin(), list.end(),
                                   [&](const auto& one) { return one.id == item.id; });
@@ -226,7 +226,7 @@ private:
         }
     }
 
-    const XmlReader& xml;
+    const skeleton::XmlReader& xml;
     Configuration& configuration;
 };
 
@@ -244,12 +244,12 @@ ConfigurationError ReadConfigurationFile(const std::string& path, Configuration&
 ConfigurationError ParseConfiguration(const std::string& text, const std::string& name,
                                       Configuration& configuration) {
     try {
-        const XmlReader xml(text, name);
+        const skeleton::XmlReader xml(text, name);
         Configuration read = DefaultTopology();
         Reader(xml, read).Read();
         configuration = std::move(read);
         return {};
-    } catch (const XmlError& error) {
+    } catch (const skeleton::XmlError& error) {
         return {PxnErrXml, error.what()};
     }
 }

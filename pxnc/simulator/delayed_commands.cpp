@@ -21,7 +21,7 @@ bool DelayedCommands::Add(std::uint64_t delayMs, const std::string& line) {
     if (!thread.IsJoinable()) {
         return false;
     }
-    lines.emplace(Clock::now() + std::chrono::milliseconds(delayMs), line);
+    lines.emplace(skeleton::Clock::now() + std::chrono::milliseconds(delayMs), line);
     changed.NotifyAll();
     return true;
 }
@@ -29,7 +29,7 @@ bool DelayedCommands::Add(std::uint64_t delayMs, const std::string& line) {
 void DelayedCommands::WaitForDueLines() {
     platform::MutexLock lock(mutex);
     const auto isDue = [this]() REQUIRES(mutex) {
-        return !lines.empty() && lines.begin()->first <= Clock::now();
+        return !lines.empty() && lines.begin()->first <= skeleton::Clock::now();
     };
     while (!ending && !thread.IsCurrent() && (runningLine || isDue())) {
         changed.Wait(mutex);
@@ -65,8 +65,8 @@ void DelayedCommands::Run() {
             continue;
         }
         const auto first = lines.begin();
-        const Clock::time_point due = first->first;
-        if (Clock::now() < due) {
+        const skeleton::Clock::time_point due = first->first;
+        if (skeleton::Clock::now() < due) {
             changed.WaitUntil(mutex, due);
             continue;
         }

@@ -3,7 +3,7 @@
 
 #include "platform/mutex.h"
 #include "platform/thread.h"
-#include "pxnc/simulator/condition.h"
+#include "pxnc/skeleton/condition.h"
 
 #include <cstdint>
 #include <map>
@@ -34,9 +34,9 @@ private:
     void Run() EXCLUDES(mutex);
 
     platform::Mutex mutex;
-    Condition changed;
+    skeleton::Condition changed;
     platform::Thread thread GUARDED_BY(mutex);
-    std::multimap<Clock::time_point, std::string> lines GUARDED_BY(mutex);
+    std::multimap<skeleton::Clock::time_point, std::string> lines GUARDED_BY(mutex);
     bool runningLine GUARDED_BY(mutex) = false;
     bool ending GUARDED_BY(mutex) = false;
 };

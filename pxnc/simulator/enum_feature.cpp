@@ -1,7 +1,7 @@
 #include "pxnc/simulator/enum_feature.h"
 
 #include "pxnc/simulator/module.h"
-#include "pxnc/simulator/number_text.h"
+#include "pxnc/skeleton/number_text.h"
 
 #include <algorithm>
 #include <cassert>
@@ -97,6 +97,35 @@ const EnumFeature::Entry* EnumFeature::FindEntry(const char* entry) const {
     return found == entries.end() ? nullptr : &*found;
 }
 
+PxnError EnumFeature::GetEnum(const char*& entry) {
+    return Read(entry, [this] { return Get(); });
+}
+
+PxnError EnumFeature::GetEnumEntries(std::vector<const char*>& names) {
+    for (const Entry& entry : entries) {
+        names.push_back(entry.info.name);
+    }
+    return PxnErrSuccess;
+}
+
+PxnError EnumFeature::IsEnumEntryAvailable(const char* entry, bool& isAvailable) {
+    const Entry* const found = FindEntry(entry);
+    if (!found) {
+        return PxnErrNotFound;
+    }
+    isAvailable = !found->available || found->available();
+    return PxnErrSuccess;
+}
+
+PxnError EnumFeature::GetEnumEntry(const char* entry, PxnFeatureEnumEntry& description) {
+    const Entry* const found = FindEntry(entry);
+    if (!found) {
+        return PxnErrNotFound;
+    }
+    description = found->info;
+    return PxnErrSuccess;
+}
+
 std::int64_t EnumFeature::SelectorValue() const {
     return static_cast<std::int64_t>(CurrentIndex());
 }
@@ -119,15 +148,6 @@ bool EnumFeature::PutText(const std::string& text) {
 
 void EnumFeature::Restore(const std::any& saved) {
     store.Restore(std::any_cast<const SelectedValues<std::size_t>::Saved&>(saved));
-}
-
-PxnError EnumFeature::ToText(std::string& text) const {
-    text = Get();
-    return PxnErrSuccess;
-}
-
-PxnError EnumFeature::FromText(const std::string& text) {
-    return Set(text.c_str());
 }
 
 std::size_t EnumFeature::IndexOf(const char* entry) const {

@@ -36,9 +36,14 @@ public:
     bool IsFor(std::int64_t selectorKey, const char* entry) const;
     PxnError Set(const char* entry);
     void Put(const char* entry);
-    const std::vector<Entry>& List() const { return entries; }
     /// Null when there is no such entry.
     const Entry* FindEntry(const char* entry) const;
+
+    PxnError GetEnum(const char*& entry) override;
+    PxnError SetEnum(const char* entry) override { return Set(entry); }
+    PxnError GetEnumEntries(std::vector<const char*>& names) override;
+    PxnError IsEnumEntryAvailable(const char* entry, bool& isAvailable) override;
+    PxnError GetEnumEntry(const char* entry, PxnFeatureEnumEntry& description) override;
 
     std::int64_t SelectorValue() const override;
     std::vector<std::string> States() const override;
@@ -46,8 +51,6 @@ public:
     void Reset() override { store.Reset(); }
     std::any Snapshot() const override { return store.Values(); }
     void Restore(const std::any& saved) override;
-    PxnError ToText(std::string& text) const override;
-    PxnError FromText(const std::string& text) override;
 
 private:
     std::size_t IndexOf(const char* entry) const;

@@ -2,7 +2,7 @@
 
 #include "platform/sleep.h"
 #include "pxnc/simulator/commands.h"
-#include "pxnc/simulator/never_destroyed.h"
+#include "pxnc/skeleton/never_destroyed.h"
 
 #include <algorithm>
 #include <cstring>
@@ -17,7 +17,7 @@ bool Concerns(const std::string& faultEntry, const char* entry) {
 } // namespace
 
 Faults& Faults::Instance() {
-    static NeverDestroyed<Faults> instance;
+    static skeleton::NeverDestroyed<Faults> instance;
     return instance.Get();
 }
 

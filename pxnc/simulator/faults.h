@@ -3,7 +3,7 @@
 
 #include "platform/mutex.h"
 #include "pxnc.h"
-#include "pxnc/simulator/condition.h"
+#include "pxnc/skeleton/condition.h"
 
 #include <atomic>
 #include <cstdint>
@@ -90,7 +90,7 @@ private:
     std::atomic<std::size_t> scheduledCount = 0;
 
     platform::Mutex mutex;
-    Condition changed;
+    skeleton::Condition changed;
     std::vector<CallFault> callFaults GUARDED_BY(mutex);
     std::vector<CallLine> callLines GUARDED_BY(mutex);
     std::map<std::string, std::uint32_t> delays GUARDED_BY(mutex);

@@ -40,6 +40,22 @@ Feature::Feature(Module& module, const char* name, std::uint32_t dataType) : own
     info.isStreamable = 1;
 }
 
+PxnError Feature::GetAccess(bool& readable, bool& writable) {
+    readable = IsReadable();
+    writable = IsWritable();
+    return PxnErrSuccess;
+}
+
+std::vector<std::string> Feature::Selected() {
+    std::vector<std::string> names;
+    for (const Feature* one : selected) {
+        if (!one->IsHidden()) {
+            names.emplace_back(one->Name());
+        }
+    }
+    return names;
+}
+
 bool Feature::IsReadable() const {
     return (info.featureFlags & PxnFeatureFlagRead) != 0 && (!available || available());
 }

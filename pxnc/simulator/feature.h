@@ -2,6 +2,7 @@
 #pragma once
 
 #include "pxnc.h"
+#include "pxnc/skeleton/feature.h"
 
 #include <any>
 #include <cstdint>
@@ -16,7 +17,7 @@ namespace pxsim {
 class Module;
 
 /// A feature's value, one for every state of the features that select it.
-template <class T>
+template <typename T>
 class SelectedValues {
 public:
     void SetInitial(T value) { initial = std::move(value); }
@@ -44,16 +45,17 @@ private:
 ///
 /// Built once with the module and described by the fluent setters of the typed classes; after
 /// that only the value changes. Everything here is used with the owner's mutex held.
-class Feature {
+class Feature : public skeleton::Feature {
 public:
     Feature(Module& module, const char* name, std::uint32_t dataType);
-    virtual ~Feature() = default;
     Feature(const Feature&) = delete;
     Feature& operator=(const Feature&) = delete;
 
     const char* Name() const { return info.name; }
-    std::uint32_t DataType() const { return info.featureDataType; }
-    const PxnFeatureInfo& Info() const { return info; }
+    std::uint32_t DataType() const override { return info.featureDataType; }
+    PxnFeatureInfo Info() const override { return info; }
+    PxnError GetAccess(bool& readable, bool& writable) override;
+    std::vector<std::string> Selected() override;
 
     /// Readable and writeable at this moment, apart from the rights of the handle.
     bool IsReadable() const;
@@ -65,7 +67,7 @@ public:
     bool IsHidden() const { return hidden; }
     bool IsLockedWhileStreaming() const { return lockedWhileStreaming; }
 
-    const std::vector<Feature*>& Selected() const { return selected; }
+    const std::vector<Feature*>& SelectedFeatures() const { return selected; }
     const std::vector<Feature*>& Selectors() const { return selectors; }
     const std::vector<const char*>& Dependents() const { return dependents; }
     /// Tells the selected features apart: one number for the present state of the selectors.
@@ -78,9 +80,6 @@ public:
     /// All values, for user sets.
     virtual std::any Snapshot() const { return {}; }
     virtual void Restore(const std::any&) {}
-    /// The present value as text and back, for settings files and the control interface.
-    virtual PxnError ToText(std::string&) const { return PxnErrNotSupported; }
-    virtual PxnError FromText(const std::string&) { return PxnErrNotSupported; }
     /// All states of a selector, as texts.
     virtual std::vector<std::string> States() const { return {}; }
     /// Gives the feature a value whether a host may write it at present or not. False when it can
@@ -88,6 +87,15 @@ public:
     virtual bool PutText(const std::string&) { return false; }
 
 protected:
+    /// Sets `value` to what `source` returns, when the feature can be read.
+    template <typename Value, typename Source>
+    PxnError Read(Value& value, Source source) const {
+        if (!IsReadable()) {
+            return PxnErrInvalidAccess;
+        }
+        value = source();
+        return PxnErrSuccess;
+    }
     /// After a new value: runs the owner's reaction and raises the invalidations.
     void Changed();
 
@@ -103,13 +111,13 @@ protected:
     std::function<void()> reaction;
 
 private:
-    template <class Derived>
+    template <typename Derived>
     friend class FeatureNode;
     void SetSelector(const char* name);
 };
 
 /// The fluent setters, returning the typed feature.
-template <class Derived>
+template <typename Derived>
 class FeatureNode : public Feature {
 public:
     using Feature::Feature;

@@ -1,6 +1,6 @@
 #include "pxnc/simulator/module.h"
 
-#include "pxnc/simulator/event_dispatcher.h"
+#include "pxnc/skeleton/invalidations.h"
 
 #include <algorithm>
 #include <cassert>
@@ -13,7 +13,7 @@ void Collect(const Module& module, const Feature& feature, std::vector<const Fea
         return;
     }
     affected.push_back(&feature);
-    for (const Feature* selected : feature.Selected()) {
+    for (const Feature* selected : feature.SelectedFeatures()) {
         Collect(module, *selected, affected);
     }
     for (const char* name : feature.Dependents()) {
@@ -25,9 +25,25 @@ void Collect(const Module& module, const Feature& feature, std::vector<const Fea
 
 } // namespace
 
-Module::Module(StringPool& pool, EventDispatcher& dispatcher,
+Module::Module(skeleton::TextPool& pool, skeleton::Invalidations& dispatcher,
                std::shared_ptr<platform::Mutex> valueMutex)
     : ownedMutex(std::move(valueMutex)), mutex(*ownedMutex), strings(pool), events(dispatcher) {}
+
+std::vector<PxnFeatureInfo> Module::ListFeatures() {
+    std::vector<PxnFeatureInfo> infos;
+    for (const auto& feature : features) {
+        if (!feature->IsHidden()) {
+            infos.push_back(feature->Info());
+        }
+    }
+    return infos;
+}
+
+PxnError Module::With(const char* name, skeleton::FunctionRef<PxnError(skeleton::Feature&)> use) {
+    platform::MutexLock lock(mutex);
+    Feature* const feature = FindVisible(name);
+    return feature ? use(*feature) : PxnError{PxnErrNotFound};
+}
 
 bool Module::Omit(const char* name) {
     Feature* feature = Find(name);
@@ -48,7 +64,7 @@ Feature* Module::Find(const char* name) const {
     return found == byName.end() ? nullptr : found->second;
 }
 
-template <class T>
+template <typename T>
 T& Module::Typed(const char* name) const {
     auto* typed = dynamic_cast<T*>(Find(name));
     assert(typed != nullptr);
@@ -97,7 +113,7 @@ void Module::Invalidate(const Feature& feature) {
             continue;
         }
         for (PxnHandle handle : handles) {
-            events.PostInvalidation(handle, one->Name());
+            events.Post(handle, one->Name());
         }
     }
 }
@@ -120,7 +136,7 @@ void Module::InvalidateAll() {
     platform::MutexLock lock(mutex);
     for (const auto& feature : features) {
         for (PxnHandle handle : handles) {
-            events.PostInvalidation(handle, feature->Name());
+            events.Post(handle, feature->Name());
         }
     }
 }

@@ -2,8 +2,10 @@
 #pragma once
 
 #include "platform/mutex.h"
-#include "pxnc/simulator/string_pool.h"
 #include "pxnc/simulator/typed_features.h"
+#include "pxnc/skeleton/invalidations.h"
+#include "pxnc/skeleton/module.h"
+#include "pxnc/skeleton/text_pool.h"
 
 #include <memory>
 #include <string_view>
@@ -12,20 +14,24 @@
 
 namespace pxsim {
 
-class EventDispatcher;
-
 /// System, transport layer, interface, camera, local device, stream or the chunk data of a frame.
 ///
 /// The features are added while the module is built and stay until it goes; their values are
 /// guarded by the mutex, which modules that look at each other share (all modules of one camera
 /// do). The operations here take it themselves; it is recursive because features compute their
 /// values from others.
-class Module {
+class Module : public skeleton::Module {
 public:
-    Module(StringPool& strings, EventDispatcher& events, std::shared_ptr<platform::Mutex> mutex);
-    virtual ~Module() = default;
+    Module(skeleton::TextPool& strings, skeleton::Invalidations& events,
+           std::shared_ptr<platform::Mutex> mutex);
     Module(const Module&) = delete;
     Module& operator=(const Module&) = delete;
+
+    std::vector<PxnFeatureInfo> ListFeatures() override;
+    PxnError With(const char* name,
+                  skeleton::FunctionRef<PxnError(skeleton::Feature&)> use) override;
+    std::vector<skeleton::StoredValue> GetStoredValues() override;
+    PxnError ApplyStoredValues(std::vector<skeleton::StoredValue> values) override;
 
     IntFeature& Int(const char* name) { return Add<IntFeature>(name); }
     FloatFeature& Float(const char* name) { return Add<FloatFeature>(name); }
@@ -38,7 +44,7 @@ public:
     /// with it. False when there is none of that name.
     bool Omit(const char* name);
 
-    StringPool& Strings() { return strings; }
+    skeleton::TextPool& Strings() { return strings; }
     platform::Mutex& ValueMutex() const RETURN_CAPABILITY(mutex) { return mutex; }
     /// Null when there is no feature of that name, compared exactly, or when it is hidden.
     Feature* FindVisible(const char* name) const;
@@ -90,20 +96,20 @@ protected:
     platform::Mutex& mutex;
 
 private:
-    template <class T>
+    template <typename T>
     T& Add(const char* name);
-    template <class T>
+    template <typename T>
     T& Typed(const char* name) const;
 
-    StringPool& strings;
-    EventDispatcher& events;
+    skeleton::TextPool& strings;
+    skeleton::Invalidations& events;
     std::vector<std::unique_ptr<Feature>> features;
     std::unordered_map<std::string_view, Feature*> byName;
     std::vector<PxnHandle> handles GUARDED_BY(mutex);
     int quiet GUARDED_BY(mutex) = 0;
 };
 
-template <class T>
+template <typename T>
 T& Module::Add(const char* name) {
     auto feature = std::make_unique<T>(*this, name);
     T& added = *feature;

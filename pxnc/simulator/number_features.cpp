@@ -1,7 +1,7 @@
 #include "pxnc/simulator/number_features.h"
 
 #include "pxnc/simulator/module.h"
-#include "pxnc/simulator/number_text.h"
+#include "pxnc/skeleton/number_text.h"
 
 #include <algorithm>
 #include <cassert>
@@ -11,7 +11,7 @@
 namespace pxsim {
 namespace {
 
-template <class T>
+template <typename T>
 std::function<T()> Always(T value) {
     return [value] {
         return value;
@@ -117,6 +117,26 @@ void IntFeature::Put(std::int64_t value) {
     }
 }
 
+PxnError IntFeature::GetInt(std::int64_t& value) {
+    return Read(value, [this] { return Get(); });
+}
+
+PxnError IntFeature::GetIntRange(std::int64_t& lowest, std::int64_t& highest) {
+    lowest = min();
+    highest = max();
+    return PxnErrSuccess;
+}
+
+PxnError IntFeature::GetIntIncrement(std::int64_t& step) {
+    step = increment();
+    return PxnErrSuccess;
+}
+
+PxnError IntFeature::GetIntValueSet(std::vector<std::int64_t>& values) {
+    values = validValues;
+    return values.empty() ? PxnErrValidValueSetNotPresent : PxnErrSuccess;
+}
+
 std::int64_t IntFeature::Nearest(std::int64_t value) const {
     const std::int64_t low = min();
     const std::int64_t high = std::max(low, max());
@@ -134,7 +154,7 @@ std::vector<std::string> IntFeature::States() const {
 
 bool IntFeature::PutText(const std::string& text) {
     std::int64_t value = 0;
-    if (!ParseInt(text, value) || Nearest(value) != value) {
+    if (!skeleton::ParseInt(text, value) || Nearest(value) != value) {
         return false;
     }
     Put(value);
@@ -143,16 +163,6 @@ bool IntFeature::PutText(const std::string& text) {
 
 void IntFeature::Restore(const std::any& saved) {
     store.Restore(std::any_cast<const SelectedValues<std::int64_t>::Saved&>(saved));
-}
-
-PxnError IntFeature::ToText(std::string& text) const {
-    text = std::to_string(Get());
-    return PxnErrSuccess;
-}
-
-PxnError IntFeature::FromText(const std::string& text) {
-    std::int64_t value = 0;
-    return ParseInt(text, value) ? Set(value) : PxnErrInvalidValue;
 }
 
 // ---- float ----
@@ -217,9 +227,19 @@ void FloatFeature::Put(double value) {
     }
 }
 
+PxnError FloatFeature::GetFloat(double& value) {
+    return Read(value, [this] { return Get(); });
+}
+
+PxnError FloatFeature::GetFloatRange(double& lowest, double& highest) {
+    lowest = min();
+    highest = max();
+    return PxnErrSuccess;
+}
+
 bool FloatFeature::PutText(const std::string& text) {
     double value = 0;
-    if (!ParseFloat(text, value) || !(value >= min() && value <= max())) {
+    if (!skeleton::ParseFloat(text, value) || !(value >= min() && value <= max())) {
         return false;
     }
     Put(value);
@@ -228,16 +248,6 @@ bool FloatFeature::PutText(const std::string& text) {
 
 void FloatFeature::Restore(const std::any& saved) {
     store.Restore(std::any_cast<const SelectedValues<double>::Saved&>(saved));
-}
-
-PxnError FloatFeature::ToText(std::string& text) const {
-    text = FormatFloat(Get());
-    return PxnErrSuccess;
-}
-
-PxnError FloatFeature::FromText(const std::string& text) {
-    double value = 0;
-    return ParseFloat(text, value) ? Set(value) : PxnErrInvalidValue;
 }
 
 } // namespace pxsim

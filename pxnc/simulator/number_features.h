@@ -31,12 +31,14 @@ public:
     void Put(std::int64_t value);
     /// Counts an event: adds one without raising the invalidation, which the event itself is.
     void Advance() { store.Set(SelectorKey(), Get() + 1); }
-    std::int64_t LowerLimit() const { return min(); }
-    std::int64_t UpperLimit() const { return max(); }
-    std::int64_t Step() const { return increment(); }
-    const std::vector<std::int64_t>& ValidValueSet() const { return validValues; }
     /// The value next to `value` that the limits allow at present.
     std::int64_t Nearest(std::int64_t value) const;
+
+    PxnError GetInt(std::int64_t& value) override;
+    PxnError SetInt(std::int64_t value) override { return Set(value); }
+    PxnError GetIntRange(std::int64_t& lowest, std::int64_t& highest) override;
+    PxnError GetIntIncrement(std::int64_t& step) override;
+    PxnError GetIntValueSet(std::vector<std::int64_t>& values) override;
 
     std::int64_t SelectorValue() const override { return Get(); }
     std::vector<std::string> States() const override;
@@ -44,8 +46,6 @@ public:
     void Reset() override { store.Reset(); }
     std::any Snapshot() const override { return store.Values(); }
     void Restore(const std::any& saved) override;
-    PxnError ToText(std::string& text) const override;
-    PxnError FromText(const std::string& text) override;
 
 private:
     SelectedValues<std::int64_t> store;
@@ -71,15 +71,16 @@ public:
     double Get() const;
     PxnError Set(double value);
     void Put(double value);
-    double LowerLimit() const { return min(); }
     double UpperLimit() const { return max(); }
+
+    PxnError GetFloat(double& value) override;
+    PxnError SetFloat(double value) override { return Set(value); }
+    PxnError GetFloatRange(double& lowest, double& highest) override;
 
     bool PutText(const std::string& text) override;
     void Reset() override { store.Reset(); }
     std::any Snapshot() const override { return store.Values(); }
     void Restore(const std::any& saved) override;
-    PxnError ToText(std::string& text) const override;
-    PxnError FromText(const std::string& text) override;
 
 private:
     SelectedValues<double> store;

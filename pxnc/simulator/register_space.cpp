@@ -43,12 +43,12 @@ void RegisterSpace::AddBootstrap(Camera& camera) {
                      [&camera] {
                          std::string name;
                          platform::MutexLock lock(camera.ValueMutex());
-                         camera.Find("DeviceUserID")->ToText(name);
+                         ReadAsText(*camera.Find("DeviceUserID"), name);
                          return name;
                      },
                      [&camera](const std::string& name) {
                          platform::MutexLock lock(camera.ValueMutex());
-                         return camera.Find("DeviceUserID")->FromText(name);
+                         return WriteAsText(*camera.Find("DeviceUserID"), name);
                      }});
     AddRegister(0x0938, [] { return 3000u; }); // heartbeat, ms
     AddRegister(0x093C, [] { return 0u; });    // clock frequency 1 GHz, high and low

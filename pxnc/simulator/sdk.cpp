@@ -1,71 +1,25 @@
+// sdk.cpp - the simulator as an implementation of the SDK
 #include "pxnc/simulator/sdk.h"
 
 #include "platform/text.h"
-#include "pxnc/simulator/callback_scope.h"
 #include "pxnc/simulator/configuration_reader.h"
-#include "pxnc/simulator/never_destroyed.h"
+#include "pxnc/simulator/faults.h"
 #include "pxnc/simulator/script.h"
+#include "pxnc/skeleton/never_destroyed.h"
 
+#include <algorithm>
 #include <cstdio>
 
 namespace pxsim {
 namespace {
 
+constexpr PxnVersionInfo kVersion = {1, 4, 0};
+
 void Complain(const std::string& message) {
     std::fprintf(stderr, "PxnC: %s\n", message.c_str());
 }
 
-} // namespace
-
-Sdk& Sdk::Instance() {
-    static NeverDestroyed<Sdk> instance;
-    return instance.Get();
-}
-
-PxnError Sdk::Startup(const wchar_t* configPath) {
-    platform::MutexLock serialise(startStopMutex);
-    if (startups == 0) {
-        if (const PxnError result = Begin(configPath); result != PxnErrSuccess) {
-            return result;
-        }
-    }
-    ++startups;
-    return PxnErrSuccess;
-}
-
-PxnError Sdk::Begin(const wchar_t* configPath) {
-    Configuration configuration = DefaultConfiguration();
-    std::string path;
-    if (configPath != nullptr) {
-        path = platform::WideToNarrow(configPath);
-        const ConfigurationError error = ReadConfigurationFile(path, configuration);
-        if (error.code != PxnErrSuccess) {
-            Complain(error.message);
-            return error.code;
-        }
-    }
-    auto started = std::make_shared<Simulator>(configuration);
-    if (const Setting* problem = started->FirstProblem(); problem != nullptr) {
-        Complain(path + ":" + std::to_string(problem->line) + ": camera " + problem->name + ": " +
-                 problem->value);
-        return PxnErrXml;
-    }
-    if (!started->Start()) {
-        return PxnErrResources;
-    }
-    {
-        platform::MutexLock lock(mutex);
-        simulator = std::move(started);
-        leakReport.clear();
-    }
-    const PxnError result = RunScripts(path, configuration);
-    if (result != PxnErrSuccess) {
-        End();
-    }
-    return result;
-}
-
-PxnError Sdk::RunScripts(const std::string& path, const Configuration& configuration) {
+PxnError RunScripts(const std::string& path, const Configuration& configuration) {
     for (const Setting& script : configuration.script) {
         std::string answer;
         if (RunScript(script.name, path, script.line, answer) != PxnErrSuccess) {
@@ -76,43 +30,86 @@ PxnError Sdk::RunScripts(const std::string& path, const Configuration& configura
     return PxnErrSuccess;
 }
 
-void Sdk::Shutdown() {
-    if (InsideCallback()) {
-        Complain("ignored inside a callback");
-        return;
-    }
-    platform::MutexLock serialise(startStopMutex);
-    if (startups > 0 && --startups == 0) {
-        End();
-    }
+} // namespace
+
+SimulatorSdk& TheSdk() {
+    static skeleton::NeverDestroyed<SimulatorSdk> sdk;
+    return sdk.Get();
 }
 
-void Sdk::End() {
-    Current()->Delayed().Stop(); // a line that runs still finds the SDK started
-    std::shared_ptr<Simulator> last;
-    {
-        platform::MutexLock lock(mutex);
-        last = std::move(simulator);
-        simulator = nullptr;
-        leakReport = last->LeakReport();
-        if (!leakReport.empty()) {
-            Complain(leakReport);
+PxnVersionInfo SimulatorSdk::Version() {
+    return kVersion;
+}
+
+PxnError SimulatorSdk::Start(const wchar_t* configPath,
+                             std::shared_ptr<skeleton::Backend>& started) {
+    Configuration configuration = DefaultConfiguration();
+    std::string path;
+    if (configPath) {
+        path = platform::WideToNarrow(configPath);
+        const ConfigurationError error = ReadConfigurationFile(path, configuration);
+        if (error.code != PxnErrSuccess) {
+            Complain(error.message);
+            return error.code;
         }
     }
-    last->Stop();
-    if (!last->Setup().script.empty()) {
-        Faults::Instance().Clear(); // the next startup brings its own
+    const auto simulator = std::make_shared<Simulator>(configuration);
+    if (const Setting* problem = simulator->FirstProblem()) {
+        Complain(path + ":" + std::to_string(problem->line) + ": camera " + problem->name + ": " +
+                 problem->value);
+        return PxnErrXml;
     }
+    if (!simulator->Start()) {
+        return PxnErrResources;
+    }
+    {
+        platform::MutexLock lock(mutex);
+        current = simulator;
+        leakReport.clear();
+    }
+    const PxnError result = RunScripts(path, configuration);
+    if (result == PxnErrSuccess) {
+        started = simulator;
+    } else {
+        simulator->Stop();
+    }
+    return result;
 }
 
-std::shared_ptr<Simulator> Sdk::Current() const {
+PxnError SimulatorSdk::OnCall(const skeleton::EntryCall& call) {
+    return Faults::Instance().OnCall(call.entry);
+}
+
+std::uint32_t SimulatorSdk::ReportedCount(const char* entry, std::uint32_t count) {
+    const std::int64_t reported = count + Faults::Instance().TakeCountChange(entry);
+    return static_cast<std::uint32_t>(std::max<std::int64_t>(reported, 0));
+}
+
+std::shared_ptr<Simulator> SimulatorSdk::Current() const {
     platform::MutexLock lock(mutex);
-    return simulator;
+    return current.lock();
 }
 
-std::string Sdk::LastLeakReport() const {
+std::string SimulatorSdk::LastLeakReport() const {
     platform::MutexLock lock(mutex);
     return leakReport;
 }
 
+void SimulatorSdk::OnStop(Simulator& simulator) {
+    std::string report = simulator.LeakReport();
+    if (!report.empty()) {
+        Complain(report);
+    }
+    if (!simulator.Setup().script.empty()) {
+        Faults::Instance().Clear(); // the next startup brings its own
+    }
+    platform::MutexLock lock(mutex);
+    leakReport = std::move(report);
+    current.reset();
+}
+
 } // namespace pxsim
+
+skeleton::Implementation& skeleton::TheImplementation() {
+    return pxsim::TheSdk();
+}

@@ -1,6 +1,6 @@
 #include "pxnc/simulator/serial_devices.h"
 
-#include "pxnc/simulator/number_text.h"
+#include "pxnc/skeleton/number_text.h"
 
 #include <algorithm>
 #include <cctype>
@@ -80,7 +80,7 @@ private:
         if (!more.empty()) {
             return "ERR TOO MANY ARGUMENTS";
         }
-        if (!ParseInt(argument, value)) {
+        if (!skeleton::ParseInt(argument, value)) {
             return "ERR BAD VALUE";
         }
         if (value < 0 || value > axis.highest) {

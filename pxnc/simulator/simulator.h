@@ -1,14 +1,11 @@
 // simulator.h - everything that lives from the first startup to the last shutdown
 #pragma once
 
-#include "pxnc/simulator/accounting.h"
 #include "pxnc/simulator/camera.h"
 #include "pxnc/simulator/configuration.h"
 #include "pxnc/simulator/delayed_commands.h"
-#include "pxnc/simulator/event_dispatcher.h"
-#include "pxnc/simulator/handle_table.h"
-#include "pxnc/simulator/string_pool.h"
 #include "pxnc/simulator/system_modules.h"
+#include "pxnc/skeleton/backend.h"
 
 #include <memory>
 #include <string>
@@ -17,7 +14,7 @@
 namespace pxsim {
 
 /// The modules of one run. The lists are fixed once it is started; any thread may use them.
-class Simulator : public FrameScheduler {
+class Simulator : public skeleton::Backend, public FrameScheduler {
 public:
     explicit Simulator(const Configuration& configuration);
     ~Simulator() override;
@@ -26,16 +23,20 @@ public:
 
     /// Starts the event thread and hands out the handles of the upper modules.
     bool Start();
-    /// Closes all cameras and ends all threads; what was left open is said on standard error.
-    void Stop();
 
-    StringPool& Strings() { return strings; }
-    EventDispatcher& Events() { return events; }
+    std::vector<PxnTransportLayerInfo> ListTransportLayers() override;
+    std::vector<PxnInterfaceInfo> ListInterfaces() override;
+    std::vector<PxnCameraInfo> ListCameras() override;
+    PxnError DescribeCamera(const char* id, PxnCameraInfo& info) override;
+    PxnError DescribeCamera(PxnHandle camera, PxnCameraInfo& info) override;
+    PxnError OpenCamera(const char* id, std::uint32_t accessMode, PxnHandle& camera) override;
+    PxnError CloseCamera(PxnHandle camera) override;
+    PxnError AccessChunks(const PxnFrame& frame,
+                          skeleton::FunctionRef<PxnError(PxnHandle)> read) override;
+    /// What was left open is reported on standard error.
+    void Stop() override;
+
     DelayedCommands& Delayed() { return delayed; }
-    HandleTable& Handles() { return handles; }
-    Accounting& Counts() { return accounting; }
-    const std::vector<std::unique_ptr<TransportLayer>>& TransportLayers() const { return layers; }
-    const std::vector<std::unique_ptr<Interface>>& Interfaces() const { return interfaces; }
     const std::vector<std::unique_ptr<Camera>>& Cameras() const { return cameras; }
     const Configuration& Setup() const { return configuration; }
     /// By plain or extended identifier, plugged or not; null when there is none.
@@ -47,7 +48,7 @@ public:
     void RaiseCameraEvent(const char* type, const Camera& camera);
     /// False when there is no such interface.
     bool RaiseInterfaceEvent(const char* type, const std::string& interfaceId);
-    std::string LeakReport() const;
+    std::string LeakReport();
     /// The first thing in the configuration that a camera cannot do, or null.
     const Setting* FirstProblem() const;
 
@@ -55,11 +56,12 @@ public:
     void OnScheduledFrame(Camera& sender, std::uint64_t frameId) override;
 
 private:
+    /// Null when the handle is none of a camera.
+    Camera* CameraOf(PxnHandle handle);
+    bool FindPayload(const PxnFrame& frame, std::uint32_t& payload) const;
+    void EndThreads();
+
     const Configuration configuration;
-    StringPool strings;
-    EventDispatcher events;
-    HandleTable handles;
-    Accounting accounting;
     SystemModule system;
     std::vector<std::unique_ptr<TransportLayer>> layers;
     std::vector<std::unique_ptr<Interface>> interfaces;

@@ -15,14 +15,25 @@ std::int64_t Signed(std::uint64_t value) {
 
 } // namespace
 
-Stream::Stream(Camera& owner, std::uint32_t index, StringPool& pool, EventDispatcher& dispatcher,
-               Accounting& accounting)
-    : Module(pool, dispatcher, owner.SharedMutex()), camera(owner), engine(owner, accounting) {
+Stream::Stream(Camera& owner, std::uint32_t index, skeleton::TextPool& pool,
+               skeleton::Invalidations& dispatcher,
+               std::shared_ptr<skeleton::CallbackTurns> turnsOfCamera)
+    : Module(pool, dispatcher, owner.SharedMutex()),
+      camera(owner),
+      engine(owner, std::move(turnsOfCamera)) {
     AddFeatures(index);
     AddStatistics();
     if (camera.Setup().kind == CameraKind::kGigE) {
         AddGigEFeatures();
     }
+}
+
+PxnError Stream::GetPayloadSize(std::uint32_t& bytes) {
+    return camera.GetPayloadSize(bytes);
+}
+
+void Stream::OnCaptureChanged() {
+    camera.OnCaptureChanged();
 }
 
 void Stream::AddFeatures(std::uint32_t index) {
@@ -69,13 +80,13 @@ void Stream::AddFeatures(std::uint32_t index) {
         .ReadOnly()
         .Text("Buffers that have to be announced for an acquisition.");
     Int("StreamAnnouncedBufferCount")
-        .Computed([this] { return std::int64_t{engine.Statistics().announced}; })
+        .Computed([this] { return std::int64_t{engine.AnnouncedFrames()}; })
         .In("/BufferHandlingControl")
         .ReadOnly()
         .Volatile(kPollMs)
         .Text("Buffers announced at present.");
     Int("StreamQueuedBufferCount")
-        .Computed([this] { return std::int64_t{engine.Statistics().queued}; })
+        .Computed([this] { return std::int64_t{engine.QueuedFrames()}; })
         .In("/BufferHandlingControl")
         .ReadOnly()
         .Volatile(kPollMs)

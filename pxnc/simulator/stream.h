@@ -10,8 +10,11 @@ class Camera;
 
 class Stream : public Module {
 public:
-    Stream(Camera& camera, std::uint32_t index, StringPool& strings, EventDispatcher& events,
-           Accounting& accounting);
+    Stream(Camera& camera, std::uint32_t index, skeleton::TextPool& strings,
+           skeleton::Invalidations& events, std::shared_ptr<skeleton::CallbackTurns> turnsOfCamera);
+
+    PxnError GetPayloadSize(std::uint32_t& bytes) override;
+    void OnCaptureChanged() override;
 
     AcquisitionEngine& Engine() { return engine; }
     bool IsStreaming() const override { return engine.IsCapturing(); }

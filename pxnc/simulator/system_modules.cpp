@@ -1,7 +1,7 @@
 #include "pxnc/simulator/system_modules.h"
 
-#include "pxnc/simulator/condition.h"
 #include "pxnc/simulator/input_features.h"
+#include "pxnc/skeleton/condition.h"
 
 namespace pxsim {
 namespace {
@@ -13,7 +13,7 @@ void AddText(Module& module, const char* category, const char* name, const std::
 
 } // namespace
 
-SystemModule::SystemModule(StringPool& pool, EventDispatcher& dispatcher)
+SystemModule::SystemModule(skeleton::TextPool& pool, skeleton::Invalidations& dispatcher)
     : Module(pool, dispatcher, std::make_shared<platform::Mutex>()) {
     constexpr const char* kSystemInformation = "/SystemInformation";
     AddText(*this, kSystemInformation, "SystemVendorName", "Korvane", "Maker of the SDK.");
@@ -56,7 +56,7 @@ void SystemModule::Latch(const std::string& subject, const std::string& idSuffix
     const std::string event = "Event" + subject + "Discovery";
     dynamic_cast<EnumFeature&>(*Find((event + "Type").c_str())).Put(type);
     dynamic_cast<StringFeature&>(*Find((event + idSuffix).c_str())).Put(id);
-    const auto now = Clock::now().time_since_epoch();
+    const auto now = skeleton::Clock::now().time_since_epoch();
     dynamic_cast<IntFeature&>(*Find((event + "Timestamp").c_str()))
         .Put(std::chrono::duration_cast<std::chrono::nanoseconds>(now).count());
     auto& count = dynamic_cast<IntFeature&>(*Find(event.c_str()));
@@ -71,8 +71,8 @@ void SystemModule::LatchInterfaceEvent(const char* type, const std::string& inte
     Latch("Interface", "InterfaceID", type, interfaceId);
 }
 
-TransportLayer::TransportLayer(const TransportLayerConfiguration& newSetup, StringPool& pool,
-                               EventDispatcher& dispatcher)
+TransportLayer::TransportLayer(const TransportLayerConfiguration& newSetup,
+                               skeleton::TextPool& pool, skeleton::Invalidations& dispatcher)
     : Module(pool, dispatcher, std::make_shared<platform::Mutex>()), setup(newSetup) {
     constexpr const char* kTLInformation = "/TLInformation";
     AddText(*this, kTLInformation, "TLID", setup.id, "Identifier of the transport layer.");
@@ -118,8 +118,8 @@ void TransportLayer::FillInfo(PxnTransportLayerInfo& out) const {
     out.transportLayerHandle = handle;
 }
 
-Interface::Interface(const InterfaceConfiguration& newSetup, StringPool& pool,
-                     EventDispatcher& dispatcher)
+Interface::Interface(const InterfaceConfiguration& newSetup, skeleton::TextPool& pool,
+                     skeleton::Invalidations& dispatcher)
     : Module(pool, dispatcher, std::make_shared<platform::Mutex>()), setup(newSetup) {
     constexpr const char* kInterfaceInformation = "/InterfaceInformation";
     AddText(*this, kInterfaceInformation, "InterfaceID", setup.id, "Identifier of the interface.");

@@ -12,7 +12,7 @@ namespace pxsim {
 /// The system module with its discovery events.
 class SystemModule : public Module {
 public:
-    SystemModule(StringPool& strings, EventDispatcher& events);
+    SystemModule(skeleton::TextPool& strings, skeleton::Invalidations& events);
 
     /// What the event features answer until the next event. On the event thread, right before
     /// the callbacks of that event.
@@ -27,8 +27,8 @@ private:
 
 class TransportLayer : public Module {
 public:
-    TransportLayer(const TransportLayerConfiguration& setup, StringPool& strings,
-                   EventDispatcher& events);
+    TransportLayer(const TransportLayerConfiguration& setup, skeleton::TextPool& strings,
+                   skeleton::Invalidations& events);
 
     void FillInfo(PxnTransportLayerInfo& info) const;
     void SetHandle(PxnHandle newHandle) { handle = newHandle; }
@@ -43,7 +43,8 @@ private:
 
 class Interface : public Module {
 public:
-    Interface(const InterfaceConfiguration& setup, StringPool& strings, EventDispatcher& events);
+    Interface(const InterfaceConfiguration& setup, skeleton::TextPool& strings,
+              skeleton::Invalidations& events);
 
     void FillInfo(PxnInterfaceInfo& info) const;
     void SetHandles(PxnHandle newHandle, PxnHandle newTransportLayer);

@@ -1,7 +1,7 @@
 #include "pxnc/simulator/typed_features.h"
 
 #include "pxnc/simulator/module.h"
-#include "pxnc/simulator/number_text.h"
+#include "pxnc/skeleton/number_text.h"
 
 #include <algorithm>
 #include <cassert>
@@ -57,6 +57,15 @@ void StringFeature::Put(std::string value) {
     }
 }
 
+PxnError StringFeature::GetString(std::string& value) {
+    return Read(value, [this] { return Get(); });
+}
+
+PxnError StringFeature::GetStringMaxLength(std::uint32_t& bytes) {
+    bytes = maxLength;
+    return PxnErrSuccess;
+}
+
 bool StringFeature::PutText(const std::string& text) {
     if (text.size() > maxLength) {
         return false;
@@ -67,15 +76,6 @@ bool StringFeature::PutText(const std::string& text) {
 
 void StringFeature::Restore(const std::any& saved) {
     store.Restore(std::any_cast<const SelectedValues<std::string>::Saved&>(saved));
-}
-
-PxnError StringFeature::ToText(std::string& text) const {
-    text = Get();
-    return PxnErrSuccess;
-}
-
-PxnError StringFeature::FromText(const std::string& text) {
-    return Set(text);
 }
 
 // ---- boolean ----
@@ -129,9 +129,13 @@ void BoolFeature::Put(bool value) {
     }
 }
 
+PxnError BoolFeature::GetBool(bool& value) {
+    return Read(value, [this] { return Get(); });
+}
+
 bool BoolFeature::PutText(const std::string& text) {
     bool value = false;
-    if (!ParseBool(text, value)) {
+    if (!skeleton::ParseBool(text, value)) {
         return false;
     }
     Put(value);
@@ -140,16 +144,6 @@ bool BoolFeature::PutText(const std::string& text) {
 
 void BoolFeature::Restore(const std::any& saved) {
     store.Restore(std::any_cast<const SelectedValues<bool>::Saved&>(saved));
-}
-
-PxnError BoolFeature::ToText(std::string& text) const {
-    text = Get() ? "true" : "false";
-    return PxnErrSuccess;
-}
-
-PxnError BoolFeature::FromText(const std::string& text) {
-    bool value = false;
-    return ParseBool(text, value) ? Set(value) : PxnErrInvalidValue;
 }
 
 // ---- command ----
@@ -183,6 +177,11 @@ PxnError CommandFeature::Run() {
         Changed();
     }
     return result;
+}
+
+PxnError CommandFeature::IsDone(bool& isDone) {
+    isDone = !done || done();
+    return PxnErrSuccess;
 }
 
 // ---- raw ----
@@ -222,9 +221,25 @@ void RawFeature::Put(std::string value) {
     }
 }
 
+PxnError RawFeature::GetRaw(std::vector<char>& bytes) {
+    return Read(bytes, [this] {
+        const std::string value = Get();
+        return std::vector<char>(value.begin(), value.end());
+    });
+}
+
+PxnError RawFeature::SetRaw(const char* bytes, std::uint32_t size) {
+    return Set(std::string(bytes, size));
+}
+
+PxnError RawFeature::GetRawLength(std::uint32_t& length) {
+    length = static_cast<std::uint32_t>(Get().size());
+    return PxnErrSuccess;
+}
+
 bool RawFeature::PutText(const std::string& text) {
     std::string bytes;
-    if (!FromHex(text, bytes) || bytes.size() != Get().size()) {
+    if (!skeleton::FromHex(text, bytes) || bytes.size() != Get().size()) {
         return false;
     }
     Put(std::move(bytes));
@@ -233,16 +248,6 @@ bool RawFeature::PutText(const std::string& text) {
 
 void RawFeature::Restore(const std::any& saved) {
     store.Restore(std::any_cast<const SelectedValues<std::string>::Saved&>(saved));
-}
-
-PxnError RawFeature::ToText(std::string& text) const {
-    text = ToHex(Get());
-    return PxnErrSuccess;
-}
-
-PxnError RawFeature::FromText(const std::string& text) {
-    std::string bytes;
-    return FromHex(text, bytes) ? Set(std::move(bytes)) : PxnErrInvalidValue;
 }
 
 } // namespace pxsim

@@ -22,14 +22,15 @@ public:
     std::string Get() const;
     PxnError Set(const std::string& value);
     void Put(std::string value);
-    std::uint32_t Limit() const { return maxLength; }
+
+    PxnError GetString(std::string& value) override;
+    PxnError SetString(const char* value) override { return Set(value); }
+    PxnError GetStringMaxLength(std::uint32_t& bytes) override;
 
     bool PutText(const std::string& text) override;
     void Reset() override { store.Reset(); }
     std::any Snapshot() const override { return store.Values(); }
     void Restore(const std::any& saved) override;
-    PxnError ToText(std::string& text) const override;
-    PxnError FromText(const std::string& text) override;
 
 private:
     SelectedValues<std::string> store;
@@ -55,13 +56,13 @@ public:
     PxnError Set(bool value);
     void Put(bool value);
 
+    PxnError GetBool(bool& value) override;
+    PxnError SetBool(bool value) override { return Set(value); }
     std::int64_t SelectorValue() const override { return Get() ? 1 : 0; }
     bool PutText(const std::string& text) override;
     void Reset() override { store.Reset(); }
     std::any Snapshot() const override { return store.Values(); }
     void Restore(const std::any& saved) override;
-    PxnError ToText(std::string& text) const override;
-    PxnError FromText(const std::string& text) override;
 
 private:
     SelectedValues<bool> store;
@@ -79,9 +80,9 @@ public:
     /// It starts or stops images.
     CommandFeature& StartsOrStops();
 
-    PxnError Run();
-    bool IsStartOrStop() const { return startsOrStops; }
-    bool IsDone() const { return !done || done(); }
+    PxnError Run() override;
+    bool IsStartOrStop() const override { return startsOrStops; }
+    PxnError IsDone(bool& isDone) override;
 
 private:
     std::function<PxnError()> action;
@@ -104,12 +105,13 @@ public:
     PxnError Set(std::string value);
     void Put(std::string value);
 
+    PxnError GetRaw(std::vector<char>& bytes) override;
+    PxnError SetRaw(const char* bytes, std::uint32_t size) override;
+    PxnError GetRawLength(std::uint32_t& length) override;
     bool PutText(const std::string& text) override;
     void Reset() override { store.Reset(); }
     std::any Snapshot() const override { return store.Values(); }
     void Restore(const std::any& saved) override;
-    PxnError ToText(std::string& text) const override;
-    PxnError FromText(const std::string& text) override;
 
 private:
     SelectedValues<std::string> store;

@@ -159,12 +159,12 @@ void Uart::Send(std::uint32_t length) {
         return; // nobody drives the line
     }
     sending.assign(reinterpret_cast<const char*>(transmitBuffer), length);
-    sentAt = Clock::now() + ByteTime() * length;
+    sentAt = skeleton::Clock::now() + ByteTime() * length;
     Advance();
 }
 
 void Uart::Advance() {
-    if (sending.empty() || fault == Fault::kStuck || Clock::now() < sentAt) {
+    if (sending.empty() || fault == Fault::kStuck || skeleton::Clock::now() < sentAt) {
         return;
     }
     const std::string arrived = std::move(sending);
@@ -172,7 +172,7 @@ void Uart::Advance() {
     Receive(device->Receive(arrived), sentAt);
 }
 
-void Uart::Receive(const std::string& bytes, Clock::time_point from) {
+void Uart::Receive(const std::string& bytes, skeleton::Clock::time_point from) {
     if (!receiveEnabled) {
         return;
     }
@@ -194,9 +194,9 @@ bool Uart::IsModeSupported(std::uint32_t newMode) const {
            offers(20, 4, (newMode >> 10) & 3) && offers(24, 8, (newMode >> 12) & 3);
 }
 
-Clock::duration Uart::ByteTime() const {
+skeleton::Clock::duration Uart::ByteTime() const {
     if (fault != Fault::kSlow && !setup.baudPaced) {
-        return Clock::duration::zero();
+        return skeleton::Clock::duration::zero();
     }
     const std::uint32_t index = mode & 0xFF;
     std::uint32_t baud = index < std::size(kBaudRates) ? kBaudRates[index] : kSlowBaud;
@@ -204,12 +204,12 @@ Clock::duration Uart::ByteTime() const {
         baud = std::min(baud, kSlowBaud);
     }
     constexpr unsigned kBitsPerByte = 10; // with start and stop
-    return std::chrono::duration_cast<Clock::duration>(
+    return std::chrono::duration_cast<skeleton::Clock::duration>(
         std::chrono::nanoseconds(1000000000ULL * kBitsPerByte / baud));
 }
 
 std::uint32_t Uart::WaitingBytes() const {
-    const Clock::time_point now = Clock::now();
+    const skeleton::Clock::time_point now = skeleton::Clock::now();
     const auto end = std::find_if(received.begin(), received.end(),
                                   [now](const Received& one) { return one.when > now; });
     return std::min(static_cast<std::uint32_t>(end - received.begin()), kBufferSize);

@@ -3,9 +3,9 @@
 
 #include "platform/mutex.h"
 #include "pxnc.h"
-#include "pxnc/simulator/condition.h"
 #include "pxnc/simulator/configuration.h"
 #include "pxnc/simulator/serial_devices.h"
+#include "pxnc/skeleton/condition.h"
 
 #include <cstdint>
 #include <deque>
@@ -40,16 +40,16 @@ public:
 private:
     struct Received {
         char byte;
-        Clock::time_point when;
+        skeleton::Clock::time_point when;
     };
 
     PxnError WriteRegister(std::uint32_t offset, std::uint32_t value) REQUIRES(mutex);
     std::uint32_t ReadRegister(std::uint32_t offset) const REQUIRES(mutex);
     void Advance() REQUIRES(mutex);
     void Send(std::uint32_t length) REQUIRES(mutex);
-    void Receive(const std::string& bytes, Clock::time_point from) REQUIRES(mutex);
+    void Receive(const std::string& bytes, skeleton::Clock::time_point from) REQUIRES(mutex);
     bool IsModeSupported(std::uint32_t mode) const;
-    Clock::duration ByteTime() const REQUIRES(mutex);
+    skeleton::Clock::duration ByteTime() const REQUIRES(mutex);
     std::uint32_t WaitingBytes() const REQUIRES(mutex);
 
     const PortConfiguration setup;
@@ -58,7 +58,7 @@ private:
     std::uint8_t transmitBuffer[1024] GUARDED_BY(mutex) = {};
     std::deque<Received> received GUARDED_BY(mutex);
     std::string sending GUARDED_BY(mutex); // on the line until `sentAt`
-    Clock::time_point sentAt GUARDED_BY(mutex);
+    skeleton::Clock::time_point sentAt GUARDED_BY(mutex);
     std::uint32_t mode GUARDED_BY(mutex);
     std::uint32_t receiveStatus GUARDED_BY(mutex) = 0;
     bool transmitEnabled GUARDED_BY(mutex) = false;

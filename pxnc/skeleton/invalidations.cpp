@@ -31,6 +31,7 @@ void Invalidations::Register(PxnHandle handle, const char* name, PxnInvalidation
                              void* context) {
     platform::MutexLock lock(mutex);
     registrations.push_back({++lastId, handle, name, callback, context});
+    ++counts.registered;
 }
 
 bool Invalidations::Unregister(PxnHandle handle, const char* name,
@@ -46,11 +47,12 @@ bool Invalidations::Unregister(PxnHandle handle, const char* name,
     }
     const std::uint64_t id = newest->id;
     registrations.erase(std::next(newest).base());
+    ++counts.unregistered;
     WaitWhileRunning(id);
     return true;
 }
 
-std::size_t Invalidations::UnregisterAll(PxnHandle handle) {
+void Invalidations::UnregisterAll(PxnHandle handle) {
     platform::MutexLock lock(mutex);
     std::vector<std::uint64_t> ids;
     std::erase_if(registrations, [&](const Registration& registration) {
@@ -59,10 +61,10 @@ std::size_t Invalidations::UnregisterAll(PxnHandle handle) {
         }
         return registration.handle == handle;
     });
+    counts.unregisteredByClose += ids.size();
     for (const std::uint64_t id : ids) {
         WaitWhileRunning(id);
     }
-    return ids.size();
 }
 
 std::vector<Invalidations::Registration> Invalidations::List() const {

@@ -6,6 +6,7 @@
 #include "pxnc.h"
 #include "pxnc/skeleton/condition.h"
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
@@ -31,6 +32,13 @@ public:
         void* context;
     };
 
+    /// How often registrations were added and removed since the object was made.
+    struct Counts {
+        std::atomic<std::uint64_t> registered = 0;
+        std::atomic<std::uint64_t> unregistered = 0;
+        std::atomic<std::uint64_t> unregisteredByClose = 0; // with their handle
+    };
+
     Invalidations() = default;
     ~Invalidations();
     Invalidations(const Invalidations&) = delete;
@@ -47,11 +55,11 @@ public:
     /// when there is none.
     bool Unregister(PxnHandle handle, const char* name, PxnInvalidationCallback callback)
         EXCLUDES(mutex);
-    /// Removes all registrations of a handle that goes away, and waits in the same way. Returns
-    /// their number.
-    std::size_t UnregisterAll(PxnHandle handle) EXCLUDES(mutex);
+    /// Removes all registrations of a handle that goes away, and waits in the same way.
+    void UnregisterAll(PxnHandle handle) EXCLUDES(mutex);
     /// All registrations, in their order.
     std::vector<Registration> List() const EXCLUDES(mutex);
+    const Counts& GetCounts() const { return counts; }
 
     /// The feature has changed.
     void Post(PxnHandle handle, const char* name) EXCLUDES(mutex);
@@ -88,6 +96,7 @@ private:
     void WaitWhileRunning(std::uint64_t id) REQUIRES(mutex);
 
     platform::Thread thread; // set by Start, joined by Stop
+    Counts counts;
     mutable platform::Mutex mutex;
     Condition changed;
     std::vector<Registration> registrations GUARDED_BY(mutex);

@@ -4,6 +4,7 @@
 #include "pxnc/skeleton/callback_scope.h"
 #include "pxnc/skeleton/never_destroyed.h"
 
+#include <cstdio>
 #include <utility>
 
 namespace skeleton {
@@ -33,6 +34,7 @@ PxnError Library::Startup(const wchar_t* configPath, PxnError refused) {
 
 void Library::Shutdown() {
     if (InsideCallback()) {
+        std::fputs("PxnC: a shutdown inside a callback is ignored\n", stderr);
         return;
     }
     platform::MutexLock serialise(sequence);

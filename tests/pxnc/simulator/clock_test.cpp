@@ -1,10 +1,10 @@
 // clock_test.cpp - the simulator's clock, stopped and advanced by commands
-#include "pxnc/simulator/clock.h"
+#include "pxnc/skeleton/clock.h"
 
 #include "platform/mutex.h"
 #include "platform/sleep.h"
-#include "pxnc/simulator/condition.h"
 #include "pxnc/simulator/control.h"
+#include "pxnc/skeleton/condition.h"
 #include "tests/pxnc/simulator/simulator_fixture.h"
 #include "tests/support/wait_until.h"
 
@@ -14,7 +14,7 @@
 namespace simulator_tests {
 namespace {
 
-using pxsim::Clock;
+using skeleton::Clock;
 using std::chrono::hours;
 using std::chrono::milliseconds;
 
@@ -122,7 +122,7 @@ TEST_F(ClockTest, EndsEveryWaitWithOneAdvance) {
     std::atomic<std::uint64_t> ended{0};
     const auto wait = [&] {
         platform::Mutex mutex;
-        pxsim::Condition never;
+        skeleton::Condition never;
         for (std::uint64_t round = 0; round < kRounds; ++round) {
             {
                 platform::MutexLock lock(mutex);
@@ -144,7 +144,7 @@ TEST_F(ClockTest, EndsEveryWaitWithOneAdvance) {
         while (begun < round * kThreads) {
             std::this_thread::yield();
         }
-        EXPECT_TRUE(pxsim::AdvanceClock(milliseconds(1)));
+        EXPECT_TRUE(skeleton::AdvanceClock(milliseconds(1)));
         EXPECT_TRUE(HaveEnded(ended, round * kThreads)) << "round " << round;
     }
     Control("clock start"); // so that no thread stays in any case
@@ -155,7 +155,7 @@ TEST_F(ClockTest, EndsEveryWaitWithOneAdvance) {
 
 TEST_F(ClockTest, EndsWaitsThatBeganOnTheRunningClock) {
     platform::Mutex mutex;
-    pxsim::Condition never;
+    skeleton::Condition never;
     const Clock::time_point end = Clock::now() + hours(1);
     Counter ended;
     std::thread waiter([&] {
@@ -165,7 +165,7 @@ TEST_F(ClockTest, EndsWaitsThatBeganOnTheRunningClock) {
         }
         ended.Add();
     });
-    EXPECT_TRUE(support::WaitUntil([] { return pxsim::NextTimedWait().has_value(); }, kWaitMs));
+    EXPECT_TRUE(support::WaitUntil([] { return skeleton::NextTimedWait().has_value(); }, kWaitMs));
     Control("clock stop");
     Control("clock advance 3600000");
     EXPECT_TRUE(ended.WaitFor(1));

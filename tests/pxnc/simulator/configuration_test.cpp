@@ -18,7 +18,7 @@ protected:
     }
     void TearDown() override {
         Control("clear");
-        EXPECT_EQ(pxsim::Sdk::Instance().Current(), nullptr);
+        EXPECT_EQ(pxsim::TheSdk().Current(), nullptr);
         EXPECT_TRUE(platform::RemoveDirectoryTree(directory));
     }
     void Write(const std::string& text) const { std::ofstream(path, std::ios::binary) << text; }
@@ -33,6 +33,7 @@ protected:
         Write(text);
         testing::internal::CaptureStderr();
         EXPECT_EQ(Startup(path), PxnErrXml) << text;
+        PxnShutdown(); // a failed startup counts
         std::string said = testing::internal::GetCapturedStderr();
         const std::string prefix = "PxnC: " + path;
         EXPECT_EQ(said.compare(0, prefix.size(), prefix), 0) << said;
@@ -151,6 +152,7 @@ TEST_F(ConfigurationTest, AMissingFileIsNotFound) {
     EXPECT_EQ(Startup(platform::JoinPath(directory, "nothing.xml")), PxnErrNotFound);
     const std::string said = testing::internal::GetCapturedStderr();
     EXPECT_NE(said.find("nothing.xml: cannot be read"), std::string::npos) << said;
+    PxnShutdown();
     EXPECT_EQ(PxnStartup(nullptr), 0) << "the next startup works";
     PxnShutdown();
 }

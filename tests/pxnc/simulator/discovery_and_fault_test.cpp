@@ -2,8 +2,8 @@
 
 #include "tests/pxnc/simulator/simulator_fixture.h"
 
-#include "pxnc/simulator/clock.h"
 #include "pxnc/simulator/control.h"
+#include "pxnc/skeleton/clock.h"
 #include "tests/support/temporary_directory.h"
 
 #include <algorithm>
@@ -392,6 +392,7 @@ TEST_F(FaultTest, ALineThatIsRefusedAtACallIsReported) {
 TEST_F(FaultTest, AStartupCanFailAndTheNextOneWorks) {
     Control("fail PxnStartup 1 -14");
     EXPECT_EQ(PxnStartup(nullptr), PxnErrResources);
+    PxnShutdown();
     EXPECT_EQ(PxnStartup(nullptr), 0);
     PxnShutdown();
 }
@@ -400,9 +401,9 @@ TEST_F(FaultTest, DelaysAndStuckEntriesHoldTheCaller) {
     std::int64_t value = 0;
     Control("delay PxnFeatureIntGet 30");
     Control("clock stop");
-    const pxsim::Clock::time_point begin = pxsim::Clock::now();
+    const skeleton::Clock::time_point begin = skeleton::Clock::now();
     EXPECT_EQ(PxnFeatureIntGet(camera, "Width", &value), 0);
-    EXPECT_EQ(pxsim::Clock::now() - begin, std::chrono::milliseconds(30));
+    EXPECT_EQ(skeleton::Clock::now() - begin, std::chrono::milliseconds(30));
     Control("clear");
     Control("stuck PxnFeatureIntGet");
     std::atomic<bool> done = false;

@@ -109,6 +109,21 @@ TEST(LibraryTest, StartupAndShutdownAreCounted) {
     PxnShutdown();
 }
 
+TEST(LibraryTest, AStartupThatFailedCounts) {
+    std::uint32_t found = 0;
+    EXPECT_EQ(PxnStartup(L"no such file.xml"), PxnErrNotFound);
+    ASSERT_EQ(PxnStartup(nullptr), 0); // another user of the library
+    EXPECT_EQ(PxnStartup(L"no such file.xml"), 0) << "only the first one reads a configuration";
+    Control("fail PxnStartup 1 -14");
+    EXPECT_EQ(PxnStartup(nullptr), PxnErrResources);
+    for (int failedOrSecond = 0; failedOrSecond < 3; ++failedOrSecond) {
+        PxnShutdown();
+        EXPECT_EQ(PxnCamerasList(nullptr, 0, &found, sizeof(PxnCameraInfo)), 0);
+    }
+    PxnShutdown();
+    EXPECT_EQ(PxnCamerasList(nullptr, 0, &found, sizeof(PxnCameraInfo)), PxnErrApiNotStarted);
+}
+
 TEST(LibraryTest, ShutdownReportsWhatWasNotGivenBack) {
     ASSERT_EQ(PxnStartup(nullptr), 0);
     PxnHandle camera = nullptr;

@@ -114,8 +114,8 @@ void SimulatorTest::SetUp() {
 void SimulatorTest::TearDown() {
     Control("clear");
     PxnShutdown();
-    EXPECT_EQ(pxsim::Sdk::Instance().LastLeakReport(), "");
-    EXPECT_EQ(pxsim::Sdk::Instance().Current(), nullptr) << "the test left a startup behind";
+    EXPECT_EQ(pxsim::TheSdk().LastLeakReport(), "");
+    EXPECT_EQ(pxsim::TheSdk().Current(), nullptr) << "the test left a startup behind";
 }
 
 PxnHandle SimulatorTest::Open(const char* id, std::uint32_t accessMode) {
