@@ -414,7 +414,8 @@ TEST_F(LimitTest, ShutdownInsideACallbackIsIgnored) {
     testing::internal::CaptureStderr();
     EXPECT_EQ(PxnFeatureIntSet(camera, "Height", 100), 0);
     ASSERT_TRUE(gate.entered.WaitFor(1));
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "PxnC: ignored inside a callback\n");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "PxnC: a shutdown inside a callback is ignored\n");
     EXPECT_EQ(GetInt(camera, "Height"), 100);
 }
 
