@@ -17,7 +17,12 @@ using skeleton::StoredValue;
 /// An integer with a limit that the test sets.
 class PlainInt : public skeleton::Feature {
 public:
-    explicit PlainInt(const char* featureName) { info.name = featureName; }
+    explicit PlainInt(const char* featureName) {
+        info.name = featureName;
+        info.featureDataType = PxnFeatureDataInt;
+        info.featureFlags = PxnFeatureFlagRead | PxnFeatureFlagWrite;
+        info.isStreamable = 1;
+    }
 
     std::uint32_t DataType() const override { return PxnFeatureDataInt; }
     PxnFeatureInfo Info() const override { return info; }
@@ -38,9 +43,7 @@ public:
         return PxnErrSuccess;
     }
 
-    PxnFeatureInfo info{.featureDataType = PxnFeatureDataInt,
-                        .featureFlags = PxnFeatureFlagRead | PxnFeatureFlagWrite,
-                        .isStreamable = 1};
+    PxnFeatureInfo info{};
     bool isWritable = true;
     std::int64_t value = 1;
     const std::int64_t unlimited = 1000;
