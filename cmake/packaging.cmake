@@ -27,7 +27,7 @@ foreach(sdk IN ITEMS simulator genicam)
 endforeach()
 install(TARGETS pxnc_header EXPORT PxnCTargets)
 install(DIRECTORY host/include/mivora DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
-install(FILES pxnc/include/pxnc.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(DIRECTORY pxnc/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(FILES README.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(DIRECTORY docs apps/demo DESTINATION ${CMAKE_INSTALL_DOCDIR})
 

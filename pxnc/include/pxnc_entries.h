@@ -2,7 +2,7 @@
  *
  * PXN_ENTRIES(ENTRY) expands to ENTRY(name) for each function of pxnc.h, in the
  * order in which hosts resolve them. A function's type is that of its
- * declaration in pxnc.h.
+ * declaration in pxnc.h, where its behaviour is described as well.
  */
 #ifndef PXNC_ENTRIES_H
 #define PXNC_ENTRIES_H

@@ -12,7 +12,7 @@ cmake --install "$2" --prefix "$prefix" >"$prefix.log" 2>&1 || { cat "$prefix.lo
 module=$(find "$prefix" -name libMivoraKVNPyxen.so)
 packages=$(find "$prefix" -name MivoraConfig.cmake)
 for file in "$prefix/bin/pyxen-tool" "$module" "$packages" "$prefix/include/mivora/grabber.h" \
-  "$prefix/include/pxnc.h"; do
+  "$prefix"/include/pxnc{,_entries,_types}.h; do
   [ -e "$file" ] || { echo "$file is not installed"; exit 1; }
 done
 if readelf -d "$prefix/bin/mivora" "$module" | grep PATH | grep -F "$2"; then
