@@ -52,12 +52,9 @@ PxnError PXN_CALL PxnFeaturesList(PxnHandle handle, PxnFeatureInfo* features, ui
 
 PxnError PXN_CALL PxnFeatureInfoQuery(PxnHandle handle, const char* name, PxnFeatureInfo* info,
                                       uint32_t size) {
-    return EnterFeature(
+    return EnterDescription(
         {__func__, {Argument::Handle(handle), Argument::Feature(name), Argument::Size(size)}},
-        handle, name, PxnFeatureDataUnknown, info, [&](const Feature& feature) -> PxnError {
-            if (size != sizeof *info) {
-                return PxnErrStructSize;
-            }
+        handle, name, PxnFeatureDataUnknown, true, info, size, [&](const Feature& feature) {
             *info = feature.Info();
             return PxnErrSuccess;
         });
@@ -260,13 +257,11 @@ PxnError PXN_CALL PxnFeatureEnumAsString(PxnHandle handle, const char* name, int
 
 PxnError PXN_CALL PxnFeatureEnumEntryGet(PxnHandle handle, const char* name, const char* entry,
                                          PxnFeatureEnumEntry* info, uint32_t size) {
-    return EnterFeature({__func__,
-                         {Argument::Handle(handle), Argument::Feature(name), Argument::Text(entry),
-                          Argument::Size(size)}},
-                        handle, name, PxnFeatureDataEnum, entry && info, [&](Feature& feature) {
-                            return size == sizeof *info ? feature.GetEnumEntry(entry, *info)
-                                                        : PxnError{PxnErrStructSize};
-                        });
+    return EnterDescription({__func__,
+                             {Argument::Handle(handle), Argument::Feature(name),
+                              Argument::Text(entry), Argument::Size(size)}},
+                            handle, name, PxnFeatureDataEnum, entry, info, size,
+                            [&](Feature& feature) { return feature.GetEnumEntry(entry, *info); });
 }
 
 // ---- strings ----

@@ -14,23 +14,28 @@ enum class OnVanished {
 /// Whether a function waits for a running callback, so that it is refused inside one.
 enum class Waiting { kNever, kForCallbacks };
 
+/// `frameSize` is what the host takes for the size of a frame.
 template <typename Body>
 PxnError EnterFrames(const EntryCall& call, PxnHandle handle, bool isGiven, OnVanished onVanished,
-                     Waiting waiting, Body body) noexcept {
+                     Waiting waiting, Body body,
+                     std::uint32_t frameSize = sizeof(PxnFrame)) noexcept {
     return Enter(call, [&](Backend& backend) -> PxnError {
         Target target;
         if (!backend.Find(handle, target) || !target.frames) {
             return PxnErrBadHandle;
         }
-        if (!isGiven) {
-            return PxnErrBadParameter;
-        }
         const bool isRefused = waiting == Waiting::kForCallbacks && WaitingIsRefused();
         if (target.HasVanished()) {
-            if (onVanished == OnVanished::kRun && !isRefused) {
+            if (onVanished == OnVanished::kRun && isGiven && !isRefused) {
                 body(backend, target);
             }
             return PxnErrBadHandle;
+        }
+        if (!isGiven) {
+            return PxnErrBadParameter;
+        }
+        if (frameSize != sizeof(PxnFrame)) {
+            return PxnErrStructSize;
         }
         if (!target.isWritable) {
             return PxnErrInvalidAccess;
@@ -65,10 +70,8 @@ PxnError PXN_CALL PxnPayloadSizeGet(PxnHandle handle, uint32_t* payloadSize) {
 PxnError PXN_CALL PxnFrameAnnounce(PxnHandle handle, const PxnFrame* frame, uint32_t size) {
     return EnterFrames(
         {__func__, {Argument::Handle(handle), Argument::Frame(frame), Argument::Size(size)}},
-        handle, frame, OnVanished::kRefuse, Waiting::kNever, [&](Backend&, const Target& target) {
-            return size == sizeof *frame ? target.frames->Announce(frame)
-                                         : PxnError{PxnErrStructSize};
-        });
+        handle, frame, OnVanished::kRefuse, Waiting::kNever,
+        [&](Backend&, const Target& target) { return target.frames->Announce(frame); }, size);
 }
 
 PxnError PXN_CALL PxnFrameRevoke(PxnHandle handle, const PxnFrame* frame) {

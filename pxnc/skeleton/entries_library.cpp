@@ -76,14 +76,19 @@ PxnError PXN_CALL PxnInterfacesList(PxnInterfaceInfo* interfaces, uint32_t capac
 }
 
 PxnError PXN_CALL PxnCameraInfoQueryByHandle(PxnHandle camera, PxnCameraInfo* info, uint32_t size) {
-    return EnterModule({__func__, {Argument::Handle(camera), Argument::Size(size)}}, camera, info,
-                       [&](Backend& backend, const Target& target) -> PxnError {
-                           if (size != sizeof *info) {
-                               return PxnErrStructSize;
-                           }
-                           return target.isCamera ? backend.DescribeCamera(camera, *info)
-                                                  : PxnError{PxnErrBadHandle};
-                       });
+    return Enter({__func__, {Argument::Handle(camera), Argument::Size(size)}},
+                 [&](Backend& backend) -> PxnError {
+                     Target target;
+                     if (!backend.Find(camera, target) || !target.isCamera ||
+                         target.HasVanished()) {
+                         return PxnErrBadHandle;
+                     }
+                     if (!info) {
+                         return PxnErrBadParameter;
+                     }
+                     return size == sizeof *info ? backend.DescribeCamera(camera, *info)
+                                                 : PxnError{PxnErrStructSize};
+                 });
 }
 
 PxnError PXN_CALL PxnCameraInfoQuery(const char* id, PxnCameraInfo* info, uint32_t size) {

@@ -56,15 +56,33 @@ PxnError EnterModule(const EntryCall& call, PxnHandle handle, bool isGiven, Body
 /// `body(feature)` of a feature of that type (PxnFeatureDataUnknown: any), with its module's lock
 /// held.
 template <typename Body>
+PxnError WithFeature(const Target& target, const char* name, std::uint32_t type, Body body) {
+    return target.module->With(name, [&](Feature& feature) -> PxnError {
+        return type == PxnFeatureDataUnknown || feature.DataType() == type
+                   ? body(feature)
+                   : PxnError{PxnErrWrongType};
+    });
+}
+
+/// WithFeature on the module of a handle.
+template <typename Body>
 PxnError EnterFeature(const EntryCall& call, PxnHandle handle, const char* name, std::uint32_t type,
                       bool isGiven, Body body) noexcept {
-    return EnterModule(call, handle, name && isGiven, [&](Backend&, Target& target) {
-        return target.module->With(name, [&](Feature& feature) -> PxnError {
-            return type == PxnFeatureDataUnknown || feature.DataType() == type
-                       ? body(feature)
-                       : PxnError{PxnErrWrongType};
-        });
+    return EnterModule(call, handle, name && isGiven, [&](Backend&, const Target& target) {
+        return WithFeature(target, name, type, body);
     });
+}
+
+/// As EnterFeature, for what fills a record.
+template <typename Record, typename Body>
+PxnError EnterDescription(const EntryCall& call, PxnHandle handle, const char* name,
+                          std::uint32_t type, bool isGiven, Record* record, std::uint32_t size,
+                          Body body) noexcept {
+    return EnterModule(call, handle, name && isGiven && record,
+                       [&](Backend&, const Target& target) {
+                           return size == sizeof *record ? WithFeature(target, name, type, body)
+                                                         : PxnError{PxnErrStructSize};
+                       });
 }
 
 /// As EnterFeature, for what changes something: handles opened for reading are refused.
