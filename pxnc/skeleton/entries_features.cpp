@@ -399,6 +399,8 @@ PxnError PXN_CALL PxnFeatureInvalidationUnregister(PxnHandle handle, const char*
             if (!name || !callback) {
                 return PxnErrBadParameter;
             }
+            target.module = nullptr; // the callback that is waited for may close the camera,
+            target.frames = nullptr; // which waits until nobody uses it any more
             // The registrations of a vanished camera are removed all the same.
             const bool wasThere =
                 backend.Changes().Unregister(handle, backend.Texts().Intern(name), callback);

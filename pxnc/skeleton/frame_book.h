@@ -42,7 +42,7 @@ public:
     /// The camera has been opened: `camera` and `stream` are the handles that callbacks receive.
     void Open(PxnHandle camera, PxnHandle stream) EXCLUDES(mutex);
     /// Ends the capture, waits for a running callback and revokes what is left.
-    void Close() EXCLUDES(mutex);
+    virtual void Close() EXCLUDES(mutex);
 
     PxnError Announce(const PxnFrame* frame) EXCLUDES(mutex);
     /// PxnErrInUse for a queued frame.
