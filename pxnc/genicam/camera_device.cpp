@@ -1,3 +1,4 @@
+// camera_device.cpp - the control connection to one camera
 #include "pxnc/genicam/camera_device.h"
 
 #include "platform/sleep.h"
@@ -7,7 +8,6 @@
 #include <utility>
 
 namespace genicam {
-
 namespace {
 
 /// A GigE Vision camera is opened by its addresses: by its identifier Aravis would first wait for
@@ -15,7 +15,7 @@ namespace {
 ArvDevice* OpenDevice(const CameraDevice::Address& address, GError** error) {
     const std::vector<NetworkInterface> interfaces = ListNetworkInterfaces();
     const NetworkInterface* ours = FindInterfaceFor(interfaces, address.network);
-    if (address.protocol != Protocol::GigEVision || ours == nullptr) {
+    if (address.protocol != Protocol::kGigEVision || !ours) {
         return arv_open_device(address.id.c_str(), error);
     }
     const ObjectOwner<GInetAddress> local(
@@ -29,38 +29,38 @@ constexpr int kEmissionPatienceMs = 1000;
 
 } // namespace
 
-PxnError CameraDevice::Open(const Address& address, uint32_t accessMode,
-                            const Configuration& configuration, std::function<void()> onLost,
+PxnError CameraDevice::Open(const Address& address, std::uint32_t accessMode,
+                            const Configuration& configuration, std::function<void()> lossHandler,
                             std::shared_ptr<CameraDevice>& device) {
     ErrorOwner error;
     ObjectOwner<ArvDevice> opened(OpenDevice(address, error.Receive()));
-    if (opened == nullptr) {
+    if (!opened) {
         return error ? ToResult(error) : PxnError{PxnErrNotFound};
     }
     std::shared_ptr<CameraDevice> result(
         new CameraDevice(address, accessMode == PxnAccessModeFull, opened.get()));
     opened.reset();
-    if (result->camera == nullptr) {
+    if (!result->camera) {
         return PxnErrFeaturesUnavailable;
     }
     if (const PxnError failed = result->Prepare(accessMode, configuration)) {
         return failed;
     }
-    result->tellLost = std::move(onLost);
+    result->onLost = std::move(lossHandler);
     result->lostSignal =
         g_signal_connect(result->Device(), "control-lost", G_CALLBACK(OnControlLost), result.get());
     if (ArvGvDevice* gigE = result->GigEDevice();
-        gigE != nullptr && result->IsWriteable() && !arv_gv_device_is_controller(gigE)) {
-        // The control went before anybody listened.
+        gigE && result->IsWritable() && !arv_gv_device_is_controller(gigE)) {
+        // Control was lost before the signal was connected.
         return PxnErrInvalidAccess;
     }
     device = std::move(result);
     return PxnErrSuccess;
 }
 
-CameraDevice::CameraDevice(const Address& address, bool isWriteable, ArvDevice* device)
+CameraDevice::CameraDevice(const Address& address, bool isWritable, ArvDevice* device)
     : where(address),
-      writeable(isWriteable),
+      writable(isWritable),
       nodeMutex(std::make_shared<platform::Mutex>()),
       released(std::make_shared<platform::Event>()) {
     ErrorOwner error;
@@ -68,7 +68,7 @@ CameraDevice::CameraDevice(const Address& address, bool isWriteable, ArvDevice* 
 }
 
 CameraDevice::~CameraDevice() {
-    if (camera != nullptr) {
+    if (camera) {
         ObjectOwner<ArvDevice> device(ARV_DEVICE(g_object_ref(Device())));
         if (lostSignal != 0) {
             g_signal_handler_disconnect(device.get(), lostSignal);
@@ -86,12 +86,12 @@ CameraDevice::~CameraDevice() {
     released->Set();
 }
 
-PxnError CameraDevice::Prepare(uint32_t accessMode, const Configuration& configuration) {
-    if (Description() == nullptr) {
+PxnError CameraDevice::Prepare(std::uint32_t accessMode, const Configuration& configuration) {
+    if (!Description()) {
         return PxnErrFeaturesUnavailable;
     }
     ArvGvDevice* gigE = GigEDevice();
-    if (gigE == nullptr) {
+    if (!gigE) {
         return PxnErrSuccess;
     }
     ErrorOwner error;
@@ -124,12 +124,12 @@ void CameraDevice::OnControlLost(ArvDevice*, gpointer self) {
 }
 
 void CameraDevice::MarkLost() {
-    if (!lost.exchange(true) && tellLost) {
-        tellLost();
+    if (!lost->exchange(true) && onLost) {
+        onLost();
     }
 }
 
-PxnError CameraDevice::GetPayloadSize(uint32_t& size) const {
+PxnError CameraDevice::GetPayloadSize(std::uint32_t& size) const {
     const platform::MutexLock lock(*nodeMutex);
     ErrorOwner error;
     size = arv_camera_get_payload(camera.get(), error.Receive());
@@ -137,19 +137,19 @@ PxnError CameraDevice::GetPayloadSize(uint32_t& size) const {
 }
 
 void CameraDevice::LockTransportParameters(bool locked) const {
-    if (lost) {
+    if (*lost) {
         return;
     }
     const platform::MutexLock lock(*nodeMutex);
     ArvGcNode* node = arv_device_get_feature(Device(), "TLParamsLocked");
-    if (node != nullptr && ARV_IS_GC_INTEGER(node)) {
+    if (node && ARV_IS_GC_INTEGER(node)) {
         ErrorOwner error;
         arv_gc_integer_set_value(ARV_GC_INTEGER(node), locked ? 1 : 0, error.Receive());
     }
 }
 
 void CameraDevice::StopAcquisition() const {
-    if (lost) {
+    if (*lost) {
         return;
     }
     const platform::MutexLock lock(*nodeMutex);
@@ -157,16 +157,14 @@ void CameraDevice::StopAcquisition() const {
     arv_camera_stop_acquisition(camera.get(), error.Receive());
 }
 
-PxnError CameraDevice::ReadMemory(uint64_t address, uint32_t size, char* buffer) const {
+PxnError CameraDevice::ReadMemory(std::uint64_t address, std::uint32_t size, char* buffer) const {
     ErrorOwner error;
     arv_device_read_memory(Device(), address, size, buffer, error.Receive());
     return ToResult(error);
 }
 
-PxnError CameraDevice::WriteMemory(uint64_t address, uint32_t size, const char* buffer) const {
-    if (!writeable) {
-        return PxnErrInvalidAccess;
-    }
+PxnError CameraDevice::WriteMemory(std::uint64_t address, std::uint32_t size,
+                                   const char* buffer) const {
     ErrorOwner error;
     // Aravis takes the bytes without const and only reads them.
     arv_device_write_memory(Device(), address, size, const_cast<char*>(buffer), error.Receive());

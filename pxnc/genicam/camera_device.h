@@ -3,10 +3,10 @@
 
 #include "platform/event.h"
 #include "platform/mutex.h"
+#include "pxnc.h"
 #include "pxnc/genicam/configuration.h"
 #include "pxnc/genicam/glib_owner.h"
 #include "pxnc/genicam/transport_modules.h"
-#include "pxnc/include/pxnc.h"
 
 #include <atomic>
 #include <functional>
@@ -28,11 +28,11 @@ public:
         std::string network;
     };
 
-    /// Opens the camera. `accessMode` is PxnAccessModeFull, which demands control
-    /// (PxnErrInvalidAccess when somebody else has it), or PxnAccessModeRead. `onLost` is called
-    /// once, on a thread of Aravis', when the camera is lost while open.
-    static PxnError Open(const Address& address, uint32_t accessMode,
-                         const Configuration& configuration, std::function<void()> onLost,
+    /// Opens the camera. `accessMode` is PxnAccessModeFull, which needs control
+    /// (PxnErrInvalidAccess when somebody else has it), or PxnAccessModeRead. `lossHandler`
+    /// is called once, on any thread, when the camera is lost while open.
+    static PxnError Open(const Address& address, std::uint32_t accessMode,
+                         const Configuration& configuration, std::function<void()> lossHandler,
                          std::shared_ptr<CameraDevice>& device);
     ~CameraDevice();
     CameraDevice(const CameraDevice&) = delete;
@@ -47,35 +47,37 @@ public:
     /// Held around every use of the description, which Aravis does not protect.
     const std::shared_ptr<platform::Mutex>& NodeMutex() const { return nodeMutex; }
     const Address& Where() const { return where; }
-    bool IsWriteable() const { return writeable; }
-    bool IsLost() const { return lost; }
-    /// Notes that the camera is gone, as the loss of control does, and tells `onLost`.
+    bool IsWritable() const { return writable; }
+    bool IsLost() const { return *lost; }
+    /// What IsLost returns; outlives the device without keeping it.
+    std::shared_ptr<const std::atomic<bool>> LostFlag() const { return lost; }
+    /// The camera is gone: calls the loss handler unless it has been called.
     void MarkLost();
-    /// Signalled when the connection has been given back.
+    /// Signalled when the connection has been closed.
     std::shared_ptr<platform::Event> Released() const { return released; }
 
     /// Bytes of one frame. Any thread.
-    PxnError GetPayloadSize(uint32_t& size) const;
-    /// Tells the description that a stream runs, so that it locks what must not change meanwhile.
-    /// Does nothing for a description that does not want to know.
+    PxnError GetPayloadSize(std::uint32_t& size) const;
+    /// Makes the description lock what must not change while a stream runs, or unlock it again.
+    /// Does nothing for a description without such a lock.
     void LockTransportParameters(bool locked) const;
-    /// Asks the camera to send nothing more; for one that somebody left running.
+    /// Asks the camera to send nothing more.
     void StopAcquisition() const;
-    PxnError ReadMemory(uint64_t address, uint32_t size, char* buffer) const;
-    PxnError WriteMemory(uint64_t address, uint32_t size, const char* buffer) const;
+    PxnError ReadMemory(std::uint64_t address, std::uint32_t size, char* buffer) const;
+    PxnError WriteMemory(std::uint64_t address, std::uint32_t size, const char* buffer) const;
 
 private:
-    CameraDevice(const Address& address, bool isWriteable, ArvDevice* device);
+    CameraDevice(const Address& address, bool isWritable, ArvDevice* device);
 
     static void OnControlLost(ArvDevice* device, gpointer self);
-    PxnError Prepare(uint32_t accessMode, const Configuration& configuration);
+    PxnError Prepare(std::uint32_t accessMode, const Configuration& configuration);
 
     const Address where;
-    const bool writeable;
+    const bool writable;
     const std::shared_ptr<platform::Mutex> nodeMutex;
     const std::shared_ptr<platform::Event> released;
-    std::function<void()> tellLost;
-    std::atomic<bool> lost = false;
+    const std::shared_ptr<std::atomic<bool>> lost = std::make_shared<std::atomic<bool>>(false);
+    std::function<void()> onLost;
     gulong lostSignal = 0;
     ObjectOwner<ArvCamera> camera;
 };

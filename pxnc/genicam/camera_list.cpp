@@ -1,37 +1,29 @@
+// camera_list.cpp - the cameras that have been found, present and vanished
 #include "pxnc/genicam/camera_list.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace genicam {
-
 namespace {
 
 constexpr unsigned kSearchesUntilMissing = 2;
 
-/// Aravis' identifier is made of vendor, model and serial number; a camera without one is told
-/// from others of its kind by its hardware address.
+/// Aravis' identifier is made of vendor, model and serial number; a camera without a serial number
+/// is distinguished from others of its model by its hardware address.
 std::string ExtendedId(const FoundCamera& found) {
-    const std::string prefix = found.protocol == Protocol::GigEVision ? "GEV:" : "U3V:";
+    const std::string prefix = found.protocol == Protocol::kGigEVision ? "GEV:" : "U3V:";
     return prefix + found.id + (found.serial.empty() ? "-" + found.physicalId : std::string());
 }
 
 /// The network interface on whose subnet the camera is; empty for USB.
 std::string InterfaceName(const FoundCamera& found,
                           const std::vector<NetworkInterface>& interfaces) {
-    if (found.protocol == Protocol::Usb3Vision) {
+    if (found.protocol == Protocol::kUsb3Vision) {
         return {};
     }
     const NetworkInterface* ours = FindInterfaceFor(interfaces, found.network);
-    return ours != nullptr ? ours->name : "unknown";
-}
-
-template <typename Records>
-auto* FindIn(Records& records, const std::string& id) {
-    const auto found = std::find_if(records.begin(), records.end(), [&](const auto& record) {
-        return id == record.id || id == record.extendedId;
-    });
-    return found == records.end() ? nullptr : &*found;
+    return ours ? ours->name : "unknown";
 }
 
 } // namespace
@@ -77,12 +69,12 @@ std::vector<DiscoveryEvent> CameraList::Merge(const std::vector<FoundCamera>& fo
     }
     for (const FoundCamera& camera : found) {
         const std::string interfaceName = InterfaceName(camera, interfaces);
-        if (camera.protocol == Protocol::GigEVision && !transports.IsAllowed(interfaceName)) {
+        if (camera.protocol == Protocol::kGigEVision && !transports.IsAllowed(interfaceName)) {
             continue;
         }
         Record* record = Find(ExtendedId(camera));
-        const bool isNew = record == nullptr || !record->isPresent;
-        record = record != nullptr ? record : Add(camera);
+        const bool isNew = !record || !record->isPresent;
+        record = record ? record : Add(camera);
         record->searchesWithout = 0;
         record->isPresent = true;
         record->network = camera.network;
@@ -96,10 +88,9 @@ std::vector<DiscoveryEvent> CameraList::Merge(const std::vector<FoundCamera>& fo
         if (!record.isPresent || record.searchesWithout < kSearchesUntilMissing) {
             continue;
         }
-        const bool isOpen = record.open.device != nullptr;
-        if (isOpen && !record.open.device->IsLost()) {
-            if (record.protocol == Protocol::Usb3Vision || !record.open.device->IsWriteable()) {
-                // Nobody else notices; losing it reports the event.
+        if (record.open.device && !record.open.device->IsLost()) {
+            if (record.protocol == Protocol::kUsb3Vision || !record.open.device->IsWritable()) {
+                // Nothing else detects this loss; MarkLost reports the event.
                 lost.push_back(record.open.device);
             }
             continue;
@@ -113,7 +104,10 @@ std::vector<DiscoveryEvent> CameraList::Merge(const std::vector<FoundCamera>& fo
 std::optional<DiscoveryEvent> CameraList::MarkMissing(const std::string& extendedId) {
     const platform::MutexLock lock(mutex);
     Record* record = Find(extendedId);
-    if (record == nullptr || !record->isPresent) {
+    if (record && record->open.frames) {
+        record->open.frames->OnCameraLost();
+    }
+    if (!record || !record->isPresent) {
         return std::nullopt;
     }
     record->isPresent = false;
@@ -121,7 +115,7 @@ std::optional<DiscoveryEvent> CameraList::MarkMissing(const std::string& extende
 }
 
 PxnCameraInfo CameraList::ToInfo(const Record& record) {
-    const bool isOpen = record.open.device != nullptr && !record.open.device->IsLost();
+    const bool isOpen = record.open.device && !record.open.device->IsLost();
     PxnCameraInfo info = {};
     info.cameraIdString = record.id;
     info.cameraIdExtended = record.extendedId;
@@ -135,11 +129,11 @@ PxnCameraInfo CameraList::ToInfo(const Record& record) {
         info.streamHandles = record.streams;
         info.streamCount = 1;
     }
-    // Who holds control of a camera shows only when one asks for it, so a camera that nobody in
-    // this process has open counts as free.
-    info.permittedAccess = record.isReserved || isOpen
-                               ? uint32_t{PxnAccessModeRead}
-                               : uint32_t{PxnAccessModeFull} | uint32_t{PxnAccessModeRead};
+    // Who controls a camera shows only when control is requested, so a camera that nobody in this
+    // process has open counts as free.
+    info.permittedAccess = record.isReserved || isOpen ? std::uint32_t{PxnAccessModeRead}
+                                                       : std::uint32_t{PxnAccessModeFull} |
+                                                             std::uint32_t{PxnAccessModeRead};
     return info;
 }
 
@@ -157,7 +151,7 @@ std::vector<PxnCameraInfo> CameraList::Present() const {
 PxnError CameraList::InfoOf(const char* id, PxnCameraInfo& info) const {
     const platform::MutexLock lock(mutex);
     const Record* record = Find(id);
-    if (record == nullptr || !record->isPresent) {
+    if (!record || !record->isPresent) {
         return PxnErrNotFound;
     }
     info = ToInfo(*record);
@@ -167,7 +161,7 @@ PxnError CameraList::InfoOf(const char* id, PxnCameraInfo& info) const {
 PxnError CameraList::InfoOf(PxnHandle camera, PxnCameraInfo& info) const {
     const platform::MutexLock lock(mutex);
     for (const Record& record : records) {
-        if (record.open.device != nullptr && record.open.camera == camera) {
+        if (record.open.device && record.open.camera == camera) {
             info = ToInfo(record);
             return PxnErrSuccess;
         }
@@ -178,7 +172,7 @@ PxnError CameraList::InfoOf(PxnHandle camera, PxnCameraInfo& info) const {
 PxnError CameraList::Reserve(const char* id, Claim& claim) {
     const platform::MutexLock lock(mutex);
     Record* record = Find(id);
-    if (record == nullptr || !record->isPresent) {
+    if (!record || !record->isPresent) {
         return PxnErrNotFound;
     }
     if (record->isReserved) {
@@ -192,7 +186,7 @@ PxnError CameraList::Reserve(const char* id, Claim& claim) {
     return PxnErrSuccess;
 }
 
-void CameraList::SetOpen(const std::string& extendedId, OpenCamera open) {
+void CameraList::SetOpen(const std::string& extendedId, OpenedCamera open) {
     const platform::MutexLock lock(mutex);
     Record* record = Find(extendedId);
     record->streams = &streamHandles.emplace_back(open.stream);
@@ -204,11 +198,11 @@ void CameraList::Release(const std::string& extendedId) {
     Find(extendedId)->isReserved = false;
 }
 
-bool CameraList::TakeOpen(PxnHandle camera, OpenCamera& open, std::string& extendedId) {
+bool CameraList::TakeOpen(PxnHandle camera, OpenedCamera& open, std::string& extendedId) {
     const platform::MutexLock lock(mutex);
     for (Record& record : records) {
-        if (record.open.device != nullptr && record.open.camera == camera) {
-            open = std::exchange(record.open, OpenCamera{});
+        if (record.open.device && record.open.camera == camera) {
+            open = std::exchange(record.open, OpenedCamera{});
             extendedId = record.extendedId;
             return true;
         }
@@ -220,31 +214,29 @@ std::vector<PxnHandle> CameraList::OpenHandles() const {
     std::vector<PxnHandle> handles;
     const platform::MutexLock lock(mutex);
     for (const Record& record : records) {
-        if (record.open.device != nullptr) {
+        if (record.open.device) {
             handles.push_back(record.open.camera);
         }
     }
     return handles;
 }
 
-std::shared_ptr<FrameStream> CameraList::FramesOf(const std::string& extendedId) const {
-    const platform::MutexLock lock(mutex);
-    const Record* record = Find(extendedId);
-    return record != nullptr ? record->open.frames : nullptr;
-}
-
-std::shared_ptr<ChunkReaders> CameraList::ReadersFor(const PxnFrame* frame,
-                                                     ObjectOwner<ArvBuffer>& buffer) const {
+PxnError CameraList::FindReceived(const PxnFrame& frame, std::shared_ptr<ChunkReaders>& readers,
+                                  ObjectOwner<ArvBuffer>& buffer) const {
+    PxnError result = PxnErrNotFound;
     const platform::MutexLock lock(mutex);
     for (const Record& record : records) {
-        if (record.open.frames != nullptr) {
-            buffer = record.open.frames->BufferOf(frame);
-            if (buffer != nullptr) {
-                return record.open.chunkReaders;
-            }
+        if (!record.open.frames) {
+            continue;
         }
+        const PxnError found = record.open.frames->GetReceived(&frame, buffer);
+        if (found == PxnErrSuccess) {
+            readers = record.open.chunkReaders;
+            return PxnErrSuccess;
+        }
+        result = found != PxnErrNotFound ? found : result;
     }
-    return nullptr;
+    return result;
 }
 
 } // namespace genicam

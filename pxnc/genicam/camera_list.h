@@ -4,8 +4,8 @@
 #include "platform/mutex.h"
 #include "pxnc/genicam/camera_search.h"
 #include "pxnc/genicam/open_camera.h"
-#include "pxnc/genicam/text_pool.h"
 #include "pxnc/genicam/transport_modules.h"
+#include "pxnc/skeleton/text_pool.h"
 
 #include <deque>
 #include <optional>
@@ -23,20 +23,20 @@ struct DiscoveryEvent {
 
 /// Every camera that was ever found, with what is open of it. Any thread.
 ///
-/// A camera is missing when two searches in a row did not find it, since an answer may get lost.
+/// A camera is missing when two searches in a row did not find it, since a reply may get lost.
 /// A GigE Vision camera that this process controls only goes missing with that control, however
 /// busy its network is.
 class CameraList {
 public:
-    CameraList(TextPool& textPool, TransportModules& transportModules)
+    CameraList(skeleton::TextPool& textPool, TransportModules& transportModules)
         : texts(textPool), transports(transportModules) {}
 
-    /// Takes in what a search found and tells what has changed. `lost` receives the open cameras
+    /// Enters what a search found and returns what has changed. `lost` receives the open cameras
     /// that have vanished.
     std::vector<DiscoveryEvent> Merge(const std::vector<FoundCamera>& found,
                                       std::vector<std::shared_ptr<CameraDevice>>& lost);
-    /// The control of an open camera was lost. Tells the event, or nothing when the camera is
-    /// missing already.
+    /// An open camera has vanished: ends the waits for its frames. Returns the event, or nothing
+    /// when the camera is missing already.
     std::optional<DiscoveryEvent> MarkMissing(const std::string& extendedId);
 
     /// The cameras that are present, in the order in which they were found.
@@ -55,19 +55,17 @@ public:
     /// Reserves a camera for the caller, who opens it and calls SetOpen or Release. `id` is the
     /// plain or the extended identifier. PxnErrNotFound, or PxnErrInUse when it is open already.
     PxnError Reserve(const char* id, Claim& claim);
-    void SetOpen(const std::string& extendedId, OpenCamera open);
+    void SetOpen(const std::string& extendedId, OpenedCamera open);
     void Release(const std::string& extendedId);
     /// Takes an open camera out for the caller, who closes it and calls Release; false when none is
     /// open under the handle.
-    bool TakeOpen(PxnHandle camera, OpenCamera& open, std::string& extendedId);
+    bool TakeOpen(PxnHandle camera, OpenedCamera& open, std::string& extendedId);
     /// The handles of all open cameras.
     std::vector<PxnHandle> OpenHandles() const;
-    /// The frames of an open camera, or null.
-    std::shared_ptr<FrameStream> FramesOf(const std::string& extendedId) const;
-    /// The chunk readers of the camera that has filled `frame`, and what it filled it with; null
-    /// when none has.
-    std::shared_ptr<ChunkReaders> ReadersFor(const PxnFrame* frame,
-                                             ObjectOwner<ArvBuffer>& buffer) const;
+    /// What has been received into `frame`, and the chunk readers of its camera. PxnErrNotFound
+    /// for a frame that is announced at no camera, PxnErrNoData for one that was not received.
+    PxnError FindReceived(const PxnFrame& frame, std::shared_ptr<ChunkReaders>& readers,
+                          ObjectOwner<ArvBuffer>& buffer) const;
 
 private:
     struct Record {
@@ -77,14 +75,14 @@ private:
         const char* vendor = nullptr;
         const char* model = nullptr;
         const char* serial = nullptr;
-        Protocol protocol = Protocol::GigEVision;
+        Protocol protocol = Protocol::kGigEVision;
         std::string network;
         PxnHandle layer = nullptr;
         PxnHandle interfaceHandle = nullptr;
         bool isPresent = true;
         unsigned searchesWithout = 0;
         bool isReserved = false;
-        OpenCamera open;
+        OpenedCamera open;
         // The handle list in the camera's information; addresses in it must stay valid.
         const PxnHandle* streams = nullptr;
     };
@@ -96,7 +94,7 @@ private:
     Record* Add(const FoundCamera& found) REQUIRES(mutex);
     static PxnCameraInfo ToInfo(const Record& record);
 
-    TextPool& texts;
+    skeleton::TextPool& texts;
     TransportModules& transports;
     mutable platform::Mutex mutex;
     // Records never move or go.

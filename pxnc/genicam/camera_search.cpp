@@ -1,16 +1,16 @@
+// camera_search.cpp - searches for cameras with Aravis
 #include "pxnc/genicam/camera_search.h"
 
 #include <arv.h>
 
 namespace genicam {
-
 namespace {
 
 constexpr char kUsbInterface[] = "USB3Vision";
 constexpr char kGigEInterface[] = "GigEVision";
 
 std::string Text(const char* text) {
-    return text != nullptr ? text : "";
+    return text ? text : "";
 }
 
 } // namespace
@@ -33,7 +33,7 @@ std::vector<FoundCamera> SearchCameras() {
             continue;
         }
         FoundCamera found;
-        found.protocol = protocol == kGigEInterface ? Protocol::GigEVision : Protocol::Usb3Vision;
+        found.protocol = protocol == kGigEInterface ? Protocol::kGigEVision : Protocol::kUsb3Vision;
         found.id = Text(arv_get_device_id(i));
         found.physicalId = Text(arv_get_device_physical_id(i));
         found.network =

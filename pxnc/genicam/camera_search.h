@@ -1,4 +1,4 @@
-// camera_search.h - asks Aravis which cameras there are
+// camera_search.h - searches for cameras with Aravis
 #pragma once
 
 #include "pxnc/genicam/transport_modules.h"
@@ -19,7 +19,7 @@ struct FoundCamera {
     std::string serial;
 };
 
-/// Searches all transports; takes about a second, which is how long Aravis waits for answers from
+/// Searches all transports; takes about a second, which is how long Aravis waits for replies from
 /// the network. Only one thread at a time may search.
 std::vector<FoundCamera> SearchCameras();
 

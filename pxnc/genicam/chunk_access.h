@@ -2,9 +2,10 @@
 #pragma once
 
 #include "platform/mutex.h"
+#include "pxnc.h"
 #include "pxnc/genicam/glib_owner.h"
 #include "pxnc/genicam/module.h"
-#include "pxnc/include/pxnc.h"
+#include "pxnc/skeleton/backend.h"
 
 #include <memory>
 #include <vector>
@@ -12,36 +13,31 @@
 namespace genicam {
 
 class CameraDevice;
-class Library;
-class TextPool;
 
-/// A second copy of the camera's description whose chunk features read from a buffer; all others
-/// read from the camera, and none can be written.
-struct ChunkReader {
-    ObjectOwner<ArvGc> description;
-    std::shared_ptr<Module> module;
-};
-
-/// The readers of one camera. Making one means parsing the description, so they are kept.
+/// Reads the chunks of one camera's frames: a second copy of the camera's description, whose chunk
+/// features read from a buffer; all others read from the camera, and none can be written. Making a
+/// copy means parsing the description, so copies are kept. Any thread.
 class ChunkReaders {
 public:
-    explicit ChunkReaders(std::shared_ptr<CameraDevice> cameraDevice);
-    ~ChunkReaders();
+    ChunkReaders(skeleton::Backend& backendOfModules, std::shared_ptr<CameraDevice> cameraDevice);
 
-    /// An unused reader; its description is null when there is no memory for one.
-    ChunkReader Take(TextPool& texts, PxnHandle newHandle);
-    void GiveBack(ChunkReader reader);
+    /// Calls `read` with a handle that reads the chunks of a received frame. PxnErrNoChunkData for
+    /// a frame without chunks.
+    PxnError Read(ArvBuffer* buffer, skeleton::FunctionRef<PxnError(PxnHandle)> read);
 
 private:
+    struct Reader {
+        ObjectOwner<ArvGc> description;
+        std::shared_ptr<Module> module;
+    };
+
+    /// An unused reader; its description is null when Aravis cannot parse it.
+    Reader Take() EXCLUDES(mutex);
+
+    skeleton::Backend& backend;
     const std::shared_ptr<CameraDevice> device;
     platform::Mutex mutex;
-    std::vector<ChunkReader> unused GUARDED_BY(mutex);
+    std::vector<Reader> unused GUARDED_BY(mutex);
 };
-
-/// Calls `callback` with a handle that reads the chunks of a completed frame. PxnErrNotFound for a
-/// frame that is not announced or not completed, PxnErrNoChunkData for one without chunks, and
-/// PxnErrUserCallbackException when the callback throws; else what the callback answers.
-PxnError AccessChunks(Library& library, const PxnFrame* frame, PxnChunkAccessCallback callback,
-                      void* context);
 
 } // namespace genicam

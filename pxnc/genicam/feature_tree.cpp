@@ -1,3 +1,4 @@
+// feature_tree.cpp - all features that a camera's GenICam description offers
 #include "pxnc/genicam/feature_tree.h"
 
 #include "pxnc/genicam/glib_owner.h"
@@ -11,43 +12,41 @@
 #include <string>
 
 namespace genicam {
-
 namespace {
 
 constexpr char kTimingCategory[] = "/AcquisitionControl";
 
 class TreeWalk {
 public:
-    TreeWalk(TextPool& textPool, ArvGc* gc, bool canWrite,
+    TreeWalk(skeleton::TextPool& textPool, ArvGc* gc,
              std::vector<std::unique_ptr<Feature>>& featureList)
-        : texts(textPool), description(gc), writeable(canWrite), features(featureList) {}
+        : texts(textPool), description(gc), features(featureList) {}
 
     void Visit(const char* name, const std::string& path) {
         ArvGcNode* node = arv_gc_get_node(description, name);
         // A node is visited once, so a description that runs in circles ends too.
-        if (node == nullptr || !ARV_IS_GC_FEATURE_NODE(node) || !visited.insert(node).second) {
+        if (!node || !ARV_IS_GC_FEATURE_NODE(node) || !visited.insert(node).second) {
             return;
         }
         if (!ARV_IS_GC_CATEGORY(node)) {
-            auto feature = MakeNodeFeature(texts, ARV_GC_FEATURE_NODE(node),
-                                           path.empty() ? "/Root" : path, writeable);
-            if (feature != nullptr) {
+            auto feature =
+                MakeNodeFeature(texts, ARV_GC_FEATURE_NODE(node), path.empty() ? "/Root" : path);
+            if (feature) {
                 features.push_back(std::move(feature));
             }
             return;
         }
         const bool isRoot = std::strcmp(name, "Root") == 0;
         const std::string below = isRoot ? path : path + "/" + name;
-        for (const GSList* item = arv_gc_category_get_features(ARV_GC_CATEGORY(node));
-             item != nullptr; item = item->next) {
+        for (const GSList* item = arv_gc_category_get_features(ARV_GC_CATEGORY(node)); item;
+             item = item->next) {
             Visit(static_cast<const char*>(item->data), below);
         }
     }
 
 private:
-    TextPool& texts;
+    skeleton::TextPool& texts;
     ArvGc* const description;
-    const bool writeable;
     std::vector<std::unique_ptr<Feature>>& features;
     std::set<ArvGcNode*> visited;
 };
@@ -59,14 +58,14 @@ bool Contains(const std::vector<std::unique_ptr<Feature>>& features, const char*
 }
 
 /// Adds the description's own node `name` from outside the categories; false when there is none.
-bool AppendHiddenNode(TextPool& texts, ArvCamera* camera, bool writeable, const char* name,
+bool AppendHiddenNode(skeleton::TextPool& texts, ArvCamera* camera, const char* name,
                       std::vector<std::unique_ptr<Feature>>& features) {
     ArvGcNode* node = arv_device_get_feature(arv_camera_get_device(camera), name);
-    if (node == nullptr || !ARV_IS_GC_FEATURE_NODE(node)) {
+    if (!node || !ARV_IS_GC_FEATURE_NODE(node)) {
         return false;
     }
-    auto feature = MakeNodeFeature(texts, ARV_GC_FEATURE_NODE(node), kTimingCategory, writeable);
-    if (feature == nullptr) {
+    auto feature = MakeNodeFeature(texts, ARV_GC_FEATURE_NODE(node), kTimingCategory);
+    if (!feature) {
         return false;
     }
     features.push_back(std::move(feature));
@@ -82,17 +81,9 @@ struct CameraValue {
     void (*getBounds)(ArvCamera*, double*, double*, GError**);
 };
 
-void AppendCameraValue(TextPool& texts, ArvCamera* camera, bool writeable,
+void AppendCameraValue(skeleton::TextPool& texts, ArvCamera* camera,
                        const LocalDescription& description, const CameraValue& value,
                        std::vector<std::unique_ptr<Feature>>& features) {
-    LocalFeatures::Writer<double> write;
-    if (writeable) {
-        write = [camera, value](const double& wanted) {
-            ErrorOwner error;
-            value.set(camera, wanted, error.Receive());
-            return ToResult(error);
-        };
-    }
     LocalFeatures(texts, features)
         .AddFloat(
             description,
@@ -106,23 +97,27 @@ void AppendCameraValue(TextPool& texts, ArvCamera* camera, bool writeable,
                 present = value.get(camera, error.Receive());
                 return ToResult(error);
             },
-            std::move(write));
+            [camera, value](const double& wanted) {
+                ErrorOwner error;
+                value.set(camera, wanted, error.Receive());
+                return ToResult(error);
+            });
 }
 
 } // namespace
 
-void AppendDescribedFeatures(TextPool& texts, ArvGc* description, bool writeable,
+void AppendDescribedFeatures(skeleton::TextPool& texts, ArvGc* description,
                              std::vector<std::unique_ptr<Feature>>& features) {
-    TreeWalk(texts, description, writeable, features).Visit("Root", "");
+    TreeWalk(texts, description, features).Visit("Root", "");
 }
 
-void AppendStandardTiming(TextPool& texts, ArvCamera* camera, bool writeable,
+void AppendStandardTiming(skeleton::TextPool& texts, ArvCamera* camera,
                           std::vector<std::unique_ptr<Feature>>& features) {
     ErrorOwner error;
     if (!Contains(features, "ExposureTime") &&
-        !AppendHiddenNode(texts, camera, writeable, "ExposureTime", features) &&
+        !AppendHiddenNode(texts, camera, "ExposureTime", features) &&
         arv_camera_is_exposure_time_available(camera, error.Receive()) && !error) {
-        AppendCameraValue(texts, camera, writeable,
+        AppendCameraValue(texts, camera,
                           {"ExposureTime", kTimingCategory, "Exposure Time",
                            "Exposure duration; this camera knows it under another name.",
                            PxnVisibilityBeginner, "us"},
@@ -131,9 +126,9 @@ void AppendStandardTiming(TextPool& texts, ArvCamera* camera, bool writeable,
                           features);
     }
     if (!Contains(features, "AcquisitionFrameRate") &&
-        !AppendHiddenNode(texts, camera, writeable, "AcquisitionFrameRate", features) &&
+        !AppendHiddenNode(texts, camera, "AcquisitionFrameRate", features) &&
         arv_camera_is_frame_rate_available(camera, error.Receive()) && !error) {
-        AppendCameraValue(texts, camera, writeable,
+        AppendCameraValue(texts, camera,
                           {"AcquisitionFrameRate", kTimingCategory, "Acquisition Frame Rate",
                            "Frames per second; this camera knows it under another name.",
                            PxnVisibilityBeginner, "Hz"},

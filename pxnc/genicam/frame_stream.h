@@ -1,137 +1,96 @@
 // frame_stream.h - announced frames and the stream that fills them
 #pragma once
 
-#include "platform/event.h"
 #include "platform/mutex.h"
 #include "platform/thread.h"
+#include "pxnc.h"
 #include "pxnc/genicam/camera_device.h"
 #include "pxnc/genicam/glib_owner.h"
-#include "pxnc/include/pxnc.h"
+#include "pxnc/skeleton/frame_book.h"
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
-#include <deque>
-#include <list>
-#include <map>
 #include <memory>
+#include <vector>
 
 namespace genicam {
 
-/// The frames of one open camera: announced, queued, filled without a copy by Aravis' stream
-/// thread, and handed to the frame callback on a thread of this object's own, so that a slow
-/// callback does not keep the stream thread from its packets.
+/// The frames of one open camera: filled without a copy by Aravis' stream thread, and handed back
+/// on a thread of this object's own, so that a slow callback does not keep the stream thread from
+/// its packets.
 ///
-/// A frame is known by the address of the caller's record. The record is written only when its
-/// frame completes, so an announced frame that is not queued may lose its memory at any time.
-///
-/// What waits for a frame callback to end answers PxnErrInvalidCall inside one of the same stream.
-class FrameStream {
+/// A filled frame stays queued until its callback begins, so that a capture that ends earlier
+/// leaves it to the next one.
+class FrameStream : public skeleton::FrameBook {
 public:
     /// Numbers for the stream module's features.
     struct Statistics {
-        int64_t announced = 0;
-        int64_t queued = 0;
-        int64_t delivered = 0;
-        int64_t incomplete = 0;
-        int64_t lost = 0;
-        int64_t resentPackets = 0;
-        int64_t missingPackets = 0;
-        bool isCapturing = false;
+        std::int64_t announced = 0;
+        std::int64_t queued = 0;
+        std::int64_t delivered = 0;
+        std::int64_t incomplete = 0;
+        std::int64_t lost = 0;
+        std::int64_t resentPackets = 0;
+        std::int64_t missingPackets = 0;
     };
 
-    FrameStream(std::shared_ptr<CameraDevice> cameraDevice, PxnHandle camera, PxnHandle stream,
-                bool packetResend);
-    /// As Close.
-    ~FrameStream();
+    FrameStream(std::shared_ptr<CameraDevice> cameraDevice, bool resend);
+    ~FrameStream() override;
 
-    PxnError Announce(const PxnFrame* frame);
-    /// PxnErrInUse while the frame is queued.
-    PxnError Revoke(const PxnFrame* frame);
-    /// Flushes what is queued, then revokes every frame.
-    PxnError RevokeAll();
-    PxnError StartCapture();
-    /// Frames that no callback has been called for stay queued.
-    PxnError EndCapture();
-    PxnError Queue(const PxnFrame* frame, PxnFrameCallback callback);
-    /// PxnErrNotAvailable for a frame that nothing comes for: it is not queued, no capture runs, or
-    /// the camera has vanished; also when that happens while it waits.
-    PxnError Wait(const PxnFrame* frame, uint32_t timeoutMs);
-    PxnError Flush();
-    /// Ends the capture and forgets every frame. No callback runs afterwards.
-    void Close();
+    /// Starts the thread that hands frames back; false when the system refused.
+    bool Start();
+    void Close() override;
+    PxnError Flush() override;
+    PxnError StartCapture() override;
+    PxnError EndCapture() override;
 
-    /// Ends every wait: the camera is gone.
+    /// Ends every wait: the camera is gone. Aravis keeps the queued frames until the capture ends.
     void OnCameraLost();
 
-    /// The data that came with a completed frame, for its chunks; null when there is none.
-    ObjectOwner<ArvBuffer> BufferOf(const PxnFrame* frame) const;
+    /// What has been received into a frame. PxnErrNotFound for a frame that is not announced,
+    /// PxnErrNoData for one that was not received.
+    PxnError GetReceived(const PxnFrame* frame, ObjectOwner<ArvBuffer>& buffer) const;
 
     Statistics GetStatistics() const;
     /// Bytes of the kernel's receive buffer to ask for; 0 chooses by the payload.
-    uint32_t GetSocketBufferSize() const { return socketBufferSize; }
-    void SetSocketBufferSize(uint32_t bytes) { socketBufferSize = bytes; }
+    std::uint32_t GetSocketBufferSize() const { return socketBufferSize; }
+    void SetSocketBufferSize(std::uint32_t bytes) { socketBufferSize = bytes; }
     bool GetPacketResend() const { return packetResend; }
     /// Takes effect with the next start.
     void SetPacketResend(bool resend) { packetResend = resend; }
 
 private:
-    enum class State {
-        Idle,
-        Queued,
-        Filled, // waits for its callback
-    };
-
-    struct Entry {
-        PxnFrame* frame = nullptr;
-        void* memory = nullptr;
-        uint32_t memorySize = 0;
-        ObjectOwner<ArvBuffer> buffer;
-        PxnFrameCallback callback = nullptr;
-        State state = State::Idle;
-        // Set while there is nothing to wait for: the frame has come, or cannot come.
-        platform::Event done;
-        PxnError waitResult = PxnErrNotAvailable;
-
-        void EndWait(PxnError result);
-    };
-    using EntryPointer = std::shared_ptr<Entry>;
-
     static void OnStreamEvent(void* self, ArvStreamCallbackType type, ArvBuffer* buffer);
-    static void DeliveryMain(void* argument);
+    static void DeliveryMain(void* self);
+    static ArvBuffer* BufferOf(const Slot& slot);
 
-    bool InsideOwnCallback() const;
-    PxnError LostOr(PxnError result) const;
-    ObjectOwner<ArvStream> CreateStream(uint32_t payload);
-    void OnBufferDone(ArvBuffer* buffer);
-    void Complete(Entry& entry) REQUIRES(mutex);
-    void EndWaits() REQUIRES(mutex);
-    void DeliverNext();
-    EntryPointer Find(const PxnFrame* frame) const REQUIRES(mutex);
-    void Hand(const Entry& entry) REQUIRES(mutex);
-    void CollectStatistics(Statistics& statistics) const REQUIRES(mutex);
+    PxnError OnAnnounced(Slot& slot, const PxnFrame& announced) REQUIRES(mutex) override;
+    void OnQueued(Slot& slot) REQUIRES(mutex) override;
+    ObjectOwner<ArvStream> CreateStream(std::uint32_t payload);
+    void Hand(const Slot& slot) REQUIRES(mutex);
+    void OnBufferDone(ArvBuffer* buffer) EXCLUDES(mutex);
+    void Deliver() EXCLUDES(mutex);
+    void HandBackQueued(std::size_t position) REQUIRES(mutex);
+    void CollectStatistics(Statistics& collected) const REQUIRES(mutex);
 
     const std::shared_ptr<CameraDevice> device;
-    const PxnHandle cameraHandle;
-    const PxnHandle streamHandle;
-    std::atomic<uint32_t> socketBufferSize = 0;
+    std::atomic<std::uint32_t> socketBufferSize = 0;
     std::atomic<bool> packetResend;
 
-    // Starting and ending exclude each other; taken before the device's node mutex.
+    // Starting and ending exclude each other; locked before the device's node mutex and `mutex`.
     platform::Mutex captureMutex;
-    // A leaf: nothing else is taken while it is held.
-    mutable platform::Mutex mutex;
     ObjectOwner<ArvStream> stream GUARDED_BY(mutex);
+    // Aravis may write into the queued frames: from the start until the stream is gone.
+    bool isLent GUARDED_BY(mutex) = false;
     // Of the running capture, or of the last one.
-    uint32_t payloadSize GUARDED_BY(mutex) = 0;
-    std::map<const PxnFrame*, EntryPointer> entries GUARDED_BY(mutex);
-    // Queued frames in order; those that Aravis holds are among them.
-    std::list<EntryPointer> queued GUARDED_BY(mutex);
-    std::deque<EntryPointer> filled GUARDED_BY(mutex);
-    Statistics counts GUARDED_BY(mutex);
-    bool stopping GUARDED_BY(mutex) = false;
-    platform::Event deliveryWake;
-    // Set while no callback runs.
-    platform::Event deliveryIdle;
+    std::uint32_t payloadSize GUARDED_BY(mutex) = 0;
+    // Queued frames that wait for their callback, in the order in which they were filled. Has room
+    // for all slots.
+    std::vector<SlotPointer> filled GUARDED_BY(mutex);
+    Statistics statistics GUARDED_BY(mutex);
+    bool isStopping GUARDED_BY(mutex) = false;
+    skeleton::Condition deliveryWake;
     platform::Thread deliveryThread;
 };
 

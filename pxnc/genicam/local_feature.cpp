@@ -1,23 +1,23 @@
+// local_feature.cpp - features that this library computes itself
 #include "pxnc/genicam/local_feature.h"
 
 #include <cstring>
 #include <utility>
 
 namespace genicam {
-
 namespace {
 
-constexpr uint32_t kReadOnly = PxnFeatureFlagRead;
-constexpr uint32_t kReadWrite = PxnFeatureFlagRead | PxnFeatureFlagWrite;
+constexpr std::uint32_t kReadOnly = PxnFeatureFlagRead;
+constexpr std::uint32_t kReadWrite = PxnFeatureFlagRead | PxnFeatureFlagWrite;
 
 /// A feature whose access never changes.
 class FixedAccessFeature : public Feature {
 public:
     using Feature::Feature;
 
-    PxnError GetAccess(bool& readable, bool& writeable) override {
+    PxnError GetAccess(bool& readable, bool& writable) override {
         readable = (Info().featureFlags & PxnFeatureFlagRead) != 0;
-        writeable = (Info().featureFlags & PxnFeatureFlagWrite) != 0;
+        writable = (Info().featureFlags & PxnFeatureFlagWrite) != 0;
         return PxnErrSuccess;
     }
 };
@@ -28,12 +28,12 @@ public:
         : FixedAccessFeature(featureInfo), read(std::move(reader)) {}
 
     PxnError GetString(std::string& value) override { return read(value); }
-    PxnError SetString(const char*) override { return RequireWriteable(); }
+    PxnError SetString(const char*) override { return RequireWritable(); }
 
-    PxnError GetStringMaxLength(uint32_t& maxLength) override {
+    PxnError GetStringMaxLength(std::uint32_t& maxLength) override {
         std::string value;
         const PxnError result = read(value);
-        maxLength = static_cast<uint32_t>(value.size());
+        maxLength = static_cast<std::uint32_t>(value.size());
         return result;
     }
 
@@ -44,16 +44,17 @@ private:
 class IntFeature : public FixedAccessFeature {
 public:
     IntFeature(const PxnFeatureInfo& featureInfo, const LocalFeatures::IntLimits& intLimits,
-               LocalFeatures::Reader<int64_t> reader, LocalFeatures::Writer<int64_t> writer)
+               LocalFeatures::Reader<std::int64_t> reader,
+               LocalFeatures::Writer<std::int64_t> writer)
         : FixedAccessFeature(featureInfo),
           limits(intLimits),
           read(std::move(reader)),
           write(std::move(writer)) {}
 
-    PxnError GetInt(int64_t& value) override { return read(value); }
+    PxnError GetInt(std::int64_t& value) override { return read(value); }
 
-    PxnError SetInt(int64_t value) override {
-        if (const PxnError refused = RequireWriteable()) {
+    PxnError SetInt(std::int64_t value) override {
+        if (const PxnError refused = RequireWritable()) {
             return refused;
         }
         const bool fits = value >= limits.min && value <= limits.max &&
@@ -61,21 +62,21 @@ public:
         return fits ? write(value) : PxnErrInvalidValue;
     }
 
-    PxnError GetIntRange(int64_t& min, int64_t& max) override {
+    PxnError GetIntRange(std::int64_t& min, std::int64_t& max) override {
         min = limits.min;
         max = limits.max;
         return PxnErrSuccess;
     }
 
-    PxnError GetIntIncrement(int64_t& increment) override {
+    PxnError GetIntIncrement(std::int64_t& increment) override {
         increment = limits.increment;
         return PxnErrSuccess;
     }
 
 private:
     const LocalFeatures::IntLimits limits;
-    const LocalFeatures::Reader<int64_t> read;
-    const LocalFeatures::Writer<int64_t> write;
+    const LocalFeatures::Reader<std::int64_t> read;
+    const LocalFeatures::Writer<std::int64_t> write;
 };
 
 class FloatFeature : public FixedAccessFeature {
@@ -92,13 +93,13 @@ public:
 
     PxnError SetFloat(double value) override {
         LocalFeatures::FloatLimits limits = {};
-        if (const PxnError refused = RequireWriteable()) {
+        if (const PxnError refused = RequireWritable()) {
             return refused;
         }
         if (const PxnError failed = readLimits(limits)) {
             return failed;
         }
-        // Written so that a value that is no number is refused too.
+        // Written so that NaN is refused as well.
         return value >= limits.min && value <= limits.max ? write(value) : PxnErrInvalidValue;
     }
 
@@ -125,7 +126,7 @@ public:
     PxnError GetBool(bool& value) override { return read(value); }
 
     PxnError SetBool(bool value) override {
-        const PxnError refused = RequireWriteable();
+        const PxnError refused = RequireWritable();
         return refused != PxnErrSuccess ? refused : write(value);
     }
 
@@ -138,20 +139,20 @@ class EnumFeature : public FixedAccessFeature {
 public:
     /// The names in `enumEntries` are texts of the pool.
     EnumFeature(const PxnFeatureInfo& featureInfo, std::vector<LocalFeatures::Entry> enumEntries,
-                LocalFeatures::Reader<int64_t> reader)
+                LocalFeatures::Reader<std::int64_t> reader)
         : FixedAccessFeature(featureInfo),
           entries(std::move(enumEntries)),
           read(std::move(reader)) {}
 
-    PxnError GetAccess(bool& readable, bool& writeable) override {
-        int64_t value = 0;
+    PxnError GetAccess(bool& readable, bool& writable) override {
+        std::int64_t value = 0;
         readable = read(value) == PxnErrSuccess;
-        writeable = false;
+        writable = false;
         return PxnErrSuccess;
     }
 
     PxnError GetEnum(const char*& entry) override {
-        int64_t value = 0;
+        std::int64_t value = 0;
         if (const PxnError failed = read(value)) {
             return failed;
         }
@@ -164,7 +165,7 @@ public:
         return PxnErrInternalFault;
     }
 
-    PxnError SetEnum(const char*) override { return RequireWriteable(); }
+    PxnError SetEnum(const char*) override { return RequireWritable(); }
 
     PxnError GetEnumEntries(std::vector<const char*>& names) override {
         for (const LocalFeatures::Entry& entry : entries) {
@@ -175,12 +176,12 @@ public:
 
     PxnError IsEnumEntryAvailable(const char* entry, bool& available) override {
         available = true;
-        return Find(entry) != nullptr ? PxnErrSuccess : PxnErrNotFound;
+        return Find(entry) ? PxnErrSuccess : PxnErrNotFound;
     }
 
     PxnError GetEnumEntry(const char* entry, PxnFeatureEnumEntry& description) override {
         const LocalFeatures::Entry* found = Find(entry);
-        if (found == nullptr) {
+        if (!found) {
             return PxnErrNotFound;
         }
         description = {found->name, found->name, "", "", found->value, PxnVisibilityBeginner};
@@ -198,7 +199,7 @@ private:
     }
 
     const std::vector<LocalFeatures::Entry> entries;
-    const LocalFeatures::Reader<int64_t> read;
+    const LocalFeatures::Reader<std::int64_t> read;
 };
 
 class CommandFeature : public FixedAccessFeature {
@@ -220,8 +221,8 @@ private:
 
 } // namespace
 
-PxnFeatureInfo LocalFeatures::Describe(const LocalDescription& description, uint32_t dataType,
-                                       uint32_t flags) const {
+PxnFeatureInfo LocalFeatures::Describe(const LocalDescription& description, std::uint32_t dataType,
+                                       std::uint32_t flags) const {
     PxnFeatureInfo info = {};
     info.name = texts.Intern(description.name);
     info.category = texts.Intern(description.category);
@@ -250,15 +251,15 @@ void LocalFeatures::AddText(const LocalDescription& description, const std::stri
 }
 
 void LocalFeatures::AddInt(const LocalDescription& description, const IntLimits& limits,
-                           Reader<int64_t> read, Writer<int64_t> write) {
-    const uint32_t flags = write ? kReadWrite : kReadOnly;
+                           Reader<std::int64_t> read, Writer<std::int64_t> write) {
+    const std::uint32_t flags = write ? kReadWrite : kReadOnly;
     features.push_back(std::make_unique<IntFeature>(Describe(description, PxnFeatureDataInt, flags),
                                                     limits, std::move(read), std::move(write)));
 }
 
 void LocalFeatures::AddFloat(const LocalDescription& description, Reader<FloatLimits> limits,
                              Reader<double> read, Writer<double> write) {
-    const uint32_t flags = write ? kReadWrite : kReadOnly;
+    const std::uint32_t flags = write ? kReadWrite : kReadOnly;
     features.push_back(
         std::make_unique<FloatFeature>(Describe(description, PxnFeatureDataFloat, flags),
                                        std::move(limits), std::move(read), std::move(write)));
@@ -266,13 +267,13 @@ void LocalFeatures::AddFloat(const LocalDescription& description, Reader<FloatLi
 
 void LocalFeatures::AddBool(const LocalDescription& description, Reader<bool> read,
                             Writer<bool> write) {
-    const uint32_t flags = write ? kReadWrite : kReadOnly;
+    const std::uint32_t flags = write ? kReadWrite : kReadOnly;
     features.push_back(std::make_unique<BoolFeature>(
         Describe(description, PxnFeatureDataBool, flags), std::move(read), std::move(write)));
 }
 
 void LocalFeatures::AddEnum(const LocalDescription& description, std::vector<Entry> entries,
-                            Reader<int64_t> read) {
+                            Reader<std::int64_t> read) {
     for (Entry& entry : entries) {
         entry.name = texts.Intern(entry.name);
     }

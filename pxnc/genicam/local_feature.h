@@ -2,7 +2,7 @@
 #pragma once
 
 #include "pxnc/genicam/feature.h"
-#include "pxnc/genicam/text_pool.h"
+#include "pxnc/skeleton/text_pool.h"
 
 #include <functional>
 #include <limits>
@@ -16,7 +16,7 @@ struct LocalDescription {
     const char* category;
     const char* displayName;
     const char* description;
-    uint32_t visibility = PxnVisibilityBeginner;
+    std::uint32_t visibility = PxnVisibilityBeginner;
     const char* unit = "";
     const char* representation = "";
 };
@@ -33,9 +33,9 @@ public:
     using Action = std::function<PxnError()>;
 
     struct IntLimits {
-        int64_t min = std::numeric_limits<int64_t>::min();
-        int64_t max = std::numeric_limits<int64_t>::max();
-        int64_t increment = 1;
+        std::int64_t min = std::numeric_limits<std::int64_t>::min();
+        std::int64_t max = std::numeric_limits<std::int64_t>::max();
+        std::int64_t increment = 1;
     };
     struct FloatLimits {
         double min;
@@ -44,30 +44,30 @@ public:
     /// An entry of an enumeration with the number behind it.
     struct Entry {
         const char* name;
-        int64_t value;
+        std::int64_t value;
     };
 
-    LocalFeatures(TextPool& textPool, std::vector<std::unique_ptr<Feature>>& featureList)
+    LocalFeatures(skeleton::TextPool& textPool, std::vector<std::unique_ptr<Feature>>& featureList)
         : texts(textPool), features(featureList) {}
 
     void AddText(const LocalDescription& description, Reader<std::string> read);
     /// A text that never changes.
     void AddText(const LocalDescription& description, const std::string& value);
-    void AddInt(const LocalDescription& description, const IntLimits& limits, Reader<int64_t> read,
-                Writer<int64_t> write = {});
-    /// `limits` is asked again at every use.
+    void AddInt(const LocalDescription& description, const IntLimits& limits,
+                Reader<std::int64_t> read, Writer<std::int64_t> write = {});
+    /// `limits` is called at every use.
     void AddFloat(const LocalDescription& description, Reader<FloatLimits> limits,
                   Reader<double> read, Writer<double> write = {});
     void AddBool(const LocalDescription& description, Reader<bool> read, Writer<bool> write = {});
     void AddEnum(const LocalDescription& description, std::vector<Entry> entries,
-                 Reader<int64_t> read);
+                 Reader<std::int64_t> read);
     void AddCommand(const LocalDescription& description, Action run);
 
 private:
-    PxnFeatureInfo Describe(const LocalDescription& description, uint32_t dataType,
-                            uint32_t flags) const;
+    PxnFeatureInfo Describe(const LocalDescription& description, std::uint32_t dataType,
+                            std::uint32_t flags) const;
 
-    TextPool& texts;
+    skeleton::TextPool& texts;
     std::vector<std::unique_ptr<Feature>>& features;
 };
 

@@ -1,36 +1,33 @@
+// module.cpp - something with a handle and features
 #include "pxnc/genicam/module.h"
-
-#include "pxnc/genicam/camera_device.h"
-#include "pxnc/genicam/frame_stream.h"
 
 #include <utility>
 
 namespace genicam {
 
-Module::Module(PxnHandle moduleHandle, std::shared_ptr<platform::Mutex> featureMutex,
-               Features moduleFeatures)
-    : handle(moduleHandle), mutex(std::move(featureMutex)), features(std::move(moduleFeatures)) {
+Module::Module(Features moduleFeatures, std::shared_ptr<platform::Mutex> featureMutex)
+    : mutex(std::move(featureMutex)), features(std::move(moduleFeatures)) {
     for (const auto& feature : features) {
         byName.emplace(feature->Name(), feature.get());
     }
 }
 
-Module::~Module() = default;
+std::vector<PxnFeatureInfo> Module::ListFeatures() {
+    std::vector<PxnFeatureInfo> infos;
+    infos.reserve(features.size());
+    for (const auto& feature : features) {
+        infos.push_back(feature->Info());
+    }
+    return infos;
+}
 
-Feature* Module::Find(const char* name) const {
+PxnError Module::With(const char* name, skeleton::FunctionRef<PxnError(skeleton::Feature&)> use) {
     const auto found = byName.find(name);
-    return found != byName.end() ? found->second : nullptr;
-}
-
-void Module::Attach(std::shared_ptr<CameraDevice> cameraDevice, std::shared_ptr<FrameStream> stream,
-                    std::vector<PxnHandle> dependents) {
-    device = std::move(cameraDevice);
-    frames = std::move(stream);
-    dependentHandles = std::move(dependents);
-}
-
-bool Module::IsLost() const {
-    return device != nullptr && device->IsLost();
+    if (found == byName.end()) {
+        return PxnErrNotFound;
+    }
+    const platform::MutexLock lock(*mutex);
+    return use(*found->second);
 }
 
 } // namespace genicam

@@ -1,3 +1,4 @@
+// node_description.cpp - properties of a node of a GenICam description
 #include "pxnc/genicam/node_description.h"
 
 #include "pxnc/genicam/glib_owner.h"
@@ -5,7 +6,6 @@
 #include <cstring>
 
 namespace genicam {
-
 namespace {
 
 // A chain of values longer than this is a description that runs in circles.
@@ -19,34 +19,33 @@ bool Writes(ArvGcAccessMode mode) {
     return mode == ARV_GC_ACCESS_MODE_WO || mode == ARV_GC_ACCESS_MODE_RW;
 }
 
-uint32_t PollingTime(ArvGcFeatureNode* node) {
+std::uint32_t PollingTime(ArvGcFeatureNode* node) {
     ArvGcPropertyNode* property = FindProperty(node, "PollingTime");
-    if (property == nullptr) {
+    if (!property) {
         return 0;
     }
     ErrorOwner error;
     const gint64 time = arv_gc_property_node_get_int64(property, error.Receive());
-    return error || time < 0 || time > G_MAXUINT32 ? 0 : static_cast<uint32_t>(time);
+    return error || time < 0 || time > G_MAXUINT32 ? 0 : static_cast<std::uint32_t>(time);
 }
 
 bool IsStreamable(ArvGcFeatureNode* node) {
     ArvGcPropertyNode* property = FindProperty(node, "Streamable");
-    return property != nullptr && arv_gc_property_node_get_streamable(
-                                      property, ARV_GC_STREAMABLE_NO) == ARV_GC_STREAMABLE_YES;
+    return property && arv_gc_property_node_get_streamable(property, ARV_GC_STREAMABLE_NO) ==
+                           ARV_GC_STREAMABLE_YES;
 }
 
 /// Whether the register behind the node must not be cached: the camera changes it by itself.
 bool IsVolatile(ArvGcFeatureNode* node) {
     for (int step = 0; step < kLongestChain; ++step) {
         ArvGcPropertyNode* cachable = FindProperty(node, "Cachable");
-        if (cachable != nullptr &&
-            arv_gc_property_node_get_cachable(cachable, ARV_GC_CACHABLE_UNDEFINED) ==
-                ARV_GC_CACHABLE_NO_CACHE) {
+        if (cachable && arv_gc_property_node_get_cachable(cachable, ARV_GC_CACHABLE_UNDEFINED) ==
+                            ARV_GC_CACHABLE_NO_CACHE) {
             return true;
         }
         ArvGcPropertyNode* value = FindProperty(node, "pValue");
-        ArvGcNode* next = value != nullptr ? arv_gc_property_node_get_linked_node(value) : nullptr;
-        if (next == nullptr || !ARV_IS_GC_FEATURE_NODE(next)) {
+        ArvGcNode* next = value ? arv_gc_property_node_get_linked_node(value) : nullptr;
+        if (!next || !ARV_IS_GC_FEATURE_NODE(next)) {
             return false;
         }
         node = ARV_GC_FEATURE_NODE(next);
@@ -57,7 +56,7 @@ bool IsVolatile(ArvGcFeatureNode* node) {
 } // namespace
 
 ArvGcPropertyNode* FindProperty(ArvGcFeatureNode* node, const char* name) {
-    for (ArvDomNode* child = arv_dom_node_get_first_child(ARV_DOM_NODE(node)); child != nullptr;
+    for (ArvDomNode* child = arv_dom_node_get_first_child(ARV_DOM_NODE(node)); child;
          child = arv_dom_node_get_next_sibling(child)) {
         if (ARV_IS_GC_PROPERTY_NODE(child) &&
             std::strcmp(arv_dom_node_get_node_name(child), name) == 0) {
@@ -70,7 +69,7 @@ ArvGcPropertyNode* FindProperty(ArvGcFeatureNode* node, const char* name) {
 ArvGcAccessMode StaticAccessMode(ArvGcFeatureNode* node) {
     const ArvGcFeatureNodeClass* type = ARV_GC_FEATURE_NODE_GET_CLASS(node);
     const ArvGcAccessMode own =
-        type->get_access_mode != nullptr ? type->get_access_mode(node) : ARV_GC_ACCESS_MODE_RO;
+        type->get_access_mode ? type->get_access_mode(node) : ARV_GC_ACCESS_MODE_RO;
     const ArvGcAccessMode imposed = arv_gc_feature_node_get_imposed_access_mode(node);
     const bool reads = Reads(own) && Reads(imposed);
     const bool writes = Writes(own) && Writes(imposed);
@@ -80,7 +79,7 @@ ArvGcAccessMode StaticAccessMode(ArvGcFeatureNode* node) {
     return writes ? ARV_GC_ACCESS_MODE_WO : ARV_GC_ACCESS_MODE_UNDEFINED;
 }
 
-uint32_t ToVisibility(ArvGcVisibility visibility) {
+std::uint32_t ToVisibility(ArvGcVisibility visibility) {
     switch (visibility) {
     case ARV_GC_VISIBILITY_BEGINNER:
         return PxnVisibilityBeginner;
@@ -116,15 +115,16 @@ const char* RepresentationName(ArvGcRepresentation representation) {
     }
 }
 
-PxnFeatureInfo DescribeNode(TextPool& texts, ArvGcFeatureNode* node, const char* category) {
+PxnFeatureInfo DescribeNode(skeleton::TextPool& texts, ArvGcFeatureNode* node,
+                            const char* category) {
     const auto intern = [&texts](const char* text) {
-        return texts.Intern(text != nullptr ? text : "");
+        return texts.Intern(text ? text : "");
     };
     PxnFeatureInfo info = {};
     info.name = intern(arv_gc_feature_node_get_name(node));
     info.category = intern(category);
     const char* displayName = arv_gc_feature_node_get_display_name(node);
-    info.displayName = displayName != nullptr ? intern(displayName) : info.name;
+    info.displayName = displayName ? intern(displayName) : info.name;
     info.tooltip = intern(arv_gc_feature_node_get_tooltip(node));
     info.description = intern(arv_gc_feature_node_get_description(node));
     const bool standard = arv_gc_feature_node_get_name_space(node) == ARV_GC_NAME_SPACE_STANDARD;
@@ -134,9 +134,9 @@ PxnFeatureInfo DescribeNode(TextPool& texts, ArvGcFeatureNode* node, const char*
     const ArvGcAccessMode mode = StaticAccessMode(node);
     info.pollingTime = PollingTime(node);
     info.featureFlags =
-        (Reads(mode) ? uint32_t{PxnFeatureFlagRead} : 0u) |
-        (Writes(mode) ? uint32_t{PxnFeatureFlagWrite} : 0u) |
-        (info.pollingTime != 0 || IsVolatile(node) ? uint32_t{PxnFeatureFlagVolatile} : 0u);
+        (Reads(mode) ? std::uint32_t{PxnFeatureFlagRead} : 0u) |
+        (Writes(mode) ? std::uint32_t{PxnFeatureFlagWrite} : 0u) |
+        (info.pollingTime != 0 || IsVolatile(node) ? std::uint32_t{PxnFeatureFlagVolatile} : 0u);
     info.visibility = ToVisibility(arv_gc_feature_node_get_visibility(node));
     info.isStreamable = IsStreamable(node) ? 1 : 0;
     info.hasSelectedFeatures =

@@ -1,8 +1,8 @@
-// node_description.h - what a node of a GenICam description says about itself
+// node_description.h - properties of a node of a GenICam description
 #pragma once
 
-#include "pxnc/genicam/text_pool.h"
-#include "pxnc/include/pxnc.h"
+#include "pxnc.h"
+#include "pxnc/skeleton/text_pool.h"
 
 #include <arv.h>
 
@@ -10,9 +10,10 @@ namespace genicam {
 
 /// The record's parts that do not depend on the node's type: everything but type, unit and
 /// representation.
-PxnFeatureInfo DescribeNode(TextPool& texts, ArvGcFeatureNode* node, const char* category);
+PxnFeatureInfo DescribeNode(skeleton::TextPool& texts, ArvGcFeatureNode* node,
+                            const char* category);
 
-uint32_t ToVisibility(ArvGcVisibility visibility);
+std::uint32_t ToVisibility(ArvGcVisibility visibility);
 /// As the description spells it; empty when it has none.
 const char* RepresentationName(ArvGcRepresentation representation);
 

@@ -1,3 +1,4 @@
+// node_feature.cpp - features described by a camera's GenICam description
 #include "pxnc/genicam/node_feature.h"
 
 #include "pxnc/genicam/glib_owner.h"
@@ -6,21 +7,22 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <limits>
+#include <string_view>
 
 namespace genicam {
-
 namespace {
 
 /// What the features of all node types share: access and selection.
 class NodeFeature : public Feature {
 public:
-    NodeFeature(const PxnFeatureInfo& featureInfo, ArvGcFeatureNode* featureNode, bool canWrite)
-        : Feature(featureInfo), node(featureNode), cameraWriteable(canWrite) {}
+    NodeFeature(const PxnFeatureInfo& featureInfo, ArvGcFeatureNode* featureNode)
+        : Feature(featureInfo), node(featureNode) {}
 
-    PxnError GetAccess(bool& readable, bool& writeable) override {
+    PxnError GetAccess(bool& readable, bool& writable) override {
         readable = false;
-        writeable = false;
+        writable = false;
         ErrorOwner error;
         bool usable = arv_gc_feature_node_is_implemented(node, error.Receive()) != 0;
         if (usable && !error) {
@@ -33,8 +35,7 @@ public:
         if (!error && usable) {
             const ArvGcAccessMode mode = StaticAccessMode(node);
             readable = mode == ARV_GC_ACCESS_MODE_RO || mode == ARV_GC_ACCESS_MODE_RW;
-            writeable = cameraWriteable && !locked &&
-                        (mode == ARV_GC_ACCESS_MODE_WO || mode == ARV_GC_ACCESS_MODE_RW);
+            writable = !locked && (mode == ARV_GC_ACCESS_MODE_WO || mode == ARV_GC_ACCESS_MODE_RW);
         }
         return ToResult(error);
     }
@@ -43,7 +44,7 @@ public:
         std::vector<std::string> names;
         if (ARV_IS_GC_SELECTOR(node)) {
             for (const GSList* item = arv_gc_selector_get_selected_features(ARV_GC_SELECTOR(node));
-                 item != nullptr; item = item->next) {
+                 item; item = item->next) {
                 names.emplace_back(arv_gc_feature_node_get_name(ARV_GC_FEATURE_NODE(item->data)));
             }
         }
@@ -52,16 +53,13 @@ public:
 
 protected:
     ArvGcFeatureNode* const node;
-
-private:
-    const bool cameraWriteable;
 };
 
 class IntNodeFeature : public NodeFeature {
 public:
     using NodeFeature::NodeFeature;
 
-    PxnError GetInt(int64_t& value) override {
+    PxnError GetInt(std::int64_t& value) override {
         if (const PxnError refused = RequireReadable()) {
             return refused;
         }
@@ -70,21 +68,22 @@ public:
         return ToResult(error);
     }
 
-    PxnError SetInt(int64_t value) override {
-        if (const PxnError refused = RequireWriteable()) {
+    PxnError SetInt(std::int64_t value) override {
+        if (const PxnError refused = RequireWritable()) {
             return refused;
         }
-        int64_t min = 0;
-        int64_t max = 0;
-        int64_t increment = 1;
+        std::int64_t min = 0;
+        std::int64_t max = 0;
+        std::int64_t increment = 1;
         GetIntRange(min, max);
         GetIntIncrement(increment);
         if (value < min || value > max) {
             return PxnErrInvalidValue;
         }
         // Unsigned, because the distance from the least to the greatest value may not fit.
-        const uint64_t distance = static_cast<uint64_t>(value) - static_cast<uint64_t>(min);
-        if (increment > 1 && distance % static_cast<uint64_t>(increment) != 0) {
+        const std::uint64_t distance =
+            static_cast<std::uint64_t>(value) - static_cast<std::uint64_t>(min);
+        if (increment > 1 && distance % static_cast<std::uint64_t>(increment) != 0) {
             return PxnErrInvalidValue;
         }
         ErrorOwner error;
@@ -92,20 +91,20 @@ public:
         return ToResult(error);
     }
 
-    PxnError GetIntRange(int64_t& min, int64_t& max) override {
+    PxnError GetIntRange(std::int64_t& min, std::int64_t& max) override {
         // An error means that the description states no limit.
         ErrorOwner error;
         min = arv_gc_integer_get_min(Integer(), error.Receive());
-        min = error ? std::numeric_limits<int64_t>::min() : min;
+        min = error ? std::numeric_limits<std::int64_t>::min() : min;
         max = arv_gc_integer_get_max(Integer(), error.Receive());
-        max = error ? std::numeric_limits<int64_t>::max() : max;
+        max = error ? std::numeric_limits<std::int64_t>::max() : max;
         return PxnErrSuccess;
     }
 
-    PxnError GetIntIncrement(int64_t& increment) override {
+    PxnError GetIntIncrement(std::int64_t& increment) override {
         ErrorOwner error;
         increment = arv_gc_integer_get_inc(Integer(), error.Receive());
-        increment = error ? 1 : std::max<int64_t>(increment, 1);
+        increment = error ? 1 : std::max<std::int64_t>(increment, 1);
         return PxnErrSuccess;
     }
 
@@ -127,13 +126,13 @@ public:
     }
 
     PxnError SetFloat(double value) override {
-        if (const PxnError refused = RequireWriteable()) {
+        if (const PxnError refused = RequireWritable()) {
             return refused;
         }
         double min = 0;
         double max = 0;
         GetFloatRange(min, max);
-        // Written so that a value that is no number is refused too.
+        // Written so that NaN is refused as well.
         if (!(value >= min && value <= max)) {
             return PxnErrInvalidValue;
         }
@@ -155,9 +154,9 @@ public:
 
 class EnumNodeFeature : public NodeFeature {
 public:
-    EnumNodeFeature(const PxnFeatureInfo& featureInfo, ArvGcFeatureNode* featureNode, bool canWrite,
-                    TextPool& textPool)
-        : NodeFeature(featureInfo, featureNode, canWrite), texts(textPool) {}
+    EnumNodeFeature(const PxnFeatureInfo& featureInfo, ArvGcFeatureNode* featureNode,
+                    skeleton::TextPool& textPool)
+        : NodeFeature(featureInfo, featureNode), texts(textPool) {}
 
     PxnError GetEnum(const char*& entry) override {
         if (const PxnError refused = RequireReadable()) {
@@ -168,8 +167,8 @@ public:
         if (error) {
             return ToResult(error);
         }
-        // The register may hold a number that no entry stands for.
-        if (name == nullptr) {
+        // The register may hold a number without an entry.
+        if (!name) {
             return PxnErrInvalidValue;
         }
         entry = texts.Intern(name);
@@ -177,7 +176,7 @@ public:
     }
 
     PxnError SetEnum(const char* entry) override {
-        if (const PxnError refused = RequireWriteable()) {
+        if (const PxnError refused = RequireWritable()) {
             return refused;
         }
         bool available = false;
@@ -201,7 +200,7 @@ public:
 
     PxnError IsEnumEntryAvailable(const char* entry, bool& available) override {
         ArvGcFeatureNode* found = Find(entry);
-        if (found == nullptr) {
+        if (!found) {
             return PxnErrNotFound;
         }
         ErrorOwner error;
@@ -212,7 +211,7 @@ public:
 
     PxnError GetEnumEntry(const char* entry, PxnFeatureEnumEntry& description) override {
         ArvGcFeatureNode* found = Find(entry);
-        if (found == nullptr) {
+        if (!found) {
             return PxnErrNotFound;
         }
         ErrorOwner error;
@@ -232,7 +231,7 @@ private:
 
     std::vector<ArvGcFeatureNode*> Entries() const {
         std::vector<ArvGcFeatureNode*> entries;
-        for (const GSList* item = arv_gc_enumeration_get_entries(Enumeration()); item != nullptr;
+        for (const GSList* item = arv_gc_enumeration_get_entries(Enumeration()); item;
              item = item->next) {
             entries.push_back(ARV_GC_FEATURE_NODE(item->data));
         }
@@ -250,7 +249,7 @@ private:
         return nullptr;
     }
 
-    TextPool& texts;
+    skeleton::TextPool& texts;
 };
 
 class StringNodeFeature : public NodeFeature {
@@ -263,15 +262,15 @@ public:
         }
         ErrorOwner error;
         const char* text = arv_gc_string_get_value(ARV_GC_STRING(node), error.Receive());
-        value = text != nullptr ? text : "";
+        value = text ? text : "";
         return ToResult(error);
     }
 
     PxnError SetString(const char* value) override {
-        if (const PxnError refused = RequireWriteable()) {
+        if (const PxnError refused = RequireWritable()) {
             return refused;
         }
-        uint32_t maxLength = 0;
+        std::uint32_t maxLength = 0;
         if (const PxnError failed = GetStringMaxLength(maxLength)) {
             return failed;
         }
@@ -283,10 +282,10 @@ public:
         return ToResult(error);
     }
 
-    PxnError GetStringMaxLength(uint32_t& maxLength) override {
+    PxnError GetStringMaxLength(std::uint32_t& maxLength) override {
         ErrorOwner error;
         const gint64 length = arv_gc_string_get_max_length(ARV_GC_STRING(node), error.Receive());
-        maxLength = static_cast<uint32_t>(std::clamp<gint64>(length, 0, G_MAXINT32));
+        maxLength = static_cast<std::uint32_t>(std::clamp<gint64>(length, 0, G_MAXINT32));
         return ToResult(error);
     }
 };
@@ -305,7 +304,7 @@ public:
     }
 
     PxnError SetBool(bool value) override {
-        if (const PxnError refused = RequireWriteable()) {
+        if (const PxnError refused = RequireWritable()) {
             return refused;
         }
         ErrorOwner error;
@@ -319,7 +318,7 @@ public:
     using NodeFeature::NodeFeature;
 
     PxnError Run() override {
-        if (const PxnError refused = RequireWriteable()) {
+        if (const PxnError refused = RequireWritable()) {
             return refused;
         }
         ErrorOwner error;
@@ -327,20 +326,26 @@ public:
         return ToResult(error);
     }
 
+    bool IsStartOrStop() const override {
+        static constexpr std::string_view kNames[] = {"AcquisitionStart", "AcquisitionStop",
+                                                      "AcquisitionAbort"};
+        return std::find(std::begin(kNames), std::end(kNames), Name()) != std::end(kNames);
+    }
+
     PxnError IsDone(bool& done) override {
-        // A description names a polling time for the commands that take theirs; every other one
-        // is done when the camera has acknowledged the write.
+        // Descriptions give a polling time to commands that take a while; any other command is done
+        // when the camera has acknowledged the write.
         ArvGcPropertyNode* link = FindProperty(node, "pValue");
-        ArvGcNode* value = link != nullptr ? arv_gc_property_node_get_linked_node(link) : nullptr;
+        ArvGcNode* value = link ? arv_gc_property_node_get_linked_node(link) : nullptr;
         done = true;
-        if (Info().pollingTime == 0 || value == nullptr || !ARV_IS_GC_INTEGER(value) ||
+        if (Info().pollingTime == 0 || !value || !ARV_IS_GC_INTEGER(value) ||
             StaticAccessMode(ARV_GC_FEATURE_NODE(value)) != ARV_GC_ACCESS_MODE_RW) {
             return PxnErrSuccess;
         }
         ErrorOwner error;
         const gint64 present = arv_gc_integer_get_value(ARV_GC_INTEGER(value), error.Receive());
         ArvGcPropertyNode* start = FindProperty(node, "CommandValue");
-        if (!error && start != nullptr) {
+        if (!error && start) {
             done = present != arv_gc_property_node_get_int64(start, error.Receive());
         }
         return ToResult(error);
@@ -352,7 +357,7 @@ public:
     using NodeFeature::NodeFeature;
 
     PxnError GetRaw(std::vector<char>& bytes) override {
-        uint32_t length = 0;
+        std::uint32_t length = 0;
         if (const PxnError refused = RequireReadable()) {
             return refused;
         }
@@ -365,9 +370,9 @@ public:
         return ToResult(error);
     }
 
-    PxnError SetRaw(const char* bytes, uint32_t size) override {
-        uint32_t length = 0;
-        if (const PxnError refused = RequireWriteable()) {
+    PxnError SetRaw(const char* bytes, std::uint32_t size) override {
+        std::uint32_t length = 0;
+        if (const PxnError refused = RequireWritable()) {
             return refused;
         }
         if (const PxnError failed = GetRawLength(length)) {
@@ -381,60 +386,60 @@ public:
         return ToResult(error);
     }
 
-    PxnError GetRawLength(uint32_t& length) override {
+    PxnError GetRawLength(std::uint32_t& length) override {
         ErrorOwner error;
         const guint64 bytes = arv_gc_register_get_length(ARV_GC_REGISTER(node), error.Receive());
-        length = static_cast<uint32_t>(std::min<guint64>(bytes, G_MAXINT32));
+        length = static_cast<std::uint32_t>(std::min<guint64>(bytes, G_MAXINT32));
         return ToResult(error);
     }
 };
 
 } // namespace
 
-std::unique_ptr<Feature> MakeNodeFeature(TextPool& texts, ArvGcFeatureNode* node,
-                                         const std::string& category, bool writeable) {
+std::unique_ptr<Feature> MakeNodeFeature(skeleton::TextPool& texts, ArvGcFeatureNode* node,
+                                         const std::string& category) {
     if (ARV_IS_GC_CATEGORY(node) || ARV_IS_GC_PORT(node)) {
         return nullptr;
     }
     PxnFeatureInfo info = DescribeNode(texts, node, category.c_str());
     const auto unit = [&texts](const char* text) {
-        return texts.Intern(text != nullptr ? text : "");
+        return texts.Intern(text ? text : "");
     };
-    // Enumerations and register-backed numbers answer to several of these questions, so the order
+    // Enumerations and register-backed numbers implement several of these interfaces, so the order
     // matters.
     if (ARV_IS_GC_COMMAND(node)) {
         info.featureDataType = PxnFeatureDataCommand;
-        return std::make_unique<CommandNodeFeature>(info, node, writeable);
+        return std::make_unique<CommandNodeFeature>(info, node);
     }
     if (ARV_IS_GC_ENUMERATION(node)) {
         info.featureDataType = PxnFeatureDataEnum;
-        return std::make_unique<EnumNodeFeature>(info, node, writeable, texts);
+        return std::make_unique<EnumNodeFeature>(info, node, texts);
     }
     if (ARV_IS_GC_BOOLEAN(node)) {
         info.featureDataType = PxnFeatureDataBool;
-        return std::make_unique<BoolNodeFeature>(info, node, writeable);
+        return std::make_unique<BoolNodeFeature>(info, node);
     }
     if (ARV_IS_GC_STRING(node)) {
         info.featureDataType = PxnFeatureDataString;
-        return std::make_unique<StringNodeFeature>(info, node, writeable);
+        return std::make_unique<StringNodeFeature>(info, node);
     }
     if (ARV_IS_GC_FLOAT(node)) {
         info.featureDataType = PxnFeatureDataFloat;
         info.unit = unit(arv_gc_float_get_unit(ARV_GC_FLOAT(node)));
         info.representation =
             texts.Intern(RepresentationName(arv_gc_float_get_representation(ARV_GC_FLOAT(node))));
-        return std::make_unique<FloatNodeFeature>(info, node, writeable);
+        return std::make_unique<FloatNodeFeature>(info, node);
     }
     if (ARV_IS_GC_INTEGER(node)) {
         info.featureDataType = PxnFeatureDataInt;
         info.unit = unit(arv_gc_integer_get_unit(ARV_GC_INTEGER(node)));
         info.representation = texts.Intern(
             RepresentationName(arv_gc_integer_get_representation(ARV_GC_INTEGER(node))));
-        return std::make_unique<IntNodeFeature>(info, node, writeable);
+        return std::make_unique<IntNodeFeature>(info, node);
     }
     if (ARV_IS_GC_REGISTER(node)) {
         info.featureDataType = PxnFeatureDataRaw;
-        return std::make_unique<RawNodeFeature>(info, node, writeable);
+        return std::make_unique<RawNodeFeature>(info, node);
     }
     return nullptr;
 }

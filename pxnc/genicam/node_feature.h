@@ -2,7 +2,7 @@
 #pragma once
 
 #include "pxnc/genicam/feature.h"
-#include "pxnc/genicam/text_pool.h"
+#include "pxnc/skeleton/text_pool.h"
 
 #include <arv.h>
 
@@ -11,9 +11,9 @@
 namespace genicam {
 
 /// Makes the feature for one node of the description, or null for a node that is none (a category,
-/// a port, a structure). `category` is the path under which it is listed; `writeable` is false for
-/// a camera opened for reading only. The node must outlive the feature.
-std::unique_ptr<Feature> MakeNodeFeature(TextPool& texts, ArvGcFeatureNode* node,
-                                         const std::string& category, bool writeable);
+/// a port, a structure). `category` is the path under which it is listed. The node must outlive
+/// the feature.
+std::unique_ptr<Feature> MakeNodeFeature(skeleton::TextPool& texts, ArvGcFeatureNode* node,
+                                         const std::string& category);
 
 } // namespace genicam

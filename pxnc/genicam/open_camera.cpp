@@ -1,3 +1,4 @@
+// open_camera.cpp - the modules of one open camera
 #include "pxnc/genicam/open_camera.h"
 
 #include "pxnc/genicam/feature_tree.h"
@@ -5,16 +6,71 @@
 #include "pxnc/genicam/stream_features.h"
 
 #include <utility>
-#include <vector>
 
 namespace genicam {
-
 namespace {
 
-Module::Features LocalDeviceFeatures(TextPool& texts, const CameraDevice& device,
+/// A camera, local device or stream module.
+class CameraModule : public Module {
+public:
+    /// `partnerHandle` is the module whose features may change with those of this one, or null.
+    /// Only camera and stream modules have a payload.
+    CameraModule(PxnHandle ownHandle, PxnHandle partnerHandle, ChangeWatch& changeWatch,
+                 std::shared_ptr<CameraDevice> cameraDevice,
+                 std::shared_ptr<FrameStream> cameraFrames, Features features)
+        : Module(std::move(features), cameraDevice->NodeMutex()),
+          handle(ownHandle),
+          partner(partnerHandle),
+          watch(changeWatch),
+          device(std::move(cameraDevice)),
+          frames(std::move(cameraFrames)) {}
+
+    void OnWritten(const char* name) override { Search(name); }
+    void OnCaptureChanged() override { Search(nullptr); }
+    void OnWatched(const char* name) override { watch.OnWatched(handle, *this, name); }
+
+    PxnError GetPayloadSize(std::uint32_t& bytes) override {
+        return frames ? device->GetPayloadSize(bytes) : PxnError{PxnErrBadHandle};
+    }
+    PxnError ReadMemory(std::uint64_t address, char* buffer, std::uint32_t size,
+                        std::uint32_t& done) override {
+        if (size == 0) {
+            return PxnErrBadParameter;
+        }
+        const PxnError result = device->ReadMemory(address, size, buffer);
+        done = result == PxnErrSuccess ? size : 0;
+        return result;
+    }
+    PxnError WriteMemory(std::uint64_t address, const char* bytes, std::uint32_t size,
+                         std::uint32_t& done) override {
+        if (size == 0) {
+            return PxnErrBadParameter;
+        }
+        const PxnError result = device->WriteMemory(address, size, bytes);
+        done = result == PxnErrSuccess ? size : 0;
+        return result;
+    }
+
+private:
+    void Search(const char* written) {
+        watch.Search(handle, written);
+        if (partner) {
+            watch.Search(partner);
+        }
+    }
+
+    const PxnHandle handle;
+    const PxnHandle partner;
+    ChangeWatch& watch;
+    // What the features read from.
+    const std::shared_ptr<CameraDevice> device;
+    const std::shared_ptr<FrameStream> frames;
+};
+
+Module::Features LocalDeviceFeatures(skeleton::TextPool& texts, const CameraDevice& device,
                                      const CameraIdentity& identity) {
     constexpr char kCategory[] = "/DeviceInformation";
-    const bool isGigE = device.Where().protocol == Protocol::GigEVision;
+    const bool isGigE = device.Where().protocol == Protocol::kGigEVision;
     Module::Features features;
     LocalFeatures add(texts, features);
     add.AddText({"DeviceID", kCategory, "ID", "Unique identifier of the device."}, identity.id);
@@ -29,15 +85,15 @@ Module::Features LocalDeviceFeatures(TextPool& texts, const CameraDevice& device
         identity.displayName);
     add.AddEnum({"DeviceType", kCategory, "Type", "Technology that reaches the device."},
                 {{"GEV", PxnTransportLayerGEV}, {"U3V", PxnTransportLayerU3V}},
-                [isGigE](int64_t& value) {
+                [isGigE](std::int64_t& value) {
                     value = isGigE ? PxnTransportLayerGEV : PxnTransportLayerU3V;
                     return PxnErrSuccess;
                 });
-    const bool writeable = device.IsWriteable();
+    const bool writable = device.IsWritable();
     add.AddEnum({"DeviceAccessStatus", kCategory, "Access Status",
                  "How the device is open in this process."},
-                {{"OpenReadWrite", 0}, {"OpenReadOnly", 1}}, [writeable](int64_t& value) {
-                    value = writeable ? 0 : 1;
+                {{"OpenReadWrite", 0}, {"OpenReadOnly", 1}}, [writable](std::int64_t& value) {
+                    value = writable ? 0 : 1;
                     return PxnErrSuccess;
                 });
     if (isGigE) {
@@ -50,38 +106,38 @@ Module::Features LocalDeviceFeatures(TextPool& texts, const CameraDevice& device
 
 } // namespace
 
-OpenCamera AddCameraModules(TextPool& texts, HandleTable& handles,
-                            std::shared_ptr<CameraDevice> device, const CameraIdentity& identity,
-                            bool packetResend) {
-    OpenCamera open;
-    open.camera = handles.Reserve();
-    open.localDevice = handles.Reserve();
-    open.stream = handles.Reserve();
-    open.frames = std::make_shared<FrameStream>(device, open.camera, open.stream, packetResend);
+OpenedCamera AddCameraModules(skeleton::Backend& backend, ChangeWatch& watch,
+                              const std::shared_ptr<CameraDevice>& device,
+                              const std::shared_ptr<FrameStream>& frames,
+                              const CameraIdentity& identity) {
+    skeleton::TextPool& texts = backend.Texts();
+    skeleton::HandleTable& handles = backend.Handles();
+    OpenedCamera opened;
+    opened.camera = handles.Reserve();
+    opened.localDevice = handles.Reserve();
+    opened.stream = handles.Reserve();
+    opened.device = device;
+    opened.frames = frames;
+    opened.chunkReaders = std::make_shared<ChunkReaders>(backend, device);
+    frames->Open(opened.camera, opened.stream);
 
-    open.chunkReaders = std::make_shared<ChunkReaders>(device);
-
+    const auto add = [&](PxnHandle handle, PxnHandle partner,
+                         const std::shared_ptr<FrameStream>& ownFrames, Module::Features features) {
+        auto module = std::make_shared<CameraModule>(handle, partner, watch, device, ownFrames,
+                                                     std::move(features));
+        handles.Put(handle, {std::move(module), ownFrames, device->LostFlag(),
+                             handle == opened.camera, device->IsWritable()});
+    };
     Module::Features cameraFeatures;
     {
         const platform::MutexLock lock(*device->NodeMutex());
-        AppendDescribedFeatures(texts, device->Description(), device->IsWriteable(),
-                                cameraFeatures);
-        AppendStandardTiming(texts, device->Camera(), device->IsWriteable(), cameraFeatures);
+        AppendDescribedFeatures(texts, device->Description(), cameraFeatures);
+        AppendStandardTiming(texts, device->Camera(), cameraFeatures);
     }
-    const auto& mutex = device->NodeMutex();
-    auto camera = std::make_shared<Module>(open.camera, mutex, std::move(cameraFeatures));
-    camera->Attach(device, open.frames, {open.stream});
-    auto localDevice = std::make_shared<Module>(open.localDevice, mutex,
-                                                LocalDeviceFeatures(texts, *device, identity));
-    localDevice->Attach(device, nullptr, {});
-    auto stream = std::make_shared<Module>(open.stream, mutex,
-                                           MakeStreamFeatures(texts, *device, *open.frames));
-    stream->Attach(device, open.frames, {open.camera});
-    handles.Add(std::move(camera));
-    handles.Add(std::move(localDevice));
-    handles.Add(std::move(stream));
-    open.device = std::move(device);
-    return open;
+    add(opened.camera, opened.stream, frames, std::move(cameraFeatures));
+    add(opened.localDevice, nullptr, nullptr, LocalDeviceFeatures(texts, *device, identity));
+    add(opened.stream, opened.camera, frames, MakeStreamFeatures(texts, *device, *frames));
+    return opened;
 }
 
 } // namespace genicam

@@ -2,17 +2,17 @@
 #pragma once
 
 #include "pxnc/genicam/camera_device.h"
+#include "pxnc/genicam/change_watch.h"
 #include "pxnc/genicam/chunk_access.h"
 #include "pxnc/genicam/frame_stream.h"
-#include "pxnc/genicam/handle_table.h"
-#include "pxnc/genicam/text_pool.h"
+#include "pxnc/skeleton/backend.h"
 
 #include <memory>
 #include <string>
 
 namespace genicam {
 
-/// What the local device module says about the camera.
+/// How the local device module identifies the camera.
 struct CameraIdentity {
     std::string id;
     std::string vendor;
@@ -21,8 +21,8 @@ struct CameraIdentity {
     std::string displayName;
 };
 
-/// The handles of an open camera and what is behind them.
-struct OpenCamera {
+/// The handles of an open camera and what they refer to.
+struct OpenedCamera {
     PxnHandle camera = nullptr;
     PxnHandle localDevice = nullptr;
     PxnHandle stream = nullptr;
@@ -31,9 +31,10 @@ struct OpenCamera {
     std::shared_ptr<ChunkReaders> chunkReaders;
 };
 
-/// Makes the camera, local device and stream modules and puts them into the table.
-OpenCamera AddCameraModules(TextPool& texts, HandleTable& handles,
-                            std::shared_ptr<CameraDevice> device, const CameraIdentity& identity,
-                            bool packetResend);
+/// Makes the camera, local device and stream modules and adds their handles.
+OpenedCamera AddCameraModules(skeleton::Backend& backend, ChangeWatch& watch,
+                              const std::shared_ptr<CameraDevice>& device,
+                              const std::shared_ptr<FrameStream>& frames,
+                              const CameraIdentity& identity);
 
 } // namespace genicam

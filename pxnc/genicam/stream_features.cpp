@@ -1,3 +1,4 @@
+// stream_features.cpp - the features of a camera's stream module
 #include "pxnc/genicam/stream_features.h"
 
 #include "pxnc/genicam/configuration.h"
@@ -7,7 +8,6 @@
 #include <limits>
 
 namespace genicam {
-
 namespace {
 
 constexpr char kInformation[] = "/StreamInformation";
@@ -16,40 +16,36 @@ constexpr char kStatistics[] = "/Statistics";
 constexpr char kTransport[] = "/GVSPControl";
 
 void AddCount(LocalFeatures& add, const LocalDescription& description, const FrameStream& frames,
-              int64_t FrameStream::Statistics::*member) {
-    add.AddInt(description, {0, std::numeric_limits<int64_t>::max(), 1},
-               [&frames, member](int64_t& value) {
+              std::int64_t FrameStream::Statistics::*member) {
+    add.AddInt(description, {0, std::numeric_limits<std::int64_t>::max(), 1},
+               [&frames, member](std::int64_t& value) {
                    value = frames.GetStatistics().*member;
                    return PxnErrSuccess;
                });
 }
 
-void AddPacketFeatures(LocalFeatures& add, ArvGvDevice* gigE, bool writeable, FrameStream& frames) {
-    LocalFeatures::Writer<int64_t> writePacketSize;
-    if (writeable) {
-        writePacketSize = [gigE](const int64_t& value) {
-            ErrorOwner error;
-            arv_gv_device_set_packet_size(gigE, static_cast<gint>(value), error.Receive());
-            return ToResult(error);
-        };
-        add.AddCommand({"GVSPAdjustPacketSize", kTransport, "Adjust Packet Size",
-                        "Finds the largest packet that reaches this machine and uses it."},
-                       [gigE] {
-                           ErrorOwner error;
-                           arv_gv_device_auto_packet_size(gigE, error.Receive());
-                           return ToResult(error);
-                       });
-    }
+void AddPacketFeatures(LocalFeatures& add, ArvGvDevice* gigE, FrameStream& frames) {
+    add.AddCommand({"GVSPAdjustPacketSize", kTransport, "Adjust Packet Size",
+                    "Finds the largest packet that reaches this machine and uses it."},
+                   [gigE] {
+                       ErrorOwner error;
+                       arv_gv_device_auto_packet_size(gigE, error.Receive());
+                       return ToResult(error);
+                   });
     add.AddInt(
         {"GVSPPacketSize", kTransport, "Packet Size", "Size of a stream packet with its headers.",
          PxnVisibilityBeginner, "B"},
         {kLeastPacketSize, kGreatestPacketSize, 1},
-        [gigE](int64_t& value) {
+        [gigE](std::int64_t& value) {
             ErrorOwner error;
             value = arv_gv_device_get_packet_size(gigE, error.Receive());
             return ToResult(error);
         },
-        std::move(writePacketSize));
+        [gigE](const std::int64_t& value) {
+            ErrorOwner error;
+            arv_gv_device_set_packet_size(gigE, static_cast<gint>(value), error.Receive());
+            return ToResult(error);
+        });
     add.AddBool(
         {"GVSPPacketResend", kTransport, "Packet Resend",
          "Asks the camera again for packets that were lost; holds from the next start of "
@@ -68,13 +64,13 @@ void AddPacketFeatures(LocalFeatures& add, ArvGvDevice* gigE, bool writeable, Fr
          "Room in the kernel for packets that wait, 0 for one that fits the payload; holds "
          "from the next start of the capture on.",
          PxnVisibilityExpert, "B"},
-        {0, std::numeric_limits<int32_t>::max(), 1},
-        [&frames](int64_t& value) {
+        {0, std::numeric_limits<std::int32_t>::max(), 1},
+        [&frames](std::int64_t& value) {
             value = frames.GetSocketBufferSize();
             return PxnErrSuccess;
         },
-        [&frames](const int64_t& value) {
-            frames.SetSocketBufferSize(static_cast<uint32_t>(value));
+        [&frames](const std::int64_t& value) {
+            frames.SetSocketBufferSize(static_cast<std::uint32_t>(value));
             return PxnErrSuccess;
         });
     AddCount(add,
@@ -89,26 +85,27 @@ void AddPacketFeatures(LocalFeatures& add, ArvGvDevice* gigE, bool writeable, Fr
 
 } // namespace
 
-Module::Features MakeStreamFeatures(TextPool& texts, CameraDevice& device, FrameStream& frames) {
+Module::Features MakeStreamFeatures(skeleton::TextPool& texts, CameraDevice& device,
+                                    FrameStream& frames) {
     Module::Features features;
     LocalFeatures add(texts, features);
-    const bool isGigE = device.Where().protocol == Protocol::GigEVision;
+    const bool isGigE = device.Where().protocol == Protocol::kGigEVision;
     add.AddText({"StreamID", kInformation, "ID", "Identifier of the stream."}, "Stream0");
     add.AddEnum({"StreamType", kInformation, "Type", "Technology of the stream."},
                 {{"GEV", PxnTransportLayerGEV}, {"U3V", PxnTransportLayerU3V}},
-                [isGigE](int64_t& value) {
+                [isGigE](std::int64_t& value) {
                     value = isGigE ? PxnTransportLayerGEV : PxnTransportLayerU3V;
                     return PxnErrSuccess;
                 });
     add.AddBool({"StreamIsGrabbing", kHandling, "Is Grabbing", "Whether the capture runs."},
                 [&frames](bool& value) {
-                    value = frames.GetStatistics().isCapturing;
+                    value = frames.IsCapturing();
                     return PxnErrSuccess;
                 });
     add.AddInt({"PayloadSize", kHandling, "Payload Size", "Bytes of one frame.",
                 PxnVisibilityBeginner, "B"},
-               {0, std::numeric_limits<uint32_t>::max(), 1}, [&device](int64_t& value) {
-                   uint32_t size = 0;
+               {0, std::numeric_limits<std::uint32_t>::max(), 1}, [&device](std::int64_t& value) {
+                   std::uint32_t size = 0;
                    const PxnError result = device.GetPayloadSize(size);
                    value = size;
                    return result;
@@ -134,7 +131,7 @@ Module::Features MakeStreamFeatures(TextPool& texts, CameraDevice& device, Frame
               "Frames that came while none was queued."},
              frames, &FrameStream::Statistics::lost);
     if (ArvGvDevice* gigE = device.GigEDevice()) {
-        AddPacketFeatures(add, gigE, device.IsWriteable(), frames);
+        AddPacketFeatures(add, gigE, frames);
     }
     return features;
 }

@@ -4,11 +4,12 @@
 #include "pxnc/genicam/camera_device.h"
 #include "pxnc/genicam/frame_stream.h"
 #include "pxnc/genicam/module.h"
-#include "pxnc/genicam/text_pool.h"
+#include "pxnc/skeleton/text_pool.h"
 
 namespace genicam {
 
 /// Device and frames must outlive the features.
-Module::Features MakeStreamFeatures(TextPool& texts, CameraDevice& device, FrameStream& frames);
+Module::Features MakeStreamFeatures(skeleton::TextPool& texts, CameraDevice& device,
+                                    FrameStream& frames);
 
 } // namespace genicam

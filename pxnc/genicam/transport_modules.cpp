@@ -1,17 +1,19 @@
+// transport_modules.cpp - the transport layers and the interfaces below them
 #include "pxnc/genicam/transport_modules.h"
 
 #include "pxnc/genicam/local_feature.h"
+#include "pxnc/genicam/module.h"
 
 #include <algorithm>
 #include <arv.h>
 #include <memory>
+#include <utility>
 
 namespace genicam {
-
 namespace {
 
 constexpr char kUsbInterfaceId[] = "USB";
-constexpr int64_t kGreatestAddress = 0xFFFFFFFF;
+constexpr std::int64_t kGreatestAddress = 0xFFFFFFFF;
 
 const std::vector<LocalFeatures::Entry>& TypeEntries() {
     static const std::vector<LocalFeatures::Entry> entries = {{"GEV", PxnTransportLayerGEV},
@@ -19,17 +21,17 @@ const std::vector<LocalFeatures::Entry>& TypeEntries() {
     return entries;
 }
 
-LocalFeatures::Reader<int64_t> Constant(int64_t constant) {
-    return [constant](int64_t& value) {
+LocalFeatures::Reader<std::int64_t> Constant(std::int64_t constant) {
+    return [constant](std::int64_t& value) {
         value = constant;
         return PxnErrSuccess;
     };
 }
 
 /// Reads one number of the network interface `name` as it is now.
-LocalFeatures::Reader<int64_t> LiveNumber(const std::string& name,
-                                          int64_t (*pick)(const NetworkInterface&)) {
-    return [name, pick](int64_t& value) -> PxnError {
+LocalFeatures::Reader<std::int64_t> LiveNumber(const std::string& name,
+                                               std::int64_t (*pick)(const NetworkInterface&)) {
+    return [name, pick](std::int64_t& value) -> PxnError {
         for (const NetworkInterface& candidate : ListNetworkInterfaces()) {
             if (candidate.name == name) {
                 value = pick(candidate);
@@ -46,23 +48,23 @@ void AddNetworkFeatures(LocalFeatures& add, const std::string& name) {
                 "Hardware address of the network interface.", PxnVisibilityExpert, "",
                 "MACAddress"},
                {0, 0xFFFFFFFFFFFF, 1}, LiveNumber(name, [](const NetworkInterface& present) {
-                   return static_cast<int64_t>(present.hardwareAddress);
+                   return static_cast<std::int64_t>(present.hardwareAddress);
                }));
     add.AddInt({"GevInterfaceSubnetIPAddress", kCategory, "IP Address",
                 "Address of the network interface.", PxnVisibilityBeginner, "", "IPV4Address"},
                {0, kGreatestAddress, 1}, LiveNumber(name, [](const NetworkInterface& present) {
-                   return int64_t{present.address};
+                   return std::int64_t{present.address};
                }));
     add.AddInt({"GevInterfaceSubnetMask", kCategory, "Subnet Mask",
                 "Subnet mask of the network interface.", PxnVisibilityBeginner, "", "IPV4Address"},
                {0, kGreatestAddress, 1}, LiveNumber(name, [](const NetworkInterface& present) {
-                   return int64_t{present.mask};
+                   return std::int64_t{present.mask};
                }));
 }
 
 } // namespace
 
-TransportModules::TransportModules(TextPool& textPool, HandleTable& handleTable,
+TransportModules::TransportModules(skeleton::TextPool& textPool, skeleton::HandleTable& handleTable,
                                    const Configuration& configuration)
     : texts(textPool), handles(handleTable), allowedInterfaces(configuration.interfaces) {
     const platform::MutexLock lock(mutex);
@@ -73,7 +75,7 @@ TransportModules::TransportModules(TextPool& textPool, HandleTable& handleTable,
     }
 }
 
-void TransportModules::AddLayer(uint32_t type) {
+void TransportModules::AddLayer(std::uint32_t type) {
     const bool isGigE = type == PxnTransportLayerGEV;
     const std::string name = isGigE ? "GigE Vision" : "USB3 Vision";
     const std::string version = std::to_string(arv_get_major_version()) + "." +
@@ -87,7 +89,6 @@ void TransportModules::AddLayer(uint32_t type) {
     info.transportLayerVendor = texts.Intern("Aravis");
     info.transportLayerVersion = texts.Intern(version);
     info.transportLayerPath = texts.Intern("");
-    info.transportLayerHandle = handles.Reserve();
     info.transportLayerType = type;
 
     constexpr char kCategory[] = "/SystemInformation";
@@ -106,8 +107,7 @@ void TransportModules::AddLayer(uint32_t type) {
                 info.transportLayerName);
     add.AddEnum({"TLType", kCategory, "Type", "Technology of the transport layer."}, TypeEntries(),
                 Constant(type));
-    handles.Add(std::make_shared<Module>(info.transportLayerHandle,
-                                         std::make_shared<platform::Mutex>(), std::move(features)));
+    info.transportLayerHandle = handles.Add({std::make_shared<Module>(std::move(features))});
     layers.push_back(info);
 }
 
@@ -117,7 +117,6 @@ PxnHandle TransportModules::AddInterface(const PxnTransportLayerInfo& layer, con
     info.interfaceIdString = texts.Intern(id);
     info.interfaceType = layer.transportLayerType;
     info.interfaceName = texts.Intern(displayName);
-    info.interfaceHandle = handles.Reserve();
     info.transportLayerHandle = layer.transportLayerHandle;
 
     constexpr char kCategory[] = "/InterfaceInformation";
@@ -132,8 +131,7 @@ PxnHandle TransportModules::AddInterface(const PxnTransportLayerInfo& layer, con
     if (layer.transportLayerType == PxnTransportLayerGEV) {
         AddNetworkFeatures(add, id);
     }
-    handles.Add(std::make_shared<Module>(info.interfaceHandle, std::make_shared<platform::Mutex>(),
-                                         std::move(features)));
+    info.interfaceHandle = handles.Add({std::make_shared<Module>(std::move(features))});
     interfaceInfos.push_back(info);
     return info.interfaceHandle;
 }
@@ -141,19 +139,19 @@ PxnHandle TransportModules::AddInterface(const PxnTransportLayerInfo& layer, con
 void TransportModules::Update(const std::vector<NetworkInterface>& interfaces) {
     for (const NetworkInterface& present : interfaces) {
         if (IsAllowed(present.name)) {
-            InterfaceOf(Protocol::GigEVision, present.name);
+            InterfaceOf(Protocol::kGigEVision, present.name);
         }
     }
 }
 
 PxnHandle TransportModules::LayerOf(Protocol protocol) const {
     const platform::MutexLock lock(mutex);
-    return protocol == Protocol::GigEVision ? layers.front().transportLayerHandle
-                                            : layers.back().transportLayerHandle;
+    return protocol == Protocol::kGigEVision ? layers.front().transportLayerHandle
+                                             : layers.back().transportLayerHandle;
 }
 
 PxnHandle TransportModules::InterfaceOf(Protocol protocol, const std::string& interfaceName) {
-    const bool isGigE = protocol == Protocol::GigEVision;
+    const bool isGigE = protocol == Protocol::kGigEVision;
     const std::string id = isGigE ? interfaceName : kUsbInterfaceId;
     const platform::MutexLock lock(mutex);
     for (const PxnInterfaceInfo& candidate : interfaceInfos) {

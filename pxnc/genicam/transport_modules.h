@@ -3,9 +3,9 @@
 
 #include "platform/mutex.h"
 #include "pxnc/genicam/configuration.h"
-#include "pxnc/genicam/handle_table.h"
 #include "pxnc/genicam/network_interfaces.h"
-#include "pxnc/genicam/text_pool.h"
+#include "pxnc/skeleton/handle_table.h"
+#include "pxnc/skeleton/text_pool.h"
 
 #include <string>
 #include <vector>
@@ -14,15 +14,15 @@ namespace genicam {
 
 /// How a camera is reached.
 enum class Protocol {
-    GigEVision,
-    Usb3Vision,
+    kGigEVision,
+    kUsb3Vision,
 };
 
 /// The modules "GigE Vision" and "USB3 Vision" with one interface module per network interface and
 /// one for USB. Modules appear as network interfaces do and stay until the end. Any thread.
 class TransportModules {
 public:
-    TransportModules(TextPool& textPool, HandleTable& handleTable,
+    TransportModules(skeleton::TextPool& textPool, skeleton::HandleTable& handleTable,
                      const Configuration& configuration);
 
     /// Adds the network interfaces that have come up since the last time.
@@ -38,12 +38,12 @@ public:
     std::vector<PxnInterfaceInfo> Interfaces() const;
 
 private:
-    void AddLayer(uint32_t type) REQUIRES(mutex);
+    void AddLayer(std::uint32_t type) REQUIRES(mutex);
     PxnHandle AddInterface(const PxnTransportLayerInfo& layer, const std::string& id,
                            const std::string& displayName) REQUIRES(mutex);
 
-    TextPool& texts;
-    HandleTable& handles;
+    skeleton::TextPool& texts;
+    skeleton::HandleTable& handles;
     const std::vector<std::string> allowedInterfaces;
     mutable platform::Mutex mutex;
     std::vector<PxnTransportLayerInfo> layers GUARDED_BY(mutex);

@@ -61,9 +61,9 @@ void CameraFixture::Open() {
     localDevice = info.localDeviceHandle;
 }
 
-void CameraFixture::Close() {
-    if (camera != nullptr) {
-        EXPECT_EQ(Sdk().CameraClose(camera), PxnErrSuccess);
+void CameraFixture::Close(PxnError expected) {
+    if (camera) {
+        EXPECT_EQ(Sdk().CameraClose(camera), expected);
     }
     ForgetHandles();
 }

@@ -30,7 +30,8 @@ protected:
     static bool WaitUntilListed();
 
     void Open();
-    void Close();
+    /// `expected` is PxnErrBadHandle for a camera that has vanished.
+    void Close(PxnError expected = PxnErrSuccess);
     /// Starts the library with a short time between searches.
     static void StartLibrary();
     /// Forgets handles that a shutdown has closed.

@@ -40,6 +40,8 @@ TEST_F(DescriptionTest, ListsFeaturesInTheirOrderUnderNestedCategories) {
         "/ImageFormatControl/PixelFormat",
         "/AcquisitionControl/AcquisitionStart",
         "/AcquisitionControl/AcquisitionStop",
+        "/AcquisitionControl/AcquisitionAbort",
+        "/AcquisitionControl/IdleInt",
         "/AcquisitionControl/ExposureTime",
         "/TransportLayerControl/PayloadSize",
         "/TransportLayerControl/TLParamsLocked",

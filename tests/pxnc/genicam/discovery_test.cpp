@@ -112,7 +112,7 @@ TEST_F(DiscoveryTest, EndsAWaitWhenTheCameraVanishes) {
     EXPECT_EQ(result, PxnErrNotAvailable);
     EXPECT_TRUE(log.WaitFor("Missing " + Fake().ExtendedId()));
 
-    // The handles are dead, clearing up works all the same, and closing succeeds.
+    // The handles are dead, but clearing up and closing do their work all the same.
     int64_t value = 0;
     char bytes[4] = {};
     uint32_t done = 0;
@@ -129,8 +129,8 @@ TEST_F(DiscoveryTest, EndsAWaitWhenTheCameraVanishes) {
     EXPECT_EQ(Sdk().CaptureEnd(camera), PxnErrBadHandle);
     EXPECT_EQ(Sdk().CaptureQueueFlush(camera), PxnErrBadHandle);
     EXPECT_EQ(Sdk().FrameRevokeAll(camera), PxnErrBadHandle);
-    EXPECT_EQ(Sdk().FrameRevoke(camera, frames.At(0)), PxnErrNotFound);
-    Close();
+    EXPECT_EQ(Sdk().FrameRevoke(camera, frames.At(0)), PxnErrBadHandle);
+    Close(PxnErrBadHandle);
     Fake().Restart();
 }
 
@@ -154,7 +154,7 @@ TEST_F(DiscoveryTest, SurvivesACameraThatVanishesWhileItSends) {
     PxnHandle handle = nullptr;
     EXPECT_EQ(Sdk().CameraOpen(Fake().ExtendedId().c_str(), PxnAccessModeFull, &handle),
               PxnErrInUse);
-    Close();
+    Close(PxnErrBadHandle);
     const std::size_t count = frames.Count();
     Open();
     int64_t width = 0;
@@ -172,11 +172,34 @@ TEST_F(DiscoveryTest, TakesRegistrationsOfAVanishedCameraBack) {
     ASSERT_EQ(Sdk().FeatureInvalidationRegister(camera, "Width", callback, nullptr), PxnErrSuccess);
     Fake().Kill();
     EXPECT_TRUE(log.WaitFor("Missing " + Fake().ExtendedId()));
-    EXPECT_EQ(Sdk().FeatureInvalidationUnregister(camera, "Width", callback), PxnErrSuccess);
+    EXPECT_EQ(Sdk().FeatureInvalidationUnregister(camera, "Width", callback), PxnErrBadHandle);
     EXPECT_EQ(Sdk().FeatureInvalidationRegister(camera, "Width", callback, nullptr),
               PxnErrBadHandle);
-    Close();
+    Close(PxnErrBadHandle);
     Fake().Restart();
+}
+
+TEST_F(DiscoveryTest, ClosesAVanishedCameraInsideTheEvent) {
+    Open();
+    struct Closing {
+        PxnHandle camera;
+        std::atomic<PxnError> result{1};
+    } closing{camera};
+    const PxnInvalidationCallback close = [](PxnHandle, const char*, void* context) {
+        auto& self = *static_cast<Closing*>(context);
+        self.result = SdkLibrary::Instance().CameraClose(self.camera);
+    };
+    ASSERT_EQ(Sdk().FeatureInvalidationRegister(PXN_SYSTEM_HANDLE, kEvent, close, &closing),
+              PxnErrSuccess);
+    Fake().Kill();
+    EXPECT_TRUE(support::WaitUntil([&] { return closing.result != 1; }, 30000));
+    EXPECT_EQ(closing.result, PxnErrBadHandle);
+    EXPECT_EQ(Sdk().FeatureInvalidationUnregister(PXN_SYSTEM_HANDLE, kEvent, close), PxnErrSuccess);
+    ForgetHandles();
+    Fake().Restart();
+    ASSERT_TRUE(WaitUntilListed());
+    Open();
+    Close();
 }
 
 TEST_F(DiscoveryTest, NoticesThatACameraOpenForReadingVanishes) {
@@ -188,7 +211,7 @@ TEST_F(DiscoveryTest, NoticesThatACameraOpenForReadingVanishes) {
     EXPECT_TRUE(log.WaitFor("Missing " + Fake().ExtendedId()));
     int64_t value = 0;
     EXPECT_EQ(Sdk().FeatureIntGet(handle, "Width", &value), PxnErrBadHandle);
-    EXPECT_EQ(Sdk().CameraClose(handle), PxnErrSuccess);
+    EXPECT_EQ(Sdk().CameraClose(handle), PxnErrBadHandle);
     Fake().Restart();
 }
 

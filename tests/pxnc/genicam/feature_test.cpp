@@ -217,16 +217,22 @@ TEST_F(FeatureTest, SavesAndLoadsSettings) {
     EXPECT_EQ(Sdk().FeatureFloatGet(camera, "ExposureTimeAbs", &exposure), PxnErrSuccess);
     EXPECT_EQ(exposure, 777);
 
-    // What the file cannot set does not keep the rest from being set.
-    directory.Write("settings.xml",
-                    "<PxnSettings><Feature name=\"Nobody\">1</Feature>"
-                    "<Feature name=\"Width\">512</Feature><Feature name=\"Height\">x</Feature>"
-                    "<Feature name=\"PixelFormat\">Mono8</Feature></PxnSettings>");
-    EXPECT_EQ(Sdk().SettingsLoad(camera, path.c_str(), nullptr, 0), PxnErrNotFound);
-    EXPECT_EQ(Sdk().FeatureIntGet(camera, "Width", &width), PxnErrSuccess);
-    EXPECT_EQ(width, 512);
-    EXPECT_EQ(Sdk().FeatureEnumGet(camera, "PixelFormat", &format), PxnErrSuccess);
-    EXPECT_STREQ(format, "Mono8");
+    // Loaded completely or not at all.
+    for (const char* refused :
+         {"<feature name=\"Nobody\" value=\"1\"/>", "<feature name=\"Height\" value=\"x\"/>",
+          "<feature name=\"Height\" value=\"0\"/>"}) {
+        directory.Write("settings.xml",
+                        std::string("<PxnSettings><feature name=\"Width\" value=\"512\"/>") +
+                            refused +
+                            "<feature name=\"PixelFormat\" value=\"Mono8\"/></PxnSettings>");
+        EXPECT_EQ(Sdk().SettingsLoad(camera, path.c_str(), nullptr, 0), PxnErrInvalidValue);
+        EXPECT_EQ(Sdk().FeatureIntGet(camera, "Width", &width), PxnErrSuccess);
+        EXPECT_EQ(width, 640) << refused;
+        EXPECT_EQ(Sdk().FeatureEnumGet(camera, "PixelFormat", &format), PxnErrSuccess);
+        EXPECT_STREQ(format, "RGB8") << refused;
+    }
+    ASSERT_EQ(Sdk().FeatureIntSet(camera, "Width", 512), PxnErrSuccess);
+    ASSERT_EQ(Sdk().FeatureEnumSet(camera, "PixelFormat", "Mono8"), PxnErrSuccess);
     ASSERT_EQ(Sdk().FeatureFloatSet(camera, "ExposureTimeAbs", 10000), PxnErrSuccess);
 }
 
@@ -238,15 +244,17 @@ TEST_F(FeatureTest, RefusesFilesThatAreNoSettings) {
         return Sdk().SettingsLoad(camera, path.c_str(), nullptr, 0);
     };
     directory.Write("other.xml", "<Something/>");
-    directory.Write("broken.xml", "<PxnSettings><Feature name=\"Width\">1</PxnSettings>");
-    directory.Write("nameless.xml", "<PxnSettings><Feature>1</Feature></PxnSettings>");
-    EXPECT_EQ(load("none.xml"), PxnErrIO);
+    directory.Write("broken.xml",
+                    "<PxnSettings><feature name=\"Width\" value=\"1\"></PxnSettings>");
+    directory.Write("nameless.xml", "<PxnSettings><feature value=\"1\"/></PxnSettings>");
+    EXPECT_EQ(load("none.xml"), PxnErrNotFound);
     EXPECT_EQ(load("other.xml"), PxnErrXml);
     EXPECT_EQ(load("broken.xml"), PxnErrXml);
     EXPECT_EQ(load("nameless.xml"), PxnErrXml);
     EXPECT_EQ(Sdk().SettingsLoad(camera, nullptr, nullptr, 0), PxnErrBadParameter);
     EXPECT_EQ(Sdk().SettingsSave(camera, L"/nowhere/at/all.xml", nullptr, 0), PxnErrIO);
-    EXPECT_EQ(Sdk().SettingsSave(camera, L"x.xml", nullptr, 5), PxnErrStructSize);
+    EXPECT_EQ(Sdk().SettingsSave(camera, L"x.xml", nullptr, 5), PxnErrBadParameter);
+    EXPECT_EQ(Sdk().SettingsSave(camera, L"x.xml", &directory, 5), PxnErrStructSize);
 }
 
 } // namespace genicam_test

@@ -3,6 +3,7 @@
 
 #include "platform/event.h"
 #include "platform/mutex.h"
+#include "platform/sleep.h"
 
 #include <algorithm>
 #include <atomic>
@@ -128,13 +129,28 @@ TEST_F(InvalidationTest, TellsTheStreamOfWhatTheCameraChanges) {
     EXPECT_EQ(listener.LastHandle(), stream);
 }
 
-TEST_F(InvalidationTest, TellsOfWhatACaptureLocks) {
+TEST_F(InvalidationTest, HasReportedWhatACaptureLocksWhenItStartsAndEnds) {
     Listener listener;
     Register("Width", listener);
-    ASSERT_EQ(Sdk().CaptureStart(camera), PxnErrSuccess);
-    EXPECT_TRUE(listener.WaitFor("Width"));
-    ASSERT_EQ(Sdk().CaptureEnd(camera), PxnErrSuccess);
-    EXPECT_TRUE(listener.WaitFor("Width", 2));
+    for (const PxnHandle handle : {camera, stream}) {
+        const std::size_t before = listener.CountOf("Width");
+        ASSERT_EQ(Sdk().CaptureStart(handle), PxnErrSuccess);
+        EXPECT_EQ(listener.CountOf("Width"), before + 1);
+        ASSERT_EQ(Sdk().CaptureEnd(handle), PxnErrSuccess);
+        EXPECT_EQ(listener.CountOf("Width"), before + 2);
+    }
+}
+
+TEST_F(InvalidationTest, HasReportedWhatAnAcquisitionLocksWhenItStartsAndStops) {
+    Listener listener;
+    Register("IdleInt", listener);
+    std::size_t count = 0;
+    for (const char* stop : {"AcquisitionStop", "AcquisitionAbort"}) {
+        ASSERT_EQ(Sdk().FeatureCommandRun(camera, "AcquisitionStart"), PxnErrSuccess);
+        EXPECT_EQ(listener.CountOf("IdleInt"), ++count);
+        ASSERT_EQ(Sdk().FeatureCommandRun(camera, stop), PxnErrSuccess);
+        EXPECT_EQ(listener.CountOf("IdleInt"), ++count) << stop;
+    }
 }
 
 TEST_F(InvalidationTest, AllowsReadingInsideTheCallback) {
@@ -207,7 +223,7 @@ TEST_F(InvalidationTest, UnregistersInsideTheCallbackWithoutWaiting) {
               PxnErrNotFound);
 }
 
-TEST_F(InvalidationTest, RefusesToCloseInsideTheCallback) {
+TEST_F(InvalidationTest, ClosesTheCameraInsideTheCallback) {
     Listener listener;
     std::atomic<PxnError> result = 1;
     listener.onChange = [&](PxnHandle handle, const char*) {
@@ -215,8 +231,42 @@ TEST_F(InvalidationTest, RefusesToCloseInsideTheCallback) {
     };
     Register("Width", listener);
     ASSERT_EQ(Sdk().FeatureIntSet(camera, "Width", 160), PxnErrSuccess);
-    EXPECT_TRUE(support::WaitUntil([&] { return result == PxnErrInvalidCall; }));
-    Unregister("Width");
+    EXPECT_TRUE(support::WaitUntil([&] { return result != 1; }));
+    EXPECT_EQ(result, PxnErrSuccess);
+    ForgetHandles();
+    Open();
+}
+
+TEST_F(InvalidationTest, ClosesTheCameraInsideACallbackThatIsWaitedFor) {
+    Listener listener;
+    platform::Event inside;
+    platform::Event close;
+    std::atomic<PxnError> result = 1;
+    listener.onChange = [&](PxnHandle handle, const char*) {
+        inside.Set();
+        close.Wait(10000);
+        result = Sdk().CameraClose(handle);
+    };
+    Register("Width", listener);
+    ASSERT_EQ(Sdk().FeatureIntSet(camera, "Width", 160), PxnErrSuccess);
+    ASSERT_TRUE(inside.Wait(10000));
+    // Waits for the callback as well, but not without limit.
+    std::thread stopping(
+        [&] { EXPECT_EQ(Sdk().FeatureCommandRun(camera, "AcquisitionStop"), PxnErrSuccess); });
+    std::thread unregistering([&] {
+        // The closing may remove the registration first.
+        const PxnError removed =
+            Sdk().FeatureInvalidationUnregister(camera, "Width", Listener::OnChange);
+        EXPECT_TRUE(removed == PxnErrSuccess || removed == PxnErrBadHandle) << removed;
+    });
+    // Gives both the time to begin their waits.
+    platform::SleepMs(50);
+    close.Set();
+    stopping.join();
+    unregistering.join();
+    EXPECT_EQ(result, PxnErrSuccess);
+    ForgetHandles();
+    Open();
 }
 
 TEST_F(InvalidationTest, ClosingTakesTheRegistrationsAlong) {

@@ -233,6 +233,7 @@ TEST_F(LibraryTest, NamesFileAndLineOfAMalformedConfiguration) {
     testing::internal::CaptureStderr();
     const PxnError result = StartWith("<genicam>\n<gige>\n</genicam>\n");
     const std::string message = testing::internal::GetCapturedStderr();
+    sdk.Shutdown(); // a failed startup counts as well
     EXPECT_EQ(result, PxnErrXml);
     EXPECT_NE(message.find(directory.PathOf("PxnC.xml") + ":3: "), std::string::npos) << message;
     EXPECT_NE(message.find("gige"), std::string::npos) << message;
@@ -244,6 +245,7 @@ TEST_F(LibraryTest, NamesTheAttributeThatMakesNoSense) {
         testing::internal::CaptureStderr();
         const PxnError result = StartWith(std::string("<genicam>\n") + element + "</genicam>");
         const std::string message = testing::internal::GetCapturedStderr();
+        sdk.Shutdown();
         EXPECT_EQ(result, PxnErrXml) << element;
         EXPECT_NE(message.find("PxnC.xml:2: attribute "), std::string::npos) << message;
     }
@@ -254,9 +256,13 @@ TEST_F(LibraryTest, RefusesAConfigurationFileThatIsNotThere) {
     const PxnError result = sdk.Startup(Wide(directory.PathOf("none.xml")).c_str());
     EXPECT_NE(testing::internal::GetCapturedStderr().find("none.xml"), std::string::npos);
     EXPECT_EQ(result, PxnErrNotFound);
-    // A failed startup does not count.
-    sdk.Shutdown();
     uint32_t number = 0;
+    EXPECT_EQ(sdk.CamerasList(nullptr, 0, &number, sizeof(PxnCameraInfo)), PxnErrApiNotStarted);
+    // A failed startup counts: its shutdown does not take the library from another user.
+    ASSERT_EQ(sdk.Startup(nullptr), PxnErrSuccess);
+    sdk.Shutdown();
+    EXPECT_EQ(sdk.CamerasList(nullptr, 0, &number, sizeof(PxnCameraInfo)), PxnErrSuccess);
+    sdk.Shutdown();
     EXPECT_EQ(sdk.CamerasList(nullptr, 0, &number, sizeof(PxnCameraInfo)), PxnErrApiNotStarted);
 }
 

@@ -139,6 +139,7 @@ TEST_F(PacketTest, ReadsTheChunksOfAFrame) {
         ASSERT_TRUE(frames.WaitForCount(i + 1u));
     }
     struct Seen {
+        PxnHandle camera = nullptr;
         PxnHandle handle = nullptr;
         int64_t counter = 0;
         int64_t width = 0;
@@ -156,7 +157,7 @@ TEST_F(PacketTest, ReadsTheChunksOfAFrame) {
         // Everything else comes from the camera.
         EXPECT_EQ(sdk.FeatureIntGet(handle, "Width", &seen.width), PxnErrSuccess);
         seen.refused = {sdk.FeatureIntSet(handle, "Width", 64), sdk.CaptureStart(handle),
-                        sdk.CameraClose(handle)};
+                        sdk.CameraClose(handle), sdk.CameraClose(seen.camera)};
         return PxnErrBusy;
     };
     for (int i = 0; i < 2; ++i) {
@@ -167,13 +168,14 @@ TEST_F(PacketTest, ReadsTheChunksOfAFrame) {
         EXPECT_EQ(frame.payloadType, uint32_t{PxnPayloadImage});
         EXPECT_EQ(frame.width, kWidth);
         Seen seen;
+        seen.camera = camera;
         // The callback's answer is the entry's.
         EXPECT_EQ(Sdk().ChunkDataAccess(&frame, read, &seen), PxnErrBusy);
         EXPECT_EQ(seen.counter, 40 + i);
         EXPECT_EQ(seen.kind, i == 0 ? "Plain" : "Special");
         EXPECT_EQ(seen.width, kWidth);
-        EXPECT_EQ(seen.refused,
-                  (std::vector<PxnError>{PxnErrInvalidAccess, PxnErrBadHandle, PxnErrInvalidCall}));
+        EXPECT_EQ(seen.refused, (std::vector<PxnError>{PxnErrInvalidAccess, PxnErrBadHandle,
+                                                       PxnErrBadHandle, PxnErrInvalidCall}));
         int64_t value = 0;
         EXPECT_EQ(Sdk().FeatureIntGet(seen.handle, "ChunkCounter", &value), PxnErrBadHandle);
     }

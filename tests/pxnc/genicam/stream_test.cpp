@@ -399,6 +399,42 @@ TEST_F(StreamTest, EndingWaitsForTheCallbackThatRuns) {
     EXPECT_EQ(frames.Count(), count);
 }
 
+TEST_F(StreamTest, EndingLeavesFilledFramesQueuedInTheirOrder) {
+    FrameSet frames(camera, 3, kPayload);
+    platform::Event inside;
+    platform::Event leave;
+    frames.onFrame = [&](PxnFrame*) {
+        inside.Set();
+        leave.Wait(10000);
+    };
+    frames.Announce();
+    ASSERT_EQ(Sdk().CaptureStart(camera), PxnErrSuccess);
+    frames.Queue();
+    frames.StartAcquisition();
+    ASSERT_TRUE(inside.Wait(10000));
+    // With one lost, none is left to be filled; two wait for the callback of the first.
+    EXPECT_TRUE(support::WaitUntil([&] { return StreamInt("StreamLostFrameCount") > 0; }));
+    ASSERT_EQ(Sdk().FeatureCommandRun(camera, "AcquisitionStop"), PxnErrSuccess);
+    std::thread ending([&] { EXPECT_EQ(Sdk().CaptureEnd(camera), PxnErrSuccess); });
+    EXPECT_TRUE(support::WaitUntil([&] {
+        PxnBool grabbing = 1;
+        return Sdk().FeatureBoolGet(stream, "StreamIsGrabbing", &grabbing) == PxnErrSuccess &&
+               grabbing == 0;
+    }));
+    EXPECT_EQ(StreamInt("StreamInputBufferCount"), 2);
+    leave.Set();
+    ending.join();
+    EXPECT_EQ(frames.Count(), 1u);
+
+    ASSERT_EQ(Sdk().CaptureStart(camera), PxnErrSuccess);
+    frames.StartAcquisition();
+    ASSERT_TRUE(frames.WaitForCount(3));
+    frames.StopAndRevoke();
+    for (std::size_t i = 0; i < 3; ++i) {
+        EXPECT_EQ(frames.Frames()[i].frame.context[1], frames.At(i));
+    }
+}
+
 TEST_F(StreamTest, ClosingInTheMiddleOfAnAcquisitionEndsTheCallbacks) {
     FrameSet frames(camera, 4, kPayload);
     frames.onFrame = [&](PxnFrame* frame) {
@@ -454,7 +490,7 @@ TEST_F(StreamTest, HasNoChunksToOffer) {
     frames.Announce();
     ASSERT_EQ(Sdk().CaptureStart(camera), PxnErrSuccess);
     frames.Queue();
-    EXPECT_EQ(Sdk().ChunkDataAccess(frame, callback, &calls), PxnErrNotFound);
+    EXPECT_EQ(Sdk().ChunkDataAccess(frame, callback, &calls), PxnErrNoData);
     frames.StartAcquisition();
     ASSERT_TRUE(frames.WaitForCount(1));
     EXPECT_EQ(Sdk().ChunkDataAccess(frame, callback, &calls), PxnErrNoChunkData);
