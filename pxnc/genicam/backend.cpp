@@ -38,8 +38,8 @@ private:
 
 class SystemModule : public Module {
 public:
-    SystemModule(skeleton::Backend& backendOfModule, Features features)
-        : Module(std::move(features)), backend(backendOfModule) {}
+    SystemModule(skeleton::Backend& backendOfModule, Features moduleFeatures)
+        : Module(std::move(moduleFeatures)), backend(backendOfModule) {}
 
     void OnWritten(const char* name) override {
         backend.Changes().Post(PXN_SYSTEM_HANDLE, backend.Texts().Intern(name));

@@ -11,6 +11,7 @@
 #include "pxnc/skeleton/backend.h"
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 

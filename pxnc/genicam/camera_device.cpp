@@ -157,17 +157,27 @@ void CameraDevice::StopAcquisition() const {
     arv_camera_stop_acquisition(camera.get(), error.Receive());
 }
 
-PxnError CameraDevice::ReadMemory(std::uint64_t address, std::uint32_t size, char* buffer) const {
+PxnError CameraDevice::ReadMemory(std::uint64_t address, char* buffer, std::uint32_t size,
+                                  std::uint32_t& done) const {
+    if (size == 0) {
+        return PxnErrBadParameter;
+    }
     ErrorOwner error;
-    arv_device_read_memory(Device(), address, size, buffer, error.Receive());
+    done = arv_device_read_memory(Device(), address, size, buffer, error.Receive()) ? size : 0;
     return ToResult(error);
 }
 
-PxnError CameraDevice::WriteMemory(std::uint64_t address, std::uint32_t size,
-                                   const char* buffer) const {
+PxnError CameraDevice::WriteMemory(std::uint64_t address, const char* bytes, std::uint32_t size,
+                                   std::uint32_t& done) const {
+    if (size == 0) {
+        return PxnErrBadParameter;
+    }
     ErrorOwner error;
     // Aravis takes the bytes without const and only reads them.
-    arv_device_write_memory(Device(), address, size, const_cast<char*>(buffer), error.Receive());
+    done =
+        arv_device_write_memory(Device(), address, size, const_cast<char*>(bytes), error.Receive())
+            ? size
+            : 0;
     return ToResult(error);
 }
 

@@ -9,6 +9,7 @@
 #include "pxnc/genicam/transport_modules.h"
 
 #include <atomic>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -63,8 +64,11 @@ public:
     void LockTransportParameters(bool locked) const;
     /// Asks the camera to send nothing more.
     void StopAcquisition() const;
-    PxnError ReadMemory(std::uint64_t address, std::uint32_t size, char* buffer) const;
-    PxnError WriteMemory(std::uint64_t address, std::uint32_t size, const char* buffer) const;
+    /// Registers; `done` is the number of bytes transferred.
+    PxnError ReadMemory(std::uint64_t address, char* buffer, std::uint32_t size,
+                        std::uint32_t& done) const;
+    PxnError WriteMemory(std::uint64_t address, const char* bytes, std::uint32_t size,
+                         std::uint32_t& done) const;
 
 private:
     CameraDevice(const Address& address, bool isWritable, ArvDevice* device);

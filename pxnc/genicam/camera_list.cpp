@@ -2,6 +2,7 @@
 #include "pxnc/genicam/camera_list.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <utility>
 
 namespace genicam {

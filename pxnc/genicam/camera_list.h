@@ -7,6 +7,7 @@
 #include "pxnc/genicam/transport_modules.h"
 #include "pxnc/skeleton/text_pool.h"
 
+#include <cstddef>
 #include <deque>
 #include <optional>
 #include <string>

@@ -1,3 +1,4 @@
+// configuration.cpp - what the configuration file and the environment ask for
 #include "pxnc/genicam/configuration.h"
 
 #include "platform/environment.h"
@@ -12,13 +13,13 @@
 #include <string_view>
 
 namespace genicam {
-
 namespace {
 
-constexpr uint32_t kGreatestPollMs = 3'600'000;
+constexpr std::uint32_t kGreatestPollMs = 3'600'000;
 
-bool ParseNumber(std::string_view text, uint32_t least, uint32_t greatest, uint32_t& number) {
-    uint32_t value = 0;
+bool ParseNumber(std::string_view text, std::uint32_t least, std::uint32_t greatest,
+                 std::uint32_t& number) {
+    std::uint32_t value = 0;
     const auto [end, failure] = std::from_chars(text.data(), text.data() + text.size(), value);
     if (failure != std::errc() || end != text.data() + text.size() || value < least ||
         value > greatest) {
@@ -53,7 +54,7 @@ std::vector<std::string> SplitList(std::string_view text) {
     return items;
 }
 
-/// Sets one attribute; false when its value makes no sense. Unknown attributes are ignored.
+/// Sets one attribute; false when its value is invalid. Unknown attributes are ignored.
 bool Apply(Configuration& configuration, std::string_view element, std::string_view attribute,
            std::string_view value) {
     if (element == "gige" && attribute == "interfaces") {
@@ -79,9 +80,9 @@ bool Apply(Configuration& configuration, std::string_view element, std::string_v
 void OnElement(GMarkupParseContext* context, const gchar* element, const gchar** names,
                const gchar** values, gpointer target, GError** error) {
     const GSList* stack = g_markup_parse_context_get_element_stack(context);
-    const bool inside = stack->next != nullptr &&
-                        std::strcmp(static_cast<const char*>(stack->next->data), "genicam") == 0;
-    for (int i = 0; inside && names[i] != nullptr; ++i) {
+    const bool inside =
+        stack->next && std::strcmp(static_cast<const char*>(stack->next->data), "genicam") == 0;
+    for (int i = 0; inside && names[i]; ++i) {
         if (!Apply(*static_cast<Configuration*>(target), element, names[i], values[i])) {
             g_set_error(error, G_MARKUP_ERROR, G_MARKUP_ERROR_INVALID_CONTENT,
                         "attribute %s of <%s> cannot be \"%s\"", names[i], element, values[i]);
@@ -111,12 +112,12 @@ PxnError ParseFile(const std::string& path, const std::string& content,
 } // namespace
 
 PxnError Configuration::Load(const wchar_t* path) {
-    uint32_t interval = 0;
+    std::uint32_t interval = 0;
     if (ParseNumber(platform::GetEnvironment("PYXEN_GENICAM_POLL_MS"), 1, kGreatestPollMs,
                     interval)) {
         pollMs = interval;
     }
-    if (path == nullptr) {
+    if (!path) {
         return PxnErrSuccess;
     }
     const std::string file = platform::WideToNarrow(path);

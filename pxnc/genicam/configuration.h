@@ -1,7 +1,7 @@
 // configuration.h - what the configuration file and the environment ask for
 #pragma once
 
-#include "pxnc/include/pxnc.h"
+#include "pxnc.h"
 
 #include <cstdint>
 #include <string>
@@ -10,13 +10,13 @@
 namespace genicam {
 
 /// Limits of a stream packet's size in bytes, headers included.
-inline constexpr uint32_t kLeastPacketSize = 576;
-inline constexpr uint32_t kGreatestPacketSize = 65535;
+inline constexpr std::uint32_t kLeastPacketSize = 576;
+inline constexpr std::uint32_t kGreatestPacketSize = 65535;
 
 /// The library's settings; a default-constructed one is what holds without a file.
 ///
-/// The file is XML. Of it only this is looked at, wherever it stands; everything else is somebody
-/// else's:
+/// The file is XML. Only this part of it is read, wherever it is; everything else belongs to
+/// others:
 ///
 ///     <genicam>
 ///       <gige interfaces="eth0,eth1" packetSize="8192" resend="true"/>
@@ -26,15 +26,15 @@ struct Configuration {
     /// Network interfaces whose cameras are listed; empty for all.
     std::vector<std::string> interfaces;
     /// Bytes of a stream packet; 0 leaves what the camera has.
-    uint32_t packetSize = 0;
+    std::uint32_t packetSize = 0;
     bool packetResend = true;
     bool usbEnabled = true;
     /// Milliseconds between two searches for cameras.
-    uint32_t pollMs = 1000;
+    std::uint32_t pollMs = 1000;
 
-    /// Reads the file and PYXEN_GENICAM_POLL_MS. A null path asks for the defaults. Answers
-    /// PxnErrNotFound when the file cannot be read and PxnErrXml when it is malformed or a value
-    /// makes no sense; both name file, line and reason on the standard error stream.
+    /// Reads the file and PYXEN_GENICAM_POLL_MS. A null path leaves the defaults.
+    /// PxnErrNotFound when the file cannot be read, PxnErrXml when it is malformed or a value is
+    /// invalid; file, line and reason are written to the standard error stream.
     PxnError Load(const wchar_t* path);
 };
 

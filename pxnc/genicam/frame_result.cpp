@@ -1,14 +1,15 @@
+// frame_result.cpp - what was received into a frame
 #include "pxnc/genicam/frame_result.h"
 
 #include "pxnc/genicam/result_codes.h"
 
 #include <algorithm>
+#include <cstddef>
 
 namespace genicam {
-
 namespace {
 
-uint32_t ToPayloadType(ArvBufferPayloadType type) {
+std::uint32_t ToPayloadType(ArvBufferPayloadType type) {
     switch (type) {
     case ARV_BUFFER_PAYLOAD_TYPE_IMAGE:
     case ARV_BUFFER_PAYLOAD_TYPE_EXTENDED_CHUNK_DATA:
@@ -29,19 +30,19 @@ uint32_t ToPayloadType(ArvBufferPayloadType type) {
     }
 }
 
-uint32_t ToUnsigned(gint value) {
-    return static_cast<uint32_t>(std::max(value, 0));
+std::uint32_t ToUnsigned(gint value) {
+    return static_cast<std::uint32_t>(std::max(value, 0));
 }
 
-/// Aravis takes a buffer that is too small for complete when it is full. Payloads that vary may be
-/// smaller than announced, so a buffer that is merely smaller may have been enough.
-bool WasCutOff(ArvBuffer* buffer, uint32_t bufferSize, uint32_t payloadSize) {
-    size_t received = 0;
+/// Aravis reports a buffer that is too small as complete once it is full. The payload of a frame
+/// may be smaller than announced, so a buffer that is merely smaller may have been enough.
+bool WasCutOff(ArvBuffer* buffer, std::uint32_t bufferSize, std::uint32_t payloadSize) {
+    std::size_t received = 0;
     arv_buffer_get_data(buffer, &received);
     return bufferSize < payloadSize && received >= bufferSize;
 }
 
-/// Aravis tells where the picture is only for buffers that are complete.
+/// Aravis knows where the image is only in buffers that are complete.
 bool HasImage(ArvBuffer* buffer) {
     return arv_buffer_get_status(buffer) == ARV_BUFFER_STATUS_SUCCESS &&
            arv_buffer_get_n_parts(buffer) > 0 &&
@@ -59,16 +60,16 @@ void WriteImage(ArvBuffer* buffer, PxnFrame& frame) {
     frame.width = ToUnsigned(width);
     frame.height = ToUnsigned(height);
     frame.pixelFormat = arv_buffer_get_image_pixel_format(buffer);
-    size_t size = 0;
+    std::size_t size = 0;
     // The data lies in the announced memory, which is the caller's to write.
     frame.imageData = const_cast<void*>(arv_buffer_get_image_data(buffer, &size));
-    frame.imageSize = static_cast<uint32_t>(size);
+    frame.imageSize = static_cast<std::uint32_t>(size);
     frame.receiveFlags |= PxnFrameFlagDimension | PxnFrameFlagOffset | PxnFrameFlagImageData;
 }
 
 } // namespace
 
-void WriteFrameResult(ArvBuffer* buffer, uint32_t payloadSize, PxnFrame& frame) {
+void WriteFrameResult(ArvBuffer* buffer, std::uint32_t payloadSize, PxnFrame& frame) {
     PxnFrame result = {};
     result.buffer = frame.buffer;
     result.bufferSize = frame.bufferSize;
@@ -91,9 +92,9 @@ void WriteFrameResult(ArvBuffer* buffer, uint32_t payloadSize, PxnFrame& frame) 
     if (HasImage(buffer)) {
         WriteImage(buffer, result);
     } else if (arv_buffer_get_status(buffer) == ARV_BUFFER_STATUS_SUCCESS) {
-        size_t size = 0;
+        std::size_t size = 0;
         result.imageData = const_cast<void*>(arv_buffer_get_data(buffer, &size));
-        result.imageSize = static_cast<uint32_t>(size);
+        result.imageSize = static_cast<std::uint32_t>(size);
         result.receiveFlags |= PxnFrameFlagImageData;
     }
     if (arv_buffer_has_chunks(buffer)) {

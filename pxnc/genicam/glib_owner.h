@@ -38,7 +38,7 @@ public:
         return &error;
     }
     const GError* Get() const { return error; }
-    explicit operator bool() const { return error != nullptr; }
+    explicit operator bool() const { return error; }
 
 private:
     GError* error = nullptr;

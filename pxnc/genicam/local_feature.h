@@ -4,6 +4,7 @@
 #include "pxnc/genicam/feature.h"
 #include "pxnc/skeleton/text_pool.h"
 
+#include <cstdint>
 #include <functional>
 #include <limits>
 #include <memory>

@@ -1,3 +1,4 @@
+// network_interfaces.cpp - the machine's own network interfaces
 #include "pxnc/genicam/network_interfaces.h"
 
 #include <arpa/inet.h>
@@ -9,19 +10,18 @@
 #include <netinet/in.h>
 
 namespace genicam {
-
 namespace {
 
-uint32_t ToHostOrder(const sockaddr* address) {
+std::uint32_t ToHostOrder(const sockaddr* address) {
     sockaddr_in inet = {};
     std::memcpy(&inet, address, sizeof inet);
     return ntohl(inet.sin_addr.s_addr);
 }
 
-uint64_t ToHardwareAddress(const sockaddr* address) {
+std::uint64_t ToHardwareAddress(const sockaddr* address) {
     sockaddr_ll link = {};
     std::memcpy(&link, address, sizeof link);
-    uint64_t number = 0;
+    std::uint64_t number = 0;
     for (int i = 0; i < 6; ++i) {
         number = number << 8 | link.sll_addr[i];
     }
@@ -29,7 +29,7 @@ uint64_t ToHardwareAddress(const sockaddr* address) {
 }
 
 /// The number behind a dotted text; 0 when it is none.
-uint32_t ParseAddress(const std::string& text) {
+std::uint32_t ParseAddress(const std::string& text) {
     in_addr address = {};
     return inet_pton(AF_INET, text.c_str(), &address) == 1 ? ntohl(address.s_addr) : 0;
 }
@@ -43,9 +43,9 @@ std::vector<NetworkInterface> ListNetworkInterfaces() {
         return interfaces;
     }
     const std::unique_ptr<ifaddrs, decltype(&freeifaddrs)> owner(list, freeifaddrs);
-    for (const ifaddrs* item = list; item != nullptr; item = item->ifa_next) {
-        if (item->ifa_addr == nullptr || item->ifa_addr->sa_family != AF_INET ||
-            item->ifa_netmask == nullptr || (item->ifa_flags & IFF_UP) == 0) {
+    for (const ifaddrs* item = list; item; item = item->ifa_next) {
+        if (!item->ifa_addr || item->ifa_addr->sa_family != AF_INET || !item->ifa_netmask ||
+            (item->ifa_flags & IFF_UP) == 0) {
             continue;
         }
         NetworkInterface found;
@@ -55,8 +55,8 @@ std::vector<NetworkInterface> ListNetworkInterfaces() {
         found.isLoopback = (item->ifa_flags & IFF_LOOPBACK) != 0;
         interfaces.push_back(found);
     }
-    for (const ifaddrs* item = list; item != nullptr; item = item->ifa_next) {
-        if (item->ifa_addr == nullptr || item->ifa_addr->sa_family != AF_PACKET) {
+    for (const ifaddrs* item = list; item; item = item->ifa_next) {
+        if (!item->ifa_addr || item->ifa_addr->sa_family != AF_PACKET) {
             continue;
         }
         for (NetworkInterface& found : interfaces) {
@@ -70,18 +70,18 @@ std::vector<NetworkInterface> ListNetworkInterfaces() {
 
 const NetworkInterface* FindInterfaceFor(const std::vector<NetworkInterface>& interfaces,
                                          const std::string& address) {
-    const uint32_t wanted = ParseAddress(address);
+    const std::uint32_t wanted = ParseAddress(address);
     const NetworkInterface* best = nullptr;
     for (const NetworkInterface& candidate : interfaces) {
         if ((candidate.address & candidate.mask) == (wanted & candidate.mask) &&
-            (best == nullptr || candidate.mask > best->mask)) {
+            (!best || candidate.mask > best->mask)) {
             best = &candidate;
         }
     }
     return best;
 }
 
-std::string ToText(uint32_t address) {
+std::string ToText(std::uint32_t address) {
     return std::to_string(address >> 24) + "." + std::to_string(address >> 16 & 0xFF) + "." +
            std::to_string(address >> 8 & 0xFF) + "." + std::to_string(address & 0xFF);
 }

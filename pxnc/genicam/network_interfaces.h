@@ -10,10 +10,10 @@ namespace genicam {
 /// One IPv4 address of a network interface that is up. Addresses in host byte order.
 struct NetworkInterface {
     std::string name;
-    uint32_t address = 0;
-    uint32_t mask = 0;
+    std::uint32_t address = 0;
+    std::uint32_t mask = 0;
     /// The six bytes of the hardware address as a number; 0 when it has none.
-    uint64_t hardwareAddress = 0;
+    std::uint64_t hardwareAddress = 0;
     bool isLoopback = false;
 };
 
@@ -25,7 +25,7 @@ const NetworkInterface* FindInterfaceFor(const std::vector<NetworkInterface>& in
                                          const std::string& address);
 
 /// The dotted text of an address in host byte order.
-std::string ToText(uint32_t address);
+std::string ToText(std::uint32_t address);
 
 /// True for a text that is an address of this machine's loopback network.
 bool IsLoopbackAddress(const std::string& address);

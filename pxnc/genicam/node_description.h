@@ -6,6 +6,8 @@
 
 #include <arv.h>
 
+#include <cstdint>
+
 namespace genicam {
 
 /// The record's parts that do not depend on the node's type: everything but type, unit and

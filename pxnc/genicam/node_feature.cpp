@@ -6,6 +6,7 @@
 #include "pxnc/genicam/result_codes.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <iterator>
 #include <limits>

@@ -5,6 +5,7 @@
 #include "pxnc/genicam/local_feature.h"
 #include "pxnc/genicam/stream_features.h"
 
+#include <cstdint>
 #include <utility>
 
 namespace genicam {
@@ -17,8 +18,8 @@ public:
     /// Only camera and stream modules have a payload.
     CameraModule(PxnHandle ownHandle, PxnHandle partnerHandle, ChangeWatch& changeWatch,
                  std::shared_ptr<CameraDevice> cameraDevice,
-                 std::shared_ptr<FrameStream> cameraFrames, Features features)
-        : Module(std::move(features), cameraDevice->NodeMutex()),
+                 std::shared_ptr<FrameStream> cameraFrames, Features moduleFeatures)
+        : Module(std::move(moduleFeatures), cameraDevice->NodeMutex()),
           handle(ownHandle),
           partner(partnerHandle),
           watch(changeWatch),
@@ -34,21 +35,11 @@ public:
     }
     PxnError ReadMemory(std::uint64_t address, char* buffer, std::uint32_t size,
                         std::uint32_t& done) override {
-        if (size == 0) {
-            return PxnErrBadParameter;
-        }
-        const PxnError result = device->ReadMemory(address, size, buffer);
-        done = result == PxnErrSuccess ? size : 0;
-        return result;
+        return device->ReadMemory(address, buffer, size, done);
     }
     PxnError WriteMemory(std::uint64_t address, const char* bytes, std::uint32_t size,
                          std::uint32_t& done) override {
-        if (size == 0) {
-            return PxnErrBadParameter;
-        }
-        const PxnError result = device->WriteMemory(address, size, bytes);
-        done = result == PxnErrSuccess ? size : 0;
-        return result;
+        return device->WriteMemory(address, bytes, size, done);
     }
 
 private:
@@ -62,7 +53,6 @@ private:
     const PxnHandle handle;
     const PxnHandle partner;
     ChangeWatch& watch;
-    // What the features read from.
     const std::shared_ptr<CameraDevice> device;
     const std::shared_ptr<FrameStream> frames;
 };

@@ -1,7 +1,7 @@
+// result_codes.cpp - Aravis' errors as result codes of the SDK
 #include "pxnc/genicam/result_codes.h"
 
 namespace genicam {
-
 namespace {
 
 PxnError FromDeviceError(int code) {
@@ -62,7 +62,7 @@ PxnError FromDescriptionError(int code) {
 
 PxnError ToResult(const ErrorOwner& error) {
     const GError* reported = error.Get();
-    if (reported == nullptr) {
+    if (!reported) {
         return PxnErrSuccess;
     }
     if (reported->domain == ARV_DEVICE_ERROR) {
@@ -75,7 +75,7 @@ PxnError ToResult(const ErrorOwner& error) {
     return PxnErrIO;
 }
 
-int32_t ToReceiveStatus(ArvBufferStatus status) {
+std::int32_t ToReceiveStatus(ArvBufferStatus status) {
     switch (status) {
     case ARV_BUFFER_STATUS_SUCCESS:
         return PxnFrameStatusComplete;

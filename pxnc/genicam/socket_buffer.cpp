@@ -1,3 +1,4 @@
+// socket_buffer.cpp - receive buffers of stream sockets
 #include "pxnc/genicam/socket_buffer.h"
 
 #include "platform/file_system.h"
@@ -11,25 +12,24 @@
 #include <system_error>
 
 namespace genicam {
-
 namespace {
 
-constexpr uint64_t kFramesThatFit = 8;
-constexpr uint64_t kLeastSize = 2u << 20;
-constexpr uint64_t kGreatestSize = 256u << 20;
-// Debian's default, for a system that does not tell.
-constexpr uint64_t kUsualLimit = 212'992;
+constexpr std::uint64_t kFramesThatFit = 8;
+constexpr std::uint64_t kLeastSize = 2u << 20;
+constexpr std::uint64_t kGreatestSize = 256u << 20;
+// Debian's default, for a system that reports no limit.
+constexpr std::uint64_t kUsualLimit = 212'992;
 
-uint64_t KernelLimit() {
+std::uint64_t KernelLimit() {
     std::string text;
     if (!platform::ReadWholeFile("/proc/sys/net/core/rmem_max", text)) {
         return kUsualLimit;
     }
-    const uint64_t limit = std::strtoull(text.c_str(), nullptr, 10);
+    const std::uint64_t limit = std::strtoull(text.c_str(), nullptr, 10);
     return limit != 0 ? limit : kUsualLimit;
 }
 
-bool IsUdpSocketOn(int descriptor, uint16_t port) {
+bool IsUdpSocketOn(int descriptor, std::uint16_t port) {
     int type = 0;
     socklen_t typeSize = sizeof type;
     sockaddr_in address = {};
@@ -42,13 +42,13 @@ bool IsUdpSocketOn(int descriptor, uint16_t port) {
 
 } // namespace
 
-uint32_t ChooseSocketBufferSize(uint32_t payloadSize) {
-    const uint64_t wanted =
-        std::clamp(uint64_t{payloadSize} * kFramesThatFit, kLeastSize, kGreatestSize);
-    return static_cast<uint32_t>(std::min(wanted, KernelLimit()));
+std::uint32_t ChooseSocketBufferSize(std::uint32_t payloadSize) {
+    const std::uint64_t wanted =
+        std::clamp(std::uint64_t{payloadSize} * kFramesThatFit, kLeastSize, kGreatestSize);
+    return static_cast<std::uint32_t>(std::min(wanted, KernelLimit()));
 }
 
-bool SetSocketBuffer(uint16_t port, uint32_t bytes) {
+bool SetSocketBuffer(std::uint16_t port, std::uint32_t bytes) {
     bool isSet = false;
     std::error_code error;
     for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd", error)) {

@@ -1,4 +1,4 @@
-// socket_buffer.h - room for what arrives while the stream thread is elsewhere
+// socket_buffer.h - receive buffers of stream sockets
 #pragma once
 
 #include <cstdint>
@@ -7,10 +7,10 @@ namespace genicam {
 
 /// Bytes to ask for so that several frames of `payloadSize` fit, no more than the kernel allows
 /// (net.core.rmem_max).
-uint32_t ChooseSocketBufferSize(uint32_t payloadSize);
+std::uint32_t ChooseSocketBufferSize(std::uint32_t payloadSize);
 
 /// Sets the receive buffer of this process's UDP sockets on `port` (one for each address, if there
 /// are several) to `bytes`; false when there is none or the system refused.
-bool SetSocketBuffer(uint16_t port, uint32_t bytes);
+bool SetSocketBuffer(std::uint16_t port, std::uint32_t bytes);
 
 } // namespace genicam

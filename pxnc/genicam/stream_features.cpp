@@ -5,6 +5,7 @@
 #include "pxnc/genicam/local_feature.h"
 #include "pxnc/genicam/result_codes.h"
 
+#include <cstdint>
 #include <limits>
 
 namespace genicam {

@@ -7,6 +7,7 @@
 #include "pxnc/skeleton/handle_table.h"
 #include "pxnc/skeleton/text_pool.h"
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
