@@ -1,3 +1,4 @@
+// camera_fixture.cpp - the library started and a fake camera in its list
 #include "tests/pxnc/genicam/camera_fixture.h"
 
 #include "tests/support/environment_guard.h"

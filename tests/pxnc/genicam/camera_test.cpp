@@ -1,7 +1,10 @@
+// camera_test.cpp - opening, describing and closing a camera
 #include "tests/pxnc/genicam/camera_fixture.h"
 #include "tests/pxnc/genicam/foreign_controller.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <cstring>
 
 namespace genicam_test {
@@ -24,16 +27,16 @@ TEST_F(CameraTest, ListsTheCameraWithItsIdentifiers) {
     EXPECT_EQ(found->localDeviceHandle, nullptr);
     EXPECT_EQ(found->streamHandles, nullptr);
     EXPECT_EQ(found->streamCount, 0u);
-    EXPECT_EQ(found->permittedAccess, uint32_t{PxnAccessModeFull | PxnAccessModeRead});
+    EXPECT_EQ(found->permittedAccess, std::uint32_t{PxnAccessModeFull | PxnAccessModeRead});
 }
 
-TEST_F(CameraTest, TellsItsModulesOnlyWhileItIsOpen) {
+TEST_F(CameraTest, ReportsItsModulesOnlyWhileItIsOpen) {
     PxnCameraInfo info = {};
     ASSERT_EQ(Sdk().CameraInfoQueryByHandle(camera, &info, sizeof info), PxnErrSuccess);
     EXPECT_NE(info.localDeviceHandle, nullptr);
     ASSERT_EQ(info.streamCount, 1u);
     EXPECT_NE(info.streamHandles[0], nullptr);
-    EXPECT_EQ(info.permittedAccess, uint32_t{PxnAccessModeRead});
+    EXPECT_EQ(info.permittedAccess, std::uint32_t{PxnAccessModeRead});
     const PxnHandle closed = camera;
     Close();
     EXPECT_EQ(InfoOfFake().streamCount, 0u);
@@ -48,7 +51,7 @@ TEST_F(CameraTest, ReopensWithNewHandles) {
     const PxnHandle firstStream = stream;
     const PxnHandle firstDevice = localDevice;
     Close();
-    int64_t width = 0;
+    std::int64_t width = 0;
     for (const PxnHandle handle : {first, firstStream, firstDevice}) {
         EXPECT_EQ(Sdk().FeatureIntGet(handle, "Width", &width), PxnErrBadHandle);
     }
@@ -86,7 +89,7 @@ TEST_F(CameraTest, ReadAccessReadsAndWritesNothing) {
     Close();
     ASSERT_EQ(Sdk().CameraOpen(Fake().ExtendedId().c_str(), PxnAccessModeRead, &camera),
               PxnErrSuccess);
-    int64_t width = 0;
+    std::int64_t width = 0;
     EXPECT_EQ(Sdk().FeatureIntGet(camera, "Width", &width), PxnErrSuccess);
     EXPECT_EQ(width, 512);
     PxnBool readable = 0;
@@ -99,7 +102,7 @@ TEST_F(CameraTest, ReadAccessReadsAndWritesNothing) {
     EXPECT_EQ(Sdk().FeatureCommandRun(camera, "AcquisitionStart"), PxnErrInvalidAccess);
     EXPECT_EQ(Sdk().CaptureStart(camera), PxnErrInvalidAccess);
     const char bytes[4] = {};
-    uint32_t done = 0;
+    std::uint32_t done = 0;
     EXPECT_EQ(Sdk().MemoryWrite(camera, 0x2000, 4, bytes, &done), PxnErrInvalidAccess);
 
     // Nothing of it keeps another program from controlling the camera.
@@ -116,7 +119,7 @@ TEST_F(CameraTest, FullAccessNeedsControl) {
               PxnErrInvalidAccess);
     ASSERT_EQ(Sdk().CameraOpen(Fake().ExtendedId().c_str(), PxnAccessModeRead, &handle),
               PxnErrSuccess);
-    int64_t width = 0;
+    std::int64_t width = 0;
     EXPECT_EQ(Sdk().FeatureIntGet(handle, "Width", &width), PxnErrSuccess);
     EXPECT_EQ(Sdk().CameraClose(handle), PxnErrSuccess);
 }
@@ -163,7 +166,7 @@ TEST_F(CameraTest, TextsOutliveTheCamera) {
 TEST_F(CameraTest, ReadsAndWritesRegisters) {
     // Registers are big-endian; the first holds the present width.
     unsigned char bytes[4] = {};
-    uint32_t done = 0;
+    std::uint32_t done = 0;
     EXPECT_EQ(Sdk().MemoryRead(camera, 0x100, 4, reinterpret_cast<char*>(bytes), &done),
               PxnErrSuccess);
     EXPECT_EQ(done, 4u);
@@ -186,7 +189,7 @@ TEST_F(CameraTest, ReadsMoreThanOnePacketOfRegisters) {
     for (std::size_t i = 0; i < written.size(); ++i) {
         written[i] = static_cast<char>('a' + i % 23);
     }
-    uint32_t done = 0;
+    std::uint32_t done = 0;
     EXPECT_EQ(Sdk().MemoryWrite(camera, 0x4000, 2048, written.data(), &done), PxnErrSuccess);
     std::string read(written.size(), '\0');
     EXPECT_EQ(Sdk().MemoryRead(camera, 0x4000, 2048, read.data(), &done), PxnErrSuccess);

@@ -1,6 +1,8 @@
+// description_test.cpp - features of every kind, from a description made for the purpose
 #include "tests/pxnc/genicam/camera_fixture.h"
 
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 
 namespace genicam_test {
@@ -77,49 +79,50 @@ TEST_F(DescriptionTest, FillsTheDescriptionRecord) {
     EXPECT_STREQ(flag.tooltip, "A flag.");
     EXPECT_STREQ(flag.description, "Locks one feature and makes another available.");
     EXPECT_STREQ(flag.sfncNamespace, "Custom");
-    EXPECT_EQ(flag.featureDataType, uint32_t{PxnFeatureDataBool});
-    EXPECT_EQ(flag.visibility, uint32_t{PxnVisibilityExpert});
+    EXPECT_EQ(flag.featureDataType, std::uint32_t{PxnFeatureDataBool});
+    EXPECT_EQ(flag.visibility, std::uint32_t{PxnVisibilityExpert});
     const PxnFeatureInfo exposure = FindFeature(camera, "ExposureTime");
-    EXPECT_EQ(exposure.featureDataType, uint32_t{PxnFeatureDataFloat});
+    EXPECT_EQ(exposure.featureDataType, std::uint32_t{PxnFeatureDataFloat});
     EXPECT_STREQ(exposure.unit, "us");
     EXPECT_STREQ(exposure.representation, "Logarithmic");
-    EXPECT_EQ(FindFeature(camera, "Choice").visibility, uint32_t{PxnVisibilityGuru});
-    EXPECT_EQ(FindFeature(camera, "TLParamsLocked").visibility, uint32_t{PxnVisibilityInvisible});
-    EXPECT_EQ(FindFeature(camera, "Blob").featureDataType, uint32_t{PxnFeatureDataRaw});
+    EXPECT_EQ(FindFeature(camera, "Choice").visibility, std::uint32_t{PxnVisibilityGuru});
+    EXPECT_EQ(FindFeature(camera, "TLParamsLocked").visibility,
+              std::uint32_t{PxnVisibilityInvisible});
+    EXPECT_EQ(FindFeature(camera, "Blob").featureDataType, std::uint32_t{PxnFeatureDataRaw});
     EXPECT_STREQ(FindFeature(camera, "Bits").representation, "HexNumber");
     const PxnFeatureInfo readOnly = FindFeature(camera, "ReadOnlyInt");
-    EXPECT_EQ(readOnly.featureFlags, uint32_t{PxnFeatureFlagRead | PxnFeatureFlagVolatile});
+    EXPECT_EQ(readOnly.featureFlags, std::uint32_t{PxnFeatureFlagRead | PxnFeatureFlagVolatile});
     EXPECT_EQ(readOnly.pollingTime, 250u);
-    EXPECT_EQ(FindFeature(camera, "WriteOnlyInt").featureFlags, uint32_t{PxnFeatureFlagWrite});
+    EXPECT_EQ(FindFeature(camera, "WriteOnlyInt").featureFlags, std::uint32_t{PxnFeatureFlagWrite});
     EXPECT_EQ(FindFeature(camera, "SteppedInt").featureFlags,
-              uint32_t{PxnFeatureFlagRead | PxnFeatureFlagWrite | PxnFeatureFlagVolatile});
+              std::uint32_t{PxnFeatureFlagRead | PxnFeatureFlagWrite | PxnFeatureFlagVolatile});
 }
 
 TEST_F(DescriptionTest, KeepsToLimitsAndIncrement) {
-    int64_t value = 0;
-    int64_t increment = 0;
+    std::int64_t value = 0;
+    std::int64_t increment = 0;
     EXPECT_EQ(Sdk().FeatureIntIncrementQuery(camera, "SteppedInt", &increment), PxnErrSuccess);
     EXPECT_EQ(increment, 5);
-    for (const int64_t wanted : {-10, -5, 0, 85, 90}) {
+    for (const std::int64_t wanted : {-10, -5, 0, 85, 90}) {
         EXPECT_EQ(Sdk().FeatureIntSet(camera, "SteppedInt", wanted), PxnErrSuccess) << wanted;
         EXPECT_EQ(Sdk().FeatureIntGet(camera, "SteppedInt", &value), PxnErrSuccess);
         EXPECT_EQ(value, wanted);
     }
-    for (const int64_t wanted : {-11, -9, 1, 86, 91, 95}) {
+    for (const std::int64_t wanted : {-11, -9, 1, 86, 91, 95}) {
         EXPECT_EQ(Sdk().FeatureIntSet(camera, "SteppedInt", wanted), PxnErrInvalidValue) << wanted;
     }
     EXPECT_EQ(Sdk().FeatureIntGet(camera, "SteppedInt", &value), PxnErrSuccess);
     EXPECT_EQ(value, 90);
     // Eight bits of a register.
-    int64_t min = 0;
-    int64_t max = 0;
+    std::int64_t min = 0;
+    std::int64_t max = 0;
     EXPECT_EQ(Sdk().FeatureIntRangeQuery(camera, "Bits", &min, &max), PxnErrSuccess);
     EXPECT_EQ(min, 0);
     EXPECT_EQ(max, 255);
     EXPECT_EQ(Sdk().FeatureIntSet(camera, "Bits", 256), PxnErrInvalidValue);
     EXPECT_EQ(Sdk().FeatureIntSet(camera, "Bits", 0xA5), PxnErrSuccess);
     unsigned char bytes[4] = {};
-    uint32_t done = 0;
+    std::uint32_t done = 0;
     EXPECT_EQ(Sdk().MemoryRead(camera, 0x2044, 4, reinterpret_cast<char*>(bytes), &done),
               PxnErrSuccess);
     EXPECT_EQ(bytes[3], 0xA5);
@@ -140,7 +143,7 @@ TEST_F(DescriptionTest, FollowsAccessAsItChanges) {
     ExpectAccess("OptionalInt", false, false);
     ExpectAccess("ReadOnlyInt", true, false);
     ExpectAccess("WriteOnlyInt", false, true);
-    int64_t value = 0;
+    std::int64_t value = 0;
     EXPECT_EQ(Sdk().FeatureIntGet(camera, "OptionalInt", &value), PxnErrInvalidAccess);
     EXPECT_EQ(Sdk().FeatureIntGet(camera, "WriteOnlyInt", &value), PxnErrInvalidAccess);
     EXPECT_EQ(Sdk().FeatureIntSet(camera, "ReadOnlyInt", 1), PxnErrInvalidAccess);
@@ -154,10 +157,10 @@ TEST_F(DescriptionTest, FollowsAccessAsItChanges) {
     EXPECT_EQ(value, 5);
     // What a feature could do stays as it was described.
     EXPECT_EQ(FindFeature(camera, "LockedInt").featureFlags,
-              uint32_t{PxnFeatureFlagRead | PxnFeatureFlagWrite});
+              std::uint32_t{PxnFeatureFlagRead | PxnFeatureFlagWrite});
 }
 
-TEST_F(DescriptionTest, TellsWhichEntriesAreAvailable) {
+TEST_F(DescriptionTest, ReportsWhichEntriesAreAvailable) {
     EXPECT_EQ(EnumEntries(camera, "Choice"),
               (std::vector<std::string>{"First", "Sometimes", "Mono8"}));
     PxnBool available = 2;
@@ -187,7 +190,7 @@ TEST_F(DescriptionTest, DescribesAnEntry) {
     EXPECT_STREQ(entry.tooltip, "The first.");
     EXPECT_STREQ(entry.description, "The entry that is always there.");
     EXPECT_EQ(entry.intValue, 0);
-    EXPECT_EQ(entry.visibility, uint32_t{PxnVisibilityExpert});
+    EXPECT_EQ(entry.visibility, std::uint32_t{PxnVisibilityExpert});
     EXPECT_EQ(Sdk().FeatureEnumEntryGet(camera, "Choice", "None", &entry, sizeof entry),
               PxnErrNotFound);
     EXPECT_EQ(Sdk().FeatureEnumEntryGet(camera, "Choice", "First", &entry, sizeof entry - 1),
@@ -204,7 +207,7 @@ TEST_F(DescriptionTest, DescribesAnEntry) {
 
 TEST_F(DescriptionTest, RefusesANumberThatNoEntryStandsFor) {
     const char bytes[4] = {0, 0, 0, 77};
-    uint32_t done = 0;
+    std::uint32_t done = 0;
     ASSERT_EQ(Sdk().MemoryWrite(camera, 0x2024, 4, bytes, &done), PxnErrSuccess);
     const char* name = nullptr;
     EXPECT_NE(Sdk().FeatureEnumGet(camera, "Choice", &name), PxnErrSuccess);
@@ -225,7 +228,7 @@ TEST_F(DescriptionTest, WritesAString) {
 TEST_F(DescriptionTest, WritesRawBytes) {
     const char written[17] = "raw\0bytes\xFF\x01\x02\x03\x04\x05";
     char read[16] = {};
-    uint32_t size = 0;
+    std::uint32_t size = 0;
     EXPECT_EQ(Sdk().FeatureRawLengthQuery(camera, "Blob", &size), PxnErrSuccess);
     EXPECT_EQ(size, 16u);
     EXPECT_EQ(Sdk().FeatureRawSet(camera, "Blob", written, 16), PxnErrSuccess);
@@ -242,7 +245,7 @@ TEST_F(DescriptionTest, WaitsForACommandWithAPollingTime) {
     EXPECT_EQ(Sdk().FeatureCommandIsDone(camera, "SlowCommand", &done), PxnErrSuccess);
     EXPECT_EQ(done, 0);
     const char finished[4] = {};
-    uint32_t written = 0;
+    std::uint32_t written = 0;
     ASSERT_EQ(Sdk().MemoryWrite(camera, 0x2030, 4, finished, &written), PxnErrSuccess);
     EXPECT_EQ(Sdk().FeatureCommandIsDone(camera, "SlowCommand", &done), PxnErrSuccess);
     EXPECT_EQ(done, 1);
@@ -253,7 +256,7 @@ TEST_F(DescriptionTest, KnowsWhatASelectorSelects) {
     EXPECT_EQ(FindFeature(camera, "PartValue").hasSelectedFeatures, 0);
     EXPECT_EQ(FindFeature(camera, "Choice").hasSelectedFeatures, 0);
     PxnFeatureInfo selected[2] = {};
-    uint32_t found = 0;
+    std::uint32_t found = 0;
     ASSERT_EQ(
         Sdk().FeatureListSelected(camera, "PartSelector", selected, 2, &found, sizeof selected[0]),
         PxnErrSuccess);
@@ -263,7 +266,7 @@ TEST_F(DescriptionTest, KnowsWhatASelectorSelects) {
               PxnErrSuccess);
     EXPECT_EQ(found, 0u);
 
-    int64_t value = 0;
+    std::int64_t value = 0;
     ASSERT_EQ(Sdk().FeatureEnumSet(camera, "PartSelector", "Left"), PxnErrSuccess);
     ASSERT_EQ(Sdk().FeatureIntSet(camera, "PartValue", 11), PxnErrSuccess);
     ASSERT_EQ(Sdk().FeatureEnumSet(camera, "PartSelector", "Right"), PxnErrSuccess);

@@ -1,3 +1,4 @@
+// discovery_test.cpp - cameras that come and go
 #include "tests/pxnc/genicam/camera_fixture.h"
 #include "tests/pxnc/genicam/frame_set.h"
 #include "tests/support/temporary_directory.h"
@@ -7,10 +8,11 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cstddef>
+#include <cstdint>
 #include <thread>
 
 namespace genicam_test {
-
 namespace {
 
 constexpr char kEvent[] = "EventCameraDiscovery";
@@ -78,7 +80,7 @@ protected:
     }
 };
 
-TEST_F(DiscoveryTest, TellsWhenACameraGoesAndComesBack) {
+TEST_F(DiscoveryTest, ReportsWhenACameraGoesAndComesBack) {
     DiscoveryLog log;
     const std::string id = Fake().ExtendedId();
     Fake().Kill();
@@ -113,9 +115,9 @@ TEST_F(DiscoveryTest, EndsAWaitWhenTheCameraVanishes) {
     EXPECT_TRUE(log.WaitFor("Missing " + Fake().ExtendedId()));
 
     // The handles are dead, but clearing up and closing do their work all the same.
-    int64_t value = 0;
+    std::int64_t value = 0;
     char bytes[4] = {};
-    uint32_t done = 0;
+    std::uint32_t done = 0;
     PxnCameraInfo info = {};
     for (const PxnHandle handle : {camera, stream, localDevice}) {
         EXPECT_EQ(Sdk().FeatureIntGet(handle, "Width", &value), PxnErrBadHandle);
@@ -157,7 +159,7 @@ TEST_F(DiscoveryTest, SurvivesACameraThatVanishesWhileItSends) {
     Close(PxnErrBadHandle);
     const std::size_t count = frames.Count();
     Open();
-    int64_t width = 0;
+    std::int64_t width = 0;
     EXPECT_EQ(Sdk().FeatureIntGet(camera, "Width", &width), PxnErrSuccess);
     EXPECT_EQ(width, 512);
     Close();
@@ -209,7 +211,7 @@ TEST_F(DiscoveryTest, NoticesThatACameraOpenForReadingVanishes) {
               PxnErrSuccess);
     Fake().Kill();
     EXPECT_TRUE(log.WaitFor("Missing " + Fake().ExtendedId()));
-    int64_t value = 0;
+    std::int64_t value = 0;
     EXPECT_EQ(Sdk().FeatureIntGet(handle, "Width", &value), PxnErrBadHandle);
     EXPECT_EQ(Sdk().CameraClose(handle), PxnErrBadHandle);
     Fake().Restart();
@@ -230,7 +232,7 @@ TEST_F(DiscoveryTest, ShutdownClosesWhatIsLeftOpen) {
     Sdk().Shutdown();
     const std::size_t count = frames.Count();
     const int calls = late;
-    int64_t value = 0;
+    std::int64_t value = 0;
     EXPECT_EQ(Sdk().FeatureIntGet(camera, "Width", &value), PxnErrApiNotStarted);
     EXPECT_EQ(Sdk().CameraClose(camera), PxnErrApiNotStarted);
 

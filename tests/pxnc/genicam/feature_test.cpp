@@ -1,6 +1,8 @@
+// feature_test.cpp - features of the fake camera's own description
 #include "tests/pxnc/genicam/camera_fixture.h"
 #include "tests/support/temporary_directory.h"
 
+#include <cstdint>
 #include <cstring>
 #include <set>
 
@@ -24,15 +26,16 @@ TEST_F(FeatureTest, ListsEveryFeatureOnceUnderItsCategory) {
     EXPECT_STREQ(width.category, "/ImageFormatControl");
     EXPECT_STREQ(width.description, "Width of image, in pixels.");
     EXPECT_STREQ(width.sfncNamespace, "Standard");
-    EXPECT_EQ(width.featureDataType, uint32_t{PxnFeatureDataInt});
-    EXPECT_EQ(width.featureFlags, uint32_t{PxnFeatureFlagRead | PxnFeatureFlagWrite});
-    EXPECT_EQ(width.visibility, uint32_t{PxnVisibilityBeginner});
-    EXPECT_EQ(FindFeature(camera, "PixelFormat").featureDataType, uint32_t{PxnFeatureDataEnum});
+    EXPECT_EQ(width.featureDataType, std::uint32_t{PxnFeatureDataInt});
+    EXPECT_EQ(width.featureFlags, std::uint32_t{PxnFeatureFlagRead | PxnFeatureFlagWrite});
+    EXPECT_EQ(width.visibility, std::uint32_t{PxnVisibilityBeginner});
+    EXPECT_EQ(FindFeature(camera, "PixelFormat").featureDataType,
+              std::uint32_t{PxnFeatureDataEnum});
     EXPECT_EQ(FindFeature(camera, "AcquisitionStart").featureDataType,
-              uint32_t{PxnFeatureDataCommand});
+              std::uint32_t{PxnFeatureDataCommand});
     EXPECT_EQ(FindFeature(camera, "DeviceVendorName").featureDataType,
-              uint32_t{PxnFeatureDataString});
-    EXPECT_EQ(FindFeature(camera, "PayloadSize").featureFlags, uint32_t{PxnFeatureFlagRead});
+              std::uint32_t{PxnFeatureDataString});
+    EXPECT_EQ(FindFeature(camera, "PayloadSize").featureFlags, std::uint32_t{PxnFeatureFlagRead});
     EXPECT_EQ(FindFeature(camera, "WidthRegister").name, nullptr);
 }
 
@@ -61,10 +64,10 @@ TEST_F(FeatureTest, ServesTheStandardTimingNames) {
 }
 
 TEST_F(FeatureTest, ServesAnIntegerWithItsLimits) {
-    int64_t min = 0;
-    int64_t max = 0;
-    int64_t increment = 0;
-    int64_t value = 0;
+    std::int64_t min = 0;
+    std::int64_t max = 0;
+    std::int64_t increment = 0;
+    std::int64_t value = 0;
     ASSERT_EQ(Sdk().FeatureIntRangeQuery(camera, "Width", &min, &max), PxnErrSuccess);
     EXPECT_EQ(min, 1);
     EXPECT_EQ(max, 2048);
@@ -79,15 +82,15 @@ TEST_F(FeatureTest, ServesAnIntegerWithItsLimits) {
     EXPECT_EQ(Sdk().FeatureIntSet(camera, "Width", 2049), PxnErrInvalidValue);
     EXPECT_EQ(Sdk().FeatureIntGet(camera, "Width", &value), PxnErrSuccess);
     EXPECT_EQ(value, 320);
-    uint32_t size = 0;
+    std::uint32_t size = 0;
     EXPECT_EQ(Sdk().FeatureIntValidValueSetQuery(camera, "Width", nullptr, 0, &size),
               PxnErrValidValueSetNotPresent);
     EXPECT_EQ(Sdk().FeatureIntSet(camera, "Width", 512), PxnErrSuccess);
 }
 
 TEST_F(FeatureTest, TakesAFullRangeForANumberWithoutLimits) {
-    int64_t min = 0;
-    int64_t max = 0;
+    std::int64_t min = 0;
+    std::int64_t max = 0;
     ASSERT_EQ(Sdk().FeatureIntRangeQuery(camera, "PayloadSize", &min, &max), PxnErrSuccess);
     EXPECT_EQ(min, INT64_MIN);
     EXPECT_EQ(max, INT64_MAX);
@@ -97,7 +100,7 @@ TEST_F(FeatureTest, ServesThePixelFormatByNameAndCode) {
     const std::vector<std::string> entries = EnumEntries(camera, "PixelFormat");
     EXPECT_EQ(entries, (std::vector<std::string>{"BayerBG8", "BayerGB8", "BayerGR8", "BayerRG8",
                                                  "Mono8", "RGB8", "Mono16"}));
-    int64_t code = 0;
+    std::int64_t code = 0;
     EXPECT_EQ(Sdk().FeatureEnumAsInt(camera, "PixelFormat", "Mono16", &code), PxnErrSuccess);
     EXPECT_EQ(code, 0x01100007);
     const char* name = nullptr;
@@ -107,7 +110,7 @@ TEST_F(FeatureTest, ServesThePixelFormatByNameAndCode) {
     const char* present = nullptr;
     EXPECT_EQ(Sdk().FeatureEnumGet(camera, "PixelFormat", &present), PxnErrSuccess);
     EXPECT_STREQ(present, "Mono16");
-    uint32_t payload = 0;
+    std::uint32_t payload = 0;
     EXPECT_EQ(Sdk().PayloadSizeGet(stream, &payload), PxnErrSuccess);
     EXPECT_EQ(payload, 2u * 512 * 512);
     EXPECT_EQ(Sdk().FeatureEnumSet(camera, "PixelFormat", "Mono8"), PxnErrSuccess);
@@ -120,7 +123,7 @@ TEST_F(FeatureTest, SharesEnumerationNamesBetweenAllCalls) {
     const char* present = nullptr;
     const char* byCode = nullptr;
     const char* entries[16] = {};
-    uint32_t found = 0;
+    std::uint32_t found = 0;
     ASSERT_EQ(Sdk().FeatureEnumGet(camera, "PixelFormat", &present), PxnErrSuccess);
     ASSERT_EQ(Sdk().FeatureEnumAsString(camera, "PixelFormat", 0x01080001, &byCode), PxnErrSuccess);
     ASSERT_EQ(Sdk().FeatureEnumRangeQuery(camera, "PixelFormat", entries, 16, &found),
@@ -137,7 +140,7 @@ TEST_F(FeatureTest, SharesEnumerationNamesBetweenAllCalls) {
 
 TEST_F(FeatureTest, ServesAString) {
     EXPECT_EQ(GetString(camera, "DeviceVendorName"), "Aravis");
-    uint32_t size = 0;
+    std::uint32_t size = 0;
     EXPECT_EQ(Sdk().FeatureStringGet(camera, "DeviceVendorName", nullptr, 0, &size), PxnErrSuccess);
     EXPECT_EQ(size, 7u);
     char buffer[4] = {};
@@ -149,11 +152,11 @@ TEST_F(FeatureTest, ServesAString) {
     EXPECT_EQ(Sdk().FeatureStringSet(camera, "DeviceVendorName", "x"), PxnErrInvalidAccess);
 }
 
-TEST_F(FeatureTest, TellsWhatIsWrongWithACall) {
-    int64_t integer = 0;
+TEST_F(FeatureTest, ReportsWhatIsWrongWithACall) {
+    std::int64_t integer = 0;
     double real = 0;
     const char* name = nullptr;
-    uint32_t size = 0;
+    std::uint32_t size = 0;
     PxnBool flag = 0;
     EXPECT_EQ(Sdk().FeatureIntGet(camera, "NoSuchFeature", &integer), PxnErrNotFound);
     EXPECT_EQ(Sdk().FeatureIntSet(camera, "NoSuchFeature", 1), PxnErrNotFound);
@@ -184,8 +187,8 @@ TEST_F(FeatureTest, RunsACommandThatIsDoneAtOnce) {
 }
 
 TEST_F(FeatureTest, SetsThePacketSizeOfTheStream) {
-    int64_t before = 0;
-    int64_t value = 0;
+    std::int64_t before = 0;
+    std::int64_t value = 0;
     ASSERT_EQ(Sdk().FeatureIntGet(stream, "GVSPPacketSize", &before), PxnErrSuccess);
     EXPECT_EQ(Sdk().FeatureIntSet(stream, "GVSPPacketSize", 4000), PxnErrSuccess);
     EXPECT_EQ(Sdk().FeatureIntGet(stream, "GVSPPacketSize", &value), PxnErrSuccess);
@@ -207,7 +210,7 @@ TEST_F(FeatureTest, SavesAndLoadsSettings) {
     ASSERT_EQ(Sdk().FeatureFloatSet(camera, "ExposureTimeAbs", 10000), PxnErrSuccess);
 
     ASSERT_EQ(Sdk().SettingsLoad(camera, path.c_str(), nullptr, 0), PxnErrSuccess);
-    int64_t width = 0;
+    std::int64_t width = 0;
     const char* format = nullptr;
     double exposure = 0;
     EXPECT_EQ(Sdk().FeatureIntGet(camera, "Width", &width), PxnErrSuccess);

@@ -1,3 +1,4 @@
+// foreign_controller.cpp - another program that wants the fake camera
 #include "tests/pxnc/genicam/foreign_controller.h"
 
 #include <arpa/inet.h>
@@ -8,13 +9,12 @@
 #include <unistd.h>
 
 namespace genicam_test {
-
 namespace {
 
 constexpr unsigned kControlRegister = 0x0A00;
 constexpr unsigned kControl = 2;
 constexpr unsigned short kControlPort = 3956;
-// The fake camera refuses by not answering.
+// The fake camera refuses by not replying.
 constexpr timeval kPatience = {2, 0};
 
 } // namespace
@@ -38,7 +38,7 @@ ForeignController::~ForeignController() {
 }
 
 bool ForeignController::WriteControl(unsigned value) const {
-    // Key, flag (answer wanted), command (write register), length, request number, then the
+    // Key, flag (reply wanted), command (write register), length, request number, then the
     // register's address and its new value.
     const unsigned char request[] = {0x42,
                                      0x01,
@@ -57,10 +57,10 @@ bool ForeignController::WriteControl(unsigned value) const {
                                      0x00,
                                      static_cast<unsigned char>(value)};
     EXPECT_EQ(send(connection, request, sizeof request, 0), static_cast<ssize_t>(sizeof request));
-    unsigned char answer[64] = {};
-    const ssize_t received = recv(connection, answer, sizeof answer, 0);
+    unsigned char reply[64] = {};
+    const ssize_t received = recv(connection, reply, sizeof reply, 0);
     // The first two bytes are the status.
-    return received >= 8 && answer[0] == 0 && answer[1] == 0;
+    return received >= 8 && reply[0] == 0 && reply[1] == 0;
 }
 
 } // namespace genicam_test

@@ -1,3 +1,4 @@
+// frame_set.cpp - frames to announce and a record of what came into them
 #include "tests/pxnc/genicam/frame_set.h"
 
 #include "tests/support/wait_until.h"
@@ -6,7 +7,7 @@
 
 namespace genicam_test {
 
-FrameSet::FrameSet(PxnHandle cameraHandle, std::size_t count, uint32_t bytes)
+FrameSet::FrameSet(PxnHandle cameraHandle, std::size_t count, std::uint32_t bytes)
     : camera(cameraHandle), memory(count, std::vector<unsigned char>(bytes)), frames(count) {
     for (std::size_t i = 0; i < count; ++i) {
         frames[i].buffer = memory[i].data();

@@ -6,6 +6,8 @@
 #include "platform/event.h"
 #include "platform/mutex.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -13,10 +15,10 @@
 namespace genicam_test {
 
 /// Frames with memory of their own. Their callback keeps a copy of every frame that comes and then
-/// does what `onFrame` says.
+/// calls `onFrame`.
 class FrameSet {
 public:
-    FrameSet(PxnHandle cameraHandle, std::size_t count, uint32_t bytes);
+    FrameSet(PxnHandle cameraHandle, std::size_t count, std::uint32_t bytes);
     /// Takes the memory back, also from a test that has failed in the middle.
     ~FrameSet();
     FrameSet(const FrameSet&) = delete;

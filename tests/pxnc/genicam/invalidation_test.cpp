@@ -1,3 +1,4 @@
+// invalidation_test.cpp - invalidation callbacks
 #include "tests/pxnc/genicam/camera_fixture.h"
 #include "tests/support/wait_until.h"
 
@@ -7,12 +8,13 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <thread>
 
 namespace genicam_test {
-
 namespace {
 
 /// Keeps the names that its callback was called with.
@@ -80,7 +82,7 @@ protected:
     }
 };
 
-TEST_F(InvalidationTest, TellsOfTheFeatureThatWasWritten) {
+TEST_F(InvalidationTest, ReportsTheFeatureThatWasWritten) {
     Listener listener;
     Register("Width", listener);
     ASSERT_EQ(Sdk().FeatureIntSet(camera, "Width", 256), PxnErrSuccess);
@@ -92,7 +94,7 @@ TEST_F(InvalidationTest, TellsOfTheFeatureThatWasWritten) {
     Unregister("Width");
 }
 
-TEST_F(InvalidationTest, TellsOfFeaturesWhoseValueOrLimitsOrAccessChanged) {
+TEST_F(InvalidationTest, ReportsFeaturesWhoseValueOrLimitsOrAccessChanged) {
     Listener listener;
     for (const char* name : {"PayloadSize", "OffsetX", "Height", "LockedInt", "Choice"}) {
         Register(name, listener);
@@ -119,7 +121,7 @@ TEST_F(InvalidationTest, SaysNothingAfterAWriteThatFailed) {
     EXPECT_EQ(listener.CountOf("Width"), 0u);
 }
 
-TEST_F(InvalidationTest, TellsTheStreamOfWhatTheCameraChanges) {
+TEST_F(InvalidationTest, ReportsToTheStreamWhatTheCameraChanges) {
     Listener listener;
     ASSERT_EQ(
         Sdk().FeatureInvalidationRegister(stream, "PayloadSize", Listener::OnChange, &listener),
@@ -155,9 +157,9 @@ TEST_F(InvalidationTest, HasReportedWhatAnAcquisitionLocksWhenItStartsAndStops) 
 
 TEST_F(InvalidationTest, AllowsReadingInsideTheCallback) {
     Listener listener;
-    std::atomic<int64_t> seen = 0;
+    std::atomic<std::int64_t> seen = 0;
     listener.onChange = [&](PxnHandle handle, const char* name) {
-        int64_t value = 0;
+        std::int64_t value = 0;
         if (Sdk().FeatureIntGet(handle, name, &value) == PxnErrSuccess) {
             seen = value;
         }

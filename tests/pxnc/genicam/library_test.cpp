@@ -1,14 +1,15 @@
+// library_test.cpp - startup, configuration and the modules without a camera
 #include "tests/pxnc/genicam/sdk_library.h"
 
 #include "platform/text.h"
 #include "tests/support/temporary_directory.h"
 
+#include <cstdint>
 #include <cstring>
 #include <gtest/gtest.h>
 #include <set>
 
 namespace genicam_test {
-
 namespace {
 
 std::wstring Wide(const std::string& text) {
@@ -19,7 +20,7 @@ std::wstring Wide(const std::string& text) {
 
 std::vector<PxnTransportLayerInfo> Layers() {
     std::vector<PxnTransportLayerInfo> layers(8);
-    uint32_t found = 0;
+    std::uint32_t found = 0;
     EXPECT_EQ(SdkLibrary::Instance().TransportLayersList(layers.data(), 8, &found,
                                                          sizeof(PxnTransportLayerInfo)),
               PxnErrSuccess);
@@ -29,7 +30,7 @@ std::vector<PxnTransportLayerInfo> Layers() {
 
 std::vector<PxnInterfaceInfo> Interfaces() {
     std::vector<PxnInterfaceInfo> interfaces(64);
-    uint32_t found = 0;
+    std::uint32_t found = 0;
     EXPECT_EQ(SdkLibrary::Instance().InterfacesList(interfaces.data(), 64, &found,
                                                     sizeof(PxnInterfaceInfo)),
               PxnErrSuccess);
@@ -49,7 +50,7 @@ protected:
     }
 };
 
-TEST_F(LibraryTest, TellsItsVersionWithoutStartup) {
+TEST_F(LibraryTest, ReportsItsVersionWithoutStartup) {
     PxnVersionInfo version = {};
     EXPECT_EQ(sdk.VersionQuery(&version, sizeof version), PxnErrSuccess);
     EXPECT_EQ(version.major, 1u);
@@ -59,12 +60,12 @@ TEST_F(LibraryTest, TellsItsVersionWithoutStartup) {
     EXPECT_EQ(sdk.VersionQuery(nullptr, sizeof version), PxnErrBadParameter);
 }
 
-TEST_F(LibraryTest, AnswersNotStartedBeforeStartup) {
-    uint32_t number = 0;
+TEST_F(LibraryTest, ReturnsNotStartedBeforeStartup) {
+    std::uint32_t number = 0;
     PxnHandle handle = nullptr;
     PxnCameraInfo info = {};
     PxnFrame frame = {};
-    int64_t value = 0;
+    std::int64_t value = 0;
     EXPECT_EQ(sdk.CamerasList(nullptr, 0, &number, sizeof info), PxnErrApiNotStarted);
     EXPECT_EQ(sdk.CameraInfoQuery("x", &info, sizeof info), PxnErrApiNotStarted);
     EXPECT_EQ(sdk.CameraOpen("x", PxnAccessModeFull, &handle), PxnErrApiNotStarted);
@@ -83,12 +84,12 @@ TEST_F(LibraryTest, AnswersNotStartedBeforeStartup) {
 
 TEST_F(LibraryTest, IgnoresAShutdownWithoutStartup) {
     sdk.Shutdown();
-    uint32_t number = 0;
+    std::uint32_t number = 0;
     EXPECT_EQ(sdk.CamerasList(nullptr, 0, &number, sizeof(PxnCameraInfo)), PxnErrApiNotStarted);
 }
 
 TEST_F(LibraryTest, CountsStartupsAndShutdowns) {
-    uint32_t number = 0;
+    std::uint32_t number = 0;
     ASSERT_EQ(sdk.Startup(nullptr), PxnErrSuccess);
     ASSERT_EQ(sdk.Startup(nullptr), PxnErrSuccess);
     sdk.Shutdown();
@@ -134,7 +135,7 @@ TEST_F(LibraryTest, ListsAnInterfaceForEveryNetworkInterfaceAndOneForUsb) {
         const bool isGigE = info.interfaceType == PxnTransportLayerGEV;
         EXPECT_EQ(info.transportLayerHandle, layers[isGigE ? 0 : 1].transportLayerHandle);
         if (std::strcmp(info.interfaceIdString, "lo") == 0) {
-            int64_t address = 0;
+            std::int64_t address = 0;
             EXPECT_EQ(
                 sdk.FeatureIntGet(info.interfaceHandle, "GevInterfaceSubnetIPAddress", &address),
                 PxnErrSuccess);
@@ -148,11 +149,11 @@ TEST_F(LibraryTest, ListsAnInterfaceForEveryNetworkInterfaceAndOneForUsb) {
     sdk.Shutdown();
 }
 
-TEST_F(LibraryTest, FillsAShortArrayAndTellsThatThereIsMore) {
+TEST_F(LibraryTest, FillsAShortArrayAndReportsThatThereIsMore) {
     ASSERT_EQ(sdk.Startup(nullptr), PxnErrSuccess);
     PxnTransportLayerInfo layers[2] = {};
-    uint32_t found = 0;
-    constexpr uint32_t kSize = sizeof(PxnTransportLayerInfo);
+    std::uint32_t found = 0;
+    constexpr std::uint32_t kSize = sizeof(PxnTransportLayerInfo);
     EXPECT_EQ(sdk.TransportLayersList(nullptr, 0, &found, kSize), PxnErrSuccess);
     EXPECT_EQ(found, 2u);
     found = 0;
@@ -174,7 +175,7 @@ TEST_F(LibraryTest, DescribesTheSystemModule) {
         EXPECT_STRNE(info.description, "") << info.name;
     }
     EXPECT_EQ(FindFeature(PXN_SYSTEM_HANDLE, "EventCameraDiscovery").featureDataType,
-              uint32_t{PxnFeatureDataInt});
+              std::uint32_t{PxnFeatureDataInt});
     EXPECT_EQ(GetString(PXN_SYSTEM_HANDLE, "EventCameraDiscoveryCameraID"), "");
     EXPECT_EQ(EnumEntries(PXN_SYSTEM_HANDLE, "EventCameraDiscoveryType"),
               (std::vector<std::string>{"Missing", "Detected"}));
@@ -194,10 +195,10 @@ TEST_F(LibraryTest, DescribesTheSystemModule) {
 
 TEST_F(LibraryTest, RefusesUnknownHandles) {
     ASSERT_EQ(sdk.Startup(nullptr), PxnErrSuccess);
-    int64_t value = 0;
-    uint32_t number = 0;
+    std::int64_t value = 0;
+    std::uint32_t number = 0;
     char bytes[4] = {};
-    const PxnHandle unknown = reinterpret_cast<PxnHandle>(uintptr_t{0x1234});
+    const PxnHandle unknown = reinterpret_cast<PxnHandle>(std::uintptr_t{0x1234});
     EXPECT_EQ(sdk.FeatureIntGet(unknown, "Width", &value), PxnErrBadHandle);
     EXPECT_EQ(sdk.FeatureIntGet(nullptr, "Width", &value), PxnErrBadHandle);
     EXPECT_EQ(sdk.CameraClose(unknown), PxnErrBadHandle);
@@ -256,7 +257,7 @@ TEST_F(LibraryTest, RefusesAConfigurationFileThatIsNotThere) {
     const PxnError result = sdk.Startup(Wide(directory.PathOf("none.xml")).c_str());
     EXPECT_NE(testing::internal::GetCapturedStderr().find("none.xml"), std::string::npos);
     EXPECT_EQ(result, PxnErrNotFound);
-    uint32_t number = 0;
+    std::uint32_t number = 0;
     EXPECT_EQ(sdk.CamerasList(nullptr, 0, &number, sizeof(PxnCameraInfo)), PxnErrApiNotStarted);
     // A failed startup counts: its shutdown does not take the library from another user.
     ASSERT_EQ(sdk.Startup(nullptr), PxnErrSuccess);

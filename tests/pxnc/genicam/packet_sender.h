@@ -14,21 +14,21 @@ namespace genicam_test {
 class PacketSender {
 public:
     /// Bytes of a frame in one packet: small, so that a small frame has several.
-    static constexpr uint32_t kPacketPayload = 64;
+    static constexpr std::uint32_t kPacketPayload = 64;
 
     struct Frame {
-        uint16_t id = 1;
-        uint64_t timestamp = 0; // ticks of a gigahertz
-        uint32_t pixelFormat = 0x01080001;
-        uint32_t width = 0;
-        uint32_t height = 0;
-        uint32_t offsetX = 0;
-        uint32_t offsetY = 0;
+        std::uint16_t id = 1;
+        std::uint64_t timestamp = 0; // ticks of a gigahertz
+        std::uint32_t pixelFormat = 0x01080001;
+        std::uint32_t width = 0;
+        std::uint32_t height = 0;
+        std::uint32_t offsetX = 0;
+        std::uint32_t offsetY = 0;
         /// Everything between the first and the last packet, chunks included.
         std::vector<unsigned char> data;
         bool hasChunks = false;
         /// Numbers of packets that get lost; data packets count from 1.
-        std::set<uint32_t> lostPackets;
+        std::set<std::uint32_t> lostPackets;
         bool losesFirstPacket = false;
     };
 
@@ -41,14 +41,14 @@ public:
     void Send(const Frame& frame) const;
 
 private:
-    void SendPacket(uint16_t frameId, unsigned char kind, uint32_t number,
+    void SendPacket(std::uint16_t frameId, unsigned char kind, std::uint32_t number,
                     const std::vector<unsigned char>& content) const;
 
     int connection = -1;
 };
 
 /// Appends a chunk, as it stands behind the picture: its data, its identifier, its length.
-void AppendChunk(std::vector<unsigned char>& data, uint32_t id,
+void AppendChunk(std::vector<unsigned char>& data, std::uint32_t id,
                  const std::vector<unsigned char>& chunk);
 
 } // namespace genicam_test

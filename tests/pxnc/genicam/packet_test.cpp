@@ -1,18 +1,20 @@
+// packet_test.cpp - frames that the fake camera never sends
 #include "tests/pxnc/genicam/camera_fixture.h"
 #include "tests/pxnc/genicam/frame_set.h"
 #include "tests/pxnc/genicam/packet_sender.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <numeric>
 
 namespace genicam_test {
-
 namespace {
 
-constexpr uint32_t kWidth = 32;
-constexpr uint32_t kHeight = 16;
-constexpr uint32_t kPicture = kWidth * kHeight;
-constexpr uint32_t kPacketOverhead = 36; // of the network, the transport and the stream
-constexpr uint32_t kChunk = 0xC0DE;
+constexpr std::uint32_t kWidth = 32;
+constexpr std::uint32_t kHeight = 16;
+constexpr std::uint32_t kPicture = kWidth * kHeight;
+constexpr std::uint32_t kPacketOverhead = 36; // of the network, the transport and the stream
+constexpr std::uint32_t kChunk = 0xC0DE;
 
 /// The chunk that the test description reads: a counter and a kind.
 std::vector<unsigned char> ChunkOf(unsigned char counter, unsigned char kind) {
@@ -34,9 +36,9 @@ protected:
         ASSERT_EQ(Sdk().FeatureIntSet(camera, "Height", kHeight), PxnErrSuccess);
         // Aravis computes from the packet size what belongs into which packet. It is less than a
         // camera may be asked for, so it goes straight into the register.
-        constexpr uint32_t kSize = PacketSender::kPacketPayload + kPacketOverhead;
+        constexpr std::uint32_t kSize = PacketSender::kPacketPayload + kPacketOverhead;
         const char bytes[4] = {0, 0, 0, static_cast<char>(kSize)};
-        uint32_t done = 0;
+        std::uint32_t done = 0;
         ASSERT_EQ(Sdk().MemoryWrite(camera, 0x0D04, 4, bytes, &done), PxnErrSuccess);
     }
 
@@ -50,7 +52,7 @@ protected:
     }
 };
 
-TEST_F(PacketTest, TellsWhereThePictureWasOnTheSensor) {
+TEST_F(PacketTest, ReportsWhereThePictureWasOnTheSensor) {
     FrameSet frames(camera, 1, kPicture);
     frames.keepsPictures = true;
     frames.Announce();
@@ -76,7 +78,7 @@ TEST_F(PacketTest, TellsWhereThePictureWasOnTheSensor) {
     frames.StopAndRevoke();
 }
 
-TEST_F(PacketTest, TellsThatPacketsAreMissing) {
+TEST_F(PacketTest, ReportsThatPacketsAreMissing) {
     FrameSet frames(camera, 2, kPicture);
     frames.Announce();
     ASSERT_EQ(Sdk().CaptureStart(camera), PxnErrSuccess);
@@ -96,11 +98,11 @@ TEST_F(PacketTest, TellsThatPacketsAreMissing) {
     ASSERT_TRUE(frames.WaitForCount(2));
     EXPECT_EQ(frames.Frames()[1].frame.receiveStatus, PxnFrameStatusComplete);
     frames.StopAndRevoke();
-    int64_t incomplete = 0;
+    std::int64_t incomplete = 0;
     EXPECT_EQ(Sdk().FeatureIntGet(stream, "StreamIncompleteFrameCount", &incomplete),
               PxnErrSuccess);
     EXPECT_EQ(incomplete, 1);
-    int64_t missing = 0;
+    std::int64_t missing = 0;
     EXPECT_EQ(Sdk().FeatureIntGet(stream, "GVSPMissingPackets", &missing), PxnErrSuccess);
     EXPECT_GE(missing, 2);
 }
@@ -131,7 +133,7 @@ TEST_F(PacketTest, ReadsTheChunksOfAFrame) {
     const PacketSender sender(camera);
     for (unsigned char i = 0; i < 2; ++i) {
         PacketSender::Frame sent = Picture();
-        sent.id = static_cast<uint16_t>(i + 1);
+        sent.id = static_cast<std::uint16_t>(i + 1);
         sent.hasChunks = true;
         AppendChunk(sent.data, 0xABCD, {1, 2, 3, 4});
         AppendChunk(sent.data, kChunk, ChunkOf(static_cast<unsigned char>(40 + i), i));
@@ -141,8 +143,8 @@ TEST_F(PacketTest, ReadsTheChunksOfAFrame) {
     struct Seen {
         PxnHandle camera = nullptr;
         PxnHandle handle = nullptr;
-        int64_t counter = 0;
-        int64_t width = 0;
+        std::int64_t counter = 0;
+        std::int64_t width = 0;
         std::string kind;
         std::vector<PxnError> refused;
     };
@@ -165,27 +167,27 @@ TEST_F(PacketTest, ReadsTheChunksOfAFrame) {
         EXPECT_EQ(frame.receiveStatus, PxnFrameStatusComplete);
         EXPECT_EQ(frame.chunkDataPresent, 1u);
         EXPECT_NE(frame.receiveFlags & PxnFrameFlagChunkData, 0u);
-        EXPECT_EQ(frame.payloadType, uint32_t{PxnPayloadImage});
+        EXPECT_EQ(frame.payloadType, std::uint32_t{PxnPayloadImage});
         EXPECT_EQ(frame.width, kWidth);
         Seen seen;
         seen.camera = camera;
-        // The callback's answer is the entry's.
+        // The callback's result is the function's.
         EXPECT_EQ(Sdk().ChunkDataAccess(&frame, read, &seen), PxnErrBusy);
         EXPECT_EQ(seen.counter, 40 + i);
         EXPECT_EQ(seen.kind, i == 0 ? "Plain" : "Special");
         EXPECT_EQ(seen.width, kWidth);
         EXPECT_EQ(seen.refused, (std::vector<PxnError>{PxnErrInvalidAccess, PxnErrBadHandle,
                                                        PxnErrBadHandle, PxnErrInvalidCall}));
-        int64_t value = 0;
+        std::int64_t value = 0;
         EXPECT_EQ(Sdk().FeatureIntGet(seen.handle, "ChunkCounter", &value), PxnErrBadHandle);
     }
     // Outside a frame there is no chunk to read.
-    int64_t value = 0;
+    std::int64_t value = 0;
     EXPECT_NE(Sdk().FeatureIntGet(camera, "ChunkCounter", &value), PxnErrSuccess);
     frames.StopAndRevoke();
 }
 
-TEST_F(PacketTest, TellsThatAChunkCallbackHasThrown) {
+TEST_F(PacketTest, ReportsThatAChunkCallbackHasThrown) {
     FrameSet frames(camera, 1, kPicture + 64);
     frames.Announce();
     ASSERT_EQ(Sdk().CaptureStart(camera), PxnErrSuccess);

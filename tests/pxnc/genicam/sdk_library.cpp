@@ -1,19 +1,20 @@
+// sdk_library.cpp - the built GenICam library, loaded as a host loads it
 #include "tests/pxnc/genicam/sdk_library.h"
 
 #include "platform/file_system.h"
 
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <gtest/gtest.h>
 
 namespace genicam_test {
-
 namespace {
 
 void* Resolve(const platform::SharedLibrary& library, const char* name) {
     void* entry = library.FindSymbol(name);
-    if (entry == nullptr) {
+    if (!entry) {
         std::fprintf(stderr, "the library lacks %s\n", name);
         std::exit(1);
     }
@@ -42,13 +43,13 @@ SdkLibrary::SdkLibrary() {
 }
 
 std::vector<PxnCameraInfo> ListCameras() {
-    uint32_t found = 0;
+    std::uint32_t found = 0;
     EXPECT_EQ(SdkLibrary::Instance().CamerasList(nullptr, 0, &found, sizeof(PxnCameraInfo)),
               PxnErrSuccess);
     // Cameras may appear between the two calls; the second one's count holds.
     std::vector<PxnCameraInfo> cameras(found + 8);
     EXPECT_EQ(SdkLibrary::Instance().CamerasList(cameras.data(),
-                                                 static_cast<uint32_t>(cameras.size()), &found,
+                                                 static_cast<std::uint32_t>(cameras.size()), &found,
                                                  sizeof(PxnCameraInfo)),
               PxnErrSuccess);
     cameras.resize(found);
@@ -56,7 +57,7 @@ std::vector<PxnCameraInfo> ListCameras() {
 }
 
 std::vector<PxnFeatureInfo> ListFeatures(PxnHandle handle) {
-    uint32_t found = 0;
+    std::uint32_t found = 0;
     EXPECT_EQ(
         SdkLibrary::Instance().FeaturesList(handle, nullptr, 0, &found, sizeof(PxnFeatureInfo)),
         PxnErrSuccess);
@@ -68,7 +69,7 @@ std::vector<PxnFeatureInfo> ListFeatures(PxnHandle handle) {
 }
 
 std::vector<std::string> EnumEntries(PxnHandle handle, const char* name) {
-    uint32_t found = 0;
+    std::uint32_t found = 0;
     EXPECT_EQ(SdkLibrary::Instance().FeatureEnumRangeQuery(handle, name, nullptr, 0, &found),
               PxnErrSuccess);
     std::vector<const char*> entries(found);
@@ -79,7 +80,7 @@ std::vector<std::string> EnumEntries(PxnHandle handle, const char* name) {
 }
 
 std::string GetString(PxnHandle handle, const char* name) {
-    uint32_t size = 0;
+    std::uint32_t size = 0;
     EXPECT_EQ(SdkLibrary::Instance().FeatureStringGet(handle, name, nullptr, 0, &size),
               PxnErrSuccess)
         << name;

@@ -1,17 +1,19 @@
+// stream_test.cpp - frames and captures
 #include "tests/pxnc/genicam/camera_fixture.h"
 #include "tests/pxnc/genicam/frame_set.h"
 #include "tests/support/wait_until.h"
 
 #include <atomic>
+#include <cstddef>
+#include <cstdint>
 #include <thread>
 
 namespace genicam_test {
-
 namespace {
 
-constexpr uint32_t kWidth = 512;
-constexpr uint32_t kHeight = 512;
-constexpr uint32_t kPayload = kWidth * kHeight;
+constexpr std::uint32_t kWidth = 512;
+constexpr std::uint32_t kHeight = 512;
+constexpr std::uint32_t kPayload = kWidth * kHeight;
 
 /// The fake camera's picture brightens by one from pixel to pixel and line to line, starting again
 /// at a fixed count, and moves by one from frame to frame.
@@ -21,9 +23,9 @@ void ExpectDiagonalPattern(const std::vector<unsigned char>& picture) {
         return to == from + 1 || (to == 0 && from >= 254);
     };
     std::size_t wrong = 0;
-    for (uint32_t y = 0; y < kHeight; ++y) {
+    for (std::uint32_t y = 0; y < kHeight; ++y) {
         const unsigned char* line = &picture[y * kWidth];
-        for (uint32_t x = 0; x + 1 < kWidth; ++x) {
+        for (std::uint32_t x = 0; x + 1 < kWidth; ++x) {
             wrong += isStep(line[x], line[x + 1]) ? 0 : 1;
             // One line further down stands what is one pixel further right.
             wrong += y + 1 < kHeight && line[x + kWidth] != line[x + 1] ? 1 : 0;
@@ -41,8 +43,8 @@ protected:
         ASSERT_EQ(Sdk().FeatureFloatSet(camera, "AcquisitionFrameRate", 100), PxnErrSuccess);
     }
 
-    int64_t StreamInt(const char* name) const {
-        int64_t value = -1;
+    std::int64_t StreamInt(const char* name) const {
+        std::int64_t value = -1;
         EXPECT_EQ(Sdk().FeatureIntGet(stream, name, &value), PxnErrSuccess) << name;
         return value;
     }
@@ -73,21 +75,22 @@ TEST_F(StreamTest, StreamsAHundredFramesInOrder) {
             continue;
         }
         ++complete;
-        EXPECT_EQ(frame.receiveFlags, uint32_t{PxnFrameFlagDimension | PxnFrameFlagOffset |
-                                               PxnFrameFlagFrameId | PxnFrameFlagTimestamp |
-                                               PxnFrameFlagImageData | PxnFrameFlagPayloadType});
+        EXPECT_EQ(frame.receiveFlags,
+                  std::uint32_t{PxnFrameFlagDimension | PxnFrameFlagOffset | PxnFrameFlagFrameId |
+                                PxnFrameFlagTimestamp | PxnFrameFlagImageData |
+                                PxnFrameFlagPayloadType});
         EXPECT_EQ(frame.width, kWidth);
         EXPECT_EQ(frame.height, kHeight);
         EXPECT_EQ(frame.offsetX, 0u);
         EXPECT_EQ(frame.offsetY, 0u);
         EXPECT_EQ(frame.pixelFormat, 0x01080001u);
         EXPECT_EQ(frame.imageSize, kPayload);
-        EXPECT_EQ(frame.payloadType, uint32_t{PxnPayloadImage});
+        EXPECT_EQ(frame.payloadType, std::uint32_t{PxnPayloadImage});
         EXPECT_EQ(frame.chunkDataPresent, 0u);
         // Filled where it was announced: nothing was copied.
         EXPECT_EQ(frame.imageData, frame.buffer);
         ExpectDiagonalPattern(received.picture);
-        if (before != nullptr) {
+        if (before) {
             EXPECT_GT(frame.frameId, before->frame.frameId);
             EXPECT_GT(frame.timestamp, before->frame.timestamp);
             if (frame.frameId == before->frame.frameId + 1) {
@@ -98,8 +101,9 @@ TEST_F(StreamTest, StreamsAHundredFramesInOrder) {
     }
     // A loaded machine may lose a frame; a camera that works loses few.
     EXPECT_GE(complete, all.size() - 5);
-    EXPECT_GE(StreamInt("StreamDeliveredFrameCount"), static_cast<int64_t>(complete));
-    EXPECT_EQ(StreamInt("StreamIncompleteFrameCount"), static_cast<int64_t>(all.size() - complete));
+    EXPECT_GE(StreamInt("StreamDeliveredFrameCount"), static_cast<std::int64_t>(complete));
+    EXPECT_EQ(StreamInt("StreamIncompleteFrameCount"),
+              static_cast<std::int64_t>(all.size() - complete));
 }
 
 TEST_F(StreamTest, WaitsForASingleFrameWithoutACallback) {
@@ -140,7 +144,7 @@ TEST_F(StreamTest, FillsFramesThatWereQueuedBeforeTheStart) {
     EXPECT_EQ(StreamInt("StreamAnnouncedBufferCount"), 0);
 }
 
-TEST_F(StreamTest, TellsThatABufferIsTooSmall) {
+TEST_F(StreamTest, ReportsThatABufferIsTooSmall) {
     FrameSet frames(camera, 1, kPayload / 2);
     frames.Announce();
     ASSERT_EQ(Sdk().CaptureStart(camera), PxnErrSuccess);
@@ -331,13 +335,13 @@ TEST_F(StreamTest, ClosingEndsAWait) {
 
 TEST_F(StreamTest, RefusesInsideAFrameCallbackWhatWouldWaitForIt) {
     FrameSet frames(camera, 2, kPayload);
-    std::vector<PxnError> answers;
+    std::vector<PxnError> results;
     platform::Event asked;
     frames.onFrame = [&](PxnFrame* frame) {
         if (asked.IsSet()) {
             return;
         }
-        answers = {
+        results = {
             Sdk().CaptureEnd(camera),        Sdk().CaptureStart(camera),
             Sdk().CaptureQueueFlush(camera), Sdk().FrameRevoke(camera, frame),
             Sdk().FrameRevokeAll(camera),    Sdk().CaptureFrameWait(camera, frame, 0xFFFFFFFF),
@@ -350,7 +354,7 @@ TEST_F(StreamTest, RefusesInsideAFrameCallbackWhatWouldWaitForIt) {
     frames.Queue();
     frames.StartAcquisition();
     ASSERT_TRUE(asked.Wait(10000));
-    EXPECT_EQ(answers, std::vector<PxnError>(8, PxnErrInvalidCall));
+    EXPECT_EQ(results, std::vector<PxnError>(8, PxnErrInvalidCall));
     frames.StopAndRevoke();
 }
 
@@ -358,7 +362,7 @@ TEST_F(StreamTest, AllowsFeaturesAndQueueingInsideAFrameCallback) {
     FrameSet frames(camera, 1, kPayload);
     std::atomic<int> good = 0;
     frames.onFrame = [&](PxnFrame*) {
-        int64_t width = 0;
+        std::int64_t width = 0;
         const bool read = Sdk().FeatureIntGet(camera, "Width", &width) == PxnErrSuccess;
         const bool stopped = Sdk().FeatureCommandRun(camera, "AcquisitionStop") == PxnErrSuccess;
         good += read && stopped && frames.Queue(0) == PxnErrSuccess ? 1 : 0;
