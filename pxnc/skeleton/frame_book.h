@@ -49,7 +49,7 @@ public:
     PxnError Revoke(const PxnFrame* frame) EXCLUDES(mutex);
     PxnError RevokeAll() EXCLUDES(mutex);
     PxnError Queue(const PxnFrame* frame, PxnFrameCallback callback) EXCLUDES(mutex);
-    PxnError Wait(const PxnFrame* frame, std::uint32_t timeoutMs) EXCLUDES(mutex);
+    virtual PxnError Wait(const PxnFrame* frame, std::uint32_t timeoutMs) EXCLUDES(mutex);
     virtual PxnError Flush() EXCLUDES(mutex);
     virtual PxnError StartCapture() EXCLUDES(mutex) = 0;
     /// Waits for a running callback; queued frames stay queued.

@@ -4,6 +4,7 @@
 #include "platform/mutex.h"
 #include "pxnc/skeleton/backend.h"
 
+#include <atomic>
 #include <memory>
 
 namespace skeleton {
@@ -22,10 +23,12 @@ public:
     void Shutdown() EXCLUDES(mutex);
     /// Null when the library is not started.
     std::shared_ptr<Backend> Current() const EXCLUDES(mutex);
+    /// Startups, failed ones included, without those that a shutdown has undone.
+    unsigned StartupCount() const { return startups; }
 
 private:
-    platform::Mutex sequence; // serialises startups and shutdowns; locked before `mutex`
-    unsigned startups GUARDED_BY(sequence) = 0;
+    platform::Mutex sequence;           // serialises startups and shutdowns; locked before `mutex`
+    std::atomic<unsigned> startups = 0; // changed with `sequence`
     mutable platform::Mutex mutex;
     std::shared_ptr<Backend> backend GUARDED_BY(mutex);
 };
