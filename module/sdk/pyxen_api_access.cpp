@@ -69,7 +69,7 @@ void CPyxenAPIAccess::Unload() {
     }
     versionInfo.Clear();
 #define PYXEN_CLEAR_ENTRY(name) name = nullptr;
-    PYXEN_FOR_EACH_ENTRY(PYXEN_CLEAR_ENTRY)
+    PXN_ENTRIES(PYXEN_CLEAR_ENTRY)
 #undef PYXEN_CLEAR_ENTRY
     library.Unload();
     dllName.clear();
@@ -146,7 +146,7 @@ bool CPyxenAPIAccess::ResolveEntries() {
         }
     };
 #define PYXEN_RESOLVE_ENTRY(name) resolve(name, #name);
-    PYXEN_FOR_EACH_ENTRY(PYXEN_RESOLVE_ENTRY)
+    PXN_ENTRIES(PYXEN_RESOLVE_ENTRY)
 #undef PYXEN_RESOLVE_ENTRY
     return complete;
 }

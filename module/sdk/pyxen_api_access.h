@@ -4,69 +4,12 @@
 #include "platform/file_version.h"
 #include "platform/shared_library.h"
 #include "pxnc.h"
+#include "pxnc_entries.h"
 
 #include <cstdint>
 #include <string>
 
 class ILogSink;
-
-/// The table of the SDK's 55 entry points, in the order in which they are resolved.
-#define PYXEN_FOR_EACH_ENTRY(X)                                                                    \
-    X(PxnVersionQuery)                                                                             \
-    X(PxnStartup)                                                                                  \
-    X(PxnShutdown)                                                                                 \
-    X(PxnCamerasList)                                                                              \
-    X(PxnCameraInfoQueryByHandle)                                                                  \
-    X(PxnCameraInfoQuery)                                                                          \
-    X(PxnCameraOpen)                                                                               \
-    X(PxnCameraClose)                                                                              \
-    X(PxnFeaturesList)                                                                             \
-    X(PxnFeatureInfoQuery)                                                                         \
-    X(PxnFeatureListSelected)                                                                      \
-    X(PxnFeatureAccessQuery)                                                                       \
-    X(PxnFeatureIntGet)                                                                            \
-    X(PxnFeatureIntSet)                                                                            \
-    X(PxnFeatureIntRangeQuery)                                                                     \
-    X(PxnFeatureIntIncrementQuery)                                                                 \
-    X(PxnFeatureIntValidValueSetQuery)                                                             \
-    X(PxnFeatureFloatGet)                                                                          \
-    X(PxnFeatureFloatSet)                                                                          \
-    X(PxnFeatureFloatRangeQuery)                                                                   \
-    X(PxnFeatureEnumGet)                                                                           \
-    X(PxnFeatureEnumSet)                                                                           \
-    X(PxnFeatureEnumRangeQuery)                                                                    \
-    X(PxnFeatureEnumIsAvailable)                                                                   \
-    X(PxnFeatureEnumAsInt)                                                                         \
-    X(PxnFeatureEnumAsString)                                                                      \
-    X(PxnFeatureEnumEntryGet)                                                                      \
-    X(PxnFeatureStringGet)                                                                         \
-    X(PxnFeatureStringSet)                                                                         \
-    X(PxnFeatureStringMaxlengthQuery)                                                              \
-    X(PxnFeatureBoolGet)                                                                           \
-    X(PxnFeatureBoolSet)                                                                           \
-    X(PxnFeatureCommandRun)                                                                        \
-    X(PxnFeatureCommandIsDone)                                                                     \
-    X(PxnFeatureRawGet)                                                                            \
-    X(PxnFeatureRawSet)                                                                            \
-    X(PxnFeatureRawLengthQuery)                                                                    \
-    X(PxnFeatureInvalidationRegister)                                                              \
-    X(PxnFeatureInvalidationUnregister)                                                            \
-    X(PxnPayloadSizeGet)                                                                           \
-    X(PxnFrameAnnounce)                                                                            \
-    X(PxnFrameRevoke)                                                                              \
-    X(PxnFrameRevokeAll)                                                                           \
-    X(PxnCaptureStart)                                                                             \
-    X(PxnCaptureEnd)                                                                               \
-    X(PxnCaptureFrameQueue)                                                                        \
-    X(PxnCaptureFrameWait)                                                                         \
-    X(PxnCaptureQueueFlush)                                                                        \
-    X(PxnTransportLayersList)                                                                      \
-    X(PxnInterfacesList)                                                                           \
-    X(PxnMemoryRead)                                                                               \
-    X(PxnMemoryWrite)                                                                              \
-    X(PxnSettingsSave)                                                                             \
-    X(PxnSettingsLoad)                                                                             \
-    X(PxnChunkDataAccess)
 
 /// Loads the camera SDK's library, resolves its entries and starts it; empty until Load succeeds.
 ///
@@ -117,7 +60,7 @@ public:
                        const char* value);
 
 #define PYXEN_DECLARE_ENTRY(name) decltype(&::name) name = nullptr;
-    PYXEN_FOR_EACH_ENTRY(PYXEN_DECLARE_ENTRY)
+    PXN_ENTRIES(PYXEN_DECLARE_ENTRY)
 #undef PYXEN_DECLARE_ENTRY
 
     /// The loaded library's handle, or null.

@@ -12,7 +12,7 @@ target=(-target x86_64-pc-windows-msvc "${mingw_options[@]}" -Wall -Wextra -Werr
 cpp=(clang++ "${target[@]}" -std=c++20 -DUNICODE -D_UNICODE -D_DLL -D_AFXDLL -Ipxnc/include
   -Ihost/include -Imodule -I.)
 
-for header in host/include/mivora/*.h pxnc/include/pxnc.h pxnc/simulator/control.h \
+for header in host/include/mivora/*.h pxnc/include/pxnc*.h pxnc/simulator/control.h \
   module/grabber/pyxen_grabber.h; do
   "${cpp[@]}" -Wno-pragma-once-outside-header -fsyntax-only -x c++ "$header" ||
     { echo "^ $header does not compile for the Microsoft target"; exit 1; }

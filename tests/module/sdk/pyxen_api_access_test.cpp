@@ -169,7 +169,7 @@ TEST_F(ApiAccess, PutsEveryEntryInItsPlace) {
     const EnvironmentGuard variable("PYXEN_HOME", home);
     ASSERT_TRUE(api.Load(nullptr, nullptr));
 #define EXPECT_ENTRY(name) EXPECT_EQ(reinterpret_cast<void*>(api.name), api.FindExport(#name));
-    PYXEN_FOR_EACH_ENTRY(EXPECT_ENTRY)
+    PXN_ENTRIES(EXPECT_ENTRY)
 #undef EXPECT_ENTRY
     EXPECT_NE(api.FindExport("PxnStartup"), nullptr);
 }

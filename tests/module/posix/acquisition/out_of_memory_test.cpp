@@ -74,7 +74,7 @@ protected:
             "long for a string's own memory.json\n");
         Init();
 #define GIVE_MEMORY(name) EntryWithMemory<&CPyxenAPIAccess::name>::Install(Grabber().Api());
-        PYXEN_FOR_EACH_ENTRY(GIVE_MEMORY)
+        PXN_ENTRIES(GIVE_MEMORY)
 #undef GIVE_MEMORY
     }
     void TearDown() override {
