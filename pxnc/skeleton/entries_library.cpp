@@ -39,16 +39,16 @@ PxnError PXN_CALL PxnVersionQuery(PxnVersionInfo* info, uint32_t size) {
 }
 
 PxnError PXN_CALL PxnStartup(const wchar_t* configPath) {
-    return Guarded([&] {
-        const PxnError refused =
-            TheImplementation().OnCall({"PxnStartup", {Argument::Path(configPath)}});
-        return Library::Instance().Startup(configPath, refused);
+    // A startup counts, whatever fails in it.
+    const PxnError refused = Guarded([&] {
+        return TheImplementation().OnCall({"PxnStartup", {Argument::Path(configPath)}});
     });
+    return Guarded([&] { return Library::Instance().Startup(configPath, refused); });
 }
 
 void PXN_CALL PxnShutdown(void) {
+    Guarded([] { return TheImplementation().OnCall({"PxnShutdown"}); });
     Guarded([] {
-        TheImplementation().OnCall({"PxnShutdown"});
         Library::Instance().Shutdown();
         return PxnErrSuccess;
     });

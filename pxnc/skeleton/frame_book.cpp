@@ -83,6 +83,9 @@ PxnError FrameBook::Revoke(const PxnFrame* frame) {
     if (slot->state == SlotState::kQueued || slot->state == SlotState::kFilling) {
         return PxnErrInUse;
     }
+    if (slot->state == SlotState::kRevoked) { // by another thread meanwhile
+        return PxnErrNotFound;
+    }
     slot->state = SlotState::kRevoked;
     slots.erase(frame);
     ++counts.revoked;
