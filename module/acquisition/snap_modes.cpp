@@ -16,8 +16,8 @@ MV_ERRCODE CMivoraKVNPyxenClass::SnapContinuous() {
     for (uint64_t index = 0; index < frameRecords.size(); ++index) {
         if (api.PxnFrameAnnounce(camera, frameRecords[index]->Frame(), sizeof(PxnFrame)) !=
             PxnErrSuccess) {
-            // The acquisition runs on with the other buffers, and nothing is said; that is
-            // intended.
+            // Compatibility: nothing is logged and the announcements go on. A host learns of the
+            // failure when the SDK refuses to queue the frame.
             continue;
         }
         if (!log) {

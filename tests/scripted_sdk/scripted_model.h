@@ -1,4 +1,4 @@
-// scripted_model.h - what the scripted SDK answers with when nothing else is scripted
+// scripted_model.h - what the scripted SDK has when nothing else is scripted
 #pragma once
 
 #include "pxnc.h"
@@ -39,7 +39,7 @@ struct Feature {
     std::uint32_t pollingTime = 0;
     std::uint32_t visibility = PxnVisibilityBeginner;
     bool isStreamable = false;
-    bool readable = true;  ///< what PxnFeatureAccessQuery answers; reading is refused without it
+    bool readable = true;  ///< what PxnFeatureAccessQuery reports; reading is refused without it
     bool writeable = true; ///< likewise
 
     std::int64_t intValue = 0;
@@ -57,7 +57,7 @@ struct Feature {
     std::uint32_t maxLength = 64;
 
     bool boolValue = false;
-    /// What PxnFeatureCommandIsDone answers call by call; done once it is used up.
+    /// What PxnFeatureCommandIsDone reports call by call; done once it is used up.
     std::deque<bool> doneSequence;
     std::vector<char> raw;
     std::vector<std::string> selected; ///< features of the same module that this one selects
@@ -132,7 +132,7 @@ struct Module {
 
     /// Bytes that PxnMemoryRead finds and PxnMemoryWrite leaves; absent ones read as 0.
     std::map<std::uint64_t, std::uint8_t> registers;
-    /// Answers to the reads of one address, used up one a read before `registers` count.
+    /// Results of reads of one address, used up one a read before `registers` count.
     std::map<std::uint64_t, std::deque<std::vector<std::uint8_t>>> readSequences;
     /// When set, the most bytes a read or write transfers (the rest is silently missing).
     std::optional<std::uint32_t> transferLimit;
@@ -175,7 +175,7 @@ struct Module {
         }
         return value;
     }
-    /// The next read of the register answers `value`, those after it as queued or stored.
+    /// The next read of the register returns `value`, those after it as queued or stored.
     void QueueRegister32(std::uint64_t address, std::uint32_t value) {
         std::vector<std::uint8_t> bytes;
         for (unsigned byte = 0; byte < 4; ++byte) {
@@ -214,6 +214,14 @@ struct Camera : Module {
     std::vector<Module> streams;
 };
 
+/// What an SDK promises about frames. Each promise that is set here is broken.
+struct BrokenPromises {
+    bool unannouncedFramesAreQueued = false; ///< else PxnErrNotFound
+    bool callbacksOverlap = false;           ///< else those of a camera take turns
+    /// Deliver calls back for a frame that was handed back and not queued again.
+    bool framesAreHandedBackTwice = false;
+};
+
 struct Model {
     PxnVersionInfo version{2, 1, 0};
     Module system;
@@ -227,6 +235,7 @@ struct Model {
     std::map<std::string, std::deque<std::uint32_t>> foundAnswers;
     /// True: PxnCaptureFrameWait finds its frame complete at once.
     bool completeWaitsAtOnce = false;
+    BrokenPromises broken;
 };
 
 // Handles. Index 0 is named "camera0", "interface0" and so on in the recorded calls; streams of

@@ -32,9 +32,10 @@ struct Registration {
 /// The script and the record of the one scripted SDK in this process. Reached with GetSdk().
 ///
 /// Every entry point first records its call, then runs the test's hook, then waits while the entry
-/// is held, then answers the scripted failure if there is one, and else acts on the model. All
-/// operations may be called from any thread; those that hand out the model by reference may be
-/// used only while no entry is called by another thread.
+/// is held, then returns the scripted failure if there is one, and else acts on the model, by the
+/// rules of any SDK: it has to be started, the camera to be open for frames. All operations may be
+/// called from any thread; those that hand out the model by reference may be used only while no
+/// entry is called by another thread.
 class SCRIPTED_SHARED_TYPE Sdk {
 public:
     Sdk() = default;
@@ -42,13 +43,14 @@ public:
     Sdk& operator=(const Sdk&) = delete;
 
     // ---- the whole ----
-    /// Back to the default model, nothing recorded, scripted, open, announced or registered. Calls
-    /// that are held or waiting are let go first (waits with PxnErrNotAvailable).
+    /// Back to the default model: nothing recorded or scripted, not started, nothing open,
+    /// announced or registered, no promise broken. Calls that are held or waiting are let go first
+    /// (waits with PxnErrNotAvailable).
     virtual void Reset() = 0;
     virtual Model& Data() = 0;
     /// Changes the model while entries may be running.
     virtual void Edit(const std::function<void(Model&)>& change) = 0;
-    /// How often PxnStartup succeeded and was not yet undone.
+    /// Calls of PxnStartup, failed ones included, that no PxnShutdown has undone.
     virtual int StartupCount() = 0;
 
     // ---- what was called ----
@@ -63,13 +65,13 @@ public:
     virtual bool WaitForCall(const std::string& text, unsigned timeoutMs = 10000) = 0;
 
     // ---- results ----
-    /// The nth call of the entry from now on, and the `count` - 1 calls after it, answer `code`
-    /// and do nothing else. An empty text means whatever entry but PxnShutdown, which answers
-    /// nothing.
+    /// The nth call of the entry from now on, and the `count` - 1 calls after it, return `code` and
+    /// do nothing else; PxnStartup counts all the same. An empty text means any entry but
+    /// PxnShutdown, which returns nothing.
     virtual void Fail(const std::string& entry, PxnError code, unsigned nth = 1,
                       unsigned count = 1) = 0;
     virtual void FailAlways(const std::string& entry, PxnError code) = 0;
-    /// All calls of the entry for this feature of this module answer `code`.
+    /// All calls of the entry for this feature of this module return `code`.
     virtual void FailFeature(PxnHandle handle, const std::string& feature, const std::string& entry,
                              PxnError code) = 0;
     virtual void ClearFailures() = 0;
@@ -83,15 +85,15 @@ public:
 
     // ---- frames (by the index in their context word 2) ----
     /// Completes a frame that was queued with a callback: fills its buffer with `fill`, its size
-    /// and format from the camera's features, and calls the callback on this thread. False when
-    /// no such frame is queued.
+    /// and format from the camera's features, and calls the callback on this thread once no other
+    /// callback of the camera runs. False when no such frame is queued.
     virtual bool Deliver(std::uint64_t frame, std::int32_t status = PxnFrameStatusComplete,
                          std::uint64_t frameId = 0, std::uint8_t fill = 0) = 0;
     /// The same on a thread of the SDK; WaitForDeliveries waits until it has ended.
     virtual bool DeliverOnThread(std::uint64_t frame, std::int32_t status = PxnFrameStatusComplete,
                                  std::uint64_t frameId = 0, std::uint8_t fill = 0) = 0;
     virtual void WaitForDeliveries() = 0;
-    /// Completes a frame that was queued without callback; ends the wait for it, which answers
+    /// Completes a frame that was queued without callback; ends the wait for it, which returns
     /// `code`. False when no such frame is queued.
     virtual bool Complete(std::uint64_t frame, PxnError code = PxnErrSuccess,
                           std::uint8_t fill = 0) = 0;
@@ -102,7 +104,7 @@ public:
 
     // ---- invalidation ----
     virtual std::vector<Registration> Registrations() = 0;
-    /// Calls what is registered for the feature of that module, on this thread; answers how many.
+    /// Calls what is registered for the feature of that module, on this thread; returns how many.
     virtual unsigned Fire(PxnHandle handle, const std::string& feature) = 0;
 
     virtual ~Sdk() = default;
@@ -126,7 +128,7 @@ inline Sdk& GetSdk() {
         }
         using Getter = Sdk* (*)();
         const auto getter = reinterpret_cast<Getter>(library.FindSymbol("ScriptedSdkInstance"));
-        if (getter == nullptr) {
+        if (!getter) {
             throw std::runtime_error(path + " is not the scripted SDK");
         }
         return *getter();

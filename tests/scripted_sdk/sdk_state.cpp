@@ -1,11 +1,17 @@
-// sdk_state.cpp - recording, scripting and the model
+// sdk_state.cpp - the script and the record of the scripted SDK
 #include "tests/scripted_sdk/sdk_state.h"
 
+#include "pxnc/skeleton/library.h"
+#include "pxnc/skeleton/never_destroyed.h"
+#include "tests/scripted_sdk/call_text.h"
 #include "tests/scripted_sdk/default_model.h"
+#include "tests/scripted_sdk/model_lookup.h"
+#include "tests/scripted_sdk/scripted_backend.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <cstring>
+#include <chrono>
+#include <future>
+#include <utility>
 
 namespace scripted {
 namespace {
@@ -16,54 +22,63 @@ bool BeginsWith(const std::string& text, const std::string& prefix) {
     return text.compare(0, prefix.size(), prefix) == 0;
 }
 
+/// The indices that `list` returns for the open cameras, one camera after the other.
+std::vector<std::uint64_t> ListFrames(std::vector<std::uint64_t> (ScriptedFrames::*list)() const) {
+    std::vector<std::uint64_t> all;
+    for (const auto& frames : OpenCameras()) {
+        const std::vector<std::uint64_t> indices = ((*frames).*list)();
+        all.insert(all.end(), indices.begin(), indices.end());
+    }
+    return all;
+}
+
+/// Delivers the frame of whichever camera has one. `onTaken` is called before the callback.
+bool DeliverOnce(std::uint64_t frame, const Filling& filling,
+                 skeleton::FunctionRef<void()> onTaken) {
+    const auto cameras = OpenCameras();
+    return std::any_of(cameras.begin(), cameras.end(), [&](const auto& frames) {
+        return frames->Deliver(frame, filling, onTaken);
+    });
+}
+
 } // namespace
 
 SdkState& SdkState::Instance() {
-    static SdkState instance;
-    return instance;
+    static skeleton::NeverDestroyed<SdkState> instance;
+    return instance.Get();
 }
 
 SdkState::SdkState() : model(DefaultModel()) {}
 
-SdkState::~SdkState() {
-    WaitForDeliveries();
-}
+// ---- the whole ----
 
 void SdkState::Reset() {
     {
-        const Lock lock(mutex);
-        ++generation;
+        platform::MutexLock lock(mutex);
         held.clear();
         hooks.clear();
         failures.clear();
+        changed.NotifyAll();
     }
-    changed.notify_all();
     WaitForDeliveries();
-    const Lock lock(mutex);
+    for (int count = StartupCount(); count > 0; --count) {
+        skeleton::Library::Instance().Shutdown();
+    }
+    platform::MutexLock lock(mutex);
     model = DefaultModel();
-    streamHandles.clear();
-    startups = 0;
-    openCameras.clear();
     calls.clear();
-    announced.clear();
-    queued.clear();
-    completed.clear();
-    capturing.clear();
-    registrations.clear();
 }
 
 void SdkState::Edit(const std::function<void(Model&)>& change) {
-    {
-        const Lock lock(mutex);
-        change(model);
-    }
-    changed.notify_all();
+    platform::MutexLock lock(mutex);
+    change(model);
 }
 
 int SdkState::StartupCount() {
-    const Lock lock(mutex);
-    return startups;
+    return static_cast<int>(skeleton::Library::Instance().StartupCount());
 }
+
+// ---- what was called ----
 
 std::vector<std::string> SdkState::Matching(const std::vector<std::string>& prefixes) const {
     if (prefixes.empty()) {
@@ -80,315 +95,216 @@ std::vector<std::string> SdkState::Matching(const std::vector<std::string>& pref
 }
 
 std::vector<std::string> SdkState::Calls(const std::vector<std::string>& prefixes) {
-    const Lock lock(mutex);
+    platform::MutexLock lock(mutex);
     return Matching(prefixes);
 }
 
 std::vector<std::string> SdkState::TakeCalls(const std::vector<std::string>& prefixes) {
-    const Lock lock(mutex);
+    platform::MutexLock lock(mutex);
     std::vector<std::string> result = Matching(prefixes);
     calls.clear();
     return result;
 }
 
 void SdkState::ClearCalls() {
-    const Lock lock(mutex);
+    platform::MutexLock lock(mutex);
     calls.clear();
 }
 
 bool SdkState::WaitForCall(const std::string& text, unsigned timeoutMs) {
-    Lock lock(mutex);
-    return changed.wait_for(lock, std::chrono::milliseconds(timeoutMs),
-                            [&] { return !Matching({text}).empty(); });
+    const auto end = skeleton::Clock::now() + std::chrono::milliseconds(timeoutMs);
+    platform::MutexLock lock(mutex);
+    while (Matching({text}).empty()) {
+        if (skeleton::Clock::now() >= end) {
+            return false;
+        }
+        changed.WaitUntil(mutex, end);
+    }
+    return true;
 }
 
+PxnError SdkState::BeginCall(const skeleton::EntryCall& call) {
+    std::function<void()> hook;
+    {
+        platform::MutexLock lock(mutex);
+        calls.push_back(CallText(call, model));
+        const auto found = hooks.find(call.entry);
+        if (found != hooks.end()) {
+            hook = found->second;
+        }
+        changed.NotifyAll();
+    }
+    if (hook) {
+        hook();
+    }
+    platform::MutexLock lock(mutex);
+    while (held.count(call.entry) != 0) {
+        changed.Wait(mutex);
+    }
+    return NextFailure(call);
+}
+
+// ---- results ----
+
 void SdkState::Fail(const std::string& entry, PxnError code, unsigned nth, unsigned count) {
-    const Lock lock(mutex);
+    platform::MutexLock lock(mutex);
     failures.push_back({entry, nullptr, "", nth - 1u, count, code});
 }
 
 void SdkState::FailAlways(const std::string& entry, PxnError code) {
-    const Lock lock(mutex);
+    platform::MutexLock lock(mutex);
     failures.push_back({entry, nullptr, "", 0, kAlways, code});
 }
 
 void SdkState::FailFeature(PxnHandle handle, const std::string& feature, const std::string& entry,
                            PxnError code) {
-    const Lock lock(mutex);
+    platform::MutexLock lock(mutex);
     failures.push_back({entry, handle, feature, 0, kAlways, code});
 }
 
 void SdkState::ClearFailures() {
-    const Lock lock(mutex);
+    platform::MutexLock lock(mutex);
     failures.clear();
 }
 
 void SdkState::OnCall(const std::string& entry, std::function<void()> hook) {
-    const Lock lock(mutex);
+    platform::MutexLock lock(mutex);
     hooks[entry] = std::move(hook);
 }
 
 void SdkState::ClearHooks() {
-    const Lock lock(mutex);
+    platform::MutexLock lock(mutex);
     hooks.clear();
 }
 
 void SdkState::Hold(const std::string& entry) {
-    const Lock lock(mutex);
+    platform::MutexLock lock(mutex);
     held.insert(entry);
 }
 
 void SdkState::Release(const std::string& entry) {
-    {
-        const Lock lock(mutex);
-        held.erase(entry);
-    }
-    changed.notify_all();
+    platform::MutexLock lock(mutex);
+    held.erase(entry);
+    changed.NotifyAll();
 }
 
-bool SdkState::NextFailure(const Call& call, PxnError& code) {
-    bool failed = false;
+PxnError SdkState::NextFailure(const skeleton::EntryCall& call) {
+    using Kind = skeleton::Argument::Kind;
+    PxnHandle handle = nullptr;
+    const char* feature = nullptr;
+    for (const skeleton::Argument& argument : call.arguments) {
+        if (argument.GetKind() == Kind::kHandle) {
+            handle = argument.AsHandle();
+        } else if (argument.GetKind() == Kind::kFeature) {
+            feature = argument.AsText();
+        }
+    }
+    PxnError result = PxnErrSuccess;
     for (Failure& failure : failures) {
         if (failure.entry.empty() ? call.entry == std::string("PxnShutdown")
                                   : failure.entry != call.entry) {
             continue;
         }
-        if (!failure.feature.empty() && (failure.handle != call.handle || call.feature == nullptr ||
-                                         failure.feature != call.feature)) {
+        if (!failure.feature.empty() &&
+            (failure.handle != handle || !feature || failure.feature != feature)) {
             continue;
         }
         if (failure.skip > 0) {
             --failure.skip;
-        } else if (failure.count > 0 && !failed) {
+        } else if (failure.count > 0 && result == PxnErrSuccess) {
             failure.count -= failure.count == kAlways ? 0 : 1;
-            code = failure.code;
-            failed = true;
+            result = failure.code;
         }
     }
-    return failed;
-}
-
-PxnError SdkState::Run(const Call& call, const Action& action) {
-    std::function<void()> hook;
-    {
-        const Lock lock(mutex);
-        calls.push_back(std::string(call.entry) + "(" + call.arguments + ")");
-        const auto found = hooks.find(call.entry);
-        if (found != hooks.end()) {
-            hook = found->second;
-        }
-    }
-    changed.notify_all();
-    if (hook) {
-        hook();
-    }
-    Lock lock(mutex);
-    changed.wait(lock, [&] { return held.count(call.entry) == 0; });
-    PxnError result = PxnErrSuccess;
-    if (!NextFailure(call, result)) {
-        result = action(lock);
-    }
-    lock.unlock();
-    changed.notify_all();
     return result;
 }
 
-PxnError SdkState::RunFeature(const Call& call, std::uint32_t type,
-                              const std::function<PxnError(Feature&)>& action) {
-    return Run(call, [&](Lock&) -> PxnError {
-        Module* module = FindModule(call.handle);
-        if (module == nullptr) {
-            return PxnErrBadHandle;
+std::uint32_t SdkState::ReportedCount(const char* entry, std::uint32_t count) {
+    platform::MutexLock lock(mutex);
+    const auto scripted = model.foundAnswers.find(entry);
+    if (scripted == model.foundAnswers.end() || scripted->second.empty()) {
+        return count;
+    }
+    const std::uint32_t reported = scripted->second.front();
+    scripted->second.pop_front();
+    return reported;
+}
+
+// ---- frames ----
+
+bool SdkState::Deliver(std::uint64_t frame, std::int32_t status, std::uint64_t frameId,
+                       std::uint8_t fill) {
+    return DeliverOnce(frame, {status, frameId, fill}, [] {});
+}
+
+bool SdkState::DeliverOnThread(std::uint64_t frame, std::int32_t status, std::uint64_t frameId,
+                               std::uint8_t fill) {
+    const auto taken = std::make_shared<std::promise<bool>>();
+    std::thread thread([=] {
+        if (!DeliverOnce(frame, {status, frameId, fill}, [&] { taken->set_value(true); })) {
+            taken->set_value(false);
         }
-        Feature* feature = call.feature != nullptr ? module->Find(call.feature) : nullptr;
-        if (feature == nullptr) {
-            return PxnErrNotFound;
-        }
-        if (type != PxnFeatureDataUnknown && feature->type != type) {
-            return PxnErrWrongType;
-        }
-        return action(*feature);
+    });
+    {
+        platform::MutexLock lock(mutex);
+        deliveries.push_back(std::move(thread));
+    }
+    return taken->get_future().get();
+}
+
+void SdkState::WaitForDeliveries() {
+    std::vector<std::thread> threads;
+    {
+        platform::MutexLock lock(mutex);
+        threads.swap(deliveries);
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+}
+
+bool SdkState::Complete(std::uint64_t frame, PxnError code, std::uint8_t fill) {
+    const auto cameras = OpenCameras();
+    return std::any_of(cameras.begin(), cameras.end(), [&](const auto& frames) {
+        return frames->Complete(frame, code, {.byte = fill});
     });
 }
 
-Module* SdkState::FindModule(PxnHandle handle) {
-    if (handle == SystemHandle()) {
-        return &model.system;
-    }
-    if (handle == ChunkHandle()) {
-        return &model.chunk;
-    }
-    for (std::size_t i = 0; i < model.transportLayers.size(); ++i) {
-        if (handle == TransportLayerHandle(i)) {
-            return &model.transportLayers[i];
-        }
-    }
-    for (std::size_t i = 0; i < model.interfaces.size(); ++i) {
-        if (handle == InterfaceHandle(i)) {
-            return &model.interfaces[i];
-        }
-    }
-    for (std::size_t i = 0; i < model.cameras.size(); ++i) {
-        Camera& camera = model.cameras[i];
-        if (handle == CameraHandle(i)) {
-            return &camera;
-        }
-        if (handle == LocalDeviceHandle(i)) {
-            return &camera.localDevice;
-        }
-        for (std::size_t stream = 0; stream < camera.streams.size(); ++stream) {
-            if (handle == StreamHandle(i, stream)) {
-                return &camera.streams[stream];
-            }
-        }
-    }
-    return nullptr;
+std::vector<std::uint64_t> SdkState::AnnouncedFrames() {
+    return ListFrames(&ScriptedFrames::AnnouncedFrames);
 }
 
-bool SdkState::FindCamera(PxnHandle handle, std::size_t& index) {
-    for (index = 0; index < model.cameras.size(); ++index) {
-        if (handle == CameraHandle(index)) {
-            return true;
+std::vector<std::uint64_t> SdkState::QueuedFrames() {
+    return ListFrames(&ScriptedFrames::QueuedFrames);
+}
+
+bool SdkState::IsCapturing() {
+    const auto cameras = OpenCameras();
+    return std::any_of(cameras.begin(), cameras.end(),
+                       [](const auto& frames) { return frames->IsCapturing(); });
+}
+
+// ---- invalidation ----
+
+std::vector<Registration> SdkState::Registrations() {
+    std::vector<Registration> result;
+    if (const auto backend = skeleton::Library::Instance().Current()) {
+        for (const auto& one : backend->Changes().List()) {
+            platform::MutexLock lock(mutex);
+            result.push_back({NameOf(model, one.handle), one.name, one.context});
         }
     }
-    return false;
+    return result;
 }
 
-bool SdkState::FindCamera(const std::string& id, std::size_t& index) {
-    for (index = 0; index < model.cameras.size(); ++index) {
-        if (model.cameras[index].extendedId == id || model.cameras[index].id == id) {
-            return true;
-        }
-    }
-    return false;
-}
-
-std::string SdkState::NameOf(PxnHandle handle) {
-    if (handle == nullptr) {
-        return "null";
-    }
-    const Lock lock(mutex);
-    if (handle == SystemHandle()) {
-        return "system";
-    }
-    if (handle == ChunkHandle()) {
-        return "chunk";
-    }
-    for (std::size_t i = 0; i < model.transportLayers.size(); ++i) {
-        if (handle == TransportLayerHandle(i)) {
-            return "transportlayer" + std::to_string(i);
-        }
-    }
-    for (std::size_t i = 0; i < model.interfaces.size(); ++i) {
-        if (handle == InterfaceHandle(i)) {
-            return "interface" + std::to_string(i);
-        }
-    }
-    for (std::size_t i = 0; i < model.cameras.size(); ++i) {
-        if (handle == CameraHandle(i)) {
-            return "camera" + std::to_string(i);
-        }
-        if (handle == LocalDeviceHandle(i)) {
-            return "localdevice" + std::to_string(i);
-        }
-        for (std::size_t stream = 0; stream < model.cameras[i].streams.size(); ++stream) {
-            if (handle == StreamHandle(i, stream)) {
-                const std::string name = "stream" + std::to_string(stream);
-                return i == 0 ? name : "camera" + std::to_string(i) + "." + name;
-            }
-        }
-    }
-    char number[24];
-    std::snprintf(number, sizeof(number), "0x%llX",
-                  static_cast<unsigned long long>(reinterpret_cast<std::uintptr_t>(handle)));
-    return number;
-}
-
-const char* SdkState::Intern(const std::string& text) {
-    return texts.insert(text).first->c_str();
-}
-
-void SdkState::FillCameraInfo(std::size_t index, PxnCameraInfo& info) {
-    const Camera& camera = model.cameras[index];
-    info = {};
-    info.cameraIdString = Intern(camera.id);
-    info.cameraIdExtended = Intern(camera.extendedId);
-    info.cameraName = Intern(camera.name);
-    info.modelName = Intern(camera.modelName);
-    info.serialString = Intern(camera.serial);
-    info.permittedAccess = camera.permittedAccess;
-    if (camera.interface < model.interfaces.size()) {
-        info.interfaceHandle = InterfaceHandle(camera.interface);
-        info.transportLayerHandle =
-            TransportLayerHandle(model.interfaces[camera.interface].transportLayer);
-    }
-    if (openCameras.count(index) != 0) {
-        const std::vector<PxnHandle>& streams = streamHandles[index];
-        info.localDeviceHandle = LocalDeviceHandle(index);
-        info.streamHandles = streams.empty() ? nullptr : streams.data();
-        info.streamCount = static_cast<std::uint32_t>(streams.size());
-    }
-}
-
-void SdkState::FillFeatureInfo(const Feature& feature, PxnFeatureInfo& info) {
-    info = {};
-    info.name = Intern(feature.name);
-    info.category = Intern(feature.category);
-    info.displayName = Intern(feature.displayName);
-    info.tooltip = Intern(feature.tooltip);
-    info.description = Intern(feature.description);
-    info.sfncNamespace = Intern(feature.sfncNamespace);
-    info.unit = Intern(feature.unit);
-    info.representation = Intern(feature.representation);
-    info.featureDataType = feature.type;
-    info.featureFlags = feature.flags;
-    info.pollingTime = feature.pollingTime;
-    info.visibility = feature.visibility;
-    info.isStreamable = feature.isStreamable ? 1 : 0;
-    info.hasSelectedFeatures = feature.selected.empty() ? 0 : 1;
-}
-
-std::uint32_t SdkState::Found(const char* entry, std::size_t found) {
-    const auto scripted = model.foundAnswers.find(entry);
-    if (scripted != model.foundAnswers.end() && !scripted->second.empty()) {
-        const std::uint32_t answer = scripted->second.front();
-        scripted->second.pop_front();
-        return answer;
-    }
-    return static_cast<std::uint32_t>(found);
-}
-
-PxnError SdkState::ChangeStartups(int step) {
-    if (startups + step < 0) {
-        return PxnErrApiNotStarted;
-    }
-    startups += step;
-    if (startups == 0) {
-        openCameras.clear();
-        announced.clear();
-        queued.clear();
-        completed.clear();
-        capturing.clear();
-        registrations.clear();
-    }
-    return PxnErrSuccess;
-}
-
-PxnError SdkState::OpenCamera(const char* id, PxnHandle* camera) {
-    std::size_t index = 0;
-    if (!FindCamera(id, index)) {
-        return PxnErrNotFound;
-    }
-    if (!openCameras.insert(index).second) {
-        return PxnErrInUse;
-    }
-    std::vector<PxnHandle>& streams = streamHandles[index];
-    streams.clear();
-    for (std::size_t stream = 0; stream < model.cameras[index].streams.size(); ++stream) {
-        streams.push_back(StreamHandle(index, stream));
-    }
-    *camera = CameraHandle(index);
-    return PxnErrSuccess;
+unsigned SdkState::Fire(PxnHandle handle, const std::string& feature) {
+    const auto backend = skeleton::Library::Instance().Current();
+    return backend ? backend->Changes().Call(handle, backend->Texts().Intern(feature)) : 0;
 }
 
 } // namespace scripted
+
+extern "C" PXN_API scripted::Sdk* ScriptedSdkInstance();
+scripted::Sdk* ScriptedSdkInstance() {
+    return &scripted::SdkState::Instance();
+}

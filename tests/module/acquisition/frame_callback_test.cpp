@@ -152,7 +152,9 @@ TEST_F(FrameCallback, QueuesWhatTheHostHasNotReleased) {
 TEST_F(FrameCallback, WorksWithoutASink) {
     WithoutSink();
     Ready(1);
-    // Without a sink a continuous snap needs its announcement to fail.
+    // Without a sink a continuous snap needs its announcement to fail, and an SDK that queues the
+    // frame all the same.
+    sdk.Data().broken.unannouncedFramesAreQueued = true;
     sdk.Fail("PxnFrameAnnounce", PxnErrIO);
     ASSERT_EQ(Grabber().Snap(1), MV_OK);
     ASSERT_TRUE(sdk.Deliver(0));

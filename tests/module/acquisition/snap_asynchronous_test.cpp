@@ -246,6 +246,22 @@ TEST_F(AsynchronousSnap, StartsOneCleanupThreadForOneSnap) {
     EXPECT_EQ(sdk.Calls({"PxnFrameRevokeAll"}), Texts{revokeAll});
 }
 
+TEST_F(AsynchronousSnap, StartsOneCleanupThreadForAFrameThatIsHandedBackTwice) {
+    Ready(1);
+    sdk.Data().broken.framesAreHandedBackTwice = true;
+    ASSERT_EQ(Grabber().Snap(2), MV_OK);
+    Forget();
+    sdk.Hold("PxnFeatureCommandRun");
+    ASSERT_TRUE(sdk.Deliver(0));
+    ASSERT_TRUE(sdk.WaitForCall(stop));
+    ASSERT_TRUE(sdk.Deliver(0));
+    EXPECT_EQ(TakeHandedOver(), (std::vector<HandedOver>{{0, 1}, {0, 1}}));
+    sdk.Release("PxnFeatureCommandRun");
+    ASSERT_TRUE(WaitUntilIdle());
+    EXPECT_EQ(Calls(), cleaningUp);
+    EXPECT_FALSE(sdk.Deliver(0)); // revoked
+}
+
 TEST_F(AsynchronousSnap, MayBeRepeated) {
     Ready(1);
     for (int round = 0; round < 5; ++round) {

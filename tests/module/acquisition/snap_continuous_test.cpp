@@ -6,6 +6,8 @@ namespace {
 using ContinuousSnap = SnapFixture;
 
 const std::string kStartFailed = "Sending acquisition start command to camera failed";
+const std::string kNotQueued =
+    "0 CMivoraKVNPyxenClass::QueueAllBuffers: PxnCaptureFrameQueue failed: The designated instance (camera, feature etc.) cannot be found";
 
 TEST_F(ContinuousSnap, StartsCaptureAndThenQueues) {
     Ready(3);
@@ -42,19 +44,35 @@ TEST_F(ContinuousSnap, RunsWithoutAnyBuffer) {
 TEST_F(ContinuousSnap, PassesOverAFailedAnnouncementInSilence) {
     Ready(3);
     sdk.Fail("PxnFrameAnnounce", PxnErrIO, 2);
+    // The SDK does not queue what it does not know.
+    EXPECT_EQ(Grabber().Snap(1), MV_ACQUISITION_FAILED);
+    EXPECT_EQ(Calls(), (Texts{Announce(0), Announce(1), Announce(2), captureStart, Queue(0),
+                              Queue(1), captureEnd, flush, revokeAll}));
+    EXPECT_EQ(Log(),
+              (Texts{Said("Announced buffer 0"), Said("Announced buffer 2"),
+                     Said("PxnCaptureStart successful"),
+                     "1 CMivoraKVNPyxenClass::QueueAllBuffers: Queued buffer 0", kNotQueued}));
+    EXPECT_EQ(Grabber().GetAcquisitionState(), 1u);
+}
+
+TEST_F(ContinuousSnap, RunsWithWhatTheSdkQueuesUnannounced) {
+    Ready(3);
+    sdk.Data().broken.unannouncedFramesAreQueued = true;
+    sdk.Fail("PxnFrameAnnounce", PxnErrIO, 2);
     EXPECT_EQ(Grabber().Snap(1), MV_OK);
     const Texts log = Log();
     EXPECT_EQ(log[0], Said("Announced buffer 0"));
     EXPECT_EQ(log[1], Said("Announced buffer 2"));
     EXPECT_EQ(sdk.Calls({"PxnCaptureFrameQueue"}), (Texts{Queue(0), Queue(1), Queue(2)}));
+    EXPECT_EQ(sdk.QueuedFrames(), (std::vector<std::uint64_t>{0, 1, 2}));
     EXPECT_EQ(Grabber().GetAcquisitionState(), 1u);
 }
 
 TEST_F(ContinuousSnap, GoesOnWhenNothingCouldBeAnnounced) {
     Ready(2);
     sdk.FailAlways("PxnFrameAnnounce", PxnErrIO);
-    EXPECT_EQ(Grabber().Snap(1), MV_OK);
-    EXPECT_EQ(Log().front(), Said("PxnCaptureStart successful"));
+    EXPECT_EQ(Grabber().Snap(1), MV_ACQUISITION_FAILED);
+    EXPECT_EQ(Log(), (Texts{Said("PxnCaptureStart successful"), kNotQueued}));
 }
 
 TEST_F(ContinuousSnap, CountsTheFirstAnnouncementAsAFailureWithoutASink) {
@@ -78,9 +96,18 @@ TEST_F(ContinuousSnap, PassesOverFailedAnnouncementsToTheFirstSuccessWithoutASin
 TEST_F(ContinuousSnap, RunsWithoutASinkWhenNothingCouldBeAnnounced) {
     WithoutSink();
     Ready(1);
+    sdk.Data().broken.unannouncedFramesAreQueued = true;
     sdk.Fail("PxnFrameAnnounce", PxnErrIO);
     EXPECT_EQ(Grabber().Snap(1), MV_OK);
     EXPECT_EQ(Calls(), (Texts{Announce(0), captureStart, Queue(0), start}));
+}
+
+TEST_F(ContinuousSnap, FailsWithoutASinkWhenTheSdkQueuesNothingUnannounced) {
+    WithoutSink();
+    Ready(1);
+    sdk.Fail("PxnFrameAnnounce", PxnErrIO);
+    EXPECT_EQ(Grabber().Snap(1), MV_ACQUISITION_FAILED);
+    EXPECT_EQ(Calls(), (Texts{Announce(0), captureStart, Queue(0), captureEnd, flush, revokeAll}));
 }
 
 TEST_F(ContinuousSnap, UndoesAFailedQueueingAfterTheStart) {

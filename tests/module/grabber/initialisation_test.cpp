@@ -113,6 +113,26 @@ TEST_F(Initialisation, WithoutSdkItIsRefusedAndMayBeTriedAgain) {
     EXPECT_EQ(Calls(), initCalls);
 }
 
+TEST_F(Initialisation, AFailedOneLeavesTheOpenCameraOfAnotherGrabberAlone) {
+    Prepare(2);
+    ASSERT_EQ(Grabber().Snap(1), MV_OK);
+    Forget();
+    {
+        CMivoraKVNPyxenClass other(nullptr);
+        sdk.Fail("PxnStartup", PxnErrNoTL);
+        EXPECT_EQ(other.Init(), MV_REFUSED);
+        EXPECT_EQ(Calls(), (Texts{"PxnStartup(null)", "PxnShutdown()"}));
+    }
+    EXPECT_EQ(sdk.StartupCount(), 1);
+    EXPECT_TRUE(sdk.IsCapturing());
+    EXPECT_EQ(sdk.AnnouncedFrames(), (std::vector<std::uint64_t>{0, 1}));
+    EXPECT_EQ(sdk.Registrations().size(), 1u);
+    EXPECT_TRUE(sdk.Deliver(1));
+    EXPECT_EQ(sdk.QueuedFrames(), (std::vector<std::uint64_t>{0, 1}));
+    EXPECT_EQ(Grabber().StopSnap(), MV_OK);
+    EXPECT_EQ(Grabber().CloseActCamera(), MV_OK);
+}
+
 TEST_F(Initialisation, WritesTheVersionText) {
     EXPECT_STREQ(Grabber().GetDriverVersion(), "");
     EXPECT_EQ(Calls(), Texts{});

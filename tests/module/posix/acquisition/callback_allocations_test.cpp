@@ -47,7 +47,9 @@ protected:
         Camera()["PixelFormat"].text = "Mono12p";
         Camera()["PayloadSize"].intValue = 640 * 480 * 3 / 2;
         Prepare(1);
-        // Without a sink a continuous snap needs its announcement to fail.
+        // Without a sink a continuous snap needs its announcement to fail, and an SDK that queues
+        // the frame all the same.
+        sdk.Data().broken.unannouncedFramesAreQueued = true;
         sdk.Fail("PxnFrameAnnounce", PxnErrIO);
         ASSERT_EQ(Grabber().Snap(1), MV_OK);
     }
