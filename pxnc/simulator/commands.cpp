@@ -393,7 +393,7 @@ std::string ControlClock(const Words& words) {
 
 std::string Help(const Words&);
 
-struct Command {
+struct ControlCommand {
     const char* name;
     std::size_t least; // words after the name
     std::size_t most;
@@ -404,7 +404,7 @@ struct Command {
 constexpr std::size_t kAnyNumber = 1000;
 constexpr std::size_t kRestOfLine = 1001; // one argument, blanks and all
 
-constexpr Command kCommands[] = {
+constexpr ControlCommand kCommands[] = {
     {"plug", 1, 1, "plug ID",
      [](const Words& words) {
          return SetPlugged(words, true);
@@ -493,12 +493,12 @@ constexpr Command kCommands[] = {
 
 bool IsCommandName(const std::string& word) {
     return std::any_of(std::begin(kCommands), std::end(kCommands),
-                       [&word](const Command& command) { return word == command.name; });
+                       [&word](const ControlCommand& command) { return word == command.name; });
 }
 
 std::string Help(const Words&) {
     std::string text;
-    for (const Command& command : kCommands) {
+    for (const ControlCommand& command : kCommands) {
         text += command.usage;
         text += '\n';
     }
@@ -526,7 +526,7 @@ std::int32_t RunCommand(const std::string& line, std::string& answer) {
         if (words.empty()) {
             Refuse(PxnErrBadParameter, "no command; try help");
         }
-        for (const Command& command : kCommands) {
+        for (const ControlCommand& command : kCommands) {
             if (words[0] != command.name) {
                 continue;
             }
