@@ -370,8 +370,7 @@ AcquisitionPlan Camera::MakePlan() const {
         plan.frameCount = static_cast<std::uint64_t>(IntValue("AcquisitionFrameCount"));
     }
     constexpr std::int64_t kFrameStart = 0; // the state of TriggerSelector
-    plan.triggered =
-        dynamic_cast<const EnumFeature&>(*Find("TriggerMode")).IsFor(kFrameStart, "On");
+    plan.triggered = Get<Enum>("TriggerMode").IsFor(kFrameStart, "On");
     plan.freeRunning = BoolValue("SimulatorFreeRunning");
     plan.periodNs = FramePeriodNs();
     plan.chunkBytes = ChunkBytes();

@@ -1,120 +1,62 @@
+// camera_features_actions.cpp - action commands and the features for testing hosts
 #include "pxnc/simulator/camera.h"
 #include "pxnc/simulator/camera_features.h"
-
-#include <limits>
 
 namespace pxsim {
 namespace {
 
 constexpr std::int64_t kWord = 0xFFFFFFFF;
 
-// One of the many that a host may be tried with, of a type by turns.
+constexpr FeatureRow kActionRows[] = {
+    {"ActionUnconditionalMode", Enum{"Off On"}, kGuru, "Actions are taken from anybody."},
+    {"ActionDeviceKey", Int{.min = 0, .max = kWord}, kGuru | kWriteOnly,
+     "Key that an action must know.", Extra{.representation = "HexNumber"}},
+    {"ActionQueueSize", Int{16}, kGuru | kReadOnly, "Actions that can wait."},
+    {"ActionSelector", Int{.min = 0, .max = 1}, kGuru, "Action that the features below belong to."},
+    {"ActionGroupKey", Int{.min = 0, .max = kWord}, kGuru, "Group that the action is for.",
+     Extra{.representation = "HexNumber", .selectors = "ActionSelector"}},
+    {"ActionGroupMask", Int{.value = kWord, .min = 0, .max = kWord}, kGuru,
+     "Members of the group that the action is for.",
+     Extra{.representation = "HexNumber", .selectors = "ActionSelector"}},
+};
+
+constexpr FeatureRow kSimulatorRows[] = {
+    {"SimulatorWideInteger", Int{-1}, kGuru | kCustom, "Takes any integer."},
+    {"SimulatorSteppedInteger", Int{.value = -7, .min = -10, .max = 20, .step = 3}, kGuru | kCustom,
+     "Starts below zero and moves in steps of three."},
+    {"SimulatorFloat", Float{.value = 0.5, .min = -1e12, .max = 1e12}, kGuru | kCustom,
+     "Takes large and small numbers.", Extra{.unit = "m/s²", .representation = "PureNumber"}},
+    {"SimulatorText", String{"Grüße aus dem Labor: 25 °C, ±3 µm", 255}, kGuru | kCustom,
+     "A text with more than ASCII: äöü €."},
+    {"SimulatorClosedChoice", Enum{"Present Absent AlsoAbsent"}, kGuru | kCustom,
+     "Most of its entries are not available."},
+};
+
+// One of many features to test hosts with; the types take turns.
 void AddExtra(Camera& camera, std::uint32_t index) {
-    const std::string text = "SimulatorExtra" + std::to_string(index);
-    const char* name = text.c_str();
-    const char* category =
-        camera.Strings().Intern("/SimulatorControl/Group" + std::to_string(index / 100));
-    const auto describe = [category](auto& feature) {
-        feature.In(category).Custom().For(PxnVisibilityGuru).Text("One of many.");
+    const std::string name = "SimulatorExtra" + std::to_string(index);
+    const decltype(FeatureRow::type) types[] = {
+        Int{.value = index, .min = 0, .max = kWord},
+        Float{.value = static_cast<double>(index), .min = 0.0, .max = 1e9},
+        Enum{"First Second Third"}, String{name.c_str()}, Bool{}};
+    const FeatureRow rows[] = {
+        {name.c_str(), types[index % std::size(types)], kGuru | kCustom, "One of many."},
     };
-    switch (index % 5) {
-    case 0:
-        return describe(camera.Int(name).Value(index).Range(0, kWord));
-    case 1:
-        return describe(camera.Float(name).Value(index).Range(0.0, 1e9));
-    case 2:
-        return describe(camera.Enum(name).Entries({"First", "Second", "Third"}));
-    case 3:
-        return describe(camera.String(name).Value(text));
-    default:
-        return describe(camera.Bool(name));
-    }
+    const std::string category = "/SimulatorControl/Group" + std::to_string(index / 100);
+    camera.AddTable(category.c_str(), rows);
 }
 
 } // namespace
 
 void AddActionControl(Camera& camera) {
-    constexpr const char* kActionControl = "/ActionControl";
-    camera.Enum("ActionUnconditionalMode")
-        .Entries({"Off", "On"})
-        .In(kActionControl)
-        .For(PxnVisibilityGuru)
-        .Text("Actions are taken from anybody.");
-    camera.Int("ActionDeviceKey")
-        .Range(0, kWord)
-        .As("HexNumber")
-        .In(kActionControl)
-        .For(PxnVisibilityGuru)
-        .WriteOnly()
-        .Text("Key that an action must know.");
-    camera.Int("ActionQueueSize")
-        .Value(16)
-        .In(kActionControl)
-        .For(PxnVisibilityGuru)
-        .ReadOnly()
-        .Text("Actions that can wait.");
-    camera.Int("ActionSelector")
-        .Range(0, 1)
-        .In(kActionControl)
-        .For(PxnVisibilityGuru)
-        .Text("Action that the features below belong to.");
-    camera.Int("ActionGroupKey")
-        .SelectedBy("ActionSelector")
-        .Range(0, kWord)
-        .As("HexNumber")
-        .In(kActionControl)
-        .For(PxnVisibilityGuru)
-        .Text("Group that the action is for.");
-    camera.Int("ActionGroupMask")
-        .SelectedBy("ActionSelector")
-        .Value(kWord)
-        .Range(0, kWord)
-        .As("HexNumber")
-        .In(kActionControl)
-        .For(PxnVisibilityGuru)
-        .Text("Members of the group that the action is for.");
+    camera.AddTable("/ActionControl", kActionRows);
 }
 
 void AddSimulatorControl(Camera& camera) {
-    constexpr const char* kSimulatorControl = "/SimulatorControl";
-    camera.Int("SimulatorWideInteger")
-        .Value(-1)
-        .Range(std::numeric_limits<std::int64_t>::min(), std::numeric_limits<std::int64_t>::max())
-        .In(kSimulatorControl)
-        .Custom()
-        .For(PxnVisibilityGuru)
-        .Text("Takes any integer.");
-    camera.Int("SimulatorSteppedInteger")
-        .Value(-7)
-        .Range(-10, 20, 3)
-        .In(kSimulatorControl)
-        .Custom()
-        .For(PxnVisibilityGuru)
-        .Text("Starts below zero and moves in steps of three.");
-    camera.Float("SimulatorFloat")
-        .Value(0.5)
-        .Range(-1e12, 1e12)
-        .As("PureNumber")
-        .Unit("m/s²")
-        .In(kSimulatorControl)
-        .Custom()
-        .For(PxnVisibilityGuru)
-        .Text("Takes large and small numbers.");
-    camera.String("SimulatorText")
-        .Value("Grüße aus dem Labor: 25 °C, ±3 µm")
-        .MaxLength(255)
-        .In(kSimulatorControl)
-        .Custom()
-        .For(PxnVisibilityGuru)
-        .Text("A text with more than ASCII: äöü €.");
-    camera.Enum("SimulatorClosedChoice")
-        .Entries({"Present", "Absent", "AlsoAbsent"})
+    camera.AddTable("/SimulatorControl", kSimulatorRows);
+    camera.Get<Enum>("SimulatorClosedChoice")
         .EntryAvailableWhen("Absent", [] { return false; })
-        .EntryAvailableWhen("AlsoAbsent", [] { return false; })
-        .In(kSimulatorControl)
-        .Custom()
-        .For(PxnVisibilityGuru)
-        .Text("Most of its entries are not available.");
+        .EntryAvailableWhen("AlsoAbsent", [] { return false; });
     for (std::uint32_t index = 0; index < camera.Setup().extraFeatures; ++index) {
         AddExtra(camera, index);
     }

@@ -1,92 +1,54 @@
+// camera_features_analog.cpp - gain, black level, white balance and response curve
 #include "pxnc/simulator/camera.h"
 #include "pxnc/simulator/camera_features.h"
 
 namespace pxsim {
 namespace {
 
-constexpr const char* kAnalogControl = "/AnalogControl";
-
-bool IsColor(Camera& camera) {
-    const PixelFormat* format = FindPixelFormat(camera.EnumValue("PixelFormat"));
-    return format->order != Order::kMono;
-}
+constexpr FeatureRow kAnalogRows[] = {
+    {"GainSelector", Enum{"All AnalogAll DigitalAll DigitalRed DigitalGreen DigitalBlue"},
+     kBeginner, "Amplifier that the features below belong to."},
+    {"GainAuto", Enum{"Off Once Continuous"}, kBeginner, "Gain found by the camera.",
+     Extra{.affects = "Gain"}},
+    {"Gain", Float{.min = 0.0, .max = 24.0}, kBeginner, "Amplification.",
+     Extra{.unit = "dB", .selectors = "GainSelector"}},
+    {"BlackLevelSelector", Enum{"All Red Green Blue"}, kExpert,
+     "Colour that the black level belongs to."},
+    {"BlackLevel", Float{.min = 0.0, .max = 100.0}, kExpert, "Brightness of black.",
+     Extra{.unit = "%", .selectors = "BlackLevelSelector"}},
+    {"BlackLevelAuto", Enum{"Off Once Continuous"}, kExpert, "Black level found by the camera."},
+    {"BalanceRatioSelector", Enum{"Red Green Blue"}, kBeginner,
+     "Colour that the balance belongs to."},
+    {"BalanceRatio", Float{.value = 1.0, .min = 0.1, .max = 8.0}, kBeginner,
+     "Weight of the colour.", Extra{.selectors = "BalanceRatioSelector"}},
+    {"BalanceWhiteAuto", Enum{"Off Once Continuous"}, kBeginner, "Balance found by the camera.",
+     Extra{.affects = "BalanceRatio"}},
+    {"Gamma", Float{.value = 1.0, .min = 0.25, .max = 4.0}, kBeginner,
+     "Exponent of the response curve: output = input^γ."},
+    {"WhiteClip", Int{.value = 100, .min = 50, .max = 100}, kExpert,
+     "Brightness above which everything is white.", Extra{.unit = "%"}},
+};
 
 } // namespace
 
 void AddAnalogControl(Camera& camera) {
+    camera.AddTable("/AnalogControl", kAnalogRows);
     const auto color = [&camera] {
-        return IsColor(camera);
+        return FindPixelFormat(camera.EnumValue("PixelFormat"))->order != Order::kMono;
     };
-    camera.Enum("GainSelector")
-        .Entries({"All", "AnalogAll", "DigitalAll", "DigitalRed", "DigitalGreen", "DigitalBlue"})
-        .EntryAvailableWhen("DigitalRed", color)
-        .EntryAvailableWhen("DigitalGreen", color)
-        .EntryAvailableWhen("DigitalBlue", color)
-        .In(kAnalogControl)
-        .Text("Amplifier that the features below belong to.");
-    camera.Enum("GainAuto")
-        .Entries({"Off", "Once", "Continuous"})
-        .In(kAnalogControl)
-        .Affects({"Gain"})
-        .Text("Gain found by the camera.");
-    camera.Float("Gain")
-        .SelectedBy("GainSelector")
-        .Range(0.0, 24.0)
-        .Unit("dB")
-        .In(kAnalogControl)
-        .WritableWhen([&camera] { return camera.EnumIs("GainAuto", "Off"); })
-        .Text("Amplification.");
-    camera.Enum("BlackLevelSelector")
-        .Entries({"All", "Red", "Green", "Blue"})
-        .EntryAvailableWhen("Red", color)
-        .EntryAvailableWhen("Green", color)
-        .EntryAvailableWhen("Blue", color)
-        .In(kAnalogControl)
-        .For(PxnVisibilityExpert)
-        .Text("Colour that the black level belongs to.");
-    camera.Float("BlackLevel")
-        .SelectedBy("BlackLevelSelector")
-        .Range(0.0, 100.0)
-        .Unit("%")
-        .In(kAnalogControl)
-        .For(PxnVisibilityExpert)
-        .Text("Brightness of black.");
-    camera.Enum("BlackLevelAuto")
-        .Entries({"Off", "Once", "Continuous"})
-        .In(kAnalogControl)
-        .For(PxnVisibilityExpert)
-        .Text("Black level found by the camera.");
-    camera.Enum("BalanceRatioSelector")
-        .Entries({"Red", "Green", "Blue"})
-        .In(kAnalogControl)
-        .AvailableWhen(color)
-        .Text("Colour that the balance belongs to.");
-    camera.Float("BalanceRatio")
-        .SelectedBy("BalanceRatioSelector")
-        .Value(1.0)
-        .Range(0.1, 8.0)
-        .In(kAnalogControl)
-        .AvailableWhen(color)
-        .WritableWhen([&camera] { return camera.EnumIs("BalanceWhiteAuto", "Off"); })
-        .Text("Weight of the colour.");
-    camera.Enum("BalanceWhiteAuto")
-        .Entries({"Off", "Once", "Continuous"})
-        .In(kAnalogControl)
-        .AvailableWhen(color)
-        .Affects({"BalanceRatio"})
-        .Text("Balance found by the camera.");
-    camera.Float("Gamma")
-        .Value(1.0)
-        .Range(0.25, 4.0)
-        .In(kAnalogControl)
-        .Text("Exponent of the response curve: output = input^γ.");
-    camera.Int("WhiteClip")
-        .Value(100)
-        .Range(50, 100)
-        .Unit("%")
-        .In(kAnalogControl)
-        .For(PxnVisibilityExpert)
-        .Text("Brightness above which everything is white.");
+    for (const char* entry : {"DigitalRed", "DigitalGreen", "DigitalBlue"}) {
+        camera.Get<Enum>("GainSelector").EntryAvailableWhen(entry, color);
+    }
+    for (const char* entry : {"Red", "Green", "Blue"}) {
+        camera.Get<Enum>("BlackLevelSelector").EntryAvailableWhen(entry, color);
+    }
+    for (const char* name : {"BalanceRatioSelector", "BalanceRatio", "BalanceWhiteAuto"}) {
+        camera.At(name).AvailableWhen(color);
+    }
+    camera.At("Gain").WritableWhen([&camera] { return camera.EnumIs("GainAuto", "Off"); });
+    camera.At("BalanceRatio").WritableWhen([&camera] {
+        return camera.EnumIs("BalanceWhiteAuto", "Off");
+    });
 }
 
 } // namespace pxsim

@@ -1,15 +1,21 @@
+// camera_features_chunks.cpp - which data about a frame follows its image
 #include "pxnc/simulator/camera.h"
 #include "pxnc/simulator/camera_features.h"
 #include "pxnc/simulator/chunk_data.h"
 
 #include <bit>
 #include <cassert>
-#include <iterator>
 
 namespace pxsim {
 namespace {
 
-constexpr const char* kChunkDataControl = "/ChunkDataControl";
+constexpr FeatureRow kChunkRows[] = {
+    {"ChunkModeActive", Bool{}, kExpert | kLocked, "Data about the frame follows the image.",
+     Extra{.affects = "ChunkEnable PayloadSize ImageSize"}},
+    {"ChunkSelector", Enum{}, kExpert, "Part that can be switched on."},
+    {"ChunkEnable", Bool{true}, kExpert | kLocked, "The part is sent.",
+     Extra{.selectors = "ChunkSelector", .affects = "PayloadSize ImageSize"}},
+};
 
 std::uint64_t ChunkBits(const Camera& camera, const PxnFrame& frame, Chunk chunk) {
     switch (chunk) {
@@ -40,35 +46,17 @@ std::uint64_t ChunkBits(const Camera& camera, const PxnFrame& frame, Chunk chunk
 } // namespace
 
 void AddChunkDataControl(Camera& camera) {
-    const auto active = [&camera] {
+    camera.AddTable("/ChunkDataControl", kChunkRows);
+    camera.Get<Enum>("ChunkSelector").Entries(kChunkNames);
+    camera.At("ChunkEnable").WritableWhen([&camera] {
         return camera.BoolValue("ChunkModeActive");
-    };
-    camera.Bool("ChunkModeActive")
-        .In(kChunkDataControl)
-        .For(PxnVisibilityExpert)
-        .LockedWhileStreaming()
-        .Affects({"ChunkEnable", "PayloadSize", "ImageSize"})
-        .Text("Data about the frame follows the image.");
-    camera.Enum("ChunkSelector")
-        .Entries({std::begin(kChunkNames), std::end(kChunkNames)})
-        .In(kChunkDataControl)
-        .For(PxnVisibilityExpert)
-        .Text("Part that can be switched on.");
-    camera.Bool("ChunkEnable")
-        .SelectedBy("ChunkSelector")
-        .Value(true)
-        .In(kChunkDataControl)
-        .For(PxnVisibilityExpert)
-        .LockedWhileStreaming()
-        .WritableWhen(active)
-        .Affects({"PayloadSize", "ImageSize"})
-        .Text("The part is sent.");
+    });
 }
 
 std::uint32_t Camera::EnabledChunkMask() const {
     platform::MutexLock lock(mutex);
     std::uint32_t mask = 0;
-    const auto& enable = dynamic_cast<const BoolFeature&>(*Find("ChunkEnable"));
+    const BoolFeature& enable = Get<Bool>("ChunkEnable");
     for (std::uint32_t index = 0; index < kChunkCount; ++index) {
         mask |= enable.GetFor(index) ? 1u << index : 0u;
     }

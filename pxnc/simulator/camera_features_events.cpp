@@ -1,54 +1,44 @@
+// camera_features_events.cpp - what the camera reports while it works, as features
 #include "pxnc/simulator/camera.h"
 #include "pxnc/simulator/camera_features.h"
 
 namespace pxsim {
 namespace {
 
-constexpr const char* kEventControl = "/EventControl";
+constexpr FeatureRow kEventRows[] = {
+    {"EventSelector", Enum{}, kBeginner, "Event that the notification belongs to."},
+    {"EventNotification", Enum{"Off On"}, kBeginner, "The event is reported.",
+     Extra{.selectors = "EventSelector"}},
+};
+
+void AddEventData(Camera& camera, const std::string& event) {
+    const std::string timestamp = event + "Timestamp";
+    const std::string frameId = event + "FrameID";
+    const FeatureRow rows[] = {
+        {event.c_str(), Int{}, kExpert | kReadOnly, "Events of this kind so far.",
+         Extra{.pollingMs = 0}},
+        {timestamp.c_str(), Int{}, kExpert | kReadOnly, "The camera's clock at the last event.",
+         Extra{.unit = "ns", .pollingMs = 0}},
+        {frameId.c_str(), Int{}, kExpert | kReadOnly, "Frame that the last event belongs to.",
+         Extra{.pollingMs = 0}},
+    };
+    camera.AddTable(("/EventControl/" + event + "Data").c_str(), rows);
+}
 
 } // namespace
 
 void AddEventControl(Camera& camera) {
-    camera.Enum("EventSelector")
-        .Entries({kCameraEventNames[0], kCameraEventNames[1], kCameraEventNames[2],
-                  kCameraEventNames[3]})
-        .In(kEventControl)
-        .Text("Event that the notification belongs to.");
-    camera.Enum("EventNotification")
-        .Entries({"Off", "On"})
-        .SelectedBy("EventSelector")
-        .In(kEventControl)
-        .OnChange([&camera] { camera.UpdateEventMask(); })
-        .Text("The event is reported.");
+    camera.AddTable("/EventControl", kEventRows);
+    camera.Get<Enum>("EventSelector").Entries(kCameraEventNames);
+    camera.At("EventNotification").OnChange([&camera] { camera.UpdateEventMask(); });
     for (const char* event : kCameraEventNames) {
-        const std::string name = std::string("Event") + event;
-        const char* category =
-            camera.Strings().Intern(std::string(kEventControl) + "/" + name + "Data");
-        camera.Int(name.c_str())
-            .In(category)
-            .ReadOnly()
-            .Volatile(0)
-            .For(PxnVisibilityExpert)
-            .Text("Events of this kind so far.");
-        camera.Int((name + "Timestamp").c_str())
-            .In(category)
-            .ReadOnly()
-            .Volatile(0)
-            .Unit("ns")
-            .For(PxnVisibilityExpert)
-            .Text("The camera's clock at the last event.");
-        camera.Int((name + "FrameID").c_str())
-            .In(category)
-            .ReadOnly()
-            .Volatile(0)
-            .For(PxnVisibilityExpert)
-            .Text("Frame that the last event belongs to.");
+        AddEventData(camera, std::string("Event") + event);
     }
 }
 
 void Camera::UpdateEventMask() {
     platform::MutexLock lock(mutex);
-    const auto& notification = dynamic_cast<const EnumFeature&>(*Find("EventNotification"));
+    const EnumFeature& notification = Get<Enum>("EventNotification");
     unsigned mask = 0;
     for (std::size_t event = 0; event < std::size(kCameraEventNames); ++event) {
         mask |= notification.IsFor(static_cast<std::int64_t>(event), "On") ? 1u << event : 0u;
@@ -63,11 +53,9 @@ void Camera::RaiseEvent(CameraEvent event, std::uint64_t frameId) {
     }
     platform::MutexLock lock(mutex);
     const std::string feature = std::string("Event") + kCameraEventNames[index];
-    dynamic_cast<IntFeature&>(*Find((feature + "Timestamp").c_str()))
-        .Put(static_cast<std::int64_t>(Timestamp()));
-    dynamic_cast<IntFeature&>(*Find((feature + "FrameID").c_str()))
-        .Put(static_cast<std::int64_t>(frameId));
-    auto& count = dynamic_cast<IntFeature&>(*Find(feature.c_str()));
+    Get<Int>((feature + "Timestamp").c_str()).Put(static_cast<std::int64_t>(Timestamp()));
+    Get<Int>((feature + "FrameID").c_str()).Put(static_cast<std::int64_t>(frameId));
+    IntFeature& count = Get<Int>(feature.c_str());
     count.Put(count.Get() + 1);
 }
 

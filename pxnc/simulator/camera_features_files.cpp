@@ -1,17 +1,43 @@
+// camera_features_files.cpp - the files that the camera keeps
 #include "pxnc/simulator/camera.h"
 #include "pxnc/simulator/camera_features.h"
 
+#include <algorithm>
 #include <array>
+#include <memory>
 #include <string>
 
 namespace pxsim {
 namespace {
 
-constexpr const char* kFileAccessControl = "/FileAccessControl";
 constexpr std::size_t kBufferBytes = 256;
 constexpr std::size_t kLargestFile = 64 * 1024;
 
-/// The camera's files. Used with the camera's mutex held.
+constexpr FeatureRow kFileRows[] = {
+    {"FileSelector", Enum{"UserData FirmwareInfo Calibration"}, kGuru,
+     "File that the features below belong to.", Extra{.affects = "FileSize"}},
+    {"FileOperationSelector", Enum{"Open Close Read Write Delete"}, kGuru | kNotStored,
+     "What is done with the file.", Extra{.selectors = "FileSelector"}},
+    {"FileOpenMode", Enum{"Read Write ReadWrite"}, kGuru | kNotStored,
+     "What the file is opened for.", Extra{.selectors = "FileSelector"}},
+    {"FileAccessBuffer", Raw{kBufferBytes}, kGuru | kNotStored,
+     "Bytes that were read or will be written."},
+    {"FileAccessOffset", Int{.min = 0, .max = kLargestFile}, kGuru | kNotStored,
+     "Where in the file.", Extra{.unit = "B"}},
+    {"FileAccessLength", Int{.min = 0, .max = kBufferBytes}, kGuru | kNotStored, "How many bytes.",
+     Extra{.unit = "B"}},
+    {"FileOperationStatus", Enum{"Success Failure"}, kGuru | kReadOnly,
+     "How the last operation ended."},
+    {"FileOperationResult", Int{}, kGuru | kReadOnly, "Bytes that the last operation moved.",
+     Extra{.unit = "B"}},
+    {"FileSize", Int{}, kGuru | kReadOnly, "Bytes of the file.",
+     Extra{.unit = "B", .selectors = "FileSelector"}},
+    {"FileOperationExecute", Command{}, kGuru, "Does it.",
+     Extra{.selectors = "FileSelector",
+           .affects = "FileOperationStatus FileOperationResult FileSize FileAccessBuffer"}},
+};
+
+/// The camera's files. The caller must hold the camera's mutex.
 struct Files {
     struct File {
         std::string content;
@@ -22,11 +48,6 @@ struct Files {
     const char* status = "Success";
     std::int64_t result = 0;
 };
-
-template <typename T>
-T& Named(Camera& camera, const char* name) {
-    return dynamic_cast<T&>(*camera.Find(name));
-}
 
 PxnError Finish(Files& state, const char* status, std::int64_t result) {
     state.status = status;
@@ -52,7 +73,7 @@ PxnError ReadFile(Camera& camera, Files& state, const Files::File& file) {
     std::string piece = file.content.substr(offset, length);
     const auto read = static_cast<std::int64_t>(piece.size());
     piece.resize(kBufferBytes);
-    Named<RawFeature>(camera, "FileAccessBuffer").Set(std::move(piece));
+    camera.Get<Raw>("FileAccessBuffer").Set(std::move(piece));
     return Finish(state, "Success", read);
 }
 
@@ -62,7 +83,7 @@ PxnError WriteFile(Camera& camera, Files& state, Files::File& file) {
     if (!file.open || !file.writable || offset + length > kLargestFile) {
         return Finish(state, "Failure", 0);
     }
-    const std::string bytes = Named<RawFeature>(camera, "FileAccessBuffer").Get();
+    const std::string& bytes = camera.Get<Raw>("FileAccessBuffer").Get();
     file.content.resize(std::max(file.content.size(), offset + length));
     file.content.replace(offset, length, bytes, 0, length);
     return Finish(state, "Success", static_cast<std::int64_t>(length));
@@ -96,78 +117,16 @@ PxnError Execute(Camera& camera, Files& state) {
 void AddFileAccessControl(Camera& camera) {
     auto state = std::make_shared<Files>();
     state->files[1].content = "Pyxen SDK simulator 1.4.0.2\n";
-    camera.Enum("FileSelector")
-        .Entries({"UserData", "FirmwareInfo", "Calibration"})
-        .In(kFileAccessControl)
-        .For(PxnVisibilityGuru)
-        .Affects({"FileSize"})
-        .Text("File that the features below belong to.");
-    camera.Enum("FileOperationSelector")
-        .Entries({"Open", "Close", "Read", "Write", "Delete"})
-        .SelectedBy("FileSelector")
-        .In(kFileAccessControl)
-        .For(PxnVisibilityGuru)
-        .NotStored()
-        .Text("What is done with the file.");
-    camera.Enum("FileOpenMode")
-        .Entries({"Read", "Write", "ReadWrite"})
-        .SelectedBy("FileSelector")
-        .In(kFileAccessControl)
-        .For(PxnVisibilityGuru)
-        .NotStored()
-        .Text("What the file is opened for.");
-    camera.Raw("FileAccessBuffer")
-        .Value(std::string(kBufferBytes, '\0'))
-        .In(kFileAccessControl)
-        .For(PxnVisibilityGuru)
-        .NotStored()
-        .Text("Bytes that were read or will be written.");
-    camera.Int("FileAccessOffset")
-        .Range(0, kLargestFile)
-        .Unit("B")
-        .In(kFileAccessControl)
-        .For(PxnVisibilityGuru)
-        .NotStored()
-        .Text("Where in the file.");
-    camera.Int("FileAccessLength")
-        .Range(0, kBufferBytes)
-        .Unit("B")
-        .In(kFileAccessControl)
-        .For(PxnVisibilityGuru)
-        .NotStored()
-        .Text("How many bytes.");
-    camera.Enum("FileOperationStatus")
-        .Entries({"Success", "Failure"})
-        .Computed([state] { return state->status; })
-        .In(kFileAccessControl)
-        .ReadOnly()
-        .For(PxnVisibilityGuru)
-        .Text("How the last operation ended.");
-    camera.Int("FileOperationResult")
-        .Computed([state] { return state->result; })
-        .Unit("B")
-        .In(kFileAccessControl)
-        .ReadOnly()
-        .For(PxnVisibilityGuru)
-        .Text("Bytes that the last operation moved.");
-    camera.Int("FileSize")
-        .SelectedBy("FileSelector")
-        .Computed([&camera, state] {
-            const auto index = static_cast<std::size_t>(camera.EnumIntValue("FileSelector"));
-            return static_cast<std::int64_t>(state->files[index].content.size());
-        })
-        .Unit("B")
-        .In(kFileAccessControl)
-        .ReadOnly()
-        .For(PxnVisibilityGuru)
-        .Text("Bytes of the file.");
-    camera.Command("FileOperationExecute")
-        .SelectedBy("FileSelector")
-        .Runs([&camera, state] { return Execute(camera, *state); })
-        .In(kFileAccessControl)
-        .For(PxnVisibilityGuru)
-        .Affects({"FileOperationStatus", "FileOperationResult", "FileSize", "FileAccessBuffer"})
-        .Text("Does it.");
+    camera.AddTable("/FileAccessControl", kFileRows);
+    camera.Get<Enum>("FileOperationStatus").Computed([state] { return state->status; });
+    camera.Get<Int>("FileOperationResult").Computed([state] { return state->result; });
+    camera.Get<Int>("FileSize").Computed([&camera, state] {
+        const auto index = static_cast<std::size_t>(camera.EnumIntValue("FileSelector"));
+        return static_cast<std::int64_t>(state->files[index].content.size());
+    });
+    camera.Get<Command>("FileOperationExecute").Runs([&camera, state] {
+        return Execute(camera, *state);
+    });
 }
 
 } // namespace pxsim

@@ -1,3 +1,4 @@
+// camera_features_image.cpp - sensor, region, pixel format and test pattern
 #include "pxnc/simulator/camera.h"
 #include "pxnc/simulator/camera_features.h"
 
@@ -10,163 +11,81 @@ namespace {
 constexpr const char* kImageFormatControl = "/ImageFormatControl";
 constexpr std::int64_t kSmallest = 16;
 constexpr std::int64_t kOffsetStep = 4;
+constexpr std::int64_t kLineStep = 2;
 constexpr std::int64_t kDefaultWidth = 640;
 constexpr std::int64_t kDefaultHeight = 480;
 
+// In the order of Pattern.
+constexpr const char* kPatternNames[] = {
+    "GreyDiagonalRamp", "ColorBar", "ResolutionChart", "Noise", "Black", "White"};
+
+constexpr FeatureRow kSensorSizeRows[] = {
+    {"SensorWidth", Int{}, kExpert | kReadOnly, "Columns of the sensor.", Extra{.unit = "px"}},
+    {"SensorHeight", Int{}, kExpert | kReadOnly, "Lines of the sensor.", Extra{.unit = "px"}},
+    {"BinningHorizontal", Int{1}, kExpert | kLocked, "Photo cells that are joined to one.",
+     Extra{.affects = "WidthMax HeightMax Width Height OffsetX OffsetY"}},
+    {"BinningVertical", Int{1}, kExpert | kLocked, "Photo cells that are joined to one.",
+     Extra{.affects = "WidthMax HeightMax Width Height OffsetX OffsetY"}},
+    {"WidthMax", Int{}, kExpert | kReadOnly, "Largest width of an image.", Extra{.unit = "px"}},
+    {"HeightMax", Int{}, kExpert | kReadOnly, "Largest height of an image.", Extra{.unit = "px"}},
+};
+
+constexpr FeatureRow kPixelRows[] = {
+    {"PixelFormat", Enum{}, kBeginner | kLocked, "Layout of the pixels in memory.",
+     Extra{.affects = "PixelSize PixelColorFilter PixelDynamicRangeMax LinePitch PayloadSize "
+                      "ImageSize Width AcquisitionFrameRate GainSelector BalanceRatio"}},
+    {"PixelSize", Int{}, kExpert | kReadOnly, "Bits of a pixel in memory.", Extra{.unit = "bit"}},
+    {"ReverseX", Bool{}, kBeginner, "Mirrors the image from left to right."},
+};
+
+constexpr FeatureRow kRegionRows[] = {
+    {"Width", Int{}, kBeginner | kLocked, "Width of the image.",
+     Extra{.unit = "px",
+           .affects = "OffsetX LinePitch PayloadSize ImageSize AcquisitionFrameRate"}},
+    {"Height", Int{.min = kSmallest, .step = kLineStep}, kBeginner | kLocked,
+     "Height of the image.",
+     Extra{.unit = "px", .affects = "OffsetY PayloadSize ImageSize AcquisitionFrameRate"}},
+    {"OffsetX", Int{.min = 0, .step = kOffsetStep}, kBeginner,
+     "First column of the image on the sensor.", Extra{.unit = "px", .affects = "Width"}},
+    {"OffsetY", Int{.min = 0, .step = kLineStep}, kBeginner,
+     "First line of the image on the sensor.", Extra{.unit = "px", .affects = "Height"}},
+};
+
+constexpr FeatureRow kPatternRows[] = {
+    {"TestPattern", Enum{}, kBeginner, "What the camera looks at."},
+    {"TestPatternSeed", Int{.min = 0, .max = 0x7FFFFFFF}, kExpert | kCustom,
+     "Start of the noise; the same seed gives the same noise."},
+};
+
+constexpr FeatureRow kDerivedRows[] = {
+    {"PixelColorFilter", Enum{"None BayerRG BayerGB BayerGR BayerBG"}, kExpert | kReadOnly,
+     "Colour filter of the image."},
+    {"PixelDynamicRangeMin", Int{}, kExpert | kReadOnly, "Smallest value of a pixel."},
+    {"PixelDynamicRangeMax", Int{}, kExpert | kReadOnly, "Largest value of a pixel."},
+    {"LinePitch", Int{}, kExpert | kReadOnly, "Bytes from one line to the next.",
+     Extra{.unit = "B"}},
+    {"ImageCompressionMode", Enum{"Off JPEG"}, kExpert | kLocked, "Compression of the image."},
+    {"SensorShutterMode", Enum{"Global Rolling"}, kExpert | kReadOnly,
+     "How the lines are exposed."},
+    {"SensorPixelWidth", Float{4.8}, kExpert | kReadOnly, "Size of a photo cell.",
+     Extra{.unit = "µm"}},
+    {"SensorPixelHeight", Float{4.8}, kExpert | kReadOnly, "Size of a photo cell.",
+     Extra{.unit = "µm"}},
+};
+
+constexpr FeatureRow kImageSizeRows[] = {
+    {"ImageSize", Int{}, kExpert | kReadOnly | kCustom,
+     "Bytes of an image with all that comes with it.", Extra{.unit = "B"}},
+};
+
+const PixelFormat& FormatOf(Camera& camera) {
+    return *FindPixelFormat(camera.EnumValue("PixelFormat"));
+}
+
 std::int64_t WidthStep(Camera& camera) {
     const std::int64_t own = camera.Setup().kind == CameraKind::kGigE ? 4 : 2;
-    const PixelFormat* format = FindPixelFormat(camera.EnumValue("PixelFormat"));
-    const std::int64_t group = WidthGroup(*format);
+    const std::int64_t group = WidthGroup(FormatOf(camera));
     return own / std::gcd(own, group) * group;
-}
-
-void AddSensor(Camera& camera) {
-    const CameraConfiguration& setup = camera.Setup();
-    camera.Int("SensorWidth")
-        .Value(setup.sensorWidth)
-        .Unit("px")
-        .In(kImageFormatControl)
-        .ReadOnly()
-        .For(PxnVisibilityExpert)
-        .Text("Columns of the sensor.");
-    camera.Int("SensorHeight")
-        .Value(setup.sensorHeight)
-        .Unit("px")
-        .In(kImageFormatControl)
-        .ReadOnly()
-        .For(PxnVisibilityExpert)
-        .Text("Lines of the sensor.");
-    for (const char* name : {"BinningHorizontal", "BinningVertical"}) {
-        camera.Int(name)
-            .Value(1)
-            .ValidValues({1, 2, 4})
-            .In(kImageFormatControl)
-            .LockedWhileStreaming()
-            .For(PxnVisibilityExpert)
-            .Affects({"WidthMax", "HeightMax", "Width", "Height", "OffsetX", "OffsetY"})
-            .OnChange([&camera] { camera.FitRegion(); })
-            .Text("Photo cells that are joined to one.");
-    }
-    camera.Int("WidthMax")
-        .Computed([&camera] {
-            return camera.IntValue("SensorWidth") / camera.IntValue("BinningHorizontal");
-        })
-        .Unit("px")
-        .In(kImageFormatControl)
-        .ReadOnly()
-        .For(PxnVisibilityExpert)
-        .Text("Largest width of an image.");
-    camera.Int("HeightMax")
-        .Computed([&camera] {
-            return camera.IntValue("SensorHeight") / camera.IntValue("BinningVertical");
-        })
-        .Unit("px")
-        .In(kImageFormatControl)
-        .ReadOnly()
-        .For(PxnVisibilityExpert)
-        .Text("Largest height of an image.");
-}
-
-void AddRegion(Camera& camera) {
-    const CameraConfiguration& setup = camera.Setup();
-    const auto sized = [&camera](IntFeature& feature) -> IntFeature& {
-        return feature.Unit("px").In(kImageFormatControl).OnChange([&camera] {
-            camera.FitRegion();
-        });
-    };
-    sized(camera.Int("Width"))
-        .Value(std::min(kDefaultWidth, std::int64_t{setup.sensorWidth}))
-        .Min([&camera] { return std::lcm(kSmallest, WidthStep(camera)); })
-        .Max([&camera] {
-            const std::int64_t step = WidthStep(camera);
-            const std::int64_t room = camera.IntValue("WidthMax") - camera.IntValue("OffsetX");
-            return room / step * step;
-        })
-        .Increment([&camera] { return WidthStep(camera); })
-        .LockedWhileStreaming()
-        .Affects({"OffsetX", "LinePitch", "PayloadSize", "ImageSize", "AcquisitionFrameRate"})
-        .Text("Width of the image.");
-    sized(camera.Int("Height"))
-        .Value(std::min(kDefaultHeight, std::int64_t{setup.sensorHeight}))
-        .Min([] { return kSmallest; })
-        .Max([&camera] {
-            return (camera.IntValue("HeightMax") - camera.IntValue("OffsetY")) / 2 * 2;
-        })
-        .Increment([] { return std::int64_t{2}; })
-        .LockedWhileStreaming()
-        .Affects({"OffsetY", "PayloadSize", "ImageSize", "AcquisitionFrameRate"})
-        .Text("Height of the image.");
-    sized(camera.Int("OffsetX"))
-        .Min([] { return std::int64_t{0}; })
-        .Max([&camera] {
-            return (camera.IntValue("WidthMax") - camera.IntValue("Width")) / kOffsetStep *
-                   kOffsetStep;
-        })
-        .Increment([] { return kOffsetStep; })
-        .Affects({"Width"})
-        .Text("First column of the image on the sensor.");
-    sized(camera.Int("OffsetY"))
-        .Min([] { return std::int64_t{0}; })
-        .Max([&camera] {
-            return (camera.IntValue("HeightMax") - camera.IntValue("Height")) / 2 * 2;
-        })
-        .Increment([] { return std::int64_t{2}; })
-        .Affects({"Height"})
-        .Text("First line of the image on the sensor.");
-}
-
-void AddPixelFormat(Camera& camera) {
-    std::vector<EnumFeature::NamedValue> entries;
-    for (const PixelFormat& format : AllPixelFormats()) {
-        entries.push_back({format.name, std::int64_t{format.code}});
-    }
-    camera.Enum("PixelFormat")
-        .EntriesWithValues(entries)
-        .Value("Mono8")
-        .In(kImageFormatControl)
-        .LockedWhileStreaming()
-        .Affects({"PixelSize", "PixelColorFilter", "PixelDynamicRangeMax", "LinePitch",
-                  "PayloadSize", "ImageSize", "Width", "AcquisitionFrameRate", "GainSelector",
-                  "BalanceRatio"})
-        .OnChange([&camera] { camera.FitRegion(); })
-        .Text("Layout of the pixels in memory.");
-    camera.Int("PixelSize")
-        .Computed([&camera] {
-            return std::int64_t{BitsPerPixel(*FindPixelFormat(camera.EnumValue("PixelFormat")))};
-        })
-        .Unit("bit")
-        .In(kImageFormatControl)
-        .ReadOnly()
-        .For(PxnVisibilityExpert)
-        .Text("Bits of a pixel in memory.");
-    camera.Bool("ReverseX")
-        .In(kImageFormatControl)
-        .OnChange([&camera] { camera.UpdatePlan(); })
-        .Text("Mirrors the image from left to right.");
-}
-
-const char* PatternName(Pattern pattern) {
-    static constexpr const char* kNames[] = {
-        "GreyDiagonalRamp", "ColorBar", "ResolutionChart", "Noise", "Black", "White"};
-    return kNames[static_cast<std::size_t>(pattern)];
-}
-
-void AddTestPattern(Camera& camera) {
-    camera.Enum("TestPattern")
-        .Entries({"GreyDiagonalRamp", "ColorBar", "ResolutionChart", "Noise", "Black", "White"})
-        .Value(PatternName(camera.Setup().pattern))
-        .In(kImageFormatControl)
-        .OnChange([&camera] { camera.UpdatePlan(); })
-        .Text("What the camera looks at.");
-    camera.Int("TestPatternSeed")
-        .Value(camera.Setup().seed)
-        .Range(0, 0x7FFFFFFF)
-        .In(kImageFormatControl)
-        .Custom()
-        .For(PxnVisibilityExpert)
-        .AvailableWhen([&camera] { return camera.EnumIs("TestPattern", "Noise"); })
-        .OnChange([&camera] { camera.UpdatePlan(); })
-        .Text("Start of the noise; the same seed gives the same noise.");
 }
 
 const char* ColorFilterName(Order order) {
@@ -184,63 +103,83 @@ const char* ColorFilterName(Order order) {
     }
 }
 
-void AddDerived(Camera& camera) {
-    const auto format = [&camera]() -> const PixelFormat& {
-        return *FindPixelFormat(camera.EnumValue("PixelFormat"));
-    };
-    camera.Enum("PixelColorFilter")
-        .Entries({"None", "BayerRG", "BayerGB", "BayerGR", "BayerBG"})
-        .Computed([format] { return ColorFilterName(format().order); })
-        .In(kImageFormatControl)
-        .ReadOnly()
-        .For(PxnVisibilityExpert)
-        .Text("Colour filter of the image.");
-    camera.Int("PixelDynamicRangeMin")
-        .In(kImageFormatControl)
-        .ReadOnly()
-        .For(PxnVisibilityExpert)
-        .Text("Smallest value of a pixel.");
-    camera.Int("PixelDynamicRangeMax")
-        .Computed([format] { return (std::int64_t{1} << format().bits) - 1; })
-        .In(kImageFormatControl)
-        .ReadOnly()
-        .For(PxnVisibilityExpert)
-        .Text("Largest value of a pixel.");
-    camera.Int("LinePitch")
-        .Computed([&camera] { return std::int64_t{camera.CurrentImage().LineBytesInMemory()}; })
-        .Unit("B")
-        .In(kImageFormatControl)
-        .ReadOnly()
-        .For(PxnVisibilityExpert)
-        .Text("Bytes from one line to the next.");
-    camera.Enum("ImageCompressionMode")
-        .Entries({"Off", "JPEG"})
-        .EntryAvailableWhen("JPEG", [] { return false; })
-        .In(kImageFormatControl)
-        .For(PxnVisibilityExpert)
-        .LockedWhileStreaming()
-        .Text("Compression of the image.");
-    camera.Enum("SensorShutterMode")
-        .Entries({"Global", "Rolling"})
-        .In(kImageFormatControl)
-        .For(PxnVisibilityExpert)
-        .ReadOnly()
-        .Text("How the lines are exposed.");
-    for (const char* name : {"SensorPixelWidth", "SensorPixelHeight"}) {
-        camera.Float(name)
-            .Value(4.8)
-            .Unit("µm")
-            .In(kImageFormatControl)
-            .ReadOnly()
-            .For(PxnVisibilityExpert)
-            .Text("Size of a photo cell.");
+void AddSensor(Camera& camera) {
+    camera.AddTable(kImageFormatControl, kSensorSizeRows);
+    camera.Get<Int>("SensorWidth").Value(camera.Setup().sensorWidth);
+    camera.Get<Int>("SensorHeight").Value(camera.Setup().sensorHeight);
+    for (const char* name : {"BinningHorizontal", "BinningVertical"}) {
+        camera.Get<Int>(name).ValidValues({1, 2, 4}).OnChange([&camera] { camera.FitRegion(); });
     }
-    camera.String("SensorName")
-        .Value("PX-CMOS " + camera.Setup().model)
-        .In(kImageFormatControl)
-        .ReadOnly()
-        .For(PxnVisibilityExpert)
-        .Text("Name of the sensor.");
+    camera.Get<Int>("WidthMax").Computed([&camera] {
+        return camera.IntValue("SensorWidth") / camera.IntValue("BinningHorizontal");
+    });
+    camera.Get<Int>("HeightMax").Computed([&camera] {
+        return camera.IntValue("SensorHeight") / camera.IntValue("BinningVertical");
+    });
+}
+
+void AddPixelFormat(Camera& camera) {
+    camera.AddTable(kImageFormatControl, kPixelRows);
+    camera.Get<Enum>("PixelFormat").PixelFormatEntries().Value("Mono8").OnChange([&camera] {
+        camera.FitRegion();
+    });
+    camera.Get<Int>("PixelSize").Computed([&camera] {
+        return std::int64_t{BitsPerPixel(FormatOf(camera))};
+    });
+    camera.At("ReverseX").OnChange([&camera] { camera.UpdatePlan(); });
+}
+
+void AddRegion(Camera& camera) {
+    const CameraConfiguration& setup = camera.Setup();
+    camera.AddTable(kImageFormatControl, kRegionRows);
+    // What is left of `whole` beside `part`, in whole steps.
+    const auto room = [&camera](const char* whole, const char* part, std::int64_t step) {
+        return (camera.IntValue(whole) - camera.IntValue(part)) / step * step;
+    };
+    camera.Get<Int>("Width")
+        .Value(std::min(kDefaultWidth, std::int64_t{setup.sensorWidth}))
+        .Min([&camera] { return std::lcm(kSmallest, WidthStep(camera)); })
+        .Max([&camera, room] { return room("WidthMax", "OffsetX", WidthStep(camera)); })
+        .Increment([&camera] { return WidthStep(camera); });
+    camera.Get<Int>("Height")
+        .Value(std::min(kDefaultHeight, std::int64_t{setup.sensorHeight}))
+        .Max([room] { return room("HeightMax", "OffsetY", kLineStep); });
+    camera.Get<Int>("OffsetX").Max([room] { return room("WidthMax", "Width", kOffsetStep); });
+    camera.Get<Int>("OffsetY").Max([room] { return room("HeightMax", "Height", kLineStep); });
+    for (const char* name : {"Width", "Height", "OffsetX", "OffsetY"}) {
+        camera.At(name).OnChange([&camera] { camera.FitRegion(); });
+    }
+}
+
+void AddTestPattern(Camera& camera) {
+    camera.AddTable(kImageFormatControl, kPatternRows);
+    camera.Get<Enum>("TestPattern")
+        .Entries(kPatternNames)
+        .Value(kPatternNames[static_cast<std::size_t>(camera.Setup().pattern)])
+        .OnChange([&camera] { camera.UpdatePlan(); });
+    camera.Get<Int>("TestPatternSeed")
+        .Value(camera.Setup().seed)
+        .AvailableWhen([&camera] { return camera.EnumIs("TestPattern", "Noise"); })
+        .OnChange([&camera] { camera.UpdatePlan(); });
+}
+
+void AddDerived(Camera& camera) {
+    camera.AddTable(kImageFormatControl, kDerivedRows);
+    camera.Get<Enum>("PixelColorFilter").Computed([&camera] {
+        return ColorFilterName(FormatOf(camera).order);
+    });
+    camera.Get<Int>("PixelDynamicRangeMax").Computed([&camera] {
+        return (std::int64_t{1} << FormatOf(camera).bits) - 1;
+    });
+    camera.Get<Int>("LinePitch").Computed([&camera] {
+        return std::int64_t{camera.CurrentImage().LineBytesInMemory()};
+    });
+    camera.Get<Enum>("ImageCompressionMode").EntryAvailableWhen("JPEG", [] { return false; });
+    const std::string sensor = "PX-CMOS " + camera.Setup().model;
+    const FeatureRow nameRows[] = {
+        {"SensorName", String{sensor.c_str()}, kExpert | kReadOnly, "Name of the sensor."},
+    };
+    camera.AddTable(kImageFormatControl, nameRows);
 }
 
 } // namespace
@@ -248,7 +187,7 @@ void AddDerived(Camera& camera) {
 void Camera::FitRegion() {
     platform::MutexLock lock(mutex);
     for (const char* feature : {"OffsetX", "OffsetY", "Width", "Height"}) {
-        auto& value = dynamic_cast<IntFeature&>(*Find(feature));
+        IntFeature& value = Get<Int>(feature);
         value.Put(value.Nearest(value.Get()));
     }
     LimitFrameRate();
@@ -262,14 +201,8 @@ void AddImageFormatControl(Camera& camera) {
     AddDerived(camera);
     // Hosts ask for it before PayloadSize; only this kind of camera has it.
     if (camera.Setup().kind == CameraKind::kUsb) {
-        camera.Int("ImageSize")
-            .Computed([&camera] { return camera.PayloadBytes(); })
-            .Unit("B")
-            .In(kImageFormatControl)
-            .ReadOnly()
-            .Custom()
-            .For(PxnVisibilityExpert)
-            .Text("Bytes of an image with all that comes with it.");
+        camera.AddTable(kImageFormatControl, kImageSizeRows);
+        camera.Get<Int>("ImageSize").Computed([&camera] { return camera.PayloadBytes(); });
     }
 }
 

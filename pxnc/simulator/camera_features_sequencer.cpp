@@ -1,3 +1,4 @@
+// camera_features_sequencer.cpp - sets of values that the camera goes through
 #include "pxnc/simulator/camera.h"
 #include "pxnc/simulator/camera_features.h"
 
@@ -8,111 +9,77 @@
 namespace pxsim {
 namespace {
 
-constexpr const char* kSequencerControl = "/SequencerControl";
-constexpr std::int64_t kSets = 8;
+constexpr std::int64_t kLastSet = 7;
 constexpr const char* kSequenced[] = {"ExposureTime", "Gain", "BlackLevel", "OffsetX", "OffsetY"};
 
 using Set = std::map<std::string, std::any>;
 
+constexpr FeatureRow kSequencerRows[] = {
+    {"SequencerMode", Enum{"Off On"}, kExpert | kLocked, "The sequencer is used.",
+     Extra{.affects = "SequencerConfigurationMode"}},
+    {"SequencerConfigurationMode", Enum{"Off On"}, kExpert, "The sets can be changed.",
+     Extra{.affects = "SequencerSetSave SequencerSetLoad SequencerFeatureEnable"}},
+    {"SequencerFeatureSelector", Enum{}, kExpert, "Feature that may be part of the sets."},
+    {"SequencerFeatureEnable", Bool{}, kExpert, "The feature is part of the sets.",
+     Extra{.selectors = "SequencerFeatureSelector"}},
+    {"SequencerSetSelector", Int{.min = 0, .max = kLastSet}, kExpert,
+     "Set that the features below belong to."},
+    {"SequencerSetSave", Command{}, kExpert, "Keeps the present values in the set.",
+     Extra{.selectors = "SequencerSetSelector"}},
+    {"SequencerSetLoad", Command{}, kExpert | kLocked, "Gives the features the values of the set.",
+     Extra{.selectors = "SequencerSetSelector"}},
+    {"SequencerSetStart", Int{.min = 0, .max = kLastSet}, kExpert,
+     "Set that the sequence begins with."},
+    {"SequencerPathSelector", Int{.min = 0, .max = 1}, kGuru, "Way out of the set.",
+     Extra{.selectors = "SequencerSetSelector"}},
+    {"SequencerSetNext", Int{.min = 0, .max = kLastSet}, kExpert, "Set that follows.",
+     Extra{.selectors = "SequencerSetSelector SequencerPathSelector"}},
+    {"SequencerTriggerSource", Enum{"Off FrameStart ExposureStart Line0 Line1"}, kExpert,
+     "What leads to the next set.",
+     Extra{.selectors = "SequencerSetSelector SequencerPathSelector"}},
+};
+
 } // namespace
 
 void AddSequencerControl(Camera& camera) {
+    camera.AddTable("/SequencerControl", kSequencerRows);
     auto sets = std::make_shared<std::map<std::int64_t, Set>>();
     const auto configuring = [&camera] {
         return camera.EnumIs("SequencerConfigurationMode", "On");
     };
-    camera.Enum("SequencerMode")
-        .Entries({"Off", "On"})
-        .In(kSequencerControl)
-        .For(PxnVisibilityExpert)
-        .LockedWhileStreaming()
-        .Affects({"SequencerConfigurationMode"})
-        .Text("The sequencer is used.");
-    camera.Enum("SequencerConfigurationMode")
-        .Entries({"Off", "On"})
-        .In(kSequencerControl)
-        .For(PxnVisibilityExpert)
-        .WritableWhen([&camera] { return camera.EnumIs("SequencerMode", "Off"); })
-        .Affects({"SequencerSetSave", "SequencerSetLoad", "SequencerFeatureEnable"})
-        .Text("The sets can be changed.");
-    camera.Enum("SequencerFeatureSelector")
-        .Entries({kSequenced[0], kSequenced[1], kSequenced[2], kSequenced[3], kSequenced[4]})
-        .In(kSequencerControl)
-        .For(PxnVisibilityExpert)
-        .Text("Feature that may be part of the sets.");
-    BoolFeature& enabled = camera.Bool("SequencerFeatureEnable")
-                               .SelectedBy("SequencerFeatureSelector")
-                               .ValueFor(0, true)
-                               .In(kSequencerControl)
-                               .For(PxnVisibilityExpert)
-                               .WritableWhen(configuring)
-                               .Text("The feature is part of the sets.");
-    camera.Int("SequencerSetSelector")
-        .Range(0, kSets - 1)
-        .In(kSequencerControl)
-        .For(PxnVisibilityExpert)
-        .Text("Set that the features below belong to.");
-    camera.Command("SequencerSetSave")
-        .SelectedBy("SequencerSetSelector")
+    camera.At("SequencerConfigurationMode").WritableWhen([&camera] {
+        return camera.EnumIs("SequencerMode", "Off");
+    });
+    camera.Get<Enum>("SequencerFeatureSelector").Entries(kSequenced);
+    BoolFeature& enabled = camera.Get<Bool>("SequencerFeatureEnable");
+    enabled.ValueFor(0, true).WritableWhen(configuring);
+    camera.Get<Command>("SequencerSetSave")
         .Runs([&camera, &enabled, sets] {
             Set& set = (*sets)[camera.IntValue("SequencerSetSelector")];
             set.clear();
             for (std::size_t i = 0; i < std::size(kSequenced); ++i) {
                 if (enabled.GetFor(static_cast<std::int64_t>(i))) {
-                    set[kSequenced[i]] = camera.Find(kSequenced[i])->Snapshot();
+                    set[kSequenced[i]] = camera.At(kSequenced[i]).Snapshot();
                 }
             }
             return PxnErrSuccess;
         })
-        .In(kSequencerControl)
-        .For(PxnVisibilityExpert)
-        .WritableWhen(configuring)
-        .Text("Keeps the present values in the set.");
-    camera.Command("SequencerSetLoad")
-        .SelectedBy("SequencerSetSelector")
+        .WritableWhen(configuring);
+    camera.Get<Command>("SequencerSetLoad")
         .Runs([&camera, sets] {
             auto found = sets->find(camera.IntValue("SequencerSetSelector"));
             if (found == sets->end()) {
                 return PxnErrNotAvailable;
             }
             for (const auto& [name, value] : found->second) {
-                Feature* feature = camera.Find(name.c_str());
-                feature->Restore(value);
-                camera.Invalidate(*feature);
+                Feature& feature = camera.At(name.c_str());
+                feature.Restore(value);
+                camera.Invalidate(feature);
             }
             camera.FitRegion(); // the region may have changed since
             return PxnErrSuccess;
         })
-        .In(kSequencerControl)
-        .For(PxnVisibilityExpert)
-        .WritableWhen(configuring)
-        .LockedWhileStreaming()
-        .Text("Gives the features the values of the set.");
-    camera.Int("SequencerSetStart")
-        .Range(0, kSets - 1)
-        .In(kSequencerControl)
-        .For(PxnVisibilityExpert)
-        .Text("Set that the sequence begins with.");
-    camera.Int("SequencerPathSelector")
-        .SelectedBy("SequencerSetSelector")
-        .Range(0, 1)
-        .In(kSequencerControl)
-        .For(PxnVisibilityGuru)
-        .Text("Way out of the set.");
-    camera.Int("SequencerSetNext")
-        .SelectedBy("SequencerSetSelector")
-        .SelectedBy("SequencerPathSelector")
-        .Range(0, kSets - 1)
-        .In(kSequencerControl)
-        .For(PxnVisibilityExpert)
-        .Text("Set that follows.");
-    camera.Enum("SequencerTriggerSource")
-        .Entries({"Off", "FrameStart", "ExposureStart", "Line0", "Line1"})
-        .SelectedBy("SequencerSetSelector")
-        .SelectedBy("SequencerPathSelector")
-        .In(kSequencerControl)
-        .For(PxnVisibilityExpert)
-        .Text("What leads to the next set.");
+        .WritableWhen(configuring);
 }
 
 } // namespace pxsim

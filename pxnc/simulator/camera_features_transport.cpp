@@ -1,3 +1,4 @@
+// camera_features_transport.cpp - the transport layer's features, and those of the local device
 #include "pxnc/simulator/camera.h"
 #include "pxnc/simulator/camera_features.h"
 #include "pxnc/simulator/input_features.h"
@@ -6,239 +7,155 @@ namespace pxsim {
 namespace {
 
 constexpr const char* kTransportLayerControl = "/TransportLayerControl";
-constexpr const char* kGigE = "/TransportLayerControl/GigEVision";
+constexpr std::int64_t kLargestAddress = 0xFFFFFFFF;
 
-void AddBaudRate(Module& module, const std::vector<const char*>& rates, const char* initial,
-                 const char* category) {
-    module.Enum("DeviceSerialPortBaudRate")
-        .Entries(rates)
-        .Value(initial)
-        .In(category)
-        .For(PxnVisibilityExpert)
-        .Text("Speed of the serial line that controls the camera.");
-}
+constexpr FeatureRow kPayloadRows[] = {
+    {"PayloadSize", Int{}, kExpert | kReadOnly, "Bytes that a buffer must hold.",
+     Extra{.unit = "B"}},
+    {"TLParamsLocked", Bool{}, kInvisible | kReadOnly,
+     "The features that shape the image are locked."},
+};
 
-void AddPackets(Camera& camera) {
-    IntFeature& size = camera.Int("GevSCPSPacketSize")
-                           .Value(1500)
-                           .Range(500, 16100, 4)
-                           .Unit("B")
-                           .In(kGigE)
-                           .For(PxnVisibilityExpert)
-                           .LockedWhileStreaming()
-                           .Affects({"DeviceStreamChannelPacketSize"})
-                           .Text("Size of a stream packet with its headers.");
-    camera.Int("DeviceStreamChannelPacketSize")
+constexpr FeatureRow kGigERows[] = {
+    {"GevSCPSPacketSize", Int{.value = 1500, .min = 500, .max = 16100, .step = 4},
+     kExpert | kLocked, "Size of a stream packet with its headers.",
+     Extra{.unit = "B", .affects = "DeviceStreamChannelPacketSize"}},
+    {"DeviceStreamChannelPacketSize", Int{.min = 500, .max = 16100, .step = 4},
+     kExpert | kLocked | kNotStored, "Size of a stream packet with its headers.",
+     Extra{.unit = "B", .category = "/DeviceControl"}},
+    {"GevSCPD", Int{.min = 0, .max = 1000000}, kExpert, "Pause between two stream packets.",
+     Extra{.unit = "ns"}},
+    {"GevSCPSDoNotFragment", Bool{true}, kGuru,
+     "Packets that are too large are lost instead of split."},
+    {"GevSCPSFireTestPacket", Command{}, kGuru, "Sends one packet of the present size."},
+    {"GevMACAddress", Int{0x000F31024A10}, kBeginner | kReadOnly, "Hardware address.",
+     Extra{.representation = "MACAddress"}},
+    {"GevCurrentIPAddress", Int{.value = 0xA9FE0117, .min = 0, .max = kLargestAddress},
+     kExpert | kReadOnly, "Network address.", Extra{.representation = "IPV4Address"}},
+    {"GevCurrentSubnetMask", Int{.value = 0xFFFF0000, .min = 0, .max = kLargestAddress},
+     kExpert | kReadOnly, "Mask of the network.", Extra{.representation = "IPV4Address"}},
+    {"GevCurrentDefaultGateway", Int{.min = 0, .max = kLargestAddress}, kExpert | kReadOnly,
+     "Way out of the network.", Extra{.representation = "IPV4Address"}},
+    {"GevPersistentIPAddress", Int{.value = 0xC0A80117, .min = 0, .max = kLargestAddress}, kExpert,
+     "Address that the camera keeps.", Extra{.representation = "IPV4Address"}},
+    {"GevPersistentSubnetMask", Int{.value = 0xFFFFFF00, .min = 0, .max = kLargestAddress}, kExpert,
+     "Mask that the camera keeps.", Extra{.representation = "IPV4Address"}},
+    {"GevPersistentDefaultGateway", Int{.min = 0, .max = kLargestAddress}, kExpert,
+     "Gateway that the camera keeps.", Extra{.representation = "IPV4Address"}},
+    {"GevCurrentIPConfigurationLLA", Bool{true}, kExpert,
+     "A way to an address that the camera may take."},
+    {"GevCurrentIPConfigurationDHCP", Bool{true}, kExpert,
+     "A way to an address that the camera may take."},
+    {"GevCurrentIPConfigurationPersistentIP", Bool{true}, kExpert,
+     "A way to an address that the camera may take."},
+    {"GevHeartbeatTimeout", Int{.value = 3000, .min = 500, .max = 60000}, kExpert,
+     "Time without a sign of life after which the host counts as gone.", Extra{.unit = "ms"}},
+    {"GevCCP", Enum{"OpenAccess ExclusiveAccess ControlAccess", "ControlAccess"}, kGuru,
+     "Who controls the camera."},
+};
+
+constexpr FeatureRow kTimeProtocolRows[] = {
+    {"PtpEnable", Bool{}, kExpert, "The clock follows the network's.",
+     Extra{.affects = "PtpStatus PtpOffsetFromMaster"}},
+    {"PtpStatus", Enum{"Disabled Listening Slave"}, kExpert | kReadOnly, "State of the clock."},
+    {"PtpOffsetFromMaster", Int{}, kExpert | kReadOnly, "Distance to the network's clock.",
+     Extra{.unit = "ns", .pollingMs = 1000}},
+};
+
+constexpr FeatureRow kUsbRows[] = {
+    {"U3vCurrentSpeed", Enum{"HighSpeed SuperSpeed SuperSpeedPlus", "SuperSpeed"},
+     kExpert | kReadOnly | kCustom, "Speed of the connection."},
+    {"U3vTransferSize", Int{.value = 1048576, .min = 1024, .max = 4194304, .step = 1024},
+     kGuru | kCustom | kLocked, "Size of a transfer.", Extra{.unit = "B"}},
+    {"U3vMaxCommandTransfer", Int{1024}, kGuru | kReadOnly | kCustom, "Largest command.",
+     Extra{.unit = "B"}},
+};
+
+constexpr FeatureRow kCameraLinkRows[] = {
+    {"ClConfiguration", Enum{"Base Medium Full EightyBit", "Full"}, kExpert | kLocked,
+     "Cables and taps of the link.", Extra{.affects = "ClTimeSlotsCount"}},
+    {"ClTimeSlotsCount", Enum{"One Two Three"}, kExpert | kLocked, "Time slots of a pixel."},
+    {"DeviceSerialPortBaudRate", Enum{"Baud9600 Baud19200 Baud38400 Baud57600 Baud115200"}, kExpert,
+     "Speed of the serial line that controls the camera.",
+     Extra{.category = kTransportLayerControl}},
+};
+
+constexpr FeatureRow kCommunicationRows[] = {
+    {"DeviceMessageTimeout", Int{.value = 200, .min = 10, .max = 60000}, kExpert,
+     "Time to wait for the camera's answer.", Extra{.unit = "ms"}},
+    {"DeviceMessageRetries", Int{.value = 3, .min = 0, .max = 100}, kExpert,
+     "Times that a message is repeated."},
+};
+
+constexpr FeatureRow kSerialCommunicationRows[] = {
+    {"DeviceSerialPortBaudRate",
+     Enum{"Baud9600 Baud19200 Baud38400 Baud57600 Baud115200 Baud230400"}, kExpert,
+     "Speed of the serial line that controls the camera."},
+};
+
+void AddGigE(Camera& camera) {
+    camera.AddTable("/TransportLayerControl/GigEVision", kGigERows);
+    IntFeature& size = camera.Get<Int>("GevSCPSPacketSize");
+    camera.Get<Int>("DeviceStreamChannelPacketSize")
         .Computed([&size] { return size.Get(); })
-        .Range(500, 16100, 4)
-        .Writes([&size](std::int64_t value) { return size.Set(value); })
-        .Unit("B")
-        .In("/DeviceControl")
-        .For(PxnVisibilityExpert)
-        .LockedWhileStreaming()
-        .NotStored()
-        .Text("Size of a stream packet with its headers.");
-    camera.Int("GevSCPD")
-        .Range(0, 1000000)
-        .In(kGigE)
-        .For(PxnVisibilityExpert)
-        .Unit("ns")
-        .Text("Pause between two stream packets.");
-    camera.Bool("GevSCPSDoNotFragment")
-        .Value(true)
-        .In(kGigE)
-        .For(PxnVisibilityGuru)
-        .Text("Packets that are too large are lost instead of split.");
-    camera.Command("GevSCPSFireTestPacket")
-        .In(kGigE)
-        .For(PxnVisibilityGuru)
-        .Text("Sends one packet of the present size.");
-}
-
-void AddAddresses(Camera& camera) {
-    const auto add = [&camera](const char* name, std::int64_t value,
-                               const char* text) -> IntFeature& {
-        return camera.Int(name)
-            .Value(value)
-            .Range(0, 0xFFFFFFFF)
-            .As("IPV4Address")
-            .In(kGigE)
-            .For(PxnVisibilityExpert)
-            .Text(text);
-    };
-    camera.Int("GevMACAddress")
-        .Value(0x000F31024A10)
-        .As("MACAddress")
-        .In(kGigE)
-        .ReadOnly()
-        .Text("Hardware address.");
-    add("GevCurrentIPAddress", 0xA9FE0117, "Network address.").ReadOnly();
-    add("GevCurrentSubnetMask", 0xFFFF0000, "Mask of the network.").ReadOnly();
-    add("GevCurrentDefaultGateway", 0, "Way out of the network.").ReadOnly();
-    add("GevPersistentIPAddress", 0xC0A80117, "Address that the camera keeps.");
-    add("GevPersistentSubnetMask", 0xFFFFFF00, "Mask that the camera keeps.");
-    add("GevPersistentDefaultGateway", 0, "Gateway that the camera keeps.");
-    for (const char* name : {"GevCurrentIPConfigurationLLA", "GevCurrentIPConfigurationDHCP",
-                             "GevCurrentIPConfigurationPersistentIP"}) {
-        camera.Bool(name)
-            .Value(true)
-            .In(kGigE)
-            .For(PxnVisibilityExpert)
-            .Text("A way to an address that the camera may take.");
-    }
-    camera.Int("GevHeartbeatTimeout")
-        .Value(3000)
-        .Range(500, 60000)
-        .Unit("ms")
-        .In(kGigE)
-        .For(PxnVisibilityExpert)
-        .Text("Time without a sign of life after which the host counts as gone.");
-    camera.Enum("GevCCP")
-        .Entries({"OpenAccess", "ExclusiveAccess", "ControlAccess"})
-        .Value("ControlAccess")
-        .In(kGigE)
-        .For(PxnVisibilityGuru)
-        .Text("Who controls the camera.");
-}
-
-void AddTimeProtocol(Camera& camera) {
-    constexpr const char* kPtp = "/TransportLayerControl/PtpControl";
-    camera.Bool("PtpEnable")
-        .In(kPtp)
-        .For(PxnVisibilityExpert)
-        .Affects({"PtpStatus", "PtpOffsetFromMaster"})
-        .Text("The clock follows the network's.");
-    camera.Enum("PtpStatus")
-        .Entries({"Disabled", "Listening", "Slave"})
-        .Computed([&camera] { return camera.BoolValue("PtpEnable") ? "Slave" : "Disabled"; })
-        .In(kPtp)
-        .ReadOnly()
-        .For(PxnVisibilityExpert)
-        .Text("State of the clock.");
-    camera.Int("PtpOffsetFromMaster")
+        .Writes([&size](std::int64_t value) { return size.Set(value); });
+    camera.AddTable("/TransportLayerControl/PtpControl", kTimeProtocolRows);
+    camera.Get<Enum>("PtpStatus").Computed([&camera] {
+        return camera.BoolValue("PtpEnable") ? "Slave" : "Disabled";
+    });
+    camera.Get<Int>("PtpOffsetFromMaster")
         .Computed(
             [&camera] { return static_cast<std::int64_t>(camera.Timestamp() / 1000 % 41) - 20; })
-        .Unit("ns")
-        .In(kPtp)
-        .ReadOnly()
-        .Volatile(1000)
-        .For(PxnVisibilityExpert)
-        .AvailableWhen([&camera] { return camera.BoolValue("PtpEnable"); })
-        .Text("Distance to the network's clock.");
-}
-
-void AddUsbVision(Camera& camera) {
-    constexpr const char* kUsb = "/TransportLayerControl/USB3Vision";
-    camera.Enum("U3vCurrentSpeed")
-        .Entries({"HighSpeed", "SuperSpeed", "SuperSpeedPlus"})
-        .Value("SuperSpeed")
-        .In(kUsb)
-        .Custom()
-        .ReadOnly()
-        .For(PxnVisibilityExpert)
-        .Text("Speed of the connection.");
-    camera.Int("U3vTransferSize")
-        .Value(1048576)
-        .Range(1024, 4194304, 1024)
-        .Unit("B")
-        .In(kUsb)
-        .Custom()
-        .For(PxnVisibilityGuru)
-        .LockedWhileStreaming()
-        .Text("Size of a transfer.");
-    camera.Int("U3vMaxCommandTransfer")
-        .Value(1024)
-        .Unit("B")
-        .In(kUsb)
-        .Custom()
-        .ReadOnly()
-        .For(PxnVisibilityGuru)
-        .Text("Largest command.");
+        .AvailableWhen([&camera] { return camera.BoolValue("PtpEnable"); });
 }
 
 void AddCameraLink(Camera& camera) {
-    constexpr const char* kLink = "/TransportLayerControl/CameraLink";
-    camera.Enum("ClConfiguration")
-        .Entries({"Base", "Medium", "Full", "EightyBit"})
-        .Value("Full")
-        .In(kLink)
-        .For(PxnVisibilityExpert)
-        .LockedWhileStreaming()
-        .Affects({"ClTimeSlotsCount"})
-        .Text("Cables and taps of the link.");
-    camera.Enum("ClTimeSlotsCount")
-        .Entries({"One", "Two", "Three"})
-        .In(kLink)
-        .For(PxnVisibilityExpert)
-        .EntryAvailableWhen("Three", [&camera] { return camera.EnumIs("ClConfiguration", "Base"); })
-        .LockedWhileStreaming()
-        .Text("Time slots of a pixel.");
+    camera.AddTable("/TransportLayerControl/CameraLink", kCameraLinkRows);
+    camera.Get<Enum>("ClTimeSlotsCount").EntryAvailableWhen("Three", [&camera] {
+        return camera.EnumIs("ClConfiguration", "Base");
+    });
 }
 
 } // namespace
 
 void AddTransportLayerControl(Camera& camera) {
-    camera.Int("PayloadSize")
-        .Computed([&camera] { return camera.PayloadBytes(); })
-        .Unit("B")
-        .In(kTransportLayerControl)
-        .ReadOnly()
-        .For(PxnVisibilityExpert)
-        .Text("Bytes that a buffer must hold.");
-    camera.Bool("TLParamsLocked")
-        .Computed([&camera] { return camera.IsStreaming(); })
-        .In(kTransportLayerControl)
-        .ReadOnly()
-        .For(PxnVisibilityInvisible)
-        .Text("The features that shape the image are locked.");
-    if (camera.Setup().kind == CameraKind::kGigE) {
-        AddPackets(camera);
-        AddAddresses(camera);
-        AddTimeProtocol(camera);
-    }
-    if (camera.Setup().kind == CameraKind::kUsb) {
-        AddUsbVision(camera);
-    }
-    if (camera.Setup().kind == CameraKind::kSerial) {
+    camera.AddTable(kTransportLayerControl, kPayloadRows);
+    camera.Get<Int>("PayloadSize").Computed([&camera] { return camera.PayloadBytes(); });
+    camera.Get<Bool>("TLParamsLocked").Computed([&camera] { return camera.IsStreaming(); });
+    switch (camera.Setup().kind) {
+    case CameraKind::kGigE:
+        AddGigE(camera);
+        break;
+    case CameraKind::kUsb:
+        camera.AddTable("/TransportLayerControl/USB3Vision", kUsbRows);
+        break;
+    case CameraKind::kSerial:
         AddCameraLink(camera);
-        AddBaudRate(camera, {"Baud9600", "Baud19200", "Baud38400", "Baud57600", "Baud115200"},
-                    "Baud9600", kTransportLayerControl);
+        break;
     }
 }
 
 void AddLocalDeviceFeatures(Module& localDevice, Camera& camera) {
     const CameraConfiguration& setup = camera.Setup();
-    constexpr const char* kInformation = "/DeviceInformation";
-    const auto add = [&](const char* name, const std::string& value, const char* text) {
-        localDevice.String(name).Value(value).In(kInformation).ReadOnly().Text(text);
+    const FeatureRow identityRows[] = {
+        {"DeviceID", String{setup.id.c_str()}, kBeginner | kReadOnly, "Identifier of the camera."},
+        {"DeviceVendorName", String{setup.vendor.c_str()}, kBeginner | kReadOnly,
+         "Name of the maker."},
+        {"DeviceModelName", String{setup.model.c_str()}, kBeginner | kReadOnly,
+         "Model of the camera."},
+        {"DeviceDisplayName", String{setup.name.c_str()}, kBeginner | kReadOnly,
+         "Name for people."},
+        {"DeviceType", String{TransportLayerTypeName(camera.InterfaceType())},
+         kBeginner | kReadOnly, "Transport layer type."},
     };
-    add("DeviceID", setup.id, "Identifier of the camera.");
-    add("DeviceVendorName", setup.vendor, "Name of the maker.");
-    add("DeviceModelName", setup.model, "Model of the camera.");
-    add("DeviceDisplayName", setup.name, "Name for people.");
-    add("DeviceType", TransportLayerTypeName(camera.InterfaceType()), "Transport layer type.");
-    localDevice.Int("DeviceMessageTimeout")
-        .Value(200)
-        .Range(10, 60000)
-        .Unit("ms")
-        .In("/DeviceCommunication")
-        .For(PxnVisibilityExpert)
-        .Text("Time to wait for the camera's answer.");
-    localDevice.Int("DeviceMessageRetries")
-        .Value(3)
-        .Range(0, 100)
-        .In("/DeviceCommunication")
-        .For(PxnVisibilityExpert)
-        .Text("Times that a message is repeated.");
-    localDevice.Int("StreamCount")
-        .Value(setup.streams)
-        .In(kInformation)
-        .ReadOnly()
-        .Text("Streams of the camera.");
+    const FeatureRow streamRows[] = {
+        {"StreamCount", Int{setup.streams}, kBeginner | kReadOnly, "Streams of the camera."},
+    };
+    localDevice.AddTable("/DeviceInformation", identityRows);
+    localDevice.AddTable("/DeviceCommunication", kCommunicationRows);
+    localDevice.AddTable("/DeviceInformation", streamRows);
     if (setup.kind == CameraKind::kSerial) {
-        AddBaudRate(localDevice,
-                    {"Baud9600", "Baud19200", "Baud38400", "Baud57600", "Baud115200", "Baud230400"},
-                    "Baud9600", "/DeviceCommunication");
+        localDevice.AddTable("/DeviceCommunication", kSerialCommunicationRows);
         AddInputFeatures(localDevice);
     }
 }

@@ -1,8 +1,10 @@
+// chunk_data.cpp - what a camera appends to its images, written and read
 #include "pxnc/simulator/chunk_data.h"
 
 #include "pxnc/simulator/big_endian.h"
 #include "pxnc/simulator/pixel_formats.h"
 
+#include <algorithm>
 #include <bit>
 #include <iterator>
 
@@ -13,6 +15,35 @@ std::uint8_t* WriteTail(std::uint32_t id, std::uint32_t bytes, std::uint8_t* out
     StoreBigEndian(id, out);
     StoreBigEndian(bytes, out + 4);
     return out + kChunkTailBytes;
+}
+
+void AddChunk(Module& module, const ChunkValue& value) {
+    const std::string name =
+        std::string("Chunk") + kChunkNames[static_cast<std::size_t>(value.chunk)];
+    FeatureRow rows[] = {
+        {name.c_str(), Int{static_cast<std::int64_t>(value.bits)}, kBeginner | kReadOnly,
+         "Value when the frame was taken."},
+    };
+    FeatureRow& row = rows[0];
+    if (value.chunk == Chunk::kExposureTime || value.chunk == Chunk::kGain) {
+        row.type = Float{std::bit_cast<double>(value.bits)};
+        row.extra.unit = value.chunk == Chunk::kGain ? "dB" : "µs";
+    } else if (value.chunk == Chunk::kPixelFormat) {
+        row.type = Enum{};
+        row.text = "Layout of the frame.";
+    }
+    module.AddTable("/ChunkDataControl", rows);
+    if (value.chunk == Chunk::kPixelFormat) {
+        EnumFeature& format = module.Get<Enum>(name.c_str()).PixelFormatEntries();
+        // Of several names of one layout the first is shown.
+        const std::span<const PixelFormat> all = AllPixelFormats();
+        const auto first = std::find_if(all.begin(), all.end(), [&value](const PixelFormat& one) {
+            return one.code == value.bits;
+        });
+        if (first != all.end()) {
+            format.Value(first->name);
+        }
+    }
 }
 
 } // namespace
@@ -58,35 +89,8 @@ bool ReadChunkList(const std::uint8_t* payload, std::size_t size, std::vector<Ch
 ChunkModule::ChunkModule(skeleton::TextPool& pool, skeleton::Invalidations& dispatcher,
                          const std::vector<ChunkValue>& values)
     : Module(pool, dispatcher, std::make_shared<platform::Mutex>()) {
-    constexpr const char* kCategory = "/ChunkDataControl";
     for (const ChunkValue& value : values) {
-        const std::string name =
-            std::string("Chunk") + kChunkNames[static_cast<std::size_t>(value.chunk)];
-        const auto number = static_cast<std::int64_t>(value.bits);
-        if (value.chunk == Chunk::kExposureTime || value.chunk == Chunk::kGain) {
-            Float(name.c_str())
-                .Value(std::bit_cast<double>(value.bits))
-                .Unit(value.chunk == Chunk::kGain ? "dB" : "µs")
-                .In(kCategory)
-                .ReadOnly()
-                .Text("Value when the frame was taken.");
-        } else if (value.chunk == Chunk::kPixelFormat) {
-            // By code: of two names for one layout the first is shown.
-            EnumFeature& format =
-                Enum(name.c_str()).In(kCategory).ReadOnly().Text("Layout of the frame.");
-            for (const PixelFormat& one : AllPixelFormats()) {
-                format.EntriesWithValues({{one.name, std::int64_t{one.code}}});
-                if (one.code == value.bits && format.IntValue() != number) {
-                    format.Value(one.name);
-                }
-            }
-        } else {
-            Int(name.c_str())
-                .Value(number)
-                .In(kCategory)
-                .ReadOnly()
-                .Text("Value when the frame was taken.");
-        }
+        AddChunk(*this, value);
     }
 }
 

@@ -1,6 +1,8 @@
+// enum_feature.cpp - features that are one of several named entries
 #include "pxnc/simulator/enum_feature.h"
 
 #include "pxnc/simulator/module.h"
+#include "pxnc/simulator/pixel_formats.h"
 #include "pxnc/skeleton/number_text.h"
 
 #include <algorithm>
@@ -9,36 +11,39 @@
 
 namespace pxsim {
 
-EnumFeature::EnumFeature(Module& module, const char* name)
-    : FeatureNode(module, name, PxnFeatureDataEnum) {}
-
-EnumFeature& EnumFeature::Entries(const std::vector<const char*>& names) {
-    std::vector<NamedValue> numbered;
-    numbered.reserve(names.size());
-    for (const char* name : names) {
-        numbered.push_back({name, static_cast<std::int64_t>(numbered.size())});
+EnumFeature::EnumFeature(Module& module, const char* category, const FeatureRow& row,
+                         const Enum& type)
+    : Feature(module, category, row, PxnFeatureDataEnum) {
+    for (const std::string& entry : SplitWords(type.entries)) {
+        AddEntry(entry, static_cast<std::int64_t>(entries.size()));
     }
-    return EntriesWithValues(numbered);
+    if (type.value) {
+        Value(type.value);
+    }
 }
 
-EnumFeature& EnumFeature::EntriesWithValues(const std::vector<NamedValue>& named) {
-    for (const NamedValue& one : named) {
-        Entry entry{};
-        entry.info.name = owner.Strings().Intern(one.name);
-        entry.info.displayName = entry.info.name;
-        entry.info.tooltip = "";
-        entry.info.description = "";
-        entry.info.intValue = one.value;
-        entry.info.visibility = PxnVisibilityBeginner;
-        entries.push_back(std::move(entry));
+void EnumFeature::AddEntry(std::string_view name, std::int64_t number) {
+    Entry entry{};
+    entry.info.name = owner.Strings().Intern(name);
+    entry.info.displayName = entry.info.name;
+    entry.info.tooltip = "";
+    entry.info.description = "";
+    entry.info.intValue = number;
+    entry.info.visibility = PxnVisibilityBeginner;
+    entries.push_back(std::move(entry));
+}
+
+EnumFeature& EnumFeature::Entries(std::span<const char* const> names) {
+    for (const char* name : names) {
+        AddEntry(name, static_cast<std::int64_t>(entries.size()));
     }
     return *this;
 }
 
-EnumFeature& EnumFeature::EntryText(const char* entry, const char* description) {
-    Entry& found = entries[IndexOf(entry)];
-    found.info.tooltip = description;
-    found.info.description = description;
+EnumFeature& EnumFeature::PixelFormatEntries() {
+    for (const PixelFormat& format : AllPixelFormats()) {
+        AddEntry(format.name, format.code);
+    }
     return *this;
 }
 
@@ -75,7 +80,7 @@ PxnError EnumFeature::Set(const char* entry) {
         return PxnErrInvalidAccess;
     }
     const Entry* found = FindEntry(entry);
-    if (found == nullptr || (found->available && !found->available())) {
+    if (!found || (found->available && !found->available())) {
         return PxnErrInvalidValue;
     }
     Put(entry);
@@ -139,7 +144,7 @@ std::vector<std::string> EnumFeature::States() const {
 }
 
 bool EnumFeature::PutText(const std::string& text) {
-    if (FindEntry(text.c_str()) == nullptr) {
+    if (!FindEntry(text.c_str())) {
         return false;
     }
     Put(text.c_str());
@@ -152,7 +157,7 @@ void EnumFeature::Restore(const std::any& saved) {
 
 std::size_t EnumFeature::IndexOf(const char* entry) const {
     const Entry* found = FindEntry(entry);
-    assert(found != nullptr);
+    assert(found);
     return static_cast<std::size_t>(found - entries.data());
 }
 

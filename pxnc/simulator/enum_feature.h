@@ -3,29 +3,28 @@
 
 #include "pxnc/simulator/feature.h"
 
+#include <span>
+
 namespace pxsim {
 
 /// One of several named entries.
-class EnumFeature : public FeatureNode<EnumFeature> {
+class EnumFeature : public Feature {
 public:
     struct Entry {
         PxnFeatureEnumEntry info;
         std::function<bool()> available;
     };
-    struct NamedValue {
-        const char* name;
-        std::int64_t value;
-    };
 
-    EnumFeature(Module& module, const char* name);
+    EnumFeature(Module& module, const char* category, const FeatureRow& row, const Enum& type);
 
-    /// Entries numbered from 0 in the given order.
-    EnumFeature& Entries(const std::vector<const char*>& names);
-    EnumFeature& EntriesWithValues(const std::vector<NamedValue>& entries);
-    EnumFeature& EntryText(const char* entry, const char* description);
+    /// More entries, numbered from 0 in the given order.
+    EnumFeature& Entries(std::span<const char* const> names);
+    /// All pixel formats, numbered by their codes.
+    EnumFeature& PixelFormatEntries();
     EnumFeature& EntryAvailableWhen(const char* entry, std::function<bool()> condition);
     EnumFeature& Value(const char* entry);
     EnumFeature& ValueFor(std::int64_t selectorKey, const char* entry);
+    /// The value comes from `source` and is never stored.
     EnumFeature& Computed(std::function<const char*()> source);
 
     /// The current entry's shared name.
@@ -53,6 +52,7 @@ public:
     void Restore(const std::any& saved) override;
 
 private:
+    void AddEntry(std::string_view name, std::int64_t number);
     std::size_t IndexOf(const char* entry) const;
     std::size_t CurrentIndex() const;
 

@@ -1,14 +1,15 @@
+// feature.cpp - one named feature of a module, whatever its type
 #include "pxnc/simulator/feature.h"
 
 #include "pxnc/simulator/module.h"
 
-#include <cassert>
+#include <algorithm>
 #include <cctype>
 
 namespace pxsim {
 namespace {
 
-// "ExposureTime" reads "Exposure Time"; runs of capitals stay together.
+// "ExposureTime" becomes "Exposure Time"; runs of capitals stay together.
 std::string DisplayNameOf(const char* name) {
     std::string text;
     for (const char* c = name; *c != 0; ++c) {
@@ -25,24 +26,70 @@ std::string DisplayNameOf(const char* name) {
 
 } // namespace
 
-Feature::Feature(Module& module, const char* name, std::uint32_t dataType) : owner(module) {
-    info.name = module.Strings().Intern(name);
-    info.category = "/";
-    info.displayName = module.Strings().Intern(DisplayNameOf(name));
-    info.tooltip = "";
-    info.description = "";
-    info.sfncNamespace = "Standard";
-    info.unit = "";
-    info.representation = "";
-    info.featureDataType = dataType;
-    info.featureFlags = PxnFeatureFlagRead | PxnFeatureFlagWrite;
-    info.visibility = PxnVisibilityBeginner;
-    info.isStreamable = 1;
+std::vector<std::string> SplitWords(std::string_view text) {
+    std::vector<std::string> words;
+    while (!text.empty()) {
+        const std::size_t length = std::min(text.find(' '), text.size());
+        words.emplace_back(text.substr(0, length));
+        text.remove_prefix(std::min(length + 1, text.size()));
+    }
+    return words;
 }
 
-PxnError Feature::GetAccess(bool& readable, bool& writable) {
-    readable = IsReadable();
-    writable = IsWritable();
+Feature::Feature(Module& module, const char* category, const FeatureRow& row,
+                 std::uint32_t dataType, const char* representation)
+    : owner(module),
+      dependents(SplitWords(row.extra.affects)),
+      lockedWhileStreaming((row.flags & kLocked) != 0) {
+    const Extra& extra = row.extra;
+    info.name = module.Strings().Intern(row.name);
+    info.category = module.Strings().Intern(extra.category ? extra.category : category);
+    info.displayName = module.Strings().Intern(DisplayNameOf(row.name));
+    info.tooltip = row.text;
+    info.description = row.text;
+    info.sfncNamespace = (row.flags & kCustom) != 0 ? "Custom" : "Standard";
+    info.unit = extra.unit;
+    info.representation = extra.representation ? extra.representation : representation;
+    info.featureDataType = dataType;
+    if ((row.flags & kWriteOnly) == 0) {
+        info.featureFlags |= PxnFeatureFlagRead;
+    }
+    if ((row.flags & kReadOnly) == 0) {
+        info.featureFlags |= PxnFeatureFlagWrite;
+    }
+    if (extra.pollingMs) {
+        info.featureFlags |= PxnFeatureFlagVolatile;
+        info.pollingTime = *extra.pollingMs;
+    }
+    info.visibility = row.flags & kVisibilityMask;
+    const bool stored = (row.flags & (kReadOnly | kWriteOnly | kNotStored)) == 0;
+    info.isStreamable = stored && !extra.pollingMs ? 1 : 0;
+    for (const std::string& name : SplitWords(extra.selectors)) {
+        Feature& selector = module.At(name.c_str());
+        selectors.push_back(&selector);
+        selector.selected.push_back(this);
+        selector.info.hasSelectedFeatures = 1;
+    }
+}
+
+Feature& Feature::AvailableWhen(std::function<bool()> condition) {
+    available = std::move(condition);
+    return *this;
+}
+
+Feature& Feature::WritableWhen(std::function<bool()> condition) {
+    writable = std::move(condition);
+    return *this;
+}
+
+Feature& Feature::OnChange(std::function<void()> action) {
+    reaction = std::move(action);
+    return *this;
+}
+
+PxnError Feature::GetAccess(bool& isReadable, bool& isWritable) {
+    isReadable = IsReadable();
+    isWritable = IsWritable();
     return PxnErrSuccess;
 }
 
@@ -62,7 +109,7 @@ bool Feature::IsReadable() const {
 
 bool Feature::IsWritable() const {
     return (info.featureFlags & PxnFeatureFlagWrite) != 0 && (!available || available()) &&
-           (!lockedWhileStreaming || !owner.IsStreaming()) && (!writableWhen || writableWhen());
+           (!lockedWhileStreaming || !owner.IsStreaming()) && (!writable || writable());
 }
 
 bool Feature::IsStored() const {
@@ -85,14 +132,6 @@ void Feature::Changed() {
         reaction();
     }
     owner.Invalidate(*this);
-}
-
-void Feature::SetSelector(const char* name) {
-    Feature* selector = owner.Find(name);
-    assert(selector != nullptr);
-    selectors.push_back(selector);
-    selector->selected.push_back(this);
-    selector->info.hasSelectedFeatures = 1;
 }
 
 } // namespace pxsim

@@ -1,43 +1,26 @@
+// input_features.cpp - what a frame grabber board has to know of the camera's images
 #include "pxnc/simulator/input_features.h"
 
-#include "pxnc/simulator/pixel_formats.h"
-
 namespace pxsim {
+namespace {
+
+constexpr FeatureRow kInputRows[] = {
+    {"InputWidth", Int{.value = 640, .min = 1, .max = 4096}, kBeginner | kCustom,
+     "Pixels of a line that the board takes in."},
+    {"InputExposureTime", Float{.value = 10000.0, .min = 1.0, .max = 1e6}, kBeginner | kCustom,
+     "Length of the pulse by which the board exposes the sensor.", Extra{.unit = "µs"}},
+    {"InputFormat", Enum{}, kBeginner | kCustom, "Layout of the pixels that the board expects."},
+    {"InputCameraName", String{.maxLength = 12}, kBeginner | kCustom,
+     "Name of the camera at the board's input."},
+    {"InputMirrored", Bool{}, kBeginner | kCustom,
+     "The board takes the lines in from right to left."},
+};
+
+} // namespace
 
 void AddInputFeatures(Module& module) {
-    constexpr const char* kInputControl = "/InputControl";
-    std::vector<EnumFeature::NamedValue> formats;
-    for (const PixelFormat& format : AllPixelFormats()) {
-        formats.push_back({format.name, std::int64_t{format.code}});
-    }
-    module.Int("InputWidth")
-        .Value(640)
-        .Range(1, 4096)
-        .In(kInputControl)
-        .Custom()
-        .Text("Pixels of a line that the board takes in.");
-    module.Float("InputExposureTime")
-        .Value(10000.0)
-        .Range(1.0, 1e6)
-        .Unit("µs")
-        .In(kInputControl)
-        .Custom()
-        .Text("Length of the pulse by which the board exposes the sensor.");
-    module.Enum("InputFormat")
-        .EntriesWithValues(formats)
-        .Value("Mono8")
-        .In(kInputControl)
-        .Custom()
-        .Text("Layout of the pixels that the board expects.");
-    module.String("InputCameraName")
-        .In(kInputControl)
-        .MaxLength(12)
-        .Custom()
-        .Text("Name of the camera at the board's input.");
-    module.Bool("InputMirrored")
-        .In(kInputControl)
-        .Custom()
-        .Text("The board takes the lines in from right to left.");
+    module.AddTable("/InputControl", kInputRows);
+    module.Get<Enum>("InputFormat").PixelFormatEntries().Value("Mono8");
 }
 
 } // namespace pxsim

@@ -1,3 +1,4 @@
+// module.cpp - a module of the SDK: a set of features behind handles
 #include "pxnc/simulator/module.h"
 
 #include "pxnc/skeleton/invalidations.h"
@@ -16,8 +17,8 @@ void Collect(const Module& module, const Feature& feature, std::vector<const Fea
     for (const Feature* selected : feature.SelectedFeatures()) {
         Collect(module, *selected, affected);
     }
-    for (const char* name : feature.Dependents()) {
-        if (const Feature* dependent = module.Find(name); dependent != nullptr) {
+    for (const std::string& name : feature.Dependents()) {
+        if (const Feature* dependent = module.Find(name.c_str())) {
             Collect(module, *dependent, affected);
         }
     }
@@ -45,9 +46,21 @@ PxnError Module::With(const char* name, skeleton::FunctionRef<PxnError(skeleton:
     return feature ? use(*feature) : PxnError{PxnErrNotFound};
 }
 
+void Module::AddTable(const char* category, std::span<const FeatureRow> rows) {
+    for (const FeatureRow& row : rows) {
+        std::visit(
+            [&](const auto& type) {
+                using Class = typename std::decay_t<decltype(type)>::Class;
+                features.push_back(std::make_unique<Class>(*this, category, row, type));
+            },
+            row.type);
+        byName.emplace(features.back()->Name(), features.back().get());
+    }
+}
+
 bool Module::Omit(const char* name) {
     Feature* feature = Find(name);
-    if (feature == nullptr) {
+    if (!feature) {
         return false;
     }
     feature->Hide();
@@ -56,7 +69,7 @@ bool Module::Omit(const char* name) {
 
 Feature* Module::FindVisible(const char* name) const {
     Feature* feature = Find(name);
-    return feature == nullptr || feature->IsHidden() ? nullptr : feature;
+    return feature && !feature->IsHidden() ? feature : nullptr;
 }
 
 Feature* Module::Find(const char* name) const {
@@ -64,41 +77,40 @@ Feature* Module::Find(const char* name) const {
     return found == byName.end() ? nullptr : found->second;
 }
 
-template <typename T>
-T& Module::Typed(const char* name) const {
-    auto* typed = dynamic_cast<T*>(Find(name));
-    assert(typed != nullptr);
-    return *typed;
+Feature& Module::At(const char* name) const {
+    Feature* const feature = Find(name);
+    assert(feature);
+    return *feature;
 }
 
 std::int64_t Module::IntValue(const char* name) const {
     platform::MutexLock lock(mutex);
-    return Typed<IntFeature>(name).Get();
+    return Get<Int>(name).Get();
 }
 
 double Module::FloatValue(const char* name) const {
     platform::MutexLock lock(mutex);
-    return Typed<FloatFeature>(name).Get();
+    return Get<Float>(name).Get();
 }
 
 const char* Module::EnumValue(const char* name) const {
     platform::MutexLock lock(mutex);
-    return Typed<EnumFeature>(name).Get();
+    return Get<Enum>(name).Get();
 }
 
 std::int64_t Module::EnumIntValue(const char* name) const {
     platform::MutexLock lock(mutex);
-    return Typed<EnumFeature>(name).IntValue();
+    return Get<Enum>(name).IntValue();
 }
 
 bool Module::BoolValue(const char* name) const {
     platform::MutexLock lock(mutex);
-    return Typed<BoolFeature>(name).Get();
+    return Get<Bool>(name).Get();
 }
 
 bool Module::EnumIs(const char* name, const char* entry) const {
     platform::MutexLock lock(mutex);
-    return Typed<EnumFeature>(name).Is(entry);
+    return Get<Enum>(name).Is(entry);
 }
 
 void Module::Invalidate(const Feature& feature) {
@@ -119,7 +131,7 @@ void Module::Invalidate(const Feature& feature) {
 }
 
 void Module::Invalidate(const char* name) {
-    if (const Feature* feature = Find(name); feature != nullptr) {
+    if (const Feature* feature = Find(name)) {
         Invalidate(*feature);
     }
 }

@@ -8,6 +8,7 @@
 #include "pxnc/skeleton/text_pool.h"
 
 #include <memory>
+#include <span>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
@@ -33,15 +34,10 @@ public:
     std::vector<skeleton::StoredValue> GetStoredValues() override;
     PxnError ApplyStoredValues(std::vector<skeleton::StoredValue> values) override;
 
-    IntFeature& Int(const char* name) { return Add<IntFeature>(name); }
-    FloatFeature& Float(const char* name) { return Add<FloatFeature>(name); }
-    EnumFeature& Enum(const char* name) { return Add<EnumFeature>(name); }
-    StringFeature& String(const char* name) { return Add<StringFeature>(name); }
-    BoolFeature& Bool(const char* name) { return Add<BoolFeature>(name); }
-    CommandFeature& Command(const char* name) { return Add<CommandFeature>(name); }
-    RawFeature& Raw(const char* name) { return Add<RawFeature>(name); }
+    /// Adds the features of a table, in its order. The category's path begins with '/'.
+    void AddTable(const char* category, std::span<const FeatureRow> rows);
     /// Hides a feature from the hosts while the module is built; the device itself keeps working
-    /// with it. False when there is none of that name.
+    /// with it. False when there is no such feature.
     bool Omit(const char* name);
 
     skeleton::TextPool& Strings() { return strings; }
@@ -52,7 +48,14 @@ public:
     /// Hidden ones among them.
     const std::vector<std::unique_ptr<Feature>>& Features() const { return features; }
 
-    /// Present values by name, for those who know that the feature exists and has that type.
+    /// Features by name and their present values, for callers who know that the feature exists and
+    /// has that type.
+    Feature& At(const char* name) const;
+    /// Get<Int>("Width") is the IntFeature of that name.
+    template <typename Type>
+    typename Type::Class& Get(const char* name) const {
+        return dynamic_cast<typename Type::Class&>(At(name));
+    }
     std::int64_t IntValue(const char* name) const;
     double FloatValue(const char* name) const;
     const char* EnumValue(const char* name) const;
@@ -96,11 +99,6 @@ protected:
     platform::Mutex& mutex;
 
 private:
-    template <typename T>
-    T& Add(const char* name);
-    template <typename T>
-    T& Typed(const char* name) const;
-
     skeleton::TextPool& strings;
     skeleton::Invalidations& events;
     std::vector<std::unique_ptr<Feature>> features;
@@ -108,14 +106,5 @@ private:
     std::vector<PxnHandle> handles GUARDED_BY(mutex);
     int quiet GUARDED_BY(mutex) = 0;
 };
-
-template <typename T>
-T& Module::Add(const char* name) {
-    auto feature = std::make_unique<T>(*this, name);
-    T& added = *feature;
-    byName.emplace(added.Name(), &added);
-    features.push_back(std::move(feature));
-    return added;
-}
 
 } // namespace pxsim

@@ -1,3 +1,4 @@
+// number_features.cpp - features that are integers or floating-point numbers
 #include "pxnc/simulator/number_features.h"
 
 #include "pxnc/simulator/module.h"
@@ -6,7 +7,6 @@
 #include <algorithm>
 #include <cassert>
 #include <cmath>
-#include <limits>
 
 namespace pxsim {
 namespace {
@@ -22,28 +22,16 @@ std::function<T()> Always(T value) {
 
 // ---- integer ----
 
-IntFeature::IntFeature(Module& module, const char* name)
-    : FeatureNode(module, name, PxnFeatureDataInt),
-      min(Always(std::numeric_limits<std::int64_t>::min())),
-      max(Always(std::numeric_limits<std::int64_t>::max())),
-      increment(Always<std::int64_t>(1)) {
-    info.representation = "Linear";
+IntFeature::IntFeature(Module& module, const char* category, const FeatureRow& row, const Int& type)
+    : Feature(module, category, row, PxnFeatureDataInt, "Linear"),
+      min(Always(type.min)),
+      max(Always(type.max)),
+      increment(Always(type.step)) {
+    store.SetInitial(type.value);
 }
 
 IntFeature& IntFeature::Value(std::int64_t initial) {
     store.SetInitial(initial);
-    return *this;
-}
-
-IntFeature& IntFeature::ValueFor(std::int64_t selectorKey, std::int64_t initial) {
-    store.SetInitialFor(selectorKey, initial);
-    return *this;
-}
-
-IntFeature& IntFeature::Range(std::int64_t lowest, std::int64_t highest, std::int64_t step) {
-    min = Always(lowest);
-    max = Always(highest);
-    increment = Always(step);
     return *this;
 }
 
@@ -64,7 +52,8 @@ IntFeature& IntFeature::Increment(Source source) {
 
 IntFeature& IntFeature::ValidValues(std::vector<std::int64_t> values) {
     assert(!values.empty() && std::is_sorted(values.begin(), values.end()));
-    Range(values.front(), values.back());
+    min = Always(values.front());
+    max = Always(values.back());
     validValues = std::move(values);
     return *this;
 }
@@ -167,31 +156,16 @@ void IntFeature::Restore(const std::any& saved) {
 
 // ---- float ----
 
-FloatFeature::FloatFeature(Module& module, const char* name)
-    : FeatureNode(module, name, PxnFeatureDataFloat),
-      min(Always(std::numeric_limits<double>::lowest())),
-      max(Always(std::numeric_limits<double>::max())) {
-    info.representation = "Linear";
-}
-
-FloatFeature& FloatFeature::Value(double initial) {
-    store.SetInitial(initial);
-    return *this;
+FloatFeature::FloatFeature(Module& module, const char* category, const FeatureRow& row,
+                           const Float& type)
+    : Feature(module, category, row, PxnFeatureDataFloat, "Linear"),
+      min(Always(type.min)),
+      max(Always(type.max)) {
+    store.SetInitial(type.value);
 }
 
 FloatFeature& FloatFeature::ValueFor(std::int64_t selectorKey, double initial) {
     store.SetInitialFor(selectorKey, initial);
-    return *this;
-}
-
-FloatFeature& FloatFeature::Range(double lowest, double highest) {
-    min = Always(lowest);
-    max = Always(highest);
-    return *this;
-}
-
-FloatFeature& FloatFeature::Min(Source source) {
-    min = std::move(source);
     return *this;
 }
 

@@ -6,15 +6,13 @@
 namespace pxsim {
 
 /// Signed 64-bit integer with limits that may move.
-class IntFeature : public FeatureNode<IntFeature> {
+class IntFeature : public Feature {
 public:
     using Source = std::function<std::int64_t()>;
 
-    IntFeature(Module& module, const char* name);
+    IntFeature(Module& module, const char* category, const FeatureRow& row, const Int& type);
 
     IntFeature& Value(std::int64_t initial);
-    IntFeature& ValueFor(std::int64_t selectorKey, std::int64_t initial);
-    IntFeature& Range(std::int64_t lowest, std::int64_t highest, std::int64_t step = 1);
     IntFeature& Min(Source source);
     IntFeature& Max(Source source);
     IntFeature& Increment(Source source);
@@ -55,16 +53,13 @@ private:
 };
 
 /// Double with limits that may move.
-class FloatFeature : public FeatureNode<FloatFeature> {
+class FloatFeature : public Feature {
 public:
     using Source = std::function<double()>;
 
-    FloatFeature(Module& module, const char* name);
+    FloatFeature(Module& module, const char* category, const FeatureRow& row, const Float& type);
 
-    FloatFeature& Value(double initial);
     FloatFeature& ValueFor(std::int64_t selectorKey, double initial);
-    FloatFeature& Range(double lowest, double highest);
-    FloatFeature& Min(Source source);
     FloatFeature& Max(Source source);
     FloatFeature& Computed(Source source);
 

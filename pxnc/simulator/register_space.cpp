@@ -64,7 +64,7 @@ void RegisterSpace::AddImageRegisters(Camera& camera) {
             address, [&camera, name] { return static_cast<std::uint32_t>(camera.IntValue(name)); },
             [&camera, name](std::uint32_t value) {
                 platform::MutexLock lock(camera.ValueMutex());
-                return dynamic_cast<IntFeature&>(*camera.Find(name)).Set(value);
+                return camera.Get<Int>(name).Set(value);
             });
         address += 4;
     }

@@ -1,3 +1,4 @@
+// stream.cpp - a stream module with the engine that moves its frames
 #include "pxnc/simulator/stream.h"
 
 #include "pxnc/simulator/camera.h"
@@ -9,8 +10,62 @@ constexpr std::int64_t kLargestFrameCount = 0xFFFFFFFF;
 constexpr std::uint32_t kPollMs = 1000;
 constexpr std::int64_t kBestPacketSize = 8228;
 
-std::int64_t Signed(std::uint64_t value) {
-    return static_cast<std::int64_t>(value);
+constexpr FeatureRow kBufferRows[] = {
+    {"StreamBufferHandlingMode", Enum{"Default OldestFirst NewestOnly"}, kBeginner | kLocked,
+     "Order in which queued buffers are filled."},
+    {"StreamBufferHandlingModeSupport", Enum{"None Host", "Host"}, kExpert,
+     "Who orders the buffers."},
+    {"StreamBufferAlignment", Int{.value = 1, .min = 1, .max = 4096}, kExpert | kReadOnly,
+     "Alignment that buffers should have.", Extra{.unit = "B"}},
+    {"StreamAnnounceBufferMinimum", Int{1}, kExpert | kReadOnly,
+     "Buffers that have to be announced for an acquisition."},
+    {"StreamAnnouncedBufferCount", Int{}, kBeginner | kReadOnly, "Buffers announced at present.",
+     Extra{.pollingMs = kPollMs}},
+    {"StreamQueuedBufferCount", Int{}, kBeginner | kReadOnly, "Buffers waiting to be filled.",
+     Extra{.pollingMs = kPollMs}},
+    {"StreamIsGrabbing", Bool{}, kBeginner | kReadOnly, "Capture has been started.",
+     Extra{.pollingMs = kPollMs, .category = "/StreamInformation"}},
+};
+
+constexpr FeatureRow kStatisticsRows[] = {
+    {"StreamDeliveredFrameCount", Int{.min = 0, .max = kLargestFrameCount}, kBeginner | kReadOnly,
+     "Complete frames handed to the host.", Extra{.pollingMs = kPollMs}},
+    {"StreamIncompleteFrameCount", Int{.min = 0, .max = kLargestFrameCount}, kBeginner | kReadOnly,
+     "Frames with missing parts.", Extra{.pollingMs = kPollMs}},
+    {"StreamBufferUnderrunCount", Int{.min = 0, .max = kLargestFrameCount}, kBeginner | kReadOnly,
+     "Frames lost because no buffer was queued.", Extra{.pollingMs = kPollMs}},
+    {"StreamLostFrameCount", Int{.min = 0, .max = kLargestFrameCount}, kBeginner | kReadOnly,
+     "Frames lost on the way.", Extra{.pollingMs = kPollMs}},
+    {"StreamReceivedBytes", Int{.min = 0, .max = kLargestFrameCount}, kBeginner | kReadOnly,
+     "Bytes written into buffers.", Extra{.pollingMs = kPollMs}},
+    {"StreamStatisticsReset", Command{}, kBeginner, "Sets the counters of this category to 0.",
+     Extra{.affects = "StreamDeliveredFrameCount StreamIncompleteFrameCount "
+                      "StreamBufferUnderrunCount StreamLostFrameCount StreamReceivedBytes"}},
+};
+
+constexpr FeatureRow kGigEStreamRows[] = {
+    {"GVSPAdjustPacketSize", Command{}, kBeginner,
+     "Finds the largest packet that the network carries and sets the camera to it.",
+     Extra{.affects = "GVSPPacketSize"}},
+    {"GVSPPacketSize", Int{}, kBeginner | kReadOnly, "Size of a stream packet with its headers.",
+     Extra{.unit = "B"}},
+    {"GVSPMaxLookBack", Int{.value = 30, .min = 0, .max = 1000}, kGuru,
+     "Packets looked back for before one counts as missing."},
+    {"GVSPMaxRequests", Int{.value = 3, .min = 1, .max = 100}, kGuru,
+     "Times that a missing packet is asked for again."},
+    {"GVSPTimeout", Int{.value = 70, .min = 10, .max = 10000}, kGuru,
+     "Time after which the rest of a frame counts as missing.", Extra{.unit = "ms"}},
+    {"GVSPPacketResend", Bool{true}, kExpert, "Ask the camera for missing packets."},
+};
+
+void AddStreamIdentity(Module& module, std::uint32_t index, const char* type) {
+    const std::string id = "Stream" + std::to_string(index);
+    const FeatureRow rows[] = {
+        {"StreamID", String{id.c_str()}, kBeginner | kReadOnly, "Identifier of the stream."},
+        {"StreamType", String{type}, kBeginner | kReadOnly, "Transport layer type of the stream."},
+        {"StreamIndex", Int{index}, kBeginner | kReadOnly, "Number of the stream."},
+    };
+    module.AddTable("/StreamInformation", rows);
 }
 
 } // namespace
@@ -37,144 +92,48 @@ void Stream::OnCaptureChanged() {
 }
 
 void Stream::AddFeatures(std::uint32_t index) {
-    const char* type = TransportLayerTypeName(camera.InterfaceType());
-    String("StreamID")
-        .Value("Stream" + std::to_string(index))
-        .In("/StreamInformation")
-        .ReadOnly()
-        .Text("Identifier of the stream.");
-    String("StreamType")
-        .Value(type)
-        .In("/StreamInformation")
-        .ReadOnly()
-        .Text("Transport layer type of the stream.");
-    Int("StreamIndex")
-        .Value(index)
-        .In("/StreamInformation")
-        .ReadOnly()
-        .Text("Number of the stream.");
-    Enum("StreamBufferHandlingMode")
-        .Entries({"Default", "OldestFirst", "NewestOnly"})
-        .Value("Default")
-        .In("/BufferHandlingControl")
-        .LockedWhileStreaming()
-        .Text("Order in which queued buffers are filled.");
-    Enum("StreamBufferHandlingModeSupport")
-        .Entries({"None", "Host"})
-        .Value("Host")
-        .In("/BufferHandlingControl")
-        .For(PxnVisibilityExpert)
-        .Text("Who orders the buffers.");
-    Int("StreamBufferAlignment")
-        .Value(1)
-        .Range(1, 4096)
-        .In("/BufferHandlingControl")
-        .For(PxnVisibilityExpert)
-        .ReadOnly()
-        .Unit("B")
-        .Text("Alignment that buffers should have.");
-    Int("StreamAnnounceBufferMinimum")
-        .Value(1)
-        .In("/BufferHandlingControl")
-        .For(PxnVisibilityExpert)
-        .ReadOnly()
-        .Text("Buffers that have to be announced for an acquisition.");
-    Int("StreamAnnouncedBufferCount")
-        .Computed([this] { return std::int64_t{engine.AnnouncedFrames()}; })
-        .In("/BufferHandlingControl")
-        .ReadOnly()
-        .Volatile(kPollMs)
-        .Text("Buffers announced at present.");
-    Int("StreamQueuedBufferCount")
-        .Computed([this] { return std::int64_t{engine.QueuedFrames()}; })
-        .In("/BufferHandlingControl")
-        .ReadOnly()
-        .Volatile(kPollMs)
-        .Text("Buffers waiting to be filled.");
-    Bool("StreamIsGrabbing")
-        .Computed([this] { return engine.IsCapturing(); })
-        .In("/StreamInformation")
-        .ReadOnly()
-        .Volatile(kPollMs)
-        .Text("Capture has been started.");
+    AddStreamIdentity(*this, index, TransportLayerTypeName(camera.InterfaceType()));
+    AddTable("/BufferHandlingControl", kBufferRows);
+    Get<Int>("StreamAnnouncedBufferCount").Computed([this] {
+        return std::int64_t{engine.AnnouncedFrames()};
+    });
+    Get<Int>("StreamQueuedBufferCount").Computed([this] {
+        return std::int64_t{engine.QueuedFrames()};
+    });
+    Get<Bool>("StreamIsGrabbing").Computed([this] { return engine.IsCapturing(); });
 }
 
 void Stream::AddStatistics() {
-    using Counter = std::atomic<std::uint64_t>;
-    const auto add = [this](const char* name, const Counter& counter, const char* text) {
-        Int(name)
-            .Computed([&counter] { return Signed(counter); })
-            .In("/Statistics")
-            .ReadOnly()
-            .Volatile(kPollMs)
-            .Range(0, kLargestFrameCount)
-            .Text(text);
-    };
+    AddTable("/Statistics", kStatisticsRows);
     StreamStatistics& counts = engine.Statistics();
-    add("StreamDeliveredFrameCount", counts.delivered, "Complete frames handed to the host.");
-    add("StreamIncompleteFrameCount", counts.incomplete, "Frames with missing parts.");
-    add("StreamBufferUnderrunCount", counts.underrun, "Frames lost because no buffer was queued.");
-    add("StreamLostFrameCount", counts.lost, "Frames lost on the way.");
-    add("StreamReceivedBytes", counts.bytes, "Bytes written into buffers.");
-    Command("StreamStatisticsReset")
-        .Runs([this] {
-            StreamStatistics& statistics = engine.Statistics();
-            statistics.delivered = 0;
-            statistics.incomplete = 0;
-            statistics.underrun = 0;
-            statistics.lost = 0;
-            statistics.bytes = 0;
-            return PxnErrSuccess;
-        })
-        .In("/Statistics")
-        .Affects({"StreamDeliveredFrameCount", "StreamIncompleteFrameCount",
-                  "StreamBufferUnderrunCount", "StreamLostFrameCount", "StreamReceivedBytes"})
-        .Text("Sets the counters of this category to 0.");
+    const auto show = [this](const char* name, const std::atomic<std::uint64_t>& counter) {
+        Get<Int>(name).Computed([&counter] { return static_cast<std::int64_t>(counter.load()); });
+    };
+    show("StreamDeliveredFrameCount", counts.delivered);
+    show("StreamIncompleteFrameCount", counts.incomplete);
+    show("StreamBufferUnderrunCount", counts.underrun);
+    show("StreamLostFrameCount", counts.lost);
+    show("StreamReceivedBytes", counts.bytes);
+    Get<Command>("StreamStatisticsReset").Runs([&counts] {
+        counts.delivered = 0;
+        counts.incomplete = 0;
+        counts.underrun = 0;
+        counts.lost = 0;
+        counts.bytes = 0;
+        return PxnErrSuccess;
+    });
 }
 
 void Stream::AddGigEFeatures() {
-    Command("GVSPAdjustPacketSize")
-        .Runs([this] { return AdjustPacketSize(); })
-        .In("/GVSPControl")
-        .Affects({"GVSPPacketSize"})
-        .WritableWhen([this] { return !camera.IsStreaming(); })
-        .Text("Finds the largest packet that the network carries and sets the camera to it.");
-    Int("GVSPPacketSize")
-        .Computed([this] { return camera.IntValue("GevSCPSPacketSize"); })
-        .In("/GVSPControl")
-        .ReadOnly()
-        .Unit("B")
-        .Text("Size of a stream packet with its headers.");
-    Int("GVSPMaxLookBack")
-        .Value(30)
-        .Range(0, 1000)
-        .In("/GVSPControl")
-        .For(PxnVisibilityGuru)
-        .Text("Packets looked back for before one counts as missing.");
-    Int("GVSPMaxRequests")
-        .Value(3)
-        .Range(1, 100)
-        .In("/GVSPControl")
-        .For(PxnVisibilityGuru)
-        .Text("Times that a missing packet is asked for again.");
-    Int("GVSPTimeout")
-        .Value(70)
-        .Range(10, 10000)
-        .In("/GVSPControl")
-        .For(PxnVisibilityGuru)
-        .Unit("ms")
-        .Text("Time after which the rest of a frame counts as missing.");
-    Bool("GVSPPacketResend")
-        .Value(true)
-        .In("/GVSPControl")
-        .For(PxnVisibilityExpert)
-        .Text("Ask the camera for missing packets.");
-}
-
-PxnError Stream::AdjustPacketSize() {
-    auto* size = dynamic_cast<IntFeature*>(camera.Find("GevSCPSPacketSize"));
-    size->Put(size->Nearest(kBestPacketSize));
-    return PxnErrSuccess;
+    AddTable("/GVSPControl", kGigEStreamRows);
+    Get<Command>("GVSPAdjustPacketSize")
+        .Runs([this] {
+            IntFeature& size = camera.Get<Int>("GevSCPSPacketSize");
+            size.Put(size.Nearest(kBestPacketSize));
+            return PxnErrSuccess;
+        })
+        .WritableWhen([this] { return !camera.IsStreaming(); });
+    Get<Int>("GVSPPacketSize").Computed([this] { return camera.IntValue("GevSCPSPacketSize"); });
 }
 
 } // namespace pxsim

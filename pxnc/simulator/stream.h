@@ -23,7 +23,6 @@ private:
     void AddFeatures(std::uint32_t index);
     void AddStatistics();
     void AddGigEFeatures();
-    PxnError AdjustPacketSize();
 
     Camera& camera;
     AcquisitionEngine engine;

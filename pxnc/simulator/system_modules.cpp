@@ -1,3 +1,4 @@
+// system_modules.cpp - the modules above the cameras: system, transport layers, interfaces
 #include "pxnc/simulator/system_modules.h"
 
 #include "pxnc/simulator/input_features.h"
@@ -6,61 +7,93 @@
 namespace pxsim {
 namespace {
 
-void AddText(Module& module, const char* category, const char* name, const std::string& value,
-             const char* text) {
-    module.String(name).Value(value).In(category).ReadOnly().Text(text);
+constexpr FeatureRow kSystemRows[] = {
+    {"SystemVendorName", String{"Korvane"}, kBeginner | kReadOnly, "Maker of the SDK."},
+    {"SystemModelName", String{"Pyxen SDK simulator"}, kBeginner | kReadOnly, "Name of the SDK."},
+    {"SystemVersion", String{"1.4.0"}, kBeginner | kReadOnly, "Version of the SDK."},
+};
+
+constexpr FeatureRow kInterfaceEnumerationRows[] = {
+    {"InterfaceUpdateList", Command{}, kBeginner, "Looks for interfaces."},
+    {"InterfaceUpdateTimeout", Int{.value = 1000, .min = 0, .max = 60000}, kExpert,
+     "Time for looking.", Extra{.unit = "ms"}},
+};
+
+constexpr FeatureRow kDeviceEnumerationRows[] = {
+    {"DeviceUpdateList", Command{}, kBeginner, "Looks for cameras."},
+    {"DeviceUpdateTimeout", Int{.value = 1000, .min = 0, .max = 60000}, kExpert,
+     "Time for looking.", Extra{.unit = "ms"}},
+};
+
+void AddDiscoveryEvent(Module& module, const std::string& subject, const std::string& idSuffix) {
+    const std::string event = "Event" + subject + "Discovery";
+    const std::string type = event + "Type";
+    const std::string id = event + idSuffix;
+    const std::string timestamp = event + "Timestamp";
+    const FeatureRow rows[] = {
+        // The event feature counts, so that a callback can detect missed events.
+        {event.c_str(), Int{}, kBeginner | kReadOnly, "Events so far.", Extra{.pollingMs = 0}},
+        {type.c_str(), Enum{"Missing Detected Reachable Unreachable"}, kBeginner | kReadOnly,
+         "What happened last.", Extra{.pollingMs = 0}},
+        {id.c_str(), String{.maxLength = 255}, kBeginner | kReadOnly, "Whom it happened to.",
+         Extra{.pollingMs = 0}},
+        {timestamp.c_str(), Int{}, kExpert | kReadOnly, "When it happened.",
+         Extra{.unit = "ns", .pollingMs = 0}},
+    };
+    module.AddTable(("/EventControl/" + event + "Data").c_str(), rows);
+}
+
+void AddInformation(Module& module, const TransportLayerConfiguration& setup) {
+    const FeatureRow rows[] = {
+        {"TLID", String{setup.id.c_str()}, kBeginner | kReadOnly,
+         "Identifier of the transport layer."},
+        {"TLVendorName", String{setup.vendor.c_str()}, kBeginner | kReadOnly, "Its maker."},
+        {"TLModelName", String{setup.model.c_str()}, kBeginner | kReadOnly, "Its name."},
+        {"TLVersion", String{setup.version.c_str()}, kBeginner | kReadOnly, "Its version."},
+        {"TLFileName", String{setup.path.c_str()}, kBeginner | kReadOnly,
+         "File that it comes from."},
+        {"TLDisplayName", String{setup.name.c_str()}, kBeginner | kReadOnly,
+         "Its name for people."},
+        {"TLPath", String{setup.path.c_str()}, kBeginner | kReadOnly, "Path of that file."},
+        {"TLType", String{TransportLayerTypeName(setup.type)}, kBeginner | kReadOnly,
+         "Its technology."},
+        {"GenTLVersionMajor", Int{1}, kBeginner | kReadOnly, "Version of its interface."},
+        {"GenTLVersionMinor", Int{5}, kBeginner | kReadOnly, "Version of its interface."},
+    };
+    module.AddTable("/TLInformation", rows);
+}
+
+void AddInformation(Module& module, const InterfaceConfiguration& setup) {
+    const FeatureRow rows[] = {
+        {"InterfaceID", String{setup.id.c_str()}, kBeginner | kReadOnly,
+         "Identifier of the interface."},
+        {"InterfaceDisplayName", String{setup.name.c_str()}, kBeginner | kReadOnly,
+         "Its name for people."},
+        {"InterfaceType", String{TransportLayerTypeName(setup.type)}, kBeginner | kReadOnly,
+         "Its technology."},
+    };
+    module.AddTable("/InterfaceInformation", rows);
 }
 
 } // namespace
 
 SystemModule::SystemModule(skeleton::TextPool& pool, skeleton::Invalidations& dispatcher)
     : Module(pool, dispatcher, std::make_shared<platform::Mutex>()) {
-    constexpr const char* kSystemInformation = "/SystemInformation";
-    AddText(*this, kSystemInformation, "SystemVendorName", "Korvane", "Maker of the SDK.");
-    AddText(*this, kSystemInformation, "SystemModelName", "Pyxen SDK simulator",
-            "Name of the SDK.");
-    AddText(*this, kSystemInformation, "SystemVersion", "1.4.0", "Version of the SDK.");
-    AddEvent("Camera", "CameraID");
-    AddEvent("Interface", "InterfaceID");
-}
-
-void SystemModule::AddEvent(const std::string& subject, const std::string& idSuffix) {
-    const std::string event = "Event" + subject + "Discovery";
-    const char* category = Strings().Intern("/EventControl/" + event + "Data");
-    // The event feature counts: a callback may see that it missed none.
-    Int(event.c_str()).In(category).ReadOnly().Volatile(0).Text("Events so far.");
-    Enum((event + "Type").c_str())
-        .Entries({"Missing", "Detected", "Reachable", "Unreachable"})
-        .In(category)
-        .ReadOnly()
-        .Volatile(0)
-        .Text("What happened last.");
-    String((event + idSuffix).c_str())
-        .In(category)
-        .ReadOnly()
-        .Volatile(0)
-        .MaxLength(255)
-        .Text("Whom it happened to.");
-    Int((event + "Timestamp").c_str())
-        .In(category)
-        .ReadOnly()
-        .Volatile(0)
-        .Unit("ns")
-        .For(PxnVisibilityExpert)
-        .Text("When it happened.");
+    AddTable("/SystemInformation", kSystemRows);
+    AddDiscoveryEvent(*this, "Camera", "CameraID");
+    AddDiscoveryEvent(*this, "Interface", "InterfaceID");
 }
 
 void SystemModule::Latch(const std::string& subject, const std::string& idSuffix, const char* type,
                          const std::string& id) {
     platform::MutexLock lock(ValueMutex());
     const std::string event = "Event" + subject + "Discovery";
-    dynamic_cast<EnumFeature&>(*Find((event + "Type").c_str())).Put(type);
-    dynamic_cast<StringFeature&>(*Find((event + idSuffix).c_str())).Put(id);
+    Get<Enum>((event + "Type").c_str()).Put(type);
+    Get<String>((event + idSuffix).c_str()).Put(id);
     const auto now = skeleton::Clock::now().time_since_epoch();
-    dynamic_cast<IntFeature&>(*Find((event + "Timestamp").c_str()))
+    Get<Int>((event + "Timestamp").c_str())
         .Put(std::chrono::duration_cast<std::chrono::nanoseconds>(now).count());
-    auto& count = dynamic_cast<IntFeature&>(*Find(event.c_str()));
-    count.Advance();
+    Get<Int>(event.c_str()).Advance();
 }
 
 void SystemModule::LatchCameraEvent(const char* type, const std::string& cameraId) {
@@ -74,33 +107,8 @@ void SystemModule::LatchInterfaceEvent(const char* type, const std::string& inte
 TransportLayer::TransportLayer(const TransportLayerConfiguration& newSetup,
                                skeleton::TextPool& pool, skeleton::Invalidations& dispatcher)
     : Module(pool, dispatcher, std::make_shared<platform::Mutex>()), setup(newSetup) {
-    constexpr const char* kTLInformation = "/TLInformation";
-    AddText(*this, kTLInformation, "TLID", setup.id, "Identifier of the transport layer.");
-    AddText(*this, kTLInformation, "TLVendorName", setup.vendor, "Its maker.");
-    AddText(*this, kTLInformation, "TLModelName", setup.model, "Its name.");
-    AddText(*this, kTLInformation, "TLVersion", setup.version, "Its version.");
-    AddText(*this, kTLInformation, "TLFileName", setup.path, "File that it comes from.");
-    AddText(*this, kTLInformation, "TLDisplayName", setup.name, "Its name for people.");
-    AddText(*this, kTLInformation, "TLPath", setup.path, "Path of that file.");
-    AddText(*this, kTLInformation, "TLType", TransportLayerTypeName(setup.type), "Its technology.");
-    Int("GenTLVersionMajor")
-        .Value(1)
-        .In(kTLInformation)
-        .ReadOnly()
-        .Text("Version of its interface.");
-    Int("GenTLVersionMinor")
-        .Value(5)
-        .In(kTLInformation)
-        .ReadOnly()
-        .Text("Version of its interface.");
-    Command("InterfaceUpdateList").In("/InterfaceEnumeration").Text("Looks for interfaces.");
-    Int("InterfaceUpdateTimeout")
-        .Value(1000)
-        .Range(0, 60000)
-        .Unit("ms")
-        .In("/InterfaceEnumeration")
-        .For(PxnVisibilityExpert)
-        .Text("Time for looking.");
+    AddInformation(*this, setup);
+    AddTable("/InterfaceEnumeration", kInterfaceEnumerationRows);
     if (setup.type == PxnTransportLayerCL) {
         AddInputFeatures(*this);
     }
@@ -121,20 +129,8 @@ void TransportLayer::FillInfo(PxnTransportLayerInfo& out) const {
 Interface::Interface(const InterfaceConfiguration& newSetup, skeleton::TextPool& pool,
                      skeleton::Invalidations& dispatcher)
     : Module(pool, dispatcher, std::make_shared<platform::Mutex>()), setup(newSetup) {
-    constexpr const char* kInterfaceInformation = "/InterfaceInformation";
-    AddText(*this, kInterfaceInformation, "InterfaceID", setup.id, "Identifier of the interface.");
-    AddText(*this, kInterfaceInformation, "InterfaceDisplayName", setup.name,
-            "Its name for people.");
-    AddText(*this, kInterfaceInformation, "InterfaceType", TransportLayerTypeName(setup.type),
-            "Its technology.");
-    Command("DeviceUpdateList").In("/DeviceEnumeration").Text("Looks for cameras.");
-    Int("DeviceUpdateTimeout")
-        .Value(1000)
-        .Range(0, 60000)
-        .Unit("ms")
-        .In("/DeviceEnumeration")
-        .For(PxnVisibilityExpert)
-        .Text("Time for looking.");
+    AddInformation(*this, setup);
+    AddTable("/DeviceEnumeration", kDeviceEnumerationRows);
     if (setup.type == PxnTransportLayerCL) {
         AddInputFeatures(*this);
     }

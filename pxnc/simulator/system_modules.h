@@ -20,7 +20,6 @@ public:
     void LatchInterfaceEvent(const char* type, const std::string& interfaceId);
 
 private:
-    void AddEvent(const std::string& subject, const std::string& idSuffix);
     void Latch(const std::string& subject, const std::string& idSuffix, const char* type,
                const std::string& id);
 };

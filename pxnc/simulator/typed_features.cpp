@@ -1,3 +1,4 @@
+// typed_features.cpp - features that are texts, booleans, commands or bytes
 #include "pxnc/simulator/typed_features.h"
 
 #include "pxnc/simulator/module.h"
@@ -11,32 +12,16 @@ namespace pxsim {
 
 // ---- string ----
 
-StringFeature::StringFeature(Module& module, const char* name)
-    : FeatureNode(module, name, PxnFeatureDataString) {}
-
-StringFeature& StringFeature::Value(std::string initial) {
-    maxLength = std::max(maxLength, static_cast<std::uint32_t>(initial.size()));
-    store.SetInitial(std::move(initial));
-    return *this;
+StringFeature::StringFeature(Module& module, const char* category, const FeatureRow& row,
+                             const String& type)
+    : Feature(module, category, row, PxnFeatureDataString),
+      maxLength(std::max(type.maxLength, static_cast<std::uint32_t>(std::strlen(type.value)))) {
+    store.SetInitial(type.value);
 }
 
 StringFeature& StringFeature::ValueFor(std::int64_t selectorKey, std::string initial) {
     store.SetInitialFor(selectorKey, std::move(initial));
     return *this;
-}
-
-StringFeature& StringFeature::MaxLength(std::uint32_t bytes) {
-    maxLength = bytes;
-    return *this;
-}
-
-StringFeature& StringFeature::Computed(Source source) {
-    computed = std::move(source);
-    return *this;
-}
-
-std::string StringFeature::Get() const {
-    return computed ? computed() : store.Get(SelectorKey());
 }
 
 PxnError StringFeature::Set(const std::string& value) {
@@ -80,8 +65,11 @@ void StringFeature::Restore(const std::any& saved) {
 
 // ---- boolean ----
 
-BoolFeature::BoolFeature(Module& module, const char* name)
-    : FeatureNode(module, name, PxnFeatureDataBool) {}
+BoolFeature::BoolFeature(Module& module, const char* category, const FeatureRow& row,
+                         const Bool& type)
+    : Feature(module, category, row, PxnFeatureDataBool) {
+    store.SetInitial(type.value);
+}
 
 BoolFeature& BoolFeature::Value(bool initial) {
     store.SetInitial(initial);
@@ -148,23 +136,15 @@ void BoolFeature::Restore(const std::any& saved) {
 
 // ---- command ----
 
-CommandFeature::CommandFeature(Module& module, const char* name)
-    : FeatureNode(module, name, PxnFeatureDataCommand) {
-    WriteOnly();
+CommandFeature::CommandFeature(Module& module, const char* category, const FeatureRow& row,
+                               const Command& type)
+    : Feature(module, category, row, PxnFeatureDataCommand), startsOrStops(type.startsOrStops) {
+    info.featureFlags &= ~static_cast<std::uint32_t>(PxnFeatureFlagRead);
+    info.isStreamable = 0;
 }
 
 CommandFeature& CommandFeature::Runs(std::function<PxnError()> newAction) {
     action = std::move(newAction);
-    return *this;
-}
-
-CommandFeature& CommandFeature::DoneWhen(std::function<bool()> condition) {
-    done = std::move(condition);
-    return *this;
-}
-
-CommandFeature& CommandFeature::StartsOrStops() {
-    startsOrStops = true;
     return *this;
 }
 
@@ -180,27 +160,15 @@ PxnError CommandFeature::Run() {
 }
 
 PxnError CommandFeature::IsDone(bool& isDone) {
-    isDone = !done || done();
+    isDone = true;
     return PxnErrSuccess;
 }
 
 // ---- raw ----
 
-RawFeature::RawFeature(Module& module, const char* name)
-    : FeatureNode(module, name, PxnFeatureDataRaw) {}
-
-RawFeature& RawFeature::Value(std::string initial) {
-    store.SetInitial(std::move(initial));
-    return *this;
-}
-
-RawFeature& RawFeature::Computed(Source source) {
-    computed = std::move(source);
-    return *this;
-}
-
-std::string RawFeature::Get() const {
-    return computed ? computed() : store.Get(SelectorKey());
+RawFeature::RawFeature(Module& module, const char* category, const FeatureRow& row, const Raw& type)
+    : Feature(module, category, row, PxnFeatureDataRaw) {
+    store.SetInitial(std::string(type.length, '\0'));
 }
 
 PxnError RawFeature::Set(std::string value) {

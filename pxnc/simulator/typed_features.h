@@ -8,18 +8,13 @@
 namespace pxsim {
 
 /// Text of limited length, UTF-8.
-class StringFeature : public FeatureNode<StringFeature> {
+class StringFeature : public Feature {
 public:
-    using Source = std::function<std::string()>;
+    StringFeature(Module& module, const char* category, const FeatureRow& row, const String& type);
 
-    StringFeature(Module& module, const char* name);
-
-    StringFeature& Value(std::string initial);
     StringFeature& ValueFor(std::int64_t selectorKey, std::string initial);
-    StringFeature& MaxLength(std::uint32_t bytes);
-    StringFeature& Computed(Source source);
 
-    std::string Get() const;
+    const std::string& Get() const { return store.Get(SelectorKey()); }
     PxnError Set(const std::string& value);
     void Put(std::string value);
 
@@ -34,15 +29,14 @@ public:
 
 private:
     SelectedValues<std::string> store;
-    Source computed;
-    std::uint32_t maxLength = 63;
+    const std::uint32_t maxLength;
 };
 
-class BoolFeature : public FeatureNode<BoolFeature> {
+class BoolFeature : public Feature {
 public:
     using Source = std::function<bool()>;
 
-    BoolFeature(Module& module, const char* name);
+    BoolFeature(Module& module, const char* category, const FeatureRow& row, const Bool& type);
 
     BoolFeature& Value(bool initial);
     BoolFeature& ValueFor(std::int64_t selectorKey, bool initial);
@@ -70,37 +64,29 @@ private:
     std::function<PxnError(bool)> sink;
 };
 
-class CommandFeature : public FeatureNode<CommandFeature> {
+class CommandFeature : public Feature {
 public:
-    CommandFeature(Module& module, const char* name);
+    CommandFeature(Module& module, const char* category, const FeatureRow& row,
+                   const Command& type);
 
     CommandFeature& Runs(std::function<PxnError()> action);
-    /// Without it a command is done as soon as it ran.
-    CommandFeature& DoneWhen(std::function<bool()> condition);
-    /// It starts or stops images.
-    CommandFeature& StartsOrStops();
 
     PxnError Run() override;
     bool IsStartOrStop() const override { return startsOrStops; }
+    /// A command is done as soon as it has run.
     PxnError IsDone(bool& isDone) override;
 
 private:
     std::function<PxnError()> action;
-    std::function<bool()> done;
-    bool startsOrStops = false;
+    const bool startsOrStops;
 };
 
 /// Bytes of a fixed length.
-class RawFeature : public FeatureNode<RawFeature> {
+class RawFeature : public Feature {
 public:
-    using Source = std::function<std::string()>;
+    RawFeature(Module& module, const char* category, const FeatureRow& row, const Raw& type);
 
-    RawFeature(Module& module, const char* name);
-
-    RawFeature& Value(std::string initial);
-    RawFeature& Computed(Source source);
-
-    std::string Get() const;
+    const std::string& Get() const { return store.Get(SelectorKey()); }
     /// `value` must have the feature's length.
     PxnError Set(std::string value);
     void Put(std::string value);
@@ -115,7 +101,6 @@ public:
 
 private:
     SelectedValues<std::string> store;
-    Source computed;
 };
 
 } // namespace pxsim
