@@ -182,14 +182,14 @@ PxnError ScriptedBackend::CloseCamera(PxnHandle camera) {
         return PxnErrBadHandle;
     }
     frames->Close();
-    std::vector<PxnHandle> handles{camera, LocalDeviceHandle(*index)};
+    std::vector<PxnHandle> closed{camera, LocalDeviceHandle(*index)};
     {
         platform::MutexLock lock(mutex);
         CameraState& state = cameras[*index];
-        handles.insert(handles.end(), state.streams.begin(), state.streams.end());
+        closed.insert(closed.end(), state.streams.begin(), state.streams.end());
         state.frames = nullptr;
     }
-    for (const PxnHandle handle : handles) {
+    for (const PxnHandle handle : closed) {
         Changes().UnregisterAll(handle);
     }
     return PxnErrSuccess;

@@ -16,6 +16,7 @@ class DeviceFinder : public LoadedApi {
 protected:
     void SetUp() override {
         LoadedApi::SetUp();
+        sdk.Data().system.Put(scripted::IntFeature("EventInterfaceDiscovery", 0, 0, 0xFFFF));
         auto& layer = sdk.Data().transportLayers[0];
         layer.Put(scripted::StringFeature("TLDisplayName", "GigE Vision"));
         sdk.Data().cameras = {Camera("left", "Left", 1 | 2), Camera("middle", "Middle", 2),
