@@ -13,7 +13,7 @@ namespace pxsim {
 
 EnumFeature::EnumFeature(Module& module, const char* category, const FeatureRow& row,
                          const Enum& type)
-    : Feature(module, category, row, PxnFeatureDataEnum) {
+    : ValueFeature(module, category, row, PxnFeatureDataEnum) {
     for (const std::string& entry : SplitWords(type.entries)) {
         AddEntry(entry, static_cast<std::int64_t>(entries.size()));
     }
@@ -52,30 +52,19 @@ EnumFeature& EnumFeature::EntryAvailableWhen(const char* entry, std::function<bo
     return *this;
 }
 
-EnumFeature& EnumFeature::Value(const char* entry) {
-    store.SetInitial(IndexOf(entry));
-    return *this;
-}
-
-EnumFeature& EnumFeature::ValueFor(std::int64_t selectorKey, const char* entry) {
-    store.SetInitialFor(selectorKey, IndexOf(entry));
-    return *this;
-}
-
 EnumFeature& EnumFeature::Computed(std::function<const char*()> source) {
-    computed = std::move(source);
-    return *this;
+    return ValueFeature::Computed([this, source = std::move(source)] { return IndexOf(source()); });
 }
 
 bool EnumFeature::Is(const char* entry) const {
-    return std::strcmp(Get(), entry) == 0;
+    return std::strcmp(EntryName(), entry) == 0;
 }
 
 bool EnumFeature::IsFor(std::int64_t selectorKey, const char* entry) const {
-    return std::strcmp(entries[store.Get(selectorKey)].info.name, entry) == 0;
+    return std::strcmp(entries[GetFor(selectorKey)].info.name, entry) == 0;
 }
 
-PxnError EnumFeature::Set(const char* entry) {
+PxnError EnumFeature::SetEnum(const char* entry) {
     if (!IsWritable()) {
         return PxnErrInvalidAccess;
     }
@@ -83,16 +72,7 @@ PxnError EnumFeature::Set(const char* entry) {
     if (!found || (found->available && !found->available())) {
         return PxnErrInvalidValue;
     }
-    Put(entry);
-    return PxnErrSuccess;
-}
-
-void EnumFeature::Put(const char* entry) {
-    const std::size_t index = IndexOf(entry);
-    if (store.Get(SelectorKey()) != index) {
-        store.Set(SelectorKey(), index);
-        Changed();
-    }
+    return Write(IndexOf(entry));
 }
 
 const EnumFeature::Entry* EnumFeature::FindEntry(const char* entry) const {
@@ -103,7 +83,7 @@ const EnumFeature::Entry* EnumFeature::FindEntry(const char* entry) const {
 }
 
 PxnError EnumFeature::GetEnum(const char*& entry) {
-    return Read(entry, [this] { return Get(); });
+    return Read(entry, [this] { return EntryName(); });
 }
 
 PxnError EnumFeature::GetEnumEntries(std::vector<const char*>& names) {
@@ -131,10 +111,6 @@ PxnError EnumFeature::GetEnumEntry(const char* entry, PxnFeatureEnumEntry& descr
     return PxnErrSuccess;
 }
 
-std::int64_t EnumFeature::SelectorValue() const {
-    return static_cast<std::int64_t>(CurrentIndex());
-}
-
 std::vector<std::string> EnumFeature::States() const {
     std::vector<std::string> states;
     for (const Entry& entry : entries) {
@@ -151,18 +127,10 @@ bool EnumFeature::PutText(const std::string& text) {
     return true;
 }
 
-void EnumFeature::Restore(const std::any& saved) {
-    store.Restore(std::any_cast<const SelectedValues<std::size_t>::Saved&>(saved));
-}
-
 std::size_t EnumFeature::IndexOf(const char* entry) const {
     const Entry* found = FindEntry(entry);
     assert(found);
     return static_cast<std::size_t>(found - entries.data());
-}
-
-std::size_t EnumFeature::CurrentIndex() const {
-    return computed ? IndexOf(computed()) : store.Get(SelectorKey());
 }
 
 } // namespace pxsim

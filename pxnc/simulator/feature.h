@@ -8,7 +8,6 @@
 #include <any>
 #include <cstdint>
 #include <functional>
-#include <map>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -17,31 +16,6 @@
 namespace pxsim {
 
 class Module;
-
-/// A feature's value, one for every state of the features that select it.
-template <typename T>
-class SelectedValues {
-public:
-    void SetInitial(T value) { initial = std::move(value); }
-    void SetInitialFor(std::int64_t key, T value) { initialByKey[key] = std::move(value); }
-    const T& Get(std::int64_t key) const {
-        if (auto found = values.find(key); found != values.end()) {
-            return found->second;
-        }
-        auto found = initialByKey.find(key);
-        return found == initialByKey.end() ? initial : found->second;
-    }
-    void Set(std::int64_t key, T value) { values[key] = std::move(value); }
-    void Reset() { values.clear(); }
-    const std::map<std::int64_t, T>& Values() const { return values; }
-    using Saved = std::map<std::int64_t, T>;
-    void Restore(Saved saved) { values = std::move(saved); }
-
-private:
-    T initial{};
-    std::map<std::int64_t, T> initialByKey;
-    std::map<std::int64_t, T> values;
-};
 
 /// What all features have: the description, the access, the selectors and the dependents.
 ///

@@ -94,9 +94,8 @@ struct Extra {
 
 /// One feature:
 ///
-///     {"TriggerDelay", Float{.min = 0.0, .max = 1e6}, kExpert, "Time from the signal to the
-///     trigger.",
-///      Extra{.unit = "µs", .selectors = "TriggerSelector"}},
+///     {"Gain", Float{.min = 0.0, .max = 24.0}, kBeginner, "Amplification.",
+///      Extra{.unit = "dB", .selectors = "GainSelector"}},
 ///
 /// What needs code - computed values, moving limits, conditions, reactions - is attached to the
 /// feature after its table has been added to the module. Text, unit and representation must live

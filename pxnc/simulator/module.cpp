@@ -95,7 +95,7 @@ double Module::FloatValue(const char* name) const {
 
 const char* Module::EnumValue(const char* name) const {
     platform::MutexLock lock(mutex);
-    return Get<Enum>(name).Get();
+    return Get<Enum>(name).EntryName();
 }
 
 std::int64_t Module::EnumIntValue(const char* name) const {

@@ -23,16 +23,11 @@ std::function<T()> Always(T value) {
 // ---- integer ----
 
 IntFeature::IntFeature(Module& module, const char* category, const FeatureRow& row, const Int& type)
-    : Feature(module, category, row, PxnFeatureDataInt, "Linear"),
+    : ValueFeature(module, category, row, PxnFeatureDataInt, "Linear"),
       min(Always(type.min)),
       max(Always(type.max)),
       increment(Always(type.step)) {
-    store.SetInitial(type.value);
-}
-
-IntFeature& IntFeature::Value(std::int64_t initial) {
-    store.SetInitial(initial);
-    return *this;
+    Value(type.value);
 }
 
 IntFeature& IntFeature::Min(Source source) {
@@ -58,20 +53,6 @@ IntFeature& IntFeature::ValidValues(std::vector<std::int64_t> values) {
     return *this;
 }
 
-IntFeature& IntFeature::Computed(Source source) {
-    computed = std::move(source);
-    return *this;
-}
-
-IntFeature& IntFeature::Writes(std::function<PxnError(std::int64_t)> newSink) {
-    sink = std::move(newSink);
-    return *this;
-}
-
-std::int64_t IntFeature::Get() const {
-    return computed ? computed() : store.Get(SelectorKey());
-}
-
 PxnError IntFeature::Set(std::int64_t value) {
     if (!IsWritable()) {
         return PxnErrInvalidAccess;
@@ -88,22 +69,7 @@ PxnError IntFeature::Set(std::int64_t value) {
         !std::binary_search(validValues.begin(), validValues.end(), value)) {
         return PxnErrInvalidValue;
     }
-    if (sink) {
-        const PxnError result = sink(value);
-        if (result == PxnErrSuccess) {
-            Changed();
-        }
-        return result;
-    }
-    Put(value);
-    return PxnErrSuccess;
-}
-
-void IntFeature::Put(std::int64_t value) {
-    if (store.Get(SelectorKey()) != value) {
-        store.Set(SelectorKey(), value);
-        Changed();
-    }
+    return Write(value);
 }
 
 PxnError IntFeature::GetInt(std::int64_t& value) {
@@ -150,23 +116,14 @@ bool IntFeature::PutText(const std::string& text) {
     return true;
 }
 
-void IntFeature::Restore(const std::any& saved) {
-    store.Restore(std::any_cast<const SelectedValues<std::int64_t>::Saved&>(saved));
-}
-
 // ---- float ----
 
 FloatFeature::FloatFeature(Module& module, const char* category, const FeatureRow& row,
                            const Float& type)
-    : Feature(module, category, row, PxnFeatureDataFloat, "Linear"),
-      min(Always(type.min)),
+    : ValueFeature(module, category, row, PxnFeatureDataFloat, "Linear"),
+      min(type.min),
       max(Always(type.max)) {
-    store.SetInitial(type.value);
-}
-
-FloatFeature& FloatFeature::ValueFor(std::int64_t selectorKey, double initial) {
-    store.SetInitialFor(selectorKey, initial);
-    return *this;
+    Value(type.value);
 }
 
 FloatFeature& FloatFeature::Max(Source source) {
@@ -174,31 +131,14 @@ FloatFeature& FloatFeature::Max(Source source) {
     return *this;
 }
 
-FloatFeature& FloatFeature::Computed(Source source) {
-    computed = std::move(source);
-    return *this;
-}
-
-double FloatFeature::Get() const {
-    return computed ? computed() : store.Get(SelectorKey());
-}
-
-PxnError FloatFeature::Set(double value) {
+PxnError FloatFeature::SetFloat(double value) {
     if (!IsWritable()) {
         return PxnErrInvalidAccess;
     }
-    if (!std::isfinite(value) || value < min() || value > max()) {
+    if (!std::isfinite(value) || value < min || value > max()) {
         return PxnErrInvalidValue;
     }
-    Put(value);
-    return PxnErrSuccess;
-}
-
-void FloatFeature::Put(double value) {
-    if (store.Get(SelectorKey()) != value) {
-        store.Set(SelectorKey(), value);
-        Changed();
-    }
+    return Write(value);
 }
 
 PxnError FloatFeature::GetFloat(double& value) {
@@ -206,22 +146,18 @@ PxnError FloatFeature::GetFloat(double& value) {
 }
 
 PxnError FloatFeature::GetFloatRange(double& lowest, double& highest) {
-    lowest = min();
+    lowest = min;
     highest = max();
     return PxnErrSuccess;
 }
 
 bool FloatFeature::PutText(const std::string& text) {
     double value = 0;
-    if (!skeleton::ParseFloat(text, value) || !(value >= min() && value <= max())) {
+    if (!skeleton::ParseFloat(text, value) || !(value >= min && value <= max())) {
         return false;
     }
     Put(value);
     return true;
-}
-
-void FloatFeature::Restore(const std::any& saved) {
-    store.Restore(std::any_cast<const SelectedValues<double>::Saved&>(saved));
 }
 
 } // namespace pxsim

@@ -14,32 +14,16 @@ namespace pxsim {
 
 StringFeature::StringFeature(Module& module, const char* category, const FeatureRow& row,
                              const String& type)
-    : Feature(module, category, row, PxnFeatureDataString),
+    : ValueFeature(module, category, row, PxnFeatureDataString),
       maxLength(std::max(type.maxLength, static_cast<std::uint32_t>(std::strlen(type.value)))) {
-    store.SetInitial(type.value);
+    Value(type.value);
 }
 
-StringFeature& StringFeature::ValueFor(std::int64_t selectorKey, std::string initial) {
-    store.SetInitialFor(selectorKey, std::move(initial));
-    return *this;
-}
-
-PxnError StringFeature::Set(const std::string& value) {
+PxnError StringFeature::SetString(const char* value) {
     if (!IsWritable()) {
         return PxnErrInvalidAccess;
     }
-    if (value.size() > maxLength) {
-        return PxnErrInvalidValue;
-    }
-    Put(value);
-    return PxnErrSuccess;
-}
-
-void StringFeature::Put(std::string value) {
-    if (store.Get(SelectorKey()) != value) {
-        store.Set(SelectorKey(), std::move(value));
-        Changed();
-    }
+    return std::strlen(value) <= maxLength ? Write(value) : PxnError{PxnErrInvalidValue};
 }
 
 PxnError StringFeature::GetString(std::string& value) {
@@ -59,62 +43,16 @@ bool StringFeature::PutText(const std::string& text) {
     return true;
 }
 
-void StringFeature::Restore(const std::any& saved) {
-    store.Restore(std::any_cast<const SelectedValues<std::string>::Saved&>(saved));
-}
-
 // ---- boolean ----
 
 BoolFeature::BoolFeature(Module& module, const char* category, const FeatureRow& row,
                          const Bool& type)
-    : Feature(module, category, row, PxnFeatureDataBool) {
-    store.SetInitial(type.value);
+    : ValueFeature(module, category, row, PxnFeatureDataBool) {
+    Value(type.value);
 }
 
-BoolFeature& BoolFeature::Value(bool initial) {
-    store.SetInitial(initial);
-    return *this;
-}
-
-BoolFeature& BoolFeature::ValueFor(std::int64_t selectorKey, bool initial) {
-    store.SetInitialFor(selectorKey, initial);
-    return *this;
-}
-
-BoolFeature& BoolFeature::Computed(Source source) {
-    computed = std::move(source);
-    return *this;
-}
-
-BoolFeature& BoolFeature::Writes(std::function<PxnError(bool)> newSink) {
-    sink = std::move(newSink);
-    return *this;
-}
-
-bool BoolFeature::Get() const {
-    return computed ? computed() : store.Get(SelectorKey());
-}
-
-PxnError BoolFeature::Set(bool value) {
-    if (!IsWritable()) {
-        return PxnErrInvalidAccess;
-    }
-    if (!sink) {
-        Put(value);
-        return PxnErrSuccess;
-    }
-    const PxnError result = sink(value);
-    if (result == PxnErrSuccess) {
-        Changed();
-    }
-    return result;
-}
-
-void BoolFeature::Put(bool value) {
-    if (store.Get(SelectorKey()) != value) {
-        store.Set(SelectorKey(), value);
-        Changed();
-    }
+PxnError BoolFeature::SetBool(bool value) {
+    return IsWritable() ? Write(value) : PxnError{PxnErrInvalidAccess};
 }
 
 PxnError BoolFeature::GetBool(bool& value) {
@@ -128,10 +66,6 @@ bool BoolFeature::PutText(const std::string& text) {
     }
     Put(value);
     return true;
-}
-
-void BoolFeature::Restore(const std::any& saved) {
-    store.Restore(std::any_cast<const SelectedValues<bool>::Saved&>(saved));
 }
 
 // ---- command ----
@@ -167,8 +101,8 @@ PxnError CommandFeature::IsDone(bool& isDone) {
 // ---- raw ----
 
 RawFeature::RawFeature(Module& module, const char* category, const FeatureRow& row, const Raw& type)
-    : Feature(module, category, row, PxnFeatureDataRaw) {
-    store.SetInitial(std::string(type.length, '\0'));
+    : ValueFeature(module, category, row, PxnFeatureDataRaw) {
+    Value(std::string(type.length, '\0'));
 }
 
 PxnError RawFeature::Set(std::string value) {
@@ -178,15 +112,7 @@ PxnError RawFeature::Set(std::string value) {
     if (value.size() != Get().size()) {
         return PxnErrInvalidValue;
     }
-    Put(std::move(value));
-    return PxnErrSuccess;
-}
-
-void RawFeature::Put(std::string value) {
-    if (store.Get(SelectorKey()) != value) {
-        store.Set(SelectorKey(), std::move(value));
-        Changed();
-    }
+    return Write(std::move(value));
 }
 
 PxnError RawFeature::GetRaw(std::vector<char>& bytes) {
@@ -212,10 +138,6 @@ bool RawFeature::PutText(const std::string& text) {
     }
     Put(std::move(bytes));
     return true;
-}
-
-void RawFeature::Restore(const std::any& saved) {
-    store.Restore(std::any_cast<const SelectedValues<std::string>::Saved&>(saved));
 }
 
 } // namespace pxsim
