@@ -4,6 +4,7 @@
 #include "pxnc.h"
 #include "pxnc/simulator/pattern.h"
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -22,7 +23,7 @@ struct Setting {
 /// One of the five serial ports of a camera of kind "serial".
 struct PortConfiguration {
     bool present = true;
-    std::uint32_t capability = 0x07F707FF; // everything there is
+    std::uint32_t capability = 0x07F707FF; // all baud rates and formats
     std::string device = "loopback";       // or "lens", "none"
     bool baudPaced = false;
 };
@@ -47,7 +48,7 @@ struct CameraConfiguration {
     std::uint32_t extraFeatures = 0;
     std::vector<Setting> features; // initial values, in order
     std::vector<Setting> omitted;
-    PortConfiguration ports[5];
+    std::array<PortConfiguration, 5> ports;
 };
 
 struct InterfaceConfiguration {

@@ -1,3 +1,4 @@
+// configuration_reader.cpp - reads PxnC.xml
 #include "pxnc/simulator/configuration_reader.h"
 
 #include "platform/file_system.h"
@@ -13,9 +14,9 @@ namespace {
 
 constexpr std::uint32_t kLargestNumber = 0x7FFFFFFF;
 
-template <class T, std::size_t count>
+template <typename T, std::size_t kCount>
 T Choice(const skeleton::XmlReader& xml, pugi::xml_node node, const char* attribute, T fallback,
-         const std::array<std::pair<const char*, T>, count>& choices) {
+         const std::array<std::pair<const char*, T>, kCount>& choices) {
     const std::string value = xml.TextOr(node, attribute, "");
     if (value.empty()) {
         return fallback;
@@ -214,7 +215,7 @@ private:
         }
     }
 
-    // An element of a known id replaces what the default topology has.
+    // An element with a known id replaces the one of the default topology.
     template <typename List>
     static void Place(List& list, typename List::value_type item) {
         auto known = std::find_if(list.begin(), list.end(),

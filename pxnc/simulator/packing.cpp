@@ -1,3 +1,4 @@
+// packing.cpp - packs components into the bit layout of a pixel format
 #include "pxnc/simulator/packing.h"
 
 #include <algorithm>
@@ -70,27 +71,27 @@ Yuv ToYuv(unsigned red, unsigned green, unsigned blue) {
             clamp((32768 * r - 27439 * g - 5329 * b + kMiddle + kHalf) >> 16)};
 }
 
-// `group` pixels share the mean of their U and V.
-template <unsigned group>
+// `kGroup` pixels share the mean of their U and V.
+template <unsigned kGroup>
 void PackYuv(const Components& in, std::uint8_t* out) {
-    for (std::size_t i = 0; i + 3 * group <= in.size(); i += 3 * group) {
+    for (std::size_t i = 0; i + 3 * kGroup <= in.size(); i += 3 * kGroup) {
         unsigned u = 0;
         unsigned v = 0;
-        unsigned y[group];
-        for (unsigned pixel = 0; pixel < group; ++pixel) {
+        unsigned y[kGroup];
+        for (unsigned pixel = 0; pixel < kGroup; ++pixel) {
             const std::uint16_t* rgb = in.data() + i + 3 * pixel;
             const Yuv one = ToYuv(rgb[0], rgb[1], rgb[2]);
             u += one.u;
             v += one.v;
             y[pixel] = one.y;
         }
-        constexpr unsigned kBeforeV = (group + 1) / 2;
-        *out++ = Byte(u / group);
+        constexpr unsigned kBeforeV = (kGroup + 1) / 2;
+        *out++ = Byte(u / kGroup);
         for (unsigned pixel = 0; pixel < kBeforeV; ++pixel) {
             *out++ = Byte(y[pixel]);
         }
-        *out++ = Byte(v / group);
-        for (unsigned pixel = kBeforeV; pixel < group; ++pixel) {
+        *out++ = Byte(v / kGroup);
+        for (unsigned pixel = kBeforeV; pixel < kGroup; ++pixel) {
             *out++ = Byte(y[pixel]);
         }
     }

@@ -1,4 +1,4 @@
-// pattern.h - what the simulated cameras look at, as a formula that tests can repeat
+// pattern.h - what the simulated cameras see, as a formula that tests can repeat
 //
 // A picture is kPictureLines lines high and repeats above and below. Frame n of an acquisition
 // shows it scrolled up by n lines (by 2n lines in Bayer formats, so that the filter stays in
@@ -41,8 +41,8 @@ constexpr std::uint16_t RampAt(std::uint32_t position) {
 
 /// Scroll of frame `frameId`, in lines.
 constexpr std::uint32_t ScrollOf(const PixelFormat& format, std::uint64_t frameId) {
-    const bool bayer = format.order >= Order::kBayerGR && format.order <= Order::kBayerBG;
-    return static_cast<std::uint32_t>((frameId % kPictureLines) * (bayer ? 2 : 1)) % kPictureLines;
+    const unsigned linesPerFrame = IsBayer(format) ? 2 : 1;
+    return static_cast<std::uint32_t>(frameId % kPictureLines * linesPerFrame) % kPictureLines;
 }
 
 /// What a monochrome camera with the default pattern delivers at sensor position (x, y) in frame

@@ -1,3 +1,4 @@
+// pixel_formats.cpp - the formats the cameras can send, in their real bit layout
 #include "pxnc/simulator/pixel_formats.h"
 
 #include <cstring>
@@ -82,7 +83,8 @@ constexpr PixelFormat kFormats[] = {
     {"YUV422", 0x0210001F, Layout::kYuv422, Order::kRgb, 8},
     {"YUV422_8", 0x0210001F, Layout::kYuv422, Order::kRgb, 8},
     {"YUV411", 0x020C001E, Layout::kYuv411, Order::kRgb, 8},
-    {"YUV411_8", 0x020C001E, Layout::kYuv411, Order::kRgb, 8},};
+    {"YUV411_8", 0x020C001E, Layout::kYuv411, Order::kRgb, 8},
+};
 // clang-format on
 
 } // namespace
@@ -119,12 +121,8 @@ unsigned ComponentsOf(const PixelFormat& format) {
     return 0;
 }
 
-bool IsBayer(const PixelFormat& format) {
-    return format.order >= Order::kBayerGR && format.order <= Order::kBayerBG;
-}
-
 unsigned BitsPerPixel(const PixelFormat& format) {
-    // The naming convention keeps it in the third byte of every code.
+    // The third byte of every code holds it.
     return (format.code >> 16) & 0xFF;
 }
 

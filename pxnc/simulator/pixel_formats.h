@@ -40,7 +40,7 @@ struct PixelFormat {
     unsigned bits; // significant bits of a component
 };
 
-/// The code of "Argb8Packed", which the naming convention does not know: one of the range that
+/// The code of "Argb8Packed", which the naming convention does not define: one of the range that
 /// it leaves to makers (custom, colour, 32 bits per pixel).
 inline constexpr std::uint32_t kArgb8PackedCode = 0x82200001;
 
@@ -50,7 +50,9 @@ std::span<const PixelFormat> AllPixelFormats();
 const PixelFormat* FindPixelFormat(const char* name);
 
 unsigned ComponentsOf(const PixelFormat& format);
-bool IsBayer(const PixelFormat& format);
+constexpr bool IsBayer(const PixelFormat& format) {
+    return format.order >= Order::kBayerGR && format.order <= Order::kBayerBG;
+}
 /// Bits of a pixel in memory, averaged over a group.
 unsigned BitsPerPixel(const PixelFormat& format);
 /// Lines hold a multiple of this many pixels, so that each begins on a whole byte. 1 for
