@@ -1,3 +1,4 @@
+// acquisition_engine.cpp - fills the queued frames of one stream
 #include "pxnc/simulator/acquisition_engine.h"
 
 #include "platform/sleep.h"
@@ -8,7 +9,7 @@
 namespace pxsim {
 namespace {
 
-// After a longer standstill of the machine the camera goes on from there instead of sending
+// After a longer standstill of the machine the camera continues from there instead of sending
 // everything it missed.
 constexpr auto kLongestLag = std::chrono::milliseconds(250);
 
@@ -140,7 +141,7 @@ bool AcquisitionEngine::IsFrameDue() {
         return true;
     }
     if (plan.freeRunning) {
-        // Nothing is lost for want of a buffer: the camera waits for the host.
+        // No frame is lost for lack of a buffer: the camera waits for the host.
         if (queue.empty()) {
             changed.Wait(mutex);
             return false;

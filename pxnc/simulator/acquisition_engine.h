@@ -14,21 +14,21 @@
 
 namespace pxsim {
 
-/// What a camera sends from "AcquisitionStart" on.
+/// What a camera sends after "AcquisitionStart".
 struct AcquisitionPlan {
     ImageSetup image;
     std::uint64_t frameCount = 0; // 0: until stopped
     bool triggered = false;       // a frame per trigger instead of one per period
-    bool freeRunning = false;     // as fast as buffers are queued
+    bool freeRunning = false;     // a frame as soon as a buffer is queued
     std::int64_t periodNs = 0;
     std::uint32_t chunkBytes = 0; // 0: no chunk data
 };
 
-/// The camera, seen from its engines. Called without any lock held, on the engine's thread.
+/// The camera as its engines see it. Called on the engine's thread, with no lock held.
 class AcquisitionOwner {
 public:
     virtual ~AcquisitionOwner() = default;
-    /// The last frame of a limited acquisition was sent.
+    /// The last frame of a limited acquisition has been sent.
     virtual void OnAcquisitionFinished() = 0;
     /// Frame `frameId` is about to be sent and something is scheduled for it.
     virtual void OnScheduledFrame(std::uint64_t frameId) = 0;
@@ -59,8 +59,8 @@ public:
 
     PxnError StartCapture() override EXCLUDES(mutex);
     PxnError EndCapture() override EXCLUDES(mutex);
-    /// The camera is gone: ends all waits, hands nothing back any more. Waits only for a buffer
-    /// that is just being written, never for a callback.
+    /// The camera is gone: ends all waits and hands back nothing more. Waits only for a buffer that
+    /// is being written, never for a callback.
     void Vanish() EXCLUDES(mutex);
 
     /// The camera starts, changes and stops sending. None of these waits for a callback.
@@ -70,13 +70,13 @@ public:
     void Trigger() EXCLUDES(mutex);
 
     bool IsAcquiring() const EXCLUDES(mutex);
-    /// Bytes of the payload in an announced frame: 0 when none has been received. False when the
+    /// Bytes of the payload in an announced frame; 0 before one has been received. False when the
     /// frame is not announced here.
     bool PayloadOf(const PxnFrame* frame, std::uint32_t& bytes) const EXCLUDES(mutex);
     StreamStatistics& Statistics() { return statistics; }
-    /// Frames that came while no buffer was queued, or that a fault dropped.
+    /// Frames that were due while no buffer was queued, or that a fault dropped.
     std::uint64_t DroppedFrames() const { return droppedFrames; }
-    /// When the frame was taken whose callback the calling thread runs; nothing elsewhere.
+    /// When the frame was taken whose callback runs on the calling thread; empty on other threads.
     static std::optional<skeleton::Clock::time_point> CurrentFrameTime();
 
 private:
@@ -99,7 +99,7 @@ private:
     std::uint64_t nextFrameId GUARDED_BY(mutex) = 0;
     std::uint64_t pendingTriggers GUARDED_BY(mutex) = 0;
     skeleton::Clock::time_point nextDue GUARDED_BY(mutex);
-    bool repeatFrame GUARDED_BY(mutex) = false; // the next frame bears the last one's number
+    bool repeatFrame GUARDED_BY(mutex) = false; // the next frame has the number of the last
     bool writing GUARDED_BY(mutex) = false;
     bool acquiring GUARDED_BY(mutex) = false;
     bool ending GUARDED_BY(mutex) = false;

@@ -1,3 +1,4 @@
+// camera.cpp - a virtual camera: its features, its local device and its streams
 #include "pxnc/simulator/camera.h"
 
 #include "pxnc/simulator/camera_features.h"
@@ -74,7 +75,7 @@ void Camera::ApplySetup() {
         }
     }
     for (const Setting& feature : setup.features) {
-        if (Find(feature.name.c_str()) == nullptr) {
+        if (!Find(feature.name.c_str())) {
             setupProblems.push_back(
                 {id, "there is no feature \"" + feature.name + "\"", feature.line});
         } else if (ApplyInitialValue(feature) != PxnErrSuccess) {
@@ -89,7 +90,7 @@ void Camera::ApplySetup() {
 PxnError Camera::ApplyInitialValue(const Setting& setting) {
     platform::MutexLock lock(mutex);
     Feature* feature = Find(setting.name.c_str());
-    return feature == nullptr ? PxnErrNotFound : WriteAsText(*feature, setting.value);
+    return feature ? WriteAsText(*feature, setting.value) : PxnError{PxnErrNotFound};
 }
 
 void Camera::SetTopology(PxnHandle transportLayer, PxnHandle interface) {
@@ -111,7 +112,7 @@ PxnError Camera::Open(std::uint32_t accessMode, PxnHandle* handle) {
         }
     }
     if (full) {
-        CloseEngines(); // a callback of a vanished opening may still be running
+        CloseEngines(); // a callback from before the unplugging may still be running
     }
     platform::MutexLock lock(mutex);
     if (!plugged) {
@@ -136,7 +137,7 @@ PxnError Camera::Open(std::uint32_t accessMode, PxnHandle* handle) {
 }
 
 skeleton::Target Camera::MakeTarget(skeleton::Module& module, Stream* stream) {
-    // Every call holds the backend, and with it the modules.
+    // Every call keeps the backend alive, and with it the modules.
     const std::shared_ptr<void> notOwned;
     skeleton::Target target{{notOwned, &module}};
     if (stream) {
@@ -226,7 +227,7 @@ void Camera::Close(PxnHandle handle) {
             CloseEngines();
         }
     }
-    // No lock is held here: the callback waited for may itself open or close a camera.
+    // Without a lock: the callback that this waits for may itself open or close a camera.
     for (PxnHandle one : gone) {
         services.events.UnregisterAll(one);
     }
@@ -380,7 +381,7 @@ AcquisitionPlan Camera::MakePlan() const {
 ImageSetup Camera::CurrentImage() const {
     ImageSetup image;
     image.format = FindPixelFormat(EnumValue("PixelFormat"));
-    assert(image.format != nullptr);
+    assert(image.format);
     image.width = static_cast<std::uint32_t>(IntValue("Width"));
     image.height = static_cast<std::uint32_t>(IntValue("Height"));
     image.offsetX = static_cast<std::uint32_t>(IntValue("OffsetX"));
@@ -434,7 +435,7 @@ void Camera::ResetFeatures() {
     registers.Reset();
     platform::MutexLock lock(mutex);
     for (const auto& feature : Features()) {
-        // The camera remembers which set it starts with.
+        // The camera keeps the set that it starts with.
         if (std::strcmp(feature->Name(), "UserSetDefault") != 0) {
             feature->Reset();
         }

@@ -36,8 +36,8 @@ public:
 ///
 /// Lives from startup to shutdown; being plugged and being open are states. The module mutex
 /// guards them and the feature values of all its modules. Opening and closing are serialised by
-/// `openCloseMutex`, which is held while frame callbacks are waited for: they cannot want it,
-/// because opening and closing are refused inside them.
+/// `openCloseMutex`, which is held while waiting for frame callbacks: they never take it, because
+/// opening and closing are refused inside them.
 class Camera : public Module, public AcquisitionOwner {
 public:
     Camera(const CameraConfiguration& setup, const InterfaceConfiguration& interface,
@@ -45,10 +45,10 @@ public:
     ~Camera() override;
 
     const CameraConfiguration& Setup() const { return setup; }
-    /// What of the setup this camera cannot do: its line and the reason. Empty when all is well.
+    /// Settings that this camera cannot apply, with line and reason. Empty when there are none.
     const std::vector<Setting>& SetupProblems() const { return setupProblems; }
     std::uint32_t InterfaceType() const { return interfaceType; }
-    /// Where the camera hangs; set once by the simulator.
+    /// Where the camera is connected; set once by the simulator.
     void SetTopology(PxnHandle transportLayer, PxnHandle interface);
     bool HasId(const char* id) const;
     const char* ExtendedId() const { return extendedId; }
@@ -59,23 +59,23 @@ public:
                         std::uint32_t& done) override;
     PxnError WriteMemory(std::uint64_t address, const char* bytes, std::uint32_t size,
                          std::uint32_t& done) override;
-    /// The locked features changed their access.
+    /// The access of the locked features has changed.
     void OnCaptureChanged() override;
 
-    /// `handle` is one of this camera's, alive or vanished.
+    /// `handle` belongs to this camera, which may have been unplugged since.
     void Close(PxnHandle handle) EXCLUDES(openCloseMutex, mutex);
     void FillInfo(PxnCameraInfo& info) const EXCLUDES(mutex);
     void SetPermittedAccess(std::uint32_t access) EXCLUDES(mutex);
     bool IsPlugged() const EXCLUDES(mutex);
-    /// False when nothing changes. Unplugging kills the handles and ends every wait.
+    /// False when nothing changes. Unplugging invalidates the handles and ends every wait.
     bool Plug() EXCLUDES(mutex);
     bool Unplug() EXCLUDES(mutex);
     std::size_t OpenHandleCount() const EXCLUDES(mutex);
-    /// How often it was opened and closed.
+    /// How often the camera has been opened and closed.
     std::uint64_t OpenedCount() const { return openedCount; }
     std::uint64_t ClosedCount() const { return closedCount; }
 
-    /// Ends what the streams do and revokes their frames.
+    /// Ends the acquisition and the capture of all streams and revokes their frames.
     void CloseEngines();
     Module& LocalDevice() { return *localDevice; }
     RegisterSpace& Registers() { return registers; }
@@ -87,9 +87,9 @@ public:
     PxnError SoftwareTrigger();
     /// A pulse on a hardware line, from the control interface.
     PxnError LineTrigger();
-    /// Passes what changed on to a running acquisition.
+    /// Applies changes to a running acquisition.
     void UpdatePlan();
-    /// Moves and shrinks the region to what fits on the sensor, whatever changed.
+    /// Moves and shrinks the region until it fits on the sensor.
     void FitRegion();
     /// Lowers the frame rate to what exposure, readout and link allow.
     void LimitFrameRate();
@@ -134,7 +134,7 @@ private:
     void RemoveChildHandles() REQUIRES(mutex);
 
     const CameraConfiguration setup;
-    std::vector<Setting> setupProblems; // filled while it is built
+    std::vector<Setting> setupProblems; // filled by the constructor
     const std::uint32_t interfaceType;
     SharedServices services;
     FrameScheduler& scheduler;
@@ -160,12 +160,12 @@ private:
     bool plugged GUARDED_BY(mutex) = true;
     std::uint32_t permittedAccess GUARDED_BY(mutex);
     std::vector<Session> sessions GUARDED_BY(mutex);
-    // Set when the camera is unplugged; the handles made while it was plugged share it.
+    // Set when the camera is unplugged; shared by the handles made while it was plugged.
     std::shared_ptr<std::atomic<bool>> vanished GUARDED_BY(mutex);
-    std::vector<PxnHandle> vanishedHandles GUARDED_BY(mutex); // not closed since
+    std::vector<PxnHandle> vanishedHandles GUARDED_BY(mutex); // not closed yet
     std::vector<PxnHandle> vanishedChildren GUARDED_BY(mutex);
     PxnHandle localDeviceHandle GUARDED_BY(mutex) = nullptr;
-    // Camera records point at the list of their time, so the lists stay until shutdown.
+    // Camera records point to the list of their opening, so the lists live until shutdown.
     std::deque<std::vector<PxnHandle>> streamHandleLists GUARDED_BY(mutex);
 };
 

@@ -23,7 +23,7 @@ void AddFileAccessControl(Camera& camera);
 void AddSequencerControl(Camera& camera);
 void AddActionControl(Camera& camera);
 void AddTransportLayerControl(Camera& camera);
-/// Features for hosts to try themselves on, as many more as the configuration asks for.
+/// Features for testing hosts, and as many more as the configuration asks for.
 void AddSimulatorControl(Camera& camera);
 
 /// The local device: the host's end of the connection.

@@ -48,7 +48,7 @@ constexpr FeatureRow kTimerRows[] = {
     {"TimerReset", Command{}, kExpert, "Stops the timer.", Extra{.selectors = "TimerSelector"}},
 };
 
-// A counter of frames shows those since its reset; any other event never comes.
+// Only frames are counted; other events never occur.
 void AttachCounters(Camera& camera) {
     IntFeature& base = camera.Get<Int>("CounterFrameBase");
     IntFeature& atReset = camera.Get<Int>("CounterValueAtReset");

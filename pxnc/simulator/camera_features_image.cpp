@@ -132,7 +132,7 @@ void AddPixelFormat(Camera& camera) {
 void AddRegion(Camera& camera) {
     const CameraConfiguration& setup = camera.Setup();
     camera.AddTable(kImageFormatControl, kRegionRows);
-    // What is left of `whole` beside `part`, in whole steps.
+    // `whole` minus `part`, rounded down to a multiple of `step`.
     const auto room = [&camera](const char* whole, const char* part, std::int64_t step) {
         return (camera.IntValue(whole) - camera.IntValue(part)) / step * step;
     };
@@ -199,7 +199,7 @@ void AddImageFormatControl(Camera& camera) {
     AddRegion(camera);
     AddTestPattern(camera);
     AddDerived(camera);
-    // Hosts ask for it before PayloadSize; only this kind of camera has it.
+    // Hosts prefer it to PayloadSize; only this kind of camera has it.
     if (camera.Setup().kind == CameraKind::kUsb) {
         camera.AddTable(kImageFormatControl, kImageSizeRows);
         camera.Get<Int>("ImageSize").Computed([&camera] { return camera.PayloadBytes(); });

@@ -39,7 +39,7 @@ constexpr FeatureRow kOutputRows[] = {
      Extra{.selectors = "UserOutputSelector"}},
 };
 
-// Inputs are low; outputs show what drives them; an inverter changes the level of either.
+// Inputs are low, outputs follow their source; an inverter inverts either.
 bool LevelOf(Camera& camera, std::int64_t line) {
     platform::MutexLock lock(camera.ValueMutex());
     bool level = false;

@@ -35,7 +35,7 @@ void AddChunk(Module& module, const ChunkValue& value) {
     module.AddTable("/ChunkDataControl", rows);
     if (value.chunk == Chunk::kPixelFormat) {
         EnumFeature& format = module.Get<Enum>(name.c_str()).PixelFormatEntries();
-        // Of several names of one layout the first is shown.
+        // Several names may share a code; the first is shown.
         const std::span<const PixelFormat> all = AllPixelFormats();
         const auto first = std::find_if(all.begin(), all.end(), [&value](const PixelFormat& one) {
             return one.code == value.bits;

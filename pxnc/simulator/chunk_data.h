@@ -10,7 +10,7 @@
 
 namespace pxsim {
 
-// After the image comes a list of chunks, each its bytes and then a tail of two big-endian
+// The image is followed by a list of chunks, each its bytes and then a tail of two big-endian
 // words: the identifier and the number of bytes. It is read from the end; the image itself is
 // the first chunk.
 
@@ -37,7 +37,7 @@ inline constexpr std::uint32_t kChunkTailBytes = 8;
 inline constexpr std::uint32_t kImageChunkId = 0xA5A50000;
 inline constexpr std::uint32_t kFirstChunkId = 0xA5A50001;
 
-/// Every chunk but the image's holds 8 bytes, big-endian: an integer or a double.
+/// Every chunk except the image holds 8 bytes, big-endian: an integer or a double.
 inline constexpr std::uint32_t kChunkValueBytes = 8;
 
 struct ChunkValue {
@@ -45,12 +45,12 @@ struct ChunkValue {
     std::uint64_t bits; // of the integer or the double
 };
 
-/// Bytes of the list for `count` chunks beside the image's.
+/// Bytes of the list for `count` chunks in addition to the image.
 std::uint32_t ChunkListBytes(std::size_t count);
 /// Writes the list that follows an image of `imageBytes`.
 void WriteChunkList(std::uint32_t imageBytes, std::span<const ChunkValue> values,
                     std::uint8_t* out);
-/// Reads the list at the end of a payload; false when it makes no sense.
+/// Reads the list at the end of a payload; false when it is malformed.
 bool ReadChunkList(const std::uint8_t* payload, std::size_t size, std::vector<ChunkValue>& values);
 
 /// The features "ChunkWidth", "ChunkTimestamp" and so on of one frame.

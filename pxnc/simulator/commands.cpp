@@ -1,3 +1,4 @@
+// commands.cpp - the lines of the control interface
 #include "pxnc/simulator/commands.h"
 
 #include "pxnc/simulator/script.h"
@@ -20,7 +21,7 @@
 namespace pxsim {
 namespace {
 
-/// A refused command; what() is the answer.
+/// A refused command; the reason is the answer.
 struct Refusal {
     PxnError code;
     std::string reason;
@@ -83,7 +84,7 @@ bool IsEntryName(const std::string& word) {
     return std::find(std::begin(kNames), std::end(kNames), word) != std::end(kNames);
 }
 
-// "any" stands for all of them.
+// "any" means all entry points.
 const std::string& Entry(const std::string& word) {
     if (word != "any" && !IsEntryName(word)) {
         Refuse(PxnErrNotFound, "no entry point \"" + word + "\"");
@@ -91,7 +92,7 @@ const std::string& Entry(const std::string& word) {
     return word;
 }
 
-/// The entry points that hand out lists.
+/// The entry points that return lists.
 const std::string& ListEntry(const std::string& word) {
     static constexpr std::string_view kLists[] = {
         "PxnCamerasList",         "PxnFeaturesList",
@@ -114,7 +115,7 @@ std::shared_ptr<Simulator> Running() {
 
 Camera& CameraOf(Simulator& simulator, const std::string& id) {
     Camera* camera = simulator.FindCamera(id);
-    if (camera == nullptr) {
+    if (!camera) {
         Refuse(PxnErrNotFound, "no camera \"" + id + "\"");
     }
     return *camera;
@@ -169,13 +170,13 @@ std::string SetFeature(const Words& words) {
     Camera& camera = CameraOf(*simulator, words[1]);
     platform::MutexLock lock(camera.ValueMutex());
     Feature* feature = camera.Find(words[2].c_str());
-    if (feature == nullptr) {
+    if (!feature) {
         Refuse(PxnErrNotFound, "no feature \"" + words[2] + "\"");
     }
     const std::string value = JoinFrom(words, 3);
     PxnError result = WriteAsText(*feature, value);
     if (result == PxnErrInvalidAccess) {
-        // What a host may not write now still may change by itself.
+        // A feature that a host may not write at present can still change by itself.
         result = feature->PutText(value) ? PxnErrSuccess : PxnErrInvalidValue;
     }
     if (result != PxnErrSuccess) {
@@ -209,7 +210,7 @@ std::string SetUartFault(const Words& words) {
         if (words.size() > 3 && !camera->HasId(words[3].c_str())) {
             continue;
         }
-        if (Uart* uart = camera->Registers().Port(port); uart != nullptr) {
+        if (Uart* uart = camera->Registers().Port(port)) {
             uart->SetFault(fault);
             any = true;
         }
@@ -252,7 +253,7 @@ std::string RaiseInterfaceEvent(const Words& words) {
     const char* type = words[2] == "detected"  ? "Detected"
                        : words[2] == "missing" ? "Missing"
                                                : nullptr;
-    if (type == nullptr) {
+    if (!type) {
         Refuse(PxnErrBadParameter, "\"" + words[2] + "\" is not detected or missing");
     }
     if (!simulator->RaiseInterfaceEvent(type, words[1])) {
@@ -327,7 +328,7 @@ std::string Status(const Words&) {
 
 bool IsCommandName(const std::string& word);
 
-/// The line that begins with that word, to be run some other time.
+/// The line that begins with that word, to run at another time.
 std::string LineFrom(const Words& words, std::size_t first) {
     if (!IsCommandName(words[first])) {
         Refuse(PxnErrBadParameter, "no command \"" + words[first] + "\"; try help");
@@ -402,7 +403,7 @@ struct ControlCommand {
 };
 
 constexpr std::size_t kAnyNumber = 1000;
-constexpr std::size_t kRestOfLine = 1001; // one argument, blanks and all
+constexpr std::size_t kRestOfLine = 1001; // one argument, including blanks
 
 constexpr ControlCommand kCommands[] = {
     {"plug", 1, 1, "plug ID",
@@ -505,7 +506,7 @@ std::string Help(const Words&) {
     return text;
 }
 
-/// What follows the first word, without the blanks around it.
+/// The line after its first word, without surrounding blanks.
 std::string RestOfLine(const std::string& line) {
     constexpr const char* kBlanks = " \t\r\n";
     const std::size_t end = line.find_last_not_of(kBlanks) + 1;

@@ -6,9 +6,9 @@
 
 namespace pxsim {
 
-/// Runs one line. 0 and an answer, or a negative code and the reason.
+/// Runs one line. Returns 0 and an answer, or a negative code and the reason.
 std::int32_t RunCommand(const std::string& line, std::string& answer);
-/// The same where nobody awaits the answer: a refusal is written to standard error.
+/// The same without an answer: a refusal is written to standard error.
 void RunUnattended(const std::string& line);
 
 } // namespace pxsim

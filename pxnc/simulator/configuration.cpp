@@ -1,3 +1,4 @@
+// configuration.cpp - which cameras there are and what they are like
 #include "pxnc/simulator/configuration.h"
 
 namespace pxsim {

@@ -1,4 +1,4 @@
-// configuration_reader.h - PxnC.xml
+// configuration_reader.h - reads PxnC.xml
 #pragma once
 
 #include "pxnc/simulator/configuration.h"
@@ -7,15 +7,14 @@
 
 namespace pxsim {
 
-/// What is wrong with a configuration file: one line that names the file, the line in it, and
-/// the reason.
+/// What is wrong with a configuration file: one line with the file, the line in it and the reason.
 struct ConfigurationError {
     PxnError code = PxnErrSuccess;
     std::string message;
 };
 
-/// Reads the file at `path`. PxnErrNotFound when it cannot be read, PxnErrXml when it is no
-/// configuration; the schema is in docs/simulator.md. `configuration` is left alone on failure.
+/// Reads the file at `path`. PxnErrNotFound when it cannot be read, PxnErrXml when it is not
+/// a configuration; docs/simulator.md has the schema. `configuration` is unchanged on failure.
 ConfigurationError ReadConfigurationFile(const std::string& path, Configuration& configuration);
 
 /// The same for a text; `name` stands for the file in messages.

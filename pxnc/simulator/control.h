@@ -1,4 +1,4 @@
-// control.h - the simulator's control interface, beside the camera maker's 55 entry points
+// control.h - the simulator's control interface, beside the 55 entry points of the SDK
 #pragma once
 
 #include "pxnc.h"
@@ -7,8 +7,8 @@ extern "C" {
 
 /// Runs one command line and writes its answer, terminated and cut to `answerSize` bytes.
 ///
-/// 0: done. Negative: refused, the answer says why. A null `answer` or an `answerSize` of 0
-/// discards the answer. Any thread, before and after startup. docs/simulator.md lists the
-/// commands; "help" does so too.
+/// Returns 0, or a negative code when the command is refused; the answer is then the reason. A
+/// null `answer` or an `answerSize` of 0 discards the answer. Any thread, before and after startup.
+/// docs/simulator.md lists the commands, and so does "help".
 PXN_API int32_t PxnControl(const char* command, char* answer, uint32_t answerSize);
 }

@@ -1,3 +1,4 @@
+// delayed_commands.cpp - lines of the control interface that run later
 #include "pxnc/simulator/delayed_commands.h"
 
 #include "pxnc/simulator/commands.h"
@@ -50,7 +51,7 @@ void DelayedCommands::Stop() {
         changed.NotifyAll();
         last = std::move(thread);
     }
-    last.Join(); // without the mutex, which the thread needs to end
+    last.Join(); // the thread needs the mutex to end
 }
 
 void DelayedCommands::ThreadProcedure(void* self) {

@@ -1,4 +1,4 @@
-// delayed_commands.h - lines of the control interface that run some time later
+// delayed_commands.h - lines of the control interface that run later
 #pragma once
 
 #include "platform/mutex.h"
@@ -11,8 +11,8 @@
 
 namespace pxsim {
 
-/// Runs lines when their time has come, on a thread of its own that the first line starts. What a
-/// line is refused for is said on standard error. Any thread may use it.
+/// Runs lines when they are due, on a thread of its own that the first line starts. Refusals are
+/// written to standard error. Any thread may use it.
 class DelayedCommands {
 public:
     DelayedCommands() = default;
@@ -22,11 +22,11 @@ public:
 
     /// False when it has been stopped or no thread can be started.
     bool Add(std::uint64_t delayMs, const std::string& line) EXCLUDES(mutex);
-    /// Waits until all lines have run whose time has come; on their own thread it does not wait.
+    /// Waits until all due lines have run; does not wait on the thread that runs them.
     void WaitForDueLines() EXCLUDES(mutex);
-    /// Forgets what has not run yet.
+    /// Discards the lines that have not run yet.
     void Clear() EXCLUDES(mutex);
-    /// Forgets what has not run yet, waits for a running line and ends the thread for good.
+    /// Discards the lines that have not run yet, waits for a running line and ends the thread.
     void Stop() EXCLUDES(mutex);
 
 private:

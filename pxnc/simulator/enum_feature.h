@@ -29,7 +29,7 @@ public:
     const char* EntryName() const { return entries[Get()].info.name; }
     std::int64_t IntValue() const { return entries[Get()].info.intValue; }
     bool Is(const char* entry) const;
-    /// The same for another state of the selectors.
+    /// The stored entry for a state of the selectors.
     bool IsFor(std::int64_t selectorKey, const char* entry) const;
     void Put(const char* entry) { ValueFeature::Put(IndexOf(entry)); }
 

@@ -1,3 +1,4 @@
+// faults.cpp - faults on demand
 #include "pxnc/simulator/faults.h"
 
 #include "platform/sleep.h"

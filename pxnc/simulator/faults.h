@@ -1,4 +1,4 @@
-// faults.h - what is to go wrong, on demand
+// faults.h - faults on demand
 #pragma once
 
 #include "platform/mutex.h"
@@ -27,16 +27,16 @@ enum class FrameFault {
 
 inline constexpr std::uint32_t kLateMs = 50;
 
-/// The faults of this process. They outlive shutdown, so that a startup can be made to fail.
+/// The faults of this process. They persist across shutdown, so that a startup can be made to fail.
 /// Any thread.
 class Faults {
 public:
     static Faults& Instance();
 
-    /// Every entry point passes here first. Runs the lines ordered for this call, waits for delays
-    /// and while the entry is stuck; a result other than PxnErrSuccess is the entry's result.
+    /// Called first by every entry point. Runs the lines set for this call and waits for delays and
+    /// while the entry is stuck. The entry returns the result unless it is PxnErrSuccess.
     PxnError OnCall(const char* entry) EXCLUDES(mutex);
-    /// How many more (or fewer) things the list of this entry pretends to have, once.
+    /// By how many items the next list of this entry is reported longer (or shorter), once.
     std::int64_t TakeCountChange(const char* entry) EXCLUDES(mutex);
     FrameFault OnFrame(std::uint64_t frame) EXCLUDES(mutex);
 
@@ -45,7 +45,7 @@ public:
         bool plug;
         std::string id; // empty: the camera that sends the frame
     };
-    /// Takes out what is due at this frame.
+    /// Removes and returns what is due at this frame.
     std::vector<ScheduledPlug> TakeScheduled(std::uint64_t frame) EXCLUDES(mutex);
     bool HasScheduled() const { return scheduledCount != 0; }
 
@@ -61,7 +61,7 @@ public:
     void SetFrameFault(FrameFault fault, std::uint64_t frame) EXCLUDES(mutex);
     void SetRandomFrames(std::uint32_t seed, unsigned percent, FrameFault fault) EXCLUDES(mutex);
     void Schedule(ScheduledPlug plug) EXCLUDES(mutex);
-    /// Forgets everything; calls that are stuck go on.
+    /// Removes all faults; stuck calls continue.
     void Clear() EXCLUDES(mutex);
 
     /// Calls of all entry points so far.
@@ -71,7 +71,7 @@ private:
     struct CallFault {
         std::string entry;
         bool always;
-        std::uint64_t remaining; // calls until it strikes; spent at 0
+        std::uint64_t remaining; // calls until it takes effect; 0: used up
         PxnError code;
     };
 

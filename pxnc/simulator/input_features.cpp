@@ -1,4 +1,4 @@
-// input_features.cpp - what a frame grabber board has to know of the camera's images
+// input_features.cpp - what a frame grabber board has to know about the camera's images
 #include "pxnc/simulator/input_features.h"
 
 namespace pxsim {

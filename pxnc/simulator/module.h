@@ -17,10 +17,10 @@ namespace pxsim {
 
 /// System, transport layer, interface, camera, local device, stream or the chunk data of a frame.
 ///
-/// The features are added while the module is built and stay until it goes; their values are
-/// guarded by the mutex, which modules that look at each other share (all modules of one camera
-/// do). The operations here take it themselves; it is recursive because features compute their
-/// values from others.
+/// The features are added while the module is built and live as long as it. The mutex guards their
+/// values; modules that read each other's values share it, such as all modules of one camera. The
+/// operations lock it themselves; it is recursive because features compute their values from
+/// others.
 class Module : public skeleton::Module {
 public:
     Module(skeleton::TextPool& strings, skeleton::Invalidations& events,
@@ -45,11 +45,10 @@ public:
     /// Null when there is no feature of that name, compared exactly, or when it is hidden.
     Feature* FindVisible(const char* name) const;
     Feature* Find(const char* name) const;
-    /// Hidden ones among them.
+    /// Including hidden ones.
     const std::vector<std::unique_ptr<Feature>>& Features() const { return features; }
 
-    /// Features by name and their present values, for callers who know that the feature exists and
-    /// has that type.
+    /// Features by name and their present values. The feature must exist and have that type.
     Feature& At(const char* name) const;
     /// Get<Int>("Width") is the IntFeature of that name.
     template <typename Type>
@@ -63,15 +62,15 @@ public:
     bool BoolValue(const char* name) const;
     bool EnumIs(const char* name, const char* entry) const;
 
-    /// Raises the invalidation of a feature and of all that depends on it, on every handle.
+    /// Raises the invalidations of a feature and of all that depend on it, on every handle.
     void Invalidate(const Feature& feature);
     void Invalidate(const char* name);
-    /// Streaming began or ended: what is locked meanwhile changed its access.
+    /// Streaming has begun or ended: the access of the locked features has changed.
     void InvalidateLocked();
     /// Invalidates everything, after values were restored.
     void InvalidateAll();
 
-    /// No invalidation is raised while it lives. With the mutex held all the time.
+    /// No invalidation is raised during its lifetime. The caller must hold the mutex throughout.
     class Quiet {
     public:
         explicit Quiet(Module& module);
@@ -86,7 +85,7 @@ public:
     void AddHandle(PxnHandle handle);
     void RemoveHandle(PxnHandle handle);
 
-    /// True while a stream runs: features that shape the image cannot be written.
+    /// True while a stream runs: locked features cannot be written.
     virtual bool IsStreaming() const { return false; }
 
     /// For the modules that share this one's mutex.

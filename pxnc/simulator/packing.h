@@ -1,4 +1,4 @@
-// packing.h - components into the bit layout of a pixel format
+// packing.h - packs components into the bit layout of a pixel format
 #pragma once
 
 #include "pxnc/simulator/pixel_formats.h"

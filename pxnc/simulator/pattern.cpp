@@ -1,3 +1,4 @@
+// pattern.cpp - what the simulated cameras see, as a formula that tests can repeat
 #include "pxnc/simulator/pattern.h"
 
 namespace pxsim {
@@ -5,8 +6,8 @@ namespace {
 
 constexpr std::uint16_t kFull = 0xFFFF;
 
-// A well-mixing hash of the position, so that every pixel is independent of its neighbours and
-// a picture can be computed from any point.
+// A hash that mixes well, so that every pixel is independent of its neighbours and a picture can
+// be computed starting from any point.
 std::uint32_t Mix(std::uint32_t value) {
     value ^= value >> 16;
     value *= 0x7FEB352D;
@@ -22,7 +23,7 @@ std::uint16_t NoiseAt(std::uint32_t seed, std::uint32_t x, std::uint32_t line,
 }
 
 // Eight bars of 80 columns with falling brightness; the lowest 64 lines of each 256 are a ramp,
-// so that the movement shows.
+// so that movement is visible.
 Rgb16 ColorBarAt(std::uint32_t x, std::uint32_t line) {
     if ((line & 0xFF) >= 0xC0) {
         const std::uint16_t ramp = RampAt(x + line);

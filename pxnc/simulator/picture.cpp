@@ -1,3 +1,4 @@
+// picture.cpp - a pattern rendered once and copied into every frame
 #include "pxnc/simulator/picture.h"
 
 #include "pxnc/simulator/packing.h"
@@ -8,7 +9,7 @@
 namespace pxsim {
 namespace {
 
-// The colour that the filter of a Bayer sensor lets through, by the corner that is named.
+// The component that passes the Bayer filter, whose name gives its top left corner.
 std::uint16_t BayerComponent(Order order, std::uint32_t x, std::uint32_t line, const Rgb16& color) {
     const bool startsWithColor = order == Order::kBayerRG || order == Order::kBayerBG;
     const bool redFirst = order == Order::kBayerRG || order == Order::kBayerGR;
@@ -20,7 +21,7 @@ std::uint16_t BayerComponent(Order order, std::uint32_t x, std::uint32_t line, c
     return evenLine == redFirst ? color.red : color.blue;
 }
 
-// `column` is where the pixel lies on the sensor's filter, `x` what it looks at.
+// `column` is the pixel's place on the filter, `x` the place in the picture that it sees.
 void AppendPixel(const ImageSetup& setup, std::uint32_t column, std::uint32_t x, std::uint32_t line,
                  std::vector<std::uint16_t>& out) {
     const unsigned bits = setup.format->bits;

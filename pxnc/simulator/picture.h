@@ -19,18 +19,18 @@ struct ImageSetup {
     Pattern pattern = Pattern::kGradient;
     std::uint32_t seed = 0;
     bool reverseX = false;
-    std::uint32_t sensorWidth = 0; // what reverseX mirrors at
+    std::uint32_t sensorWidth = 0; // reverseX mirrors the whole sensor
 
     bool operator==(const ImageSetup&) const = default;
     std::uint32_t LineBytesInMemory() const { return LineBytes(*format, width); }
     std::uint32_t ImageBytes() const { return LineBytesInMemory() * height; }
 };
 
-/// All lines of a picture in the memory layout of one setup. Movement is vertical only, so a
-/// frame is nothing but lines copied from here. Used by one thread at a time.
+/// All lines of a picture in the memory layout of one setup. Movement is vertical only, so a frame
+/// consists of lines copied from here. Used by one thread at a time.
 class Picture {
 public:
-    /// Renders anew unless the setup shows the same picture as the present one.
+    /// Renders the picture again unless the present one serves the setup too.
     void Prepare(const ImageSetup& setup);
     /// Copies the first `lines` lines of frame `frameId` into `out`.
     void CopyFrame(std::uint64_t frameId, std::uint32_t lines, std::uint8_t* out) const;

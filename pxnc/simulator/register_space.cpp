@@ -1,3 +1,4 @@
+// register_space.cpp - a camera's registers
 #include "pxnc/simulator/register_space.h"
 
 #include "pxnc/simulator/big_endian.h"
@@ -127,11 +128,11 @@ PxnError RegisterSpace::Write(std::uint64_t address, std::uint32_t size, const s
 PxnError RegisterSpace::ReadPart(std::uint64_t address, std::uint32_t size, std::uint8_t* out,
                                  std::uint32_t& part) {
     std::uint32_t offset = 0;
-    if (Uart* port = FindPort(address, offset); port != nullptr) {
+    if (Uart* port = FindPort(address, offset)) {
         part = Uart::PartAt(offset, size);
         return part == 0 ? PxnErrInvalidAddress : port->Read(offset, part, out);
     }
-    if (const Text* text = FindText(address); text != nullptr) {
+    if (const Text* text = FindText(address)) {
         offset = static_cast<std::uint32_t>(address - text->address);
         part = std::min(size, text->size - offset);
         std::string content = text->read();
@@ -140,7 +141,7 @@ PxnError RegisterSpace::ReadPart(std::uint64_t address, std::uint32_t size, std:
         return PxnErrSuccess;
     }
     const Register* one = FindRegister(address);
-    if (one == nullptr || size < 4) {
+    if (!one || size < 4) {
         return PxnErrInvalidAddress;
     }
     part = 4;
@@ -151,12 +152,12 @@ PxnError RegisterSpace::ReadPart(std::uint64_t address, std::uint32_t size, std:
 PxnError RegisterSpace::WritePart(std::uint64_t address, std::uint32_t size, const std::uint8_t* in,
                                   std::uint32_t& part) {
     std::uint32_t offset = 0;
-    if (Uart* port = FindPort(address, offset); port != nullptr) {
+    if (Uart* port = FindPort(address, offset)) {
         part = Uart::PartAt(offset, size);
         return part == 0 ? PxnErrInvalidAddress : port->Write(offset, part, in);
     }
-    if (const Text* text = FindText(address); text != nullptr) {
-        // A text is written from its beginning; the rest becomes empty.
+    if (const Text* text = FindText(address)) {
+        // A text is written from its start; the rest is cleared.
         if (!text->write || address != text->address) {
             return PxnErrInvalidAccess;
         }
@@ -165,7 +166,7 @@ PxnError RegisterSpace::WritePart(std::uint64_t address, std::uint32_t size, con
         return text->write(bytes.substr(0, bytes.find('\0')));
     }
     const Register* one = FindRegister(address);
-    if (one == nullptr || size < 4) {
+    if (!one || size < 4) {
         return PxnErrInvalidAddress;
     }
     part = 4;

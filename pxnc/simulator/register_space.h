@@ -16,15 +16,15 @@ namespace pxsim {
 
 class Camera;
 
-/// Registers are 32 bits wide, big-endian, and accessed whole and aligned; several that follow
-/// each other may be accessed at once. Text areas and the buffers of the serial ports take any
+/// Registers are 32 bits wide, big-endian, and accessed whole and aligned; adjacent ones may be
+/// accessed at once. Text areas and the buffers of the serial ports take any
 /// size. Any thread.
 class RegisterSpace {
 public:
     explicit RegisterSpace(Camera& camera);
 
-    /// `done` counts the bytes moved before an error. PxnErrInvalidAddress where there is
-    /// nothing, PxnErrIncomplete when only the first part of the range exists.
+    /// `done` receives the bytes transferred, also before an error. PxnErrInvalidAddress where
+    /// there is nothing, PxnErrIncomplete when only the first part of the range exists.
     PxnError Read(std::uint64_t address, std::uint32_t size, std::uint8_t* out,
                   std::uint32_t& done);
     PxnError Write(std::uint64_t address, std::uint32_t size, const std::uint8_t* in,

@@ -1,3 +1,4 @@
+// script.cpp - runs lines of the control interface from a text or a file
 #include "pxnc/simulator/script.h"
 
 #include "platform/file_system.h"
@@ -19,7 +20,7 @@ std::int32_t RunScript(const std::string& text, const std::string& name, std::si
             continue;
         }
         std::int32_t result = PxnErrInvalidCall;
-        // Two files could run each other for ever.
+        // Two files could run each other endlessly.
         std::string reason = "a script runs no other script";
         if (word != "script") {
             result = RunCommand(line, reason);

@@ -1,4 +1,4 @@
-// script.h - several commands of the control interface, one a line
+// script.h - runs lines of the control interface from a text or a file
 #pragma once
 
 #include <cstddef>
@@ -7,12 +7,12 @@
 
 namespace pxsim {
 
-/// Runs the lines of a script in order; blank lines and lines from '#' are skipped. 0, or the code
-/// of the first line that is refused, which ends the script: the answer is "NAME:LINE: reason",
-/// with lines counted from `firstLine`. What ran before stays done.
+/// Runs the lines of a script in order, except blank lines and those that begin with '#'. Returns
+/// 0, or the code of the first line that is refused; the answer is then "NAME:LINE: reason", with
+/// lines counted from `firstLine`. A refusal ends the script; the effects of earlier lines remain.
 std::int32_t RunScript(const std::string& text, const std::string& name, std::size_t firstLine,
                        std::string& answer);
-/// The same with a file; -3 when it cannot be read.
+/// The same for a file; PxnErrNotFound when it cannot be read.
 std::int32_t RunScriptFile(const std::string& path, std::string& answer);
 
 } // namespace pxsim

@@ -15,7 +15,7 @@ namespace {
 
 constexpr PxnVersionInfo kVersion = {1, 4, 0};
 
-void Complain(const std::string& message) {
+void Report(const std::string& message) {
     std::fprintf(stderr, "PxnC: %s\n", message.c_str());
 }
 
@@ -23,7 +23,7 @@ PxnError RunScripts(const std::string& path, const Configuration& configuration)
     for (const Setting& script : configuration.script) {
         std::string answer;
         if (RunScript(script.name, path, script.line, answer) != PxnErrSuccess) {
-            Complain(answer);
+            Report(answer);
             return PxnErrXml;
         }
     }
@@ -49,14 +49,14 @@ PxnError SimulatorSdk::Start(const wchar_t* configPath,
         path = platform::WideToNarrow(configPath);
         const ConfigurationError error = ReadConfigurationFile(path, configuration);
         if (error.code != PxnErrSuccess) {
-            Complain(error.message);
+            Report(error.message);
             return error.code;
         }
     }
     const auto simulator = std::make_shared<Simulator>(configuration);
     if (const Setting* problem = simulator->FirstProblem()) {
-        Complain(path + ":" + std::to_string(problem->line) + ": camera " + problem->name + ": " +
-                 problem->value);
+        Report(path + ":" + std::to_string(problem->line) + ": camera " + problem->name + ": " +
+               problem->value);
         return PxnErrXml;
     }
     if (!simulator->Start()) {
@@ -98,10 +98,10 @@ std::string SimulatorSdk::LastLeakReport() const {
 void SimulatorSdk::OnStop(Simulator& simulator) {
     std::string report = simulator.LeakReport();
     if (!report.empty()) {
-        Complain(report);
+        Report(report);
     }
     if (!simulator.Setup().script.empty()) {
-        Faults::Instance().Clear(); // the next startup brings its own
+        Faults::Instance().Clear(); // the next startup sets its own
     }
     platform::MutexLock lock(mutex);
     leakReport = std::move(report);

@@ -10,7 +10,7 @@
 
 namespace pxsim {
 
-/// Any thread.
+/// Any thread may use it.
 class SimulatorSdk : public skeleton::Implementation {
 public:
     PxnVersionInfo Version() override;
@@ -19,10 +19,10 @@ public:
     PxnError OnCall(const skeleton::EntryCall& call) override;
     std::uint32_t ReportedCount(const char* entry, std::uint32_t count) override;
 
-    /// The running simulator; null before startup. The scripts of a configuration find it while
-    /// they run, though the startup has not returned.
+    /// The running simulator; null before startup. Already set while the scripts of a configuration
+    /// run, before the startup returns.
     std::shared_ptr<Simulator> Current() const EXCLUDES(mutex);
-    /// What the last shutdown found left over; empty when everything was given back.
+    /// What had not been released at the last shutdown; empty when everything had been.
     std::string LastLeakReport() const EXCLUDES(mutex);
     /// The simulator is about to stop.
     void OnStop(Simulator& simulator) EXCLUDES(mutex);

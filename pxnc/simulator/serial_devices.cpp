@@ -1,3 +1,4 @@
+// serial_devices.cpp - devices at the other end of the camera's serial ports
 #include "pxnc/simulator/serial_devices.h"
 
 #include "pxnc/skeleton/number_text.h"
@@ -22,14 +23,14 @@ public:
 };
 
 /// Commands and answers are lines; a command ends with CR, LF or both, an answer with CR LF.
-/// "NAME?" asks, "NAME VALUE" sets and is answered with "OK".
+/// "NAME?" queries a value, "NAME VALUE" sets it and is answered with "OK".
 class LensController : public SerialDevice {
 public:
     std::string Receive(const std::string& bytes) override {
         std::string answers;
         for (const char byte : bytes) {
             if (byte != '\r' && byte != '\n') {
-                // A longer line can only be noise: its tail is dropped with the next line end.
+                // A longer line can only be noise; the rest of it is dropped.
                 if (line.size() < kLongestLine) {
                     line += byte;
                 }

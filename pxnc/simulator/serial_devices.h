@@ -1,4 +1,4 @@
-// serial_devices.h - what hangs on the camera's serial ports
+// serial_devices.h - devices at the other end of the camera's serial ports
 #pragma once
 
 #include <memory>
@@ -6,11 +6,11 @@
 
 namespace pxsim {
 
-/// The far end of a serial line. Used by one thread at a time.
+/// The device at the other end of a serial line. Used by one thread at a time.
 class SerialDevice {
 public:
     virtual ~SerialDevice() = default;
-    /// Takes bytes as they arrive, in pieces of any size, and gives back what the device sends.
+    /// Receives bytes as they arrive, in pieces of any size; returns what the device sends.
     virtual std::string Receive(const std::string& bytes) = 0;
 };
 

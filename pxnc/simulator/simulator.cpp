@@ -197,7 +197,7 @@ void Simulator::RaiseCameraEvent(const char* type, const Camera& camera) {
 }
 
 bool Simulator::RaiseInterfaceEvent(const char* type, const std::string& interfaceId) {
-    if (ById(interfaces, interfaceId) == nullptr) {
+    if (!ById(interfaces, interfaceId)) {
         return false;
     }
     const char* feature = Texts().Intern("EventInterfaceDiscovery");
@@ -230,7 +230,7 @@ const Setting* Simulator::FirstProblem() const {
     const Setting* first = nullptr;
     for (const auto& camera : cameras) {
         for (const Setting& problem : camera->SetupProblems()) {
-            if (first == nullptr || problem.line < first->line) {
+            if (!first || problem.line < first->line) {
                 first = &problem;
             }
         }
@@ -241,7 +241,7 @@ const Setting* Simulator::FirstProblem() const {
 void Simulator::OnScheduledFrame(Camera& sender, std::uint64_t frameId) {
     for (const Faults::ScheduledPlug& one : Faults::Instance().TakeScheduled(frameId)) {
         Camera* camera = one.id.empty() ? &sender : FindCamera(one.id);
-        if (camera != nullptr) {
+        if (camera) {
             SetPlugged(*camera, one.plug);
         }
     }

@@ -21,7 +21,7 @@ public:
     Simulator(const Simulator&) = delete;
     Simulator& operator=(const Simulator&) = delete;
 
-    /// Starts the event thread and hands out the handles of the upper modules.
+    /// Starts the event thread and creates the handles of the upper modules.
     bool Start();
 
     std::vector<PxnTransportLayerInfo> ListTransportLayers() override;
@@ -33,7 +33,7 @@ public:
     PxnError CloseCamera(PxnHandle camera) override;
     PxnError AccessChunks(const PxnFrame& frame,
                           skeleton::FunctionRef<PxnError(PxnHandle)> read) override;
-    /// What was left open is reported on standard error.
+    /// What was not released is reported on standard error.
     void Stop() override;
 
     DelayedCommands& Delayed() { return delayed; }
@@ -49,14 +49,14 @@ public:
     /// False when there is no such interface.
     bool RaiseInterfaceEvent(const char* type, const std::string& interfaceId);
     std::string LeakReport();
-    /// The first thing in the configuration that a camera cannot do, or null.
+    /// The first setting that a camera cannot apply, or null.
     const Setting* FirstProblem() const;
 
     // FrameScheduler
     void OnScheduledFrame(Camera& sender, std::uint64_t frameId) override;
 
 private:
-    /// Null when the handle is none of a camera.
+    /// Null when the handle does not belong to a camera.
     Camera* CameraOf(PxnHandle handle);
     bool FindPayload(const PxnFrame& frame, std::uint32_t& payload) const;
     void EndThreads();

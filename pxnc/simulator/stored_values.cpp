@@ -30,7 +30,7 @@ void Return(const Snapshot& snapshot) {
     }
 }
 
-/// Turns the selectors of a feature through all their states and calls `visit` in each.
+/// Sets the selectors of a feature to each of their states in turn and calls `visit` in each.
 template <typename Visit>
 void ForEachState(const std::vector<Feature*>& selectors, std::size_t depth, Visit visit) {
     if (depth == selectors.size()) {
@@ -83,7 +83,7 @@ PxnError Apply(Module& module, const StoredValue& stored) {
     return WriteAsText(*feature, stored.value);
 }
 
-// Selectors come last, so that they end as the file has them; the inner ones before the outer.
+// Selectors come last, so that they end in the state of the file; inner ones before outer ones.
 void Order(const Module& module, std::vector<StoredValue>& values) {
     const auto rank = [&module](const StoredValue& value) {
         const Feature* feature = module.FindVisible(value.feature.c_str());
@@ -109,7 +109,7 @@ PxnError ApplyAll(Module& module, std::vector<StoredValue> values) {
         }
         values = std::move(refused);
     }
-    // What only other settings lock was valid together with them when it was saved.
+    // A feature that only other settings lock was valid together with them when saved.
     for (const StoredValue& value : values) {
         if (Apply(module, value) != PxnErrInvalidAccess ||
             !module.FindVisible(value.feature.c_str())->PutText(value.value)) {
@@ -123,7 +123,7 @@ PxnError ApplyAll(Module& module, std::vector<StoredValue> values) {
 
 std::vector<StoredValue> Module::GetStoredValues() {
     platform::MutexLock lock(mutex);
-    const Quiet silence(*this); // no host is to know that the selectors are turned
+    const Quiet silence(*this); // hosts must not see the selectors change
     const Snapshot before = Remember(*this);
     std::vector<StoredValue> values = Collect(*this);
     Return(before);

@@ -14,8 +14,8 @@ class SystemModule : public Module {
 public:
     SystemModule(skeleton::TextPool& strings, skeleton::Invalidations& events);
 
-    /// What the event features answer until the next event. On the event thread, right before
-    /// the callbacks of that event.
+    /// Sets the event features, which keep their values until the next event. Called on the event
+    /// thread, right before the callbacks of the event.
     void LatchCameraEvent(const char* type, const std::string& cameraId);
     void LatchInterfaceEvent(const char* type, const std::string& interfaceId);
 

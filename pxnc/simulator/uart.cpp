@@ -1,3 +1,4 @@
+// uart.cpp - one of the camera's serial ports, as its registers show it
 #include "pxnc/simulator/uart.h"
 
 #include "pxnc/simulator/big_endian.h"
@@ -59,7 +60,7 @@ PxnError Uart::Read(std::uint32_t offset, std::uint32_t size, std::uint8_t* out)
     platform::MutexLock lock(mutex);
     Advance();
     if (offset >= kReceiveBuffer) {
-        // What is not there reads as 0.
+        // Beyond the received bytes the buffer reads as 0.
         std::memset(out, 0, size);
         const std::uint32_t first = offset - kReceiveBuffer;
         const std::uint32_t waiting = WaitingBytes();
@@ -136,7 +137,7 @@ PxnError Uart::WriteRegister(std::uint32_t offset, std::uint32_t value) {
         Send(value);
         return PxnErrSuccess;
     case kReceiveStatus:
-        receiveStatus &= ~value; // ones clear
+        receiveStatus &= ~value; // writing ones clears them
         return PxnErrSuccess;
     case kReceiveControl:
         receiveEnabled = (value & kEnable) != 0;
@@ -156,7 +157,7 @@ PxnError Uart::WriteRegister(std::uint32_t offset, std::uint32_t value) {
 
 void Uart::Send(std::uint32_t length) {
     if (!transmitEnabled) {
-        return; // nobody drives the line
+        return; // the line is not driven
     }
     sending.assign(reinterpret_cast<const char*>(transmitBuffer), length);
     sentAt = skeleton::Clock::now() + ByteTime() * length;

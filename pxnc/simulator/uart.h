@@ -14,9 +14,9 @@
 
 namespace pxsim {
 
-/// Time passes only as far as register accesses look at it, so a port needs no thread: what is
-/// sent reaches the device, and the device's answer the receive buffer, when their time has come
-/// by the next access. Without pacing that is at once. Any thread.
+/// Time is evaluated only at register accesses, so a port needs no thread: at an access, sent bytes
+/// that are due reach the device, and its answers the receive buffer. Without pacing, all bytes are
+/// due at once. Any thread.
 class Uart {
 public:
     /// Bytes of a port in the register space.
@@ -24,17 +24,17 @@ public:
 
     explicit Uart(const PortConfiguration& setup);
 
-    /// `offset` is relative to the port's base, `size` no more than PartAt answers.
+    /// `offset` is relative to the port's base, `size` at most what PartAt returns.
     PxnError Read(std::uint32_t offset, std::uint32_t size, std::uint8_t* out) EXCLUDES(mutex);
     PxnError Write(std::uint32_t offset, std::uint32_t size, const std::uint8_t* in)
         EXCLUDES(mutex);
-    /// How many of `size` bytes from `offset` on one access can move: up to the end of a buffer,
-    /// the four of a register, or 0 where there is nothing.
+    /// How many of `size` bytes from `offset` on one access can transfer: up to the end of a
+    /// buffer, the four of a register, or 0 where there is nothing.
     static std::uint32_t PartAt(std::uint32_t offset, std::uint32_t size);
 
     enum class Fault { kNone, kStuck, kSlow };
     void SetFault(Fault newFault) EXCLUDES(mutex);
-    /// Power-on state; what was under way is lost.
+    /// Power-on state; bytes in transit are lost.
     void Reset() EXCLUDES(mutex);
 
 private:

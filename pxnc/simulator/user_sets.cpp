@@ -1,3 +1,4 @@
+// user_sets.cpp - saved states of a camera's features
 #include "pxnc/simulator/user_sets.h"
 
 namespace pxsim {

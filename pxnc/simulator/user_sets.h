@@ -10,13 +10,13 @@
 
 namespace pxsim {
 
-/// Used with the module's mutex held.
+/// The caller must hold the module's mutex.
 class UserSets {
 public:
     explicit UserSets(std::size_t count) : sets(count) {}
 
     void Save(const Module& module, std::size_t index);
-    /// Restores what was saved; a set never saved holds the values at power-on.
+    /// Restores what was saved; a set that was never saved holds the values at power-on.
     void Load(Module& module, std::size_t index);
 
 private:
