@@ -89,11 +89,21 @@ void ChangeWatch::OnWatched(PxnHandle handle, skeleton::Module& module, const ch
 }
 
 void ChangeWatch::Search(PxnHandle handle, const char* written) {
+    const char* const name = written ? backend.Texts().Intern(written) : nullptr;
+    bool isModuleWatched = false;
+    bool isWrittenWatched = false; // a registration that follows is not called for this write
+    for (const auto& registration : backend.Changes().List()) {
+        isModuleWatched |= registration.handle == handle;
+        isWrittenWatched |= registration.handle == handle && registration.name == name;
+    }
+    if (!isModuleWatched) {
+        return;
+    }
     const platform::MutexLock lock(mutex);
     // Writes in quick succession share one comparison.
     const auto [names, isFirst] = posted.try_emplace(handle);
-    if (written) {
-        AddOnce(names->second, backend.Texts().Intern(written));
+    if (isWrittenWatched) {
+        AddOnce(names->second, name);
     }
     if (isFirst) {
         backend.Changes().PostWork(handle, [this, handle] { return Compare(handle); });
