@@ -45,11 +45,11 @@ IntFeature& IntFeature::Increment(Source source) {
     return *this;
 }
 
-IntFeature& IntFeature::ValidValues(std::vector<std::int64_t> values) {
-    assert(!values.empty() && std::is_sorted(values.begin(), values.end()));
-    min = Always(values.front());
-    max = Always(values.back());
-    validValues = std::move(values);
+IntFeature& IntFeature::ValidValues(std::vector<std::int64_t> allowed) {
+    assert(!allowed.empty() && std::is_sorted(allowed.begin(), allowed.end()));
+    min = Always(allowed.front());
+    max = Always(allowed.back());
+    validValues = std::move(allowed);
     return *this;
 }
 
@@ -87,9 +87,9 @@ PxnError IntFeature::GetIntIncrement(std::int64_t& step) {
     return PxnErrSuccess;
 }
 
-PxnError IntFeature::GetIntValueSet(std::vector<std::int64_t>& values) {
-    values = validValues;
-    return values.empty() ? PxnErrValidValueSetNotPresent : PxnErrSuccess;
+PxnError IntFeature::GetIntValueSet(std::vector<std::int64_t>& set) {
+    set = validValues;
+    return set.empty() ? PxnErrValidValueSetNotPresent : PxnErrSuccess;
 }
 
 std::int64_t IntFeature::Nearest(std::int64_t value) const {
