@@ -8,26 +8,28 @@ namespace {
 constexpr std::int64_t kWord = 0xFFFFFFFF;
 
 constexpr FeatureRow kActionRows[] = {
-    {"ActionUnconditionalMode", Enum{"Off On"}, kGuru, "Actions are taken from anybody."},
+    {"ActionUnconditionalMode", Enum{"Off On"}, kGuru, "Accepts action commands from any host."},
     {"ActionDeviceKey", Int{.min = 0, .max = kWord}, kGuru | kWriteOnly,
-     "Key that an action must know.", Extra{.representation = "HexNumber"}},
-    {"ActionQueueSize", Int{16}, kGuru | kReadOnly, "Actions that can wait."},
-    {"ActionSelector", Int{.min = 0, .max = 1}, kGuru, "Action that the features below belong to."},
-    {"ActionGroupKey", Int{.min = 0, .max = kWord}, kGuru, "Group that the action is for.",
+     "Key that an action command must contain.", Extra{.representation = "HexNumber"}},
+    {"ActionQueueSize", Int{16}, kGuru | kReadOnly,
+     "Number of action commands that can be queued."},
+    {"ActionSelector", Int{.min = 0, .max = 1}, kGuru, "Action to configure."},
+    {"ActionGroupKey", Int{.min = 0, .max = kWord}, kGuru,
+     "Group of devices that the action addresses.",
      Extra{.representation = "HexNumber", .selectors = "ActionSelector"}},
     {"ActionGroupMask", Int{.value = kWord, .min = 0, .max = kWord}, kGuru,
-     "Members of the group that the action is for.",
+     "Mask of the group members that the action addresses.",
      Extra{.representation = "HexNumber", .selectors = "ActionSelector"}},
 };
 
 constexpr FeatureRow kSimulatorRows[] = {
-    {"SimulatorWideInteger", Int{-1}, kGuru | kCustom, "Takes any integer."},
+    {"SimulatorWideInteger", Int{-1}, kGuru | kCustom, "Accepts any 64-bit integer."},
     {"SimulatorSteppedInteger", Int{.value = -7, .min = -10, .max = 20, .step = 3}, kGuru | kCustom,
-     "Starts below zero and moves in steps of three."},
+     "Starts below zero and has an increment of three."},
     {"SimulatorFloat", Float{.value = 0.5, .min = -1e12, .max = 1e12}, kGuru | kCustom,
-     "Takes large and small numbers.", Extra{.unit = "m/s²", .representation = "PureNumber"}},
+     "Accepts large and small numbers.", Extra{.unit = "m/s²", .representation = "PureNumber"}},
     {"SimulatorText", String{"Grüße aus dem Labor: 25 °C, ±3 µm", 255}, kGuru | kCustom,
-     "A text with more than ASCII: äöü €."},
+     "A text with characters outside ASCII: äöü €."},
     {"SimulatorClosedChoice", Enum{"Present Absent AlsoAbsent"}, kGuru | kCustom,
      "Most of its entries are not available."},
 };
@@ -40,7 +42,7 @@ void AddExtra(Camera& camera, std::uint32_t index) {
         Float{.value = static_cast<double>(index), .min = 0.0, .max = 1e9},
         Enum{"First Second Third"}, String{name.c_str()}, Bool{}};
     const FeatureRow rows[] = {
-        {name.c_str(), types[index % std::size(types)], kGuru | kCustom, "One of many."},
+        {name.c_str(), types[index % std::size(types)], kGuru | kCustom, "One of many features."},
     };
     const std::string category = "/SimulatorControl/Group" + std::to_string(index / 100);
     camera.AddTable(category.c_str(), rows);

@@ -10,10 +10,10 @@ namespace pxsim {
 namespace {
 
 constexpr FeatureRow kChunkRows[] = {
-    {"ChunkModeActive", Bool{}, kExpert | kLocked, "Data about the frame follows the image.",
+    {"ChunkModeActive", Bool{}, kExpert | kLocked, "Appends data about the frame to the image.",
      Extra{.affects = "ChunkEnable PayloadSize ImageSize"}},
-    {"ChunkSelector", Enum{}, kExpert, "Part that can be switched on."},
-    {"ChunkEnable", Bool{true}, kExpert | kLocked, "The part is sent.",
+    {"ChunkSelector", Enum{}, kExpert, "Chunk to enable or disable."},
+    {"ChunkEnable", Bool{true}, kExpert | kLocked, "Includes the selected chunk.",
      Extra{.selectors = "ChunkSelector", .affects = "PayloadSize ImageSize"}},
 };
 

@@ -9,60 +9,64 @@ constexpr const char* kDeviceControl = "/DeviceControl";
 
 constexpr FeatureRow kKindRows[] = {
     {"DeviceType", Enum{"Transmitter Receiver Transceiver Peripheral"}, kBeginner | kReadOnly,
-     "Kind of the device."},
-    {"DeviceScanType", Enum{"Areascan Linescan"}, kExpert | kReadOnly, "Kind of the sensor."},
-    {"DeviceReset", Command{}, kGuru, "Stops the camera and sets it to its state at power-on."},
+     "Type of the device."},
+    {"DeviceScanType", Enum{"Areascan Linescan"}, kExpert | kReadOnly, "Scan type of the sensor."},
+    {"DeviceReset", Command{}, kGuru, "Stops the camera and restores its state at power-on."},
 };
 
 constexpr FeatureRow kSensorRows[] = {
-    {"DeviceTemperatureSelector", Enum{"Sensor Mainboard"}, kExpert, "Place of the temperature."},
+    {"DeviceTemperatureSelector", Enum{"Sensor Mainboard"}, kExpert,
+     "Location of the temperature sensor."},
     {"DeviceTemperature", Float{.min = -40.0, .max = 120.0}, kBeginner | kReadOnly,
-     "Temperature inside the camera.",
+     "Temperature at the selected location.",
      Extra{.unit = "°C", .selectors = "DeviceTemperatureSelector", .pollingMs = 2000}},
     {"DeviceIndicatorMode", Enum{"Inactive Active ErrorStatus", "Active"}, kBeginner,
-     "What the lamp shows."},
+     "Behaviour of the status indicator."},
     {"DeviceClockSelector", Enum{"Sensor SensorDigitization CameraLink"}, kExpert,
-     "Clock that the frequency belongs to."},
-    {"DeviceClockFrequency", Float{74.25e6}, kExpert | kReadOnly, "Frequency of the clock.",
-     Extra{.unit = "Hz", .selectors = "DeviceClockSelector"}},
+     "Clock whose frequency is reported."},
+    {"DeviceClockFrequency", Float{74.25e6}, kExpert | kReadOnly,
+     "Frequency of the selected clock.", Extra{.unit = "Hz", .selectors = "DeviceClockSelector"}},
 };
 
 constexpr FeatureRow kHostRows[] = {
     {"DeviceLinkCommandTimeout", Float{200000.0}, kExpert | kReadOnly,
-     "Longest time for an answer.", Extra{.unit = "µs"}},
-    {"DeviceLinkHeartbeatMode", Enum{"Off On", "On"}, kExpert, "The camera expects signs of life."},
+     "Maximum response time to a command.", Extra{.unit = "µs"}},
+    {"DeviceLinkHeartbeatMode", Enum{"Off On", "On"}, kExpert, "Enables the heartbeat."},
     {"DeviceLinkHeartbeatTimeout", Float{.value = 3e6, .min = 500000.0, .max = 60e6}, kExpert,
-     "Time without a sign of life after which the host counts as gone.", Extra{.unit = "µs"}},
+     "Time without a heartbeat after which the host is considered disconnected.",
+     Extra{.unit = "µs"}},
     {"DeviceStreamChannelEndianness", Enum{"Big Little", "Little"}, kGuru | kReadOnly,
-     "Order of bytes on the link."},
-    {"DeviceCharacterSet", Enum{"ASCII UTF8", "UTF8"}, kGuru | kReadOnly, "Encoding of texts."},
+     "Byte order on the link."},
+    {"DeviceCharacterSet", Enum{"ASCII UTF8", "UTF8"}, kGuru | kReadOnly,
+     "Character encoding of texts."},
 };
 
 constexpr FeatureRow kClockRows[] = {
-    {"Timestamp", Int{}, kExpert | kReadOnly, "The camera's clock.",
+    {"Timestamp", Int{}, kExpert | kReadOnly, "Current time of the camera's clock.",
      Extra{.unit = "ns", .pollingMs = 1000}},
-    {"TimestampLatchValue", Int{}, kExpert | kReadOnly, "The clock when it was latched last.",
-     Extra{.unit = "ns"}},
-    {"TimestampLatch", Command{}, kExpert, "Keeps the present value of the clock."},
+    {"TimestampLatchValue", Int{}, kExpert | kReadOnly,
+     "Time of the clock when it was last latched.", Extra{.unit = "ns"}},
+    {"TimestampLatch", Command{}, kExpert, "Latches the current time of the clock."},
 };
 
 void AddDeviceIdentity(Camera& camera) {
     const CameraConfiguration& setup = camera.Setup();
     const FeatureRow rows[] = {
         {"DeviceVendorName", String{setup.vendor.c_str()}, kBeginner | kReadOnly,
-         "Name of the maker."},
+         "Name of the manufacturer."},
         {"DeviceModelName", String{setup.model.c_str()}, kBeginner | kReadOnly,
          "Model of the camera."},
-        {"DeviceFamilyName", String{"Pyxen"}, kBeginner | kReadOnly, "Family of the model."},
+        {"DeviceFamilyName", String{"Pyxen"}, kBeginner | kReadOnly,
+         "Product family of the camera."},
         {"DeviceManufacturerInfo", String{"Pyxen SDK simulator"}, kBeginner | kReadOnly,
-         "Further words of the maker."},
+         "Additional information from the manufacturer."},
         {"DeviceVersion", String{"2.0"}, kBeginner | kReadOnly, "Version of the hardware."},
         {"DeviceFirmwareVersion", String{"1.4.0.2"}, kBeginner | kReadOnly,
          "Version of the firmware."},
         {"DeviceSerialNumber", String{setup.serial.c_str()}, kBeginner | kReadOnly,
          "Serial number."},
         {"DeviceID", String{setup.id.c_str()}, kBeginner | kReadOnly, "Identifier of the camera."},
-        {"DeviceUserID", String{.maxLength = 16}, kBeginner, "A name given by the user."},
+        {"DeviceUserID", String{.maxLength = 16}, kBeginner, "Name assigned by the user."},
     };
     camera.AddTable(kDeviceControl, rows);
 }
@@ -70,31 +74,31 @@ void AddDeviceIdentity(Camera& camera) {
 void AddVersions(Camera& camera) {
     const FeatureRow rows[] = {
         {"DeviceSFNCVersionMajor", Int{2}, kExpert | kReadOnly,
-         "Version of the naming convention."},
+         "Major version of the naming convention."},
         {"DeviceSFNCVersionMinor", Int{7}, kExpert | kReadOnly,
-         "Version of the naming convention."},
+         "Minor version of the naming convention."},
         {"DeviceSFNCVersionSubMinor", Int{0}, kExpert | kReadOnly,
-         "Version of the naming convention."},
+         "Subminor version of the naming convention."},
         {"DeviceTLVersionMajor", Int{1}, kExpert | kReadOnly,
-         "Version of the transport layer standard."},
+         "Major version of the transport layer standard."},
         {"DeviceTLVersionMinor", Int{2}, kExpert | kReadOnly,
-         "Version of the transport layer standard."},
+         "Minor version of the transport layer standard."},
         {"DeviceTLVersionSubMinor", Int{0}, kExpert | kReadOnly,
-         "Version of the transport layer standard."},
+         "Subminor version of the transport layer standard."},
         {"DeviceManifestEntrySelector", Int{1}, kExpert | kReadOnly,
-         "Description that the manifest shows."},
+         "Manifest entry that is described."},
         {"DeviceManifestXMLMajorVersion", Int{1}, kExpert | kReadOnly,
-         "Version of the description."},
+         "Major version of the device description."},
         {"DeviceManifestXMLMinorVersion", Int{4}, kExpert | kReadOnly,
-         "Version of the description."},
+         "Minor version of the device description."},
         {"DeviceStreamChannelCount", Int{camera.Setup().streams}, kExpert | kReadOnly,
-         "Streams of the camera."},
+         "Number of streams of the camera."},
         {"DeviceLinkSpeed", Int{camera.LinkBytesPerSecond()}, kExpert | kReadOnly,
-         "Bytes per second of the link."},
+         "Speed of the link in bytes per second."},
         {"DeviceTLType",
          Enum{"Unknown GEV CL IIDC UVC CXP CLHS U3V Ethernet PCI Custom Mixed",
               TransportLayerTypeName(camera.InterfaceType())},
-         kBeginner | kReadOnly, "Technology of the transport layer."},
+         kBeginner | kReadOnly, "Type of the transport layer."},
     };
     camera.AddTable(kDeviceControl, rows);
 }
@@ -127,11 +131,12 @@ void AddSensors(Camera& camera) {
 void AddLink(Camera& camera) {
     const std::int64_t highest = camera.LinkBytesPerSecond() / 1000 * 1000;
     const FeatureRow limitRows[] = {
-        {"DeviceLinkThroughputLimitMode", Enum{"Off On"}, kExpert, "The limit below is kept.",
+        {"DeviceLinkThroughputLimitMode", Enum{"Off On"}, kExpert, "Enables the throughput limit.",
          Extra{.affects = "DeviceLinkThroughputLimit AcquisitionFrameRate"}},
         {"DeviceLinkThroughputLimit",
          Int{.value = highest, .min = 1000000, .max = highest, .step = 1000}, kExpert,
-         "Most that the camera sends.", Extra{.unit = "B/s", .affects = "AcquisitionFrameRate"}},
+         "Maximum data rate of the camera.",
+         Extra{.unit = "B/s", .affects = "AcquisitionFrameRate"}},
     };
     camera.AddTable(kDeviceControl, limitRows);
     camera.AddTable(kDeviceControl, kHostRows);

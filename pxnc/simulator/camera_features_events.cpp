@@ -6,8 +6,8 @@ namespace pxsim {
 namespace {
 
 constexpr FeatureRow kEventRows[] = {
-    {"EventSelector", Enum{}, kBeginner, "Event that the notification belongs to."},
-    {"EventNotification", Enum{"Off On"}, kBeginner, "The event is reported.",
+    {"EventSelector", Enum{}, kBeginner, "Event to enable or disable."},
+    {"EventNotification", Enum{"Off On"}, kBeginner, "Enables notification of the selected event.",
      Extra{.selectors = "EventSelector"}},
 };
 
@@ -15,11 +15,11 @@ void AddEventData(Camera& camera, const std::string& event) {
     const std::string timestamp = event + "Timestamp";
     const std::string frameId = event + "FrameID";
     const FeatureRow rows[] = {
-        {event.c_str(), Int{}, kExpert | kReadOnly, "Events of this kind so far.",
+        {event.c_str(), Int{}, kExpert | kReadOnly, "Number of events of this type so far.",
          Extra{.pollingMs = 0}},
-        {timestamp.c_str(), Int{}, kExpert | kReadOnly, "The camera's clock at the last event.",
-         Extra{.unit = "ns", .pollingMs = 0}},
-        {frameId.c_str(), Int{}, kExpert | kReadOnly, "Frame that the last event belongs to.",
+        {timestamp.c_str(), Int{}, kExpert | kReadOnly,
+         "Time of the last event on the camera's clock.", Extra{.unit = "ns", .pollingMs = 0}},
+        {frameId.c_str(), Int{}, kExpert | kReadOnly, "Identifier of the frame of the last event.",
          Extra{.pollingMs = 0}},
     };
     camera.AddTable(("/EventControl/" + event + "Data").c_str(), rows);

@@ -20,22 +20,25 @@ constexpr const char* kPatternNames[] = {
     "GreyDiagonalRamp", "ColorBar", "ResolutionChart", "Noise", "Black", "White"};
 
 constexpr FeatureRow kSensorSizeRows[] = {
-    {"SensorWidth", Int{}, kExpert | kReadOnly, "Columns of the sensor.", Extra{.unit = "px"}},
-    {"SensorHeight", Int{}, kExpert | kReadOnly, "Lines of the sensor.", Extra{.unit = "px"}},
-    {"BinningHorizontal", Int{1}, kExpert | kLocked, "Photo cells that are joined to one.",
+    {"SensorWidth", Int{}, kExpert | kReadOnly, "Width of the sensor.", Extra{.unit = "px"}},
+    {"SensorHeight", Int{}, kExpert | kReadOnly, "Height of the sensor.", Extra{.unit = "px"}},
+    {"BinningHorizontal", Int{1}, kExpert | kLocked,
+     "Number of horizontal photo cells combined into one.",
      Extra{.affects = "WidthMax HeightMax Width Height OffsetX OffsetY"}},
-    {"BinningVertical", Int{1}, kExpert | kLocked, "Photo cells that are joined to one.",
+    {"BinningVertical", Int{1}, kExpert | kLocked,
+     "Number of vertical photo cells combined into one.",
      Extra{.affects = "WidthMax HeightMax Width Height OffsetX OffsetY"}},
-    {"WidthMax", Int{}, kExpert | kReadOnly, "Largest width of an image.", Extra{.unit = "px"}},
-    {"HeightMax", Int{}, kExpert | kReadOnly, "Largest height of an image.", Extra{.unit = "px"}},
+    {"WidthMax", Int{}, kExpert | kReadOnly, "Maximum width of an image.", Extra{.unit = "px"}},
+    {"HeightMax", Int{}, kExpert | kReadOnly, "Maximum height of an image.", Extra{.unit = "px"}},
 };
 
 constexpr FeatureRow kPixelRows[] = {
     {"PixelFormat", Enum{}, kBeginner | kLocked, "Layout of the pixels in memory.",
      Extra{.affects = "PixelSize PixelColorFilter PixelDynamicRangeMax LinePitch PayloadSize "
                       "ImageSize Width AcquisitionFrameRate GainSelector BalanceRatio"}},
-    {"PixelSize", Int{}, kExpert | kReadOnly, "Bits of a pixel in memory.", Extra{.unit = "bit"}},
-    {"ReverseX", Bool{}, kBeginner, "Mirrors the image from left to right."},
+    {"PixelSize", Int{}, kExpert | kReadOnly, "Number of bits per pixel in memory.",
+     Extra{.unit = "bit"}},
+    {"ReverseX", Bool{}, kBeginner, "Mirrors the image horizontally."},
 };
 
 constexpr FeatureRow kRegionRows[] = {
@@ -52,30 +55,30 @@ constexpr FeatureRow kRegionRows[] = {
 };
 
 constexpr FeatureRow kPatternRows[] = {
-    {"TestPattern", Enum{}, kBeginner, "What the camera looks at."},
+    {"TestPattern", Enum{}, kBeginner, "Pattern that the camera sees."},
     {"TestPatternSeed", Int{.min = 0, .max = 0x7FFFFFFF}, kExpert | kCustom,
-     "Start of the noise; the same seed gives the same noise."},
+     "Seed of the noise; equal seeds produce equal noise."},
 };
 
 constexpr FeatureRow kDerivedRows[] = {
     {"PixelColorFilter", Enum{"None BayerRG BayerGB BayerGR BayerBG"}, kExpert | kReadOnly,
      "Colour filter of the image."},
-    {"PixelDynamicRangeMin", Int{}, kExpert | kReadOnly, "Smallest value of a pixel."},
-    {"PixelDynamicRangeMax", Int{}, kExpert | kReadOnly, "Largest value of a pixel."},
-    {"LinePitch", Int{}, kExpert | kReadOnly, "Bytes from one line to the next.",
+    {"PixelDynamicRangeMin", Int{}, kExpert | kReadOnly, "Minimum value of a pixel."},
+    {"PixelDynamicRangeMax", Int{}, kExpert | kReadOnly, "Maximum value of a pixel."},
+    {"LinePitch", Int{}, kExpert | kReadOnly, "Number of bytes from one line to the next.",
      Extra{.unit = "B"}},
     {"ImageCompressionMode", Enum{"Off JPEG"}, kExpert | kLocked, "Compression of the image."},
     {"SensorShutterMode", Enum{"Global Rolling"}, kExpert | kReadOnly,
-     "How the lines are exposed."},
-    {"SensorPixelWidth", Float{4.8}, kExpert | kReadOnly, "Size of a photo cell.",
+     "Shutter mode of the sensor."},
+    {"SensorPixelWidth", Float{4.8}, kExpert | kReadOnly, "Width of a photo cell.",
      Extra{.unit = "µm"}},
-    {"SensorPixelHeight", Float{4.8}, kExpert | kReadOnly, "Size of a photo cell.",
+    {"SensorPixelHeight", Float{4.8}, kExpert | kReadOnly, "Height of a photo cell.",
      Extra{.unit = "µm"}},
 };
 
 constexpr FeatureRow kImageSizeRows[] = {
-    {"ImageSize", Int{}, kExpert | kReadOnly | kCustom,
-     "Bytes of an image with all that comes with it.", Extra{.unit = "B"}},
+    {"ImageSize", Int{}, kExpert | kReadOnly | kCustom, "Size of an image with all appended data.",
+     Extra{.unit = "B"}},
 };
 
 const PixelFormat& FormatOf(Camera& camera) {

@@ -8,12 +8,11 @@ namespace {
 constexpr std::int64_t kLines = 4;
 
 constexpr FeatureRow kLineRows[] = {
-    {"LineSelector", Enum{"Line0 Line1 Line2 Line3"}, kBeginner,
-     "Line that the features below belong to."},
+    {"LineSelector", Enum{"Line0 Line1 Line2 Line3"}, kBeginner, "Line to configure."},
     {"LineMode", Enum{"Input Output"}, kBeginner, "Direction of the line.",
      Extra{.selectors = "LineSelector",
            .affects = "LineSource LineDebounceTime LineStatus LineStatusAll"}},
-    {"LineInverter", Bool{}, kExpert, "The signal is turned round.",
+    {"LineInverter", Bool{}, kExpert, "Inverts the signal of the line.",
      Extra{.selectors = "LineSelector", .affects = "LineStatus LineStatusAll"}},
     {"LineSource",
      Enum{"Off ExposureActive FrameTriggerWait AcquisitionActive UserOutput0 UserOutput1 "
@@ -23,7 +22,7 @@ constexpr FeatureRow kLineRows[] = {
     {"LineDebounceTime", Float{.min = 0.0, .max = 10000.0}, kExpert | kCustom,
      "Pulses shorter than this are ignored.", Extra{.unit = "µs", .selectors = "LineSelector"}},
     {"LineFormat", Enum{"TTL LVDS OptoCoupled OpenDrain"}, kExpert | kReadOnly,
-     "Electrical form of the line.", Extra{.selectors = "LineSelector"}},
+     "Electrical format of the line.", Extra{.selectors = "LineSelector"}},
     {"LineStatus", Bool{}, kBeginner | kReadOnly, "Level of the line.",
      Extra{.selectors = "LineSelector", .pollingMs = 500}},
     {"LineStatusAll", Int{.min = 0, .max = 15}, kExpert | kReadOnly,
@@ -31,11 +30,11 @@ constexpr FeatureRow kLineRows[] = {
 };
 
 constexpr FeatureRow kOutputRows[] = {
-    {"UserOutputValueAll", Int{.min = 0, .max = 3}, kExpert, "All user outputs, one bit each.",
+    {"UserOutputValueAll", Int{.min = 0, .max = 3}, kExpert,
+     "Levels of all user outputs, one bit each.",
      Extra{.representation = "HexNumber", .affects = "UserOutputValue LineStatus LineStatusAll"}},
-    {"UserOutputSelector", Enum{"UserOutput0 UserOutput1"}, kExpert,
-     "Output that the value belongs to."},
-    {"UserOutputValue", Bool{}, kExpert | kNotStored, "Level of the output.",
+    {"UserOutputSelector", Enum{"UserOutput0 UserOutput1"}, kExpert, "User output to set."},
+    {"UserOutputValue", Bool{}, kExpert | kNotStored, "Level of the selected user output.",
      Extra{.selectors = "UserOutputSelector"}},
 };
 

@@ -8,29 +8,28 @@ namespace {
 constexpr std::int64_t kTableEntries = 1024;
 
 constexpr FeatureRow kTableRows[] = {
-    {"LUTSelector", Enum{"Luminance Red Green Blue"}, kExpert,
-     "Table that the features below belong to."},
-    {"LUTEnable", Bool{}, kExpert, "The table is used.", Extra{.selectors = "LUTSelector"}},
-    {"LUTIndex", Int{.min = 0, .max = kTableEntries - 1}, kGuru | kNotStored, "Entry of the table.",
+    {"LUTSelector", Enum{"Luminance Red Green Blue"}, kExpert, "Look-up table to access."},
+    {"LUTEnable", Bool{}, kExpert, "Enables the selected table.",
      Extra{.selectors = "LUTSelector"}},
+    {"LUTIndex", Int{.min = 0, .max = kTableEntries - 1}, kGuru | kNotStored,
+     "Index of the entry to access.", Extra{.selectors = "LUTSelector"}},
     {"LUTValueAll", Raw{2 * kTableEntries}, kGuru,
      "All values of the table, 16 bits each, high byte first.",
      Extra{.selectors = "LUTSelector", .affects = "LUTValue"}},
-    {"LUTValue", Int{.min = 0, .max = 4095}, kGuru | kNotStored, "Value of the entry.",
+    {"LUTValue", Int{.min = 0, .max = 4095}, kGuru | kNotStored, "Value of the selected entry.",
      Extra{.selectors = "LUTSelector LUTIndex"}},
 };
 
 constexpr FeatureRow kTransformationRows[] = {
     {"ColorTransformationSelector", Enum{"RGBtoRGB RGBtoYUV"}, kExpert,
-     "Transformation that the features below belong to."},
-    {"ColorTransformationEnable", Bool{}, kExpert, "The transformation is used.",
+     "Colour transformation to configure."},
+    {"ColorTransformationEnable", Bool{}, kExpert, "Enables the selected transformation.",
      Extra{.selectors = "ColorTransformationSelector"}},
     {"ColorTransformationValueSelector",
      Enum{"Gain00 Gain01 Gain02 Gain10 Gain11 Gain12 Gain20 Gain21 Gain22 Offset0 Offset1 Offset2"},
-     kExpert, "Coefficient that the value belongs to.",
-     Extra{.selectors = "ColorTransformationSelector"}},
+     kExpert, "Coefficient to access.", Extra{.selectors = "ColorTransformationSelector"}},
     {"ColorTransformationValue", Float{.min = -4.0, .max = 4.0}, kExpert,
-     "Value of the coefficient.",
+     "Value of the selected coefficient.",
      Extra{.selectors = "ColorTransformationSelector ColorTransformationValueSelector"}},
 };
 

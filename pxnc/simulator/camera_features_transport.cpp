@@ -10,55 +10,55 @@ constexpr const char* kTransportLayerControl = "/TransportLayerControl";
 constexpr std::int64_t kLargestAddress = 0xFFFFFFFF;
 
 constexpr FeatureRow kPayloadRows[] = {
-    {"PayloadSize", Int{}, kExpert | kReadOnly, "Bytes that a buffer must hold.",
+    {"PayloadSize", Int{}, kExpert | kReadOnly, "Size of the buffer that a frame requires.",
      Extra{.unit = "B"}},
     {"TLParamsLocked", Bool{}, kInvisible | kReadOnly,
-     "The features that shape the image are locked."},
+     "Whether the features that determine the frame layout are locked."},
 };
 
 constexpr FeatureRow kGigERows[] = {
     {"GevSCPSPacketSize", Int{.value = 1500, .min = 500, .max = 16100, .step = 4},
-     kExpert | kLocked, "Size of a stream packet with its headers.",
+     kExpert | kLocked, "Size of a stream packet including its headers.",
      Extra{.unit = "B", .affects = "DeviceStreamChannelPacketSize"}},
     {"DeviceStreamChannelPacketSize", Int{.min = 500, .max = 16100, .step = 4},
-     kExpert | kLocked | kNotStored, "Size of a stream packet with its headers.",
+     kExpert | kLocked | kNotStored, "Size of a stream packet including its headers.",
      Extra{.unit = "B", .category = "/DeviceControl"}},
-    {"GevSCPD", Int{.min = 0, .max = 1000000}, kExpert, "Pause between two stream packets.",
+    {"GevSCPD", Int{.min = 0, .max = 1000000}, kExpert, "Delay between two stream packets.",
      Extra{.unit = "ns"}},
     {"GevSCPSDoNotFragment", Bool{true}, kGuru,
-     "Packets that are too large are lost instead of split."},
-    {"GevSCPSFireTestPacket", Command{}, kGuru, "Sends one packet of the present size."},
-    {"GevMACAddress", Int{0x000F31024A10}, kBeginner | kReadOnly, "Hardware address.",
+     "Drops packets that are too large instead of fragmenting them."},
+    {"GevSCPSFireTestPacket", Command{}, kGuru, "Sends a test packet of the current size."},
+    {"GevMACAddress", Int{0x000F31024A10}, kBeginner | kReadOnly, "Hardware address of the camera.",
      Extra{.representation = "MACAddress"}},
     {"GevCurrentIPAddress", Int{.value = 0xA9FE0117, .min = 0, .max = kLargestAddress},
-     kExpert | kReadOnly, "Network address.", Extra{.representation = "IPV4Address"}},
+     kExpert | kReadOnly, "Current network address.", Extra{.representation = "IPV4Address"}},
     {"GevCurrentSubnetMask", Int{.value = 0xFFFF0000, .min = 0, .max = kLargestAddress},
-     kExpert | kReadOnly, "Mask of the network.", Extra{.representation = "IPV4Address"}},
+     kExpert | kReadOnly, "Current subnet mask.", Extra{.representation = "IPV4Address"}},
     {"GevCurrentDefaultGateway", Int{.min = 0, .max = kLargestAddress}, kExpert | kReadOnly,
-     "Way out of the network.", Extra{.representation = "IPV4Address"}},
+     "Current default gateway.", Extra{.representation = "IPV4Address"}},
     {"GevPersistentIPAddress", Int{.value = 0xC0A80117, .min = 0, .max = kLargestAddress}, kExpert,
-     "Address that the camera keeps.", Extra{.representation = "IPV4Address"}},
+     "Persistent network address.", Extra{.representation = "IPV4Address"}},
     {"GevPersistentSubnetMask", Int{.value = 0xFFFFFF00, .min = 0, .max = kLargestAddress}, kExpert,
-     "Mask that the camera keeps.", Extra{.representation = "IPV4Address"}},
+     "Persistent subnet mask.", Extra{.representation = "IPV4Address"}},
     {"GevPersistentDefaultGateway", Int{.min = 0, .max = kLargestAddress}, kExpert,
-     "Gateway that the camera keeps.", Extra{.representation = "IPV4Address"}},
-    {"GevCurrentIPConfigurationLLA", Bool{true}, kExpert,
-     "A way to an address that the camera may take."},
-    {"GevCurrentIPConfigurationDHCP", Bool{true}, kExpert,
-     "A way to an address that the camera may take."},
+     "Persistent default gateway.", Extra{.representation = "IPV4Address"}},
+    {"GevCurrentIPConfigurationLLA", Bool{true}, kExpert, "Enables link-local addressing."},
+    {"GevCurrentIPConfigurationDHCP", Bool{true}, kExpert, "Enables addressing by DHCP."},
     {"GevCurrentIPConfigurationPersistentIP", Bool{true}, kExpert,
-     "A way to an address that the camera may take."},
+     "Enables the persistent address."},
     {"GevHeartbeatTimeout", Int{.value = 3000, .min = 500, .max = 60000}, kExpert,
-     "Time without a sign of life after which the host counts as gone.", Extra{.unit = "ms"}},
+     "Time without a heartbeat after which the host is considered disconnected.",
+     Extra{.unit = "ms"}},
     {"GevCCP", Enum{"OpenAccess ExclusiveAccess ControlAccess", "ControlAccess"}, kGuru,
-     "Who controls the camera."},
+     "Control access to the camera."},
 };
 
 constexpr FeatureRow kTimeProtocolRows[] = {
-    {"PtpEnable", Bool{}, kExpert, "The clock follows the network's.",
+    {"PtpEnable", Bool{}, kExpert, "Synchronises the camera's clock with the network.",
      Extra{.affects = "PtpStatus PtpOffsetFromMaster"}},
-    {"PtpStatus", Enum{"Disabled Listening Slave"}, kExpert | kReadOnly, "State of the clock."},
-    {"PtpOffsetFromMaster", Int{}, kExpert | kReadOnly, "Distance to the network's clock.",
+    {"PtpStatus", Enum{"Disabled Listening Slave"}, kExpert | kReadOnly,
+     "State of the clock synchronisation."},
+    {"PtpOffsetFromMaster", Int{}, kExpert | kReadOnly, "Offset from the master clock.",
      Extra{.unit = "ns", .pollingMs = 1000}},
 };
 
@@ -67,30 +67,31 @@ constexpr FeatureRow kUsbRows[] = {
      kExpert | kReadOnly | kCustom, "Speed of the connection."},
     {"U3vTransferSize", Int{.value = 1048576, .min = 1024, .max = 4194304, .step = 1024},
      kGuru | kCustom | kLocked, "Size of a transfer.", Extra{.unit = "B"}},
-    {"U3vMaxCommandTransfer", Int{1024}, kGuru | kReadOnly | kCustom, "Largest command.",
+    {"U3vMaxCommandTransfer", Int{1024}, kGuru | kReadOnly | kCustom, "Maximum size of a command.",
      Extra{.unit = "B"}},
 };
 
 constexpr FeatureRow kCameraLinkRows[] = {
     {"ClConfiguration", Enum{"Base Medium Full EightyBit", "Full"}, kExpert | kLocked,
-     "Cables and taps of the link.", Extra{.affects = "ClTimeSlotsCount"}},
-    {"ClTimeSlotsCount", Enum{"One Two Three"}, kExpert | kLocked, "Time slots of a pixel."},
+     "Cables and taps that the link uses.", Extra{.affects = "ClTimeSlotsCount"}},
+    {"ClTimeSlotsCount", Enum{"One Two Three"}, kExpert | kLocked,
+     "Number of time slots per pixel."},
     {"DeviceSerialPortBaudRate", Enum{"Baud9600 Baud19200 Baud38400 Baud57600 Baud115200"}, kExpert,
-     "Speed of the serial line that controls the camera.",
+     "Baud rate of the serial line that controls the camera.",
      Extra{.category = kTransportLayerControl}},
 };
 
 constexpr FeatureRow kCommunicationRows[] = {
     {"DeviceMessageTimeout", Int{.value = 200, .min = 10, .max = 60000}, kExpert,
-     "Time to wait for the camera's answer.", Extra{.unit = "ms"}},
+     "Time to wait for a response from the camera.", Extra{.unit = "ms"}},
     {"DeviceMessageRetries", Int{.value = 3, .min = 0, .max = 100}, kExpert,
-     "Times that a message is repeated."},
+     "Maximum number of times that a message is repeated."},
 };
 
 constexpr FeatureRow kSerialCommunicationRows[] = {
     {"DeviceSerialPortBaudRate",
      Enum{"Baud9600 Baud19200 Baud38400 Baud57600 Baud115200 Baud230400"}, kExpert,
-     "Speed of the serial line that controls the camera."},
+     "Baud rate of the serial line that controls the camera."},
 };
 
 void AddGigE(Camera& camera) {
@@ -140,16 +141,17 @@ void AddLocalDeviceFeatures(Module& localDevice, Camera& camera) {
     const FeatureRow identityRows[] = {
         {"DeviceID", String{setup.id.c_str()}, kBeginner | kReadOnly, "Identifier of the camera."},
         {"DeviceVendorName", String{setup.vendor.c_str()}, kBeginner | kReadOnly,
-         "Name of the maker."},
+         "Name of the manufacturer."},
         {"DeviceModelName", String{setup.model.c_str()}, kBeginner | kReadOnly,
          "Model of the camera."},
         {"DeviceDisplayName", String{setup.name.c_str()}, kBeginner | kReadOnly,
-         "Name for people."},
+         "Display name of the camera."},
         {"DeviceType", String{TransportLayerTypeName(camera.InterfaceType())},
-         kBeginner | kReadOnly, "Transport layer type."},
+         kBeginner | kReadOnly, "Transport layer type of the camera."},
     };
     const FeatureRow streamRows[] = {
-        {"StreamCount", Int{setup.streams}, kBeginner | kReadOnly, "Streams of the camera."},
+        {"StreamCount", Int{setup.streams}, kBeginner | kReadOnly,
+         "Number of streams of the camera."},
     };
     localDevice.AddTable("/DeviceInformation", identityRows);
     localDevice.AddTable("/DeviceCommunication", kCommunicationRows);

@@ -7,15 +7,16 @@ namespace {
 
 constexpr FeatureRow kUserSetRows[] = {
     {"UserSetSelector", Enum{"Default UserSet1 UserSet2 UserSet3"}, kBeginner | kNotStored,
-     "Set that is loaded or saved.", Extra{.affects = "UserSetSave"}},
-    {"UserSetDescription", String{}, kExpert | kNotStored, "What the set is for.",
+     "User set to load or save.", Extra{.affects = "UserSetSave"}},
+    {"UserSetDescription", String{}, kExpert | kNotStored, "Description of the selected set.",
      Extra{.selectors = "UserSetSelector"}},
-    {"UserSetLoad", Command{}, kBeginner | kLocked, "Gives all features the values of the set.",
+    {"UserSetLoad", Command{}, kBeginner | kLocked,
+     "Restores the values of all features from the selected set.",
      Extra{.selectors = "UserSetSelector"}},
-    {"UserSetSave", Command{}, kBeginner, "Keeps the values of all features in the set.",
+    {"UserSetSave", Command{}, kBeginner, "Saves the values of all features in the selected set.",
      Extra{.selectors = "UserSetSelector"}},
     {"UserSetDefault", Enum{"Default UserSet1 UserSet2 UserSet3"}, kBeginner | kNotStored,
-     "Set that is loaded at power-on."},
+     "User set that is loaded at power-on."},
 };
 
 } // namespace

@@ -22,7 +22,7 @@ void AddChunk(Module& module, const ChunkValue& value) {
         std::string("Chunk") + kChunkNames[static_cast<std::size_t>(value.chunk)];
     FeatureRow rows[] = {
         {name.c_str(), Int{static_cast<std::int64_t>(value.bits)}, kBeginner | kReadOnly,
-         "Value when the frame was taken."},
+         "Value at the time of the frame."},
     };
     FeatureRow& row = rows[0];
     if (value.chunk == Chunk::kExposureTime || value.chunk == Chunk::kGain) {
@@ -30,7 +30,7 @@ void AddChunk(Module& module, const ChunkValue& value) {
         row.extra.unit = value.chunk == Chunk::kGain ? "dB" : "µs";
     } else if (value.chunk == Chunk::kPixelFormat) {
         row.type = Enum{};
-        row.text = "Layout of the frame.";
+        row.text = "Pixel format of the frame.";
     }
     module.AddTable("/ChunkDataControl", rows);
     if (value.chunk == Chunk::kPixelFormat) {

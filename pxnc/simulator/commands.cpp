@@ -100,7 +100,7 @@ const std::string& ListEntry(const std::string& word) {
         "PxnInterfacesList",      "PxnFeatureEnumRangeQuery",
         "PxnTransportLayersList"};
     if (std::find(std::begin(kLists), std::end(kLists), Entry(word)) == std::end(kLists)) {
-        Refuse(PxnErrBadParameter, "\"" + word + "\" hands out no list");
+        Refuse(PxnErrBadParameter, "\"" + word + "\" does not return a list");
     }
     return word;
 }
@@ -133,7 +133,7 @@ FrameFault FaultOf(const std::string& word) {
             return fault;
         }
     }
-    Refuse(PxnErrBadParameter, "\"" + word + "\" is no kind of frame fault");
+    Refuse(PxnErrBadParameter, "\"" + word + "\" is not a kind of frame fault");
 }
 
 std::string JoinFrom(const Words& words, std::size_t first) {
@@ -225,7 +225,7 @@ std::string Trigger(const Words& words) {
     const std::shared_ptr<Simulator> simulator = Running();
     if (const PxnError result = CameraOf(*simulator, words[1]).LineTrigger();
         result != PxnErrSuccess) {
-        Refuse(result, "the camera does not wait for a line");
+        Refuse(result, "the camera is not waiting for a line trigger");
     }
     return "ok";
 }
@@ -340,7 +340,7 @@ std::string RunLater(const Words& words) {
     const std::uint64_t delayMs = AtMost(kLongestMs, words[1], kUpToADay);
     const std::string line = LineFrom(words, 2);
     if (!Running()->Delayed().Add(delayMs, line)) {
-        Refuse(PxnErrResources, "no thread for it");
+        Refuse(PxnErrResources, "no thread can be started");
     }
     return "ok";
 }
@@ -363,7 +363,7 @@ std::string NextTime() {
 
 std::string AdvanceClockBy(const std::string& word) {
     if (!skeleton::AdvanceClock(std::chrono::milliseconds(AtMost(kLongestMs, word, kUpToADay)))) {
-        Refuse(PxnErrInvalidCall, "the clock runs; stop it first");
+        Refuse(PxnErrInvalidCall, "the clock is running; stop it first");
     }
     if (const std::shared_ptr<Simulator> simulator = TheSdk().Current()) {
         simulator->Delayed().WaitForDueLines();

@@ -171,7 +171,7 @@ private:
         for (const CameraConfiguration& other : configuration.cameras) {
             for (const std::string& id : {camera.id, camera.extendedId}) {
                 if (id == other.id || id == other.extendedId) {
-                    xml.Fail(node, "another camera has the identifier \"" + id + "\" already");
+                    xml.Fail(node, "another camera already has the identifier \"" + id + "\"");
                 }
             }
         }

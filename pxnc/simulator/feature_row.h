@@ -94,7 +94,7 @@ struct Extra {
 
 /// One feature:
 ///
-///     {"Gain", Float{.min = 0.0, .max = 24.0}, kBeginner, "Amplification.",
+///     {"Gain", Float{.min = 0.0, .max = 24.0}, kBeginner, "Amplification of the signal.",
 ///      Extra{.unit = "dB", .selectors = "GainSelector"}},
 ///
 /// What needs code - computed values, moving limits, conditions, reactions - is attached to the

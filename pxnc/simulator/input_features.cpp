@@ -6,14 +6,14 @@ namespace {
 
 constexpr FeatureRow kInputRows[] = {
     {"InputWidth", Int{.value = 640, .min = 1, .max = 4096}, kBeginner | kCustom,
-     "Pixels of a line that the board takes in."},
+     "Number of pixels per line that the board acquires."},
     {"InputExposureTime", Float{.value = 10000.0, .min = 1.0, .max = 1e6}, kBeginner | kCustom,
-     "Length of the pulse by which the board exposes the sensor.", Extra{.unit = "µs"}},
-    {"InputFormat", Enum{}, kBeginner | kCustom, "Layout of the pixels that the board expects."},
+     "Duration of the pulse with which the board exposes the sensor.", Extra{.unit = "µs"}},
+    {"InputFormat", Enum{}, kBeginner | kCustom, "Pixel format that the board expects."},
     {"InputCameraName", String{.maxLength = 12}, kBeginner | kCustom,
      "Name of the camera at the board's input."},
     {"InputMirrored", Bool{}, kBeginner | kCustom,
-     "The board takes the lines in from right to left."},
+     "The board acquires the lines from right to left."},
 };
 
 } // namespace

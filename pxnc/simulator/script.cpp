@@ -21,7 +21,7 @@ std::int32_t RunScript(const std::string& text, const std::string& name, std::si
         }
         std::int32_t result = PxnErrInvalidCall;
         // Two files could run each other endlessly.
-        std::string reason = "a script runs no other script";
+        std::string reason = "a script cannot run another script";
         if (word != "script") {
             result = RunCommand(line, reason);
         }

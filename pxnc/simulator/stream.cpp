@@ -14,48 +14,48 @@ constexpr FeatureRow kBufferRows[] = {
     {"StreamBufferHandlingMode", Enum{"Default OldestFirst NewestOnly"}, kBeginner | kLocked,
      "Order in which queued buffers are filled."},
     {"StreamBufferHandlingModeSupport", Enum{"None Host", "Host"}, kExpert,
-     "Who orders the buffers."},
+     "Where buffer handling modes are implemented."},
     {"StreamBufferAlignment", Int{.value = 1, .min = 1, .max = 4096}, kExpert | kReadOnly,
-     "Alignment that buffers should have.", Extra{.unit = "B"}},
+     "Recommended alignment of buffers.", Extra{.unit = "B"}},
     {"StreamAnnounceBufferMinimum", Int{1}, kExpert | kReadOnly,
-     "Buffers that have to be announced for an acquisition."},
-    {"StreamAnnouncedBufferCount", Int{}, kBeginner | kReadOnly, "Buffers announced at present.",
+     "Minimum number of announced buffers for an acquisition."},
+    {"StreamAnnouncedBufferCount", Int{}, kBeginner | kReadOnly, "Number of announced buffers.",
      Extra{.pollingMs = kPollMs}},
-    {"StreamQueuedBufferCount", Int{}, kBeginner | kReadOnly, "Buffers waiting to be filled.",
-     Extra{.pollingMs = kPollMs}},
-    {"StreamIsGrabbing", Bool{}, kBeginner | kReadOnly, "Capture has been started.",
+    {"StreamQueuedBufferCount", Int{}, kBeginner | kReadOnly,
+     "Number of buffers waiting to be filled.", Extra{.pollingMs = kPollMs}},
+    {"StreamIsGrabbing", Bool{}, kBeginner | kReadOnly, "Whether capture has been started.",
      Extra{.pollingMs = kPollMs, .category = "/StreamInformation"}},
 };
 
 constexpr FeatureRow kStatisticsRows[] = {
     {"StreamDeliveredFrameCount", Int{.min = 0, .max = kLargestFrameCount}, kBeginner | kReadOnly,
-     "Complete frames handed to the host.", Extra{.pollingMs = kPollMs}},
+     "Number of complete frames handed to the host.", Extra{.pollingMs = kPollMs}},
     {"StreamIncompleteFrameCount", Int{.min = 0, .max = kLargestFrameCount}, kBeginner | kReadOnly,
-     "Frames with missing parts.", Extra{.pollingMs = kPollMs}},
+     "Number of frames with missing parts.", Extra{.pollingMs = kPollMs}},
     {"StreamBufferUnderrunCount", Int{.min = 0, .max = kLargestFrameCount}, kBeginner | kReadOnly,
-     "Frames lost because no buffer was queued.", Extra{.pollingMs = kPollMs}},
+     "Number of frames lost because no buffer was queued.", Extra{.pollingMs = kPollMs}},
     {"StreamLostFrameCount", Int{.min = 0, .max = kLargestFrameCount}, kBeginner | kReadOnly,
-     "Frames lost on the way.", Extra{.pollingMs = kPollMs}},
+     "Number of frames lost in transmission.", Extra{.pollingMs = kPollMs}},
     {"StreamReceivedBytes", Int{.min = 0, .max = kLargestFrameCount}, kBeginner | kReadOnly,
-     "Bytes written into buffers.", Extra{.pollingMs = kPollMs}},
-    {"StreamStatisticsReset", Command{}, kBeginner, "Sets the counters of this category to 0.",
+     "Number of bytes written into buffers.", Extra{.pollingMs = kPollMs}},
+    {"StreamStatisticsReset", Command{}, kBeginner, "Resets the counters of this category to 0.",
      Extra{.affects = "StreamDeliveredFrameCount StreamIncompleteFrameCount "
                       "StreamBufferUnderrunCount StreamLostFrameCount StreamReceivedBytes"}},
 };
 
 constexpr FeatureRow kGigEStreamRows[] = {
     {"GVSPAdjustPacketSize", Command{}, kBeginner,
-     "Finds the largest packet that the network carries and sets the camera to it.",
+     "Sets the camera to the largest packet size that the network supports.",
      Extra{.affects = "GVSPPacketSize"}},
-    {"GVSPPacketSize", Int{}, kBeginner | kReadOnly, "Size of a stream packet with its headers.",
-     Extra{.unit = "B"}},
+    {"GVSPPacketSize", Int{}, kBeginner | kReadOnly,
+     "Size of a stream packet including its headers.", Extra{.unit = "B"}},
     {"GVSPMaxLookBack", Int{.value = 30, .min = 0, .max = 1000}, kGuru,
-     "Packets looked back for before one counts as missing."},
+     "Number of recent packets that are checked for missing ones."},
     {"GVSPMaxRequests", Int{.value = 3, .min = 1, .max = 100}, kGuru,
-     "Times that a missing packet is asked for again."},
+     "Maximum number of requests for a missing packet."},
     {"GVSPTimeout", Int{.value = 70, .min = 10, .max = 10000}, kGuru,
-     "Time after which the rest of a frame counts as missing.", Extra{.unit = "ms"}},
-    {"GVSPPacketResend", Bool{true}, kExpert, "Ask the camera for missing packets."},
+     "Time after which the rest of a frame is considered missing.", Extra{.unit = "ms"}},
+    {"GVSPPacketResend", Bool{true}, kExpert, "Enables requests for missing packets."},
 };
 
 void AddStreamIdentity(Module& module, std::uint32_t index, const char* type) {
@@ -63,7 +63,7 @@ void AddStreamIdentity(Module& module, std::uint32_t index, const char* type) {
     const FeatureRow rows[] = {
         {"StreamID", String{id.c_str()}, kBeginner | kReadOnly, "Identifier of the stream."},
         {"StreamType", String{type}, kBeginner | kReadOnly, "Transport layer type of the stream."},
-        {"StreamIndex", Int{index}, kBeginner | kReadOnly, "Number of the stream."},
+        {"StreamIndex", Int{index}, kBeginner | kReadOnly, "Index of the stream."},
     };
     module.AddTable("/StreamInformation", rows);
 }

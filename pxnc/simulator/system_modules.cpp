@@ -8,36 +8,38 @@ namespace pxsim {
 namespace {
 
 constexpr FeatureRow kSystemRows[] = {
-    {"SystemVendorName", String{"Korvane"}, kBeginner | kReadOnly, "Maker of the SDK."},
+    {"SystemVendorName", String{"Korvane"}, kBeginner | kReadOnly, "Manufacturer of the SDK."},
     {"SystemModelName", String{"Pyxen SDK simulator"}, kBeginner | kReadOnly, "Name of the SDK."},
     {"SystemVersion", String{"1.4.0"}, kBeginner | kReadOnly, "Version of the SDK."},
 };
 
 constexpr FeatureRow kInterfaceEnumerationRows[] = {
-    {"InterfaceUpdateList", Command{}, kBeginner, "Looks for interfaces."},
+    {"InterfaceUpdateList", Command{}, kBeginner, "Updates the list of interfaces."},
     {"InterfaceUpdateTimeout", Int{.value = 1000, .min = 0, .max = 60000}, kExpert,
-     "Time for looking.", Extra{.unit = "ms"}},
+     "Timeout of the update.", Extra{.unit = "ms"}},
 };
 
 constexpr FeatureRow kDeviceEnumerationRows[] = {
-    {"DeviceUpdateList", Command{}, kBeginner, "Looks for cameras."},
+    {"DeviceUpdateList", Command{}, kBeginner, "Updates the list of cameras."},
     {"DeviceUpdateTimeout", Int{.value = 1000, .min = 0, .max = 60000}, kExpert,
-     "Time for looking.", Extra{.unit = "ms"}},
+     "Timeout of the update.", Extra{.unit = "ms"}},
 };
 
-void AddDiscoveryEvent(Module& module, const std::string& subject, const std::string& idSuffix) {
+void AddDiscoveryEvent(Module& module, const std::string& subject, const std::string& idSuffix,
+                       const char* idText) {
     const std::string event = "Event" + subject + "Discovery";
     const std::string type = event + "Type";
     const std::string id = event + idSuffix;
     const std::string timestamp = event + "Timestamp";
     const FeatureRow rows[] = {
         // The event feature counts, so that a callback can detect missed events.
-        {event.c_str(), Int{}, kBeginner | kReadOnly, "Events so far.", Extra{.pollingMs = 0}},
-        {type.c_str(), Enum{"Missing Detected Reachable Unreachable"}, kBeginner | kReadOnly,
-         "What happened last.", Extra{.pollingMs = 0}},
-        {id.c_str(), String{.maxLength = 255}, kBeginner | kReadOnly, "Whom it happened to.",
+        {event.c_str(), Int{}, kBeginner | kReadOnly, "Number of events so far.",
          Extra{.pollingMs = 0}},
-        {timestamp.c_str(), Int{}, kExpert | kReadOnly, "When it happened.",
+        {type.c_str(), Enum{"Missing Detected Reachable Unreachable"}, kBeginner | kReadOnly,
+         "Type of the last event.", Extra{.pollingMs = 0}},
+        {id.c_str(), String{.maxLength = 255}, kBeginner | kReadOnly, idText,
+         Extra{.pollingMs = 0}},
+        {timestamp.c_str(), Int{}, kExpert | kReadOnly, "Time of the last event.",
          Extra{.unit = "ns", .pollingMs = 0}},
     };
     module.AddTable(("/EventControl/" + event + "Data").c_str(), rows);
@@ -47,18 +49,24 @@ void AddInformation(Module& module, const TransportLayerConfiguration& setup) {
     const FeatureRow rows[] = {
         {"TLID", String{setup.id.c_str()}, kBeginner | kReadOnly,
          "Identifier of the transport layer."},
-        {"TLVendorName", String{setup.vendor.c_str()}, kBeginner | kReadOnly, "Its maker."},
-        {"TLModelName", String{setup.model.c_str()}, kBeginner | kReadOnly, "Its name."},
-        {"TLVersion", String{setup.version.c_str()}, kBeginner | kReadOnly, "Its version."},
+        {"TLVendorName", String{setup.vendor.c_str()}, kBeginner | kReadOnly,
+         "Manufacturer of the transport layer."},
+        {"TLModelName", String{setup.model.c_str()}, kBeginner | kReadOnly,
+         "Model name of the transport layer."},
+        {"TLVersion", String{setup.version.c_str()}, kBeginner | kReadOnly,
+         "Version of the transport layer."},
         {"TLFileName", String{setup.path.c_str()}, kBeginner | kReadOnly,
-         "File that it comes from."},
+         "File name of the transport layer."},
         {"TLDisplayName", String{setup.name.c_str()}, kBeginner | kReadOnly,
-         "Its name for people."},
-        {"TLPath", String{setup.path.c_str()}, kBeginner | kReadOnly, "Path of that file."},
+         "Display name of the transport layer."},
+        {"TLPath", String{setup.path.c_str()}, kBeginner | kReadOnly,
+         "Path of the transport layer's file."},
         {"TLType", String{TransportLayerTypeName(setup.type)}, kBeginner | kReadOnly,
-         "Its technology."},
-        {"GenTLVersionMajor", Int{1}, kBeginner | kReadOnly, "Version of its interface."},
-        {"GenTLVersionMinor", Int{5}, kBeginner | kReadOnly, "Version of its interface."},
+         "Type of the transport layer."},
+        {"GenTLVersionMajor", Int{1}, kBeginner | kReadOnly,
+         "Major version of the transport layer's interface."},
+        {"GenTLVersionMinor", Int{5}, kBeginner | kReadOnly,
+         "Minor version of the transport layer's interface."},
     };
     module.AddTable("/TLInformation", rows);
 }
@@ -68,9 +76,9 @@ void AddInformation(Module& module, const InterfaceConfiguration& setup) {
         {"InterfaceID", String{setup.id.c_str()}, kBeginner | kReadOnly,
          "Identifier of the interface."},
         {"InterfaceDisplayName", String{setup.name.c_str()}, kBeginner | kReadOnly,
-         "Its name for people."},
+         "Display name of the interface."},
         {"InterfaceType", String{TransportLayerTypeName(setup.type)}, kBeginner | kReadOnly,
-         "Its technology."},
+         "Type of the interface."},
     };
     module.AddTable("/InterfaceInformation", rows);
 }
@@ -80,8 +88,8 @@ void AddInformation(Module& module, const InterfaceConfiguration& setup) {
 SystemModule::SystemModule(skeleton::TextPool& pool, skeleton::Invalidations& dispatcher)
     : Module(pool, dispatcher, std::make_shared<platform::Mutex>()) {
     AddTable("/SystemInformation", kSystemRows);
-    AddDiscoveryEvent(*this, "Camera", "CameraID");
-    AddDiscoveryEvent(*this, "Interface", "InterfaceID");
+    AddDiscoveryEvent(*this, "Camera", "CameraID", "Identifier of the camera.");
+    AddDiscoveryEvent(*this, "Interface", "InterfaceID", "Identifier of the interface.");
 }
 
 void SystemModule::Latch(const std::string& subject, const std::string& idSuffix, const char* type,

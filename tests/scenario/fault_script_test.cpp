@@ -140,7 +140,7 @@ TEST_F(FaultScripts, ThatAreWrongEndTheCommandAndNameTheLine) {
     for (const char* command : {"cameras", "shell"}) {
         ExpectFailure(Mivora({"--sdk-script", script, command}), 1,
                       {"the camera SDK refuses the script (-7): " + script +
-                       ":3: \"upside-down\" is no kind of frame fault"});
+                       ":3: \"upside-down\" is not a kind of frame fault"});
     }
     ExpectFailure(Tool({"--sdk-script", PathOf("nothing.txt"), "features"}), 1,
                   {"refuses the script (-3): " + PathOf("nothing.txt") + ": cannot be read"});

@@ -181,7 +181,7 @@ TEST_F(ClockTest, CommandsThatMakeNoSenseAreRefused) {
     EXPECT_EQ(Refused("clock fly"),
               Answer(PxnErrBadParameter, "\"fly\" is not stop, start, next or advance"));
     EXPECT_EQ(Refused("clock advance 1"),
-              Answer(PxnErrInvalidCall, "the clock runs; stop it first"));
+              Answer(PxnErrInvalidCall, "the clock is running; stop it first"));
     Control("clock stop");
     EXPECT_EQ(Refused("clock advance -1"), Answer(PxnErrBadParameter, "\"-1\" is negative"));
     EXPECT_EQ(Refused("clock advance 86400001").second,

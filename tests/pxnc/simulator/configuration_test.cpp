@@ -179,7 +179,7 @@ TEST_F(ConfigurationTest, EveryMistakeIsNamedWithItsLine) {
     EXPECT_EQ(Complaint("<PxnC>\n<interface id='I' transportLayer='T'/></PxnC>"),
               "FILE:2: there is no transport layer \"T\"");
     EXPECT_EQ(Complaint("<PxnC><camera id='A'/>\n<camera id='B' extendedId='A'/></PxnC>"),
-              "FILE:2: another camera has the identifier \"A\" already");
+              "FILE:2: another camera already has the identifier \"A\"");
     EXPECT_EQ(Complaint("<PxnC><camera id='A'>\n<port number='0'/></camera></PxnC>"),
               "FILE:2: only cameras of kind \"serial\" have ports");
     EXPECT_EQ(Complaint("<PxnC><camera id='A' kind='serial'>\n<port/></camera></PxnC>"),

@@ -452,9 +452,10 @@ TEST_F(FaultTest, BadCommandsSayWhy) {
     EXPECT_EQ(refused("frame-random 7 101 drop"), "\"101\" is not a percentage");
     EXPECT_EQ(refused("frame-random 4294967296 1 drop"),
               "\"4294967296\" is not a number of 32 bits");
-    EXPECT_EQ(refused("count-change any 1"), "\"any\" hands out no list");
-    EXPECT_EQ(refused("count-change PxnFeatureIntGet 1"), "\"PxnFeatureIntGet\" hands out no list");
-    EXPECT_EQ(refused("frame sideways 1"), "\"sideways\" is no kind of frame fault");
+    EXPECT_EQ(refused("count-change any 1"), "\"any\" does not return a list");
+    EXPECT_EQ(refused("count-change PxnFeatureIntGet 1"),
+              "\"PxnFeatureIntGet\" does not return a list");
+    EXPECT_EQ(refused("frame sideways 1"), "\"sideways\" is not a kind of frame fault");
     EXPECT_EQ(refused("at-call any 1"), "usage: at-call ENTRY N COMMAND");
     EXPECT_EQ(refused("at-call any 0 drain"), "calls are counted from 1");
     EXPECT_EQ(refused("at-call any 1 fly"), "no command \"fly\"; try help");
@@ -468,7 +469,8 @@ TEST_F(FaultTest, BadCommandsSayWhy) {
     EXPECT_EQ(refused(("set " + kGigE + " Nothing 1").c_str()), "no feature \"Nothing\"");
     EXPECT_EQ(refused(("set " + kGigE + " Width 7").c_str()),
               "the feature cannot have the value \"7\"");
-    EXPECT_EQ(refused(("trigger " + kGigE).c_str()), "the camera does not wait for a line");
+    EXPECT_EQ(refused(("trigger " + kGigE).c_str()),
+              "the camera is not waiting for a line trigger");
     EXPECT_EQ(refused(("access " + kGigE + " maybe").c_str()),
               "\"maybe\" is not full, read, none or unknown");
     EXPECT_EQ(refused("interface-event Eth9 missing"), "no interface \"Eth9\"");
@@ -530,7 +532,7 @@ TEST_F(ScriptTest, RunsNoOtherScript) {
     directory.Write("faults.txt", "script " + path + "\n");
     const Answer answer = Run("script " + path);
     EXPECT_EQ(answer.code, PxnErrInvalidCall);
-    EXPECT_EQ(answer.text, path + ":1: a script runs no other script");
+    EXPECT_EQ(answer.text, path + ":1: a script cannot run another script");
 }
 
 TEST_F(ScriptTest, TellsWhenTheFileCannotBeRead) {
