@@ -63,7 +63,8 @@ PxnError ChangeCapture(const EntryCall& call, PxnHandle handle, OnVanished onVan
 PxnError PXN_CALL PxnPayloadSizeGet(PxnHandle handle, uint32_t* payloadSize) {
     return EnterModule({__func__, {Argument::Handle(handle)}}, handle, payloadSize,
                        [&](Backend&, const Target& target) {
-                           return target.module->GetPayloadSize(*payloadSize);
+                           return target.frames ? target.module->GetPayloadSize(*payloadSize)
+                                                : PxnError{PxnErrBadHandle};
                        });
 }
 
