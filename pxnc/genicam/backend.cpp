@@ -119,7 +119,7 @@ void Backend::AddSystemModule() {
                 [this](std::int64_t& value) -> PxnError {
                     const platform::MutexLock lock(eventMutex);
                     value = event.isDetected ? kDetected : kMissing;
-                    return hasEvent ? PxnErrSuccess : PxnErrNotAvailable;
+                    return hasEvent ? PxnErrSuccess : PxnErrInvalidAccess;
                 });
     add.AddText({kDiscoveryCamera, kEvents, "Camera Discovery Camera",
                  "Extended identifier of the camera that came or went."},

@@ -35,22 +35,32 @@ bool IsStreamable(ArvGcFeatureNode* node) {
                            ARV_GC_STREAMABLE_YES;
 }
 
-/// Whether the register behind the node must not be cached: the camera changes it by itself.
-bool IsVolatile(ArvGcFeatureNode* node) {
-    for (int step = 0; step < kLongestChain; ++step) {
-        ArvGcPropertyNode* cachable = FindProperty(node, "Cachable");
-        if (cachable && arv_gc_property_node_get_cachable(cachable, ARV_GC_CACHABLE_UNDEFINED) ==
-                            ARV_GC_CACHABLE_NO_CACHE) {
+/// The node that the property of that name refers to, or null.
+ArvGcFeatureNode* FindLinked(ArvGcFeatureNode* node, const char* name) {
+    ArvGcPropertyNode* property = FindProperty(node, name);
+    ArvGcNode* linked = property ? arv_gc_property_node_get_linked_node(property) : nullptr;
+    return linked && ARV_IS_GC_FEATURE_NODE(linked) ? ARV_GC_FEATURE_NODE(linked) : nullptr;
+}
+
+/// Whether `matches` is true for the node or one of those that its value comes from.
+template <typename Matches>
+bool AnyBehind(ArvGcFeatureNode* node, Matches matches) {
+    for (int step = 0; node && step < kLongestChain; ++step) {
+        if (matches(node)) {
             return true;
         }
-        ArvGcPropertyNode* value = FindProperty(node, "pValue");
-        ArvGcNode* next = value ? arv_gc_property_node_get_linked_node(value) : nullptr;
-        if (!next || !ARV_IS_GC_FEATURE_NODE(next)) {
-            return false;
-        }
-        node = ARV_GC_FEATURE_NODE(next);
+        node = FindLinked(node, "pValue");
     }
     return false;
+}
+
+/// Whether the register behind the node must not be cached: the camera changes it by itself.
+bool IsVolatile(ArvGcFeatureNode* node) {
+    return AnyBehind(node, [](ArvGcFeatureNode* one) {
+        ArvGcPropertyNode* cachable = FindProperty(one, "Cachable");
+        return cachable && arv_gc_property_node_get_cachable(cachable, ARV_GC_CACHABLE_UNDEFINED) ==
+                               ARV_GC_CACHABLE_NO_CACHE;
+    });
 }
 
 } // namespace
@@ -64,6 +74,13 @@ ArvGcPropertyNode* FindProperty(ArvGcFeatureNode* node, const char* name) {
         }
     }
     return nullptr;
+}
+
+bool IsChunk(ArvGcFeatureNode* node) {
+    return AnyBehind(node, [](ArvGcFeatureNode* one) {
+        ArvGcFeatureNode* port = FindLinked(one, "pPort");
+        return port && FindProperty(port, "ChunkID");
+    });
 }
 
 ArvGcAccessMode StaticAccessMode(ArvGcFeatureNode* node) {

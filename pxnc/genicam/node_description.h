@@ -22,6 +22,9 @@ const char* RepresentationName(ArvGcRepresentation representation);
 /// The property element of that name below `node` ("PollingTime", "pValue", ...), or null.
 ArvGcPropertyNode* FindProperty(ArvGcFeatureNode* node, const char* name);
 
+/// Whether the node's value comes with a frame.
+bool IsChunk(ArvGcFeatureNode* node);
+
 /// What the node could ever do, whatever is locked at the moment.
 ArvGcAccessMode StaticAccessMode(ArvGcFeatureNode* node);
 

@@ -19,7 +19,7 @@ namespace {
 class NodeFeature : public Feature {
 public:
     NodeFeature(const PxnFeatureInfo& featureInfo, ArvGcFeatureNode* featureNode)
-        : Feature(featureInfo), node(featureNode) {}
+        : Feature(featureInfo), node(featureNode), isChunk(IsChunk(featureNode)) {}
 
     PxnError GetAccess(bool& readable, bool& writable) override {
         readable = false;
@@ -33,7 +33,9 @@ public:
         if (usable && !error) {
             locked = arv_gc_feature_node_is_locked(node, error.Receive()) != 0;
         }
-        if (!error && usable) {
+        // A chunk is there only together with its frame.
+        ArvGc* const description = arv_gc_node_get_genicam(ARV_GC_NODE(node));
+        if (!error && usable && (!isChunk || arv_gc_get_buffer(description))) {
             const ArvGcAccessMode mode = StaticAccessMode(node);
             readable = mode == ARV_GC_ACCESS_MODE_RO || mode == ARV_GC_ACCESS_MODE_RW;
             writable = !locked && (mode == ARV_GC_ACCESS_MODE_WO || mode == ARV_GC_ACCESS_MODE_RW);
@@ -54,6 +56,9 @@ public:
 
 protected:
     ArvGcFeatureNode* const node;
+
+private:
+    const bool isChunk;
 };
 
 class IntNodeFeature : public NodeFeature {

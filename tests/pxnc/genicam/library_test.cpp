@@ -181,7 +181,7 @@ TEST_F(LibraryTest, DescribesTheSystemModule) {
               (std::vector<std::string>{"Missing", "Detected"}));
     const char* type = nullptr;
     EXPECT_EQ(sdk.FeatureEnumGet(PXN_SYSTEM_HANDLE, "EventCameraDiscoveryType", &type),
-              PxnErrNotAvailable);
+              PxnErrInvalidAccess);
     PxnBool readable = 1;
     PxnBool writeable = 1;
     EXPECT_EQ(sdk.FeatureAccessQuery(PXN_SYSTEM_HANDLE, "EventCameraDiscoveryType", &readable,

@@ -183,7 +183,11 @@ TEST_F(PacketTest, ReadsTheChunksOfAFrame) {
     }
     // Outside a frame there is no chunk to read.
     std::int64_t value = 0;
-    EXPECT_NE(Sdk().FeatureIntGet(camera, "ChunkCounter", &value), PxnErrSuccess);
+    EXPECT_EQ(Sdk().FeatureIntGet(camera, "ChunkCounter", &value), PxnErrInvalidAccess);
+    PxnBool isReadable = 1;
+    EXPECT_EQ(Sdk().FeatureAccessQuery(camera, "ChunkCounter", &isReadable, nullptr),
+              PxnErrSuccess);
+    EXPECT_EQ(isReadable, 0);
     frames.StopAndRevoke();
 }
 
