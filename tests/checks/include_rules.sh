@@ -25,6 +25,8 @@ forbid host/include '[a-z_]+>|windows.h' \
   'the interface headers use plain types only'
 forbid pxnc 'mivora/|sdk/|sync/|grabber/|acquisition/|serial/|ui/|apps/|module/|host/' \
   'an SDK knows no host and no module'
+forbid pxnc/conformance 'pxnc/(skeleton|simulator|genicam)' 'checks know an SDK by its interface alone'
+forbid 'pxnc/skeleton pxnc/simulator pxnc/genicam' 'pxnc/conformance' 'no SDK knows its checks'
 forbid module/sdk 'sync/|grabber/|acquisition/|serial/|ui/|apps/' \
   'module/sdk knows nothing above it'
 forbid module/sync 'grabber/|acquisition/|serial/|ui/|apps/' 'module/sync knows nothing above it'
