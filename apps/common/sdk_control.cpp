@@ -66,6 +66,15 @@ std::int32_t SdkControl::Run(const std::string& command, std::string& answer) {
     return result;
 }
 
+void SdkControl::RunScript(const std::string& file) {
+    std::string answer;
+    const std::int32_t code = Run("script " + file, answer);
+    if (code != 0) {
+        throw CommandFailure("the camera SDK refuses the script (" + std::to_string(code) +
+                             "): " + answer);
+    }
+}
+
 std::optional<SdkCounts> SdkControl::Counts() {
     std::string answer;
     try {

@@ -34,6 +34,8 @@ public:
     /// Runs a command and returns its result. Throws CommandFailure if the library cannot be loaded
     /// or has no control interface.
     std::int32_t Run(const std::string& command, std::string& answer);
+    /// Runs the lines of a file. Throws CommandFailure if the SDK refuses one.
+    void RunScript(const std::string& file);
     /// The SDK's counts; empty if it has no control interface or does not count.
     std::optional<SdkCounts> Counts();
     /// Within a frame callback: nanoseconds since the frame's timestamp, if the SDK provides it.

@@ -51,14 +51,8 @@ Session::~Session() {
 }
 
 void Session::RunSdkScript() {
-    if (options.sdkScript.empty()) {
-        return;
-    }
-    std::string answer;
-    const std::int32_t code = sdkControl.Run("script " + options.sdkScript, answer);
-    if (code != 0) {
-        throw CommandFailure("the camera SDK refuses the script (" + std::to_string(code) +
-                             "): " + answer);
+    if (!options.sdkScript.empty()) {
+        sdkControl.RunScript(options.sdkScript);
     }
 }
 

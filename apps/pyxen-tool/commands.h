@@ -11,6 +11,7 @@ struct AppOptions;
 void AddFeaturesCommand(CommandLine& program, const AppOptions& options, LinkedMaker& maker);
 void AddGetCommand(CommandLine& program, const AppOptions& options, LinkedMaker& maker);
 void AddSetCommand(CommandLine& program, const AppOptions& options, LinkedMaker& maker);
+void AddSdkCheckCommand(CommandLine& program, const AppOptions& options);
 void AddSyncCheckCommand(CommandLine& program);
 void AddConvertCommand(CommandLine& program);
 void AddFormatsCommand(CommandLine& program);

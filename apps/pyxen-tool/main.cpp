@@ -20,6 +20,7 @@ int main(int argumentCount, char** arguments) {
     AddGetCommand(program, options, linked);
     AddSetCommand(program, options, linked);
     AddSyncCheckCommand(program);
+    AddSdkCheckCommand(program, options);
     AddConvertCommand(program);
     AddFormatsCommand(program);
     AddCameraKeyCommand(program);

@@ -2,7 +2,8 @@
  *
  * A camera maker's library implements the 55 functions below (pxnc_entries.h
  * lists them for macros); hosts load it at run time and resolve every function
- * by name. Plain C on x86-64.
+ * by name. Plain C on x86-64. `pyxen-tool sdk-check` checks a library against
+ * what is stated here.
  *
  * Results
  *  - Every function but PxnShutdown returns 0 for success or a negative
@@ -315,7 +316,8 @@ PXN_API PxnError PXN_CALL PxnPayloadSizeGet(PxnHandle handle, uint32_t* payloadS
 
 /* Makes a frame known by its address; record and buffer must stay until it is
  * revoked. Announcing an announced frame takes over its new buffer and size,
- * once the SDK no longer fills the old one. -7 for a null buffer with a size. */
+ * once the SDK no longer fills the old one. -7 for a null buffer with a size; a
+ * frame of size 0 may be refused likewise. */
 PXN_API PxnError PXN_CALL PxnFrameAnnounce(PxnHandle handle, const PxnFrame* frame, uint32_t size);
 
 /* Undoes the announcement of a frame, after waiting for its running callback. -3
@@ -370,9 +372,9 @@ PXN_API PxnError PXN_CALL PxnInterfacesList(PxnInterfaceInfo* interfaces, uint32
                                             uint32_t* found, uint32_t size);
 
 /* Reads registers of a camera in the byte order of the device. `sizeComplete` is
- * the number of bytes read, also after a failure. -18 for other modules, -32
- * where there is no register, -19 when only the beginning could be read, -6 for
- * registers that cannot be read. */
+ * the number of bytes read, also after a failure. -18 for modules without
+ * registers, as the system is one, -32 where there is no register, -19 when only
+ * the beginning could be read, -6 for registers that cannot be read. */
 PXN_API PxnError PXN_CALL PxnMemoryRead(PxnHandle handle, uint64_t address, uint32_t size,
                                         char* buffer, uint32_t* sizeComplete);
 
