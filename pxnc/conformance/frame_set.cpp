@@ -157,8 +157,10 @@ void FrameSet::RequireReturns(std::uint64_t count) {
 }
 
 bool FrameSet::IsUntouched(std::size_t index) const {
-    return IsBufferUntouched(index) &&
-           std::memcmp(&frames[index], &copies[index], sizeof frames[index]) == 0;
+    // Byte by byte, since padding is not to be written either.
+    const auto* const record = reinterpret_cast<const std::uint8_t*>(&frames[index]);
+    const auto* const copy = reinterpret_cast<const std::uint8_t*>(&copies[index]);
+    return IsBufferUntouched(index) && std::equal(record, record + sizeof(PxnFrame), copy);
 }
 
 bool FrameSet::IsBufferUntouched(std::size_t index) const {

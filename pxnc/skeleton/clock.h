@@ -7,6 +7,7 @@ namespace skeleton {
 
 /// Monotonic time, which a test may stop and advance. Any thread.
 struct Clock {
+    // NOLINTBEGIN(readability-identifier-naming): the names that std::chrono requires
     using duration = std::chrono::nanoseconds;
     using rep = duration::rep;
     using period = duration::period;
@@ -14,6 +15,7 @@ struct Clock {
     static constexpr bool is_steady = true;
 
     static time_point now() noexcept;
+    // NOLINTEND(readability-identifier-naming)
 };
 
 /// Stops the clock of this process. Time then passes only in AdvanceClock and in sleeps, which

@@ -27,6 +27,9 @@ forbid pxnc 'mivora/|sdk/|sync/|grabber/|acquisition/|serial/|ui/|apps/|module/|
   'an SDK knows no host and no module'
 forbid pxnc/conformance 'pxnc/(skeleton|simulator|genicam)' 'checks know an SDK by its interface alone'
 forbid 'pxnc/skeleton pxnc/simulator pxnc/genicam' 'pxnc/conformance' 'no SDK knows its checks'
+forbid 'pxnc/skeleton' 'pxnc/(simulator|genicam)' 'what all SDKs share knows none of them'
+forbid pxnc/simulator 'pxnc/genicam' 'no SDK knows another'
+forbid pxnc/genicam 'pxnc/simulator' 'no SDK knows another'
 forbid module/sdk 'sync/|grabber/|acquisition/|serial/|ui/|apps/' \
   'module/sdk knows nothing above it'
 forbid module/sync 'grabber/|acquisition/|serial/|ui/|apps/' 'module/sync knows nothing above it'
@@ -37,6 +40,6 @@ forbid apps/mivora 'pxnc|sdk/|sync/|grabber/|acquisition/|serial/|ui/|module/' \
   'mivora knows only the host and what all programs share'
 
 found=$(grep -rnE --include='*.h' --include='*.cpp' '^[[:space:]]*#[[:space:]]*(if|ifdef|ifndef|elif).*(_WIN32|__linux__|__unix__)' \
-  host module apps tests pxnc/simulator pxnc/genicam bench fuzz 2>/dev/null || true)
+  host module apps tests pxnc/conformance pxnc/simulator pxnc/skeleton pxnc/genicam bench fuzz 2>/dev/null || true)
 [ -z "$found" ] || complain 'the platform is asked for only in platform/ and afx/:' "$found"
 exit "$status"

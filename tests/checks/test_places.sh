@@ -11,6 +11,12 @@ tests/apps/view/windows/viewer_program_test.cpp
 tests/host/out_of_memory_posix_test.cpp
 tests/host/power_loss_posix_test.cpp
 tests/host/slots_test.cpp
+tests/pxnc/conformance/genicam_conformance_test.cpp
+tests/pxnc/conformance/scripted_conformance_test.cpp
+tests/pxnc/conformance/simulator_conformance_test.cpp
+tests/pxnc/genicam/packet_test.cpp
+tests/pxnc/include/record_layout_test.cpp
+tests/pxnc/simulator/clock_test.cpp
 '
 
 status=0
@@ -29,7 +35,7 @@ while read -r test; do
   echo "$test has no source $directory/$name"
   status=1
 done < <(git ls-files -co --exclude-standard 'tests/host/*_test.cpp' 'tests/platform/*_test.cpp' \
-  'tests/afx/*_test.cpp' 'tests/apps/*_test.cpp' 'tests/bench/*_test.cpp' 'tests/support/*_test.cpp')
+  'tests/afx/*_test.cpp' 'tests/apps/*_test.cpp' 'tests/bench/*_test.cpp' 'tests/pxnc/*_test.cpp' 'tests/support/*_test.cpp')
 for test in $whole; do
   [ -e "$test" ] || { echo "$test is listed in $0 and is not there"; status=1; }
 done

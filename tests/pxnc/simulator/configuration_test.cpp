@@ -1,3 +1,4 @@
+// configuration_test.cpp - configuration files and settings files
 #include "tests/pxnc/simulator/simulator_fixture.h"
 
 #include "platform/file_system.h"

@@ -1,3 +1,4 @@
+// feature_test.cpp - features of every type
 #include "tests/pxnc/simulator/simulator_fixture.h"
 
 #include <cstring>

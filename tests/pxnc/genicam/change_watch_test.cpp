@@ -1,4 +1,4 @@
-// invalidation_test.cpp - invalidation callbacks
+// change_watch_test.cpp - invalidation callbacks
 #include "tests/pxnc/genicam/camera_fixture.h"
 #include "tests/support/wait_until.h"
 

@@ -1,4 +1,4 @@
-// stream_test.cpp - frames and captures
+// frame_stream_test.cpp - frames and captures
 #include "tests/pxnc/genicam/camera_fixture.h"
 #include "tests/pxnc/genicam/frame_set.h"
 #include "tests/support/wait_until.h"

@@ -1,4 +1,4 @@
-// Features that move when others change, and the callbacks that say so.
+// camera_features_test.cpp - features that change with others, and the callbacks that report it
 
 #include "tests/pxnc/simulator/simulator_fixture.h"
 

@@ -1,4 +1,5 @@
-// The bit layout of every format, against packing written here once more and differently.
+// pixel_formats_test.cpp - the bit layout of every format, against packing written here in another
+// way
 
 #include "tests/pxnc/simulator/simulator_fixture.h"
 

@@ -1,4 +1,4 @@
-// description_test.cpp - features of every kind, from a description made for the purpose
+// node_description_test.cpp - features of every kind, from a description made for the purpose
 #include "tests/pxnc/genicam/camera_fixture.h"
 
 #include <cmath>

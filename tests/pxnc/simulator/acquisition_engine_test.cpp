@@ -1,3 +1,4 @@
+// acquisition_engine_test.cpp - frames and captures
 #include "tests/pxnc/simulator/simulator_fixture.h"
 
 #include "pxnc/simulator/pattern.h"

@@ -1,4 +1,4 @@
-// Cameras that come and go, and everything that is to go wrong on demand.
+// faults_test.cpp - cameras that come and go, and faults on demand
 
 #include "tests/pxnc/simulator/simulator_fixture.h"
 

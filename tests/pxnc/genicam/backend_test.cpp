@@ -1,4 +1,4 @@
-// library_test.cpp - startup, configuration and the modules without a camera
+// backend_test.cpp - startup, configuration and the modules without a camera
 #include "tests/pxnc/genicam/sdk_library.h"
 
 #include "platform/text.h"

@@ -1,4 +1,4 @@
-// camera_test.cpp - opening, describing and closing a camera
+// camera_device_test.cpp - opening, describing and closing a camera
 #include "tests/pxnc/genicam/camera_fixture.h"
 #include "tests/pxnc/genicam/foreign_controller.h"
 

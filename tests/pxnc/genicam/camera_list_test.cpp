@@ -1,4 +1,4 @@
-// discovery_test.cpp - cameras that come and go
+// camera_list_test.cpp - cameras that come and go
 #include "tests/pxnc/genicam/camera_fixture.h"
 #include "tests/pxnc/genicam/frame_set.h"
 #include "tests/support/temporary_directory.h"

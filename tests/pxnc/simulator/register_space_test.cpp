@@ -1,3 +1,4 @@
+// register_space_test.cpp - registers and serial ports
 #include "tests/pxnc/simulator/simulator_fixture.h"
 
 #include "pxnc/simulator/uart.h"

@@ -1,3 +1,4 @@
+// sdk_test.cpp - startup, lists and opening
 #include "tests/pxnc/simulator/simulator_fixture.h"
 
 #include "pxnc/simulator/sdk.h"
