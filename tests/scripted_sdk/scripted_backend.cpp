@@ -37,6 +37,7 @@ private:
     struct CameraState {
         std::shared_ptr<ScriptedFrames> frames; // null while the camera is closed
         std::vector<PxnHandle> streams;         // kept for the records of a closed camera
+        bool isWritable = true;                 // false while it is open for reading
     };
 
     PxnCameraInfo Describe(const Model& model, std::size_t index) EXCLUDES(mutex);
@@ -55,6 +56,8 @@ bool ScriptedBackend::Find(PxnHandle handle, skeleton::Target& target) {
     if (place.camera) {
         target.frames = FramesOf(*place.camera);
         target.isCamera = handle == CameraHandle(*place.camera);
+        platform::MutexLock lock(mutex);
+        target.isWritable = cameras[*place.camera].isWritable;
     }
     return true;
 }
@@ -150,7 +153,7 @@ PxnCameraInfo ScriptedBackend::Describe(const Model& model, std::size_t index) {
     return info;
 }
 
-PxnError ScriptedBackend::OpenCamera(const char* id, std::uint32_t, PxnHandle& camera) {
+PxnError ScriptedBackend::OpenCamera(const char* id, std::uint32_t accessMode, PxnHandle& camera) {
     std::vector<PxnHandle> streams;
     const std::optional<std::size_t> index = WithModel([&](const Model& model) {
         const std::optional<std::size_t> found = FindCamera(model, id);
@@ -169,7 +172,7 @@ PxnError ScriptedBackend::OpenCamera(const char* id, std::uint32_t, PxnHandle& c
     if (state.frames) {
         return PxnErrInUse;
     }
-    state = {frames, std::move(streams)};
+    state = {frames, std::move(streams), accessMode == PxnAccessModeFull};
     camera = CameraHandle(*index);
     return PxnErrSuccess;
 }
@@ -188,6 +191,7 @@ PxnError ScriptedBackend::CloseCamera(PxnHandle camera) {
         CameraState& state = cameras[*index];
         closed.insert(closed.end(), state.streams.begin(), state.streams.end());
         state.frames = nullptr;
+        state.isWritable = true;
     }
     for (const PxnHandle handle : closed) {
         Changes().UnregisterAll(handle);

@@ -15,8 +15,8 @@ std::unique_ptr<SdkUnderTest> MakeScripted() {
                                           conformance::SessionOptions{});
 }
 
-/// Its handles refer to the same modules whether a camera is open or not and whatever for, all
-/// modules have registers, and all frames have chunks: tests script what differs.
+/// Its handles refer to the same modules whether a camera is open or not, all modules have
+/// registers, and all frames have chunks: tests script what differs.
 const Exceptions kScripted = {
     .areSkipped = {"startup: a failed startup counts",
                    "invalidation: locked features are reported before the start returns",
@@ -26,10 +26,6 @@ const Exceptions kScripted = {
                    "vanishing: waits for a camera that has gone",
                    "vanishing: registrations of a camera that has gone"},
     .fail = {"arguments: registers of the system", "arguments: handles of a closed camera",
-             "access: features of a camera opened for reading",
-             "access: commands of a camera opened for reading",
-             "access: frames of a camera opened for reading",
-             "access: registers and settings of a camera opened for reading",
              "invalidation: closing the camera inside the callback",
              "chunks: frames that have not come back", "chunks: a frame without chunks"}};
 
@@ -75,9 +71,12 @@ TEST(BrokenPromises, AreFoundWhenCallbacksOverlap) {
 }
 
 TEST(BrokenPromises, AreFoundWhenFramesAreHandedBackTwice) {
-    EXPECT_EQ(FailuresWith(&scripted::BrokenPromises::framesAreHandedBackTwice),
-              (Names{"frames: one callback for each queueing",
-                     "frames: flushing gives the memory back"}));
+    const Names failed = FailuresWith(&scripted::BrokenPromises::framesAreHandedBackTwice);
+    EXPECT_EQ(failed.count("frames: one callback for each queueing"), 1u);
+    // Whether a surplus callback disturbs other checks of frames depends on when it comes.
+    for (const std::string& one : failed) {
+        EXPECT_EQ(one.rfind("frames: ", 0), 0u) << one;
+    }
 }
 
 } // namespace
