@@ -43,8 +43,13 @@ std::wstring ConfigurationPath(const std::string& iniFile) {
 
 bool IsCamera(const PxnCameraInfo& info, std::size_t index, const std::string& text) {
     const auto number = ParseUnsigned(text);
-    return (number && (*number == index || *number == CameraKey(info.cameraIdExtended))) ||
-           info.cameraName == text || info.cameraIdString == text || info.cameraIdExtended == text;
+    // A library that is being checked may leave texts out.
+    const auto is = [&](const char* name) {
+        return name && text == name;
+    };
+    return (number && *number == index) ||
+           (number && info.cameraIdExtended && *number == CameraKey(info.cameraIdExtended)) ||
+           is(info.cameraName) || is(info.cameraIdString) || is(info.cameraIdExtended);
 }
 
 /// The identifier of the camera of --camera. Starts the library to look for it.
@@ -56,7 +61,7 @@ std::string FindCamera(const conformance::SdkFunctions& sdk, const std::wstring&
     std::string id;
     for (std::size_t index = cameras.size(); index-- > 0;) {
         if (IsCamera(cameras[index], index, text)) {
-            id = cameras[index].cameraIdString;
+            id = cameras[index].cameraIdString ? cameras[index].cameraIdString : "";
         }
     }
     sdk.PxnShutdown();
