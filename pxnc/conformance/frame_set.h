@@ -49,7 +49,8 @@ public:
     /// The camera is closed, and all frames with it.
     void Forget() { isForgotten = true; }
 
-    /// Run by the callback for the frame's index, before it counts as having returned.
+    /// Run by the callback for the frame's index, before it counts as having returned. What it
+    /// refers to must outlive this object.
     std::function<void(std::size_t)> onFrame;
 
     // What the callbacks have seen.
