@@ -98,9 +98,9 @@ private:
         });
     }
 
-    template <typename... Parameters, typename Callable, std::size_t... Index>
+    template <typename... Parameters, typename Callable, std::size_t... kIndex>
     static ShellAnswer Call(const Callable& run, const ShellLine& line, const char* usage,
-                            std::index_sequence<Index...>) {
+                            std::index_sequence<kIndex...>) {
         if constexpr ((std::is_same_v<Parameters, RestOfLine> || ...)) {
             return run(RestOfLine{line.Rest()});
         } else {
@@ -108,7 +108,7 @@ private:
             constexpr std::size_t kLeast =
                 kMost - (std::size_t{0} + ... + (IsOptional<Parameters>::value ? 1u : 0u));
             CheckArguments(line, usage, kLeast, kMost);
-            return Invocation{run, Read<Parameters>(line.Arguments(), Index)...}.answer;
+            return Invocation{run, Read<Parameters>(line.Arguments(), kIndex)...}.answer;
         }
     }
 
