@@ -54,7 +54,7 @@ void CMivoraKVNPyxenClass::WindUpSingleSnap() {
                 "CMivoraKVNPyxenClass::SingleSnapCleanupThreadProc: successfully stopped camera acquisition");
         }
         if (const PxnError result = api.PxnCaptureEnd(camera)) {
-            // The tag is the callback's; that is intended.
+            // Compatibility: support searches for the callback's tag here.
             ReportSdkError("CMivoraKVNPyxenClass::FrameCallback: Calling PxnCaptureEnd failed",
                            result, log);
         } else {

@@ -10,7 +10,7 @@ MV_ERRCODE CMivoraKVNPyxenClass::CloseActCamera() {
     if (const PxnHandle camera = cameraHandle) {
         KeepTimingForSaving();
         if (const PxnError result = api.PxnCameraClose(camera)) {
-            // The tag is another class's; that is intended.
+            // Compatibility: support searches for this tag, which names another class.
             ReportSdkError("CMivoraKVNqxAPIClass::CloseActCamera", result, log);
         }
         if (CMivoraCameraKVNPyxen* const node = ActCameraNode()) {

@@ -14,7 +14,8 @@ void CMivoraKVNPyxenClass::InvalidationCallback(PxnHandle handle, const char* fe
             "CMivoraKVNPyxenClass::InvalidationCallback: ModuleName = %s, handle = %p, FeatureName = %s, ",
             moduleName ? moduleName : "- unknown -", handle, featureName);
     }
-    // An event that cannot be attributed, be it for want of memory, is told to the host.
+    // An event that cannot be attributed, also because of a lack of memory, is reported to the
+    // host.
     if (NoThrow(true, [&] { return ConcernsOpenCamera(handle); })) {
         SignalCamCfgChange();
     }

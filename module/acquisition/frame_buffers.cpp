@@ -70,7 +70,7 @@ bool CMivoraKVNPyxenClass::ShapeFrameRecords(uint64_t count) {
     while (frameRecords.size() > count) {
         frameRecords.pop_back();
     }
-    // Without memory some are missing, which is told below.
+    // Out of memory, some are missing; that is reported below.
     NoThrow(false, [&] {
         while (frameRecords.size() < count) {
             frameRecords.push_back(std::make_unique<FrameRecord>(this, frameRecords.size()));

@@ -21,7 +21,7 @@ public:
 
     /// Gives the record memory for the mode's images. False when there is no mode, when its pixel
     /// format is unknown, when what the SDK fills is larger than its 32-bit size can tell, when the
-    /// size of the image changes meanwhile, or when memory is out.
+    /// size of the image changes meanwhile, or when out of memory.
     bool Allocate(CMivoraGfxModeKVNPyxen* mode);
     /// Converts the raw image into the host's; true when a conversion was done.
     bool Convert();

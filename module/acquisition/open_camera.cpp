@@ -28,8 +28,8 @@ MV_ERRCODE CMivoraKVNPyxenClass::OpenActCamera() {
     api.PxnCameraInfoQueryByHandle(handle, &record, sizeof record);
     StoreSelectedUniqueId(record.cameraIdExtended ? record.cameraIdExtended : "");
 
-    // Without a feature list the open counts as successful all the same, and without a line of its
-    // own; that is intended.
+    // Compatibility: hosts take the camera for open even without a feature list, and no line of its
+    // own is logged then.
     if (cameraCaches[kCameraCache].Init("Camera", &api, handle, log)) {
         SetOptimumSerialPortBaudRate();
         FillModuleCaches(record);
