@@ -32,7 +32,7 @@ public:
     std::vector<NamedFeature> Features() const {
         std::vector<NamedFeature> features;
         for (const PxnFeatureInfo& info : ListFeatures(sdk, handle)) {
-            features.push_back({"camera/" + std::string(info.name), handle, info});
+            features.push_back({"camera/" + ToText(info.name), handle, info});
         }
         return features;
     }

@@ -95,7 +95,7 @@ void CheckChunkFeatures(Session& session, Findings& findings) {
         const std::vector<PxnFeatureInfo> features = ListFeatures(sdk, chunks);
         findings.Expect(!features.empty(), "the chunks have no features");
         for (const PxnFeatureInfo& info : features) {
-            const NamedFeature feature{"chunk/" + std::string(info.name), chunks, info};
+            const NamedFeature feature{"chunk/" + ToText(info.name), chunks, info};
             if (HasValue(feature) && GetAccess(sdk, feature).isReadable) {
                 findings.ExpectSuccess(ReadValue(sdk, feature), "reading " + feature.name);
             }

@@ -55,11 +55,9 @@ void CheckCameraQueries(Session& session, Findings& findings) {
         session.Sdk().PxnCameraInfoQueryByHandle(session.Camera(), &byHandle, sizeof byHandle),
         "PxnCameraInfoQueryByHandle");
     findings.Expect(byHandle.localDeviceHandle, "the open camera has no local device");
-    findings.Require(byHandle.streamHandles && byHandle.streamCount > 0,
-                     "the open camera has no streams");
     for (const char* id : {byHandle.cameraIdString, byHandle.cameraIdExtended}) {
         PxnCameraInfo byId{};
-        const std::string call = "PxnCameraInfoQuery of " + std::string(id);
+        const std::string call = "PxnCameraInfoQuery of " + ToText(id);
         findings.RequireSuccess(session.Sdk().PxnCameraInfoQuery(id, &byId, sizeof byId), call);
         findings.Expect(IsSameText(byId.cameraIdExtended, byHandle.cameraIdExtended) &&
                             IsSameText(byId.serialString, byHandle.serialString) &&
@@ -100,7 +98,7 @@ void CheckTopology(Session& session, Findings& findings) {
         const auto found = interfaces.find(camera.interfaceHandle);
         findings.Expect(found != interfaces.end() &&
                             found->second.transportLayerHandle == camera.transportLayerHandle,
-                        std::string(camera.cameraIdString) +
+                        ToText(camera.cameraIdString) +
                             " belongs to an interface or a transport layer that is not listed");
     }
 }
@@ -131,8 +129,8 @@ void CheckFeatureNumbers(Session& session, Findings& findings) {
 void CheckFeatureNames(Session& session, Findings& findings) {
     std::set<std::pair<PxnHandle, std::string>> names;
     for (const auto& [name, handle, info] : session.Features()) {
-        findings.Expect(*info.name != '\0', name + " has an empty name");
-        findings.Expect(names.emplace(handle, info.name).second, name + " is listed twice");
+        findings.Expect(info.name && *info.name != '\0', name + " has no name");
+        findings.Expect(names.emplace(handle, ToText(info.name)).second, name + " is listed twice");
     }
 }
 

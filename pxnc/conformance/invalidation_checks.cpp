@@ -96,7 +96,7 @@ void CheckRegistering(Session& session, Findings& findings) {
         const auto unregister = [&, module = handle] {
             return sdk.PxnFeatureInvalidationUnregister(module, feature, FeatureListener::OnChange);
         };
-        const std::string whose = " of " + name + "/" + feature;
+        const std::string whose = " of " + name + "/" + ToText(feature);
         findings.ExpectResult(PxnErrNotFound, unregister(),
                               "PxnFeatureInvalidationUnregister" + whose +
                                   " without a registration");
@@ -218,7 +218,7 @@ void CheckUsingInside(Session& session, Findings& findings) {
                                "PxnFeatureAccessQuery inside the callback");
         findings.ExpectSuccess(sdk.PxnCamerasList(nullptr, 0, &found, sizeof(PxnCameraInfo)),
                                "PxnCamerasList inside the callback");
-        const NamedFeature feature{name, handle, info};
+        const NamedFeature feature{ToText(name), handle, info};
         if (readable && HasValue(feature)) {
             findings.ExpectSuccess(ReadValue(sdk, feature), "reading inside the callback");
         }

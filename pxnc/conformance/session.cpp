@@ -17,7 +17,7 @@ namespace {
 constexpr std::uint32_t kFirstFrameMs = 5000;
 
 bool HasId(const PxnCameraInfo& info, const std::string& id) {
-    return info.cameraIdString == id || info.cameraIdExtended == id;
+    return ToText(info.cameraIdString) == id || ToText(info.cameraIdExtended) == id;
 }
 
 bool PermitsFullAccess(const PxnCameraInfo& info) {
@@ -102,6 +102,9 @@ void Session::Open() {
     if (const PxnError failed = sdk.PxnCameraInfoQueryByHandle(camera, &info, sizeof info)) {
         throw std::runtime_error("PxnCameraInfoQueryByHandle returned " + std::to_string(failed));
     }
+    if (!info.streamHandles || info.streamCount == 0) {
+        throw std::runtime_error("the open camera has no streams");
+    }
 }
 
 PxnError Session::CloseCamera() {
@@ -134,7 +137,7 @@ std::string Session::CameraId() {
         throw NotApplicable(options.cameraId.empty() ? "no camera that can be opened is present"
                                                      : "there is no camera " + options.cameraId);
     }
-    options.cameraId = found.cameraIdString;
+    options.cameraId = ToText(found.cameraIdString);
     return options.cameraId;
 }
 
@@ -148,14 +151,14 @@ std::vector<NamedModule> Session::Modules() const {
         return sdk.PxnTransportLayersList(arguments..., sizeof(PxnTransportLayerInfo));
     });
     for (const PxnTransportLayerInfo& layer : layers) {
-        modules.push_back({"transport layer " + std::string(layer.transportLayerIdString),
+        modules.push_back({"transport layer " + ToText(layer.transportLayerIdString),
                            layer.transportLayerHandle});
     }
     const auto interfaces = ListRecords<PxnInterfaceInfo>([&](auto... arguments) {
         return sdk.PxnInterfacesList(arguments..., sizeof(PxnInterfaceInfo));
     });
     for (const PxnInterfaceInfo& one : interfaces) {
-        modules.push_back({"interface " + std::string(one.interfaceIdString), one.interfaceHandle});
+        modules.push_back({"interface " + ToText(one.interfaceIdString), one.interfaceHandle});
     }
     if (camera) {
         modules.push_back({"camera", camera});
@@ -171,7 +174,7 @@ std::vector<NamedFeature> Session::Features() const {
     std::vector<NamedFeature> features;
     for (const auto& [name, handle] : Modules()) {
         for (const PxnFeatureInfo& feature : ListFeatures(sdk, handle)) {
-            features.push_back({name + "/" + feature.name, handle, feature});
+            features.push_back({name + "/" + ToText(feature.name), handle, feature});
         }
     }
     return features;
@@ -207,7 +210,7 @@ const std::string& Session::LockedFeature() {
         lockedFeature = "";
         std::vector<NamedFeature> writable;
         for (const PxnFeatureInfo& feature : ListFeatures(sdk, camera)) {
-            const NamedFeature named{feature.name, camera, feature};
+            const NamedFeature named{ToText(feature.name), camera, feature};
             if (HasValue(named) && GetAccess(sdk, named).isWritable) {
                 writable.push_back(named);
             }

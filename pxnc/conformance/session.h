@@ -98,6 +98,11 @@ private:
     std::optional<std::string> lockedFeature;
 };
 
+/// A text of the SDK, or a word for the null pointer that it must not be.
+inline std::string ToText(const char* text) {
+    return text ? text : "(null)";
+}
+
 /// A path as PxnStartup and the settings functions take it; empty when it cannot be converted.
 std::wstring ToWide(const std::string& path);
 

@@ -106,7 +106,7 @@ void CheckEnumNumbers(Session& session, Findings& findings) {
     const SdkFunctions& sdk = session.Sdk();
     for (const auto& [name, handle, info] : session.RequireFeatures(PxnFeatureDataEnum)) {
         for (const char* entry : ListEnumEntries(sdk, handle, info.name)) {
-            const std::string text = name + "." + entry;
+            const std::string text = name + "." + ToText(entry);
             std::int64_t number = 0;
             std::int64_t numberBack = 0;
             const char* back = nullptr;
@@ -117,9 +117,9 @@ void CheckEnumNumbers(Session& session, Findings& findings) {
             findings.RequireSuccess(sdk.PxnFeatureEnumAsString(handle, info.name, number, &back),
                                     "PxnFeatureEnumAsString of " + text);
             findings.RequireSuccess(sdk.PxnFeatureEnumAsInt(handle, info.name, back, &numberBack),
-                                    "PxnFeatureEnumAsInt of " + name + "." + back);
-            findings.Expect(number == numberBack,
-                            "PxnFeatureEnumAsString of the number of " + text + " stores " + back);
+                                    "PxnFeatureEnumAsInt of " + name + "." + ToText(back));
+            findings.Expect(number == numberBack, "PxnFeatureEnumAsString of the number of " +
+                                                      text + " stores " + ToText(back));
             findings.RequireSuccess(sdk.PxnFeatureEnumEntryGet(handle, info.name, entry,
                                                                &description, sizeof description),
                                     "PxnFeatureEnumEntryGet of " + text);

@@ -76,7 +76,7 @@ void CheckVanishedHandles(Session& session, Findings& findings) {
     const std::vector<PxnCameraInfo> cameras = ListCameras(session.Sdk());
     findings.Expect(
         std::none_of(cameras.begin(), cameras.end(),
-                     [&](const PxnCameraInfo& one) { return one.cameraIdString == id; }),
+                     [&](const PxnCameraInfo& one) { return ToText(one.cameraIdString) == id; }),
         "a camera that has gone is listed");
     PxnHandle opened = nullptr;
     findings.ExpectResult(PxnErrNotFound,
@@ -158,7 +158,9 @@ void CheckVanishedRegistrations(Session& session, Findings& findings) {
     RequireRemovableCamera(session);
     const SdkFunctions& sdk = session.Sdk();
     const PxnHandle camera = session.Camera();
-    const std::string feature = ListFeatures(sdk, camera).front().name;
+    const std::vector<PxnFeatureInfo> features = ListFeatures(sdk, camera);
+    findings.Require(!features.empty(), "the camera has no features");
+    const std::string feature = ToText(features.front().name);
     FeatureListener::Record record;
     FeatureListener listener(record);
     findings.RequireSuccess(sdk.PxnFeatureInvalidationRegister(
