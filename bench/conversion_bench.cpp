@@ -3,7 +3,7 @@
 #include "bench/support/baseline.h"
 #include "bench/support/median_times.h"
 #include "bench/support/vector_copy.h"
-#include "grabber/conversion/converter_set.h"
+#include "imaging/conversion/converter_set.h"
 #include "platform/processor.h"
 
 #include <algorithm>

@@ -1,5 +1,5 @@
 // fuzz_converters.cpp - pixel conversions stay inside their buffers
-#include "grabber/pixel_format.h"
+#include "imaging/pixel_format.h"
 
 #include <cstddef>
 #include <cstdint>

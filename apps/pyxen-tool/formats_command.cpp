@@ -3,7 +3,7 @@
 #include "apps/common/json_text.h"
 #include "apps/pyxen-tool/commands.h"
 #include "grabber/camera_key.h"
-#include "grabber/pixel_format.h"
+#include "imaging/pixel_format.h"
 
 #include <cstdio>
 #include <memory>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "apps/common/host_image.h"
-#include "grabber/pixel_format.h"
+#include "imaging/pixel_format.h"
 
 #include <cstdint>
 #include <string>

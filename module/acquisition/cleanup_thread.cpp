@@ -1,9 +1,9 @@
 // cleanup_thread.cpp - winding up an asynchronous single snap
 #include "acquisition/acquisition_mode.h"
 #include "acquisition/busy_marks.h"
-#include "acquisition/log_line.h"
 #include "grabber/mivora_kvn_pyxen_class.h"
 #include "platform/sleep.h"
+#include "sdk/logger.h"
 #include "sdk/sdk_error.h"
 
 #include <cstddef>
@@ -40,7 +40,7 @@ void CMivoraKVNPyxenClass::SingleSnapCleanupThreadProc(void* grabber) {
 }
 
 void CMivoraKVNPyxenClass::WindUpSingleSnap() {
-    ILogSink* const log = GetLogSink();
+    const Logger log(GetLogSink());
     const PxnHandle camera = cameraHandle;
     {
         const BusyMarks marks(DialogToMark());
@@ -49,8 +49,7 @@ void CMivoraKVNPyxenClass::WindUpSingleSnap() {
                 "CMivoraKVNPyxenClass::SingleSnapCleanupThreadProc: Sending acquisition stop command to camera failed",
                 result, log);
         } else {
-            LogInformation(
-                log,
+            log.Information(
                 "CMivoraKVNPyxenClass::SingleSnapCleanupThreadProc: successfully stopped camera acquisition");
         }
         if (const PxnError result = api.PxnCaptureEnd(camera)) {
@@ -58,16 +57,16 @@ void CMivoraKVNPyxenClass::WindUpSingleSnap() {
             ReportSdkError("CMivoraKVNPyxenClass::FrameCallback: Calling PxnCaptureEnd failed",
                            result, log);
         } else {
-            LogInformation(
-                log, "CMivoraKVNPyxenClass::SingleSnapCleanupThreadProc: PxnCaptureEnd successful");
+            log.Information(
+                "CMivoraKVNPyxenClass::SingleSnapCleanupThreadProc: PxnCaptureEnd successful");
         }
         if (const PxnError result = api.PxnFrameRevokeAll(camera)) {
             ReportSdkError(
                 "CMivoraKVNPyxenClass::SingleSnapCleanupThreadProc: Calling PxnRevokeAll failed",
                 result, log);
         } else {
-            LogInformation(
-                log, "CMivoraKVNPyxenClass::SingleSnapCleanupThreadProc: PxnRevokeAll successful");
+            log.Information(
+                "CMivoraKVNPyxenClass::SingleSnapCleanupThreadProc: PxnRevokeAll successful");
         }
         platform::SleepMs(kSettlingPauseMs);
     }

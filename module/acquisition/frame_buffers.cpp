@@ -1,9 +1,9 @@
 // frame_buffers.cpp - giving every buffer of the host a frame record
 #include "acquisition/acquisition_mode.h"
-#include "acquisition/log_line.h"
 #include "grabber/mivora_gfx_mode_kvn_pyxen.h"
 #include "grabber/mivora_kvn_pyxen_class.h"
 #include "sdk/format_text.h"
+#include "sdk/logger.h"
 #include "sdk/no_throw.h"
 
 namespace {
@@ -11,10 +11,11 @@ namespace {
 constexpr uint64_t kMostBuffers = 100;
 
 template <typename... Arguments>
-void LogErrorLine(ILogSink* log, const char* format, Arguments... arguments) {
+void LogErrorLine(Logger log, LogFormat<std::type_identity_t<Arguments>...> format,
+                  Arguments... arguments) {
     if (log) {
         NoThrow(false, [&] {
-            log->WriteError(FormatText(format, arguments...).c_str());
+            log.ErrorText(FormatText(format, arguments...).c_str());
             return true;
         });
     }
@@ -35,12 +36,12 @@ MV_ERRCODE CMivoraKVNPyxenClass::PrepareFrameBuffers(uint64_t count) {
     if (acquisitionState != kIdle) {
         return MV_BUSY;
     }
-    ILogSink* const log = GetLogSink();
-    LogInformation(log, "CMivoraKVNPyxenClass::PrepareFrameBuffers");
+    const Logger log(GetLogSink());
+    log.Information("CMivoraKVNPyxenClass::PrepareFrameBuffers");
     MV_ERRCODE result = MV_OK;
     {
         platform::MutexLock lock(serialMutex);
-        LogInformation(log, "  CMivoraKVNPyxenClass::PrepareFrameBuffers: got mutex");
+        log.Information("  CMivoraKVNPyxenClass::PrepareFrameBuffers: got mutex");
         result = CPyxenGrabber::PrepareFrameBuffers(count);
         buffersPrepared = false;
         const uint64_t requested = GetRequestedBufferCount();
@@ -53,16 +54,16 @@ MV_ERRCODE CMivoraKVNPyxenClass::PrepareFrameBuffers(uint64_t count) {
                 result = MV_REFUSED;
             }
             buffersPrepared = result == MV_OK;
-            LogInformation(log, "%u Framebuffers are currently allocated.",
-                           static_cast<uint32_t>(frameRecords.size()));
+            log.Information("%u Framebuffers are currently allocated.",
+                            static_cast<uint32_t>(frameRecords.size()));
         }
     }
-    LogInformation(log, "CMivoraKVNPyxenClass::PrepareFrameBuffers EXIT");
+    log.Information("CMivoraKVNPyxenClass::PrepareFrameBuffers EXIT");
     return result;
 }
 
 bool CMivoraKVNPyxenClass::ShapeFrameRecords(uint64_t count) {
-    ILogSink* const log = GetLogSink();
+    const Logger log(GetLogSink());
     // Their memory may go here, and the SDK would fill it at the next start.
     if ((frameLeftQueued || framesKept) && !TakeFramesBack()) {
         return false;
@@ -84,8 +85,8 @@ bool CMivoraKVNPyxenClass::ShapeFrameRecords(uint64_t count) {
             return false;
         }
         FrameRecord& record = *frameRecords[index];
-        LogInformation(log, "Allocated buffer %I64u adr = 0x%p, size = %I64u", index,
-                       record.GetHostBuffer(), record.GetHostBufferSize());
+        log.Information("Allocated buffer %I64u adr = 0x%p, size = %I64u", index,
+                        record.GetHostBuffer(), record.GetHostBufferSize());
     }
     return true;
 }

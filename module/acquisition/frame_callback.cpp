@@ -3,8 +3,8 @@
 // Nothing in here waits or allocates, and without a sink nothing is formatted.
 #include "acquisition/acquisition_mode.h"
 #include "acquisition/frame_callback_scope.h"
-#include "acquisition/log_line.h"
 #include "grabber/mivora_kvn_pyxen_class.h"
+#include "sdk/logger.h"
 #include "sdk/sdk_error.h"
 
 #include <cstdio>
@@ -23,20 +23,19 @@ void PXN_CALL CMivoraKVNPyxenClass::OnFrame(PxnHandle, PxnHandle, PxnFrame* fram
 
 void CMivoraKVNPyxenClass::FrameCallback(PxnFrame* frame) {
     const FrameCallbackScope scope(this);
-    ILogSink* const log = GetLogSink();
+    const Logger log(GetLogSink());
     const uint32_t mode = acquisitionState;
     if (frame->receiveStatus != PxnFrameStatusComplete) {
         LogReceiveError(*frame);
     } else {
         const uint64_t count = ++framesReceived;
         const uint64_t index = IndexOf(*frame);
-        LogInformation(
-            log,
+        log.Information(
             "CMivoraKVNPyxenClass::FrameCallback: Successfully grabbed frame: buffer idx = %I64u, total count = %I64u. [RcvSize = %u, %ux%u, PixelFmt = %08X, UniqueId = %I64u]",
             index, count, frame->bufferSize, frame->width, frame->height, frame->pixelFormat,
             frame->frameId);
         if (static_cast<FrameRecord*>(frame->context[1])->Convert()) {
-            LogInformation(log, "CMivoraKVNPyxenClass::FrameCallback: Image conversion done.");
+            log.Information("CMivoraKVNPyxenClass::FrameCallback: Image conversion done.");
         }
         DoPostProcess(index, 1);
     }
@@ -47,18 +46,18 @@ void CMivoraKVNPyxenClass::FrameCallback(PxnFrame* frame) {
         Requeue(frame);
         break;
     case kAsynchronousSingle:
-        LogInformation(
-            log, "CMivoraKVNPyxenClass::FrameCallback: An asynchronous single snap has finished");
+        log.Information(
+            "CMivoraKVNPyxenClass::FrameCallback: An asynchronous single snap has finished");
         StartCleanupThread();
         break;
     default:
-        LogError(log, "CMivoraKVNPyxenClass::FrameCallback: unknown snap type");
+        log.Error("CMivoraKVNPyxenClass::FrameCallback: unknown snap type");
         break;
     }
 }
 
 void CMivoraKVNPyxenClass::LogReceiveError(const PxnFrame& frame) {
-    ILogSink* const log = GetLogSink();
+    const Logger log(GetLogSink());
     if (!log) {
         return;
     }
@@ -78,8 +77,7 @@ void CMivoraKVNPyxenClass::LogReceiveError(const PxnFrame& frame) {
         std::snprintf(unknown, sizeof unknown, "Unknown error: %d", frame.receiveStatus);
         break;
     }
-    log->Write(
-        kMvLogError,
+    log.Error(
         "CMivoraKVNPyxenClass::FrameCallback: Receive error: \"%s\" at buffer idx = %I64u. [RcvSize = %u, %ux%u, PixelFmt = %08X, UniqueId = %I64u]",
         text, IndexOf(frame), frame.bufferSize, frame.width, frame.height, frame.pixelFormat,
         frame.frameId);

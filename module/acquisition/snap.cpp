@@ -1,9 +1,9 @@
 // snap.cpp - starting an acquisition
 #include "acquisition/acquisition_mode.h"
 #include "acquisition/busy_marks.h"
-#include "acquisition/log_line.h"
 #include "grabber/mivora_gfx_mode_kvn_pyxen.h"
 #include "grabber/mivora_kvn_pyxen_class.h"
+#include "sdk/logger.h"
 #include "sdk/sdk_error.h"
 
 MV_ERRCODE CMivoraKVNPyxenClass::Snap(uint32_t mode) {
@@ -58,7 +58,7 @@ ICamCntrlDialog* CMivoraKVNPyxenClass::DialogToMark() const {
 }
 
 MV_ERRCODE CMivoraKVNPyxenClass::QueueAllBuffers() {
-    ILogSink* const log = GetLogSink();
+    const Logger log(GetLogSink());
     const PxnHandle camera = cameraHandle;
     for (uint64_t index = 0; index < frameRecords.size(); ++index) {
         if (const PxnError result =
@@ -67,13 +67,13 @@ MV_ERRCODE CMivoraKVNPyxenClass::QueueAllBuffers() {
                            result, log);
             return MV_ACQUISITION_FAILED;
         }
-        LogInformation(log, "CMivoraKVNPyxenClass::QueueAllBuffers: Queued buffer %I64u", index);
+        log.Information("CMivoraKVNPyxenClass::QueueAllBuffers: Queued buffer %I64u", index);
     }
     return MV_OK;
 }
 
 MV_ERRCODE CMivoraKVNPyxenClass::StartCamera() {
-    ILogSink* const log = GetLogSink();
+    const Logger log(GetLogSink());
     const PxnHandle camera = cameraHandle;
     if (const PxnError result = api.PxnFeatureCommandRun(camera, "AcquisitionStart")) {
         ReportSdkError(
@@ -84,6 +84,6 @@ MV_ERRCODE CMivoraKVNPyxenClass::StartCamera() {
         api.PxnFrameRevokeAll(camera);
         return MV_ACQUISITION_FAILED;
     }
-    LogInformation(log, "CMivoraKVNPyxenClass::Snap: started camera acquisition");
+    log.Information("CMivoraKVNPyxenClass::Snap: started camera acquisition");
     return MV_OK;
 }

@@ -2,13 +2,13 @@
 //
 // What is undone after a failure, and in which order, differs from way to way; that is intended.
 #include "acquisition/acquisition_mode.h"
-#include "acquisition/log_line.h"
 #include "grabber/mivora_kvn_pyxen_class.h"
 #include "platform/event.h"
+#include "sdk/logger.h"
 #include "sdk/sdk_error.h"
 
 MV_ERRCODE CMivoraKVNPyxenClass::SnapContinuous() {
-    ILogSink* const log = GetLogSink();
+    const Logger log(GetLogSink());
     const PxnHandle camera = cameraHandle;
     acquisitionState = kContinuous;
     stopEvent->Reset();
@@ -25,7 +25,7 @@ MV_ERRCODE CMivoraKVNPyxenClass::SnapContinuous() {
             api.PxnFrameRevokeAll(camera);
             return MV_ACQUISITION_FAILED;
         }
-        LogInformation(log, "CMivoraKVNPyxenClass::Snap: Announced buffer %I64u", index);
+        log.Information("CMivoraKVNPyxenClass::Snap: Announced buffer %I64u", index);
     }
     if (firstQueueThenSnap) {
         if (const MV_ERRCODE result = QueueAllBuffers()) {
@@ -41,7 +41,7 @@ MV_ERRCODE CMivoraKVNPyxenClass::SnapContinuous() {
         // Success and the mode as it is, unlike the single snaps; that is intended.
         return MV_OK;
     }
-    LogInformation(log, "CMivoraKVNPyxenClass::Snap: PxnCaptureStart successful");
+    log.Information("CMivoraKVNPyxenClass::Snap: PxnCaptureStart successful");
     if (!firstQueueThenSnap) {
         if (const MV_ERRCODE result = QueueAllBuffers()) {
             api.PxnCaptureEnd(camera);
@@ -54,7 +54,7 @@ MV_ERRCODE CMivoraKVNPyxenClass::SnapContinuous() {
 }
 
 MV_ERRCODE CMivoraKVNPyxenClass::SnapAsynchronous() {
-    ILogSink* const log = GetLogSink();
+    const Logger log(GetLogSink());
     const PxnHandle camera = cameraHandle;
     PxnFrame* const frame = frameRecords.front()->Frame();
     acquisitionState = kAsynchronousSingle;
@@ -64,14 +64,14 @@ MV_ERRCODE CMivoraKVNPyxenClass::SnapAsynchronous() {
         ReportSdkError("CMivoraKVNPyxenClass::Snap: PxnFrameAnnounce failed", result, log);
         return MV_ACQUISITION_FAILED;
     }
-    LogInformation(log, "CMivoraKVNPyxenClass::Snap: Announced buffer 0");
+    log.Information("CMivoraKVNPyxenClass::Snap: Announced buffer 0");
     if (firstQueueThenSnap) {
         if (const PxnError result = api.PxnCaptureFrameQueue(camera, frame, &OnFrame)) {
             api.PxnFrameRevokeAll(camera);
             ReportSdkError("CMivoraKVNPyxenClass::Snap: PxnCaptureFrameQueue failed", result, log);
             return MV_ACQUISITION_FAILED;
         }
-        LogInformation(log, "CMivoraKVNPyxenClass::Snap: queued one buffer");
+        log.Information("CMivoraKVNPyxenClass::Snap: queued one buffer");
     }
     if (const PxnError result = api.PxnCaptureStart(camera)) {
         api.PxnCaptureQueueFlush(camera);
@@ -79,7 +79,7 @@ MV_ERRCODE CMivoraKVNPyxenClass::SnapAsynchronous() {
         ReportSdkError("CMivoraKVNPyxenClass::Snap: PxnCaptureStart failed", result, log);
         return MV_ACQUISITION_FAILED;
     }
-    LogInformation(log, "CMivoraKVNPyxenClass::Snap: PxnCaptureStart successful");
+    log.Information("CMivoraKVNPyxenClass::Snap: PxnCaptureStart successful");
     if (!firstQueueThenSnap) {
         if (const PxnError result = api.PxnCaptureFrameQueue(camera, frame, &OnFrame)) {
             api.PxnCaptureEnd(camera);
@@ -87,7 +87,7 @@ MV_ERRCODE CMivoraKVNPyxenClass::SnapAsynchronous() {
             ReportSdkError("CMivoraKVNPyxenClass::Snap: PxnCaptureFrameQueue failed", result, log);
             return MV_ACQUISITION_FAILED;
         }
-        LogInformation(log, "CMivoraKVNPyxenClass::Snap: queued one buffer");
+        log.Information("CMivoraKVNPyxenClass::Snap: queued one buffer");
     }
     return StartCamera();
 }
@@ -100,7 +100,7 @@ MV_ERRCODE CMivoraKVNPyxenClass::SnapSynchronous(uint32_t mode) {
 }
 
 bool CMivoraKVNPyxenClass::PrepareSynchronous() {
-    ILogSink* const log = GetLogSink();
+    const Logger log(GetLogSink());
     const PxnHandle camera = cameraHandle;
     PxnFrame* const frame = frameRecords.front()->Frame();
     if (const PxnError result = api.PxnFrameAnnounce(camera, frame, sizeof *frame)) {
@@ -108,14 +108,14 @@ bool CMivoraKVNPyxenClass::PrepareSynchronous() {
         return false;
     }
     // Said before anything is queued; that is intended.
-    LogInformation(log, "CMivoraKVNPyxenClass::Snap: queued one buffer");
+    log.Information("CMivoraKVNPyxenClass::Snap: queued one buffer");
     if (const PxnError result = api.PxnCaptureStart(camera)) {
         api.PxnCaptureQueueFlush(camera);
         api.PxnFrameRevokeAll(camera);
         ReportSdkError("CMivoraKVNPyxenClass::Snap: PxnCaptureStart failed", result, log);
         return false;
     }
-    LogInformation(log, "CMivoraKVNPyxenClass::Snap: PxnCaptureStart successful");
+    log.Information("CMivoraKVNPyxenClass::Snap: PxnCaptureStart successful");
     if (const PxnError result = api.PxnCaptureFrameQueue(camera, frame, nullptr)) {
         api.PxnFrameRevokeAll(camera);
         // The words of the entry's name change places; that is intended.
@@ -130,12 +130,12 @@ bool CMivoraKVNPyxenClass::PrepareSynchronous() {
         api.PxnCaptureEnd(camera);
         return false;
     }
-    LogInformation(log, "CMivoraKVNPyxenClass::Snap: started camera acquisition");
+    log.Information("CMivoraKVNPyxenClass::Snap: started camera acquisition");
     return true;
 }
 
 MV_ERRCODE CMivoraKVNPyxenClass::TakeSynchronous() {
-    ILogSink* const log = GetLogSink();
+    const Logger log(GetLogSink());
     const PxnHandle camera = cameraHandle;
     MV_ERRCODE answer = MV_OK;
     if (const PxnError result =
@@ -144,7 +144,7 @@ MV_ERRCODE CMivoraKVNPyxenClass::TakeSynchronous() {
         answer = MV_ACQUISITION_FAILED;
     } else {
         frameLeftQueued = false;
-        LogInformation(log, "CMivoraKVNPyxenClass::Snap: snapped one frame");
+        log.Information("CMivoraKVNPyxenClass::Snap: snapped one frame");
         framesReceived = 1;
         // The image is handed over as the camera delivered it; that is intended.
         DoPostProcess(0, 0);
@@ -154,7 +154,7 @@ MV_ERRCODE CMivoraKVNPyxenClass::TakeSynchronous() {
             "CMivoraKVNPyxenClass::Snap: Sending acquisition stop command to camera failed", result,
             log);
     } else {
-        LogInformation(log, "CMivoraKVNPyxenClass::Snap: successfully stopped camera acquisition");
+        log.Information("CMivoraKVNPyxenClass::Snap: successfully stopped camera acquisition");
     }
     // The frame stays announced; that is intended.
     api.PxnCaptureEnd(camera);

@@ -2,9 +2,9 @@
 #include "acquisition/acquisition_mode.h"
 #include "acquisition/busy_marks.h"
 #include "acquisition/frame_callback_scope.h"
-#include "acquisition/log_line.h"
 #include "grabber/mivora_kvn_pyxen_class.h"
 #include "platform/sleep.h"
+#include "sdk/logger.h"
 #include "sdk/sdk_error.h"
 
 MV_ERRCODE CMivoraKVNPyxenClass::StopSnap() {
@@ -38,33 +38,31 @@ MV_ERRCODE CMivoraKVNPyxenClass::StopSnap() {
 }
 
 void CMivoraKVNPyxenClass::StopCamera() {
-    ILogSink* const log = GetLogSink();
+    const Logger log(GetLogSink());
     const PxnHandle camera = cameraHandle;
     if (const PxnError result = api.PxnFeatureCommandRun(camera, "AcquisitionStop")) {
         ReportSdkError(
             "CMivoraKVNPyxenClass::StopSnap: Sending acquisition stop command to camera failed",
             result, log);
     } else {
-        LogInformation(log,
-                       "CMivoraKVNPyxenClass::StopSnap: successfully stopped camera acquisition");
+        log.Information("CMivoraKVNPyxenClass::StopSnap: successfully stopped camera acquisition");
     }
     if (const PxnError result = api.PxnCaptureEnd(camera)) {
         ReportSdkError("CMivoraKVNPyxenClass::StopSnap: PxnCaptureEnd failed", result, log);
     } else {
-        LogInformation(log, "CMivoraKVNPyxenClass::StopSnap: successfully executed PxnCaptureEnd");
+        log.Information("CMivoraKVNPyxenClass::StopSnap: successfully executed PxnCaptureEnd");
     }
     const PxnError flushed = api.PxnCaptureQueueFlush(camera);
     if (flushed != PxnErrSuccess) {
         ReportSdkError("CMivoraKVNPyxenClass::StopSnap: PxnCaptureQueueFlush failed", flushed, log);
     } else {
-        LogInformation(log, "CMivoraKVNPyxenClass::StopSnap: successfully flushed queue");
+        log.Information("CMivoraKVNPyxenClass::StopSnap: successfully flushed queue");
     }
     const PxnError revoked = api.PxnFrameRevokeAll(camera);
     if (revoked != PxnErrSuccess) {
         ReportSdkError("CMivoraKVNPyxenClass::StopSnap: PxnFrameRevokeAll failed", revoked, log);
     } else {
-        LogInformation(log,
-                       "CMivoraKVNPyxenClass::StopSnap: successfully executed PxnFrameRevokeAll");
+        log.Information("CMivoraKVNPyxenClass::StopSnap: successfully executed PxnFrameRevokeAll");
     }
     NoteKeptFrames(flushed, revoked);
 }

@@ -1,6 +1,7 @@
 // configuration.cpp - the chosen camera, remembered across runs
 #include "grabber/mivora_camera_kvn_pyxen.h"
 #include "grabber/mivora_kvn_pyxen_class.h"
+#include "sdk/logger.h"
 
 namespace {
 
@@ -25,9 +26,7 @@ MV_ERRCODE CMivoraKVNPyxenClass::LoadGrabberConfig() {
 }
 
 MV_ERRCODE CMivoraKVNPyxenClass::SaveGrabberConfig() {
-    if (ILogSink* const log = GetLogSink()) {
-        log->Write(kMvLogInformation, "CMivoraKVNPyxenClass::SaveGrabberConfig");
-    }
+    Logger(GetLogSink()).Information("CMivoraKVNPyxenClass::SaveGrabberConfig");
     CMivoraCameraKVNPyxen* const camera = ActCameraNode();
     const MV_ERRCODE result = CPyxenGrabber::SaveGrabberConfig();
     if (result != MV_OK) {

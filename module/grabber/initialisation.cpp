@@ -3,6 +3,7 @@
 #include "grabber/mivora_kvn_pyxen_class.h"
 #include "platform/file_system.h"
 #include "sdk/format_text.h"
+#include "sdk/logger.h"
 #include "sdk/no_throw.h"
 
 namespace {
@@ -21,10 +22,8 @@ MV_ERRCODE CMivoraKVNPyxenClass::Init() {
 }
 
 MV_ERRCODE CMivoraKVNPyxenClass::InitOrThrow() {
-    ILogSink* const log = GetLogSink();
-    if (log) {
-        log->Write(kMvLogInformation, "CMivoraKVNPyxenClass::Init");
-    }
+    const Logger log(GetLogSink());
+    log.Information("CMivoraKVNPyxenClass::Init");
     if (initialized) {
         return MV_ALREADY_INITIALISED;
     }
@@ -32,18 +31,16 @@ MV_ERRCODE CMivoraKVNPyxenClass::InitOrThrow() {
         return MV_REFUSED;
     }
     const PxnVersionInfo version = QuerySdkVersion();
-    if (log) {
-        log->Write(kMvLogInformation, "CMivoraKVNPyxenClass::Init: Using Pyxen V%u.%u.%u",
-                   version.major, version.minor, version.patch);
-    }
-    WriteVersionText("Pyxen V%u.%u.%u (%u.%u.%u.%u)", version);
+    log.Information("CMivoraKVNPyxenClass::Init: Using Pyxen V%u.%u.%u", version.major,
+                    version.minor, version.patch);
+    WriteVersionText("Pyxen", version);
     systemCache.Init(kSystemCacheName, &api, PXN_SYSTEM_HANDLE, log);
     FillInterfaceList();
     CPyxenGrabber::Init();
     initialized = true;
     const MV_ERRCODE result = BuildInternalList();
-    if (result != MV_OK && log) {
-        log->WriteError(
+    if (result != MV_OK) {
+        log.ErrorText(
             "CMivoraKVNPyxenClass::Init: CMivoraKVNPyxenClass::BuildInternalList failed!");
     }
     DiscoveryEvents::Register(*this);
@@ -51,19 +48,17 @@ MV_ERRCODE CMivoraKVNPyxenClass::InitOrThrow() {
 }
 
 bool CMivoraKVNPyxenClass::LoadSdk() {
-    ILogSink* const log = GetLogSink();
+    const Logger log(GetLogSink());
     // The separator stands there without a directory, too: then the root is meant; that is
     // intended.
     const std::string path =
         std::string(GetConfigDirectory()) + platform::kPathSeparator + kSdkConfigurationFile;
     const bool exists = platform::IsRegularFile(path);
-    if (log) {
-        log->Write(
-            kMvLogInformation,
-            exists ? "CMivoraKVNPyxenClass::Init: Using Pyxen config file: %s"
-                   : "CMivoraKVNPyxenClass::Init: %s not found. Using default Pyxen config file",
-            path.c_str());
-    }
+    log.Information(
+        exists ? NameFormat("CMivoraKVNPyxenClass::Init: Using Pyxen config file: %s")
+               : NameFormat(
+                     "CMivoraKVNPyxenClass::Init: %s not found. Using default Pyxen config file"),
+        path.c_str());
     return api.Load(exists ? path.c_str() : nullptr, log);
 }
 
@@ -105,7 +100,7 @@ const char* CMivoraKVNPyxenClass::GetDriverVersion() {
     if (api.IsValid()) {
         NoThrow(false, [this] {
             // Another spelling of the SDK's name than Init writes; that is intended.
-            WriteVersionText("PyxenC V%u.%u.%u (%u.%u.%u.%u)", QuerySdkVersion());
+            WriteVersionText("PyxenC", QuerySdkVersion());
             return true;
         });
     }
@@ -118,9 +113,9 @@ PxnVersionInfo CMivoraKVNPyxenClass::QuerySdkVersion() const {
     return version;
 }
 
-void CMivoraKVNPyxenClass::WriteVersionText(const char* format, const PxnVersionInfo& version) {
-    SetDriverVersion(FormatText(format, version.major, version.minor, version.patch,
-                                api.GetFileVersionPart(0), api.GetFileVersionPart(1),
+void CMivoraKVNPyxenClass::WriteVersionText(const char* sdkName, const PxnVersionInfo& version) {
+    SetDriverVersion(FormatText("%s V%u.%u.%u (%u.%u.%u.%u)", sdkName, version.major, version.minor,
+                                version.patch, api.GetFileVersionPart(0), api.GetFileVersionPart(1),
                                 api.GetFileVersionPart(2), api.GetFileVersionPart(3))
                          .c_str());
 }
@@ -133,11 +128,8 @@ void CMivoraKVNPyxenClass::FillInterfaceList() {
     // is intended.
     while (needed != found) {
         if (!interfaceList.Resize(needed)) {
-            if (ILogSink* const log = GetLogSink()) {
-                log->Write(
-                    kMvLogError,
-                    "CMivoraKVNPyxenClass::Init: Could not allocate memory for interface list");
-            }
+            Logger(GetLogSink())
+                .Error("CMivoraKVNPyxenClass::Init: Could not allocate memory for interface list");
             return;
         }
         interfaceCount = needed;

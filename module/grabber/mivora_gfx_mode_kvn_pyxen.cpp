@@ -2,15 +2,14 @@
 #include "grabber/mivora_gfx_mode_kvn_pyxen.h"
 
 #include "grabber/mivora_kvn_pyxen_class.h"
-#include "mivora/log_sink.h"
+#include "sdk/logger.h"
 
 namespace {
 
 template <typename... Arguments>
-void LogError(const CMivoraKVNPyxenClass& grabber, const char* format, Arguments... arguments) {
-    if (ILogSink* log = grabber.GetLogSink()) {
-        log->Write(kMvLogError, format, arguments...);
-    }
+void LogError(const CMivoraKVNPyxenClass& grabber,
+              LogFormat<std::type_identity_t<Arguments>...> format, Arguments... arguments) {
+    Logger(grabber.GetLogSink()).Error(format, arguments...);
 }
 
 } // namespace
@@ -140,8 +139,8 @@ uint64_t CMivoraGfxModeKVNPyxen::GetIntermediateBufferSize() {
     return static_cast<uint64_t>(size);
 }
 
-uint32_t CMivoraGfxModeKVNPyxen::ReadSize(const char* feature, const char* noHandleText,
-                                          const char* failureText) {
+uint32_t CMivoraGfxModeKVNPyxen::ReadSize(const char* feature, LogFormat<> noHandleText,
+                                          LogFormat<> failureText) {
     if (!grabber) {
         return 0;
     }

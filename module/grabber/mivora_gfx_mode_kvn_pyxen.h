@@ -1,8 +1,9 @@
 // mivora_gfx_mode_kvn_pyxen.h - the graphics mode that asks the camera
 #pragma once
 
-#include "grabber/pixel_format.h"
+#include "imaging/pixel_format.h"
 #include "mivora/gfx_mode.h"
+#include "sdk/log_format.h"
 
 class CMivoraKVNPyxenClass;
 
@@ -30,7 +31,7 @@ public:
     virtual uint64_t GetIntermediateBufferSize();
 
 private:
-    uint32_t ReadSize(const char* feature, const char* noHandleText, const char* failureText);
+    uint32_t ReadSize(const char* feature, LogFormat<> noHandleText, LogFormat<> failureText);
 
     CMivoraKVNPyxenClass* grabber; // the owner's owner; null for a mode made without one
 };

@@ -1,8 +1,8 @@
 // mivora_kvn_pyxen_class.h - the grabber of this module
 #pragma once
 
-#include "acquisition/frame_record.h"
 #include "grabber/pyxen_grabber.h"
+#include "imaging/frame_record.h"
 #include "platform/event.h"
 #include "platform/mutex.h"
 #include "platform/thread.h"
@@ -94,7 +94,7 @@ private:
     MV_ERRCODE InitOrThrow();
     bool LoadSdk();
     PxnVersionInfo QuerySdkVersion() const;
-    void WriteVersionText(const char* format, const PxnVersionInfo& version);
+    void WriteVersionText(const char* sdkName, const PxnVersionInfo& version);
     void FillInterfaceList();
     MV_ERRCODE BuildInternalList();
     /// Null when memory is out.

@@ -1,5 +1,5 @@
 // camera_records.cpp - the SDK's camera list in an array of the right length
-#include "mivora/log_sink.h"
+#include "sdk/logger.h"
 #include "sdk/malloc_array.h"
 #include "sdk/pyxen_api_access.h"
 #include "sdk/sdk_error.h"
@@ -19,11 +19,8 @@ std::uint32_t CPyxenAPIAccess::AllocateAndGetCameraList(PxnCameraInfo** out) {
     std::uint32_t found = 0;
     for (;;) {
         if (!cameras.Resize(capacity)) {
-            if (log) {
-                log->Write(
-                    kMvLogError,
-                    "CPyxenAPIAccess::AllocateAndGetCameraList: could not allocate memory for camera list.");
-            }
+            log.Error(
+                "CPyxenAPIAccess::AllocateAndGetCameraList: could not allocate memory for camera list.");
             return 0;
         }
         found = 0;
@@ -38,12 +35,9 @@ std::uint32_t CPyxenAPIAccess::AllocateAndGetCameraList(PxnCameraInfo** out) {
             break;
         }
         ReportSdkError("CPyxenAPIAccess::AllocateAndGetCameraList", result, log);
-        if (log) {
-            log->Write(
-                kMvLogInformation,
-                "CPyxenAPIAccess::AllocateAndGetCameraList: Too many camera entries for buffer. allocated: %u found: %u -> trying again.",
-                capacity, found);
-        }
+        log.Information(
+            "CPyxenAPIAccess::AllocateAndGetCameraList: Too many camera entries for buffer. allocated: %u found: %u -> trying again.",
+            capacity, found);
         capacity = found;
     }
     if (found < capacity) {

@@ -5,7 +5,7 @@
 
 #include <cstdarg>
 
-std::string FormatText(const char* format, ...) {
+std::string FormatUnchecked(const char* format, ...) {
     std::va_list arguments;
     va_start(arguments, format);
     std::va_list again;

@@ -1,7 +1,17 @@
 // format_text.h - texts in the log's format language
 #pragma once
 
-#include <string>
+#include "sdk/log_format.h"
 
-/// Formats as a log sink does ("%I64d" and "%p" included). Throws std::bad_alloc only.
-std::string FormatText(const char* format, ...);
+#include <string>
+#include <type_traits>
+
+/// Formats as a log sink does. Throws std::bad_alloc only.
+std::string FormatUnchecked(const char* format, ...);
+
+/// The same with a format that is checked when it is compiled.
+template <typename... Arguments>
+std::string FormatText(LogFormat<std::type_identity_t<Arguments>...> format,
+                       Arguments... arguments) {
+    return FormatUnchecked(format.Text(), arguments...);
+}

@@ -1,10 +1,10 @@
 // pyxen_api_access.cpp - loading and starting the camera SDK
 #include "sdk/pyxen_api_access.h"
 
-#include "mivora/log_sink.h"
 #include "platform/environment.h"
 #include "platform/file_system.h"
 #include "platform/text.h"
+#include "sdk/logger.h"
 #include "sdk/malloc_array.h"
 #include "sdk/no_throw.h"
 #include "sdk/sdk_error.h"
@@ -42,7 +42,7 @@ CPyxenAPIAccess::~CPyxenAPIAccess() {
     Unload();
 }
 
-bool CPyxenAPIAccess::Load(const char* configPath, ILogSink* sink) {
+bool CPyxenAPIAccess::Load(const char* configPath, Logger sink) {
     log = sink;
     Unload();
     try {
@@ -50,9 +50,7 @@ bool CPyxenAPIAccess::Load(const char* configPath, ILogSink* sink) {
         // Never valid, not even for a moment, while an entry is missing: Unload calls one.
         valid = library.IsLoaded() && ResolveEntries();
         if (!valid) {
-            if (log) {
-                log->Write(kMvLogError, "CPyxenAPIAccess::CPyxenAPIAccess: PyxenAPI is invalid!");
-            }
+            log.Error("CPyxenAPIAccess::CPyxenAPIAccess: PyxenAPI is invalid!");
             Unload();
             return false;
         }
@@ -84,33 +82,22 @@ void CPyxenAPIAccess::LoadSdkLibrary() {
     const std::string file = platform::LibraryFileName(kLibraryBaseName);
     const std::string home = FindHomeDirectory();
     if (home.empty()) {
-        if (log) {
-            log->Write(
-                kMvLogInformation,
-                "CPyxenAPIAccess::CPyxenAPIAccess: Environment variable PYXEN_HOME not found.");
-        }
+        log.Information(
+            "CPyxenAPIAccess::CPyxenAPIAccess: Environment variable PYXEN_HOME not found.");
     } else {
-        if (log) {
-            log->Write(kMvLogInformation, "CPyxenAPIAccess::CPyxenAPIAccess: Trying to load %s%c%s",
-                       home.c_str(), platform::kPathSeparator, file.c_str());
-        }
+        log.Information("CPyxenAPIAccess::CPyxenAPIAccess: Trying to load %s%c%s", home.c_str(),
+                        platform::kPathSeparator, file.c_str());
         if (LoadLibraryFrom(home, file)) {
             return;
         }
-        if (log) {
-            log->Write(kMvLogInformation, "CPyxenAPIAccess::CPyxenAPIAccess: Loading %s%c%s failed",
-                       home.c_str(), platform::kPathSeparator, file.c_str());
-        }
+        log.Information("CPyxenAPIAccess::CPyxenAPIAccess: Loading %s%c%s failed", home.c_str(),
+                        platform::kPathSeparator, file.c_str());
     }
-    if (log) {
-        log->Write(kMvLogInformation,
-                   "CPyxenAPIAccess::CPyxenAPIAccess: Trying to load %s (default path)",
-                   file.c_str());
-    }
+    log.Information("CPyxenAPIAccess::CPyxenAPIAccess: Trying to load %s (default path)",
+                    file.c_str());
     if (!LoadLibraryFrom(std::string(), file) && log) {
-        log->Write(kMvLogError,
-                   "CPyxenAPIAccess::CPyxenAPIAccess: Loading %s (default path) failed. Giving up.",
-                   file.c_str());
+        log.Error("CPyxenAPIAccess::CPyxenAPIAccess: Loading %s (default path) failed. Giving up.",
+                  file.c_str());
     }
 }
 
@@ -140,9 +127,9 @@ bool CPyxenAPIAccess::ResolveEntries() {
             return;
         }
         if (address) {
-            log->Write(kMvLogInformation, "Found %s @0x%p", name, address);
+            log.Information("Found %s @0x%p", name, address);
         } else {
-            log->Write(kMvLogError, "PyxenApi: Could not find %s", name);
+            log.Error("PyxenApi: Could not find %s", name);
         }
     };
 #define PYXEN_RESOLVE_ENTRY(name) resolve(name, #name);
@@ -152,19 +139,14 @@ bool CPyxenAPIAccess::ResolveEntries() {
 }
 
 void CPyxenAPIAccess::StartSdk(const char* configPath) {
-    if (log) {
-        log->Write(kMvLogInformation, "CPyxenAPIAccess::CPyxenAPIAccess: calling PxnStartup...");
-    }
+    log.Information("CPyxenAPIAccess::CPyxenAPIAccess: calling PxnStartup...");
     MallocArray<wchar_t> widePath;
     if (configPath) {
         const std::size_t size = platform::NarrowToWide(configPath, nullptr, 0);
         if (size == 0 || !widePath.Resize(size) ||
             platform::NarrowToWide(configPath, widePath.Get(), size) != size) {
-            if (log) {
-                log->Write(
-                    kMvLogError,
-                    "CPyxenAPIAccess::CPyxenAPIAccess: Cannot convert PxnC.xml's filename into wchar!");
-            }
+            log.Error(
+                "CPyxenAPIAccess::CPyxenAPIAccess: Cannot convert PxnC.xml's filename into wchar!");
             Unload();
             return;
         }

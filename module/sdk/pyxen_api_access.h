@@ -5,11 +5,10 @@
 #include "platform/shared_library.h"
 #include "pxnc.h"
 #include "pxnc_entries.h"
+#include "sdk/logger.h"
 
 #include <cstdint>
 #include <string>
-
-class ILogSink;
 
 /// Loads the camera SDK's library, resolves its entries and starts it; empty until Load succeeds.
 ///
@@ -24,7 +23,7 @@ public:
 
     /// Loads and starts the SDK with the configuration file `configPath` (null: the SDK's
     /// default). Answers IsValid(). `sink` may be null and must outlive the object.
-    bool Load(const char* configPath, ILogSink* sink);
+    bool Load(const char* configPath, Logger sink);
     bool IsValid() const { return valid; }
     /// Shuts the SDK down when it was started and frees the library.
     void Unload();
@@ -81,7 +80,7 @@ private:
     /// Reads a string feature of which the SDK has told the size.
     PxnError ReadString(PxnHandle handle, const char* name, std::uint32_t size, std::string& out);
 
-    ILogSink* log = nullptr;
+    Logger log;
     std::string dllName;
     platform::SharedLibrary library;
     platform::FileVersion versionInfo;

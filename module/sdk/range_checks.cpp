@@ -1,5 +1,6 @@
 // range_checks.cpp - whether a value fits a feature
 #include "sdk/format_text.h"
+#include "sdk/logger.h"
 #include "sdk/malloc_array.h"
 #include "sdk/no_throw.h"
 #include "sdk/pyxen_api_access.h"
@@ -10,8 +11,8 @@
 
 namespace {
 
-void ReportRangeError(const char* format, const char* moduleName, const char* name, PxnError result,
-                      ILogSink* log) {
+void ReportRangeError(LogFormat<const char*, const char*> format, const char* moduleName,
+                      const char* name, PxnError result, Logger log) {
     NoThrow(false, [&] {
         const std::string context = FormatText(format, moduleName ? moduleName : "unknown", name);
         ReportSdkError(context.c_str(), result, log);

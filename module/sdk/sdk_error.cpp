@@ -1,7 +1,7 @@
 // sdk_error.cpp - the words for the SDK's result codes
 #include "sdk/sdk_error.h"
 
-#include "mivora/log_sink.h"
+#include "sdk/logger.h"
 
 #include <algorithm>
 #include <cstring>
@@ -11,7 +11,7 @@ namespace {
 
 struct ErrorFormat {
     PxnError code;
-    const char* format;
+    NameFormat format;
 };
 
 constexpr const char* kContextFormat = "%s: ";
@@ -71,18 +71,18 @@ const ErrorFormat* FindErrorFormat(PxnError code) {
 
 } // namespace
 
-void ReportSdkError(const char* context, PxnError code, ILogSink* log) {
+void ReportSdkError(const char* context, PxnError code, Logger log) {
     if (!log) {
         return;
     }
     if (const ErrorFormat* row = FindErrorFormat(code)) {
-        log->Write(kMvLogError, row->format, context);
+        log.Error(row->format, context);
     } else {
-        log->Write(kMvLogError, "%s: unknown error (%d)", context, code);
+        log.Error("%s: unknown error (%d)", context, code);
     }
 }
 
 const char* SdkErrorText(PxnError code) {
     const ErrorFormat* row = FindErrorFormat(code);
-    return row ? row->format + std::strlen(kContextFormat) : nullptr;
+    return row ? row->format.Text() + std::strlen(kContextFormat) : nullptr;
 }

@@ -2,12 +2,11 @@
 #pragma once
 
 #include "pxnc.h"
-
-class ILogSink;
+#include "sdk/logger.h"
 
 /// Writes one line at the error level that joins `context` with the meaning of `code`; 0 is
 /// reported too. Does nothing without a sink. Any thread.
-void ReportSdkError(const char* context, PxnError code, ILogSink* log);
+void ReportSdkError(const char* context, PxnError code, Logger log);
 
 /// The meaning of a code without the context ("Timeout during wait"), null for a code that has
 /// no text of its own.

@@ -2,8 +2,8 @@
 //
 // One walk for every type; the range test and the words stand in one class per type. The irregular
 // words are intended.
-#include "mivora/log_sink.h"
 #include "sdk/format_text.h"
+#include "sdk/logger.h"
 #include "sdk/no_throw.h"
 #include "sdk/pyxen_api_access.h"
 #include "sdk/sdk_error.h"
@@ -21,8 +21,8 @@ public:
     virtual bool IsInRange(CPyxenAPIAccess& api, const FeatureCache& cache,
                            const char* name) const = 0;
     virtual std::string AccessErrorText(const char* path) const = 0;
-    virtual void LogProtected(ILogSink& log, const char* path, bool own) const = 0;
-    virtual void LogOutOfRange(ILogSink& log, const char* path, bool own) const = 0;
+    virtual void LogProtected(const Logger& log, const char* path, bool own) const = 0;
+    virtual void LogOutOfRange(const Logger& log, const char* path, bool own) const = 0;
 
 protected:
     ~ProposedValue() = default;
@@ -41,25 +41,21 @@ public:
             "CMivoraKVNPyxenClass::IntFeatureCheckSyncPath: Cannot query the accessibility of %s",
             path);
     }
-    void LogProtected(ILogSink& log, const char* path, bool own) const override {
+    void LogProtected(const Logger& log, const char* path, bool own) const override {
         if (own) {
-            log.Write(kMvLogError,
-                      "CMivoraKVNPyxenClass::IntFeatureCheckSyncPath: %s cannot be written", path);
+            log.Error("CMivoraKVNPyxenClass::IntFeatureCheckSyncPath: %s cannot be written", path);
         } else {
-            log.Write(kMvLogError,
-                      "CMivoraKVNPyxenClass::IntFeatureCheckSyncPath: Feature %s cannot be written",
+            log.Error("CMivoraKVNPyxenClass::IntFeatureCheckSyncPath: Feature %s cannot be written",
                       path);
         }
     }
-    void LogOutOfRange(ILogSink& log, const char* path, bool own) const override {
+    void LogOutOfRange(const Logger& log, const char* path, bool own) const override {
         if (own) {
-            log.Write(
-                kMvLogError,
+            log.Error(
                 "CMivoraKVNPyxenClass::IntFeatureCheckSyncPath: int64 feature (value = %I64d) wouldn't be applicable to %s (range error)",
                 value, path);
         } else {
-            log.Write(
-                kMvLogError,
+            log.Error(
                 "CMivoraKVNPyxenClass::IntFeatureCheckSyncPath: int64 feature (value = %I64d) wouldn't be synchable to %s (range error)",
                 value, path);
         }
@@ -82,28 +78,24 @@ public:
             "CMivoraKVNPyxenClass::FloatFeatureCheckSyncPath: Cannot query the accessibility of %s",
             path);
     }
-    void LogProtected(ILogSink& log, const char* path, bool own) const override {
+    void LogProtected(const Logger& log, const char* path, bool own) const override {
         if (own) {
             // The conversion letter is missing on purpose; the line names no feature.
-            log.Write(
-                kMvLogError,
+            log.Error(
                 "CMivoraKVNPyxenClass::FloatFeatureCheckSyncPath: Feature % cannot be written");
         } else {
-            log.Write(
-                kMvLogError,
+            log.Error(
                 "CMivoraKVNPyxenClass::FloatFeatureCheckSyncPath: Feature %s cannot be written",
                 path);
         }
     }
-    void LogOutOfRange(ILogSink& log, const char* path, bool own) const override {
+    void LogOutOfRange(const Logger& log, const char* path, bool own) const override {
         if (own) {
-            log.Write(
-                kMvLogError,
+            log.Error(
                 "CMivoraKVNPyxenClass::FloatFeatureCheckSyncPath: float feature (value = %lf) wouldn't be applicable to %s (range error)",
                 value, path);
         } else {
-            log.Write(
-                kMvLogError,
+            log.Error(
                 "CMivoraKVNPyxenClass::FloatFeatureCheckSyncPath: float feature (value = %lf) wouldn't be synchable to %s (range error)",
                 value, path);
         }
@@ -126,20 +118,17 @@ public:
             "CMivoraKVNPyxenClass::EnumFeatureCheckSyncPath: Cannot query the accessibility of %s",
             path);
     }
-    void LogProtected(ILogSink& log, const char* path, bool) const override {
-        log.Write(kMvLogError,
-                  "CMivoraKVNPyxenClass::EnumFeatureCheckSyncPath: Feature %s cannot be written",
+    void LogProtected(const Logger& log, const char* path, bool) const override {
+        log.Error("CMivoraKVNPyxenClass::EnumFeatureCheckSyncPath: Feature %s cannot be written",
                   path);
     }
-    void LogOutOfRange(ILogSink& log, const char* path, bool own) const override {
+    void LogOutOfRange(const Logger& log, const char* path, bool own) const override {
         if (own) {
-            log.Write(
-                kMvLogError,
+            log.Error(
                 "CMivoraKVNPyxenClass::EnumFeatureCheckSyncPath: enum feature (value = %s) wouldn't be applicable to %s (range error)",
                 value, path);
         } else {
-            log.Write(
-                kMvLogError,
+            log.Error(
                 "CMivoraKVNPyxenClass::EnumFeatureCheckSyncPath: enum feature (value = %s) wouldn't be synchable to %s (range error)",
                 value, path);
         }
@@ -162,21 +151,18 @@ public:
             "CMivoraKVNPyxenClass::StringFeatureCheckSyncPath: Cannot query the accessibility of %s",
             path);
     }
-    void LogProtected(ILogSink& log, const char* path, bool) const override {
-        log.Write(kMvLogError,
-                  "CMivoraKVNPyxenClass::StringFeatureCheckSyncPath: Feature %s cannot be written",
+    void LogProtected(const Logger& log, const char* path, bool) const override {
+        log.Error("CMivoraKVNPyxenClass::StringFeatureCheckSyncPath: Feature %s cannot be written",
                   path);
     }
-    void LogOutOfRange(ILogSink& log, const char* path, bool own) const override {
+    void LogOutOfRange(const Logger& log, const char* path, bool own) const override {
         if (own) {
             // The words of the enumeration are kept on purpose.
-            log.Write(
-                kMvLogError,
+            log.Error(
                 "CMivoraKVNPyxenClass::StringFeatureCheckSyncPath: enum feature (value = %s) wouldn't be applicable to %s (range error)",
                 value, path);
         } else {
-            log.Write(
-                kMvLogError,
+            log.Error(
                 "CMivoraKVNPyxenClass::StringFeatureCheckSyncPath: string feature (value = %s) wouldn't be synchable to %s (range error)",
                 value, path);
         }
@@ -197,12 +183,11 @@ public:
             "CMivoraKVNPyxenClass::FloatFeatureCheckSyncPath: Cannot query the accessibility of %s",
             path);
     }
-    void LogProtected(ILogSink& log, const char* path, bool) const override {
-        log.Write(kMvLogError,
-                  "CMivoraKVNPyxenClass::FloatFeatureCheckSyncPath: Feature %s cannot be written",
+    void LogProtected(const Logger& log, const char* path, bool) const override {
+        log.Error("CMivoraKVNPyxenClass::FloatFeatureCheckSyncPath: Feature %s cannot be written",
                   path);
     }
-    void LogOutOfRange(ILogSink&, const char*, bool) const override {}
+    void LogOutOfRange(const Logger&, const char*, bool) const override {}
 };
 
 } // namespace
@@ -260,15 +245,11 @@ private:
             return Refuse(Verdict::kNoAccess, path, "Unknown accessibility");
         }
         if (!writeable) {
-            if (engine.log) {
-                value.LogProtected(*engine.log, path.c_str(), own);
-            }
+            value.LogProtected(engine.log, path.c_str(), own);
             return Refuse(Verdict::kNoAccess, path, "Write protected");
         }
         if (!value.IsInRange(engine.api, *cache, name)) {
-            if (engine.log) {
-                value.LogOutOfRange(*engine.log, path.c_str(), own);
-            }
+            value.LogOutOfRange(engine.log, path.c_str(), own);
             return Refuse(Verdict::kOutOfRange, path, "Out of range");
         }
         return Verdict::kAccepted;

@@ -1,8 +1,8 @@
 // feature_cache.cpp - the feature descriptions of one SDK module
 #include "sync/feature_cache.h"
 
-#include "mivora/log_sink.h"
 #include "sdk/format_text.h"
+#include "sdk/logger.h"
 #include "sdk/no_throw.h"
 #include "sdk/pyxen_api_access.h"
 #include "sdk/sdk_error.h"
@@ -18,7 +18,7 @@ constexpr PxnFeatureInfo kNoFeature = {"", "", "", "", "", "", "", "", PxnFeatur
 } // namespace
 
 bool FeatureCache::Init(const char* name, CPyxenAPIAccess* access, PxnHandle moduleHandle,
-                        ILogSink* sink) {
+                        Logger sink) {
     moduleName = name;
     api = access;
     handle = moduleHandle;
@@ -32,18 +32,13 @@ bool FeatureCache::Init(const char* name, CPyxenAPIAccess* access, PxnHandle mod
         return false;
     }
     if (found == 0) {
-        if (log) {
-            log->Write(kMvLogError, "FeatureCache::Init: Empty feature list");
-        }
+        log.Error("FeatureCache::Init: Empty feature list");
         features.Free();
         count = 0;
         return true;
     }
     if (!features.Resize(found)) {
-        if (log) {
-            log->Write(kMvLogError,
-                       "FeatureCache::Init: Could not allocate memory for feature list");
-        }
+        log.Error("FeatureCache::Init: Could not allocate memory for feature list");
         return false;
     }
     std::uint32_t filled = found;
@@ -92,14 +87,9 @@ std::string FeatureCache::GetFeaturePath(const char* name) const {
 
 void FeatureCache::PrintParameters() const {
     NoThrow(false, [this] {
-        if (log) {
-            log->Write(kMvLogInformation,
-                       "%s features:", moduleName ? GetModuleName() : "unnamed feature cache's");
-        }
+        log.Information("%s features:", moduleName ? GetModuleName() : "unnamed feature cache's");
         if (GetFeatureCount() == 0) {
-            if (log) {
-                log->Write(kMvLogInformation, " - No features found - ");
-            }
+            log.Information(" - No features found - ");
             return true;
         }
         for (std::uint32_t index = 0; index < count; ++index) {
@@ -116,83 +106,78 @@ void FeatureCache::PrintFeature(const PxnFeatureInfo& feature) const {
     if (api->PxnFeatureAccessQuery(handle, name, &readable, &writeable) != PxnErrSuccess) {
         readable = 0;
     }
-    const auto write = [this](const char* format, auto... arguments) {
-        if (log) {
-            log->Write(kMvLogInformation, format, arguments...);
-        }
-    };
-    const auto report = [this, name](const char* format, PxnError result) {
+    const auto report = [this, name](NameFormat format, PxnError result) {
         ReportSdkError(FormatText(format, name).c_str(), result, log);
     };
     switch (feature.featureDataType) {
     case PxnFeatureDataInt: {
         std::int64_t value = 0;
         if (!readable) {
-            write(" %s (int64) is not readable", name);
+            log.Information(" %s (int64) is not readable", name);
         } else if (const PxnError result = api->PxnFeatureIntGet(handle, name, &value)) {
             report(" Can't retrieve attribute %s (int64)", result);
         } else {
-            write(" %s (int64) = %I64d", name, value);
+            log.Information(" %s (int64) = %I64d", name, value);
         }
         break;
     }
     case PxnFeatureDataFloat: {
         double value = 0;
         if (!readable) {
-            write(" %s (float) is not readable", name);
+            log.Information(" %s (float) is not readable", name);
         } else if (const PxnError result = api->PxnFeatureFloatGet(handle, name, &value)) {
             report(" Can't retrieve attribute %s (double)", result);
         } else {
-            write(" %s (float) = %lf", name, value);
+            log.Information(" %s (float) = %lf", name, value);
         }
         break;
     }
     case PxnFeatureDataEnum: {
         const char* value = nullptr;
         if (!readable) {
-            write(" %s (enum) is not readable", name);
+            log.Information(" %s (enum) is not readable", name);
         } else if (const PxnError result = api->PxnFeatureEnumGet(handle, name, &value)) {
             // Without a leading blank; that is intended.
             report("Can't retrieve attribute %s (enum)", result);
         } else {
-            write(" %s (enum) = %s", name, value);
+            log.Information(" %s (enum) = %s", name, value);
         }
         break;
     }
     case PxnFeatureDataString: {
         std::string value;
         if (!readable) {
-            write(" %s (string) is not readable", name);
+            log.Information(" %s (string) is not readable", name);
         } else if (const PxnError result = api->GetStringFeature(handle, name, value)) {
             report(" Can't retrieve attribute %s (string)", result);
         } else {
-            write(" %s (string) = %s", name, value.c_str());
+            log.Information(" %s (string) = %s", name, value.c_str());
         }
         break;
     }
     case PxnFeatureDataBool: {
         PxnBool value = 0;
         if (!readable) {
-            write(" %s (bool) is not readable", name);
+            log.Information(" %s (bool) is not readable", name);
         } else if (const PxnError result = api->PxnFeatureBoolGet(handle, name, &value)) {
             report(" Can't retrieve attribute %s (bool)", result);
         } else {
-            write(" %s (bool) = %s", name, value ? "On" : "Off");
+            log.Information(" %s (bool) = %s", name, value ? "On" : "Off");
         }
         break;
     }
     case PxnFeatureDataCommand:
-        write(" %s is a command", name);
+        log.Information(" %s is a command", name);
         break;
     case PxnFeatureDataRaw:
-        write(" %s has raw data type", name);
+        log.Information(" %s has raw data type", name);
         break;
     case PxnFeatureDataNone:
-        write(" %s has no data", name);
+        log.Information(" %s has no data", name);
         break;
     default:
         // Without a leading blank; that is intended.
-        write("%s has an unknown datatype", name);
+        log.Information("%s has an unknown datatype", name);
         break;
     }
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "pxnc.h"
+#include "sdk/logger.h"
 #include "sdk/malloc_array.h"
 
 #include <atomic>
@@ -9,7 +10,6 @@
 #include <string>
 
 class CPyxenAPIAccess;
-class ILogSink;
 
 /// Holds one module's feature descriptions as the SDK last listed them.
 ///
@@ -26,7 +26,7 @@ public:
     /// Lists the features of `moduleHandle` anew. `name` must live as long as the cache is filled.
     /// False and a log line when the SDK refuses or memory runs out; what the cache held before
     /// stays unless the SDK failed half-way. An empty list is success.
-    bool Init(const char* name, CPyxenAPIAccess* access, PxnHandle moduleHandle, ILogSink* sink);
+    bool Init(const char* name, CPyxenAPIAccess* access, PxnHandle moduleHandle, Logger sink);
     /// Forgets the list, the name and the SDK access.
     void Clear();
 
@@ -50,7 +50,7 @@ private:
     std::atomic<const char*> moduleName{nullptr};
     std::atomic<PxnHandle> handle{nullptr};
     CPyxenAPIAccess* api = nullptr;
-    ILogSink* log = nullptr;
+    Logger log;
     MallocArray<PxnFeatureInfo> features;
     std::uint32_t count = 0;
 };

@@ -1,8 +1,8 @@
 // feature_syncher.cpp - reads the feature synchronisation file
 #include "sync/feature_syncher.h"
 
-#include "mivora/log_sink.h"
 #include "platform/text.h"
+#include "sdk/logger.h"
 #include "sdk/no_throw.h"
 
 #include <algorithm>
@@ -43,7 +43,7 @@ bool IsWhiteSpace(int byte, bool spaceMode) {
 
 } // namespace
 
-int FeatureSyncher::Init(const char* path, ILogSink* sink) {
+int FeatureSyncher::Init(const char* path, Logger sink) {
     log = sink;
     tokenHistory.clear();
     cursor = 0;
@@ -51,17 +51,12 @@ int FeatureSyncher::Init(const char* path, ILogSink* sink) {
 
     const File file = OpenFile(path);
     if (!file) {
-        if (log) {
-            log->Write(
-                kMvLogError,
-                "FeatureSyncher::Init: Could not open %s. No feature synchronization will happen.",
-                path);
-        }
+        log.Error(
+            "FeatureSyncher::Init: Could not open %s. No feature synchronization will happen.",
+            path);
         return 0;
     }
-    if (log) {
-        log->Write(kMvLogInformation, "FeatureSyncher::Init: Loading %s...", path);
-    }
+    log.Information("FeatureSyncher::Init: Loading %s...", path);
     const int result = NoThrow(0, [&] { return ReadFile(file.get()); });
     tokenHistory.clear();
     cursor = 0;
@@ -138,21 +133,18 @@ bool FeatureSyncher::ReadEntry(std::FILE* file) {
     return true;
 }
 
-void FeatureSyncher::LogFault(const char* text) const {
-    if (log) {
-        log->Write(kMvLogError, text);
-    }
+void FeatureSyncher::LogFault(LogFormat<> text) const {
+    log.Error(text);
 }
 
 void FeatureSyncher::LogEntry(const SyncFeatureEntry& entry) const {
     if (!log) {
         return;
     }
-    log->Write(kMvLogInformation, "FeatureSyncher::Init: %s::%s will be synched with ",
-               entry.Watched.ModuleName.c_str(), entry.Watched.FeatureName.c_str());
+    log.Information("FeatureSyncher::Init: %s::%s will be synched with ",
+                    entry.Watched.ModuleName.c_str(), entry.Watched.FeatureName.c_str());
     for (const FeatureRef& dependency : entry.Dependencies) {
-        log->Write(kMvLogInformation, "  %s::%s", dependency.ModuleName.c_str(),
-                   dependency.FeatureName.c_str());
+        log.Information("  %s::%s", dependency.ModuleName.c_str(), dependency.FeatureName.c_str());
     }
 }
 

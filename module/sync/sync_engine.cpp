@@ -2,12 +2,13 @@
 #include "sync/sync_engine.h"
 
 #include "platform/text.h"
+#include "sdk/logger.h"
 #include "sync/feature_cache.h"
 #include "sync/feature_caches.h"
 #include "sync/feature_syncher.h"
 
 SyncEngine::SyncEngine(CPyxenAPIAccess& access, const FeatureSyncher& rules, IFeatureCaches& caches,
-                       ILogSink* sink)
+                       Logger sink)
     : api(access), syncher(rules), moduleCaches(caches), log(sink) {}
 
 int SyncEngine::SyncModuleFeatures(FeatureCache* cache, bool onlyIfDifferent) {

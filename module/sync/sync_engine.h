@@ -2,6 +2,7 @@
 #pragma once
 
 #include "pxnc.h"
+#include "sdk/logger.h"
 
 #include <cstdint>
 #include <string>
@@ -11,7 +12,6 @@ class CPyxenAPIAccess;
 class FeatureCache;
 class FeatureSyncher;
 class IFeatureCaches;
-class ILogSink;
 struct FeatureRef;
 
 /// What a pre-write check hands out.
@@ -27,7 +27,7 @@ struct SyncCheckResult {
 class SyncEngine {
 public:
     SyncEngine(CPyxenAPIAccess& access, const FeatureSyncher& rules, IFeatureCaches& caches,
-               ILogSink* sink);
+               Logger sink);
 
     /// 1 when the target holds the source's value afterwards, else 0.
     int SyncFeature(FeatureCache* source, const char* sourceName, FeatureCache* target,
@@ -60,5 +60,5 @@ private:
     CPyxenAPIAccess& api;
     const FeatureSyncher& syncher;
     IFeatureCaches& moduleCaches;
-    ILogSink* log;
+    Logger log;
 };

@@ -2,9 +2,9 @@
 //
 // One way for every type; what differs (how a value is read, tested, compared and written, and the
 // words for it) stands in one class per type. The irregular words are intended.
-#include "mivora/log_sink.h"
 #include "platform/text.h"
 #include "sdk/format_text.h"
+#include "sdk/logger.h"
 #include "sdk/no_throw.h"
 #include "sdk/pyxen_api_access.h"
 #include "sdk/sdk_error.h"
@@ -27,7 +27,7 @@ struct Place {
 
 class ValueCopy {
 public:
-    ValueCopy(CPyxenAPIAccess& access, ILogSink* sink, const Place& from, const Place& to)
+    ValueCopy(CPyxenAPIAccess& access, Logger sink, const Place& from, const Place& to)
         : api(access), log(sink), source(from), target(to) {}
 
     /// 1 when the target holds the source's value afterwards, else 0.
@@ -41,12 +41,9 @@ public:
                 return 0;
             }
             if (equal) {
-                if (log) {
-                    log->Write(
-                        kMvLogInformation,
-                        "CMivoraKVNPyxenClass::SyncFeature: %s already has appropriate value. Skipping update.",
-                        target.path.c_str());
-                }
+                log.Information(
+                    "CMivoraKVNPyxenClass::SyncFeature: %s already has appropriate value. Skipping update.",
+                    target.path.c_str());
                 return 1;
             }
         }
@@ -67,7 +64,7 @@ protected:
     }
 
     CPyxenAPIAccess& api;
-    ILogSink* log;
+    Logger log;
     const Place& source;
     const Place& target;
 };
@@ -101,12 +98,9 @@ class IntCopy final : public ValueCopy {
                     target.path.c_str()));
         }
         const bool fits = min <= value && value <= max;
-        if (log) {
-            log->Write(
-                kMvLogInformation,
-                "CMivoraKVNPyxenClass::SyncFeature: int64 feature can %sbe synched to %s (value = %I64d, min = %I64d, max = %I64d)",
-                Insert(fits), target.path.c_str(), value, min, max);
-        }
+        log.Information(
+            "CMivoraKVNPyxenClass::SyncFeature: int64 feature can %sbe synched to %s (value = %I64d, min = %I64d, max = %I64d)",
+            Insert(fits), target.path.c_str(), value, min, max);
         return fits;
     }
 
@@ -132,12 +126,9 @@ class IntCopy final : public ValueCopy {
                     "CMivoraKVNPyxenClass::SyncFeature: Cannot read int64 feature from %s (read error)",
                     target.path.c_str()));
         }
-        if (log) {
-            log->Write(
-                kMvLogInformation,
-                "CMivoraKVNPyxenClass::SyncFeature: Synched int64 feature from %s to %s (value = %I64d)",
-                source.path.c_str(), target.path.c_str(), value);
-        }
+        log.Information(
+            "CMivoraKVNPyxenClass::SyncFeature: Synched int64 feature from %s to %s (value = %I64d)",
+            source.path.c_str(), target.path.c_str(), value);
         return true;
     }
 
@@ -169,12 +160,9 @@ class FloatCopy final : public ValueCopy {
                     target.path.c_str()));
         }
         const bool fits = min <= value && value <= max;
-        if (log) {
-            log->Write(
-                kMvLogInformation,
-                "CMivoraKVNPyxenClass::SyncFeature: float feature can %sbe synched to %s (value = %lf, min = %lf, max = %lf)",
-                Insert(fits), target.path.c_str(), value, min, max);
-        }
+        log.Information(
+            "CMivoraKVNPyxenClass::SyncFeature: float feature can %sbe synched to %s (value = %lf, min = %lf, max = %lf)",
+            Insert(fits), target.path.c_str(), value, min, max);
         return fits;
     }
 
@@ -199,12 +187,9 @@ class FloatCopy final : public ValueCopy {
                     "CMivoraKVNPyxenClass::SyncFeature: Cannot sync float feature from %s to %s value = %lf, (write error)",
                     source.path.c_str(), target.path.c_str(), value));
         }
-        if (log) {
-            log->Write(
-                kMvLogInformation,
-                "CMivoraKVNPyxenClass::SyncFeature: Synched float feature from %s to %s. value = %lf,",
-                source.path.c_str(), target.path.c_str(), value);
-        }
+        log.Information(
+            "CMivoraKVNPyxenClass::SyncFeature: Synched float feature from %s to %s. value = %lf,",
+            source.path.c_str(), target.path.c_str(), value);
         return true;
     }
 
@@ -236,12 +221,9 @@ class EnumCopy final : public ValueCopy {
         }
         // The pointers are compared, not the texts, on purpose: the SDK shares one text per name.
         const bool fits = value && std::find(names.begin(), names.end(), value) != names.end();
-        if (log) {
-            log->Write(
-                kMvLogInformation,
-                "CMivoraKVNPyxenClass::SyncFeature: enum feature can %sbe synched to %s (value = %s)",
-                Insert(fits), target.path.c_str(), value);
-        }
+        log.Information(
+            "CMivoraKVNPyxenClass::SyncFeature: enum feature can %sbe synched to %s (value = %s)",
+            Insert(fits), target.path.c_str(), value);
         return fits;
     }
 
@@ -268,12 +250,9 @@ class EnumCopy final : public ValueCopy {
                     "CMivoraKVNPyxenClass::SyncFeature: Cannot sync enum feature from %s to %s value = %s (write error)",
                     source.path.c_str(), target.path.c_str(), value));
         }
-        if (log) {
-            log->Write(
-                kMvLogInformation,
-                "CMivoraKVNPyxenClass::SyncFeature: Synched enum feature from %s to %s value = %s.",
-                source.path.c_str(), target.path.c_str(), value);
-        }
+        log.Information(
+            "CMivoraKVNPyxenClass::SyncFeature: Synched enum feature from %s to %s value = %s.",
+            source.path.c_str(), target.path.c_str(), value);
         return true;
     }
 
@@ -320,12 +299,9 @@ class StringCopy final : public ValueCopy {
                     target.path.c_str()));
         }
         const bool fits = value.size() <= maxLength;
-        if (log) {
-            log->Write(
-                kMvLogInformation,
-                "CMivoraKVNPyxenClass::SyncFeature: string feature can %sbe synched to %s (value = %s)",
-                Insert(fits), target.path.c_str(), value.c_str());
-        }
+        log.Information(
+            "CMivoraKVNPyxenClass::SyncFeature: string feature can %sbe synched to %s (value = %s)",
+            Insert(fits), target.path.c_str(), value.c_str());
         return fits;
     }
 
@@ -350,12 +326,9 @@ class StringCopy final : public ValueCopy {
                     "CMivoraKVNPyxenClass::SyncFeature: string feature from %s to %s (value = %s) (write error)",
                     source.path.c_str(), target.path.c_str(), value.c_str()));
         }
-        if (log) {
-            log->Write(
-                kMvLogInformation,
-                "CMivoraKVNPyxenClass::SyncFeature: Synched string feature from %s to %s (value = %s)",
-                source.path.c_str(), target.path.c_str(), value.c_str());
-        }
+        log.Information(
+            "CMivoraKVNPyxenClass::SyncFeature: Synched string feature from %s to %s (value = %s)",
+            source.path.c_str(), target.path.c_str(), value.c_str());
         return true;
     }
 
@@ -378,12 +351,9 @@ class BoolCopy final : public ValueCopy {
     }
 
     bool FitsTarget() override {
-        if (log) {
-            log->Write(
-                kMvLogInformation,
-                "CMivoraKVNPyxenClass::SyncFeature: bool feature can be synched to %s value = %s",
-                target.path.c_str(), Text());
-        }
+        log.Information(
+            "CMivoraKVNPyxenClass::SyncFeature: bool feature can be synched to %s value = %s",
+            target.path.c_str(), Text());
         return true;
     }
 
@@ -409,12 +379,9 @@ class BoolCopy final : public ValueCopy {
                     "CMivoraKVNPyxenClass::SyncFeature: Cannot sync bool feature from %s to %s (value = %s) (write error)",
                     source.path.c_str(), target.path.c_str(), Text()));
         }
-        if (log) {
-            log->Write(
-                kMvLogInformation,
-                "CMivoraKVNPyxenClass::SyncFeature: Synched boolean feature from %s to %s. value = %s",
-                source.path.c_str(), target.path.c_str(), Text());
-        }
+        log.Information(
+            "CMivoraKVNPyxenClass::SyncFeature: Synched boolean feature from %s to %s. value = %s",
+            source.path.c_str(), target.path.c_str(), Text());
         return true;
     }
 
@@ -460,12 +427,9 @@ int SyncEngine::CopyValue(FeatureCache* source, const char* sourceName, FeatureC
     const bool readable = IsReadable(api, from);
     const bool writeable = IsWriteable(api, to);
     if (!readable || !writeable) {
-        if (log) {
-            log->Write(
-                kMvLogInformation,
-                "CMivoraKVNPyxenClass::SyncFeature: %s is either not readable or %s not writeable",
-                from.path.c_str(), to.path.c_str());
-        }
+        log.Information(
+            "CMivoraKVNPyxenClass::SyncFeature: %s is either not readable or %s not writeable",
+            from.path.c_str(), to.path.c_str());
         return 0;
     }
     switch (sourceInfo->featureDataType) {

@@ -1,13 +1,14 @@
 // device_row.cpp - what the device finder shows of a camera
 #include "ui/device_row.h"
 
+#include "sdk/logger.h"
 #include "sdk/pyxen_api_access.h"
 #include "sdk/sdk_error.h"
 
 namespace {
 
 std::string Read(CPyxenAPIAccess& api, PxnHandle handle, const char* feature,
-                 const char* failureText, ILogSink* log) {
+                 const char* failureText, Logger log) {
     std::string text;
     const PxnError error = api.GetStringFeature(handle, feature, text);
     if (error != PxnErrSuccess) {
@@ -23,7 +24,7 @@ const std::string& OrElse(const std::string& text, const std::string& placeholde
 } // namespace
 
 DeviceConnection ReadDeviceConnection(CPyxenAPIAccess& api, const PxnCameraInfo& camera,
-                                      ILogSink* log) {
+                                      Logger log) {
     DeviceConnection connection;
     connection.interfaceId =
         Read(api, camera.interfaceHandle, "InterfaceID",

@@ -2,13 +2,13 @@
 #pragma once
 
 #include "pxnc.h"
+#include "sdk/logger.h"
 
 #include <array>
 #include <cstdint>
 #include <string>
 
 class CPyxenAPIAccess;
-class ILogSink;
 
 /// Where a camera is attached; a text is empty when it cannot be read.
 struct DeviceConnection {
@@ -19,7 +19,7 @@ struct DeviceConnection {
 
 /// Asks the camera's interface and transport layer. Failures are told to `log`, which may be null.
 DeviceConnection ReadDeviceConnection(CPyxenAPIAccess& api, const PxnCameraInfo& camera,
-                                      ILogSink* log);
+                                      Logger log);
 
 inline constexpr std::size_t kDeviceColumnCount = 5;
 

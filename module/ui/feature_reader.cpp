@@ -1,20 +1,18 @@
 // feature_reader.cpp - what the feature control dialog reads of a feature
 #include "ui/feature_reader.h"
 
-#include "mivora/log_sink.h"
 #include "sdk/format_text.h"
+#include "sdk/logger.h"
 #include "sdk/pyxen_api_access.h"
 #include "sdk/sdk_error.h"
 #include "ui/value_text.h"
 
-void FeatureReader::Report(const char* format, const std::string& name, PxnError error) const {
+void FeatureReader::Report(NameFormat format, const std::string& name, PxnError error) const {
     ReportSdkError(FormatText(format, name.c_str()).c_str(), error, log);
 }
 
-void FeatureReader::Report(const char* format, const std::string& name) const {
-    if (log) {
-        log->Write(kMvLogError, format, name.c_str());
-    }
+void FeatureReader::Report(NameFormat format, const std::string& name) const {
+    log.Error(format, name.c_str());
 }
 
 bool FeatureReader::IsWriteable(const FeatureLeaf& leaf) const {
@@ -44,8 +42,8 @@ PxnError FeatureReader::ReadValue(const FeatureLeaf& leaf, FloatForm& form) cons
 }
 
 template <class Form>
-std::optional<Form> FeatureReader::ReadNumber(const FeatureLeaf& leaf, const char* rangeFailed,
-                                              const char* valueFailed) const {
+std::optional<Form> FeatureReader::ReadNumber(const FeatureLeaf& leaf, NameFormat rangeFailed,
+                                              NameFormat valueFailed) const {
     Form form;
     if (const PxnError error = ReadRange(leaf, form)) {
         Report(rangeFailed, leaf.name, error);
@@ -95,9 +93,8 @@ bool FeatureReader::GetEnumRange(PxnHandle handle, const char* name, bool onlyAv
     }
     MallocArray<const char*> entries;
     if (!entries.Resize(count)) {
-        Report(
-            "CKVNPyxenFeatureCtrlDialog::GetEnumRange: Could not allocate memory for enum entries",
-            name);
+        log.Error(
+            "CKVNPyxenFeatureCtrlDialog::GetEnumRange: Could not allocate memory for enum entries");
         return false;
     }
     std::uint32_t found = 0;
@@ -132,8 +129,8 @@ bool FeatureReader::GetEnumRange(PxnHandle handle, const char* name, bool onlyAv
     return true;
 }
 
-std::optional<EnumForm> FeatureReader::ReadEnum(const FeatureLeaf& leaf, const char* rangeFailed,
-                                                const char* valueFailed) const {
+std::optional<EnumForm> FeatureReader::ReadEnum(const FeatureLeaf& leaf, NameFormat rangeFailed,
+                                                NameFormat valueFailed) const {
     EnumForm form;
     if (!GetEnumRange(leaf.handle, leaf.name.c_str(), true, form.range)) {
         Report(rangeFailed, leaf.name);
@@ -160,7 +157,7 @@ std::optional<EnumForm> FeatureReader::EnumToRefresh(const FeatureLeaf& leaf) co
 
 // ---- booleans and strings ----
 
-std::optional<bool> FeatureReader::ReadBool(const FeatureLeaf& leaf, const char* failed) const {
+std::optional<bool> FeatureReader::ReadBool(const FeatureLeaf& leaf, NameFormat failed) const {
     PxnBool value = 0;
     if (const PxnError error = api.PxnFeatureBoolGet(leaf.handle, leaf.name.c_str(), &value)) {
         Report(failed, leaf.name, error);

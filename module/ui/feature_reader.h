@@ -2,6 +2,7 @@
 #pragma once
 
 #include "pxnc.h"
+#include "sdk/logger.h"
 #include "sdk/malloc_array.h"
 #include "ui/feature_leaf.h"
 
@@ -10,7 +11,6 @@
 #include <string>
 
 class CPyxenAPIAccess;
-class ILogSink;
 
 /// An integer or float feature with its range.
 template <class Number>
@@ -38,7 +38,7 @@ struct EnumForm {
 class FeatureReader {
 public:
     /// `sink` may be null.
-    FeatureReader(CPyxenAPIAccess& access, ILogSink* sink) : api(access), log(sink) {}
+    FeatureReader(CPyxenAPIAccess& access, Logger sink) : api(access), log(sink) {}
 
     bool IsWriteable(const FeatureLeaf& leaf) const;
 
@@ -68,15 +68,15 @@ private:
     PxnError ReadValue(const FeatureLeaf& leaf, IntegerForm& form) const;
     PxnError ReadValue(const FeatureLeaf& leaf, FloatForm& form) const;
     template <class Form>
-    std::optional<Form> ReadNumber(const FeatureLeaf& leaf, const char* rangeFailed,
-                                   const char* valueFailed) const;
-    std::optional<EnumForm> ReadEnum(const FeatureLeaf& leaf, const char* rangeFailed,
-                                     const char* valueFailed) const;
-    std::optional<bool> ReadBool(const FeatureLeaf& leaf, const char* failed) const;
+    std::optional<Form> ReadNumber(const FeatureLeaf& leaf, NameFormat rangeFailed,
+                                   NameFormat valueFailed) const;
+    std::optional<EnumForm> ReadEnum(const FeatureLeaf& leaf, NameFormat rangeFailed,
+                                     NameFormat valueFailed) const;
+    std::optional<bool> ReadBool(const FeatureLeaf& leaf, NameFormat failed) const;
     /// Logs `format`, filled with the feature's name, and the SDK's error.
-    void Report(const char* format, const std::string& name, PxnError error) const;
-    void Report(const char* format, const std::string& name) const;
+    void Report(NameFormat format, const std::string& name, PxnError error) const;
+    void Report(NameFormat format, const std::string& name) const;
 
     CPyxenAPIAccess& api;
-    ILogSink* const log;
+    const Logger log;
 };

@@ -1,7 +1,7 @@
 // feature_registrations.cpp - the invalidations that a feature control dialog has asked for
 #include "ui/feature_registrations.h"
 
-#include "mivora/log_sink.h"
+#include "sdk/logger.h"
 #include "sdk/no_throw.h"
 #include "sdk/pyxen_api_access.h"
 #include "ui/invalidation_receiver.h"
@@ -14,8 +14,8 @@ namespace {
 
 struct Kind {
     PxnInvalidationCallback callback;
-    const char* registering;
-    const char* unregistering;
+    NameFormat registering;
+    NameFormat unregistering;
 };
 
 // In the order of InvalidationKind. Two of the words are misspelt, which is intended.
@@ -41,9 +41,7 @@ const Kind& About(InvalidationKind kind) {
 } // namespace
 
 void FeatureRegistrations::Register(InvalidationKind kind, const FeatureLeaf& leaf) {
-    if (log) {
-        log->Write(kMvLogInformation, About(kind).registering, leaf.name.c_str());
-    }
+    log.Information(About(kind).registering, leaf.name.c_str());
     ListOf(kind).push_back(leaf);
     if (connected && api.IsValid()) {
         receiver.Know(leaf);
@@ -62,17 +60,13 @@ void FeatureRegistrations::Unregister(InvalidationKind kind, const FeatureLeaf& 
     }
     const FeatureLeaf known = std::move(*place);
     list.erase(place);
-    if (log) {
-        log->Write(kMvLogInformation, About(kind).unregistering, known.name.c_str());
-    }
+    log.Information(About(kind).unregistering, known.name.c_str());
     TakeBack(kind, known);
 }
 
 void FeatureRegistrations::UnregisterAll(InvalidationKind kind) {
     for (const FeatureLeaf& leaf : std::exchange(ListOf(kind), {})) {
-        if (log) {
-            log->Write(kMvLogInformation, About(kind).unregistering, leaf.name.c_str());
-        }
+        log.Information(About(kind).unregistering, leaf.name.c_str());
         TakeBack(kind, leaf);
     }
 }

@@ -1,6 +1,7 @@
 // feature_registrations.h - the invalidations that a feature control dialog has asked for
 #pragma once
 
+#include "sdk/logger.h"
 #include "ui/feature_leaf.h"
 
 #include <array>
@@ -8,7 +9,6 @@
 #include <vector>
 
 class CPyxenAPIAccess;
-class ILogSink;
 class InvalidationReceiver;
 
 /// What a registration is for.
@@ -19,7 +19,7 @@ enum class InvalidationKind { kValue, kSync, kBufferFormat, kTiming };
 class FeatureRegistrations {
 public:
     /// `sink` may be null.
-    FeatureRegistrations(CPyxenAPIAccess& access, InvalidationReceiver& newReceiver, ILogSink* sink)
+    FeatureRegistrations(CPyxenAPIAccess& access, InvalidationReceiver& newReceiver, Logger sink)
         : api(access), receiver(newReceiver), log(sink) {}
 
     void Register(InvalidationKind kind, const FeatureLeaf& leaf);
@@ -38,7 +38,7 @@ private:
 
     CPyxenAPIAccess& api;
     InvalidationReceiver& receiver;
-    ILogSink* const log;
+    const Logger log;
     bool connected = true;
     std::array<std::vector<FeatureLeaf>, 4> lists;
 };

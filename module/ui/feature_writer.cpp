@@ -5,7 +5,7 @@
 #include "sdk/pyxen_api_access.h"
 #include "sdk/sdk_error.h"
 
-WriteOutcome FeatureWriter::Failed(const char* format, const FeatureLeaf& leaf,
+WriteOutcome FeatureWriter::Failed(NameFormat format, const FeatureLeaf& leaf,
                                    PxnError error) const {
     ReportSdkError(FormatText(format, leaf.name.c_str()).c_str(), error, log);
     return {};

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "pxnc.h"
+#include "sdk/logger.h"
 #include "sync/sync_engine.h"
 #include "ui/feature_leaf.h"
 
@@ -10,7 +11,6 @@
 #include <string>
 
 class CPyxenAPIAccess;
-class ILogSink;
 
 /// What became of a value that the user committed.
 struct WriteOutcome {
@@ -29,7 +29,7 @@ struct BoxText {
 class FeatureWriter {
 public:
     /// `sink` may be null.
-    FeatureWriter(CPyxenAPIAccess& access, SyncEngine& engine, ILogSink* sink)
+    FeatureWriter(CPyxenAPIAccess& access, SyncEngine& engine, Logger sink)
         : api(access), sync(engine), log(sink) {}
 
     // `value` becomes what the camera holds afterwards.
@@ -44,9 +44,9 @@ public:
     static BoxText FailureBox(const FeatureLeaf& leaf, const WriteOutcome& outcome);
 
 private:
-    WriteOutcome Failed(const char* format, const FeatureLeaf& leaf, PxnError error) const;
+    WriteOutcome Failed(NameFormat format, const FeatureLeaf& leaf, PxnError error) const;
 
     CPyxenAPIAccess& api;
     SyncEngine& sync;
-    ILogSink* const log;
+    const Logger log;
 };

@@ -1,7 +1,7 @@
 // invalidation_receiver.cpp - where the SDK's invalidation callbacks reach a dialog
 #include "ui/invalidation_receiver.h"
 
-#include "mivora/log_sink.h"
+#include "sdk/logger.h"
 #include "sdk/no_throw.h"
 #include "ui/feature_leaf.h"
 
@@ -36,7 +36,7 @@ Receivers& TheReceivers() {
 
 } // namespace
 
-std::shared_ptr<InvalidationReceiver> InvalidationReceiver::Open(ILogSink* sink, Post post) {
+std::shared_ptr<InvalidationReceiver> InvalidationReceiver::Open(Logger sink, Post post) {
     std::shared_ptr<InvalidationReceiver> receiver(new InvalidationReceiver(sink, std::move(post)));
     TheReceivers().Add(receiver);
     return receiver;
@@ -65,7 +65,7 @@ void InvalidationReceiver::ForgetAll() {
     paths.clear();
 }
 
-void InvalidationReceiver::Tell(void* context, const char* format, std::uint32_t message,
+void InvalidationReceiver::Tell(void* context, NameFormat format, std::uint32_t message,
                                 PxnHandle handle, const char* name,
                                 const std::atomic<bool> InvalidationReceiver::*suppressed) {
     NoThrow(false, [&] {
@@ -79,9 +79,8 @@ void InvalidationReceiver::Tell(void* context, const char* format, std::uint32_t
         }
         if (receiver->log) {
             const auto path = receiver->paths.find({handle, name});
-            receiver->log->Write(kMvLogInformation, format,
-                                 path == receiver->paths.end() ? "<not available>"
-                                                               : path->second.c_str());
+            receiver->log.Information(format, path == receiver->paths.end() ? "<not available>"
+                                                                            : path->second.c_str());
         }
         if (!((*receiver).*suppressed)) {
             receiver->post(message, handle, name);

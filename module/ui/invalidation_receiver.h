@@ -3,6 +3,7 @@
 
 #include "platform/mutex.h"
 #include "pxnc.h"
+#include "sdk/logger.h"
 
 #include <atomic>
 #include <cstdint>
@@ -12,7 +13,6 @@
 #include <string>
 #include <utility>
 
-class ILogSink;
 struct FeatureLeaf;
 
 /// Window messages of a dialog: wParam is the module's handle, lParam the SDK's feature name.
@@ -31,7 +31,7 @@ public:
     using Post = std::function<void(std::uint32_t message, PxnHandle handle, const char* name)>;
 
     /// `sink` may be null.
-    static std::shared_ptr<InvalidationReceiver> Open(ILogSink* sink, Post post);
+    static std::shared_ptr<InvalidationReceiver> Open(Logger sink, Post post);
     /// From here on nothing is logged or posted. Waits for a call on another thread.
     void Close();
 
@@ -51,12 +51,12 @@ public:
                                                              void* context);
 
 private:
-    InvalidationReceiver(ILogSink* sink, Post newPost) : log(sink), post(std::move(newPost)) {}
+    InvalidationReceiver(Logger sink, Post newPost) : log(sink), post(std::move(newPost)) {}
 
-    static void Tell(void* context, const char* format, std::uint32_t message, PxnHandle handle,
+    static void Tell(void* context, NameFormat format, std::uint32_t message, PxnHandle handle,
                      const char* name, const std::atomic<bool> InvalidationReceiver::*suppressed);
 
-    ILogSink* const log;
+    const Logger log;
     const Post post;
     std::atomic<bool> bufferFormatSuppressed{false};
     std::atomic<bool> syncSuppressed{false};

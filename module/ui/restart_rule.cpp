@@ -1,7 +1,7 @@
 // restart_rule.cpp - which changes invalidate the frame buffers
 #include "ui/restart_rule.h"
 
-#include "mivora/log_sink.h"
+#include "sdk/logger.h"
 #include "sync/feature_cache.h"
 
 #include <string_view>
@@ -28,7 +28,7 @@ bool DoesFeatureTriggerRestart(const PxnFeatureInfo& feature) {
            (feature.category && IsImageFormat(feature.category));
 }
 
-bool DoesPathTriggerRestart(const FeatureCache& cache, const char* path, ILogSink* log) {
+bool DoesPathTriggerRestart(const FeatureCache& cache, const char* path, Logger log) {
     const std::string_view text = path;
     if (text.starts_with('/')) {
         return IsImageFormat(text) || text == "/";
@@ -39,11 +39,8 @@ bool DoesPathTriggerRestart(const FeatureCache& cache, const char* path, ILogSin
     if (const PxnFeatureInfo* const feature = cache.Find(path)) {
         return DoesFeatureTriggerRestart(*feature);
     }
-    if (log) {
-        log->Write(
-            kMvLogError,
-            "CKVNPyxenFeatureCtrlDialog::DoesPathTriggerRestart: Feature %s is not in the feature cache",
-            path);
-    }
+    log.Error(
+        "CKVNPyxenFeatureCtrlDialog::DoesPathTriggerRestart: Feature %s is not in the feature cache",
+        path);
     return false;
 }

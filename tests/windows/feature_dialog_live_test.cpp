@@ -1,7 +1,7 @@
 // The feature control dialog while images are grabbed.
 #include "feature_dialog_fixture.h"
 #include "scripted_dialog.h"
-#include "tests/module/acquisition/scripted_sleep.h"
+#include "tests/module/scripted_sleep.h"
 #include "tests/support/manual_clock.h"
 #include "ui/buffer_debounce.h"
 

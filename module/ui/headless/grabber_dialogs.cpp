@@ -3,13 +3,12 @@
 
 #include "grabber/mivora_kvn_pyxen_class.h"
 #include "platform/window_message.h"
+#include "sdk/logger.h"
 
 void GrabberDialogs::ShowMessage(MV_WINDOW parent, const char* text, const char* caption,
-                                 bool warning, ILogSink* log) {
+                                 bool warning, Logger log) {
     if (!platform::ShowMessageBox(parent, text, caption, warning) && log) {
-        log->Write(kMvLogError,
-                   "GrabberDialogs::ShowMessage: Cannot show \"%s\", there are no windows",
-                   caption);
+        log.Error("GrabberDialogs::ShowMessage: Cannot show \"%s\", there are no windows", caption);
     }
 }
 
@@ -18,16 +17,13 @@ bool GrabberDialogs::HasWindows() {
 }
 
 ICamCntrlDialog* GrabberDialogs::CreateFeatureControl(CMivoraKVNPyxenClass& grabber) {
-    if (ILogSink* const log = grabber.GetLogSink()) {
-        log->Write(kMvLogError, "GrabberDialogs::CreateFeatureControl: there are no windows");
-    }
+    Logger(grabber.GetLogSink())
+        .Error("GrabberDialogs::CreateFeatureControl: there are no windows");
     return nullptr;
 }
 
-MV_ERRCODE GrabberDialogs::RunDeviceFinder(MV_WINDOW, CPyxenAPIAccess&, ILogSink* log, std::string&,
+MV_ERRCODE GrabberDialogs::RunDeviceFinder(MV_WINDOW, CPyxenAPIAccess&, Logger log, std::string&,
                                            MV_DLG_EXITCODE&) {
-    if (log) {
-        log->Write(kMvLogError, "GrabberDialogs::RunDeviceFinder: there are no windows");
-    }
+    log.Error("GrabberDialogs::RunDeviceFinder: there are no windows");
     return MV_REFUSED;
 }

@@ -1,8 +1,8 @@
 // device_finder_list_ctrl.cpp - the device finder's list of cameras
 #include "ui/windows/device_finder_list_ctrl.h"
 
-#include "mivora/log_sink.h"
 #include "res/resource.h"
+#include "sdk/logger.h"
 #include "ui/device_row.h"
 #include "ui/windows/small_icon.h"
 #include "ui/windows/wide_text.h"
@@ -38,7 +38,7 @@ constexpr int kStandardResolution = 96;
 
 } // namespace
 
-void CDeviceFinderListCtrl::Initialise(ILogSink* newLog) {
+void CDeviceFinderListCtrl::Initialise(Logger newLog) {
     log = newLog;
     SetExtendedStyle(GetExtendedStyle() | LVS_EX_GRIDLINES | LVS_EX_FULLROWSELECT);
     SetColumns();
@@ -88,11 +88,8 @@ int CDeviceFinderListCtrl::FindRow(int number) const {
 int CDeviceFinderListCtrl::AddRow(const std::string& id, const char* name) {
     const int row = InsertItem(GetItemCount(), L"");
     SetItemData(row, static_cast<DWORD_PTR>(ids.Add(id)));
-    if (log) {
-        log->Write(kMvLogInformation,
-                   "CDeviceFinderListCtrl::AddOrUpdateCamera: New camera: %s(id=%s)", name,
-                   id.c_str());
-    }
+    log.Information("CDeviceFinderListCtrl::AddOrUpdateCamera: New camera: %s(id=%s)", name,
+                    id.c_str());
     return row;
 }
 
@@ -116,10 +113,10 @@ int CDeviceFinderListCtrl::AddOrUpdateCamera(const PxnCameraInfo& camera,
         const auto access = [&](std::uint32_t bit, const char* text) {
             return camera.permittedAccess & bit ? text : "";
         };
-        log->Write(kMvLogInformation,
-                   "CDeviceFinderListCtrl::AddOrUpdateCamera: state of camera %s is [%s %s %s]",
-                   name, access(PxnAccessModeFull, "Full"), access(PxnAccessModeRead, "Read"),
-                   access(PxnAccessModeUnknown, "Unknown"));
+        log.Information(
+            "CDeviceFinderListCtrl::AddOrUpdateCamera: state of camera %s is [%s %s %s]", name,
+            access(PxnAccessModeFull, "Full"), access(PxnAccessModeRead, "Read"),
+            access(PxnAccessModeUnknown, "Unknown"));
     }
     return row;
 }
@@ -131,11 +128,8 @@ bool CDeviceFinderListCtrl::RemoveCameraFromList(const std::string& id) {
     }
     for (int row = FindRow(number); row != -1; row = FindRow(number)) {
         DeleteItem(row);
-        if (log) {
-            log->Write(kMvLogInformation,
-                       "CDeviceFinderListCtrl::RemoveCameraFromList: camera %s was removed.",
-                       id.c_str());
-        }
+        log.Information("CDeviceFinderListCtrl::RemoveCameraFromList: camera %s was removed.",
+                        id.c_str());
     }
     for (int row = 0; row < GetItemCount(); ++row) {
         const auto data = static_cast<int>(GetItemData(row));

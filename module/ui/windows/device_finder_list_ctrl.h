@@ -2,13 +2,13 @@
 #pragma once
 
 #include "pxnc.h"
+#include "sdk/logger.h"
 #include "ui/device_ids.h"
 
 #include <afxcmn.h>
 
 #include <string>
 
-class ILogSink;
 struct DeviceConnection;
 
 /// A list view in report mode with one row a camera. A row's item data is the camera's number.
@@ -16,7 +16,7 @@ class CDeviceFinderListCtrl : public CListCtrl {
     DECLARE_DYNAMIC(CDeviceFinderListCtrl)
 public:
     /// Sets the columns and the state images up. `newLog` may be null.
-    void Initialise(ILogSink* newLog);
+    void Initialise(Logger newLog);
     /// The message that the parent is sent when the user asks for something: its wParam is
     /// kChosen or kAsked.
     void SetNotification(UINT message) { notification = message; }
@@ -48,7 +48,7 @@ private:
     int AddRow(const std::string& id, const char* name);
     void NotifyParent(WPARAM what);
 
-    ILogSink* log = nullptr;
+    Logger log;
     UINT notification = 0;
     DeviceIds ids;
     CImageList stateImages;

@@ -2,8 +2,8 @@
 #include "ui/windows/feature_control_dialog.h"
 
 #include "grabber/mivora_kvn_pyxen_class.h"
-#include "mivora/log_sink.h"
 #include "res/resource.h"
+#include "sdk/logger.h"
 #include "ui/restart_rule.h"
 #include "ui/update_batch.h"
 #include "ui/windows/wide_text.h"
@@ -134,9 +134,7 @@ void CKVNPyxenFeatureCtrlDialog::OnCloseButton() {
 }
 
 void CKVNPyxenFeatureCtrlDialog::OnDestroy() {
-    if (log) {
-        log->Write(kMvLogInformation, "CKVNPyxenFeatureCtrlDialog::OnDestroy called");
-    }
+    log.Information("CKVNPyxenFeatureCtrlDialog::OnDestroy called");
     registrations.UnregisterAll(InvalidationKind::kSync);
     registrations.UnregisterAll(InvalidationKind::kBufferFormat);
     registrations.UnregisterAll(InvalidationKind::kTiming);
@@ -268,8 +266,7 @@ LRESULT CKVNPyxenFeatureCtrlDialog::OnInvalidateFeature(WPARAM handle, LPARAM na
     UpdateBatch batch;
     const auto add = [&](WPARAM wParam, LPARAM lParam) {
         if (lParam && !batch.Add(HandleOf(wParam), NameOf(lParam)) && log) {
-            log->Write(
-                kMvLogInformation,
+            log.Information(
                 "CKVNPyxenFeatureCtrlDialog::OnInvalidateFeature: Dropping duplicate feature update request: handle %p, Feature %s .",
                 HandleOf(wParam), NameOf(lParam));
         }
@@ -282,18 +279,13 @@ LRESULT CKVNPyxenFeatureCtrlDialog::OnInvalidateFeature(WPARAM handle, LPARAM na
     for (const UpdateBatch::Request& request : batch.GetRequests()) {
         const auto leaf = tree.FindLeaf(request.handle, request.name);
         if (leaf) {
-            if (log) {
-                log->Write(kMvLogInformation,
-                           "CKVNPyxenFeatureCtrlDialog::OnInvalidateFeature: Updating %s",
-                           request.name);
-            }
+            log.Information("CKVNPyxenFeatureCtrlDialog::OnInvalidateFeature: Updating %s",
+                            request.name);
             RefreshLeaf(*leaf);
-        } else if (log) {
-            log->Write(
-                kMvLogInformation,
+        } else
+            log.Information(
                 "CKVNPyxenFeatureCtrlDialog::OnInvalidateFeature: Feature %s not found in handle %p.",
                 request.name, request.handle);
-        }
     }
     return 0;
 }
@@ -303,11 +295,8 @@ LRESULT CKVNPyxenFeatureCtrlDialog::OnInvalidateSyncFeature(WPARAM handle, LPARA
     if (!cache || !name || !CanAsk()) {
         return 0;
     }
-    if (log) {
-        log->Write(kMvLogInformation,
-                   "CKVNPyxenFeatureCtrlDialog::OnInvalidateSyncFeature: %s has been invalidated.",
-                   NameOf(name));
-    }
+    log.Information("CKVNPyxenFeatureCtrlDialog::OnInvalidateSyncFeature: %s has been invalidated.",
+                    NameOf(name));
     grabber.Sync().SyncDependentFeatures(cache, NameOf(name), true);
     return 0;
 }
@@ -318,12 +307,9 @@ LRESULT CKVNPyxenFeatureCtrlDialog::OnInvalidateAnyFeature(WPARAM handle, LPARAM
         if (!cache || !name || !DoesPathTriggerRestart(*cache, NameOf(name), log)) {
             return false;
         }
-        if (log) {
-            log->Write(
-                kMvLogInformation,
-                "CKVNPyxenFeatureCtrlDialog::OnInvalidateAnyFeature: change of %s invalidates framebuffers.",
-                NameOf(name));
-        }
+        log.Information(
+            "CKVNPyxenFeatureCtrlDialog::OnInvalidateAnyFeature: change of %s invalidates framebuffers.",
+            NameOf(name));
         return true;
     });
     return 0;
@@ -352,11 +338,8 @@ void CKVNPyxenFeatureCtrlDialog::BeginBufferChange() {
 }
 
 void CKVNPyxenFeatureCtrlDialog::EndBufferChange() {
-    if (log) {
-        log->Write(
-            kMvLogInformation,
-            "CKVNPyxenFeatureCtrlDialog::OnTimer(SYNC_TIMEOUT_TIMER_ID): Feature synchronization finished. Calling NotifyBufferImpact.\n");
-    }
+    log.Information(
+        "CKVNPyxenFeatureCtrlDialog::OnTimer(SYNC_TIMEOUT_TIMER_ID): Feature synchronization finished. Calling NotifyBufferImpact.\n");
     grabber.NotifyBufferImpact(true);
 }
 

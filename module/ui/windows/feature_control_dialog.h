@@ -2,6 +2,7 @@
 #pragma once
 
 #include "mivora/cam_cntrl_dlg_base.h"
+#include "sdk/logger.h"
 #include "ui/buffer_debounce.h"
 #include "ui/dialog_layout.h"
 #include "ui/feature_reader.h"
@@ -119,7 +120,7 @@ private:
     void RefreshCurrentForm();
 
     CMivoraKVNPyxenClass& grabber;
-    ILogSink* const log;
+    const Logger log;
     const SmallIcon icon;
     FeatureReader reader;
     FeatureWriter writer;

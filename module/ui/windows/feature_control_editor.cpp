@@ -1,8 +1,8 @@
 // feature_control_editor.cpp - the feature control dialog's editing of the selected feature
 #include "grabber/grabber_dialogs.h"
 #include "grabber/mivora_kvn_pyxen_class.h"
-#include "mivora/log_sink.h"
 #include "res/resource.h"
+#include "sdk/logger.h"
 #include "ui/windows/cmd_value_view.h"
 #include "ui/windows/enum_value_view.h"
 #include "ui/windows/feature_control_dialog.h"
@@ -19,10 +19,8 @@ const char* BoolText(bool value) {
     return kBoolOptions[value ? 1 : 0];
 }
 
-void LogFailure(ILogSink* log, const char* format, const FeatureLeaf& leaf) {
-    if (log) {
-        log->Write(kMvLogError, format, leaf.name.c_str());
-    }
+void LogFailure(Logger log, NameFormat format, const FeatureLeaf& leaf) {
+    log.Error(format, leaf.name.c_str());
 }
 
 bool Fill(CSintValueView& view, const IntegerForm& form) {
@@ -75,12 +73,9 @@ void CKVNPyxenFeatureCtrlDialog::AttrSelected(HTREEITEM item) {
     const FeatureLeaf& leaf = tree.GetLeaves()[*currentLeaf];
     const PxnFeatureInfo* const feature = leaf.cache->Find(leaf.name.c_str());
     if (!feature) {
-        if (log) {
-            log->Write(
-                kMvLogError,
-                "CKVNPyxenFeatureCtrlDialog::AttrSelected: Feature %s is not in the feature cache %s.",
-                leaf.name.c_str(), leaf.moduleName.c_str());
-        }
+        log.Error(
+            "CKVNPyxenFeatureCtrlDialog::AttrSelected: Feature %s is not in the feature cache %s.",
+            leaf.name.c_str(), leaf.moduleName.c_str());
         LayOut();
         return;
     }
@@ -89,11 +84,9 @@ void CKVNPyxenFeatureCtrlDialog::AttrSelected(HTREEITEM item) {
         valueView = MakeEditor(leaf, rect);
         if (valueView) {
             valueView->SetUnit(WideText(description.unit ? description.unit : "").c_str());
-        } else if (log) {
-            log->Write(
-                kMvLogError,
+        } else
+            log.Error(
                 "CKVNPyxenFeatureCtrlDialog::AttrSelected: Failed to create attribute edit field");
-        }
     }
     std::wstring text = StrictWideText(description.description ? description.description : "");
     const std::wstring range = WideText(reader.RangeText(leaf, description));
@@ -318,9 +311,7 @@ std::optional<WriteOutcome> CKVNPyxenFeatureCtrlDialog::CommitInteger(const Feat
     auto* const form = dynamic_cast<CSintValueView*>(valueView.get());
     std::int64_t value = 0;
     if (!form || !form->GetValue(value)) {
-        if (log) {
-            log->Write(kMvLogError, "Failed to get the integer value from the form");
-        }
+        log.Error("Failed to get the integer value from the form");
         return std::nullopt;
     }
     const WriteOutcome outcome = writer.WriteInteger(leaf, value);
@@ -334,9 +325,7 @@ std::optional<WriteOutcome> CKVNPyxenFeatureCtrlDialog::CommitFloat(const Featur
     auto* const form = dynamic_cast<CFloatValueView*>(valueView.get());
     double value = 0.0;
     if (!form || !form->GetValue(value)) {
-        if (log) {
-            log->Write(kMvLogError, "Failed to get the float32 value from the form");
-        }
+        log.Error("Failed to get the float32 value from the form");
         return std::nullopt;
     }
     const WriteOutcome outcome = writer.WriteFloat(leaf, value);
@@ -350,9 +339,7 @@ std::optional<WriteOutcome> CKVNPyxenFeatureCtrlDialog::CommitEnum(const Feature
     auto* const form = dynamic_cast<CEnumValueView*>(valueView.get());
     std::string value;
     if (!form || !form->GetSelection(value)) {
-        if (log) {
-            log->Write(kMvLogError, "Failed to get the enum value from the form");
-        }
+        log.Error("Failed to get the enum value from the form");
         return std::nullopt;
     }
     const WriteOutcome outcome = writer.WriteEnum(leaf, value);
@@ -366,9 +353,7 @@ std::optional<WriteOutcome> CKVNPyxenFeatureCtrlDialog::CommitString(const Featu
     auto* const form = dynamic_cast<CStringValueView*>(valueView.get());
     std::string value;
     if (!form || !form->GetText(value)) {
-        if (log) {
-            log->Write(kMvLogError, "Failed to get the string value from the form");
-        }
+        log.Error("Failed to get the string value from the form");
         return std::nullopt;
     }
     const WriteOutcome outcome = writer.WriteString(leaf, value);
@@ -382,9 +367,7 @@ std::optional<WriteOutcome> CKVNPyxenFeatureCtrlDialog::CommitBool(const Feature
     auto* const form = dynamic_cast<CEnumValueView*>(valueView.get());
     std::string entry;
     if (!form || !form->GetSelection(entry)) {
-        if (log) {
-            log->Write(kMvLogError, "Failed to get the boolean value from the form");
-        }
+        log.Error("Failed to get the boolean value from the form");
         return std::nullopt;
     }
     bool value = entry == BoolText(true);

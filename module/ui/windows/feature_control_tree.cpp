@@ -1,7 +1,7 @@
 // feature_control_tree.cpp - the feature control dialog's rows and what is registered for them
 #include "grabber/mivora_kvn_pyxen_class.h"
-#include "mivora/log_sink.h"
 #include "res/resource.h"
+#include "sdk/logger.h"
 #include "ui/feature_value_text.h"
 #include "ui/visible_change.h"
 #include "ui/windows/feature_control_dialog.h"
@@ -120,22 +120,14 @@ bool CKVNPyxenFeatureCtrlDialog::IsAttrReadOnly(HTREEITEM item) const {
 void CKVNPyxenFeatureCtrlDialog::RefreshLeaf(std::size_t index) {
     const FeatureLeaf& leaf = tree.GetLeaves()[index];
     if (!leaf.cache || !leaf.cache->GetModuleName()) {
-        if (log) {
-            log->Write(
-                kMvLogError,
-                "CKVNPyxenFeatureCtrlDialog::RefreshLeaf: Feature %s has no valid feature cache",
-                leaf.name.c_str());
-        }
+        log.Error("CKVNPyxenFeatureCtrlDialog::RefreshLeaf: Feature %s has no valid feature cache",
+                  leaf.name.c_str());
         return;
     }
     const PxnFeatureInfo* const feature = leaf.cache->Find(leaf.name.c_str());
     if (!feature) {
-        if (log) {
-            log->Write(
-                kMvLogError,
-                "CKVNPyxenFeatureCtrlDialog::RefreshLeaf: Feature %s is not in the feature cache",
-                leaf.name.c_str());
-        }
+        log.Error("CKVNPyxenFeatureCtrlDialog::RefreshLeaf: Feature %s is not in the feature cache",
+                  leaf.name.c_str());
         return;
     }
     if (!CanAsk()) {

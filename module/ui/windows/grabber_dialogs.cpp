@@ -4,13 +4,14 @@
 #include "grabber/mivora_kvn_pyxen_class.h"
 #include "platform/window_message.h"
 #include "res/resource.h"
+#include "sdk/logger.h"
 #include "ui/windows/feature_control_dialog.h"
 #include "ui/windows/kvn_pyxen_device_finder_dialog.h"
 
 #include <memory>
 
 void GrabberDialogs::ShowMessage(MV_WINDOW parent, const char* text, const char* caption,
-                                 bool warning, ILogSink*) {
+                                 bool warning, Logger) {
     platform::ShowMessageBox(parent, text, caption, warning);
 }
 
@@ -24,7 +25,7 @@ ICamCntrlDialog* GrabberDialogs::CreateFeatureControl(CMivoraKVNPyxenClass& grab
     return dialog->Create(IDD_FEATURE_CONTROL) ? dialog.release() : nullptr;
 }
 
-MV_ERRCODE GrabberDialogs::RunDeviceFinder(MV_WINDOW parent, CPyxenAPIAccess& api, ILogSink* log,
+MV_ERRCODE GrabberDialogs::RunDeviceFinder(MV_WINDOW parent, CPyxenAPIAccess& api, Logger log,
                                            std::string& selectedId, MV_DLG_EXITCODE& exitCode) {
     AFX_MANAGE_STATE(AfxGetStaticModuleState())
     CKVNPyxenDeviceFinderDialog dialog(api, log, CWnd::FromHandle(static_cast<HWND>(parent)));

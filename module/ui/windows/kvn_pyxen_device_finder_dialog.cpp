@@ -1,8 +1,8 @@
 // kvn_pyxen_device_finder_dialog.cpp - the dialog in which the user picks a camera
 #include "ui/windows/kvn_pyxen_device_finder_dialog.h"
 
-#include "mivora/log_sink.h"
 #include "res/resource.h"
+#include "sdk/logger.h"
 #include "sdk/malloc_array.h"
 #include "sdk/pyxen_api_access.h"
 #include "ui/device_row.h"
@@ -45,7 +45,7 @@ ON_MESSAGE(kListNotification, &CKVNPyxenDeviceFinderDialog::OnListNotification)
 ON_NOTIFY(LVN_ITEMCHANGED, IDC_DEVICE_LIST, &CKVNPyxenDeviceFinderDialog::OnItemChanged)
 END_MESSAGE_MAP()
 
-CKVNPyxenDeviceFinderDialog::CKVNPyxenDeviceFinderDialog(CPyxenAPIAccess& newApi, ILogSink* newLog,
+CKVNPyxenDeviceFinderDialog::CKVNPyxenDeviceFinderDialog(CPyxenAPIAccess& newApi, Logger newLog,
                                                          CWnd* parent)
     : CDialog(IDD_DEVICE_FINDER, parent),
       api(newApi),
@@ -87,23 +87,17 @@ void CKVNPyxenDeviceFinderDialog::Renew() {
 }
 
 LRESULT CKVNPyxenDeviceFinderDialog::OnInterfaceDiscovery(WPARAM handle, LPARAM feature) {
-    if (log) {
-        log->Write(kMvLogInformation,
-                   "CKVNPyxenDeviceFinderDialog::OnDiscoveryInterfaceEventCallback: handle = %p, "
-                   "feature = %s",
-                   reinterpret_cast<void*>(handle), reinterpret_cast<const char*>(feature));
-    }
+    log.Information("CKVNPyxenDeviceFinderDialog::OnDiscoveryInterfaceEventCallback: handle = %p, "
+                    "feature = %s",
+                    reinterpret_cast<void*>(handle), reinterpret_cast<const char*>(feature));
     Renew();
     return 0;
 }
 
 LRESULT CKVNPyxenDeviceFinderDialog::OnCameraDiscovery(WPARAM handle, LPARAM feature) {
-    if (log) {
-        log->Write(kMvLogInformation,
-                   "CKVNPyxenDeviceFinderDialog::OnDiscoveryCameraEventCallback: handle = %p, "
-                   "feature = %s",
-                   reinterpret_cast<void*>(handle), reinterpret_cast<const char*>(feature));
-    }
+    log.Information("CKVNPyxenDeviceFinderDialog::OnDiscoveryCameraEventCallback: handle = %p, "
+                    "feature = %s",
+                    reinterpret_cast<void*>(handle), reinterpret_cast<const char*>(feature));
     Renew();
     return 0;
 }

@@ -1,6 +1,7 @@
 // kvn_pyxen_device_finder_dialog.h - the dialog in which the user picks a camera
 #pragma once
 
+#include "sdk/logger.h"
 #include "ui/windows/device_finder_list_ctrl.h"
 #include "ui/windows/small_icon.h"
 
@@ -13,7 +14,7 @@ class CKVNPyxenDeviceFinderDialog : public CDialog {
     DECLARE_DYNAMIC(CKVNPyxenDeviceFinderDialog)
 public:
     /// `newApi` is valid and outlives the dialog; `newLog` may be null.
-    CKVNPyxenDeviceFinderDialog(CPyxenAPIAccess& newApi, ILogSink* newLog, CWnd* parent);
+    CKVNPyxenDeviceFinderDialog(CPyxenAPIAccess& newApi, Logger newLog, CWnd* parent);
 
     /// The extended identifier of the camera that is selected, or was when it was there last.
     void SetSelectedId(std::string id) { selectedId = std::move(id); }
@@ -39,7 +40,7 @@ private:
     void UpdateCameraList();
 
     CPyxenAPIAccess& api;
-    ILogSink* const log;
+    const Logger log;
     std::string selectedId;
     SmallIcon icon;
     CDeviceFinderListCtrl list;

@@ -1,5 +1,5 @@
 // frame_buffers_test.cpp - giving every buffer of the host a frame record
-#include "tests/module/acquisition/grabber_fixture.h"
+#include "tests/module/grabber_fixture.h"
 
 #include "grabber/mivora_gfx_mode_kvn_pyxen.h"
 

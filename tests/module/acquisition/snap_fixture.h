@@ -1,7 +1,7 @@
 // snap_fixture.h - what the tests of acquiring share
 #pragma once
 
-#include "tests/module/acquisition/grabber_fixture.h"
+#include "tests/module/grabber_fixture.h"
 
 #include "platform/mutex.h"
 

@@ -1,6 +1,6 @@
 // stop_on_simulator_test.cpp - stopping inside the callback of a library that allows little there
 #include "platform/event.h"
-#include "tests/module/acquisition/simulator_grabber_fixture.h"
+#include "tests/module/simulator_grabber_fixture.h"
 
 namespace {
 

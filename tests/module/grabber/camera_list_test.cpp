@@ -1,7 +1,7 @@
 // camera_list_test.cpp - the cameras as the host sees them
 #include "grabber/camera_key.h"
 #include "grabber/mivora_camera_kvn_pyxen.h"
-#include "tests/module/acquisition/grabber_fixture.h"
+#include "tests/module/grabber_fixture.h"
 
 namespace {
 

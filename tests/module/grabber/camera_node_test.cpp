@@ -2,7 +2,7 @@
 #include "grabber/mivora_camera_kvn_pyxen.h"
 
 #include "grabber/mivora_gfx_mode_kvn_pyxen.h"
-#include "tests/module/acquisition/grabber_fixture.h"
+#include "tests/module/grabber_fixture.h"
 
 #include <cstring>
 

@@ -1,5 +1,5 @@
 // configuration_test.cpp - the chosen camera, remembered across runs
-#include "tests/module/acquisition/grabber_fixture.h"
+#include "tests/module/grabber_fixture.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include "platform/event.h"
 #include "platform/file_system.h"
 #include "platform/thread.h"
-#include "tests/module/acquisition/grabber_fixture.h"
+#include "tests/module/grabber_fixture.h"
 
 #include <atomic>
 #include <functional>

@@ -1,7 +1,7 @@
 // gfx_mode_test.cpp - the graphics mode that asks the camera
 #include "grabber/mivora_gfx_mode_kvn_pyxen.h"
 
-#include "tests/module/acquisition/grabber_fixture.h"
+#include "tests/module/grabber_fixture.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // grabber_class_test.cpp - the grabber's life and its small answers
 #include "grabber/mivora_camera_kvn_pyxen.h"
 #include "serial/cmd_kvn_pyxen.h"
-#include "tests/module/acquisition/grabber_fixture.h"
+#include "tests/module/grabber_fixture.h"
 
 namespace {
 

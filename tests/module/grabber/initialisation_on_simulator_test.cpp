@@ -1,5 +1,5 @@
 // initialisation_on_simulator_test.cpp - initialising beside a grabber that is in use
-#include "tests/module/acquisition/simulator_grabber_fixture.h"
+#include "tests/module/simulator_grabber_fixture.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 // initialisation_test.cpp - from constructed to usable and back
-#include "tests/module/acquisition/grabber_fixture.h"
+#include "tests/module/grabber_fixture.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "serial/cmd_kvn_pyxen.h"
-#include "tests/module/acquisition/grabber_fixture.h"
+#include "tests/module/grabber_fixture.h"
 
 #include <cstdio>
 #include <cstring>

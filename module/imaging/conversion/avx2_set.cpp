@@ -1,0 +1,106 @@
+// avx2_set.cpp - converters for processors with AVX2
+#include "imaging/conversion/lane_packed.h"
+#include "imaging/conversion/lane_yuv.h"
+#include "imaging/conversion/plain_converters.h"
+
+#include <immintrin.h>
+
+namespace {
+
+struct Avx2 {
+    using Vector = __m256i;
+    static constexpr int kLanes = 2;
+    static constexpr int kAlignment = 32;
+
+    /// The second lane begins `kStride` bytes behind the first.
+    template <int kStride>
+    static Vector Load(const std::uint8_t* source) {
+        return JoinLanes(_mm_loadu_si128(reinterpret_cast<const __m128i*>(source)),
+                         _mm_loadu_si128(reinterpret_cast<const __m128i*>(source + kStride)));
+    }
+    static Vector JoinLanes(__m128i first, __m128i second) {
+        return _mm256_inserti128_si256(_mm256_castsi128_si256(first), second, 1);
+    }
+    static void Store(std::uint8_t* destination, Vector value) {
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(destination), value);
+    }
+    /// All of the first lane's 48 bytes stand before the second's.
+    static void StoreLanes(std::uint8_t* destination, Vector a, Vector b, Vector c) {
+        Store(destination, _mm256_permute2x128_si256(a, b, 0x20));
+        Store(destination + 32, _mm256_blend_epi32(c, a, 0xF0));
+        Store(destination + 64, _mm256_permute2x128_si256(b, c, 0x31));
+    }
+    static Vector Lanes(const std::uint8_t (&bytes)[16]) {
+        return _mm256_broadcastsi128_si256(
+            _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes)));
+    }
+    template <typename... Bytes>
+    static Vector Lanes(Bytes... bytes) {
+        return _mm256_broadcastsi128_si256(Lane(bytes...));
+    }
+    template <typename... Bytes>
+    static __m128i Lane(Bytes... bytes) {
+        return _mm_setr_epi8(static_cast<char>(bytes)...);
+    }
+    static Vector Fill(int pair) { return _mm256_set1_epi32(pair); }
+    static Vector FillQuads(long long quad) { return _mm256_set1_epi64x(quad); }
+    static Vector Shuffle(Vector value, Vector places) {
+        return _mm256_shuffle_epi8(value, places);
+    }
+    static Vector And(Vector a, Vector b) { return _mm256_and_si256(a, b); }
+    static Vector Or(Vector a, Vector b) { return _mm256_or_si256(a, b); }
+    static Vector Select(Vector mask, Vector a, Vector b) {
+        return _mm256_or_si256(_mm256_and_si256(mask, a), _mm256_andnot_si256(mask, b));
+    }
+    static Vector AddWords(Vector a, Vector b) { return _mm256_add_epi16(a, b); }
+    static Vector SubtractWords(Vector a, Vector b) { return _mm256_sub_epi16(a, b); }
+    static Vector AddNumbers(Vector a, Vector b) { return _mm256_add_epi32(a, b); }
+    static Vector MultiplyHigh(Vector a, Vector b) { return _mm256_mulhi_epu16(a, b); }
+    static Vector MultiplyLow(Vector a, Vector b) { return _mm256_mullo_epi16(a, b); }
+    static Vector MultiplyAddBytes(Vector a, Vector b) { return _mm256_maddubs_epi16(a, b); }
+    static Vector MultiplyAdd(Vector a, Vector b) { return _mm256_madd_epi16(a, b); }
+    static Vector PackWords(Vector a, Vector b) { return _mm256_packus_epi16(a, b); }
+    static Vector PackNumbers(Vector a, Vector b) { return _mm256_packs_epi32(a, b); }
+    template <int kBits>
+    static Vector ShiftWordsLeft(Vector value) {
+        return _mm256_slli_epi16(value, kBits);
+    }
+    template <int kBits>
+    static Vector ShiftWordsRight(Vector value) {
+        return _mm256_srai_epi16(value, kBits);
+    }
+    template <int kBits>
+    static Vector ShiftWordsRightUnsigned(Vector value) {
+        return _mm256_srli_epi16(value, kBits);
+    }
+    template <int kBits>
+    static Vector ShiftNumbersLeft(Vector value) {
+        return _mm256_slli_epi32(value, kBits);
+    }
+    template <int kBits>
+    static Vector ShiftNumbersRight(Vector value) {
+        return _mm256_srai_epi32(value, kBits);
+    }
+    template <int kBits>
+    static Vector ShiftNumbersRightUnsigned(Vector value) {
+        return _mm256_srli_epi32(value, kBits);
+    }
+};
+
+template <typename Block, ConvertFunction kPlain>
+void Run(const void* source, void* destination, std::uint64_t pixelCount) {
+    ConvertBlocks<Block>(source, destination, pixelCount, kPlain);
+}
+
+} // namespace
+
+const ConverterSet kAvx2Converters = {
+    "AVX2",
+    Run<FourSteps<LanePackedStep<Avx2, Layout10p>>, PlainUnpack10p>,
+    Run<FourSteps<LanePackedStep<Avx2, Layout12p>>, PlainUnpack12p>,
+    Run<FourSteps<LanePackedStep<Avx2, Layout10Packed>>, PlainUnpack10Packed>,
+    Run<FourSteps<LanePackedStep<Avx2, Layout12Packed>>, PlainUnpack12Packed>,
+    Run<Yuv422Block<Avx2>, PlainConvertYUV422>,
+    Run<Yuv444Block<Avx2>, PlainConvertYUV444>,
+    Run<Yuv411Block<Avx2>, PlainConvertYUV411>,
+};

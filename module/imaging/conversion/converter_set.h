@@ -1,0 +1,32 @@
+// converter_set.h - the same converters for several kinds of processor
+#pragma once
+
+#include "imaging/pixel_format.h"
+
+#include <span>
+
+/// One complete set of converters, all for the same instruction set.
+struct ConverterSet {
+    const char* name; ///< of the instruction set
+    ConvertFunction unpack10p;
+    ConvertFunction unpack12p;
+    ConvertFunction unpack10Packed;
+    ConvertFunction unpack12Packed;
+    ConvertFunction convertYUV422;
+    ConvertFunction convertYUV444;
+    ConvertFunction convertYUV411;
+};
+
+// Every set gives the same bytes. All but the first need the processor to have what they are named
+// after.
+extern const ConverterSet kPlainConverters;
+extern const ConverterSet kSse41Converters;
+extern const ConverterSet kAvx2Converters;
+extern const ConverterSet kAvx512Converters;
+
+/// The sets that this processor can run, the fastest last. Any thread.
+std::span<const ConverterSet* const> UsableConverterSets();
+/// The set behind `Unpack10p` and its like: the fastest usable one unless another was forced.
+const ConverterSet& ActiveConverterSet();
+/// Puts another usable set behind them; null brings back the fastest. For tests and measurements.
+void ForceConverterSet(const ConverterSet* set);

@@ -1,0 +1,108 @@
+// frame_record.cpp - one acquisition buffer
+#include "imaging/frame_record.h"
+
+#include "grabber/mivora_gfx_mode_kvn_pyxen.h"
+#include "grabber/pyxen_grabber.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace {
+
+constexpr std::uint64_t kLargestSdkSize = std::numeric_limits<std::uint32_t>::max();
+// Up to here no size in bits overflows; no memory holds such an image.
+constexpr std::uint64_t kMostPixels = std::uint64_t{1} << 48;
+
+/// Bytes that the converter of a format reads for a whole image. The format's code tells the bits
+/// of a pixel.
+std::uint64_t BytesToConvert(const PixelFormat& format, std::uint64_t width, std::uint64_t height) {
+    const std::uint64_t bits = format.code >> 16 & 0xFF;
+    return format.rowAddress ? (width * bits + 7) / 8 * height : (width * height * bits + 7) / 8;
+}
+
+std::uint64_t HostBytes(const PixelFormat& format, std::uint64_t pixels) {
+    return pixels * format.components * format.allocatedBits / 8;
+}
+
+// The system finds memory for a page when it is first written. That happens here, so that the first
+// frames do not wait for it. Memory that has its size already stays as it is.
+bool ResizeAndTouch(MallocArray<std::uint8_t>& buffer, std::uint64_t& size, std::uint64_t newSize) {
+    if (buffer && size == newSize) {
+        return true;
+    }
+    if (!buffer.Resize(newSize)) {
+        return false;
+    }
+    size = newSize;
+    constexpr std::uint64_t kPage = 4096;
+    for (std::uint64_t at = 0; at < size; at += kPage) {
+        buffer[at] = 0;
+    }
+    return true;
+}
+
+} // namespace
+
+FrameRecord::FrameRecord(CPyxenGrabber* grabber, std::uint64_t index) {
+    frame.context[0] = grabber;
+    frame.context[1] = this;
+    frame.context[2] = reinterpret_cast<void*>(static_cast<std::uintptr_t>(index));
+}
+
+bool FrameRecord::Allocate(CMivoraGfxModeKVNPyxen* mode) {
+    format = nullptr;
+    const PixelFormat* const newFormat = mode ? mode->GetFormatPropertiesByPixelFormat() : nullptr;
+    if (!newFormat) {
+        return false;
+    }
+    const std::uint64_t imageSize = mode->GetImageSize();
+    const std::uint64_t payloadSize = newFormat->convert ? mode->GetIntermediateBufferSize() : 0;
+    if ((newFormat->convert ? payloadSize : imageSize) > kLargestSdkSize) {
+        return false;
+    }
+    width = mode->GetxRes();
+    height = mode->GetyRes();
+    // The camera answered one question after the other; together the answers must not let the
+    // converter run past the memory.
+    const std::uint64_t pixels = std::uint64_t{width} * height;
+    if (newFormat->convert && (pixels > kMostPixels || HostBytes(*newFormat, pixels) > imageSize)) {
+        return false;
+    }
+    // A camera that promises less than its pixel format takes has the rest added here, unfilled.
+    const std::uint64_t blockSize =
+        payloadSize == 0 ? 0 : std::max(payloadSize, BytesToConvert(*newFormat, width, height));
+    if (newFormat->convert ? !AllocateBoth(payloadSize, blockSize, imageSize)
+                           : !AllocateHost(imageSize)) {
+        return false;
+    }
+    format = newFormat;
+    return true;
+}
+
+bool FrameRecord::AllocateBoth(std::uint64_t payloadSize, std::uint64_t blockSize,
+                               std::uint64_t imageSize) {
+    if (!ResizeAndTouch(rawBuffer, rawSize, blockSize)) {
+        return false;
+    }
+    frame.buffer = rawBuffer.Get();
+    frame.bufferSize = static_cast<std::uint32_t>(payloadSize);
+    return ResizeAndTouch(hostBuffer, hostSize, imageSize);
+}
+
+bool FrameRecord::AllocateHost(std::uint64_t imageSize) {
+    if (!ResizeAndTouch(hostBuffer, hostSize, imageSize)) {
+        return false;
+    }
+    rawBuffer.Free();
+    frame.buffer = hostBuffer.Get();
+    frame.bufferSize = static_cast<std::uint32_t>(hostSize);
+    return true;
+}
+
+bool FrameRecord::Convert() {
+    if (!format || !format->convert || !rawBuffer || !hostBuffer) {
+        return false;
+    }
+    ConvertImage(*format, rawBuffer.Get(), hostBuffer.Get(), width, height);
+    return true;
+}

@@ -1,0 +1,580 @@
+// parameters_test.cpp - exposure, frame interval and the other numbered parameters
+#include "tests/module/grabber_fixture.h"
+
+#include <limits>
+
+namespace {
+
+using Values = std::vector<uint64_t>;
+
+constexpr uint64_t kAllBits = ~uint64_t{0};
+constexpr uint64_t kUntouched = 0xABCD;
+constexpr int32_t kMilliseconds = -3;
+constexpr int32_t kMicroseconds = -6;
+
+/// All of 256 to 267, those that only the host has a name for included.
+const uint32_t kTimerIds[] = {256, 257, 258, 259, 260, 261, 262, 263, 264, 265, 266, 267};
+const uint32_t kNeverServed[] = {259, 260, 262, 263, 265, 267};
+
+/// Reads and sets the timing values that the host keeps for its grabbers.
+struct HostTiming : CMivoraGrabber {
+    static void SetSaved(CMivoraGrabber& grabber, uint32_t exposure, uint32_t interval) {
+        (grabber.*(&HostTiming::SetSavedExposure))(exposure);
+        (grabber.*(&HostTiming::SetSavedInterval))(interval);
+    }
+    static void SetBase(CMivoraGrabber& grabber, int32_t exponent) {
+        (grabber.*(&HostTiming::SetTimeBase))(exponent);
+    }
+    /// Exposure, interval, time base and then their saved copies.
+    static std::vector<int64_t> All(const CMivoraGrabber& grabber) {
+        return {(grabber.*(&HostTiming::GetExposureValue))(),
+                (grabber.*(&HostTiming::GetIntervalValue))(),
+                (grabber.*(&HostTiming::GetTimeBase))(),
+                (grabber.*(&HostTiming::GetSavedExposure))(),
+                (grabber.*(&HostTiming::GetSavedInterval))(),
+                (grabber.*(&HostTiming::GetSavedTimeBase))()};
+    }
+};
+
+class ParametersTest : public GrabberFixture {
+protected:
+    void SetUp() override {
+        GrabberFixture::SetUp();
+        Open();
+        grabber = &Grabber();
+        grabber->InstDialogUpdateCallBack(
+            [](uint32_t mask, void* context) {
+                static_cast<ParametersTest*>(context)->events.push_back("update " +
+                                                                        std::to_string(mask));
+            },
+            this);
+        grabber->InstCamCntrlCallBack(
+            [](uint32_t code, void* context) -> uint32_t {
+                static_cast<ParametersTest*>(context)->events.push_back("event " +
+                                                                        std::to_string(code));
+                return 1;
+            },
+            this);
+    }
+    void TearDown() override {
+        grabber->InstDialogUpdateCallBack(nullptr, nullptr);
+        grabber->InstCamCntrlCallBack(nullptr, nullptr);
+        GrabberFixture::TearDown();
+    }
+
+    /// Result and values.
+    Values Get(uint32_t id) {
+        uint64_t first = kUntouched;
+        uint64_t second = kUntouched;
+        const MV_ERRCODE result = grabber->GetGrabberParam(id, &first, &second);
+        return {static_cast<uint64_t>(result), first, second};
+    }
+    Values Limits(uint32_t id) {
+        uint64_t out[4] = {kUntouched, kUntouched, kUntouched, kUntouched};
+        const MV_ERRCODE result =
+            grabber->GetGrabberParamLimits(id, &out[0], &out[1], &out[2], &out[3]);
+        return {static_cast<uint64_t>(result), out[0], out[1], out[2], out[3]};
+    }
+    uint64_t Result(const Values& values) { return values.front(); }
+
+    void PutInterval(int64_t value, int64_t min, int64_t max) {
+        Camera().Put(scripted::IntFeature("AcquisitionFixedIntervalTime", value, min, max));
+    }
+    void PutExposure(double value, double min, double max) {
+        Camera().Put(scripted::FloatFeature("ExposureTime", value, min, max));
+    }
+    void PutRate(double value, double min, double max) {
+        Camera().Put(scripted::FloatFeature("AcquisitionFrameRate", value, min, max));
+    }
+    void SetBase(int32_t exponent) { HostTiming::SetBase(*grabber, exponent); }
+    uint32_t Exposure() {
+        uint32_t value = 0;
+        EXPECT_TRUE(grabber->GetExposureTime(&value));
+        return value;
+    }
+    uint32_t Interval() {
+        uint32_t value = 0;
+        EXPECT_TRUE(grabber->GetFrameInterval(&value));
+        return value;
+    }
+
+    CMivoraKVNPyxenClass* grabber = nullptr;
+    Texts events;
+};
+
+// ---- which parameters there are ----
+
+TEST_F(ParametersTest, TheTimerParametersNeedInitialisationThenAnOpenCamera) {
+    ASSERT_EQ(grabber->CloseActCamera(), MV_OK);
+    for (const uint32_t id : kTimerIds) {
+        EXPECT_EQ(Get(id), (Values{10, kUntouched, kUntouched})) << id;
+        EXPECT_EQ(Result(Limits(id)), 10u) << id;
+        EXPECT_EQ(grabber->SetGrabberParam(id, 0, 0), MV_CAMERA_NOT_OPEN) << id;
+    }
+    ASSERT_EQ(grabber->DeInit(), MV_OK);
+    for (const uint32_t id : kTimerIds) {
+        EXPECT_EQ(Get(id), (Values{2, kUntouched, kUntouched})) << id;
+        EXPECT_EQ(Result(Limits(id)), 2u) << id;
+        EXPECT_EQ(grabber->SetGrabberParam(id, 0, 0), MV_NOT_INITIALISED) << id;
+    }
+}
+
+TEST_F(ParametersTest, TheTimerParametersNeedTheSdk) {
+    grabber->Api().Unload();
+    for (const uint32_t id : kTimerIds) {
+        EXPECT_EQ(Get(id), (Values{2, kUntouched, kUntouched})) << id;
+        EXPECT_EQ(Result(Limits(id)), 2u) << id;
+        EXPECT_EQ(grabber->SetGrabberParam(id, 0, 0), MV_NOT_INITIALISED) << id;
+    }
+    ASSERT_TRUE(grabber->Api().Load(nullptr, nullptr)); // to be closed with
+}
+
+TEST_F(ParametersTest, TheOtherParametersNeedNoCamera) {
+    ASSERT_EQ(grabber->DeInit(), MV_OK);
+    EXPECT_EQ(Result(Get(1)), 0u);
+    EXPECT_EQ(Result(Get(128)), 0u);
+    EXPECT_EQ(Get(4096), (Values{0, 0, 0}));
+    EXPECT_EQ(Result(Limits(1)), 0u);
+    EXPECT_EQ(Result(Limits(4096)), 0u);
+}
+
+TEST_F(ParametersTest, TheNumberOfFrameBuffersIsTheHosts) {
+    EXPECT_EQ(Limits(1), (Values{0, 1, kAllBits, 0, 0}));
+    EXPECT_EQ(grabber->SetGrabberParam(1, 7, 0), MV_OK);
+    EXPECT_EQ(Get(1), (Values{0, 7, 0}));
+    EXPECT_EQ(grabber->GetRequestedBufferCount(), 7u);
+}
+
+TEST_F(ParametersTest, TheCapabilitiesLoseBits0And2AndGainBit3) {
+    uint64_t host = 0;
+    ASSERT_EQ(grabber->CMivoraGrabber::GetGrabberParam(128, &host, nullptr), MV_OK);
+    EXPECT_NE(host & 5u, 0u);
+    EXPECT_EQ(Get(128), (Values{0, (host & ~uint64_t{5}) | 8u, 0}));
+    EXPECT_EQ(grabber->GetGrabberParam(128, nullptr, nullptr), MV_OK);
+    uint64_t out[4] = {};
+    EXPECT_EQ(Result(Limits(128)),
+              static_cast<uint64_t>(grabber->CMivoraGrabber::GetGrabberParamLimits(
+                  128, &out[0], &out[1], &out[2], &out[3])));
+    EXPECT_EQ(grabber->SetGrabberParam(128, 0, 0),
+              grabber->CMivoraGrabber::SetGrabberParam(128, 0, 0));
+}
+
+TEST_F(ParametersTest, TheTimerModeIsTheHostsAndHasNoLimits) {
+    ASSERT_EQ(grabber->CMivoraGrabber::SetGrabberParam(256, 3, 0), MV_OK);
+    EXPECT_EQ(Get(256), (Values{0, 3, 0}));
+    EXPECT_EQ(Limits(256), (Values{34, kUntouched, kUntouched, kUntouched, kUntouched}));
+    EXPECT_EQ(grabber->SetGrabberParam(256, 1, 0), MV_NOT_SERVED);
+    EXPECT_EQ(Get(256), (Values{0, 3, 0}));
+}
+
+TEST_F(ParametersTest, TheTimersStateIsZeroOrOneAndHasNoLimits) {
+    grabber->ChangeTimerTB(1, 2, 5);
+    EXPECT_EQ(Get(258), (Values{0, 1, 0}));
+    grabber->ChangeTimerTB(1, 2, 0);
+    EXPECT_EQ(Get(258), (Values{0, 0, 0}));
+    EXPECT_EQ(Limits(258), (Values{34, kUntouched, kUntouched, kUntouched, kUntouched}));
+    EXPECT_EQ(grabber->SetGrabberParam(258, 1, 0), MV_NOT_SERVED);
+}
+
+TEST_F(ParametersTest, SomeParametersAreServedByNoCamera) {
+    for (const uint32_t id : kNeverServed) {
+        EXPECT_EQ(Get(id), (Values{34, kUntouched, kUntouched})) << id;
+        EXPECT_EQ(Limits(id), (Values{34, kUntouched, kUntouched, kUntouched, kUntouched})) << id;
+        EXPECT_EQ(grabber->SetGrabberParam(id, 0, 0), MV_NOT_SERVED) << id;
+    }
+}
+
+TEST_F(ParametersTest, OtherParametersAreTheHosts) {
+    for (const uint32_t id : {0u, 2u, 127u, 129u, 255u, 264u, 266u, 268u, 4095u, 4097u}) {
+        uint64_t out[4] = {};
+        EXPECT_EQ(Result(Get(id)), static_cast<uint64_t>(grabber->CMivoraGrabber::GetGrabberParam(
+                                       id, &out[0], &out[1])))
+            << id;
+        EXPECT_EQ(Result(Limits(id)),
+                  static_cast<uint64_t>(grabber->CMivoraGrabber::GetGrabberParamLimits(
+                      id, &out[0], &out[1], &out[2], &out[3])))
+            << id;
+        EXPECT_EQ(grabber->SetGrabberParam(id, 0, 0),
+                  grabber->CMivoraGrabber::SetGrabberParam(id, 0, 0))
+            << id;
+    }
+}
+
+TEST_F(ParametersTest, TheFrameCounterIsGivenTwice) {
+    EXPECT_EQ(Get(4096), (Values{0, 0, 0}));
+    EXPECT_EQ(Limits(4096), (Values{0, 0, kAllBits, 0, kAllBits}));
+    EXPECT_EQ(grabber->SetGrabberParam(4096, 1, 1),
+              grabber->CMivoraGrabber::SetGrabberParam(4096, 1, 1));
+}
+
+TEST_F(ParametersTest, OutputsMayBeAbsent) {
+    PutInterval(40000, 100, 1000000);
+    for (const uint32_t id : {1u, 128u, 256u, 257u, 258u, 261u, 4096u}) {
+        EXPECT_EQ(grabber->GetGrabberParam(id, nullptr, nullptr), MV_OK) << id;
+    }
+    for (const uint32_t id : {1u, 257u, 261u, 4096u}) {
+        EXPECT_EQ(grabber->GetGrabberParamLimits(id, nullptr, nullptr, nullptr, nullptr), MV_OK);
+        uint64_t out = kUntouched;
+        EXPECT_EQ(grabber->GetGrabberParamLimits(id, nullptr, &out, nullptr, nullptr), MV_OK);
+        EXPECT_NE(out, kUntouched);
+    }
+}
+
+// ---- reading the camera ----
+
+TEST_F(ParametersTest, ReadsExposureAndFixedIntervalInTheTimeBase) {
+    PutExposure(20999.9, 10, 1000000);
+    PutInterval(40999, 100, 1000000);
+    SetBase(kMicroseconds);
+    EXPECT_EQ(Get(257), (Values{0, 20999, 40999}));
+    SetBase(kMilliseconds);
+    sdk.ClearCalls();
+    EXPECT_EQ(Get(257), (Values{0, 20, 40}));
+    EXPECT_EQ(sdk.Calls(), (Texts{"PxnFeatureFloatGet(camera0, \"ExposureTime\")",
+                                  "PxnFeatureIntGet(camera0, \"AcquisitionFixedIntervalTime\")"}));
+    SetBase(0);
+    EXPECT_EQ(Get(257), (Values{0, 0, 0}));
+    PutExposure(2000000, 10, 5000000);
+    EXPECT_EQ(Get(257), (Values{0, 2, 0}));
+}
+
+TEST_F(ParametersTest, ReadsTheIntervalFromTheFrameRateOtherwise) {
+    PutRate(30, 1, 100);
+    SetBase(kMicroseconds);
+    EXPECT_EQ(Interval(), 33333u);
+    SetBase(kMilliseconds);
+    sdk.ClearCalls();
+    EXPECT_EQ(Interval(), 33u);
+    EXPECT_EQ(sdk.Calls(), (Texts{"PxnFeatureIntGet(camera0, \"AcquisitionFixedIntervalTime\")",
+                                  "PxnFeatureFloatGet(camera0, \"AcquisitionFrameRate\")"}));
+    PutRate(0.25, 0, 100);
+    SetBase(0);
+    EXPECT_EQ(Interval(), 4u);
+}
+
+TEST_F(ParametersTest, EveryWholeMillisecondComesOutWhole) {
+    SetBase(kMilliseconds);
+    for (uint32_t value = 1; value < 20000; value += 7) {
+        PutExposure(value * 1000.0, 0, 1e9);
+        ASSERT_EQ(Exposure(), value);
+    }
+}
+
+TEST_F(ParametersTest, ReadingDoesNotStore) {
+    PutExposure(5000, 10, 1000000);
+    const auto before = HostTiming::All(*grabber);
+    Get(257);
+    Exposure();
+    Interval();
+    EXPECT_EQ(HostTiming::All(*grabber), before);
+    EXPECT_EQ(events, Texts{});
+}
+
+TEST_F(ParametersTest, ACameraThatCannotAnswerDoesNotServeTheTiming) {
+    sdk.FailFeature(scripted::CameraHandle(), "ExposureTime", "PxnFeatureFloatGet", PxnErrIO);
+    uint32_t value = 77;
+    EXPECT_FALSE(grabber->GetExposureTime(&value));
+    EXPECT_EQ(value, 77u);
+    EXPECT_EQ(Get(257), (Values{34, kUntouched, kUntouched}));
+    sdk.ClearFailures();
+    Camera().Remove("AcquisitionFrameRate");
+    EXPECT_FALSE(grabber->GetFrameInterval(&value));
+    EXPECT_EQ(value, 77u);
+    EXPECT_EQ(Get(257), (Values{34, kUntouched, kUntouched}));
+    EXPECT_EQ(sink.Lines(), Texts{});
+}
+
+TEST_F(ParametersTest, NothingIsReadWithoutACamera) {
+    ASSERT_EQ(grabber->CloseActCamera(), MV_OK);
+    sdk.ClearCalls();
+    uint32_t value = 0;
+    EXPECT_FALSE(grabber->GetExposureTime(&value));
+    EXPECT_FALSE(grabber->GetFrameInterval(&value));
+    EXPECT_EQ(sdk.Calls(), Texts{});
+}
+
+TEST_F(ParametersTest, ValuesBeyondTheRangeStayAtItsEnd) {
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    SetBase(kMicroseconds);
+    PutExposure(1e300, 0, kInfinity);
+    EXPECT_EQ(Exposure(), 0xFFFFFFFFu);
+    PutExposure(4294967295.5, 0, kInfinity);
+    EXPECT_EQ(Exposure(), 0xFFFFFFFFu);
+    PutExposure(4294967294.9, 0, kInfinity);
+    EXPECT_EQ(Exposure(), 0xFFFFFFFEu);
+    PutExposure(-3, -9, 9);
+    EXPECT_EQ(Exposure(), 0u);
+    PutExposure(std::numeric_limits<double>::quiet_NaN(), 0, 9);
+    EXPECT_EQ(Exposure(), 0u);
+    PutRate(0, 0, 1);
+    EXPECT_EQ(Interval(), 0xFFFFFFFFu);
+    PutInterval(std::numeric_limits<int64_t>::max(), 0, 9);
+    EXPECT_EQ(Interval(), 0xFFFFFFFFu);
+    PutInterval(std::numeric_limits<int64_t>::min(), 0, 9);
+    EXPECT_EQ(Interval(), 0u);
+}
+
+// ---- limits ----
+
+TEST_F(ParametersTest, TheLimitsComeFromTheFixedIntervalTime) {
+    PutExposure(10, 10.9, 5000999);
+    PutInterval(100, 2999, 10000000);
+    SetBase(kMicroseconds);
+    EXPECT_EQ(Limits(257), (Values{0, 10, 5000999, 2999, 10000000}));
+    SetBase(kMilliseconds);
+    sdk.ClearCalls();
+    EXPECT_EQ(Limits(257), (Values{0, 0, 5000, 2, 10000}));
+    EXPECT_EQ(sdk.Calls(),
+              (Texts{"PxnFeatureFloatRangeQuery(camera0, \"ExposureTime\")",
+                     "PxnFeatureIntRangeQuery(camera0, \"AcquisitionFixedIntervalTime\")"}));
+}
+
+TEST_F(ParametersTest, TheLimitsComeFromTheFrameRateOtherwise) {
+    PutRate(25, 0.5, 160);
+    SetBase(kMicroseconds);
+    sdk.ClearCalls();
+    EXPECT_EQ(Limits(257), (Values{0, 10, 1000000, 6250, 2000000}));
+    EXPECT_EQ(sdk.Calls(),
+              (Texts{"PxnFeatureFloatRangeQuery(camera0, \"ExposureTime\")",
+                     "PxnFeatureIntRangeQuery(camera0, \"AcquisitionFixedIntervalTime\")",
+                     "PxnFeatureFloatRangeQuery(camera0, \"AcquisitionFrameRate\")"}));
+    PutRate(25, 0, 160);
+    EXPECT_EQ(Limits(257), (Values{0, 10, 1000000, 6250, kAllBits}));
+}
+
+TEST_F(ParametersTest, LimitsThatTheCameraCannotTellAreNotServed) {
+    const Values refused{34, kUntouched, kUntouched, kUntouched, kUntouched};
+    sdk.FailFeature(scripted::CameraHandle(), "ExposureTime", "PxnFeatureFloatRangeQuery",
+                    PxnErrIO);
+    EXPECT_EQ(Limits(257), refused);
+    EXPECT_EQ(grabber->SetGrabberParam(257, 100, 40000), MV_NOT_SERVED);
+    sdk.ClearFailures();
+    Camera().Remove("AcquisitionFrameRate");
+    EXPECT_EQ(Limits(257), refused);
+    EXPECT_EQ(grabber->SetGrabberParam(257, 100, 40000), MV_NOT_SERVED);
+    EXPECT_EQ(sdk.Calls({"PxnFeatureFloatSet"}), Texts{});
+}
+
+// ---- writing the camera ----
+
+TEST_F(ParametersTest, SetsExposureThenTheFixedInterval) {
+    PutInterval(100, 100, 1000000);
+    SetBase(kMilliseconds);
+    sdk.ClearCalls();
+    EXPECT_EQ(grabber->SetGrabberParam(257, 20, 40), MV_OK);
+    EXPECT_EQ(sdk.Calls({"PxnFeatureFloatSet", "PxnFeatureIntSet"}),
+              (Texts{"PxnFeatureFloatSet(camera0, \"ExposureTime\", 20000)",
+                     "PxnFeatureIntSet(camera0, \"AcquisitionFixedIntervalTime\", 40000)"}));
+    EXPECT_EQ(events, Texts{});
+}
+
+TEST_F(ParametersTest, SetsTheFrameRateOfACameraWithoutFixedInterval) {
+    SetBase(kMilliseconds);
+    sdk.ClearCalls();
+    EXPECT_EQ(grabber->SetGrabberParam(257, 20, 40), MV_OK);
+    EXPECT_EQ(sdk.Calls({"PxnFeatureFloatSet", "PxnFeatureIntSet"}),
+              (Texts{"PxnFeatureFloatSet(camera0, \"ExposureTime\", 20000)",
+                     "PxnFeatureIntSet(camera0, \"AcquisitionFixedIntervalTime\", 40000)",
+                     "PxnFeatureFloatSet(camera0, \"AcquisitionFrameRate\", 25)"}));
+}
+
+TEST_F(ParametersTest, AnExposureThatTheCameraRefusesEndsTheWrite) {
+    SetBase(kMicroseconds);
+    sdk.FailFeature(scripted::CameraHandle(), "ExposureTime", "PxnFeatureFloatSet", PxnErrIO);
+    EXPECT_EQ(grabber->SetGrabberParam(257, 100, 40000), MV_NOT_SERVED);
+    EXPECT_EQ(sdk.Calls({"PxnFeatureIntSet"}), Texts{});
+}
+
+TEST_F(ParametersTest, AnIntervalThatTheCameraRefusesInBothWaysIsNotServed) {
+    SetBase(kMicroseconds);
+    sdk.FailFeature(scripted::CameraHandle(), "AcquisitionFrameRate", "PxnFeatureFloatSet",
+                    PxnErrIO);
+    EXPECT_EQ(grabber->SetGrabberParam(257, 100, 40000), MV_NOT_SERVED);
+    EXPECT_EQ(Camera()["ExposureTime"].floatValue, 100);
+    EXPECT_EQ(sink.Lines(), Texts{});
+}
+
+TEST_F(ParametersTest, TimingIsTakenUpToItsLimitsAndNotBeyond) {
+    PutInterval(100, 200, 3000);
+    SetBase(kMicroseconds);
+    for (const auto& [exposure, interval] : {std::pair<uint64_t, uint64_t>{9, 200},
+                                             {1000001, 200},
+                                             {10, 199},
+                                             {10, 3001},
+                                             {kAllBits, 200},
+                                             {10, kAllBits}}) {
+        sdk.ClearCalls();
+        EXPECT_EQ(grabber->SetGrabberParam(257, exposure, interval), MV_BAD_VALUE);
+        EXPECT_EQ(sdk.Calls({"PxnFeatureFloatSet", "PxnFeatureIntSet"}), Texts{});
+    }
+    EXPECT_EQ(grabber->SetGrabberParam(257, 10, 200), MV_OK);
+    EXPECT_EQ(grabber->SetGrabberParam(257, 1000000, 3000), MV_OK);
+}
+
+TEST_F(ParametersTest, ValuesTooLargeForTheCamerasIntegerStayAtItsEnd) {
+    PutRate(25, 0, 100); // no upper limit of the interval
+    SetBase(0);
+    PutExposure(10, 0, 1000000);
+    sdk.ClearCalls();
+    EXPECT_EQ(grabber->SetGrabberParam(257, 1, kAllBits), MV_OK);
+    EXPECT_EQ(sdk.Calls({"PxnFeatureIntSet"}),
+              Texts{"PxnFeatureIntSet(camera0, \"AcquisitionFixedIntervalTime\", "
+                    "9223372036854775807)"});
+}
+
+// ---- the time base ----
+
+TEST_F(ParametersTest, TheTimeBaseIsTheExponent) {
+    SetBase(kMilliseconds);
+    EXPECT_EQ(Get(261), (Values{0, static_cast<uint64_t>(int64_t{-3}), 0}));
+    EXPECT_EQ(Limits(261), (Values{0, static_cast<uint64_t>(int64_t{-6}), 0, 0, 0}));
+}
+
+TEST_F(ParametersTest, AFinerTimeBaseMultipliesTheStoredValues) {
+    SetBase(kMilliseconds);
+    grabber->ChangeTimerTB(20, 40, 0);
+    HostTiming::SetSaved(*grabber, 3, 5);
+    EXPECT_EQ(grabber->SetGrabberParam(261, static_cast<uint64_t>(int64_t{-6}), 0), MV_OK);
+    EXPECT_EQ(HostTiming::All(*grabber), (std::vector<int64_t>{20000, 40000, -6, 3000, 5000, -6}));
+}
+
+TEST_F(ParametersTest, ACoarserTimeBaseDividesTheStoredValuesWhole) {
+    SetBase(kMicroseconds);
+    grabber->ChangeTimerTB(20001, 40999, 0);
+    HostTiming::SetSaved(*grabber, 999, 1000);
+    EXPECT_EQ(grabber->SetGrabberParam(261, static_cast<uint64_t>(int64_t{-3}), 0), MV_OK);
+    EXPECT_EQ(HostTiming::All(*grabber), (std::vector<int64_t>{20, 40, -3, 0, 1, -3}));
+}
+
+TEST_F(ParametersTest, TheSameTimeBaseIsStored) {
+    SetBase(-4);
+    grabber->ChangeTimerTB(20, 40, 0);
+    HostTiming::SetSaved(*grabber, 3, 5);
+    EXPECT_EQ(grabber->SetGrabberParam(261, static_cast<uint64_t>(int64_t{-4}), 0), MV_OK);
+    EXPECT_EQ(HostTiming::All(*grabber), (std::vector<int64_t>{20, 40, -4, 3, 5, -4}));
+}
+
+TEST_F(ParametersTest, AValueThatOutgrowsItsPlaceStaysAtTheEnd) {
+    SetBase(0);
+    grabber->ChangeTimerTB(4294, 4295, 0);
+    EXPECT_EQ(grabber->SetGrabberParam(261, static_cast<uint64_t>(int64_t{-6}), 0), MV_OK);
+    EXPECT_EQ(HostTiming::All(*grabber)[0], 4294000000);
+    EXPECT_EQ(HostTiming::All(*grabber)[1], 0xFFFFFFFF);
+}
+
+TEST_F(ParametersTest, ATimeBaseOutsideItsLimitsChangesNothing) {
+    SetBase(kMilliseconds);
+    grabber->ChangeTimerTB(20, 40, 0);
+    const auto before = HostTiming::All(*grabber);
+    for (const int64_t exponent : {int64_t{1}, int64_t{-7}, std::numeric_limits<int64_t>::max(),
+                                   std::numeric_limits<int64_t>::min()}) {
+        EXPECT_EQ(grabber->SetGrabberParam(261, static_cast<uint64_t>(exponent), 0), MV_BAD_VALUE);
+    }
+    EXPECT_EQ(grabber->SetGrabberParam(261, 0, 1), MV_BAD_VALUE);
+    EXPECT_EQ(grabber->SetGrabberParam(261, 0, kAllBits), MV_BAD_VALUE);
+    EXPECT_EQ(HostTiming::All(*grabber), before);
+}
+
+TEST_F(ParametersTest, ATimeBaseFromAStrangeConfigurationIsRescaledAllTheSame) {
+    SetBase(-30);
+    grabber->ChangeTimerTB(0xFFFFFFFF, 0, 0);
+    EXPECT_EQ(grabber->SetGrabberParam(261, 0, 0), MV_OK);
+    EXPECT_EQ(HostTiming::All(*grabber)[0], 0);
+    SetBase(std::numeric_limits<int32_t>::max());
+    grabber->ChangeTimerTB(1, 0, 0);
+    EXPECT_EQ(grabber->SetGrabberParam(261, 0, 0), MV_OK);
+    EXPECT_EQ(HostTiming::All(*grabber)[0], 0xFFFFFFFF);
+    EXPECT_EQ(HostTiming::All(*grabber)[1], 0);
+}
+
+// ---- whole microseconds ----
+
+TEST_F(ParametersTest, TellsTheStoredTimingInMicrosecondsWithoutTheCamera) {
+    SetBase(kMilliseconds);
+    grabber->ChangeTimerTB(20, 4294967295, 0);
+    sdk.ClearCalls();
+    uint64_t exposure = 0;
+    uint64_t interval = 0;
+    grabber->GetTimerMicroseconds(&exposure, &interval);
+    EXPECT_EQ(exposure, 20000u);
+    EXPECT_EQ(interval, 4294967295000u);
+    EXPECT_EQ(sdk.Calls(), Texts{});
+    grabber->GetTimerMicroseconds(nullptr, nullptr);
+    SetBase(0);
+    grabber->GetTimerMicroseconds(&exposure, &interval);
+    EXPECT_EQ(exposure, 20000000u);
+}
+
+TEST_F(ParametersTest, TakesMicrosecondsAndTellsHostAndDialogs) {
+    SetBase(kMilliseconds);
+    grabber->ChangeTimerTB(1, 2, 7);
+    events.clear();
+    sdk.ClearCalls();
+    grabber->SetTimerMicroseconds(20999, 40001);
+    EXPECT_EQ(HostTiming::All(*grabber), (std::vector<int64_t>{20, 40, -3, 20, 40, -3}));
+    EXPECT_EQ(Get(258), (Values{0, 1, 0}));
+    // The host's own ChangeTimerTB tells the dialogs first.
+    EXPECT_EQ(events, (Texts{"update 2", "update 3"}));
+    EXPECT_EQ(sdk.Calls(), Texts{});
+}
+
+TEST_F(ParametersTest, RefusesAnExposureThatIsNotShorterThanTheInterval) {
+    SetBase(kMicroseconds);
+    grabber->ChangeTimerTB(1, 2, 1);
+    const auto before = HostTiming::All(*grabber);
+    events.clear();
+    grabber->SetTimerMicroseconds(500, 500);
+    grabber->SetTimerMicroseconds(501, 500);
+    grabber->SetTimerMicroseconds(kAllBits, 0);
+    EXPECT_EQ(HostTiming::All(*grabber), before);
+    EXPECT_EQ(events, Texts{});
+    grabber->SetTimerMicroseconds(499, 500);
+    EXPECT_EQ(HostTiming::All(*grabber), (std::vector<int64_t>{499, 500, -6, 499, 500, -6}));
+}
+
+TEST_F(ParametersTest, MicrosecondsThatOutgrowTheHostsValuesStayAtTheEnd) {
+    SetBase(kMicroseconds);
+    grabber->SetTimerMicroseconds(kAllBits - 1, kAllBits);
+    EXPECT_EQ(HostTiming::All(*grabber)[0], 0xFFFFFFFF);
+    EXPECT_EQ(HostTiming::All(*grabber)[1], 0xFFFFFFFF);
+}
+
+TEST_F(ParametersTest, AnExponentFarOffIsNoTrouble) {
+    uint64_t exposure = 0;
+    uint64_t interval = 0;
+    grabber->ChangeTimerTB(1, 0, 0);
+    SetBase(std::numeric_limits<int32_t>::max());
+    grabber->GetTimerMicroseconds(&exposure, &interval);
+    EXPECT_EQ(exposure, kAllBits);
+    SetBase(std::numeric_limits<int32_t>::min());
+    grabber->GetTimerMicroseconds(&exposure, &interval);
+    EXPECT_EQ(exposure, 0u);
+}
+
+// ---- who is told ----
+
+TEST_F(ParametersTest, WhoIsToldFindsTheNewTimingStored) {
+    struct Witness {
+        const CMivoraGrabber& grabber;
+        std::vector<std::vector<int64_t>> seen;
+    } witness{*grabber, {}};
+    SetBase(kMicroseconds);
+    grabber->InstDialogUpdateCallBack(
+        [](uint32_t, void* context) {
+            auto& self = *static_cast<Witness*>(context);
+            self.seen.push_back(HostTiming::All(self.grabber));
+        },
+        &witness);
+    grabber->SetTimerMicroseconds(20, 40);
+    PutExposure(1234, 10, 1000000);
+    grabber->OnTimingFeatureChanged(scripted::CameraHandle(), "ExposureTime");
+    PutInterval(5678, 100, 1000000);
+    grabber->OnTimingFeatureChanged(scripted::CameraHandle(), "AcquisitionFrameRate");
+    grabber->InstDialogUpdateCallBack(nullptr, nullptr);
+    EXPECT_EQ(witness.seen, (std::vector<std::vector<int64_t>>{{20, 40, -6, 20, 40, -6},
+                                                               {20, 40, -6, 20, 40, -6},
+                                                               {1234, 40, -6, 1234, 40, -6},
+                                                               {1234, 5678, -6, 1234, 5678, -6}}));
+}
+
+} // namespace
