@@ -109,7 +109,9 @@ void DiscoveryEvents::Register(CMivoraKVNPyxenClass& grabber) {
 }
 
 void DiscoveryEvents::Release(CMivoraKVNPyxenClass& grabber) {
-    const auto [receiver, wasLast] = TheRegistry().Remove(grabber);
+    // Without memory for the registry no grabber is in it.
+    const auto [receiver, wasLast] =
+        NoThrow(Registry::Removed{}, [&grabber] { return TheRegistry().Remove(grabber); });
     if (!receiver) {
         return;
     }
