@@ -62,7 +62,8 @@ bool CPyxenAPIAccess::Load(const char* configPath, Logger sink) {
 }
 
 void CPyxenAPIAccess::Unload() {
-    if (valid) {
+    // From here on nobody begins a call.
+    if (valid.exchange(false)) {
         PxnShutdown();
     }
     versionInfo.Clear();
@@ -71,7 +72,6 @@ void CPyxenAPIAccess::Unload() {
 #undef PYXEN_CLEAR_ENTRY
     library.Unload();
     dllName.clear();
-    valid = false;
 }
 
 std::uint16_t CPyxenAPIAccess::GetFileVersionPart(unsigned part) const {

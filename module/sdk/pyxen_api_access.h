@@ -7,13 +7,17 @@
 #include "pxnc_entries.h"
 #include "sdk/logger.h"
 
+#include <atomic>
 #include <cstdint>
 #include <string>
 
 /// Loads the camera SDK's library, resolves its entries and starts it; empty until Load succeeds.
 ///
-/// Load and Unload run on the thread that initialises the grabber. While it is valid the table
-/// does not change and any thread may call through it.
+/// Load and Unload run on the thread that initialises the grabber. Any thread may ask IsValid at
+/// any time. The entries are null outside a load, so a thread calls one only after IsValid has
+/// returned true and while something of the caller's keeps Unload from running: being the
+/// initialising thread, a callback that the SDK waits for, a thread that is joined or a mutex that
+/// is taken before Unload.
 class CPyxenAPIAccess {
 public:
     CPyxenAPIAccess() = default;
@@ -24,7 +28,7 @@ public:
     /// Loads and starts the SDK with the configuration file `configPath` (null: the SDK's
     /// default). Answers IsValid(). `sink` may be null and must outlive the object.
     bool Load(const char* configPath, Logger sink);
-    bool IsValid() const { return valid; }
+    bool IsValid() const { return valid.load(); }
     /// Shuts the SDK down when it was started and frees the library.
     void Unload();
 
@@ -84,5 +88,5 @@ private:
     std::string dllName;
     platform::SharedLibrary library;
     platform::FileVersion versionInfo;
-    bool valid = false;
+    std::atomic<bool> valid{false};
 };

@@ -1,7 +1,9 @@
 // parameters_test.cpp - exposure, frame interval and the other numbered parameters
 #include "tests/module/grabber_fixture.h"
 
+#include <atomic>
 #include <limits>
+#include <thread>
 
 namespace {
 
@@ -575,6 +577,29 @@ TEST_F(ParametersTest, WhoIsToldFindsTheNewTimingStored) {
                                                                {20, 40, -6, 20, 40, -6},
                                                                {1234, 40, -6, 1234, 40, -6},
                                                                {1234, 5678, -6, 1234, 5678, -6}}));
+}
+
+// For ThreadSanitizer.
+TEST_F(ParametersTest, TheTimeBaseMayBeReadWhileTheSdkIsUnloaded) {
+    constexpr int kTimes = 50;
+    std::atomic<bool> done{false};
+    std::thread reader([&] {
+        while (!done) {
+            uint64_t value = 0;
+            const MV_ERRCODE result = grabber->GetGrabberParam(MVGF_TIME_BASE, &value, nullptr);
+            EXPECT_TRUE(result == MV_OK || result == MV_NOT_INITIALISED ||
+                        result == MV_CAMERA_NOT_OPEN)
+                << result;
+        }
+    });
+    for (int time = 0; time < kTimes; ++time) {
+        EXPECT_EQ(grabber->DeInit(), MV_OK);
+        EXPECT_EQ(grabber->Init(), MV_OK);
+        EXPECT_EQ(grabber->SetActCameraIndex(0), MV_OK);
+        EXPECT_EQ(grabber->OpenActCamera(), MV_OK);
+    }
+    done = true;
+    reader.join();
 }
 
 } // namespace
