@@ -12,7 +12,7 @@ MV_ERRCODE CMivoraKVNPyxenClass::BuildInternalList() {
     records.Adopt(listed);
     if (CMivoraCameraKVNPyxen* const camera = ActCameraNode()) {
         const char* const id = camera->Record().cameraIdExtended;
-        if (!StoreSelectedUniqueId(id ? id : "")) {
+        if (!identity.Select(id ? id : "")) {
             return MV_REFUSED;
         }
     }
@@ -55,11 +55,8 @@ CMivoraCamera* CMivoraKVNPyxenClass::AppendCamera(const PxnCameraInfo& record, i
     const uint32_t key = CameraKey(record.cameraIdExtended);
     node->SetCameraUniqueID(key);
     node->SetCameraName(record.modelName);
-    {
-        platform::MutexLock lock(uniqueIdMutex);
-        if (key == CameraKey(selectedUniqueId.c_str())) {
-            StoreActCameraIndex(index);
-        }
+    if (identity.IsSelected(key)) {
+        StoreActCameraIndex(index);
     }
     node->BuildGfxModeList(this);
     return node;
@@ -95,31 +92,16 @@ MV_ERRCODE CMivoraKVNPyxenClass::SelectCameraDialog(MV_WINDOW parent, MV_DLG_EXI
 }
 
 MV_ERRCODE CMivoraKVNPyxenClass::ChooseCamera(MV_WINDOW parent, MV_DLG_EXITCODE& ending) {
-    std::string chosen;
-    {
-        platform::MutexLock lock(uniqueIdMutex);
-        chosen = selectedUniqueId;
-    }
+    std::string chosen = identity.GetSelected();
     const MV_ERRCODE shown =
         GrabberDialogs::RunDeviceFinder(parent, api, GetLogSink(), chosen, ending);
     if (shown != MV_OK || ending != MV_DLG_OK) {
         return shown;
     }
-    const uint32_t key = CameraKey(chosen.c_str());
-    {
-        platform::MutexLock lock(uniqueIdMutex);
-        selectedUniqueId.swap(chosen);
+    if (!identity.Select(chosen.c_str())) {
+        return MV_REFUSED;
     }
     const MV_ERRCODE result = RefreshCameraList();
-    StoreActCameraIndex(GetCameraIndexByCameraUniqueID(key));
+    StoreActCameraIndex(GetCameraIndexByCameraUniqueID(CameraKey(chosen.c_str())));
     return result;
-}
-
-bool CMivoraKVNPyxenClass::StoreSelectedUniqueId(const char* id) {
-    return NoThrow(false, [&] {
-        std::string copy = id;
-        platform::MutexLock lock(uniqueIdMutex);
-        selectedUniqueId.swap(copy);
-        return true;
-    });
 }

@@ -22,7 +22,7 @@ MV_ERRCODE CMivoraKVNPyxenClass::LoadGrabberConfig() {
         InitGrabberSectStr(section, sizeof section, GetSectionNumber());
         ini->GetText(section, kUniqueIdKey, "", id, sizeof id);
     }
-    return StoreSelectedUniqueId(id) ? MV_OK : MV_REFUSED;
+    return identity.Select(id) ? MV_OK : MV_REFUSED;
 }
 
 MV_ERRCODE CMivoraKVNPyxenClass::SaveGrabberConfig() {

@@ -47,15 +47,11 @@ bool CMivoraKVNPyxenClass::ConcernsOpenCamera(PxnHandle eventModule) {
             "CMivoraKVNPyxenClass::DiscoveryCameraEventCallback: Could not determine id of camera that triggered the event. For security reasons, \"SignalCamCfgChange\" is called.");
         return true;
     }
-    std::string openCameraId;
-    {
-        platform::MutexLock lock(uniqueIdMutex);
-        openCameraId = selectedUniqueId;
-    }
-    if (cameraId != openCameraId) {
+    const std::string openedCameraId = identity.GetOpened();
+    if (cameraId != openedCameraId) {
         log.Information(
             "CMivoraKVNPyxenClass::DiscoveryCameraEventCallback: the currently opened camera %s is not affected. -> ignored.",
-            openCameraId.c_str());
+            openedCameraId.c_str());
         return false;
     }
     if (std::strcmp(type, "Missing") == 0) {

@@ -87,6 +87,7 @@ MV_ERRCODE CMivoraKVNPyxenClass::DeInit() {
     systemCache.Clear();
     interfaceList.Free();
     interfaceCount = 0;
+    identity.ForgetOpened();
     DeleteInternalList();
     CPyxenGrabber::DeInit();
     acquisitionState = 0;

@@ -1,6 +1,7 @@
 // mivora_kvn_pyxen_class.h - the grabber of this module
 #pragma once
 
+#include "grabber/camera_identity.h"
 #include "grabber/pyxen_grabber.h"
 #include "imaging/frame_record.h"
 #include "platform/event.h"
@@ -100,7 +101,6 @@ private:
     /// Null when memory is out.
     CMivoraCamera* AppendCamera(const PxnCameraInfo& record, int32_t index, CMivoraCamera* last);
     MV_ERRCODE ChooseCamera(MV_WINDOW parent, MV_DLG_EXITCODE& ending);
-    bool StoreSelectedUniqueId(const char* id);
     FeatureCache* FindCacheByName(const char* name) override;
     CMivoraCameraKVNPyxen* ActCameraNode();
     /// The active camera's active mode, or null.
@@ -159,8 +159,7 @@ private:
     std::unique_ptr<platform::Event> acquisitionEvents[2]; // reset at each snap
     std::unique_ptr<platform::Event> stopEvent;            // set: the callback does not requeue
 
-    platform::Mutex uniqueIdMutex; // chosen camera: opening, configuration, discovery events
-    std::string selectedUniqueId GUARDED_BY(uniqueIdMutex);
+    CameraIdentity identity;
 
     // Buffer preparation and the traffic of every serial channel, so that they exclude each other.
     platform::Mutex serialMutex;

@@ -23,10 +23,10 @@ MV_ERRCODE CMivoraKVNPyxenClass::OpenActCamera() {
     }
     cameraHandle = handle;
     // Before the next call of the SDK, so that no event of this camera is taken for another's.
-    StoreSelectedUniqueId(record.cameraIdExtended ? record.cameraIdExtended : "");
+    identity.Open(record.cameraIdExtended);
     log.Information("Successfully opened camera! Handle = %p", handle);
     api.PxnCameraInfoQueryByHandle(handle, &record, sizeof record);
-    StoreSelectedUniqueId(record.cameraIdExtended ? record.cameraIdExtended : "");
+    identity.Open(record.cameraIdExtended);
 
     // Compatibility: hosts take the camera for open even without a feature list, and no line of its
     // own is logged then.

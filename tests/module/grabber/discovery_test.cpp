@@ -167,7 +167,34 @@ TEST_F(DiscoveryTest, ReportsARemovalDuringTheOpening) {
     EXPECT_EQ(signals, 1);
 }
 
-TEST_F(DiscoveryTest, AClosedCameraIsStillTheChosenOne) {
+TEST_F(DiscoveryTest, AChosenCameraIsIgnoredUntilItIsOpened) {
+    Destroy();
+    WriteIni("[Grabber_0]\nUniqueId=cam-ext-1\n");
+    ASSERT_EQ(Grabber().LoadGrabberConfig(), MV_OK);
+    Init();
+    Watch();
+    EXPECT_EQ(Event("cam-ext-1", "Missing"), 0);
+    EXPECT_EQ(Log(), Lines("cam-ext-1", "Missing",
+                           {"1 " + kEventTag +
+                            "the currently opened camera  is not affected. -> ignored."}));
+    ASSERT_EQ(Grabber().OpenActCamera(), MV_OK);
+    EXPECT_EQ(Event("cam-ext-1", "Missing"), 1);
+}
+
+TEST_F(DiscoveryTest, ChoosingAnotherCameraLeavesTheOpenOneReported) {
+    ASSERT_TRUE(Grabber().GetIni()->WriteText("Grabber_0", "UniqueId", "cam-ext-2"));
+    ASSERT_EQ(Grabber().LoadGrabberConfig(), MV_OK);
+    EXPECT_EQ(Event("cam-ext-1", "Missing"), 1);
+    EXPECT_EQ(Event("cam-ext-2", "Missing"), 0);
+}
+
+TEST_F(DiscoveryTest, AfterDeInitNoCameraWasOpened) {
+    ASSERT_EQ(Grabber().DeInit(), MV_OK);
+    Init();
+    EXPECT_EQ(Event("cam-ext-1", "Missing"), 0);
+}
+
+TEST_F(DiscoveryTest, AClosedCameraIsStillReported) {
     ASSERT_EQ(Grabber().CloseActCamera(), MV_OK);
     EXPECT_EQ(Event("cam-ext-1", "Missing"), 1);
 }

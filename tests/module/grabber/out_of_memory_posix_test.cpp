@@ -20,6 +20,7 @@
 #include <iterator>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -182,6 +183,41 @@ TEST_F(ScriptedOutOfMemory, InitTellsThatTheCameraListFailed) {
     EXPECT_TRUE(sink.failed);
     EXPECT_TRUE(grabber->IsInitialized());
     EXPECT_EQ(grabber->GetNumCameras(), 0u);
+}
+
+TEST_F(ScriptedOutOfMemory, EventsOfACameraWhoseIdIsLostAreReported) {
+    ASSERT_EQ(grabber->Init(), MV_OK);
+    int signals = 0;
+    grabber->InstCamCfgChangeCallBack([](void* context) { ++*static_cast<int*>(context); },
+                                      &signals);
+    scripted::Module& system = sdk.Data().system;
+    system.Put(scripted::StringFeature("EventCameraDiscoveryCameraID", "another camera's id"));
+    system.Put(scripted::EnumFeature("EventCameraDiscoveryType", "Missing", {}));
+    ASSERT_EQ(grabber->SetActCameraIndex(0), MV_OK);
+    const auto signal = [&] {
+        grabber->InvalidationCallback(scripted::SystemHandle(), "EventCameraDiscovery");
+        return std::exchange(signals, 0);
+    };
+    static constexpr char kLongId[] = "an extended identifier too long for a string's own memory";
+    grabber->Api().PxnCameraOpen = [](const char*, std::uint32_t, PxnHandle* handle) -> PxnError {
+        *handle = scripted::CameraHandle();
+        return PxnErrSuccess;
+    };
+    static_cast<CMivoraCameraKVNPyxen*>(grabber->GetActCamera())->Record().cameraIdExtended =
+        kLongId;
+    grabber->Api().PxnCameraInfoQueryByHandle = [](PxnHandle, PxnCameraInfo*,
+                                                   std::uint32_t) -> PxnError {
+        return PxnErrSuccess;
+    };
+    support::RefuseAllocationsAfter(0);
+    const MV_ERRCODE opened = grabber->OpenActCamera();
+    EXPECT_TRUE(GrantAllocations());
+    EXPECT_EQ(opened, MV_OK);
+    EXPECT_EQ(signal(), 1);
+    EXPECT_EQ(grabber->CloseActCamera(), MV_OK);
+    EXPECT_EQ(grabber->OpenActCamera(), MV_OK);
+    EXPECT_EQ(signal(), 0);
+    grabber->InstCamCfgChangeCallBack(nullptr, nullptr);
 }
 
 TEST_F(ScriptedOutOfMemory, WithoutItsEventsAGrabberSnapsNothing) {
