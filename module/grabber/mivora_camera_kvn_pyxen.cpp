@@ -22,7 +22,8 @@ uint32_t CMivoraCameraKVNPyxen::BuildGfxModeList(CMivoraGrabber* grabber) {
         return GetNumGfxModes();
     }
     return NoThrow<uint32_t>(0, [&]() -> uint32_t {
-        AddGfxMode(new CMivoraGfxModeKVNPyxen(static_cast<CMivoraKVNPyxenClass*>(grabber)));
+        auto* const owner = static_cast<CMivoraKVNPyxenClass*>(grabber);
+        AddGfxMode(new CMivoraGfxModeKVNPyxen(owner ? &owner->Features() : nullptr));
         return 1;
     });
 }

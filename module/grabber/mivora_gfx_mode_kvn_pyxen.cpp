@@ -1,20 +1,11 @@
 // mivora_gfx_mode_kvn_pyxen.cpp - the graphics mode that asks the camera
 #include "grabber/mivora_gfx_mode_kvn_pyxen.h"
 
-#include "grabber/mivora_kvn_pyxen_class.h"
-#include "sdk/logger.h"
+#include "sdk/camera_features.h"
+#include "sdk/pyxen_api_access.h"
 
-namespace {
-
-template <typename... Arguments>
-void LogError(const CMivoraKVNPyxenClass& grabber,
-              LogFormat<std::type_identity_t<Arguments>...> format, Arguments... arguments) {
-    Logger(grabber.GetLogSink()).Error(format, arguments...);
-}
-
-} // namespace
-
-CMivoraGfxModeKVNPyxen::CMivoraGfxModeKVNPyxen(CMivoraKVNPyxenClass* owner) : grabber(owner) {}
+CMivoraGfxModeKVNPyxen::CMivoraGfxModeKVNPyxen(ICameraFeatures* cameraToAsk)
+    : features(cameraToAsk) {}
 
 uint32_t CMivoraGfxModeKVNPyxen::GetxRes() {
     return ReadSize(
@@ -74,42 +65,37 @@ uint64_t CMivoraGfxModeKVNPyxen::GetImageSize() {
 }
 
 const PixelFormat* CMivoraGfxModeKVNPyxen::GetFormatPropertiesByPixelFormat() {
-    if (!grabber) {
+    if (!features) {
         return nullptr;
     }
-    const PxnHandle camera = grabber->CameraHandle();
+    const PxnHandle camera = features->CameraHandle();
     if (!camera) {
-        LogError(
-            *grabber,
+        features->Log().Error(
             "CMivoraGfxModeKVNPyxen::GetFormatPropertiesByPixelFormat: camera handle is NULL -> cannot get pixelformat");
         return nullptr;
     }
-    const CPyxenAPIAccess& api = grabber->Api();
+    const CPyxenAPIAccess& api = features->Api();
     const char* name = nullptr;
     if (api.PxnFeatureEnumGet(camera, "PixelFormat", &name) != PxnErrSuccess) {
-        LogError(
-            *grabber,
+        features->Log().Error(
             "CMivoraGfxModeKVNPyxen::GetFormatPropertiesByPixelFormat: PxnFeatureEnumGet reports error -> cannot get pixelformat");
         return nullptr;
     }
     int64_t code = 0;
     if (api.PxnFeatureEnumAsInt(camera, "PixelFormat", name, &code) != PxnErrSuccess) {
-        LogError(
-            *grabber,
+        features->Log().Error(
             "CMivoraGfxModeKVNPyxen::GetFormatPropertiesByPixelFormat: m_pfPxnFeatureEnumAsInt failed for %s. Trying to look up pixelformat properties by its name.",
             name);
     } else if (const PixelFormat* format = FindPixelFormatByCode(static_cast<uint32_t>(code))) {
         return format;
     } else {
-        LogError(
-            *grabber,
+        features->Log().Error(
             "CMivoraGfxModeKVNPyxen::GetFormatPropertiesByPixelFormat: Pixelformat 0x%08X alias %s is unknown. Trying to look up pixelformat properties by its name.",
             static_cast<uint32_t>(code), name);
     }
     const PixelFormat* format = FindPixelFormatByName(name);
     if (!format) {
-        LogError(
-            *grabber,
+        features->Log().Error(
             "CMivoraGfxModeKVNPyxen::GetFormatPropertiesByPixelFormat: PxnFeatureEnumGet reports pixelformat %s which is not supported!",
             name);
     }
@@ -117,22 +103,20 @@ const PixelFormat* CMivoraGfxModeKVNPyxen::GetFormatPropertiesByPixelFormat() {
 }
 
 uint64_t CMivoraGfxModeKVNPyxen::GetIntermediateBufferSize() {
-    if (!grabber) {
+    if (!features) {
         return 0;
     }
-    const PxnHandle camera = grabber->CameraHandle();
+    const PxnHandle camera = features->CameraHandle();
     if (!camera) {
-        LogError(
-            *grabber,
+        features->Log().Error(
             "CMivoraGfxModeKVNPyxen::GetIntermediateBufferSize: camera handle is nullptr -> cannot get intermediate buffer size");
         return 0;
     }
-    const CPyxenAPIAccess& api = grabber->Api();
+    const CPyxenAPIAccess& api = features->Api();
     int64_t size = 0;
     if (api.PxnFeatureIntGet(camera, "ImageSize", &size) != PxnErrSuccess &&
         api.PxnFeatureIntGet(camera, "PayloadSize", &size) != PxnErrSuccess) {
-        LogError(
-            *grabber,
+        features->Log().Error(
             "CMivoraGfxModeKVNPyxen::GetIntermediateBufferSize: PxnFeatureIntGet reports error -> cannot get ImageSize nor PayloadSize feature");
         return 0;
     }
@@ -141,17 +125,17 @@ uint64_t CMivoraGfxModeKVNPyxen::GetIntermediateBufferSize() {
 
 uint32_t CMivoraGfxModeKVNPyxen::ReadSize(const char* feature, LogFormat<> noHandleText,
                                           LogFormat<> failureText) {
-    if (!grabber) {
+    if (!features) {
         return 0;
     }
-    const PxnHandle camera = grabber->CameraHandle();
+    const PxnHandle camera = features->CameraHandle();
     if (!camera) {
-        LogError(*grabber, noHandleText);
+        features->Log().Error(noHandleText);
         return 0;
     }
     int64_t size = 0;
-    if (grabber->Api().PxnFeatureIntGet(camera, feature, &size) != PxnErrSuccess) {
-        LogError(*grabber, failureText);
+    if (features->Api().PxnFeatureIntGet(camera, feature, &size) != PxnErrSuccess) {
+        features->Log().Error(failureText);
         return 0;
     }
     return static_cast<uint32_t>(size);

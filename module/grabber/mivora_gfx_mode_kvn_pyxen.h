@@ -5,13 +5,13 @@
 #include "mivora/gfx_mode.h"
 #include "sdk/log_format.h"
 
-class CMivoraKVNPyxenClass;
+class ICameraFeatures;
 
-/// Answers every question live from the open camera's features; nothing is cached. A mode without
-/// grabber answers 0 or null.
+/// Reads every value from the open camera's features; nothing is cached. A mode without a camera to
+/// ask returns 0 or null.
 class CMivoraGfxModeKVNPyxen final : public CMivoraGfxMode {
 public:
-    explicit CMivoraGfxModeKVNPyxen(CMivoraKVNPyxenClass* owner);
+    explicit CMivoraGfxModeKVNPyxen(ICameraFeatures* cameraToAsk);
 
     uint32_t GetxRes() override;
     uint32_t GetyRes() override;
@@ -27,11 +27,11 @@ public:
 
     /// The entry of the camera's current pixel format, or null.
     virtual const PixelFormat* GetFormatPropertiesByPixelFormat();
-    /// Bytes that the camera delivers per image; 0 when it cannot tell.
+    /// Bytes that the camera delivers per image; 0 when they cannot be read.
     virtual uint64_t GetIntermediateBufferSize();
 
 private:
     uint32_t ReadSize(const char* feature, LogFormat<> noHandleText, LogFormat<> failureText);
 
-    CMivoraKVNPyxenClass* grabber; // the owner's owner; null for a mode made without one
+    ICameraFeatures* const features; // the grabber's; null for a mode made without one
 };

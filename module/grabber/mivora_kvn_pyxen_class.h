@@ -7,6 +7,7 @@
 #include "platform/event.h"
 #include "platform/mutex.h"
 #include "platform/thread.h"
+#include "sdk/camera_features.h"
 #include "sdk/malloc_array.h"
 #include "sdk/pyxen_api_access.h"
 #include "sync/feature_cache.h"
@@ -29,7 +30,9 @@ class CMivoraGfxModeKVNPyxen;
 /// Host threads call the operations; the SDK calls InvalidationCallback and FrameCallback on its
 /// own threads; an asynchronous single snap ends on a short-lived thread of this class. The host
 /// does not run operations that open, close, prepare or snap at the same time as one another.
-class CMivoraKVNPyxenClass final : public CPyxenGrabber, private IFeatureCaches {
+class CMivoraKVNPyxenClass final : public CPyxenGrabber,
+                                   private ICameraFeatures,
+                                   private IFeatureCaches {
 public:
     explicit CMivoraKVNPyxenClass(void* moduleInstance);
     ~CMivoraKVNPyxenClass() override;
@@ -80,9 +83,10 @@ public:
     bool GetFrameInterval(uint32_t* value) override;
 
     // for the module's own nodes, channels and dialogs
-    CPyxenAPIAccess& Api() { return api; }
+    CPyxenAPIAccess& Api() override { return api; }
     /// The open camera's handle, or null.
-    PxnHandle CameraHandle() const { return cameraHandle.load(); }
+    PxnHandle CameraHandle() const override { return cameraHandle.load(); }
+    ICameraFeatures& Features() { return *this; }
     FeatureCache& SystemCache() { return systemCache; }
     SyncEngine& Sync() { return syncEngine; }
     const FeatureSyncher& SyncRules() const { return featureSyncher; }
@@ -91,6 +95,8 @@ public:
     bool IsInitialized() const { return initialized; }
 
 private:
+    Logger Log() const override { return GetLogSink(); }
+
     // grabber core
     MV_ERRCODE InitOrThrow();
     bool LoadSdk();
