@@ -1,22 +1,13 @@
 // initialisation.cpp - from constructed to usable and back
 #include "grabber/discovery_events.h"
 #include "grabber/mivora_kvn_pyxen_class.h"
-#include "platform/file_system.h"
-#include "sdk/format_text.h"
 #include "sdk/logger.h"
 #include "sdk/no_throw.h"
-
-namespace {
-
-constexpr const char* kSystemCacheName = "PxnSystem";
-constexpr const char* kSdkConfigurationFile = "PxnC.xml";
-
-} // namespace
 
 MV_ERRCODE CMivoraKVNPyxenClass::Init() {
     const MV_ERRCODE result = NoThrow(MV_REFUSED, [this] { return InitOrThrow(); });
     if (!initialized) {
-        api.Unload();
+        session.Unload();
     }
     return result;
 }
@@ -27,15 +18,14 @@ MV_ERRCODE CMivoraKVNPyxenClass::InitOrThrow() {
     if (initialized) {
         return MV_ALREADY_INITIALISED;
     }
-    if (!LoadSdk()) {
+    if (!session.Load(GetConfigDirectory())) {
         return MV_REFUSED;
     }
-    const PxnVersionInfo version = QuerySdkVersion();
+    const PxnVersionInfo version = session.QueryVersion();
     log.Information("CMivoraKVNPyxenClass::Init: Using Pyxen V%u.%u.%u", version.major,
                     version.minor, version.patch);
-    WriteVersionText("Pyxen", version);
-    systemCache.Init(kSystemCacheName, &api, PXN_SYSTEM_HANDLE, log);
-    FillInterfaceList();
+    SetDriverVersion(session.GetVersionText("Pyxen", version).c_str());
+    session.List();
     CPyxenGrabber::Init();
     initialized = true;
     const MV_ERRCODE result = BuildInternalList();
@@ -45,21 +35,6 @@ MV_ERRCODE CMivoraKVNPyxenClass::InitOrThrow() {
     }
     DiscoveryEvents::Register(*this);
     return result;
-}
-
-bool CMivoraKVNPyxenClass::LoadSdk() {
-    const Logger log(GetLogSink());
-    // The separator stands there without a directory, too: then the root is meant; that is
-    // intended.
-    const std::string path =
-        std::string(GetConfigDirectory()) + platform::kPathSeparator + kSdkConfigurationFile;
-    const bool exists = platform::IsRegularFile(path);
-    log.Information(
-        exists ? NameFormat("CMivoraKVNPyxenClass::Init: Using Pyxen config file: %s")
-               : NameFormat(
-                     "CMivoraKVNPyxenClass::Init: %s not found. Using default Pyxen config file"),
-        path.c_str());
-    return api.Load(exists ? path.c_str() : nullptr, log);
 }
 
 MV_ERRCODE CMivoraKVNPyxenClass::DeInit() {
@@ -80,13 +55,7 @@ MV_ERRCODE CMivoraKVNPyxenClass::DeInit() {
         // its camera it comes to an end, and those that begin from here on find none.
         platform::MutexLock lock(serialMutex);
     }
-    if (api.IsValid()) {
-        api.Unload();
-    }
-    // Its texts went with the SDK.
-    systemCache.Clear();
-    interfaceList.Free();
-    interfaceCount = 0;
+    session.Unload();
     identity.ForgetOpened();
     DeleteInternalList();
     CPyxenGrabber::DeInit();
@@ -100,40 +69,10 @@ MV_ERRCODE CMivoraKVNPyxenClass::DeInit() {
 const char* CMivoraKVNPyxenClass::GetDriverVersion() {
     if (api.IsValid()) {
         NoThrow(false, [this] {
-            // Another spelling of the SDK's name than Init writes; that is intended.
-            WriteVersionText("PyxenC", QuerySdkVersion());
+            // Compatibility: another spelling of the SDK's name than Init writes.
+            SetDriverVersion(session.GetVersionText("PyxenC", session.QueryVersion()).c_str());
             return true;
         });
     }
     return CPyxenGrabber::GetDriverVersion();
-}
-
-PxnVersionInfo CMivoraKVNPyxenClass::QuerySdkVersion() const {
-    PxnVersionInfo version{};
-    api.PxnVersionQuery(&version, sizeof version);
-    return version;
-}
-
-void CMivoraKVNPyxenClass::WriteVersionText(const char* sdkName, const PxnVersionInfo& version) {
-    SetDriverVersion(FormatText("%s V%u.%u.%u (%u.%u.%u.%u)", sdkName, version.major, version.minor,
-                                version.patch, api.GetFileVersionPart(0), api.GetFileVersionPart(1),
-                                api.GetFileVersionPart(2), api.GetFileVersionPart(3))
-                         .c_str());
-}
-
-void CMivoraKVNPyxenClass::FillInterfaceList() {
-    uint32_t needed = 0;
-    uint32_t found = 0;
-    api.PxnInterfacesList(nullptr, 0, &needed, sizeof(PxnInterfaceInfo));
-    // What is needed is asked for once, so this ends only when a fill reports exactly that; that
-    // is intended.
-    while (needed != found) {
-        if (!interfaceList.Resize(needed)) {
-            Logger(GetLogSink())
-                .Error("CMivoraKVNPyxenClass::Init: Could not allocate memory for interface list");
-            return;
-        }
-        interfaceCount = needed;
-        api.PxnInterfacesList(interfaceList.Get(), needed, &found, sizeof(PxnInterfaceInfo));
-    }
 }

@@ -28,7 +28,10 @@ std::unique_ptr<platform::Event> CreateEventOrNull() {
 } // namespace
 
 CMivoraKVNPyxenClass::CMivoraKVNPyxenClass(void* moduleInstance)
-    : CPyxenGrabber(moduleInstance), syncEngine(api, featureSyncher, *this, GetLogSink()) {
+    : CPyxenGrabber(moduleInstance),
+      session(GetLogSink()),
+      api(session.Api()),
+      syncEngine(api, featureSyncher, *this, GetLogSink()) {
     CMivoraKVNPyxenClass::InitMembers();
 }
 
@@ -41,8 +44,7 @@ void CMivoraKVNPyxenClass::InitMembers() {
     SetDriverDesc(kDriverDescription);
     SetDriverName(kDriverName);
     SetDriverVersion("");
-    interfaceList.Free();
-    interfaceCount = 0;
+    session.ForgetInterfaces();
     for (auto& event : acquisitionEvents) {
         event = CreateEventOrNull();
     }

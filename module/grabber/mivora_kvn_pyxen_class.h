@@ -3,13 +3,12 @@
 
 #include "grabber/camera_identity.h"
 #include "grabber/pyxen_grabber.h"
+#include "grabber/sdk_session.h"
 #include "imaging/frame_record.h"
 #include "platform/event.h"
 #include "platform/mutex.h"
 #include "platform/thread.h"
 #include "sdk/camera_features.h"
-#include "sdk/malloc_array.h"
-#include "sdk/pyxen_api_access.h"
 #include "sync/feature_cache.h"
 #include "sync/feature_caches.h"
 #include "sync/feature_syncher.h"
@@ -87,7 +86,7 @@ public:
     /// The open camera's handle, or null.
     PxnHandle CameraHandle() const override { return cameraHandle.load(); }
     ICameraFeatures& Features() { return *this; }
-    FeatureCache& SystemCache() { return systemCache; }
+    FeatureCache& SystemCache() { return session.SystemCache(); }
     SyncEngine& Sync() { return syncEngine; }
     const FeatureSyncher& SyncRules() const { return featureSyncher; }
     /// Shared by buffer preparation and every serial channel.
@@ -99,10 +98,6 @@ private:
 
     // grabber core
     MV_ERRCODE InitOrThrow();
-    bool LoadSdk();
-    PxnVersionInfo QuerySdkVersion() const;
-    void WriteVersionText(const char* sdkName, const PxnVersionInfo& version);
-    void FillInterfaceList();
     MV_ERRCODE BuildInternalList();
     /// Null when memory is out.
     CMivoraCamera* AppendCamera(const PxnCameraInfo& record, int32_t index, CMivoraCamera* last);
@@ -176,11 +171,9 @@ private:
     platform::Mutex cleanupMutex;
     platform::Thread cleanupThread GUARDED_BY(cleanupMutex);
 
-    CPyxenAPIAccess api;
-    MallocArray<PxnInterfaceInfo> interfaceList;
-    uint32_t interfaceCount = 0;
+    SdkSession session;
+    CPyxenAPIAccess& api; // the session's
     std::atomic<PxnHandle> cameraHandle{nullptr};
-    FeatureCache systemCache;
     std::array<FeatureCache, 5> cameraCaches;
     FeatureSyncher featureSyncher;
     SyncEngine syncEngine;
