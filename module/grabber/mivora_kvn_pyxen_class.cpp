@@ -1,6 +1,8 @@
 // mivora_kvn_pyxen_class.cpp - the grabber's life and its small answers
 #include "grabber/mivora_kvn_pyxen_class.h"
 
+#include "grabber/camera_key.h"
+#include "grabber/camera_list.h"
 #include "grabber/grabber_dialogs.h"
 #include "grabber/mivora_camera_kvn_pyxen.h"
 #include "grabber/mivora_gfx_mode_kvn_pyxen.h"
@@ -198,6 +200,80 @@ bool CMivoraKVNPyxenClass::NotifyBufferImpact(bool finished) {
         return true;
     }
     return SignalCamCntrlDlgEvent(kMvEventBufferImpactBegins) != 0;
+}
+
+MV_ERRCODE CMivoraKVNPyxenClass::BuildInternalList() {
+    PxnCameraInfo* listed = nullptr;
+    const uint32_t count = api.AllocateAndGetCameraList(&listed);
+    MallocArray<PxnCameraInfo> records;
+    records.Adopt(listed);
+    if (CMivoraCameraKVNPyxen* const camera = ActCameraNode()) {
+        const char* const id = camera->Record().cameraIdExtended;
+        if (!identity.Select(id ? id : "")) {
+            return MV_REFUSED;
+        }
+    }
+    if (GetFirstCamera()) {
+        const MV_ERRCODE result = DeleteInternalList();
+        if (result != MV_OK) {
+            return result;
+        }
+    }
+    CameraNodes nodes;
+    if (!MakeCameraNodes(records.Get(), count, identity, nodes)) {
+        StoreActCameraIndex(-1);
+        return MV_REFUSED;
+    }
+    for (CMivoraCamera* node = nodes.first; node; node = node->GetNext()) {
+        node->BuildGfxModeList(this);
+    }
+    StoreActCameraIndex(nodes.chosen);
+    SetFirstCamera(nodes.first);
+    return MV_OK;
+}
+
+MV_ERRCODE CMivoraKVNPyxenClass::RefreshCameraList() {
+    if (!initialized) {
+        return MV_NOT_INITIALISED;
+    }
+    CloseActCamera();
+    const CMivoraCamera* const camera = GetActCamera();
+    const bool hadCamera = camera != nullptr;
+    const uint32_t key = hadCamera ? camera->GetCameraUniqueID() : 0;
+    DeleteInternalList();
+    BuildInternalList();
+    StoreActCameraIndex(hadCamera ? GetCameraIndexByCameraUniqueID(key) : -1);
+    UpdateCamCntrlDialogs(kMvUpdateAll);
+    return MV_OK;
+}
+
+MV_ERRCODE CMivoraKVNPyxenClass::SelectCameraDialog(MV_WINDOW parent, MV_DLG_EXITCODE* exitCode) {
+    if (!initialized) {
+        GrabberDialogs::ShowMessage(parent, "MivoraKVNPyxen has not been properly initalized!",
+                                    "Error", false, GetLogSink());
+        return MV_NOT_INITIALISED;
+    }
+    MV_DLG_EXITCODE ending = MV_DLG_CANCEL;
+    const MV_ERRCODE result = NoThrow(MV_REFUSED, [&] { return ChooseCamera(parent, ending); });
+    if (exitCode) {
+        *exitCode = ending;
+    }
+    return result;
+}
+
+MV_ERRCODE CMivoraKVNPyxenClass::ChooseCamera(MV_WINDOW parent, MV_DLG_EXITCODE& ending) {
+    std::string chosen = identity.GetSelected();
+    const MV_ERRCODE shown =
+        GrabberDialogs::RunDeviceFinder(parent, api, GetLogSink(), chosen, ending);
+    if (shown != MV_OK || ending != MV_DLG_OK) {
+        return shown;
+    }
+    if (!identity.Select(chosen.c_str())) {
+        return MV_REFUSED;
+    }
+    const MV_ERRCODE result = RefreshCameraList();
+    StoreActCameraIndex(GetCameraIndexByCameraUniqueID(CameraKey(chosen.c_str())));
+    return result;
 }
 
 CMivoraCameraKVNPyxen* CMivoraKVNPyxenClass::ActCameraNode() {

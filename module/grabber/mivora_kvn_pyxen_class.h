@@ -99,8 +99,6 @@ private:
     // grabber core
     MV_ERRCODE InitOrThrow();
     MV_ERRCODE BuildInternalList();
-    /// Null when memory is out.
-    CMivoraCamera* AppendCamera(const PxnCameraInfo& record, int32_t index, CMivoraCamera* last);
     MV_ERRCODE ChooseCamera(MV_WINDOW parent, MV_DLG_EXITCODE& ending);
     FeatureCache* FindCacheByName(const char* name) override;
     CMivoraCameraKVNPyxen* ActCameraNode();

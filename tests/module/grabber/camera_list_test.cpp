@@ -1,4 +1,7 @@
 // camera_list_test.cpp - the cameras as the host sees them
+#include "grabber/camera_list.h"
+
+#include "grabber/camera_identity.h"
 #include "grabber/camera_key.h"
 #include "grabber/mivora_camera_kvn_pyxen.h"
 #include "tests/module/grabber_fixture.h"
@@ -189,6 +192,60 @@ TEST_F(CameraList, TheNextInitBeginsWithTheCameraThatWasRemembered) {
     MakeCameras({"two", "one"});
     ASSERT_EQ(Grabber().Init(), MV_OK);
     EXPECT_EQ(Grabber().GetActCameraIndex(), 0);
+}
+
+// ---- the nodes alone ----
+
+class CameraNodesTest : public ::testing::Test {
+protected:
+    ~CameraNodesTest() override {
+        while (nodes.first) {
+            CMivoraCamera* const next = nodes.first->GetNext();
+            delete nodes.first;
+            nodes.first = next;
+        }
+    }
+    static PxnCameraInfo Record(const char* id, const char* name) {
+        PxnCameraInfo record{};
+        record.cameraIdExtended = id;
+        record.modelName = name;
+        return record;
+    }
+
+    CameraIdentity identity;
+    CameraNodes nodes;
+};
+
+TEST_F(CameraNodesTest, AreMadeInOrderWithoutModes) {
+    const PxnCameraInfo records[] = {Record("a", "First"), Record("b", nullptr)};
+    ASSERT_TRUE(MakeCameraNodes(records, 2, identity, nodes));
+    const auto* const first = static_cast<CMivoraCameraKVNPyxen*>(nodes.first);
+    ASSERT_NE(first, nullptr);
+    EXPECT_STREQ(first->GetCameraName(), "First");
+    EXPECT_EQ(first->GetCameraUniqueID(), CameraKey("a"));
+    EXPECT_EQ(first->GetCameraSectionNum(), -1);
+    EXPECT_EQ(first->GetNumGfxModes(), 0u);
+    EXPECT_EQ(first->GetPrev(), nullptr);
+    const CMivoraCamera* const second = first->GetNext();
+    ASSERT_NE(second, nullptr);
+    EXPECT_STREQ(second->GetCameraName(), "");
+    EXPECT_EQ(second->GetPrev(), first);
+    EXPECT_EQ(second->GetNext(), nullptr);
+    EXPECT_EQ(nodes.chosen, -1);
+}
+
+TEST_F(CameraNodesTest, TellWhichIsTheChosenCameraTheLastOfEqualOnes) {
+    const PxnCameraInfo records[] = {Record("a", ""), Record("b", ""), Record("b", ""),
+                                     Record("c", "")};
+    ASSERT_TRUE(identity.Select("b"));
+    ASSERT_TRUE(MakeCameraNodes(records, 4, identity, nodes));
+    EXPECT_EQ(nodes.chosen, 2);
+}
+
+TEST_F(CameraNodesTest, AreNoneWithoutCameras) {
+    ASSERT_TRUE(MakeCameraNodes(nullptr, 0, identity, nodes));
+    EXPECT_EQ(nodes.first, nullptr);
+    EXPECT_EQ(nodes.chosen, -1);
 }
 
 } // namespace
