@@ -2,27 +2,20 @@
 #include "grabber/mivora_camera_kvn_pyxen.h"
 #include "grabber/mivora_kvn_pyxen_class.h"
 #include "sdk/logger.h"
-#include "sdk/sdk_error.h"
 
 MV_ERRCODE CMivoraKVNPyxenClass::CloseActCamera() {
-    const Logger log(GetLogSink());
-    log.Information("CMivoraKVNPyxenClass::CloseActCamera");
-    if (const PxnHandle camera = cameraHandle) {
+    Logger(GetLogSink()).Information("CMivoraKVNPyxenClass::CloseActCamera");
+    if (CameraHandle()) {
         KeepTimingForSaving();
-        if (const PxnError result = api.PxnCameraClose(camera)) {
-            // Compatibility: support searches for this tag, which names another class.
-            ReportSdkError("CMivoraKVNqxAPIClass::CloseActCamera", result, log);
-        }
+        openCamera.Close();
         if (CMivoraCameraKVNPyxen* const node = ActCameraNode()) {
             node->Record().streamCount = 0;
             node->Record().localDeviceHandle = nullptr;
         }
-        cameraHandle = nullptr;
     } else {
         cameraOpen = false;
     }
-    featureSyncher.Clear();
-    ClearCameraCaches();
+    openCamera.Clear();
     buffersPrepared = false;
     frameLeftQueued = false;
     framesKept = false;
@@ -41,11 +34,5 @@ void CMivoraKVNPyxenClass::KeepTimingForSaving() {
     }
     if (GetFrameInterval(&value)) {
         SetSavedInterval(value);
-    }
-}
-
-void CMivoraKVNPyxenClass::ClearCameraCaches() {
-    for (FeatureCache& cache : cameraCaches) {
-        cache.Clear();
     }
 }

@@ -7,6 +7,7 @@
 #include "grabber/mivora_camera_kvn_pyxen.h"
 #include "grabber/mivora_gfx_mode_kvn_pyxen.h"
 #include "platform/text.h"
+#include "sdk/logger.h"
 #include "sdk/no_throw.h"
 #include "serial/cmd_kvn_pyxen.h"
 
@@ -32,8 +33,7 @@ std::unique_ptr<platform::Event> CreateEventOrNull() {
 CMivoraKVNPyxenClass::CMivoraKVNPyxenClass(void* moduleInstance)
     : CPyxenGrabber(moduleInstance),
       session(GetLogSink()),
-      api(session.Api()),
-      syncEngine(api, featureSyncher, *this, GetLogSink()) {
+      openCamera(session.Api(), identity, GetLogSink()) {
     CMivoraKVNPyxenClass::InitMembers();
 }
 
@@ -51,7 +51,7 @@ void CMivoraKVNPyxenClass::InitMembers() {
         event = CreateEventOrNull();
     }
     stopEvent = CreateEventOrNull();
-    firstQueueThenSnap = false;
+    openCamera.ResetStartStrategy();
 }
 
 uint32_t CMivoraKVNPyxenClass::IsCameraOpen() {
@@ -64,6 +64,23 @@ uint32_t CMivoraKVNPyxenClass::GetAcquisitionState() {
 
 void CMivoraKVNPyxenClass::SetAcquisitionState(uint32_t state) {
     acquisitionState = state;
+}
+
+MV_ERRCODE CMivoraKVNPyxenClass::OpenActCamera() {
+    Logger(GetLogSink()).Information("CMivoraKVNPyxenClass::OpenActCamera");
+    if (!initialized) {
+        return MV_NOT_INITIALISED;
+    }
+    CMivoraCameraKVNPyxen* const camera = ActCameraNode();
+    if (!camera) {
+        return MV_NO_CAMERA;
+    }
+    if (!openCamera.Open(camera->Record(), GetIni(), GetConfigDirectory())) {
+        return MV_REFUSED;
+    }
+    cameraOpen = true;
+    UpdateCamCntrlDialogs(kMvUpdateAll);
+    return MV_OK;
 }
 
 MV_ERRCODE CMivoraKVNPyxenClass::CamCntrlDialog(MV_WINDOW parent) {
@@ -138,36 +155,19 @@ CMivoraCamera* CMivoraKVNPyxenClass::CreateCamera() {
 }
 
 uint32_t CMivoraKVNPyxenClass::GetNumFeatureCaches() {
-    return static_cast<uint32_t>(cameraCaches.size());
+    return openCamera.Caches().GetCount();
 }
 
 FeatureCache* CMivoraKVNPyxenClass::GetFeatureCache(uint32_t index) {
-    return index < cameraCaches.size() ? &cameraCaches[index] : nullptr;
+    return openCamera.Caches().Get(index);
 }
 
 FeatureCache* CMivoraKVNPyxenClass::GetFeatureCacheByName(const char* name) {
-    for (uint32_t index = 0; name && index < GetNumFeatureCaches(); ++index) {
-        FeatureCache* const cache = GetFeatureCache(index);
-        const char* const moduleName = cache->GetModuleName();
-        if (moduleName && platform::CompareNoCase(moduleName, name) == 0) {
-            return cache;
-        }
-    }
-    return nullptr;
+    return openCamera.Caches().FindCacheByName(name);
 }
 
 FeatureCache* CMivoraKVNPyxenClass::GetFeatureCacheByHandle(PxnHandle handle) {
-    for (uint32_t index = 0; index < GetNumFeatureCaches(); ++index) {
-        FeatureCache* const cache = GetFeatureCache(index);
-        if (cache->GetHandle() == handle) {
-            return cache;
-        }
-    }
-    return nullptr;
-}
-
-FeatureCache* CMivoraKVNPyxenClass::FindCacheByName(const char* name) {
-    return GetFeatureCacheByName(name);
+    return openCamera.Caches().FindByHandle(handle);
 }
 
 void CMivoraKVNPyxenClass::OnTimingFeatureChanged(PxnHandle, const char* featureName) {

@@ -2,19 +2,14 @@
 #pragma once
 
 #include "grabber/camera_identity.h"
+#include "grabber/open_camera.h"
 #include "grabber/pyxen_grabber.h"
 #include "grabber/sdk_session.h"
 #include "imaging/frame_record.h"
 #include "platform/event.h"
 #include "platform/mutex.h"
 #include "platform/thread.h"
-#include "sdk/camera_features.h"
-#include "sync/feature_cache.h"
-#include "sync/feature_caches.h"
-#include "sync/feature_syncher.h"
-#include "sync/sync_engine.h"
 
-#include <array>
 #include <atomic>
 #include <cstdint>
 #include <memory>
@@ -29,9 +24,7 @@ class CMivoraGfxModeKVNPyxen;
 /// Host threads call the operations; the SDK calls InvalidationCallback and FrameCallback on its
 /// own threads; an asynchronous single snap ends on a short-lived thread of this class. The host
 /// does not run operations that open, close, prepare or snap at the same time as one another.
-class CMivoraKVNPyxenClass final : public CPyxenGrabber,
-                                   private ICameraFeatures,
-                                   private IFeatureCaches {
+class CMivoraKVNPyxenClass final : public CPyxenGrabber {
 public:
     explicit CMivoraKVNPyxenClass(void* moduleInstance);
     ~CMivoraKVNPyxenClass() override;
@@ -82,38 +75,27 @@ public:
     bool GetFrameInterval(uint32_t* value) override;
 
     // for the module's own nodes, channels and dialogs
-    CPyxenAPIAccess& Api() override { return api; }
+    CPyxenAPIAccess& Api() { return session.Api(); }
     /// The open camera's handle, or null.
-    PxnHandle CameraHandle() const override { return cameraHandle.load(); }
-    ICameraFeatures& Features() { return *this; }
+    PxnHandle CameraHandle() const { return openCamera.CameraHandle(); }
+    ICameraFeatures& Features() { return openCamera; }
     FeatureCache& SystemCache() { return session.SystemCache(); }
-    SyncEngine& Sync() { return syncEngine; }
-    const FeatureSyncher& SyncRules() const { return featureSyncher; }
+    SyncEngine& Sync() { return openCamera.Sync(); }
+    const FeatureSyncher& SyncRules() const { return openCamera.SyncRules(); }
     /// Shared by buffer preparation and every serial channel.
     platform::Mutex& SerialMutex() RETURN_CAPABILITY(serialMutex) { return serialMutex; }
     bool IsInitialized() const { return initialized; }
 
 private:
-    Logger Log() const override { return GetLogSink(); }
-
     // grabber core
     MV_ERRCODE InitOrThrow();
     MV_ERRCODE BuildInternalList();
     MV_ERRCODE ChooseCamera(MV_WINDOW parent, MV_DLG_EXITCODE& ending);
-    FeatureCache* FindCacheByName(const char* name) override;
     CMivoraCameraKVNPyxen* ActCameraNode();
     /// The active camera's active mode, or null.
     CMivoraGfxModeKVNPyxen* ActMode();
 
-    // opening and closing
-    struct SelectorValues;
-    void FillModuleCaches(PxnCameraInfo& record);
-    void AdjustPacketSize();
-    void LoadTransportLayerConfig();
-    bool GetFirstQueueThenSnap(const SelectorValues& values, bool& flag, std::string& syncFile);
-    void SetOptimumSerialPortBaudRate();
     void KeepTimingForSaving();
-    void ClearCameraCaches();
 
     // acquisition parameters and discovery
     struct TimerLimits; // exposure and interval, in units of the time base
@@ -170,23 +152,15 @@ private:
     platform::Thread cleanupThread GUARDED_BY(cleanupMutex);
 
     SdkSession session;
-    CPyxenAPIAccess& api; // the session's
-    std::atomic<PxnHandle> cameraHandle{nullptr};
-    std::array<FeatureCache, 5> cameraCaches;
-    FeatureSyncher featureSyncher;
-    SyncEngine syncEngine;
+    OpenCamera openCamera;
+    // Short names of the acquisition members.
+    CPyxenAPIAccess& api = session.Api();
+    const std::atomic<PxnHandle>& cameraHandle = openCamera.Handle();
+    const bool& firstQueueThenSnap = openCamera.FirstQueueThenSnap();
     std::vector<std::unique_ptr<FrameRecord>> frameRecords; // shaped under serialMutex while idle
-    bool firstQueueThenSnap = false;                        // chosen when the camera is opened
     bool frameLeftQueued = false;                           // by a synchronous snap that failed
     std::atomic<bool> framesKept{false}; // by the SDK, at a stop inside its own callback
 };
 
 /// Camera control dialog index of the cameras that the feature control dialog serves.
 inline constexpr uint32_t kFeatureControlDialogIndex = 2;
-
-/// Indices of GetFeatureCache.
-inline constexpr uint32_t kInterfaceCache = 0;
-inline constexpr uint32_t kTransportLayerCache = 1;
-inline constexpr uint32_t kLocalDeviceCache = 2;
-inline constexpr uint32_t kCameraCache = 3;
-inline constexpr uint32_t kStreamCache = 4;

@@ -1,25 +1,29 @@
-// open_camera.cpp - opening the active camera
-#include "grabber/mivora_camera_kvn_pyxen.h"
-#include "grabber/mivora_kvn_pyxen_class.h"
-#include "sdk/logger.h"
+// open_camera.cpp - the camera that is open: its handle, its modules and what applies to them
+#include "grabber/open_camera.h"
+
+#include "grabber/camera_identity.h"
+#include "grabber/packet_size.h"
+#include "grabber/serial_baud_rate.h"
+#include "grabber/transport_layer_config.h"
+#include "platform/file_system.h"
+#include "sdk/no_throw.h"
+#include "sdk/pyxen_api_access.h"
 #include "sdk/sdk_error.h"
 
-MV_ERRCODE CMivoraKVNPyxenClass::OpenActCamera() {
-    const Logger log(GetLogSink());
-    log.Information("CMivoraKVNPyxenClass::OpenActCamera");
-    if (!initialized) {
-        return MV_NOT_INITIALISED;
-    }
-    CMivoraCameraKVNPyxen* const camera = ActCameraNode();
-    if (!camera) {
-        return MV_NO_CAMERA;
-    }
-    PxnCameraInfo& record = camera->Record();
+#include <string>
+
+OpenCamera::OpenCamera(CPyxenAPIAccess& access, CameraIdentity& cameraIdentity, Logger sink)
+    : api(access),
+      identity(cameraIdentity),
+      log(sink),
+      syncEngine(access, featureSyncher, caches, sink) {}
+
+bool OpenCamera::Open(PxnCameraInfo& record, const CIniFile* ini, const char* configDirectory) {
     PxnHandle handle = nullptr;
     if (const PxnError result =
             api.PxnCameraOpen(record.cameraIdExtended, PxnAccessModeFull, &handle)) {
         ReportSdkError("CMivoraKVNPyxenClass::OpenActCamera", result, log);
-        return MV_REFUSED;
+        return false;
     }
     cameraHandle = handle;
     // Before the next call of the SDK, so that no event of this camera is taken for another's.
@@ -30,66 +34,72 @@ MV_ERRCODE CMivoraKVNPyxenClass::OpenActCamera() {
 
     // Compatibility: hosts take the camera for open even without a feature list, and no line of its
     // own is logged then.
-    if (cameraCaches[kCameraCache].Init("Camera", &api, handle, log)) {
-        SetOptimumSerialPortBaudRate();
-        FillModuleCaches(record);
-        AdjustPacketSize();
-        LoadTransportLayerConfig();
+    if (caches[kCameraCache].Init("Camera", &api, handle, log)) {
+        SetOptimumSerialPortBaudRate(api, record.localDeviceHandle, handle, log);
+        FillCaches(record);
+        const FeatureCache& stream = caches[kStreamCache];
+        AdjustPacketSize(api, stream.GetModuleName() ? stream.GetHandle() : nullptr, log);
+        ApplyTransportLayerConfig(ini, configDirectory);
         log.Information("CMivoraKVNPyxenClass::OpenActCamera: Using snap start strategy: %s",
                         firstQueueThenSnap ? "First queue frames then start snap"
                                            : "First start snap then queue frames");
     }
-    cameraOpen = true;
-    UpdateCamCntrlDialogs(kMvUpdateAll);
-    return MV_OK;
+    return true;
 }
 
-void CMivoraKVNPyxenClass::FillModuleCaches(PxnCameraInfo& record) {
-    const Logger log(GetLogSink());
-    cameraCaches[kInterfaceCache].Init("Interface", &api, record.interfaceHandle, log);
-    cameraCaches[kLocalDeviceCache].Init("Localdevice", &api, record.localDeviceHandle, log);
-    cameraCaches[kTransportLayerCache].Init("Transportlayer", &api, record.transportLayerHandle,
-                                            log);
+void OpenCamera::FillCaches(const PxnCameraInfo& record) {
+    caches[kInterfaceCache].Init("Interface", &api, record.interfaceHandle, log);
+    caches[kLocalDeviceCache].Init("Localdevice", &api, record.localDeviceHandle, log);
+    caches[kTransportLayerCache].Init("Transportlayer", &api, record.transportLayerHandle, log);
     // Listed a second time, since the features may be others now that the serial link is tuned.
-    cameraCaches[kCameraCache].Init("Camera", &api, cameraHandle, log);
-    for (uint32_t stream = 0; stream < record.streamCount; ++stream) {
+    caches[kCameraCache].Init("Camera", &api, cameraHandle, log);
+    for (std::uint32_t stream = 0; stream < record.streamCount; ++stream) {
         if (stream == 0) {
-            cameraCaches[kStreamCache].Init("Stream0", &api, record.streamHandles[0], log);
+            caches[kStreamCache].Init("Stream0", &api, record.streamHandles[0], log);
         } else {
             log.Error("Todo: Currently only one stream supported...");
         }
     }
 }
 
-void CMivoraKVNPyxenClass::AdjustPacketSize() {
-    constexpr const char* kCommand = "GVSPAdjustPacketSize";
-    const Logger log(GetLogSink());
-    const FeatureCache& cache = cameraCaches[kStreamCache];
-    const PxnHandle stream = cache.GetModuleName() ? cache.GetHandle() : nullptr;
-    log.Information("CMivoraKVNPyxenClass::OpenActCamera: Executing GVSP Packet size adjustment");
-    if (const PxnError result = api.PxnFeatureCommandRun(stream, kCommand)) {
-        ReportSdkError(
-            "CMivoraKVNPyxenClass::OpenActCamera: Failed to execute GVSP packet size adjustment",
-            result, log);
-        return;
-    }
-    // Neither a pause nor a limit is intended: the SDK ends the wait, with an error if it must.
-    for (;;) {
-        PxnBool done = 0;
-        const PxnError result = api.PxnFeatureCommandIsDone(stream, kCommand, &done);
-        if (result == PxnErrNotFound) {
-            return;
-        }
-        if (result != PxnErrSuccess) {
-            ReportSdkError(
-                "CMivoraKVNPyxenClass::OpenActCamera: Failed to wait for completion of GVSP packet size adjustment",
-                result, log);
-            return;
-        }
-        if (done) {
+void OpenCamera::ApplyTransportLayerConfig(const CIniFile* ini, const char* configDirectory) {
+    firstQueueThenSnap = false;
+    NoThrow(false, [&] {
+        const TransportLayerConfig config(api, caches[kInterfaceCache].GetHandle(),
+                                          caches[kTransportLayerCache].GetHandle(), log);
+        std::string syncFile;
+        if (!config.GetFirstQueueThenSnap(ini, firstQueueThenSnap, syncFile)) {
             log.Information(
-                "CMivoraKVNPyxenClass::OpenActCamera: GVSP Packet size adjustment completed.");
-            return;
+                "CMivoraKVNPyxenClass::OpenActCamera: No TL specific configuration found for%s",
+                config.GetShownValues().c_str());
         }
+        if (syncFile.empty()) {
+            log.Information(
+                "CMivoraKVNPyxenClass::OpenActCamera: No feature synchronization file found.");
+            return true;
+        }
+        const std::string directory = configDirectory;
+        const std::string path =
+            directory.empty() ? syncFile : directory + platform::kPathSeparator + syncFile;
+        if (featureSyncher.Init(path.c_str(), log)) {
+            log.Information("CMivoraKVNPyxenClass::OpenActCamera: Successfully loaded %s.",
+                            path.c_str());
+        }
+        // Compatibility: what a faulty file declares before its fault applies all the same.
+        syncEngine.SyncModuleFeatures(&caches[kCameraCache], true);
+        return true;
+    });
+}
+
+void OpenCamera::Close() {
+    if (const PxnError result = api.PxnCameraClose(cameraHandle)) {
+        // Compatibility: support searches for this tag, which names another class.
+        ReportSdkError("CMivoraKVNqxAPIClass::CloseActCamera", result, log);
     }
+    cameraHandle = nullptr;
+}
+
+void OpenCamera::Clear() {
+    featureSyncher.Clear();
+    caches.Clear();
 }

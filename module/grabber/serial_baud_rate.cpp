@@ -1,10 +1,8 @@
 // serial_baud_rate.cpp - choosing the serial link's speed
 #include "grabber/serial_baud_rate.h"
 
-#include "grabber/mivora_camera_kvn_pyxen.h"
-#include "grabber/mivora_kvn_pyxen_class.h"
-#include "sdk/logger.h"
 #include "sdk/no_throw.h"
+#include "sdk/pyxen_api_access.h"
 
 #include <algorithm>
 #include <cstring>
@@ -65,12 +63,11 @@ const char* FindOptimumBaudRate(std::vector<const char*> grabber,
     return nullptr;
 }
 
-void CMivoraKVNPyxenClass::SetOptimumSerialPortBaudRate() {
-    NoThrow(false, [this] {
-        const Logger log(GetLogSink());
-        const PxnHandle localDevice = ActCameraNode()->Record().localDeviceHandle;
+void SetOptimumSerialPortBaudRate(const CPyxenAPIAccess& api, PxnHandle localDevice,
+                                  PxnHandle camera, Logger log) {
+    NoThrow(false, [&] {
         const std::vector<const char*> grabberRates = ReadEntries(api, localDevice, kBaudRate);
-        const std::vector<const char*> cameraRates = ReadEntries(api, cameraHandle, kBaudRate);
+        const std::vector<const char*> cameraRates = ReadEntries(api, camera, kBaudRate);
         const char* const optimum = FindOptimumBaudRate(grabberRates, cameraRates);
         if (!optimum) {
             return true;

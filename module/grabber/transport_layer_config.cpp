@@ -1,12 +1,12 @@
-// transport_layer_config.cpp - the section of the configuration that fits the camera's connection
+// transport_layer_config.cpp - what the configuration holds for the camera's transport layer
 #include "grabber/transport_layer_config.h"
 
-#include "platform/file_system.h"
+#include "mivora/ini_file.h"
 #include "sdk/format_text.h"
-#include "sdk/logger.h"
-#include "sdk/no_throw.h"
+#include "sdk/pyxen_api_access.h"
 
 #include <algorithm>
+#include <cstdint>
 
 namespace {
 
@@ -23,50 +23,28 @@ std::string Shown(const std::string& value) {
 
 } // namespace
 
-void CMivoraKVNPyxenClass::LoadTransportLayerConfig() {
-    firstQueueThenSnap = false;
-    NoThrow(false, [this] {
-        const Logger log(GetLogSink());
-        SelectorValues values;
-        std::string shownValues;
-        for (std::size_t i = 0; i < kSelectorKeys.size(); ++i) {
-            const FeatureCache& cache =
-                cameraCaches[i == 0 ? kInterfaceCache : kTransportLayerCache];
-            std::string& text = values.texts[i];
-            if (api.GetFeatureAsText(cache.GetHandle(), kSelectorKeys[i], text) != PxnErrSuccess) {
-                text.clear();
-            }
-            // The configuration file cannot hold a double quote.
-            std::replace(text.begin(), text.end(), '"', '_');
-            shownValues += Shown(text);
+TransportLayerConfig::TransportLayerConfig(CPyxenAPIAccess& api, PxnHandle interfaceModule,
+                                           PxnHandle transportLayer, Logger sink)
+    : log(sink) {
+    for (std::size_t i = 0; i < kSelectorKeys.size(); ++i) {
+        const PxnHandle module = i == 0 ? interfaceModule : transportLayer;
+        if (api.GetFeatureAsText(module, kSelectorKeys[i], values[i]) != PxnErrSuccess) {
+            values[i].clear();
         }
-        std::string syncFile;
-        if (!GetFirstQueueThenSnap(values, firstQueueThenSnap, syncFile)) {
-            log.Information(
-                "CMivoraKVNPyxenClass::OpenActCamera: No TL specific configuration found for%s",
-                shownValues.c_str());
-        }
-        if (syncFile.empty()) {
-            log.Information(
-                "CMivoraKVNPyxenClass::OpenActCamera: No feature synchronization file found.");
-            return true;
-        }
-        const std::string directory = GetConfigDirectory();
-        const std::string path =
-            directory.empty() ? syncFile : directory + platform::kPathSeparator + syncFile;
-        if (featureSyncher.Init(path.c_str(), log)) {
-            log.Information("CMivoraKVNPyxenClass::OpenActCamera: Successfully loaded %s.",
-                            path.c_str());
-        }
-        // What a faulty file declares before its fault holds all the same.
-        syncEngine.SyncModuleFeatures(&cameraCaches[kCameraCache], true);
-        return true;
-    });
+        std::replace(values[i].begin(), values[i].end(), '"', '_');
+    }
 }
 
-bool CMivoraKVNPyxenClass::GetFirstQueueThenSnap(const SelectorValues& values, bool& flag,
-                                                 std::string& syncFile) {
-    const CIniFile* const ini = GetIni();
+std::string TransportLayerConfig::GetShownValues() const {
+    std::string shown;
+    for (const std::string& value : values) {
+        shown += Shown(value);
+    }
+    return shown;
+}
+
+bool TransportLayerConfig::GetFirstQueueThenSnap(const CIniFile* ini, bool& flag,
+                                                 std::string& syncFile) const {
     if (!ini) {
         return false;
     }
@@ -80,8 +58,8 @@ bool CMivoraKVNPyxenClass::GetFirstQueueThenSnap(const SelectorValues& values, b
                 continue;
             }
             ++present;
-            if (ReadText(*ini, section, kSelectorKeys[i]) == values.texts[i]) {
-                matchText += Shown(values.texts[i]);
+            if (ReadText(*ini, section, kSelectorKeys[i]) == values[i]) {
+                matchText += Shown(values[i]);
             } else {
                 matches = false;
             }
@@ -95,10 +73,9 @@ bool CMivoraKVNPyxenClass::GetFirstQueueThenSnap(const SelectorValues& values, b
         }
         flag = ini->GetInt32(section.c_str(), "FirstQueueThenStartSnap", 0) != 0;
         syncFile = ReadText(*ini, section, "FeatureSyncFile");
-        Logger(GetLogSink())
-            .Information(
-                "CMivoraKVNPyxenClass::GetFirstQueueThenSnap: Found TL specific configuration for%s in %s/%s.",
-                matchText.c_str(), ini->GetPath(), section.c_str());
+        log.Information(
+            "CMivoraKVNPyxenClass::GetFirstQueueThenSnap: Found TL specific configuration for%s in %s/%s.",
+            matchText.c_str(), ini->GetPath(), section.c_str());
         return true;
     }
 }

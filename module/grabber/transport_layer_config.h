@@ -1,19 +1,37 @@
-// transport_layer_config.h - what selects a section of the per-transport-layer configuration
+// transport_layer_config.h - what the configuration holds for the camera's transport layer
 #pragma once
 
-#include "grabber/mivora_kvn_pyxen_class.h"
+#include "pxnc.h"
+#include "sdk/logger.h"
 
 #include <array>
 #include <cstddef>
 #include <string>
 
-/// The keys that select a section, which are also the names of the features they are compared
-/// with, in the order in which they are read and shown. The first is the interface's, the others
-/// are the transport layer's.
-inline constexpr std::array<const char*, 6> kSelectorKeys = {
-    "InterfaceID", "TLID", "TLVendorName", "TLModelName", "TLVersion", "TLType"};
+class CIniFile;
+class CPyxenAPIAccess;
 
-/// The open camera's values of the selector keys; empty where they cannot be read.
-struct CMivoraKVNPyxenClass::SelectorValues {
-    std::array<std::string, kSelectorKeys.size()> texts;
+/// Finds the section of the configuration whose keys fit the open camera's interface and transport
+/// layer. Operations throw std::bad_alloc.
+class TransportLayerConfig {
+public:
+    /// Reads what the keys are compared with from the two modules; a value that cannot be read is
+    /// empty. Double quotes, which an ini file cannot hold, are replaced by underscores.
+    TransportLayerConfig(CPyxenAPIAccess& api, PxnHandle interfaceModule, PxnHandle transportLayer,
+                         Logger sink);
+
+    /// Reads the start strategy and the name of the synchronisation file from the first section
+    /// that fits; false when `ini` is null or has none: both are left unchanged then.
+    bool GetFirstQueueThenSnap(const CIniFile* ini, bool& flag, std::string& syncFile) const;
+    /// The values as they appear in the log, in the order of the keys.
+    std::string GetShownValues() const;
+
+private:
+    // These keys select a section; they are also the names of the features. The first one is the
+    // interface's, the others are the transport layer's.
+    static constexpr std::array<const char*, 6> kSelectorKeys = {
+        "InterfaceID", "TLID", "TLVendorName", "TLModelName", "TLVersion", "TLType"};
+
+    std::array<std::string, kSelectorKeys.size()> values;
+    const Logger log;
 };

@@ -1,13 +1,16 @@
 // open_camera_test.cpp - opening the active camera
-#include "tests/module/grabber_fixture.h"
+#include "grabber/open_camera.h"
 
+#include "grabber/camera_identity.h"
 #include "grabber/mivora_camera_kvn_pyxen.h"
+#include "tests/module/grabber_fixture.h"
+#include "tests/module/sdk/loaded_api.h"
 
 #include <algorithm>
 
 namespace {
 
-using OpenCamera = GrabberFixture;
+using OpenCameraTest = GrabberFixture;
 
 Texts FeatureLists(const std::string& module, const std::string& count) {
     return {"PxnFeaturesList(" + module + ", null, 0, 88)",
@@ -23,14 +26,14 @@ void CountUpdates(uint32_t mask, void* context) {
     static_cast<std::vector<uint32_t>*>(context)->push_back(mask);
 }
 
-TEST_F(OpenCamera, IsRefusedBeforeInit) {
+TEST_F(OpenCameraTest, IsRefusedBeforeInit) {
     EXPECT_EQ(Grabber().OpenActCamera(), MV_NOT_INITIALISED);
     EXPECT_EQ(Log(), Texts{"1 CMivoraKVNPyxenClass::OpenActCamera"});
     EXPECT_EQ(Calls(), Texts{});
     EXPECT_EQ(Grabber().IsCameraOpen(), 0u);
 }
 
-TEST_F(OpenCamera, IsRefusedWithoutAnActiveCamera) {
+TEST_F(OpenCameraTest, IsRefusedWithoutAnActiveCamera) {
     Init();
     ASSERT_EQ(Grabber().SetActCameraIndex(-1), MV_OK);
     Forget();
@@ -40,7 +43,7 @@ TEST_F(OpenCamera, IsRefusedWithoutAnActiveCamera) {
     EXPECT_EQ(Grabber().IsCameraOpen(), 0u);
 }
 
-TEST_F(OpenCamera, AsksTheSdkInOrder) {
+TEST_F(OpenCameraTest, AsksTheSdkInOrder) {
     Init();
     const std::string features = std::to_string(Camera().features.size());
     const std::string baudRate = "\"DeviceSerialPortBaudRate\"";
@@ -76,7 +79,7 @@ TEST_F(OpenCamera, AsksTheSdkInOrder) {
     }
 }
 
-TEST_F(OpenCamera, SaysWhatItDoes) {
+TEST_F(OpenCameraTest, SaysWhatItDoes) {
     Init();
     EXPECT_EQ(Grabber().OpenActCamera(), MV_OK);
     EXPECT_EQ(
@@ -94,7 +97,7 @@ TEST_F(OpenCamera, SaysWhatItDoes) {
         }));
 }
 
-TEST_F(OpenCamera, LeavesTheCameraOpenWithItsCaches) {
+TEST_F(OpenCameraTest, LeavesTheCameraOpenWithItsCaches) {
     Init();
     std::vector<uint32_t> updates;
     Grabber().InstDialogUpdateCallBack(&CountUpdates, &updates);
@@ -118,7 +121,7 @@ TEST_F(OpenCamera, LeavesTheCameraOpenWithItsCaches) {
     Grabber().InstDialogUpdateCallBack(nullptr, nullptr);
 }
 
-TEST_F(OpenCamera, AnswersRefusedWhenTheSdkRefuses) {
+TEST_F(OpenCameraTest, AnswersRefusedWhenTheSdkRefuses) {
     Init();
     sdk.Fail("PxnCameraOpen", PxnErrInvalidAccess);
     EXPECT_EQ(Grabber().OpenActCamera(), MV_REFUSED);
@@ -134,14 +137,14 @@ TEST_F(OpenCamera, AnswersRefusedWhenTheSdkRefuses) {
     EXPECT_EQ(Grabber().OpenActCamera(), MV_OK);
 }
 
-TEST_F(OpenCamera, LeavesTheOpenCameraAloneWhenItIsOpenedAgain) {
+TEST_F(OpenCameraTest, LeavesTheOpenCameraAloneWhenItIsOpenedAgain) {
     Open();
     EXPECT_EQ(Grabber().OpenActCamera(), MV_REFUSED);
     EXPECT_EQ(Grabber().IsCameraOpen(), 1u);
     EXPECT_EQ(Grabber().CameraHandle(), scripted::CameraHandle());
 }
 
-TEST_F(OpenCamera, SucceedsEarlyWithoutAFeatureList) {
+TEST_F(OpenCameraTest, SucceedsEarlyWithoutAFeatureList) {
     Init();
     std::vector<uint32_t> updates;
     Grabber().InstDialogUpdateCallBack(&CountUpdates, &updates);
@@ -164,7 +167,7 @@ TEST_F(OpenCamera, SucceedsEarlyWithoutAFeatureList) {
     EXPECT_EQ(Grabber().CloseActCamera(), MV_OK);
 }
 
-TEST_F(OpenCamera, SucceedsEarlyWhenTheFeatureListCannotBeFilled) {
+TEST_F(OpenCameraTest, SucceedsEarlyWhenTheFeatureListCannotBeFilled) {
     Init();
     sdk.Fail("PxnFeaturesList", PxnErrIO, 2);
     EXPECT_EQ(Grabber().OpenActCamera(), MV_OK);
@@ -173,7 +176,7 @@ TEST_F(OpenCamera, SucceedsEarlyWhenTheFeatureListCannotBeFilled) {
     EXPECT_EQ(Grabber().IsCameraOpen(), 1u);
 }
 
-TEST_F(OpenCamera, GoesOnWhenAnotherModuleHasNoFeatureList) {
+TEST_F(OpenCameraTest, GoesOnWhenAnotherModuleHasNoFeatureList) {
     Init();
     sdk.Fail("PxnFeaturesList", PxnErrIO, 3, 5);
     EXPECT_EQ(Grabber().OpenActCamera(), MV_OK);
@@ -186,7 +189,7 @@ TEST_F(OpenCamera, GoesOnWhenAnotherModuleHasNoFeatureList) {
         "1 CMivoraKVNPyxenClass::OpenActCamera: Using snap start strategy: First start snap then queue frames");
 }
 
-TEST_F(OpenCamera, KeepsTheListedRecordWhenItCannotBeRefreshed) {
+TEST_F(OpenCameraTest, KeepsTheListedRecordWhenItCannotBeRefreshed) {
     Init();
     sdk.Fail("PxnCameraInfoQueryByHandle", PxnErrIO);
     EXPECT_EQ(Grabber().OpenActCamera(), MV_OK);
@@ -205,7 +208,7 @@ TEST_F(OpenCamera, KeepsTheListedRecordWhenItCannotBeRefreshed) {
         }));
 }
 
-TEST_F(OpenCamera, BuildsTheFirstOfSeveralStreamsOnly) {
+TEST_F(OpenCameraTest, BuildsTheFirstOfSeveralStreamsOnly) {
     Init();
     Camera().streams.resize(3, Camera().streams[0]);
     EXPECT_EQ(Grabber().OpenActCamera(), MV_OK);
@@ -216,7 +219,7 @@ TEST_F(OpenCamera, BuildsTheFirstOfSeveralStreamsOnly) {
     EXPECT_EQ(sdk.Calls({"PxnFeaturesList(stream1", "PxnFeaturesList(stream2"}), Texts{});
 }
 
-TEST_F(OpenCamera, AdjustsNoPacketSizeOfAnEarlierCamera) {
+TEST_F(OpenCameraTest, AdjustsNoPacketSizeOfAnEarlierCamera) {
     Open();
     ASSERT_EQ(Grabber().CloseActCamera(), MV_OK);
     Camera().streams.clear();
@@ -226,7 +229,7 @@ TEST_F(OpenCamera, AdjustsNoPacketSizeOfAnEarlierCamera) {
               Texts{"PxnFeatureCommandRun(null, \"GVSPAdjustPacketSize\")"});
 }
 
-TEST_F(OpenCamera, OpensACameraWithoutPacketSizeAdjustment) {
+TEST_F(OpenCameraTest, OpensACameraWithoutPacketSizeAdjustment) {
     Init();
     Camera().streams[0].Remove("GVSPAdjustPacketSize");
     EXPECT_EQ(Grabber().OpenActCamera(), MV_OK);
@@ -240,7 +243,7 @@ TEST_F(OpenCamera, OpensACameraWithoutPacketSizeAdjustment) {
     EXPECT_EQ(Grabber().IsCameraOpen(), 1u);
 }
 
-TEST_F(OpenCamera, AsksUntilThePacketSizeIsAdjusted) {
+TEST_F(OpenCameraTest, AsksUntilThePacketSizeIsAdjusted) {
     Init();
     Camera().streams[0]["GVSPAdjustPacketSize"].doneSequence = {false, false, false, true};
     EXPECT_EQ(Grabber().OpenActCamera(), MV_OK);
@@ -250,7 +253,7 @@ TEST_F(OpenCamera, AsksUntilThePacketSizeIsAdjusted) {
               "1 CMivoraKVNPyxenClass::OpenActCamera: GVSP Packet size adjustment completed.");
 }
 
-TEST_F(OpenCamera, SaysNothingWhenThePacketSizeCommandIsGone) {
+TEST_F(OpenCameraTest, SaysNothingWhenThePacketSizeCommandIsGone) {
     Init();
     sdk.Fail("PxnFeatureCommandIsDone", PxnErrNotFound);
     EXPECT_EQ(Grabber().OpenActCamera(), MV_OK);
@@ -260,7 +263,7 @@ TEST_F(OpenCamera, SaysNothingWhenThePacketSizeCommandIsGone) {
     EXPECT_EQ(log[5].rfind("1 CMivoraKVNPyxenClass::OpenActCamera: No TL specific", 0), 0u);
 }
 
-TEST_F(OpenCamera, ReportsThatThePacketSizeIsNeverDone) {
+TEST_F(OpenCameraTest, ReportsThatThePacketSizeIsNeverDone) {
     Init();
     Camera().streams[0]["GVSPAdjustPacketSize"].doneSequence = {false};
     sdk.Fail("PxnFeatureCommandIsDone", PxnErrBadHandle, 2);
@@ -271,7 +274,7 @@ TEST_F(OpenCamera, ReportsThatThePacketSizeIsNeverDone) {
     EXPECT_EQ(Grabber().IsCameraOpen(), 1u);
 }
 
-TEST_F(OpenCamera, MakesTheOpenCameraTheChosenOne) {
+TEST_F(OpenCameraTest, MakesTheOpenCameraTheChosenOne) {
     Open();
     sdk.Data().system["EventCameraDiscoveryCameraID"].text = "cam-ext-1";
     sdk.Data().system["EventCameraDiscoveryType"].text = "Missing";
@@ -286,7 +289,7 @@ TEST_F(OpenCamera, MakesTheOpenCameraTheChosenOne) {
     Grabber().InstCamCfgChangeCallBack(nullptr, nullptr);
 }
 
-TEST_F(OpenCamera, TakesTheIdOfTheRefreshedRecord) {
+TEST_F(OpenCameraTest, TakesTheIdOfTheRefreshedRecord) {
     Init();
     sdk.OnCall("PxnCameraInfoQueryByHandle", [&] {
         sdk.Edit([](scripted::Model& model) { model.cameras[0].extendedId = "cam-ext-1b"; });
@@ -302,7 +305,7 @@ TEST_F(OpenCamera, TakesTheIdOfTheRefreshedRecord) {
         "1 CMivoraKVNPyxenClass::DiscoveryCameraEventCallback: the currently opened camera cam-ext-1b is not affected. -> ignored.");
 }
 
-TEST_F(OpenCamera, TellsTheDialogsOfACameraThatIsOpen) {
+TEST_F(OpenCameraTest, TellsTheDialogsOfACameraThatIsOpen) {
     Init();
     std::vector<uint32_t> states;
     std::pair<CMivoraGrabber*, std::vector<uint32_t>*> context{&Grabber(), &states};
@@ -320,11 +323,55 @@ TEST_F(OpenCamera, TellsTheDialogsOfACameraThatIsOpen) {
     Grabber().InstDialogUpdateCallBack(nullptr, nullptr);
 }
 
-TEST_F(OpenCamera, WorksWithoutASink) {
+TEST_F(OpenCameraTest, WorksWithoutASink) {
     WithoutSink();
     Open();
     EXPECT_EQ(Grabber().IsCameraOpen(), 1u);
     EXPECT_EQ(Grabber().CloseActCamera(), MV_OK);
+}
+
+// ---- the open camera alone ----
+
+class OpenCameraAlone : public LoadedApi {
+protected:
+    void SetUp() override {
+        LoadedApi::SetUp();
+        record.cameraIdExtended = "cam-ext-1";
+    }
+
+    CameraIdentity identity;
+    OpenCamera camera{api, identity, &sink};
+    PxnCameraInfo record{};
+};
+
+TEST_F(OpenCameraAlone, OpensRefreshesTheRecordAndCloses) {
+    ASSERT_TRUE(camera.Open(record, nullptr, ""));
+    EXPECT_EQ(camera.CameraHandle(), scripted::CameraHandle());
+    EXPECT_EQ(record.localDeviceHandle, scripted::LocalDeviceHandle());
+    EXPECT_EQ(identity.GetOpened(), "cam-ext-1");
+    EXPECT_NE(camera.Caches().FindCacheByName("Stream0"), nullptr);
+    EXPECT_FALSE(camera.FirstQueueThenSnap());
+    camera.Close();
+    camera.Clear();
+    EXPECT_EQ(camera.CameraHandle(), nullptr);
+    EXPECT_EQ(camera.Caches().FindCacheByName("Camera"), nullptr);
+    EXPECT_EQ(identity.GetOpened(), "cam-ext-1");
+}
+
+TEST_F(OpenCameraAlone, ARefusalChangesNothing) {
+    sdk.Fail("PxnCameraOpen", PxnErrIO);
+    EXPECT_FALSE(camera.Open(record, nullptr, ""));
+    EXPECT_EQ(camera.CameraHandle(), nullptr);
+    EXPECT_EQ(identity.GetOpened(), "");
+}
+
+TEST_F(OpenCameraAlone, CountsAsClosedWhenTheSdkRefuses) {
+    ASSERT_TRUE(camera.Open(record, nullptr, ""));
+    sink.Take();
+    sdk.Fail("PxnCameraClose", PxnErrIO);
+    camera.Close();
+    EXPECT_EQ(camera.CameraHandle(), nullptr);
+    EXPECT_EQ(sink.Take().size(), 1u);
 }
 
 } // namespace

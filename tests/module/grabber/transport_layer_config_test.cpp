@@ -1,6 +1,9 @@
 // transport_layer_config_test.cpp - the section of the configuration that fits the connection
+#include "grabber/transport_layer_config.h"
+
 #include "platform/file_system.h"
 #include "tests/module/grabber_fixture.h"
+#include "tests/module/sdk/loaded_api.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -10,7 +13,7 @@ namespace {
 constexpr const char* kRules =
     R"({"SyncFeatures":[{"ModuleName":"Camera","FeatureName":"Width","Dependencies":[{"ModuleName":"Localdevice","FeatureName":"LineLength"}]}]})";
 
-class TransportLayerConfig : public GrabberFixture {
+class TransportLayerConfigTest : public GrabberFixture {
 protected:
     void OpenWith(const std::string& ini) {
         WriteIni(ini);
@@ -46,14 +49,14 @@ protected:
         "1 CMivoraKVNPyxenClass::OpenActCamera: Using snap start strategy: First queue frames then start snap";
 };
 
-TEST_F(TransportLayerConfig, IsAbsentWithoutAnIniFile) {
+TEST_F(TransportLayerConfigTest, IsAbsentWithoutAnIniFile) {
     WithoutIni();
     Init();
     ASSERT_EQ(Grabber().OpenActCamera(), MV_OK);
     EXPECT_EQ(Lines(), (Texts{notFound, noFile, startFirst}));
 }
 
-TEST_F(TransportLayerConfig, IsSelectedByAllKeysTogether) {
+TEST_F(TransportLayerConfigTest, IsSelectedByAllKeysTogether) {
     OpenWith("[TLSpecificConfig_0]\nInterfaceID=if-eth0\nTLID=tl-gev\nTLVendorName=Korvane\n"
              "TLModelName=Pyxen GigE\nTLVersion=1.4.2\nTLType=GEV\nFirstQueueThenStartSnap=1\n");
     EXPECT_EQ(Lines(),
@@ -62,52 +65,52 @@ TEST_F(TransportLayerConfig, IsSelectedByAllKeysTogether) {
                      noFile, queueFirst}));
 }
 
-TEST_F(TransportLayerConfig, IsSelectedByAnySubsetOfTheKeys) {
+TEST_F(TransportLayerConfigTest, IsSelectedByAnySubsetOfTheKeys) {
     OpenWith("[TLSpecificConfig_0]\nTLVersion=1.4.2\nInterfaceID=if-eth0\n");
     EXPECT_EQ(Lines(),
               (Texts{Found(" \"if-eth0\" \"1.4.2\"", "TLSpecificConfig_0"), noFile, startFirst}));
 }
 
-TEST_F(TransportLayerConfig, IsSelectedByTheTransportTypeAlone) {
+TEST_F(TransportLayerConfigTest, IsSelectedByTheTransportTypeAlone) {
     OpenWith("[TLSpecificConfig_0]\nTLType=GEV\nFirstQueueThenStartSnap=-1\n");
     EXPECT_EQ(Lines(), (Texts{Found(" \"GEV\"", "TLSpecificConfig_0"), noFile, queueFirst}));
 }
 
-TEST_F(TransportLayerConfig, ComparesWithRegardToCase) {
+TEST_F(TransportLayerConfigTest, ComparesWithRegardToCase) {
     OpenWith("[TLSpecificConfig_0]\nTLType=gev\nFirstQueueThenStartSnap=1\n");
     EXPECT_EQ(Lines(), (Texts{notFound, noFile, startFirst}));
 }
 
-TEST_F(TransportLayerConfig, IsTheFirstSectionThatMatchesWhole) {
+TEST_F(TransportLayerConfigTest, IsTheFirstSectionThatMatchesWhole) {
     OpenWith("[TLSpecificConfig_2]\nTLType=GEV\nFirstQueueThenStartSnap=0\n"
              "[TLSpecificConfig_1]\nTLType=GEV\nFirstQueueThenStartSnap=1\n"
              "[TLSpecificConfig_0]\nTLType=GEV\nTLVendorName=Other\nFirstQueueThenStartSnap=0\n");
     EXPECT_EQ(Lines(), (Texts{Found(" \"GEV\"", "TLSpecificConfig_1"), noFile, queueFirst}));
 }
 
-TEST_F(TransportLayerConfig, EndsAtASectionWithoutSelectors) {
+TEST_F(TransportLayerConfigTest, EndsAtASectionWithoutSelectors) {
     OpenWith("[TLSpecificConfig_1]\nTLType=GEV\nFirstQueueThenStartSnap=1\n");
     EXPECT_EQ(Lines(), (Texts{notFound, noFile, startFirst}));
 }
 
-TEST_F(TransportLayerConfig, EndsAtASectionWithResultsOnly) {
+TEST_F(TransportLayerConfigTest, EndsAtASectionWithResultsOnly) {
     OpenWith("[TLSpecificConfig_0]\nFirstQueueThenStartSnap=1\nFeatureSyncFile=rules.json\n"
              "[TLSpecificConfig_1]\nTLType=GEV\n");
     EXPECT_EQ(Lines(), (Texts{notFound, noFile, startFirst}));
 }
 
-TEST_F(TransportLayerConfig, CountsAnEmptySelectorAsPresent) {
+TEST_F(TransportLayerConfigTest, CountsAnEmptySelectorAsPresent) {
     OpenWith("[TLSpecificConfig_0]\nTLVendorName=\n[TLSpecificConfig_1]\nTLType=GEV\n");
     EXPECT_EQ(Lines()[0], Found(" \"GEV\"", "TLSpecificConfig_1"));
 }
 
-TEST_F(TransportLayerConfig, MatchesAnEmptySelectorWithAnUnreadableValue) {
+TEST_F(TransportLayerConfigTest, MatchesAnEmptySelectorWithAnUnreadableValue) {
     sdk.Data().transportLayers[0].Remove("TLVendorName");
     OpenWith("[TLSpecificConfig_0]\nTLVendorName=\n");
     EXPECT_EQ(Lines()[0], Found(" \"\"", "TLSpecificConfig_0"));
 }
 
-TEST_F(TransportLayerConfig, ShowsUnreadableValuesAsEmpty) {
+TEST_F(TransportLayerConfigTest, ShowsUnreadableValuesAsEmpty) {
     sdk.Data().transportLayers[0].Remove("TLVersion");
     sdk.Data().interfaces[0]["InterfaceID"].readable = false;
     OpenWith("");
@@ -116,13 +119,13 @@ TEST_F(TransportLayerConfig, ShowsUnreadableValuesAsEmpty) {
         "1 CMivoraKVNPyxenClass::OpenActCamera: No TL specific configuration found for \"\" \"tl-gev\" \"Korvane\" \"Pyxen GigE\" \"\" \"GEV\"");
 }
 
-TEST_F(TransportLayerConfig, TakesAnUnderscoreForEveryDoubleQuote) {
+TEST_F(TransportLayerConfigTest, TakesAnUnderscoreForEveryDoubleQuote) {
     sdk.Data().transportLayers[0]["TLVendorName"].text = "The \"best\"";
     OpenWith("[TLSpecificConfig_0]\nTLVendorName=The _best_\n");
     EXPECT_EQ(Lines()[0], Found(" \"The _best_\"", "TLSpecificConfig_0"));
 }
 
-TEST_F(TransportLayerConfig, ShowsAnUnderscoreForEveryDoubleQuoteOfEveryValue) {
+TEST_F(TransportLayerConfigTest, ShowsAnUnderscoreForEveryDoubleQuoteOfEveryValue) {
     sdk.Data().interfaces[0]["InterfaceID"].text = "\"if\"";
     sdk.Data().transportLayers[0]["TLVersion"].text = "1\"4\"";
     OpenWith("");
@@ -131,14 +134,14 @@ TEST_F(TransportLayerConfig, ShowsAnUnderscoreForEveryDoubleQuoteOfEveryValue) {
         "1 CMivoraKVNPyxenClass::OpenActCamera: No TL specific configuration found for \"_if_\" \"tl-gev\" \"Korvane\" \"Pyxen GigE\" \"1_4_\" \"GEV\"");
 }
 
-TEST_F(TransportLayerConfig, ReadsLongValuesWhole) {
+TEST_F(TransportLayerConfigTest, ReadsLongValuesWhole) {
     const std::string vendor(5000, 'v');
     sdk.Data().transportLayers[0]["TLVendorName"].text = vendor;
     OpenWith("[TLSpecificConfig_0]\nTLVendorName=" + vendor + "\n");
     EXPECT_EQ(Lines()[0], Found(" \"" + vendor + "\"", "TLSpecificConfig_0"));
 }
 
-TEST_F(TransportLayerConfig, LoadsTheRulesAndAppliesTheCamerasOnce) {
+TEST_F(TransportLayerConfigTest, LoadsTheRulesAndAppliesTheCamerasOnce) {
     directory.Write("rules.json", kRules);
     Camera().localDevice.Put(scripted::IntFeature("LineLength", 0, 0, 4096));
     OpenWith("[TLSpecificConfig_0]\nTLType=GEV\nFeatureSyncFile=rules.json\n");
@@ -157,7 +160,7 @@ TEST_F(TransportLayerConfig, LoadsTheRulesAndAppliesTheCamerasOnce) {
               Texts{"PxnFeatureIntSet(localdevice0, \"LineLength\", 640)"});
 }
 
-TEST_F(TransportLayerConfig, AppliesNoRuleThatWatchesAnotherModule) {
+TEST_F(TransportLayerConfigTest, AppliesNoRuleThatWatchesAnotherModule) {
     directory.Write(
         "rules.json",
         R"({"SyncFeatures":[{"ModuleName":"Localdevice","FeatureName":"LineLength","Dependencies":[{"ModuleName":"Camera","FeatureName":"Width"}]}]})");
@@ -167,14 +170,14 @@ TEST_F(TransportLayerConfig, AppliesNoRuleThatWatchesAnotherModule) {
     EXPECT_EQ(sdk.Calls({"PxnFeatureIntSet"}), Texts{});
 }
 
-TEST_F(TransportLayerConfig, WritesNoRuleThatHoldsAlready) {
+TEST_F(TransportLayerConfigTest, WritesNoRuleThatHoldsAlready) {
     directory.Write("rules.json", kRules);
     Camera().localDevice.Put(scripted::IntFeature("LineLength", 640, 0, 4096));
     OpenWith("[TLSpecificConfig_0]\nTLType=GEV\nFeatureSyncFile=rules.json\n");
     EXPECT_EQ(sdk.Calls({"PxnFeatureIntSet"}), Texts{});
 }
 
-TEST_F(TransportLayerConfig, AppliesWhatAFaultyRulesFileDeclaredBeforeItsFault) {
+TEST_F(TransportLayerConfigTest, AppliesWhatAFaultyRulesFileDeclaredBeforeItsFault) {
     const std::string rules = kRules;
     directory.Write("rules.json", rules.substr(0, rules.size() - 2) + ",{oops");
     Camera().localDevice.Put(scripted::IntFeature("LineLength", 0, 0, 4096));
@@ -187,7 +190,7 @@ TEST_F(TransportLayerConfig, AppliesWhatAFaultyRulesFileDeclaredBeforeItsFault) 
     EXPECT_EQ(Grabber().IsCameraOpen(), 1u);
 }
 
-TEST_F(TransportLayerConfig, OpensWithoutARulesFileThatIsMissing) {
+TEST_F(TransportLayerConfigTest, OpensWithoutARulesFileThatIsMissing) {
     OpenWith("[TLSpecificConfig_0]\nTLType=GEV\nFeatureSyncFile=absent.json\n");
     EXPECT_EQ(Grabber().IsCameraOpen(), 1u);
     const std::string path = directory.Path() + platform::kPathSeparator + "absent.json";
@@ -197,7 +200,7 @@ TEST_F(TransportLayerConfig, OpensWithoutARulesFileThatIsMissing) {
                               startFirst}));
 }
 
-TEST_F(TransportLayerConfig, LooksForTheRulesInTheCurrentDirectoryWithoutAnother) {
+TEST_F(TransportLayerConfigTest, LooksForTheRulesInTheCurrentDirectoryWithoutAnother) {
     const std::filesystem::path former = std::filesystem::current_path();
     std::filesystem::current_path(directory.Path());
     directory.Write("rules.json", kRules);
@@ -212,13 +215,48 @@ TEST_F(TransportLayerConfig, LooksForTheRulesInTheCurrentDirectoryWithoutAnother
               1);
 }
 
-TEST_F(TransportLayerConfig, IsChosenAnewAtEveryOpening) {
+TEST_F(TransportLayerConfigTest, IsChosenAnewAtEveryOpening) {
     OpenWith("[TLSpecificConfig_0]\nTLType=GEV\nFirstQueueThenStartSnap=1\n");
     ASSERT_EQ(Lines().back(), queueFirst);
     ASSERT_EQ(Grabber().CloseActCamera(), MV_OK);
     sdk.Data().transportLayers[0]["TLType"].text = "U3V";
     ASSERT_EQ(Grabber().OpenActCamera(), MV_OK);
     EXPECT_EQ(Lines().back(), startFirst);
+}
+
+// ---- the search alone ----
+
+class TransportLayerConfigAlone : public LoadedApi {
+protected:
+    support::TemporaryDirectory directory;
+    CIniFile ini;
+};
+
+TEST_F(TransportLayerConfigAlone, FindsTheFirstSectionThatFits) {
+    sdk.Data().interfaces[0].Put(scripted::StringFeature("InterfaceID", "an \"interface\""));
+    ASSERT_TRUE(
+        ini.Open(directory
+                     .Write("host.ini", "[TLSpecificConfig_0]\nInterfaceID=other\n"
+                                        "[TLSpecificConfig_1]\nInterfaceID=an _interface_\n"
+                                        "FirstQueueThenStartSnap=1\nFeatureSyncFile=a.xml\n")
+                     .c_str()));
+    const TransportLayerConfig config(api, scripted::InterfaceHandle(),
+                                      scripted::TransportLayerHandle(), &sink);
+    bool flag = false;
+    std::string file;
+    EXPECT_TRUE(config.GetFirstQueueThenSnap(&ini, flag, file));
+    EXPECT_TRUE(flag);
+    EXPECT_EQ(file, "a.xml");
+    EXPECT_EQ(config.GetShownValues().substr(0, 17), " \"an _interface_\"");
+}
+
+TEST_F(TransportLayerConfigAlone, WithoutAFileNothingFits) {
+    const TransportLayerConfig config(api, nullptr, nullptr, &sink);
+    bool flag = true;
+    std::string file = "unchanged";
+    EXPECT_FALSE(config.GetFirstQueueThenSnap(nullptr, flag, file));
+    EXPECT_TRUE(flag);
+    EXPECT_EQ(file, "unchanged");
 }
 
 } // namespace

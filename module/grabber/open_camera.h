@@ -1,0 +1,57 @@
+// open_camera.h - the camera that is open: its handle, its modules and what applies to them
+#pragma once
+
+#include "grabber/camera_caches.h"
+#include "sdk/camera_features.h"
+#include "sync/feature_syncher.h"
+#include "sync/sync_engine.h"
+
+#include <atomic>
+
+class CameraIdentity;
+class CIniFile;
+
+/// Opens a camera, keeps what belongs to it while it is open, and closes it.
+///
+/// Open, Close and Clear run on one thread at a time, and nothing else of the camera meanwhile. Any
+/// thread may ask for the handle. Holds no lock while it calls the SDK.
+class OpenCamera final : public ICameraFeatures {
+public:
+    /// `access` and `cameraIdentity` must outlive the object.
+    OpenCamera(CPyxenAPIAccess& access, CameraIdentity& cameraIdentity, Logger sink);
+
+    CPyxenAPIAccess& Api() override { return api; }
+    PxnHandle CameraHandle() const override { return cameraHandle; }
+    const std::atomic<PxnHandle>& Handle() const { return cameraHandle; }
+    Logger Log() const override { return log; }
+
+    /// Opens the camera of `record`, refreshes the record, fills the caches, tunes serial link and
+    /// packet size and applies the configuration for the camera's transport layer, if `ini` (may be
+    /// null) has one. Only the SDK's refusal to open the camera is a failure.
+    bool Open(PxnCameraInfo& record, const CIniFile* ini, const char* configDirectory);
+    /// Closes the camera. The SDK's refusal is logged, and the camera counts as closed.
+    void Close();
+    /// Empties the caches and the synchronisation rules.
+    void Clear();
+
+    CameraCaches& Caches() { return caches; }
+    SyncEngine& Sync() { return syncEngine; }
+    const FeatureSyncher& SyncRules() const { return featureSyncher; }
+    /// Whether frames are queued before the capture starts, chosen when the camera is opened.
+    const bool& FirstQueueThenSnap() const { return firstQueueThenSnap; }
+    /// Back to starting the capture first.
+    void ResetStartStrategy() { firstQueueThenSnap = false; }
+
+private:
+    void FillCaches(const PxnCameraInfo& record);
+    void ApplyTransportLayerConfig(const CIniFile* ini, const char* configDirectory);
+
+    CPyxenAPIAccess& api;
+    CameraIdentity& identity;
+    const Logger log;
+    std::atomic<PxnHandle> cameraHandle{nullptr};
+    CameraCaches caches;
+    FeatureSyncher featureSyncher;
+    SyncEngine syncEngine;
+    bool firstQueueThenSnap = false;
+};
