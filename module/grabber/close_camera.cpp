@@ -6,7 +6,7 @@
 MV_ERRCODE CMivoraKVNPyxenClass::CloseActCamera() {
     Logger(GetLogSink()).Information("CMivoraKVNPyxenClass::CloseActCamera");
     if (CameraHandle()) {
-        KeepTimingForSaving();
+        parameters.KeepForSaving();
         openCamera.Close();
         if (CMivoraCameraKVNPyxen* const node = ActCameraNode()) {
             node->Record().streamCount = 0;
@@ -25,14 +25,4 @@ MV_ERRCODE CMivoraKVNPyxenClass::CloseActCamera() {
     const MV_ERRCODE result = CPyxenGrabber::CloseActCamera();
     cameraOpen = false;
     return result;
-}
-
-void CMivoraKVNPyxenClass::KeepTimingForSaving() {
-    uint32_t value = 0;
-    if (GetExposureTime(&value)) {
-        SetSavedExposure(value);
-    }
-    if (GetFrameInterval(&value)) {
-        SetSavedInterval(value);
-    }
 }

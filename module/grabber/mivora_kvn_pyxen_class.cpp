@@ -6,10 +6,11 @@
 #include "grabber/grabber_dialogs.h"
 #include "grabber/mivora_camera_kvn_pyxen.h"
 #include "grabber/mivora_gfx_mode_kvn_pyxen.h"
-#include "platform/text.h"
 #include "sdk/logger.h"
 #include "sdk/no_throw.h"
 #include "serial/cmd_kvn_pyxen.h"
+
+#include <optional>
 
 namespace {
 
@@ -30,10 +31,42 @@ std::unique_ptr<platform::Event> CreateEventOrNull() {
 
 } // namespace
 
+// Gives the parameters access to what the host's base class keeps for its modules.
+class CMivoraKVNPyxenClass::ParameterHost final : public IParameterHost {
+public:
+    explicit ParameterHost(CMivoraKVNPyxenClass& owner) : grabber(owner) {}
+
+    MV_ERRCODE CheckTimerState() const override {
+        if (!grabber.initialized || !grabber.api.IsValid()) {
+            return MV_NOT_INITIALISED;
+        }
+        return grabber.cameraOpen ? MV_OK : MV_CAMERA_NOT_OPEN;
+    }
+    uint64_t GetFramesReceived() const override { return grabber.framesReceived; }
+    uint32_t GetTimerMode() const override { return grabber.GetTimerMode(); }
+    uint32_t GetTimerEnabled() const override { return grabber.GetTimerEnabled(); }
+    uint32_t GetExposure() const override { return grabber.GetExposureValue(); }
+    uint32_t GetInterval() const override { return grabber.GetIntervalValue(); }
+    int32_t GetTimeBase() const override { return grabber.GetTimeBase(); }
+    void SetExposure(uint32_t value) override { grabber.SetExposureValue(value); }
+    void SetInterval(uint32_t value) override { grabber.SetIntervalValue(value); }
+    void SetTimeBase(int32_t exponent) override { grabber.SetTimeBase(exponent); }
+    uint32_t GetSavedExposure() const override { return grabber.GetSavedExposure(); }
+    uint32_t GetSavedInterval() const override { return grabber.GetSavedInterval(); }
+    void SetSavedExposure(uint32_t value) override { grabber.SetSavedExposure(value); }
+    void SetSavedInterval(uint32_t value) override { grabber.SetSavedInterval(value); }
+    void SetSavedTimeBase(int32_t exponent) override { grabber.SetSavedTimeBase(exponent); }
+
+private:
+    CMivoraKVNPyxenClass& grabber;
+};
+
 CMivoraKVNPyxenClass::CMivoraKVNPyxenClass(void* moduleInstance)
     : CPyxenGrabber(moduleInstance),
       session(GetLogSink()),
-      openCamera(session.Api(), identity, GetLogSink()) {
+      openCamera(session.Api(), identity, GetLogSink()),
+      parameterHost(std::make_unique<ParameterHost>(*this)),
+      parameters(openCamera, *parameterHost) {
     CMivoraKVNPyxenClass::InitMembers();
 }
 
@@ -170,28 +203,65 @@ FeatureCache* CMivoraKVNPyxenClass::GetFeatureCacheByHandle(PxnHandle handle) {
     return openCamera.Caches().FindByHandle(handle);
 }
 
+// ---- acquisition parameters ----
+
+MV_ERRCODE CMivoraKVNPyxenClass::GetGrabberParamLimits(uint32_t id, uint64_t* min1, uint64_t* max1,
+                                                       uint64_t* min2, uint64_t* max2) {
+    const std::optional<MV_ERRCODE> served = parameters.GetLimits(id, min1, max1, min2, max2);
+    return served ? *served : CPyxenGrabber::GetGrabberParamLimits(id, min1, max1, min2, max2);
+}
+
+MV_ERRCODE CMivoraKVNPyxenClass::GetGrabberParam(uint32_t id, uint64_t* value1, uint64_t* value2) {
+    if (const std::optional<MV_ERRCODE> served = parameters.Get(id, value1, value2)) {
+        return *served;
+    }
+    if (id != MVGF_ACQUISITION_CAPABILITIES) {
+        return CPyxenGrabber::GetGrabberParam(id, value1, value2);
+    }
+    uint64_t capabilities = 0;
+    const MV_ERRCODE result = CPyxenGrabber::GetGrabberParam(id, &capabilities, value2);
+    if (result == MV_OK && value1) {
+        *value1 = Parameters::GetCapabilities(capabilities);
+    }
+    return result;
+}
+
+MV_ERRCODE CMivoraKVNPyxenClass::SetGrabberParam(uint32_t id, uint64_t value1, uint64_t value2) {
+    ParameterLimits limits;
+    if (const MV_ERRCODE result =
+            GetGrabberParamLimits(id, &limits.min1, &limits.max1, &limits.min2, &limits.max2)) {
+        return result;
+    }
+    const std::optional<MV_ERRCODE> served = parameters.Set(id, limits, value1, value2);
+    return served ? *served : CPyxenGrabber::SetGrabberParam(id, value1, value2);
+}
+
+bool CMivoraKVNPyxenClass::GetExposureTime(uint32_t* value) {
+    return parameters.ReadExposure(value);
+}
+
+bool CMivoraKVNPyxenClass::GetFrameInterval(uint32_t* value) {
+    return parameters.ReadInterval(value);
+}
+
+void CMivoraKVNPyxenClass::GetTimerMicroseconds(uint64_t* exposure, uint64_t* interval) {
+    parameters.GetMicroseconds(exposure, interval);
+}
+
+void CMivoraKVNPyxenClass::SetTimerMicroseconds(uint64_t exposure, uint64_t interval) {
+    uint32_t newExposure = 0;
+    uint32_t newInterval = 0;
+    if (parameters.SaveMicroseconds(exposure, interval, newExposure, newInterval)) {
+        ChangeTimerTB(newExposure, newInterval, GetTimerEnabled());
+        UpdateCamCntrlDialogs(kMvUpdateParameters | kMvUpdateTimer);
+    }
+}
+
 void CMivoraKVNPyxenClass::OnTimingFeatureChanged(PxnHandle, const char* featureName) {
-    uint32_t value = 0;
-    if (!featureName) {
-        return;
+    if (parameters.StoreIfChanged(featureName)) {
+        UpdateCamCntrlDialogs(kMvUpdateParameters);
+        SignalCamCntrlDlgEvent(kMvEventTimingChanged);
     }
-    if (platform::CompareNoCase(featureName, "ExposureTime") == 0) {
-        if (!GetExposureTime(&value) || value == GetExposureValue()) {
-            return;
-        }
-        SetExposureValue(value);
-        SetSavedExposure(value);
-    } else if (platform::CompareNoCase(featureName, "AcquisitionFrameRate") == 0) {
-        if (!GetFrameInterval(&value) || value == GetIntervalValue()) {
-            return;
-        }
-        SetIntervalValue(value);
-        SetSavedInterval(value);
-    } else {
-        return;
-    }
-    UpdateCamCntrlDialogs(kMvUpdateParameters);
-    SignalCamCntrlDlgEvent(kMvEventTimingChanged);
 }
 
 bool CMivoraKVNPyxenClass::NotifyBufferImpact(bool finished) {

@@ -3,6 +3,7 @@
 
 #include "grabber/camera_identity.h"
 #include "grabber/open_camera.h"
+#include "grabber/parameters.h"
 #include "grabber/pyxen_grabber.h"
 #include "grabber/sdk_session.h"
 #include "imaging/frame_record.h"
@@ -92,17 +93,10 @@ private:
     MV_ERRCODE BuildInternalList();
     MV_ERRCODE ChooseCamera(MV_WINDOW parent, MV_DLG_EXITCODE& ending);
     CMivoraCameraKVNPyxen* ActCameraNode();
+    class ParameterHost;
     /// The active camera's active mode, or null.
     CMivoraGfxModeKVNPyxen* ActMode();
 
-    void KeepTimingForSaving();
-
-    // acquisition parameters and discovery
-    struct TimerLimits; // exposure and interval, in units of the time base
-    MV_ERRCODE CheckTimerParameterState() const;
-    bool ReadTimerLimits(TimerLimits& limits);
-    MV_ERRCODE WriteTimerValues(uint64_t exposure, uint64_t interval);
-    void ChangeTimeBase(int32_t exponent);
     bool ConcernsOpenCamera(PxnHandle eventModule);
 
     // acquisition
@@ -153,6 +147,8 @@ private:
 
     SdkSession session;
     OpenCamera openCamera;
+    const std::unique_ptr<ParameterHost> parameterHost;
+    Parameters parameters;
     // Short names of the acquisition members.
     CPyxenAPIAccess& api = session.Api();
     const std::atomic<PxnHandle>& cameraHandle = openCamera.Handle();

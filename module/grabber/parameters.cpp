@@ -2,7 +2,11 @@
 //
 // The host counts time in whole units of ten to the power of the time base, the camera in
 // microseconds; everything that crosses between the two is cut to whole numbers.
-#include "grabber/mivora_kvn_pyxen_class.h"
+#include "grabber/parameters.h"
+
+#include "platform/text.h"
+#include "sdk/camera_features.h"
+#include "sdk/pyxen_api_access.h"
 
 #include <cmath>
 #include <cstdint>
@@ -88,44 +92,30 @@ std::uint32_t Rescale(std::uint32_t value, std::int64_t steps) {
 
 } // namespace
 
-struct CMivoraKVNPyxenClass::TimerLimits {
-    uint64_t minExposure = 0;
-    uint64_t maxExposure = 0;
-    uint64_t minInterval = 0;
-    uint64_t maxInterval = 0;
-};
+Parameters::Parameters(ICameraFeatures& cameraToAsk, IParameterHost& parameterHost)
+    : features(cameraToAsk), host(parameterHost) {}
 
-MV_ERRCODE CMivoraKVNPyxenClass::CheckTimerParameterState() const {
-    if (!initialized || !api.IsValid()) {
-        return MV_NOT_INITIALISED;
-    }
-    return cameraOpen ? MV_OK : MV_CAMERA_NOT_OPEN;
+std::uint64_t Parameters::GetCapabilities(std::uint64_t hostCapabilities) {
+    constexpr std::uint64_t kNotServed = kMvCapHostTimer | kMvCapFieldSnap;
+    return (hostCapabilities & ~kNotServed) | kMvCapContinuous;
 }
 
-MV_ERRCODE CMivoraKVNPyxenClass::GetGrabberParam(uint32_t id, uint64_t* value1, uint64_t* value2) {
+std::optional<MV_ERRCODE> Parameters::Get(std::uint32_t id, std::uint64_t* value1,
+                                          std::uint64_t* value2) {
     if (IsTimerParameter(id)) {
-        if (const MV_ERRCODE state = CheckTimerParameterState(); state != MV_OK) {
+        if (const MV_ERRCODE state = host.CheckTimerState(); state != MV_OK) {
             return state;
         }
     }
     switch (id) {
-    case MVGF_ACQUISITION_CAPABILITIES: {
-        uint64_t capabilities = 0;
-        const MV_ERRCODE result = CPyxenGrabber::GetGrabberParam(id, &capabilities, value2);
-        if (result == MV_OK) {
-            constexpr uint64_t kNotServed = kMvCapHostTimer | kMvCapFieldSnap;
-            Store(value1, (capabilities & ~kNotServed) | kMvCapContinuous);
-        }
-        return result;
-    }
     case MVGF_TIMER_MODE:
-        Store(value1, GetTimerMode());
+        Store(value1, host.GetTimerMode());
         Store(value2, 0);
         return MV_OK;
     case MVGF_TIMER_VALUES: {
-        uint32_t exposure = 0;
-        uint32_t interval = 0;
-        if (!GetExposureTime(&exposure) || !GetFrameInterval(&interval)) {
+        std::uint32_t exposure = 0;
+        std::uint32_t interval = 0;
+        if (!ReadExposure(&exposure) || !ReadInterval(&interval)) {
             return MV_NOT_SERVED;
         }
         Store(value1, exposure);
@@ -133,7 +123,7 @@ MV_ERRCODE CMivoraKVNPyxenClass::GetGrabberParam(uint32_t id, uint64_t* value1, 
         return MV_OK;
     }
     case MVGF_TIMER_ENABLED:
-        Store(value1, GetTimerEnabled() != 0 ? 1 : 0);
+        Store(value1, host.GetTimerEnabled() != 0 ? 1 : 0);
         Store(value2, 0);
         return MV_OK;
     case MVGF_TRIGGER_DELAY:
@@ -144,24 +134,25 @@ MV_ERRCODE CMivoraKVNPyxenClass::GetGrabberParam(uint32_t id, uint64_t* value1, 
     case MVGF_STROBE_POLARITY:
         return MV_NOT_SERVED;
     case MVGF_TIME_BASE:
-        Store(value1, static_cast<uint64_t>(int64_t{GetTimeBase()}));
+        Store(value1, static_cast<std::uint64_t>(std::int64_t{host.GetTimeBase()}));
         Store(value2, 0);
         return MV_OK;
     case MVGF_FRAMES_RECEIVED: {
-        const uint64_t count = framesReceived;
+        const std::uint64_t count = host.GetFramesReceived();
         Store(value1, count);
         Store(value2, count);
         return MV_OK;
     }
     default:
-        return CPyxenGrabber::GetGrabberParam(id, value1, value2);
+        return std::nullopt;
     }
 }
 
-MV_ERRCODE CMivoraKVNPyxenClass::GetGrabberParamLimits(uint32_t id, uint64_t* min1, uint64_t* max1,
-                                                       uint64_t* min2, uint64_t* max2) {
+std::optional<MV_ERRCODE> Parameters::GetLimits(std::uint32_t id, std::uint64_t* min1,
+                                                std::uint64_t* max1, std::uint64_t* min2,
+                                                std::uint64_t* max2) {
     if (IsTimerParameter(id)) {
-        if (const MV_ERRCODE state = CheckTimerParameterState(); state != MV_OK) {
+        if (const MV_ERRCODE state = host.CheckTimerState(); state != MV_OK) {
             return state;
         }
     }
@@ -173,14 +164,14 @@ MV_ERRCODE CMivoraKVNPyxenClass::GetGrabberParamLimits(uint32_t id, uint64_t* mi
         Store(max2, 0);
         return MV_OK;
     case MVGF_TIMER_VALUES: {
-        TimerLimits limits;
-        if (!ReadTimerLimits(limits)) {
+        ParameterLimits limits;
+        if (!ReadLimits(limits)) {
             return MV_NOT_SERVED;
         }
-        Store(min1, limits.minExposure);
-        Store(max1, limits.maxExposure);
-        Store(min2, limits.minInterval);
-        Store(max2, limits.maxInterval);
+        Store(min1, limits.min1);
+        Store(max1, limits.max1);
+        Store(min2, limits.min2);
+        Store(max2, limits.max2);
         return MV_OK;
     }
     case MVGF_TIMER_MODE:
@@ -193,7 +184,7 @@ MV_ERRCODE CMivoraKVNPyxenClass::GetGrabberParamLimits(uint32_t id, uint64_t* mi
     case MVGF_STROBE_POLARITY:
         return MV_NOT_SERVED;
     case MVGF_TIME_BASE:
-        Store(min1, static_cast<uint64_t>(int64_t{-6}));
+        Store(min1, static_cast<std::uint64_t>(std::int64_t{-6}));
         Store(max1, 0);
         Store(min2, 0);
         Store(max2, 0);
@@ -205,143 +196,174 @@ MV_ERRCODE CMivoraKVNPyxenClass::GetGrabberParamLimits(uint32_t id, uint64_t* mi
         Store(max2, kAllBits);
         return MV_OK;
     default:
-        return CPyxenGrabber::GetGrabberParamLimits(id, min1, max1, min2, max2);
+        return std::nullopt;
     }
 }
 
-bool CMivoraKVNPyxenClass::ReadTimerLimits(TimerLimits& limits) {
-    const PxnHandle camera = CameraHandle();
-    const int timeBase = GetTimeBase();
+bool Parameters::ReadLimits(ParameterLimits& limits) {
+    const PxnHandle camera = features.CameraHandle();
+    const int timeBase = host.GetTimeBase();
 
     double minExposure = 0;
     double maxExposure = 0;
-    if (api.PxnFeatureFloatRangeQuery(camera, kExposureTime, &minExposure, &maxExposure) != 0) {
+    if (features.Api().PxnFeatureFloatRangeQuery(camera, kExposureTime, &minExposure,
+                                                 &maxExposure) != 0) {
         return false;
     }
-    limits.minExposure = Truncate<uint64_t>(MicrosecondsToHost(minExposure, timeBase));
-    limits.maxExposure = Truncate<uint64_t>(MicrosecondsToHost(maxExposure, timeBase));
+    limits.min1 = Truncate<std::uint64_t>(MicrosecondsToHost(minExposure, timeBase));
+    limits.max1 = Truncate<std::uint64_t>(MicrosecondsToHost(maxExposure, timeBase));
 
-    int64_t minTime = 0;
-    int64_t maxTime = 0;
-    if (api.PxnFeatureIntRangeQuery(camera, kFixedInterval, &minTime, &maxTime) == 0) {
-        limits.minInterval =
-            Truncate<uint64_t>(MicrosecondsToHost(static_cast<double>(minTime), timeBase));
-        limits.maxInterval =
-            Truncate<uint64_t>(MicrosecondsToHost(static_cast<double>(maxTime), timeBase));
+    std::int64_t minTime = 0;
+    std::int64_t maxTime = 0;
+    if (features.Api().PxnFeatureIntRangeQuery(camera, kFixedInterval, &minTime, &maxTime) == 0) {
+        limits.min2 =
+            Truncate<std::uint64_t>(MicrosecondsToHost(static_cast<double>(minTime), timeBase));
+        limits.max2 =
+            Truncate<std::uint64_t>(MicrosecondsToHost(static_cast<double>(maxTime), timeBase));
         return true;
     }
     double minRate = 0;
     double maxRate = 0;
-    if (api.PxnFeatureFloatRangeQuery(camera, kFrameRate, &minRate, &maxRate) != 0) {
+    if (features.Api().PxnFeatureFloatRangeQuery(camera, kFrameRate, &minRate, &maxRate) != 0) {
         return false;
     }
-    limits.minInterval = Truncate<uint64_t>(RateToHost(maxRate, timeBase));
-    limits.maxInterval = Truncate<uint64_t>(RateToHost(minRate, timeBase));
+    limits.min2 = Truncate<std::uint64_t>(RateToHost(maxRate, timeBase));
+    limits.max2 = Truncate<std::uint64_t>(RateToHost(minRate, timeBase));
     return true;
 }
 
-MV_ERRCODE CMivoraKVNPyxenClass::SetGrabberParam(uint32_t id, uint64_t value1, uint64_t value2) {
-    uint64_t min1 = 0;
-    uint64_t max1 = 0;
-    uint64_t min2 = 0;
-    uint64_t max2 = 0;
-    const MV_ERRCODE result = GetGrabberParamLimits(id, &min1, &max1, &min2, &max2);
-    if (result != MV_OK) {
-        return result;
-    }
+std::optional<MV_ERRCODE> Parameters::Set(std::uint32_t id, const ParameterLimits& limits,
+                                          std::uint64_t value1, std::uint64_t value2) {
     switch (id) {
     case MVGF_TIMER_VALUES:
-        if (value1 < min1 || value1 > max1 || value2 < min2 || value2 > max2) {
+        if (value1 < limits.min1 || value1 > limits.max1 || value2 < limits.min2 ||
+            value2 > limits.max2) {
             return MV_BAD_VALUE;
         }
-        return WriteTimerValues(value1, value2);
+        return Write(value1, value2);
     case MVGF_TIME_BASE: {
-        const auto exponent = static_cast<int64_t>(value1);
-        const auto second = static_cast<int64_t>(value2);
-        if (exponent < static_cast<int64_t>(min1) || exponent > static_cast<int64_t>(max1) ||
-            second < static_cast<int64_t>(min2) || second > static_cast<int64_t>(max2)) {
+        const auto exponent = static_cast<std::int64_t>(value1);
+        const auto second = static_cast<std::int64_t>(value2);
+        if (exponent < static_cast<std::int64_t>(limits.min1) ||
+            exponent > static_cast<std::int64_t>(limits.max1) ||
+            second < static_cast<std::int64_t>(limits.min2) ||
+            second > static_cast<std::int64_t>(limits.max2)) {
             return MV_BAD_VALUE;
         }
-        ChangeTimeBase(static_cast<int32_t>(exponent));
+        ChangeTimeBase(static_cast<std::int32_t>(exponent));
         return MV_OK;
     }
     default:
-        return CPyxenGrabber::SetGrabberParam(id, value1, value2);
+        return std::nullopt;
     }
 }
 
-MV_ERRCODE CMivoraKVNPyxenClass::WriteTimerValues(uint64_t exposure, uint64_t interval) {
-    const PxnHandle camera = CameraHandle();
-    const int timeBase = GetTimeBase();
-    if (api.PxnFeatureFloatSet(camera, kExposureTime, HostToMicroseconds(exposure, timeBase)) !=
-        0) {
+MV_ERRCODE Parameters::Write(std::uint64_t exposure, std::uint64_t interval) {
+    const PxnHandle camera = features.CameraHandle();
+    const int timeBase = host.GetTimeBase();
+    if (features.Api().PxnFeatureFloatSet(camera, kExposureTime,
+                                          HostToMicroseconds(exposure, timeBase)) != 0) {
         return MV_NOT_SERVED;
     }
     const double microseconds = HostToMicroseconds(interval, timeBase);
-    if (api.PxnFeatureIntSet(camera, kFixedInterval, Truncate<int64_t>(microseconds)) == 0) {
+    if (features.Api().PxnFeatureIntSet(camera, kFixedInterval,
+                                        Truncate<std::int64_t>(microseconds)) == 0) {
         return MV_OK;
     }
     const double rate = kMicrosecondsPerSecond / microseconds;
-    return api.PxnFeatureFloatSet(camera, kFrameRate, rate) == 0 ? MV_OK : MV_NOT_SERVED;
+    return features.Api().PxnFeatureFloatSet(camera, kFrameRate, rate) == 0 ? MV_OK : MV_NOT_SERVED;
 }
 
-void CMivoraKVNPyxenClass::ChangeTimeBase(int32_t exponent) {
-    const int64_t steps = int64_t{GetTimeBase()} - exponent;
-    SetExposureValue(Rescale(GetExposureValue(), steps));
-    SetIntervalValue(Rescale(GetIntervalValue(), steps));
-    SetSavedExposure(Rescale(GetSavedExposure(), steps));
-    SetSavedInterval(Rescale(GetSavedInterval(), steps));
-    SetTimeBase(exponent);
-    SetSavedTimeBase(exponent);
+void Parameters::ChangeTimeBase(std::int32_t exponent) {
+    const std::int64_t steps = std::int64_t{host.GetTimeBase()} - exponent;
+    host.SetExposure(Rescale(host.GetExposure(), steps));
+    host.SetInterval(Rescale(host.GetInterval(), steps));
+    host.SetSavedExposure(Rescale(host.GetSavedExposure(), steps));
+    host.SetSavedInterval(Rescale(host.GetSavedInterval(), steps));
+    host.SetTimeBase(exponent);
+    host.SetSavedTimeBase(exponent);
 }
 
-bool CMivoraKVNPyxenClass::GetExposureTime(uint32_t* value) {
-    const PxnHandle camera = CameraHandle();
+bool Parameters::ReadExposure(std::uint32_t* value) {
+    const PxnHandle camera = features.CameraHandle();
     double microseconds = 0;
-    if (!camera || api.PxnFeatureFloatGet(camera, kExposureTime, &microseconds) != 0) {
+    if (!camera || !features.Api().IsValid() ||
+        features.Api().PxnFeatureFloatGet(camera, kExposureTime, &microseconds) != 0) {
         return false;
     }
-    *value = Truncate<uint32_t>(MicrosecondsToHost(microseconds, GetTimeBase()));
+    *value = Truncate<std::uint32_t>(MicrosecondsToHost(microseconds, host.GetTimeBase()));
     return true;
 }
 
-bool CMivoraKVNPyxenClass::GetFrameInterval(uint32_t* value) {
-    const PxnHandle camera = CameraHandle();
-    if (!camera) {
+bool Parameters::ReadInterval(std::uint32_t* value) {
+    const PxnHandle camera = features.CameraHandle();
+    if (!camera || !features.Api().IsValid()) {
         return false;
     }
-    int64_t microseconds = 0;
-    if (api.PxnFeatureIntGet(camera, kFixedInterval, &microseconds) == 0) {
-        *value = Truncate<uint32_t>(
-            MicrosecondsToHost(static_cast<double>(microseconds), GetTimeBase()));
+    std::int64_t microseconds = 0;
+    if (features.Api().PxnFeatureIntGet(camera, kFixedInterval, &microseconds) == 0) {
+        *value = Truncate<std::uint32_t>(
+            MicrosecondsToHost(static_cast<double>(microseconds), host.GetTimeBase()));
         return true;
     }
     double rate = 0;
-    if (api.PxnFeatureFloatGet(camera, kFrameRate, &rate) != 0) {
+    if (features.Api().PxnFeatureFloatGet(camera, kFrameRate, &rate) != 0) {
         return false;
     }
-    *value = Truncate<uint32_t>(RateToHost(rate, GetTimeBase()));
+    *value = Truncate<std::uint32_t>(RateToHost(rate, host.GetTimeBase()));
     return true;
 }
 
-void CMivoraKVNPyxenClass::GetTimerMicroseconds(uint64_t* exposure, uint64_t* interval) {
-    const int timeBase = GetTimeBase();
-    Store(exposure, Truncate<uint64_t>(HostToMicroseconds(GetExposureValue(), timeBase)));
-    Store(interval, Truncate<uint64_t>(HostToMicroseconds(GetIntervalValue(), timeBase)));
+void Parameters::KeepForSaving() {
+    std::uint32_t value = 0;
+    if (ReadExposure(&value)) {
+        host.SetSavedExposure(value);
+    }
+    if (ReadInterval(&value)) {
+        host.SetSavedInterval(value);
+    }
 }
 
-void CMivoraKVNPyxenClass::SetTimerMicroseconds(uint64_t exposure, uint64_t interval) {
-    if (exposure >= interval) {
-        return; // an exposure as long as the interval is refused on purpose
+bool Parameters::StoreIfChanged(const char* featureName) {
+    std::uint32_t value = 0;
+    if (featureName && platform::CompareNoCase(featureName, kExposureTime) == 0) {
+        if (!ReadExposure(&value) || value == host.GetExposure()) {
+            return false;
+        }
+        host.SetExposure(value);
+        host.SetSavedExposure(value);
+        return true;
     }
-    const int timeBase = GetTimeBase();
-    const auto newExposure =
-        Truncate<uint32_t>(MicrosecondsToHost(static_cast<double>(exposure), timeBase));
-    const auto newInterval =
-        Truncate<uint32_t>(MicrosecondsToHost(static_cast<double>(interval), timeBase));
-    SetSavedExposure(newExposure);
-    SetSavedInterval(newInterval);
-    SetSavedTimeBase(timeBase);
-    ChangeTimerTB(newExposure, newInterval, GetTimerEnabled());
-    UpdateCamCntrlDialogs(kMvUpdateParameters | kMvUpdateTimer);
+    if (featureName && platform::CompareNoCase(featureName, kFrameRate) == 0) {
+        if (!ReadInterval(&value) || value == host.GetInterval()) {
+            return false;
+        }
+        host.SetInterval(value);
+        host.SetSavedInterval(value);
+        return true;
+    }
+    return false;
+}
+
+void Parameters::GetMicroseconds(std::uint64_t* exposure, std::uint64_t* interval) const {
+    const int timeBase = host.GetTimeBase();
+    Store(exposure, Truncate<std::uint64_t>(HostToMicroseconds(host.GetExposure(), timeBase)));
+    Store(interval, Truncate<std::uint64_t>(HostToMicroseconds(host.GetInterval(), timeBase)));
+}
+
+bool Parameters::SaveMicroseconds(std::uint64_t exposureTime, std::uint64_t intervalTime,
+                                  std::uint32_t& exposure, std::uint32_t& interval) {
+    // Compatibility: an exposure as long as the interval changes nothing.
+    if (exposureTime >= intervalTime) {
+        return false;
+    }
+    const int timeBase = host.GetTimeBase();
+    exposure =
+        Truncate<std::uint32_t>(MicrosecondsToHost(static_cast<double>(exposureTime), timeBase));
+    interval =
+        Truncate<std::uint32_t>(MicrosecondsToHost(static_cast<double>(intervalTime), timeBase));
+    host.SetSavedExposure(exposure);
+    host.SetSavedInterval(interval);
+    host.SetSavedTimeBase(timeBase);
+    return true;
 }
