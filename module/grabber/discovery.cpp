@@ -1,32 +1,34 @@
 // discovery.cpp - cameras that appear and disappear
-#include "grabber/mivora_kvn_pyxen_class.h"
-#include "sdk/logger.h"
+#include "grabber/discovery.h"
+
+#include "grabber/camera_caches.h"
+#include "grabber/camera_identity.h"
 #include "sdk/no_throw.h"
+#include "sdk/pyxen_api_access.h"
 
 #include <cstring>
 #include <string>
 
-void CMivoraKVNPyxenClass::InvalidationCallback(PxnHandle handle, const char* featureName) {
-    const FeatureCache* cache = GetFeatureCacheByHandle(handle);
-    const char* moduleName = cache ? cache->GetModuleName() : nullptr;
-    Logger(GetLogSink())
-        .Information(
-            "CMivoraKVNPyxenClass::InvalidationCallback: ModuleName = %s, handle = %p, FeatureName = %s, ",
-            moduleName ? moduleName : "- unknown -", handle, featureName);
-    // An event that cannot be attributed, also because of a lack of memory, is reported to the
-    // host.
-    if (NoThrow(true, [&] { return ConcernsOpenCamera(handle); })) {
-        SignalCamCfgChange();
-    }
+Discovery::Discovery(CPyxenAPIAccess& access, CameraCaches& moduleCaches,
+                     const CameraIdentity& cameraIdentity, Logger sink)
+    : api(access), caches(moduleCaches), identity(cameraIdentity), log(sink) {}
+
+bool Discovery::ConcernsHost(PxnHandle module, const char* featureName) {
+    const FeatureCache* const cache = caches.FindByHandle(module);
+    const char* const moduleName = cache ? cache->GetModuleName() : nullptr;
+    log.Information(
+        "CMivoraKVNPyxenClass::InvalidationCallback: ModuleName = %s, handle = %p, FeatureName = %s, ",
+        moduleName ? moduleName : "- unknown -", module, featureName);
+    // Out of memory, the event cannot be attributed.
+    return NoThrow(true, [&] { return ConcernsOpenedCamera(module); });
 }
 
-bool CMivoraKVNPyxenClass::ConcernsOpenCamera(PxnHandle eventModule) {
-    const Logger log(GetLogSink());
+bool Discovery::ConcernsOpenedCamera(PxnHandle module) {
     std::string cameraId; // both stay empty when they cannot be read
     const char* type = nullptr;
     if (api.IsValid()) {
-        api.GetFeatureAsText(eventModule, "EventCameraDiscoveryCameraID", cameraId);
-        if (api.PxnFeatureEnumGet(eventModule, "EventCameraDiscoveryType", &type) != 0) {
+        api.GetFeatureAsText(module, "EventCameraDiscoveryCameraID", cameraId);
+        if (api.PxnFeatureEnumGet(module, "EventCameraDiscoveryType", &type) != 0) {
             type = nullptr;
         }
     }

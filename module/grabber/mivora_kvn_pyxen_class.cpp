@@ -66,7 +66,8 @@ CMivoraKVNPyxenClass::CMivoraKVNPyxenClass(void* moduleInstance)
       session(GetLogSink()),
       openCamera(session.Api(), identity, GetLogSink()),
       parameterHost(std::make_unique<ParameterHost>(*this)),
-      parameters(openCamera, *parameterHost) {
+      parameters(openCamera, *parameterHost),
+      discovery(session.Api(), openCamera.Caches(), identity, GetLogSink()) {
     CMivoraKVNPyxenClass::InitMembers();
 }
 
@@ -261,6 +262,12 @@ void CMivoraKVNPyxenClass::OnTimingFeatureChanged(PxnHandle, const char* feature
     if (parameters.StoreIfChanged(featureName)) {
         UpdateCamCntrlDialogs(kMvUpdateParameters);
         SignalCamCntrlDlgEvent(kMvEventTimingChanged);
+    }
+}
+
+void CMivoraKVNPyxenClass::InvalidationCallback(PxnHandle handle, const char* featureName) {
+    if (discovery.ConcernsHost(handle, featureName)) {
+        SignalCamCfgChange();
     }
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "grabber/camera_identity.h"
+#include "grabber/discovery.h"
 #include "grabber/open_camera.h"
 #include "grabber/parameters.h"
 #include "grabber/pyxen_grabber.h"
@@ -97,8 +98,6 @@ private:
     /// The active camera's active mode, or null.
     CMivoraGfxModeKVNPyxen* ActMode();
 
-    bool ConcernsOpenCamera(PxnHandle eventModule);
-
     // acquisition
     class BusyMarks;
     MV_ERRCODE SnapContinuous();
@@ -149,6 +148,7 @@ private:
     OpenCamera openCamera;
     const std::unique_ptr<ParameterHost> parameterHost;
     Parameters parameters;
+    Discovery discovery;
     // Short names of the acquisition members.
     CPyxenAPIAccess& api = session.Api();
     const std::atomic<PxnHandle>& cameraHandle = openCamera.Handle();

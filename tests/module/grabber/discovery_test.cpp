@@ -1,5 +1,10 @@
 // discovery_test.cpp - cameras that appear and disappear
+#include "grabber/discovery.h"
+
+#include "grabber/camera_caches.h"
+#include "grabber/camera_identity.h"
 #include "tests/module/grabber_fixture.h"
+#include "tests/module/sdk/loaded_api.h"
 
 #include <atomic>
 #include <optional>
@@ -267,6 +272,39 @@ TEST_F(DiscoveryTest, EventsMayComeWhileTheCameraIsOpenedAndClosed) {
     }
     sdkThread.join();
     EXPECT_EQ(signals, kEvents);
+}
+
+// ---- the decision alone ----
+
+class DiscoveryAlone : public LoadedApi {
+protected:
+    bool Event(const std::string& id, const std::string& type) {
+        sdk.Data().system.Put(scripted::StringFeature("EventCameraDiscoveryCameraID", id));
+        sdk.Data().system.Put(scripted::EnumFeature("EventCameraDiscoveryType", type, {}));
+        return discovery.ConcernsHost(scripted::SystemHandle(), "EventCameraDiscovery");
+    }
+
+    CameraIdentity identity;
+    CameraCaches caches;
+    Discovery discovery{api, caches, identity, &sink};
+};
+
+TEST_F(DiscoveryAlone, ComparesWithTheOpenedCameraOnly) {
+    ASSERT_TRUE(identity.Select("chosen"));
+    EXPECT_FALSE(Event("chosen", "Missing"));
+    identity.Open("opened");
+    ASSERT_TRUE(identity.Select("chosen"));
+    EXPECT_FALSE(Event("chosen", "Missing"));
+    EXPECT_TRUE(Event("opened", "Missing"));
+    identity.ForgetOpened();
+    EXPECT_FALSE(Event("opened", "Missing"));
+}
+
+TEST_F(DiscoveryAlone, NamesTheModuleOfTheHandle) {
+    ASSERT_TRUE(caches[kStreamCache].Init("Stream0", &api, scripted::SystemHandle(), &sink));
+    sink.Take();
+    Event("other", "Missing");
+    EXPECT_NE(sink.Take().front().find("ModuleName = Stream0, "), std::string::npos);
 }
 
 } // namespace
