@@ -3,10 +3,12 @@
 
 #include "grabber/camera_key.h"
 #include "grabber/camera_list.h"
+#include "grabber/configuration.h"
 #include "grabber/grabber_dialogs.h"
 #include "grabber/mivora_camera_kvn_pyxen.h"
 #include "grabber/mivora_gfx_mode_kvn_pyxen.h"
 #include "sdk/logger.h"
+#include "sdk/malloc_array.h"
 #include "sdk/no_throw.h"
 #include "serial/cmd_kvn_pyxen.h"
 
@@ -98,6 +100,26 @@ uint32_t CMivoraKVNPyxenClass::GetAcquisitionState() {
 
 void CMivoraKVNPyxenClass::SetAcquisitionState(uint32_t state) {
     acquisitionState = state;
+}
+
+MV_ERRCODE CMivoraKVNPyxenClass::LoadGrabberConfig() {
+    const MV_ERRCODE result = CPyxenGrabber::LoadGrabberConfig();
+    if (result != MV_OK) {
+        return result;
+    }
+    return LoadChosenCamera(GetIni(), GetSectionNumber(), identity) ? MV_OK : MV_REFUSED;
+}
+
+MV_ERRCODE CMivoraKVNPyxenClass::SaveGrabberConfig() {
+    Logger(GetLogSink()).Information("CMivoraKVNPyxenClass::SaveGrabberConfig");
+    CMivoraCameraKVNPyxen* const camera = ActCameraNode();
+    const MV_ERRCODE result = CPyxenGrabber::SaveGrabberConfig();
+    if (result != MV_OK) {
+        return result;
+    }
+    SaveChosenCamera(GetIni(), GetSectionNumber(),
+                     camera ? camera->Record().cameraIdExtended : nullptr);
+    return MV_OK;
 }
 
 MV_ERRCODE CMivoraKVNPyxenClass::OpenActCamera() {

@@ -90,11 +90,11 @@ public:
 
 private:
     // grabber core
+    class ParameterHost;
     MV_ERRCODE InitOrThrow();
     MV_ERRCODE BuildInternalList();
     MV_ERRCODE ChooseCamera(MV_WINDOW parent, MV_DLG_EXITCODE& ending);
     CMivoraCameraKVNPyxen* ActCameraNode();
-    class ParameterHost;
     /// The active camera's active mode, or null.
     CMivoraGfxModeKVNPyxen* ActMode();
 
@@ -122,9 +122,18 @@ private:
     /// Takes what is left queued; false when the SDK keeps it.
     bool TakeFramesBack();
 
-    std::atomic<bool> cameraOpen{false};
-    std::atomic<uint32_t> acquisitionState{0};
     std::atomic<bool> initialized{false};
+    std::atomic<bool> cameraOpen{false};
+
+    // The parts, in the order in which they use one another. Each states its own locking rule.
+    CameraIdentity identity;
+    SdkSession session;
+    OpenCamera openCamera;
+    const std::unique_ptr<ParameterHost> parameterHost;
+    Parameters parameters;
+    Discovery discovery;
+
+    std::atomic<uint32_t> acquisitionState{0};
     std::atomic<bool> buffersPrepared{false};
     std::atomic<uint64_t> framesReceived{0};
     // Kept from the last snap for the cleanup thread, while the host may list its cameras anew.
@@ -132,8 +141,6 @@ private:
 
     std::unique_ptr<platform::Event> acquisitionEvents[2]; // reset at each snap
     std::unique_ptr<platform::Event> stopEvent;            // set: the callback does not requeue
-
-    CameraIdentity identity;
 
     // Buffer preparation and the traffic of every serial channel, so that they exclude each other.
     platform::Mutex serialMutex;
@@ -144,11 +151,6 @@ private:
     platform::Mutex cleanupMutex;
     platform::Thread cleanupThread GUARDED_BY(cleanupMutex);
 
-    SdkSession session;
-    OpenCamera openCamera;
-    const std::unique_ptr<ParameterHost> parameterHost;
-    Parameters parameters;
-    Discovery discovery;
     // Short names of the acquisition members.
     CPyxenAPIAccess& api = session.Api();
     const std::atomic<PxnHandle>& cameraHandle = openCamera.Handle();

@@ -1,4 +1,7 @@
 // configuration_test.cpp - the chosen camera, remembered across runs
+#include "grabber/configuration.h"
+
+#include "grabber/camera_identity.h"
 #include "tests/module/grabber_fixture.h"
 
 namespace {
@@ -104,6 +107,33 @@ TEST_F(Configuration, WorksWithoutSink) {
     Init();
     EXPECT_EQ(Grabber().SaveGrabberConfig(), MV_OK);
     EXPECT_EQ(Saved(), "cam-ext-1");
+}
+
+// ---- the key alone ----
+
+TEST(ChosenCamera, IsKeptInTheGrabbersSection) {
+    const support::TemporaryDirectory directory;
+    CIniFile ini;
+    ASSERT_TRUE(ini.Open(directory.PathOf("host.ini").c_str()));
+    CameraIdentity identity;
+    SaveChosenCamera(&ini, 3, "an id");
+    ASSERT_TRUE(LoadChosenCamera(&ini, 3, identity));
+    EXPECT_EQ(identity.GetSelected(), "an id");
+    ASSERT_TRUE(LoadChosenCamera(&ini, 4, identity));
+    EXPECT_EQ(identity.GetSelected(), "");
+    SaveChosenCamera(&ini, 3, nullptr);
+    ASSERT_TRUE(identity.Select("another"));
+    ASSERT_TRUE(LoadChosenCamera(&ini, 3, identity));
+    EXPECT_EQ(identity.GetSelected(), "");
+}
+
+TEST(ChosenCamera, IsNoneWithoutAFile) {
+    CameraIdentity identity;
+    ASSERT_TRUE(identity.Select("an id"));
+    SaveChosenCamera(nullptr, 0, "another");
+    ASSERT_TRUE(LoadChosenCamera(nullptr, 0, identity));
+    EXPECT_EQ(identity.GetSelected(), "");
+    EXPECT_EQ(identity.GetOpened(), "");
 }
 
 } // namespace
