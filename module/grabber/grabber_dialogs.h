@@ -21,7 +21,7 @@ bool HasWindows();
 /// Makes the modeless feature control dialog for the grabber; null when that failed.
 ICamCntrlDialog* CreateFeatureControl(CMivoraKVNPyxenClass& grabber);
 /// Runs the device finder with `selectedId` preselected. MV_OK when it was shown: `exitCode` and,
-/// on MV_DLG_OK, `selectedId` then tell what was chosen. MV_REFUSED where it cannot be shown.
+/// on MV_DLG_OK, `selectedId` then hold what was chosen. MV_REFUSED where it cannot be shown.
 MV_ERRCODE RunDeviceFinder(MV_WINDOW parent, CPyxenAPIAccess& api, Logger log,
                            std::string& selectedId, MV_DLG_EXITCODE& exitCode);
 

@@ -1,4 +1,4 @@
-// mivora_kvn_pyxen_class.cpp - the grabber's life and its small answers
+// mivora_kvn_pyxen_class.cpp - the grabber's slots, which delegate to its parts
 #include "grabber/mivora_kvn_pyxen_class.h"
 
 #include "grabber/camera_key.h"
@@ -18,7 +18,7 @@ namespace {
 
 constexpr const char* kDriverDescription =
     "Mivora grabber library for Korvane Pyxen compatible cameras";
-// The same text on every platform; that is intended.
+// Compatibility: the name is the same on every platform.
 constexpr const char* kDriverName = "MivoraKVNPyxen.dll";
 constexpr uint32_t kChannelTypeCount = 2;
 constexpr uint32_t kHostSerialChannelType = 0;

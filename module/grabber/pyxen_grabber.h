@@ -26,7 +26,7 @@ public:
     /* slot 112 */ virtual bool GetFrameInterval(uint32_t* value) = 0;
     /* slot 113 */ virtual void OnTimingFeatureChanged(PxnHandle module,
                                                        const char* featureName) = 0;
-    /// Told when a change of the buffer layout begins (false) and when it has ended (true).
+    /// Called when a change of the buffer layout begins (false) and when it has ended (true).
     /* slot 114 */ virtual bool NotifyBufferImpact(bool finished) = 0;
 
 protected:
