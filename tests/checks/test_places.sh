@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # A test stands where its source does: tests/x/y_test.cpp, y_posix_test.cpp or y_windows_test.cpp
 # tests x/y.cpp, a source of that name in x/posix or x/win32, or a header. Tests of more than one
-# source are listed here.
+# source, and tests of one source that fill several files, are listed here.
 set -euo pipefail
 cd "$1"
 
@@ -11,6 +11,31 @@ tests/apps/view/windows/viewer_program_test.cpp
 tests/host/out_of_memory_posix_test.cpp
 tests/host/power_loss_posix_test.cpp
 tests/host/slots_test.cpp
+tests/module/acquisition/acquisition_threads_test.cpp
+tests/module/acquisition/callback_allocations_posix_test.cpp
+tests/module/acquisition/failure_sweep_test.cpp
+tests/module/acquisition/out_of_memory_posix_test.cpp
+tests/module/acquisition/snap_asynchronous_test.cpp
+tests/module/acquisition/snap_checks_test.cpp
+tests/module/acquisition/snap_continuous_test.cpp
+tests/module/acquisition/snap_order_test.cpp
+tests/module/acquisition/snap_synchronous_test.cpp
+tests/module/acquisition/stop_on_simulator_test.cpp
+tests/module/grabber/initialisation_on_simulator_test.cpp
+tests/module/grabber/out_of_memory_posix_test.cpp
+tests/module/grabber/slots_out_of_memory_posix_test.cpp
+tests/module/imaging/touched_buffers_posix_test.cpp
+tests/module/imaging/yuv_exactness_test.cpp
+tests/module/sdk/out_of_memory_posix_test.cpp
+tests/module/serial/channel_config_test.cpp
+tests/module/serial/port_list_test.cpp
+tests/module/serial/serial_soak_test.cpp
+tests/module/serial/serial_threads_test.cpp
+tests/module/sync/sync_grammar_test.cpp
+tests/module/ui/dialog_state_test.cpp
+tests/module/ui/feature_access_test.cpp
+tests/module/ui/invalidation_test.cpp
+tests/module/ui/out_of_memory_posix_test.cpp
 tests/pxnc/conformance/genicam_conformance_test.cpp
 tests/pxnc/conformance/scripted_conformance_test.cpp
 tests/pxnc/conformance/simulator_conformance_test.cpp
@@ -35,7 +60,8 @@ while read -r test; do
   echo "$test has no source $directory/$name"
   status=1
 done < <(git ls-files -co --exclude-standard 'tests/host/*_test.cpp' 'tests/platform/*_test.cpp' \
-  'tests/afx/*_test.cpp' 'tests/apps/*_test.cpp' 'tests/bench/*_test.cpp' 'tests/pxnc/*_test.cpp' 'tests/support/*_test.cpp')
+  'tests/afx/*_test.cpp' 'tests/apps/*_test.cpp' 'tests/bench/*_test.cpp' 'tests/module/*_test.cpp' \
+  'tests/pxnc/*_test.cpp' 'tests/support/*_test.cpp')
 for test in $whole; do
   [ -e "$test" ] || { echo "$test is listed in $0 and is not there"; status=1; }
 done

@@ -1,4 +1,4 @@
-// out_of_memory_test.cpp - the grabber core with every allocation refused in turn
+// out_of_memory_posix_test.cpp - the grabber core with every allocation refused in turn
 //
 // The SDK behind it has no camera and allocates nothing, so that all that fails is the module's
 // and the host's own.

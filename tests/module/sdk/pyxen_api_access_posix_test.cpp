@@ -1,4 +1,5 @@
-// api_loading_test.cpp - loading where paths are UTF-8 and have no length limit of their own
+// pyxen_api_access_posix_test.cpp - loading where paths are UTF-8 and have no length limit of their
+// own
 #include "sdk/pyxen_api_access.h"
 #include "tests/module/texts.h"
 #include "tests/scripted_sdk/scripted_sdk.h"

@@ -1,4 +1,4 @@
-// conversion_packed_test.cpp - 10 and 12 bits per pixel without gaps
+// plain_packed_test.cpp - 10 and 12 bits per pixel without gaps
 #include "imaging/pixel_format.h"
 #include "tests/module/imaging/guarded_bytes.h"
 

@@ -1,4 +1,4 @@
-// camera_node_test.cpp - a camera of this module in the host's list
+// mivora_camera_kvn_pyxen_test.cpp - a camera of this module in the host's list
 #include "grabber/mivora_camera_kvn_pyxen.h"
 
 #include "grabber/mivora_gfx_mode_kvn_pyxen.h"

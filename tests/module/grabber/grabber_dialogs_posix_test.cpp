@@ -1,4 +1,4 @@
-// dialogs_test.cpp - requests for windows where there are none
+// grabber_dialogs_posix_test.cpp - requests for windows where there are none
 #include "tests/module/grabber_fixture.h"
 
 namespace {

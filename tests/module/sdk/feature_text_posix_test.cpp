@@ -1,4 +1,4 @@
-// feature_text_memory_test.cpp - a text for which there is no memory
+// feature_text_posix_test.cpp - a text for which there is no memory
 #include "tests/module/memory_limit_posix.h"
 #include "tests/module/sdk/loaded_api.h"
 

@@ -1,4 +1,4 @@
-// converter_sets_test.cpp - every instruction set gives what the plain loops give
+// converter_set_test.cpp - every instruction set gives what the plain loops give
 #include "platform/processor.h"
 #include "tests/module/imaging/converter_layouts.h"
 #include "tests/support/guarded_pages.h"

@@ -1,4 +1,4 @@
-// gfx_mode_test.cpp - the graphics mode that asks the camera
+// mivora_gfx_mode_kvn_pyxen_test.cpp - the graphics mode that asks the camera
 #include "grabber/mivora_gfx_mode_kvn_pyxen.h"
 
 #include "tests/module/grabber_fixture.h"

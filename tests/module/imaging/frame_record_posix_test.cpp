@@ -1,4 +1,4 @@
-// frame_memory_test.cpp - what becomes of a frame record's memory
+// frame_record_posix_test.cpp - what becomes of a frame record's memory
 //
 // The sanitizers' allocators tell what is allocated; the suite always runs with one of them.
 #if defined(MIVORA_SANITIZED)

@@ -1,4 +1,4 @@
-// grabber_class_test.cpp - the grabber's life and its small answers
+// mivora_kvn_pyxen_class_test.cpp - the grabber's life and the values it returns
 #include "grabber/mivora_camera_kvn_pyxen.h"
 #include "serial/cmd_kvn_pyxen.h"
 #include "tests/module/grabber_fixture.h"

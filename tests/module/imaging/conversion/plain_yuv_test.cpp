@@ -1,4 +1,4 @@
-// conversion_yuv_test.cpp - luma and chroma bytes to red, green and blue bytes
+// plain_yuv_test.cpp - luma and chroma bytes to red, green and blue bytes
 #include "imaging/pixel_format.h"
 #include "tests/module/imaging/guarded_bytes.h"
 
