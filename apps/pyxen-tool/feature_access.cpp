@@ -6,10 +6,10 @@
 #include "apps/pyxen-tool/sdk_failure.h"
 #include "grabber/mivora_kvn_pyxen_class.h"
 #include "platform/text.h"
+#include "sync/feature_cache.h"
 
-#include <algorithm>
+#include <iterator>
 #include <limits>
-#include <utility>
 
 namespace {
 
@@ -24,22 +24,24 @@ std::string KnownModules(CMivoraKVNPyxenClass& grabber) {
 }
 
 template <typename Type, typename Number>
-bool AreLimitsOf(const Number (&limits)[2]) {
-    return limits[0] == static_cast<Number>(std::numeric_limits<Type>::lowest()) &&
-           limits[1] == static_cast<Number>(std::numeric_limits<Type>::max());
+bool AreLimitsOf(const FeatureRange::Limits<Number>& limits) {
+    return limits.least == static_cast<Number>(std::numeric_limits<Type>::lowest()) &&
+           limits.most == static_cast<Number>(std::numeric_limits<Type>::max());
 }
 
 } // namespace
 
 JsonValue ToJson(const FeatureValue& value) {
-    return std::visit(
-        Overloaded{[](const EnumEntry& entry) { return JsonValue(entry.name); },
-                   [](const std::vector<std::uint8_t>& bytes) { return JsonValue(HexText(bytes)); },
+    return value.Visit(
+        Overloaded{[](const EnumEntry& entry) { return JsonValue(entry.name ? entry.name : ""); },
+                   [](const FeatureBytes& bytes) { return JsonValue(HexText(bytes)); },
                    [](const auto& plain) {
                        return JsonValue(plain);
-                   }},
-        value);
+                   }});
 }
+
+FeatureAccess::FeatureAccess(FeatureCache& moduleCache, const PxnFeatureInfo& record)
+    : cache(moduleCache), info(record), feature(moduleCache.GetFeature(record)) {}
 
 FeatureCache* FeatureAccess::FindModule(CMivoraKVNPyxenClass& grabber, const std::string& name) {
     FeatureCache& system = grabber.SystemCache();
@@ -74,7 +76,7 @@ FeatureAccess FeatureAccess::Find(CMivoraKVNPyxenClass& grabber, const std::stri
         throw CommandFailure("module " + std::string(cache.GetModuleName()) + " has no feature \"" +
                              name + "\"");
     }
-    return {grabber.Api(), cache, *info};
+    return {cache, *info};
 }
 
 std::string FeatureAccess::Path() const {
@@ -82,169 +84,85 @@ std::string FeatureAccess::Path() const {
 }
 
 const char* FeatureAccess::TypeName() const {
-    switch (info.featureDataType) {
-    case PxnFeatureDataInt:
-        return "integer";
-    case PxnFeatureDataFloat:
-        return "float";
-    case PxnFeatureDataEnum:
-        return "enumeration";
-    case PxnFeatureDataString:
-        return "string";
-    case PxnFeatureDataBool:
-        return "boolean";
-    case PxnFeatureDataCommand:
-        return "command";
-    case PxnFeatureDataRaw:
-        return "raw";
-    case PxnFeatureDataNone:
-        return "none";
-    default:
-        return "unknown";
-    }
+    constexpr const char* kNames[] = {"unknown", "integer", "float", "enumeration", "string",
+                                      "boolean", "command", "raw",   "none"};
+    return kNames[info.featureDataType < std::size(kNames) ? info.featureDataType : 0];
 }
 
 std::string FeatureAccess::Access() const {
-    PxnBool readable = 0;
-    PxnBool writeable = 0;
-    if (api.PxnFeatureAccessQuery(cache.GetHandle(), info.name, &readable, &writeable) != 0) {
-        return "-";
-    }
+    bool readable = false;
+    bool writable = false;
+    feature.Access(readable, writable);
     std::string text = readable ? "R" : "";
-    text += writeable ? "W" : "";
+    text += writable ? "W" : "";
     return text.empty() ? "-" : text;
 }
 
 std::optional<FeatureValue> FeatureAccess::Value() const {
-    PxnError error = PxnErrSuccess;
-    return ReadValue(error);
+    FeatureValue value;
+    return feature.Read(value) == PxnErrSuccess ? std::optional(value) : std::nullopt;
 }
 
 std::string FeatureAccess::ValueText() const {
-    PxnError error = PxnErrSuccess;
-    const std::optional<FeatureValue> value = ReadValue(error);
-    if (error != PxnErrSuccess) {
-        throw SdkFailure("reading " + Path(), error);
-    }
-    if (!value) {
+    if (!HasValue(feature.Type())) {
         throw CommandFailure(Path() + " is of type " + TypeName() + " and has no value");
     }
-    return std::visit(
-        Overloaded{[](const EnumEntry& entry) { return entry.name; },
+    FeatureValue value;
+    if (const PxnError error = feature.Read(value)) {
+        throw SdkFailure("reading " + Path(), error);
+    }
+    return value.Visit(
+        Overloaded{[](const EnumEntry& entry) { return std::string(entry.name ? entry.name : ""); },
                    [](const std::string& text) { return text; },
-                   [](const std::vector<std::uint8_t>& bytes) { return HexText(bytes); },
+                   [](const FeatureBytes& bytes) { return HexText(bytes); },
                    [](auto number) {
                        return JsonValue(number).Text();
-                   }},
-        *value);
+                   }});
 }
 
-std::optional<FeatureValue> FeatureAccess::ReadValue(PxnError& error) const {
-    PxnHandle const handle = cache.GetHandle();
-    FeatureValue result;
-    switch (info.featureDataType) {
-    case PxnFeatureDataInt: {
-        std::int64_t value = 0;
-        error = api.PxnFeatureIntGet(handle, info.name, &value);
-        result = value;
-        break;
-    }
-    case PxnFeatureDataFloat: {
-        double value = 0;
-        error = api.PxnFeatureFloatGet(handle, info.name, &value);
-        result = value;
-        break;
-    }
-    case PxnFeatureDataBool: {
-        PxnBool value = 0;
-        error = api.PxnFeatureBoolGet(handle, info.name, &value);
-        result = value != 0;
-        break;
-    }
-    case PxnFeatureDataEnum:
-    case PxnFeatureDataString: {
-        std::string value;
-        error = api.GetFeatureAsText(handle, info.name, value);
-        result = std::move(value);
-        break;
-    }
-    case PxnFeatureDataRaw: {
-        std::uint32_t length = 0;
-        error = api.PxnFeatureRawLengthQuery(handle, info.name, &length);
-        std::vector<std::uint8_t> bytes(length);
-        if (error == PxnErrSuccess) {
-            error = api.PxnFeatureRawGet(handle, info.name, reinterpret_cast<char*>(bytes.data()),
-                                         length, &length);
-            bytes.resize(std::min<std::size_t>(length, bytes.size()));
-        }
-        result = std::move(bytes);
-        break;
-    }
-    default:
-        return std::nullopt;
-    }
-    return error ? std::nullopt : std::optional(std::move(result));
-}
-
-std::vector<FeatureRange::Entry> FeatureAccess::Entries() const {
-    PxnHandle const handle = cache.GetHandle();
-    std::vector<FeatureRange::Entry> entries;
-    std::uint32_t found = 0;
-    if (api.PxnFeatureEnumRangeQuery(handle, info.name, nullptr, 0, &found) != 0) {
-        return entries;
-    }
-    std::vector<const char*> names(found);
-    if (api.PxnFeatureEnumRangeQuery(handle, info.name, names.data(), found, &found) != 0) {
-        return entries;
-    }
-    for (std::size_t i = 0; i < names.size() && i < found; ++i) {
-        PxnBool available = 0;
-        const bool known =
-            api.PxnFeatureEnumIsAvailable(handle, info.name, names[i], &available) == 0;
-        entries.push_back({names[i], known && available != 0});
+std::vector<ShownRange::Entry> FeatureAccess::Entries(const FeatureRange& range) const {
+    std::vector<ShownRange::Entry> entries;
+    for (const char* const name : range.entries) {
+        bool available = false;
+        feature.IsAvailable(name, available);
+        entries.push_back({name ? name : "", available});
     }
     return entries;
 }
 
-FeatureRange FeatureAccess::Range() const {
-    PxnHandle const handle = cache.GetHandle();
+ShownRange FeatureAccess::Range() const {
+    ShownRange shown;
     FeatureRange range;
-    switch (info.featureDataType) {
-    case PxnFeatureDataInt: {
-        std::int64_t limits[2] = {};
-        std::int64_t increment = 0;
-        if (api.PxnFeatureIntRangeQuery(handle, info.name, &limits[0], &limits[1]) == 0) {
-            range.least = limits[0];
-            range.most = limits[1];
-            range.isWholeType = AreLimitsOf<std::int64_t>(limits);
+    const bool known = feature.Range(range) == PxnErrSuccess;
+    const auto showLimits = [&](const auto& limits, bool isWholeType) {
+        if (known) {
+            shown.least = limits.least;
+            shown.most = limits.most;
+            shown.isWholeType = isWholeType;
         }
-        if (api.PxnFeatureIntIncrementQuery(handle, info.name, &increment) == 0) {
-            range.increment = increment;
-        }
-        break;
-    }
-    case PxnFeatureDataFloat: {
-        double limits[2] = {};
-        if (api.PxnFeatureFloatRangeQuery(handle, info.name, &limits[0], &limits[1]) == 0) {
-            range.least = limits[0];
-            range.most = limits[1];
-            // A float feature may be derived from a 64-bit integer.
-            range.isWholeType = AreLimitsOf<double>(limits) || AreLimitsOf<std::int64_t>(limits);
+    };
+    switch (feature.Type()) {
+    case FeatureType::kInteger:
+        showLimits(range.integers, AreLimitsOf<std::int64_t>(range.integers));
+        if (std::int64_t increment = 0; feature.Increment(increment) == PxnErrSuccess) {
+            shown.increment = increment;
         }
         break;
-    }
-    case PxnFeatureDataString: {
-        std::uint32_t length = 0;
-        if (api.PxnFeatureStringMaxlengthQuery(handle, info.name, &length) == 0) {
-            range.maxLength = length;
+    case FeatureType::kFloat:
+        // A float feature may be derived from a 64-bit integer.
+        showLimits(range.floats,
+                   AreLimitsOf<double>(range.floats) || AreLimitsOf<std::int64_t>(range.floats));
+        break;
+    case FeatureType::kText:
+        if (known) {
+            shown.maxLength = range.longestText;
         }
         break;
-    }
-    case PxnFeatureDataEnum:
-        range.entries = Entries();
+    case FeatureType::kEnumeration:
+        shown.entries = Entries(range);
         break;
     default:
         break;
     }
-    return range;
+    return shown;
 }

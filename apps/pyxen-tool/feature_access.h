@@ -3,38 +3,20 @@
 
 #include "apps/common/json_text.h"
 #include "pxnc.h"
+#include "sdk/feature.h"
 
-#include <cstdint>
 #include <optional>
 #include <string>
-#include <variant>
 #include <vector>
 
 class CMivoraKVNPyxenClass;
-class CPyxenAPIAccess;
 class FeatureCache;
-
-struct EnumEntry {
-    std::string name;
-};
-
-/// A value of one of the types that can be read and written.
-using FeatureValue =
-    std::variant<std::int64_t, double, EnumEntry, std::string, bool, std::vector<std::uint8_t>>;
-
-/// Combines lambdas into one visitor for FeatureValue.
-template <typename... Functions>
-struct Overloaded : Functions... {
-    using Functions::operator()...;
-};
-template <typename... Functions>
-Overloaded(Functions...) -> Overloaded<Functions...>;
 
 JsonValue ToJson(const FeatureValue& value);
 
 /// The limits of a feature's values. Members that do not apply to its type or cannot be read are
 /// empty.
-struct FeatureRange {
+struct ShownRange {
     struct Entry {
         std::string name;
         bool available;
@@ -51,8 +33,7 @@ struct FeatureRange {
 /// A feature of an initialised grabber. Valid as long as the module's cache stays filled.
 class FeatureAccess {
 public:
-    FeatureAccess(CPyxenAPIAccess& access, FeatureCache& moduleCache, const PxnFeatureInfo& record)
-        : api(access), cache(moduleCache), info(record) {}
+    FeatureAccess(FeatureCache& moduleCache, const PxnFeatureInfo& record);
 
     /// Finds "MODULE/FEATURE", or a whole path including the categories. Throws CommandFailure that
     /// names the unknown part.
@@ -65,21 +46,21 @@ public:
 
     FeatureCache& Cache() const { return cache; }
     const PxnFeatureInfo& Info() const { return info; }
+    const Feature& Get() const { return feature; }
     std::string Path() const;
     const char* TypeName() const;
     /// "RW", "R", "W" or "-": the access that the SDK currently allows.
     std::string Access() const;
     /// Empty if there is no value or it cannot be read.
     std::optional<FeatureValue> Value() const;
-    FeatureRange Range() const;
+    ShownRange Range() const;
     /// The value as printed by "get". Throws CommandFailure.
     std::string ValueText() const;
 
 private:
-    std::optional<FeatureValue> ReadValue(PxnError& error) const;
-    std::vector<FeatureRange::Entry> Entries() const;
+    std::vector<ShownRange::Entry> Entries(const FeatureRange& range) const;
 
-    CPyxenAPIAccess& api;
     FeatureCache& cache;
     const PxnFeatureInfo& info;
+    const Feature feature;
 };

@@ -11,8 +11,6 @@
 
 #include <cstdint>
 #include <optional>
-#include <variant>
-#include <vector>
 
 namespace {
 
@@ -52,7 +50,7 @@ FeatureValue ParseFeatureValue(const FeatureAccess& feature, const std::string& 
     case PxnFeatureDataFloat:
         return Require(ParseDouble(text), feature, text);
     case PxnFeatureDataEnum:
-        return EnumEntry{text};
+        return EnumEntry{text.c_str()};
     case PxnFeatureDataString:
         return text;
     case PxnFeatureDataBool:
@@ -67,53 +65,11 @@ FeatureValue ParseFeatureValue(const FeatureAccess& feature, const std::string& 
 
 SyncCheckResult CheckFeatureValue(SyncEngine& engine, const FeatureAccess& feature,
                                   const FeatureValue& value) {
-    FeatureCache* const cache = &feature.Cache();
-    const char* const name = feature.Info().name;
-    return std::visit(
-        Overloaded{
-            [&](std::int64_t number) {
-                return engine.IntFeatureCheckSyncPath(cache, name, number);
-            },
-            [&](double number) { return engine.FloatFeatureCheckSyncPath(cache, name, number); },
-            [&](const EnumEntry& entry) {
-                return engine.EnumFeatureCheckSyncPath(cache, name, entry.name.c_str());
-            },
-            [&](const std::string& text) {
-                return engine.StringFeatureCheckSyncPath(cache, name, text.c_str());
-            },
-            [&](bool state) { return engine.BoolFeatureCheckSyncPath(cache, name, state); },
-            [&](const std::vector<std::uint8_t>&) {
-                SyncCheckResult result;
-                result.ok = true;
-                result.bufferImpact = SyncEngine::IsBufferImpactingFeature(cache, name);
-                return result;
-            }},
-        value);
+    return engine.CheckSyncPath(&feature.Cache(), feature.Info().name, value);
 }
 
-void WriteFeatureValue(CPyxenAPIAccess& api, const FeatureAccess& feature,
-                       const FeatureValue& value) {
-    PxnHandle const handle = feature.Cache().GetHandle();
-    const char* const name = feature.Info().name;
-    const PxnError error = std::visit(
-        Overloaded{[&](std::int64_t number) { return api.PxnFeatureIntSet(handle, name, number); },
-                   [&](double number) { return api.PxnFeatureFloatSet(handle, name, number); },
-                   [&](const EnumEntry& entry) {
-                       return api.PxnFeatureEnumSet(handle, name, entry.name.c_str());
-                   },
-                   [&](const std::string& text) {
-                       return api.PxnFeatureStringSet(handle, name, text.c_str());
-                   },
-                   [&](bool state) {
-                       return api.PxnFeatureBoolSet(handle, name, static_cast<PxnBool>(state));
-                   },
-                   [&](const std::vector<std::uint8_t>& bytes) {
-                       return api.PxnFeatureRawSet(handle, name,
-                                                   reinterpret_cast<const char*>(bytes.data()),
-                                                   static_cast<std::uint32_t>(bytes.size()));
-                   }},
-        value);
-    if (error != PxnErrSuccess) {
+void WriteFeatureValue(const FeatureAccess& feature, const FeatureValue& value) {
+    if (const PxnError error = feature.Get().Write(value)) {
         throw SdkFailure("writing " + feature.Path(), error);
     }
 }

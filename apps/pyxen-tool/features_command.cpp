@@ -41,7 +41,7 @@ std::vector<FeatureCache*> Modules(CMivoraKVNPyxenClass& grabber, const std::str
     return modules;
 }
 
-JsonValue EntriesJson(const std::vector<FeatureRange::Entry>& entries) {
+JsonValue EntriesJson(const std::vector<ShownRange::Entry>& entries) {
     std::vector<JsonValue> list;
     list.reserve(entries.size());
     for (const auto& [name, available] : entries) {
@@ -61,7 +61,7 @@ JsonValue Describe(const FeatureAccess& feature) {
                                        {"access", access},
                                        {"value", value ? ToJson(*value) : nullptr},
                                        {"unit", info.unit ? info.unit : ""}};
-    const FeatureRange range = feature.Range();
+    const ShownRange range = feature.Range();
     const std::pair<const char*, const std::optional<JsonValue>&> limits[] = {
         {"min", range.least},
         {"max", range.most},
@@ -79,7 +79,7 @@ JsonValue Describe(const FeatureAccess& feature) {
     return JsonObject(members);
 }
 
-std::string RangeText(const FeatureRange& range) {
+std::string RangeText(const ShownRange& range) {
     std::string text;
     if (range.least) {
         if (range.isWholeType) {
@@ -125,7 +125,7 @@ void PrintFeatures(CMivoraKVNPyxenClass& grabber, const FeaturesOptions& options
     const std::string filter = Lower(options.filter);
     for (FeatureCache* const cache : Modules(grabber, options.module)) {
         for (std::uint32_t i = 0; i < cache->GetFeatureCount(); ++i) {
-            const FeatureAccess feature(grabber.Api(), *cache, cache->GetFeatureList()[i]);
+            const FeatureAccess feature(*cache, cache->GetFeatureList()[i]);
             if (Lower(feature.Path()).find(filter) == std::string::npos) {
                 continue;
             }

@@ -36,7 +36,7 @@ void Set(Session& session, CMivoraKVNPyxenClass& grabber, const std::string& pat
                              (isItself ? "" : ", which follows " + feature.Path()) + ": " +
                              check.reason);
     }
-    WriteFeatureValue(grabber.Api(), feature, value);
+    WriteFeatureValue(feature, value);
     session.Log().TakeErrors();
     if (grabber.Sync().SyncDependentFeatures(&feature.Cache(), feature.Info().name, true) != 1) {
         std::string reasons;

@@ -1,6 +1,7 @@
 // serial_baud_rate.cpp - choosing the serial link's speed
 #include "grabber/serial_baud_rate.h"
 
+#include "sdk/feature.h"
 #include "sdk/no_throw.h"
 #include "sdk/pyxen_api_access.h"
 
@@ -12,21 +13,12 @@ namespace {
 
 constexpr const char* kBaudRate = "DeviceSerialPortBaudRate";
 
-/// The entries of an enumeration feature; none when they cannot be read.
-std::vector<const char*> ReadEntries(const CPyxenAPIAccess& api, PxnHandle handle,
-                                     const char* name) {
-    std::uint32_t count = 0;
-    if (api.PxnFeatureEnumRangeQuery(handle, name, nullptr, 0, &count) != PxnErrSuccess) {
-        return {};
-    }
-    std::vector<const char*> entries(count);
-    std::uint32_t found = 0;
-    if (count == 0 || api.PxnFeatureEnumRangeQuery(handle, name, entries.data(), count, &found) !=
-                          PxnErrSuccess) {
-        return {};
-    }
-    entries.resize(std::min(count, found));
-    return entries;
+/// The rates that a module offers; none when they cannot be read.
+std::vector<const char*> ReadRates(const Feature& baudRate) {
+    FeatureRange range;
+    baudRate.Range(range);
+    std::erase(range.entries, nullptr);
+    return std::move(range.entries);
 }
 
 } // namespace
@@ -66,22 +58,24 @@ const char* FindOptimumBaudRate(std::vector<const char*> grabber,
 void SetOptimumSerialPortBaudRate(const CPyxenAPIAccess& api, PxnHandle localDevice,
                                   PxnHandle camera, Logger log) {
     NoThrow(false, [&] {
-        const std::vector<const char*> grabberRates = ReadEntries(api, localDevice, kBaudRate);
-        const std::vector<const char*> cameraRates = ReadEntries(api, camera, kBaudRate);
-        const char* const optimum = FindOptimumBaudRate(grabberRates, cameraRates);
+        const Feature grabberRate(api, localDevice, kBaudRate, FeatureType::kEnumeration);
+        const Feature cameraRate(api, camera, kBaudRate, FeatureType::kEnumeration);
+        const std::vector<const char*> grabberRates = ReadRates(grabberRate);
+        const char* const optimum = FindOptimumBaudRate(grabberRates, ReadRates(cameraRate));
         if (!optimum) {
             return true;
         }
         log.Information(
             "CMivoraKVNPyxenClass::SetOptimumSerialPortBaudRate: Found optimum common DeviceSerialPortBaudrate for grabber and camera as %s.",
             optimum);
-        const char* current = nullptr;
-        if (api.PxnFeatureEnumGet(localDevice, kBaudRate, &current) == PxnErrSuccess &&
-            std::strcmp(current, optimum) == 0) {
+        FeatureValue current = EnumEntry{};
+        grabberRate.Read(current);
+        const char* const present = current.Get<EnumEntry>().name;
+        if (present && std::strcmp(present, optimum) == 0) {
             log.Information(
                 "CMivoraKVNPyxenClass::SetOptimumSerialPortBaudRate: Optimum DeviceSerialPortBaudrate of %s already set. No need to change it.",
                 optimum);
-        } else if (api.PxnFeatureEnumSet(localDevice, kBaudRate, optimum) == PxnErrSuccess) {
+        } else if (grabberRate.Write(EnumEntry{optimum}) == PxnErrSuccess) {
             log.Information(
                 "CMivoraKVNPyxenClass::SetOptimumSerialPortBaudRate: Switched to optimum DeviceSerialPortBaudrate of %s.",
                 optimum);

@@ -1,51 +1,41 @@
 // feature_text.cpp - whole texts out of the SDK
-#include "sdk/malloc_array.h"
+#include "sdk/feature.h"
 #include "sdk/no_throw.h"
 #include "sdk/pyxen_api_access.h"
 
+namespace {
+
+PxnError TakeText(const Feature& feature, std::string& out, FeatureStep& failed) {
+    FeatureValue text;
+    const PxnError result = feature.Read(text, &failed);
+    if (result == PxnErrSuccess) {
+        out = std::move(text.Get<std::string>());
+    }
+    return result;
+}
+
+} // namespace
+
 PxnError CPyxenAPIAccess::GetStringFeature(PxnHandle handle, const char* name, std::string& out) {
-    std::uint32_t size = 0;
-    const PxnError result = PxnFeatureStringGet(handle, name, nullptr, 0, &size);
-    return result == PxnErrSuccess ? ReadString(handle, name, size, out) : result;
+    FeatureStep failed{};
+    return TakeText({*this, handle, name, FeatureType::kText}, out, failed);
 }
 
 PxnError CPyxenAPIAccess::GetFeatureAsText(PxnHandle handle, const char* name, std::string& out) {
-    std::uint32_t size = 0;
-    const PxnError result = PxnFeatureStringGet(handle, name, nullptr, 0, &size);
-    if (result == PxnErrSuccess) {
-        return ReadString(handle, name, size, out);
-    }
-    // Only this first call tells the type: a later one that answers the same has failed.
-    if (result != PxnErrWrongType) {
+    FeatureStep failed{};
+    PxnError result = TakeText({*this, handle, name, FeatureType::kText}, out, failed);
+    // Only the first call tells the type: a later one that returns the same code has failed.
+    if (result != PxnErrWrongType || failed != FeatureStep::kLength) {
         return result;
     }
-    const char* entry = nullptr;
-    const PxnError enumResult = PxnFeatureEnumGet(handle, name, &entry);
-    if (enumResult != PxnErrSuccess) {
-        return enumResult;
-    }
-    return NoThrow<PxnError>(PxnErrOther, [&]() -> PxnError {
-        out = entry ? entry : "";
-        return PxnErrSuccess;
-    });
-}
-
-PxnError CPyxenAPIAccess::ReadString(PxnHandle handle, const char* name, std::uint32_t size,
-                                     std::string& out) {
-    // One byte more than asked for, so that what comes back always ends.
-    MallocArray<char> text;
-    if (!text.Resize(std::size_t{size} + 1)) {
-        return PxnErrOther;
-    }
-    text[0] = '\0';
-    text[size] = '\0';
-    std::uint32_t filled = 0;
-    const PxnError result = PxnFeatureStringGet(handle, name, text.Get(), size, &filled);
+    FeatureValue value;
+    result = Feature(*this, handle, name, FeatureType::kEnumeration).Read(value);
     if (result != PxnErrSuccess) {
         return result;
     }
     return NoThrow<PxnError>(PxnErrOther, [&]() -> PxnError {
-        out = text.Get();
+        const char* const entry = value.Get<EnumEntry>().name;
+        out = entry ? entry : "";
         return PxnErrSuccess;
     });
 }

@@ -5,6 +5,7 @@
 #include "platform/shared_library.h"
 #include "pxnc.h"
 #include "pxnc_entries.h"
+#include "sdk/feature_value.h"
 #include "sdk/logger.h"
 
 #include <atomic>
@@ -53,14 +54,17 @@ public:
 
     /// Whether a value fits a feature's range: inclusive limits, length up to the maximum, text
     /// of one of the entries. A failed query is reported with the names and answers false.
-    /// `moduleName` may be null.
+    /// `moduleName` may be null. Booleans and bytes always fit.
+    bool IsInRange(PxnHandle handle, const char* moduleName, const char* name,
+                   const FeatureValue& value) const;
     bool IsIntInRange(PxnHandle handle, const char* moduleName, const char* name,
-                      std::int64_t value);
-    bool IsFloatInRange(PxnHandle handle, const char* moduleName, const char* name, double value);
+                      std::int64_t value) const;
+    bool IsFloatInRange(PxnHandle handle, const char* moduleName, const char* name,
+                        double value) const;
     bool IsStringInRange(PxnHandle handle, const char* moduleName, const char* name,
-                         const char* value);
+                         const char* value) const;
     bool IsEnumInRange(PxnHandle handle, const char* moduleName, const char* name,
-                       const char* value);
+                       const char* value) const;
 
 #define PYXEN_DECLARE_ENTRY(name) decltype(&::name) name = nullptr;
     PXN_ENTRIES(PYXEN_DECLARE_ENTRY)
@@ -81,8 +85,6 @@ private:
     /// False when an entry is missing; the others are resolved all the same.
     bool ResolveEntries();
     void StartSdk(const char* configPath);
-    /// Reads a string feature of which the SDK has told the size.
-    PxnError ReadString(PxnHandle handle, const char* name, std::uint32_t size, std::string& out);
 
     Logger log;
     std::string dllName;

@@ -1,9 +1,6 @@
 // check_sync_path.cpp - could a value be written to a feature and to all that depend on it?
-//
-// One walk for every type; the range test and the words stand in one class per type. The irregular
-// words are intended.
+#include "sdk/feature.h"
 #include "sdk/format_text.h"
-#include "sdk/logger.h"
 #include "sdk/no_throw.h"
 #include "sdk/pyxen_api_access.h"
 #include "sdk/sdk_error.h"
@@ -12,190 +9,83 @@
 #include "sync/feature_syncher.h"
 #include "sync/sync_engine.h"
 
+#include <variant>
+
 namespace {
 
-/// A value that is to be written, and what is said when a feature refuses it. `own` tells the
-/// feature itself from those that depend on it.
-class ProposedValue {
-public:
-    virtual bool IsInRange(CPyxenAPIAccess& api, const FeatureCache& cache,
-                           const char* name) const = 0;
-    virtual std::string AccessErrorText(const char* path) const = 0;
-    virtual void LogProtected(const Logger& log, const char* path, bool own) const = 0;
-    virtual void LogOutOfRange(const Logger& log, const char* path, bool own) const = 0;
+template <typename Shown>
+using RefusalLine = LogFormat<Shown, const char*>; // value, path
+/// None for booleans, which have no range.
+using RangeLine = std::variant<std::monostate, RefusalLine<std::int64_t>, RefusalLine<double>,
+                               RefusalLine<const char*>>;
 
-protected:
-    ~ProposedValue() = default;
+/// What is said when a feature refuses a value of one type, with the feature's path. The irregular
+/// words are intended.
+struct CheckWords {
+    NameFormat accessUnknown;
+    std::variant<NameFormat, LogFormat<>> ownProtected; // of the feature itself
+    NameFormat otherProtected;                          // of one that depends on it
+    RangeLine ownOutOfRange;
+    RangeLine otherOutOfRange;
 };
 
-class ProposedInt final : public ProposedValue {
-public:
-    explicit ProposedInt(std::int64_t proposed) : value(proposed) {}
-
-    bool IsInRange(CPyxenAPIAccess& api, const FeatureCache& cache,
-                   const char* name) const override {
-        return api.IsIntInRange(cache.GetHandle(), cache.GetModuleName(), name, value);
-    }
-    std::string AccessErrorText(const char* path) const override {
-        return FormatText(
-            "CMivoraKVNPyxenClass::IntFeatureCheckSyncPath: Cannot query the accessibility of %s",
-            path);
-    }
-    void LogProtected(const Logger& log, const char* path, bool own) const override {
-        if (own) {
-            log.Error("CMivoraKVNPyxenClass::IntFeatureCheckSyncPath: %s cannot be written", path);
-        } else {
-            log.Error("CMivoraKVNPyxenClass::IntFeatureCheckSyncPath: Feature %s cannot be written",
-                      path);
-        }
-    }
-    void LogOutOfRange(const Logger& log, const char* path, bool own) const override {
-        if (own) {
-            log.Error(
-                "CMivoraKVNPyxenClass::IntFeatureCheckSyncPath: int64 feature (value = %I64d) wouldn't be applicable to %s (range error)",
-                value, path);
-        } else {
-            log.Error(
-                "CMivoraKVNPyxenClass::IntFeatureCheckSyncPath: int64 feature (value = %I64d) wouldn't be synchable to %s (range error)",
-                value, path);
-        }
-    }
-
-private:
-    std::int64_t value;
-};
-
-class ProposedFloat final : public ProposedValue {
-public:
-    explicit ProposedFloat(double proposed) : value(proposed) {}
-
-    bool IsInRange(CPyxenAPIAccess& api, const FeatureCache& cache,
-                   const char* name) const override {
-        return api.IsFloatInRange(cache.GetHandle(), cache.GetModuleName(), name, value);
-    }
-    std::string AccessErrorText(const char* path) const override {
-        return FormatText(
-            "CMivoraKVNPyxenClass::FloatFeatureCheckSyncPath: Cannot query the accessibility of %s",
-            path);
-    }
-    void LogProtected(const Logger& log, const char* path, bool own) const override {
-        if (own) {
-            // The conversion letter is missing on purpose; the line names no feature.
-            log.Error(
-                "CMivoraKVNPyxenClass::FloatFeatureCheckSyncPath: Feature % cannot be written");
-        } else {
-            log.Error(
-                "CMivoraKVNPyxenClass::FloatFeatureCheckSyncPath: Feature %s cannot be written",
-                path);
-        }
-    }
-    void LogOutOfRange(const Logger& log, const char* path, bool own) const override {
-        if (own) {
-            log.Error(
-                "CMivoraKVNPyxenClass::FloatFeatureCheckSyncPath: float feature (value = %lf) wouldn't be applicable to %s (range error)",
-                value, path);
-        } else {
-            log.Error(
-                "CMivoraKVNPyxenClass::FloatFeatureCheckSyncPath: float feature (value = %lf) wouldn't be synchable to %s (range error)",
-                value, path);
-        }
-    }
-
-private:
-    double value;
-};
-
-class ProposedEnum final : public ProposedValue {
-public:
-    explicit ProposedEnum(const char* proposed) : value(proposed) {}
-
-    bool IsInRange(CPyxenAPIAccess& api, const FeatureCache& cache,
-                   const char* name) const override {
-        return api.IsEnumInRange(cache.GetHandle(), cache.GetModuleName(), name, value);
-    }
-    std::string AccessErrorText(const char* path) const override {
-        return FormatText(
-            "CMivoraKVNPyxenClass::EnumFeatureCheckSyncPath: Cannot query the accessibility of %s",
-            path);
-    }
-    void LogProtected(const Logger& log, const char* path, bool) const override {
-        log.Error("CMivoraKVNPyxenClass::EnumFeatureCheckSyncPath: Feature %s cannot be written",
-                  path);
-    }
-    void LogOutOfRange(const Logger& log, const char* path, bool own) const override {
-        if (own) {
-            log.Error(
-                "CMivoraKVNPyxenClass::EnumFeatureCheckSyncPath: enum feature (value = %s) wouldn't be applicable to %s (range error)",
-                value, path);
-        } else {
-            log.Error(
-                "CMivoraKVNPyxenClass::EnumFeatureCheckSyncPath: enum feature (value = %s) wouldn't be synchable to %s (range error)",
-                value, path);
-        }
-    }
-
-private:
-    const char* value;
-};
-
-class ProposedString final : public ProposedValue {
-public:
-    explicit ProposedString(const char* proposed) : value(proposed) {}
-
-    bool IsInRange(CPyxenAPIAccess& api, const FeatureCache& cache,
-                   const char* name) const override {
-        return api.IsStringInRange(cache.GetHandle(), cache.GetModuleName(), name, value);
-    }
-    std::string AccessErrorText(const char* path) const override {
-        return FormatText(
-            "CMivoraKVNPyxenClass::StringFeatureCheckSyncPath: Cannot query the accessibility of %s",
-            path);
-    }
-    void LogProtected(const Logger& log, const char* path, bool) const override {
-        log.Error("CMivoraKVNPyxenClass::StringFeatureCheckSyncPath: Feature %s cannot be written",
-                  path);
-    }
-    void LogOutOfRange(const Logger& log, const char* path, bool own) const override {
-        if (own) {
-            // The words of the enumeration are kept on purpose.
-            log.Error(
-                "CMivoraKVNPyxenClass::StringFeatureCheckSyncPath: enum feature (value = %s) wouldn't be applicable to %s (range error)",
-                value, path);
-        } else {
-            log.Error(
-                "CMivoraKVNPyxenClass::StringFeatureCheckSyncPath: string feature (value = %s) wouldn't be synchable to %s (range error)",
-                value, path);
-        }
-    }
-
-private:
-    const char* value;
-};
-
-/// Has no range; its lines carry the float's tag on purpose.
-class ProposedBool final : public ProposedValue {
-public:
-    bool IsInRange(CPyxenAPIAccess&, const FeatureCache&, const char*) const override {
-        return true;
-    }
-    std::string AccessErrorText(const char* path) const override {
-        return FormatText(
-            "CMivoraKVNPyxenClass::FloatFeatureCheckSyncPath: Cannot query the accessibility of %s",
-            path);
-    }
-    void LogProtected(const Logger& log, const char* path, bool) const override {
-        log.Error("CMivoraKVNPyxenClass::FloatFeatureCheckSyncPath: Feature %s cannot be written",
-                  path);
-    }
-    void LogOutOfRange(const Logger&, const char*, bool) const override {}
-};
+constexpr TypeTable<CheckWords> kCheckWords = {{
+    {
+        "CMivoraKVNPyxenClass::IntFeatureCheckSyncPath: Cannot query the accessibility of %s",
+        NameFormat("CMivoraKVNPyxenClass::IntFeatureCheckSyncPath: %s cannot be written"),
+        "CMivoraKVNPyxenClass::IntFeatureCheckSyncPath: Feature %s cannot be written",
+        RefusalLine<std::int64_t>(
+            "CMivoraKVNPyxenClass::IntFeatureCheckSyncPath: int64 feature (value = %I64d) wouldn't be applicable to %s (range error)"),
+        RefusalLine<std::int64_t>(
+            "CMivoraKVNPyxenClass::IntFeatureCheckSyncPath: int64 feature (value = %I64d) wouldn't be synchable to %s (range error)"),
+    },
+    {
+        "CMivoraKVNPyxenClass::FloatFeatureCheckSyncPath: Cannot query the accessibility of %s",
+        // The conversion letter is missing on purpose; the line names no feature.
+        LogFormat<>("CMivoraKVNPyxenClass::FloatFeatureCheckSyncPath: Feature % cannot be written"),
+        "CMivoraKVNPyxenClass::FloatFeatureCheckSyncPath: Feature %s cannot be written",
+        RefusalLine<double>(
+            "CMivoraKVNPyxenClass::FloatFeatureCheckSyncPath: float feature (value = %lf) wouldn't be applicable to %s (range error)"),
+        RefusalLine<double>(
+            "CMivoraKVNPyxenClass::FloatFeatureCheckSyncPath: float feature (value = %lf) wouldn't be synchable to %s (range error)"),
+    },
+    {
+        "CMivoraKVNPyxenClass::EnumFeatureCheckSyncPath: Cannot query the accessibility of %s",
+        NameFormat("CMivoraKVNPyxenClass::EnumFeatureCheckSyncPath: Feature %s cannot be written"),
+        "CMivoraKVNPyxenClass::EnumFeatureCheckSyncPath: Feature %s cannot be written",
+        RefusalLine<const char*>(
+            "CMivoraKVNPyxenClass::EnumFeatureCheckSyncPath: enum feature (value = %s) wouldn't be applicable to %s (range error)"),
+        RefusalLine<const char*>(
+            "CMivoraKVNPyxenClass::EnumFeatureCheckSyncPath: enum feature (value = %s) wouldn't be synchable to %s (range error)"),
+    },
+    {
+        "CMivoraKVNPyxenClass::StringFeatureCheckSyncPath: Cannot query the accessibility of %s",
+        NameFormat(
+            "CMivoraKVNPyxenClass::StringFeatureCheckSyncPath: Feature %s cannot be written"),
+        "CMivoraKVNPyxenClass::StringFeatureCheckSyncPath: Feature %s cannot be written",
+        // The words of the enumeration are kept on purpose.
+        RefusalLine<const char*>(
+            "CMivoraKVNPyxenClass::StringFeatureCheckSyncPath: enum feature (value = %s) wouldn't be applicable to %s (range error)"),
+        RefusalLine<const char*>(
+            "CMivoraKVNPyxenClass::StringFeatureCheckSyncPath: string feature (value = %s) wouldn't be synchable to %s (range error)"),
+    },
+    {
+        // The float's tag is intended.
+        "CMivoraKVNPyxenClass::FloatFeatureCheckSyncPath: Cannot query the accessibility of %s",
+        NameFormat("CMivoraKVNPyxenClass::FloatFeatureCheckSyncPath: Feature %s cannot be written"),
+        "CMivoraKVNPyxenClass::FloatFeatureCheckSyncPath: Feature %s cannot be written",
+        {},
+        {},
+    },
+}};
 
 } // namespace
 
 /// One walk from a feature to all that depend on it.
 class SyncEngine::PathCheck {
 public:
-    PathCheck(SyncEngine& owner, const ProposedValue& proposed) : engine(owner), value(proposed) {}
+    PathCheck(SyncEngine& owner, const FeatureValue& proposed, const CheckWords& lines)
+        : engine(owner), value(proposed), words(lines) {}
 
     SyncCheckResult Run(FeatureCache* cache, const char* name) {
         result.bufferImpact = IsBufferImpactingFeature(cache, name);
@@ -234,25 +124,39 @@ private:
 
     Verdict Examine(FeatureCache* cache, const char* name, bool own) {
         const std::string path = cache ? cache->GetFeaturePath(name) : "<not available>";
-        PxnBool readable = 0;
-        PxnBool writeable = 0;
+        bool readable = false;
+        bool writable = false;
         // A module without cache is as unknown as one that the SDK does not find.
-        const PxnError code = cache ? engine.api.PxnFeatureAccessQuery(cache->GetHandle(), name,
-                                                                       &readable, &writeable)
+        const PxnError code = cache ? Feature(engine.api, cache->GetHandle(), name, value.Type())
+                                          .Access(readable, writable)
                                     : PxnErrNotFound;
-        if (code != 0) {
-            ReportSdkError(value.AccessErrorText(path.c_str()).c_str(), code, engine.log);
+        if (code != PxnErrSuccess) {
+            ReportSdkError(FormatText(words.accessUnknown, path.c_str()).c_str(), code, engine.log);
             return Refuse(Verdict::kNoAccess, path, "Unknown accessibility");
         }
-        if (!writeable) {
-            value.LogProtected(engine.log, path.c_str(), own);
+        if (!writable) {
+            LogProtected(path.c_str(), own);
             return Refuse(Verdict::kNoAccess, path, "Write protected");
         }
-        if (!value.IsInRange(engine.api, *cache, name)) {
-            value.LogOutOfRange(engine.log, path.c_str(), own);
+        if (!engine.api.IsInRange(cache->GetHandle(), cache->GetModuleName(), name, value)) {
+            value.Show("", "", [&](auto shown) {
+                engine.log.Error(std::get<RefusalLine<decltype(shown)>>(
+                                     own ? words.ownOutOfRange : words.otherOutOfRange),
+                                 shown, path.c_str());
+            });
             return Refuse(Verdict::kOutOfRange, path, "Out of range");
         }
         return Verdict::kAccepted;
+    }
+
+    void LogProtected(const char* path, bool own) const {
+        if (!own) {
+            engine.log.Error(words.otherProtected, path);
+        } else if (const auto* line = std::get_if<NameFormat>(&words.ownProtected)) {
+            engine.log.Error(*line, path);
+        } else {
+            engine.log.Error(std::get<LogFormat<>>(words.ownProtected));
+        }
     }
 
     Verdict Refuse(Verdict verdict, const std::string& path, const char* reason) {
@@ -262,36 +166,42 @@ private:
     }
 
     SyncEngine& engine;
-    const ProposedValue& value;
+    const FeatureValue& value;
+    const CheckWords& words;
     SyncCheckResult result = Unexplained();
 };
 
+SyncCheckResult SyncEngine::CheckSyncPath(FeatureCache* cache, const char* name,
+                                          const FeatureValue& value) {
+    return NoThrow(PathCheck::Unexplained(), [&] {
+        const CheckWords* const words = kCheckWords.Find(value.Type());
+        return words ? PathCheck(*this, value, *words).Run(cache, name)
+                     : SyncCheckResult{true, "", "", IsBufferImpactingFeature(cache, name)};
+    });
+}
+
 SyncCheckResult SyncEngine::IntFeatureCheckSyncPath(FeatureCache* cache, const char* name,
                                                     std::int64_t value) {
-    return NoThrow(PathCheck::Unexplained(),
-                   [&] { return PathCheck(*this, ProposedInt(value)).Run(cache, name); });
+    return CheckSyncPath(cache, name, value);
 }
 
 SyncCheckResult SyncEngine::FloatFeatureCheckSyncPath(FeatureCache* cache, const char* name,
                                                       double value) {
-    return NoThrow(PathCheck::Unexplained(),
-                   [&] { return PathCheck(*this, ProposedFloat(value)).Run(cache, name); });
+    return CheckSyncPath(cache, name, value);
 }
 
 SyncCheckResult SyncEngine::EnumFeatureCheckSyncPath(FeatureCache* cache, const char* name,
                                                      const char* value) {
-    return NoThrow(PathCheck::Unexplained(),
-                   [&] { return PathCheck(*this, ProposedEnum(value)).Run(cache, name); });
+    return CheckSyncPath(cache, name, EnumEntry{value});
 }
 
 SyncCheckResult SyncEngine::StringFeatureCheckSyncPath(FeatureCache* cache, const char* name,
                                                        const char* value) {
     return NoThrow(PathCheck::Unexplained(),
-                   [&] { return PathCheck(*this, ProposedString(value)).Run(cache, name); });
+                   [&] { return CheckSyncPath(cache, name, std::string(value)); });
 }
 
 SyncCheckResult SyncEngine::BoolFeatureCheckSyncPath(FeatureCache* cache, const char* name,
-                                                     [[maybe_unused]] bool value) {
-    return NoThrow(PathCheck::Unexplained(),
-                   [&] { return PathCheck(*this, ProposedBool()).Run(cache, name); });
+                                                     bool value) {
+    return CheckSyncPath(cache, name, value);
 }

@@ -9,8 +9,47 @@
 
 #include <algorithm>
 #include <cstring>
+#include <variant>
 
 namespace {
+
+template <typename Shown>
+using PrintLine = LogFormat<const char*, Shown>; // name, value
+
+/// The lines about a feature of a type with a value, whose name they all take.
+struct PrintWords {
+    NameFormat notReadable;
+    NameFormat readFailed;
+    std::variant<PrintLine<std::int64_t>, PrintLine<double>, PrintLine<const char*>> value;
+};
+
+constexpr TypeTable<PrintWords> kPrintWords = {{
+    {" %s (int64) is not readable", " Can't retrieve attribute %s (int64)",
+     PrintLine<std::int64_t>(" %s (int64) = %I64d")},
+    {" %s (float) is not readable", " Can't retrieve attribute %s (double)",
+     PrintLine<double>(" %s (float) = %lf")},
+    // Without a leading blank; that is intended.
+    {" %s (enum) is not readable", "Can't retrieve attribute %s (enum)",
+     PrintLine<const char*>(" %s (enum) = %s")},
+    {" %s (string) is not readable", " Can't retrieve attribute %s (string)",
+     PrintLine<const char*>(" %s (string) = %s")},
+    {" %s (bool) is not readable", " Can't retrieve attribute %s (bool)",
+     PrintLine<const char*>(" %s (bool) = %s")},
+}};
+
+/// The line about a feature of a type without a value.
+NameFormat LineWithoutValue(FeatureType type) {
+    switch (type) {
+    case FeatureType::kCommand:
+        return " %s is a command";
+    case FeatureType::kBytes:
+        return " %s has raw data type";
+    case FeatureType::kNone:
+        return " %s has no data";
+    default:
+        return "%s has an unknown datatype"; // without a leading blank; that is intended
+    }
+}
 
 constexpr PxnFeatureInfo kNoFeature = {"", "", "", "", "", "", "", "", PxnFeatureDataUnknown,
                                        0,  0,  0,  0,  0};
@@ -93,91 +132,28 @@ void FeatureCache::PrintParameters() const {
             return true;
         }
         for (std::uint32_t index = 0; index < count; ++index) {
-            PrintFeature(features[index]);
+            PrintFeature(GetFeature(features[index]));
         }
         return true;
     });
 }
 
-void FeatureCache::PrintFeature(const PxnFeatureInfo& feature) const {
-    const char* const name = feature.name;
-    PxnBool readable = 0;
-    PxnBool writeable = 0;
-    if (api->PxnFeatureAccessQuery(handle, name, &readable, &writeable) != PxnErrSuccess) {
-        readable = 0;
-    }
-    const auto report = [this, name](NameFormat format, PxnError result) {
-        ReportSdkError(FormatText(format, name).c_str(), result, log);
-    };
-    switch (feature.featureDataType) {
-    case PxnFeatureDataInt: {
-        std::int64_t value = 0;
-        if (!readable) {
-            log.Information(" %s (int64) is not readable", name);
-        } else if (const PxnError result = api->PxnFeatureIntGet(handle, name, &value)) {
-            report(" Can't retrieve attribute %s (int64)", result);
-        } else {
-            log.Information(" %s (int64) = %I64d", name, value);
-        }
-        break;
-    }
-    case PxnFeatureDataFloat: {
-        double value = 0;
-        if (!readable) {
-            log.Information(" %s (float) is not readable", name);
-        } else if (const PxnError result = api->PxnFeatureFloatGet(handle, name, &value)) {
-            report(" Can't retrieve attribute %s (double)", result);
-        } else {
-            log.Information(" %s (float) = %lf", name, value);
-        }
-        break;
-    }
-    case PxnFeatureDataEnum: {
-        const char* value = nullptr;
-        if (!readable) {
-            log.Information(" %s (enum) is not readable", name);
-        } else if (const PxnError result = api->PxnFeatureEnumGet(handle, name, &value)) {
-            // Without a leading blank; that is intended.
-            report("Can't retrieve attribute %s (enum)", result);
-        } else {
-            log.Information(" %s (enum) = %s", name, value);
-        }
-        break;
-    }
-    case PxnFeatureDataString: {
-        std::string value;
-        if (!readable) {
-            log.Information(" %s (string) is not readable", name);
-        } else if (const PxnError result = api->GetStringFeature(handle, name, value)) {
-            report(" Can't retrieve attribute %s (string)", result);
-        } else {
-            log.Information(" %s (string) = %s", name, value.c_str());
-        }
-        break;
-    }
-    case PxnFeatureDataBool: {
-        PxnBool value = 0;
-        if (!readable) {
-            log.Information(" %s (bool) is not readable", name);
-        } else if (const PxnError result = api->PxnFeatureBoolGet(handle, name, &value)) {
-            report(" Can't retrieve attribute %s (bool)", result);
-        } else {
-            log.Information(" %s (bool) = %s", name, value ? "On" : "Off");
-        }
-        break;
-    }
-    case PxnFeatureDataCommand:
-        log.Information(" %s is a command", name);
-        break;
-    case PxnFeatureDataRaw:
-        log.Information(" %s has raw data type", name);
-        break;
-    case PxnFeatureDataNone:
-        log.Information(" %s has no data", name);
-        break;
-    default:
-        // Without a leading blank; that is intended.
-        log.Information("%s has an unknown datatype", name);
-        break;
+void FeatureCache::PrintFeature(const Feature& feature) const {
+    const char* const name = feature.Name();
+    bool readable = false;
+    bool writable = false;
+    feature.Access(readable, writable);
+    const PrintWords* const words = kPrintWords.Find(feature.Type());
+    FeatureValue value;
+    if (!words) {
+        log.Information(LineWithoutValue(feature.Type()), name);
+    } else if (!readable) {
+        log.Information(words->notReadable, name);
+    } else if (const PxnError result = feature.Read(value)) {
+        ReportSdkError(FormatText(words->readFailed, name).c_str(), result, log);
+    } else {
+        value.Show("Off", "On", [&](auto shown) {
+            log.Information(std::get<PrintLine<decltype(shown)>>(words->value), name, shown);
+        });
     }
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "pxnc.h"
+#include "sdk/feature.h"
 #include "sdk/logger.h"
 #include "sdk/malloc_array.h"
 
@@ -38,13 +39,17 @@ public:
 
     /// The first record whose name equals `name` byte for byte, or null.
     const PxnFeatureInfo* Find(const char* name) const;
+    /// The feature of a record of this module, for as long as the record and the SDK stay.
+    Feature GetFeature(const PxnFeatureInfo& record) const {
+        return {*api, handle, record.name, static_cast<FeatureType>(record.featureDataType)};
+    }
     /// "/", module name, category, "/", feature name; "<not available>" when it is not here.
     std::string GetFeaturePath(const char* name) const;
     /// Writes every feature with its current value to the log.
     void PrintParameters() const;
 
 private:
-    void PrintFeature(const PxnFeatureInfo& feature) const;
+    void PrintFeature(const Feature& feature) const;
 
     // Atomic: events on SDK threads look modules up while the host's thread opens a camera.
     std::atomic<const char*> moduleName{nullptr};

@@ -1,7 +1,7 @@
 // sync_engine.h - keeps dependent features of the open camera's modules in agreement
 #pragma once
 
-#include "pxnc.h"
+#include "sdk/feature_value.h"
 #include "sdk/logger.h"
 
 #include <cstdint>
@@ -37,6 +37,10 @@ public:
     /// Applies the dependencies of one feature; 1 when all succeeded or there are none.
     int SyncDependentFeatures(FeatureCache* cache, const char* featureName, bool onlyIfDifferent);
 
+    /// Whether a feature and all that depend on it take the value, which decides the range test for
+    /// all of them. Bytes are not checked and pass.
+    SyncCheckResult CheckSyncPath(FeatureCache* cache, const char* name, const FeatureValue& value);
+    // The same for one type each.
     SyncCheckResult IntFeatureCheckSyncPath(FeatureCache* cache, const char* name,
                                             std::int64_t value);
     SyncCheckResult FloatFeatureCheckSyncPath(FeatureCache* cache, const char* name, double value);

@@ -6,8 +6,6 @@
 
 namespace {
 
-using scripted::Feature;
-
 const std::string kClass = "CMivoraKVNPyxenClass::";
 const std::string kOwn = "/Camera/Scripted/Own";
 const std::string kFirst = "/Localdevice/Scripted/First";
@@ -18,8 +16,8 @@ const std::string kIo = ": Low level IO error in transport layer";
 /// (%s for the path). What is about ranges is empty for booleans.
 struct Member {
     const char* name;
-    Feature fits;
-    Feature refuses; // its range excludes the value
+    scripted::Feature fits;
+    scripted::Feature refuses; // its range excludes the value
     std::function<SyncCheckResult(SyncEngine&, FeatureCache*, const char*)> check;
     std::string ownProtected; // with %s for the path
     std::string protectedText;
@@ -150,7 +148,8 @@ protected:
         }
     }
 
-    static Feature& Put(scripted::Module& module, const char* name, Feature feature) {
+    static scripted::Feature& Put(scripted::Module& module, const char* name,
+                                  scripted::Feature feature) {
         feature.name = name;
         return module.Put(std::move(feature));
     }

@@ -5,8 +5,6 @@
 
 namespace {
 
-using scripted::Feature;
-
 const std::string kNoList = "CMivoraKVNPyxenClass::PrintParameters: Could not get feature list";
 
 class FeatureCacheTest : public LoadedApi {
@@ -14,7 +12,7 @@ protected:
     scripted::Camera& Camera() { return sdk.Data().cameras[0]; }
     bool Init(const char* name = "Camera") { return cache.Init(name, &api, camera, &sink); }
     // The lines of PrintParameters for a module with these features alone.
-    Texts Print(const std::vector<Feature>& features) {
+    Texts Print(const std::vector<scripted::Feature>& features) {
         Camera().features = features;
         EXPECT_TRUE(Init());
         sink.Take();
@@ -27,7 +25,7 @@ protected:
     FeatureCache cache;
 };
 
-Feature Unreadable(Feature feature) {
+scripted::Feature Unreadable(scripted::Feature feature) {
     feature.readable = false;
     return feature;
 }
@@ -155,7 +153,7 @@ TEST_F(FeatureCacheTest, ClearForgetsListNameAndAccess) {
 }
 
 TEST_F(FeatureCacheTest, FindComparesEveryByteAndTakesTheFirst) {
-    Feature second = scripted::IntFeature("Width", 2, 0, 9);
+    scripted::Feature second = scripted::IntFeature("Width", 2, 0, 9);
     second.category = "/Second";
     Camera().features = {scripted::IntFeature("width", 1, 0, 9),
                          scripted::IntFeature("Width", 1, 0, 9), second};
@@ -194,13 +192,13 @@ TEST_F(FeatureCacheTest, PathIsModuleCategoryAndName) {
 }
 
 TEST_F(FeatureCacheTest, PrintWritesEveryFeatureWithItsValue) {
-    Feature nothing;
+    scripted::Feature nothing;
     nothing.name = "Root";
     nothing.type = PxnFeatureDataNone;
-    Feature odd;
+    scripted::Feature odd;
     odd.name = "Odd";
     odd.type = 9;
-    Feature unknown;
+    scripted::Feature unknown;
     unknown.name = "Unknown";
     unknown.type = PxnFeatureDataUnknown;
     EXPECT_EQ(Print({scripted::IntFeature("Width", 640, 0, 2048),
@@ -230,12 +228,13 @@ TEST_F(FeatureCacheTest, PrintAsksForTheAccessOfEveryFeatureBeforeReadingIt) {
 }
 
 TEST_F(FeatureCacheTest, PrintNamesWhatIsNotReadable) {
-    const std::vector<Feature> features = {Unreadable(scripted::IntFeature("A", 1, 0, 9)),
-                                           Unreadable(scripted::FloatFeature("B", 1, 0, 9)),
-                                           Unreadable(scripted::EnumFeature("C", "x", {})),
-                                           Unreadable(scripted::StringFeature("D", "x")),
-                                           Unreadable(scripted::BoolFeature("E", true)),
-                                           Unreadable(scripted::CommandFeature("F"))};
+    const std::vector<scripted::Feature> features = {
+        Unreadable(scripted::IntFeature("A", 1, 0, 9)),
+        Unreadable(scripted::FloatFeature("B", 1, 0, 9)),
+        Unreadable(scripted::EnumFeature("C", "x", {})),
+        Unreadable(scripted::StringFeature("D", "x")),
+        Unreadable(scripted::BoolFeature("E", true)),
+        Unreadable(scripted::CommandFeature("F"))};
     const Texts expected = {"1 Camera features:",
                             "1  A (int64) is not readable",
                             "1  B (float) is not readable",

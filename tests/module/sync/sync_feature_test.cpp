@@ -8,7 +8,6 @@ namespace {
 
 using scripted::BoolFeature;
 using scripted::EnumFeature;
-using scripted::Feature;
 using scripted::FloatFeature;
 using scripted::IntFeature;
 using scripted::StringFeature;
@@ -21,7 +20,7 @@ const std::string kAccessCalls[] = {"PxnFeatureAccessQuery(camera0, \"Source\")"
 
 class SyncFeatureTest : public EngineFixture {
 protected:
-    void Put(Feature source, Feature target) {
+    void Put(scripted::Feature source, scripted::Feature target) {
         source.name = "Source";
         target.name = "Target";
         Camera().Put(std::move(source));
@@ -134,7 +133,7 @@ TEST_F(SyncFeatureTest, AnAccessThatComesWithAFailureCountsAsNone) {
 TEST_F(SyncFeatureTest, NeverSynchronisesOtherTypes) {
     for (const std::uint32_t type :
          {PxnFeatureDataUnknown, PxnFeatureDataCommand, PxnFeatureDataRaw, PxnFeatureDataNone}) {
-        Feature feature = IntFeature("", 1, 0, 9);
+        scripted::Feature feature = IntFeature("", 1, 0, 9);
         feature.type = type;
         Put(feature, feature);
         EXPECT_EQ(Sync(false), 0);

@@ -6,8 +6,6 @@
 
 namespace {
 
-using scripted::Feature;
-
 class FeatureTreeRows : public LoadedApi {
 protected:
     void SetUp() override {
@@ -16,7 +14,7 @@ protected:
     }
 
     scripted::Module& Camera() { return sdk.Data().cameras[0]; }
-    void Put(Feature feature, const std::string& category) {
+    void Put(scripted::Feature feature, const std::string& category) {
         feature.category = category;
         Camera().features.push_back(std::move(feature));
     }
@@ -111,7 +109,7 @@ TEST_F(FeatureTreeRows, OutliveTheCache) {
 
 class ValueTexts : public FeatureTreeRows {
 protected:
-    std::string ValueOf(Feature feature) {
+    std::string ValueOf(scripted::Feature feature) {
         Camera().features = {feature};
         PxnFeatureInfo info{};
         info.name = "It";
@@ -131,7 +129,7 @@ TEST_F(ValueTexts, FollowTheType) {
     EXPECT_EQ(ValueOf(scripted::BoolFeature("It", false)), "False");
     EXPECT_EQ(ValueOf(scripted::CommandFeature("It")), "<Press button below to execute>");
     EXPECT_EQ(ValueOf(scripted::RawFeature("It", {'x'})), "<unsupported>");
-    Feature other = scripted::IntFeature("It", 1, 0, 2);
+    scripted::Feature other = scripted::IntFeature("It", 1, 0, 2);
     other.type = PxnFeatureDataUnknown;
     EXPECT_EQ(ValueOf(other), "<unavailable>");
     other.type = PxnFeatureDataNone;
@@ -141,7 +139,7 @@ TEST_F(ValueTexts, FollowTheType) {
 }
 
 TEST_F(ValueTexts, SayThatAValueCannotBeRead) {
-    for (Feature feature :
+    for (scripted::Feature feature :
          {scripted::IntFeature("It", 1, 0, 2), scripted::FloatFeature("It", 1, 0, 2),
           scripted::EnumFeature("It", "One", {{.name = "One"}}), scripted::StringFeature("It", "x"),
           scripted::BoolFeature("It", true)}) {
