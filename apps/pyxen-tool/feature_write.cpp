@@ -5,9 +5,9 @@
 #include "apps/common/hex_bytes.h"
 #include "apps/common/parse_number.h"
 #include "apps/pyxen-tool/sdk_failure.h"
-#include "grabber/mivora_kvn_pyxen_class.h"
 #include "platform/sleep.h"
 #include "platform/text.h"
+#include "sync/feature_writer.h"
 
 #include <cstdint>
 #include <optional>
@@ -44,18 +44,18 @@ FeatureValue Require(const std::optional<T>& value, const FeatureAccess& feature
 } // namespace
 
 FeatureValue ParseFeatureValue(const FeatureAccess& feature, const std::string& text) {
-    switch (feature.Info().featureDataType) {
-    case PxnFeatureDataInt:
+    switch (feature.Get().Type()) {
+    case FeatureType::kInteger:
         return Require(ParseSigned(text), feature, text);
-    case PxnFeatureDataFloat:
+    case FeatureType::kFloat:
         return Require(ParseDouble(text), feature, text);
-    case PxnFeatureDataEnum:
+    case FeatureType::kEnumeration:
         return EnumEntry{text.c_str()};
-    case PxnFeatureDataString:
+    case FeatureType::kText:
         return text;
-    case PxnFeatureDataBool:
+    case FeatureType::kBoolean:
         return Require(ParseBool(text), feature, text);
-    case PxnFeatureDataRaw:
+    case FeatureType::kBytes:
         return Require(ParseHex(text), feature, text);
     default:
         throw CommandFailure(feature.Path() + " is of type " + feature.TypeName() +
@@ -63,25 +63,26 @@ FeatureValue ParseFeatureValue(const FeatureAccess& feature, const std::string& 
     }
 }
 
-SyncCheckResult CheckFeatureValue(SyncEngine& engine, const FeatureAccess& feature,
-                                  const FeatureValue& value) {
-    return engine.CheckSyncPath(&feature.Cache(), feature.Info().name, value);
-}
-
-void WriteFeatureValue(const FeatureAccess& feature, const FeatureValue& value) {
-    if (const PxnError error = feature.Get().Write(value)) {
-        throw SdkFailure("writing " + feature.Path(), error);
+void WriteFeatureValue(SyncEngine& engine, const FeatureAccess& feature, FeatureValue value,
+                       const std::string& text) {
+    const WriteOutcome outcome = FeatureWriter(engine).Write(feature.Cache(), feature.Get(), value);
+    if (outcome.step == WriteStep::kRefused) {
+        const std::string& failing = outcome.refusal.failingFeature;
+        const bool isItself = failing == feature.Path();
+        throw CommandFailure(failing + " refuses the value " + text +
+                             (isItself ? "" : ", which follows " + feature.Path()) + ": " +
+                             outcome.refusal.reason);
+    }
+    if (outcome.step == WriteStep::kNotWritten) {
+        throw SdkFailure("writing " + feature.Path(), outcome.error);
     }
 }
 
-void RunFeatureCommand(CMivoraKVNPyxenClass& grabber, const FeatureAccess& feature) {
-    CPyxenAPIAccess& api = grabber.Api();
-    PxnHandle const handle = feature.Cache().GetHandle();
-    const char* const name = feature.Info().name;
-    PxnError error = api.PxnFeatureCommandRun(handle, name);
-    PxnBool done = 0;
+void RunFeatureCommand(const FeatureAccess& feature) {
+    PxnError error = feature.Get().Run();
+    bool done = false;
     for (int i = 0; error == PxnErrSuccess && !done && i < kCommandTries; ++i) {
-        error = api.PxnFeatureCommandIsDone(handle, name, &done);
+        error = feature.Get().IsDone(done);
         if (!done) {
             platform::SleepMs(kCommandRestMs);
         }

@@ -20,23 +20,15 @@ namespace {
 void Set(Session& session, CMivoraKVNPyxenClass& grabber, const std::string& path,
          const std::optional<std::string>& text) {
     const FeatureAccess feature = FeatureAccess::Find(grabber, path);
-    if (feature.Info().featureDataType == PxnFeatureDataCommand && !text) {
-        RunFeatureCommand(grabber, feature);
+    if (feature.Get().Type() == FeatureType::kCommand && !text) {
+        RunFeatureCommand(feature);
         std::printf("%s was executed\n", feature.Path().c_str());
         return;
     }
     if (!text) {
         throw MissingArgument("VALUE");
     }
-    const FeatureValue value = ParseFeatureValue(feature, *text);
-    const SyncCheckResult check = CheckFeatureValue(grabber.Sync(), feature, value);
-    if (!check.ok) {
-        const bool isItself = check.failingFeature == feature.Path();
-        throw CommandFailure(check.failingFeature + " refuses the value " + *text +
-                             (isItself ? "" : ", which follows " + feature.Path()) + ": " +
-                             check.reason);
-    }
-    WriteFeatureValue(feature, value);
+    WriteFeatureValue(grabber.Sync(), feature, ParseFeatureValue(feature, *text), *text);
     session.Log().TakeErrors();
     if (grabber.Sync().SyncDependentFeatures(&feature.Cache(), feature.Info().name, true) != 1) {
         std::string reasons;

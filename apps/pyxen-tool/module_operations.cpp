@@ -71,8 +71,8 @@ void AddSynchronisation(ShellOperations& operations, CMivoraKVNPyxenClass& grabb
         "CheckSyncPath", "MODULE FEATURE VALUE", [&](Text name, Text feature, Text value) {
             try {
                 const FeatureAccess access = FeatureAccess::Find(grabber, name + "/" + feature);
-                const SyncCheckResult result =
-                    CheckFeatureValue(grabber.Sync(), access, ParseFeatureValue(access, value));
+                const SyncCheckResult result = grabber.Sync().CheckSyncPath(
+                    &access.Cache(), access.Get().Name(), ParseFeatureValue(access, value));
                 return ShellAnswer::Number(result.ok)
                     .WithText("feature", result.failingFeature)
                     .WithText("reason", result.reason)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "pxnc.h"
+#include "sdk/feature.h"
 
 #include <string>
 
@@ -17,4 +18,9 @@ struct FeatureLeaf {
     std::string path;              ///< the qualified name
     const char* sdkName = nullptr; ///< the SDK's text, which lasts until its last shutdown
     bool triggersRestart = false;  ///< a change of it invalidates the frame buffers
+
+    /// The row's feature, of the type in `description`, for as long as the leaf stays.
+    Feature In(const CPyxenAPIAccess& api, const PxnFeatureInfo& description) const {
+        return {api, handle, name.c_str(), static_cast<FeatureType>(description.featureDataType)};
+    }
 };

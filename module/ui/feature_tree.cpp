@@ -14,7 +14,7 @@ void FeatureTree::Clear() {
     leavesByName.clear();
 }
 
-void FeatureTree::AddModule(FeatureCache& cache, CPyxenAPIAccess& api) {
+void FeatureTree::AddModule(FeatureCache& cache) {
     const std::uint32_t count = cache.GetFeatureCount();
     if (count == 0 || !cache.GetModuleName()) {
         return;
@@ -35,8 +35,7 @@ void FeatureTree::AddModule(FeatureCache& cache, CPyxenAPIAccess& api) {
         leaf.path = "/" + moduleName + feature.category + "/" + feature.name;
         leaf.sdkName = feature.name;
         leaf.triggersRestart = DoesFeatureTriggerRestart(feature);
-        InsertRow(category,
-                  leaf.name + "\t" + FormatFeatureValue(api, leaf.handle, feature.name, feature),
+        InsertRow(category, leaf.name + "\t" + FormatFeatureValue(cache.GetFeature(feature)),
                   leaves.size());
         leavesByName.try_emplace({leaf.handle, leaf.name}, leaves.size());
         leaves.push_back(std::move(leaf));

@@ -11,8 +11,6 @@
 #include <utility>
 #include <vector>
 
-class CPyxenAPIAccess;
-
 /// Modules, their categories and in these the features, in the order of insertion: a row follows
 /// its parent, and rows of one parent stand in their order. User-interface thread only.
 class FeatureTree {
@@ -26,9 +24,9 @@ public:
     };
 
     void Clear();
-    /// Adds a module with its features and their values as `api` reads them now. A module without
-    /// features is left out.
-    void AddModule(FeatureCache& cache, CPyxenAPIAccess& api);
+    /// Adds a module with its features and their present values, while the SDK is valid. A module
+    /// without features is left out.
+    void AddModule(FeatureCache& cache);
 
     const std::vector<Row>& GetRows() const { return rows; }
     const std::vector<FeatureLeaf>& GetLeaves() const { return leaves; }

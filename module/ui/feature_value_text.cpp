@@ -1,50 +1,37 @@
 // feature_value_text.cpp - the text in the column of values
 #include "ui/feature_value_text.h"
 
-#include "sdk/pyxen_api_access.h"
 #include "ui/value_text.h"
 
-namespace {
-
-constexpr const char* kUnavailable = "<unavailable>";
-
-} // namespace
-
-std::string FormatFeatureValue(CPyxenAPIAccess& api, PxnHandle handle, const char* name,
-                               const PxnFeatureInfo& description) {
-    if (!name) {
+std::string FormatFeatureValue(const Feature& feature) {
+    constexpr const char* kUnavailable = "<unavailable>";
+    if (!feature.Name()) {
         return {};
     }
-    switch (description.featureDataType) {
-    case PxnFeatureDataUnknown:
+    switch (feature.Type()) {
+    case FeatureType::kUnknown:
         return kUnavailable;
-    case PxnFeatureDataInt: {
-        std::int64_t value = 0;
-        return api.PxnFeatureIntGet(handle, name, &value) ? kUnavailable : FormatInteger(value);
-    }
-    case PxnFeatureDataFloat: {
-        double value = 0.0;
-        return api.PxnFeatureFloatGet(handle, name, &value) ? kUnavailable : FormatFloat(value);
-    }
-    case PxnFeatureDataEnum: {
-        const char* value = nullptr;
-        return api.PxnFeatureEnumGet(handle, name, &value) || !value ? kUnavailable : value;
-    }
-    case PxnFeatureDataString: {
-        std::string value;
-        return api.GetStringFeature(handle, name, value) ? kUnavailable : value;
-    }
-    case PxnFeatureDataBool: {
-        PxnBool value = 0;
-        return api.PxnFeatureBoolGet(handle, name, &value) ? kUnavailable
-               : value                                     ? "True"
-                                                           : "False";
-    }
-    case PxnFeatureDataCommand:
+    case FeatureType::kCommand:
         return "<Press button below to execute>";
-    case PxnFeatureDataRaw:
+    case FeatureType::kBytes:
         return "<unsupported>";
     default:
+        break;
+    }
+    if (!HasValue(feature.Type())) {
         return {};
     }
+    FeatureValue value;
+    if (feature.Read(value) != PxnErrSuccess) {
+        return kUnavailable;
+    }
+    return value.Visit(Overloaded{
+        [](std::int64_t number) { return FormatInteger(number); },
+        [](double number) { return FormatFloat(number); },
+        [&](const EnumEntry& entry) { return std::string(entry.name ? entry.name : kUnavailable); },
+        [](const std::string& text) { return text; },
+        [](bool state) { return std::string(state ? "True" : "False"); },
+        [](const FeatureBytes&) {
+            return std::string();
+        }});
 }

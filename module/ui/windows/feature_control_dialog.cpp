@@ -56,8 +56,8 @@ CKVNPyxenFeatureCtrlDialog::CKVNPyxenFeatureCtrlDialog(CMivoraKVNPyxenClass& own
       grabber(owner),
       log(owner.GetLogSink()),
       icon(LoadSmallIcon(IDI_FEATURE_CONTROL)),
-      reader(owner.Api(), log),
-      writer(owner.Api(), owner.Sync(), log),
+      reader(log),
+      writer(owner.Sync()),
       receiver(InvalidationReceiver::Open(
           log,
           [this](std::uint32_t message, PxnHandle handle, const char* name) {

@@ -3,12 +3,12 @@
 
 #include "mivora/cam_cntrl_dlg_base.h"
 #include "sdk/logger.h"
+#include "sync/feature_writer.h"
 #include "ui/buffer_debounce.h"
 #include "ui/dialog_layout.h"
 #include "ui/feature_reader.h"
 #include "ui/feature_registrations.h"
 #include "ui/feature_tree.h"
-#include "ui/feature_writer.h"
 #include "ui/invalidation_receiver.h"
 #include "ui/windows/attr_tree_view.h"
 #include "ui/windows/container_view.h"
@@ -104,19 +104,8 @@ private:
     void RefreshLeaf(std::size_t index);
 
     // the editor
-    std::unique_ptr<CValueView> MakeEditor(const FeatureLeaf& leaf, const RECT& rect);
-    std::unique_ptr<CValueView> MakeIntegerEditor(const FeatureLeaf& leaf, const RECT& rect);
-    std::unique_ptr<CValueView> MakeFloatEditor(const FeatureLeaf& leaf, const RECT& rect);
-    std::unique_ptr<CValueView> MakeEnumEditor(const FeatureLeaf& leaf, const RECT& rect);
-    std::unique_ptr<CValueView> MakeBoolEditor(const FeatureLeaf& leaf, const RECT& rect);
-    std::unique_ptr<CValueView> MakeStringEditor(const FeatureLeaf& leaf, const RECT& rect);
-    std::unique_ptr<CValueView> MakeCommandEditor(const FeatureLeaf& leaf, const RECT& rect);
+    std::unique_ptr<CValueView> MakeEditor(const Feature& feature, const RECT& rect);
     std::optional<WriteOutcome> Commit(std::size_t index);
-    std::optional<WriteOutcome> CommitInteger(const FeatureLeaf& leaf);
-    std::optional<WriteOutcome> CommitFloat(const FeatureLeaf& leaf);
-    std::optional<WriteOutcome> CommitEnum(const FeatureLeaf& leaf);
-    std::optional<WriteOutcome> CommitString(const FeatureLeaf& leaf);
-    std::optional<WriteOutcome> CommitBool(const FeatureLeaf& leaf);
     void RefreshCurrentForm();
 
     CMivoraKVNPyxenClass& grabber;

@@ -10,50 +10,112 @@
 #include "ui/windows/sint_value_view.h"
 #include "ui/windows/string_value_view.h"
 #include "ui/windows/wide_text.h"
+#include "ui/write_report.h"
 
 namespace {
 
 constexpr const char* kBoolOptions[] = {"False", "True"};
 
-const char* BoolText(bool value) {
-    return kBoolOptions[value ? 1 : 0];
-}
+struct EditorWords {
+    NameFormat notMade;
+    NameFormat notFilled;
+};
 
-void LogFailure(Logger log, NameFormat format, const FeatureLeaf& leaf) {
-    log.Error(format, leaf.name.c_str());
-}
+constexpr TypeTable<EditorWords> kEditorWords = {{
+    {"CKVNPyxenFeatureCtrlDialog::AttrSelected: Could create integer view for feature %s",
+     "CKVNPyxenFeatureCtrlDialog::AttrSelected: Could set integer range/value on form for feature %s"},
+    {"CKVNPyxenFeatureCtrlDialog::AttrSelected: Could create float view for feature %s",
+     "CKVNPyxenFeatureCtrlDialog::AttrSelected: Could set float range/value on form for feature %s"},
+    {"CKVNPyxenFeatureCtrlDialog::AttrSelected: Could create enum view for feature %s",
+     "CKVNPyxenFeatureCtrlDialog::AttrSelected: Could set enum range/value on form for feature %s"},
+    {"CKVNPyxenFeatureCtrlDialog::AttrSelected: Could create string view for feature %s",
+     "CKVNPyxenFeatureCtrlDialog::AttrSelected: Could set string to form for feature %s"},
+    {"CKVNPyxenFeatureCtrlDialog::AttrSelected: Could create enum view for boolean feature %s",
+     "CKVNPyxenFeatureCtrlDialog::AttrSelected: Could set boolean range/value on form for feature %s"},
+}};
 
-bool Fill(CSintValueView& view, const IntegerForm& form) {
-    return view.SetRange(form.min, form.max) && view.SetValue(form.value);
-}
-
-bool Fill(CFloatValueView& view, const FloatForm& form) {
-    return view.SetRange(form.min, form.max) && view.SetValue(form.value);
-}
-
-bool Fill(CEnumValueView& view, const EnumForm& form) {
-    return view.SetOptions(form.range.entries.Get(), form.range.count) && form.value &&
-           view.SelectOption(form.value);
-}
-
-bool Fill(CEnumValueView& view, bool value) {
-    return view.SetOptions(kBoolOptions, 2) && view.SelectOption(BoolText(value));
-}
-
-bool Fill(CStringValueView& view, const std::string& text) {
-    return view.SetText(text.c_str());
-}
-
-/// Makes a view for a feature, named but not filled; null when the window could not be made.
-template <class View>
-std::unique_ptr<View> MakeView(CValueView::IObserver* observer, CWnd* parent, const RECT& rect,
-                               const FeatureLeaf& leaf) {
-    auto view = std::make_unique<View>();
-    if (!view->Create(observer, rect, parent)) {
+/// Null for types without an editor.
+std::unique_ptr<CValueView> NewView(FeatureType type) {
+    switch (type) {
+    case FeatureType::kInteger:
+        return std::make_unique<CSintValueView>();
+    case FeatureType::kFloat:
+        return std::make_unique<CFloatValueView>();
+    case FeatureType::kEnumeration:
+    case FeatureType::kBoolean:
+        return std::make_unique<CEnumValueView>();
+    case FeatureType::kText:
+        return std::make_unique<CStringValueView>();
+    case FeatureType::kCommand:
+        return std::make_unique<CCmdValueView>();
+    default:
         return nullptr;
     }
-    view->SetFeatureName(leaf.name.c_str());
-    return view;
+}
+
+/// Shows a value in the editor of its type, after its range where that is given.
+bool ShowValue(CValueView& view, const FeatureValue& value, const FeatureRange* range = nullptr) {
+    const auto select = [&](const char* const* options, std::size_t count, const char* entry) {
+        auto* const form = dynamic_cast<CEnumValueView*>(&view);
+        return form && (!range || form->SetOptions(options, static_cast<std::uint32_t>(count))) &&
+               entry && form->SelectOption(entry);
+    };
+    return value.Visit(Overloaded{
+        [&](std::int64_t number) {
+            auto* const form = dynamic_cast<CSintValueView*>(&view);
+            return form &&
+                   (!range || form->SetRange(range->integers.least, range->integers.most)) &&
+                   form->SetValue(number);
+        },
+        [&](double number) {
+            auto* const form = dynamic_cast<CFloatValueView*>(&view);
+            return form && (!range || form->SetRange(range->floats.least, range->floats.most)) &&
+                   form->SetValue(number);
+        },
+        [&](const EnumEntry& entry) {
+            return select(range ? range->entries.data() : nullptr,
+                          range ? range->entries.size() : 0, entry.name);
+        },
+        [&](bool state) { return select(kBoolOptions, 2, kBoolOptions[state ? 1 : 0]); },
+        [&](const std::string& text) {
+            auto* const form = dynamic_cast<CStringValueView*>(&view);
+            return form && form->SetText(text.c_str());
+        },
+        [](const FeatureBytes&) {
+            return false;
+        }});
+}
+
+template <class View, typename Number>
+std::optional<FeatureValue> TakeNumber(const CValueView* view) {
+    const auto* const form = dynamic_cast<const View*>(view);
+    Number number{};
+    return form && form->GetValue(number) ? std::optional<FeatureValue>(number) : std::nullopt;
+}
+
+/// What the editor of a type holds. An entry's name is stored in `text`.
+std::optional<FeatureValue> TakeValue(const CValueView* view, FeatureType type, std::string& text) {
+    switch (type) {
+    case FeatureType::kInteger:
+        return TakeNumber<CSintValueView, std::int64_t>(view);
+    case FeatureType::kFloat:
+        return TakeNumber<CFloatValueView, double>(view);
+    case FeatureType::kEnumeration:
+    case FeatureType::kBoolean: {
+        const auto* const form = dynamic_cast<const CEnumValueView*>(view);
+        if (!form || !form->GetSelection(text)) {
+            return std::nullopt;
+        }
+        return type == FeatureType::kBoolean ? FeatureValue(text == kBoolOptions[1])
+                                             : FeatureValue(EnumEntry{text.c_str()});
+    }
+    case FeatureType::kText: {
+        const auto* const form = dynamic_cast<const CStringValueView*>(view);
+        return form && form->GetText(text) ? std::optional<FeatureValue>(text) : std::nullopt;
+    }
+    default:
+        return std::nullopt;
+    }
 }
 
 } // namespace
@@ -71,17 +133,21 @@ void CKVNPyxenFeatureCtrlDialog::AttrSelected(HTREEITEM item) {
         return;
     }
     const FeatureLeaf& leaf = tree.GetLeaves()[*currentLeaf];
-    const PxnFeatureInfo* const feature = leaf.cache->Find(leaf.name.c_str());
-    if (!feature) {
+    const PxnFeatureInfo* const info = leaf.cache->Find(leaf.name.c_str());
+    if (!info) {
         log.Error(
             "CKVNPyxenFeatureCtrlDialog::AttrSelected: Feature %s is not in the feature cache %s.",
             leaf.name.c_str(), leaf.moduleName.c_str());
         LayOut();
         return;
     }
-    description = *feature;
-    if (reader.IsWriteable(leaf)) {
-        valueView = MakeEditor(leaf, rect);
+    description = *info;
+    const Feature feature = leaf.In(grabber.Api(), description);
+    bool readable = false;
+    bool writable = false;
+    feature.Access(readable, writable);
+    if (writable) {
+        valueView = MakeEditor(feature, rect);
         if (valueView) {
             valueView->SetUnit(WideText(description.unit ? description.unit : "").c_str());
         } else
@@ -89,7 +155,7 @@ void CKVNPyxenFeatureCtrlDialog::AttrSelected(HTREEITEM item) {
                 "CKVNPyxenFeatureCtrlDialog::AttrSelected: Failed to create attribute edit field");
     }
     std::wstring text = StrictWideText(description.description ? description.description : "");
-    const std::wstring range = WideText(reader.RangeText(leaf, description));
+    const std::wstring range = WideText(reader.RangeText(feature, description.unit));
     if (!text.empty() && !range.empty()) {
         text += L'\n';
     }
@@ -100,152 +166,25 @@ void CKVNPyxenFeatureCtrlDialog::AttrSelected(HTREEITEM item) {
     }
 }
 
-std::unique_ptr<CValueView> CKVNPyxenFeatureCtrlDialog::MakeEditor(const FeatureLeaf& leaf,
+std::unique_ptr<CValueView> CKVNPyxenFeatureCtrlDialog::MakeEditor(const Feature& feature,
                                                                    const RECT& rect) {
-    switch (description.featureDataType) {
-    case PxnFeatureDataInt:
-        return MakeIntegerEditor(leaf, rect);
-    case PxnFeatureDataFloat:
-        return MakeFloatEditor(leaf, rect);
-    case PxnFeatureDataEnum:
-        return MakeEnumEditor(leaf, rect);
-    case PxnFeatureDataBool:
-        return MakeBoolEditor(leaf, rect);
-    case PxnFeatureDataString:
-        return MakeStringEditor(leaf, rect);
-    case PxnFeatureDataCommand:
-        return MakeCommandEditor(leaf, rect);
-    default:
+    const bool isCommand = feature.Type() == FeatureType::kCommand;
+    const std::optional<FeatureForm> form = isCommand ? std::nullopt : reader.ToEdit(feature);
+    if (!form && !isCommand) {
         return nullptr;
     }
-}
-
-std::unique_ptr<CValueView> CKVNPyxenFeatureCtrlDialog::MakeIntegerEditor(const FeatureLeaf& leaf,
-                                                                          const RECT& rect) {
-    const auto form = reader.IntegerToEdit(leaf);
-    if (!form) {
+    const EditorWords* const words = kEditorWords.Find(feature.Type());
+    auto view = NewView(feature.Type());
+    if (!view->Create(this, rect, &container)) {
+        constexpr NameFormat kNoCommand =
+            "CKVNPyxenFeatureCtrlDialog::AttrSelected: Could create command view for feature %s";
+        log.Error(words ? words->notMade : kNoCommand, feature.Name());
         return nullptr;
     }
-    auto view = MakeView<CSintValueView>(this, &container, rect, leaf);
-    if (!view) {
-        LogFailure(
-            log,
-            "CKVNPyxenFeatureCtrlDialog::AttrSelected: Could create integer view for feature %s",
-            leaf);
+    view->SetFeatureName(feature.Name());
+    if (form && !ShowValue(*view, form->value, &form->range)) {
+        log.Error(words->notFilled, feature.Name());
         return nullptr;
-    }
-    if (!Fill(*view, *form)) {
-        LogFailure(
-            log,
-            "CKVNPyxenFeatureCtrlDialog::AttrSelected: Could set integer range/value on form for feature %s",
-            leaf);
-        return nullptr;
-    }
-    return view;
-}
-
-std::unique_ptr<CValueView> CKVNPyxenFeatureCtrlDialog::MakeFloatEditor(const FeatureLeaf& leaf,
-                                                                        const RECT& rect) {
-    const auto form = reader.FloatToEdit(leaf);
-    if (!form) {
-        return nullptr;
-    }
-    auto view = MakeView<CFloatValueView>(this, &container, rect, leaf);
-    if (!view) {
-        LogFailure(
-            log, "CKVNPyxenFeatureCtrlDialog::AttrSelected: Could create float view for feature %s",
-            leaf);
-        return nullptr;
-    }
-    if (!Fill(*view, *form)) {
-        LogFailure(
-            log,
-            "CKVNPyxenFeatureCtrlDialog::AttrSelected: Could set float range/value on form for feature %s",
-            leaf);
-        return nullptr;
-    }
-    return view;
-}
-
-std::unique_ptr<CValueView> CKVNPyxenFeatureCtrlDialog::MakeEnumEditor(const FeatureLeaf& leaf,
-                                                                       const RECT& rect) {
-    const auto form = reader.EnumToEdit(leaf);
-    if (!form) {
-        return nullptr;
-    }
-    auto view = MakeView<CEnumValueView>(this, &container, rect, leaf);
-    if (!view) {
-        LogFailure(
-            log, "CKVNPyxenFeatureCtrlDialog::AttrSelected: Could create enum view for feature %s",
-            leaf);
-        return nullptr;
-    }
-    if (!Fill(*view, *form)) {
-        LogFailure(
-            log,
-            "CKVNPyxenFeatureCtrlDialog::AttrSelected: Could set enum range/value on form for feature %s",
-            leaf);
-        return nullptr;
-    }
-    return view;
-}
-
-std::unique_ptr<CValueView> CKVNPyxenFeatureCtrlDialog::MakeBoolEditor(const FeatureLeaf& leaf,
-                                                                       const RECT& rect) {
-    const auto value = reader.BoolToEdit(leaf);
-    if (!value) {
-        return nullptr;
-    }
-    auto view = MakeView<CEnumValueView>(this, &container, rect, leaf);
-    if (!view) {
-        LogFailure(
-            log,
-            "CKVNPyxenFeatureCtrlDialog::AttrSelected: Could create enum view for boolean feature %s",
-            leaf);
-        return nullptr;
-    }
-    if (!Fill(*view, *value)) {
-        LogFailure(
-            log,
-            "CKVNPyxenFeatureCtrlDialog::AttrSelected: Could set boolean range/value on form for feature %s",
-            leaf);
-        return nullptr;
-    }
-    return view;
-}
-
-std::unique_ptr<CValueView> CKVNPyxenFeatureCtrlDialog::MakeStringEditor(const FeatureLeaf& leaf,
-                                                                         const RECT& rect) {
-    const auto text = reader.StringToEdit(leaf);
-    if (!text) {
-        return nullptr;
-    }
-    auto view = MakeView<CStringValueView>(this, &container, rect, leaf);
-    if (!view) {
-        LogFailure(
-            log,
-            "CKVNPyxenFeatureCtrlDialog::AttrSelected: Could create string view for feature %s",
-            leaf);
-        return nullptr;
-    }
-    if (!Fill(*view, *text)) {
-        LogFailure(
-            log,
-            "CKVNPyxenFeatureCtrlDialog::AttrSelected: Could set string to form for feature %s",
-            leaf);
-        return nullptr;
-    }
-    return view;
-}
-
-std::unique_ptr<CValueView> CKVNPyxenFeatureCtrlDialog::MakeCommandEditor(const FeatureLeaf& leaf,
-                                                                          const RECT& rect) {
-    auto view = MakeView<CCmdValueView>(this, &container, rect, leaf);
-    if (!view) {
-        LogFailure(
-            log,
-            "CKVNPyxenFeatureCtrlDialog::AttrSelected: Could create command view for feature %s",
-            leaf);
     }
     return view;
 }
@@ -265,10 +204,10 @@ void CKVNPyxenFeatureCtrlDialog::OnValueChanged(bool accepted) {
         return;
     }
     const auto outcome = Commit(*currentLeaf);
-    if (!outcome || outcome->written) {
+    if (!outcome || outcome->step == WriteStep::kDone) {
         return;
     }
-    const BoxText box = FeatureWriter::FailureBox(leaf, *outcome);
+    const BoxText box = FailureBox(leaf.name, *outcome);
     // The host may end the dialog while the box runs its message loop.
     const std::weak_ptr<InvalidationReceiver> alive = receiver;
     GrabberDialogs::ShowMessage(m_hWnd, box.text.c_str(), box.caption.c_str(), true, log);
@@ -279,101 +218,30 @@ void CKVNPyxenFeatureCtrlDialog::OnValueChanged(bool accepted) {
 
 std::optional<WriteOutcome> CKVNPyxenFeatureCtrlDialog::Commit(std::size_t index) {
     const FeatureLeaf leaf = tree.GetLeaves()[index];
-    const auto refreshed = [&](std::optional<WriteOutcome> outcome) {
-        // The row of an enumeration is read anew also after a failed write.
-        const bool refresh =
-            outcome && (outcome->written ||
-                        (description.featureDataType == PxnFeatureDataEnum && !outcome->refusal));
-        if (refresh) {
-            RefreshLeaf(index);
-        }
+    const Feature feature = leaf.In(grabber.Api(), description);
+    WriteOutcome outcome;
+    if (feature.Type() == FeatureType::kCommand) {
+        outcome.error = feature.Run();
+        outcome.step = outcome.error ? WriteStep::kNotWritten : WriteStep::kDone;
+        ReportWrite(feature, outcome, log);
         return outcome;
-    };
-    switch (description.featureDataType) {
-    case PxnFeatureDataInt:
-        return refreshed(CommitInteger(leaf));
-    case PxnFeatureDataFloat:
-        return refreshed(CommitFloat(leaf));
-    case PxnFeatureDataEnum:
-        return refreshed(CommitEnum(leaf));
-    case PxnFeatureDataString:
-        return refreshed(CommitString(leaf));
-    case PxnFeatureDataBool:
-        return refreshed(CommitBool(leaf));
-    case PxnFeatureDataCommand:
-        return writer.RunCommand(leaf);
-    default:
+    }
+    std::string text;
+    std::optional<FeatureValue> value = TakeValue(valueView.get(), feature.Type(), text);
+    if (!value) {
+        ReportNoValue(feature.Type(), log);
         return std::nullopt;
     }
-}
-
-std::optional<WriteOutcome> CKVNPyxenFeatureCtrlDialog::CommitInteger(const FeatureLeaf& leaf) {
-    auto* const form = dynamic_cast<CSintValueView*>(valueView.get());
-    std::int64_t value = 0;
-    if (!form || !form->GetValue(value)) {
-        log.Error("Failed to get the integer value from the form");
-        return std::nullopt;
+    outcome = writer.Write(*leaf.cache, feature, *value);
+    ReportWrite(feature, outcome, log);
+    const bool done = outcome.step == WriteStep::kDone;
+    if (done) {
+        ShowValue(*valueView, *value);
     }
-    const WriteOutcome outcome = writer.WriteInteger(leaf, value);
-    if (outcome.written) {
-        form->SetValue(value);
-    }
-    return outcome;
-}
-
-std::optional<WriteOutcome> CKVNPyxenFeatureCtrlDialog::CommitFloat(const FeatureLeaf& leaf) {
-    auto* const form = dynamic_cast<CFloatValueView*>(valueView.get());
-    double value = 0.0;
-    if (!form || !form->GetValue(value)) {
-        log.Error("Failed to get the float32 value from the form");
-        return std::nullopt;
-    }
-    const WriteOutcome outcome = writer.WriteFloat(leaf, value);
-    if (outcome.written) {
-        form->SetValue(value);
-    }
-    return outcome;
-}
-
-std::optional<WriteOutcome> CKVNPyxenFeatureCtrlDialog::CommitEnum(const FeatureLeaf& leaf) {
-    auto* const form = dynamic_cast<CEnumValueView*>(valueView.get());
-    std::string value;
-    if (!form || !form->GetSelection(value)) {
-        log.Error("Failed to get the enum value from the form");
-        return std::nullopt;
-    }
-    const WriteOutcome outcome = writer.WriteEnum(leaf, value);
-    if (outcome.written) {
-        form->SelectOption(value.c_str());
-    }
-    return outcome;
-}
-
-std::optional<WriteOutcome> CKVNPyxenFeatureCtrlDialog::CommitString(const FeatureLeaf& leaf) {
-    auto* const form = dynamic_cast<CStringValueView*>(valueView.get());
-    std::string value;
-    if (!form || !form->GetText(value)) {
-        log.Error("Failed to get the string value from the form");
-        return std::nullopt;
-    }
-    const WriteOutcome outcome = writer.WriteString(leaf, value);
-    if (outcome.written) {
-        form->SetText(value.c_str());
-    }
-    return outcome;
-}
-
-std::optional<WriteOutcome> CKVNPyxenFeatureCtrlDialog::CommitBool(const FeatureLeaf& leaf) {
-    auto* const form = dynamic_cast<CEnumValueView*>(valueView.get());
-    std::string entry;
-    if (!form || !form->GetSelection(entry)) {
-        log.Error("Failed to get the boolean value from the form");
-        return std::nullopt;
-    }
-    bool value = entry == BoolText(true);
-    const WriteOutcome outcome = writer.WriteBool(leaf, value);
-    if (outcome.written) {
-        form->SelectOption(BoolText(value));
+    // The row of an enumeration is read anew also after a failed write.
+    if (done ||
+        (feature.Type() == FeatureType::kEnumeration && outcome.step != WriteStep::kRefused)) {
+        RefreshLeaf(index);
     }
     return outcome;
 }
@@ -386,29 +254,7 @@ void CKVNPyxenFeatureCtrlDialog::RefreshCurrentForm() {
         return;
     }
     const FeatureLeaf& leaf = tree.GetLeaves()[*currentLeaf];
-    const auto refresh = [](auto* editor, const auto& form) {
-        if (editor && form) {
-            Fill(*editor, *form);
-        }
-    };
-    CValueView* const view = valueView.get();
-    switch (description.featureDataType) {
-    case PxnFeatureDataInt:
-        refresh(dynamic_cast<CSintValueView*>(view), reader.IntegerToRefresh(leaf));
-        break;
-    case PxnFeatureDataFloat:
-        refresh(dynamic_cast<CFloatValueView*>(view), reader.FloatToRefresh(leaf));
-        break;
-    case PxnFeatureDataEnum:
-        refresh(dynamic_cast<CEnumValueView*>(view), reader.EnumToRefresh(leaf));
-        break;
-    case PxnFeatureDataString:
-        refresh(dynamic_cast<CStringValueView*>(view), reader.StringToRefresh(leaf));
-        break;
-    case PxnFeatureDataBool:
-        refresh(dynamic_cast<CEnumValueView*>(view), reader.BoolToRefresh(leaf));
-        break;
-    default:
-        break;
+    if (const auto form = reader.ToRefresh(leaf.In(grabber.Api(), description))) {
+        ShowValue(*valueView, form->value, &form->range);
     }
 }

@@ -67,7 +67,7 @@ void CKVNPyxenFeatureCtrlDialog::BuildFeatureTree() {
     tree.Clear();
     leafItems.clear();
     for (uint32_t index = 0; index < grabber.GetNumFeatureCaches(); ++index) {
-        tree.AddModule(*grabber.GetFeatureCache(index), grabber.Api());
+        tree.AddModule(*grabber.GetFeatureCache(index));
     }
     const WithoutRedraw quiet(Tree());
     const HTREEITEM root = Tree().GetRootItem();
@@ -134,8 +134,7 @@ void CKVNPyxenFeatureCtrlDialog::RefreshLeaf(std::size_t index) {
         return;
     }
     const std::string text =
-        leaf.name + "\t" +
-        FormatFeatureValue(grabber.Api(), leaf.handle, leaf.name.c_str(), *feature);
+        leaf.name + "\t" + FormatFeatureValue(leaf.In(grabber.Api(), *feature));
     Tree().SetItemText(leafItems[index], WideText(text).c_str());
 }
 

@@ -20,7 +20,7 @@ protected:
     }
     void Fill() {
         ASSERT_TRUE(cache.Init("Camera", &api, scripted::CameraHandle(), &sink));
-        tree.AddModule(cache, api);
+        tree.AddModule(cache);
     }
     /// Each row as its text below its parents', without the values.
     Texts Paths() {
@@ -83,7 +83,7 @@ TEST_F(FeatureTreeRows, AreNoneForAModuleWithoutFeatures) {
     Fill();
     EXPECT_TRUE(tree.GetRows().empty());
     FeatureCache empty;
-    tree.AddModule(empty, api);
+    tree.AddModule(empty);
     EXPECT_TRUE(tree.GetRows().empty());
 }
 
@@ -111,10 +111,8 @@ class ValueTexts : public FeatureTreeRows {
 protected:
     std::string ValueOf(scripted::Feature feature) {
         Camera().features = {feature};
-        PxnFeatureInfo info{};
-        info.name = "It";
-        info.featureDataType = feature.type;
-        return FormatFeatureValue(api, scripted::CameraHandle(), feature.name.c_str(), info);
+        return FormatFeatureValue({api, scripted::CameraHandle(), feature.name.c_str(),
+                                   static_cast<FeatureType>(feature.type)});
     }
 };
 
@@ -149,9 +147,8 @@ TEST_F(ValueTexts, SayThatAValueCannotBeRead) {
 }
 
 TEST_F(ValueTexts, AreEmptyWithoutAName) {
-    PxnFeatureInfo info{};
-    info.featureDataType = PxnFeatureDataInt;
-    EXPECT_EQ(FormatFeatureValue(api, scripted::CameraHandle(), nullptr, info), "");
+    EXPECT_EQ(FormatFeatureValue({api, scripted::CameraHandle(), nullptr, FeatureType::kInteger}),
+              "");
     EXPECT_EQ(Texts{}, sdk.Calls());
 }
 

@@ -1,4 +1,4 @@
-// What the feature control dialog reads when there is no memory for it.
+// out_of_memory_posix_test.cpp - what the feature control dialog reads when there is no memory
 #include "tests/module/sdk/loaded_api.h"
 #include "tests/support/allocations/failing_allocations.h"
 #include "ui/feature_reader.h"
@@ -20,8 +20,6 @@ protected:
             *filled = 100;
             return buffer ? PxnErrInternalFault : PxnErrSuccess;
         };
-        leaf.handle = scripted::CameraHandle();
-        leaf.name = "It";
     }
 
     /// The lines of `operation`, whose first allocation is refused.
@@ -33,38 +31,38 @@ protected:
         return sink.Take();
     }
 
-    FeatureLeaf leaf;
-    FeatureReader reader{api, &sink};
+    Feature It(FeatureType type) { return {api, scripted::CameraHandle(), "It", type}; }
+
+    FeatureReader reader{&sink};
     const std::string tag = "0 CKVNPyxenFeatureCtrlDialog::";
     const std::string noEntries = tag + "GetEnumRange: Could not allocate memory for enum entries";
 };
 
 TEST_F(ReaderOutOfMemory, CannotListTheEntriesOfAnEnumeration) {
-    EnumRange range;
-    EXPECT_EQ(LinesOf([&] { EXPECT_FALSE(reader.GetEnumRange(leaf.handle, "It", true, range)); }),
+    FeatureRange range;
+    const Feature it = It(FeatureType::kEnumeration);
+    EXPECT_EQ(LinesOf([&] { EXPECT_FALSE(reader.GetEnumRange(it, true, range)); }),
               (Texts{noEntries}));
-    EXPECT_EQ(range.count, 0u);
+    EXPECT_TRUE(range.entries.empty());
 }
 
 TEST_F(ReaderOutOfMemory, TreatsThatAsAFailedRead) {
-    PxnFeatureInfo description{};
-    description.featureDataType = PxnFeatureDataEnum;
+    const Feature it = It(FeatureType::kEnumeration);
     const std::string cannotEdit = tag + "AttrSelected: Could not query range of enum It";
-    EXPECT_EQ(LinesOf([&] { EXPECT_FALSE(reader.EnumToEdit(leaf)); }),
+    EXPECT_EQ(LinesOf([&] { EXPECT_FALSE(reader.ToEdit(it)); }), (Texts{noEntries, cannotEdit}));
+    EXPECT_EQ(LinesOf([&] { EXPECT_EQ(reader.RangeText(it, ""), ""); }),
               (Texts{noEntries, cannotEdit}));
-    EXPECT_EQ(LinesOf([&] { EXPECT_EQ(reader.RangeText(leaf, description), ""); }),
-              (Texts{noEntries, cannotEdit}));
-    EXPECT_EQ(LinesOf([&] { EXPECT_FALSE(reader.EnumToRefresh(leaf)); }),
+    EXPECT_EQ(LinesOf([&] { EXPECT_FALSE(reader.ToRefresh(it)); }),
               (Texts{noEntries, tag + "RefreshCurrentForm: Could not query range of enum It"}));
 }
 
 TEST_F(ReaderOutOfMemory, CannotEditAText) {
-    EXPECT_EQ(LinesOf([&] { EXPECT_FALSE(reader.StringToEdit(leaf)); }),
+    EXPECT_EQ(LinesOf([&] { EXPECT_FALSE(reader.ToEdit(It(FeatureType::kText))); }),
               (Texts{tag + "AttrSelected: Could not allocate memory for string It"}));
 }
 
 TEST_F(ReaderOutOfMemory, CannotRefreshAText) {
-    EXPECT_EQ(LinesOf([&] { EXPECT_FALSE(reader.StringToRefresh(leaf)); }),
+    EXPECT_EQ(LinesOf([&] { EXPECT_FALSE(reader.ToRefresh(It(FeatureType::kText))); }),
               (Texts{tag + "RefreshCurrentForm: Could get string It: Other error"}));
 }
 
