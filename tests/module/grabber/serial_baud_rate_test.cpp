@@ -133,6 +133,26 @@ TEST_F(SerialBaudRate, TakesNoMoreOfAListThanTheSdkFilled) {
         "1 CMivoraKVNPyxenClass::SetOptimumSerialPortBaudRate: Found optimum common DeviceSerialPortBaudrate for grabber and camera as Baud9600.");
 }
 
+TEST_F(SerialBaudRate, PassesOverNamesThatTheSdkLeftOut) {
+    Init();
+    Grabber().Api().PxnFeatureEnumRangeQuery = [](PxnHandle, const char*, const char** entries,
+                                                  std::uint32_t, std::uint32_t* count) -> PxnError {
+        *count = 2;
+        if (entries) {
+            entries[0] = nullptr;
+            entries[1] = "Baud115200";
+        }
+        return PxnErrSuccess;
+    };
+    Grabber().Api().PxnFeatureEnumGet = [](PxnHandle, const char*, const char** name) -> PxnError {
+        *name = nullptr;
+        return PxnErrSuccess;
+    };
+    ASSERT_EQ(Grabber().OpenActCamera(), MV_OK);
+    EXPECT_EQ(Lines().front(), found);
+    EXPECT_EQ(LocalRate().text, "Baud115200");
+}
+
 TEST_F(SerialBaudRate, IsLeftAloneWhenFillingAListFails) {
     for (const unsigned nth : {2u, 4u}) {
         Init();
