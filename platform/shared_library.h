@@ -32,4 +32,8 @@ private:
     void* handle = nullptr;
 };
 
+/// Keeps the library or program that this call is linked into loaded until the process ends.
+/// Any thread.
+void KeepThisLibraryLoaded();
+
 } // namespace platform

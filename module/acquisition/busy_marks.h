@@ -1,25 +1,18 @@
-// busy_marks.h - tells the feature control dialog that an acquisition is being changed
+// busy_marks.h - marking the feature control dialog while an acquisition is being changed
 #pragma once
 
-#include "grabber/mivora_kvn_pyxen_class.h"
+#include "acquisition/acquisition_host.h"
 
-/// Sets the acquisition marks of a dialog and clears them at the end of the scope. Without a
-/// dialog nothing happens. Any thread.
-class CMivoraKVNPyxenClass::BusyMarks {
+/// Sets the acquisition marks of the dialog and clears them at the end of the scope. Any thread.
+class BusyMarks {
 public:
-    explicit BusyMarks(ICamCntrlDialog* dialogToMark) : dialog(dialogToMark) {
-        if (dialog) {
-            dialog->SetAcquisitionMarks(true, false);
-        }
+    explicit BusyMarks(IAcquisitionHost& acquisitionHost) : host(acquisitionHost) {
+        host.MarkDialog(true);
     }
-    ~BusyMarks() {
-        if (dialog) {
-            dialog->SetAcquisitionMarks(false, false);
-        }
-    }
+    ~BusyMarks() { host.MarkDialog(false); }
     BusyMarks(const BusyMarks&) = delete;
     BusyMarks& operator=(const BusyMarks&) = delete;
 
 private:
-    ICamCntrlDialog* const dialog;
+    IAcquisitionHost& host;
 };

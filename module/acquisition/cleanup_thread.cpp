@@ -1,9 +1,7 @@
 // cleanup_thread.cpp - winding up an asynchronous single snap
-#include "acquisition/acquisition_mode.h"
+#include "acquisition/acquisition.h"
 #include "acquisition/busy_marks.h"
-#include "grabber/mivora_kvn_pyxen_class.h"
 #include "platform/sleep.h"
-#include "sdk/logger.h"
 #include "sdk/sdk_error.h"
 
 #include <cstddef>
@@ -15,18 +13,21 @@ constexpr std::size_t kStackSize = 16384;
 
 } // namespace
 
-void CMivoraKVNPyxenClass::StartCleanupThread() {
+void Acquisition::StartCleanupThread(AcquisitionState::Moment seen) {
     const platform::MutexLock lock(cleanupMutex);
-    // Asked for under the mutex, so that whoever sets the event and then joins knows that no other
-    // thread comes after. A thread that is held already winds up this snap as well; to replace it
-    // would mean waiting for it.
-    if (stopEvent->IsSet() || cleanupThread.IsJoinable()) {
+    // The event is checked under the mutex: whoever sets it and then joins can rely on it that no
+    // other thread is started.
+    // A thread that is held already is not replaced, which would mean waiting for it.
+    if (stopEvent->IsSet() || cleanupThread.IsJoinable() || !state.WindUp(seen)) {
         return;
     }
     cleanupThread = platform::Thread::Start(&SingleSnapCleanupThreadProc, this, kStackSize);
+    if (!cleanupThread.IsJoinable()) {
+        state.WindUpFailed();
+    }
 }
 
-void CMivoraKVNPyxenClass::JoinCleanupThread() {
+void Acquisition::JoinCleanupThread() {
     platform::Thread ending;
     {
         const platform::MutexLock lock(cleanupMutex);
@@ -35,15 +36,14 @@ void CMivoraKVNPyxenClass::JoinCleanupThread() {
     ending.Join();
 }
 
-void CMivoraKVNPyxenClass::SingleSnapCleanupThreadProc(void* grabber) {
-    static_cast<CMivoraKVNPyxenClass*>(grabber)->WindUpSingleSnap();
+void Acquisition::SingleSnapCleanupThreadProc(void* acquisition) {
+    static_cast<Acquisition*>(acquisition)->WindUpSingleSnap();
 }
 
-void CMivoraKVNPyxenClass::WindUpSingleSnap() {
-    const Logger log(GetLogSink());
+void Acquisition::WindUpSingleSnap() {
     const PxnHandle camera = cameraHandle;
     {
-        const BusyMarks marks(DialogToMark());
+        const BusyMarks marks(host);
         if (const PxnError result = api.PxnFeatureCommandRun(camera, "AcquisitionStop")) {
             ReportSdkError(
                 "CMivoraKVNPyxenClass::SingleSnapCleanupThreadProc: Sending acquisition stop command to camera failed",
@@ -60,7 +60,7 @@ void CMivoraKVNPyxenClass::WindUpSingleSnap() {
             log.Information(
                 "CMivoraKVNPyxenClass::SingleSnapCleanupThreadProc: PxnCaptureEnd successful");
         }
-        if (const PxnError result = api.PxnFrameRevokeAll(camera)) {
+        if (const PxnError result = RevokeAll()) {
             ReportSdkError(
                 "CMivoraKVNPyxenClass::SingleSnapCleanupThreadProc: Calling PxnRevokeAll failed",
                 result, log);
@@ -70,5 +70,5 @@ void CMivoraKVNPyxenClass::WindUpSingleSnap() {
         }
         platform::SleepMs(kSettlingPauseMs);
     }
-    acquisitionState = kIdle;
+    state.Finish();
 }

@@ -1,14 +1,11 @@
 // frame_buffers.cpp - giving every buffer of the host a frame record
-#include "acquisition/acquisition_mode.h"
-#include "grabber/mivora_gfx_mode_kvn_pyxen.h"
-#include "grabber/mivora_kvn_pyxen_class.h"
+#include "acquisition/acquisition.h"
 #include "sdk/format_text.h"
-#include "sdk/logger.h"
 #include "sdk/no_throw.h"
 
-namespace {
+#include <type_traits>
 
-constexpr uint64_t kMostBuffers = 100;
+namespace {
 
 template <typename... Arguments>
 void LogErrorLine(Logger log, LogFormat<std::type_identity_t<Arguments>...> format,
@@ -23,83 +20,52 @@ void LogErrorLine(Logger log, LogFormat<std::type_identity_t<Arguments>...> form
 
 } // namespace
 
-MV_ERRCODE CMivoraKVNPyxenClass::PrepareFrameBuffers(uint64_t count) {
-    if (!initialized) {
-        return MV_NOT_INITIALISED;
-    }
-    if (!cameraOpen) {
-        return MV_CAMERA_NOT_OPEN;
-    }
-    if (!ActMode()) {
-        return MV_NO_VIDEO_MODE;
-    }
-    if (acquisitionState != kIdle) {
-        return MV_BUSY;
-    }
-    const Logger log(GetLogSink());
+MV_ERRCODE Acquisition::Prepare(std::uint64_t count, IFrameLayout& layout) {
     log.Information("CMivoraKVNPyxenClass::PrepareFrameBuffers");
+    // Before the mutex: both wait for a running callback, whose receiver may use a serial port.
+    if (frames.IsWithSdk()) {
+        TakeFramesBack();
+    }
+    FramePool::Reshaping reshaping(frames);
     MV_ERRCODE result = MV_OK;
     {
-        platform::MutexLock lock(serialMutex);
+        const platform::MutexLock lock(bufferMutex);
         log.Information("  CMivoraKVNPyxenClass::PrepareFrameBuffers: got mutex");
-        result = CPyxenGrabber::PrepareFrameBuffers(count);
+        std::uint64_t requested = 0;
+        result = host.PrepareHostBuffers(count, requested);
         buffersPrepared = false;
-        const uint64_t requested = GetRequestedBufferCount();
-        if (requested > kMostBuffers) {
+        if (requested > FramePool::kMostFrames) {
             LogErrorLine(log, "  ERROR: Requested %I64u buffers, but device supports only %I64u",
-                         requested, kMostBuffers);
+                         requested, std::uint64_t{FramePool::kMostFrames});
             result = MV_REFUSED;
         } else {
-            if (!ShapeFrameRecords(requested)) {
+            if (!ShapeFrameRecords(reshaping, requested, layout)) {
                 result = MV_REFUSED;
             }
             buffersPrepared = result == MV_OK;
             log.Information("%u Framebuffers are currently allocated.",
-                            static_cast<uint32_t>(frameRecords.size()));
+                            static_cast<std::uint32_t>(frames.Size()));
         }
     }
     log.Information("CMivoraKVNPyxenClass::PrepareFrameBuffers EXIT");
     return result;
 }
 
-bool CMivoraKVNPyxenClass::ShapeFrameRecords(uint64_t count) {
-    const Logger log(GetLogSink());
-    // Their memory may go here, and the SDK would fill it at the next start.
-    if ((frameLeftQueued || framesKept) && !TakeFramesBack()) {
+bool Acquisition::ShapeFrameRecords(FramePool::Reshaping& reshaping, std::uint64_t count,
+                                    IFrameLayout& layout) {
+    if (!frames.IsHome()) {
+        LogErrorLine(log, "  ERROR: the camera SDK still holds frame buffers");
         return false;
     }
-    while (frameRecords.size() > count) {
-        frameRecords.pop_back();
-    }
     // Out of memory, some are missing; that is reported below.
-    NoThrow(false, [&] {
-        while (frameRecords.size() < count) {
-            frameRecords.push_back(std::make_unique<FrameRecord>(this, frameRecords.size()));
-        }
-        return true;
-    });
-    CMivoraGfxModeKVNPyxen* const mode = ActMode();
-    for (uint64_t index = 0; index < count; ++index) {
-        if (index >= frameRecords.size() || !frameRecords[index]->Allocate(mode)) {
+    reshaping.Resize(count);
+    for (std::uint64_t index = 0; index < count; ++index) {
+        if (index >= frames.Size() || !frames[index].Allocate(layout)) {
             LogErrorLine(log, "  ERROR: could not allocate memory for frame buffers %I64u", index);
             return false;
         }
-        FrameRecord& record = *frameRecords[index];
         log.Information("Allocated buffer %I64u adr = 0x%p, size = %I64u", index,
-                        record.GetHostBuffer(), record.GetHostBufferSize());
+                        frames[index].GetHostBuffer(), frames[index].GetHostBufferSize());
     }
     return true;
-}
-
-bool CMivoraKVNPyxenClass::TakeFramesBack() {
-    const PxnHandle camera = cameraHandle;
-    const PxnError flushed = api.PxnCaptureQueueFlush(camera);
-    const PxnError revoked = api.PxnFrameRevokeAll(camera);
-    NoteKeptFrames(flushed, revoked);
-    frameLeftQueued = false;
-    return !framesKept;
-}
-
-void* CMivoraKVNPyxenClass::GetFrameBuffer(uint64_t index) {
-    return index < frameRecords.size() ? frameRecords[index]->GetHostBuffer() : nullptr;
 }

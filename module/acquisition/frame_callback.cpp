@@ -1,10 +1,8 @@
 // frame_callback.cpp - frames as they come from the SDK's thread
 //
 // Nothing in here waits or allocates, and without a sink nothing is formatted.
-#include "acquisition/acquisition_mode.h"
-#include "acquisition/frame_callback_scope.h"
-#include "grabber/mivora_kvn_pyxen_class.h"
-#include "sdk/logger.h"
+#include "acquisition/acquisition.h"
+#include "sdk/callback_scope.h"
 #include "sdk/sdk_error.h"
 
 #include <cstdio>
@@ -17,14 +15,16 @@ uint64_t IndexOf(const PxnFrame& frame) {
 
 } // namespace
 
-void PXN_CALL CMivoraKVNPyxenClass::OnFrame(PxnHandle, PxnHandle, PxnFrame* frame) {
-    static_cast<CPyxenGrabber*>(frame->context[0])->FrameCallback(frame);
+void PXN_CALL Acquisition::OnFrame(PxnHandle, PxnHandle, PxnFrame* frame) {
+    const FrameVisit visit(frame);
+    if (IFrameReceiver* const receiver = visit.Receiver()) {
+        receiver->OnFrame(frame);
+    }
 }
 
-void CMivoraKVNPyxenClass::FrameCallback(PxnFrame* frame) {
-    const FrameCallbackScope scope(this);
-    const Logger log(GetLogSink());
-    const uint32_t mode = acquisitionState;
+void Acquisition::Receive(PxnFrame* frame) {
+    const CallbackScope scope;
+    const AcquisitionState::Moment begin = state.Now();
     if (frame->receiveStatus != PxnFrameStatusComplete) {
         LogReceiveError(*frame);
     } else {
@@ -34,12 +34,13 @@ void CMivoraKVNPyxenClass::FrameCallback(PxnFrame* frame) {
             "CMivoraKVNPyxenClass::FrameCallback: Successfully grabbed frame: buffer idx = %I64u, total count = %I64u. [RcvSize = %u, %ux%u, PixelFmt = %08X, UniqueId = %I64u]",
             index, count, frame->bufferSize, frame->width, frame->height, frame->pixelFormat,
             frame->frameId);
-        if (static_cast<FrameRecord*>(frame->context[1])->Convert()) {
+        FrameRecord* const record = frames.FindRecord(*frame);
+        if (record && record->Convert()) {
             log.Information("CMivoraKVNPyxenClass::FrameCallback: Image conversion done.");
         }
-        DoPostProcess(index, 1);
+        host.HandOver(index, true);
     }
-    switch (mode) {
+    switch (begin.Number()) {
     case kIdle:
         break;
     case kContinuous:
@@ -48,7 +49,7 @@ void CMivoraKVNPyxenClass::FrameCallback(PxnFrame* frame) {
     case kAsynchronousSingle:
         log.Information(
             "CMivoraKVNPyxenClass::FrameCallback: An asynchronous single snap has finished");
-        StartCleanupThread();
+        StartCleanupThread(begin);
         break;
     default:
         log.Error("CMivoraKVNPyxenClass::FrameCallback: unknown snap type");
@@ -56,8 +57,7 @@ void CMivoraKVNPyxenClass::FrameCallback(PxnFrame* frame) {
     }
 }
 
-void CMivoraKVNPyxenClass::LogReceiveError(const PxnFrame& frame) {
-    const Logger log(GetLogSink());
+void Acquisition::LogReceiveError(const PxnFrame& frame) {
     if (!log) {
         return;
     }
@@ -83,15 +83,15 @@ void CMivoraKVNPyxenClass::LogReceiveError(const PxnFrame& frame) {
         frame.frameId);
 }
 
-void CMivoraKVNPyxenClass::Requeue(PxnFrame* frame) {
+void Acquisition::Requeue(PxnFrame* frame) {
     // Whoever holds the mutex is stopping: the frame is not wanted back.
     if (!requeueMutex.TryLock()) {
         return;
     }
     if (!stopEvent->IsSet()) {
-        if (const PxnError result = api.PxnCaptureFrameQueue(cameraHandle, frame, &OnFrame)) {
+        if (const PxnError result = Queue(frame, &OnFrame)) {
             ReportSdkError("CMivoraKVNPyxenClass::FrameCallback: Cannot requeue frame", result,
-                           GetLogSink());
+                           log);
         }
     }
     requeueMutex.Unlock();

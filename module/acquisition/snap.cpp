@@ -1,68 +1,64 @@
 // snap.cpp - starting an acquisition
-#include "acquisition/acquisition_mode.h"
+#include "acquisition/acquisition.h"
 #include "acquisition/busy_marks.h"
-#include "grabber/mivora_gfx_mode_kvn_pyxen.h"
-#include "grabber/mivora_kvn_pyxen_class.h"
-#include "sdk/logger.h"
+#include "acquisition/hand_over_scope.h"
+#include "sdk/callback_scope.h"
 #include "sdk/sdk_error.h"
 
-MV_ERRCODE CMivoraKVNPyxenClass::Snap(uint32_t mode) {
-    if (!initialized) {
-        return MV_NOT_INITIALISED;
-    }
-    const CMivoraCamera* const camera = GetActCamera();
-    if (!camera) {
-        return MV_NO_CAMERA;
-    }
-    if (!cameraOpen) {
-        return MV_CAMERA_NOT_OPEN;
-    }
-    if (!ActMode()) {
-        return MV_NO_VIDEO_MODE;
-    }
+bool Acquisition::IsInside() const {
+    return CallbackScope::IsInside() || HandOverScope::IsInside(*this);
+}
+
+MV_ERRCODE Acquisition::Snap(std::uint32_t mode) {
     if (!buffersPrepared) {
         return MV_BUFFERS_NOT_PREPARED;
     }
-    // A single snap that is being wound up counts as running until its thread has ended.
-    JoinCleanupThread();
-    if (acquisitionState != kIdle) {
+    // A single snap that is being wound up counts as running until its thread has ended. Inside a
+    // callback that thread is not waited for: it may be waiting for the callback.
+    if (!CallbackScope::IsInside()) {
+        JoinCleanupThread();
+    }
+    if (state.Number() != kIdle) {
         return MV_BUSY;
     }
-    // Without the stop event nothing could be stopped, so it is asked for with the host's two.
+    // Without the stop event nothing could be stopped, so it is required like the host's two.
     if (!acquisitionEvents[0] || !acquisitionEvents[1] || !stopEvent) {
         return MV_ACQUISITION_FAILED;
     }
-    servedByFeatureControl = camera->GetCamCntrlDlgIndex() == kFeatureControlDialogIndex;
-    const BusyMarks marks(DialogToMark());
+    host.ChooseDialog();
+    const BusyMarks marks(host);
     for (const auto& event : acquisitionEvents) {
         event->Reset();
     }
     if (mode < kContinuous || mode > kLastSynchronousSingle) {
         return MV_BAD_VALUE;
     }
-    if (mode != kContinuous && frameRecords.empty()) {
+    if (mode != kContinuous && frames.Size() == 0) {
         return MV_BUFFERS_NOT_PREPARED;
     }
-    if (framesKept) {
+    if (frames.IsWithSdk()) {
         // The SDK would not take a frame that it has already.
         TakeFramesBack();
     }
-    if (mode == kContinuous) {
-        return SnapContinuous();
+    if (!state.Start(mode)) {
+        return MV_BUSY;
     }
-    return mode == kAsynchronousSingle ? SnapAsynchronous() : SnapSynchronous(mode);
+    if (mode >= kFirstSynchronousSingle) {
+        const MV_ERRCODE result = SnapSynchronous();
+        state.Finish();
+        return result;
+    }
+    stopEvent->Reset();
+    framesReceived = 0;
+    const MV_ERRCODE result = mode == kContinuous ? SnapContinuous() : SnapAsynchronous();
+    // Also after a failure: the number stays until StopSnap.
+    state.Started();
+    return result;
 }
 
-ICamCntrlDialog* CMivoraKVNPyxenClass::DialogToMark() const {
-    return servedByFeatureControl ? GetCamCntrlDialogObject() : nullptr;
-}
-
-MV_ERRCODE CMivoraKVNPyxenClass::QueueAllBuffers() {
-    const Logger log(GetLogSink());
-    const PxnHandle camera = cameraHandle;
-    for (uint64_t index = 0; index < frameRecords.size(); ++index) {
-        if (const PxnError result =
-                api.PxnCaptureFrameQueue(camera, frameRecords[index]->Frame(), &OnFrame)) {
+MV_ERRCODE Acquisition::QueueAllBuffers() {
+    for (uint64_t index = 0; index < frames.Size(); ++index) {
+        if (const PxnError result = Queue(frames[index].Frame(), &OnFrame)) {
             ReportSdkError("CMivoraKVNPyxenClass::QueueAllBuffers: PxnCaptureFrameQueue failed",
                            result, log);
             return MV_ACQUISITION_FAILED;
@@ -72,16 +68,12 @@ MV_ERRCODE CMivoraKVNPyxenClass::QueueAllBuffers() {
     return MV_OK;
 }
 
-MV_ERRCODE CMivoraKVNPyxenClass::StartCamera() {
-    const Logger log(GetLogSink());
-    const PxnHandle camera = cameraHandle;
-    if (const PxnError result = api.PxnFeatureCommandRun(camera, "AcquisitionStart")) {
+MV_ERRCODE Acquisition::StartCamera() {
+    if (const PxnError result = api.PxnFeatureCommandRun(cameraHandle, "AcquisitionStart")) {
         ReportSdkError(
             "CMivoraKVNPyxenClass::Snap: Sending acquisition start command to camera failed",
             result, log);
-        api.PxnCaptureEnd(camera);
-        api.PxnCaptureQueueFlush(camera);
-        api.PxnFrameRevokeAll(camera);
+        Undo(undo::kStartCommand);
         return MV_ACQUISITION_FAILED;
     }
     log.Information("CMivoraKVNPyxenClass::Snap: started camera acquisition");

@@ -1,44 +1,46 @@
 // stop_snap.cpp - ending an acquisition
-#include "acquisition/acquisition_mode.h"
+#include "acquisition/acquisition.h"
 #include "acquisition/busy_marks.h"
-#include "acquisition/frame_callback_scope.h"
-#include "grabber/mivora_kvn_pyxen_class.h"
 #include "platform/sleep.h"
-#include "sdk/logger.h"
+#include "sdk/callback_scope.h"
 #include "sdk/sdk_error.h"
 
-MV_ERRCODE CMivoraKVNPyxenClass::StopSnap() {
-    if (!initialized) {
-        return MV_NOT_INITIALISED;
+void Acquisition::Stop() {
+    if (CallbackScope::IsInside()) {
+        // Whoever ends the acquisition on another thread may be waiting for this callback.
+        if (state.IsWindingUp() || !stopMutex.TryLock()) {
+            return;
+        }
+    } else {
+        stopMutex.Lock();
+        JoinCleanupThread();
     }
-    JoinCleanupThread();
-    const uint32_t mode = acquisitionState;
-    if (mode != kContinuous && mode != kAsynchronousSingle) {
-        return MV_OK;
+    const std::uint32_t mode = state.Number();
+    if (mode == kContinuous || mode == kAsynchronousSingle) {
+        StopRunning();
     }
-    const CMivoraCamera* const camera = GetActCamera();
-    servedByFeatureControl = camera && camera->GetCamCntrlDlgIndex() == kFeatureControlDialogIndex;
+    stopMutex.Unlock();
+}
+
+void Acquisition::StopRunning() {
+    host.ChooseDialog();
     {
-        const BusyMarks marks(DialogToMark());
+        const BusyMarks marks(host);
+        state.BeginStop();
         if (stopEvent) {
             stopEvent->Set();
         }
-        if (!FrameCallbackScope::IsInside(this)) {
-            requeueMutex.Lock();
-        } else if (!requeueMutex.TryLock()) {
-            // Another thread is stopping already, and the SDK lets it wait for this callback.
-            return MV_OK;
+        {
+            // A callback that holds it only queues its frame.
+            const platform::MutexLock lock(requeueMutex);
+            StopCamera();
         }
-        StopCamera();
-        requeueMutex.Unlock();
         platform::SleepMs(kSettlingPauseMs);
     }
-    acquisitionState = kIdle;
-    return MV_OK;
+    state.Finish();
 }
 
-void CMivoraKVNPyxenClass::StopCamera() {
-    const Logger log(GetLogSink());
+void Acquisition::StopCamera() {
     const PxnHandle camera = cameraHandle;
     if (const PxnError result = api.PxnFeatureCommandRun(camera, "AcquisitionStop")) {
         ReportSdkError(
@@ -52,22 +54,14 @@ void CMivoraKVNPyxenClass::StopCamera() {
     } else {
         log.Information("CMivoraKVNPyxenClass::StopSnap: successfully executed PxnCaptureEnd");
     }
-    const PxnError flushed = api.PxnCaptureQueueFlush(camera);
-    if (flushed != PxnErrSuccess) {
-        ReportSdkError("CMivoraKVNPyxenClass::StopSnap: PxnCaptureQueueFlush failed", flushed, log);
+    if (const PxnError result = Flush()) {
+        ReportSdkError("CMivoraKVNPyxenClass::StopSnap: PxnCaptureQueueFlush failed", result, log);
     } else {
         log.Information("CMivoraKVNPyxenClass::StopSnap: successfully flushed queue");
     }
-    const PxnError revoked = api.PxnFrameRevokeAll(camera);
-    if (revoked != PxnErrSuccess) {
-        ReportSdkError("CMivoraKVNPyxenClass::StopSnap: PxnFrameRevokeAll failed", revoked, log);
+    if (const PxnError result = RevokeAll()) {
+        ReportSdkError("CMivoraKVNPyxenClass::StopSnap: PxnFrameRevokeAll failed", result, log);
     } else {
         log.Information("CMivoraKVNPyxenClass::StopSnap: successfully executed PxnFrameRevokeAll");
     }
-    NoteKeptFrames(flushed, revoked);
-}
-
-void CMivoraKVNPyxenClass::NoteKeptFrames(PxnError flushed, PxnError revoked) {
-    // Either gives all frames back; inside its own callback the SDK may refuse both.
-    framesKept = flushed == PxnErrInvalidCall && revoked == PxnErrInvalidCall;
 }

@@ -4,10 +4,13 @@
 #include "sdk/logger.h"
 
 MV_ERRCODE CMivoraKVNPyxenClass::CloseActCamera() {
+    if (CameraHandle() && acquisition.IsInside()) {
+        return MV_BUSY;
+    }
     Logger(GetLogSink()).Information("CMivoraKVNPyxenClass::CloseActCamera");
     if (CameraHandle()) {
         parameters.KeepForSaving();
-        openCamera.Close();
+        openCamera.Close(acquisition);
         if (CMivoraCameraKVNPyxen* const node = ActCameraNode()) {
             node->Record().streamCount = 0;
             node->Record().localDeviceHandle = nullptr;
@@ -16,9 +19,7 @@ MV_ERRCODE CMivoraKVNPyxenClass::CloseActCamera() {
         cameraOpen = false;
     }
     openCamera.Clear();
-    buffersPrepared = false;
-    frameLeftQueued = false;
-    framesKept = false;
+    acquisition.ForgetBuffers();
     if (!cameraOpen) {
         return MV_CAMERA_NOT_OPEN;
     }

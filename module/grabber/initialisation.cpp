@@ -38,12 +38,11 @@ MV_ERRCODE CMivoraKVNPyxenClass::InitOrThrow() {
 }
 
 MV_ERRCODE CMivoraKVNPyxenClass::DeInit() {
-    DiscoveryEvents::Release(*this);
-    if (stopEvent) {
-        // From here on no frame callback starts another cleanup thread.
-        stopEvent->Set();
+    if (acquisition.IsInside()) {
+        return MV_BUSY;
     }
-    JoinCleanupThread();
+    DiscoveryEvents::Release(*this);
+    acquisition.End();
     if (ICamCntrlDialog* const dialog = GetCamCntrlDialogObject()) {
         dialog->Disconnect();
     }
@@ -59,7 +58,7 @@ MV_ERRCODE CMivoraKVNPyxenClass::DeInit() {
     identity.ForgetOpened();
     DeleteInternalList();
     CPyxenGrabber::DeInit();
-    acquisitionState = 0;
+    acquisition.Finish();
     initialized = false;
     const std::unique_ptr<ICamCntrlDialog> dialog(GetCamCntrlDialogObject());
     SetCamCntrlDialogObject(nullptr);

@@ -24,13 +24,6 @@ constexpr uint32_t kChannelTypeCount = 2;
 constexpr uint32_t kHostSerialChannelType = 0;
 constexpr uint32_t kCameraSerialChannelType = 1;
 
-std::unique_ptr<platform::Event> CreateEventOrNull() {
-    return NoThrow<std::unique_ptr<platform::Event>>(nullptr, [] {
-        auto event = std::make_unique<platform::Event>();
-        return event->IsValid() ? std::move(event) : nullptr;
-    });
-}
-
 } // namespace
 
 // Gives the parameters access to what the host's base class keeps for its modules.
@@ -44,7 +37,7 @@ public:
         }
         return grabber.cameraOpen ? MV_OK : MV_CAMERA_NOT_OPEN;
     }
-    uint64_t GetFramesReceived() const override { return grabber.framesReceived; }
+    uint64_t GetFramesReceived() const override { return grabber.acquisition.FramesReceived(); }
     uint32_t GetTimerMode() const override { return grabber.GetTimerMode(); }
     uint32_t GetTimerEnabled() const override { return grabber.GetTimerEnabled(); }
     uint32_t GetExposure() const override { return grabber.GetExposureValue(); }
@@ -69,7 +62,9 @@ CMivoraKVNPyxenClass::CMivoraKVNPyxenClass(void* moduleInstance)
       openCamera(session.Api(), identity, GetLogSink()),
       parameterHost(std::make_unique<ParameterHost>(*this)),
       parameters(openCamera, *parameterHost),
-      discovery(session.Api(), openCamera.Caches(), identity, GetLogSink()) {
+      discovery(session.Api(), openCamera.Caches(), identity, GetLogSink()),
+      acquisition(static_cast<CPyxenGrabber*>(this), session.Api(), openCamera.Handle(), serialMutex,
+                  *this, GetLogSink()) {
     CMivoraKVNPyxenClass::InitMembers();
 }
 
@@ -83,23 +78,12 @@ void CMivoraKVNPyxenClass::InitMembers() {
     SetDriverName(kDriverName);
     SetDriverVersion("");
     session.ForgetInterfaces();
-    for (auto& event : acquisitionEvents) {
-        event = CreateEventOrNull();
-    }
-    stopEvent = CreateEventOrNull();
-    openCamera.ResetStartStrategy();
+    acquisition.CreateEvents();
+    acquisition.UseStrategy(false);
 }
 
 uint32_t CMivoraKVNPyxenClass::IsCameraOpen() {
     return cameraOpen ? 1 : 0;
-}
-
-uint32_t CMivoraKVNPyxenClass::GetAcquisitionState() {
-    return acquisitionState;
-}
-
-void CMivoraKVNPyxenClass::SetAcquisitionState(uint32_t state) {
-    acquisitionState = state;
 }
 
 MV_ERRCODE CMivoraKVNPyxenClass::LoadGrabberConfig() {
@@ -123,15 +107,18 @@ MV_ERRCODE CMivoraKVNPyxenClass::SaveGrabberConfig() {
 }
 
 MV_ERRCODE CMivoraKVNPyxenClass::OpenActCamera() {
+    CMivoraCameraKVNPyxen* const camera = ActCameraNode();
+    if (initialized && camera && acquisition.IsInside()) {
+        return MV_BUSY;
+    }
     Logger(GetLogSink()).Information("CMivoraKVNPyxenClass::OpenActCamera");
     if (!initialized) {
         return MV_NOT_INITIALISED;
     }
-    CMivoraCameraKVNPyxen* const camera = ActCameraNode();
     if (!camera) {
         return MV_NO_CAMERA;
     }
-    if (!openCamera.Open(camera->Record(), GetIni(), GetConfigDirectory())) {
+    if (!openCamera.Open(camera->Record(), GetIni(), GetConfigDirectory(), acquisition)) {
         return MV_REFUSED;
     }
     cameraOpen = true;
@@ -335,6 +322,9 @@ MV_ERRCODE CMivoraKVNPyxenClass::RefreshCameraList() {
     if (!initialized) {
         return MV_NOT_INITIALISED;
     }
+    if (acquisition.IsInside()) {
+        return MV_BUSY;
+    }
     CloseActCamera();
     const CMivoraCamera* const camera = GetActCamera();
     const bool hadCamera = camera != nullptr;
@@ -351,6 +341,9 @@ MV_ERRCODE CMivoraKVNPyxenClass::SelectCameraDialog(MV_WINDOW parent, MV_DLG_EXI
         GrabberDialogs::ShowMessage(parent, "MivoraKVNPyxen has not been properly initalized!",
                                     "Error", false, GetLogSink());
         return MV_NOT_INITIALISED;
+    }
+    if (acquisition.IsInside()) {
+        return MV_BUSY;
     }
     MV_DLG_EXITCODE ending = MV_DLG_CANCEL;
     const MV_ERRCODE result = NoThrow(MV_REFUSED, [&] { return ChooseCamera(parent, ending); });

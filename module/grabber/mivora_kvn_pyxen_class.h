@@ -1,16 +1,14 @@
 // mivora_kvn_pyxen_class.h - the grabber of this module
 #pragma once
 
+#include "acquisition/acquisition.h"
 #include "grabber/camera_identity.h"
 #include "grabber/discovery.h"
 #include "grabber/open_camera.h"
 #include "grabber/parameters.h"
 #include "grabber/pyxen_grabber.h"
 #include "grabber/sdk_session.h"
-#include "imaging/frame_record.h"
-#include "platform/event.h"
 #include "platform/mutex.h"
-#include "platform/thread.h"
 
 #include <atomic>
 #include <cstdint>
@@ -26,7 +24,7 @@ class CMivoraGfxModeKVNPyxen;
 /// Host threads call the operations; the SDK calls InvalidationCallback and FrameCallback on its
 /// own threads; an asynchronous single snap ends on a short-lived thread of this class. The host
 /// does not run operations that open, close, prepare or snap at the same time as one another.
-class CMivoraKVNPyxenClass final : public CPyxenGrabber {
+class CMivoraKVNPyxenClass final : public CPyxenGrabber, private IAcquisitionHost {
 public:
     explicit CMivoraKVNPyxenClass(void* moduleInstance);
     ~CMivoraKVNPyxenClass() override;
@@ -98,32 +96,20 @@ private:
     /// The active camera's active mode, or null.
     CMivoraGfxModeKVNPyxen* ActMode();
 
-    // acquisition
-    class BusyMarks;
-    MV_ERRCODE SnapContinuous();
-    MV_ERRCODE SnapAsynchronous();
-    MV_ERRCODE SnapSynchronous(uint32_t mode);
-    bool PrepareSynchronous();
-    MV_ERRCODE TakeSynchronous();
-    MV_ERRCODE QueueAllBuffers();
-    MV_ERRCODE StartCamera();
-    void StopCamera();
-    void LogReceiveError(const PxnFrame& frame);
-    void Requeue(PxnFrame* frame);
-    void StartCleanupThread();
-    void JoinCleanupThread();
-    static void PXN_CALL OnFrame(PxnHandle camera, PxnHandle stream, PxnFrame* frame);
-    static void SingleSnapCleanupThreadProc(void* grabber);
-    void WindUpSingleSnap();
-    /// The dialog whose acquisition marks count for the camera that is snapping, or null.
-    ICamCntrlDialog* DialogToMark() const;
-    bool ShapeFrameRecords(uint64_t count) REQUIRES(serialMutex);
-    void NoteKeptFrames(PxnError flushed, PxnError revoked);
-    /// Takes what is left queued; false when the SDK keeps it.
-    bool TakeFramesBack();
+    // for the acquisition
+    void OnFrame(PxnFrame* frame) override;
+    void HandOver(uint64_t index, bool isFromCallback) override;
+    void ChooseDialog() override;
+    void MarkDialog(bool isChanging) override;
+    MV_ERRCODE PrepareHostBuffers(uint64_t count, uint64_t& requested) override;
 
     std::atomic<bool> initialized{false};
     std::atomic<bool> cameraOpen{false};
+    // Kept from the last snap for the cleanup thread, while the host may list its cameras anew.
+    std::atomic<bool> servedByFeatureControl{false};
+
+    // Buffer preparation and the traffic of every serial channel, so that they exclude each other.
+    platform::Mutex serialMutex;
 
     // The parts, in the order in which they use one another. Each states its own locking rule.
     CameraIdentity identity;
@@ -132,32 +118,7 @@ private:
     const std::unique_ptr<ParameterHost> parameterHost;
     Parameters parameters;
     Discovery discovery;
-
-    std::atomic<uint32_t> acquisitionState{0};
-    std::atomic<bool> buffersPrepared{false};
-    std::atomic<uint64_t> framesReceived{0};
-    // Kept from the last snap for the cleanup thread, while the host may list its cameras anew.
-    std::atomic<bool> servedByFeatureControl{false};
-
-    std::unique_ptr<platform::Event> acquisitionEvents[2]; // reset at each snap
-    std::unique_ptr<platform::Event> stopEvent;            // set: the callback does not requeue
-
-    // Buffer preparation and the traffic of every serial channel, so that they exclude each other.
-    platform::Mutex serialMutex;
-    // Requeueing by the frame callback (only tried) against tear-down by StopSnap (waits). Held
-    // across SDK calls: the SDK waits for a running callback, which never waits for this mutex.
-    platform::Mutex requeueMutex;
-    // Handing over the cleanup thread between the frame callback and whoever joins it.
-    platform::Mutex cleanupMutex;
-    platform::Thread cleanupThread GUARDED_BY(cleanupMutex);
-
-    // Short names of the acquisition members.
-    CPyxenAPIAccess& api = session.Api();
-    const std::atomic<PxnHandle>& cameraHandle = openCamera.Handle();
-    const bool& firstQueueThenSnap = openCamera.FirstQueueThenSnap();
-    std::vector<std::unique_ptr<FrameRecord>> frameRecords; // shaped under serialMutex while idle
-    bool frameLeftQueued = false;                           // by a synchronous snap that failed
-    std::atomic<bool> framesKept{false}; // by the SDK, at a stop inside its own callback
+    Acquisition acquisition;
 };
 
 /// Camera control dialog index of the cameras that the feature control dialog serves.

@@ -1,6 +1,7 @@
 // open_camera.cpp - the camera that is open: its handle, its modules and what applies to them
 #include "grabber/open_camera.h"
 
+#include "acquisition/acquisition.h"
 #include "grabber/camera_identity.h"
 #include "grabber/packet_size.h"
 #include "grabber/serial_baud_rate.h"
@@ -11,6 +12,7 @@
 #include "sdk/sdk_error.h"
 
 #include <string>
+#include <utility>
 
 OpenCamera::OpenCamera(CPyxenAPIAccess& access, CameraIdentity& cameraIdentity, Logger sink)
     : api(access),
@@ -18,13 +20,28 @@ OpenCamera::OpenCamera(CPyxenAPIAccess& access, CameraIdentity& cameraIdentity, 
       log(sink),
       syncEngine(access, featureSyncher, caches, sink) {}
 
-bool OpenCamera::Open(PxnCameraInfo& record, const CIniFile* ini, const char* configDirectory) {
+bool OpenCamera::Open(PxnCameraInfo& record, const CIniFile* ini, const char* configDirectory,
+                      Acquisition& acquisition) {
+    // Allocated now, so that the camera can be remembered when the SDK refuses to close it.
+    auto opened = NoThrow<std::unique_ptr<OpenedCamera>>(
+        nullptr, [] { return std::make_unique<OpenedCamera>(); });
+    if (!opened) {
+        return false;
+    }
+    CloseRememberedCameras(api);
     PxnHandle handle = nullptr;
     if (const PxnError result =
             api.PxnCameraOpen(record.cameraIdExtended, PxnAccessModeFull, &handle)) {
         ReportSdkError("CMivoraKVNPyxenClass::OpenActCamera", result, log);
         return false;
     }
+    if (openedCamera && openedCamera->handle != handle) {
+        // The host has not closed the former one.
+        acquisition.LeaveCamera(std::move(openedCamera));
+    }
+    opened->library = api.GetLibraryHandle();
+    opened->handle = handle;
+    openedCamera = std::move(opened);
     cameraHandle = handle;
     // Before the next call of the SDK, so that no event of this camera is taken for another's.
     identity.Open(record.cameraIdExtended);
@@ -39,10 +56,10 @@ bool OpenCamera::Open(PxnCameraInfo& record, const CIniFile* ini, const char* co
         FillCaches(record);
         const FeatureCache& stream = caches[kStreamCache];
         AdjustPacketSize(api, stream.GetModuleName() ? stream.GetHandle() : nullptr, log);
-        ApplyTransportLayerConfig(ini, configDirectory);
+        acquisition.UseStrategy(ApplyTransportLayerConfig(ini, configDirectory));
         log.Information("CMivoraKVNPyxenClass::OpenActCamera: Using snap start strategy: %s",
-                        firstQueueThenSnap ? "First queue frames then start snap"
-                                           : "First start snap then queue frames");
+                        acquisition.QueuesFirst() ? "First queue frames then start snap"
+                                                  : "First start snap then queue frames");
     }
     return true;
 }
@@ -62,8 +79,8 @@ void OpenCamera::FillCaches(const PxnCameraInfo& record) {
     }
 }
 
-void OpenCamera::ApplyTransportLayerConfig(const CIniFile* ini, const char* configDirectory) {
-    firstQueueThenSnap = false;
+bool OpenCamera::ApplyTransportLayerConfig(const CIniFile* ini, const char* configDirectory) {
+    bool firstQueueThenSnap = false;
     NoThrow(false, [&] {
         const TransportLayerConfig config(api, caches[kInterfaceCache].GetHandle(),
                                           caches[kTransportLayerCache].GetHandle(), log);
@@ -89,10 +106,11 @@ void OpenCamera::ApplyTransportLayerConfig(const CIniFile* ini, const char* conf
         syncEngine.SyncModuleFeatures(&caches[kCameraCache], true);
         return true;
     });
+    return firstQueueThenSnap;
 }
 
-void OpenCamera::Close() {
-    if (const PxnError result = api.PxnCameraClose(cameraHandle)) {
+void OpenCamera::Close(Acquisition& acquisition) {
+    if (const PxnError result = acquisition.CloseCamera(std::move(openedCamera))) {
         // Compatibility: support searches for this tag, which names another class.
         ReportSdkError("CMivoraKVNqxAPIClass::CloseActCamera", result, log);
     }

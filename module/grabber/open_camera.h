@@ -7,7 +7,9 @@
 #include "sync/sync_engine.h"
 
 #include <atomic>
+#include <memory>
 
+class Acquisition;
 class CameraIdentity;
 class CIniFile;
 
@@ -27,31 +29,31 @@ public:
 
     /// Opens the camera of `record`, refreshes the record, fills the caches, tunes serial link and
     /// packet size and applies the configuration for the camera's transport layer, if `ini` (may be
-    /// null) has one. Only the SDK's refusal to open the camera is a failure.
-    bool Open(PxnCameraInfo& record, const CIniFile* ini, const char* configDirectory);
-    /// Closes the camera. The SDK's refusal is logged, and the camera counts as closed.
-    void Close();
+    /// null) has one, which decides how `acquisition` starts. False when the SDK refuses to open
+    /// the camera or out of memory.
+    bool Open(PxnCameraInfo& record, const CIniFile* ini, const char* configDirectory,
+              Acquisition& acquisition);
+    /// Closes the camera, whose frames are those of `acquisition`. The SDK's refusal is logged, and
+    /// the camera counts as closed.
+    void Close(Acquisition& acquisition);
     /// Empties the caches and the synchronisation rules.
     void Clear();
 
     CameraCaches& Caches() { return caches; }
     SyncEngine& Sync() { return syncEngine; }
     const FeatureSyncher& SyncRules() const { return featureSyncher; }
-    /// Whether frames are queued before the capture starts, chosen when the camera is opened.
-    const bool& FirstQueueThenSnap() const { return firstQueueThenSnap; }
-    /// Back to starting the capture first.
-    void ResetStartStrategy() { firstQueueThenSnap = false; }
 
 private:
     void FillCaches(const PxnCameraInfo& record);
-    void ApplyTransportLayerConfig(const CIniFile* ini, const char* configDirectory);
+    /// Returns whether frames are queued before the capture is started.
+    bool ApplyTransportLayerConfig(const CIniFile* ini, const char* configDirectory);
 
     CPyxenAPIAccess& api;
     CameraIdentity& identity;
     const Logger log;
     std::atomic<PxnHandle> cameraHandle{nullptr};
+    std::unique_ptr<OpenedCamera> openedCamera; // with that handle, or null
     CameraCaches caches;
     FeatureSyncher featureSyncher;
     SyncEngine syncEngine;
-    bool firstQueueThenSnap = false;
 };

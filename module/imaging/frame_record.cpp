@@ -1,9 +1,6 @@
 // frame_record.cpp - one acquisition buffer
 #include "imaging/frame_record.h"
 
-#include "grabber/mivora_gfx_mode_kvn_pyxen.h"
-#include "grabber/pyxen_grabber.h"
-
 #include <algorithm>
 #include <limits>
 
@@ -43,25 +40,25 @@ bool ResizeAndTouch(MallocArray<std::uint8_t>& buffer, std::uint64_t& size, std:
 
 } // namespace
 
-FrameRecord::FrameRecord(CPyxenGrabber* grabber, std::uint64_t index) {
-    frame.context[0] = grabber;
+FrameRecord::FrameRecord(void* owner, std::uint64_t index) {
+    frame.context[0] = owner;
     frame.context[1] = this;
     frame.context[2] = reinterpret_cast<void*>(static_cast<std::uintptr_t>(index));
 }
 
-bool FrameRecord::Allocate(CMivoraGfxModeKVNPyxen* mode) {
+bool FrameRecord::Allocate(IFrameLayout& layout) {
     format = nullptr;
-    const PixelFormat* const newFormat = mode ? mode->GetFormatPropertiesByPixelFormat() : nullptr;
+    const PixelFormat* const newFormat = layout.Format();
     if (!newFormat) {
         return false;
     }
-    const std::uint64_t imageSize = mode->GetImageSize();
-    const std::uint64_t payloadSize = newFormat->convert ? mode->GetIntermediateBufferSize() : 0;
+    const std::uint64_t imageSize = layout.ImageSize();
+    const std::uint64_t payloadSize = newFormat->convert ? layout.PayloadSize() : 0;
     if ((newFormat->convert ? payloadSize : imageSize) > kLargestSdkSize) {
         return false;
     }
-    width = mode->GetxRes();
-    height = mode->GetyRes();
+    width = layout.Width();
+    height = layout.Height();
     // The camera answered one question after the other; together the answers must not let the
     // converter run past the memory.
     const std::uint64_t pixels = std::uint64_t{width} * height;

@@ -1,31 +1,33 @@
 // frame_record.h - one acquisition buffer
 #pragma once
 
-#include "imaging/pixel_format.h"
+#include "imaging/frame_hold.h"
+#include "imaging/frame_layout.h"
 #include "pxnc.h"
 #include "sdk/malloc_array.h"
 
 #include <cstdint>
-
-class CMivoraGfxModeKVNPyxen;
-class CPyxenGrabber;
 
 /// A frame that the SDK fills, and the image as the host sees it.
 ///
 /// Reshaped only while acquisition is idle; then the SDK's thread converts into it without a lock.
 class FrameRecord {
 public:
-    FrameRecord(CPyxenGrabber* grabber, std::uint64_t index);
+    /// `owner` and `index` become context words 0 and 2.
+    FrameRecord(void* owner, std::uint64_t index);
     FrameRecord(const FrameRecord&) = delete;
     FrameRecord& operator=(const FrameRecord&) = delete;
 
-    /// Gives the record memory for the mode's images. False when there is no mode, when its pixel
+    /// Gives the record memory for images of that layout; it must be home. False when the pixel
     /// format is unknown, when what the SDK fills is larger than its 32-bit size can tell, when the
     /// size of the image changes meanwhile, or when out of memory.
-    bool Allocate(CMivoraGfxModeKVNPyxen* mode);
+    bool Allocate(IFrameLayout& layout);
     /// Converts the raw image into the host's; true when a conversion was done.
     bool Convert();
 
+    /// Who may write to the memory.
+    FrameHold& Hold() { return hold; }
+    const FrameHold& Hold() const { return hold; }
     /// The frame to announce and queue; the SDK's own structure stands first in the record.
     PxnFrame* Frame() { return &frame; }
     void* GetHostBuffer() { return hostBuffer.Get(); }
@@ -35,7 +37,8 @@ private:
     bool AllocateBoth(std::uint64_t payloadSize, std::uint64_t blockSize, std::uint64_t imageSize);
     bool AllocateHost(std::uint64_t imageSize);
 
-    PxnFrame frame{}; // context: 0 the grabber, 1 this record, 2 the buffer index
+    PxnFrame frame{}; // context: 0 the owner, 1 this record, 2 the buffer index
+    FrameHold hold;
     MallocArray<std::uint8_t> rawBuffer;
     std::uint64_t rawSize = 0;
     MallocArray<std::uint8_t> hostBuffer;

@@ -14,6 +14,7 @@ std::uint32_t CPyxenAPIAccess::AllocateAndGetCameraList(PxnCameraInfo** out) {
     if (out) {
         *out = nullptr;
     }
+    CloseRememberedCameras(*this);
     MallocArray<PxnCameraInfo> cameras;
     std::uint32_t capacity = kFirstCapacity;
     std::uint32_t found = 0;

@@ -7,7 +7,16 @@
 namespace log_format_detail {
 
 /// What an argument is, whatever its exact type.
-enum class Kind { kText, kCharacter, kSigned32, kUnsigned32, kSigned64, kUnsigned64, kFloat, kPointer };
+enum class Kind {
+    kText,
+    kCharacter,
+    kSigned32,
+    kUnsigned32,
+    kSigned64,
+    kUnsigned64,
+    kFloat,
+    kPointer
+};
 
 template <typename T>
 constexpr Kind KindOf() {

@@ -54,6 +54,7 @@ bool CPyxenAPIAccess::Load(const char* configPath, Logger sink) {
             Unload();
             return false;
         }
+        libraryUse.Begin(library.Handle());
         StartSdk(configPath);
     } catch (...) {
         Unload();
@@ -64,8 +65,10 @@ bool CPyxenAPIAccess::Load(const char* configPath, Logger sink) {
 void CPyxenAPIAccess::Unload() {
     // From here on nobody begins a call.
     if (valid.exchange(false)) {
+        CloseRememberedCameras(*this);
         PxnShutdown();
     }
+    libraryUse.End();
     versionInfo.Clear();
 #define PYXEN_CLEAR_ENTRY(name) name = nullptr;
     PXN_ENTRIES(PYXEN_CLEAR_ENTRY)

@@ -7,6 +7,7 @@
 #include "pxnc_entries.h"
 #include "sdk/feature_value.h"
 #include "sdk/logger.h"
+#include "sdk/sdk_library.h"
 
 #include <atomic>
 #include <cstdint>
@@ -90,5 +91,6 @@ private:
     std::string dllName;
     platform::SharedLibrary library;
     platform::FileVersion versionInfo;
+    SdkLibraryUse libraryUse; // while the SDK is started
     std::atomic<bool> valid{false};
 };

@@ -40,4 +40,10 @@ void* SharedLibrary::FindSymbol(const char* name) const {
                   : nullptr;
 }
 
+void KeepThisLibraryLoaded() {
+    HMODULE pinned = nullptr;
+    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN,
+                       reinterpret_cast<const wchar_t*>(&KeepThisLibraryLoaded), &pinned);
+}
+
 } // namespace platform

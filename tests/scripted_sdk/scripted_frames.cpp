@@ -89,6 +89,17 @@ std::vector<std::uint64_t> ScriptedFrames::AnnouncedFrames() const {
     return indices;
 }
 
+PxnFrame* ScriptedFrames::FrameOf(std::uint64_t index) const {
+    platform::MutexLock lock(mutex);
+    for (const SlotPointer& slot : known) {
+        const auto& note = *static_cast<const Note*>(slot->attachment.get());
+        if (slot->state != SlotState::kRevoked && note.index == index) {
+            return slot->frame;
+        }
+    }
+    return nullptr;
+}
+
 std::vector<std::uint64_t> ScriptedFrames::QueuedFrames() const {
     platform::MutexLock lock(mutex);
     std::vector<std::uint64_t> indices;

@@ -35,6 +35,8 @@ public:
     bool Complete(std::uint64_t index, PxnError code, const Filling& filling);
 
     std::vector<std::uint64_t> AnnouncedFrames() const;
+    /// Null when there is no such frame, announced or queued.
+    PxnFrame* FrameOf(std::uint64_t index) const;
     std::vector<std::uint64_t> QueuedFrames() const;
 
 protected:

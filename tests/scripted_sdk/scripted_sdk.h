@@ -100,6 +100,8 @@ public:
     /// Indices of the frames announced and not revoked, and queued and not completed, in order.
     virtual std::vector<std::uint64_t> AnnouncedFrames() = 0;
     virtual std::vector<std::uint64_t> QueuedFrames() = 0;
+    /// The frame of that index, announced or queued, or null.
+    virtual PxnFrame* FrameOf(std::uint64_t frame) = 0;
     virtual bool IsCapturing() = 0;
 
     // ---- invalidation ----

@@ -274,6 +274,15 @@ std::vector<std::uint64_t> SdkState::AnnouncedFrames() {
     return ListFrames(&ScriptedFrames::AnnouncedFrames);
 }
 
+PxnFrame* SdkState::FrameOf(std::uint64_t frame) {
+    for (const auto& frames : OpenCameras()) {
+        if (PxnFrame* const found = frames->FrameOf(frame)) {
+            return found;
+        }
+    }
+    return nullptr;
+}
+
 std::vector<std::uint64_t> SdkState::QueuedFrames() {
     return ListFrames(&ScriptedFrames::QueuedFrames);
 }

@@ -43,6 +43,7 @@ public:
     void WaitForDeliveries() override;
     bool Complete(std::uint64_t frame, PxnError code, std::uint8_t fill) override;
     std::vector<std::uint64_t> AnnouncedFrames() override;
+    PxnFrame* FrameOf(std::uint64_t frame) override;
     std::vector<std::uint64_t> QueuedFrames() override;
     bool IsCapturing() override;
     std::vector<Registration> Registrations() override;

@@ -3,7 +3,6 @@
 // The sanitizers' allocators tell of every allocation; the suite always runs with one of them.
 #if defined(MIVORA_SANITIZED)
 
-#include "grabber/mivora_gfx_mode_kvn_pyxen.h"
 #include "tests/module/acquisition/snap_fixture.h"
 
 #include <cstdlib>
@@ -65,12 +64,10 @@ TEST_F(CallbackAllocations, AreCounted) {
 
 TEST_F(CallbackAllocations, AreNoneForGoodAndBadFrames) {
     // Stopped, the mode as if it were not: all that the callback does but for the SDK's own part.
+    PxnFrame* const frame = sdk.FrameOf(0);
+    ASSERT_NE(frame, nullptr);
     ASSERT_EQ(Grabber().StopSnap(), MV_OK);
     Grabber().SetAcquisitionState(1);
-    FrameRecord record(&Grabber(), 0);
-    ASSERT_TRUE(record.Allocate(
-        static_cast<CMivoraGfxModeKVNPyxen*>(Grabber().GetActCamera()->GetActGfxMode())));
-    PxnFrame* const frame = record.Frame();
     const auto deliver = [&](std::int32_t status) {
         frame->receiveStatus = status;
         Grabber().FrameCallback(frame);

@@ -192,8 +192,7 @@ TEST_F(AcquisitionOutOfMemory, ASingleSnapWithoutItsThreadIsEndedByStopping) {
     PrepareBuffers(1);
     const int allocations = RefuseEachAllocationBothWays([&] {
         const MV_ERRCODE snapped = Grabber().Snap(2);
-        PxnFrame frame = *queuedFrame.frame;
-        queuedFrame.callback(queuedFrame.camera, nullptr, &frame);
+        queuedFrame.callback(queuedFrame.camera, nullptr, const_cast<PxnFrame*>(queuedFrame.frame));
         const MV_ERRCODE again = Grabber().Snap(2);
         const MV_ERRCODE stopped = Grabber().StopSnap();
         const bool refused = GrantAllocations();

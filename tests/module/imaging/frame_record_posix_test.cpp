@@ -3,7 +3,7 @@
 // The sanitizers' allocators tell what is allocated; the suite always runs with one of them.
 #if defined(MIVORA_SANITIZED)
 
-#include "grabber/mivora_gfx_mode_kvn_pyxen.h"
+#include "grabber/mode_layout.h"
 #include "tests/module/grabber_fixture.h"
 #include "tests/module/memory_limit_posix.h"
 
@@ -22,13 +22,14 @@ protected:
         Camera()["PixelFormat"].text = format;
         Camera()["Width"].intValue = width;
         Camera()["Height"].intValue = height;
-        return record.Allocate(
-            static_cast<CMivoraGfxModeKVNPyxen*>(Grabber().GetActCamera()->GetActGfxMode()));
+        ModeLayout layout(
+            static_cast<CMivoraGfxModeKVNPyxen&>(*Grabber().GetActCamera()->GetActGfxMode()));
+        return record.Allocate(layout);
     }
 
     // Small blocks might be given to others as soon as they are free.
     static constexpr int64_t kSide = 1024;
-    FrameRecord record{&Grabber(), 0};
+    FrameRecord record{static_cast<CPyxenGrabber*>(&Grabber()), 0};
 };
 
 TEST_F(FrameMemory, TheRawImageIsFreedWhenTheFormatBecomesDirect) {

@@ -1,0 +1,133 @@
+// acquisition.h - moving frames from the camera to the host
+#pragma once
+
+#include "acquisition/acquisition_host.h"
+#include "acquisition/acquisition_state.h"
+#include "acquisition/undo_lists.h"
+#include "imaging/frame_pool.h"
+#include "platform/event.h"
+#include "platform/mutex.h"
+#include "platform/thread.h"
+#include "sdk/logger.h"
+#include "sdk/pyxen_api_access.h"
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+
+/// How long the camera is left alone after a stop, in milliseconds.
+inline constexpr std::uint32_t kSettlingPauseMs = 1000;
+
+/// Prepares buffers, runs the modes of Snap and ends them.
+///
+/// Host threads call Prepare, Snap, Stop and the operations on the camera; the SDK calls OnFrame on
+/// its own threads; an asynchronous single snap ends on a short-lived thread of this class. The
+/// host does not prepare, snap, open and close at the same time as one another; Stop may come from
+/// any thread and from inside a frame callback.
+class Acquisition {
+public:
+    /// `frameOwner` is context word 0 of the frames. `buffers` excludes preparing from the traffic
+    /// of the serial channels. Everything outlives this object.
+    Acquisition(void* frameOwner, CPyxenAPIAccess& access, const std::atomic<PxnHandle>& openCamera,
+                platform::Mutex& buffers, IAcquisitionHost& acquisitionHost, Logger logger);
+    ~Acquisition();
+    Acquisition(const Acquisition&) = delete;
+    Acquisition& operator=(const Acquisition&) = delete;
+
+    /// Makes the events anew; what cannot be made stays absent and refuses every snap.
+    void CreateEvents();
+
+    // ---- what the host reads and writes ----
+    std::uint32_t Number() const { return state.Number(); }
+    void SetNumber(std::uint32_t number) { state.SetNumber(number); }
+    std::uint64_t FramesReceived() const { return framesReceived; }
+    bool IsPrepared() const { return buffersPrepared; }
+    /// The address of an image, or null without such a buffer.
+    void* FrameBuffer(std::uint64_t index);
+    /// True inside a frame callback of any grabber and inside the hand-over of a synchronous snap
+    /// of this one, on the calling thread: the camera cannot be closed there.
+    bool IsInside() const;
+
+    // ---- the camera ----
+    /// Whether frames are queued before the capture is started.
+    void UseStrategy(bool queueFirst) { firstQueueThenSnap = queueFirst; }
+    bool QueuesFirst() const { return firstQueueThenSnap; }
+    /// Closes the camera with what it has of the frames and returns the SDK's result. A camera that
+    /// the SDK refuses to close is remembered together with the memory it may write to.
+    PxnError CloseCamera(std::unique_ptr<OpenedCamera> camera);
+    /// The camera is not used any more; it is closed later.
+    void LeaveCamera(std::unique_ptr<OpenedCamera> camera);
+    /// The camera has gone: buffers have to be prepared anew.
+    void ForgetBuffers() { buffersPrepared = false; }
+
+    // ---- acquiring ----
+    /// MV_OK or MV_REFUSED: too many, out of memory, or the SDK still has frames.
+    MV_ERRCODE Prepare(std::uint64_t count, IFrameLayout& layout);
+    /// The host's checks have been made but for the number.
+    MV_ERRCODE Snap(std::uint32_t mode);
+    /// What runs in mode 1 or 2 has ended, or is being ended by another thread when called from
+    /// inside a frame callback. The number is not asked here.
+    void Stop();
+    /// Waits for the cleanup thread. Not inside a frame callback.
+    void JoinCleanupThread();
+    /// No thread of this class runs any more; afterwards the state is idle.
+    void End();
+    void Finish() { state.Finish(); }
+    /// Slot FrameCallback.
+    void Receive(PxnFrame* frame);
+
+private:
+    MV_ERRCODE SnapContinuous();
+    MV_ERRCODE SnapAsynchronous();
+    MV_ERRCODE SnapSynchronous();
+    bool QueueAsynchronous(UndoList steps);
+    bool QueueSynchronous();
+    MV_ERRCODE TakeSynchronous();
+    MV_ERRCODE QueueAllBuffers();
+    MV_ERRCODE StartCamera();
+    void Undo(UndoList steps);
+
+    PxnError Announce(FrameRecord& record);
+    PxnError Queue(PxnFrame* frame, PxnFrameCallback callback);
+    PxnError Flush();
+    PxnError RevokeAll();
+    bool ShapeFrameRecords(FramePool::Reshaping& reshaping, std::uint64_t count,
+                           IFrameLayout& layout) REQUIRES(bufferMutex);
+    /// Asks the SDK for the frames that it has. It may refuse.
+    void TakeFramesBack();
+
+    void StopRunning() REQUIRES(stopMutex);
+    void StopCamera() REQUIRES(requeueMutex);
+    void Requeue(PxnFrame* frame);
+    void LogReceiveError(const PxnFrame& frame);
+    void StartCleanupThread(AcquisitionState::Moment seen);
+    static void SingleSnapCleanupThreadProc(void* acquisition);
+    void WindUpSingleSnap();
+    static void PXN_CALL OnFrame(PxnHandle camera, PxnHandle stream, PxnFrame* frame);
+
+    CPyxenAPIAccess& api;
+    const std::atomic<PxnHandle>& cameraHandle;
+    platform::Mutex& bufferMutex; // held while the frame records are shaped
+    IAcquisitionHost& host;
+    const Logger log;
+
+    AcquisitionState state;
+    std::atomic<std::uint64_t> framesReceived{0};
+    std::atomic<bool> buffersPrepared{false};
+    bool firstQueueThenSnap = false; // chosen when the camera is opened
+
+    std::unique_ptr<platform::Event> acquisitionEvents[2]; // reset at each snap
+    std::unique_ptr<platform::Event> stopEvent;            // set: the callback does not requeue
+
+    // One stop at a time. Held across the whole stop; a frame callback only tries it, because the
+    // stop may be waiting for that callback.
+    platform::Mutex stopMutex;
+    // Requeueing by the frame callback (only tried) against tear-down by Stop (waits). Held across
+    // SDK calls: the SDK waits for a running callback, which never waits for this mutex.
+    platform::Mutex requeueMutex;
+    // The cleanup thread's handle between the frame callback and whoever joins it.
+    platform::Mutex cleanupMutex;
+    platform::Thread cleanupThread GUARDED_BY(cleanupMutex);
+
+    FramePool frames; // shaped under bufferMutex while idle
+};

@@ -1,0 +1,15 @@
+// callback_scope.h - whether the calling thread is inside a frame callback of the SDK
+#pragma once
+
+/// Marks the calling thread as inside a frame callback for the scope's life. The camera SDK refuses
+/// there what waits for frames, and closing a camera, of whichever grabber.
+class CallbackScope {
+public:
+    CallbackScope();
+    ~CallbackScope();
+    CallbackScope(const CallbackScope&) = delete;
+    CallbackScope& operator=(const CallbackScope&) = delete;
+
+    /// True when the calling thread is inside the frame callback of any grabber of this module.
+    static bool IsInside();
+};
