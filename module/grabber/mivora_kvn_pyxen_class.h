@@ -9,6 +9,7 @@
 #include "grabber/pyxen_grabber.h"
 #include "grabber/sdk_session.h"
 #include "platform/mutex.h"
+#include "serial/serial_grabber.h"
 
 #include <atomic>
 #include <cstdint>
@@ -24,7 +25,9 @@ class CMivoraGfxModeKVNPyxen;
 /// Host threads call the operations; the SDK calls InvalidationCallback and FrameCallback on its
 /// own threads; an asynchronous single snap ends on a short-lived thread of this class. The host
 /// does not run operations that open, close, prepare or snap at the same time as one another.
-class CMivoraKVNPyxenClass final : public CPyxenGrabber, private IAcquisitionHost {
+class CMivoraKVNPyxenClass final : public CPyxenGrabber,
+                                   public ISerialGrabber,
+                                   private IAcquisitionHost {
 public:
     explicit CMivoraKVNPyxenClass(void* moduleInstance);
     ~CMivoraKVNPyxenClass() override;
@@ -75,9 +78,9 @@ public:
     bool GetFrameInterval(uint32_t* value) override;
 
     // for the module's own nodes, channels and dialogs
-    CPyxenAPIAccess& Api() { return session.Api(); }
+    CPyxenAPIAccess& Api() override { return session.Api(); }
     /// The open camera's handle, or null.
-    PxnHandle CameraHandle() const { return openCamera.CameraHandle(); }
+    PxnHandle CameraHandle() const override { return openCamera.CameraHandle(); }
     ICameraFeatures& Features() { return openCamera; }
     FeatureCache& SystemCache() { return session.SystemCache(); }
     SyncEngine& Sync() { return openCamera.Sync(); }

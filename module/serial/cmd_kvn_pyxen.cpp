@@ -1,9 +1,9 @@
 // cmd_kvn_pyxen.cpp - a command channel over a camera's serial port
 #include "serial/cmd_kvn_pyxen.h"
 
-#include "grabber/mivora_kvn_pyxen_class.h"
 #include "platform/text.h"
 #include "sdk/no_throw.h"
+#include "sdk/pyxen_api_access.h"
 #include "serial/serial_dialog.h"
 
 #include <algorithm>
@@ -55,7 +55,7 @@ void StoreCount(uint64_t* out, uint64_t value) {
 /// The registers and buffers of one port of the open camera.
 class CCmdKVNPyxen::Registers {
 public:
-    Registers(CMivoraKVNPyxenClass& owner, PxnHandle openCamera, const SerialPortRow& row)
+    Registers(ISerialGrabber& owner, PxnHandle openCamera, const SerialPortRow& row)
         : grabber(owner), api(owner.Api()), camera(openCamera), base(row.registerBase) {}
 
     /// Fails once the grabber has closed the camera, so that nobody polls it for ever.
@@ -97,13 +97,13 @@ public:
     }
 
 private:
-    const CMivoraKVNPyxenClass& grabber;
+    const ISerialGrabber& grabber;
     CPyxenAPIAccess& api;
     PxnHandle camera;
     std::uint64_t base;
 };
 
-CCmdKVNPyxen::CCmdKVNPyxen(CMivoraKVNPyxenClass* grabberToUse, platform::Mutex& mutexToHold)
+CCmdKVNPyxen::CCmdKVNPyxen(ISerialGrabber* grabberToUse, platform::Mutex& mutexToHold)
     : mutex(mutexToHold), grabber(grabberToUse) {
     ports.reserve(SerialPortTable().size());
 }

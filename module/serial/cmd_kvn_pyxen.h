@@ -3,12 +3,11 @@
 
 #include "mivora/cmd_channel.h"
 #include "platform/mutex.h"
+#include "serial/serial_grabber.h"
 #include "serial/serial_settings.h"
 
 #include <cstdint>
 #include <vector>
-
-class CMivoraKVNPyxenClass;
 
 /// Drives a serial port of the open camera through its register space.
 ///
@@ -19,7 +18,7 @@ class CMivoraKVNPyxenClass;
 class CCmdKVNPyxen final : public CCmdChannel {
 public:
     /// Neither is owned. `grabberToUse` may be null; `mutexToHold` guards the port.
-    CCmdKVNPyxen(CMivoraKVNPyxenClass* grabberToUse, platform::Mutex& mutexToHold);
+    CCmdKVNPyxen(ISerialGrabber* grabberToUse, platform::Mutex& mutexToHold);
     ~CCmdKVNPyxen() override = default;
 
     const char* GetChannelTypeName() override;
@@ -62,7 +61,7 @@ private:
     MV_DLG_EXITCODE RunConfigDialog(MV_WINDOW parent);
 
     platform::Mutex& mutex;
-    CMivoraKVNPyxenClass* const grabber;
+    ISerialGrabber* const grabber;
     SerialSettings settings GUARDED_BY(mutex);
     std::int32_t openPortId GUARDED_BY(mutex) = kNoSerialPort;
     std::vector<SerialPortEntry> ports GUARDED_BY(mutex);
