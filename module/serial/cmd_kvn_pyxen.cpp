@@ -387,7 +387,7 @@ const char* CCmdKVNPyxen::GetPortNameById(int32_t id) {
 
 int32_t CCmdKVNPyxen::FindPortIndex(const char* name, const std::vector<SerialPortEntry>& list) {
     const auto found = std::find_if(list.begin(), list.end(), [name](const auto& entry) {
-        return platform::CompareNoCase(entry.iniName, name) == 0;
+        return name && platform::CompareNoCase(entry.iniName, name) == 0;
     });
     return found == list.end() ? -1 : static_cast<int32_t>(found - list.begin());
 }

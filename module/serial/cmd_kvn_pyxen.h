@@ -40,11 +40,11 @@ public:
 
     /// Lists the ports that the open camera offers anew; none without an open camera.
     virtual void EnumeratePorts();
-    /// kNoSerialPort when there is none of that name (case ignored).
+    /// kNoSerialPort when there is none of that name (case ignored), and for a null name.
     virtual int32_t GetPortIdByName(const char* name);
     /// The ini name; an empty text when there is no such port.
     virtual const char* GetPortNameById(int32_t id);
-    /// The index of the entry with that ini name (case ignored), -1 when none.
+    /// The index of the entry with that ini name (case ignored); -1 when none, and for a null name.
     virtual int32_t FindPortIndex(const char* name, const std::vector<SerialPortEntry>& list);
 
     /// What EnumeratePorts found last.

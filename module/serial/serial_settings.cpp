@@ -81,6 +81,9 @@ const SerialPortRow* FindSerialPortById(std::int32_t id) {
 }
 
 const SerialPortRow* FindSerialPortByName(const char* iniName) {
+    if (!iniName) {
+        return nullptr;
+    }
     const auto* found =
         std::find_if(std::begin(kPorts), std::end(kPorts), [iniName](const SerialPortRow& row) {
             return platform::CompareNoCase(row.iniName, iniName) == 0;

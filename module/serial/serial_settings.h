@@ -19,7 +19,7 @@ inline constexpr std::int32_t kNoSerialPort = -1;
 std::span<const SerialPortRow> SerialPortTable();
 /// The row of a port id, or null.
 const SerialPortRow* FindSerialPortById(std::int32_t id);
-/// The row with this ini name (case ignored), or null.
+/// The row with this ini name (case ignored), or null, also for a null name.
 const SerialPortRow* FindSerialPortByName(const char* iniName);
 
 /// A port that the open camera offers.

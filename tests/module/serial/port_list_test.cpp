@@ -74,4 +74,11 @@ TEST_F(PortListTest, NamesAndIdsBelongTogether) {
     EXPECT_STREQ(channel->GetPortNameById(5), "");
 }
 
+TEST_F(PortListTest, NoPortBelongsToANullName) {
+    Offer(0, 3, 0x11);
+    channel->EnumeratePorts();
+    EXPECT_EQ(channel->GetPortIdByName(nullptr), -1);
+    EXPECT_EQ(channel->FindPortIndex(nullptr, channel->GetPorts()), -1);
+}
+
 } // namespace

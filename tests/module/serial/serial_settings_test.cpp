@@ -36,6 +36,7 @@ TEST(SerialSettingsTest, KnowsFivePorts) {
     EXPECT_EQ(FindSerialPortByName("pyxenserialport3"), FindSerialPortById(3));
     EXPECT_EQ(FindSerialPortById(-1), nullptr);
     EXPECT_EQ(FindSerialPortById(5), nullptr);
+    EXPECT_EQ(FindSerialPortByName(nullptr), nullptr);
     EXPECT_EQ(FindSerialPortByName(""), nullptr);
     EXPECT_EQ(FindSerialPortByName("PYXENSERIALPORT"), nullptr);
     EXPECT_EQ(FindSerialPortByName("PYXENSERIALPORT5"), nullptr);
