@@ -104,7 +104,7 @@ private:
 };
 
 CCmdKVNPyxen::CCmdKVNPyxen(ISerialGrabber* grabberToUse, platform::Mutex& mutexToHold)
-    : mutex(mutexToHold), grabber(grabberToUse) {
+    : grabber(grabberToUse), portMutex(mutexToHold) {
     ports.reserve(SerialPortTable().size());
 }
 
@@ -113,7 +113,7 @@ const char* CCmdKVNPyxen::GetChannelTypeName() {
 }
 
 const char* CCmdKVNPyxen::GetConfigText() {
-    platform::MutexLock lock(mutex);
+    platform::MutexLock lock(settingsMutex);
     std::snprintf(configText, sizeof configText,
                   "%s Baud, Parity = %s, Bytesize = %s, Stopbits = %s",
                   SerialText(SerialField::kBaud, settings.baudIndex),
@@ -140,15 +140,17 @@ MV_ERRCODE CCmdKVNPyxen::GetConfig(CIniFile* ini, const char* section) {
     if (const MV_ERRCODE result = CCmdChannel::GetConfig(ini, section); result != MV_OK) {
         return result;
     }
-    platform::MutexLock lock(mutex);
-    SerialSettings read = settings;
-    ini->GetText(section, kPortNameKey, settings.portName, read.portName, sizeof read.portName);
+    const SerialSettings defaults = GetSettings();
+    SerialSettings read = defaults;
+    ini->GetText(section, kPortNameKey, defaults.portName, read.portName, sizeof read.portName);
     for (const FieldKey& row : kFieldKeys) {
         char text[32];
-        ini->GetText(section, row.key, SerialText(row.field, settings.*row.index), text,
+        ini->GetText(section, row.key, SerialText(row.field, defaults.*row.index), text,
                      sizeof text);
         read.*row.index = SerialIndex(row.field, text);
     }
+    platform::MutexLock lock(settingsMutex);
+    read.intercharacterDelay = settings.intercharacterDelay; // has no key
     settings = read;
     return MV_OK;
 }
@@ -164,17 +166,17 @@ MV_ERRCODE CCmdKVNPyxen::ConfigDialog(MV_WINDOW parent, MV_DLG_EXITCODE* exitCod
 MV_DLG_EXITCODE CCmdKVNPyxen::RunConfigDialog(MV_WINDOW parent) {
     SerialDialogData data;
     {
-        platform::MutexLock lock(mutex);
+        platform::MutexLock lock(portMutex);
         EnumeratePorts();
         data.ports = ports;
-        data.portIndex = FindPortIndex(settings.portName, ports);
-        data.settings = settings;
+        data.settings = GetSettings();
+        data.portIndex = FindPortIndex(data.settings.portName, data.ports);
     }
     // Not under the mutex: the dialog stays open as long as the user likes.
     if (RunSerialDialog(parent, data) != MV_DLG_OK) {
         return MV_DLG_CANCEL;
     }
-    platform::MutexLock lock(mutex);
+    platform::MutexLock lock(settingsMutex);
     const bool selected =
         data.portIndex >= 0 && static_cast<std::size_t>(data.portIndex) < data.ports.size();
     // Without a selected port the channel keeps its own, also one that it got meanwhile.
@@ -189,7 +191,7 @@ MV_ERRCODE CCmdKVNPyxen::Open() {
     if (!grabber) {
         return MV_CHANNEL_OPEN_FAILED;
     }
-    platform::MutexLock lock(mutex);
+    platform::MutexLock lock(portMutex);
     const PxnHandle camera = grabber->CameraHandle();
     if (!camera) {
         return MV_CHANNEL_OPEN_FAILED;
@@ -197,13 +199,14 @@ MV_ERRCODE CCmdKVNPyxen::Open() {
     if (openPortId != kNoSerialPort) {
         return MV_CHANNEL_ALREADY_OPEN;
     }
-    openPortId = GetPortIdByName(settings.portName);
+    const SerialSettings current = GetSettings();
+    openPortId = GetPortIdByName(current.portName);
     const SerialPortRow* row = FindSerialPortById(openPortId);
     if (!row) {
         return MV_CHANNEL_OPEN_FAILED;
     }
     Registers port(*grabber, camera, *row);
-    bool done = port.Write(kMode, SerialModeWord(settings));
+    bool done = port.Write(kMode, SerialModeWord(current));
     done = port.Write(kTransmitControl, kEnableAndReset) && done;
     done = port.Write(kReceiveControl, kEnableAndReset) && done;
     done = port.Write(kReceiveStatus, kClearAll) && done;
@@ -219,7 +222,7 @@ MV_ERRCODE CCmdKVNPyxen::ReadByte(uint8_t* buffer, uint64_t* count) {
     if (!grabber) {
         return MV_READ_FAILED;
     }
-    platform::MutexLock lock(mutex);
+    platform::MutexLock lock(portMutex);
     const PxnHandle camera = grabber->CameraHandle();
     const SerialPortRow* row = FindSerialPortById(openPortId);
     if (!camera || !row) {
@@ -238,7 +241,7 @@ MV_ERRCODE CCmdKVNPyxen::ReadBuffer(uint8_t* buffer, uint64_t length, uint64_t* 
     if (!grabber) {
         return MV_READ_FAILED;
     }
-    platform::MutexLock lock(mutex);
+    platform::MutexLock lock(portMutex);
     const PxnHandle camera = grabber->CameraHandle();
     const SerialPortRow* row = FindSerialPortById(openPortId);
     if (!camera || !row) {
@@ -266,7 +269,7 @@ MV_ERRCODE CCmdKVNPyxen::WriteByte(const uint8_t* buffer, uint64_t* count) {
     if (!grabber) {
         return MV_WRITE_FAILED;
     }
-    platform::MutexLock lock(mutex);
+    platform::MutexLock lock(portMutex);
     return grabber->CameraHandle() ? Transmit(buffer, 1, count) : MV_WRITE_FAILED;
 }
 
@@ -277,11 +280,11 @@ MV_ERRCODE CCmdKVNPyxen::WriteBuffer(const uint8_t* buffer, uint64_t length, uin
     }
     std::uint32_t delay = 0;
     {
-        platform::MutexLock lock(mutex);
+        platform::MutexLock lock(portMutex);
         if (!grabber->CameraHandle()) {
             return MV_WRITE_FAILED;
         }
-        delay = settings.intercharacterDelay;
+        delay = GetSettings().intercharacterDelay;
         if (delay == 0) {
             return Transmit(buffer, length, count);
         }
@@ -314,7 +317,7 @@ MV_ERRCODE CCmdKVNPyxen::Purge(uint32_t flags) {
     if (!grabber) {
         return MV_WRITE_FAILED;
     }
-    platform::MutexLock lock(mutex);
+    platform::MutexLock lock(portMutex);
     const PxnHandle camera = grabber->CameraHandle();
     if (!camera) {
         return MV_WRITE_FAILED;
@@ -338,7 +341,7 @@ MV_ERRCODE CCmdKVNPyxen::Close() {
     if (!grabber) {
         return MV_OK;
     }
-    platform::MutexLock lock(mutex);
+    platform::MutexLock lock(portMutex);
     const PxnHandle camera = grabber->CameraHandle();
     const SerialPortRow* row = FindSerialPortById(openPortId);
     if (camera && row) {
@@ -357,7 +360,7 @@ uint32_t CCmdKVNPyxen::GetChannelKind() {
 }
 
 void CCmdKVNPyxen::EnumeratePorts() {
-    platform::MutexLock lock(mutex);
+    platform::MutexLock lock(portMutex);
     ports.clear();
     const PxnHandle camera = grabber ? grabber->CameraHandle() : nullptr;
     if (!camera) {
@@ -393,16 +396,16 @@ int32_t CCmdKVNPyxen::FindPortIndex(const char* name, const std::vector<SerialPo
 }
 
 std::vector<SerialPortEntry> CCmdKVNPyxen::GetPorts() const {
-    platform::MutexLock lock(mutex);
+    platform::MutexLock lock(portMutex);
     return ports;
 }
 
 SerialSettings CCmdKVNPyxen::GetSettings() const {
-    platform::MutexLock lock(mutex);
+    platform::MutexLock lock(settingsMutex);
     return settings;
 }
 
 void CCmdKVNPyxen::SetSettings(const SerialSettings& newSettings) {
-    platform::MutexLock lock(mutex);
+    platform::MutexLock lock(settingsMutex);
     settings = newSettings;
 }

@@ -13,6 +13,7 @@
 ///
 /// Any thread; the grabber's mutex is held around every port operation, across all its registers,
 /// so that the traffic of all channels and the preparation of frame buffers exclude each other.
+/// Operations that only read or change the settings do not take it: they never wait for a port.
 /// A write waits without limit for the port to take data, and ends when a register cannot be read.
 /// In every operation a null `count` is allowed.
 class CCmdKVNPyxen final : public CCmdChannel {
@@ -57,13 +58,18 @@ public:
 private:
     class Registers;
 
-    MV_ERRCODE Transmit(const uint8_t* buffer, uint64_t length, uint64_t* count) REQUIRES(mutex);
+    MV_ERRCODE Transmit(const uint8_t* buffer, uint64_t length, uint64_t* count)
+        REQUIRES(portMutex);
     MV_DLG_EXITCODE RunConfigDialog(MV_WINDOW parent);
 
-    platform::Mutex& mutex;
     ISerialGrabber* const grabber;
-    SerialSettings settings GUARDED_BY(mutex);
-    std::int32_t openPortId GUARDED_BY(mutex) = kNoSerialPort;
-    std::vector<SerialPortEntry> ports GUARDED_BY(mutex);
-    char configText[64] GUARDED_BY(mutex) = {};
+
+    // Both may be held at once, portMutex locked first. portMutex is held across SDK calls, which
+    // can take for ever; settingsMutex only while the settings are copied, with no call out.
+    platform::Mutex& portMutex;
+    mutable platform::Mutex settingsMutex;
+    std::int32_t openPortId GUARDED_BY(portMutex) = kNoSerialPort;
+    std::vector<SerialPortEntry> ports GUARDED_BY(portMutex);
+    SerialSettings settings GUARDED_BY(settingsMutex);
+    char configText[64] GUARDED_BY(settingsMutex) = {};
 };

@@ -3,8 +3,10 @@
 
 #include <algorithm>
 #include <atomic>
+#include <functional>
 #include <string>
 #include <thread>
+#include <vector>
 
 namespace {
 
@@ -138,6 +140,69 @@ TEST_F(SerialThreadsTest, TheSdkStaysUntilPortTrafficHasEnded) {
     writer.join();
     closer.join();
     EXPECT_EQ(sdk.StartupCount(), 0);
+}
+
+TEST_F(SerialThreadsTest, SettingsDoNotWaitForAStuckPort) {
+    WriteIni("[Channel]\nPORTNAME=PYXENSERIALPORT1\nPARITY=Odd\n");
+    CIniFile ini;
+    ASSERT_TRUE(ini.Open(directory.PathOf("host.ini").c_str()));
+    auto* const listed = static_cast<CCmdKVNPyxen*>(Grabber().CreateCmdChannel(1));
+    ASSERT_NE(listed, nullptr);
+    ASSERT_EQ(Grabber().AddCmdChannel(listed), MV_OK);
+    listed->SetSettings(SettingsOf("PYXENSERIALPORT2"));
+    ASSERT_EQ(listed->Open(), MV_OK);
+    SetTransmitReady();
+    sdk.Hold("PxnMemoryWrite");
+    std::thread writer([&] { EXPECT_EQ(listed->WriteBuffer(Bytes("ab"), 2, nullptr), MV_OK); });
+    EXPECT_TRUE(sdk.WaitForCall(WriteBytes(0x400, "ab")));
+
+    const struct {
+        const char* name;
+        std::function<void()> run;
+    } operations[] = {
+        {"GetConfigText",
+         [&] {
+             EXPECT_STREQ(listed->GetConfigText(),
+                          "115200 Baud, Parity = No, Bytesize = 8, Stopbits = 1");
+         }},
+        {"GetSettings",
+         [&] {
+             EXPECT_STREQ(listed->GetSettings().portName, "PYXENSERIALPORT2");
+         }},
+        {"SaveGrabberConfig",
+         [&] {
+             EXPECT_EQ(Grabber().SaveGrabberConfig(), MV_OK);
+         }},
+        {"SetConfig",
+         [&] {
+             EXPECT_EQ(listed->SetConfig(&ini, "Saved"), MV_OK);
+         }},
+        {"GetConfig",
+         [&] {
+             EXPECT_EQ(listed->GetConfig(&ini, "Channel"), MV_OK);
+         }},
+        {"SetSettings",
+         [&] {
+             listed->SetSettings(SettingsOf("PYXENSERIALPORT4"));
+         }},
+    };
+    std::vector<std::thread> threads;
+    std::atomic<std::size_t> returned{0};
+    for (const auto& operation : operations) {
+        const std::size_t before = returned;
+        threads.emplace_back([&] {
+            operation.run();
+            ++returned;
+        });
+        EXPECT_TRUE(support::WaitUntil([&] { return returned > before; }, 2000)) << operation.name;
+    }
+    EXPECT_FALSE(IsMutexFree());
+    sdk.Release("PxnMemoryWrite");
+    writer.join();
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_STREQ(listed->GetSettings().portName, "PYXENSERIALPORT4");
 }
 
 TEST_F(SerialThreadsTest, SeveralThreadsMayAskForTheConfiguration) {
