@@ -78,7 +78,7 @@ public:
         return size != 0 &&
                api.PxnMemoryRead(camera, base + kReceiveBuffer, size,
                                  reinterpret_cast<char*>(buffer), &done) == 0 &&
-               Write(kReceiveLength, done);
+               done <= size && Write(kReceiveLength, done);
     }
 
     /// Sends what fits into the transmit buffer. Waits for the port without a limit; a register
@@ -270,7 +270,7 @@ MV_ERRCODE CCmdKVNPyxen::WriteByte(const uint8_t* buffer, uint64_t* count) {
         return MV_WRITE_FAILED;
     }
     platform::MutexLock lock(portMutex);
-    return grabber->CameraHandle() ? Transmit(buffer, 1, count) : MV_WRITE_FAILED;
+    return Transmit(grabber->CameraHandle(), buffer, 1, count);
 }
 
 MV_ERRCODE CCmdKVNPyxen::WriteBuffer(const uint8_t* buffer, uint64_t length, uint64_t* count) {
@@ -281,26 +281,28 @@ MV_ERRCODE CCmdKVNPyxen::WriteBuffer(const uint8_t* buffer, uint64_t length, uin
     std::uint32_t delay = 0;
     {
         platform::MutexLock lock(portMutex);
-        if (!grabber->CameraHandle()) {
-            return MV_WRITE_FAILED;
-        }
+        const PxnHandle camera = grabber->CameraHandle();
         delay = GetSettings().intercharacterDelay;
-        if (delay == 0) {
-            return Transmit(buffer, length, count);
+        if (!camera || delay == 0) {
+            return Transmit(camera, buffer, length, count);
         }
     }
     // Without the mutex, which WriteByte takes for each byte: others get their turn in the rests.
     return WriteBufferWithDelay(buffer, length, count, delay);
 }
 
-MV_ERRCODE CCmdKVNPyxen::Transmit(const uint8_t* buffer, uint64_t length, uint64_t* count) {
+MV_ERRCODE CCmdKVNPyxen::Transmit(PxnHandle camera, const uint8_t* buffer, uint64_t length,
+                                  uint64_t* count) {
+    if (!camera) {
+        return MV_WRITE_FAILED;
+    }
     const SerialPortRow* row = FindSerialPortById(openPortId);
     if (!row) {
         StoreCount(count,
                    length); // a channel that is not open swallows what is written, on purpose
         return MV_OK;
     }
-    Registers port(*grabber, grabber->CameraHandle(), *row);
+    Registers port(*grabber, camera, *row);
     for (uint64_t written = 0; written < length;) {
         const auto piece =
             static_cast<std::uint32_t>(std::min(length - written, kTransmitBufferSize));

@@ -58,7 +58,8 @@ public:
 private:
     class Registers;
 
-    MV_ERRCODE Transmit(const uint8_t* buffer, uint64_t length, uint64_t* count)
+    /// Writes in pieces; MV_WRITE_FAILED without a camera.
+    MV_ERRCODE Transmit(PxnHandle camera, const uint8_t* buffer, uint64_t length, uint64_t* count)
         REQUIRES(portMutex);
     MV_DLG_EXITCODE RunConfigDialog(MV_WINDOW parent);
 

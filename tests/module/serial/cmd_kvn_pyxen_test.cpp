@@ -5,6 +5,25 @@
 
 namespace {
 
+/// Its camera goes after the handle was asked for so many times.
+class VanishingGrabber final : public ISerialGrabber {
+public:
+    explicit VanishingGrabber(CMivoraKVNPyxenClass& grabberBehind) : grabber(grabberBehind) {}
+    PxnHandle CameraHandle() const override {
+        return asked++ < askedBeforeItGoes ? grabber.CameraHandle() : nullptr;
+    }
+    CPyxenAPIAccess& Api() override { return grabber.Api(); }
+    void GoAfter(unsigned count) {
+        asked = 0;
+        askedBeforeItGoes = count;
+    }
+
+private:
+    CMivoraKVNPyxenClass& grabber;
+    mutable unsigned asked = 0;
+    unsigned askedBeforeItGoes = 1;
+};
+
 constexpr uint64_t kNanosecondsPerMillisecond = 1000000;
 
 class CmdKVNPyxenTest : public SerialFixture {
@@ -189,6 +208,30 @@ TEST_F(CmdKVNPyxenTest, NothingGoesWithoutAnOpenCamera) {
     EXPECT_EQ(channel->Open(), MV_OK);
 }
 
+TEST_F(CmdKVNPyxenTest, ACameraThatGoesDuringAnOperationIsNotReadAnyMore) {
+    VanishingGrabber vanishing(Grabber());
+    channel = std::make_unique<CCmdKVNPyxen>(&vanishing, Grabber().SerialMutex());
+    channel->SetSettings(SettingsOf("PYXENSERIALPORT2"));
+    OpenChannel();
+    vanishing.GoAfter(1);
+    uint8_t byte = 0;
+    uint64_t count = 99;
+    EXPECT_EQ(channel->WriteByte(&byte, &count), MV_WRITE_FAILED);
+    vanishing.GoAfter(1);
+    EXPECT_EQ(WriteBuffer("abc", count), MV_WRITE_FAILED);
+    EXPECT_EQ(count, 0u);
+    vanishing.GoAfter(1);
+    EXPECT_EQ(ReadByte(byte, count), MV_READ_FAILED);
+    vanishing.GoAfter(1);
+    channel->EnumeratePorts();
+    EXPECT_TRUE(channel->GetPorts().empty());
+    EXPECT_EQ(Calls(), Texts{});
+
+    vanishing.GoAfter(4); // once to begin, then once for each look at the port
+    EXPECT_EQ(WriteBuffer("abc", count), MV_WRITE_FAILED);
+    EXPECT_EQ(Calls(), Texts(3, Read(0x124)));
+}
+
 TEST_F(CmdKVNPyxenTest, NothingGoesWithoutAGrabber) {
     channel = std::make_unique<CCmdKVNPyxen>(nullptr, Grabber().SerialMutex());
     channel->SetSettings(SettingsOf("PYXENSERIALPORT2"));
@@ -354,6 +397,23 @@ TEST_F(CmdKVNPyxenTest, ReadBufferFailsWhenAnAccessFails) {
     sdk.Fail("PxnMemoryWrite", PxnErrIO);
     EXPECT_EQ(ReadBuffer(bytes, 5), MV_READ_FAILED);
     EXPECT_EQ(bytes, "");
+}
+
+TEST_F(CmdKVNPyxenTest, ReadsNothingWhenTheCameraReportsMoreThanWasAsked) {
+    OpenChannel();
+    Grabber().Api().PxnMemoryRead = [](PxnHandle, uint64_t address, uint32_t size, char* bytes,
+                                       uint32_t* done) -> PxnError {
+        const bool isLength = address == kBase + 0x14C;
+        std::memset(bytes, 0, size);
+        bytes[size - 1] = 2;
+        *done = isLength ? size : size + 1;
+        return PxnErrSuccess;
+    };
+    uint8_t bytes[2] = {};
+    uint64_t count = 99;
+    EXPECT_EQ(channel->ReadBuffer(bytes, sizeof bytes, &count), MV_READ_FAILED);
+    EXPECT_EQ(count, 0u);
+    EXPECT_EQ(Calls(), Texts{}); // nothing is acknowledged
 }
 
 TEST_F(CmdKVNPyxenTest, TakesALengthBeyond32Bits) {

@@ -1,4 +1,4 @@
-// serial_dialog_test.cpp - a serial channel's dialog where there are no windows
+// serial_dialog_posix_test.cpp - a serial channel's dialog where there are no windows
 #include "tests/module/serial/serial_fixture.h"
 
 namespace {

@@ -1,3 +1,4 @@
+// serial_dialog_logic_test.cpp - what the serial configuration dialog decides without its window
 #include "ui/serial_dialog_logic.h"
 
 #include <gtest/gtest.h>
