@@ -58,7 +58,7 @@ public:
     Registers(ISerialGrabber& owner, PxnHandle openCamera, const SerialPortRow& row)
         : grabber(owner), api(owner.Api()), camera(openCamera), base(row.registerBase) {}
 
-    /// Fails once the grabber has closed the camera, so that nobody polls it for ever.
+    /// Fails once the grabber has closed the camera, so that polling ends.
     bool Read(std::uint64_t offset, std::uint32_t& value) {
         return grabber.CameraHandle() == camera &&
                api.ReadRegister32(camera, base + offset, &value, true);
@@ -68,7 +68,7 @@ public:
         return api.WriteRegister32(camera, base + offset, value, true);
     }
 
-    /// Takes at most `request` of the bytes that wait; none waiting is a failure.
+    /// Takes at most `request` of the waiting bytes; fails when none is waiting.
     bool Receive(std::uint8_t* buffer, std::uint32_t request, std::uint32_t& done) {
         std::uint32_t waiting = 0;
         if (!Read(kReceiveLength, waiting)) {
@@ -81,8 +81,8 @@ public:
                done <= size && Write(kReceiveLength, done);
     }
 
-    /// Sends what fits into the transmit buffer. Waits for the port without a limit; a register
-    /// that cannot be read ends that.
+    /// Sends one piece that fits into the transmit buffer. Waits without limit for the port to be
+    /// ready; a register that cannot be read ends the wait.
     bool Send(const std::uint8_t* buffer, std::uint32_t size) {
         std::uint32_t status = 0;
         while ((status & kTransmitReady) == 0) {
@@ -172,14 +172,14 @@ MV_DLG_EXITCODE CCmdKVNPyxen::RunConfigDialog(MV_WINDOW parent) {
         data.settings = GetSettings();
         data.portIndex = FindPortIndex(data.settings.portName, data.ports);
     }
-    // Not under the mutex: the dialog stays open as long as the user likes.
+    // Without the mutex, since the dialog may stay open for long.
     if (RunSerialDialog(parent, data) != MV_DLG_OK) {
         return MV_DLG_CANCEL;
     }
     platform::MutexLock lock(settingsMutex);
     const bool selected =
         data.portIndex >= 0 && static_cast<std::size_t>(data.portIndex) < data.ports.size();
-    // Without a selected port the channel keeps its own, also one that it got meanwhile.
+    // Without a selected port the channel keeps its present one, which may have changed meanwhile.
     std::snprintf(data.settings.portName, sizeof data.settings.portName, "%s",
                   selected ? data.ports[static_cast<std::size_t>(data.portIndex)].iniName
                            : settings.portName);
@@ -211,7 +211,8 @@ MV_ERRCODE CCmdKVNPyxen::Open() {
     done = port.Write(kReceiveControl, kEnableAndReset) && done;
     done = port.Write(kReceiveStatus, kClearAll) && done;
     if (!done) {
-        return MV_CHANNEL_OPEN_FAILED; // the port id stays recorded until Close, on purpose
+        // Compatibility: the port id stays recorded, so that hosts get "already open" until Close.
+        return MV_CHANNEL_OPEN_FAILED;
     }
     SetOpen(true);
     return MV_OK;
@@ -287,7 +288,7 @@ MV_ERRCODE CCmdKVNPyxen::WriteBuffer(const uint8_t* buffer, uint64_t length, uin
             return Transmit(camera, buffer, length, count);
         }
     }
-    // Without the mutex, which WriteByte takes for each byte: others get their turn in the rests.
+    // Without the mutex, which WriteByte locks for each byte: others may use it during the pauses.
     return WriteBufferWithDelay(buffer, length, count, delay);
 }
 
@@ -298,8 +299,8 @@ MV_ERRCODE CCmdKVNPyxen::Transmit(PxnHandle camera, const uint8_t* buffer, uint6
     }
     const SerialPortRow* row = FindSerialPortById(openPortId);
     if (!row) {
-        StoreCount(count,
-                   length); // a channel that is not open swallows what is written, on purpose
+        // Compatibility: hosts write to closed channels and count on success.
+        StoreCount(count, length);
         return MV_OK;
     }
     Registers port(*grabber, camera, *row);
@@ -373,8 +374,8 @@ void CCmdKVNPyxen::EnumeratePorts() {
         std::uint32_t inquiry = 0;
         std::uint32_t capability = 0;
         const bool inquired = port.Read(kInquiry, inquiry);
-        const bool told = port.Read(kCapability, capability);
-        if (inquired && told && (inquiry & kPortExists) == kPortExists) {
+        const bool hasCapability = port.Read(kCapability, capability);
+        if (inquired && hasCapability && (inquiry & kPortExists) == kPortExists) {
             ports.push_back({row.id, row.iniName, row.displayName, capability});
         }
     }

@@ -14,16 +14,16 @@
 /// Any thread; the grabber's mutex is held around every port operation, across all its registers,
 /// so that the traffic of all channels and the preparation of frame buffers exclude each other.
 /// Operations that only read or change the settings do not take it: they never wait for a port.
-/// A write waits without limit for the port to take data, and ends when a register cannot be read.
-/// In every operation a null `count` is allowed.
+/// A write waits without limit for the port to accept data, and fails when a register cannot be
+/// read. In every operation a null `count` is allowed.
 class CCmdKVNPyxen final : public CCmdChannel {
 public:
-    /// Neither is owned. `grabberToUse` may be null; `mutexToHold` guards the port.
+    /// Owns neither. `grabberToUse` may be null; `mutexToHold` guards the port.
     CCmdKVNPyxen(ISerialGrabber* grabberToUse, platform::Mutex& mutexToHold);
     ~CCmdKVNPyxen() override = default;
 
     const char* GetChannelTypeName() override;
-    /// The text lives until the next call.
+    /// The text is valid until the next call.
     const char* GetConfigText() override;
     MV_ERRCODE SetConfig(CIniFile* ini, const char* section) override;
     MV_ERRCODE GetConfig(CIniFile* ini, const char* section) override;
@@ -32,7 +32,7 @@ public:
     MV_ERRCODE Open() override;
     MV_ERRCODE ReadByte(uint8_t* buffer, uint64_t* count) override;
     MV_ERRCODE WriteByte(const uint8_t* buffer, uint64_t* count) override;
-    /// Takes at most what is waiting; nothing waiting is success with count 0.
+    /// Reads at most what is waiting; success with count 0 when nothing is.
     MV_ERRCODE ReadBuffer(uint8_t* buffer, uint64_t length, uint64_t* count) override;
     MV_ERRCODE WriteBuffer(const uint8_t* buffer, uint64_t length, uint64_t* count) override;
     MV_ERRCODE Purge(uint32_t flags) override;
@@ -48,10 +48,10 @@ public:
     /// The index of the entry with that ini name (case ignored); -1 when none, and for a null name.
     virtual int32_t FindPortIndex(const char* name, const std::vector<SerialPortEntry>& list);
 
-    /// What EnumeratePorts found last.
+    /// The ports that EnumeratePorts found last. Waits for a port operation that is running.
     std::vector<SerialPortEntry> GetPorts() const;
-    /// What the channel is configured to. New settings take effect at the next Open, but for the
-    /// delay, which counts at once.
+    /// What the channel is configured to. New settings take effect at the next Open, except for the
+    /// delay, which takes effect at once.
     SerialSettings GetSettings() const;
     void SetSettings(const SerialSettings& newSettings);
 

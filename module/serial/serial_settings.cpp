@@ -45,11 +45,11 @@ constexpr Choice kStopBits[] = {
 
 struct Table {
     std::span<const Choice> choices;
-    std::uint32_t unknownIndex; // what a text that is none of the table's reads back as
+    std::uint32_t unknownIndex; // what a text that matches no row reads back as
     const char* unknownText;    // what an index past the table prints as
-    unsigned modeShift;         // where the index stands in the mode register, and how wide it is
+    unsigned modeShift;         // the field of the mode register
     std::uint32_t modeMask;
-    unsigned capabilityShift; // where the field stands in the capability word, and how wide it is
+    unsigned capabilityShift; // the field of the capability word
     std::uint32_t capabilityMask;
 };
 

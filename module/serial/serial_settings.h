@@ -27,7 +27,7 @@ struct SerialPortEntry {
     std::int32_t id;
     const char* iniName;
     const char* displayName;
-    std::uint32_t capability; ///< which line settings it allows, see IsSerialChoiceAllowed
+    std::uint32_t capability; ///< the line settings that it allows, see IsSerialChoiceAllowed
 };
 
 /// The line settings, each an index into its table.
@@ -45,20 +45,20 @@ struct SerialSettings {
 
 inline constexpr std::uint32_t kUnknownBaud = 0xFFFFFFFFu;
 
-/// The text of an index as the ini file has it; an index past the table gives "0" for the baud rate
-/// and what an unknown text reads back as for the others.
+/// The text of an index as in the ini file. An index past the table gives "0" for the baud rate,
+/// and "No", "8" and "1" for the others.
 const char* SerialText(SerialField field, std::uint32_t index);
 /// The index of such a text, case ignored. A text that matches no row gives kUnknownBaud, "No",
 /// "8" and "1".
 std::uint32_t SerialIndex(SerialField field, const char* text);
 
-/// How many choices a field has, and how the user sees one ("9600 Baud"); null past the table.
+/// The number of choices of a field, and the label of one ("9600 Baud"); null past the table.
 std::uint32_t SerialChoiceCount(SerialField field);
 const char* SerialChoiceLabel(SerialField field, std::uint32_t index);
 /// Whether a port's capability word allows a choice: bit n of bits 0 to 15 the baud index n, of
 /// bits 16 to 19 the parity, of bits 20 to 23 the byte size, of bits 24 to 31 the stop bits.
 bool IsSerialChoiceAllowed(SerialField field, std::uint32_t index, std::uint32_t capability);
-/// The indices of the choices that a capability word allows, rising.
+/// The indices of the choices that a capability word allows, in ascending order.
 std::vector<std::uint32_t> AllowedSerialChoices(SerialField field, std::uint32_t capability);
 
 /// The content of a port's mode register.

@@ -9,15 +9,15 @@
 #include <string_view>
 #include <vector>
 
-/// The entry of the selected port; null when the index is none of the list.
+/// The entry of the selected port; null when the index is outside the list.
 const SerialPortEntry* SelectedSerialPort(const SerialDialogData& data);
-/// The indices of the choices that the selected port allows, rising; none without a port.
+/// The indices of the choices that the selected port allows, ascending; none without a port.
 std::vector<std::uint32_t> OfferedSerialChoices(const SerialDialogData& data, SerialField field);
 /// The setting of that field.
 std::uint32_t& SerialSettingOf(SerialSettings& settings, SerialField field);
 
 /// As "%u" writes it.
 std::string FormatDelay(std::uint32_t milliseconds);
-/// As "%u" reads it: blanks, a sign and digits; whatever follows is left alone, and what does not
-/// fit wraps around. Empty when no number was read.
+/// As "%u" reads it: blanks, a sign and digits; the rest is ignored, and a number that does not fit
+/// wraps around. Empty when there is no number.
 std::optional<std::uint32_t> ParseDelay(std::string_view text);

@@ -66,7 +66,8 @@ void CKVNPyxenSerCfgDialog::FillChoices(ChoiceList& list) {
     }
 }
 
-// What was chosen for the port before is not kept: each port starts from the settings as they were.
+// Choices that were made for the previous port are dropped: each port starts from the stored
+// settings.
 void CKVNPyxenSerCfgDialog::OnPortSelected() {
     const int item = ports.GetCurSel();
     if (item != LB_ERR) {

@@ -6,7 +6,7 @@
 #include <afxwin.h>
 
 /// Offers what the selected port allows. Works on a copy of the data, which holds the user's choice
-/// once DoModal has answered IDOK.
+/// once DoModal has returned IDOK.
 class CKVNPyxenSerCfgDialog : public CDialog {
     DECLARE_DYNAMIC(CKVNPyxenSerCfgDialog)
 public:
@@ -18,8 +18,8 @@ public:
     BOOL OnInitDialog() override;
 
 protected:
-    /// Stores what stands in the controls and ends the dialog; a delay that is no number stores
-    /// nothing and keeps it open.
+    /// Stores the contents of the controls and ends the dialog. If the delay is not a number,
+    /// reports that, stores nothing and stays open.
     void OnOK() override;
     void OnPortSelected();
 
@@ -32,7 +32,7 @@ private:
         CComboBox control;
     };
 
-    /// Takes hold of the controls; false when one is missing.
+    /// Attaches the control objects; false when a control is missing.
     bool HoldControls();
     void Fill();
     void FillChoices(ChoiceList& list);
