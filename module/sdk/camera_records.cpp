@@ -42,7 +42,7 @@ std::uint32_t CPyxenAPIAccess::AllocateAndGetCameraList(PxnCameraInfo** out) {
         capacity = found;
     }
     if (found < capacity) {
-        // A larger array than needed does as well; none at all frees it.
+        // If shrinking fails the larger array serves as well; a count of 0 frees it.
         cameras.Resize(found);
     }
     if (out) {

@@ -1,4 +1,4 @@
-// format_text.cpp - texts in the log's format language
+// format_text.cpp - texts formatted as the log formats its lines
 #include "sdk/format_text.h"
 
 #include "mivora/log_sink.h"

@@ -1,4 +1,4 @@
-// format_text.h - texts in the log's format language
+// format_text.h - texts formatted as the log formats its lines
 #pragma once
 
 #include "sdk/log_format.h"
@@ -9,7 +9,7 @@
 /// Formats as a log sink does. Throws std::bad_alloc only.
 std::string FormatUnchecked(const char* format, ...);
 
-/// The same with a format that is checked when it is compiled.
+/// The same with a format that is checked at compile time.
 template <typename... Arguments>
 std::string FormatText(LogFormat<std::type_identity_t<Arguments>...> format,
                        Arguments... arguments) {

@@ -1,4 +1,4 @@
-// log_format.h - formats of log lines, checked when they are compiled
+// log_format.h - format strings of log lines, checked at compile time
 #pragma once
 
 #include <cstddef>
@@ -6,7 +6,7 @@
 
 namespace log_format_detail {
 
-/// What an argument is, whatever its exact type.
+/// The kind of an argument, whatever its exact type.
 enum class Kind {
     kText,
     kCharacter,
@@ -39,20 +39,20 @@ constexpr Kind KindOf() {
     }
 }
 
-/// Reads the formats that this module's lines use, a part of what ILogSink accepts: %s %c %d %u
-/// %08X %I64d %I64u %f %lf %p, with zero, width and precision.
+/// Parses the conversions that this module's lines use, a subset of what ILogSink accepts: %s %c %d
+/// %u %08X %I64d %I64u %f %lf %p, with zero padding, width and precision.
 class Reader {
 public:
     constexpr explicit Reader(const char* format) : rest(format) {}
 
-    /// Moves behind the next conversion; false at the end of the text.
+    /// Advances past the next conversion; false at the end of the text.
     constexpr bool Next(Kind& kind) {
         while (*rest != '\0') {
             if (*rest++ != '%') {
                 continue;
             }
-            // Compatibility: the one percent sign before a blank is written as it stands and takes
-            // no argument.
+            // Compatibility: a percent sign before a blank is written as it stands and takes no
+            // argument; support searches for a line that has one.
             if (*rest != ' ') {
                 kind = Conversion();
                 return true;
@@ -107,8 +107,8 @@ private:
 
 } // namespace log_format_detail
 
-/// A format of ILogSink whose conversions take exactly the given arguments; anything else does not
-/// compile. The text is a literal.
+/// A format of ILogSink whose conversions take exactly the given arguments; any other does not
+/// compile. The text must be a literal.
 template <typename... Arguments>
 class LogFormat {
 public:
@@ -137,5 +137,5 @@ private:
     const char* text;
 };
 
-/// A format with one text in it, mostly a feature's name.
+/// A format with one text as its argument, mostly a feature's name.
 using NameFormat = LogFormat<const char*>;

@@ -1,4 +1,4 @@
-// logger.h - lines of the log, their formats checked when they are compiled
+// logger.h - writes log lines whose formats are checked at compile time
 #pragma once
 
 #include "mivora/log_sink.h"
@@ -6,8 +6,8 @@
 
 #include <type_traits>
 
-/// Writes lines to the host's sink, which may be absent: then nothing is written and nothing is
-/// formatted. Cheap to copy; any thread; the sink must outlive it.
+/// Writes lines to the host's sink; without a sink nothing is formatted or written. Cheap to copy;
+/// any thread; the sink must outlive it.
 class Logger {
 public:
     constexpr Logger() = default;
@@ -35,7 +35,7 @@ public:
         }
     }
 
-    /// Writes a text at the error level through the sink's operation for finished texts.
+    /// Writes a finished text at the error level, through the sink's WriteError.
     void ErrorText(const char* text) const {
         if (sink) {
             sink->WriteError(text);

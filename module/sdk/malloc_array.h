@@ -1,4 +1,4 @@
-// malloc_array.h - owner of a plain allocator block
+// malloc_array.h - an array in a block of the C allocator
 #pragma once
 
 #include <cstddef>
@@ -22,8 +22,8 @@ public:
     MallocArray(const MallocArray&) = delete;
     MallocArray& operator=(const MallocArray&) = delete;
 
-    /// Makes room for `count` records; false when memory is out, the old block then stays as it
-    /// was. A count of 0 frees the block.
+    /// Makes room for `count` records; false when out of memory, which leaves the block unchanged.
+    /// A count of 0 frees the block.
     bool Resize(std::size_t count) {
         if (count == 0) {
             Free();
@@ -33,7 +33,7 @@ public:
             return false;
         }
         void* grown = std::realloc(block, count * sizeof(T));
-        if (grown == nullptr) {
+        if (!grown) {
             return false;
         }
         block = static_cast<T*>(grown);
@@ -44,12 +44,12 @@ public:
         std::free(block);
         block = nullptr;
     }
-    /// Takes over a block of the C allocator.
+    /// Takes ownership of a block of the C allocator.
     void Adopt(T* newBlock) {
         std::free(block);
         block = newBlock;
     }
-    /// Gives the block away; the caller frees it.
+    /// Passes ownership of the block to the caller, who frees it.
     T* Release() { return std::exchange(block, nullptr); }
 
     T* Get() { return block; }

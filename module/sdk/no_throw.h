@@ -1,7 +1,7 @@
 // no_throw.h - keeps exceptions inside the module
 #pragma once
 
-/// Runs `operation` and answers its result, or `onFailure` when it threw. Every operation that the
+/// Runs `operation` and returns its result, or `onFailure` if it throws. Every operation that the
 /// host calls and that may run out of memory goes through here.
 template <typename Result, typename Operation>
 Result NoThrow(Result onFailure, Operation operation) noexcept {

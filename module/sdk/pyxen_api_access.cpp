@@ -157,7 +157,7 @@ void CPyxenAPIAccess::StartSdk(const char* configPath) {
     const PxnError result = PxnStartup(widePath.Get());
     if (result != PxnErrSuccess) {
         ReportSdkError("CPyxenAPIAccess::CPyxenAPIAccess: PxnStartup returned error", result, log);
-        // The shutdown that belongs to a start runs after a failed one, too; that is intended.
+        // SDKs count a failed start-up, too: it needs its shutdown.
         Unload();
     }
 }

@@ -28,7 +28,7 @@ public:
     CPyxenAPIAccess& operator=(const CPyxenAPIAccess&) = delete;
 
     /// Loads and starts the SDK with the configuration file `configPath` (null: the SDK's
-    /// default). Answers IsValid(). `sink` may be null and must outlive the object.
+    /// default). Returns IsValid(). `sink` may be null and must outlive the object.
     bool Load(const char* configPath, Logger sink);
     bool IsValid() const { return valid.load(); }
     /// Shuts the SDK down when it was started and frees the library.
@@ -37,20 +37,21 @@ public:
     /// One 16-bit part of the loaded file's version, 0 the most significant; 65535 when unknown.
     std::uint16_t GetFileVersionPart(unsigned part) const;
 
-    /// Reads and writes a 32-bit device register; true when all 4 bytes went through. With `swap`
-    /// the four bytes are reversed. Without it byte 0 stands in the top and the bottom byte and
-    /// byte 3 is lost; that is intended.
+    /// Reads and writes a 32-bit device register; true when all 4 bytes were transferred. With
+    /// `swap` the four bytes are reversed.
+    /// Compatibility: without it byte 0 is in the top and the bottom byte and byte 3 is lost, as
+    /// hosts expect.
     bool ReadRegister32(PxnHandle handle, std::uint64_t address, std::uint32_t* value, bool swap);
     bool WriteRegister32(PxnHandle handle, std::uint64_t address, std::uint32_t value, bool swap);
 
-    /// Reads a whole string feature into `out`, which stays as it is on a failure. Answers the
-    /// SDK's code of the last call, PxnErrOther when memory is out.
+    /// Reads a whole string feature into `out`, which a failure leaves unchanged. Returns the SDK's
+    /// code of the last call, or PxnErrOther when out of memory.
     PxnError GetStringFeature(PxnHandle handle, const char* name, std::string& out);
     /// As GetStringFeature, but takes the entry name where the feature is an enumeration.
     PxnError GetFeatureAsText(PxnHandle handle, const char* name, std::string& out);
 
-    /// Answers the number of cameras and stores the array (freed by the caller with free), or
-    /// null, in `out` when given. A failure is an empty list; the log tells.
+    /// Returns the number of cameras and stores the array (freed by the caller with free), or null,
+    /// in `out` unless that is null. A failure gives an empty list and log lines.
     std::uint32_t AllocateAndGetCameraList(PxnCameraInfo** out);
 
     /// Whether a value fits a feature's range: inclusive limits, length up to the maximum, text

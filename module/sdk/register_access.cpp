@@ -5,8 +5,9 @@
 
 namespace {
 
-// What a register's bytes look like on the other side. The pattern without the swap repeats byte 0
-// and loses byte 3; that is intended.
+// Converts a register's value between the camera and the host, in either direction.
+// Compatibility: without the swap byte 0 fills the top byte, too, and byte 3 is lost; hosts that
+// access registers without the swap get and send this pattern.
 std::uint32_t Rearrange(std::uint32_t value, bool swap) {
     const std::uint32_t byte0 = value & 0xFFu;
     const std::uint32_t byte1 = (value >> 8) & 0xFFu;

@@ -1,4 +1,4 @@
-// sdk_error.cpp - the words for the SDK's result codes
+// sdk_error.cpp - texts for the SDK's result codes
 #include "sdk/sdk_error.h"
 
 #include "sdk/logger.h"
@@ -16,7 +16,7 @@ struct ErrorFormat {
 
 constexpr const char* kContextFormat = "%s: ";
 
-// Code -38 has no line of its own; that is intended.
+// Compatibility: -38 has no text of its own; support knows it as an unknown error.
 constexpr ErrorFormat kErrorFormats[] = {
     {0, "%s: No error"},
     {-1, "%s: Unexpected fault in PyxenC or driver"},

@@ -1,4 +1,4 @@
-// sdk_error.h - the words for the SDK's result codes
+// sdk_error.h - texts for the SDK's result codes
 #pragma once
 
 #include "pxnc.h"
@@ -8,6 +8,6 @@
 /// reported too. Does nothing without a sink. Any thread.
 void ReportSdkError(const char* context, PxnError code, Logger log);
 
-/// The meaning of a code without the context ("Timeout during wait"), null for a code that has
-/// no text of its own.
+/// The meaning of a code without the context ("Timeout during wait"); null for a code that has no
+/// text of its own.
 const char* SdkErrorText(PxnError code);
