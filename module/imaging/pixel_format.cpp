@@ -39,7 +39,7 @@ constexpr PixelFormat Format(const char* name, std::uint32_t code, std::uint8_t 
             conversion.rowAddress};
 }
 
-// Older and newer names share a code, and a search by code finds the first; that is intended.
+// Compatibility: some older and newer names share a code; hosts get the properties of the first.
 constexpr PixelFormat kFormats[] = {
     Format("Mono8", 0x01080001, 1, 8, 8, MVCC_MONO, 0, 0, kDirect),
     Format("Mono10", 0x01100003, 1, 16, 10, MVCC_MONO, 0, 0, kDirect),

@@ -1,4 +1,4 @@
-// pixel_format.h - the pixel formats that the module knows, and what becomes of them
+// pixel_format.h - the supported pixel formats and their conversion for the host
 #pragma once
 
 #include "mivora/types.h"
@@ -9,11 +9,11 @@
 
 /// Converts `pixelCount` pixels from the camera's layout to the host's.
 using ConvertFunction = void (*)(const void* source, void* destination, std::uint64_t pixelCount);
-/// Where line `row` of a raw image begins whose lines are padded to whole bytes.
+/// The address of line `row` in a raw image whose lines are padded to whole bytes.
 using RowAddressFunction = const void* (*)(const void* base, std::uint32_t width,
                                            std::uint32_t row);
 
-/// How an image of one pixel format looks in the host's memory, and how it gets there.
+/// The host's layout of one pixel format, and the conversion to it.
 struct PixelFormat {
     const char* name;   ///< entry of the feature "PixelFormat"
     std::uint32_t code; ///< PFNC code; 0 when it is found by name only
@@ -24,7 +24,7 @@ struct PixelFormat {
     std::uint8_t cfaX;
     std::uint8_t cfaY;
     const char* conversionName;    ///< null when the host takes the pixels as they are
-    ConvertFunction convert;       ///< null likewise
+    ConvertFunction convert;       ///< null in the same case
     RowAddressFunction rowAddress; ///< null unless lines are converted one by one
 };
 
@@ -35,7 +35,7 @@ const PixelFormat* FindPixelFormatByCode(std::uint32_t code);
 /// The first entry with this name, case ignored, or null.
 const PixelFormat* FindPixelFormatByName(const char* name);
 
-// The converters. Any alignment and length; they read and write only what the pixels need.
+// The converters. Any alignment and length; they access only the bytes that the pixels occupy.
 void Unpack10p(const void* source, void* destination, std::uint64_t pixelCount);
 void Unpack12p(const void* source, void* destination, std::uint64_t pixelCount);
 void Unpack10Packed(const void* source, void* destination, std::uint64_t pixelCount);

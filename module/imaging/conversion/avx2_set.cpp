@@ -12,7 +12,7 @@ struct Avx2 {
     static constexpr int kLanes = 2;
     static constexpr int kAlignment = 32;
 
-    /// The second lane begins `kStride` bytes behind the first.
+    /// The second lane begins `kStride` bytes after the first.
     template <int kStride>
     static Vector Load(const std::uint8_t* source) {
         return JoinLanes(_mm_loadu_si128(reinterpret_cast<const __m128i*>(source)),
@@ -24,7 +24,7 @@ struct Avx2 {
     static void Store(std::uint8_t* destination, Vector value) {
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(destination), value);
     }
-    /// All of the first lane's 48 bytes stand before the second's.
+    /// All 48 bytes of the first lane precede those of the second.
     static void StoreLanes(std::uint8_t* destination, Vector a, Vector b, Vector c) {
         Store(destination, _mm256_permute2x128_si256(a, b, 0x20));
         Store(destination + 32, _mm256_blend_epi32(c, a, 0xF0));

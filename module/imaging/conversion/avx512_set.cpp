@@ -62,7 +62,7 @@ struct Avx512 {
     }
 };
 
-/// From which byte each byte of a vector comes; of two vectors the second's bytes count from 64.
+/// The source byte of each byte of a vector; with two sources the second's bytes count from 64.
 struct alignas(64) Places {
     std::uint8_t bytes[64];
     __m512i Get() const { return _mm512_load_si512(bytes); }
@@ -100,12 +100,12 @@ struct PackedStep : Layout {
     }
 };
 
-// Where the bytes of 64 packed pixels go. Packing went lane by lane: each lane has pixels of every
-// vector that was packed, `kRun` of each.
+// Where the bytes of 64 packed pixels go. Packing works within lanes: each lane holds pixels of
+// every vector that was packed, `kRun` of each.
 struct RgbPlaces {
     Places first;        // bytes 0 to 63 of the result, from the first half and green
     Places second;       // bytes 64 to 127, from both halves
-    __mmask64 green = 0; // but for the green ones, which come from there
+    __mmask64 green = 0; // which of them are green and come from there
     Places secondGreen;
     Places third; // bytes 128 to 191, from the second half and green
 };
@@ -158,8 +158,8 @@ struct YuvBlock {
 };
 
 struct Yuv422Block : YuvBlock {
-    // Four steps at a time: a loop that goes on by no more than two lines of the cache was measured
-    // to wait longer for main memory.
+    // Four steps at a time: loops that advance by at most two cache lines were measured to wait
+    // longer for main memory.
     static constexpr int kPixels = 256;
     static constexpr int kGroupPixels = 2;
     static constexpr int kGroupBytes = 4;

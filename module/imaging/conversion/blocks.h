@@ -1,7 +1,8 @@
-// blocks.h - walks over an image in blocks of as many pixels as one step converts
+// blocks.h - converts an image in blocks of as many pixels as one step takes
 //
-// Everything here is compiled anew for each instruction set and must stay in its file: nothing has
-// external linkage, and nothing of the standard library is called that could be shared by name.
+// Everything here is compiled once per instruction set and must stay local to the including file:
+// nothing has external linkage, and no function of the standard library is called that the linker
+// could take from another file.
 #pragma once
 
 #include "imaging/pixel_format.h"
@@ -10,8 +11,8 @@
 
 namespace {
 
-// How many pixels on from `destination` stores of `kAlignment` bytes are aligned; fewer than
-// kAlignment, or 0 when no whole group ends there.
+// The number of pixels after which stores to `destination` are aligned to `kAlignment` bytes; less
+// than kAlignment, and 0 when no whole group ends there.
 template <typename Block>
 std::uint64_t PixelsToAlignment(const std::uint8_t* destination) {
     constexpr std::uint64_t kAlignment = Block::kAlignment;
@@ -27,8 +28,8 @@ std::uint64_t PixelsToAlignment(const std::uint8_t* destination) {
 }
 
 /// Converts `pixelCount` pixels with `Block::Convert`, which reads and writes exactly one block.
-/// Blocks at both ends may overlap their neighbours, which writes some pixels twice; what is less
-/// than a group, or altogether less than a block, is left to `plain`.
+/// Blocks at both ends may overlap their neighbours, which writes some pixels twice. `plain`
+/// converts an incomplete last group, and images smaller than a block.
 template <typename Block>
 void ConvertBlocks(const void* source, void* destination, std::uint64_t pixelCount,
                    ConvertFunction plain) {
@@ -50,7 +51,7 @@ void ConvertBlocks(const void* source, void* destination, std::uint64_t pixelCou
     const std::uint64_t last = whole - Block::kPixels;
     const std::uint64_t aligned = PixelsToAlignment<Block>(to);
     std::uint64_t next = aligned > 0 ? aligned : Block::kPixels;
-    // One call of Convert for all blocks: it is large, and compilers put it in place only once.
+    // A single call of Convert for all blocks: it is large, and compilers inline only one.
     for (std::uint64_t at = 0;; next += Block::kPixels) {
         Block::Convert(sourceAt(at), destinationAt(at));
         if (at == last) {

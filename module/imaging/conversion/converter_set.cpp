@@ -1,4 +1,4 @@
-// converter_set.cpp - which converters this processor gets
+// converter_set.cpp - chooses the converters for this processor
 #include "imaging/conversion/converter_set.h"
 
 #include "platform/processor.h"

@@ -17,8 +17,8 @@ struct ConverterSet {
     ConvertFunction convertYUV411;
 };
 
-// Every set gives the same bytes. All but the first need the processor to have what they are named
-// after.
+// All sets produce the same bytes. All but the first require a processor with the instructions that
+// they are named after.
 extern const ConverterSet kPlainConverters;
 extern const ConverterSet kSse41Converters;
 extern const ConverterSet kAvx2Converters;
@@ -26,7 +26,7 @@ extern const ConverterSet kAvx512Converters;
 
 /// The sets that this processor can run, the fastest last. Any thread.
 std::span<const ConverterSet* const> UsableConverterSets();
-/// The set behind `Unpack10p` and its like: the fastest usable one unless another was forced.
+/// The set that Unpack10p and the like use: the fastest usable one unless another was forced.
 const ConverterSet& ActiveConverterSet();
-/// Puts another usable set behind them; null brings back the fastest. For tests and measurements.
+/// Forces another usable set; null restores the fastest. For tests and measurements.
 void ForceConverterSet(const ConverterSet* set);

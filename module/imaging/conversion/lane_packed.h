@@ -27,7 +27,7 @@ struct LanePackedStep : Layout {
         }
     }
 
-    // Where the bytes of eight pixels lie in a lane that begins with byte `start` of the block.
+    // The positions of eight pixels' bytes in a lane that begins with byte `start` of the block.
     template <int kFirst>
     static auto Places(int start) {
         const auto low = [start](int pixel) {

@@ -1,7 +1,7 @@
 // lane_yuv.h - YUV to RGB in lanes of 16 bytes, for instruction sets that shuffle within them
 //
 // Each lane takes 16 pixels. `Set` names the operations of an instruction set; the lanes of its
-// vectors are loaded from places that are a fixed number of bytes apart.
+// vectors are loaded from addresses a fixed number of bytes apart.
 #pragma once
 
 #include "imaging/conversion/blocks.h"
@@ -11,8 +11,8 @@ namespace {
 
 inline constexpr int kLanePixels = 16;
 
-// From which byte of a lane each byte of the result comes; a set top bit gives 0, so that what the
-// components contribute can be put together.
+// The source byte in a lane of each byte of the result; a set top bit gives 0, so that the
+// contributions of the components can be combined by "or".
 struct LanePlaces {
     std::uint8_t bytes[16];
 };

@@ -1,7 +1,7 @@
-// packed_pixels.h - from the bytes that hold a pixel to the pixel
+// packed_pixels.h - extracts pixels from packed bytes
 //
-// Each layout says at which two bytes a pixel lies (the lower one first) and how the word made of
-// them becomes the pixel. `Set` names the operations of an instruction set.
+// Each layout gives the two bytes that hold a pixel, the low-order one first, and how the word
+// formed of them becomes the pixel. `Set` names the operations of an instruction set.
 #pragma once
 
 #include "imaging/conversion/blocks.h"
@@ -16,7 +16,7 @@ struct PackedGroups {
     static constexpr int kGroupBytes = kBits == 10 ? 5 : 3;
 };
 
-/// A block of four steps: one is so little that the loop around it would cost as much.
+/// A block of four steps: the loop would cost as much as a single one.
 template <typename Step>
 struct FourSteps : Step {
     static constexpr int kPixels = 4 * Step::kStepPixels;
@@ -33,7 +33,7 @@ struct FourSteps : Step {
 struct Layout10p : PackedGroups<10> {
     static constexpr int LowByte(int pixel) { return pixel * 10 / 8; }
     static constexpr int HighByte(int pixel) { return LowByte(pixel) + 1; }
-    // Each pixel is pushed to the top of its word.
+    // Multiplying moves each pixel to the top of its word.
     template <typename Set>
     static typename Set::Vector Pixels(typename Set::Vector words) {
         return Set::template ShiftWordsRightUnsigned<6>(
@@ -55,7 +55,7 @@ struct Layout12p : PackedGroups<12> {
 struct Layout10Packed : PackedGroups<12> {
     static constexpr int LowByte(int pixel) { return pixel / 2 * 3 + 1; }
     static constexpr int HighByte(int pixel) { return pixel / 2 * 3 + pixel % 2 * 2; }
-    // The first pixel's low bits are lowest in their byte, the second's stand four bits higher:
+    // The first pixel's low bits are lowest in their byte, the second's are four bits higher:
     // high * 64 + low * 16, and high * 64 + low.
     template <typename Set>
     static typename Set::Vector Pixels(typename Set::Vector words) {

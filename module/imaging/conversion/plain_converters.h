@@ -1,4 +1,4 @@
-// plain_converters.h - the converters for any processor, which also finish what the others leave
+// plain_converters.h - converters for any processor; they also convert what others leave over
 #pragma once
 
 #include "imaging/conversion/converter_set.h"

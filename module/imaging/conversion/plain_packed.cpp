@@ -5,7 +5,7 @@
 
 namespace {
 
-// Host images may lie at any address.
+// Host images may be at any address.
 void StorePixel(std::uint8_t*& destination, unsigned value) {
     const auto pixel = static_cast<std::uint16_t>(value);
     std::memcpy(destination, &pixel, sizeof pixel);

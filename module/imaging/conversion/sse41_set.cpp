@@ -12,7 +12,7 @@ struct Sse41 {
     static constexpr int kLanes = 1;
     static constexpr int kAlignment = 16;
 
-    template <int kStride> // one lane has no next one
+    template <int kStride> // unused: there is one lane only
     static Vector Load(const std::uint8_t* source) {
         return _mm_loadu_si128(reinterpret_cast<const __m128i*>(source));
     }

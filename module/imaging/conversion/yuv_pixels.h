@@ -1,7 +1,7 @@
-// yuv_pixels.h - YUV to blue, red and green bytes, in whole numbers
+// yuv_pixels.h - YUV to blue, red and green bytes, in integers
 //
-// For a whole luma Y the clamped truncation of Y + t is the clamp of Y + floor(t), so chroma gives
-// one whole number per component. With U and V from 0 to 255 these are, without exception,
+// For an integer luma Y the clamped truncation of Y + t is the clamp of Y + floor(t), so chroma
+// contributes one integer per component. For all U and V from 0 to 255 these are exactly
 //   red    floor(1.40199958 V - 179.4557903) = ((V * 256 * 45940 >> 16) - 22970) >> 7
 //   blue   floor(1.77200007 U - 226.816062)  = ((U * 256 * 58065 >> 16) - 29033) >> 7
 //   green  floor(135.4587945 - (0.344135677 U + 0.71413615 V))
@@ -12,7 +12,7 @@
 
 namespace {
 
-// One number for the words at even places and one for those at odd ones.
+// One value for the words at even positions and one for those at odd positions.
 constexpr int WordPair(int even, int odd) {
     return static_cast<int>(static_cast<std::uint32_t>(even & 0xFFFF) |
                             static_cast<std::uint32_t>(odd & 0xFFFF) << 16);
@@ -22,14 +22,14 @@ inline constexpr int kChromaFactors = WordPair(58065, 45940);
 inline constexpr int kChromaOffsets = WordPair(29033, 22970);
 inline constexpr int kChromaShift = 7;
 
-// The factors of green are wider than a word: each is split at 8 bits, which is 704 * 256 + 202 and
+// The factors of green are wider than a word: each is split at 8 bits, into 704 * 256 + 202 and
 // 1462 * 256 + 141.
 inline constexpr int kGreenHighFactors = WordPair(-704, -1462);
 inline constexpr int kGreenLowFactors = WordPair(-202, -141);
 inline constexpr int kGreenOffset = 71019392;
 inline constexpr int kGreenShift = 19;
 
-/// What chroma adds, for groups of four bytes U, any, V, any.
+/// What chroma contributes, for groups of four bytes U, any, V, any.
 template <typename Set>
 struct YuvTerms {
     using Vector = typename Set::Vector;
@@ -52,7 +52,7 @@ YuvTerms<Set> ChromaTerms(Vector groups) {
             Set::template ShiftNumbersRight<kGreenShift>(green)};
 }
 
-/// Pixels whose components await packing: words of blue and red by turns, and of green.
+/// Pixels before packing: words of alternating blue and red, and words of green.
 template <typename Set>
 struct PairPixels {
     using Vector = typename Set::Vector;
@@ -76,7 +76,7 @@ PairPixels<Set> ConvertPairs(Vector groups) {
             Set::AddWords(Set::template ShiftWordsRightUnsigned<8>(groups), green)};
 }
 
-/// Pixels with chroma of their own: words of blue and red by turns, and green in four bytes.
+/// Pixels that each have chroma: words of alternating blue and red, and green in four bytes.
 template <typename Set>
 struct QuadPixels {
     using Vector = typename Set::Vector;
@@ -92,8 +92,8 @@ QuadPixels<Set> ConvertQuads(Vector groups) {
             Set::AddNumbers(Set::template ShiftNumbersRightUnsigned<24>(groups), terms.green)};
 }
 
-/// Bytes in the order in which packing leaves them within each lane of 16: blue and red by turns of
-/// the first and the second half of the pixels, and green of all.
+/// Bytes in the order that packing gives within each lane of 16: alternating blue and red of the
+/// first and of the second half of the pixels, and green of all.
 template <typename Set>
 struct PackedPixels {
     using Vector = typename Set::Vector;
@@ -114,7 +114,7 @@ constexpr int PairBlue(int pixelOfEight) {
     return pixelOfEight % 2 * 8 + pixelOfEight / 2 * 2;
 }
 
-/// A lane's pixels stay in their order.
+/// A lane's pixels keep their order.
 template <typename Set, typename Vector = typename Set::Vector>
 PackedPixels<Set> PackQuads(Vector firstGroups, Vector secondGroups, Vector thirdGroups,
                             Vector fourthGroups) {
