@@ -28,14 +28,14 @@ constexpr Color kWhite = {1.0, 1.0, 1.0};
 /// A picture of 16 by 16 units at any number of pixels, with coverage from 8 by 8 samples a pixel.
 class Canvas {
 public:
-    explicit Canvas(int pixels) : size(pixels), samples(Index(wide(), 0)) {}
+    explicit Canvas(int pixels) : size(pixels), samples(Index(Wide(), 0)) {}
 
     using Shape = std::function<bool(double x, double y)>;
 
     void Fill(const Shape& inside, Color color) {
-        const double unit = 16.0 / wide();
-        for (int row = 0; row < wide(); ++row) {
-            for (int column = 0; column < wide(); ++column) {
+        const double unit = 16.0 / Wide();
+        for (int row = 0; row < Wide(); ++row) {
+            for (int column = 0; column < Wide(); ++column) {
                 if (inside((column + 0.5) * unit, (row + 0.5) * unit)) {
                     Sample& sample = samples[Index(row, column)];
                     sample = {color, true};
@@ -70,9 +70,9 @@ private:
         bool set;
     };
 
-    int wide() const { return size * kFine; }
+    int Wide() const { return size * kFine; }
     std::size_t Index(int row, int column) const {
-        return static_cast<std::size_t>(row) * static_cast<std::size_t>(wide()) +
+        return static_cast<std::size_t>(row) * static_cast<std::size_t>(Wide()) +
                static_cast<std::size_t>(column);
     }
     static std::uint8_t Byte(double part) {
