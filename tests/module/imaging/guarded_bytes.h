@@ -1,4 +1,4 @@
-// guarded_bytes.h - memory that tells whether someone reached outside it
+// guarded_bytes.h - memory that detects writes outside it
 #pragma once
 
 #include <gtest/gtest.h>

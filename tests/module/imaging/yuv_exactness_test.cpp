@@ -103,7 +103,7 @@ TEST(YuvExactness, HoldsForEveryInputAtEveryPlaceOnEveryPath) {
     }
 }
 
-// Blue falls just short of a neutral grey's luma; that is intended.
+// Compatibility: the blue of a neutral grey is one less than its luma.
 TEST(YuvExactness, GivesNeutralGreyOneBlueLess) {
     for (const ConverterSet* set : UsableConverterSets()) {
         static Image image(kLayouts[0]);

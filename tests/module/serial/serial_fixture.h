@@ -35,7 +35,7 @@ protected:
         ASSERT_EQ(channel->Open(), MV_OK);
         Forget();
     }
-    /// So many bytes wait; each read of the receive length answers the next of the list.
+    /// Each read of the receive length returns the next of the list.
     void QueueLengths(const std::vector<uint32_t>& lengths) {
         for (const uint32_t length : lengths) {
             Camera().QueueRegister32(kBase + 0x14C, length);

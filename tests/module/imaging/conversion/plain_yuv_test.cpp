@@ -137,8 +137,8 @@ TEST(ConvertImage, ConvertsLineByLineWhereLinesArePadded) {
     }
 }
 
-// The converter is asked for as many values as the image is wide, whatever the components; that
-// is intended. Host lines are as long as the components need.
+// Compatibility: the converter is called for as many values as the image is wide, whatever the
+// number of components. Host lines are as long as the components need.
 TEST(ConvertImage, ConvertsWidthValuesPerLineOfSeveralComponents) {
     const PixelFormat& format = *FindPixelFormatByName("RGB12p");
     constexpr std::uint32_t kWidth = 4;
