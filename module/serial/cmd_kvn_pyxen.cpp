@@ -44,7 +44,7 @@ constexpr FieldKey kFieldKeys[] = {
     {SerialField::kStopBits, "STOPBITS", &SerialSettings::stopBitsIndex},
 };
 
-void StoreCount(uint64_t* out, uint64_t value) {
+void StoreCount(std::uint64_t* out, std::uint64_t value) {
     if (out) {
         *out = value;
     }
@@ -218,7 +218,7 @@ MV_ERRCODE CCmdKVNPyxen::Open() {
     return MV_OK;
 }
 
-MV_ERRCODE CCmdKVNPyxen::ReadByte(uint8_t* buffer, uint64_t* count) {
+MV_ERRCODE CCmdKVNPyxen::ReadByte(std::uint8_t* buffer, std::uint64_t* count) {
     StoreCount(count, 0);
     if (!grabber) {
         return MV_READ_FAILED;
@@ -237,7 +237,8 @@ MV_ERRCODE CCmdKVNPyxen::ReadByte(uint8_t* buffer, uint64_t* count) {
     return MV_OK;
 }
 
-MV_ERRCODE CCmdKVNPyxen::ReadBuffer(uint8_t* buffer, uint64_t length, uint64_t* count) {
+MV_ERRCODE CCmdKVNPyxen::ReadBuffer(std::uint8_t* buffer, std::uint64_t length,
+                                    std::uint64_t* count) {
     StoreCount(count, 0);
     if (!grabber) {
         return MV_READ_FAILED;
@@ -253,7 +254,7 @@ MV_ERRCODE CCmdKVNPyxen::ReadBuffer(uint8_t* buffer, uint64_t length, uint64_t* 
     if (!port.Read(kReceiveLength, waiting)) {
         return MV_READ_FAILED;
     }
-    const auto request = static_cast<std::uint32_t>(std::min<uint64_t>(length, waiting));
+    const auto request = static_cast<std::uint32_t>(std::min<std::uint64_t>(length, waiting));
     if (request == 0) {
         return MV_OK;
     }
@@ -265,7 +266,7 @@ MV_ERRCODE CCmdKVNPyxen::ReadBuffer(uint8_t* buffer, uint64_t length, uint64_t* 
     return MV_OK;
 }
 
-MV_ERRCODE CCmdKVNPyxen::WriteByte(const uint8_t* buffer, uint64_t* count) {
+MV_ERRCODE CCmdKVNPyxen::WriteByte(const std::uint8_t* buffer, std::uint64_t* count) {
     StoreCount(count, 0);
     if (!grabber) {
         return MV_WRITE_FAILED;
@@ -274,7 +275,8 @@ MV_ERRCODE CCmdKVNPyxen::WriteByte(const uint8_t* buffer, uint64_t* count) {
     return Transmit(grabber->CameraHandle(), buffer, 1, count);
 }
 
-MV_ERRCODE CCmdKVNPyxen::WriteBuffer(const uint8_t* buffer, uint64_t length, uint64_t* count) {
+MV_ERRCODE CCmdKVNPyxen::WriteBuffer(const std::uint8_t* buffer, std::uint64_t length,
+                                     std::uint64_t* count) {
     StoreCount(count, 0);
     if (!grabber) {
         return MV_WRITE_FAILED;
@@ -292,8 +294,8 @@ MV_ERRCODE CCmdKVNPyxen::WriteBuffer(const uint8_t* buffer, uint64_t length, uin
     return WriteBufferWithDelay(buffer, length, count, delay);
 }
 
-MV_ERRCODE CCmdKVNPyxen::Transmit(PxnHandle camera, const uint8_t* buffer, uint64_t length,
-                                  uint64_t* count) {
+MV_ERRCODE CCmdKVNPyxen::Transmit(PxnHandle camera, const std::uint8_t* buffer,
+                                  std::uint64_t length, std::uint64_t* count) {
     if (!camera) {
         return MV_WRITE_FAILED;
     }
@@ -304,7 +306,7 @@ MV_ERRCODE CCmdKVNPyxen::Transmit(PxnHandle camera, const uint8_t* buffer, uint6
         return MV_OK;
     }
     Registers port(*grabber, camera, *row);
-    for (uint64_t written = 0; written < length;) {
+    for (std::uint64_t written = 0; written < length;) {
         const auto piece =
             static_cast<std::uint32_t>(std::min(length - written, kTransmitBufferSize));
         if (!port.Send(buffer + written, piece)) {
@@ -316,7 +318,7 @@ MV_ERRCODE CCmdKVNPyxen::Transmit(PxnHandle camera, const uint8_t* buffer, uint6
     return MV_OK;
 }
 
-MV_ERRCODE CCmdKVNPyxen::Purge(uint32_t flags) {
+MV_ERRCODE CCmdKVNPyxen::Purge(std::uint32_t flags) {
     if (!grabber) {
         return MV_WRITE_FAILED;
     }
@@ -358,7 +360,7 @@ MV_ERRCODE CCmdKVNPyxen::Close() {
     return MV_OK;
 }
 
-uint32_t CCmdKVNPyxen::GetChannelKind() {
+std::uint32_t CCmdKVNPyxen::GetChannelKind() {
     return MVCMD_MODULE;
 }
 
@@ -381,21 +383,22 @@ void CCmdKVNPyxen::EnumeratePorts() {
     }
 }
 
-int32_t CCmdKVNPyxen::GetPortIdByName(const char* name) {
+std::int32_t CCmdKVNPyxen::GetPortIdByName(const char* name) {
     const SerialPortRow* row = FindSerialPortByName(name);
     return row ? row->id : kNoSerialPort;
 }
 
-const char* CCmdKVNPyxen::GetPortNameById(int32_t id) {
+const char* CCmdKVNPyxen::GetPortNameById(std::int32_t id) {
     const SerialPortRow* row = FindSerialPortById(id);
     return row ? row->iniName : "";
 }
 
-int32_t CCmdKVNPyxen::FindPortIndex(const char* name, const std::vector<SerialPortEntry>& list) {
+std::int32_t CCmdKVNPyxen::FindPortIndex(const char* name,
+                                         const std::vector<SerialPortEntry>& list) {
     const auto found = std::find_if(list.begin(), list.end(), [name](const auto& entry) {
         return name && platform::CompareNoCase(entry.iniName, name) == 0;
     });
-    return found == list.end() ? -1 : static_cast<int32_t>(found - list.begin());
+    return found == list.end() ? -1 : static_cast<std::int32_t>(found - list.begin());
 }
 
 std::vector<SerialPortEntry> CCmdKVNPyxen::GetPorts() const {

@@ -30,23 +30,25 @@ public:
     /// New settings take effect at the next Open. Without windows it behaves as if cancelled.
     MV_ERRCODE ConfigDialog(MV_WINDOW parent, MV_DLG_EXITCODE* exitCode) override;
     MV_ERRCODE Open() override;
-    MV_ERRCODE ReadByte(uint8_t* buffer, uint64_t* count) override;
-    MV_ERRCODE WriteByte(const uint8_t* buffer, uint64_t* count) override;
+    MV_ERRCODE ReadByte(std::uint8_t* buffer, std::uint64_t* count) override;
+    MV_ERRCODE WriteByte(const std::uint8_t* buffer, std::uint64_t* count) override;
     /// Reads at most what is waiting; success with count 0 when nothing is.
-    MV_ERRCODE ReadBuffer(uint8_t* buffer, uint64_t length, uint64_t* count) override;
-    MV_ERRCODE WriteBuffer(const uint8_t* buffer, uint64_t length, uint64_t* count) override;
-    MV_ERRCODE Purge(uint32_t flags) override;
+    MV_ERRCODE ReadBuffer(std::uint8_t* buffer, std::uint64_t length,
+                          std::uint64_t* count) override;
+    MV_ERRCODE WriteBuffer(const std::uint8_t* buffer, std::uint64_t length,
+                           std::uint64_t* count) override;
+    MV_ERRCODE Purge(std::uint32_t flags) override;
     MV_ERRCODE Close() override;
-    uint32_t GetChannelKind() override;
+    std::uint32_t GetChannelKind() override;
 
     /// Lists the ports that the open camera offers anew; none without an open camera.
     virtual void EnumeratePorts();
     /// kNoSerialPort when there is none of that name (case ignored), and for a null name.
-    virtual int32_t GetPortIdByName(const char* name);
+    virtual std::int32_t GetPortIdByName(const char* name);
     /// The ini name; an empty text when there is no such port.
-    virtual const char* GetPortNameById(int32_t id);
+    virtual const char* GetPortNameById(std::int32_t id);
     /// The index of the entry with that ini name (case ignored); -1 when none, and for a null name.
-    virtual int32_t FindPortIndex(const char* name, const std::vector<SerialPortEntry>& list);
+    virtual std::int32_t FindPortIndex(const char* name, const std::vector<SerialPortEntry>& list);
 
     /// The ports that EnumeratePorts found last. Waits for a port operation that is running.
     std::vector<SerialPortEntry> GetPorts() const;
@@ -59,8 +61,8 @@ private:
     class Registers;
 
     /// Writes in pieces; MV_WRITE_FAILED without a camera.
-    MV_ERRCODE Transmit(PxnHandle camera, const uint8_t* buffer, uint64_t length, uint64_t* count)
-        REQUIRES(portMutex);
+    MV_ERRCODE Transmit(PxnHandle camera, const std::uint8_t* buffer, std::uint64_t length,
+                        std::uint64_t* count) REQUIRES(portMutex);
     MV_DLG_EXITCODE RunConfigDialog(MV_WINDOW parent);
 
     ISerialGrabber* const grabber;
