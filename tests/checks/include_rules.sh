@@ -17,26 +17,35 @@ forbid() {
   [ -z "$found" ] || complain "$3:" "$found"
 }
 
-forbid platform 'mivora/|host/|pxnc|sdk/|sync/|grabber/|acquisition/|serial/|ui/|afx/|apps/|module/' \
+# The module's folders: each may include those before it, and none behind it. So nothing includes a
+# dialog: ui/ implements what grabber/grabber_dialogs.h and serial/serial_dialog.h declare.
+order=(sdk imaging sync serial acquisition grabber res ui)
+module="($(printf '%s|' "${order[@]}")module)/"
+
+forbid platform "mivora/|host/|pxnc|$module|afx/|apps/" \
   'platform/ stands alone'
-forbid host 'pxnc|sdk/|sync/|grabber/|acquisition/|serial/|ui/|apps/|module/' \
+forbid host "pxnc|$module|apps/" \
   'the host knows no module and no SDK'
 forbid host/include '[a-z_]+>|windows.h' \
   'the interface headers use plain types only'
-forbid pxnc 'mivora/|sdk/|sync/|grabber/|acquisition/|serial/|ui/|apps/|module/|host/' \
+forbid pxnc "mivora/|$module|apps/|host/" \
   'an SDK knows no host and no module'
 forbid pxnc/conformance 'pxnc/(skeleton|simulator|genicam)' 'checks know an SDK by its interface alone'
 forbid 'pxnc/skeleton pxnc/simulator pxnc/genicam' 'pxnc/conformance' 'no SDK knows its checks'
 forbid 'pxnc/skeleton' 'pxnc/(simulator|genicam)' 'what all SDKs share knows none of them'
 forbid pxnc/simulator 'pxnc/genicam' 'no SDK knows another'
 forbid pxnc/genicam 'pxnc/simulator' 'no SDK knows another'
-forbid module/sdk 'sync/|grabber/|acquisition/|serial/|ui/|apps/' \
-  'module/sdk knows nothing above it'
-forbid module/sync 'grabber/|acquisition/|serial/|ui/|apps/' 'module/sync knows nothing above it'
-forbid 'module/grabber module/acquisition module/serial' 'ui/|apps/' \
-  'the grabber reaches windows only through grabber/grabber_dialogs.h'
+for ((at = 0; at < ${#order[@]}; ++at)); do
+  later=$(printf '%s|' "${order[@]:at+1}" apps)
+  forbid "module/${order[at]}" "(${later%|})/" "module/${order[at]} knows nothing behind it"
+done
+forbid module/acquisition 'serial/' 'acquisition knows no serial channel'
+for folder in module/*/; do
+  name=$(basename "$folder")
+  [[ " ${order[*]} " == *" $name "* ]] || complain 'a folder of the module without a place:' "$name"
+done
 forbid module 'CLI/|nlohmann/|pugixml|lodepng|arv' 'the module uses the standard library alone'
-forbid apps/mivora 'pxnc|sdk/|sync/|grabber/|acquisition/|serial/|ui/|module/' \
+forbid apps/mivora "pxnc|$module" \
   'mivora knows only the host and what all programs share'
 
 found=$(grep -rnE --include='*.h' --include='*.cpp' '^[[:space:]]*#[[:space:]]*(if|ifdef|ifndef|elif).*(_WIN32|__linux__|__unix__)' \
