@@ -157,9 +157,9 @@ TEST_F(MemoryOfFrames, OfAnUnclosedCameraIsNotReshapedForTheNext) {
     Run(2);
     sdk.FailAlways("PxnCameraClose", PxnErrIO);
     EXPECT_EQ(Grabber().CloseActCamera(), MV_OK);
+    Grabber().SetAcquisitionState(0);
     ASSERT_EQ(Grabber().SetActCameraIndex(1), MV_OK);
     ASSERT_EQ(Grabber().OpenActCamera(), MV_OK);
-    Grabber().SetAcquisitionState(0);
     EXPECT_EQ(Grabber().PrepareFrameBuffers(1), MV_OK);
     EXPECT_NE(Grabber().GetFrameBuffer(0), nullptr);
     ASSERT_TRUE(sdk.Deliver(1, 0, 1, 0x77));
