@@ -8,6 +8,14 @@
 #include <iterator>
 #include <utility>
 
+namespace {
+
+std::size_t IndexOf(const PxnFrame& frame) {
+    return reinterpret_cast<std::uintptr_t>(frame.context[2]);
+}
+
+} // namespace
+
 // Without destructors: the SDK's threads may still run while the process ends.
 constinit platform::StaticMutex FrameSet::registryMutex;
 constinit FrameSet* FrameSet::liveSets = nullptr;
@@ -62,23 +70,20 @@ void FrameSet::Resume(IFrameReceiver& frameReceiver) {
 }
 
 FrameVisit::FrameVisit(PxnFrame* frame) {
+    const std::size_t index = IndexOf(*frame);
     const platform::StaticMutexLock lock(FrameSet::registryMutex);
     for (FrameSet* candidate = FrameSet::liveSets; candidate; candidate = candidate->next) {
-        for (const auto& owned : candidate->records) {
-            if (owned->Frame() != frame) {
-                continue;
-            }
-            set = candidate;
-            record = owned.get();
-            ++set->callbacks;
-            during = record->Hold().BeginCallback();
-            const std::size_t index = static_cast<std::size_t>(&owned - candidate->records.data());
-            if (frame->context[0] == set->owner && frame->context[1] == record &&
-                frame->context[2] == reinterpret_cast<void*>(index)) {
-                receiver = set->receiver;
-            }
-            return;
+        if (index >= candidate->records.size() || candidate->records[index]->Frame() != frame) {
+            continue;
         }
+        set = candidate;
+        record = set->records[index].get();
+        ++set->callbacks;
+        during = record->Hold().BeginCallback();
+        if (frame->context[0] == set->owner && frame->context[1] == record) {
+            receiver = set->receiver;
+        }
+        return;
     }
 }
 
@@ -100,12 +105,8 @@ FramePool::~FramePool() {
 }
 
 FrameRecord* FramePool::FindRecord(const PxnFrame& frame) {
-    for (std::size_t index = 0; index < Size(); ++index) {
-        if (frame.context[1] == &(*this)[index]) {
-            return &(*this)[index];
-        }
-    }
-    return nullptr;
+    const std::size_t index = IndexOf(frame);
+    return index < Size() && frame.context[1] == &(*this)[index] ? &(*this)[index] : nullptr;
 }
 
 std::shared_ptr<SdkMemory> FramePool::Abandon() {

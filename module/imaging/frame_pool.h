@@ -62,8 +62,8 @@ private:
 
 /// The time that a callback of the SDK spends with a frame.
 ///
-/// The address must be that of a record in a live set, and the frame's context words those that the
-/// record was given; nothing is read through them before. Takes the registry's mutex for some
+/// The frame must be that of a record in a live set, and its context words those that the record
+/// was given; nothing is read through them before. Takes the registry's mutex for some
 /// comparisons; neither waits for a callback nor allocates.
 class FrameVisit {
 public:

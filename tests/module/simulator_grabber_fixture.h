@@ -44,6 +44,13 @@ protected:
         EXPECT_EQ(made->SetGrabberIni(directory.PathOf("host.ini").c_str(), 0), MV_OK);
         return made;
     }
+    /// Runs a command of the simulator's control interface.
+    void Control(const char* command) {
+        using Function = std::int32_t (*)(const char*, char*, std::uint32_t);
+        const auto control = reinterpret_cast<Function>(grabber->Api().FindExport("PxnControl"));
+        ASSERT_TRUE(control);
+        ASSERT_EQ(control(command, nullptr, 0), 0) << command;
+    }
     void ExpectMoreFrames() {
         const unsigned before = frames;
         EXPECT_TRUE(support::WaitUntil([&] { return frames > before + 10; }));

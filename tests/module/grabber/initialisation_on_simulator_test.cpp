@@ -3,16 +3,7 @@
 
 namespace {
 
-class InitialisationOnSimulator : public SimulatorGrabberFixture {
-protected:
-    /// Runs a command of the simulator's control interface.
-    void Control(const char* command) {
-        using Function = std::int32_t (*)(const char*, char*, std::uint32_t);
-        const auto control = reinterpret_cast<Function>(grabber->Api().FindExport("PxnControl"));
-        ASSERT_TRUE(control);
-        ASSERT_EQ(control(command, nullptr, 0), 0) << command;
-    }
-};
+using InitialisationOnSimulator = SimulatorGrabberFixture;
 
 TEST_F(InitialisationOnSimulator, AFailedOneLeavesTheOpenCameraOfAnotherGrabberAlone) {
     ASSERT_EQ(grabber->Snap(1), MV_OK);
