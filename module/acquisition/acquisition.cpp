@@ -50,7 +50,7 @@ void Acquisition::End() {
     JoinCleanupThread();
 }
 
-PxnError Acquisition::CloseCamera(std::unique_ptr<OpenedCamera> camera) {
+PxnError Acquisition::CloseCamera(std::unique_ptr<OpenedCamera>& camera) {
     const PxnError result = frames.TakeBack([&] { return api.PxnCameraClose(camera->handle); });
     if (result != PxnErrSuccess) {
         LeaveCamera(std::move(camera));

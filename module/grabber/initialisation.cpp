@@ -66,7 +66,7 @@ MV_ERRCODE CMivoraKVNPyxenClass::DeInit() {
 }
 
 const char* CMivoraKVNPyxenClass::GetDriverVersion() {
-    if (api.IsValid()) {
+    if (session.Api().IsValid()) {
         NoThrow(false, [this] {
             // Compatibility: another spelling of the SDK's name than Init writes.
             SetDriverVersion(session.GetVersionText("PyxenC", session.QueryVersion()).c_str());

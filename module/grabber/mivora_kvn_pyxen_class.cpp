@@ -32,7 +32,7 @@ public:
     explicit ParameterHost(CMivoraKVNPyxenClass& owner) : grabber(owner) {}
 
     MV_ERRCODE CheckTimerState() const override {
-        if (!grabber.initialized || !grabber.api.IsValid()) {
+        if (!grabber.initialized || !grabber.session.Api().IsValid()) {
             return MV_NOT_INITIALISED;
         }
         return grabber.cameraOpen ? MV_OK : MV_CAMERA_NOT_OPEN;
@@ -63,8 +63,8 @@ CMivoraKVNPyxenClass::CMivoraKVNPyxenClass(void* moduleInstance)
       parameterHost(std::make_unique<ParameterHost>(*this)),
       parameters(openCamera, *parameterHost),
       discovery(session.Api(), openCamera.Caches(), identity, GetLogSink()),
-      acquisition(static_cast<CPyxenGrabber*>(this), session.Api(), openCamera.Handle(), serialMutex,
-                  *this, GetLogSink()) {
+      acquisition(static_cast<CPyxenGrabber*>(this), session.Api(), openCamera.Handle(),
+                  serialMutex, *this, GetLogSink()) {
     CMivoraKVNPyxenClass::InitMembers();
 }
 
@@ -290,7 +290,7 @@ bool CMivoraKVNPyxenClass::NotifyBufferImpact(bool finished) {
 
 MV_ERRCODE CMivoraKVNPyxenClass::BuildInternalList() {
     PxnCameraInfo* listed = nullptr;
-    const uint32_t count = api.AllocateAndGetCameraList(&listed);
+    const uint32_t count = session.Api().AllocateAndGetCameraList(&listed);
     MallocArray<PxnCameraInfo> records;
     records.Adopt(listed);
     if (CMivoraCameraKVNPyxen* const camera = ActCameraNode()) {
@@ -356,7 +356,7 @@ MV_ERRCODE CMivoraKVNPyxenClass::SelectCameraDialog(MV_WINDOW parent, MV_DLG_EXI
 MV_ERRCODE CMivoraKVNPyxenClass::ChooseCamera(MV_WINDOW parent, MV_DLG_EXITCODE& ending) {
     std::string chosen = identity.GetSelected();
     const MV_ERRCODE shown =
-        GrabberDialogs::RunDeviceFinder(parent, api, GetLogSink(), chosen, ending);
+        GrabberDialogs::RunDeviceFinder(parent, session.Api(), GetLogSink(), chosen, ending);
     if (shown != MV_OK || ending != MV_DLG_OK) {
         return shown;
     }

@@ -18,14 +18,13 @@ OpenCamera::OpenCamera(CPyxenAPIAccess& access, CameraIdentity& cameraIdentity, 
     : api(access),
       identity(cameraIdentity),
       log(sink),
+      spareNote(std::make_unique<OpenedCamera>()),
       syncEngine(access, featureSyncher, caches, sink) {}
 
 bool OpenCamera::Open(PxnCameraInfo& record, const CIniFile* ini, const char* configDirectory,
                       Acquisition& acquisition) {
-    // Allocated now, so that the camera can be remembered when the SDK refuses to close it.
-    auto opened = NoThrow<std::unique_ptr<OpenedCamera>>(
-        nullptr, [] { return std::make_unique<OpenedCamera>(); });
-    if (!opened) {
+    // There from the begin, so that the camera can be remembered when the SDK refuses to close it.
+    if (!spareNote && !MakeSpareNote()) {
         return false;
     }
     CloseRememberedCameras(api);
@@ -39,9 +38,9 @@ bool OpenCamera::Open(PxnCameraInfo& record, const CIniFile* ini, const char* co
         // The host has not closed the former one.
         acquisition.LeaveCamera(std::move(openedCamera));
     }
-    opened->library = api.GetLibraryHandle();
-    opened->handle = handle;
-    openedCamera = std::move(opened);
+    openedCamera = std::move(spareNote);
+    openedCamera->library = api.GetLibraryHandle();
+    openedCamera->handle = handle;
     cameraHandle = handle;
     // Before the next call of the SDK, so that no event of this camera is taken for another's.
     identity.Open(record.cameraIdExtended);
@@ -110,11 +109,19 @@ bool OpenCamera::ApplyTransportLayerConfig(const CIniFile* ini, const char* conf
 }
 
 void OpenCamera::Close(Acquisition& acquisition) {
-    if (const PxnError result = acquisition.CloseCamera(std::move(openedCamera))) {
+    if (const PxnError result = acquisition.CloseCamera(openedCamera)) {
         // Compatibility: support searches for this tag, which names another class.
         ReportSdkError("CMivoraKVNqxAPIClass::CloseActCamera", result, log);
     }
     cameraHandle = nullptr;
+    spareNote = std::move(openedCamera);
+}
+
+bool OpenCamera::MakeSpareNote() {
+    return NoThrow(false, [this] {
+        spareNote = std::make_unique<OpenedCamera>();
+        return true;
+    });
 }
 
 void OpenCamera::Clear() {

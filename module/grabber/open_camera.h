@@ -44,6 +44,7 @@ public:
     const FeatureSyncher& SyncRules() const { return featureSyncher; }
 
 private:
+    bool MakeSpareNote();
     void FillCaches(const PxnCameraInfo& record);
     /// Returns whether frames are queued before the capture is started.
     bool ApplyTransportLayerConfig(const CIniFile* ini, const char* configDirectory);
@@ -53,6 +54,7 @@ private:
     const Logger log;
     std::atomic<PxnHandle> cameraHandle{nullptr};
     std::unique_ptr<OpenedCamera> openedCamera; // with that handle, or null
+    std::unique_ptr<OpenedCamera> spareNote;    // for the next one, or null
     CameraCaches caches;
     FeatureSyncher featureSyncher;
     SyncEngine syncEngine;

@@ -1,6 +1,7 @@
 // open_camera_test.cpp - opening the active camera
 #include "grabber/open_camera.h"
 
+#include "acquisition/acquisition.h"
 #include "grabber/camera_identity.h"
 #include "grabber/mivora_camera_kvn_pyxen.h"
 #include "tests/module/grabber_fixture.h"
@@ -332,6 +333,15 @@ TEST_F(OpenCameraTest, WorksWithoutASink) {
 
 // ---- the open camera alone ----
 
+class NoAcquisitionHost final : public IAcquisitionHost {
+public:
+    void OnFrame(PxnFrame*) override {}
+    void HandOver(std::uint64_t, bool) override {}
+    void ChooseDialog() override {}
+    void MarkDialog(bool) override {}
+    MV_ERRCODE PrepareHostBuffers(std::uint64_t, std::uint64_t&) override { return MV_REFUSED; }
+};
+
 class OpenCameraAlone : public LoadedApi {
 protected:
     void SetUp() override {
@@ -341,17 +351,20 @@ protected:
 
     CameraIdentity identity;
     OpenCamera camera{api, identity, &sink};
+    NoAcquisitionHost host;
+    platform::Mutex bufferMutex;
+    Acquisition acquisition{nullptr, api, camera.Handle(), bufferMutex, host, &sink};
     PxnCameraInfo record{};
 };
 
 TEST_F(OpenCameraAlone, OpensRefreshesTheRecordAndCloses) {
-    ASSERT_TRUE(camera.Open(record, nullptr, ""));
+    ASSERT_TRUE(camera.Open(record, nullptr, "", acquisition));
     EXPECT_EQ(camera.CameraHandle(), scripted::CameraHandle());
     EXPECT_EQ(record.localDeviceHandle, scripted::LocalDeviceHandle());
     EXPECT_EQ(identity.GetOpened(), "cam-ext-1");
     EXPECT_NE(camera.Caches().FindCacheByName("Stream0"), nullptr);
-    EXPECT_FALSE(camera.FirstQueueThenSnap());
-    camera.Close();
+    EXPECT_FALSE(acquisition.QueuesFirst());
+    camera.Close(acquisition);
     camera.Clear();
     EXPECT_EQ(camera.CameraHandle(), nullptr);
     EXPECT_EQ(camera.Caches().FindCacheByName("Camera"), nullptr);
@@ -360,16 +373,16 @@ TEST_F(OpenCameraAlone, OpensRefreshesTheRecordAndCloses) {
 
 TEST_F(OpenCameraAlone, ARefusalChangesNothing) {
     sdk.Fail("PxnCameraOpen", PxnErrIO);
-    EXPECT_FALSE(camera.Open(record, nullptr, ""));
+    EXPECT_FALSE(camera.Open(record, nullptr, "", acquisition));
     EXPECT_EQ(camera.CameraHandle(), nullptr);
     EXPECT_EQ(identity.GetOpened(), "");
 }
 
 TEST_F(OpenCameraAlone, CountsAsClosedWhenTheSdkRefuses) {
-    ASSERT_TRUE(camera.Open(record, nullptr, ""));
+    ASSERT_TRUE(camera.Open(record, nullptr, "", acquisition));
     sink.Take();
     sdk.Fail("PxnCameraClose", PxnErrIO);
-    camera.Close();
+    camera.Close(acquisition);
     EXPECT_EQ(camera.CameraHandle(), nullptr);
     EXPECT_EQ(sink.Take().size(), 1u);
 }
