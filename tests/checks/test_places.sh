@@ -13,7 +13,10 @@ tests/host/power_loss_posix_test.cpp
 tests/host/slots_test.cpp
 tests/module/acquisition/acquisition_threads_test.cpp
 tests/module/acquisition/callback_allocations_posix_test.cpp
+tests/module/acquisition/calls_from_inside_test.cpp
 tests/module/acquisition/failure_sweep_test.cpp
+tests/module/acquisition/memory_of_frames_test.cpp
+tests/module/acquisition/memory_on_simulator_test.cpp
 tests/module/acquisition/out_of_memory_posix_test.cpp
 tests/module/acquisition/snap_asynchronous_test.cpp
 tests/module/acquisition/snap_checks_test.cpp
@@ -33,7 +36,6 @@ tests/module/serial/serial_soak_test.cpp
 tests/module/serial/serial_threads_test.cpp
 tests/module/sync/sync_grammar_test.cpp
 tests/module/ui/dialog_state_test.cpp
-tests/module/ui/feature_access_test.cpp
 tests/module/ui/invalidation_test.cpp
 tests/module/ui/out_of_memory_posix_test.cpp
 tests/pxnc/conformance/genicam_conformance_test.cpp
