@@ -136,7 +136,7 @@ MV_ERRCODE CMivoraKVNPyxenClass::CamCntrlDialog(MV_WINDOW parent) {
     }
     return NoThrow(MV_REFUSED, [this] {
         if (!GetCamCntrlDialogObject()) {
-            std::unique_ptr<ICamCntrlDialog> made(GrabberDialogs::CreateFeatureControl(*this));
+            std::unique_ptr<ICamCntrlDialog> made(grabber_dialogs::CreateFeatureControl(*this));
             SetCamCntrlDialogObject(made.get());
             if (GetCamCntrlDialogObject()) {
                 static_cast<void>(made.release()); // destroyed by DeInit
@@ -152,12 +152,12 @@ MV_ERRCODE CMivoraKVNPyxenClass::CamCntrlDialog(MV_WINDOW parent) {
 }
 
 MV_ERRCODE CMivoraKVNPyxenClass::GrabberConfigDialog(MV_WINDOW parent, MV_DLG_EXITCODE* exitCode) {
-    GrabberDialogs::ShowMessage(
+    grabber_dialogs::ShowMessage(
         parent,
         "This dialog is currently not implemented.\r\nPlease continue by selecting the camera.",
         "Info", false, GetLogSink());
     if (exitCode) {
-        *exitCode = GrabberDialogs::HasWindows() ? MV_DLG_OK : MV_DLG_CANCEL;
+        *exitCode = grabber_dialogs::HasWindows() ? MV_DLG_OK : MV_DLG_CANCEL;
     }
     return MV_OK;
 }
@@ -338,8 +338,8 @@ MV_ERRCODE CMivoraKVNPyxenClass::RefreshCameraList() {
 
 MV_ERRCODE CMivoraKVNPyxenClass::SelectCameraDialog(MV_WINDOW parent, MV_DLG_EXITCODE* exitCode) {
     if (!initialized) {
-        GrabberDialogs::ShowMessage(parent, "MivoraKVNPyxen has not been properly initalized!",
-                                    "Error", false, GetLogSink());
+        grabber_dialogs::ShowMessage(parent, "MivoraKVNPyxen has not been properly initalized!",
+                                     "Error", false, GetLogSink());
         return MV_NOT_INITIALISED;
     }
     if (acquisition.IsInside()) {
@@ -356,7 +356,7 @@ MV_ERRCODE CMivoraKVNPyxenClass::SelectCameraDialog(MV_WINDOW parent, MV_DLG_EXI
 MV_ERRCODE CMivoraKVNPyxenClass::ChooseCamera(MV_WINDOW parent, MV_DLG_EXITCODE& ending) {
     std::string chosen = identity.GetSelected();
     const MV_ERRCODE shown =
-        GrabberDialogs::RunDeviceFinder(parent, session.Api(), GetLogSink(), chosen, ending);
+        grabber_dialogs::RunDeviceFinder(parent, session.Api(), GetLogSink(), chosen, ending);
     if (shown != MV_OK || ending != MV_DLG_OK) {
         return shown;
     }

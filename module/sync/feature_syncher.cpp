@@ -73,8 +73,8 @@ const std::vector<FeatureRef>* FeatureSyncher::FindSyncEntry(const char* moduleN
         return nullptr;
     }
     const auto found = std::find_if(entries.begin(), entries.end(), [&](const auto& entry) {
-        return platform::CompareNoCase(entry.Watched.ModuleName.c_str(), moduleName) == 0 &&
-               platform::CompareNoCase(entry.Watched.FeatureName.c_str(), featureName) == 0;
+        return platform::CompareNoCase(entry.watched.ModuleName.c_str(), moduleName) == 0 &&
+               platform::CompareNoCase(entry.watched.FeatureName.c_str(), featureName) == 0;
     });
     return found == entries.end() ? nullptr : &found->Dependencies;
 }
@@ -113,7 +113,7 @@ int FeatureSyncher::ReadFile(std::FILE* file) {
 
 bool FeatureSyncher::ReadEntry(std::FILE* file) {
     SyncFeatureEntry entry;
-    if (!ParseModuleFeature(file, entry.Watched)) {
+    if (!ParseModuleFeature(file, entry.watched)) {
         return false; // silent on purpose
     }
     if (!Expect(file, ",")) {
@@ -142,7 +142,7 @@ void FeatureSyncher::LogEntry(const SyncFeatureEntry& entry) const {
         return;
     }
     log.Information("FeatureSyncher::Init: %s::%s will be synched with ",
-                    entry.Watched.ModuleName.c_str(), entry.Watched.FeatureName.c_str());
+                    entry.watched.ModuleName.c_str(), entry.watched.FeatureName.c_str());
     for (const FeatureRef& dependency : entry.Dependencies) {
         log.Information("  %s::%s", dependency.ModuleName.c_str(), dependency.FeatureName.c_str());
     }

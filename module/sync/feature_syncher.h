@@ -16,7 +16,7 @@ struct FeatureRef {
 
 /// One declaration: a watched feature and the features that take its value.
 struct SyncFeatureEntry {
-    FeatureRef Watched;
+    FeatureRef watched;
     std::vector<FeatureRef> Dependencies;
 };
 

@@ -18,8 +18,8 @@ int SyncEngine::SyncModuleFeatures(FeatureCache* cache, bool onlyIfDifferent) {
     }
     int result = 1;
     for (const SyncFeatureEntry& entry : syncher.GetEntries()) {
-        if (platform::CompareNoCase(entry.Watched.ModuleName.c_str(), moduleName) == 0) {
-            result &= SyncDependencies(cache, entry.Watched.FeatureName.c_str(), entry.Dependencies,
+        if (platform::CompareNoCase(entry.watched.ModuleName.c_str(), moduleName) == 0) {
+            result &= SyncDependencies(cache, entry.watched.FeatureName.c_str(), entry.Dependencies,
                                        onlyIfDifferent);
         }
     }

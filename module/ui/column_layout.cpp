@@ -23,25 +23,25 @@ bool IsOnColumnText(int x, int textLeft, int textWidth) {
 bool ColumnScroll::Take(Step step, int thumb, int columnsWidth, int clientWidth) {
     const int before = offset;
     switch (step) {
-    case Step::lineLeft:
+    case Step::kLineLeft:
         offset -= kLine;
         break;
-    case Step::lineRight:
+    case Step::kLineRight:
         offset += kLine;
         break;
-    case Step::pageLeft:
+    case Step::kPageLeft:
         offset -= clientWidth;
         break;
-    case Step::pageRight:
+    case Step::kPageRight:
         offset += clientWidth;
         break;
-    case Step::toThumb:
+    case Step::kToThumb:
         offset = thumb;
         break;
-    case Step::leftEnd:
+    case Step::kLeftEnd:
         offset = 0;
         break;
-    case Step::rightEnd:
+    case Step::kRightEnd:
         offset = columnsWidth - clientWidth;
         break;
     }

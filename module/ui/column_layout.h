@@ -12,10 +12,10 @@ bool IsOnColumnText(int x, int textLeft, int textWidth);
 /// How far header and tree are shifted to the left, in pixels.
 class ColumnScroll {
 public:
-    enum class Step { lineLeft, lineRight, pageLeft, pageRight, toThumb, leftEnd, rightEnd };
+    enum class Step { kLineLeft, kLineRight, kPageLeft, kPageRight, kToThumb, kLeftEnd, kRightEnd };
 
     int GetOffset() const { return offset; }
-    /// Takes one step of the scroll bar; `thumb` counts for `toThumb` only. True when the offset
+    /// Takes one step of the scroll bar; `thumb` counts for `kToThumb` only. True when the offset
     /// changed.
     bool Take(Step step, int thumb, int columnsWidth, int clientWidth);
     /// Keeps the offset within the columns after a change of the widths.

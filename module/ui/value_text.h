@@ -18,7 +18,7 @@ std::optional<std::int64_t> ParseInteger(std::string_view text);
 std::optional<double> ParseFloat(std::string_view text);
 /// Below `min` gives `min`, above `max` gives `max`, `min` winning when they are the wrong way
 /// round and the value is below both.
-template <class Number>
+template <typename Number>
 Number ClampValue(Number value, Number min, Number max) {
     return value < min ? min : value > max ? max : value;
 }

@@ -5,25 +5,25 @@
 #include "platform/window_message.h"
 #include "sdk/logger.h"
 
-void GrabberDialogs::ShowMessage(MV_WINDOW parent, const char* text, const char* caption,
-                                 bool warning, Logger log) {
+void grabber_dialogs::ShowMessage(MV_WINDOW parent, const char* text, const char* caption,
+                                  bool warning, Logger log) {
     if (!platform::ShowMessageBox(parent, text, caption, warning) && log) {
         log.Error("GrabberDialogs::ShowMessage: Cannot show \"%s\", there are no windows", caption);
     }
 }
 
-bool GrabberDialogs::HasWindows() {
+bool grabber_dialogs::HasWindows() {
     return platform::HasMessages();
 }
 
-ICamCntrlDialog* GrabberDialogs::CreateFeatureControl(CMivoraKVNPyxenClass& grabber) {
+ICamCntrlDialog* grabber_dialogs::CreateFeatureControl(CMivoraKVNPyxenClass& grabber) {
     Logger(grabber.GetLogSink())
         .Error("GrabberDialogs::CreateFeatureControl: there are no windows");
     return nullptr;
 }
 
-MV_ERRCODE GrabberDialogs::RunDeviceFinder(MV_WINDOW, CPyxenAPIAccess&, Logger log, std::string&,
-                                           MV_DLG_EXITCODE&) {
+MV_ERRCODE grabber_dialogs::RunDeviceFinder(MV_WINDOW, CPyxenAPIAccess&, Logger log, std::string&,
+                                            MV_DLG_EXITCODE&) {
     log.Error("GrabberDialogs::RunDeviceFinder: there are no windows");
     return MV_REFUSED;
 }

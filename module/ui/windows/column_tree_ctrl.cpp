@@ -76,18 +76,18 @@ void CColumnTreeCtrl::OnChar(UINT character, UINT repeated, UINT flags) {
 // A click on a row that is cut at the lower edge brings it into sight.
 void CColumnTreeCtrl::OnLButtonDown(UINT flags, CPoint point) {
     const Place place = Find(point);
-    if (place == Place::elsewhere) {
+    if (place == Place::kElsewhere) {
         SetFocus();
         return;
     }
     TellingScroll([&] { CTreeCtrl::OnLButtonDown(flags, point); });
-    if (place == Place::button && callback) {
+    if (place == Place::kButton && callback) {
         callback->OnTreeExpanded();
     }
 }
 
 void CColumnTreeCtrl::OnLButtonDblClk(UINT flags, CPoint point) {
-    if (Find(point) == Place::elsewhere) {
+    if (Find(point) == Place::kElsewhere) {
         SetFocus();
         return;
     }
@@ -111,14 +111,14 @@ CColumnTreeCtrl::Place CColumnTreeCtrl::Find(CPoint point) {
     UINT where = 0;
     const HTREEITEM item = HitTest(point, &where);
     if (!item) {
-        return Place::elsewhere;
+        return Place::kElsewhere;
     }
     if (where & TVHT_ONITEMBUTTON) {
-        return Place::button;
+        return Place::kButton;
     }
     CRect text;
     if (!GetItemRect(item, text, TRUE)) {
-        return Place::elsewhere;
+        return Place::kElsewhere;
     }
     const std::wstring row = TreeItemText(*this, item);
     const std::wstring_view name = SplitRow(row).front();
@@ -126,14 +126,14 @@ CColumnTreeCtrl::Place CColumnTreeCtrl::Find(CPoint point) {
     CFont* const before = dc.SelectObject(GetFont());
     const int width = dc.GetTextExtent(name.data(), static_cast<int>(name.size())).cx;
     dc.SelectObject(before);
-    return IsOnColumnText(point.x, text.left, width) ? Place::name : Place::elsewhere;
+    return IsOnColumnText(point.x, text.left, width) ? Place::kName : Place::kElsewhere;
 }
 
 int CColumnTreeCtrl::ScrollPosition() {
     return GetScrollPos(SB_VERT);
 }
 
-template <class Action>
+template <typename Action>
 void CColumnTreeCtrl::TellingScroll(const Action& action) {
     const int before = ScrollPosition();
     action();

@@ -40,13 +40,13 @@ protected:
     DECLARE_MESSAGE_MAP()
 
 private:
-    enum class Place { button, name, elsewhere };
+    enum class Place { kButton, kName, kElsewhere };
 
     Place Find(CPoint point);
     int ScrollPosition();
     void TellScrolled();
     /// Does something and tells when that has scrolled the rows.
-    template <class Action>
+    template <typename Action>
     void TellingScroll(const Action& action);
 
     INotifyCallback* callback = nullptr;

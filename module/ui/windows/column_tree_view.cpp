@@ -25,20 +25,20 @@ constexpr int kHeaderMargins = 7;
 std::optional<ColumnScroll::Step> StepOf(UINT code) {
     switch (code) {
     case SB_LINELEFT:
-        return ColumnScroll::Step::lineLeft;
+        return ColumnScroll::Step::kLineLeft;
     case SB_LINERIGHT:
-        return ColumnScroll::Step::lineRight;
+        return ColumnScroll::Step::kLineRight;
     case SB_PAGELEFT:
-        return ColumnScroll::Step::pageLeft;
+        return ColumnScroll::Step::kPageLeft;
     case SB_PAGERIGHT:
-        return ColumnScroll::Step::pageRight;
+        return ColumnScroll::Step::kPageRight;
     case SB_THUMBTRACK:
     case SB_THUMBPOSITION:
-        return ColumnScroll::Step::toThumb;
+        return ColumnScroll::Step::kToThumb;
     case SB_LEFT:
-        return ColumnScroll::Step::leftEnd;
+        return ColumnScroll::Step::kLeftEnd;
     case SB_RIGHT:
-        return ColumnScroll::Step::rightEnd;
+        return ColumnScroll::Step::kRightEnd;
     default:
         return std::nullopt;
     }

@@ -86,7 +86,7 @@ bool ShowValue(CValueView& view, const FeatureValue& value, const FeatureRange* 
         }});
 }
 
-template <class View, typename Number>
+template <typename View, typename Number>
 std::optional<FeatureValue> TakeNumber(const CValueView* view) {
     const auto* const form = dynamic_cast<const View*>(view);
     Number number{};
@@ -210,7 +210,7 @@ void CKVNPyxenFeatureCtrlDialog::OnValueChanged(bool accepted) {
     const BoxText box = FailureBox(leaf.name, *outcome);
     // The host may end the dialog while the box runs its message loop.
     const std::weak_ptr<InvalidationReceiver> alive = receiver;
-    GrabberDialogs::ShowMessage(m_hWnd, box.text.c_str(), box.caption.c_str(), true, log);
+    grabber_dialogs::ShowMessage(m_hWnd, box.text.c_str(), box.caption.c_str(), true, log);
     if (!alive.expired()) {
         RefreshCurrentForm();
     }

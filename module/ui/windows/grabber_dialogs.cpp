@@ -10,23 +10,23 @@
 
 #include <memory>
 
-void GrabberDialogs::ShowMessage(MV_WINDOW parent, const char* text, const char* caption,
-                                 bool warning, Logger) {
+void grabber_dialogs::ShowMessage(MV_WINDOW parent, const char* text, const char* caption,
+                                  bool warning, Logger) {
     platform::ShowMessageBox(parent, text, caption, warning);
 }
 
-bool GrabberDialogs::HasWindows() {
+bool grabber_dialogs::HasWindows() {
     return true;
 }
 
-ICamCntrlDialog* GrabberDialogs::CreateFeatureControl(CMivoraKVNPyxenClass& grabber) {
+ICamCntrlDialog* grabber_dialogs::CreateFeatureControl(CMivoraKVNPyxenClass& grabber) {
     AFX_MANAGE_STATE(AfxGetStaticModuleState())
     auto dialog = std::make_unique<CKVNPyxenFeatureCtrlDialog>(grabber);
     return dialog->Create(IDD_FEATURE_CONTROL) ? dialog.release() : nullptr;
 }
 
-MV_ERRCODE GrabberDialogs::RunDeviceFinder(MV_WINDOW parent, CPyxenAPIAccess& api, Logger log,
-                                           std::string& selectedId, MV_DLG_EXITCODE& exitCode) {
+MV_ERRCODE grabber_dialogs::RunDeviceFinder(MV_WINDOW parent, CPyxenAPIAccess& api, Logger log,
+                                            std::string& selectedId, MV_DLG_EXITCODE& exitCode) {
     AFX_MANAGE_STATE(AfxGetStaticModuleState())
     CKVNPyxenDeviceFinderDialog dialog(api, log, CWnd::FromHandle(static_cast<HWND>(parent)));
     dialog.SetSelectedId(selectedId);

@@ -33,7 +33,7 @@ protected:
     std::string Entries() const {
         std::string text;
         for (const SyncFeatureEntry& entry : syncher.GetEntries()) {
-            text += entry.Watched.ModuleName + "::" + entry.Watched.FeatureName + ">";
+            text += entry.watched.ModuleName + "::" + entry.watched.FeatureName + ">";
             for (const FeatureRef& dependency : entry.Dependencies) {
                 text += dependency.ModuleName + "::" + dependency.FeatureName + ",";
             }
@@ -346,7 +346,7 @@ TEST_F(FeatureSyncherTest, ReadsManyEntriesAndLongNames) {
     const std::string path = directory.Write("large.json", File(entries));
     EXPECT_EQ(syncher.Init(path.c_str(), nullptr), 1);
     ASSERT_EQ(syncher.GetEntries().size(), 20001u);
-    EXPECT_EQ(syncher.GetEntries().front().Watched.FeatureName, longName);
+    EXPECT_EQ(syncher.GetEntries().front().watched.FeatureName, longName);
     EXPECT_EQ(syncher.GetEntries().front().Dependencies.size(), 2001u);
     EXPECT_EQ(syncher.GetEntries().front().Dependencies.front().FeatureName, longName);
 }

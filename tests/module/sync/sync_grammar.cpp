@@ -115,7 +115,7 @@ std::string Printed(const FeatureRef& reference) {
 }
 
 void LogEntry(const SyncFeatureEntry& entry, std::vector<std::string>& lines) {
-    lines.push_back("1 FeatureSyncher::Init: " + Printed(entry.Watched) + " will be synched with ");
+    lines.push_back("1 FeatureSyncher::Init: " + Printed(entry.watched) + " will be synched with ");
     for (const FeatureRef& dependency : entry.Dependencies) {
         lines.push_back("1   " + Printed(dependency));
     }
@@ -149,10 +149,10 @@ SyncReading ReadByTable(const std::string& content) {
         case Take::kNothing:
             break;
         case Take::kModule:
-            entry.Watched.ModuleName = value;
+            entry.watched.ModuleName = value;
             break;
         case Take::kFeature:
-            entry.Watched.FeatureName = value;
+            entry.watched.FeatureName = value;
             break;
         case Take::kDependencyModule:
             dependency.ModuleName = value;

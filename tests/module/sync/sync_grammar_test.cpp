@@ -109,7 +109,7 @@ protected:
     static std::string Describe(const std::vector<SyncFeatureEntry>& entries) {
         std::string text;
         for (const SyncFeatureEntry& entry : entries) {
-            text += "<" + entry.Watched.ModuleName + "><" + entry.Watched.FeatureName + ">:";
+            text += "<" + entry.watched.ModuleName + "><" + entry.watched.FeatureName + ">:";
             for (const FeatureRef& dependency : entry.Dependencies) {
                 text += "<" + dependency.ModuleName + "><" + dependency.FeatureName + ">";
             }

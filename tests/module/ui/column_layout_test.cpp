@@ -26,51 +26,51 @@ TEST(IsOnColumnText, ReachesSixPixelsBeyondTheText) {
 
 TEST(ColumnScroll, StepsByFifteenPixels) {
     ColumnScroll scroll;
-    EXPECT_TRUE(scroll.Take(ScrollStep::lineRight, 0, 500, 200));
-    EXPECT_TRUE(scroll.Take(ScrollStep::lineRight, 0, 500, 200));
+    EXPECT_TRUE(scroll.Take(ScrollStep::kLineRight, 0, 500, 200));
+    EXPECT_TRUE(scroll.Take(ScrollStep::kLineRight, 0, 500, 200));
     EXPECT_EQ(scroll.GetOffset(), 30);
-    EXPECT_TRUE(scroll.Take(ScrollStep::lineLeft, 0, 500, 200));
+    EXPECT_TRUE(scroll.Take(ScrollStep::kLineLeft, 0, 500, 200));
     EXPECT_EQ(scroll.GetOffset(), 15);
 }
 
 TEST(ColumnScroll, StepsByPages) {
     ColumnScroll scroll;
-    EXPECT_TRUE(scroll.Take(ScrollStep::pageRight, 0, 500, 200));
+    EXPECT_TRUE(scroll.Take(ScrollStep::kPageRight, 0, 500, 200));
     EXPECT_EQ(scroll.GetOffset(), 200);
-    EXPECT_TRUE(scroll.Take(ScrollStep::pageLeft, 0, 500, 200));
+    EXPECT_TRUE(scroll.Take(ScrollStep::kPageLeft, 0, 500, 200));
     EXPECT_EQ(scroll.GetOffset(), 0);
 }
 
 TEST(ColumnScroll, FollowsTheThumbAndGoesToTheEnds) {
     ColumnScroll scroll;
-    EXPECT_TRUE(scroll.Take(ScrollStep::toThumb, 123, 500, 200));
+    EXPECT_TRUE(scroll.Take(ScrollStep::kToThumb, 123, 500, 200));
     EXPECT_EQ(scroll.GetOffset(), 123);
-    EXPECT_TRUE(scroll.Take(ScrollStep::rightEnd, 0, 500, 200));
+    EXPECT_TRUE(scroll.Take(ScrollStep::kRightEnd, 0, 500, 200));
     EXPECT_EQ(scroll.GetOffset(), 300);
-    EXPECT_TRUE(scroll.Take(ScrollStep::leftEnd, 0, 500, 200));
+    EXPECT_TRUE(scroll.Take(ScrollStep::kLeftEnd, 0, 500, 200));
     EXPECT_EQ(scroll.GetOffset(), 0);
 }
 
 TEST(ColumnScroll, StopsAtTheEndsOfTheColumns) {
     ColumnScroll scroll;
-    EXPECT_FALSE(scroll.Take(ScrollStep::lineLeft, 0, 500, 200));
-    EXPECT_TRUE(scroll.Take(ScrollStep::toThumb, 5000, 500, 200));
+    EXPECT_FALSE(scroll.Take(ScrollStep::kLineLeft, 0, 500, 200));
+    EXPECT_TRUE(scroll.Take(ScrollStep::kToThumb, 5000, 500, 200));
     EXPECT_EQ(scroll.GetOffset(), 300);
-    EXPECT_FALSE(scroll.Take(ScrollStep::pageRight, 0, 500, 200));
-    EXPECT_FALSE(scroll.Take(ScrollStep::rightEnd, 0, 500, 200));
+    EXPECT_FALSE(scroll.Take(ScrollStep::kPageRight, 0, 500, 200));
+    EXPECT_FALSE(scroll.Take(ScrollStep::kRightEnd, 0, 500, 200));
     EXPECT_EQ(scroll.GetOffset(), 300);
 }
 
 TEST(ColumnScroll, DoesNotMoveWhatFits) {
     ColumnScroll scroll;
-    EXPECT_FALSE(scroll.Take(ScrollStep::lineRight, 0, 150, 200));
-    EXPECT_FALSE(scroll.Take(ScrollStep::rightEnd, 0, 150, 200));
+    EXPECT_FALSE(scroll.Take(ScrollStep::kLineRight, 0, 150, 200));
+    EXPECT_FALSE(scroll.Take(ScrollStep::kRightEnd, 0, 150, 200));
     EXPECT_EQ(scroll.GetOffset(), 0);
 }
 
 TEST(ColumnScroll, FollowsAGrowingWindow) {
     ColumnScroll scroll;
-    scroll.Take(ScrollStep::rightEnd, 0, 500, 200);
+    scroll.Take(ScrollStep::kRightEnd, 0, 500, 200);
     scroll.Fit(500, 350);
     EXPECT_EQ(scroll.GetOffset(), 150);
     scroll.Fit(500, 700);
