@@ -10,8 +10,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const int first = syncher.Init(file.Path().c_str(), nullptr);
     const std::size_t entries = syncher.GetEntries().size();
     for (const SyncFeatureEntry& entry : syncher.GetEntries()) {
-        const auto* found = syncher.FindSyncEntry(entry.Watched.ModuleName.c_str(),
-                                                  entry.Watched.FeatureName.c_str());
+        const auto* found = syncher.FindSyncEntry(entry.watched.ModuleName.c_str(),
+                                                  entry.watched.FeatureName.c_str());
         if (!found) {
             std::abort(); // what was read must be found
         }

@@ -30,7 +30,7 @@ void PrintJson(bool ok, const FeatureSyncher& syncher, const LineSink& sink) {
         for (const FeatureRef& dependency : entry.Dependencies) {
             dependencies.push_back(JsonObject(Describe(dependency)));
         }
-        std::vector<JsonMember> members = Describe(entry.Watched);
+        std::vector<JsonMember> members = Describe(entry.watched);
         members.push_back({"dependencies", JsonArray(dependencies)});
         entries.push_back(JsonObject(members));
     }
@@ -59,7 +59,7 @@ std::string FaultText(const std::string& file, const FeatureSyncher& syncher,
     if (entries.empty()) {
         return file + " has a fault; no entry of it is in use";
     }
-    const FeatureRef& last = entries.back().Watched;
+    const FeatureRef& last = entries.back().watched;
     return file + " has a fault behind entry " + std::to_string(entries.size()) + " (" +
            last.ModuleName + "::" + last.FeatureName + "); the entries up to there are in use";
 }
