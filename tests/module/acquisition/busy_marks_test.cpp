@@ -112,6 +112,23 @@ TEST_F(BusyMarks, CoverTheStopWithItsPause) {
     EXPECT_EQ(dialog->Take(), (Marks{{false, false}}));
 }
 
+TEST_F(BusyMarks, AreKeptWhenACallbackStopsToo) {
+    ReadyWithDialog();
+    ASSERT_EQ(Grabber().Snap(1), MV_OK);
+    dialog->Take();
+    onHandOver = [&](uint64_t) {
+        EXPECT_EQ(Grabber().StopSnap(), MV_OK);
+    };
+    sdk.Hold("PxnFeatureCommandRun");
+    std::thread stopper([&] { EXPECT_EQ(Grabber().StopSnap(), MV_OK); });
+    ASSERT_TRUE(sdk.WaitForCall(stop));
+    ASSERT_TRUE(sdk.Deliver(0));
+    EXPECT_EQ(dialog->Take(), (Marks{{true, false}}));
+    sdk.Release("PxnFeatureCommandRun");
+    stopper.join();
+    EXPECT_EQ(dialog->Take(), (Marks{{false, false}}));
+}
+
 TEST_F(BusyMarks, CoverTheCleanupWithItsPause) {
     ReadyWithDialog();
     ASSERT_EQ(Grabber().Snap(2), MV_OK);
