@@ -9,6 +9,7 @@
 #include "grabber/pyxen_grabber.h"
 #include "grabber/sdk_session.h"
 #include "platform/mutex.h"
+#include "sdk/invalidation_hub.h"
 #include "serial/serial_grabber.h"
 
 #include <atomic>
@@ -88,6 +89,8 @@ public:
     /// Shared by buffer preparation and every serial channel.
     platform::Mutex& SerialMutex() RETURN_CAPABILITY(serialMutex) { return serialMutex; }
     bool IsInitialized() const { return initialized; }
+    /// Begun and ended by DiscoveryEvents.
+    InvalidationSubscription& DiscoverySubscription() { return discoverySubscription; }
 
 private:
     // grabber core
@@ -121,6 +124,7 @@ private:
     const std::unique_ptr<ParameterHost> parameterHost;
     Parameters parameters;
     Discovery discovery;
+    InvalidationSubscription discoverySubscription;
     Acquisition acquisition;
 };
 

@@ -4,6 +4,7 @@
 #include "platform/environment.h"
 #include "platform/file_system.h"
 #include "platform/text.h"
+#include "sdk/invalidation_hub.h"
 #include "sdk/logger.h"
 #include "sdk/malloc_array.h"
 #include "sdk/no_throw.h"
@@ -56,6 +57,9 @@ bool CPyxenAPIAccess::Load(const char* configPath, Logger sink) {
         }
         libraryUse.Begin(library.Handle());
         StartSdk(configPath);
+        if (valid) {
+            invalidations = InvalidationHub::Of(GetLibraryHandle());
+        }
     } catch (...) {
         Unload();
     }
@@ -63,6 +67,8 @@ bool CPyxenAPIAccess::Load(const char* configPath, Logger sink) {
 }
 
 void CPyxenAPIAccess::Unload() {
+    // Before the shutdown, which may be the SDK's last one and drop every registration.
+    invalidations.reset();
     // From here on nobody begins a call.
     if (valid.exchange(false)) {
         CloseRememberedCameras(*this);

@@ -11,7 +11,10 @@
 
 #include <atomic>
 #include <cstdint>
+#include <memory>
 #include <string>
+
+class InvalidationHub;
 
 /// Loads the camera SDK's library, resolves its entries and starts it; empty until Load succeeds.
 ///
@@ -76,6 +79,10 @@ public:
     void* GetLibraryHandle() const {
         return library.Handle();
     }
+    /// Who follows features of the loaded library; null when nothing is loaded.
+    const std::shared_ptr<InvalidationHub>& Invalidations() const {
+        return invalidations;
+    }
     /// Looks up an export beside the table; null when it is absent or nothing is loaded.
     void* FindExport(const char* name) const {
         return library.FindSymbol(name);
@@ -92,6 +99,7 @@ private:
     std::string dllName;
     platform::SharedLibrary library;
     platform::FileVersion versionInfo;
-    SdkLibraryUse libraryUse; // while the SDK is started
+    SdkLibraryUse libraryUse;                       // while the SDK is started
+    std::shared_ptr<InvalidationHub> invalidations; // while valid
     std::atomic<bool> valid{false};
 };

@@ -7,8 +7,10 @@
 #include "tests/module/grabber_fixture.h"
 
 #include <atomic>
+#include <cstdlib>
 #include <functional>
 #include <optional>
+#include <thread>
 
 namespace {
 
@@ -148,6 +150,25 @@ TEST_F(DiscoveryEventsTest, ARefusedRegistrationIsTriedAgainForTheNextGrabber) {
     EXPECT_EQ(next.told, 1u);
 }
 
+TEST_F(DiscoveryEventsTest, ARefusedRegistrationIsTriedAgainForAGrabberThatCameMeanwhile) {
+    sdk.Fail("PxnFeatureInvalidationRegister", PxnErrResources);
+    std::optional<Listener> meanwhile;
+    std::atomic<bool> isFirst{true};
+    sdk.OnCall("PxnFeatureInvalidationRegister", [&] {
+        if (isFirst.exchange(false)) {
+            std::thread([&] { meanwhile.emplace(); }).join();
+        }
+    });
+    Listener refused;
+    sdk.ClearHooks();
+    ASSERT_TRUE(meanwhile);
+    EXPECT_EQ(Fire(), 1u);
+    EXPECT_EQ(refused.told, 0u);
+    EXPECT_EQ(meanwhile->told, 1u);
+    meanwhile.reset();
+    EXPECT_EQ(sdk.Registrations().size(), 0u);
+}
+
 TEST_F(DiscoveryEventsTest, ARefusedRegistrationIsNotReleased) {
     sdk.Fail("PxnFeatureInvalidationRegister", PxnErrResources);
     Listener listener;
@@ -203,6 +224,27 @@ TEST_F(DiscoveryEventsTest, ReleaseWaitsForACallOnAnotherThread) {
 TEST_F(DiscoveryEventsTest, AnUnknownGrabberIsNotReleased) {
     DiscoveryEvents::Release(Grabber());
     EXPECT_EQ(Calls(), Texts{});
+}
+
+// ---- the end of the process ----
+
+constexpr int kHeardAtTheEnd = 42;
+Listener* listenerOfTheProcess = nullptr; // never goes, as with a host that does not clean up
+
+// The handler runs after the destructors of all static objects that were made after it was
+// registered: of those that the module makes when its first grabber begins.
+TEST_F(DiscoveryEventsTest, MayComeWhileTheProcessEnds) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe"); // a process of its own, where none exist yet
+    EXPECT_EXIT(
+        {
+            std::atexit([] {
+                scripted::GetSdk().Fire(SystemHandle(), kFeature);
+                std::_Exit(listenerOfTheProcess->told == 1 ? kHeardAtTheEnd : 1);
+            });
+            listenerOfTheProcess = new Listener;
+            std::exit(0);
+        },
+        ::testing::ExitedWithCode(kHeardAtTheEnd), "");
 }
 
 } // namespace
