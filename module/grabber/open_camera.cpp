@@ -7,6 +7,7 @@
 #include "grabber/serial_baud_rate.h"
 #include "grabber/transport_layer_config.h"
 #include "platform/file_system.h"
+#include "sdk/invalidation_hub.h"
 #include "sdk/no_throw.h"
 #include "sdk/pyxen_api_access.h"
 #include "sdk/sdk_error.h"
@@ -112,9 +113,20 @@ void OpenCamera::Close(Acquisition& acquisition) {
     if (const PxnError result = acquisition.CloseCamera(openedCamera)) {
         // Compatibility: support searches for this tag, which names another class.
         ReportSdkError("CMivoraKVNqxAPIClass::CloseActCamera", result, log);
+    } else {
+        ForgetInvalidations();
     }
     cameraHandle = nullptr;
     spareNote = std::move(openedCamera);
+}
+
+void OpenCamera::ForgetInvalidations() {
+    const auto& invalidations = api.Invalidations();
+    for (const std::uint32_t index : {kCameraCache, kLocalDeviceCache, kStreamCache}) {
+        if (invalidations && caches[index].GetModuleName()) {
+            invalidations->Forget(caches[index].GetHandle());
+        }
+    }
 }
 
 bool OpenCamera::MakeSpareNote() {

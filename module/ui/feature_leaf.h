@@ -11,6 +11,10 @@ class FeatureCache;
 /// What is known of a row since the tree was built. The cache may have been filled anew or cleared
 /// meanwhile; what was registered with the SDK belongs to `handle`.
 struct FeatureLeaf {
+    /// Whether the cache still holds the module that `handle` stands for. The SDK must not be asked
+    /// about the handle of one that was closed.
+    bool IsOpen() const;
+
     FeatureCache* cache = nullptr;
     PxnHandle handle = nullptr;
     std::string moduleName;

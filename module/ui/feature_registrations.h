@@ -1,26 +1,27 @@
 // feature_registrations.h - the invalidations that a feature control dialog has asked for
 #pragma once
 
+#include "sdk/invalidation_hub.h"
 #include "sdk/logger.h"
 #include "ui/feature_leaf.h"
+#include "ui/invalidation_receiver.h"
 
 #include <array>
 #include <cstddef>
+#include <memory>
+#include <utility>
 #include <vector>
 
 class CPyxenAPIAccess;
-class InvalidationReceiver;
 
-/// What a registration is for.
-enum class InvalidationKind { kValue, kSync, kBufferFormat, kTiming };
-
-/// Registers features with the SDK and keeps account of it, each step with its line in the log.
-/// While the SDK is not valid it is not called. User-interface thread only.
+/// Follows features and keeps account of it, each step with its line in the log. The SDK is called
+/// only while it is valid and for modules that are open. User-interface thread only.
 class FeatureRegistrations {
 public:
     /// `sink` may be null.
-    FeatureRegistrations(CPyxenAPIAccess& access, InvalidationReceiver& newReceiver, Logger sink)
-        : api(access), receiver(newReceiver), log(sink) {}
+    FeatureRegistrations(CPyxenAPIAccess& access, std::shared_ptr<InvalidationReceiver> newReceiver,
+                         Logger sink)
+        : api(access), receiver(std::move(newReceiver)), log(sink) {}
 
     void Register(InvalidationKind kind, const FeatureLeaf& leaf);
     void Unregister(InvalidationKind kind, const FeatureLeaf& leaf);
@@ -31,14 +32,19 @@ public:
     void Disconnect();
 
 private:
-    std::vector<FeatureLeaf>& ListOf(InvalidationKind kind) {
+    struct Entry {
+        FeatureLeaf leaf;
+        InvalidationSubscription subscription; // none when the SDK was not called or refused
+    };
+
+    std::vector<Entry>& ListOf(InvalidationKind kind) {
         return lists[static_cast<std::size_t>(kind)];
     }
-    void TakeBack(InvalidationKind kind, const FeatureLeaf& leaf);
+    InvalidationSubscription Subscribe(InvalidationKind kind, const FeatureLeaf& leaf);
 
     CPyxenAPIAccess& api;
-    InvalidationReceiver& receiver;
+    const std::shared_ptr<InvalidationReceiver> receiver;
     const Logger log;
     bool connected = true;
-    std::array<std::vector<FeatureLeaf>, 4> lists;
+    std::array<std::vector<Entry>, 4> lists;
 };

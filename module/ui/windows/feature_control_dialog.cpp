@@ -58,13 +58,13 @@ CKVNPyxenFeatureCtrlDialog::CKVNPyxenFeatureCtrlDialog(CMivoraKVNPyxenClass& own
       icon(LoadSmallIcon(IDI_FEATURE_CONTROL)),
       reader(log),
       writer(owner.Sync()),
-      receiver(InvalidationReceiver::Open(
+      receiver(std::make_shared<InvalidationReceiver>(
           log,
           [this](std::uint32_t message, PxnHandle handle, const char* name) {
               PostMessage(message, reinterpret_cast<WPARAM>(handle),
                           reinterpret_cast<LPARAM>(name));
           })),
-      registrations(owner.Api(), *receiver, log),
+      registrations(owner.Api(), receiver, log),
       debounce(*this) {}
 
 CKVNPyxenFeatureCtrlDialog::~CKVNPyxenFeatureCtrlDialog() {

@@ -44,7 +44,6 @@ void CKVNPyxenFeatureCtrlDialog::ForgetModules() {
     registrations.UnregisterAll(InvalidationKind::kBufferFormat);
     registrations.UnregisterAll(InvalidationKind::kTiming);
     DropVisibleFeatures();
-    receiver->ForgetAll();
     if (valueView && ::IsChild(valueView->m_hWnd, ::GetFocus())) {
         Tree().SetFocus();
     }

@@ -16,23 +16,6 @@ constexpr UINT kInterfaceDiscovery = WM_APP + 1; ///< wParam the handle, lParam 
 constexpr UINT kCameraDiscovery = WM_APP + 2;
 constexpr UINT kListNotification = WM_APP + 3;
 
-constexpr const char* kInterfaceFeature = "EventInterfaceDiscovery";
-constexpr const char* kCameraFeature = "EventCameraDiscovery";
-
-// On SDK threads. A window that is gone gets nothing; the SDK keeps the names until its shutdown.
-void Post(void* window, UINT message, PxnHandle handle, const char* feature) {
-    ::PostMessage(static_cast<HWND>(window), message, reinterpret_cast<WPARAM>(handle),
-                  reinterpret_cast<LPARAM>(feature));
-}
-
-void PXN_CALL InterfaceDiscovered(PxnHandle handle, const char* feature, void* window) {
-    Post(window, kInterfaceDiscovery, handle, feature);
-}
-
-void PXN_CALL CameraDiscovered(PxnHandle handle, const char* feature, void* window) {
-    Post(window, kCameraDiscovery, handle, feature);
-}
-
 } // namespace
 
 IMPLEMENT_DYNAMIC(CKVNPyxenDeviceFinderDialog, CDialog)
@@ -50,6 +33,7 @@ CKVNPyxenDeviceFinderDialog::CKVNPyxenDeviceFinderDialog(CPyxenAPIAccess& newApi
     : CDialog(IDD_DEVICE_FINDER, parent),
       api(newApi),
       log(newLog),
+      discovery(newApi),
       icon(LoadSmallIcon(IDI_DEVICE_FINDER)) {}
 
 BOOL CKVNPyxenDeviceFinderDialog::OnInitDialog() {
@@ -59,31 +43,31 @@ BOOL CKVNPyxenDeviceFinderDialog::OnInitDialog() {
     list.SetNotification(kListNotification);
     list.Initialise(log);
     UpdateCameraList();
-    RegisterDiscovery();
+    FollowDiscovery();
     list.SetFocus();
     return FALSE;
 }
 
 void CKVNPyxenDeviceFinderDialog::OnDestroy() {
-    UnregisterDiscovery();
+    discovery.Unregister();
     CDialog::OnDestroy();
 }
 
-void CKVNPyxenDeviceFinderDialog::RegisterDiscovery() {
-    api.PxnFeatureInvalidationRegister(PXN_SYSTEM_HANDLE, kInterfaceFeature, InterfaceDiscovered,
-                                       m_hWnd);
-    api.PxnFeatureInvalidationRegister(PXN_SYSTEM_HANDLE, kCameraFeature, CameraDiscovered, m_hWnd);
-}
-
-void CKVNPyxenDeviceFinderDialog::UnregisterDiscovery() {
-    api.PxnFeatureInvalidationUnregister(PXN_SYSTEM_HANDLE, kInterfaceFeature, InterfaceDiscovered);
-    api.PxnFeatureInvalidationUnregister(PXN_SYSTEM_HANDLE, kCameraFeature, CameraDiscovered);
+// A window that is gone gets nothing; the SDK keeps the names until its shutdown.
+void CKVNPyxenDeviceFinderDialog::FollowDiscovery() {
+    discovery.Register(
+        [window = m_hWnd](DeviceDiscovery::Event event, PxnHandle handle, const char* feature) {
+            ::PostMessage(window,
+                          event == DeviceDiscovery::Event::kInterface ? kInterfaceDiscovery
+                                                                      : kCameraDiscovery,
+                          reinterpret_cast<WPARAM>(handle), reinterpret_cast<LPARAM>(feature));
+        });
 }
 
 void CKVNPyxenDeviceFinderDialog::Renew() {
-    UnregisterDiscovery();
+    discovery.Unregister();
     UpdateCameraList();
-    RegisterDiscovery();
+    FollowDiscovery();
 }
 
 LRESULT CKVNPyxenDeviceFinderDialog::OnInterfaceDiscovery(WPARAM handle, LPARAM feature) {

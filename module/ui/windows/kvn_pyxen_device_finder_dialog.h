@@ -2,6 +2,7 @@
 #pragma once
 
 #include "sdk/logger.h"
+#include "ui/device_discovery.h"
 #include "ui/windows/device_finder_list_ctrl.h"
 #include "ui/windows/small_icon.h"
 
@@ -34,13 +35,13 @@ protected:
     DECLARE_MESSAGE_MAP()
 
 private:
-    void RegisterDiscovery();
-    void UnregisterDiscovery();
+    void FollowDiscovery();
     void Renew();
     void UpdateCameraList();
 
     CPyxenAPIAccess& api;
     const Logger log;
+    DeviceDiscovery discovery;
     std::string selectedId;
     SmallIcon icon;
     CDeviceFinderListCtrl list;

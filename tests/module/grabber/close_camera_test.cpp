@@ -36,6 +36,38 @@ TEST_F(CloseCamera, ReadsTheTimingAndThenCloses) {
     EXPECT_EQ(Grabber().CloseActCamera(), MV_CAMERA_NOT_OPEN);
 }
 
+TEST_F(CloseCamera, ForgetsWhatIsFollowedInTheCamera) {
+    Camera().localDevice.Put(scripted::IntFeature("Width", 0, 0, 1));
+    Camera().streams[0].Put(scripted::IntFeature("Width", 0, 0, 1));
+    Init();
+    for (const PxnHandle handle :
+         {scripted::CameraHandle(), scripted::LocalDeviceHandle(), scripted::StreamHandle()}) {
+        const auto follow = [&](int& times) {
+            return InvalidationHub::Subscribe(Grabber().Api(), InvalidationChannel::kFeatureValue,
+                                              handle, "Width", InvalidationEnding::kAtOnce,
+                                              [&times](const Invalidation&) { ++times; });
+        };
+        int before = 0;
+        int after = 0;
+        ASSERT_EQ(Grabber().OpenActCamera(), MV_OK);
+        auto old = follow(before);
+        EXPECT_TRUE(old);
+        EXPECT_EQ(Grabber().CloseActCamera(), MV_OK);
+        Forget();
+        old.Unsubscribe();
+        EXPECT_EQ(Calls(), Texts{}) << "a closed handle was asked";
+        EXPECT_EQ(Grabber().OpenActCamera(), MV_OK);
+        old = follow(before);
+        EXPECT_EQ(Grabber().CloseActCamera(), MV_OK);
+        EXPECT_EQ(Grabber().OpenActCamera(), MV_OK);
+        const auto next = follow(after);
+        EXPECT_EQ(sdk.Fire(handle, "Width"), 1u);
+        EXPECT_EQ(before, 0);
+        EXPECT_EQ(after, 1);
+        EXPECT_EQ(Grabber().CloseActCamera(), MV_OK);
+    }
+}
+
 TEST_F(CloseCamera, KeepsTheTimingForSaving) {
     Open();
     Camera()["ExposureTime"].floatValue = 12000;

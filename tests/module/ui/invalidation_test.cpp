@@ -1,11 +1,14 @@
 // The way of an invalidation from the SDK to a dialog.
+#include "platform/event.h"
 #include "platform/thread.h"
+#include "sync/feature_cache.h"
 #include "tests/module/sdk/loaded_api.h"
 #include "ui/feature_registrations.h"
 #include "ui/invalidation_receiver.h"
 
 #include <algorithm>
 #include <atomic>
+#include <thread>
 #include <utility>
 
 namespace {
@@ -20,10 +23,16 @@ struct Posted {
 
 class Invalidations : public LoadedApi {
 protected:
+    void SetUp() override {
+        LoadedApi::SetUp();
+        ASSERT_TRUE(cache.Init("Camera", &api, scripted::CameraHandle(), nullptr));
+        sdk.ClearCalls();
+    }
     void TearDown() override { receiver->Close(); }
 
     FeatureLeaf Leaf(const std::string& name) {
         FeatureLeaf leaf;
+        leaf.cache = &cache;
         leaf.handle = scripted::CameraHandle();
         leaf.moduleName = "Camera";
         leaf.name = name;
@@ -35,12 +44,13 @@ protected:
         return {number, scripted::CameraHandle(), name};
     }
 
+    FeatureCache cache;
     std::vector<Posted> posted;
-    std::shared_ptr<InvalidationReceiver> receiver = InvalidationReceiver::Open(
+    std::shared_ptr<InvalidationReceiver> receiver = std::make_shared<InvalidationReceiver>(
         &sink, [this](std::uint32_t message, PxnHandle handle, const char* name) {
             posted.push_back({message, handle, name});
         });
-    FeatureRegistrations registrations{api, *receiver, &sink};
+    FeatureRegistrations registrations{api, receiver, &sink};
 };
 
 TEST_F(Invalidations, ArePostedByKind) {
@@ -90,51 +100,50 @@ TEST_F(Invalidations, AreLoggedButNotPostedWhileSuppressed) {
 }
 
 TEST_F(Invalidations, DoNothingOnceTheReceiverIsClosed) {
-    registrations.Register(InvalidationKind::kValue, Leaf("Width"));
-    void* const context = receiver->Context();
+    for (const InvalidationKind kind : {InvalidationKind::kValue, InvalidationKind::kSync}) {
+        registrations.Register(kind, Leaf("Width"));
+    }
     receiver->Close();
     sink.Take();
-    EXPECT_EQ(sdk.Fire(scripted::CameraHandle(), "Width"), 1u);
-    InvalidationReceiver::SyncInvalidationCallback(scripted::CameraHandle(), "Width", context);
-    InvalidationReceiver::InvalidationCallback(scripted::CameraHandle(), "Width", nullptr);
+    EXPECT_EQ(sdk.Fire(scripted::CameraHandle(), "Width"), 2u);
     EXPECT_EQ(Take(), std::vector<Posted>{});
     EXPECT_EQ(sink.Take(), Texts{});
 }
 
-TEST_F(Invalidations, GiveNoNameForWhatIsNotKnown) {
-    InvalidationReceiver::InvalidationCallback(scripted::CameraHandle(), "Width",
-                                               receiver->Context());
+TEST_F(Invalidations, NameTheFeatureAsItsRowDoes) {
+    FeatureLeaf unknown = Leaf("Height");
+    unknown.path = "<not available>";
+    registrations.Register(InvalidationKind::kValue, unknown);
     registrations.Register(InvalidationKind::kValue, Leaf("Width"));
-    receiver->ForgetAll();
+    sink.Take();
+    sdk.Fire(scripted::CameraHandle(), "Height");
     sdk.Fire(scripted::CameraHandle(), "Width");
-    const Texts lines = sink.Take();
-    EXPECT_EQ(lines.front(), "1 CKVNPyxenFeatureCtrlDialog::InvalidationCallback: <not available>");
-    EXPECT_EQ(lines.back(), lines.front());
+    const std::string tag = "1 CKVNPyxenFeatureCtrlDialog::InvalidationCallback: ";
+    EXPECT_EQ(sink.Take(), (Texts{tag + "<not available>", tag + "/Camera/Image/Width"}));
 }
 
 TEST_F(Invalidations, MayComeOnAnotherThreadWhileTheReceiverCloses) {
-    std::atomic<bool> stop{false};
-    std::pair<std::atomic<bool>*, void*> given{&stop, receiver->Context()};
-    platform::Thread thread = platform::Thread::Start(
-        [](void* argument) {
-            const auto& [end, context] =
-                *static_cast<std::pair<std::atomic<bool>*, void*>*>(argument);
-            do {
-                InvalidationReceiver::InvalidationCallback(scripted::CameraHandle(), "Width",
-                                                           context);
-            } while (!*end);
-        },
-        &given, 0);
-    ASSERT_TRUE(thread.IsJoinable());
     registrations.Register(InvalidationKind::kValue, Leaf("Width"));
+    registrations.Register(InvalidationKind::kSync, Leaf("Width"));
+    std::atomic<bool> stop{false};
+    platform::Thread thread = platform::Thread::Start(
+        [](void* end) {
+            do {
+                scripted::GetSdk().Fire(scripted::CameraHandle(), "Width");
+            } while (!*static_cast<std::atomic<bool>*>(end));
+        },
+        &stop, 0);
+    ASSERT_TRUE(thread.IsJoinable());
+    registrations.Register(InvalidationKind::kValue, Leaf("Height"));
+    registrations.UnregisterAll(InvalidationKind::kSync);
     receiver->Suppress(true, true);
     receiver->Close();
     const std::size_t count = posted.size(); // nobody posts any more
-    receiver.reset();
+    registrations.UnregisterAll(InvalidationKind::kValue);
     stop = true;
     thread.Join();
     EXPECT_EQ(posted.size(), count);
-    receiver = InvalidationReceiver::Open(nullptr, [](std::uint32_t, PxnHandle, const char*) {});
+    EXPECT_TRUE(sdk.Registrations().empty());
 }
 
 TEST_F(Invalidations, AreTakenBackOneByOne) {
@@ -144,24 +153,85 @@ TEST_F(Invalidations, AreTakenBackOneByOne) {
     registrations.Unregister(InvalidationKind::kValue, Leaf("Width"));
     ASSERT_EQ(sdk.Registrations().size(), 1u);
     EXPECT_EQ(sdk.Registrations()[0].feature, "Height");
-    EXPECT_EQ(sdk.Registrations()[0].context, receiver->Context());
+    EXPECT_EQ(sdk.Fire(scripted::CameraHandle(), "Height"), 1u);
+    EXPECT_EQ(Take(), (std::vector<Posted>{Message(0x8000, "Height")}));
 }
 
 TEST_F(Invalidations, PassTheSdksOwnTextOn) {
+    struct Given {
+        PxnInvalidationCallback callback;
+        void* context;
+    };
+    static std::vector<Given> given;
+    given.clear();
+    api.PxnFeatureInvalidationRegister =
+        [](PxnHandle, const char*, PxnInvalidationCallback callback, void* context) -> PxnError {
+        given.push_back({callback, context});
+        return PxnErrSuccess;
+    };
     const char name[] = "Width";
     const void* passed = nullptr;
-    const auto other = InvalidationReceiver::Open(
+    const auto other = std::make_shared<InvalidationReceiver>(
         nullptr, [&](std::uint32_t, PxnHandle, const char* text) { passed = text; });
-    for (const PxnInvalidationCallback callback :
-         {InvalidationReceiver::InvalidationCallback,
-          InvalidationReceiver::SyncInvalidationCallback,
-          InvalidationReceiver::BufferFormatInvalidationCallback,
-          InvalidationReceiver::ExtNotificationInvalidationCallback}) {
+    FeatureRegistrations others{api, other, nullptr};
+    for (const InvalidationKind kind :
+         {InvalidationKind::kValue, InvalidationKind::kSync, InvalidationKind::kBufferFormat,
+          InvalidationKind::kTiming}) {
+        others.Register(kind, Leaf("Width"));
         passed = nullptr;
-        callback(scripted::CameraHandle(), name, other->Context());
+        given.back().callback(scripted::CameraHandle(), name, given.back().context);
         EXPECT_EQ(passed, name);
     }
-    other->Close();
+    EXPECT_EQ(given.size(), 4u);
+}
+
+TEST_F(Invalidations, AskNothingOfAModuleThatIsClosed) {
+    registrations.Register(InvalidationKind::kValue, Leaf("Width"));
+    cache.Clear();
+    api.Invalidations()->Forget(scripted::CameraHandle()); // as the grabber does on closing
+    sdk.ClearCalls();
+    sink.Take();
+    registrations.Register(InvalidationKind::kValue, Leaf("Height"));
+    registrations.UnregisterAll(InvalidationKind::kValue);
+    EXPECT_EQ(sdk.Calls(), Texts{});
+    const std::string tag = "1 CKVNPyxenFeatureCtrlDialog::";
+    EXPECT_EQ(sink.Take(),
+              (Texts{tag + "RegisterDlgInvalidationFeatures: Registering Height",
+                     tag + "UnregisterDlgInvalidationFeatures: Unregistering Width",
+                     tag + "UnregisterDlgInvalidationFeatures: Unregistering Height"}));
+}
+
+// A sink may show its lines in a window, so that this thread is needed for the call to go on.
+TEST_F(Invalidations, AreTakenBackWhileASinkWaitsForThisThread) {
+    class WaitingSink final : public ILogSink {
+    public:
+        void Write(int, const char*, ...) override {
+            entered.Set();
+            goOn.Wait(10000);
+        }
+        void WriteError(const char*) override {}
+        platform::Event entered;
+        platform::Event goOn;
+    } waiting;
+    const auto dialog = std::make_shared<InvalidationReceiver>(
+        &waiting, [this](std::uint32_t message, PxnHandle handle, const char* name) {
+            posted.push_back({message, handle, name});
+        });
+    FeatureRegistrations followed{api, dialog, nullptr};
+    followed.Register(InvalidationKind::kValue, Leaf("Width"));
+    std::atomic<bool> ended{false};
+    std::thread thread([&] {
+        sdk.Fire(scripted::CameraHandle(), "Width");
+        ended = true;
+    });
+    ASSERT_TRUE(waiting.entered.Wait(10000));
+    followed.UnregisterAll(InvalidationKind::kValue);
+    dialog->Close();
+    EXPECT_FALSE(ended) << "the call was waited for";
+    waiting.goOn.Set();
+    thread.join();
+    EXPECT_EQ(Take(), std::vector<Posted>{});
+    EXPECT_TRUE(sdk.Registrations().empty());
 }
 
 /// Three dialogs that follow the same features.
@@ -169,10 +239,10 @@ class SharedInvalidations : public Invalidations {
 protected:
     struct Dialog {
         explicit Dialog(SharedInvalidations& test, const std::string& name)
-            : receiver(InvalidationReceiver::Open(
+            : receiver(std::make_shared<InvalidationReceiver>(
                   nullptr, [&test, name](std::uint32_t, PxnHandle,
                                          const char*) { test.told.push_back(name); })),
-              registrations(test.api, *receiver, nullptr) {}
+              registrations(test.api, receiver, nullptr) {}
         ~Dialog() { receiver->Close(); }
 
         std::shared_ptr<InvalidationReceiver> receiver;
