@@ -333,6 +333,37 @@ TEST_F(DeviceFinder, SurvivesEveryCallThatFails) {
     EXPECT_EQ(run(), IDOK);
 }
 
+// ---- beside another grabber's ----
+
+TEST_F(DeviceFinder, FollowsEventsBesideAnotherOne) {
+    CPyxenAPIAccess otherApi;
+    ASSERT_TRUE(otherApi.Load(nullptr, nullptr));
+    for (const bool firstGoes : {true, false}) {
+        CKVNPyxenDeviceFinderDialog first(api, nullptr, &host.Frame());
+        CKVNPyxenDeviceFinderDialog second(otherApi, nullptr, &host.Frame());
+        ASSERT_TRUE(first.Create(IDD_DEVICE_FINDER, &host.Frame()));
+        ASSERT_TRUE(second.Create(IDD_DEVICE_FINDER, &host.Frame()));
+        const auto plug = [&](const std::string& name) {
+            sdk.Edit(
+                [&](scripted::Model& model) { model.cameras.push_back(Camera(name, name, 3)); });
+            EXPECT_GE(sdk.Fire(PXN_SYSTEM_HANDLE, "EventCameraDiscovery"), 1u);
+            host.Pump();
+        };
+        const int before = RowCount(::GetDlgItem(first, 7000));
+        for (int round = 1; round <= 3; ++round) {
+            plug((firstGoes ? "one" : "other") + std::to_string(round));
+            EXPECT_EQ(RowCount(::GetDlgItem(first, 7000)), before + round);
+            EXPECT_EQ(RowCount(::GetDlgItem(second, 7000)), before + round);
+        }
+        (firstGoes ? first : second).DestroyWindow();
+        plug(firstGoes ? "last" : "very last");
+        EXPECT_EQ(RowCount(::GetDlgItem(firstGoes ? second : first, 7000)), before + 4);
+        second.DestroyWindow();
+        first.DestroyWindow();
+    }
+    EXPECT_TRUE(sdk.Registrations().empty());
+}
+
 // ---- cameras that come and go ----
 
 TEST_F(DeviceFinder, ShowsACameraThatIsPluggedIn) {
