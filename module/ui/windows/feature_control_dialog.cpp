@@ -51,8 +51,48 @@ ON_MESSAGE(WM_TIMING_FEATURE_INVALIDATED, &CKVNPyxenFeatureCtrlDialog::OnInvalid
 ON_MESSAGE(kModulesChanged, &CKVNPyxenFeatureCtrlDialog::OnModulesChanged)
 END_MESSAGE_MAP()
 
-CKVNPyxenFeatureCtrlDialog::CKVNPyxenFeatureCtrlDialog(CMivoraKVNPyxenClass& owner, CWnd* parent)
-    : CCamCntrlDlgBase(IDD_FEATURE_CONTROL, parent),
+/// The grabber's share in the dialog.
+class CKVNPyxenFeatureCtrlDialog::Owned final : public ICamCntrlDialog {
+public:
+    explicit Owned(std::shared_ptr<CKVNPyxenFeatureCtrlDialog> made) : dialog(std::move(made)) {}
+    ~Owned() override {
+        AFX_MANAGE_STATE(AfxGetStaticModuleState())
+        dialog->DestroyWindow();
+        dialog.reset();
+    }
+    Owned(const Owned&) = delete;
+    Owned& operator=(const Owned&) = delete;
+
+    // Windows of the host that are activated meanwhile may end the grabber.
+    void Show() override {
+        const auto alive = dialog;
+        alive->Show();
+    }
+    void Hide() override {
+        const auto alive = dialog;
+        alive->Hide();
+    }
+    bool IsVisible() const override { return dialog->IsVisible(); }
+    void Update(uint32_t mask) override { dialog->Update(mask); }
+    void SetAcquisitionMarks(bool suppressBufferFormat, bool suppressSync) override {
+        dialog->SetAcquisitionMarks(suppressBufferFormat, suppressSync);
+    }
+    void Disconnect() override { dialog->Disconnect(); }
+
+private:
+    std::shared_ptr<CKVNPyxenFeatureCtrlDialog> dialog;
+};
+
+std::unique_ptr<ICamCntrlDialog> CKVNPyxenFeatureCtrlDialog::Open(CMivoraKVNPyxenClass& owner) {
+    const std::shared_ptr<CKVNPyxenFeatureCtrlDialog> dialog(new CKVNPyxenFeatureCtrlDialog(owner));
+    if (!dialog->Create(IDD_FEATURE_CONTROL)) {
+        return nullptr;
+    }
+    return std::make_unique<Owned>(dialog);
+}
+
+CKVNPyxenFeatureCtrlDialog::CKVNPyxenFeatureCtrlDialog(CMivoraKVNPyxenClass& owner)
+    : CCamCntrlDlgBase(IDD_FEATURE_CONTROL),
       grabber(owner),
       log(owner.GetLogSink()),
       icon(LoadSmallIcon(IDI_FEATURE_CONTROL)),
@@ -75,7 +115,7 @@ CKVNPyxenFeatureCtrlDialog::~CKVNPyxenFeatureCtrlDialog() {
 }
 
 bool CKVNPyxenFeatureCtrlDialog::CanAsk() const {
-    return grabber.Api().IsValid();
+    return m_hWnd && grabber.Api().IsValid();
 }
 
 // ---- what the grabber tells ----
@@ -95,6 +135,11 @@ void CKVNPyxenFeatureCtrlDialog::Disconnect() {
 }
 
 // ---- window messages ----
+
+LRESULT CKVNPyxenFeatureCtrlDialog::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
+    const auto alive = weak_from_this().lock(); // null while the object is being destroyed
+    return CCamCntrlDlgBase::WindowProc(message, wParam, lParam);
+}
 
 BOOL CKVNPyxenFeatureCtrlDialog::OnInitDialog() {
     CCamCntrlDlgBase::OnInitDialog();
@@ -128,7 +173,8 @@ void CKVNPyxenFeatureCtrlDialog::OnCancel() {
 }
 
 void CKVNPyxenFeatureCtrlDialog::OnCloseButton() {
-    if (grabber.SignalCamCntrlDlgEvent(kMvEventCloseRequest) == 1) {
+    // The host may have ended the dialog meanwhile.
+    if (grabber.SignalCamCntrlDlgEvent(kMvEventCloseRequest) == 1 && m_hWnd) {
         Hide();
     }
 }
@@ -276,6 +322,9 @@ LRESULT CKVNPyxenFeatureCtrlDialog::OnInvalidateFeature(WPARAM handle, LPARAM na
     while (::PeekMessage(&message, m_hWnd, WM_FEATURE_UPDATE, WM_FEATURE_UPDATE, PM_REMOVE)) {
         add(message.wParam, message.lParam);
     }
+    if (!m_hWnd) {
+        return 0; // PeekMessage also has messages handled that other threads send
+    }
     for (const UpdateBatch::Request& request : batch.GetRequests()) {
         const auto leaf = tree.FindLeaf(request.handle, request.name);
         if (leaf) {
@@ -326,6 +375,9 @@ LRESULT CKVNPyxenFeatureCtrlDialog::OnModulesChanged(WPARAM, LPARAM) {
     MSG message;
     while (::PeekMessage(&message, m_hWnd, kModulesChanged, kModulesChanged, PM_REMOVE)) {
     }
+    if (!m_hWnd) {
+        return 0;
+    }
     ForgetModules();
     ShowModules();
     return 0;
@@ -344,7 +396,9 @@ void CKVNPyxenFeatureCtrlDialog::EndBufferChange() {
 }
 
 void CKVNPyxenFeatureCtrlDialog::StartQuietTimer(std::uint32_t milliseconds) {
-    SetTimer(SYNC_TIMEOUT_TIMER_ID, milliseconds, nullptr);
+    if (m_hWnd) { // or the thread would get a timer
+        SetTimer(SYNC_TIMEOUT_TIMER_ID, milliseconds, nullptr);
+    }
 }
 
 void CKVNPyxenFeatureCtrlDialog::StopQuietTimer() {

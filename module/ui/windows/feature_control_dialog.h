@@ -25,8 +25,13 @@ class CMivoraKVNPyxenClass;
 /// The modeless dialog "Camera Feature Control" of a grabber. It shows the modules of the open
 /// camera as one tree, edits the selected feature, and follows what changes in the camera.
 ///
+/// A receiver of the host that the dialog notifies may end the grabber, and the window with it. The
+/// object lives until the last of its message handlers has returned; these touch nothing of the
+/// grabber any more once there is no window.
+///
 /// User-interface thread only, but for Update and SetAcquisitionMarks.
 class CKVNPyxenFeatureCtrlDialog : public CCamCntrlDlgBase,
+                                   public std::enable_shared_from_this<CKVNPyxenFeatureCtrlDialog>,
                                    public CAttrTreeView::IObserver,
                                    public CValueView::IObserver,
                                    public CColumnTreeCtrl::INotifyCallback,
@@ -35,8 +40,9 @@ class CKVNPyxenFeatureCtrlDialog : public CCamCntrlDlgBase,
 public:
     static constexpr UINT_PTR SYNC_TIMEOUT_TIMER_ID = 1;
 
-    /// The grabber owns the dialog.
-    explicit CKVNPyxenFeatureCtrlDialog(CMivoraKVNPyxenClass& owner, CWnd* parent = nullptr);
+    /// Makes the dialog, hidden, for the grabber to own: destroying the result destroys the window.
+    /// Null when that failed.
+    static std::unique_ptr<ICamCntrlDialog> Open(CMivoraKVNPyxenClass& owner);
     ~CKVNPyxenFeatureCtrlDialog() override;
 
     // ICamCntrlDialog
@@ -55,6 +61,7 @@ public:
     void OnTreeExpanded() override;
 
 protected:
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
     BOOL OnInitDialog() override;
     void OnOK() override;
     void OnCancel() override;
@@ -74,6 +81,10 @@ protected:
     DECLARE_MESSAGE_MAP()
 
 private:
+    class Owned;
+
+    explicit CKVNPyxenFeatureCtrlDialog(CMivoraKVNPyxenClass& owner);
+
     // BufferDebounce::Actions
     void BeginBufferChange() override;
     void EndBufferChange() override;
@@ -89,7 +100,9 @@ private:
     int TextHeight(const std::wstring& text, int width) const;
 
     // the tree and what is registered for it
+    /// Whether the SDK may be called. The grabber must not be touched without a window.
     bool CanAsk() const;
+    bool CanAsk(const FeatureLeaf& leaf) const { return CanAsk() && leaf.IsOpen(); }
     CColumnTreeCtrl& Tree() { return treeView.GetTree(); }
     void ShowModules();
     void ForgetModules();

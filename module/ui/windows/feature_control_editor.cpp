@@ -141,6 +141,10 @@ void CKVNPyxenFeatureCtrlDialog::AttrSelected(HTREEITEM item) {
         LayOut();
         return;
     }
+    if (!CanAsk(leaf)) {
+        LayOut();
+        return;
+    }
     description = *info;
     const Feature feature = leaf.In(grabber.Api(), description);
     bool readable = false;
@@ -196,7 +200,7 @@ void CKVNPyxenFeatureCtrlDialog::OnValueChanged(bool accepted) {
         return;
     }
     const FeatureLeaf leaf = tree.GetLeaves()[*currentLeaf];
-    if (!leaf.cache->GetModuleName() || !leaf.handle) {
+    if (!CanAsk(leaf) || !leaf.handle) {
         return;
     }
     if (!accepted) {
@@ -209,9 +213,9 @@ void CKVNPyxenFeatureCtrlDialog::OnValueChanged(bool accepted) {
     }
     const BoxText box = FailureBox(leaf.name, *outcome);
     // The host may end the dialog while the box runs its message loop.
-    const std::weak_ptr<InvalidationReceiver> alive = receiver;
+    const std::weak_ptr<CKVNPyxenFeatureCtrlDialog> self = weak_from_this();
     grabber_dialogs::ShowMessage(m_hWnd, box.text.c_str(), box.caption.c_str(), true, log);
-    if (!alive.expired()) {
+    if (const auto alive = self.lock()) {
         RefreshCurrentForm();
     }
 }
@@ -249,7 +253,7 @@ std::optional<WriteOutcome> CKVNPyxenFeatureCtrlDialog::Commit(std::size_t index
 // ---- reverting ----
 
 void CKVNPyxenFeatureCtrlDialog::RefreshCurrentForm() {
-    if (!valueView || !currentLeaf || !CanAsk() ||
+    if (!valueView || !currentLeaf || !CanAsk(tree.GetLeaves()[*currentLeaf]) ||
         !(description.featureFlags & PxnFeatureFlagWrite)) {
         return;
     }

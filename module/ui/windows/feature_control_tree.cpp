@@ -105,7 +105,7 @@ std::optional<std::size_t> CKVNPyxenFeatureCtrlDialog::LeafOf(HTREEITEM item) co
 
 bool CKVNPyxenFeatureCtrlDialog::IsAttrReadOnly(HTREEITEM item) const {
     const auto index = LeafOf(item);
-    if (!index || !CanAsk()) {
+    if (!index || !CanAsk(tree.GetLeaves()[*index])) {
         return false;
     }
     const FeatureLeaf& leaf = tree.GetLeaves()[*index];
@@ -129,7 +129,7 @@ void CKVNPyxenFeatureCtrlDialog::RefreshLeaf(std::size_t index) {
                   leaf.name.c_str());
         return;
     }
-    if (!CanAsk()) {
+    if (!CanAsk(leaf)) {
         return;
     }
     const std::string text =

@@ -3,7 +3,6 @@
 
 #include "grabber/mivora_kvn_pyxen_class.h"
 #include "platform/window_message.h"
-#include "res/resource.h"
 #include "sdk/logger.h"
 #include "ui/windows/feature_control_dialog.h"
 #include "ui/windows/kvn_pyxen_device_finder_dialog.h"
@@ -21,8 +20,7 @@ bool grabber_dialogs::HasWindows() {
 
 ICamCntrlDialog* grabber_dialogs::CreateFeatureControl(CMivoraKVNPyxenClass& grabber) {
     AFX_MANAGE_STATE(AfxGetStaticModuleState())
-    auto dialog = std::make_unique<CKVNPyxenFeatureCtrlDialog>(grabber);
-    return dialog->Create(IDD_FEATURE_CONTROL) ? dialog.release() : nullptr;
+    return CKVNPyxenFeatureCtrlDialog::Open(grabber).release();
 }
 
 MV_ERRCODE grabber_dialogs::RunDeviceFinder(MV_WINDOW parent, CPyxenAPIAccess& api, Logger log,
