@@ -10,7 +10,7 @@ constexpr const char* kDiscoveryFeature = "EventCameraDiscovery";
 
 } // namespace
 
-void DiscoveryEvents::Register(CMivoraKVNPyxenClass& grabber) {
+void discovery_events::Register(CMivoraKVNPyxenClass& grabber) {
     NoThrow(false, [&grabber] {
         grabber.DiscoverySubscription() = InvalidationHub::Subscribe(
             grabber.Api(), InvalidationChannel::kGrabberDiscovery, PXN_SYSTEM_HANDLE,
@@ -21,6 +21,6 @@ void DiscoveryEvents::Register(CMivoraKVNPyxenClass& grabber) {
     });
 }
 
-void DiscoveryEvents::Release(CMivoraKVNPyxenClass& grabber) {
+void discovery_events::Release(CMivoraKVNPyxenClass& grabber) {
     grabber.DiscoverySubscription().Unsubscribe();
 }

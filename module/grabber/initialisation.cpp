@@ -33,7 +33,7 @@ MV_ERRCODE CMivoraKVNPyxenClass::InitOrThrow() {
         log.ErrorText(
             "CMivoraKVNPyxenClass::Init: CMivoraKVNPyxenClass::BuildInternalList failed!");
     }
-    DiscoveryEvents::Register(*this);
+    discovery_events::Register(*this);
     return result;
 }
 
@@ -41,7 +41,7 @@ MV_ERRCODE CMivoraKVNPyxenClass::DeInit() {
     if (acquisition.IsInside()) {
         return MV_BUSY;
     }
-    DiscoveryEvents::Release(*this);
+    discovery_events::Release(*this);
     acquisition.End();
     if (ICamCntrlDialog* const dialog = GetCamCntrlDialogObject()) {
         dialog->Disconnect();

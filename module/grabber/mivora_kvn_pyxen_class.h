@@ -89,7 +89,7 @@ public:
     /// Shared by buffer preparation and every serial channel.
     platform::Mutex& SerialMutex() RETURN_CAPABILITY(serialMutex) { return serialMutex; }
     bool IsInitialized() const { return initialized; }
-    /// Begun and ended by DiscoveryEvents.
+    /// Begun and ended by discovery_events.
     InvalidationSubscription& DiscoverySubscription() { return discoverySubscription; }
 
 private:

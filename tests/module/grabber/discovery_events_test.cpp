@@ -82,14 +82,14 @@ TEST_F(DiscoveryEventsTest, ReachThoseThatStayWhenOneGoesMeanwhile) {
     Listener second;
     Listener third;
     first.onTold = [&] {
-        DiscoveryEvents::Release(*first.grabber);
+        discovery_events::Release(*first.grabber);
     };
     Fire();
     EXPECT_EQ(first.told, 1u);
     EXPECT_EQ(second.told, 1u);
     EXPECT_EQ(third.told, 1u);
     second.onTold = [&] {
-        DiscoveryEvents::Release(*third.grabber);
+        discovery_events::Release(*third.grabber);
     };
     Fire();
     EXPECT_EQ(first.told, 1u);
@@ -106,8 +106,8 @@ TEST_F(DiscoveryEventsTest, ReachGrabbersThatCameAndWentOnSeveralThreads) {
             [](void* argument) {
                 auto& listener = *static_cast<Listener*>(argument);
                 for (int round = 0; round < kRounds; ++round) {
-                    DiscoveryEvents::Release(*listener.grabber);
-                    DiscoveryEvents::Register(*listener.grabber);
+                    discovery_events::Release(*listener.grabber);
+                    discovery_events::Register(*listener.grabber);
                 }
             },
             &listeners[index], 0);
@@ -120,7 +120,7 @@ TEST_F(DiscoveryEventsTest, ReachGrabbersThatCameAndWentOnSeveralThreads) {
         EXPECT_EQ(listener.told, 1u);
     }
     for (Listener& listener : listeners) {
-        DiscoveryEvents::Release(*listener.grabber);
+        discovery_events::Release(*listener.grabber);
     }
     EXPECT_EQ(sdk.Registrations().size(), 0u);
 }
@@ -222,7 +222,7 @@ TEST_F(DiscoveryEventsTest, ReleaseWaitsForACallOnAnotherThread) {
 }
 
 TEST_F(DiscoveryEventsTest, AnUnknownGrabberIsNotReleased) {
-    DiscoveryEvents::Release(Grabber());
+    discovery_events::Release(Grabber());
     EXPECT_EQ(Calls(), Texts{});
 }
 
