@@ -17,7 +17,7 @@ inline constexpr std::uint32_t kLastSynchronousSingle = 5;
 ///     any, number 0           Start: a snap in a mode               Starting, number = mode
 ///     Starting                Started: the camera runs, or modes    Running
 ///                             1 and 2 failed and wait for a stop
-///     Idle, Starting, Running WindUp: the frame of mode 2 came      WindingUp
+///     at rest, Starting, Running  WindUp: the frame of mode 2 came      WindingUp
 ///     WindingUp               WindUpFailed: there is no thread      Running
 ///     any                     BeginStop: StopSnap                   Stopping
 ///     any                     Finish: a synchronous snap, a stop    Idle, number = 0
@@ -70,7 +70,7 @@ public:
         return Change([&then](Parts& parts) {
             const bool isRunning =
                 parts.phase == Phase::kStarting || parts.phase == Phase::kRunning;
-            const bool wasIdle = parts.phase == Phase::kIdle && then.phase == Phase::kIdle;
+            const bool wasIdle = parts.phase == Phase::kAtRest && then.phase == Phase::kAtRest;
             parts.phase = Phase::kWindingUp;
             return parts.snap == then.snap && (isRunning || wasIdle);
         });
@@ -92,13 +92,13 @@ public:
     void Finish() {
         Change([](Parts& parts) {
             parts.number = kIdle;
-            parts.phase = Phase::kIdle;
+            parts.phase = Phase::kAtRest;
             return true;
         });
     }
 
 private:
-    enum class Phase : std::uint8_t { kIdle, kStarting, kRunning, kStopping, kWindingUp };
+    enum class Phase : std::uint8_t { kAtRest, kStarting, kRunning, kStopping, kWindingUp };
     struct Parts {
         std::uint32_t number;
         Phase phase;
