@@ -4,6 +4,8 @@
 #include "platform/file_system.h"
 #include "platform/shared_library.h"
 #include "tests/support/allocations/failing_allocations.h"
+#include "tests/support/environment_guard.h"
+#include "tests/support/temporary_directory.h"
 
 #include <gtest/gtest.h>
 
@@ -52,6 +54,7 @@ struct Slot {
         }                                                                                          \
     }
 
+constexpr const char* kNoHome = "/nowhere";
 constexpr const char* kNoFile = "/nowhere/a directory that is not there/host.ini";
 
 // Without 99, the destructor.
@@ -195,7 +198,7 @@ const Slot kSlots[] = {
 
 // No camera SDK is there to be initialised.
 void HideSdk() {
-    ::setenv("PYXEN_HOME", "/nowhere", 1);
+    ::setenv("PYXEN_HOME", kNoHome, 1);
 }
 
 // Without memory nothing that is made once for the process is ever made, so that each slot is the
@@ -254,23 +257,41 @@ TEST(SlotsOutOfMemory, AreAllListed) {
     }
 }
 
-class SlotOutOfMemory : public ::testing::TestWithParam<Slot> {};
+class SlotOutOfMemory : public ::testing::TestWithParam<Slot> {
+protected:
+    static void Sweep(Grabber& grabber) {
+        const Slot& slot = GetParam();
+        const std::int64_t expected = slot.call(grabber);
+        RefuseEachAllocationBothWays([&] {
+            const std::int64_t result = slot.call(grabber);
+            const bool refused = GrantAllocations();
+            // A pointer that is not there, or a code.
+            const bool failed = refused && (expected == 1 ? result == 0
+                                                          : result == MV_REFUSED ||
+                                                                result == MV_CONFIG_NOT_LOADED ||
+                                                                result == MV_CONFIG_NOT_SAVED);
+            EXPECT_TRUE(result == expected || failed) << result << ", not " << expected;
+        });
+    }
+
+    support::EnvironmentGuard home{"PYXEN_HOME", kNoHome};
+};
 
 TEST_P(SlotOutOfMemory, ReturnsAFailureOrWhatItReturnsOtherwise) {
-    HideSdk();
-    const Slot& slot = GetParam();
     Grabber grabber(nullptr);
-    const std::int64_t expected = slot.call(grabber);
-    RefuseEachAllocationBothWays([&] {
-        const std::int64_t result = slot.call(grabber);
-        const bool refused = GrantAllocations();
-        // A pointer that is not there, or a code.
-        const bool failed =
-            refused && (expected == 1 ? result == 0
-                                      : result == MV_REFUSED || result == MV_CONFIG_NOT_LOADED ||
-                                            result == MV_CONFIG_NOT_SAVED);
-        EXPECT_TRUE(result == expected || failed) << slot.number << ": " << result;
-    });
+    Sweep(grabber);
+}
+
+TEST_P(SlotOutOfMemory, DoesTheSameWithAConfigurationAndAChannel) {
+    const support::TemporaryDirectory directory;
+    const std::string ini =
+        directory.Write("host.ini", "[Grabber_0]\nUniqueId=a camera with a long identifier\n"
+                                    "NumCmdChannels=1\n[Camera_0]\nCameraUniqueID=1\n");
+    Grabber grabber(nullptr);
+    ASSERT_EQ(grabber.SetGrabberIni(ini.c_str(), 0), MV_OK);
+    ASSERT_EQ(grabber.AddCmdChannel(grabber.CreateCmdChannel(1)), MV_OK);
+    ASSERT_EQ(grabber.SaveGrabberConfig(), MV_OK);
+    Sweep(grabber);
 }
 
 std::string SlotName(const ::testing::TestParamInfo<Slot>& info) {
