@@ -7,7 +7,6 @@
 #include "grabber/serial_baud_rate.h"
 #include "grabber/transport_layer_config.h"
 #include "platform/file_system.h"
-#include "sdk/invalidation_hub.h"
 #include "sdk/no_throw.h"
 #include "sdk/pyxen_api_access.h"
 #include "sdk/sdk_error.h"
@@ -42,12 +41,15 @@ bool OpenCamera::Open(PxnCameraInfo& record, const CIniFile* ini, const char* co
     openedCamera = std::move(spareNote);
     openedCamera->library = api.GetLibraryHandle();
     openedCamera->handle = handle;
+    openedCamera->modules = {handle};
     cameraHandle = handle;
     // Before the next call of the SDK, so that no event of this camera is taken for another's.
     identity.Open(record.cameraIdExtended);
     log.Information("Successfully opened camera! Handle = %p", handle);
     api.PxnCameraInfoQueryByHandle(handle, &record, sizeof record);
     identity.Open(record.cameraIdExtended);
+    openedCamera->modules = {handle, record.localDeviceHandle,
+                             record.streamCount > 0 ? record.streamHandles[0] : nullptr};
 
     // Compatibility: hosts take the camera for open even without a feature list, and no line of its
     // own is logged then.
@@ -114,19 +116,10 @@ void OpenCamera::Close(Acquisition& acquisition) {
         // Compatibility: support searches for this tag, which names another class.
         ReportSdkError("CMivoraKVNqxAPIClass::CloseActCamera", result, log);
     } else {
-        ForgetInvalidations();
+        ForgetRegistrations(api, *openedCamera);
     }
     cameraHandle = nullptr;
     spareNote = std::move(openedCamera);
-}
-
-void OpenCamera::ForgetInvalidations() {
-    const auto& invalidations = api.Invalidations();
-    for (const std::uint32_t index : {kCameraCache, kLocalDeviceCache, kStreamCache}) {
-        if (invalidations && caches[index].GetModuleName()) {
-            invalidations->Forget(caches[index].GetHandle());
-        }
-    }
 }
 
 bool OpenCamera::MakeSpareNote() {

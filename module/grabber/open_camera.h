@@ -44,8 +44,6 @@ public:
     const FeatureSyncher& SyncRules() const { return featureSyncher; }
 
 private:
-    /// The SDK has dropped what was registered for the camera's own modules.
-    void ForgetInvalidations();
     bool MakeSpareNote();
     void FillCaches(const PxnCameraInfo& record);
     /// Returns whether frames are queued before the capture is started.

@@ -1,8 +1,8 @@
 // invalidation_hub.cpp - shares one camera SDK's invalidation callbacks among all who follow it
 #include "sdk/invalidation_hub.h"
 
-#include "platform/annotations.h"
 #include "platform/event.h"
+#include "platform/static_mutex.h"
 #include "sdk/no_throw.h"
 #include "sdk/pyxen_api_access.h"
 
@@ -10,7 +10,6 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
-#include <mutex>
 #include <new>
 #include <optional>
 #include <thread>
@@ -18,30 +17,9 @@
 namespace {
 
 /// Guards every hub and what belongs to it. Held for a moment at a time: neither the SDK nor a
-/// receiver is called meanwhile, and no receiver is destroyed. It is never destroyed itself, since
-/// threads of the SDK may call back while the process ends.
-class CAPABILITY("mutex") HubGate {
-public:
-    void Lock() ACQUIRE() { Mutex().lock(); }
-    void Unlock() RELEASE() { Mutex().unlock(); }
-
-private:
-    static std::mutex& Mutex() {
-        alignas(std::mutex) static std::byte storage[sizeof(std::mutex)];
-        static std::mutex& mutex = *new (storage) std::mutex;
-        return mutex;
-    }
-};
-
-HubGate hubGate;
-
-class SCOPED_CAPABILITY HubGateLock {
-public:
-    HubGateLock() ACQUIRE(hubGate) { hubGate.Lock(); }
-    ~HubGateLock() RELEASE() { hubGate.Unlock(); }
-    HubGateLock(const HubGateLock&) = delete;
-    HubGateLock& operator=(const HubGateLock&) = delete;
-};
+/// receiver is called meanwhile, and no receiver is destroyed. Without a destructor, since threads
+/// of the SDK may call back while the process ends.
+constinit platform::StaticMutex hubGate;
 
 InvalidationHub* firstHub GUARDED_BY(hubGate) = nullptr;
 std::uintptr_t lastContext GUARDED_BY(hubGate) = 0; // none is used a second time
@@ -91,7 +69,7 @@ struct InvalidationHub::Registration {
     /// Calls the SDK until it has what the subscribers need.
     void Settle(const HubEntries& sdk) EXCLUDES(hubGate);
     void Remove(const SubscriberPointer& subscriber) EXCLUDES(hubGate) {
-        const HubGateLock lock;
+        const platform::StaticMutexLock lock(hubGate);
         Drop(subscriber);
     }
     /// Waits while another thread is inside the subscriber's receiver.
@@ -126,7 +104,7 @@ private:
 
 void InvalidationHub::Registration::Settle(const HubEntries& sdk) {
     {
-        const HubGateLock lock;
+        const platform::StaticMutexLock lock(hubGate);
         if (isSettling) {
             return; // that thread sees what has changed
         }
@@ -141,7 +119,7 @@ bool InvalidationHub::Registration::Step(const HubEntries& sdk) {
     std::shared_ptr<Registration> self; // destroyed without the lock
     std::uintptr_t wanted = 0;
     {
-        const HubGateLock lock;
+        const platform::StaticMutexLock lock(hubGate);
         const bool isNeeded = !subscribers.empty();
         // The SDK would wait for a call on another thread, which takes it back at its end instead.
         const bool isLeft = !isNeeded && RunsElsewhere(nullptr);
@@ -170,7 +148,7 @@ bool InvalidationHub::Registration::Step(const HubEntries& sdk) {
         sdk.takeBack(handle, name.c_str(), CallbackOf(channel));
     } else if (sdk.add(handle, name.c_str(), CallbackOf(channel),
                        reinterpret_cast<void*>(wanted)) != PxnErrSuccess) {
-        const HubGateLock lock;
+        const platform::StaticMutexLock lock(hubGate);
         Drop(asking);
         context = 0;
     }
@@ -196,14 +174,14 @@ bool InvalidationHub::Registration::RunsElsewhere(
 // ---- calls ----
 
 std::uint64_t InvalidationHub::Registration::Enter(RunningCall& call) {
-    const HubGateLock lock;
+    const platform::StaticMutexLock lock(hubGate);
     call.next = std::exchange(calls, &call);
     return lastSubscriber;
 }
 
 bool InvalidationHub::Registration::Advance(RunningCall& call, std::uint64_t last) {
     SubscriberPointer done; // destroyed without the lock
-    const HubGateLock lock;
+    const platform::StaticMutexLock lock(hubGate);
     done = std::move(call.subscriber);
     call.subscriber.reset();
     if (done && done->callEnded) {
@@ -221,7 +199,7 @@ bool InvalidationHub::Registration::Advance(RunningCall& call, std::uint64_t las
 void InvalidationHub::Registration::Leave(RunningCall& call) {
     HubEntries sdk;
     {
-        const HubGateLock lock;
+        const platform::StaticMutexLock lock(hubGate);
         RunningCall** link = &calls;
         while (*link != &call) {
             link = &(*link)->next;
@@ -238,7 +216,7 @@ void InvalidationHub::Registration::Leave(RunningCall& call) {
 void InvalidationHub::Registration::WaitForCalls(Invalidation::Subscriber& subscriber) {
     while (subscriber.callEnded) {
         {
-            const HubGateLock lock;
+            const platform::StaticMutexLock lock(hubGate);
             if (!RunsElsewhere(&subscriber)) {
                 return;
             }
@@ -297,7 +275,7 @@ InvalidationHub::InvalidationHub(void* loaded) : library(loaded) {}
 std::shared_ptr<InvalidationHub> InvalidationHub::Of(void* library) {
     // Made, and destroyed when it is not needed, without the lock.
     const std::shared_ptr<InvalidationHub> made(new InvalidationHub(library));
-    const HubGateLock lock;
+    const platform::StaticMutexLock lock(hubGate);
     for (InvalidationHub* hub = firstHub; hub; hub = hub->next) {
         // One that is about to be destroyed waits for the lock.
         if (auto known = hub->library == library ? hub->weak_from_this().lock() : nullptr) {
@@ -309,7 +287,7 @@ std::shared_ptr<InvalidationHub> InvalidationHub::Of(void* library) {
 }
 
 InvalidationHub::~InvalidationHub() {
-    const HubGateLock lock;
+    const platform::StaticMutexLock lock(hubGate);
     InvalidationHub** link = &firstHub;
     while (*link && *link != this) {
         link = &(*link)->next;
@@ -323,21 +301,24 @@ InvalidationHub::~InvalidationHub() {
 }
 
 void InvalidationHub::Forget(PxnHandle handle) {
-    std::vector<std::shared_ptr<Registration>> forgotten; // destroyed without the lock
-    const HubGateLock lock;
-    const auto others = std::stable_partition(
-        registrations.begin(), registrations.end(),
-        [handle](const auto& registration) { return registration->handle != handle; });
-    forgotten.assign(std::make_move_iterator(others), std::make_move_iterator(registrations.end()));
-    registrations.erase(others, registrations.end());
-    for (const auto& registration : forgotten) {
-        registration->hub = nullptr;
+    for (;;) {
+        std::shared_ptr<Registration> forgotten; // destroyed without the lock
+        const platform::StaticMutexLock lock(hubGate);
+        const auto place = std::find_if(
+            registrations.begin(), registrations.end(),
+            [handle](const auto& registration) { return registration->handle == handle; });
+        if (place == registrations.end()) {
+            return;
+        }
+        forgotten = std::move(*place);
+        registrations.erase(place);
+        forgotten->hub = nullptr;
     }
 }
 
 std::shared_ptr<InvalidationHub::Registration> InvalidationHub::Find(InvalidationChannel channel,
                                                                      const void* context) {
-    const HubGateLock lock;
+    const platform::StaticMutexLock lock(hubGate);
     for (const InvalidationHub* hub = firstHub; hub; hub = hub->next) {
         for (const auto& registration : hub->registrations) {
             if (registration->channel == channel && context &&
@@ -368,7 +349,7 @@ HubEntries EntriesOf(const CPyxenAPIAccess& api) {
 std::shared_ptr<InvalidationHub::Registration>
 InvalidationHub::Join(InvalidationChannel channel, PxnHandle handle, const std::string& name,
                       const std::shared_ptr<Invalidation::Subscriber>& subscriber) {
-    const HubGateLock lock;
+    const platform::StaticMutexLock lock(hubGate);
     subscriber->number = ++lastSubscriber;
     for (const auto& known : registrations) {
         if (known->channel == channel && known->handle == handle && known->name == name) {

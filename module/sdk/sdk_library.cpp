@@ -4,6 +4,7 @@
 #include "platform/shared_library.h"
 #include "platform/static_mutex.h"
 #include "sdk/callback_scope.h"
+#include "sdk/invalidation_hub.h"
 #include "sdk/pyxen_api_access.h"
 
 #include <utility>
@@ -89,6 +90,15 @@ void RememberUnclosedCamera(std::unique_ptr<OpenedCamera> camera) {
     remembered = camera.release();
 }
 
+void ForgetRegistrations(const CPyxenAPIAccess& api, const OpenedCamera& camera) {
+    const std::shared_ptr<InvalidationHub>& hub = api.Invalidations();
+    for (const PxnHandle module : camera.modules) {
+        if (hub && module) {
+            hub->Forget(module);
+        }
+    }
+}
+
 void CloseRememberedCameras(const CPyxenAPIAccess& api) {
     if (CallbackScope::IsInside()) {
         return;
@@ -96,6 +106,7 @@ void CloseRememberedCameras(const CPyxenAPIAccess& api) {
     for (CameraList cameras = TakeCameras(api.GetLibraryHandle());
          CameraList camera = Pop(cameras);) {
         if (api.PxnCameraClose(camera->handle) == PxnErrSuccess) {
+            ForgetRegistrations(api, *camera);
             GiveBack(std::move(camera));
         } else {
             RememberUnclosedCamera(std::move(camera));

@@ -3,6 +3,7 @@
 
 #include "pxnc.h"
 
+#include <array>
 #include <memory>
 
 class CPyxenAPIAccess;
@@ -19,6 +20,8 @@ public:
 struct OpenedCamera {
     void* library = nullptr;
     PxnHandle handle = nullptr;
+    /// The handles that become invalid with it, null where there is none.
+    std::array<PxnHandle, 3> modules{};
     std::shared_ptr<SdkMemory> memory;
     std::unique_ptr<OpenedCamera> next; // while it is remembered
 };
@@ -47,6 +50,9 @@ private:
 /// to, until closing it succeeds or the use of the library ends. This module stays loaded from then
 /// on, since the SDK may call it. The library is in use.
 void RememberUnclosedCamera(std::unique_ptr<OpenedCamera> camera);
+
+/// The SDK has closed the camera and dropped what was registered for its modules.
+void ForgetRegistrations(const CPyxenAPIAccess& api, const OpenedCamera& camera);
 
 /// Tries once more to close the remembered cameras of the library behind `api`, which is valid.
 /// Logs nothing. Does nothing inside a frame callback, where the SDK closes no camera.

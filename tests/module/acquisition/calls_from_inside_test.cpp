@@ -103,14 +103,14 @@ TEST_F(CallsFromInside, StopAnAcquisitionWhileAnotherCallbackQueuesItsFrame) {
     sdk.Hold("PxnCaptureFrameQueue");
     ASSERT_TRUE(sdk.DeliverOnThread(0));
     ASSERT_TRUE(sdk.WaitForCall("PxnCaptureFrameQueue"));
-    platform::Event stopping;
+    platform::Event stopBegins;
     onHandOver = [&](uint64_t) {
-        stopping.Set();
+        stopBegins.Set();
         EXPECT_EQ(Grabber().StopSnap(), MV_OK);
         EXPECT_EQ(Grabber().GetAcquisitionState(), 0u);
     };
     ASSERT_TRUE(sdk.DeliverOnThread(1));
-    ASSERT_TRUE(stopping.Wait(10000));
+    ASSERT_TRUE(stopBegins.Wait(10000));
     sdk.Release("PxnCaptureFrameQueue");
     sdk.WaitForDeliveries();
     EXPECT_EQ(Grabber().GetAcquisitionState(), 0u);
