@@ -38,7 +38,7 @@ table() { # table CLASS-IN-DUMP OWNER <DUMP
       $0 = substr($0, 1, RSTART - 1) substr($0, RSTART + length(class) + 2)
       if (/^~/) $0 = "destructor"
       print slot, from, $0
-    }' | sed -E 's/ ([*&]+)([A-Za-z])/\1 \2/; s/ ([*&]+)/\1/g' # "char *Name(int *)"
+    }' | sed -E 's/ ([*&]+)([A-Za-z])/\1 \2/; s/ ([*&]+)/\1/g; s/std::(u?int[0-9]+_t)/\1/g' # "char *Name(int *)"
 }
 
 status=0

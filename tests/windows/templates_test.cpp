@@ -1,7 +1,8 @@
-// The templates of the module's dialogs, as they stand before any dialog fills them.
+// templates_test.cpp - the templates of the dialogs, as they are before any dialog fills them
+#include "test_host.h"
+
 #include "res/resource.h"
 #include "screenshot.h"
-#include "test_host.h"
 
 #include <vector>
 
