@@ -38,7 +38,8 @@ CameraList TakeCameras(const void* library) {
     CameraList taken;
     CameraList others;
     while (CameraList camera = Pop(all)) {
-        Push(camera->library == library ? taken : others, std::move(camera));
+        CameraList& list = camera->library == library ? taken : others;
+        Push(list, std::move(camera));
     }
     remembered = others.release();
     return taken;
