@@ -46,4 +46,9 @@ fi
 status=0
 timeout -k 10 840 "$wine" "$program" "$@" >"$output" 2>&1 </dev/null 9>&- || status=$?
 tr -d '\r' <"$output"
+# A program that crashes may leave status 0 behind.
+if grep -q '^\[==========\] Running ' "$output" && ! grep -q '^\[==========\] .* ran\.' "$output"; then
+  echo "$program ended before its last test (status $status)"
+  [ "$status" != 0 ] || status=1
+fi
 exit "$status"

@@ -3,7 +3,9 @@
 
 #include "platform/annotations.h"
 
-#include <atomic>
+#if !defined(_WIN32)
+#include <pthread.h>
+#endif
 
 namespace platform {
 
@@ -16,18 +18,15 @@ public:
     StaticMutex(const StaticMutex&) = delete;
     StaticMutex& operator=(const StaticMutex&) = delete;
 
-    void Lock() ACQUIRE() {
-        while (isHeld.test_and_set(std::memory_order_acquire)) {
-            isHeld.wait(true, std::memory_order_relaxed);
-        }
-    }
-    void Unlock() RELEASE() {
-        isHeld.clear(std::memory_order_release);
-        isHeld.notify_one();
-    }
+    void Lock() ACQUIRE();
+    void Unlock() RELEASE();
 
 private:
-    std::atomic_flag isHeld;
+#if defined(_WIN32)
+    void* native = nullptr; // an SRWLOCK at rest
+#else
+    pthread_mutex_t native = PTHREAD_MUTEX_INITIALIZER;
+#endif
 };
 
 /// Locks a static mutex for the current scope.
