@@ -4,6 +4,8 @@
 #include "sdk/camera_features.h"
 #include "sdk/pyxen_api_access.h"
 
+#include <limits>
+
 CMivoraGfxModeKVNPyxen::CMivoraGfxModeKVNPyxen(ICameraFeatures* cameraToAsk)
     : features(cameraToAsk) {}
 
@@ -61,7 +63,14 @@ uint64_t CMivoraGfxModeKVNPyxen::GetNumPixels() {
 uint64_t CMivoraGfxModeKVNPyxen::GetImageSize() {
     const uint64_t pixels = GetNumPixels();
     const PixelFormat* format = GetFormatPropertiesByPixelFormat();
-    return format ? pixels * format->components * format->allocatedBits / 8 : 0;
+    if (!format) {
+        return 0;
+    }
+    // A size that 64 bits cannot hold is more than any memory.
+    constexpr uint64_t kMost = std::numeric_limits<uint64_t>::max();
+    const uint64_t bits = uint64_t{format->components} * format->allocatedBits;
+    const uint64_t rest = pixels % 8 * bits / 8;
+    return pixels / 8 > (kMost - rest) / bits ? kMost : pixels / 8 * bits + rest;
 }
 
 const PixelFormat* CMivoraGfxModeKVNPyxen::GetFormatPropertiesByPixelFormat() {
@@ -81,6 +90,7 @@ const PixelFormat* CMivoraGfxModeKVNPyxen::GetFormatPropertiesByPixelFormat() {
             "CMivoraGfxModeKVNPyxen::GetFormatPropertiesByPixelFormat: PxnFeatureEnumGet reports error -> cannot get pixelformat");
         return nullptr;
     }
+    name = name ? name : "";
     int64_t code = 0;
     if (api.PxnFeatureEnumAsInt(camera, "PixelFormat", name, &code) != PxnErrSuccess) {
         features->Log().Error(

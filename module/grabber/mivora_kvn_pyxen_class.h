@@ -78,6 +78,38 @@ public:
     bool GetExposureTime(uint32_t* value) override;
     bool GetFrameInterval(uint32_t* value) override;
 
+    // synchronisation of features, see SyncEngine
+    int SyncFeature(FeatureCache* source, const char* sourceName, FeatureCache* target,
+                    const char* targetName, bool onlyIfDifferent) {
+        return Sync().SyncFeature(source, sourceName, target, targetName, onlyIfDifferent);
+    }
+    int SyncModuleFeatures(FeatureCache* cache, bool onlyIfDifferent) {
+        return Sync().SyncModuleFeatures(cache, onlyIfDifferent);
+    }
+    int SyncDependentFeatures(FeatureCache* cache, const char* featureName, bool onlyIfDifferent) {
+        return Sync().SyncDependentFeatures(cache, featureName, onlyIfDifferent);
+    }
+    SyncCheckResult IntFeatureCheckSyncPath(FeatureCache* cache, const char* name, int64_t value) {
+        return Sync().IntFeatureCheckSyncPath(cache, name, value);
+    }
+    SyncCheckResult FloatFeatureCheckSyncPath(FeatureCache* cache, const char* name, double value) {
+        return Sync().FloatFeatureCheckSyncPath(cache, name, value);
+    }
+    SyncCheckResult EnumFeatureCheckSyncPath(FeatureCache* cache, const char* name,
+                                             const char* value) {
+        return Sync().EnumFeatureCheckSyncPath(cache, name, value);
+    }
+    SyncCheckResult StringFeatureCheckSyncPath(FeatureCache* cache, const char* name,
+                                               const char* value) {
+        return Sync().StringFeatureCheckSyncPath(cache, name, value);
+    }
+    SyncCheckResult BoolFeatureCheckSyncPath(FeatureCache* cache, const char* name, bool value) {
+        return Sync().BoolFeatureCheckSyncPath(cache, name, value);
+    }
+    static bool IsBufferImpactingFeature(FeatureCache* cache, const char* featureName) {
+        return SyncEngine::IsBufferImpactingFeature(cache, featureName);
+    }
+
     // for the module's own nodes, channels and dialogs
     CPyxenAPIAccess& Api() override { return session.Api(); }
     /// The open camera's handle, or null.

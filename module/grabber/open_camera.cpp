@@ -46,7 +46,7 @@ bool OpenCamera::Open(PxnCameraInfo& record, const CIniFile* ini, const char* co
     // Before the next call of the SDK, so that no event of this camera is taken for another's.
     identity.Open(record.cameraIdExtended);
     log.Information("Successfully opened camera! Handle = %p", handle);
-    api.PxnCameraInfoQueryByHandle(handle, &record, sizeof record);
+    RefreshRecord(record);
     identity.Open(record.cameraIdExtended);
     openedCamera->modules = {handle, record.localDeviceHandle,
                              record.streamCount > 0 ? record.streamHandles[0] : nullptr};
@@ -64,6 +64,17 @@ bool OpenCamera::Open(PxnCameraInfo& record, const CIniFile* ini, const char* co
                                                   : "First start snap then queue frames");
     }
     return true;
+}
+
+void OpenCamera::RefreshRecord(PxnCameraInfo& record) {
+    PxnCameraInfo refreshed{};
+    if (api.PxnCameraInfoQueryByHandle(cameraHandle, &refreshed, sizeof refreshed) ==
+        PxnErrSuccess) {
+        record = refreshed;
+    }
+    if (!record.streamHandles) {
+        record.streamCount = 0;
+    }
 }
 
 void OpenCamera::FillCaches(const PxnCameraInfo& record) {

@@ -45,6 +45,7 @@ public:
 
 private:
     bool MakeSpareNote();
+    void RefreshRecord(PxnCameraInfo& record);
     void FillCaches(const PxnCameraInfo& record);
     /// Returns whether frames are queued before the capture is started.
     bool ApplyTransportLayerConfig(const CIniFile* ini, const char* configDirectory);

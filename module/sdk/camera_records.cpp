@@ -4,6 +4,8 @@
 #include "sdk/pyxen_api_access.h"
 #include "sdk/sdk_error.h"
 
+#include <algorithm>
+
 namespace {
 
 constexpr std::uint32_t kFirstCapacity = 100;
@@ -13,6 +15,9 @@ constexpr std::uint32_t kFirstCapacity = 100;
 std::uint32_t CPyxenAPIAccess::AllocateAndGetCameraList(PxnCameraInfo** out) {
     if (out) {
         *out = nullptr;
+    }
+    if (!IsValid()) {
+        return 0;
     }
     CloseRememberedCameras(*this);
     MallocArray<PxnCameraInfo> cameras;
@@ -25,6 +30,8 @@ std::uint32_t CPyxenAPIAccess::AllocateAndGetCameraList(PxnCameraInfo** out) {
             return 0;
         }
         found = 0;
+        // What the SDK counts and does not fill is a camera without texts.
+        std::fill_n(cameras.Get(), capacity, PxnCameraInfo{});
         const PxnError result =
             PxnCamerasList(cameras.Get(), capacity, &found, sizeof(PxnCameraInfo));
         if (result != PxnErrSuccess && result != PxnErrMoreData) {

@@ -54,7 +54,8 @@ public:
     PxnError GetFeatureAsText(PxnHandle handle, const char* name, std::string& out);
 
     /// Returns the number of cameras and stores the array (freed by the caller with free), or null,
-    /// in `out` unless that is null. A failure gives an empty list and log lines.
+    /// in `out` unless that is null. A failure gives an empty list and log lines; while the SDK is
+    /// not loaded the list is empty.
     std::uint32_t AllocateAndGetCameraList(PxnCameraInfo** out);
 
     /// Whether a value fits a feature's range: inclusive limits, length up to the maximum, text

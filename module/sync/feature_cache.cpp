@@ -37,6 +37,15 @@ constexpr TypeTable<PrintWords> kPrintWords = {{
      PrintLine<const char*>(" %s (bool) = %s")},
 }};
 
+/// Texts that the SDK left out are empty.
+void FillMissingTexts(PxnFeatureInfo& feature) {
+    for (const char** const text :
+         {&feature.name, &feature.category, &feature.displayName, &feature.tooltip,
+          &feature.description, &feature.sfncNamespace, &feature.unit, &feature.representation}) {
+        *text = *text ? *text : "";
+    }
+}
+
 /// The line about a feature of a type without a value.
 NameFormat LineWithoutValue(FeatureType type) {
     switch (type) {
@@ -80,6 +89,8 @@ bool FeatureCache::Init(const char* name, CPyxenAPIAccess* access, PxnHandle mod
         log.Error("FeatureCache::Init: Could not allocate memory for feature list");
         return false;
     }
+    // What the SDK counts and does not fill is a feature without a name.
+    std::fill_n(features.Get(), found, kNoFeature);
     std::uint32_t filled = found;
     result = api->PxnFeaturesList(handle, features.Get(), found, &filled, sizeof(PxnFeatureInfo));
     if (result != PxnErrSuccess) {
@@ -90,6 +101,9 @@ bool FeatureCache::Init(const char* name, CPyxenAPIAccess* access, PxnHandle mod
     }
     // The count is that of the first answer; what the SDK no longer has stays without name.
     std::fill(features.Get() + std::min(filled, found), features.Get() + found, kNoFeature);
+    for (std::uint32_t index = 0; index < found; ++index) {
+        FillMissingTexts(features[index]);
+    }
     count = found;
     return true;
 }
@@ -104,7 +118,7 @@ void FeatureCache::Clear() {
 const PxnFeatureInfo* FeatureCache::Find(const char* name) const {
     for (std::uint32_t index = 0; name && index < GetFeatureCount(); ++index) {
         const PxnFeatureInfo& feature = features[index];
-        if (feature.name && std::strcmp(feature.name, name) == 0) {
+        if (std::strcmp(feature.name, name) == 0) {
             return &feature;
         }
     }
@@ -118,7 +132,7 @@ std::string FeatureCache::GetFeaturePath(const char* name) const {
     }
     std::string path = "/";
     path += moduleName ? GetModuleName() : "";
-    path += feature->category ? feature->category : "";
+    path += feature->category;
     path += '/';
     path += feature->name;
     return path;

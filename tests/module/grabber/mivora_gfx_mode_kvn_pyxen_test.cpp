@@ -251,4 +251,32 @@ TEST_F(GfxMode, WorksWithoutSink) {
     EXPECT_EQ(Mode().GetIntermediateBufferSize(), 0u);
 }
 
+TEST_F(GfxMode, ImageSizesAreComputedWithoutOverflow) {
+    Open();
+    constexpr std::uint64_t kMost = 0xFFFFFFFFFFFFFFFFu;
+    SetFormat("Mono8", 0x01080001);
+    SetSize(2147483648, 2147483648);
+    EXPECT_EQ(Mode().GetImageSize(), std::uint64_t{1} << 62);
+    SetFormat("RGBa12", 0x02400061);
+    EXPECT_EQ(Mode().GetImageSize(), kMost);
+    EXPECT_EQ(Grabber().PrepareFrameBuffers(1), MV_REFUSED);
+    SetSize(2411136128, 956330496);
+    EXPECT_EQ(Mode().GetImageSize(), kMost);
+    EXPECT_EQ(Grabber().PrepareFrameBuffers(1), MV_REFUSED);
+    SetSize(3, 5);
+    EXPECT_EQ(Mode().GetImageSize(), 120u);
+}
+
+TEST_F(GfxMode, APixelFormatWithoutNameIsUnknown) {
+    Open();
+    Grabber().Api().PxnFeatureEnumGet = [](PxnHandle, const char*, const char** value) -> PxnError {
+        *value = nullptr;
+        return PxnErrSuccess;
+    };
+    EXPECT_EQ(Mode().GetFormatPropertiesByPixelFormat(), nullptr);
+    EXPECT_EQ(
+        Log().back(),
+        "0 CMivoraGfxModeKVNPyxen::GetFormatPropertiesByPixelFormat: PxnFeatureEnumGet reports pixelformat  which is not supported!");
+}
+
 } // namespace

@@ -331,6 +331,29 @@ TEST_F(OpenCameraTest, WorksWithoutASink) {
     EXPECT_EQ(Grabber().CloseActCamera(), MV_OK);
 }
 
+TEST_F(OpenCameraTest, StreamsWithoutHandlesAreNone) {
+    Init();
+    Grabber().Api().PxnCameraInfoQueryByHandle = [](PxnHandle, PxnCameraInfo* info,
+                                                    std::uint32_t) -> PxnError {
+        info->cameraIdExtended = "cam-ext-1";
+        info->streamCount = 3;
+        return PxnErrSuccess;
+    };
+    EXPECT_EQ(Grabber().OpenActCamera(), MV_OK);
+    EXPECT_EQ(Grabber().GetFeatureCacheByName("Stream0"), nullptr);
+    for (const std::string& line : Log()) {
+        EXPECT_EQ(line.find("Todo"), std::string::npos);
+    }
+}
+
+TEST_F(OpenCameraTest, KeepsWhatItKnowsWhenTheCameraIsNotDescribedAnew) {
+    Init();
+    sdk.Fail("PxnCameraInfoQueryByHandle", PxnErrIO);
+    EXPECT_EQ(Grabber().OpenActCamera(), MV_OK);
+    auto* const node = static_cast<CMivoraCameraKVNPyxen*>(Grabber().GetActCamera());
+    EXPECT_STREQ(node->Record().cameraIdExtended, "cam-ext-1");
+}
+
 // ---- the open camera alone ----
 
 class NoAcquisitionHost final : public IAcquisitionHost {

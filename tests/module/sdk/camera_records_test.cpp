@@ -166,4 +166,26 @@ TEST_F(CameraRecords, WorksWithoutSink) {
     EXPECT_EQ(List(), 0u);
 }
 
+TEST_F(CameraRecords, AreNoneWithoutTheSdk) {
+    CPyxenAPIAccess unloaded;
+    PxnCameraInfo* listed = reinterpret_cast<PxnCameraInfo*>(this);
+    EXPECT_EQ(unloaded.AllocateAndGetCameraList(&listed), 0u);
+    EXPECT_EQ(listed, nullptr);
+    EXPECT_EQ(unloaded.AllocateAndGetCameraList(nullptr), 0u);
+}
+
+TEST_F(CameraRecords, AreEmptyWhereTheSdkFilledFewerThanItCounts) {
+    api.PxnCamerasList = [](PxnCameraInfo* cameras, std::uint32_t, std::uint32_t* found,
+                            std::uint32_t) -> PxnError {
+        cameras[0].cameraIdExtended = "ext-0";
+        *found = 2;
+        return PxnErrSuccess;
+    };
+    ASSERT_EQ(List(), 2u);
+    EXPECT_STREQ(records[0].cameraIdExtended, "ext-0");
+    EXPECT_EQ(records[1].cameraIdExtended, nullptr);
+    EXPECT_EQ(records[1].modelName, nullptr);
+    EXPECT_EQ(records[1].streamCount, 0u);
+}
+
 } // namespace

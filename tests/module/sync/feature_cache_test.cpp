@@ -307,4 +307,29 @@ TEST_F(FeatureCacheTest, WorksWithoutSink) {
     cache.PrintParameters();
 }
 
+TEST_F(FeatureCacheTest, TextsThatTheSdkLeavesOutAreEmpty) {
+    api.PxnFeaturesList = [](PxnHandle, PxnFeatureInfo* features, std::uint32_t,
+                             std::uint32_t* found, std::uint32_t) -> PxnError {
+        *found = 3;
+        if (features) {
+            features[0] = {};
+            features[1].name = "Width";
+            features[1].category = nullptr;
+            *found = 2;
+        }
+        return PxnErrSuccess;
+    };
+    ASSERT_TRUE(cache.Init("Camera", &api, scripted::CameraHandle(), &sink));
+    ASSERT_EQ(cache.GetFeatureCount(), 3u);
+    const PxnFeatureInfo& nameless = cache.GetFeatureList()[0];
+    for (const char* const text :
+         {nameless.name, nameless.category, nameless.displayName, nameless.tooltip,
+          nameless.description, nameless.sfncNamespace, nameless.unit, nameless.representation}) {
+        EXPECT_STREQ(text, "");
+    }
+    EXPECT_EQ(cache.GetFeaturePath("Width"), "/Camera/Width");
+    EXPECT_STREQ(cache.GetFeatureList()[2].name, "");
+    cache.PrintParameters();
+}
+
 } // namespace
