@@ -9,7 +9,9 @@ class CameraIdentity;
 class CIniFile;
 
 /// Reads the chosen camera from the grabber's section; none is chosen where the key is absent or
-/// `ini` is null. False when out of memory.
+/// `ini` is null. At most 1023 bytes. False when out of memory.
 bool LoadChosenCamera(const CIniFile* ini, std::int32_t sectionNumber, CameraIdentity& identity);
-/// Writes an identifier (null: none) to the grabber's section. Does nothing if `ini` is null.
-void SaveChosenCamera(CIniFile* ini, std::int32_t sectionNumber, const char* id);
+/// Writes an identifier (null: none) to the grabber's section, in double quotes and with escapes
+/// (\r \n \" \\) where a line could not hold it otherwise. Does nothing if `ini` is null. False
+/// when it is not written.
+bool SaveChosenCamera(CIniFile* ini, std::int32_t sectionNumber, const char* id);

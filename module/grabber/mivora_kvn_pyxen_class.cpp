@@ -101,9 +101,10 @@ MV_ERRCODE CMivoraKVNPyxenClass::SaveGrabberConfig() {
     if (result != MV_OK) {
         return result;
     }
-    SaveChosenCamera(GetIni(), GetSectionNumber(),
-                     camera ? camera->Record().cameraIdExtended : nullptr);
-    return MV_OK;
+    return SaveChosenCamera(GetIni(), GetSectionNumber(),
+                            camera ? camera->Record().cameraIdExtended : nullptr)
+               ? MV_OK
+               : MV_CONFIG_NOT_SAVED;
 }
 
 MV_ERRCODE CMivoraKVNPyxenClass::OpenActCamera() {

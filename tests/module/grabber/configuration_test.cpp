@@ -127,6 +127,40 @@ TEST(ChosenCamera, IsKeptInTheGrabbersSection) {
     EXPECT_EQ(identity.GetSelected(), "");
 }
 
+TEST(ChosenCamera, ComesBackAsItWas) {
+    const support::TemporaryDirectory directory;
+    const std::string path = directory.PathOf("host.ini");
+    for (const std::string id :
+         {" blanks at both ends\t", "\"quoted\"", "\"", "a \"quoted\" word", "two\r\nlines",
+          "C:\\new\\route", "\\ and \" at the ends ", "=[;#]", "\"open", "end\\", "plain"}) {
+        CIniFile ini;
+        ASSERT_TRUE(ini.Open(path.c_str()));
+        ASSERT_TRUE(SaveChosenCamera(&ini, 0, id.c_str())) << id;
+        CIniFile again;
+        ASSERT_TRUE(again.Open(path.c_str()));
+        CameraIdentity identity;
+        ASSERT_TRUE(LoadChosenCamera(&again, 0, identity));
+        EXPECT_EQ(identity.GetSelected(), id);
+    }
+}
+
+TEST(ChosenCamera, IsWrittenPlainWhereThatIsEnough) {
+    const support::TemporaryDirectory directory;
+    CIniFile ini;
+    ASSERT_TRUE(ini.Open(directory.PathOf("host.ini").c_str()));
+    const std::pair<const char*, const char*> cases[] = {
+        {"C:\\new", "C:\\new"},     {"a \"word\" here", "a \"word\" here"},
+        {" x", "\" x\""},           {"two\nlines", "\"two\\nlines\""},
+        {"\"q\\", "\"\\\"q\\\\\""},
+    };
+    for (const auto& [id, written] : cases) {
+        ASSERT_TRUE(SaveChosenCamera(&ini, 0, id));
+        char text[64];
+        ini.GetText("Grabber_0", "UniqueId", "", text, sizeof text);
+        EXPECT_STREQ(text, written);
+    }
+}
+
 TEST(ChosenCamera, IsNoneWithoutAFile) {
     CameraIdentity identity;
     ASSERT_TRUE(identity.Select("an id"));
