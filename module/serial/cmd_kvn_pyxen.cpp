@@ -11,6 +11,16 @@
 
 namespace {
 
+/// A write with pauses on the calling thread. What was sent before the port was closed counts;
+/// after that it fails.
+struct DelayedWrite {
+    const CCmdKVNPyxen* channel = nullptr;
+    std::uint64_t closings = 0; // of the channel when it began
+    const DelayedWrite* outer = nullptr;
+};
+
+thread_local const DelayedWrite* delayedWrite = nullptr;
+
 // Registers, relative to the port's base.
 constexpr std::uint64_t kInquiry = 0x000;
 constexpr std::uint64_t kCapability = 0x100;
@@ -272,6 +282,9 @@ MV_ERRCODE CCmdKVNPyxen::WriteByte(const std::uint8_t* buffer, std::uint64_t* co
         return MV_WRITE_FAILED;
     }
     platform::MutexLock lock(portMutex);
+    if (delayedWrite && delayedWrite->channel == this && delayedWrite->closings != closings) {
+        return MV_WRITE_FAILED;
+    }
     return Transmit(grabber->CameraHandle(), buffer, 1, count);
 }
 
@@ -282,6 +295,7 @@ MV_ERRCODE CCmdKVNPyxen::WriteBuffer(const std::uint8_t* buffer, std::uint64_t l
         return MV_WRITE_FAILED;
     }
     std::uint32_t delay = 0;
+    DelayedWrite write;
     {
         platform::MutexLock lock(portMutex);
         const PxnHandle camera = grabber->CameraHandle();
@@ -289,9 +303,13 @@ MV_ERRCODE CCmdKVNPyxen::WriteBuffer(const std::uint8_t* buffer, std::uint64_t l
         if (!camera || delay == 0) {
             return Transmit(camera, buffer, length, count);
         }
+        write = {this, closings, delayedWrite};
     }
     // Without the mutex, which WriteByte locks for each byte: others may use it during the pauses.
-    return WriteBufferWithDelay(buffer, length, count, delay);
+    delayedWrite = &write;
+    const MV_ERRCODE result = WriteBufferWithDelay(buffer, length, count, delay);
+    delayedWrite = write.outer;
+    return result;
 }
 
 MV_ERRCODE CCmdKVNPyxen::Transmit(PxnHandle camera, const std::uint8_t* buffer,
@@ -356,6 +374,7 @@ MV_ERRCODE CCmdKVNPyxen::Close() {
         port.Write(kReceiveStatus, kClearAll);
     }
     SetOpen(false);
+    closings += row ? 1 : 0;
     openPortId = kNoSerialPort;
     return MV_OK;
 }

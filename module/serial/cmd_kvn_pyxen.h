@@ -72,6 +72,7 @@ private:
     platform::Mutex& portMutex;
     mutable platform::Mutex settingsMutex;
     std::int32_t openPortId GUARDED_BY(portMutex) = kNoSerialPort;
+    std::uint64_t closings GUARDED_BY(portMutex) = 0; // of a port that was open
     std::vector<SerialPortEntry> ports GUARDED_BY(portMutex);
     SerialSettings settings GUARDED_BY(settingsMutex);
     char configText[64] GUARDED_BY(settingsMutex) = {};

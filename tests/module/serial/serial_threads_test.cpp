@@ -99,6 +99,31 @@ TEST_F(SerialThreadsTest, GivesTheMutexAwayBetweenBytesWithADelay) {
     EXPECT_EQ(sdk.Calls({Write(0x12C, 1)}).size(), count);
 }
 
+TEST_F(SerialThreadsTest, ADelayedWriteCountsWhatWasSentBeforeThePortWasClosed) {
+    constexpr uint64_t kLength = 1000; // ten seconds, if nobody ended it
+    OpenChannel();
+    SetTransmitReady();
+    SerialSettings settings = channel->GetSettings();
+    settings.intercharacterDelay = 10;
+    channel->SetSettings(settings);
+    uint64_t count = 0;
+    std::thread writer([&] {
+        const std::string content(kLength, 'a');
+        EXPECT_EQ(channel->WriteBuffer(Bytes(content), kLength, &count), MV_WRITE_FAILED);
+    });
+    EXPECT_TRUE(sdk.WaitForCall(Write(0x12C, 1)));
+    EXPECT_EQ(channel->Close(), MV_OK);
+    EXPECT_EQ(channel->Open(), MV_OK);
+    writer.join();
+    EXPECT_GT(count, 0u);
+    EXPECT_LT(count, kLength);
+    EXPECT_EQ(sdk.Calls({Write(0x12C, 1)}).size(), count);
+    // A closed channel keeps its rule.
+    EXPECT_EQ(channel->Close(), MV_OK);
+    EXPECT_EQ(channel->WriteBuffer(Bytes("abc"), 3, &count), MV_OK);
+    EXPECT_EQ(count, 3u);
+}
+
 TEST_F(SerialThreadsTest, PreparingBuffersWaitsForPortTraffic) {
     const std::string entered = "1 CMivoraKVNPyxenClass::PrepareFrameBuffers";
     const std::string got = "1   CMivoraKVNPyxenClass::PrepareFrameBuffers: got mutex";
