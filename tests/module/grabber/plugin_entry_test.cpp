@@ -75,4 +75,24 @@ TEST_F(PluginEntry, DrivesTheSdkThroughTheHostsInterface) {
     EXPECT_EQ(scripted::GetSdk().StartupCount(), 0);
 }
 
+TEST_F(PluginEntry, StaysLoadedAfterACameraThatCouldNotBeClosed) {
+    scripted::Sdk& sdk = scripted::GetSdk();
+    sdk.Reset();
+    const support::EnvironmentGuard home("PYXEN_HOME", scripted::Home());
+    const auto query =
+        reinterpret_cast<MV_MODULE_INTERFACE_QUERY>(module.FindSymbol(kMvModuleInterfaceName));
+    const MV_MODULE_INTERFACE* const record = query();
+    CMivoraGrabber* const grabber = create(nullptr);
+    ASSERT_NE(grabber, nullptr);
+    ASSERT_EQ(grabber->Init(), MV_OK);
+    ASSERT_EQ(grabber->SetActCameraIndex(0), MV_OK);
+    ASSERT_EQ(grabber->OpenActCamera(), MV_OK);
+    sdk.FailAlways("PxnCameraClose", PxnErrIO);
+    destroy(grabber);
+    module.Unload();
+    // The SDK may still call the module: its memory is there.
+    EXPECT_EQ(record->size, sizeof(MV_MODULE_INTERFACE));
+    sdk.Reset();
+}
+
 } // namespace
