@@ -41,7 +41,6 @@ public:
     std::uint32_t Number() const { return state.Number(); }
     void SetNumber(std::uint32_t number) { state.SetNumber(number); }
     std::uint64_t FramesReceived() const { return framesReceived; }
-    bool IsPrepared() const { return buffersPrepared; }
     /// The address of an image, or null without such a buffer.
     void* FrameBuffer(std::uint64_t index);
     /// True inside a frame callback of any grabber and inside the hand-over of a synchronous snap
@@ -69,8 +68,6 @@ public:
     /// What runs in mode 1 or 2 has ended, or is being ended by another thread when called from
     /// inside a frame callback. The number is not asked here.
     void Stop();
-    /// Waits for the cleanup thread. Not inside a frame callback.
-    void JoinCleanupThread();
     /// No thread of this class runs any more; afterwards the state is idle.
     void End();
     void Finish() { state.Finish(); }
@@ -102,6 +99,8 @@ private:
     void Requeue(PxnFrame* frame);
     void LogReceiveError(const PxnFrame& frame);
     void StartCleanupThread(AcquisitionState::Moment seen);
+    /// Not inside a frame callback, for which the thread may be waiting.
+    void JoinCleanupThread();
     static void SingleSnapCleanupThreadProc(void* acquisition);
     void WindUpSingleSnap();
     static void PXN_CALL OnFrame(PxnHandle camera, PxnHandle stream, PxnFrame* frame);
