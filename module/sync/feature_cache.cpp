@@ -116,7 +116,7 @@ void FeatureCache::Clear() {
 }
 
 const PxnFeatureInfo* FeatureCache::Find(const char* name) const {
-    for (std::uint32_t index = 0; name && index < GetFeatureCount(); ++index) {
+    for (std::uint32_t index = 0; name && *name && index < GetFeatureCount(); ++index) {
         const PxnFeatureInfo& feature = features[index];
         if (std::strcmp(feature.name, name) == 0) {
             return &feature;

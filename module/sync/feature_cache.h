@@ -37,7 +37,7 @@ public:
     std::uint32_t GetFeatureCount() const { return features ? count : 0; }
     const PxnFeatureInfo* GetFeatureList() const { return features.Get(); }
 
-    /// The first record whose name equals `name` byte for byte, or null.
+    /// The first record whose name equals `name` byte for byte, or null; none has an empty name.
     const PxnFeatureInfo* Find(const char* name) const;
     /// The feature of a record of this module, for as long as the record and the SDK stay.
     Feature GetFeature(const PxnFeatureInfo& record) const {

@@ -205,8 +205,9 @@ TEST_F(ScriptedOutOfMemory, EventsOfACameraWhoseIdIsLostAreReported) {
     };
     static_cast<CMivoraCameraKVNPyxen*>(grabber->GetActCamera())->Record().cameraIdExtended =
         kLongId;
-    grabber->Api().PxnCameraInfoQueryByHandle = [](PxnHandle, PxnCameraInfo*,
+    grabber->Api().PxnCameraInfoQueryByHandle = [](PxnHandle, PxnCameraInfo* info,
                                                    std::uint32_t) -> PxnError {
+        info->cameraIdExtended = kLongId;
         return PxnErrSuccess;
     };
     support::RefuseAllocationsAfter(0);
