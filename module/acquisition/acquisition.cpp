@@ -50,7 +50,7 @@ void Acquisition::End() {
     JoinCleanupThread();
 }
 
-PxnError Acquisition::CloseCamera(std::unique_ptr<OpenedCamera>& camera) {
+PxnError Acquisition::CloseCamera(std::unique_ptr<CameraNote>& camera) {
     const PxnError result = frames.TakeBack([&] { return api.PxnCameraClose(camera->handle); });
     if (result != PxnErrSuccess) {
         LeaveCamera(std::move(camera));
@@ -58,7 +58,7 @@ PxnError Acquisition::CloseCamera(std::unique_ptr<OpenedCamera>& camera) {
     return result;
 }
 
-void Acquisition::LeaveCamera(std::unique_ptr<OpenedCamera> camera) {
+void Acquisition::LeaveCamera(std::unique_ptr<CameraNote> camera) {
     camera->memory = frames.Abandon();
     RememberUnclosedCamera(std::move(camera));
 }

@@ -54,9 +54,9 @@ public:
     /// Closes the camera with what it has of the frames and returns the SDK's result. A camera that
     /// the SDK refuses to close is remembered together with the memory it may write to; `camera` is
     /// null then.
-    PxnError CloseCamera(std::unique_ptr<OpenedCamera>& camera);
+    PxnError CloseCamera(std::unique_ptr<CameraNote>& camera);
     /// The camera is not used any more; it is closed later.
-    void LeaveCamera(std::unique_ptr<OpenedCamera> camera);
+    void LeaveCamera(std::unique_ptr<CameraNote> camera);
     /// The camera has gone: buffers have to be prepared anew.
     void ForgetBuffers() { buffersPrepared = false; }
 

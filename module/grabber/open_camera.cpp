@@ -18,7 +18,7 @@ OpenCamera::OpenCamera(CPyxenAPIAccess& access, CameraIdentity& cameraIdentity, 
     : api(access),
       identity(cameraIdentity),
       log(sink),
-      spareNote(std::make_unique<OpenedCamera>()),
+      spareNote(std::make_unique<CameraNote>()),
       syncEngine(access, featureSyncher, caches, sink) {}
 
 bool OpenCamera::Open(PxnCameraInfo& record, const CIniFile* ini, const char* configDirectory,
@@ -34,22 +34,22 @@ bool OpenCamera::Open(PxnCameraInfo& record, const CIniFile* ini, const char* co
         ReportSdkError("CMivoraKVNPyxenClass::OpenActCamera", result, log);
         return false;
     }
-    if (openedCamera && openedCamera->handle != handle) {
+    if (openNote && openNote->handle != handle) {
         // The host has not closed the former one.
-        acquisition.LeaveCamera(std::move(openedCamera));
+        acquisition.LeaveCamera(std::move(openNote));
     }
-    openedCamera = std::move(spareNote);
-    openedCamera->library = api.GetLibraryHandle();
-    openedCamera->handle = handle;
-    openedCamera->modules = {handle};
+    openNote = std::move(spareNote);
+    openNote->library = api.GetLibraryHandle();
+    openNote->handle = handle;
+    openNote->modules = {handle};
     cameraHandle = handle;
     // Before the next call of the SDK, so that no event of this camera is taken for another's.
     identity.Open(record.cameraIdExtended);
     log.Information("Successfully opened camera! Handle = %p", handle);
     RefreshRecord(record);
     identity.Open(record.cameraIdExtended);
-    openedCamera->modules = {handle, record.localDeviceHandle,
-                             record.streamCount > 0 ? record.streamHandles[0] : nullptr};
+    openNote->modules = {handle, record.localDeviceHandle,
+                         record.streamCount > 0 ? record.streamHandles[0] : nullptr};
 
     // Compatibility: hosts take the camera for open even without a feature list, and no line of its
     // own is logged then.
@@ -123,19 +123,19 @@ bool OpenCamera::ApplyTransportLayerConfig(const CIniFile* ini, const char* conf
 }
 
 void OpenCamera::Close(Acquisition& acquisition) {
-    if (const PxnError result = acquisition.CloseCamera(openedCamera)) {
+    if (const PxnError result = acquisition.CloseCamera(openNote)) {
         // Compatibility: support searches for this tag, which names another class.
         ReportSdkError("CMivoraKVNqxAPIClass::CloseActCamera", result, log);
     } else {
-        ForgetRegistrations(api, *openedCamera);
+        ForgetRegistrations(api, *openNote);
     }
     cameraHandle = nullptr;
-    spareNote = std::move(openedCamera);
+    spareNote = std::move(openNote);
 }
 
 bool OpenCamera::MakeSpareNote() {
     return NoThrow(false, [this] {
-        spareNote = std::make_unique<OpenedCamera>();
+        spareNote = std::make_unique<CameraNote>();
         return true;
     });
 }

@@ -3,6 +3,7 @@
 
 #include "grabber/camera_caches.h"
 #include "sdk/camera_features.h"
+#include "sdk/sdk_library.h"
 #include "sync/feature_syncher.h"
 #include "sync/sync_engine.h"
 
@@ -54,8 +55,8 @@ private:
     CameraIdentity& identity;
     const Logger log;
     std::atomic<PxnHandle> cameraHandle{nullptr};
-    std::unique_ptr<OpenedCamera> openedCamera; // with that handle, or null
-    std::unique_ptr<OpenedCamera> spareNote;    // for the next one, or null
+    std::unique_ptr<CameraNote> openNote;  // with that handle, or null
+    std::unique_ptr<CameraNote> spareNote; // for the next one, or null
     CameraCaches caches;
     FeatureSyncher featureSyncher;
     SyncEngine syncEngine;

@@ -155,7 +155,8 @@ bool FramePool::Reshaping::Resize(std::size_t count) {
             return true;
         });
         const platform::StaticMutexLock lock(FrameSet::registryMutex);
-        const auto kept = records.begin() + std::min(count, records.size());
+        const auto kept =
+            records.begin() + static_cast<std::ptrdiff_t>(std::min(count, records.size()));
         std::move(records.begin(), kept, std::back_inserter(changed));
         std::move(added.begin(), added.end(), std::back_inserter(changed));
         records.swap(changed);

@@ -11,12 +11,12 @@
 
 namespace {
 
-using CameraList = std::unique_ptr<OpenedCamera>;
+using CameraList = std::unique_ptr<CameraNote>;
 
 // Without destructors: the SDK's threads may still run while the process ends.
 constinit platform::StaticMutex sharedMutex; // not held while the SDK is called or memory is freed
 SdkLibraryUse* uses GUARDED_BY(sharedMutex) = nullptr;
-OpenedCamera* remembered GUARDED_BY(sharedMutex) = nullptr; // owned
+CameraNote* remembered GUARDED_BY(sharedMutex) = nullptr; // owned
 
 void Push(CameraList& list, CameraList camera) {
     camera->next = std::move(list);
@@ -84,14 +84,14 @@ void SdkLibraryUse::End() {
     }
 }
 
-void RememberUnclosedCamera(std::unique_ptr<OpenedCamera> camera) {
+void RememberUnclosedCamera(std::unique_ptr<CameraNote> camera) {
     platform::KeepThisLibraryLoaded();
     const platform::StaticMutexLock lock(sharedMutex);
     camera->next.reset(remembered);
     remembered = camera.release();
 }
 
-void ForgetRegistrations(const CPyxenAPIAccess& api, const OpenedCamera& camera) {
+void ForgetRegistrations(const CPyxenAPIAccess& api, const CameraNote& camera) {
     const std::shared_ptr<InvalidationHub>& hub = api.Invalidations();
     for (const PxnHandle module : camera.modules) {
         if (hub && module) {

@@ -17,13 +17,13 @@ public:
 };
 
 /// A camera that was opened, with the room to remember it when the SDK refuses to close it.
-struct OpenedCamera {
+struct CameraNote {
     void* library = nullptr;
     PxnHandle handle = nullptr;
     /// The handles that become invalid with it, null where there is none.
     std::array<PxnHandle, 3> modules{};
     std::shared_ptr<SdkMemory> memory;
-    std::unique_ptr<OpenedCamera> next; // while it is remembered
+    std::unique_ptr<CameraNote> next; // while it is remembered
 };
 
 /// One use of an SDK library by this module, from before its startup until after its shutdown. The
@@ -49,10 +49,10 @@ private:
 /// Keeps a camera that the SDK refused to close, together with the memory that the SDK may write
 /// to, until closing it succeeds or the use of the library ends. This module stays loaded from then
 /// on, since the SDK may call it. The library is in use.
-void RememberUnclosedCamera(std::unique_ptr<OpenedCamera> camera);
+void RememberUnclosedCamera(std::unique_ptr<CameraNote> camera);
 
 /// The SDK has closed the camera and dropped what was registered for its modules.
-void ForgetRegistrations(const CPyxenAPIAccess& api, const OpenedCamera& camera);
+void ForgetRegistrations(const CPyxenAPIAccess& api, const CameraNote& camera);
 
 /// Tries once more to close the remembered cameras of the library behind `api`, which is valid.
 /// Logs nothing. Does nothing inside a frame callback, where the SDK closes no camera.
