@@ -67,11 +67,10 @@ PxnError Acquisition::Announce(FrameRecord& record) {
     return api.PxnFrameAnnounce(cameraHandle, record.Frame(), sizeof(PxnFrame));
 }
 
-PxnError Acquisition::Queue(PxnFrame* frame, PxnFrameCallback callback) {
+PxnError Acquisition::Queue(PxnFrame* frame, FrameRecord* record, PxnFrameCallback callback) {
     const auto queue = [&] {
         return api.PxnCaptureFrameQueue(cameraHandle, frame, callback);
     };
-    FrameRecord* const record = frames.FindRecord(*frame);
     return record && record->Frame() == frame ? FramePool::Queue(*record, queue) : queue();
 }
 

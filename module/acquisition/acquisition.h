@@ -86,7 +86,11 @@ private:
     void Undo(UndoList steps);
 
     PxnError Announce(FrameRecord& record);
-    PxnError Queue(PxnFrame* frame, PxnFrameCallback callback);
+    PxnError Queue(FrameRecord& record, PxnFrameCallback callback) {
+        return Queue(record.Frame(), &record, callback);
+    }
+    /// `record` is what the frame names as its own, or null.
+    PxnError Queue(PxnFrame* frame, FrameRecord* record, PxnFrameCallback callback);
     PxnError Flush();
     PxnError RevokeAll();
     bool ShapeFrameRecords(FramePool::Reshaping& reshaping, std::uint64_t count,
@@ -96,7 +100,7 @@ private:
 
     void StopRunning() REQUIRES(stopMutex);
     void StopCamera() REQUIRES(requeueMutex);
-    void Requeue(PxnFrame* frame);
+    void Requeue(PxnFrame* frame, FrameRecord* record);
     void LogReceiveError(const PxnFrame& frame);
     void StartCleanupThread(AcquisitionState::Moment seen);
     /// Not inside a frame callback, for which the thread may be waiting.

@@ -7,14 +7,6 @@
 
 #include <cstdio>
 
-namespace {
-
-uint64_t IndexOf(const PxnFrame& frame) {
-    return static_cast<uint64_t>(reinterpret_cast<std::uintptr_t>(frame.context[2]));
-}
-
-} // namespace
-
 void PXN_CALL Acquisition::OnFrame(PxnHandle, PxnHandle, PxnFrame* frame) {
     const FrameVisit visit(frame);
     if (IFrameReceiver* const receiver = visit.Receiver()) {
@@ -25,6 +17,7 @@ void PXN_CALL Acquisition::OnFrame(PxnHandle, PxnHandle, PxnFrame* frame) {
 void Acquisition::Receive(PxnFrame* frame) {
     const CallbackScope scope;
     const AcquisitionState::Moment begin = state.Now();
+    FrameRecord* const record = frames.FindRecord(*frame);
     if (frame->receiveStatus != PxnFrameStatusComplete) {
         LogReceiveError(*frame);
     } else {
@@ -34,7 +27,6 @@ void Acquisition::Receive(PxnFrame* frame) {
             "CMivoraKVNPyxenClass::FrameCallback: Successfully grabbed frame: buffer idx = %I64u, total count = %I64u. [RcvSize = %u, %ux%u, PixelFmt = %08X, UniqueId = %I64u]",
             index, count, frame->bufferSize, frame->width, frame->height, frame->pixelFormat,
             frame->frameId);
-        FrameRecord* const record = frames.FindRecord(*frame);
         if (record && record->Convert()) {
             log.Information("CMivoraKVNPyxenClass::FrameCallback: Image conversion done.");
         }
@@ -44,7 +36,7 @@ void Acquisition::Receive(PxnFrame* frame) {
     case kIdle:
         break;
     case kContinuous:
-        Requeue(frame);
+        Requeue(frame, record);
         break;
     case kAsynchronousSingle:
         log.Information(
@@ -83,13 +75,13 @@ void Acquisition::LogReceiveError(const PxnFrame& frame) {
         frame.frameId);
 }
 
-void Acquisition::Requeue(PxnFrame* frame) {
+void Acquisition::Requeue(PxnFrame* frame, FrameRecord* record) {
     // Whoever holds the mutex is stopping: the frame is not wanted back.
     if (!requeueMutex.TryLock()) {
         return;
     }
     if (!stopEvent->IsSet()) {
-        if (const PxnError result = Queue(frame, &OnFrame)) {
+        if (const PxnError result = Queue(frame, record, &OnFrame)) {
             ReportSdkError("CMivoraKVNPyxenClass::FrameCallback: Cannot requeue frame", result,
                            log);
         }

@@ -58,7 +58,7 @@ MV_ERRCODE Acquisition::Snap(std::uint32_t mode) {
 
 MV_ERRCODE Acquisition::QueueAllBuffers() {
     for (uint64_t index = 0; index < frames.Size(); ++index) {
-        if (const PxnError result = Queue(frames[index].Frame(), &OnFrame)) {
+        if (const PxnError result = Queue(frames[index], &OnFrame)) {
             ReportSdkError("CMivoraKVNPyxenClass::QueueAllBuffers: PxnCaptureFrameQueue failed",
                            result, log);
             return MV_ACQUISITION_FAILED;

@@ -63,7 +63,7 @@ MV_ERRCODE Acquisition::SnapAsynchronous() {
 }
 
 bool Acquisition::QueueAsynchronous(UndoList steps) {
-    if (const PxnError result = Queue(frames[0].Frame(), &OnFrame)) {
+    if (const PxnError result = Queue(frames[0], &OnFrame)) {
         Undo(steps);
         ReportSdkError("CMivoraKVNPyxenClass::Snap: PxnCaptureFrameQueue failed", result, log);
         return false;
@@ -89,7 +89,7 @@ bool Acquisition::QueueSynchronous() {
         return false;
     }
     log.Information("CMivoraKVNPyxenClass::Snap: PxnCaptureStart successful");
-    if (const PxnError result = Queue(frames[0].Frame(), nullptr)) {
+    if (const PxnError result = Queue(frames[0], nullptr)) {
         Undo(undo::kSynchronousQueue);
         // Compatibility: support searches for the entry's name with its words transposed.
         ReportSdkError("CMivoraKVNPyxenClass::Snap: PxnCaptureQueueFrame failed", result, log);

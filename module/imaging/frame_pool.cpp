@@ -8,14 +8,6 @@
 #include <iterator>
 #include <utility>
 
-namespace {
-
-std::size_t IndexOf(const PxnFrame& frame) {
-    return reinterpret_cast<std::uintptr_t>(frame.context[2]);
-}
-
-} // namespace
-
 // Without destructors: the SDK's threads may still run while the process ends.
 constinit platform::StaticMutex FrameSet::registryMutex;
 constinit FrameSet* FrameSet::liveSets = nullptr;
@@ -70,7 +62,7 @@ void FrameSet::Resume(IFrameReceiver& frameReceiver) {
 }
 
 FrameVisit::FrameVisit(PxnFrame* frame) {
-    const std::size_t index = IndexOf(*frame);
+    const std::uint64_t index = IndexOf(*frame);
     const platform::StaticMutexLock lock(FrameSet::registryMutex);
     for (FrameSet* candidate = FrameSet::liveSets; candidate; candidate = candidate->next) {
         if (index >= candidate->records.size() || candidate->records[index]->Frame() != frame) {
@@ -102,11 +94,6 @@ FramePool::~FramePool() {
     if (set) {
         set->Pause();
     }
-}
-
-FrameRecord* FramePool::FindRecord(const PxnFrame& frame) {
-    const std::size_t index = IndexOf(frame);
-    return index < Size() && frame.context[1] == &(*this)[index] ? &(*this)[index] : nullptr;
 }
 
 std::shared_ptr<SdkMemory> FramePool::Abandon() {

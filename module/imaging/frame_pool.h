@@ -100,7 +100,10 @@ public:
     std::size_t Size() const { return set ? set->records.size() : 0; }
     FrameRecord& operator[](std::size_t index) { return *set->records[index]; }
     /// The record that a frame names as its own, or null.
-    FrameRecord* FindRecord(const PxnFrame& frame);
+    FrameRecord* FindRecord(const PxnFrame& frame) {
+        const std::uint64_t index = IndexOf(frame);
+        return index < Size() && frame.context[1] == &(*this)[index] ? &(*this)[index] : nullptr;
+    }
 
     /// While one lives, records may be added, removed and given memory. It waits for a running
     /// callback; no frame reaches the receiver meanwhile. Frames of a camera that has gone are left

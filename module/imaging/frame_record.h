@@ -8,6 +8,11 @@
 
 #include <cstdint>
 
+/// The buffer index that a frame was given.
+inline std::uint64_t IndexOf(const PxnFrame& frame) {
+    return reinterpret_cast<std::uintptr_t>(frame.context[2]);
+}
+
 /// A frame that the SDK fills, and the image as the host sees it.
 ///
 /// Reshaped only while acquisition is idle; then the SDK's thread converts into it without a lock.

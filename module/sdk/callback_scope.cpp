@@ -1,19 +1,7 @@
 // callback_scope.cpp - whether the calling thread is inside a frame callback of the SDK
 #include "sdk/callback_scope.h"
 
-namespace {
-
-thread_local unsigned depth = 0;
-
-} // namespace
-
-CallbackScope::CallbackScope() {
-    ++depth;
-}
-
-CallbackScope::~CallbackScope() {
-    --depth;
-}
+constinit thread_local unsigned CallbackScope::depth = 0;
 
 bool CallbackScope::IsInside() {
     return depth > 0;

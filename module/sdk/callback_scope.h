@@ -5,11 +5,14 @@
 /// there what waits for frames, and closing a camera, of whichever grabber.
 class CallbackScope {
 public:
-    CallbackScope();
-    ~CallbackScope();
+    CallbackScope() { ++depth; }
+    ~CallbackScope() { --depth; }
     CallbackScope(const CallbackScope&) = delete;
     CallbackScope& operator=(const CallbackScope&) = delete;
 
     /// True when the calling thread is inside the frame callback of any grabber of this module.
     static bool IsInside();
+
+private:
+    static constinit thread_local unsigned depth;
 };

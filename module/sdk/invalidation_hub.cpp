@@ -274,7 +274,7 @@ InvalidationHub::InvalidationHub(void* loaded) : library(loaded) {}
 
 std::shared_ptr<InvalidationHub> InvalidationHub::Of(void* library) {
     // Made, and destroyed when it is not needed, without the lock.
-    const std::shared_ptr<InvalidationHub> made(new InvalidationHub(library));
+    std::shared_ptr<InvalidationHub> made(new InvalidationHub(library));
     const platform::StaticMutexLock lock(hubGate);
     for (InvalidationHub* hub = firstHub; hub; hub = hub->next) {
         // One that is about to be destroyed waits for the lock.
@@ -357,7 +357,7 @@ InvalidationHub::Join(InvalidationChannel channel, PxnHandle handle, const std::
             return known;
         }
     }
-    const auto made = std::make_shared<Registration>(*this, channel, handle, name);
+    auto made = std::make_shared<Registration>(*this, channel, handle, name);
     made->subscribers.push_back(subscriber);
     registrations.push_back(made);
     return made;
