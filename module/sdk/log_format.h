@@ -112,7 +112,7 @@ private:
 template <typename... Arguments>
 class LogFormat {
 public:
-    // NOLINTNEXTLINE(google-explicit-constructor): literals are passed where a format is expected
+    // Implicit: literals are passed where a format is expected.
     consteval LogFormat(const char* literal) : text(literal) {
         using log_format_detail::Kind;
         log_format_detail::Reader reader(literal);

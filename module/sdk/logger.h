@@ -11,7 +11,7 @@
 class Logger {
 public:
     constexpr Logger() = default;
-    // NOLINTNEXTLINE(google-explicit-constructor): a sink is passed where a logger is expected
+    // Implicit: a sink is passed where a logger is expected.
     constexpr Logger(ILogSink* target) : sink(target) {}
 
     /// Whether there is a sink. A few operations depend on it.

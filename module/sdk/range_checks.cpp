@@ -11,7 +11,7 @@ namespace {
 /// no range.
 constexpr TypeTable<LogFormat<const char*, const char*>, 4> kRangeUnknown = {{
     "CMivoraKVNPyxenClass::SyncFeature: Cannot query range of int64 feature %s::%s",
-    // The wording is the integer's; that is intended.
+    // Compatibility: support searches for the integer's words here, too.
     "CMivoraKVNPyxenClass::SyncFeature: Cannot query range of int64 feature %s::%s",
     "CMivoraKVNPyxenClass::SyncFeature: Cannot query range of enum feature %s::%s",
     "CMivoraKVNPyxenClass::SyncFeature: Cannot query max length of string-feature %s::%s",

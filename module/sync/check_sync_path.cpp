@@ -41,7 +41,7 @@ constexpr TypeTable<CheckWords> kCheckWords = {{
     },
     {
         "CMivoraKVNPyxenClass::FloatFeatureCheckSyncPath: Cannot query the accessibility of %s",
-        // The conversion letter is missing on purpose; the line names no feature.
+        // Compatibility: the line has no conversion letter and names no feature.
         LogFormat<>("CMivoraKVNPyxenClass::FloatFeatureCheckSyncPath: Feature % cannot be written"),
         "CMivoraKVNPyxenClass::FloatFeatureCheckSyncPath: Feature %s cannot be written",
         RefusalLine<double>(
@@ -63,14 +63,14 @@ constexpr TypeTable<CheckWords> kCheckWords = {{
         NameFormat(
             "CMivoraKVNPyxenClass::StringFeatureCheckSyncPath: Feature %s cannot be written"),
         "CMivoraKVNPyxenClass::StringFeatureCheckSyncPath: Feature %s cannot be written",
-        // The words of the enumeration are kept on purpose.
+        // Compatibility: the enumeration's words.
         RefusalLine<const char*>(
             "CMivoraKVNPyxenClass::StringFeatureCheckSyncPath: enum feature (value = %s) wouldn't be applicable to %s (range error)"),
         RefusalLine<const char*>(
             "CMivoraKVNPyxenClass::StringFeatureCheckSyncPath: string feature (value = %s) wouldn't be synchable to %s (range error)"),
     },
     {
-        // The float's tag is intended.
+        // Compatibility: the float's tag.
         "CMivoraKVNPyxenClass::FloatFeatureCheckSyncPath: Cannot query the accessibility of %s",
         NameFormat("CMivoraKVNPyxenClass::FloatFeatureCheckSyncPath: Feature %s cannot be written"),
         "CMivoraKVNPyxenClass::FloatFeatureCheckSyncPath: Feature %s cannot be written",
@@ -117,7 +117,7 @@ private:
                 result.ok = false;
             }
             if (verdict == Verdict::kOutOfRange) {
-                return; // features without access do not end the walk, on purpose
+                return; // Compatibility: a feature without access does not end the walk
             }
         }
     }

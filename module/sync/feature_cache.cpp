@@ -28,7 +28,7 @@ constexpr TypeTable<PrintWords> kPrintWords = {{
      PrintLine<std::int64_t>(" %s (int64) = %I64d")},
     {" %s (float) is not readable", " Can't retrieve attribute %s (double)",
      PrintLine<double>(" %s (float) = %lf")},
-    // Without a leading blank; that is intended.
+    // Compatibility: without a leading blank.
     {" %s (enum) is not readable", "Can't retrieve attribute %s (enum)",
      PrintLine<const char*>(" %s (enum) = %s")},
     {" %s (string) is not readable", " Can't retrieve attribute %s (string)",
@@ -56,7 +56,7 @@ NameFormat LineWithoutValue(FeatureType type) {
     case FeatureType::kNone:
         return " %s has no data";
     default:
-        return "%s has an unknown datatype"; // without a leading blank; that is intended
+        return "%s has an unknown datatype"; // Compatibility: without a leading blank
     }
 }
 
@@ -74,7 +74,7 @@ bool FeatureCache::Init(const char* name, CPyxenAPIAccess* access, PxnHandle mod
     std::uint32_t found = 0;
     PxnError result = api->PxnFeaturesList(handle, nullptr, 0, &found, sizeof(PxnFeatureInfo));
     if (result != PxnErrSuccess) {
-        // The tag is another operation's; that is intended.
+        // Compatibility: support searches for the tag of another operation.
         ReportSdkError("CMivoraKVNPyxenClass::PrintParameters: Could not get feature list", result,
                        log);
         return false;

@@ -31,7 +31,7 @@ File OpenFile(const char* path) {
     return file;
 }
 
-// Digits are left out on purpose. The blank gets into a token in space mode only.
+// Compatibility: no digits. The blank gets into a token in space mode only.
 bool IsIdentifierByte(int byte) {
     return (byte >= 'A' && byte <= 'Z') || (byte >= 'a' && byte <= 'z') || byte == '_' ||
            byte == ' ';
@@ -81,7 +81,7 @@ const std::vector<FeatureRef>* FeatureSyncher::FindSyncEntry(const char* moduleN
 
 int FeatureSyncher::ReadFile(std::FILE* file) {
     if (!Expect(file, "{") || !ParseKey(file, "SyncFeatures") || !Expect(file, "[")) {
-        return 0; // silent on purpose
+        return 0; // Compatibility: no line
     }
     if (ExpectOptional(file, "{")) {
         for (;;) {
@@ -92,7 +92,7 @@ int FeatureSyncher::ReadFile(std::FILE* file) {
                 break;
             }
             if (!Expect(file, "{")) {
-                return 0; // silent on purpose
+                return 0; // Compatibility: no line
             }
         }
     }
@@ -114,7 +114,7 @@ int FeatureSyncher::ReadFile(std::FILE* file) {
 bool FeatureSyncher::ReadEntry(std::FILE* file) {
     SyncFeatureEntry entry;
     if (!ParseModuleFeature(file, entry.watched)) {
-        return false; // silent on purpose
+        return false; // Compatibility: no line
     }
     if (!Expect(file, ",")) {
         LogFault("FeatureSyncher::Init: comma missing");
@@ -150,7 +150,7 @@ void FeatureSyncher::LogEntry(const SyncFeatureEntry& entry) const {
 
 const std::string& FeatureSyncher::ReadToken(std::FILE* file, bool spaceMode) {
     if (cursor < tokenHistory.size()) {
-        return tokenHistory[cursor++]; // as it was first read, whatever the mode; on purpose
+        return tokenHistory[cursor++]; // Compatibility: as it was first read, whatever the mode
     }
     std::string token;
     for (int byte = std::fgetc(file); byte != EOF; byte = std::fgetc(file)) {

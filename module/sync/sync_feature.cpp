@@ -20,7 +20,8 @@ using CanLine = LogFormat<const char*, const char*, Shown>; // "" or "NOT ", tar
 template <typename Number>                                  // as CanLine, and the limits
 using CanNumberLine = LogFormat<const char*, const char*, Number, Number, Number>;
 
-/// The words of one type, irregular on purpose. A single path is the target's.
+/// The words of one type. Compatibility: they differ from type to type. A single path is the
+/// target's.
 struct SyncWords {
     LogFormat<const char*, const char*> sourceUnreadable; // source, target
     std::optional<NameFormat> rangeUnreadable;
@@ -40,7 +41,7 @@ constexpr TypeTable<SyncWords> kSyncWords = {{
         CanNumberLine<std::int64_t>(
             "CMivoraKVNPyxenClass::SyncFeature: int64 feature can %sbe synched to %s (value = %I64d, min = %I64d, max = %I64d)"),
         "CMivoraKVNPyxenClass::SyncFeature: Cannot get int64 feature from %s (read error)",
-        // The failed write reports a read error on purpose.
+        // Compatibility: the failed write reports a read error.
         NameFormat(
             "CMivoraKVNPyxenClass::SyncFeature: Cannot read int64 feature from %s (read error)"),
         CopyLine<std::int64_t>(
@@ -86,7 +87,7 @@ constexpr TypeTable<SyncWords> kSyncWords = {{
         std::nullopt,
         LogFormat<const char*, const char*>(
             "CMivoraKVNPyxenClass::SyncFeature: bool feature can be synched to %s value = %s"),
-        // The words of the string type are shared on purpose.
+        // Compatibility: the string's words.
         "CMivoraKVNPyxenClass::SyncFeature: Cannot get string feature from %s (read error)",
         CopyLine<const char*>(
             "CMivoraKVNPyxenClass::SyncFeature: Cannot sync bool feature from %s to %s (value = %s) (write error)"),
@@ -100,12 +101,12 @@ bool FitsTarget(const FeatureRange& range, const FeatureValue& value) {
     if (!entry) {
         return range.Contains(value);
     }
-    // The pointers are compared, not the texts, on purpose: the SDK shares one text per name.
+    // Compatibility: the pointers are compared, not the texts; the SDK shares one text per name.
     return entry->name && std::find(range.entries.begin(), range.entries.end(), entry->name) !=
                               range.entries.end();
 }
 
-/// Entries are equal ignoring case, floats without tolerance on purpose.
+/// Compatibility: entries are equal ignoring case, floats without tolerance.
 bool IsSameValue(const FeatureValue& present, const FeatureValue& value) {
     const EnumEntry* const entry = present.GetIf<EnumEntry>();
     return entry ? entry->name &&

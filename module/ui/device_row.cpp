@@ -46,7 +46,7 @@ DeviceConnection ReadDeviceConnection(CPyxenAPIAccess& api, const PxnCameraInfo&
 
 std::array<std::string, kDeviceColumnCount> DeviceRowTexts(const PxnCameraInfo& camera,
                                                            const DeviceConnection& connection) {
-    static const std::string kUnkown = "- unkown -"; // spelled so on purpose
+    static const std::string kUnkown = "- unkown -"; // Compatibility: spelled so
     static const std::string kUnknown = "- unknown -";
     return {TextOrEmpty(camera.cameraName), TextOrEmpty(camera.serialString),
             OrElse(connection.interfaceId, kUnkown),

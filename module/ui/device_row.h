@@ -17,7 +17,7 @@ struct DeviceConnection {
     std::string transportLayerVendor;
 };
 
-/// Asks the camera's interface and transport layer. Failures are told to `log`, which may be null.
+/// Asks the camera's interface and transport layer. Failures are logged.
 DeviceConnection ReadDeviceConnection(CPyxenAPIAccess& api, const PxnCameraInfo& camera,
                                       Logger log);
 

@@ -42,8 +42,8 @@ void FeatureTree::AddModule(FeatureCache& cache) {
     }
 }
 
-// The first character is skipped unread: every category has a slash there. One that has none loses
-// its first character, which is intended.
+// The first character is skipped unread: every category has a slash there. Compatibility: one that
+// has none loses its first character.
 std::size_t FeatureTree::InsertCategoryPath(std::size_t parent, std::string_view path) {
     std::size_t start = 1;
     while (start < path.size()) {

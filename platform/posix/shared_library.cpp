@@ -37,7 +37,7 @@ void* SharedLibrary::FindSymbol(const char* name) const {
 void KeepThisLibraryLoaded() {
     Dl_info here{};
     if (dladdr(reinterpret_cast<const void*>(&KeepThisLibraryLoaded), &here) != 0) {
-        // The handle is given up on purpose; it counts as one more user.
+        // The handle is never closed; it counts as one more user.
         static_cast<void>(dlopen(here.dli_fname, RTLD_NOW | RTLD_NOLOAD | RTLD_NODELETE));
     }
 }

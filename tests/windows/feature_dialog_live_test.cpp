@@ -71,7 +71,7 @@ protected:
         live.reset();
         EndGrabber();
     }
-    /// Handles all that the camera has told so far.
+    /// Handles all that the camera has reported so far.
     void Settle() {
         SdkControl("drain");
         Pump();

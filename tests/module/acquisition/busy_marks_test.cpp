@@ -1,4 +1,4 @@
-// busy_marks_test.cpp - what the feature control dialog is told of acquisitions
+// busy_marks_test.cpp - the marks that acquisitions leave on the feature control dialog
 #include "tests/module/acquisition/snap_fixture.h"
 
 #include <thread>

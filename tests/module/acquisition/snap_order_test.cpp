@@ -1,4 +1,4 @@
-// snap_order_test.cpp - whether a failed start is told before or after it is undone
+// snap_order_test.cpp - whether a failed start is logged before or after it is undone
 #include "tests/module/acquisition/snap_fixture.h"
 
 namespace {

@@ -7,7 +7,7 @@ namespace {
 
 class GrabberClass : public GrabberFixture {
 protected:
-    // What the host is told, in order: "update MASK", "event CODE".
+    // What reaches the host, in order: "update MASK", "event CODE".
     void Listen() {
         Grabber().InstDialogUpdateCallBack(
             [](uint32_t mask, void* context) {

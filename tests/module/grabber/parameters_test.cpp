@@ -556,7 +556,7 @@ TEST_F(ParametersTest, AnExponentFarOffIsNoTrouble) {
     EXPECT_EQ(exposure, 0u);
 }
 
-// ---- who is told ----
+// ---- who is notified ----
 
 TEST_F(ParametersTest, WhoIsToldFindsTheNewTimingStored) {
     struct Witness {
