@@ -74,8 +74,7 @@ public:
     FeatureValue() = default;
     /// Takes exactly the types above, so that no text or number turns into a boolean.
     template <FeatureValueAlternative T>
-    // NOLINTNEXTLINE(google-explicit-constructor): values are passed where a FeatureValue is
-    // expected
+    // Implicit: values are passed where a FeatureValue is expected.
     FeatureValue(T held) : value(std::move(held)) {}
 
     FeatureType Type() const {

@@ -1,5 +1,4 @@
-// scripted_conformance_test.cpp - the scripted SDK keeps what pxnc.h states, unless it is told to
-// break it
+// scripted_conformance_test.cpp - the scripted SDK keeps what pxnc.h states until a test breaks it
 #include "tests/pxnc/conformance/conformance_fixture.h"
 #include "tests/pxnc/conformance/scripted_driver.h"
 
