@@ -31,8 +31,10 @@ public:
     void OnChange(const std::function<bool()>& isImpacting) {
         const bool before = running;
         if (!running && isImpacting()) {
-            running = true;
+            // Compatibility: a change that the host makes while it is notified counts as another
+            // beginning, and the host is notified of that one, too.
             actions.BeginBufferChange();
+            running = true;
         }
         if (before) {
             actions.StopQuietTimer();

@@ -137,10 +137,15 @@ TEST_F(Debounce, WaitsAnewForWhateverFollows) {
     EXPECT_EQ(Take(), (Steps{"stop", "start 500"}));
 }
 
-TEST_F(Debounce, BeginsOnceWhenTheHostMakesAChangeItself) {
+TEST_F(Debounce, NotifiesTheBeginningBeforeItMarksTheChange) {
     nested = true;
     Change();
-    EXPECT_EQ(Take(), (Steps{"begin", "stop", "start 500", "start 500"}));
+    EXPECT_EQ(Take(), (Steps{"begin", "begin", "start 500", "start 500"}));
+    Change();
+    EXPECT_EQ(Take(), (Steps{"stop", "start 500"}));
+    clock.Advance(500);
+    debounce.OnTimer();
+    EXPECT_EQ(Take(), (Steps{"stop", "end"}));
 }
 
 // ---- layout ----
