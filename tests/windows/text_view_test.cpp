@@ -145,6 +145,33 @@ TEST_F(StringValueView, HoldsALongText) {
     EXPECT_EQ(Text(), text);
 }
 
+/// Records whether each change of the edit came while the view was writing it.
+class WatchedStringView : public CStringValueView {
+public:
+    std::vector<bool> updates;
+
+protected:
+    BOOL OnCommand(WPARAM wParam, LPARAM lParam) override {
+        if (HIWORD(wParam) == EN_CHANGE) {
+            updates.push_back(IsUpdating());
+        }
+        return CStringValueView::OnCommand(wParam, lParam);
+    }
+};
+
+TEST_F(StringValueView, GuardsTheTextThatItWrites) {
+    const auto watched = Make<WatchedStringView>();
+    EXPECT_FALSE(watched->IsUpdating());
+    EXPECT_TRUE(watched->SetText("written"));
+    ASSERT_FALSE(watched->updates.empty());
+    EXPECT_EQ(watched->updates, std::vector<bool>(watched->updates.size(), true));
+    EXPECT_FALSE(watched->IsUpdating());
+    watched->updates.clear();
+    TypeInto(GetDlgItem(*watched, 7018), L"x");
+    ASSERT_FALSE(watched->updates.empty());
+    EXPECT_EQ(watched->updates, std::vector<bool>(watched->updates.size(), false));
+}
+
 TEST_F(StringValueView, CommitsNothingWhileTheUserTypes) {
     TypeInto(edit, L"left");
     EXPECT_EQ(Text(), "left");

@@ -9,7 +9,10 @@ IMPLEMENT_DYNCREATE(CStringValueView, CValueView)
 CStringValueView::CStringValueView() : CValueView(IDD_STRING_VALUE) {}
 
 bool CStringValueView::SetText(const char* text) {
-    return ShowText(IDC_STRING_EDIT, text);
+    updating = true;
+    const bool shown = ShowText(IDC_STRING_EDIT, text);
+    updating = false;
+    return shown;
 }
 
 bool CStringValueView::GetText(std::string& text) const {

@@ -14,4 +14,9 @@ public:
     bool SetText(const char* text);
     bool GetText(std::string& text) const;
     bool CommitOnEnter() override;
+    /// Whether the edit's text is being written, not typed.
+    bool IsUpdating() const { return updating; }
+
+private:
+    bool updating = false;
 };
