@@ -155,6 +155,41 @@ TEST_F(ColumnTreeDrawing, FollowsTheHeader) {
               0);
 }
 
+TEST_F(ColumnTreeDrawing, DrawsNothingBesideAColumnNarrowerThanTheIndent) {
+    HDITEM item = {};
+    item.mask = HDI_WIDTH;
+    item.cxy = 5;
+    Header_SetItem(Header(), 0, &item);
+    Tree().SelectItem(category);
+    Tree().SetFocus();
+    SaveScreenshot(*view, "tree-narrow-column");
+    const CRect text = RowRect(category, true);
+    ASSERT_GT(text.left, ColumnRect(0).right);
+    const WindowPixels pixels(Tree());
+    const CRect beside(ColumnRect(0).right, text.top, pixels.Width(), text.bottom);
+    for (const int color : {COLOR_HIGHLIGHT, COLOR_HIGHLIGHTTEXT, COLOR_WINDOWTEXT}) {
+        if (Color(color) != Color(COLOR_WINDOW)) {
+            EXPECT_EQ(pixels.Count(beside, Color(color)), 0) << color;
+        }
+    }
+}
+
+/// A column tree as it is without a class of its own for its rows.
+class PlainColumnTree : public CColumnTreeView {
+public:
+    using CColumnTreeView::Create;
+    using CColumnTreeView::IsReadOnly;
+};
+
+TEST_F(ColumnTreeDrawing, HasNoReadOnlyRowsOfItsOwn) {
+    PlainColumnTree plain;
+    ASSERT_TRUE(plain.Create(nullptr, L"plain", WS_CHILD, CRect(0, 0, 100, 100), &Frame(), 9));
+    const HTREEITEM row = plain.GetTree().InsertItem(L"row", TVI_ROOT, TVI_LAST);
+    ASSERT_NE(row, nullptr);
+    EXPECT_FALSE(plain.IsReadOnly(row));
+    plain.DestroyWindow();
+}
+
 TEST_F(ColumnTreeDrawing, FollowsAHeaderThatLeavesItsOwnSizeAlone) {
     Count(width, 1, COLOR_WINDOWTEXT); // drawn where it stood
     HDITEM item = {};

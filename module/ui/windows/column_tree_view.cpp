@@ -171,7 +171,10 @@ void CColumnTreeView::DrawRow(CDC& dc, HTREEITEM item) {
         besideOrNone == CLR_INVALID ? ::GetSysColor(COLOR_WINDOW) : besideOrNone;
     CRect client;
     tree.GetClientRect(client);
-    dc.FillSolidRect(CRect(row.left, row.top, std::max(client.right, row.right), row.bottom),
+    // The tree's lines and buttons end with the first column, even where the indent does not.
+    CRect first;
+    const int fillFrom = header.GetItemRect(0, first) ? std::min(row.left, first.right) : row.left;
+    dc.FillSolidRect(CRect(fillFrom, row.top, std::max(client.right, row.right), row.bottom),
                      beside);
     // A selected row keeps the highlight's colours, on which grey could not be read.
     dc.SetTextColor(::GetSysColor(selected           ? COLOR_HIGHLIGHTTEXT
@@ -192,9 +195,14 @@ void CColumnTreeView::DrawRow(CDC& dc, HTREEITEM item) {
         if (index > 0) {
             dc.FillSolidRect(CRect(column.left, row.top, column.right, row.bottom), beside);
         }
-        dc.FillSolidRect(cell, selected ? ::GetSysColor(COLOR_HIGHLIGHT) : beside);
+        // A column may end left of where its text begins: the indent takes all of it.
+        if (cell.left < cell.right) {
+            dc.FillSolidRect(cell, selected ? ::GetSysColor(COLOR_HIGHLIGHT) : beside);
+        }
         cell.left += kTextMargin;
-        dc.DrawText(part.data(), length, cell, DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX);
+        if (cell.left < cell.right) {
+            dc.DrawText(part.data(), length, cell, DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX);
+        }
         ++index;
     }
     dc.SelectObject(fontBefore);

@@ -18,7 +18,7 @@ protected:
     CColumnTreeView() = default;
 
     /// Whether a row is drawn in grey.
-    virtual bool IsReadOnly(HTREEITEM item) const = 0;
+    virtual bool IsReadOnly(HTREEITEM) const { return false; }
 
     BOOL PreCreateWindow(CREATESTRUCT& create) override;
     /// The owner deletes the view, not its window's end.
