@@ -4,7 +4,8 @@
 #include <afxwin.h>
 
 /// A view created from a dialog template of this binary. The template must describe an invisible
-/// child window without a border. Keys in its controls are handled by the enclosing dialog.
+/// child window without a border and without a window class of its own. Keys in its controls are
+/// handled by the enclosing dialog.
 class CFormView : public CView {
     DECLARE_DYNAMIC(CFormView)
 public:

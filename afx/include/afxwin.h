@@ -264,7 +264,8 @@ private:
 /// Type of the sender in scroll handlers, which may be any control.
 using CScrollBar = CWnd;
 
-/// A dialog created from a template of this binary, modal (DoModal) or modeless (Create).
+/// A dialog created from a template of this binary, modal (DoModal) or modeless (Create). The
+/// template must not name a window class of its own.
 class CDialog : public CWnd {
     DECLARE_DYNAMIC(CDialog)
 public:

@@ -27,7 +27,7 @@ INT_PTR CDialog::DoModal() {
     if (!found) {
         return -1;
     }
-    const AFX_WINDOW_CREATION creation(this);
+    const AFX_WINDOW_CREATION creation(this, WC_DIALOG);
     return ::DialogBoxIndirectParam(AfxGetInstanceHandle(), found,
                                     m_pParentWnd ? m_pParentWnd->m_hWnd : nullptr, AfxDialogProc,
                                     0);
@@ -39,7 +39,7 @@ BOOL CDialog::Create(UINT templateId, CWnd* parent) {
     if (!found) {
         return FALSE;
     }
-    const AFX_WINDOW_CREATION creation(this);
+    const AFX_WINDOW_CREATION creation(this, WC_DIALOG);
     return ::CreateDialogIndirectParam(AfxGetInstanceHandle(), found,
                                        parent ? parent->m_hWnd : nullptr, AfxDialogProc,
                                        0) != nullptr;
@@ -61,7 +61,7 @@ BOOL CFormView::Create(LPCTSTR, LPCTSTR, DWORD style, const RECT& rect, CWnd* pa
     if (!found) {
         return FALSE;
     }
-    const AFX_WINDOW_CREATION creation(this);
+    const AFX_WINDOW_CREATION creation(this, WC_DIALOG);
     if (!::CreateDialogIndirectParam(AfxGetInstanceHandle(), found, parent->m_hWnd, AfxDialogProc,
                                      0)) {
         return FALSE;

@@ -46,19 +46,23 @@ private:
     static void Hold(CImageList& list, HIMAGELIST handle) { list.m_hImageList = handle; }
 };
 
-/// Attaches an object to the next window that this thread creates, before the window receives its
-/// first message. Effective while this object exists.
+/// Attaches an object to the next window of a class that this thread creates with a parameter,
+/// before the window receives its first message. Leaves other windows alone that are created
+/// meanwhile, such as those of input methods. Effective while this object exists.
 class AFX_WINDOW_CREATION {
 public:
-    explicit AFX_WINDOW_CREATION(CWnd* wnd);
+    AFX_WINDOW_CREATION(CWnd* wnd, LPCTSTR className, LPVOID parameter = nullptr);
     ~AFX_WINDOW_CREATION();
     AFX_WINDOW_CREATION(const AFX_WINDOW_CREATION&) = delete;
     AFX_WINDOW_CREATION& operator=(const AFX_WINDOW_CREATION&) = delete;
 
 private:
     static LRESULT CALLBACK Hook(int code, WPARAM wParam, LPARAM lParam);
+    bool IsFor(HWND window, const CREATESTRUCT& create) const;
 
     CWnd* const wnd;
+    const LPCTSTR wantedClass;
+    const LPVOID wantedParameter;
     AFX_WINDOW_CREATION* const outer;
     HHOOK hook;
     bool taken = false;

@@ -1,6 +1,8 @@
 // window_creation.cpp - attaching an object to a new window
 #include "thread_state.h"
 
+#include <iterator>
+
 namespace {
 
 thread_local AFX_WINDOW_CREATION* innermost = nullptr;
@@ -16,7 +18,8 @@ void InitControls() {
 
 } // namespace
 
-AFX_WINDOW_CREATION::AFX_WINDOW_CREATION(CWnd* forWnd) : wnd(forWnd), outer(innermost) {
+AFX_WINDOW_CREATION::AFX_WINDOW_CREATION(CWnd* forWnd, LPCTSTR className, LPVOID parameter)
+    : wnd(forWnd), wantedClass(className), wantedParameter(parameter), outer(innermost) {
     InitControls();
     innermost = this;
     hook = ::SetWindowsHookEx(WH_CBT, Hook, nullptr, ::GetCurrentThreadId());
@@ -27,10 +30,24 @@ AFX_WINDOW_CREATION::~AFX_WINDOW_CREATION() {
     innermost = outer;
 }
 
+bool AFX_WINDOW_CREATION::IsFor(HWND window, const CREATESTRUCT& create) const {
+    if (create.lpCreateParams != wantedParameter) {
+        return false;
+    }
+    if (IS_INTRESOURCE(wantedClass)) {
+        return ::GetClassLongPtr(window, GCW_ATOM) == reinterpret_cast<ULONG_PTR>(wantedClass);
+    }
+    TCHAR name[257] = TEXT("");
+    ::GetClassName(window, name, static_cast<int>(std::size(name)));
+    return ::lstrcmpi(name, wantedClass) == 0;
+}
+
 LRESULT CALLBACK AFX_WINDOW_CREATION::Hook(int code, WPARAM wParam, LPARAM lParam) {
-    if (code == HCBT_CREATEWND && innermost && !innermost->taken) {
+    const HWND window = reinterpret_cast<HWND>(wParam);
+    if (code == HCBT_CREATEWND && innermost && !innermost->taken &&
+        innermost->IsFor(window, *reinterpret_cast<const CBT_CREATEWND*>(lParam)->lpcs)) {
         innermost->taken = true;
-        innermost->wnd->TakeOver(reinterpret_cast<HWND>(wParam));
+        innermost->wnd->TakeOver(window);
     }
     return ::CallNextHookEx(nullptr, code, wParam, lParam);
 }

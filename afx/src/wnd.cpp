@@ -78,7 +78,7 @@ BOOL CWnd::CreateEx(DWORD exStyle, LPCTSTR className, LPCTSTR windowName, DWORD 
         PostNcDestroy();
         return FALSE;
     }
-    const AFX_WINDOW_CREATION creation(this);
+    const AFX_WINDOW_CREATION creation(this, create.lpszClass, create.lpCreateParams);
     return ::CreateWindowEx(create.dwExStyle, create.lpszClass, create.lpszName,
                             static_cast<DWORD>(create.style), create.x, create.y, create.cx,
                             create.cy, create.hwndParent, create.hMenu, create.hInstance,
