@@ -54,8 +54,8 @@ HINSTANCE AfxGetResourceHandle();
 BOOL AfxWinInit(HINSTANCE instance, HINSTANCE previous, LPTSTR commandLine, int show);
 
 /// While it exists, windows are created with the version of the common controls that the binary's
-/// manifest (resource 2) selects, and temporary objects of this thread are kept. Must exist in
-/// every function that another binary calls.
+/// manifest (resource 2) selects, and temporary objects that this thread makes are kept. Must exist
+/// in every function that another binary calls.
 class AFX_MAINTAIN_STATE2 {
 public:
     explicit AFX_MAINTAIN_STATE2(AFX_MODULE_STATE* state);

@@ -114,16 +114,20 @@ AfxThreadState& AfxThreadState::Get() {
     return states.OfThisThread();
 }
 
+void AfxThreadState::Leave() {
+    --depth;
+    std::erase_if(temporaries, [this](const auto& temporary) {
+        return depth == 0 || temporary.second.depth > depth;
+    });
+}
+
 AFX_MAINTAIN_STATE2::AFX_MAINTAIN_STATE2(AFX_MODULE_STATE*)
     : activated(Manifest().Activate(cookie)) {
-    ++AfxThreadState::Get().depth;
+    AfxThreadState::Get().Enter();
 }
 
 AFX_MAINTAIN_STATE2::~AFX_MAINTAIN_STATE2() {
-    AfxThreadState& state = AfxThreadState::Get();
-    if (--state.depth == 0) {
-        state.temporaries.clear();
-    }
+    AfxThreadState::Get().Leave();
     if (activated) {
         ::DeactivateActCtx(0, cookie);
     }

@@ -12,30 +12,42 @@
 /// Windows and current message of one thread. Each thread accesses only its own state.
 struct AfxThreadState {
     std::unordered_map<HWND, CWnd*> windows;
-    /// Temporary objects of handles that have no object, by class and handle. The handle is
-    /// detached before its temporary object is deleted.
-    std::map<std::pair<std::type_index, void*>, std::shared_ptr<CObject>> temporaries;
-    int depth = 0; ///< AFX_MAINTAIN_STATE2 objects; the last one clears `temporaries`
+    /// The temporary object of a handle that has no object. The handle is detached before the
+    /// object is deleted.
+    struct TemporaryObject {
+        std::shared_ptr<CObject> object;
+        int depth = 0; ///< of the thread when it was made
+    };
+
+    /// By class and handle.
+    std::map<std::pair<std::type_index, void*>, TemporaryObject> temporaries;
+    int depth = 0; ///< AFX_MAINTAIN_STATE2 objects; each one deletes the temporaries made in it
     MSG current = {};
 
     static AfxThreadState& Get();
 
-    /// The temporary object of `handle`, valid until `depth` is 0; null when `handle` is null.
+    /// Enters a function that another binary calls, such as a window procedure.
+    void Enter() { ++depth; }
+    /// Leaves it and deletes the temporary objects made meanwhile, also while the loop of a modal
+    /// dialog or message box runs further out.
+    void Leave();
+
+    /// The temporary object of `handle`; null when `handle` is null.
     template <typename Object, typename Handle>
     Object* Temporary(Handle handle) {
         if (!handle) {
             return nullptr;
         }
-        auto& held = temporaries[{typeid(Object), handle}];
-        if (!held) {
+        TemporaryObject& held = temporaries[{typeid(Object), handle}];
+        if (!held.object) {
             const std::shared_ptr<Object> made(new Object, [](Object* object) {
                 Hold(*object, Handle{});
                 delete object;
             });
             Hold(*made, handle);
-            held = made;
+            held = {made, depth};
         }
-        return static_cast<Object*>(held.get());
+        return static_cast<Object*>(held.object.get());
     }
 
 private:

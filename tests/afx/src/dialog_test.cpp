@@ -1,8 +1,11 @@
 // dialog_test.cpp - modal and modeless dialogs
+#include "afx/src/thread_state.h"
 #include "res/resource.h"
 #include "tests/windows/test_host.h"
 
+#include <cstddef>
 #include <functional>
+#include <vector>
 
 namespace {
 
@@ -57,6 +60,58 @@ TEST_F(Dialogs, DisableTheirParentWhileTheyRun) {
     EXPECT_EQ(dialog.DoModal(), 77);
     EXPECT_TRUE(Frame().IsWindowEnabled());
     EXPECT_FALSE(enabled);
+}
+
+constexpr UINT kMakeTemporary = WM_APP + 30;
+
+/// Makes a temporary object for another drawing object in each of several messages.
+class TemporaryDialog : public CDialog {
+public:
+    explicit TemporaryDialog(CWnd& parent) : CDialog(IDD_SERIAL_CONFIG, &parent) {}
+    ~TemporaryDialog() override {
+        for (const HBRUSH brush : brushes) {
+            ::DeleteObject(brush);
+        }
+    }
+
+    std::vector<std::size_t> counts; ///< of temporary objects, at the beginning of each message
+
+protected:
+    BOOL OnInitDialog() override {
+        PostMessage(kMakeTemporary);
+        return CDialog::OnInitDialog();
+    }
+    LRESULT OnMakeTemporary(WPARAM, LPARAM) {
+        counts.push_back(AfxThreadState::Get().temporaries.size());
+        brushes.push_back(::CreateSolidBrush(static_cast<COLORREF>(counts.size())));
+        EXPECT_EQ(CBrush::FromHandle(brushes.back())->m_hObject, brushes.back());
+        if (counts.size() < 20) {
+            PostMessage(kMakeTemporary);
+        } else {
+            EndDialog(IDOK);
+        }
+        return 0;
+    }
+
+    DECLARE_MESSAGE_MAP()
+
+private:
+    std::vector<HBRUSH> brushes;
+};
+
+BEGIN_MESSAGE_MAP(TemporaryDialog, CDialog)
+ON_MESSAGE(kMakeTemporary, &TemporaryDialog::OnMakeTemporary)
+END_MESSAGE_MAP()
+
+TEST_F(Dialogs, DeleteTemporaryObjectsWhileTheyRun) {
+    const CBrush* const kept = CBrush::FromHandle(::GetSysColorBrush(COLOR_WINDOW));
+    TemporaryDialog dialog(Frame());
+    EXPECT_EQ(dialog.DoModal(), IDOK);
+    ASSERT_EQ(dialog.counts.size(), 20u);
+    EXPECT_EQ(dialog.counts.back(), dialog.counts.front());
+    EXPECT_EQ(CBrush::FromHandle(::GetSysColorBrush(COLOR_WINDOW)), kept)
+        << "made outside the loop";
+    EXPECT_EQ(kept->m_hObject, ::GetSysColorBrush(COLOR_WINDOW));
 }
 
 TEST_F(Dialogs, CanBeRunAgain) {
