@@ -4,6 +4,7 @@
 #include "pxnc.h"
 #include "sdk/feature.h"
 
+#include <cstdint>
 #include <string>
 
 class FeatureCache;
@@ -21,6 +22,7 @@ struct FeatureLeaf {
     std::string name;
     std::string path;              ///< the qualified name
     const char* sdkName = nullptr; ///< the SDK's text, which lasts until its last shutdown
+    std::uint32_t flags = 0;       ///< PxnFeatureFlag...
     bool triggersRestart = false;  ///< a change of it invalidates the frame buffers
 
     /// The row's feature, of the type in `description`, for as long as the leaf stays.

@@ -34,6 +34,7 @@ void FeatureTree::AddModule(FeatureCache& cache) {
         leaf.name = feature.name;
         leaf.path = "/" + moduleName + feature.category + "/" + feature.name;
         leaf.sdkName = feature.name;
+        leaf.flags = feature.featureFlags;
         leaf.triggersRestart = DoesFeatureTriggerRestart(feature);
         InsertRow(category, leaf.name + "\t" + FormatFeatureValue(cache.GetFeature(feature)),
                   leaves.size());

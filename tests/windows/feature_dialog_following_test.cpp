@@ -53,6 +53,55 @@ TEST_F(FeatureDialogFollowing, ReadsEveryRowThatComesIntoSight) {
     EXPECT_EQ(RowText(L"Camera/DeviceControl/DeviceUserID"), L"DeviceUserID\tchanged unseen");
 }
 
+TEST_F(FeatureDialogFollowing, FollowsOnlyFeaturesWithTheFlagsOfAMask) {
+    Camera().Find("DeviceModelName")->flags = PxnFeatureFlagRead;
+    Open();
+    Expand(L"Camera/DeviceControl");
+    Forget();
+    Dialog().UpdateVisibleFeatures(PxnFeatureFlagRead | PxnFeatureFlagWrite);
+    EXPECT_EQ(DialogLog(),
+              Texts{"1 UnregisterDlgInvalidationFeatures: Unregistering DeviceModelName"});
+    Dialog().UpdateVisibleFeatures();
+    EXPECT_EQ(DialogLog(), Texts{"1 RegisterDlgInvalidationFeatures: Registering DeviceModelName"});
+}
+
+TEST_F(FeatureDialogFollowing, IsHandedItsGrabberBeforeItsWindowIsMade) {
+    OpenCamera();
+    const auto made = std::make_shared<CKVNPyxenFeatureCtrlDialog>();
+    made->Update(kMvUpdateAll);
+    made->SetAcquisitionMarks(true, true);
+    made->Disconnect();
+    EXPECT_FALSE(made->Create(IDD_FEATURE_CONTROL)) << "it belongs to nobody";
+    EXPECT_EQ(made->m_hWnd, nullptr);
+    made->SetOwnerClass(Grabber());
+    ASSERT_TRUE(made->Create(IDD_FEATURE_CONTROL));
+    EXPECT_EQ(Grabber().GetRegisteredWindow(0), made->m_hWnd);
+    made->DestroyWindow();
+    EXPECT_EQ(Grabber().GetRegisteredWindow(0), nullptr);
+}
+
+TEST_F(FeatureDialogFollowing, KeepsWhatTheTreeNotifies) {
+    for (int index = 0; index < 60; ++index) {
+        auto feature = scripted::IntFeature("Extra" + std::to_string(index), index, 0, 1000);
+        feature.category = "/Extra";
+        Camera().features.push_back(feature);
+    }
+    Open();
+    Expand(L"Camera/Extra");
+    Dialog().SetWindowPos(nullptr, 0, 0, 900, 700, SWP_NOMOVE | SWP_NOZORDER);
+    Pump();
+    CRect client;
+    ::GetClientRect(Tree(), client);
+    EXPECT_EQ(Dialog().GetTreeExtent(), client.Height());
+    ::SendMessage(Tree(), WM_VSCROLL, SB_LINEDOWN, 0);
+    SCROLLINFO bar = {};
+    bar.cbSize = sizeof(bar);
+    bar.fMask = SIF_ALL;
+    ASSERT_TRUE(::GetScrollInfo(Tree(), SB_VERT, &bar));
+    ASSERT_GT(bar.nPos, 0);
+    EXPECT_EQ(Dialog().GetScrollValue(), static_cast<int>(bar.nPage) * bar.nPos);
+}
+
 TEST_F(FeatureDialogFollowing, KnowsTimingByTheExactNames) {
     Camera().Put(scripted::FloatFeature("exposuretime", 1, 0, 2));
     Camera().Put(scripted::FloatFeature("ExposureTimeAbs", 1, 0, 2));

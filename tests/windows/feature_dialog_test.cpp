@@ -399,7 +399,7 @@ TEST_F(FeatureDialog, SaysWhatItCannotFind) {
     Dialog().PostMessage(WM_FEATURE_UPDATE, reinterpret_cast<WPARAM>(scripted::CameraHandle()),
                          reinterpret_cast<LPARAM>("Nothing"));
     Pump();
-    EXPECT_EQ(DialogLog(), (Texts{"1 OnInvalidateFeature: Feature Nothing not found in handle "
+    EXPECT_EQ(DialogLog(), (Texts{"0 OnInvalidateFeature: Feature Nothing not found in handle "
                                   "0000000000100000."}));
 }
 

@@ -83,39 +83,53 @@ private:
     std::shared_ptr<CKVNPyxenFeatureCtrlDialog> dialog;
 };
 
-std::unique_ptr<ICamCntrlDialog> CKVNPyxenFeatureCtrlDialog::Open(CMivoraKVNPyxenClass& owner) {
-    const std::shared_ptr<CKVNPyxenFeatureCtrlDialog> dialog(new CKVNPyxenFeatureCtrlDialog(owner));
+std::unique_ptr<ICamCntrlDialog> CKVNPyxenFeatureCtrlDialog::Open(CMivoraKVNPyxenClass& grabber) {
+    const auto dialog = std::make_shared<CKVNPyxenFeatureCtrlDialog>();
+    dialog->SetOwnerClass(grabber);
     if (!dialog->Create(IDD_FEATURE_CONTROL)) {
         return nullptr;
     }
     return std::make_unique<Owned>(dialog);
 }
 
-CKVNPyxenFeatureCtrlDialog::CKVNPyxenFeatureCtrlDialog(CMivoraKVNPyxenClass& owner)
-    : CCamCntrlDlgBase(IDD_FEATURE_CONTROL),
-      grabber(owner),
-      log(owner.GetLogSink()),
+CKVNPyxenFeatureCtrlDialog::CKVNPyxenFeatureCtrlDialog(CWnd* parent)
+    : CCamCntrlDlgBase(IDD_FEATURE_CONTROL, parent),
       icon(LoadSmallIcon(IDI_FEATURE_CONTROL)),
+      debounce(*this) {}
+
+CKVNPyxenFeatureCtrlDialog::OwnerClass::OwnerClass(CMivoraKVNPyxenClass& newGrabber,
+                                                   CKVNPyxenFeatureCtrlDialog& dialog)
+    : grabber(newGrabber),
+      log(newGrabber.GetLogSink()),
       reader(log),
-      writer(owner.Sync()),
+      writer(newGrabber.Sync()),
       receiver(std::make_shared<InvalidationReceiver>(
           log,
-          [this](std::uint32_t message, PxnHandle handle, const char* name) {
-              PostMessage(message, reinterpret_cast<WPARAM>(handle),
-                          reinterpret_cast<LPARAM>(name));
+          [&dialog](std::uint32_t message, PxnHandle handle, const char* name) {
+              dialog.PostMessage(message, reinterpret_cast<WPARAM>(handle),
+                                 reinterpret_cast<LPARAM>(name));
           })),
-      registrations(owner.Api(), receiver, log),
-      debounce(*this) {}
+      registrations(newGrabber.Api(), receiver, log) {}
+
+void CKVNPyxenFeatureCtrlDialog::SetOwnerClass(CMivoraKVNPyxenClass& grabber) {
+    owner.emplace(grabber, *this);
+}
+
+BOOL CKVNPyxenFeatureCtrlDialog::Create(UINT templateId, CWnd* parent) {
+    return owner && CCamCntrlDlgBase::Create(templateId, parent);
+}
 
 CKVNPyxenFeatureCtrlDialog::~CKVNPyxenFeatureCtrlDialog() {
     AFX_MANAGE_STATE(AfxGetStaticModuleState())
     // While the class's own handlers are there to be called.
     DestroyWindow();
-    receiver->Close(); // when there never was a window
+    if (owner) {
+        owner->receiver->Close(); // when there never was a window
+    }
 }
 
 bool CKVNPyxenFeatureCtrlDialog::CanAsk() const {
-    return m_hWnd && grabber.Api().IsValid();
+    return owner && m_hWnd && owner->grabber.Api().IsValid();
 }
 
 // ---- what the grabber tells ----
@@ -127,11 +141,15 @@ void CKVNPyxenFeatureCtrlDialog::Update(uint32_t mask) {
 }
 
 void CKVNPyxenFeatureCtrlDialog::SetAcquisitionMarks(bool suppressBufferFormat, bool suppressSync) {
-    receiver->Suppress(suppressBufferFormat, suppressSync);
+    if (owner) {
+        owner->receiver->Suppress(suppressBufferFormat, suppressSync);
+    }
 }
 
 void CKVNPyxenFeatureCtrlDialog::Disconnect() {
-    registrations.Disconnect();
+    if (owner) {
+        owner->registrations.Disconnect();
+    }
 }
 
 // ---- window messages ----
@@ -144,7 +162,7 @@ LRESULT CKVNPyxenFeatureCtrlDialog::WindowProc(UINT message, WPARAM wParam, LPAR
 BOOL CKVNPyxenFeatureCtrlDialog::OnInitDialog() {
     CCamCntrlDlgBase::OnInitDialog();
     SetIcon(icon.get(), FALSE);
-    grabber.RegisterWindowHandle(m_hWnd);
+    owner->grabber.RegisterWindowHandle(m_hWnd);
     CaptureLayout();
     const auto places = ComputePlaces();
     if (!treeView.Create(this, RectOf(places.tree), this, IDC_ATTRIBUTE_TREE) ||
@@ -174,25 +192,25 @@ void CKVNPyxenFeatureCtrlDialog::OnCancel() {
 
 void CKVNPyxenFeatureCtrlDialog::OnCloseButton() {
     // The host may have ended the dialog meanwhile.
-    if (grabber.SignalCamCntrlDlgEvent(kMvEventCloseRequest) == 1 && m_hWnd) {
+    if (owner->grabber.SignalCamCntrlDlgEvent(kMvEventCloseRequest) == 1 && m_hWnd) {
         Hide();
     }
 }
 
 void CKVNPyxenFeatureCtrlDialog::OnDestroy() {
-    log.Information("CKVNPyxenFeatureCtrlDialog::OnDestroy called");
-    registrations.UnregisterAll(InvalidationKind::kSync);
-    registrations.UnregisterAll(InvalidationKind::kBufferFormat);
-    registrations.UnregisterAll(InvalidationKind::kTiming);
+    owner->log.Information("CKVNPyxenFeatureCtrlDialog::OnDestroy called");
+    owner->registrations.UnregisterAll(InvalidationKind::kSync);
+    owner->registrations.UnregisterAll(InvalidationKind::kBufferFormat);
+    owner->registrations.UnregisterAll(InvalidationKind::kTiming);
     DropVisibleFeatures();
-    receiver->Close();
+    owner->receiver->Close();
     valueView.reset();
     container.DestroyWindow();
     if (treeView.m_hWnd) {
         Tree().SetNotifyCallback(nullptr);
         treeView.DestroyWindow();
     }
-    grabber.UnRegisterWindowHandle(m_hWnd);
+    owner->grabber.UnRegisterWindowHandle(m_hWnd);
     CCamCntrlDlgBase::OnDestroy();
 }
 
@@ -311,8 +329,8 @@ int CKVNPyxenFeatureCtrlDialog::TextHeight(const std::wstring& text, int width) 
 LRESULT CKVNPyxenFeatureCtrlDialog::OnInvalidateFeature(WPARAM handle, LPARAM name) {
     UpdateBatch batch;
     const auto add = [&](WPARAM wParam, LPARAM lParam) {
-        if (lParam && !batch.Add(HandleOf(wParam), NameOf(lParam)) && log) {
-            log.Information(
+        if (lParam && !batch.Add(HandleOf(wParam), NameOf(lParam)) && owner->log) {
+            owner->log.Information(
                 "CKVNPyxenFeatureCtrlDialog::OnInvalidateFeature: Dropping duplicate feature update request: handle %p, Feature %s .",
                 HandleOf(wParam), NameOf(lParam));
         }
@@ -328,35 +346,37 @@ LRESULT CKVNPyxenFeatureCtrlDialog::OnInvalidateFeature(WPARAM handle, LPARAM na
     for (const UpdateBatch::Request& request : batch.GetRequests()) {
         const auto leaf = tree.FindLeaf(request.handle, request.name);
         if (leaf) {
-            log.Information("CKVNPyxenFeatureCtrlDialog::OnInvalidateFeature: Updating %s",
-                            request.name);
+            owner->log.Information("CKVNPyxenFeatureCtrlDialog::OnInvalidateFeature: Updating %s",
+                                   request.name);
             RefreshLeaf(*leaf);
-        } else
-            log.Information(
+        } else {
+            owner->log.Error(
                 "CKVNPyxenFeatureCtrlDialog::OnInvalidateFeature: Feature %s not found in handle %p.",
                 request.name, request.handle);
+        }
     }
     return 0;
 }
 
 LRESULT CKVNPyxenFeatureCtrlDialog::OnInvalidateSyncFeature(WPARAM handle, LPARAM name) {
-    FeatureCache* const cache = grabber.GetFeatureCacheByHandle(HandleOf(handle));
+    FeatureCache* const cache = owner->grabber.GetFeatureCacheByHandle(HandleOf(handle));
     if (!cache || !name || !CanAsk()) {
         return 0;
     }
-    log.Information("CKVNPyxenFeatureCtrlDialog::OnInvalidateSyncFeature: %s has been invalidated.",
-                    NameOf(name));
-    grabber.Sync().SyncDependentFeatures(cache, NameOf(name), true);
+    owner->log.Information(
+        "CKVNPyxenFeatureCtrlDialog::OnInvalidateSyncFeature: %s has been invalidated.",
+        NameOf(name));
+    owner->grabber.Sync().SyncDependentFeatures(cache, NameOf(name), true);
     return 0;
 }
 
 LRESULT CKVNPyxenFeatureCtrlDialog::OnInvalidateAnyFeature(WPARAM handle, LPARAM name) {
-    FeatureCache* const cache = grabber.GetFeatureCacheByHandle(HandleOf(handle));
+    FeatureCache* const cache = owner->grabber.GetFeatureCacheByHandle(HandleOf(handle));
     debounce.OnChange([&] {
-        if (!cache || !name || !DoesPathTriggerRestart(*cache, NameOf(name), log)) {
+        if (!cache || !name || !DoesPathTriggerRestart(*cache, NameOf(name), owner->log)) {
             return false;
         }
-        log.Information(
+        owner->log.Information(
             "CKVNPyxenFeatureCtrlDialog::OnInvalidateAnyFeature: change of %s invalidates framebuffers.",
             NameOf(name));
         return true;
@@ -365,8 +385,8 @@ LRESULT CKVNPyxenFeatureCtrlDialog::OnInvalidateAnyFeature(WPARAM handle, LPARAM
 }
 
 LRESULT CKVNPyxenFeatureCtrlDialog::OnInvalidateTimingFeature(WPARAM handle, LPARAM name) {
-    if (CanAsk() && grabber.GetFeatureCacheByHandle(HandleOf(handle))) {
-        grabber.OnTimingFeatureChanged(HandleOf(handle), NameOf(name));
+    if (CanAsk() && owner->grabber.GetFeatureCacheByHandle(HandleOf(handle))) {
+        owner->grabber.OnTimingFeatureChanged(HandleOf(handle), NameOf(name));
     }
     return 0;
 }
@@ -386,13 +406,13 @@ LRESULT CKVNPyxenFeatureCtrlDialog::OnModulesChanged(WPARAM, LPARAM) {
 // ---- changes of the buffer format ----
 
 void CKVNPyxenFeatureCtrlDialog::BeginBufferChange() {
-    grabber.NotifyBufferImpact(false);
+    owner->grabber.NotifyBufferImpact(false);
 }
 
 void CKVNPyxenFeatureCtrlDialog::EndBufferChange() {
-    log.Information(
+    owner->log.Information(
         "CKVNPyxenFeatureCtrlDialog::OnTimer(SYNC_TIMEOUT_TIMER_ID): Feature synchronization finished. Calling NotifyBufferImpact.\n");
-    grabber.NotifyBufferImpact(true);
+    owner->grabber.NotifyBufferImpact(true);
 }
 
 void CKVNPyxenFeatureCtrlDialog::StartQuietTimer(std::uint32_t milliseconds) {

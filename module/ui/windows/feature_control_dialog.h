@@ -15,6 +15,7 @@
 #include "ui/windows/small_icon.h"
 #include "ui/windows/value_view.h"
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -42,8 +43,14 @@ public:
 
     /// Makes the dialog, hidden, for the grabber to own: destroying the result destroys the window.
     /// Null when that failed.
-    static std::unique_ptr<ICamCntrlDialog> Open(CMivoraKVNPyxenClass& owner);
+    static std::unique_ptr<ICamCntrlDialog> Open(CMivoraKVNPyxenClass& grabber);
+    explicit CKVNPyxenFeatureCtrlDialog(CWnd* parent = nullptr);
     ~CKVNPyxenFeatureCtrlDialog() override;
+
+    /// Hands over the grabber, which outlives the window. Called once, before the window is made.
+    void SetOwnerClass(CMivoraKVNPyxenClass& grabber);
+    /// As in the base; FALSE without a grabber, too.
+    BOOL Create(UINT templateId, CWnd* parent = nullptr) override;
 
     // ICamCntrlDialog
     void Update(uint32_t mask) override;
@@ -60,7 +67,16 @@ public:
     void OnTreeResized(int extent) override;
     void OnTreeExpanded() override;
 
+    /// What the tree has notified last; 0 before it has.
+    int GetScrollValue() const { return scrollValue; }
+    int GetTreeExtent() const { return treeExtent; }
+
+    /// Follows the values of the features on screen, and no others, as long as the dialog is not
+    /// hidden. With a mask, only of those that have all of these PxnFeatureFlag... bits.
+    void UpdateVisibleFeatures(std::uint32_t flagMask = 0);
+
 protected:
+    using CCamCntrlDlgBase::Create;
     LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
     BOOL OnInitDialog() override;
     void OnOK() override;
@@ -83,7 +99,17 @@ protected:
 private:
     class Owned;
 
-    explicit CKVNPyxenFeatureCtrlDialog(CMivoraKVNPyxenClass& owner);
+    /// The grabber, and what works with it.
+    struct OwnerClass {
+        OwnerClass(CMivoraKVNPyxenClass& newGrabber, CKVNPyxenFeatureCtrlDialog& dialog);
+
+        CMivoraKVNPyxenClass& grabber;
+        const Logger log;
+        FeatureReader reader;
+        FeatureWriter writer;
+        const std::shared_ptr<InvalidationReceiver> receiver;
+        FeatureRegistrations registrations;
+    };
 
     // BufferDebounce::Actions
     void BeginBufferChange() override;
@@ -107,8 +133,7 @@ private:
     void ShowModules();
     void ForgetModules();
     void BuildFeatureTree();
-    std::vector<std::size_t> FindVisible();
-    void UpdateVisibleFeatures();
+    std::vector<std::size_t> FindVisible(std::uint32_t flagMask);
     void DropVisibleFeatures();
     void RegisterSyncInvalidationFeatures();
     void RegisterBufferFormatInvalidationFeatures();
@@ -121,13 +146,8 @@ private:
     std::optional<WriteOutcome> Commit(std::size_t index);
     void RefreshCurrentForm();
 
-    CMivoraKVNPyxenClass& grabber;
-    const Logger log;
+    std::optional<OwnerClass> owner; ///< whenever there is a window
     const SmallIcon icon;
-    FeatureReader reader;
-    FeatureWriter writer;
-    const std::shared_ptr<InvalidationReceiver> receiver;
-    FeatureRegistrations registrations;
     BufferDebounce debounce;
 
     std::optional<FeatureDialogLayout> layout; ///< once the template's controls stand
@@ -138,6 +158,8 @@ private:
     std::vector<HTREEITEM> leafItems; ///< by the leaves of the tree
     std::vector<std::size_t> visible; ///< leaves whose values are followed
     bool followsValues = true;        ///< not while hidden
+    int scrollValue = 0;
+    int treeExtent = 0;
     std::optional<std::size_t> currentLeaf;
     PxnFeatureInfo description{}; ///< of the current leaf
     std::unique_ptr<CValueView> valueView;

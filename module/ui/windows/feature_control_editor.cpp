@@ -135,7 +135,7 @@ void CKVNPyxenFeatureCtrlDialog::AttrSelected(HTREEITEM item) {
     const FeatureLeaf& leaf = tree.GetLeaves()[*currentLeaf];
     const PxnFeatureInfo* const info = leaf.cache->Find(leaf.name.c_str());
     if (!info) {
-        log.Error(
+        owner->log.Error(
             "CKVNPyxenFeatureCtrlDialog::AttrSelected: Feature %s is not in the feature cache %s.",
             leaf.name.c_str(), leaf.moduleName.c_str());
         LayOut();
@@ -146,7 +146,7 @@ void CKVNPyxenFeatureCtrlDialog::AttrSelected(HTREEITEM item) {
         return;
     }
     description = *info;
-    const Feature feature = leaf.In(grabber.Api(), description);
+    const Feature feature = leaf.In(owner->grabber.Api(), description);
     bool readable = false;
     bool writable = false;
     feature.Access(readable, writable);
@@ -155,11 +155,11 @@ void CKVNPyxenFeatureCtrlDialog::AttrSelected(HTREEITEM item) {
         if (valueView) {
             valueView->SetUnit(WideText(description.unit ? description.unit : "").c_str());
         } else
-            log.Error(
+            owner->log.Error(
                 "CKVNPyxenFeatureCtrlDialog::AttrSelected: Failed to create attribute edit field");
     }
     std::wstring text = StrictWideText(description.description ? description.description : "");
-    const std::wstring range = WideText(reader.RangeText(feature, description.unit));
+    const std::wstring range = WideText(owner->reader.RangeText(feature, description.unit));
     if (!text.empty() && !range.empty()) {
         text += L'\n';
     }
@@ -173,7 +173,8 @@ void CKVNPyxenFeatureCtrlDialog::AttrSelected(HTREEITEM item) {
 std::unique_ptr<CValueView> CKVNPyxenFeatureCtrlDialog::MakeEditor(const Feature& feature,
                                                                    const RECT& rect) {
     const bool isCommand = feature.Type() == FeatureType::kCommand;
-    const std::optional<FeatureForm> form = isCommand ? std::nullopt : reader.ToEdit(feature);
+    const std::optional<FeatureForm> form =
+        isCommand ? std::nullopt : owner->reader.ToEdit(feature);
     if (!form && !isCommand) {
         return nullptr;
     }
@@ -182,12 +183,12 @@ std::unique_ptr<CValueView> CKVNPyxenFeatureCtrlDialog::MakeEditor(const Feature
     if (!view->Create(this, rect, &container)) {
         constexpr NameFormat kNoCommand =
             "CKVNPyxenFeatureCtrlDialog::AttrSelected: Could create command view for feature %s";
-        log.Error(words ? words->notMade : kNoCommand, feature.Name());
+        owner->log.Error(words ? words->notMade : kNoCommand, feature.Name());
         return nullptr;
     }
     view->SetFeatureName(feature.Name());
     if (form && !ShowValue(*view, form->value, &form->range)) {
-        log.Error(words->notFilled, feature.Name());
+        owner->log.Error(words->notFilled, feature.Name());
         return nullptr;
     }
     return view;
@@ -214,7 +215,7 @@ void CKVNPyxenFeatureCtrlDialog::OnValueChanged(bool accepted) {
     const BoxText box = FailureBox(leaf.name, *outcome);
     // The host may end the dialog while the box runs its message loop.
     const std::weak_ptr<CKVNPyxenFeatureCtrlDialog> self = weak_from_this();
-    grabber_dialogs::ShowMessage(m_hWnd, box.text.c_str(), box.caption.c_str(), true, log);
+    grabber_dialogs::ShowMessage(m_hWnd, box.text.c_str(), box.caption.c_str(), true, owner->log);
     if (const auto alive = self.lock()) {
         RefreshCurrentForm();
     }
@@ -222,22 +223,22 @@ void CKVNPyxenFeatureCtrlDialog::OnValueChanged(bool accepted) {
 
 std::optional<WriteOutcome> CKVNPyxenFeatureCtrlDialog::Commit(std::size_t index) {
     const FeatureLeaf leaf = tree.GetLeaves()[index];
-    const Feature feature = leaf.In(grabber.Api(), description);
+    const Feature feature = leaf.In(owner->grabber.Api(), description);
     WriteOutcome outcome;
     if (feature.Type() == FeatureType::kCommand) {
         outcome.error = feature.Run();
         outcome.step = outcome.error ? WriteStep::kNotWritten : WriteStep::kDone;
-        ReportWrite(feature, outcome, log);
+        ReportWrite(feature, outcome, owner->log);
         return outcome;
     }
     std::string text;
     std::optional<FeatureValue> value = TakeValue(valueView.get(), feature.Type(), text);
     if (!value) {
-        ReportNoValue(feature.Type(), log);
+        ReportNoValue(feature.Type(), owner->log);
         return std::nullopt;
     }
-    outcome = writer.Write(*leaf.cache, feature, *value);
-    ReportWrite(feature, outcome, log);
+    outcome = owner->writer.Write(*leaf.cache, feature, *value);
+    ReportWrite(feature, outcome, owner->log);
     const bool done = outcome.step == WriteStep::kDone;
     if (done) {
         ShowValue(*valueView, *value);
@@ -258,7 +259,7 @@ void CKVNPyxenFeatureCtrlDialog::RefreshCurrentForm() {
         return;
     }
     const FeatureLeaf& leaf = tree.GetLeaves()[*currentLeaf];
-    if (const auto form = reader.ToRefresh(leaf.In(grabber.Api(), description))) {
+    if (const auto form = owner->reader.ToRefresh(leaf.In(owner->grabber.Api(), description))) {
         ShowValue(*valueView, form->value, &form->range);
     }
 }

@@ -40,9 +40,9 @@ void CKVNPyxenFeatureCtrlDialog::ShowModules() {
 }
 
 void CKVNPyxenFeatureCtrlDialog::ForgetModules() {
-    registrations.UnregisterAll(InvalidationKind::kSync);
-    registrations.UnregisterAll(InvalidationKind::kBufferFormat);
-    registrations.UnregisterAll(InvalidationKind::kTiming);
+    owner->registrations.UnregisterAll(InvalidationKind::kSync);
+    owner->registrations.UnregisterAll(InvalidationKind::kBufferFormat);
+    owner->registrations.UnregisterAll(InvalidationKind::kTiming);
     DropVisibleFeatures();
     if (valueView && ::IsChild(valueView->m_hWnd, ::GetFocus())) {
         Tree().SetFocus();
@@ -65,8 +65,8 @@ void CKVNPyxenFeatureCtrlDialog::ForgetModules() {
 void CKVNPyxenFeatureCtrlDialog::BuildFeatureTree() {
     tree.Clear();
     leafItems.clear();
-    for (uint32_t index = 0; index < grabber.GetNumFeatureCaches(); ++index) {
-        tree.AddModule(*grabber.GetFeatureCache(index));
+    for (uint32_t index = 0; index < owner->grabber.GetNumFeatureCaches(); ++index) {
+        tree.AddModule(*owner->grabber.GetFeatureCache(index));
     }
     const WithoutRedraw quiet(Tree());
     const HTREEITEM root = Tree().GetRootItem();
@@ -111,39 +111,43 @@ bool CKVNPyxenFeatureCtrlDialog::IsAttrReadOnly(HTREEITEM item) const {
     const FeatureLeaf& leaf = tree.GetLeaves()[*index];
     PxnBool readable = 0;
     PxnBool writeable = 0;
-    return grabber.Api().PxnFeatureAccessQuery(leaf.handle, leaf.name.c_str(), &readable,
-                                               &writeable) == PxnErrSuccess &&
+    return owner->grabber.Api().PxnFeatureAccessQuery(leaf.handle, leaf.name.c_str(), &readable,
+                                                      &writeable) == PxnErrSuccess &&
            !writeable;
 }
 
 void CKVNPyxenFeatureCtrlDialog::RefreshLeaf(std::size_t index) {
     const FeatureLeaf& leaf = tree.GetLeaves()[index];
     if (!leaf.cache || !leaf.cache->GetModuleName()) {
-        log.Error("CKVNPyxenFeatureCtrlDialog::RefreshLeaf: Feature %s has no valid feature cache",
-                  leaf.name.c_str());
+        owner->log.Error(
+            "CKVNPyxenFeatureCtrlDialog::RefreshLeaf: Feature %s has no valid feature cache",
+            leaf.name.c_str());
         return;
     }
     const PxnFeatureInfo* const feature = leaf.cache->Find(leaf.name.c_str());
     if (!feature) {
-        log.Error("CKVNPyxenFeatureCtrlDialog::RefreshLeaf: Feature %s is not in the feature cache",
-                  leaf.name.c_str());
+        owner->log.Error(
+            "CKVNPyxenFeatureCtrlDialog::RefreshLeaf: Feature %s is not in the feature cache",
+            leaf.name.c_str());
         return;
     }
     if (!CanAsk(leaf)) {
         return;
     }
     const std::string text =
-        leaf.name + "\t" + FormatFeatureValue(leaf.In(grabber.Api(), *feature));
+        leaf.name + "\t" + FormatFeatureValue(leaf.In(owner->grabber.Api(), *feature));
     Tree().SetItemText(leafItems[index], WideText(text).c_str());
 }
 
 // ---- what is on screen ----
 
-void CKVNPyxenFeatureCtrlDialog::OnTreeScrolled(int) {
+void CKVNPyxenFeatureCtrlDialog::OnTreeScrolled(int value) {
+    scrollValue = value;
     UpdateVisibleFeatures();
 }
 
-void CKVNPyxenFeatureCtrlDialog::OnTreeResized(int) {
+void CKVNPyxenFeatureCtrlDialog::OnTreeResized(int extent) {
+    treeExtent = extent;
     UpdateVisibleFeatures();
 }
 
@@ -152,7 +156,7 @@ void CKVNPyxenFeatureCtrlDialog::OnTreeExpanded() {
 }
 
 // In the order of the leaves, like everything that is registered.
-std::vector<std::size_t> CKVNPyxenFeatureCtrlDialog::FindVisible() {
+std::vector<std::size_t> CKVNPyxenFeatureCtrlDialog::FindVisible(std::uint32_t flagMask) {
     std::vector<std::size_t> found;
     CRect client;
     Tree().GetClientRect(client);
@@ -161,7 +165,7 @@ std::vector<std::size_t> CKVNPyxenFeatureCtrlDialog::FindVisible() {
          item && Tree().GetItemRect(item, row, FALSE) && row.top < client.bottom;
          item = Tree().GetNextItem(item, TVGN_NEXTVISIBLE)) {
         const auto leaf = LeafOf(item);
-        if (leaf && row.top >= 0) {
+        if (leaf && row.top >= 0 && (tree.GetLeaves()[*leaf].flags & flagMask) == flagMask) {
             found.push_back(*leaf);
         }
     }
@@ -169,11 +173,11 @@ std::vector<std::size_t> CKVNPyxenFeatureCtrlDialog::FindVisible() {
     return found;
 }
 
-void CKVNPyxenFeatureCtrlDialog::UpdateVisibleFeatures() {
+void CKVNPyxenFeatureCtrlDialog::UpdateVisibleFeatures(std::uint32_t flagMask) {
     if (!followsValues || !CanAsk()) {
         return;
     }
-    std::vector<std::size_t> now = FindVisible();
+    std::vector<std::size_t> now = FindVisible(flagMask);
     const std::vector<FeatureLeaf>& leaves = tree.GetLeaves();
     const VisibleChange change = CompareVisible(leaves, visible, now);
     for (const std::size_t index : change.appeared) {
@@ -181,16 +185,16 @@ void CKVNPyxenFeatureCtrlDialog::UpdateVisibleFeatures() {
                     reinterpret_cast<LPARAM>(leaves[index].sdkName));
     }
     for (const std::size_t index : change.vanished) {
-        registrations.Unregister(InvalidationKind::kValue, leaves[index]);
+        owner->registrations.Unregister(InvalidationKind::kValue, leaves[index]);
     }
     for (const std::size_t index : change.appeared) {
-        registrations.Register(InvalidationKind::kValue, leaves[index]);
+        owner->registrations.Register(InvalidationKind::kValue, leaves[index]);
     }
     visible = std::move(now);
 }
 
 void CKVNPyxenFeatureCtrlDialog::DropVisibleFeatures() {
-    registrations.UnregisterAll(InvalidationKind::kValue);
+    owner->registrations.UnregisterAll(InvalidationKind::kValue);
     visible.clear();
 }
 
@@ -198,8 +202,8 @@ void CKVNPyxenFeatureCtrlDialog::DropVisibleFeatures() {
 
 void CKVNPyxenFeatureCtrlDialog::RegisterSyncInvalidationFeatures() {
     for (const FeatureLeaf& leaf : tree.GetLeaves()) {
-        if (grabber.SyncRules().FindSyncEntry(leaf.moduleName.c_str(), leaf.name.c_str())) {
-            registrations.Register(InvalidationKind::kSync, leaf);
+        if (owner->grabber.SyncRules().FindSyncEntry(leaf.moduleName.c_str(), leaf.name.c_str())) {
+            owner->registrations.Register(InvalidationKind::kSync, leaf);
         }
     }
 }
@@ -207,7 +211,7 @@ void CKVNPyxenFeatureCtrlDialog::RegisterSyncInvalidationFeatures() {
 void CKVNPyxenFeatureCtrlDialog::RegisterBufferFormatInvalidationFeatures() {
     for (const FeatureLeaf& leaf : tree.GetLeaves()) {
         if (leaf.triggersRestart) {
-            registrations.Register(InvalidationKind::kBufferFormat, leaf);
+            owner->registrations.Register(InvalidationKind::kBufferFormat, leaf);
         }
     }
 }
@@ -215,7 +219,7 @@ void CKVNPyxenFeatureCtrlDialog::RegisterBufferFormatInvalidationFeatures() {
 void CKVNPyxenFeatureCtrlDialog::RegisterExtNotificationInvalidationFeatures() {
     for (const FeatureLeaf& leaf : tree.GetLeaves()) {
         if (leaf.name == "ExposureTime" || leaf.name == "AcquisitionFrameRate") {
-            registrations.Register(InvalidationKind::kTiming, leaf);
+            owner->registrations.Register(InvalidationKind::kTiming, leaf);
         }
     }
 }
