@@ -20,8 +20,10 @@ FeatureDialogLayout::Places FeatureDialogLayout::Compute(int width, int height, 
 
     const int margin = from.frame.left;
     const int wanted = std::max(textHeight - from.description.Height(), 0);
-    const int spare = std::max(places.frame.top - 2 * margin - from.leastPaneHeight, 0);
-    const int growth = std::min(wanted, spare);
+    // Negative where the panes lack height: the description gives it, down to one line.
+    const int spare = places.frame.top - 2 * margin - from.leastPaneHeight;
+    const int least = std::min(lineHeight - from.description.Height(), 0);
+    const int growth = std::max(std::min(wanted, spare), least);
     places.frame.top -= growth;
     places.description.top -= growth;
     if (textHeight > places.description.Height() && lineHeight > 0) {

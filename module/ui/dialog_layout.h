@@ -43,6 +43,7 @@ public:
 
     /// The places for a client size. A text that is higher than its place takes height from the
     /// panes above, as far as these can spare it; where they cannot, its place holds whole lines.
+    /// Where the panes are too low, the text's place gives them height, down to one line.
     Places Compute(int width, int height, int textHeight, int lineHeight) const;
     /// How wide the description is at that width.
     int DescriptionWidth(int width) const { return from.description.Width() + width - from.width; }

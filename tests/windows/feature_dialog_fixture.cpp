@@ -37,9 +37,21 @@ void FeatureDialogFixture::OpenDialog() {
     SetDialog(window);
 }
 
+void FeatureDialogFixture::OpenDialogAt(int width, int height) {
+    ownDialog = std::make_shared<CKVNPyxenFeatureCtrlDialog>();
+    ownDialog->SetOwnerClass(*grabber);
+    ASSERT_TRUE(ownDialog->Create(IDD_FEATURE_CONTROL));
+    dialog = ownDialog.get();
+    SetDialog(dialog->m_hWnd);
+    dialog->SetWindowPos(nullptr, 0, 0, width, height, SWP_NOMOVE | SWP_NOZORDER);
+    dialog->Show();
+    Pump();
+}
+
 void FeatureDialogFixture::EndGrabber() {
     SetDialog(nullptr);
     dialog = nullptr;
+    ownDialog.reset();
     grabber.reset();
 }
 

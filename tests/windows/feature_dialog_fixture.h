@@ -27,6 +27,8 @@ protected:
     void OpenCamera(const std::string& ini = "");
     /// Opens the dialog; what it posted to itself is not handled yet.
     void OpenDialog();
+    /// Makes a dialog of the test's own, which gets that size before it is first shown.
+    void OpenDialogAt(int width, int height);
     /// Hands the grabber over to nobody: it ends, and its dialog with it.
     void EndGrabber();
 
@@ -75,5 +77,6 @@ protected:
 
 private:
     std::unique_ptr<CMivoraKVNPyxenClass> grabber;
+    std::shared_ptr<CKVNPyxenFeatureCtrlDialog> ownDialog;
     CKVNPyxenFeatureCtrlDialog* dialog = nullptr;
 };

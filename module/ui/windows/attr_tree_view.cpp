@@ -44,6 +44,13 @@ void CAttrTreeView::SetWidthsOnce(int width) {
     }
 }
 
+void CAttrTreeView::FitColumns() {
+    CRect client;
+    GetClientRect(client);
+    widthsSet = false;
+    SetWidthsOnce(client.Width());
+}
+
 void CAttrTreeView::OnSelectionChanged(NMHDR* notification, LRESULT*) {
     const HTREEITEM item = reinterpret_cast<const NMTREEVIEW*>(notification)->itemNew.hItem;
     if (item && !GetTree().ItemHasChildren(item)) {

@@ -20,6 +20,8 @@ public:
     /// Makes the view in `rect`, shortened by one pixel to the right and bottom, with its two
     /// columns and the root row "/". False when there is no root row.
     bool Create(IObserver* newObserver, const RECT& rect, CWnd* parent, UINT id);
+    /// Divides the view's present width between the columns, as its first size did.
+    void FitColumns();
 
 protected:
     using CColumnTreeView::Create;

@@ -6,7 +6,8 @@
 #include "sdk/logger.h"
 #include "ui/restart_rule.h"
 #include "ui/update_batch.h"
-#include "ui/windows/wide_text.h"
+
+#include <utility>
 
 namespace {
 
@@ -163,6 +164,7 @@ BOOL CKVNPyxenFeatureCtrlDialog::OnInitDialog() {
     CCamCntrlDlgBase::OnInitDialog();
     SetIcon(icon.get(), FALSE);
     owner->grabber.RegisterWindowHandle(m_hWnd);
+    descriptionText.SubclassDlgItem(IDC_DESCRIPTION, this);
     CaptureLayout();
     const auto places = ComputePlaces();
     if (!treeView.Create(this, RectOf(places.tree), this, IDC_ATTRIBUTE_TREE) ||
@@ -218,6 +220,10 @@ void CKVNPyxenFeatureCtrlDialog::OnShowWindow(BOOL show, UINT status) {
     CCamCntrlDlgBase::OnShowWindow(show, status);
     followsValues = show != FALSE;
     if (show) {
+        // Whoever opens the dialog may have given it another size than its template.
+        if (!std::exchange(wasShown, true) && treeView.m_hWnd) {
+            treeView.FitColumns();
+        }
         UpdateVisibleFeatures();
     } else {
         DropVisibleFeatures();
@@ -279,9 +285,8 @@ FeatureDialogLayout::Places CKVNPyxenFeatureCtrlDialog::ComputePlaces() const {
     CRect client;
     GetClientRect(client);
     const int width = layout->DescriptionWidth(client.Width());
-    return layout->Compute(client.Width(), client.Height(),
-                           TextHeight(WindowText(*GetDlgItem(IDC_DESCRIPTION)), width),
-                           TextHeight(TEXT("A"), width));
+    return layout->Compute(client.Width(), client.Height(), descriptionText.HeightAt(width),
+                           descriptionText.LineHeight());
 }
 
 void CKVNPyxenFeatureCtrlDialog::LayOut() {
@@ -312,16 +317,6 @@ void CKVNPyxenFeatureCtrlDialog::LayOut() {
         container.GetClientRect(client);
         valueView->MoveWindow(client);
     }
-}
-
-int CKVNPyxenFeatureCtrlDialog::TextHeight(const std::wstring& text, int width) const {
-    CClientDC dc(const_cast<CKVNPyxenFeatureCtrlDialog*>(this));
-    CFont* const before = dc.SelectObject(GetDlgItem(IDC_DESCRIPTION)->GetFont());
-    CRect rect(0, 0, width, 0);
-    dc.DrawText(text.data(), static_cast<int>(text.size()), rect,
-                DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX | DT_EXPANDTABS);
-    dc.SelectObject(before);
-    return rect.Height();
 }
 
 // ---- what the SDK tells ----

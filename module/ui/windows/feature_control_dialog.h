@@ -12,6 +12,7 @@
 #include "ui/invalidation_receiver.h"
 #include "ui/windows/attr_tree_view.h"
 #include "ui/windows/container_view.h"
+#include "ui/windows/scrolled_text.h"
 #include "ui/windows/small_icon.h"
 #include "ui/windows/value_view.h"
 
@@ -122,8 +123,6 @@ private:
     FeatureDialogLayout::Places ComputePlaces() const;
     void LayOut();
     LayoutRect PlaceOf(int id) const;
-    /// Of a text in the description's font, broken at that width.
-    int TextHeight(const std::wstring& text, int width) const;
 
     // the tree and what is registered for it
     /// Whether the SDK may be called. The grabber must not be touched without a window.
@@ -153,6 +152,8 @@ private:
     std::optional<FeatureDialogLayout> layout; ///< once the template's controls stand
     CAttrTreeView treeView;
     CContainerView container;
+    CScrolledText descriptionText;
+    bool wasShown = false;
 
     FeatureTree tree;
     std::vector<HTREEITEM> leafItems; ///< by the leaves of the tree

@@ -202,6 +202,19 @@ TEST(DialogLayout, GivesALongTextMoreHeight) {
     EXPECT_EQ(most.description.top - most.frame.top, 15 + 4);
 }
 
+TEST(DialogLayout, LeavesTheEditorItsHeight) {
+    const auto places = Layout().Compute(600, 210, 0, 13);
+    EXPECT_EQ(places.container.Height(), 90);
+    EXPECT_EQ(places.tree.Height(), 90);
+    ExpectPlace(places.frame, {10, 110, 590, 170});
+    ExpectPlace(places.description, {20, 125, 580, 160});
+    const auto longText = Layout().Compute(600, 210, 2000, 13);
+    EXPECT_EQ(longText.container.Height(), 90);
+    EXPECT_EQ(longText.description.Height() % 13, 0) << "a line is cut";
+    const auto least = Layout().Compute(600, 100, 0, 13);
+    EXPECT_EQ(least.description.Height(), 13);
+}
+
 TEST(DialogLayout, LeavesTheEditorItsWidth) {
     const auto places = Layout().Compute(300, 400, 0, 13);
     EXPECT_EQ(places.container.Width(), 150);
