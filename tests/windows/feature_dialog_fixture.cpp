@@ -17,7 +17,7 @@ std::string FeatureDialogFixture::SimulatorHome() {
 }
 
 void FeatureDialogFixture::OpenCamera(const std::string& ini) {
-    MivoraInstallLogSink(&sink);
+    MivoraInstallLogSink(&LogSink());
     grabber = std::make_unique<CMivoraKVNPyxenClass>(nullptr);
     MivoraInstallLogSink(nullptr);
     const std::string file = directory.Write("host.ini", ini);

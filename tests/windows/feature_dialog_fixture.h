@@ -23,6 +23,8 @@ protected:
     /// Where the simulator is.
     static std::string SimulatorHome();
 
+    /// Where the grabber writes its lines; outlives it.
+    virtual ILogSink& LogSink() { return sink; }
     /// Initialises a grabber with that ini file and opens camera 0.
     void OpenCamera(const std::string& ini = "");
     /// Opens the dialog; what it posted to itself is not handled yet.
