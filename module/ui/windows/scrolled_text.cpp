@@ -10,9 +10,9 @@ constexpr int kWheelLines = 3;
 
 } // namespace
 
-IMPLEMENT_DYNAMIC(CScrolledText, CStatic)
+IMPLEMENT_DYNAMIC(CScrolledText, CWnd)
 
-BEGIN_MESSAGE_MAP(CScrolledText, CStatic)
+BEGIN_MESSAGE_MAP(CScrolledText, CWnd)
 ON_WM_PAINT()
 ON_WM_ERASEBKGND()
 ON_WM_SIZE()
@@ -61,7 +61,7 @@ BOOL CScrolledText::OnEraseBkgnd(CDC*) {
 }
 
 void CScrolledText::OnSize(UINT type, int width, int height) {
-    CStatic::OnSize(type, width, height);
+    CWnd::OnSize(type, width, height);
     FitScrollBar();
 }
 

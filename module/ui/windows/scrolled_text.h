@@ -7,7 +7,7 @@
 
 /// A static text, broken at its width, with a vertical scroll bar as long as it is higher than its
 /// place. Attached by SubclassDlgItem. User-interface thread only.
-class CScrolledText : public CStatic {
+class CScrolledText : public CWnd {
     DECLARE_DYNAMIC(CScrolledText)
 public:
     /// How high the text is when it is broken at that width, in pixels.
