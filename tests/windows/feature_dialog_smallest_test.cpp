@@ -1,4 +1,5 @@
 // The feature control dialog where there is little room.
+#include "feature_dialog_fixture.h"
 #include "screenshot.h"
 #include "scripted_dialog.h"
 #include "window_pixels.h"
@@ -29,7 +30,7 @@ protected:
     CRect Client() {
         CRect rect;
         Dialog().GetClientRect(rect);
-        Dialog().ClientToScreen(rect);
+        ::MapWindowPoints(Dialog(), nullptr, reinterpret_cast<POINT*>(&rect), 2);
         return rect;
     }
 };
