@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include <windows.h>
+#include <afxwin.h>
 
 #include <string>
 #include <thread>
