@@ -22,6 +22,8 @@ public:
     bool IsValid() const;
     void Set();
     void Reset();
+    /// Takes no lock. Set may not have returned yet: only after Wait may the event be destroyed
+    /// without knowing more.
     bool IsSet() const;
     /// Waits up to `timeoutMs` milliseconds (kInfinite: no limit) for the event. True when it is
     /// signalled, false on timeout. On Windows a timeout may come up to 16 ms early, since it is

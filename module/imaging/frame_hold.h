@@ -8,8 +8,8 @@
 
 /// Tells whether a frame's memory belongs to the SDK.
 ///
-/// It does from before the frame is queued until the frame has come back, and during the callback
-/// that brings it back. Every change has a number of its own, so that a general return (a flush)
+/// It does from before the frame is queued until the callback that brings it back has returned, or
+/// until the SDK has given everything back. Every change has a number of its own, so that a return
 /// counts only for frames that have not been queued anew meanwhile. Lock-free; any thread.
 class FrameHold {
 public:
@@ -17,9 +17,8 @@ public:
     using Moment = std::uint64_t;
 
     /// Nobody but this module has the frame.
-    bool IsHome() const { return HolderIn(moment) == kModule; }
-    /// It is queued.
-    bool IsWithSdk() const { return HolderIn(moment) == kSdk; }
+    bool IsHome() const { return !IsWithSdk(); }
+    bool IsWithSdk() const { return IsSdks(moment); }
     Moment Now() const { return moment; }
 
     /// The frame is about to be queued. Returns the state before.
@@ -32,25 +31,22 @@ public:
             moment.compare_exchange_strong(queued, before);
         }
     }
-    /// A callback begins. Returns the state during it.
-    Moment BeginCallback() { return Next(Change(kCallback), kCallback); }
-    /// It has ended. What it queued anew stays the SDK's.
-    void EndCallback(Moment during) { ChangeFrom(during, kModule); }
     /// A wait for the frame has ended well.
     void Return() { Change(kModule); }
-    /// The SDK gave everything back that it had at `seen`.
+    /// The SDK has given back what it had at `seen`.
     void ReturnIfUnchanged(Moment seen) {
-        if (HolderIn(seen) == kSdk) {
-            ChangeFrom(seen, kModule);
+        // Compared first: a frame that its callback has queued anew costs no exchange.
+        if (IsSdks(seen) && moment == seen) {
+            moment.compare_exchange_strong(seen, Next(seen, kModule));
         }
     }
 
 private:
-    enum Holder : std::uint64_t { kModule, kSdk, kCallback };
-    static constexpr Moment kHolderMask = 3;
-    static constexpr Moment kStep = 4;
+    enum Holder : std::uint64_t { kModule, kSdk };
+    static constexpr Moment kHolderMask = 1;
+    static constexpr Moment kStep = 2;
 
-    static Holder HolderIn(Moment state) { return static_cast<Holder>(state & kHolderMask); }
+    static bool IsSdks(Moment state) { return (state & kHolderMask) == kSdk; }
     static Moment Next(Moment state, Holder holder) {
         return (state & ~kHolderMask) + kStep + holder;
     }
@@ -59,9 +55,6 @@ private:
         while (!moment.compare_exchange_weak(before, Next(before, holder))) {
         }
         return before;
-    }
-    void ChangeFrom(Moment expected, Holder holder) {
-        moment.compare_exchange_strong(expected, Next(expected, holder));
     }
 
     std::atomic<Moment> moment{kModule};

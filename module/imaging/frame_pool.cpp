@@ -5,26 +5,43 @@
 #include "sdk/no_throw.h"
 
 #include <algorithm>
+#include <chrono>
 #include <iterator>
-#include <utility>
+#include <new>
+#include <thread>
 
-// Without destructors: the SDK's threads may still run while the process ends.
-constinit platform::StaticMutex FrameSet::registryMutex;
-constinit FrameSet* FrameSet::liveSets = nullptr;
+constinit platform::StaticMutex FrameSet::placesMutex;
+constinit FrameSet::Place FrameSet::places[kMostSets];
+constinit std::atomic<std::size_t> FrameSet::usedPlaces{0};
 
-FrameSet::FrameSet(void* frameOwner) : owner(frameOwner) {
-    const platform::StaticMutexLock lock(registryMutex);
-    next = std::exchange(liveSets, this);
+// Only whoever reshapes or destroys waits, and only while a callback runs.
+void FrameSet::Place::WaitUntilEmpty() const {
+    while (visitors != 0) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+}
+
+FrameSet::Place* FrameSet::TakePlace(const void* owner) {
+    const platform::StaticMutexLock lock(placesMutex);
+    for (std::size_t index = 0; index < kMostSets; ++index) {
+        if (!places[index].owner) {
+            places[index].owner = owner;
+            usedPlaces = std::max<std::size_t>(usedPlaces, index + 1);
+            return &places[index];
+        }
+    }
+    throw std::bad_alloc();
+}
+
+FrameSet::FrameSet(void* frameOwner) : place(TakePlace(frameOwner)) {
+    place->set = this;
 }
 
 FrameSet::~FrameSet() {
-    Pause();
-    const platform::StaticMutexLock lock(registryMutex);
-    FrameSet** place = &liveSets;
-    while (*place != this) {
-        place = &(*place)->next;
-    }
-    *place = next;
+    place->set = nullptr;
+    place->WaitUntilEmpty();
+    const platform::StaticMutexLock lock(placesMutex);
+    place->owner = nullptr;
 }
 
 void FrameSet::ComeBack() {
@@ -34,8 +51,7 @@ void FrameSet::ComeBack() {
 }
 
 bool FrameSet::IsHome() const {
-    return std::all_of(records.begin(), records.end(),
-                       [](const auto& record) { return record->Hold().IsHome(); });
+    return !IsWithSdk();
 }
 
 bool FrameSet::IsWithSdk() const {
@@ -44,49 +60,45 @@ bool FrameSet::IsWithSdk() const {
 }
 
 void FrameSet::Pause() {
-    {
-        const platform::StaticMutexLock lock(registryMutex);
-        receiver = nullptr;
-        if (callbacks == 0) {
-            return;
-        }
-        isAwaited = true;
-        quiet.Reset();
-    }
-    quiet.Wait(platform::kInfinite);
+    receiver = nullptr;
+    place->WaitUntilEmpty();
 }
 
 void FrameSet::Resume(IFrameReceiver& frameReceiver) {
-    const platform::StaticMutexLock lock(registryMutex);
     receiver = &frameReceiver;
 }
 
 FrameVisit::FrameVisit(PxnFrame* frame) {
-    const std::uint64_t index = IndexOf(*frame);
-    const platform::StaticMutexLock lock(FrameSet::registryMutex);
-    for (FrameSet* candidate = FrameSet::liveSets; candidate; candidate = candidate->next) {
-        if (index >= candidate->records.size() || candidate->records[index]->Frame() != frame) {
-            continue;
+    const std::size_t used = FrameSet::usedPlaces;
+    for (std::size_t index = 0; index < used; ++index) {
+        FrameSet::Place& candidate = FrameSet::places[index];
+        if (candidate.owner == frame->context[0] && Enter(candidate, frame)) {
+            return;
         }
-        set = candidate;
-        record = set->records[index].get();
-        ++set->callbacks;
-        during = record->Hold().BeginCallback();
-        if (frame->context[0] == set->owner && frame->context[1] == record) {
-            receiver = set->receiver;
-        }
-        return;
     }
 }
 
-FrameVisit::~FrameVisit() {
-    if (!set) {
-        return;
+bool FrameVisit::Enter(FrameSet::Place& candidate, PxnFrame* frame) {
+    ++candidate.visitors;
+    const FrameSet* const set = candidate.set;
+    const std::uint64_t index = IndexOf(*frame);
+    if (!set || index >= set->records.size() || set->records[index]->Frame() != frame) {
+        --candidate.visitors;
+        return false;
     }
-    record->Hold().EndCallback(during);
-    const platform::StaticMutexLock lock(FrameSet::registryMutex);
-    if (--set->callbacks == 0 && set->isAwaited) {
-        set->quiet.Set();
+    place = &candidate;
+    record = set->records[index].get();
+    before = record->Hold().Now();
+    if (frame->context[1] == record) {
+        receiver = set->receiver;
+    }
+    return true;
+}
+
+FrameVisit::~FrameVisit() {
+    if (place) {
+        record->Hold().ReturnIfUnchanged(before);
+        --place->visitors;
     }
 }
 
@@ -129,24 +141,24 @@ bool FramePool::Reshaping::Resize(std::size_t count) {
         if (!pool.set) {
             pool.set = std::make_shared<FrameSet>(pool.owner);
         }
-        std::vector<std::unique_ptr<FrameRecord>>& records = pool.set->records;
-        std::vector<std::unique_ptr<FrameRecord>> changed;
+        const std::size_t kept = std::min(count, pool.Size());
+        FrameSet::Records changed;
         changed.reserve(count);
-        std::vector<std::unique_ptr<FrameRecord>> added;
-        added.reserve(count);
+        FrameSet::Records added;
+        added.reserve(count - kept);
         // Out of memory, the records up to there are kept.
         const bool isComplete = NoThrow(false, [&] {
-            for (std::size_t index = records.size(); index < count; ++index) {
+            for (std::size_t index = kept; index < count; ++index) {
                 added.push_back(std::make_unique<FrameRecord>(pool.owner, index));
             }
             return true;
         });
-        const platform::StaticMutexLock lock(FrameSet::registryMutex);
-        const auto kept =
-            records.begin() + static_cast<std::ptrdiff_t>(std::min(count, records.size()));
-        std::move(records.begin(), kept, std::back_inserter(changed));
-        std::move(added.begin(), added.end(), std::back_inserter(changed));
-        records.swap(changed);
+        pool.set->Change([&](FrameSet::Records& records) {
+            std::move(records.begin(), records.begin() + static_cast<std::ptrdiff_t>(kept),
+                      std::back_inserter(changed));
+            std::move(added.begin(), added.end(), std::back_inserter(changed));
+            records.swap(changed);
+        });
         return isComplete;
     });
 }

@@ -2,11 +2,11 @@
 #pragma once
 
 #include "imaging/frame_record.h"
-#include "platform/event.h"
 #include "platform/static_mutex.h"
 #include "sdk/sdk_library.h"
 
 #include <array>
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -28,43 +28,62 @@ protected:
 /// is checked against.
 class FrameSet final : public SdkMemory {
 public:
-    /// `frameOwner` is context word 0 of the frames.
+    /// `frameOwner` is context word 0 of the frames. Throws std::bad_alloc when there are kMostSets
+    /// already.
     explicit FrameSet(void* frameOwner);
     ~FrameSet() override;
 
+    static constexpr std::size_t kMostSets = 256;
+
     void ComeBack() override;
-    /// Neither the SDK nor a callback has a frame.
     bool IsHome() const;
-    /// The SDK has a frame that is queued.
     bool IsWithSdk() const;
     /// No frame reaches the receiver until Resume. Waits for a running callback; not to be called
-    /// from inside one.
+    /// from inside one. One thread at a time pauses, resumes and changes.
     void Pause();
     void Resume(IFrameReceiver& frameReceiver);
 
-    /// Changed only while paused, under the registry's mutex.
-    std::vector<std::unique_ptr<FrameRecord>> records;
+    using Records = std::vector<std::unique_ptr<FrameRecord>>;
+    const Records& All() const { return records; }
+    /// Runs `change` on the records, which must not throw. No callback is inside meanwhile.
+    template <typename Function>
+    void Change(Function change) {
+        place->set = nullptr;
+        place->WaitUntilEmpty();
+        change(records);
+        place->set = this;
+    }
 
 private:
     friend class FrameVisit;
-    friend class FramePool;
 
-    static platform::StaticMutex registryMutex; // not held while anybody is called or memory freed
-    static FrameSet* liveSets GUARDED_BY(registryMutex);
-    FrameSet* next = nullptr; // in liveSets, under the same mutex
+    // A place for a live set. A callback that enters the place while the set is there keeps the set
+    // and its records alive until it leaves: whoever changes them takes the set out first and waits
+    // until nobody is inside. Places are never destroyed: the SDK's threads may come before the
+    // begin of main and outlive its end.
+    struct alignas(64) Place {
+        std::atomic<const void*> owner{nullptr}; // null: nobody's place
+        std::atomic<FrameSet*> set{nullptr};     // null while its records change
+        std::atomic<unsigned> visitors{0};
 
-    void* const owner;
-    IFrameReceiver* receiver = nullptr; // under the registry's mutex; null while paused
-    unsigned callbacks = 0;             // under the registry's mutex: those running
-    bool isAwaited = false;             // under the registry's mutex: somebody waits for `quiet`
-    platform::Event quiet;              // no callback runs
+        void WaitUntilEmpty() const;
+    };
+
+    static Place* TakePlace(const void* owner);
+
+    static platform::StaticMutex placesMutex; // to take and to give back a place
+    static Place places[kMostSets];
+    static std::atomic<std::size_t> usedPlaces; // all behind were never taken
+
+    Place* const place;
+    std::atomic<IFrameReceiver*> receiver{nullptr}; // null while paused
+    Records records;
 };
 
 /// The time that a callback of the SDK spends with a frame.
 ///
 /// The frame must be that of a record in a live set, and its context words those that the record
-/// was given; nothing is read through them before. Takes the registry's mutex for some
-/// comparisons; neither waits for a callback nor allocates.
+/// was given; nothing is read through them before. Takes no lock, neither waits nor allocates.
 class FrameVisit {
 public:
     explicit FrameVisit(PxnFrame* frame);
@@ -76,9 +95,11 @@ public:
     IFrameReceiver* Receiver() const { return receiver; }
 
 private:
-    FrameSet* set = nullptr;
+    bool Enter(FrameSet::Place& candidate, PxnFrame* frame);
+
+    FrameSet::Place* place = nullptr;
     FrameRecord* record = nullptr;
-    FrameHold::Moment during = 0;
+    FrameHold::Moment before = 0;
     IFrameReceiver* receiver = nullptr;
 };
 
@@ -97,8 +118,8 @@ public:
     FramePool(const FramePool&) = delete;
     FramePool& operator=(const FramePool&) = delete;
 
-    std::size_t Size() const { return set ? set->records.size() : 0; }
-    FrameRecord& operator[](std::size_t index) { return *set->records[index]; }
+    std::size_t Size() const { return set ? set->All().size() : 0; }
+    FrameRecord& operator[](std::size_t index) { return *set->All()[index]; }
     /// The record that a frame names as its own, or null.
     FrameRecord* FindRecord(const PxnFrame& frame) {
         const std::uint64_t index = IndexOf(frame);

@@ -1,6 +1,7 @@
 // event.cpp - manual-reset event on a condition variable
 #include "platform/event.h"
 
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
@@ -12,7 +13,7 @@ namespace platform {
 struct Event::Impl {
     std::mutex mutex;
     std::condition_variable changed;
-    bool signalled = false;
+    std::atomic<bool> signalled{false}; // changed under the mutex
 };
 
 Event::Event() : impl(new (std::nothrow) Impl) {}
@@ -41,13 +42,9 @@ void Event::Reset() {
     impl->signalled = false;
 }
 
+// Without the mutex: every frame is requeued after such a look.
 bool Event::IsSet() const {
-    if (!impl) {
-        return false;
-    }
-    // Cheaper than a wait with timeout 0, which would still make a system call.
-    const std::lock_guard<std::mutex> lock(impl->mutex);
-    return impl->signalled;
+    return impl && impl->signalled;
 }
 
 bool Event::Wait(std::uint32_t timeoutMs) const {
@@ -55,7 +52,7 @@ bool Event::Wait(std::uint32_t timeoutMs) const {
         return IsSet();
     }
     const auto isSignalled = [this] {
-        return impl->signalled;
+        return impl->signalled.load();
     };
     std::unique_lock<std::mutex> lock(impl->mutex);
     if (timeoutMs == kInfinite) {

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <memory>
 #include <thread>
 #include <vector>
 
@@ -92,10 +93,6 @@ TEST_F(FramePoolTest, HasAFrameBackAfterItsCallback) {
     Queue(0);
     receiver.onFrame = [&] {
         EXPECT_FALSE(pool.IsHome());
-        EXPECT_FALSE(pool.IsWithSdk());
-        // What a flush returns is not what the callback has.
-        TakeBack();
-        EXPECT_FALSE(pool.IsHome());
     };
     Deliver(pool[0].Frame());
     EXPECT_EQ(receiver.frames, std::vector<PxnFrame*>{pool[0].Frame()});
@@ -163,15 +160,18 @@ TEST_F(FramePoolTest, WaitsForARunningCallbackBeforeItIsReshaped) {
     };
     std::thread sdkThread([&] { Deliver(pool[0].Frame()); });
     ASSERT_TRUE(entered.Wait(10000));
-    bool isReshaped = false;
+    platform::Event reshaped;
+    bool isHome = false;
     std::thread host([&] {
         FramePool::Reshaping reshaping(pool);
-        isReshaped = pool.IsHome() && reshaping.Resize(0);
+        isHome = pool.IsHome() && reshaping.Resize(0);
+        reshaped.Set();
     });
+    EXPECT_FALSE(reshaped.Wait(50));
     leave.Set();
     host.join();
     sdkThread.join();
-    EXPECT_TRUE(isReshaped);
+    EXPECT_TRUE(isHome);
 }
 
 TEST_F(FramePoolTest, HandsOnNothingWhileItIsReshaped) {
@@ -208,6 +208,60 @@ TEST_F(FramePoolTest, IsWholeAgainWhenTheMemoryComesBackLater) {
     Queue(0);
     pool.Abandon()->ComeBack();
     EXPECT_TRUE(pool.IsHome());
+}
+
+TEST_F(FramePoolTest, WaitsForARunningCallbackBeforeItGoes) {
+    platform::Event entered;
+    platform::Event leave;
+    receiver.onFrame = [&] {
+        entered.Set();
+        leave.Wait(platform::kInfinite);
+    };
+    auto other = std::make_unique<FramePool>(&owner, receiver);
+    ASSERT_TRUE(FramePool::Reshaping(*other).Resize(1));
+    PxnFrame* const frame = (*other)[0].Frame();
+    std::thread sdkThread([&] { Deliver(frame); });
+    ASSERT_TRUE(entered.Wait(10000));
+    platform::Event gone;
+    std::thread host([&] {
+        other.reset();
+        gone.Set();
+    });
+    EXPECT_FALSE(gone.Wait(50));
+    leave.Set();
+    host.join();
+    sdkThread.join();
+}
+
+// Two sets with the same context word 0: a camera that could not be closed, and the next one.
+TEST_F(FramePoolTest, TellsItsOwnFramesFromThoseOfAnotherSetOfTheSameGrabber) {
+    PoolReceiver others;
+    FramePool other(&owner, others);
+    Resize(1);
+    {
+        FramePool::Reshaping reshaping(other);
+        ASSERT_TRUE(reshaping.Resize(2));
+    }
+    Deliver(other[0].Frame());
+    Deliver(other[1].Frame());
+    Deliver(pool[0].Frame());
+    EXPECT_EQ(others.frames, (std::vector<PxnFrame*>{other[0].Frame(), other[1].Frame()}));
+    EXPECT_EQ(receiver.frames, std::vector<PxnFrame*>{pool[0].Frame()});
+}
+
+TEST_F(FramePoolTest, RefusesMoreSetsThanThereArePlaces) {
+    std::vector<std::unique_ptr<FramePool>> pools;
+    for (std::size_t count = 0; count < FrameSet::kMostSets; ++count) {
+        pools.push_back(std::make_unique<FramePool>(&owner, receiver));
+        ASSERT_TRUE(FramePool::Reshaping(*pools.back()).Resize(1));
+    }
+    EXPECT_FALSE(FramePool::Reshaping(pool).Resize(1));
+    EXPECT_EQ(pool.Size(), 0u);
+    pools.pop_back();
+    EXPECT_TRUE(FramePool::Reshaping(pool).Resize(1));
+    EXPECT_EQ(pool.Size(), 1u);
+    Deliver(pool[0].Frame());
+    EXPECT_EQ(receiver.frames, std::vector<PxnFrame*>{pool[0].Frame()});
 }
 
 } // namespace
