@@ -7,6 +7,8 @@
 #include <cstdio>
 #include <memory>
 
+using namespace pyxen;
+
 namespace {
 
 volatile std::uint64_t queued = 0;

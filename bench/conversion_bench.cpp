@@ -12,6 +12,8 @@
 #include <cstring>
 #include <random>
 
+using namespace pyxen;
+
 namespace {
 
 struct Conversion {

@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+using namespace pyxen;
+
 namespace {
 
 // The exact size of `pixels` pixels, so that the sanitizer detects any access beyond it.

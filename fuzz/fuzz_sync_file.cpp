@@ -4,6 +4,8 @@
 
 #include <cstdlib>
 
+using namespace pyxen;
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const FuzzFile file(data, size);
     FeatureSyncher syncher;

@@ -10,6 +10,8 @@
 #include <memory>
 #include <string>
 
+using namespace pyxen;
+
 namespace {
 
 // More than any camera delivers; keeps the size of an image well within 64 bits.

@@ -11,6 +11,8 @@
 #include <iterator>
 #include <limits>
 
+using namespace pyxen;
+
 namespace {
 
 std::string KnownModules(CMivoraKVNPyxenClass& grabber) {

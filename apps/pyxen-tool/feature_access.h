@@ -12,7 +12,7 @@
 class CMivoraKVNPyxenClass;
 class FeatureCache;
 
-JsonValue ToJson(const FeatureValue& value);
+JsonValue ToJson(const pyxen::FeatureValue& value);
 
 /// The limits of a feature's values. Members that do not apply to its type or cannot be read are
 /// empty.
@@ -46,21 +46,21 @@ public:
 
     FeatureCache& Cache() const { return cache; }
     const PxnFeatureInfo& Info() const { return info; }
-    const Feature& Get() const { return feature; }
+    const pyxen::Feature& Get() const { return feature; }
     std::string Path() const;
     const char* TypeName() const;
     /// "RW", "R", "W" or "-": the access that the SDK currently allows.
     std::string Access() const;
     /// Empty if there is no value or it cannot be read.
-    std::optional<FeatureValue> Value() const;
+    std::optional<pyxen::FeatureValue> Value() const;
     ShownRange Range() const;
     /// The value as printed by "get". Throws CommandFailure.
     std::string ValueText() const;
 
 private:
-    std::vector<ShownRange::Entry> Entries(const FeatureRange& range) const;
+    std::vector<ShownRange::Entry> Entries(const pyxen::FeatureRange& range) const;
 
     FeatureCache& cache;
     const PxnFeatureInfo& info;
-    const Feature feature;
+    const pyxen::Feature feature;
 };

@@ -12,6 +12,8 @@
 #include <cstdint>
 #include <optional>
 
+using namespace pyxen;
+
 namespace {
 
 constexpr int kCommandTries = 500;

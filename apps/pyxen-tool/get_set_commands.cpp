@@ -13,6 +13,8 @@
 #include <optional>
 #include <string>
 
+using namespace pyxen;
+
 namespace {
 
 /// Works like the feature control dialog: checks all features involved, writes, synchronises and

@@ -6,6 +6,8 @@
 #include "apps/pyxen-tool/feature_write.h"
 #include "grabber/mivora_kvn_pyxen_class.h"
 
+using namespace pyxen;
+
 namespace {
 
 using Text = const std::string&;

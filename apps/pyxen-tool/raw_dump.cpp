@@ -5,6 +5,8 @@
 
 #include <cstring>
 
+using namespace pyxen;
+
 std::uint32_t RawBitsPerPixel(const PixelFormat& format) {
     // The third byte of a PFNC code. The one format without a code needs no conversion.
     return format.code != 0 ? (format.code >> 16) & 0xFFu

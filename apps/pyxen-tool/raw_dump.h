@@ -9,13 +9,14 @@
 #include <vector>
 
 /// Bits per pixel in the camera's layout.
-std::uint32_t RawBitsPerPixel(const PixelFormat& format);
+std::uint32_t RawBitsPerPixel(const pyxen::PixelFormat& format);
 /// Size in bytes of an image in the camera's layout. Formats of one component that pack each line
 /// separately ("p") pad every line to whole bytes, all others only the whole image.
-std::uint64_t RawImageSize(const PixelFormat& format, std::uint32_t width, std::uint32_t height);
+std::uint64_t RawImageSize(const pyxen::PixelFormat& format, std::uint32_t width,
+                           std::uint32_t height);
 /// The host's layout for an image of this format.
-ImageLayout HostLayout(const PixelFormat& format, std::uint32_t width, std::uint32_t height);
+ImageLayout HostLayout(const pyxen::PixelFormat& format, std::uint32_t width, std::uint32_t height);
 /// Converts an image as the grabber module does. Throws CommandFailure if the size of `raw` is not
 /// RawImageSize.
-std::vector<std::uint8_t> ConvertDump(const PixelFormat& format, std::uint32_t width,
+std::vector<std::uint8_t> ConvertDump(const pyxen::PixelFormat& format, std::uint32_t width,
                                       std::uint32_t height, const std::string& raw);

@@ -21,6 +21,8 @@
 #include <utility>
 #include <vector>
 
+using namespace pyxen;
+
 namespace {
 
 using conformance::Check;

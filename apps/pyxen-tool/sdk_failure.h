@@ -8,7 +8,7 @@
 
 /// "reading /Camera/Width failed with -4 (Bad handle)".
 inline CommandFailure SdkFailure(const std::string& operation, PxnError code) {
-    const char* const meaning = SdkErrorText(code);
+    const char* const meaning = pyxen::SdkErrorText(code);
     return CommandFailure(operation + " failed with " + std::to_string(code) +
                           (meaning ? std::string(" (") + meaning + ")" : ""));
 }

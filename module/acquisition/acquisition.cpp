@@ -6,6 +6,8 @@
 
 #include <utility>
 
+namespace pyxen {
+
 namespace {
 
 std::unique_ptr<platform::Event> CreateEventOrNull() {
@@ -102,3 +104,5 @@ void Acquisition::Undo(UndoList steps) {
         }
     }
 }
+
+} // namespace pyxen

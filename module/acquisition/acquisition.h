@@ -15,6 +15,8 @@
 #include <cstdint>
 #include <memory>
 
+namespace pyxen {
+
 /// How long the camera is left alone after a stop, in milliseconds.
 inline constexpr std::uint32_t kSettlingPauseMs = 1000;
 
@@ -135,3 +137,5 @@ private:
 
     FramePool frames; // shaped under bufferMutex while idle
 };
+
+} // namespace pyxen

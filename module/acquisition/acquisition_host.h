@@ -6,6 +6,8 @@
 
 #include <cstdint>
 
+namespace pyxen {
+
 /// Receives every frame by OnFrame, which the grabber passes on to Acquisition::Receive.
 class IAcquisitionHost : public IFrameReceiver {
 public:
@@ -22,3 +24,5 @@ public:
 protected:
     ~IAcquisitionHost() = default;
 };
+
+} // namespace pyxen

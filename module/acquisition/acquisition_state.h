@@ -4,6 +4,8 @@
 #include <atomic>
 #include <cstdint>
 
+namespace pyxen {
+
 /// Values of the acquisition number: kContinuous to kLastSynchronousSingle are the modes of Snap.
 inline constexpr std::uint32_t kIdle = 0;
 inline constexpr std::uint32_t kContinuous = 1;
@@ -130,3 +132,5 @@ private:
 
     std::atomic<std::uint64_t> word{0};
 };
+
+} // namespace pyxen

@@ -3,6 +3,8 @@
 
 #include "acquisition/acquisition_host.h"
 
+namespace pyxen {
+
 /// Sets the acquisition marks of the dialog and clears them at the end of the scope. Any thread.
 class BusyMarks {
 public:
@@ -16,3 +18,5 @@ public:
 private:
     IAcquisitionHost& host;
 };
+
+} // namespace pyxen

@@ -7,6 +7,8 @@
 #include <cstddef>
 #include <utility>
 
+namespace pyxen {
+
 namespace {
 
 constexpr std::size_t kStackSize = 16384;
@@ -72,3 +74,5 @@ void Acquisition::WindUpSingleSnap() {
     }
     state.Finish();
 }
+
+} // namespace pyxen

@@ -5,6 +5,8 @@
 
 #include <type_traits>
 
+namespace pyxen {
+
 namespace {
 
 template <typename... Arguments>
@@ -69,3 +71,5 @@ bool Acquisition::ShapeFrameRecords(FramePool::Reshaping& reshaping, std::uint64
     }
     return true;
 }
+
+} // namespace pyxen

@@ -7,6 +7,8 @@
 
 #include <cstdio>
 
+namespace pyxen {
+
 void PXN_CALL Acquisition::OnFrame(PxnHandle, PxnHandle, PxnFrame* frame) {
     const FrameVisit visit(frame);
     if (IFrameReceiver* const receiver = visit.Receiver()) {
@@ -88,3 +90,5 @@ void Acquisition::Requeue(PxnFrame* frame, FrameRecord* record) {
     }
     requeueMutex.Unlock();
 }
+
+} // namespace pyxen

@@ -1,6 +1,8 @@
 // hand_over_scope.cpp - whether the calling thread hands over the image of a synchronous snap
 #include "acquisition/hand_over_scope.h"
 
+namespace pyxen {
+
 namespace {
 
 thread_local const HandOverScope* innermost = nullptr;
@@ -24,3 +26,5 @@ bool HandOverScope::IsInside(const Acquisition& acquisition) {
     }
     return false;
 }
+
+} // namespace pyxen

@@ -1,6 +1,8 @@
 // hand_over_scope.h - whether the calling thread hands over the image of a synchronous snap
 #pragma once
 
+namespace pyxen {
+
 class Acquisition;
 
 /// Marks the calling thread as handing over for an acquisition, for the scope's life.
@@ -18,3 +20,5 @@ private:
     const Acquisition* const acquisition;
     const HandOverScope* const outer;
 };
+
+} // namespace pyxen

@@ -5,6 +5,8 @@
 #include "sdk/callback_scope.h"
 #include "sdk/sdk_error.h"
 
+namespace pyxen {
+
 bool Acquisition::IsInside() const {
     return CallbackScope::IsInside() || HandOverScope::IsInside(*this);
 }
@@ -79,3 +81,5 @@ MV_ERRCODE Acquisition::StartCamera() {
     log.Information("CMivoraKVNPyxenClass::Snap: started camera acquisition");
     return MV_OK;
 }
+
+} // namespace pyxen

@@ -4,6 +4,8 @@
 #include "acquisition/undo_lists.h"
 #include "sdk/sdk_error.h"
 
+namespace pyxen {
+
 MV_ERRCODE Acquisition::SnapContinuous() {
     for (std::uint64_t index = 0; index < frames.Size(); ++index) {
         if (Announce(frames[index]) != PxnErrSuccess) {
@@ -132,3 +134,5 @@ MV_ERRCODE Acquisition::TakeSynchronous() {
     api.PxnCaptureEnd(cameraHandle);
     return outcome;
 }
+
+} // namespace pyxen

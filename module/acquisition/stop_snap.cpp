@@ -5,6 +5,8 @@
 #include "sdk/callback_scope.h"
 #include "sdk/sdk_error.h"
 
+namespace pyxen {
+
 void Acquisition::Stop() {
     if (CallbackScope::IsInside()) {
         // Whoever ends the acquisition on another thread may be waiting for this callback.
@@ -65,3 +67,5 @@ void Acquisition::StopCamera() {
         log.Information("CMivoraKVNPyxenClass::StopSnap: successfully executed PxnFrameRevokeAll");
     }
 }
+
+} // namespace pyxen

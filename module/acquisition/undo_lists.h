@@ -3,6 +3,8 @@
 
 #include <initializer_list>
 
+namespace pyxen {
+
 /// A step of undoing a start that failed.
 enum class UndoStep { kEndCapture, kFlush, kRevokeAll };
 
@@ -31,3 +33,5 @@ inline constexpr UndoList kSynchronousQueue = {UndoStep::kRevokeAll};
 inline constexpr UndoList kSynchronousStartCommand = {UndoStep::kEndCapture};
 
 } // namespace undo
+
+} // namespace pyxen

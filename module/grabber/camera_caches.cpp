@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+namespace pyxen {
+
 FeatureCache* CameraCaches::Get(std::uint32_t index) {
     return index < caches.size() ? &caches[index] : nullptr;
 }
@@ -30,3 +32,5 @@ void CameraCaches::Clear() {
         cache.Clear();
     }
 }
+
+} // namespace pyxen

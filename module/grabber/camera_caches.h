@@ -7,6 +7,8 @@
 #include <array>
 #include <cstdint>
 
+namespace pyxen {
+
 // Indices of GetFeatureCache.
 inline constexpr std::uint32_t kInterfaceCache = 0;
 inline constexpr std::uint32_t kTransportLayerCache = 1;
@@ -34,3 +36,5 @@ public:
 private:
     std::array<FeatureCache, 5> caches;
 };
+
+} // namespace pyxen

@@ -6,6 +6,8 @@
 
 #include <new>
 
+namespace pyxen {
+
 bool CameraIdentity::Select(const char* id) {
     return NoThrow(false, [&] {
         std::string copy = id;
@@ -54,3 +56,5 @@ void CameraIdentity::ForgetOpened() {
     openedCameraId.clear();
     openedIsLost = false;
 }
+
+} // namespace pyxen

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <string>
 
+namespace pyxen {
+
 /// The extended identifiers of two cameras: the one that configuration or the user chose, and the
 /// one that was opened last. Opening a camera also chooses it.
 ///
@@ -34,3 +36,5 @@ private:
     std::string openedCameraId GUARDED_BY(uniqueIdMutex);
     bool openedIsLost GUARDED_BY(uniqueIdMutex) = false; // out of memory at the opening
 };
+
+} // namespace pyxen

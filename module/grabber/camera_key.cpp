@@ -1,6 +1,8 @@
 // camera_key.cpp - the host's 32-bit number for a camera
 #include "grabber/camera_key.h"
 
+namespace pyxen {
+
 namespace {
 
 constexpr std::uint32_t kPolynomial = 0x04C11DB7u;
@@ -18,3 +20,5 @@ std::uint32_t CameraKey(const char* extendedId) {
     }
     return crc;
 }
+
+} // namespace pyxen

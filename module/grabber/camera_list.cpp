@@ -6,6 +6,8 @@
 #include "grabber/mivora_camera_kvn_pyxen.h"
 #include "sdk/no_throw.h"
 
+namespace pyxen {
+
 namespace {
 
 CMivoraCameraKVNPyxen* MakeNode(const PxnCameraInfo& record) {
@@ -54,3 +56,5 @@ bool MakeCameraNodes(const PxnCameraInfo* records, std::uint32_t count,
     nodes = made;
     return true;
 }
+
+} // namespace pyxen

@@ -6,6 +6,9 @@
 #include <cstdint>
 
 class CMivoraCamera;
+
+namespace pyxen {
+
 class CameraIdentity;
 
 /// A list of camera nodes that nobody owns yet.
@@ -18,3 +21,5 @@ struct CameraNodes {
 /// section yet and no modes. False when out of memory: nothing is made then.
 bool MakeCameraNodes(const PxnCameraInfo* records, std::uint32_t count,
                      const CameraIdentity& identity, CameraNodes& nodes);
+
+} // namespace pyxen

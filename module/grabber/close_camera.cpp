@@ -3,6 +3,8 @@
 #include "grabber/mivora_kvn_pyxen_class.h"
 #include "sdk/logger.h"
 
+using namespace pyxen;
+
 MV_ERRCODE CMivoraKVNPyxenClass::CloseActCamera() {
     if (CameraHandle() && acquisition.IsInside()) {
         return MV_BUSY;

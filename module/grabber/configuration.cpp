@@ -10,6 +10,8 @@
 #include <string>
 #include <string_view>
 
+namespace pyxen {
+
 namespace {
 
 constexpr const char* kUniqueIdKey = "UniqueId";
@@ -100,3 +102,5 @@ bool SaveChosenCamera(CIniFile* ini, std::int32_t sectionNumber, const char* id)
                                       NeedsQuotes(text) ? Quoted(text).c_str() : text.c_str());
     });
 }
+
+} // namespace pyxen

@@ -5,8 +5,11 @@
 
 #include <cstdint>
 
-class CameraIdentity;
 class CIniFile;
+
+namespace pyxen {
+
+class CameraIdentity;
 
 /// Reads the chosen camera from the grabber's section; none is chosen where the key is absent or
 /// `ini` is null. At most 1023 bytes. False when out of memory.
@@ -15,3 +18,5 @@ bool LoadChosenCamera(const CIniFile* ini, std::int32_t sectionNumber, CameraIde
 /// (\r \n \" \\) where a line could not hold it otherwise. Does nothing if `ini` is null. False
 /// when it is not written.
 bool SaveChosenCamera(CIniFile* ini, std::int32_t sectionNumber, const char* id);
+
+} // namespace pyxen

@@ -9,6 +9,8 @@
 #include <cstring>
 #include <string>
 
+namespace pyxen {
+
 Discovery::Discovery(CPyxenAPIAccess& access, CameraCaches& moduleCaches,
                      const CameraIdentity& cameraIdentity, Logger sink)
     : api(access), caches(moduleCaches), identity(cameraIdentity), log(sink) {}
@@ -71,3 +73,5 @@ bool Discovery::ConcernsOpenedCamera(PxnHandle module) {
         type);
     return false;
 }
+
+} // namespace pyxen

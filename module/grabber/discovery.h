@@ -4,9 +4,12 @@
 #include "pxnc.h"
 #include "sdk/logger.h"
 
+class CPyxenAPIAccess;
+
+namespace pyxen {
+
 class CameraCaches;
 class CameraIdentity;
-class CPyxenAPIAccess;
 
 /// Decides which discovery events of the SDK the host is notified of.
 ///
@@ -31,3 +34,5 @@ private:
     const CameraIdentity& identity;
     const Logger log;
 };
+
+} // namespace pyxen

@@ -4,6 +4,8 @@
 #include "grabber/mivora_kvn_pyxen_class.h"
 #include "sdk/no_throw.h"
 
+namespace pyxen {
+
 namespace {
 
 constexpr const char* kDiscoveryFeature = "EventCameraDiscovery";
@@ -24,3 +26,5 @@ void discovery_events::Register(CMivoraKVNPyxenClass& grabber) {
 void discovery_events::Release(CMivoraKVNPyxenClass& grabber) {
     grabber.DiscoverySubscription().Unsubscribe();
 }
+
+} // namespace pyxen

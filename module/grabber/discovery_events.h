@@ -4,7 +4,7 @@
 class CMivoraKVNPyxenClass;
 
 /// Has a grabber hear of cameras that appear and disappear.
-namespace discovery_events {
+namespace pyxen::discovery_events {
 
 /// From now on InvalidationCallback of the grabber is called for discovery events, on SDK threads.
 /// Does nothing when the SDK refuses or when out of memory. The grabber's SDK access is valid.
@@ -14,4 +14,4 @@ void Register(CMivoraKVNPyxenClass& grabber);
 /// a grabber that is not registered.
 void Release(CMivoraKVNPyxenClass& grabber);
 
-} // namespace discovery_events
+} // namespace pyxen::discovery_events

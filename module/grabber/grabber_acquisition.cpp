@@ -2,6 +2,8 @@
 #include "grabber/mivora_kvn_pyxen_class.h"
 #include "grabber/mode_layout.h"
 
+using namespace pyxen;
+
 MV_ERRCODE CMivoraKVNPyxenClass::PrepareFrameBuffers(uint64_t count) {
     if (!initialized) {
         return MV_NOT_INITIALISED;

@@ -12,7 +12,7 @@ class ICamCntrlDialog;
 
 /// What the grabber asks of the user interface. One implementation is linked per platform. Where
 /// there are no windows a request that would open one logs one error line and does nothing.
-namespace grabber_dialogs {
+namespace pyxen::grabber_dialogs {
 
 /// A modal box with an OK button; `warning` adds the exclamation icon.
 void ShowMessage(MV_WINDOW parent, const char* text, const char* caption, bool warning, Logger log);
@@ -25,4 +25,4 @@ ICamCntrlDialog* CreateFeatureControl(CMivoraKVNPyxenClass& grabber);
 MV_ERRCODE RunDeviceFinder(MV_WINDOW parent, CPyxenAPIAccess& api, Logger log,
                            std::string& selectedId, MV_DLG_EXITCODE& exitCode);
 
-} // namespace grabber_dialogs
+} // namespace pyxen::grabber_dialogs

@@ -4,6 +4,8 @@
 #include "sdk/logger.h"
 #include "sdk/no_throw.h"
 
+using namespace pyxen;
+
 MV_ERRCODE CMivoraKVNPyxenClass::Init() {
     const MV_ERRCODE result = NoThrow(MV_REFUSED, [this] { return InitOrThrow(); });
     if (!initialized) {

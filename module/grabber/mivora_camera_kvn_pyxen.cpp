@@ -5,6 +5,8 @@
 #include "grabber/mivora_kvn_pyxen_class.h"
 #include "sdk/no_throw.h"
 
+using namespace pyxen;
+
 CMivoraCameraKVNPyxen::CMivoraCameraKVNPyxen() {
     SetCamCntrlDlgIndex(kFeatureControlDialogIndex);
 }

@@ -6,6 +6,8 @@
 
 #include <limits>
 
+using namespace pyxen;
+
 CMivoraGfxModeKVNPyxen::CMivoraGfxModeKVNPyxen(ICameraFeatures* cameraToAsk)
     : features(cameraToAsk) {}
 

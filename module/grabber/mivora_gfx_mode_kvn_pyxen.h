@@ -5,13 +5,15 @@
 #include "mivora/gfx_mode.h"
 #include "sdk/log_format.h"
 
+namespace pyxen {
 class ICameraFeatures;
+}
 
 /// Reads every value from the open camera's features; nothing is cached. A mode without a camera to
 /// ask returns 0 or null.
 class CMivoraGfxModeKVNPyxen final : public CMivoraGfxMode {
 public:
-    explicit CMivoraGfxModeKVNPyxen(ICameraFeatures* cameraToAsk);
+    explicit CMivoraGfxModeKVNPyxen(pyxen::ICameraFeatures* cameraToAsk);
 
     uint32_t GetxRes() override;
     uint32_t GetyRes() override;
@@ -26,12 +28,13 @@ public:
     uint64_t GetImageSize() override;
 
     /// The entry of the camera's current pixel format, or null.
-    virtual const PixelFormat* GetFormatPropertiesByPixelFormat();
+    virtual const pyxen::PixelFormat* GetFormatPropertiesByPixelFormat();
     /// Bytes that the camera delivers per image; 0 when they cannot be read.
     virtual uint64_t GetIntermediateBufferSize();
 
 private:
-    uint32_t ReadSize(const char* feature, LogFormat<> noHandleText, LogFormat<> failureText);
+    uint32_t ReadSize(const char* feature, pyxen::LogFormat<> noHandleText,
+                      pyxen::LogFormat<> failureText);
 
-    ICameraFeatures* const features; // the grabber's; null for a mode made without one
+    pyxen::ICameraFeatures* const features; // the grabber's; null for a mode made without one
 };

@@ -14,6 +14,8 @@
 
 #include <optional>
 
+using namespace pyxen;
+
 namespace {
 
 constexpr const char* kDriverDescription =

@@ -26,9 +26,9 @@ class CMivoraGfxModeKVNPyxen;
 /// Host threads call the operations; the SDK calls InvalidationCallback and FrameCallback on its
 /// own threads; an asynchronous single snap ends on a short-lived thread of this class. The host
 /// does not run operations that open, close, prepare or snap at the same time as one another.
-class CMivoraKVNPyxenClass final : public CPyxenGrabber,
-                                   public ISerialGrabber,
-                                   private IAcquisitionHost {
+class CMivoraKVNPyxenClass final : public pyxen::CPyxenGrabber,
+                                   public pyxen::ISerialGrabber,
+                                   private pyxen::IAcquisitionHost {
 public:
     explicit CMivoraKVNPyxenClass(void* moduleInstance);
     ~CMivoraKVNPyxenClass() override;
@@ -89,40 +89,43 @@ public:
     int SyncDependentFeatures(FeatureCache* cache, const char* featureName, bool onlyIfDifferent) {
         return Sync().SyncDependentFeatures(cache, featureName, onlyIfDifferent);
     }
-    SyncCheckResult IntFeatureCheckSyncPath(FeatureCache* cache, const char* name, int64_t value) {
+    pyxen::SyncCheckResult IntFeatureCheckSyncPath(FeatureCache* cache, const char* name,
+                                                   int64_t value) {
         return Sync().IntFeatureCheckSyncPath(cache, name, value);
     }
-    SyncCheckResult FloatFeatureCheckSyncPath(FeatureCache* cache, const char* name, double value) {
+    pyxen::SyncCheckResult FloatFeatureCheckSyncPath(FeatureCache* cache, const char* name,
+                                                     double value) {
         return Sync().FloatFeatureCheckSyncPath(cache, name, value);
     }
-    SyncCheckResult EnumFeatureCheckSyncPath(FeatureCache* cache, const char* name,
-                                             const char* value) {
+    pyxen::SyncCheckResult EnumFeatureCheckSyncPath(FeatureCache* cache, const char* name,
+                                                    const char* value) {
         return Sync().EnumFeatureCheckSyncPath(cache, name, value);
     }
-    SyncCheckResult StringFeatureCheckSyncPath(FeatureCache* cache, const char* name,
-                                               const char* value) {
+    pyxen::SyncCheckResult StringFeatureCheckSyncPath(FeatureCache* cache, const char* name,
+                                                      const char* value) {
         return Sync().StringFeatureCheckSyncPath(cache, name, value);
     }
-    SyncCheckResult BoolFeatureCheckSyncPath(FeatureCache* cache, const char* name, bool value) {
+    pyxen::SyncCheckResult BoolFeatureCheckSyncPath(FeatureCache* cache, const char* name,
+                                                    bool value) {
         return Sync().BoolFeatureCheckSyncPath(cache, name, value);
     }
     static bool IsBufferImpactingFeature(FeatureCache* cache, const char* featureName) {
-        return SyncEngine::IsBufferImpactingFeature(cache, featureName);
+        return pyxen::SyncEngine::IsBufferImpactingFeature(cache, featureName);
     }
 
     // for the module's own nodes, channels and dialogs
     CPyxenAPIAccess& Api() override { return session.Api(); }
     /// The open camera's handle, or null.
     PxnHandle CameraHandle() const override { return openCamera.CameraHandle(); }
-    ICameraFeatures& Features() { return openCamera; }
+    pyxen::ICameraFeatures& Features() { return openCamera; }
     FeatureCache& SystemCache() { return session.SystemCache(); }
-    SyncEngine& Sync() { return openCamera.Sync(); }
+    pyxen::SyncEngine& Sync() { return openCamera.Sync(); }
     const FeatureSyncher& SyncRules() const { return openCamera.SyncRules(); }
     /// Shared by buffer preparation and every serial channel.
     platform::Mutex& SerialMutex() RETURN_CAPABILITY(serialMutex) { return serialMutex; }
     bool IsInitialized() const { return initialized; }
     /// Begun and ended by discovery_events.
-    InvalidationSubscription& DiscoverySubscription() { return discoverySubscription; }
+    pyxen::InvalidationSubscription& DiscoverySubscription() { return discoverySubscription; }
 
 private:
     // grabber core
@@ -150,14 +153,14 @@ private:
     platform::Mutex serialMutex;
 
     // The parts, in the order in which they use one another. Each states its own locking rule.
-    CameraIdentity identity;
-    SdkSession session;
-    OpenCamera openCamera;
+    pyxen::CameraIdentity identity;
+    pyxen::SdkSession session;
+    pyxen::OpenCamera openCamera;
     const std::unique_ptr<ParameterHost> parameterHost;
-    Parameters parameters;
-    Discovery discovery;
-    InvalidationSubscription discoverySubscription;
-    Acquisition acquisition;
+    pyxen::Parameters parameters;
+    pyxen::Discovery discovery;
+    pyxen::InvalidationSubscription discoverySubscription;
+    pyxen::Acquisition acquisition;
 };
 
 /// Camera control dialog index of the cameras that the feature control dialog serves.

@@ -4,6 +4,8 @@
 #include "grabber/mivora_gfx_mode_kvn_pyxen.h"
 #include "imaging/frame_layout.h"
 
+namespace pyxen {
+
 /// Asks a graphics mode, which outlives it.
 class ModeLayout final : public IFrameLayout {
 public:
@@ -18,3 +20,5 @@ public:
 private:
     CMivoraGfxModeKVNPyxen& mode;
 };
+
+} // namespace pyxen

@@ -14,6 +14,8 @@
 #include <string>
 #include <utility>
 
+namespace pyxen {
+
 OpenCamera::OpenCamera(CPyxenAPIAccess& access, CameraIdentity& cameraIdentity, Logger sink)
     : api(access),
       identity(cameraIdentity),
@@ -144,3 +146,5 @@ void OpenCamera::Clear() {
     featureSyncher.Clear();
     caches.Clear();
 }
+
+} // namespace pyxen

@@ -10,9 +10,12 @@
 #include <atomic>
 #include <memory>
 
+class CIniFile;
+
+namespace pyxen {
+
 class Acquisition;
 class CameraIdentity;
-class CIniFile;
 
 /// Opens a camera, keeps what belongs to it while it is open, and closes it.
 ///
@@ -61,3 +64,5 @@ private:
     FeatureSyncher featureSyncher;
     SyncEngine syncEngine;
 };
+
+} // namespace pyxen

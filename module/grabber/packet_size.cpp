@@ -4,6 +4,8 @@
 #include "sdk/pyxen_api_access.h"
 #include "sdk/sdk_error.h"
 
+namespace pyxen {
+
 namespace {
 
 constexpr const char* kAdjustCommand = "GVSPAdjustPacketSize";
@@ -38,3 +40,5 @@ void AdjustPacketSize(const CPyxenAPIAccess& api, PxnHandle stream, Logger log) 
         }
     }
 }
+
+} // namespace pyxen

@@ -6,6 +6,10 @@
 
 class CPyxenAPIAccess;
 
+namespace pyxen {
+
 /// Lets the stream module choose its packet size and waits for the end, without limit. Failures are
 /// logged.
 void AdjustPacketSize(const CPyxenAPIAccess& api, PxnHandle stream, Logger log);
+
+} // namespace pyxen

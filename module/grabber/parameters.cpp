@@ -12,6 +12,8 @@
 #include <cstdint>
 #include <limits>
 
+namespace pyxen {
+
 namespace {
 
 constexpr const char* kExposureTime = "ExposureTime";
@@ -367,3 +369,5 @@ bool Parameters::SaveMicroseconds(std::uint64_t exposureTime, std::uint64_t inte
     host.SetSavedTimeBase(timeBase);
     return true;
 }
+
+} // namespace pyxen

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <optional>
 
+namespace pyxen {
+
 class ICameraFeatures;
 
 /// What the parameters need of the grabber: its state, and the timing values that the host keeps in
@@ -88,3 +90,5 @@ private:
     ICameraFeatures& features;
     IParameterHost& host;
 };
+
+} // namespace pyxen

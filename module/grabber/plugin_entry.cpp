@@ -5,6 +5,8 @@
 
 #include <type_traits>
 
+using namespace pyxen;
+
 extern "C" {
 
 MIVORA_MODULE_EXPORT CMivoraGrabber* CreateGrabberInstance(void* instance) {

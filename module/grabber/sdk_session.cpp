@@ -4,6 +4,8 @@
 #include "platform/file_system.h"
 #include "sdk/format_text.h"
 
+namespace pyxen {
+
 namespace {
 
 constexpr const char* kSystemCacheName = "PxnSystem";
@@ -66,3 +68,5 @@ void SdkSession::ForgetInterfaces() {
     interfaceList.Free();
     interfaceCount = 0;
 }
+
+} // namespace pyxen

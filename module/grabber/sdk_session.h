@@ -9,6 +9,8 @@
 #include <cstdint>
 #include <string>
 
+namespace pyxen {
+
 /// Holds the loaded SDK and what is read from it once: its version, the features of the system
 /// module and its interfaces.
 ///
@@ -46,3 +48,5 @@ private:
     MallocArray<PxnInterfaceInfo> interfaceList;
     std::uint32_t interfaceCount = 0;
 };
+
+} // namespace pyxen

@@ -9,6 +9,8 @@
 #include <cstring>
 #include <limits>
 
+namespace pyxen {
+
 namespace {
 
 constexpr const char* kBaudRate = "DeviceSerialPortBaudRate";
@@ -83,3 +85,5 @@ void SetOptimumSerialPortBaudRate(const CPyxenAPIAccess& api, PxnHandle localDev
         return true;
     });
 }
+
+} // namespace pyxen

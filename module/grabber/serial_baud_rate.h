@@ -9,6 +9,8 @@
 
 class CPyxenAPIAccess;
 
+namespace pyxen {
+
 /// The number that the decimal digits at the end of an entry's name make: 9600 for "Baud9600", 0
 /// without such digits. What 64 bits cannot hold is their largest number.
 std::uint64_t TrailingNumber(const char* name);
@@ -22,3 +24,5 @@ const char* FindOptimumBaudRate(std::vector<const char*> grabber,
 /// it has in common with the camera. Does nothing without one; the camera is left as it is.
 void SetOptimumSerialPortBaudRate(const CPyxenAPIAccess& api, PxnHandle localDevice,
                                   PxnHandle camera, Logger log);
+
+} // namespace pyxen

@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <cstdint>
 
+namespace pyxen {
+
 namespace {
 
 std::string ReadText(const CIniFile& ini, const std::string& section, const char* key) {
@@ -79,3 +81,5 @@ bool TransportLayerConfig::GetFirstQueueThenSnap(const CIniFile* ini, bool& flag
         return true;
     }
 }
+
+} // namespace pyxen

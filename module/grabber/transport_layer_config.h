@@ -11,6 +11,8 @@
 class CIniFile;
 class CPyxenAPIAccess;
 
+namespace pyxen {
+
 /// Finds the section of the configuration whose keys fit the open camera's interface and transport
 /// layer. Operations throw std::bad_alloc.
 class TransportLayerConfig {
@@ -35,3 +37,5 @@ private:
     std::array<std::string, kSelectorKeys.size()> values;
     const Logger log;
 };
+
+} // namespace pyxen

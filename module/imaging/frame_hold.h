@@ -6,6 +6,8 @@
 #include <atomic>
 #include <cstdint>
 
+namespace pyxen {
+
 /// Tells whether a frame's memory belongs to the SDK.
 ///
 /// It does from before the frame is queued until the callback that brings it back has returned, or
@@ -59,3 +61,5 @@ private:
 
     std::atomic<Moment> moment{kModule};
 };
+
+} // namespace pyxen

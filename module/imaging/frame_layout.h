@@ -5,6 +5,8 @@
 
 #include <cstdint>
 
+namespace pyxen {
+
 /// Each question is put to the camera anew.
 class IFrameLayout {
 public:
@@ -20,3 +22,5 @@ public:
 protected:
     ~IFrameLayout() = default;
 };
+
+} // namespace pyxen

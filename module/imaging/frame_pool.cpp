@@ -10,6 +10,8 @@
 #include <new>
 #include <thread>
 
+namespace pyxen {
+
 constinit platform::StaticMutex FrameSet::placesMutex;
 constinit FrameSet::Place FrameSet::places[kMostSets];
 constinit std::atomic<std::size_t> FrameSet::usedPlaces{0};
@@ -162,3 +164,5 @@ bool FramePool::Reshaping::Resize(std::size_t count) {
         return isComplete;
     });
 }
+
+} // namespace pyxen

@@ -12,6 +12,8 @@
 #include <memory>
 #include <vector>
 
+namespace pyxen {
+
 /// Receives the frames of a pool, on SDK threads.
 class IFrameReceiver {
 public:
@@ -183,3 +185,5 @@ private:
     std::shared_ptr<FrameSet> set; // null before the first Reshaping that adds records
     bool isAbandoned = false;      // the set's camera has gone with some of its frames
 };
+
+} // namespace pyxen

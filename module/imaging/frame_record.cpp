@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <limits>
 
+namespace pyxen {
+
 namespace {
 
 constexpr std::uint64_t kLargestSdkSize = std::numeric_limits<std::uint32_t>::max();
@@ -103,3 +105,5 @@ bool FrameRecord::Convert() {
     ConvertImage(*format, rawBuffer.Get(), hostBuffer.Get(), width, height);
     return true;
 }
+
+} // namespace pyxen

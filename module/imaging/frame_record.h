@@ -8,6 +8,8 @@
 
 #include <cstdint>
 
+namespace pyxen {
+
 /// The buffer index that a frame was given.
 inline std::uint64_t IndexOf(const PxnFrame& frame) {
     return reinterpret_cast<std::uintptr_t>(frame.context[2]);
@@ -52,3 +54,5 @@ private:
     std::uint32_t width = 0;
     std::uint32_t height = 0;
 };
+
+} // namespace pyxen

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+namespace pyxen {
+
 namespace {
 
 struct Conversion {
@@ -174,3 +176,5 @@ void ConvertImage(const PixelFormat& format, const void* raw, void* host, std::u
         format.convert(format.rowAddress(raw, width, row), line, width);
     }
 }
+
+} // namespace pyxen

@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <span>
 
+namespace pyxen {
+
 /// Converts `pixelCount` pixels from the camera's layout to the host's.
 using ConvertFunction = void (*)(const void* source, void* destination, std::uint64_t pixelCount);
 /// The address of line `row` in a raw image whose lines are padded to whole bytes.
@@ -51,3 +53,5 @@ const void* RowAddress12p(const void* base, std::uint32_t width, std::uint32_t r
 /// `format.convert` must be set; `host` holds width x height pixels of the host's layout.
 void ConvertImage(const PixelFormat& format, const void* raw, void* host, std::uint32_t width,
                   std::uint32_t height);
+
+} // namespace pyxen

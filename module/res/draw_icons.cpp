@@ -12,6 +12,8 @@
 #include <string>
 #include <vector>
 
+namespace pyxen {
+
 namespace {
 
 struct Color {
@@ -262,3 +264,5 @@ int main(int count, char** arguments) {
                          WriteIcon(directory + "/device_finder.ico", DrawDeviceFinder);
     return written ? 0 : 1;
 }
+
+} // namespace pyxen

@@ -1,6 +1,8 @@
 /* resource.h - numbers of the module's dialog templates, controls and icons */
 #pragma once
 
+namespace pyxen {
+
 /* Device finder */
 #define IDD_DEVICE_FINDER 7000
 #define IDC_DEVICE_LIST 7000
@@ -56,3 +58,5 @@
 #ifndef IDC_STATIC
 #define IDC_STATIC (-1)
 #endif
+
+} // namespace pyxen

@@ -1,6 +1,8 @@
 // callback_scope.h - whether the calling thread is inside a frame callback of the SDK
 #pragma once
 
+namespace pyxen {
+
 /// Marks the calling thread as inside a frame callback for the scope's life. The camera SDK refuses
 /// there what waits for frames, and closing a camera, of whichever grabber.
 class CallbackScope {
@@ -16,3 +18,5 @@ public:
 private:
     static constinit thread_local unsigned depth;
 };
+
+} // namespace pyxen

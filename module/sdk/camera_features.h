@@ -6,6 +6,8 @@
 
 class CPyxenAPIAccess;
 
+namespace pyxen {
+
 /// The open camera and the way to its features.
 class ICameraFeatures {
 public:
@@ -18,3 +20,5 @@ public:
 protected:
     ~ICameraFeatures() = default;
 };
+
+} // namespace pyxen

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+using namespace pyxen;
+
 namespace {
 
 constexpr std::uint32_t kFirstCapacity = 100;

@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <cstring>
 
+namespace pyxen {
+
 namespace {
 
 /// Reads what takes two calls: `ask` for the number of elements, `fill` for these.
@@ -209,3 +211,5 @@ PxnError Feature::IsDone(bool& done) const {
     done = result == PxnErrSuccess && read != 0;
     return result;
 }
+
+} // namespace pyxen

@@ -10,6 +10,8 @@
 
 class CPyxenAPIAccess;
 
+namespace pyxen {
+
 /// What a feature takes at present. Only the members of the feature's type are filled.
 struct FeatureRange {
     template <typename Number>
@@ -81,3 +83,5 @@ private:
     const char* name;
     FeatureType type;
 };
+
+} // namespace pyxen

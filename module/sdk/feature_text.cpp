@@ -3,6 +3,8 @@
 #include "sdk/no_throw.h"
 #include "sdk/pyxen_api_access.h"
 
+using namespace pyxen;
+
 namespace {
 
 PxnError TakeText(const Feature& feature, std::string& out, FeatureStep& failed) {

@@ -11,6 +11,8 @@
 #include <variant>
 #include <vector>
 
+namespace pyxen {
+
 /// The types of features, numbered as by the SDK. Other numbers may occur; their features have no
 /// value.
 enum class FeatureType : std::uint32_t {
@@ -121,3 +123,5 @@ public:
 private:
     std::variant<std::int64_t, double, EnumEntry, std::string, bool, FeatureBytes> value;
 };
+
+} // namespace pyxen

@@ -5,6 +5,8 @@
 
 #include <cstdarg>
 
+namespace pyxen {
+
 std::string FormatUnchecked(const char* format, ...) {
     std::va_list arguments;
     va_start(arguments, format);
@@ -24,3 +26,5 @@ std::string FormatUnchecked(const char* format, ...) {
     text.resize(length);
     return text;
 }
+
+} // namespace pyxen

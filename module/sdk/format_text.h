@@ -6,6 +6,8 @@
 #include <string>
 #include <type_traits>
 
+namespace pyxen {
+
 /// Formats as a log sink does. Throws std::bad_alloc only.
 std::string FormatUnchecked(const char* format, ...);
 
@@ -15,3 +17,5 @@ std::string FormatText(LogFormat<std::type_identity_t<Arguments>...> format,
                        Arguments... arguments) {
     return FormatUnchecked(format.Text(), arguments...);
 }
+
+} // namespace pyxen

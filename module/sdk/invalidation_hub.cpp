@@ -14,6 +14,8 @@
 #include <optional>
 #include <thread>
 
+namespace pyxen {
+
 namespace {
 
 /// Guards every hub and what belongs to it. Held for a moment at a time: neither the SDK nor a
@@ -399,3 +401,5 @@ void InvalidationSubscription::Unsubscribe() {
         left->registration->Settle(EntriesOf(left->api));
     }
 }
+
+} // namespace pyxen

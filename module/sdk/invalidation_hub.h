@@ -11,6 +11,8 @@
 
 class CPyxenAPIAccess;
 
+namespace pyxen {
+
 /// What a registration is for. Each has registrations of its own with the SDK.
 enum class InvalidationChannel {
     kFeatureValue,     ///< feature control dialogs: values on screen
@@ -123,3 +125,5 @@ private:
     InvalidationHub* next = nullptr;
     std::vector<std::shared_ptr<Registration>> registrations;
 };
+
+} // namespace pyxen

@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <type_traits>
 
+namespace pyxen {
+
 namespace log_format_detail {
 
 /// The kind of an argument, whatever its exact type.
@@ -139,3 +141,5 @@ private:
 
 /// A format with one text as its argument, mostly a feature's name.
 using NameFormat = LogFormat<const char*>;
+
+} // namespace pyxen

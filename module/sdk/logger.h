@@ -6,6 +6,8 @@
 
 #include <type_traits>
 
+namespace pyxen {
+
 /// Writes lines to the host's sink; without a sink nothing is formatted or written. Cheap to copy;
 /// any thread; the sink must outlive it.
 class Logger {
@@ -45,3 +47,5 @@ public:
 private:
     ILogSink* sink = nullptr;
 };
+
+} // namespace pyxen

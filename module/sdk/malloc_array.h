@@ -6,6 +6,8 @@
 #include <type_traits>
 #include <utility>
 
+namespace pyxen {
+
 /// An array of plain records in a block of the C allocator: grown with realloc, freed with free.
 template <typename T>
 class MallocArray {
@@ -61,3 +63,5 @@ public:
 private:
     T* block = nullptr;
 };
+
+} // namespace pyxen

@@ -1,6 +1,8 @@
 // no_throw.h - keeps exceptions inside the module
 #pragma once
 
+namespace pyxen {
+
 /// Runs `operation` and returns its result, or `onFailure` if it throws. Every operation that the
 /// host calls and that may run out of memory goes through here.
 template <typename Result, typename Operation>
@@ -11,3 +13,5 @@ Result NoThrow(Result onFailure, Operation operation) noexcept {
         return onFailure;
     }
 }
+
+} // namespace pyxen

@@ -12,6 +12,8 @@
 
 #include <type_traits>
 
+using namespace pyxen;
+
 namespace {
 
 constexpr const char* kHomeVariable = "PYXEN_HOME";

@@ -14,7 +14,9 @@
 #include <memory>
 #include <string>
 
+namespace pyxen {
 class InvalidationHub;
+}
 
 /// Loads the camera SDK's library, resolves its entries and starts it; empty until Load succeeds.
 ///
@@ -32,7 +34,7 @@ public:
 
     /// Loads and starts the SDK with the configuration file `configPath` (null: the SDK's
     /// default). Returns IsValid(). `sink` may be null and must outlive the object.
-    bool Load(const char* configPath, Logger sink);
+    bool Load(const char* configPath, pyxen::Logger sink);
     bool IsValid() const { return valid.load(); }
     /// Shuts the SDK down when it was started and frees the library.
     void Unload();
@@ -62,7 +64,7 @@ public:
     /// of one of the entries. A failed query is reported with the names and answers false.
     /// `moduleName` may be null. Booleans and bytes always fit.
     bool IsInRange(PxnHandle handle, const char* moduleName, const char* name,
-                   const FeatureValue& value) const;
+                   const pyxen::FeatureValue& value) const;
     bool IsIntInRange(PxnHandle handle, const char* moduleName, const char* name,
                       std::int64_t value) const;
     bool IsFloatInRange(PxnHandle handle, const char* moduleName, const char* name,
@@ -81,7 +83,7 @@ public:
         return library.Handle();
     }
     /// Who follows features of the loaded library; null when nothing is loaded.
-    const std::shared_ptr<InvalidationHub>& Invalidations() const {
+    const std::shared_ptr<pyxen::InvalidationHub>& Invalidations() const {
         return invalidations;
     }
     /// Looks up an export beside the table; null when it is absent or nothing is loaded.
@@ -96,11 +98,11 @@ private:
     bool ResolveEntries();
     void StartSdk(const char* configPath);
 
-    Logger log;
+    pyxen::Logger log;
     std::string dllName;
     platform::SharedLibrary library;
     platform::FileVersion versionInfo;
-    SdkLibraryUse libraryUse;                       // while the SDK is started
-    std::shared_ptr<InvalidationHub> invalidations; // while valid
+    pyxen::SdkLibraryUse libraryUse;                       // while the SDK is started
+    std::shared_ptr<pyxen::InvalidationHub> invalidations; // while valid
     std::atomic<bool> valid{false};
 };

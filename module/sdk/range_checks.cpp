@@ -5,6 +5,8 @@
 #include "sdk/pyxen_api_access.h"
 #include "sdk/sdk_error.h"
 
+using namespace pyxen;
+
 namespace {
 
 /// What is said when the range cannot be read, with the names of module and feature. Booleans have

@@ -3,6 +3,8 @@
 
 #include <cstring>
 
+using namespace pyxen;
+
 namespace {
 
 // Converts a register's value between the camera and the host, in either direction.

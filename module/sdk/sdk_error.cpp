@@ -7,6 +7,8 @@
 #include <cstring>
 #include <iterator>
 
+namespace pyxen {
+
 namespace {
 
 struct ErrorFormat {
@@ -86,3 +88,5 @@ const char* SdkErrorText(PxnError code) {
     const ErrorFormat* row = FindErrorFormat(code);
     return row ? row->format.Text() + std::strlen(kContextFormat) : nullptr;
 }
+
+} // namespace pyxen

@@ -9,6 +9,8 @@
 
 #include <utility>
 
+namespace pyxen {
+
 namespace {
 
 using CameraList = std::unique_ptr<CameraNote>;
@@ -114,3 +116,5 @@ void CloseRememberedCameras(const CPyxenAPIAccess& api) {
         }
     }
 }
+
+} // namespace pyxen

@@ -8,6 +8,8 @@
 
 class CPyxenAPIAccess;
 
+namespace pyxen {
+
 /// Memory that the SDK may write to, on behalf of a camera.
 class SdkMemory {
 public:
@@ -57,3 +59,5 @@ void ForgetRegistrations(const CPyxenAPIAccess& api, const CameraNote& camera);
 /// Tries once more to close the remembered cameras of the library behind `api`, which is valid.
 /// Logs nothing. Does nothing inside a frame callback, where the SDK closes no camera.
 void CloseRememberedCameras(const CPyxenAPIAccess& api);
+
+} // namespace pyxen

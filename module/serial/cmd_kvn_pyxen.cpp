@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <cstdio>
 
+using namespace pyxen;
+
 namespace {
 
 /// A write with pauses on the calling thread. What was sent before the port was closed counts;

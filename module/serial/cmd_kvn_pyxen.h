@@ -19,7 +19,7 @@
 class CCmdKVNPyxen final : public CCmdChannel {
 public:
     /// Owns neither. `grabberToUse` may be null; `mutexToHold` guards the port.
-    CCmdKVNPyxen(ISerialGrabber* grabberToUse, platform::Mutex& mutexToHold);
+    CCmdKVNPyxen(pyxen::ISerialGrabber* grabberToUse, platform::Mutex& mutexToHold);
     ~CCmdKVNPyxen() override = default;
 
     const char* GetChannelTypeName() override;
@@ -48,14 +48,15 @@ public:
     /// The ini name; an empty text when there is no such port.
     virtual const char* GetPortNameById(std::int32_t id);
     /// The index of the entry with that ini name (case ignored); -1 when none, and for a null name.
-    virtual std::int32_t FindPortIndex(const char* name, const std::vector<SerialPortEntry>& list);
+    virtual std::int32_t FindPortIndex(const char* name,
+                                       const std::vector<pyxen::SerialPortEntry>& list);
 
     /// The ports that EnumeratePorts found last. Waits for a port operation that is running.
-    std::vector<SerialPortEntry> GetPorts() const;
+    std::vector<pyxen::SerialPortEntry> GetPorts() const;
     /// What the channel is configured to. New settings take effect at the next Open, except for the
     /// delay, which takes effect at once.
-    SerialSettings GetSettings() const;
-    void SetSettings(const SerialSettings& newSettings);
+    pyxen::SerialSettings GetSettings() const;
+    void SetSettings(const pyxen::SerialSettings& newSettings);
 
 private:
     class Registers;
@@ -65,7 +66,7 @@ private:
                         std::uint64_t* count) REQUIRES(portMutex);
     MV_DLG_EXITCODE RunConfigDialog(MV_WINDOW parent);
 
-    ISerialGrabber* const grabber;
+    pyxen::ISerialGrabber* const grabber;
 
     // Both may be held at once, portMutex locked first. portMutex is held across SDK calls, which
     // can take for ever; settingsMutex only while the settings are copied, with no call out.
@@ -73,7 +74,7 @@ private:
     mutable platform::Mutex settingsMutex;
     std::int32_t openPortId GUARDED_BY(portMutex) = kNoSerialPort;
     std::uint64_t closings GUARDED_BY(portMutex) = 0; // of a port that was open
-    std::vector<SerialPortEntry> ports GUARDED_BY(portMutex);
-    SerialSettings settings GUARDED_BY(settingsMutex);
+    std::vector<pyxen::SerialPortEntry> ports GUARDED_BY(portMutex);
+    pyxen::SerialSettings settings GUARDED_BY(settingsMutex);
     char configText[64] GUARDED_BY(settingsMutex) = {};
 };

@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <vector>
 
+namespace pyxen {
+
 /// What the dialog shows, and the user's choice afterwards.
 struct SerialDialogData {
     std::vector<SerialPortEntry> ports;
@@ -17,3 +19,5 @@ struct SerialDialogData {
 /// Runs the configuration dialog. On MV_DLG_OK `data` holds the user's choice, else it is
 /// unchanged. One implementation is linked per platform; without windows it returns MV_DLG_CANCEL.
 MV_DLG_EXITCODE RunSerialDialog(MV_WINDOW parent, SerialDialogData& data);
+
+} // namespace pyxen

@@ -5,6 +5,8 @@
 
 class CPyxenAPIAccess;
 
+namespace pyxen {
+
 /// The grabber as its serial channels see it. Called under the port mutex that the channel was
 /// given, from any thread.
 class ISerialGrabber {
@@ -18,3 +20,5 @@ public:
 protected:
     ~ISerialGrabber() = default;
 };
+
+} // namespace pyxen

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+namespace pyxen {
+
 namespace {
 
 constexpr SerialPortRow kPorts[] = {
@@ -137,3 +139,5 @@ std::uint32_t SerialModeWord(const SerialSettings& settings) {
            ModeBits(SerialField::kByteSize, settings.byteSizeIndex) |
            ModeBits(SerialField::kStopBits, settings.stopBitsIndex);
 }
+
+} // namespace pyxen

@@ -5,6 +5,8 @@
 #include <span>
 #include <vector>
 
+namespace pyxen {
+
 /// One row of the fixed port table.
 struct SerialPortRow {
     std::int32_t id;
@@ -63,3 +65,5 @@ std::vector<std::uint32_t> AllowedSerialChoices(SerialField field, std::uint32_t
 
 /// The content of a port's mode register.
 std::uint32_t SerialModeWord(const SerialSettings& settings);
+
+} // namespace pyxen

@@ -11,6 +11,8 @@
 
 #include <variant>
 
+namespace pyxen {
+
 namespace {
 
 template <typename Shown>
@@ -205,3 +207,5 @@ SyncCheckResult SyncEngine::BoolFeatureCheckSyncPath(FeatureCache* cache, const 
                                                      bool value) {
     return CheckSyncPath(cache, name, value);
 }
+
+} // namespace pyxen

@@ -11,6 +11,8 @@
 #include <cstring>
 #include <variant>
 
+using namespace pyxen;
+
 namespace {
 
 template <typename Shown>

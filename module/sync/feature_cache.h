@@ -27,7 +27,8 @@ public:
     /// Lists the features of `moduleHandle` anew. `name` must live as long as the cache is filled.
     /// False and a log line when the SDK refuses or memory runs out; what the cache held before
     /// stays unless the SDK failed half-way. An empty list is success.
-    bool Init(const char* name, CPyxenAPIAccess* access, PxnHandle moduleHandle, Logger sink);
+    bool Init(const char* name, CPyxenAPIAccess* access, PxnHandle moduleHandle,
+              pyxen::Logger sink);
     /// Forgets the list, the name and the SDK access.
     void Clear();
 
@@ -40,8 +41,8 @@ public:
     /// The first record whose name equals `name` byte for byte, or null; none has an empty name.
     const PxnFeatureInfo* Find(const char* name) const;
     /// The feature of a record of this module, for as long as the record and the SDK stay.
-    Feature GetFeature(const PxnFeatureInfo& record) const {
-        return {*api, handle, record.name, static_cast<FeatureType>(record.featureDataType)};
+    pyxen::Feature GetFeature(const PxnFeatureInfo& record) const {
+        return {*api, handle, record.name, static_cast<pyxen::FeatureType>(record.featureDataType)};
     }
     /// "/", module name, category, "/", feature name; "<not available>" when it is not here.
     std::string GetFeaturePath(const char* name) const;
@@ -49,13 +50,13 @@ public:
     void PrintParameters() const;
 
 private:
-    void PrintFeature(const Feature& feature) const;
+    void PrintFeature(const pyxen::Feature& feature) const;
 
     // Atomic: events on SDK threads look modules up while the host's thread opens a camera.
     std::atomic<const char*> moduleName{nullptr};
     std::atomic<PxnHandle> handle{nullptr};
     CPyxenAPIAccess* api = nullptr;
-    Logger log;
-    MallocArray<PxnFeatureInfo> features;
+    pyxen::Logger log;
+    pyxen::MallocArray<PxnFeatureInfo> features;
     std::uint32_t count = 0;
 };

@@ -5,6 +5,8 @@
 
 class FeatureCache;
 
+namespace pyxen {
+
 /// What the synchronisation engine needs to know of the grabber.
 class IFeatureCaches {
 public:
@@ -14,3 +16,5 @@ public:
 protected:
     ~IFeatureCaches() = default;
 };
+
+} // namespace pyxen

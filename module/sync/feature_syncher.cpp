@@ -10,6 +10,8 @@
 #include <memory>
 #include <utility>
 
+using namespace pyxen;
+
 namespace {
 
 struct FileCloser {

@@ -26,7 +26,7 @@ class FeatureSyncher {
 public:
     /// Forgets all entries and reads the file at `path`. 1 when the whole file matched the
     /// grammar, else 0; entries completed before a fault are kept. `sink` may be null.
-    int Init(const char* path, Logger sink);
+    int Init(const char* path, pyxen::Logger sink);
     /// Forgets all entries.
     void Clear();
     const std::vector<SyncFeatureEntry>& GetEntries() const { return entries; }
@@ -37,7 +37,7 @@ public:
 private:
     int ReadFile(std::FILE* file);
     bool ReadEntry(std::FILE* file);
-    void LogFault(LogFormat<> text) const;
+    void LogFault(pyxen::LogFormat<> text) const;
     void LogEntry(const SyncFeatureEntry& entry) const;
     const std::string& ReadToken(std::FILE* file, bool spaceMode);
     bool Expect(std::FILE* file, const char* literal);
@@ -48,7 +48,7 @@ private:
     bool ParseModuleFeature(std::FILE* file, FeatureRef& reference);
     bool ParseDependencies(std::FILE* file, const char* name, std::vector<FeatureRef>& list);
 
-    Logger log;
+    pyxen::Logger log;
     std::vector<SyncFeatureEntry> entries;
     // Only while a file is being read: the tokens since the newest optional element, and which of
     // them is read next.

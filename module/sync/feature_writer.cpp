@@ -1,6 +1,8 @@
 // feature_writer.cpp - writing a value to a feature
 #include "sync/feature_writer.h"
 
+namespace pyxen {
+
 WriteOutcome FeatureWriter::Write(FeatureCache& cache, const Feature& feature,
                                   FeatureValue& value) {
     WriteOutcome outcome;
@@ -15,3 +17,5 @@ WriteOutcome FeatureWriter::Write(FeatureCache& cache, const Feature& feature,
     }
     return outcome;
 }
+
+} // namespace pyxen

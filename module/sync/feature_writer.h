@@ -6,6 +6,8 @@
 
 class FeatureCache;
 
+namespace pyxen {
+
 enum class WriteStep {
     kDone,
     kRefused,     ///< by the check; nothing was written
@@ -33,3 +35,5 @@ public:
 private:
     SyncEngine& engine;
 };
+
+} // namespace pyxen

@@ -7,6 +7,8 @@
 #include "sync/feature_caches.h"
 #include "sync/feature_syncher.h"
 
+namespace pyxen {
+
 SyncEngine::SyncEngine(CPyxenAPIAccess& access, const FeatureSyncher& rules, IFeatureCaches& caches,
                        Logger sink)
     : api(access), syncher(rules), moduleCaches(caches), log(sink) {}
@@ -59,3 +61,5 @@ bool SyncEngine::IsBufferImpactingFeature(FeatureCache* cache, const char* featu
     }
     return false;
 }
+
+} // namespace pyxen

@@ -11,8 +11,11 @@
 class CPyxenAPIAccess;
 class FeatureCache;
 class FeatureSyncher;
-class IFeatureCaches;
 struct FeatureRef;
+
+namespace pyxen {
+
+class IFeatureCaches;
 
 /// What a pre-write check hands out.
 struct SyncCheckResult {
@@ -66,3 +69,5 @@ private:
     IFeatureCaches& moduleCaches;
     Logger log;
 };
+
+} // namespace pyxen

@@ -11,6 +11,8 @@
 #include <optional>
 #include <variant>
 
+namespace pyxen {
+
 namespace {
 
 template <typename Shown>
@@ -239,3 +241,5 @@ int SyncEngine::CopyValue(FeatureCache* source, const char* sourceName, FeatureC
     return words ? ValueCopy{log, *words, sourcePath, targetPath, {}}.Run(from, to, onlyIfDifferent)
                  : 0;
 }
+
+} // namespace pyxen

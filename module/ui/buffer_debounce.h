@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <functional>
 
+namespace pyxen {
+
 /// Notifies the beginning at the first change, and the end once no change has come for kQuietMs by
 /// platform::MonotonicNanoseconds. User-interface thread only; the actions may call back in.
 class BufferDebounce {
@@ -66,3 +68,5 @@ private:
     bool running = false;
     std::uint64_t quietAt = 0; // while a change is under way
 };
+
+} // namespace pyxen

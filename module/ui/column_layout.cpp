@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+namespace pyxen {
+
 namespace {
 
 constexpr int kLine = 15;
@@ -52,3 +54,5 @@ bool ColumnScroll::Take(Step step, int thumb, int columnsWidth, int clientWidth)
 void ColumnScroll::Fit(int columnsWidth, int clientWidth) {
     offset = std::clamp(offset, 0, std::max(columnsWidth - clientWidth, 0));
 }
+
+} // namespace pyxen

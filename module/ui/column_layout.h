@@ -3,6 +3,8 @@
 
 #include <array>
 
+namespace pyxen {
+
 /// Widths in pixels of the name and the value column in a view of that width.
 std::array<int, 2> SplitColumnWidths(int viewWidth, int scrollBarWidth);
 
@@ -24,3 +26,5 @@ public:
 private:
     int offset = 0;
 };
+
+} // namespace pyxen

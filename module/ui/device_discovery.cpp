@@ -3,6 +3,8 @@
 
 #include "sdk/no_throw.h"
 
+namespace pyxen {
+
 namespace {
 
 constexpr const char* kInterfaceFeature = "EventInterfaceDiscovery";
@@ -32,3 +34,5 @@ InvalidationSubscription DeviceDiscovery::Subscribe(Event event, const Post& pos
             });
     });
 }
+
+} // namespace pyxen

@@ -8,6 +8,8 @@
 
 class CPyxenAPIAccess;
 
+namespace pyxen {
+
 /// A device finder's registrations for the SDK's discovery events. User-interface thread only.
 class DeviceDiscovery {
 public:
@@ -31,3 +33,5 @@ private:
     InvalidationSubscription interfaces;
     InvalidationSubscription cameras;
 };
+
+} // namespace pyxen

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <utility>
 
+namespace pyxen {
+
 int DeviceIds::Find(std::string_view id) const {
     const auto found = std::find(ids.begin(), ids.end(), id);
     return found == ids.end() ? kNone : static_cast<int>(found - ids.begin());
@@ -24,3 +26,5 @@ const std::string* DeviceIds::At(int number) const {
     const bool known = number >= 0 && static_cast<std::size_t>(number) < ids.size();
     return known ? &ids[static_cast<std::size_t>(number)] : nullptr;
 }
+
+} // namespace pyxen

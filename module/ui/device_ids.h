@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+namespace pyxen {
+
 /// The identifiers of the cameras that were added and not removed, numbered from 0 without gaps.
 class DeviceIds {
 public:
@@ -21,3 +23,5 @@ public:
 private:
     std::vector<std::string> ids;
 };
+
+} // namespace pyxen

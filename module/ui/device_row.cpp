@@ -5,6 +5,8 @@
 #include "sdk/pyxen_api_access.h"
 #include "sdk/sdk_error.h"
 
+namespace pyxen {
+
 namespace {
 
 std::string Read(CPyxenAPIAccess& api, PxnHandle handle, const char* feature,
@@ -57,3 +59,5 @@ std::array<std::string, kDeviceColumnCount> DeviceRowTexts(const PxnCameraInfo& 
 std::uint32_t DeviceStateImage(std::uint32_t permittedAccess) {
     return permittedAccess & PxnAccessModeFull ? kDeviceFree : kDeviceInUse;
 }
+
+} // namespace pyxen

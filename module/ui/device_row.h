@@ -10,6 +10,8 @@
 
 class CPyxenAPIAccess;
 
+namespace pyxen {
+
 /// Where a camera is attached; a text is empty when it cannot be read.
 struct DeviceConnection {
     std::string interfaceId;
@@ -37,3 +39,5 @@ inline constexpr std::uint32_t kDeviceInUse = 2;
 
 /// The number of the image that tells whether a camera can be opened with full access.
 std::uint32_t DeviceStateImage(std::uint32_t permittedAccess);
+
+} // namespace pyxen

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cstdint>
 
+namespace pyxen {
+
 FeatureDialogLayout::Places FeatureDialogLayout::Compute(int width, int height, int textHeight,
                                                          int lineHeight) const {
     const int moreWidth = width - from.width;
@@ -40,3 +42,5 @@ FeatureDialogLayout::Places FeatureDialogLayout::Compute(int width, int height, 
     places.tree = {margin, margin, std::max(places.container.left - margin, margin), bottom};
     return places;
 }
+
+} // namespace pyxen

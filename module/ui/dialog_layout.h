@@ -1,6 +1,8 @@
 // dialog_layout.h - where the parts of the feature control dialog stand
 #pragma once
 
+namespace pyxen {
+
 /// In pixels of the dialog's client area; right and bottom are outside.
 struct LayoutRect {
     int left = 0;
@@ -51,3 +53,5 @@ public:
 private:
     Template from;
 };
+
+} // namespace pyxen

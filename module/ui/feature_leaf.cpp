@@ -3,6 +3,8 @@
 
 #include "sync/feature_cache.h"
 
+using namespace pyxen;
+
 bool FeatureLeaf::IsOpen() const {
     return cache && cache->GetModuleName() && cache->GetHandle() == handle;
 }

@@ -26,7 +26,8 @@ struct FeatureLeaf {
     bool triggersRestart = false;  ///< a change of it invalidates the frame buffers
 
     /// The row's feature, of the type in `description`, for as long as the leaf stays.
-    Feature In(const CPyxenAPIAccess& api, const PxnFeatureInfo& description) const {
-        return {api, handle, name.c_str(), static_cast<FeatureType>(description.featureDataType)};
+    pyxen::Feature In(const CPyxenAPIAccess& api, const PxnFeatureInfo& description) const {
+        return {api, handle, name.c_str(),
+                static_cast<pyxen::FeatureType>(description.featureDataType)};
     }
 };

@@ -5,6 +5,8 @@
 #include "sdk/sdk_error.h"
 #include "ui/value_text.h"
 
+namespace pyxen {
+
 /// What is said of a feature of one type that cannot be read.
 struct ReadWords {
     NameFormat range; // of a text, its length
@@ -153,3 +155,5 @@ std::string FeatureReader::RangeText(const Feature& feature, const char* unit) c
            ", Max: " +
            (whole ? FormatInteger(range.integers.most) : FormatFloat(range.floats.most)) + end;
 }
+
+} // namespace pyxen

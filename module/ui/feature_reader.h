@@ -7,13 +7,15 @@
 #include <optional>
 #include <string>
 
+namespace pyxen {
+
+struct ReadWords;
+
 /// What an editor shows. Names of entries that are not available are null.
 struct FeatureForm {
     FeatureRange range; ///< of numbers and enumerations
     FeatureValue value;
 };
-
-struct ReadWords;
 
 /// Reads features for the dialog's editors and descriptions. What fails is empty and has its line
 /// in the log. The SDK must be valid. User-interface thread only.
@@ -41,3 +43,5 @@ private:
 
     const Logger log;
 };
+
+} // namespace pyxen

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+namespace pyxen {
+
 namespace {
 
 struct KindRegistration {
@@ -82,3 +84,5 @@ void FeatureRegistrations::Disconnect() {
     }
     connected = false;
 }
+
+} // namespace pyxen

@@ -14,6 +14,8 @@
 
 class CPyxenAPIAccess;
 
+namespace pyxen {
+
 /// Follows features and keeps account of it, each step with its line in the log. The SDK is called
 /// only while it is valid and for modules that are open. User-interface thread only.
 class FeatureRegistrations {
@@ -48,3 +50,5 @@ private:
     bool connected = true;
     std::array<std::vector<Entry>, 4> lists;
 };
+
+} // namespace pyxen

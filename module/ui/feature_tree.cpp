@@ -7,6 +7,8 @@
 
 #include <algorithm>
 
+namespace pyxen {
+
 void FeatureTree::Clear() {
     rows.clear();
     leaves.clear();
@@ -71,3 +73,5 @@ std::optional<std::size_t> FeatureTree::FindLeaf(PxnHandle handle, const char* n
     const auto found = leavesByName.find({handle, name});
     return found == leavesByName.end() ? std::nullopt : std::optional(found->second);
 }
+
+} // namespace pyxen

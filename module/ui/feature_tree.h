@@ -11,6 +11,8 @@
 #include <utility>
 #include <vector>
 
+namespace pyxen {
+
 /// Modules, their categories and in these the features, in the order of insertion: a row follows
 /// its parent, and rows of one parent stand in their order. User-interface thread only.
 class FeatureTree {
@@ -43,3 +45,5 @@ private:
     std::map<std::pair<std::size_t, std::string>, std::size_t> rowsByName;
     std::map<std::pair<PxnHandle, std::string>, std::size_t> leavesByName;
 };
+
+} // namespace pyxen

@@ -3,6 +3,8 @@
 
 #include "ui/value_text.h"
 
+namespace pyxen {
+
 std::string FormatFeatureValue(const Feature& feature) {
     constexpr const char* kUnavailable = "<unavailable>";
     if (!feature.Name()) {
@@ -35,3 +37,5 @@ std::string FormatFeatureValue(const Feature& feature) {
             return std::string();
         }});
 }
+
+} // namespace pyxen

@@ -5,6 +5,10 @@
 
 #include <string>
 
+namespace pyxen {
+
 /// The feature's present value, "<unavailable>" when it cannot be read. Without a name the text is
 /// empty. The SDK must be valid.
 std::string FormatFeatureValue(const Feature& feature);
+
+} // namespace pyxen

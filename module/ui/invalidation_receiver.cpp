@@ -3,6 +3,8 @@
 
 #include <cstddef>
 
+namespace pyxen {
+
 namespace {
 
 struct KindMessage {
@@ -58,3 +60,5 @@ void InvalidationReceiver::Receive(InvalidationKind kind, const Invalidation& ev
         post(message, event.handle, event.name);
     }
 }
+
+} // namespace pyxen

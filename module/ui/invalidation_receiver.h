@@ -12,6 +12,8 @@
 #include <string>
 #include <utility>
 
+namespace pyxen {
+
 /// Window messages of a dialog: wParam is the module's handle, lParam the SDK's feature name.
 inline constexpr std::uint32_t WM_FEATURE_UPDATE = 0x8000;
 inline constexpr std::uint32_t WM_SYNC_FEATURE_INVALIDATED = 0x8001;
@@ -52,3 +54,5 @@ private:
     platform::Mutex mutex; // held while a message is posted, but not while the sink is called
     bool open GUARDED_BY(mutex) = true;
 };
+
+} // namespace pyxen

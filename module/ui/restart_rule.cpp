@@ -6,6 +6,8 @@
 
 #include <string_view>
 
+namespace pyxen {
+
 namespace {
 
 bool Contains(std::string_view text, std::string_view part) {
@@ -44,3 +46,5 @@ bool DoesPathTriggerRestart(const FeatureCache& cache, const char* path, Logger 
         path);
     return false;
 }
+
+} // namespace pyxen

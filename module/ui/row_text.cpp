@@ -1,6 +1,8 @@
 // row_text.cpp - the columns in a tree row's text
 #include "ui/row_text.h"
 
+namespace pyxen {
+
 std::vector<std::wstring_view> SplitRow(std::wstring_view text) {
     std::vector<std::wstring_view> columns;
     std::size_t tab = text.find(L'\t');
@@ -12,3 +14,5 @@ std::vector<std::wstring_view> SplitRow(std::wstring_view text) {
     columns.push_back(text);
     return columns;
 }
+
+} // namespace pyxen

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+namespace pyxen {
+
 namespace {
 
 constexpr std::string_view kBlanks = " \t\n\v\f\r";
@@ -57,3 +59,5 @@ std::optional<std::uint32_t> ParseDelay(std::string_view text) {
     }
     return negative ? 0u - value : value;
 }
+
+} // namespace pyxen

@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+namespace pyxen {
+
 /// The entry of the selected port; null when the index is outside the list.
 const SerialPortEntry* SelectedSerialPort(const SerialDialogData& data);
 /// The indices of the choices that the selected port allows, ascending; none without a port.
@@ -21,3 +23,5 @@ std::string FormatDelay(std::uint32_t milliseconds);
 /// As "%u" reads it: blanks, a sign and digits; the rest is ignored, and a number that does not fit
 /// wraps around. Empty when there is no number.
 std::optional<std::uint32_t> ParseDelay(std::string_view text);
+
+} // namespace pyxen

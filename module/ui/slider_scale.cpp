@@ -6,6 +6,8 @@
 #include <cmath>
 #include <limits>
 
+namespace pyxen {
+
 namespace {
 
 constexpr std::uint64_t kSliderSteps = 65536;
@@ -65,3 +67,5 @@ std::int32_t SliderScale::GetPosition() const {
     const std::int64_t position = CeilToInteger(static_cast<double>(value) / scale);
     return static_cast<std::int32_t>(ClampValue(position, kLowest, kHighest));
 }
+
+} // namespace pyxen

@@ -3,6 +3,8 @@
 
 #include <cstdint>
 
+namespace pyxen {
+
 class SliderScale {
 public:
     /// Keeps the range. Up to 65535 steps the slider stands for the numbers themselves, else for
@@ -34,3 +36,5 @@ private:
     std::int32_t sliderMin = 0;
     std::int32_t sliderMax = 0;
 };
+
+} // namespace pyxen

@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+namespace pyxen {
+
 /// Requests in the order in which they are to be served, each feature once.
 class UpdateBatch {
 public:
@@ -33,3 +35,5 @@ public:
 private:
     std::vector<Request> requests;
 };
+
+} // namespace pyxen

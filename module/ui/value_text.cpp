@@ -5,6 +5,8 @@
 #include <charconv>
 #include <limits>
 
+namespace pyxen {
+
 namespace {
 
 constexpr std::string_view kWhiteSpace = " \t\n\v\f\r";
@@ -64,3 +66,5 @@ std::optional<double> ParseFloat(std::string_view text) {
     }
     return read.ec == std::errc() ? std::optional(value) : std::nullopt;
 }
+
+} // namespace pyxen

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+namespace pyxen {
+
 /// As "%I64d" writes it.
 std::string FormatInteger(std::int64_t value);
 /// As "%.6f" writes it, whatever the process's locale.
@@ -22,3 +24,5 @@ template <typename Number>
 Number ClampValue(Number value, Number min, Number max) {
     return value < min ? min : value > max ? max : value;
 }
+
+} // namespace pyxen

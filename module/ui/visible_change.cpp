@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+namespace pyxen {
+
 VisibleChange CompareVisible(const std::vector<FeatureLeaf>& leaves,
                              const std::vector<std::size_t>& before,
                              const std::vector<std::size_t>& now) {
@@ -22,3 +24,5 @@ VisibleChange CompareVisible(const std::vector<FeatureLeaf>& leaves,
     };
     return {lacking(now, before), lacking(before, now)};
 }
+
+} // namespace pyxen

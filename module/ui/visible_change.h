@@ -6,6 +6,8 @@
 #include <cstddef>
 #include <vector>
 
+namespace pyxen {
+
 /// Indices of leaves, in order.
 struct VisibleChange {
     std::vector<std::size_t> appeared;
@@ -17,3 +19,5 @@ struct VisibleChange {
 VisibleChange CompareVisible(const std::vector<FeatureLeaf>& leaves,
                              const std::vector<std::size_t>& before,
                              const std::vector<std::size_t>& now);
+
+} // namespace pyxen

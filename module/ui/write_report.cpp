@@ -4,6 +4,8 @@
 #include "sdk/format_text.h"
 #include "sdk/sdk_error.h"
 
+namespace pyxen {
+
 namespace {
 
 struct WriteWords {
@@ -57,3 +59,5 @@ BoxText FailureBox(const std::string& name, const WriteOutcome& outcome) {
     }
     return {FormatText("An error occured while setting \"%s\".", name.c_str()), "Setting error"};
 }
+
+} // namespace pyxen

@@ -7,6 +7,8 @@
 
 #include <string>
 
+namespace pyxen {
+
 /// A message box to show.
 struct BoxText {
     std::string text;
@@ -19,3 +21,5 @@ void ReportNoValue(FeatureType type, Logger log);
 void ReportWrite(const Feature& feature, const WriteOutcome& outcome, Logger log);
 /// The box for a value that was refused, not written or not read back.
 BoxText FailureBox(const std::string& name, const WriteOutcome& outcome);
+
+} // namespace pyxen

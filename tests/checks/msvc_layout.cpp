@@ -7,6 +7,8 @@
 #include <string_view>
 #include <type_traits>
 
+using namespace pyxen;
+
 // ---- types that the signatures name ----
 
 template <typename Type, typename Expected>

@@ -16,6 +16,8 @@
 #include <cstdint>
 #include <functional>
 
+using namespace pyxen;
+
 namespace {
 
 constexpr const char* kCameras = R"(<PxnC>

@@ -2,6 +2,8 @@
 #include "tree_view_fixture.h"
 #include "ui/windows/wide_text.h"
 
+using namespace pyxen;
+
 namespace {
 
 using ColumnTree = TreeViewFixture;

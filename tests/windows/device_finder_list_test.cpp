@@ -3,6 +3,8 @@
 
 #include "ui/device_row.h"
 
+using namespace pyxen;
+
 namespace {
 
 using DeviceFinderList = DeviceFinder;

@@ -4,6 +4,8 @@
 #include "res/resource.h"
 #include "screenshot.h"
 
+using namespace pyxen;
+
 namespace {
 
 /// What an icon looks like on a white ground.

@@ -8,6 +8,8 @@
 
 #include <algorithm>
 
+using namespace pyxen;
+
 FeatureDialogFixture::~FeatureDialogFixture() {
     EndGrabber();
 }

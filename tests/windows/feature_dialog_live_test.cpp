@@ -7,6 +7,8 @@
 
 #include <atomic>
 
+using namespace pyxen;
+
 namespace {
 
 /// A host that shows images: it stops while the buffers change, and starts again with new ones.

@@ -2,6 +2,8 @@
 #include "feature_dialog_fixture.h"
 #include "screenshot.h"
 
+using namespace pyxen;
+
 namespace {
 
 class FeatureDialogLooks : public FeatureDialogFixture {

@@ -4,6 +4,8 @@
 #include "scripted_dialog.h"
 #include "window_pixels.h"
 
+using namespace pyxen;
+
 namespace {
 
 CRect ScreenPlaceOf(HWND window) {

@@ -8,6 +8,8 @@
 #include <functional>
 #include <thread>
 
+using namespace pyxen;
+
 namespace {
 
 constexpr int kLists[] = {IDC_SERIAL_BAUD, IDC_SERIAL_BYTE_SIZE, IDC_SERIAL_STOP_BITS,

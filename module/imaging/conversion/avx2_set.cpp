@@ -5,6 +5,8 @@
 
 #include <immintrin.h>
 
+namespace pyxen {
+
 namespace {
 
 struct Avx2 {
@@ -104,3 +106,5 @@ const ConverterSet kAvx2Converters = {
     Run<Yuv444Block<Avx2>, PlainConvertYUV444>,
     Run<Yuv411Block<Avx2>, PlainConvertYUV411>,
 };
+
+} // namespace pyxen

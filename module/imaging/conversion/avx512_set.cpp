@@ -5,6 +5,8 @@
 
 #include <immintrin.h>
 
+namespace pyxen {
+
 namespace {
 
 struct Avx512 {
@@ -237,3 +239,5 @@ const ConverterSet kAvx512Converters = {
     Run<Yuv444Block, PlainConvertYUV444>,
     Run<Yuv411Block, PlainConvertYUV411>,
 };
+
+} // namespace pyxen

@@ -9,6 +9,8 @@
 
 #include <cstdint>
 
+namespace pyxen {
+
 namespace {
 
 // The number of pixels after which stores to `destination` are aligned to `kAlignment` bytes; less
@@ -65,3 +67,5 @@ void ConvertBlocks(const void* source, void* destination, std::uint64_t pixelCou
 }
 
 } // namespace
+
+} // namespace pyxen

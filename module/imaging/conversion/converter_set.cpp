@@ -6,6 +6,8 @@
 #include <atomic>
 #include <cstddef>
 
+namespace pyxen {
+
 namespace {
 
 constexpr const ConverterSet* kSets[] = {&kPlainConverters, &kSse41Converters, &kAvx2Converters,
@@ -70,3 +72,5 @@ void ConvertYUV444(const void* source, void* destination, std::uint64_t pixelCou
 void ConvertYUV411(const void* source, void* destination, std::uint64_t pixelCount) {
     ActiveConverterSet().convertYUV411(source, destination, pixelCount);
 }
+
+} // namespace pyxen

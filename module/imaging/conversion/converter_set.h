@@ -5,6 +5,8 @@
 
 #include <span>
 
+namespace pyxen {
+
 /// One complete set of converters, all for the same instruction set.
 struct ConverterSet {
     const char* name; ///< of the instruction set
@@ -30,3 +32,5 @@ std::span<const ConverterSet* const> UsableConverterSets();
 const ConverterSet& ActiveConverterSet();
 /// Forces another usable set; null restores the fastest. For tests and measurements.
 void ForceConverterSet(const ConverterSet* set);
+
+} // namespace pyxen

@@ -3,6 +3,8 @@
 
 #include "imaging/conversion/packed_pixels.h"
 
+namespace pyxen {
+
 namespace {
 
 /// 16 pixels: 8 from the step's first 16 bytes and 8 from its last 16.
@@ -42,3 +44,5 @@ struct LanePackedStep : Layout {
 };
 
 } // namespace
+
+} // namespace pyxen

@@ -7,6 +7,8 @@
 #include "imaging/conversion/blocks.h"
 #include "imaging/conversion/yuv_pixels.h"
 
+namespace pyxen {
+
 namespace {
 
 inline constexpr int kLanePixels = 16;
@@ -125,3 +127,5 @@ struct Yuv444Block {
 };
 
 } // namespace
+
+} // namespace pyxen

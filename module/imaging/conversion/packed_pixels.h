@@ -6,6 +6,8 @@
 
 #include "imaging/conversion/blocks.h"
 
+namespace pyxen {
+
 namespace {
 
 template <int kBits>
@@ -77,3 +79,5 @@ struct Layout12Packed : PackedGroups<12> {
 };
 
 } // namespace
+
+} // namespace pyxen

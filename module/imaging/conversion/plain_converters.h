@@ -3,6 +3,8 @@
 
 #include "imaging/conversion/converter_set.h"
 
+namespace pyxen {
+
 void PlainUnpack10p(const void* source, void* destination, std::uint64_t pixelCount);
 void PlainUnpack12p(const void* source, void* destination, std::uint64_t pixelCount);
 void PlainUnpack10Packed(const void* source, void* destination, std::uint64_t pixelCount);
@@ -10,3 +12,5 @@ void PlainUnpack12Packed(const void* source, void* destination, std::uint64_t pi
 void PlainConvertYUV422(const void* source, void* destination, std::uint64_t pixelCount);
 void PlainConvertYUV444(const void* source, void* destination, std::uint64_t pixelCount);
 void PlainConvertYUV411(const void* source, void* destination, std::uint64_t pixelCount);
+
+} // namespace pyxen

@@ -3,6 +3,8 @@
 
 #include <cstring>
 
+namespace pyxen {
+
 namespace {
 
 // Host images may be at any address.
@@ -69,3 +71,5 @@ void PlainUnpack12Packed(const void* source, void* destination, std::uint64_t pi
         StorePixel(pixels, (bytes[0] * 16u + (bytes[1] & 0x0Fu)) & 0x0FFFu);
     }
 }
+
+} // namespace pyxen

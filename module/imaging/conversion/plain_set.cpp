@@ -1,6 +1,8 @@
 // plain_set.cpp - converters without any special instruction
 #include "imaging/conversion/plain_converters.h"
 
+namespace pyxen {
+
 const ConverterSet kPlainConverters = {
     "plain",
     PlainUnpack10p,
@@ -11,3 +13,5 @@ const ConverterSet kPlainConverters = {
     PlainConvertYUV444,
     PlainConvertYUV411,
 };
+
+} // namespace pyxen

@@ -1,6 +1,8 @@
 // plain_yuv.cpp - luma and chroma bytes to red, green and blue bytes
 #include "imaging/conversion/plain_converters.h"
 
+namespace pyxen {
+
 namespace {
 
 std::uint8_t Clamp(double value) {
@@ -49,3 +51,5 @@ void PlainConvertYUV411(const void* source, void* destination, std::uint64_t pix
         StoreRgb(pixels, bytes[5], u, v);
     }
 }
+
+} // namespace pyxen

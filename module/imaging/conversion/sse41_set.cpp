@@ -5,6 +5,8 @@
 
 #include <smmintrin.h>
 
+namespace pyxen {
+
 namespace {
 
 struct Sse41 {
@@ -95,3 +97,5 @@ const ConverterSet kSse41Converters = {
     Run<Yuv444Block<Sse41>, PlainConvertYUV444>,
     Run<Yuv411Block<Sse41>, PlainConvertYUV411>,
 };
+
+} // namespace pyxen

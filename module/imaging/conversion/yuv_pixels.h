@@ -10,6 +10,8 @@
 
 #include <cstdint>
 
+namespace pyxen {
+
 namespace {
 
 // One value for the words at even positions and one for those at odd positions.
@@ -130,3 +132,5 @@ constexpr int QuadBlue(int pixelOfEight) {
 }
 
 } // namespace
+
+} // namespace pyxen

@@ -5,6 +5,8 @@
 #include "platform/window_message.h"
 #include "sdk/logger.h"
 
+namespace pyxen {
+
 void grabber_dialogs::ShowMessage(MV_WINDOW parent, const char* text, const char* caption,
                                   bool warning, Logger log) {
     if (!platform::ShowMessageBox(parent, text, caption, warning) && log) {
@@ -27,3 +29,5 @@ MV_ERRCODE grabber_dialogs::RunDeviceFinder(MV_WINDOW, CPyxenAPIAccess&, Logger 
     log.Error("GrabberDialogs::RunDeviceFinder: there are no windows");
     return MV_REFUSED;
 }
+
+} // namespace pyxen

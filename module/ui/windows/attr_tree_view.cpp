@@ -1,6 +1,8 @@
 // attr_tree_view.cpp - the tree of attributes and their values
 #include "ui/windows/attr_tree_view.h"
 
+using namespace pyxen;
+
 IMPLEMENT_DYNCREATE(CAttrTreeView, CColumnTreeView)
 
 BEGIN_MESSAGE_MAP(CAttrTreeView, CColumnTreeView)

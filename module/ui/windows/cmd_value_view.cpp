@@ -3,6 +3,8 @@
 
 #include "res/resource.h"
 
+using namespace pyxen;
+
 IMPLEMENT_DYNCREATE(CCmdValueView, CValueView)
 
 BEGIN_MESSAGE_MAP(CCmdValueView, CValueView)

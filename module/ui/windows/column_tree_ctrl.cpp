@@ -5,6 +5,8 @@
 #include "ui/row_text.h"
 #include "ui/windows/wide_text.h"
 
+using namespace pyxen;
+
 IMPLEMENT_DYNAMIC(CColumnTreeCtrl, CTreeCtrl)
 
 BEGIN_MESSAGE_MAP(CColumnTreeCtrl, CTreeCtrl)

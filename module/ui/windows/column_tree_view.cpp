@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <optional>
 
+using namespace pyxen;
+
 IMPLEMENT_DYNAMIC(CColumnTreeView, CView)
 
 BEGIN_MESSAGE_MAP(CColumnTreeView, CView)

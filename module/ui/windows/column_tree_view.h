@@ -48,5 +48,5 @@ private:
     CFont headerFont;
     int headerHeight = 0;
     int columnsWidth = 0;
-    ColumnScroll scroll;
+    pyxen::ColumnScroll scroll;
 };

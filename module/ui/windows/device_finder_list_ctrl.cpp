@@ -9,6 +9,8 @@
 
 #include <algorithm>
 
+using namespace pyxen;
+
 IMPLEMENT_DYNAMIC(CDeviceFinderListCtrl, CListCtrl)
 
 BEGIN_MESSAGE_MAP(CDeviceFinderListCtrl, CListCtrl)

@@ -9,14 +9,16 @@
 
 #include <string>
 
+namespace pyxen {
 struct DeviceConnection;
+}
 
 /// A list view in report mode with one row a camera. A row's item data is the camera's number.
 class CDeviceFinderListCtrl : public CListCtrl {
     DECLARE_DYNAMIC(CDeviceFinderListCtrl)
 public:
     /// Sets the columns and the state images up. `newLog` may be null.
-    void Initialise(Logger newLog);
+    void Initialise(pyxen::Logger newLog);
     /// The message that the parent is sent when the user asks for something: its wParam is
     /// kChosen or kAsked.
     void SetNotification(UINT message) { notification = message; }
@@ -25,7 +27,7 @@ public:
     static constexpr WPARAM kAsked = 1;  ///< a right click
 
     /// Shows the camera in its row, or in a new last one; answers the row, -1 without a window.
-    int AddOrUpdateCamera(const PxnCameraInfo& camera, const DeviceConnection& connection);
+    int AddOrUpdateCamera(const PxnCameraInfo& camera, const pyxen::DeviceConnection& connection);
     /// False when the camera is not listed.
     bool RemoveCameraFromList(const std::string& id);
     /// The identifier of the camera in a row; null when there is no such row.
@@ -48,8 +50,8 @@ private:
     int AddRow(const std::string& id, const char* name);
     void NotifyParent(WPARAM what);
 
-    Logger log;
+    pyxen::Logger log;
     UINT notification = 0;
-    DeviceIds ids;
+    pyxen::DeviceIds ids;
     CImageList stateImages;
 };

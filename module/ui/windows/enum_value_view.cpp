@@ -4,6 +4,8 @@
 #include "res/resource.h"
 #include "ui/windows/wide_text.h"
 
+using namespace pyxen;
+
 IMPLEMENT_DYNCREATE(CEnumValueView, CValueView)
 
 CEnumValueView::CEnumValueView() : CValueView(IDD_ENUM_VALUE) {}

@@ -9,6 +9,8 @@
 
 #include <utility>
 
+using namespace pyxen;
+
 namespace {
 
 // Posted by Update, on whatever thread.

@@ -37,7 +37,7 @@ class CKVNPyxenFeatureCtrlDialog : public CCamCntrlDlgBase,
                                    public CAttrTreeView::IObserver,
                                    public CValueView::IObserver,
                                    public CColumnTreeCtrl::INotifyCallback,
-                                   private BufferDebounce::Actions {
+                                   private pyxen::BufferDebounce::Actions {
     DECLARE_DYNAMIC(CKVNPyxenFeatureCtrlDialog)
 public:
     static constexpr UINT_PTR SYNC_TIMEOUT_TIMER_ID = 1;
@@ -105,11 +105,11 @@ private:
         OwnerClass(CMivoraKVNPyxenClass& newGrabber, CKVNPyxenFeatureCtrlDialog& dialog);
 
         CMivoraKVNPyxenClass& grabber;
-        const Logger log;
-        FeatureReader reader;
-        FeatureWriter writer;
-        const std::shared_ptr<InvalidationReceiver> receiver;
-        FeatureRegistrations registrations;
+        const pyxen::Logger log;
+        pyxen::FeatureReader reader;
+        pyxen::FeatureWriter writer;
+        const std::shared_ptr<pyxen::InvalidationReceiver> receiver;
+        pyxen::FeatureRegistrations registrations;
     };
 
     // BufferDebounce::Actions
@@ -120,9 +120,9 @@ private:
 
     // the window
     void CaptureLayout();
-    FeatureDialogLayout::Places ComputePlaces() const;
+    pyxen::FeatureDialogLayout::Places ComputePlaces() const;
     void LayOut();
-    LayoutRect PlaceOf(int id) const;
+    pyxen::LayoutRect PlaceOf(int id) const;
 
     // the tree and what is registered for it
     /// Whether the SDK may be called. The grabber must not be touched without a window.
@@ -141,21 +141,21 @@ private:
     void RefreshLeaf(std::size_t index);
 
     // the editor
-    std::unique_ptr<CValueView> MakeEditor(const Feature& feature, const RECT& rect);
-    std::optional<WriteOutcome> Commit(std::size_t index);
+    std::unique_ptr<CValueView> MakeEditor(const pyxen::Feature& feature, const RECT& rect);
+    std::optional<pyxen::WriteOutcome> Commit(std::size_t index);
     void RefreshCurrentForm();
 
     std::optional<OwnerClass> owner; ///< whenever there is a window
     const SmallIcon icon;
-    BufferDebounce debounce;
+    pyxen::BufferDebounce debounce;
 
-    std::optional<FeatureDialogLayout> layout; ///< once the template's controls stand
+    std::optional<pyxen::FeatureDialogLayout> layout; ///< once the template's controls stand
     CAttrTreeView treeView;
     CContainerView container;
-    CScrolledText descriptionText;
+    pyxen::CScrolledText descriptionText;
     bool wasShown = false;
 
-    FeatureTree tree;
+    pyxen::FeatureTree tree;
     std::vector<HTREEITEM> leafItems; ///< by the leaves of the tree
     std::vector<std::size_t> visible; ///< leaves whose values are followed
     bool followsValues = true;        ///< not while hidden

@@ -12,6 +12,8 @@
 #include "ui/windows/wide_text.h"
 #include "ui/write_report.h"
 
+using namespace pyxen;
+
 namespace {
 
 constexpr const char* kBoolOptions[] = {"False", "True"};

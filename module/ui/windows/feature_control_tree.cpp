@@ -9,6 +9,8 @@
 
 #include <algorithm>
 
+using namespace pyxen;
+
 namespace {
 
 /// Keeps a window from drawing while many of its rows change.

@@ -5,6 +5,8 @@
 #include "ui/value_text.h"
 #include "ui/windows/wide_text.h"
 
+using namespace pyxen;
+
 IMPLEMENT_DYNCREATE(CFloatValueView, CValueView)
 
 BEGIN_MESSAGE_MAP(CFloatValueView, CValueView)

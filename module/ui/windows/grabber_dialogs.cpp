@@ -9,6 +9,8 @@
 
 #include <memory>
 
+using namespace pyxen;
+
 void grabber_dialogs::ShowMessage(MV_WINDOW parent, const char* text, const char* caption,
                                   bool warning, Logger) {
     platform::ShowMessageBox(parent, text, caption, warning);

@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <span>
 
+using namespace pyxen;
+
 namespace {
 
 constexpr UINT kInterfaceDiscovery = WM_APP + 1; ///< wParam the handle, lParam the feature's name

@@ -15,7 +15,7 @@ class CKVNPyxenDeviceFinderDialog : public CDialog {
     DECLARE_DYNAMIC(CKVNPyxenDeviceFinderDialog)
 public:
     /// `newApi` is valid and outlives the dialog; `newLog` may be null.
-    CKVNPyxenDeviceFinderDialog(CPyxenAPIAccess& newApi, Logger newLog, CWnd* parent);
+    CKVNPyxenDeviceFinderDialog(CPyxenAPIAccess& newApi, pyxen::Logger newLog, CWnd* parent);
 
     /// The extended identifier of the camera that is selected, or was when it was there last.
     void SetSelectedId(std::string id) { selectedId = std::move(id); }
@@ -40,8 +40,8 @@ private:
     void UpdateCameraList();
 
     CPyxenAPIAccess& api;
-    const Logger log;
-    DeviceDiscovery discovery;
+    const pyxen::Logger log;
+    pyxen::DeviceDiscovery discovery;
     std::string selectedId;
     SmallIcon icon;
     CDeviceFinderListCtrl list;

@@ -5,6 +5,8 @@
 #include "ui/serial_dialog_logic.h"
 #include "ui/windows/wide_text.h"
 
+using namespace pyxen;
+
 IMPLEMENT_DYNAMIC(CKVNPyxenSerCfgDialog, CDialog)
 
 BEGIN_MESSAGE_MAP(CKVNPyxenSerCfgDialog, CDialog)

@@ -10,9 +10,9 @@
 class CKVNPyxenSerCfgDialog : public CDialog {
     DECLARE_DYNAMIC(CKVNPyxenSerCfgDialog)
 public:
-    CKVNPyxenSerCfgDialog(const SerialDialogData& shown, CWnd* parent);
+    CKVNPyxenSerCfgDialog(const pyxen::SerialDialogData& shown, CWnd* parent);
 
-    const SerialDialogData& Data() const { return data; }
+    const pyxen::SerialDialogData& Data() const { return data; }
 
     /// Fills the controls.
     BOOL OnInitDialog() override;
@@ -28,7 +28,7 @@ protected:
 private:
     struct ChoiceList {
         int id;
-        SerialField field;
+        pyxen::SerialField field;
         CComboBox control;
     };
 
@@ -37,7 +37,7 @@ private:
     void Fill();
     void FillChoices(ChoiceList& list);
 
-    SerialDialogData data;
+    pyxen::SerialDialogData data;
     CListBox ports;
     ChoiceList choices[4];
     CEdit delay;

@@ -1,6 +1,8 @@
 // module_app.cpp - the module's application object
 #include <afxwin.h>
 
+namespace pyxen {
+
 namespace {
 
 /// Makes the module known to its window classes; there is one, before any window is made.
@@ -9,3 +11,5 @@ class CKVNPyxenApp : public CWinApp {};
 CKVNPyxenApp theApp;
 
 } // namespace
+
+} // namespace pyxen

@@ -3,6 +3,8 @@
 
 #include "ui/windows/wide_text.h"
 
+namespace pyxen {
+
 namespace {
 
 constexpr UINT kTextFormat = DT_WORDBREAK | DT_NOPREFIX | DT_EXPANDTABS;
@@ -142,3 +144,5 @@ LRESULT CScrolledText::OnSetText(WPARAM wParam, LPARAM lParam) {
 LRESULT CScrolledText::OnNcHitTest(WPARAM wParam, LPARAM lParam) {
     return ::DefWindowProc(m_hWnd, WM_NCHITTEST, wParam, lParam);
 }
+
+} // namespace pyxen

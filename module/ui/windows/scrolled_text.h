@@ -5,6 +5,8 @@
 
 #include <string>
 
+namespace pyxen {
+
 /// A static text, broken at its width, with a vertical scroll bar as long as it is higher than its
 /// place. Attached by SubclassDlgItem. User-interface thread only.
 class CScrolledText : public CWnd {
@@ -32,3 +34,5 @@ private:
     void FitScrollBar();
     void ScrollTo(int position);
 };
+
+} // namespace pyxen

@@ -7,6 +7,8 @@
 
 #include <afxcmn.h>
 
+using namespace pyxen;
+
 IMPLEMENT_DYNCREATE(CSintValueView, CValueView)
 
 BEGIN_MESSAGE_MAP(CSintValueView, CValueView)

@@ -28,6 +28,6 @@ private:
     bool ShowNumber();
     bool MoveSlider();
 
-    SliderScale scale;
+    pyxen::SliderScale scale;
     bool updating = false; ///< the edit's text is being written, not typed
 };

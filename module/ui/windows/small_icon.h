@@ -6,6 +6,8 @@
 #include <memory>
 #include <type_traits>
 
+namespace pyxen {
+
 struct IconDestroyer {
     using pointer = HICON;
     void operator()(HICON icon) const { ::DestroyIcon(icon); }
@@ -19,3 +21,5 @@ using SmallIcon = std::unique_ptr<std::remove_pointer_t<HICON>, IconDestroyer>;
 SmallIcon LoadIconOfSize(UINT resourceId, int size);
 /// The same in the system's small-icon size.
 SmallIcon LoadSmallIcon(UINT resourceId);
+
+} // namespace pyxen

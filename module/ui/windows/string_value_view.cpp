@@ -4,6 +4,8 @@
 #include "res/resource.h"
 #include "ui/windows/wide_text.h"
 
+using namespace pyxen;
+
 IMPLEMENT_DYNCREATE(CStringValueView, CValueView)
 
 CStringValueView::CStringValueView() : CValueView(IDD_STRING_VALUE) {}

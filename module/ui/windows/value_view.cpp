@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+using namespace pyxen;
+
 IMPLEMENT_DYNCREATE(CValueView, CFormView)
 
 namespace {

@@ -1,6 +1,8 @@
 // wide_text.cpp - between the module's narrow texts (UTF-8) and the windows' wide ones
 #include "ui/windows/wide_text.h"
 
+namespace pyxen {
+
 namespace {
 
 std::wstring Convert(std::string_view utf8, DWORD flags) {
@@ -58,3 +60,5 @@ std::wstring TreeItemText(const CTreeCtrl& tree, HTREEITEM item) {
         buffer.resize(buffer.size() * 2);
     }
 }
+
+} // namespace pyxen

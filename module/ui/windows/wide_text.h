@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+namespace pyxen {
+
 /// Bytes that are no UTF-8 become U+FFFD.
 std::wstring WideText(std::string_view utf8);
 /// As WideText, but empty when the text is no UTF-8.
@@ -16,3 +18,5 @@ std::string NarrowText(std::wstring_view wide);
 std::wstring WindowText(HWND window);
 /// A tree row's whole text; empty when there is no such row.
 std::wstring TreeItemText(const CTreeCtrl& tree, HTREEITEM item);
+
+} // namespace pyxen

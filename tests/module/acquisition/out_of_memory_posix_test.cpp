@@ -7,6 +7,8 @@
 
 #include <algorithm>
 
+using namespace pyxen;
+
 namespace {
 
 using support::GrantAllocations;

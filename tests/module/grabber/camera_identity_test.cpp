@@ -8,6 +8,8 @@
 #include <atomic>
 #include <thread>
 
+using namespace pyxen;
+
 namespace {
 
 TEST(CameraIdentityTest, BeginsWithNeither) {

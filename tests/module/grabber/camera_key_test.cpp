@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+using namespace pyxen;
+
 namespace {
 
 // The remainder of the division of the message by the polynomial, bit by bit on paper: the message

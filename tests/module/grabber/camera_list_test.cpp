@@ -6,6 +6,8 @@
 #include "grabber/mivora_camera_kvn_pyxen.h"
 #include "tests/module/grabber_fixture.h"
 
+using namespace pyxen;
+
 namespace {
 
 void KeepMask(uint32_t mask, void* context) {

@@ -3,6 +3,8 @@
 
 #include "grabber/mivora_camera_kvn_pyxen.h"
 
+using namespace pyxen;
+
 namespace {
 
 class CloseCamera : public GrabberFixture {

@@ -4,6 +4,8 @@
 #include "grabber/camera_identity.h"
 #include "tests/module/grabber_fixture.h"
 
+using namespace pyxen;
+
 namespace {
 
 class Configuration : public GrabberFixture {

@@ -12,6 +12,8 @@
 #include <optional>
 #include <thread>
 
+using namespace pyxen;
+
 namespace {
 
 using scripted::SystemHandle;

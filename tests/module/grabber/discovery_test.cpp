@@ -10,6 +10,8 @@
 #include <optional>
 #include <thread>
 
+using namespace pyxen;
+
 namespace {
 
 const std::string kInvalidation =

@@ -1,6 +1,8 @@
 // initialisation_test.cpp - from constructed to usable and back
 #include "tests/module/grabber_fixture.h"
 
+using namespace pyxen;
+
 namespace {
 
 // A dialog that tells of its end.

@@ -6,6 +6,8 @@
 
 #include <cstring>
 
+using namespace pyxen;
+
 namespace {
 
 using CameraNode = GrabberFixture;

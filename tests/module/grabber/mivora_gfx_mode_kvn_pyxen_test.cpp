@@ -3,6 +3,8 @@
 
 #include "tests/module/grabber_fixture.h"
 
+using namespace pyxen;
+
 namespace {
 
 const std::string kFormatTag = "0 CMivoraGfxModeKVNPyxen::GetFormatPropertiesByPixelFormat: ";

@@ -3,6 +3,8 @@
 #include "serial/cmd_kvn_pyxen.h"
 #include "tests/module/grabber_fixture.h"
 
+using namespace pyxen;
+
 namespace {
 
 class GrabberClass : public GrabberFixture {

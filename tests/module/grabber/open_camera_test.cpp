@@ -9,6 +9,8 @@
 
 #include <algorithm>
 
+using namespace pyxen;
+
 namespace {
 
 using OpenCameraTest = GrabberFixture;

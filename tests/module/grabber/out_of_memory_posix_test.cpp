@@ -23,6 +23,8 @@
 #include <utility>
 #include <vector>
 
+using namespace pyxen;
+
 namespace {
 
 using support::GrantAllocations;

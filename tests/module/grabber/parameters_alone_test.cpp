@@ -4,6 +4,8 @@
 #include "sdk/camera_features.h"
 #include "tests/module/sdk/loaded_api.h"
 
+using namespace pyxen;
+
 namespace {
 
 constexpr std::int32_t kInMicroseconds = -6; // exponents of the time base

@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace pyxen;
+
 namespace {
 
 const std::string kTag = "1 CMivoraKVNPyxenClass::Init: ";

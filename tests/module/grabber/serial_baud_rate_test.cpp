@@ -4,6 +4,8 @@
 
 #include <limits>
 
+using namespace pyxen;
+
 namespace {
 
 TEST(TrailingNumber, IsMadeOfTheLastDigits) {

@@ -15,6 +15,8 @@
 #include <iterator>
 #include <string>
 
+using namespace pyxen;
+
 namespace {
 
 using support::GrantAllocations;

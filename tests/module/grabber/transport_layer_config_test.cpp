@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <filesystem>
 
+using namespace pyxen;
+
 namespace {
 
 constexpr const char* kRules =

@@ -10,6 +10,8 @@
 #include <thread>
 #include <vector>
 
+using namespace pyxen;
+
 namespace {
 
 class PoolReceiver final : public IFrameReceiver {

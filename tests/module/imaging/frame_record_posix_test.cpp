@@ -61,3 +61,5 @@ TEST_F(FrameMemory, EveryImageMayBeTooLarge) {
 } // namespace
 
 #endif
+
+using namespace pyxen;

@@ -4,6 +4,8 @@
 #include "grabber/mode_layout.h"
 #include "tests/module/grabber_fixture.h"
 
+using namespace pyxen;
+
 namespace {
 
 class FrameRecords : public GrabberFixture {

@@ -6,6 +6,8 @@
 #include <map>
 #include <string>
 
+using namespace pyxen;
+
 namespace {
 
 struct FormatRow {

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <utility>
 
+using namespace pyxen;
+
 namespace {
 
 const char* const kGrowLine = "0 CPyxenAPIAccess::AllocateAndGetCameraList: More data was returned "

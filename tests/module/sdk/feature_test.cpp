@@ -5,6 +5,8 @@
 
 #include <optional>
 
+using namespace pyxen;
+
 namespace {
 
 class FeatureTest : public LoadedApi {

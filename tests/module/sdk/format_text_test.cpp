@@ -5,6 +5,8 @@
 
 #include <cstdint>
 
+using namespace pyxen;
+
 namespace {
 
 TEST(FormatText, IsWholeAndNoLonger) {

@@ -9,6 +9,8 @@
 #include <stdexcept>
 #include <thread>
 
+using namespace pyxen;
+
 namespace {
 
 using Channel = InvalidationChannel;

@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+using namespace pyxen;
+
 namespace {
 
 TEST(LoggerTest, WritesEachLineAtItsLevel) {

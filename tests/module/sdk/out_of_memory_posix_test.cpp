@@ -14,6 +14,8 @@
 #include <cstdint>
 #include <cstring>
 
+using namespace pyxen;
+
 namespace {
 
 constexpr std::uint32_t kCameras = 2;

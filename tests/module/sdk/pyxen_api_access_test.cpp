@@ -16,6 +16,8 @@
 #include <string>
 #include <vector>
 
+using namespace pyxen;
+
 namespace {
 
 using library_text::File;

@@ -12,6 +12,8 @@
 #include <string>
 #include <vector>
 
+using namespace pyxen;
+
 namespace {
 
 const std::map<PxnError, std::string>& KnownTexts() {

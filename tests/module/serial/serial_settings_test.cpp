@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+using namespace pyxen;
+
 namespace {
 
 using Indices = std::vector<uint32_t>;

@@ -18,6 +18,8 @@
 #include <thread>
 #include <vector>
 
+using namespace pyxen;
+
 namespace {
 
 class SerialSoakTest : public testing::Test {

@@ -3,6 +3,8 @@
 
 #include "tests/module/sdk/loaded_api.h"
 
+using namespace pyxen;
+
 namespace {
 
 const std::string kNoList = "CMivoraKVNPyxenClass::PrintParameters: Could not get feature list";

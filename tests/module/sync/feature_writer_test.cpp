@@ -3,6 +3,8 @@
 
 #include "tests/module/sync/engine_fixture.h"
 
+using namespace pyxen;
+
 namespace {
 
 class FeatureWriting : public EngineFixture {

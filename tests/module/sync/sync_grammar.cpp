@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <optional>
 
+using namespace pyxen;
+
 namespace {
 
 enum class Take { kNothing, kModule, kFeature, kDependencyModule, kDependencyFeature };

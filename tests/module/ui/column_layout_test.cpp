@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace pyxen;
+
 namespace {
 
 using Widths = std::array<int, 2>;

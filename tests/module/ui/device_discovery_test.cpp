@@ -5,6 +5,8 @@
 
 #include <memory>
 
+using namespace pyxen;
+
 namespace {
 
 class DeviceDiscoveryTest : public LoadedApi {

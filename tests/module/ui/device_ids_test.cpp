@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace pyxen;
+
 namespace {
 
 TEST(DeviceIds, AreNumberedInTheOrderOfAdding) {

@@ -3,6 +3,8 @@
 #include "sdk/sdk_error.h"
 #include "tests/module/sdk/loaded_api.h"
 
+using namespace pyxen;
+
 namespace {
 
 using scripted::InterfaceHandle;

@@ -11,6 +11,8 @@
 #include <utility>
 #include <vector>
 
+using namespace pyxen;
+
 namespace {
 
 PxnHandle Handle(std::uintptr_t value) {

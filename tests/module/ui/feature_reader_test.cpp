@@ -4,6 +4,8 @@
 #include "tests/module/sync/engine_fixture.h"
 #include "ui/feature_leaf.h"
 
+using namespace pyxen;
+
 namespace {
 
 class FeatureAccess : public EngineFixture {

@@ -4,6 +4,8 @@
 #include "tests/module/sdk/loaded_api.h"
 #include "ui/feature_value_text.h"
 
+using namespace pyxen;
+
 namespace {
 
 class FeatureTreeRows : public LoadedApi {

@@ -11,6 +11,8 @@
 #include <thread>
 #include <utility>
 
+using namespace pyxen;
+
 namespace {
 
 struct Posted {

@@ -3,6 +3,8 @@
 #include "tests/support/allocations/failing_allocations.h"
 #include "ui/feature_reader.h"
 
+using namespace pyxen;
+
 namespace {
 
 class ReaderOutOfMemory : public LoadedApi {

@@ -3,6 +3,8 @@
 #include "sync/feature_cache.h"
 #include "tests/module/sdk/loaded_api.h"
 
+using namespace pyxen;
+
 namespace {
 
 class RestartRule : public LoadedApi {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace pyxen;
+
 namespace {
 
 using Columns = std::vector<std::wstring_view>;

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace pyxen;
+
 namespace {
 
 using Choices = std::vector<std::uint32_t>;

@@ -4,6 +4,8 @@
 
 #include <limits>
 
+using namespace pyxen;
+
 namespace {
 
 constexpr std::int64_t kLowest = std::numeric_limits<std::int64_t>::min();

@@ -7,6 +7,8 @@
 #include <limits>
 #include <string>
 
+using namespace pyxen;
+
 namespace {
 
 using std::nullopt;

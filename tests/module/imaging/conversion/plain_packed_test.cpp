@@ -4,6 +4,8 @@
 
 #include <random>
 
+using namespace pyxen;
+
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <random>
 
+using namespace pyxen;
+
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
