@@ -1,20 +1,15 @@
 // packet_size.cpp - fitting a network camera's packets to the network
 #include "grabber/packet_size.h"
 
-#include "sdk/pyxen_api_access.h"
+#include "sdk/feature.h"
 #include "sdk/sdk_error.h"
 
 namespace pyxen {
 
-namespace {
-
-constexpr const char* kAdjustCommand = "GVSPAdjustPacketSize";
-
-} // namespace
-
 void AdjustPacketSize(const CPyxenAPIAccess& api, PxnHandle stream, Logger log) {
     log.Information("CMivoraKVNPyxenClass::OpenActCamera: Executing GVSP Packet size adjustment");
-    if (const PxnError result = api.PxnFeatureCommandRun(stream, kAdjustCommand)) {
+    const Feature command(api, stream, "GVSPAdjustPacketSize", FeatureType::kCommand);
+    if (const PxnError result = command.Run()) {
         ReportSdkError(
             "CMivoraKVNPyxenClass::OpenActCamera: Failed to execute GVSP packet size adjustment",
             result, log);
@@ -22,8 +17,8 @@ void AdjustPacketSize(const CPyxenAPIAccess& api, PxnHandle stream, Logger log) 
     }
     // Compatibility: neither a pause nor a limit. The SDK ends the wait, with an error if it must.
     for (;;) {
-        PxnBool done = 0;
-        const PxnError result = api.PxnFeatureCommandIsDone(stream, kAdjustCommand, &done);
+        bool done = false;
+        const PxnError result = command.IsDone(done);
         if (result == PxnErrNotFound) {
             return;
         }

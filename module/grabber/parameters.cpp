@@ -17,7 +17,6 @@ namespace pyxen {
 namespace {
 
 constexpr const char* kExposureTime = "ExposureTime";
-constexpr const char* kFixedInterval = "AcquisitionFixedIntervalTime";
 constexpr const char* kFrameRate = "AcquisitionFrameRate";
 constexpr double kMicrosecondsPerSecond = 1000000.0;
 constexpr std::uint64_t kAllBits = std::numeric_limits<std::uint64_t>::max();
@@ -202,35 +201,43 @@ std::optional<MV_ERRCODE> Parameters::GetLimits(std::uint32_t id, std::uint64_t*
     }
 }
 
-bool Parameters::ReadLimits(ParameterLimits& limits) {
-    const PxnHandle camera = features.CameraHandle();
-    const int timeBase = host.GetTimeBase();
+Feature Parameters::CameraFeature(const char* name, FeatureType type) const {
+    return {features.Api(), features.CameraHandle(), name, type};
+}
 
-    double minExposure = 0;
-    double maxExposure = 0;
-    if (features.Api().PxnFeatureFloatRangeQuery(camera, kExposureTime, &minExposure,
-                                                 &maxExposure) != 0) {
+Feature Parameters::ExposureTime() const {
+    return CameraFeature(kExposureTime, FeatureType::kFloat);
+}
+
+Feature Parameters::FixedInterval() const {
+    return CameraFeature("AcquisitionFixedIntervalTime", FeatureType::kInteger);
+}
+
+Feature Parameters::FrameRate() const {
+    return CameraFeature(kFrameRate, FeatureType::kFloat);
+}
+
+bool Parameters::ReadLimits(ParameterLimits& limits) {
+    const int timeBase = host.GetTimeBase();
+    FeatureRange range;
+    if (ExposureTime().Range(range)) {
         return false;
     }
-    limits.min1 = Truncate<std::uint64_t>(MicrosecondsToHost(minExposure, timeBase));
-    limits.max1 = Truncate<std::uint64_t>(MicrosecondsToHost(maxExposure, timeBase));
-
-    std::int64_t minTime = 0;
-    std::int64_t maxTime = 0;
-    if (features.Api().PxnFeatureIntRangeQuery(camera, kFixedInterval, &minTime, &maxTime) == 0) {
+    limits.min1 = Truncate<std::uint64_t>(MicrosecondsToHost(range.floats.least, timeBase));
+    limits.max1 = Truncate<std::uint64_t>(MicrosecondsToHost(range.floats.most, timeBase));
+    if (!FixedInterval().Range(range)) {
+        const auto [least, most] = range.integers;
         limits.min2 =
-            Truncate<std::uint64_t>(MicrosecondsToHost(static_cast<double>(minTime), timeBase));
+            Truncate<std::uint64_t>(MicrosecondsToHost(static_cast<double>(least), timeBase));
         limits.max2 =
-            Truncate<std::uint64_t>(MicrosecondsToHost(static_cast<double>(maxTime), timeBase));
+            Truncate<std::uint64_t>(MicrosecondsToHost(static_cast<double>(most), timeBase));
         return true;
     }
-    double minRate = 0;
-    double maxRate = 0;
-    if (features.Api().PxnFeatureFloatRangeQuery(camera, kFrameRate, &minRate, &maxRate) != 0) {
+    if (FrameRate().Range(range)) {
         return false;
     }
-    limits.min2 = Truncate<std::uint64_t>(RateToHost(maxRate, timeBase));
-    limits.max2 = Truncate<std::uint64_t>(RateToHost(minRate, timeBase));
+    limits.min2 = Truncate<std::uint64_t>(RateToHost(range.floats.most, timeBase));
+    limits.max2 = Truncate<std::uint64_t>(RateToHost(range.floats.least, timeBase));
     return true;
 }
 
@@ -261,19 +268,15 @@ std::optional<MV_ERRCODE> Parameters::Set(std::uint32_t id, const ParameterLimit
 }
 
 MV_ERRCODE Parameters::Write(std::uint64_t exposure, std::uint64_t interval) {
-    const PxnHandle camera = features.CameraHandle();
     const int timeBase = host.GetTimeBase();
-    if (features.Api().PxnFeatureFloatSet(camera, kExposureTime,
-                                          HostToMicroseconds(exposure, timeBase)) != 0) {
+    if (ExposureTime().Write(HostToMicroseconds(exposure, timeBase))) {
         return MV_NOT_SERVED;
     }
     const double microseconds = HostToMicroseconds(interval, timeBase);
-    if (features.Api().PxnFeatureIntSet(camera, kFixedInterval,
-                                        Truncate<std::int64_t>(microseconds)) == 0) {
+    if (!FixedInterval().Write(Truncate<std::int64_t>(microseconds))) {
         return MV_OK;
     }
-    const double rate = kMicrosecondsPerSecond / microseconds;
-    return features.Api().PxnFeatureFloatSet(camera, kFrameRate, rate) == 0 ? MV_OK : MV_NOT_SERVED;
+    return FrameRate().Write(kMicrosecondsPerSecond / microseconds) ? MV_NOT_SERVED : MV_OK;
 }
 
 void Parameters::ChangeTimeBase(std::int32_t exponent) {
@@ -286,33 +289,34 @@ void Parameters::ChangeTimeBase(std::int32_t exponent) {
     host.SetSavedTimeBase(exponent);
 }
 
+bool Parameters::CanAsk() const {
+    return features.CameraHandle() && features.Api().IsValid();
+}
+
 bool Parameters::ReadExposure(std::uint32_t* value) {
-    const PxnHandle camera = features.CameraHandle();
-    double microseconds = 0;
-    if (!camera || !features.Api().IsValid() ||
-        features.Api().PxnFeatureFloatGet(camera, kExposureTime, &microseconds) != 0) {
+    FeatureValue microseconds;
+    if (!CanAsk() || ExposureTime().Read(microseconds)) {
         return false;
     }
-    *value = Truncate<std::uint32_t>(MicrosecondsToHost(microseconds, host.GetTimeBase()));
+    *value =
+        Truncate<std::uint32_t>(MicrosecondsToHost(microseconds.Get<double>(), host.GetTimeBase()));
     return true;
 }
 
 bool Parameters::ReadInterval(std::uint32_t* value) {
-    const PxnHandle camera = features.CameraHandle();
-    if (!camera || !features.Api().IsValid()) {
+    if (!CanAsk()) {
         return false;
     }
-    std::int64_t microseconds = 0;
-    if (features.Api().PxnFeatureIntGet(camera, kFixedInterval, &microseconds) == 0) {
+    FeatureValue read;
+    if (!FixedInterval().Read(read)) {
         *value = Truncate<std::uint32_t>(
-            MicrosecondsToHost(static_cast<double>(microseconds), host.GetTimeBase()));
+            MicrosecondsToHost(static_cast<double>(read.Get<std::int64_t>()), host.GetTimeBase()));
         return true;
     }
-    double rate = 0;
-    if (features.Api().PxnFeatureFloatGet(camera, kFrameRate, &rate) != 0) {
+    if (FrameRate().Read(read)) {
         return false;
     }
-    *value = Truncate<std::uint32_t>(RateToHost(rate, host.GetTimeBase()));
+    *value = Truncate<std::uint32_t>(RateToHost(read.Get<double>(), host.GetTimeBase()));
     return true;
 }
 

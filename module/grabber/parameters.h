@@ -2,6 +2,7 @@
 #pragma once
 
 #include "mivora/types.h"
+#include "sdk/feature.h"
 
 #include <cstdint>
 #include <optional>
@@ -83,6 +84,11 @@ public:
                           std::uint32_t& exposure, std::uint32_t& interval);
 
 private:
+    Feature CameraFeature(const char* name, FeatureType type) const;
+    Feature ExposureTime() const;
+    Feature FixedInterval() const; // not every camera has it
+    Feature FrameRate() const;
+    bool CanAsk() const;
     bool ReadLimits(ParameterLimits& limits);
     MV_ERRCODE Write(std::uint64_t exposure, std::uint64_t interval);
     void ChangeTimeBase(std::int32_t exponent);

@@ -18,12 +18,13 @@ PxnError ReadAll(std::vector<T>& elements, FeatureStep& step, Ask ask, Fill fill
     std::uint32_t count = 0;
     step = FeatureStep::kLength;
     PxnError result = ask(&count);
-    if (result != PxnErrSuccess || count == 0) {
+    if (result != PxnErrSuccess) {
         return result;
     }
     step = FeatureStep::kMemory;
     result = NoThrow<PxnError>(PxnErrOther, [&]() -> PxnError {
-        elements.resize(count);
+        // No elements have an address as well: without one, the number would be asked again.
+        elements.resize(std::max(count, 1u));
         return PxnErrSuccess;
     });
     if (result != PxnErrSuccess) {

@@ -8,6 +8,8 @@
 #include <cstring>
 #include <random>
 
+using namespace pyxen;
+
 namespace {
 
 std::string RandomBytes(std::size_t count) {

@@ -121,6 +121,18 @@ TEST_F(FeatureAccess, ReportsEnumerationsWithoutARange) {
     EXPECT_TRUE(range.entries.empty());
 }
 
+TEST_F(FeatureAccess, AsksForEntriesEvenWhereThereAreNone) {
+    Camera()["Format"].entries.clear();
+    FeatureRange range;
+    sdk.ClearCalls();
+    EXPECT_TRUE(reader.GetEnumRange(At("Format"), true, range));
+    EXPECT_TRUE(range.entries.empty());
+    EXPECT_EQ(sdk.TakeCalls({"PxnFeatureEnumRangeQuery"}).size(), 2u);
+    sdk.Fail("PxnFeatureEnumRangeQuery", PxnErrTimeout, 2);
+    EXPECT_FALSE(reader.GetEnumRange(At("Format"), true, range));
+    EXPECT_EQ(Line("GetEnumRange"), "Failed to enum entry range of feature Format");
+}
+
 TEST_F(FeatureAccess, LeavesARangeEmptyThatCannotBeRead) {
     sdk.Fail("PxnFeatureIntRangeQuery", PxnErrTimeout);
     EXPECT_EQ(Range("Width"), "");
