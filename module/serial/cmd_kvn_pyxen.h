@@ -72,7 +72,7 @@ private:
     // can take for ever; settingsMutex only while the settings are copied, with no call out.
     platform::Mutex& portMutex;
     mutable platform::Mutex settingsMutex;
-    std::int32_t openPortId GUARDED_BY(portMutex) = kNoSerialPort;
+    std::int32_t openPortId GUARDED_BY(portMutex) = pyxen::kNoSerialPort;
     std::uint64_t closings GUARDED_BY(portMutex) = 0; // of a port that was open
     std::vector<pyxen::SerialPortEntry> ports GUARDED_BY(portMutex);
     pyxen::SerialSettings settings GUARDED_BY(settingsMutex);

@@ -12,13 +12,13 @@
 #include <string>
 #include <utility>
 
-namespace pyxen {
-
 /// Window messages of a dialog: wParam is the module's handle, lParam the SDK's feature name.
 inline constexpr std::uint32_t WM_FEATURE_UPDATE = 0x8000;
 inline constexpr std::uint32_t WM_SYNC_FEATURE_INVALIDATED = 0x8001;
 inline constexpr std::uint32_t WM_BUFFER_FORMAT_INVALIDATED = 0x8002;
 inline constexpr std::uint32_t WM_TIMING_FEATURE_INVALIDATED = 0x8003;
+
+namespace pyxen {
 
 /// What a feature is followed for.
 enum class InvalidationKind { kValue, kSync, kBufferFormat, kTiming };

@@ -4,7 +4,7 @@ set -euo pipefail
 cd "$1"
 
 compiles() {
-  printf '#include "sdk/format_text.h"\n#include "sdk/logger.h"\n#include <cstdint>\nvoid Line(const Logger& log, const char* text) { %s; }\n' "$1" |
+  printf '#include "sdk/format_text.h"\n#include "sdk/logger.h"\n#include <cstdint>\nusing namespace pyxen;\nvoid Line(const Logger& log, const char* text) { %s; }\n' "$1" |
     clang++ -std=c++20 -fsyntax-only -I module -I host/include -I pxnc/include -I . -x c++ - 2>/dev/null
 }
 

@@ -16,8 +16,6 @@
 #include <cstdint>
 #include <functional>
 
-using namespace pyxen;
-
 namespace {
 
 constexpr const char* kCameras = R"(<PxnC>

@@ -1,8 +1,6 @@
 // container_view.cpp - the pane that a value editor stands in
 #include "ui/windows/container_view.h"
 
-using namespace pyxen;
-
 IMPLEMENT_DYNCREATE(CContainerView, CView)
 
 BEGIN_MESSAGE_MAP(CContainerView, CView)

@@ -146,7 +146,7 @@ private:
     void RefreshCurrentForm();
 
     std::optional<OwnerClass> owner; ///< whenever there is a window
-    const SmallIcon icon;
+    const pyxen::SmallIcon icon;
     pyxen::BufferDebounce debounce;
 
     std::optional<pyxen::FeatureDialogLayout> layout; ///< once the template's controls stand

@@ -43,6 +43,6 @@ private:
     const pyxen::Logger log;
     pyxen::DeviceDiscovery discovery;
     std::string selectedId;
-    SmallIcon icon;
+    pyxen::SmallIcon icon;
     CDeviceFinderListCtrl list;
 };

@@ -103,7 +103,7 @@ void CKVNPyxenSerCfgDialog::OnOK() {
     CDialog::OnOK();
 }
 
-MV_DLG_EXITCODE RunSerialDialog(MV_WINDOW parent, SerialDialogData& data) {
+MV_DLG_EXITCODE pyxen::RunSerialDialog(MV_WINDOW parent, SerialDialogData& data) {
     AFX_MANAGE_STATE(AfxGetStaticModuleState())
     CKVNPyxenSerCfgDialog dialog(data, CWnd::FromHandle(static_cast<HWND>(parent)));
     if (dialog.DoModal() != IDOK) {

@@ -66,6 +66,6 @@ private:
 
     IObserver* observer = nullptr;
     std::vector<Place> places; ///< empty until the form stands
-    const SmallIcon applyIcon;
-    const SmallIcon revertIcon;
+    const pyxen::SmallIcon applyIcon;
+    const pyxen::SmallIcon revertIcon;
 };

@@ -8,7 +8,7 @@
 /// One converter of every set.
 struct ConverterLayout {
     const char* name;
-    ConvertFunction ConverterSet::*converter;
+    pyxen::ConvertFunction pyxen::ConverterSet::*converter;
     std::size_t groupPixels;
     std::size_t groupBytes;
     std::size_t pixelBytes;
@@ -25,11 +25,11 @@ struct ConverterLayout {
 };
 
 inline constexpr ConverterLayout kConverterLayouts[] = {
-    {"Unpack10p", &ConverterSet::unpack10p, 4, 5, 2, false, 10},
-    {"Unpack12p", &ConverterSet::unpack12p, 2, 3, 2, false, 12},
-    {"Unpack10Packed", &ConverterSet::unpack10Packed, 2, 3, 2, false, 12},
-    {"Unpack12Packed", &ConverterSet::unpack12Packed, 2, 3, 2, false, 12},
-    {"ConvertYUV422", &ConverterSet::convertYUV422, 2, 4, 3, true, 0},
-    {"ConvertYUV444", &ConverterSet::convertYUV444, 1, 3, 3, true, 0},
-    {"ConvertYUV411", &ConverterSet::convertYUV411, 4, 6, 3, true, 0},
+    {"Unpack10p", &pyxen::ConverterSet::unpack10p, 4, 5, 2, false, 10},
+    {"Unpack12p", &pyxen::ConverterSet::unpack12p, 2, 3, 2, false, 12},
+    {"Unpack10Packed", &pyxen::ConverterSet::unpack10Packed, 2, 3, 2, false, 12},
+    {"Unpack12Packed", &pyxen::ConverterSet::unpack12Packed, 2, 3, 2, false, 12},
+    {"ConvertYUV422", &pyxen::ConverterSet::convertYUV422, 2, 4, 3, true, 0},
+    {"ConvertYUV444", &pyxen::ConverterSet::convertYUV444, 1, 3, 3, true, 0},
+    {"ConvertYUV411", &pyxen::ConverterSet::convertYUV411, 4, 6, 3, true, 0},
 };

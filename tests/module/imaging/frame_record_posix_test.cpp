@@ -61,5 +61,3 @@ TEST_F(FrameMemory, EveryImageMayBeTooLarge) {
 } // namespace
 
 #endif
-
-using namespace pyxen;

@@ -7,6 +7,8 @@
 #include <cstring>
 #include <string>
 
+using namespace pyxen;
+
 namespace {
 
 std::uint8_t ToByte(double value) {

@@ -1,6 +1,8 @@
 // channel_config_test.cpp - a serial channel's settings in the ini file
 #include "tests/module/serial/serial_fixture.h"
 
+using namespace pyxen;
+
 namespace {
 
 class ChannelConfigTest : public SerialFixture {

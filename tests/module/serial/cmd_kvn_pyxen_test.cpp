@@ -3,6 +3,8 @@
 #include "tests/module/serial/serial_fixture.h"
 #include "tests/support/virtual_table.h"
 
+using namespace pyxen;
+
 namespace {
 
 /// Its camera goes after the handle was asked for so many times.

@@ -1,6 +1,8 @@
 // port_list_test.cpp - which ports a camera offers
 #include "tests/module/serial/serial_fixture.h"
 
+using namespace pyxen;
+
 namespace {
 
 class PortListTest : public SerialFixture {

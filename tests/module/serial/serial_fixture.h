@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
-inline SerialSettings SettingsOf(const char* portName) {
-    SerialSettings settings;
+inline pyxen::SerialSettings SettingsOf(const char* portName) {
+    pyxen::SerialSettings settings;
     std::snprintf(settings.portName, sizeof settings.portName, "%s", portName);
     return settings;
 }

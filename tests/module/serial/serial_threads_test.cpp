@@ -8,6 +8,8 @@
 #include <thread>
 #include <vector>
 
+using namespace pyxen;
+
 namespace {
 
 class SerialThreadsTest : public SerialFixture {

@@ -4,6 +4,8 @@
 #include <functional>
 #include <ostream>
 
+using namespace pyxen;
+
 namespace {
 
 const std::string kClass = "CMivoraKVNPyxenClass::";

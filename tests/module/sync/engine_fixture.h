@@ -14,7 +14,7 @@
 #include <vector>
 
 /// Features are put into the model first (Camera(), Device(), Port()), then Fill lists them.
-class EngineFixture : public LoadedApi, protected IFeatureCaches {
+class EngineFixture : public LoadedApi, protected pyxen::IFeatureCaches {
 protected:
     void SetUp() override {
         LoadedApi::SetUp();
@@ -73,6 +73,6 @@ protected:
     FeatureCache device;
     FeatureCache port;
     FeatureSyncher rules;
-    SyncEngine engine{api, rules, *this, &sink};
-    SyncEngine silentEngine{api, rules, *this, nullptr};
+    pyxen::SyncEngine engine{api, rules, *this, &sink};
+    pyxen::SyncEngine silentEngine{api, rules, *this, nullptr};
 };

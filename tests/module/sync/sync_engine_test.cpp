@@ -1,6 +1,8 @@
 // sync_engine_test.cpp - applying the declarations of the synchronisation file
 #include "tests/module/sync/engine_fixture.h"
 
+using namespace pyxen;
+
 namespace {
 
 using scripted::IntFeature;

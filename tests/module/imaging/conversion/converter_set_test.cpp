@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+using namespace pyxen;
+
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
