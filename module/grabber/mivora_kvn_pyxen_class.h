@@ -26,7 +26,7 @@ class CMivoraGfxModeKVNPyxen;
 /// Host threads call the operations; the SDK calls InvalidationCallback and FrameCallback on its
 /// own threads; an asynchronous single snap ends on a short-lived thread of this class. The host
 /// does not run operations that open, close, prepare or snap at the same time as one another.
-class CMivoraKVNPyxenClass final : public pyxen::CPyxenGrabber,
+class CMivoraKVNPyxenClass final : public CPyxenGrabber,
                                    public pyxen::ISerialGrabber,
                                    private pyxen::IAcquisitionHost {
 public:

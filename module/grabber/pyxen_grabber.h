@@ -6,8 +6,6 @@
 
 class FeatureCache;
 
-namespace pyxen {
-
 /// Slots 104 to 114, behind the host's. Pure, so that the layout can be checked for every compiler
 /// without the module's insides.
 class CPyxenGrabber : public CMivoraGrabber {
@@ -34,5 +32,3 @@ public:
 protected:
     using CMivoraGrabber::CMivoraGrabber;
 };
-
-} // namespace pyxen

@@ -7,8 +7,6 @@
 #include <string_view>
 #include <type_traits>
 
-using namespace pyxen;
-
 // ---- types that the signatures name ----
 
 template <typename Type, typename Expected>
