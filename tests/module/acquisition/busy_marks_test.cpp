@@ -1,60 +1,20 @@
 // busy_marks_test.cpp - the marks that acquisitions leave on the feature control dialog
+#include "tests/module/acquisition/marked_dialog.h"
 #include "tests/module/acquisition/snap_fixture.h"
 
 #include <thread>
 
 namespace {
 
-using Marks = std::vector<std::pair<bool, bool>>;
-
-class MarkedDialog : public ICamCntrlDialog {
-public:
-    explicit MarkedDialog(CMivoraGrabber& owner) : grabber(owner) {}
-
-    void Show() override {}
-    void Hide() override {}
-    bool IsVisible() const override { return false; }
-    void Update(uint32_t) override {}
-    void SetAcquisitionMarks(bool suppressBufferFormat, bool suppressSync) override {
-        const platform::MutexLock lock(mutex);
-        marks.emplace_back(suppressBufferFormat, suppressSync);
-        modes.push_back(grabber.GetAcquisitionState());
-    }
-
-    Marks Take() {
-        const platform::MutexLock lock(mutex);
-        return std::exchange(marks, {});
-    }
-    /// The mode of the acquisition at each call.
-    std::vector<uint32_t> TakeModes() {
-        const platform::MutexLock lock(mutex);
-        return std::exchange(modes, {});
-    }
-
-private:
-    CMivoraGrabber& grabber;
-    platform::Mutex mutex;
-    Marks marks GUARDED_BY(mutex);
-    std::vector<uint32_t> modes GUARDED_BY(mutex);
-};
-
-/// Reaches what a grabber keeps for its module.
-struct DialogHolder : CMivoraGrabber {
-    static void Give(CMivoraGrabber& grabber, ICamCntrlDialog* dialog) {
-        (grabber.*(&DialogHolder::SetCamCntrlDialogObject))(dialog);
-    }
-};
-
 class BusyMarks : public SnapFixture {
 protected:
     void ReadyWithDialog() {
         Ready(1);
-        dialog = new MarkedDialog(Grabber()); // the grabber's from here on
-        DialogHolder::Give(Grabber(), dialog);
+        dialog = MarkedDialog::GiveTo(Grabber());
     }
 
     MarkedDialog* dialog = nullptr;
-    const Marks once{{true, false}, {false, false}};
+    const MarkedDialog::Marks once{{true, false}, {false, false}};
 };
 
 TEST_F(BusyMarks, AreSetDuringEverySnap) {
@@ -96,7 +56,7 @@ TEST_F(BusyMarks, AreLeftAloneWhenNothingIsDone) {
     ASSERT_EQ(Grabber().Snap(1), MV_OK);
     dialog->Take();
     EXPECT_EQ(Grabber().Snap(1), MV_BUSY);
-    EXPECT_EQ(dialog->Take(), Marks{});
+    EXPECT_EQ(dialog->Take(), MarkedDialog::Marks{});
 }
 
 TEST_F(BusyMarks, CoverTheStopWithItsPause) {
@@ -106,10 +66,10 @@ TEST_F(BusyMarks, CoverTheStopWithItsPause) {
     sleep.Shut();
     std::thread stopper([&] { EXPECT_EQ(Grabber().StopSnap(), MV_OK); });
     ASSERT_TRUE(sleep.WaitForSleeper());
-    EXPECT_EQ(dialog->Take(), (Marks{{true, false}}));
+    EXPECT_EQ(dialog->Take(), (MarkedDialog::Marks{{true, false}}));
     sleep.Open();
     stopper.join();
-    EXPECT_EQ(dialog->Take(), (Marks{{false, false}}));
+    EXPECT_EQ(dialog->Take(), (MarkedDialog::Marks{{false, false}}));
 }
 
 TEST_F(BusyMarks, AreKeptWhenACallbackStopsToo) {
@@ -123,10 +83,10 @@ TEST_F(BusyMarks, AreKeptWhenACallbackStopsToo) {
     std::thread stopper([&] { EXPECT_EQ(Grabber().StopSnap(), MV_OK); });
     ASSERT_TRUE(sdk.WaitForCall(stop));
     ASSERT_TRUE(sdk.Deliver(0));
-    EXPECT_EQ(dialog->Take(), (Marks{{true, false}}));
+    EXPECT_EQ(dialog->Take(), (MarkedDialog::Marks{{true, false}}));
     sdk.Release("PxnFeatureCommandRun");
     stopper.join();
-    EXPECT_EQ(dialog->Take(), (Marks{{false, false}}));
+    EXPECT_EQ(dialog->Take(), (MarkedDialog::Marks{{false, false}}));
 }
 
 TEST_F(BusyMarks, CoverTheCleanupWithItsPause) {
@@ -136,10 +96,37 @@ TEST_F(BusyMarks, CoverTheCleanupWithItsPause) {
     sleep.Shut();
     ASSERT_TRUE(sdk.Deliver(0));
     ASSERT_TRUE(sleep.WaitForSleeper());
-    EXPECT_EQ(dialog->Take(), (Marks{{true, false}}));
+    EXPECT_EQ(dialog->Take(), (MarkedDialog::Marks{{true, false}}));
     sleep.Open();
     ASSERT_TRUE(support::WaitUntil([&] { return Grabber().GetAcquisitionState() == 0; }));
-    EXPECT_EQ(dialog->Take(), (Marks{{false, false}}));
+    EXPECT_EQ(dialog->Take(), (MarkedDialog::Marks{{false, false}}));
+}
+
+TEST_F(BusyMarks, AreSetBeforeTheFirstStep) {
+    ReadyWithDialog();
+    MarkedDialog::Marks seen;
+    unsigned looks = 0;
+    const auto look = [&] {
+        if (++looks == 1) {
+            seen = dialog->Take();
+        }
+    };
+    const auto expectSeen = [&] {
+        EXPECT_EQ(seen, (MarkedDialog::Marks{{true, false}}));
+        dialog->Take();
+        looks = 0;
+    };
+    sdk.OnCall("PxnFrameAnnounce", look);
+    ASSERT_EQ(Grabber().Snap(1), MV_OK);
+    expectSeen();
+    sdk.OnCall("PxnFeatureCommandRun", look);
+    ASSERT_EQ(Grabber().StopSnap(), MV_OK);
+    expectSeen();
+    ASSERT_EQ(Grabber().Snap(2), MV_OK);
+    expectSeen();
+    ASSERT_TRUE(sdk.Deliver(0));
+    ASSERT_TRUE(support::WaitUntil([&] { return Grabber().GetAcquisitionState() == 0; }));
+    expectSeen();
 }
 
 TEST_F(BusyMarks, SurroundTheModeOfASnapAndEndBeforeThatOfAStop) {
@@ -167,7 +154,7 @@ TEST_F(BusyMarks, AreNotForCamerasWithAnotherDialog) {
     ASSERT_EQ(Grabber().StopSnap(), MV_OK);
     ASSERT_EQ(Grabber().Snap(1), MV_OK);
     ASSERT_EQ(Grabber().StopSnap(), MV_OK);
-    EXPECT_EQ(dialog->Take(), Marks{});
+    EXPECT_EQ(dialog->Take(), MarkedDialog::Marks{});
 }
 
 TEST_F(BusyMarks, OutliveAListOfCamerasThatIsMadeAnew) {

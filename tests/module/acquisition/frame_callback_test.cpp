@@ -106,6 +106,26 @@ TEST_F(FrameCallback, ReportsAFrameThatCannotBeQueuedAgain) {
     EXPECT_EQ(Grabber().GetAcquisitionState(), 1u);
 }
 
+TEST_F(FrameCallback, LogsTheSizeOfTheBufferWhateverWasReceived) {
+    Ready(1);
+    PxnFrame frame{};
+    frame.bufferSize = 4096;
+    frame.imageSize = 1234;
+    frame.width = 64;
+    frame.height = 32;
+    frame.pixelFormat = 0x01080001;
+    frame.frameId = 7;
+    Grabber().FrameCallback(&frame);
+    frame.receiveStatus = PxnFrameStatusIncomplete;
+    Grabber().FrameCallback(&frame);
+    EXPECT_EQ(
+        Log(),
+        (Texts{
+            "1 CMivoraKVNPyxenClass::FrameCallback: Successfully grabbed frame: buffer idx = 0, total count = 1. [RcvSize = 4096, 64x32, PixelFmt = 01080001, UniqueId = 7]",
+            "0 CMivoraKVNPyxenClass::FrameCallback: Receive error: \"Frame could not be filled to the end\" at buffer idx = 0. [RcvSize = 4096, 64x32, PixelFmt = 01080001, UniqueId = 7]",
+        }));
+}
+
 TEST_F(FrameCallback, OnlyHandsOverWhileIdle) {
     Run(1);
     Grabber().SetAcquisitionState(0);

@@ -191,6 +191,24 @@ TEST_F(AsynchronousSnap, IsWaitedForByTheNextSnapEvenIfThatIsRefused) {
     EXPECT_EQ(Grabber().GetAcquisitionState(), 0u);
 }
 
+TEST_F(AsynchronousSnap, IsNotWaitedForByASnapWithoutBuffers) {
+    Ready(1);
+    ASSERT_EQ(Grabber().Snap(2), MV_OK);
+    sleep.Shut();
+    ASSERT_TRUE(sdk.Deliver(0));
+    ASSERT_TRUE(sleep.WaitForSleeper());
+    Grabber().SetAcquisitionState(0);
+    ASSERT_EQ(Grabber().PrepareFrameBuffers(101), MV_REFUSED);
+    std::atomic<bool> hasReturned{false};
+    std::thread next([&] {
+        EXPECT_EQ(Grabber().Snap(1), MV_BUFFERS_NOT_PREPARED);
+        hasReturned = true;
+    });
+    EXPECT_TRUE(support::WaitUntil([&] { return hasReturned.load(); }));
+    sleep.Open();
+    next.join();
+}
+
 TEST_F(AsynchronousSnap, IsWaitedForByStop) {
     Ready(1);
     ASSERT_EQ(Grabber().Snap(2), MV_OK);

@@ -65,6 +65,15 @@ TEST_F(SnapChecks, RefuseSingleSnapsWithoutABuffer) {
     EXPECT_EQ(Grabber().Snap(6), MV_BAD_VALUE);
 }
 
+TEST_F(SnapChecks, AskForTheCameraThenForTheModeThenForBuffers) {
+    Init();
+    Grabber().GetActCamera()->DeleteGfxModes();
+    EXPECT_EQ(Grabber().Snap(1), MV_CAMERA_NOT_OPEN);
+    ASSERT_EQ(Grabber().OpenActCamera(), MV_OK);
+    Grabber().GetActCamera()->DeleteGfxModes();
+    EXPECT_EQ(Grabber().Snap(1), MV_NO_VIDEO_MODE);
+}
+
 TEST_F(SnapChecks, TellOneAfterTheOtherInTheirOrder) {
     // Everything is wrong at first, then one thing after the other is put right.
     EXPECT_EQ(Grabber().Snap(9), MV_NOT_INITIALISED);

@@ -1,6 +1,8 @@
 // snap_synchronous_test.cpp - single snaps that the caller waits for
 #include "tests/module/acquisition/snap_fixture.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <thread>
 
 namespace {
@@ -77,11 +79,33 @@ TEST_F(SynchronousSnap, HandsOverWithoutConverting) {
     Camera()["PixelFormat"].text = "Mono12p";
     Camera()["PayloadSize"].intValue = 640 * 480 * 3 / 2;
     Ready(1);
-    sdk.Data().completeWaitsAtOnce = true;
-    EXPECT_EQ(Grabber().Snap(3), MV_OK);
+    auto* const image = static_cast<uint8_t*>(Grabber().GetFrameBuffer(0));
+    constexpr std::size_t kImageSize = std::size_t{640} * 480 * 2;
+    std::fill_n(image, kImageSize, uint8_t{0x5A});
+    std::thread snapping([&] { EXPECT_EQ(Grabber().Snap(3), MV_OK); });
+    ASSERT_TRUE(sdk.WaitForCall(wait));
+    EXPECT_TRUE(sdk.Complete(0, PxnErrSuccess, 0xAB));
+    snapping.join();
+    EXPECT_EQ(TakeHandedOver(), (std::vector<HandedOver>{{0, 0}}));
+    EXPECT_TRUE(std::all_of(image, image + kImageSize, [](uint8_t byte) { return byte == 0x5A; }));
     for (const std::string& line : Log()) {
         EXPECT_EQ(line.find("conversion"), std::string::npos);
     }
+}
+
+TEST_F(SynchronousSnap, TakesWhatCameWhateverItsStatus) {
+    Ready(1);
+    Grabber().Api().PxnCaptureFrameWait = [](PxnHandle, const PxnFrame* frame,
+                                             uint32_t) -> PxnError {
+        const_cast<PxnFrame*>(frame)->receiveStatus = PxnFrameStatusIncomplete;
+        return PxnErrSuccess;
+    };
+    EXPECT_EQ(Grabber().Snap(3), MV_OK);
+    EXPECT_EQ(FramesReceived(), 1u);
+    EXPECT_EQ(TakeHandedOver(), (std::vector<HandedOver>{{0, 0}}));
+    EXPECT_EQ(Log(), (Texts{Said("queued one buffer"), Said("PxnCaptureStart successful"),
+                            Said("started camera acquisition"), Said("snapped one frame"),
+                            Said("successfully stopped camera acquisition")}));
 }
 
 TEST_F(SynchronousSnap, FailsWhenTheFrameCannotBeAnnounced) {

@@ -131,6 +131,21 @@ TEST_F(StopSnap, CountsAsRunningUntilItsPauseIsOver) {
     EXPECT_EQ(Grabber().GetAcquisitionState(), 0u);
 }
 
+TEST_F(StopSnap, LetsFramesBeQueuedDuringItsPause) {
+    Run(1);
+    sleep.Shut();
+    std::thread stopper([&] { EXPECT_EQ(Grabber().StopSnap(), MV_OK); });
+    ASSERT_TRUE(sleep.WaitForSleeper());
+    // A host that writes the number starts anew without waiting for the pause.
+    Grabber().SetAcquisitionState(0);
+    EXPECT_EQ(Grabber().Snap(1), MV_OK);
+    Forget();
+    EXPECT_TRUE(sdk.Deliver(0));
+    EXPECT_EQ(Calls(), Texts{Queue(0)});
+    sleep.Open();
+    stopper.join();
+}
+
 TEST_F(StopSnap, KeepsALateFrameFromBeingQueuedAgain) {
     Run(2);
     sdk.Hold("PxnFeatureCommandRun");
