@@ -4,6 +4,7 @@
 #include "serial/cmd_kvn_pyxen.h"
 #include "tests/module/grabber_fixture.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <memory>
@@ -76,6 +77,27 @@ protected:
     static const uint8_t* Bytes(const std::string& text) {
         return reinterpret_cast<const uint8_t*>(text.data());
     }
+
+    MV_ERRCODE ReadByte(uint8_t& byte, uint64_t& count) {
+        count = 99;
+        return channel->ReadByte(&byte, &count);
+    }
+    MV_ERRCODE ReadBuffer(std::string& bytes, uint64_t length) {
+        bytes.assign(length, '?');
+        uint64_t count = 99;
+        const MV_ERRCODE result =
+            channel->ReadBuffer(reinterpret_cast<uint8_t*>(bytes.data()), length, &count);
+        EXPECT_LE(count, length);
+        bytes.resize(std::min<uint64_t>(count, length));
+        return result;
+    }
+    MV_ERRCODE WriteBuffer(const std::string& bytes, uint64_t& count) {
+        count = 99;
+        return channel->WriteBuffer(Bytes(bytes), bytes.size(), &count);
+    }
+    const Texts opening{Write(0x104, 0x0C09), Write(0x128, 3), Write(0x148, 3),
+                        Write(0x144, 0xFFFFFFFF)};
+    const Texts closing{Write(0x128, 1), Write(0x148, 1), Write(0x144, 0xFFFFFFFF)};
 
     std::unique_ptr<CCmdKVNPyxen> channel;
 };

@@ -126,6 +126,37 @@ TEST_F(SerialThreadsTest, ADelayedWriteCountsWhatWasSentBeforeThePortWasClosed) 
     EXPECT_EQ(count, 3u);
 }
 
+TEST_F(SerialThreadsTest, AChannelWithoutAGrabberDoesNotWaitForTheMutex) {
+    CCmdKVNPyxen alone(nullptr, Grabber().SerialMutex());
+    uint8_t byte = 0;
+    const std::function<MV_ERRCODE()> operations[] = {
+        [&] { return alone.Open(); },
+        [&] { return alone.ReadByte(&byte, nullptr); },
+        [&] { return alone.ReadBuffer(&byte, 1, nullptr); },
+        [&] { return alone.WriteByte(&byte, nullptr); },
+        [&] { return alone.WriteBuffer(&byte, 1, nullptr); },
+        [&] { return alone.Purge(3); },
+        [&] { return alone.Close(); },
+    };
+    std::vector<MV_ERRCODE> results;
+    std::atomic<bool> haveReturned{false};
+    std::thread caller;
+    {
+        platform::MutexLock lock(Grabber().SerialMutex());
+        caller = std::thread([&] {
+            for (const auto& operation : operations) {
+                results.push_back(operation());
+            }
+            haveReturned = true;
+        });
+        EXPECT_TRUE(support::WaitUntil([&] { return haveReturned.load(); }));
+    }
+    caller.join();
+    EXPECT_EQ(results,
+              (std::vector<MV_ERRCODE>{MV_CHANNEL_OPEN_FAILED, MV_READ_FAILED, MV_READ_FAILED,
+                                       MV_WRITE_FAILED, MV_WRITE_FAILED, MV_WRITE_FAILED, MV_OK}));
+}
+
 TEST_F(SerialThreadsTest, PreparingBuffersWaitsForPortTraffic) {
     const std::string entered = "1 CMivoraKVNPyxenClass::PrepareFrameBuffers";
     const std::string got = "1   CMivoraKVNPyxenClass::PrepareFrameBuffers: got mutex";
@@ -149,6 +180,12 @@ TEST_F(SerialThreadsTest, PreparingBuffersWaitsForPortTraffic) {
 
 TEST_F(SerialThreadsTest, TheSdkStaysUntilPortTrafficHasEnded) {
     OpenChannel();
+    std::atomic<unsigned> reads{0};
+    sdk.OnCall("PxnMemoryRead", [&] {
+        if (++reads == 100) { // ends a poll that goes on
+            sdk.FailAlways("PxnMemoryRead", PxnErrIO);
+        }
+    });
     sdk.Hold("PxnMemoryRead");
     std::thread writer([&] {
         uint64_t count = 0;
@@ -166,6 +203,7 @@ TEST_F(SerialThreadsTest, TheSdkStaysUntilPortTrafficHasEnded) {
     sdk.Release("PxnMemoryRead");
     writer.join();
     closer.join();
+    EXPECT_EQ(reads, 1u);
     EXPECT_EQ(sdk.StartupCount(), 0);
 }
 
