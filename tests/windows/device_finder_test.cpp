@@ -490,6 +490,19 @@ TEST_F(DeviceFinder, StartsEmptyWithoutCameras) {
     EXPECT_EQ(chosen, "ext-left");
 }
 
+TEST_F(DeviceFinder, StartsEmptyWithoutTheSdk) {
+    api.Unload();
+    sdk.ClearCalls();
+    EXPECT_EQ(Run("ext-left",
+                  [&] {
+                      EXPECT_EQ(RowCount(list), 0);
+                      host.Press(VK_RETURN);
+                  }),
+              IDOK);
+    EXPECT_EQ(sdk.Calls(), Texts{});
+    EXPECT_EQ(chosen, "ext-left");
+}
+
 // ---- selecting ----
 
 TEST_F(DeviceFinder, SelectsTheConfiguredCamera) {

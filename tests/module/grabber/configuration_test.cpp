@@ -132,9 +132,9 @@ TEST(ChosenCamera, IsKeptInTheGrabbersSection) {
 TEST(ChosenCamera, ComesBackAsItWas) {
     const support::TemporaryDirectory directory;
     const std::string path = directory.PathOf("host.ini");
-    for (const std::string id :
-         {" blanks at both ends\t", "\"quoted\"", "\"", "a \"quoted\" word", "two\r\nlines",
-          "C:\\new\\route", "\\ and \" at the ends ", "=[;#]", "\"open", "end\\", "plain"}) {
+    for (const std::string id : {" blanks at both ends\t", " leading", "trailing\t", "\"quoted\"",
+                                 "\"", "a \"quoted\" word", "two\r\nlines", "C:\\new\\route",
+                                 "\\ and \" at the ends ", "=[;#]", "\"open", "end\\", "plain"}) {
         CIniFile ini;
         ASSERT_TRUE(ini.Open(path.c_str()));
         ASSERT_TRUE(SaveChosenCamera(&ini, 0, id.c_str())) << id;

@@ -116,6 +116,18 @@ TEST_F(DiscoveryTest, AnEventWithoutTypeIsTold) {
     EXPECT_EQ(Log(), Lines("", "", {line}));
 }
 
+TEST_F(DiscoveryTest, ATypeWithoutTextCountsAsNone) {
+    Grabber().Api().PxnFeatureEnumGet = [](PxnHandle, const char*, const char** type) -> PxnError {
+        *type = nullptr;
+        return PxnErrSuccess;
+    };
+    EXPECT_EQ(Event("cam-ext-2", "Missing"), 1);
+    EXPECT_EQ(Log(), Lines("cam-ext-2", "",
+                           {"0 " + kEventTag +
+                            "Could not determine the event type. For security reasons, "
+                            "\"SignalCamCfgChange\" is called."}));
+}
+
 TEST_F(DiscoveryTest, AnEventWithoutCameraIsTold) {
     const Texts lines = Lines("", "Missing",
                               {"0 " + kEventTag +

@@ -259,6 +259,12 @@ TEST_F(GfxMode, ImageSizesAreComputedWithoutOverflow) {
     SetFormat("Mono8", 0x01080001);
     SetSize(2147483648, 2147483648);
     EXPECT_EQ(Mode().GetImageSize(), std::uint64_t{1} << 62);
+    EXPECT_EQ(Grabber().PrepareFrameBuffers(1), MV_REFUSED);
+    EXPECT_EQ(Grabber().GetFrameBuffer(0), nullptr);
+    SetSize(2411136128, 956330496);
+    EXPECT_EQ(Mode().GetImageSize(), std::uint64_t{2411136128} * 956330496);
+    EXPECT_EQ(Grabber().PrepareFrameBuffers(1), MV_REFUSED);
+    SetSize(2147483648, 2147483648);
     SetFormat("RGBa12", 0x02400061);
     EXPECT_EQ(Mode().GetImageSize(), kMost);
     EXPECT_EQ(Grabber().PrepareFrameBuffers(1), MV_REFUSED);

@@ -313,4 +313,92 @@ TEST_F(GrabberClass, TheHostMayRefuseThatBufferImpactBegins) {
     EXPECT_TRUE(Grabber().NotifyBufferImpact(false));
 }
 
+// ---- the synchronisation of features ----
+
+class GrabberSynchronisation : public GrabberFixture {
+protected:
+    /// Camera features that the local device's features of the same names follow.
+    void SetUp() override {
+        GrabberFixture::SetUp();
+        std::vector<scripted::EnumEntry> entries(2);
+        entries[0].name = "Low";
+        entries[1].name = "High";
+        scripted::Module& camera = Camera();
+        camera.Put(scripted::IntFeature("Amount", 5, 0, 9));
+        camera.Put(scripted::FloatFeature("Ratio", 0.25, 0, 9));
+        camera.Put(scripted::EnumFeature("Level", "Low", entries));
+        camera.Put(scripted::StringFeature("Label", "a", 64));
+        camera.Put(scripted::BoolFeature("Flag", true));
+        entries.pop_back();
+        Device().Put(scripted::IntFeature("Amount", 1, 0, 7));
+        Device().Put(scripted::FloatFeature("Ratio", 0, 0, 0.5));
+        Device().Put(scripted::EnumFeature("Level", "Low", entries));
+        Device().Put(scripted::StringFeature("Label", "", 4));
+        Device().Put(scripted::BoolFeature("Flag", false));
+        std::string content = R"({"SyncFeatures":[)";
+        for (const std::string name : {"Amount", "Ratio", "Level", "Label", "Flag"}) {
+            content += (name == "Amount" ? "" : ",") + Reference("Camera", name) +
+                       R"(,"Dependencies":[)" + Reference("Localdevice", name) + "}]}";
+        }
+        directory.Write("sync.json", content + "]}");
+        WriteIni("[TLSpecificConfig_0]\nTLType=GEV\nFeatureSyncFile=sync.json\n");
+        Open();
+        cameraCache = Grabber().GetFeatureCacheByName("Camera");
+        deviceCache = Grabber().GetFeatureCacheByName("Localdevice");
+        ASSERT_NE(cameraCache, nullptr);
+        ASSERT_NE(deviceCache, nullptr);
+    }
+
+    static std::string Reference(const std::string& module, const std::string& name) {
+        return R"({"ModuleName":")" + module + R"(","FeatureName":")" + name + "\"";
+    }
+    scripted::Module& Device() { return Camera().localDevice; }
+    Texts Writes() { return sdk.TakeCalls({"PxnFeatureIntSet", "PxnFeatureFloatSet"}); }
+
+    FeatureCache* cameraCache = nullptr;
+    FeatureCache* deviceCache = nullptr;
+};
+
+TEST_F(GrabberSynchronisation, CopiesFeatures) {
+    const std::string amount = "PxnFeatureIntSet(localdevice0, \"Amount\", 5)";
+    const std::string ratio = "PxnFeatureFloatSet(localdevice0, \"Ratio\", 0.25)";
+    EXPECT_EQ(Grabber().SyncFeature(cameraCache, "Amount", deviceCache, "Amount", false), 1);
+    EXPECT_EQ(Writes(), Texts{amount});
+    EXPECT_EQ(Grabber().SyncFeature(cameraCache, "Amount", deviceCache, "Amount", true), 1);
+    EXPECT_EQ(Writes(), Texts{});
+    EXPECT_EQ(Grabber().SyncModuleFeatures(cameraCache, false), 1);
+    EXPECT_EQ(Writes(), (Texts{amount, ratio}));
+    EXPECT_EQ(Grabber().SyncModuleFeatures(cameraCache, true), 1);
+    EXPECT_EQ(Writes(), Texts{});
+    EXPECT_EQ(Grabber().SyncDependentFeatures(cameraCache, "Ratio", false), 1);
+    EXPECT_EQ(Writes(), Texts{ratio});
+    EXPECT_EQ(Grabber().SyncDependentFeatures(cameraCache, "Ratio", true), 1);
+    EXPECT_EQ(Writes(), Texts{});
+}
+
+TEST_F(GrabberSynchronisation, ChecksValuesAgainstWhatFollows) {
+    EXPECT_TRUE(Grabber().IntFeatureCheckSyncPath(cameraCache, "Amount", 7).ok);
+    EXPECT_TRUE(Grabber().FloatFeatureCheckSyncPath(cameraCache, "Ratio", 0.5).ok);
+    EXPECT_TRUE(Grabber().EnumFeatureCheckSyncPath(cameraCache, "Level", "Low").ok);
+    EXPECT_TRUE(Grabber().StringFeatureCheckSyncPath(cameraCache, "Label", "four").ok);
+    EXPECT_TRUE(Grabber().BoolFeatureCheckSyncPath(cameraCache, "Flag", true).ok);
+    Device()["Flag"].writeable = false;
+    for (const auto& [result, name] : {
+             std::pair{Grabber().IntFeatureCheckSyncPath(cameraCache, "Amount", 8), "Amount"},
+             std::pair{Grabber().FloatFeatureCheckSyncPath(cameraCache, "Ratio", 0.75), "Ratio"},
+             std::pair{Grabber().EnumFeatureCheckSyncPath(cameraCache, "Level", "High"), "Level"},
+             std::pair{Grabber().StringFeatureCheckSyncPath(cameraCache, "Label", "fives"),
+                       "Label"},
+             std::pair{Grabber().BoolFeatureCheckSyncPath(cameraCache, "Flag", true), "Flag"},
+         }) {
+        EXPECT_FALSE(result.ok) << name;
+        EXPECT_EQ(result.failingFeature, std::string("/Localdevice/Scripted/") + name);
+    }
+}
+
+TEST_F(GrabberSynchronisation, KnowsWhatChangesTheBuffers) {
+    EXPECT_TRUE(Grabber().IsBufferImpactingFeature(cameraCache, "Width"));
+    EXPECT_FALSE(Grabber().IsBufferImpactingFeature(cameraCache, "Amount"));
+}
+
 } // namespace

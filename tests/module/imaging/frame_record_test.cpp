@@ -210,4 +210,22 @@ TEST_F(FrameRecords, RefuseAnImageWhoseSizeOverflows) {
     EXPECT_FALSE(Allocate(record));
 }
 
+TEST_F(FrameRecords, RefuseAnImageThatGrowsUntilItsSizeOverflows) {
+    FrameRecord record(Owner(), 0);
+    Format("Mono12Packed", 96);
+    int asked = 0;
+    sdk.OnCall("PxnFeatureIntGet", [&] {
+        // Width and height for the image's size, the two payload sizes, then both once more.
+        if (++asked == 5) {
+            sdk.Edit([](scripted::Model& model) {
+                model.cameras[0]["Width"].intValue = 0x80000000;
+                model.cameras[0]["Height"].intValue = 0x80000000;
+            });
+        }
+    });
+    ASSERT_FALSE(Allocate(record));
+    EXPECT_EQ(record.GetHostBuffer(), nullptr);
+    EXPECT_FALSE(record.Convert());
+}
+
 } // namespace

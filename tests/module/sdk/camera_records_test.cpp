@@ -190,4 +190,21 @@ TEST_F(CameraRecords, AreEmptyWhereTheSdkFilledFewerThanItCounts) {
     EXPECT_EQ(records[1].streamCount, 0u);
 }
 
+TEST_F(CameraRecords, AreClearedBeforeTheSdkIsAskedAgain) {
+    api.PxnCamerasList = [](PxnCameraInfo* cameras, std::uint32_t capacity, std::uint32_t* found,
+                            std::uint32_t) -> PxnError {
+        *found = 150;
+        const bool isFirst = capacity == 100;
+        for (std::uint32_t index = 0; index < (isFirst ? capacity : 1); ++index) {
+            cameras[index].cameraIdExtended = isFirst ? "too early" : "ext-0";
+        }
+        return isFirst ? PxnErrMoreData : PxnErrSuccess;
+    };
+    ASSERT_EQ(List(), 150u);
+    EXPECT_STREQ(records[0].cameraIdExtended, "ext-0");
+    for (std::size_t index = 1; index < 150; ++index) {
+        EXPECT_EQ(records[index].cameraIdExtended, nullptr) << index;
+    }
+}
+
 } // namespace

@@ -56,6 +56,14 @@ TEST_F(DeviceDiscoveryTest, RegistersInterfacesThenCameras) {
     EXPECT_EQ(sdk.Calls(), Texts{});
 }
 
+TEST_F(DeviceDiscoveryTest, FollowsNothingWithoutTheSdk) {
+    CPyxenAPIAccess unloaded;
+    const auto finder = Follow(unloaded, "finder");
+    EXPECT_EQ(CameraPosted(), Texts{});
+    finder->Unregister();
+    EXPECT_EQ(sdk.Calls(), Texts{});
+}
+
 TEST_F(DeviceDiscoveryTest, PostsEventsOfBothKinds) {
     const auto finder = Follow(api, "finder");
     EXPECT_EQ(CameraPosted(), Texts{"finder camera"});
