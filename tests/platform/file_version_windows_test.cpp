@@ -2,11 +2,13 @@
 #include "platform/file_version.h"
 
 #include "platform/file_system.h"
+#include "tests/support/temporary_directory.h"
 
 #include <gtest/gtest.h>
 
 #include <windows.h>
 
+#include <array>
 #include <string>
 #include <utility>
 
@@ -54,6 +56,29 @@ TEST(FileVersionResource, IsMissingInAProgramWithoutResources) {
     EXPECT_FALSE(version.Read(ExecutablePath()));
     EXPECT_FALSE(version.HasBlock());
     EXPECT_EQ(version.Part(0), 65535);
+}
+
+TEST(FileVersionResource, HasNoPartsWithoutItsFixedInformation) {
+    const support::TemporaryDirectory directory;
+    const std::string library = directory.PathOf("Empty.dll");
+    const std::string home = JoinPath(DirectoryOf(ExecutablePath()), "scripted");
+    ASSERT_TRUE(
+        CopyFileA(JoinPath(JoinPath(home, "Bin"), "PxnC.dll").c_str(), library.c_str(), TRUE));
+    // Its length in bytes, no fixed information, its key.
+    std::array<WORD, 20> block{sizeof block, 0, 0};
+    for (std::size_t index = 0; index < sizeof "VS_VERSION_INFO"; ++index) {
+        block[3 + index] = static_cast<WORD>("VS_VERSION_INFO"[index]);
+    }
+    const HANDLE update = BeginUpdateResourceA(library.c_str(), TRUE);
+    ASSERT_NE(update, nullptr);
+    ASSERT_TRUE(UpdateResourceA(update, MAKEINTRESOURCEA(16), MAKEINTRESOURCEA(1), 0, block.data(),
+                                sizeof block));
+    ASSERT_TRUE(EndUpdateResourceA(update, FALSE));
+    FileVersion version;
+    ASSERT_TRUE(version.Read(library));
+    for (unsigned part = 0; part < 5; ++part) {
+        EXPECT_EQ(version.Part(part), 65535) << part;
+    }
 }
 
 TEST(FileVersionResource, IsDroppedByClearAndByAFailedRead) {

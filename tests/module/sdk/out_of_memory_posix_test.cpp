@@ -5,6 +5,7 @@
 #include "sdk/pyxen_api_access.h"
 #include "tests/support/allocations/failing_allocations.h"
 #include "tests/support/environment_guard.h"
+#include "tests/support/recording_sink.h"
 
 #include <gtest/gtest.h>
 
@@ -13,6 +14,8 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <string>
+#include <vector>
 
 using namespace pyxen;
 
@@ -66,6 +69,22 @@ TEST_F(ApiOutOfMemory, AConfigurationPathForWhichThereIsNoneStopsTheLoad) {
     EXPECT_FALSE(loaded);
     EXPECT_FALSE(api.IsValid());
     EXPECT_TRUE(sink.told);
+}
+
+TEST_F(ApiOutOfMemory, AHomeDirectoryForWhichThereIsNoneIsNotSet) {
+    support::RecordingSink sink;
+    for (const int granted : {0, 1}) { // for the variable's value, and for what is appended to it
+        support::RefuseAllocationsAfter(granted, support::Refusal::kOne);
+        const bool loaded = api.Load(nullptr, &sink);
+        EXPECT_TRUE(support::GrantAllocations());
+        EXPECT_FALSE(loaded);
+        const std::vector<std::string> lines = sink.Take();
+        ASSERT_GE(lines.size(), 2u) << granted;
+        EXPECT_EQ(lines[0],
+                  "1 CPyxenAPIAccess::CPyxenAPIAccess: Environment variable PYXEN_HOME not found.");
+        EXPECT_EQ(lines[1],
+                  "1 CPyxenAPIAccess::CPyxenAPIAccess: Trying to load libPxnC.so (default path)");
+    }
 }
 
 TEST_F(ApiOutOfMemory, TheListTakesNoMoreThanItsCamerasNeed) {

@@ -1,6 +1,7 @@
 // pyxen_api_access_posix_test.cpp - loading where paths are UTF-8 and have no length limit of their
-// own
+// own, and where a library that is being loaded can be removed
 #include "sdk/pyxen_api_access.h"
+#include "tests/module/sdk/current_directory.h"
 #include "tests/module/texts.h"
 #include "tests/scripted_sdk/scripted_sdk.h"
 #include "tests/support/environment_guard.h"
@@ -9,6 +10,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -56,6 +59,52 @@ TEST(ApiLoading, APathTooLongToBeMadeAbsoluteIsUsedAsItStands) {
     EXPECT_EQ(sink.Lines().front(),
               "1 CPyxenAPIAccess::CPyxenAPIAccess: Trying to load " + home + "/Bin/libPxnC.so");
     EXPECT_EQ(api.GetFileVersionPart(3), 7);
+}
+
+std::string BareLibrary() {
+    return platform::JoinPath(platform::DirectoryOf(platform::ExecutablePath()),
+                              "bare/Bin/libPxnC.so");
+}
+
+// Only a path that was made absolute names a file of the current directory: as it stands, the name
+// is searched for elsewhere, where these tests have the scripted SDK.
+TEST(ApiLoading, APathIsMadeAbsoluteUpTo259Characters) {
+    scripted::Sdk& sdk = scripted::GetSdk();
+    sdk.Reset();
+    const support::EnvironmentGuard variable("PYXEN_HOME");
+    const std::string file = "/libPxnC.so";
+    for (const std::size_t length : {259u, 260u}) {
+        const support::TemporaryDirectory directory;
+        std::string place = std::filesystem::canonical(directory.Path()).string();
+        while (place.size() + file.size() < length) {
+            const std::size_t missing = length - file.size() - place.size();
+            place += '/' + std::string(missing > 101 ? 50 : missing - 1, 'd');
+        }
+        ASSERT_EQ(place.size() + file.size(), length);
+        ASSERT_TRUE(platform::CreateDirectories(place));
+        std::filesystem::create_symlink(BareLibrary(), place + file);
+        const CurrentDirectory there(place);
+        CPyxenAPIAccess api;
+        const bool isBare = api.Load(nullptr, nullptr) && sdk.TakeCalls({"PxnStartup"}).empty();
+        EXPECT_EQ(isBare, length == 259) << length;
+    }
+}
+
+TEST(ApiLoading, TheVersionIsReadBeforeTheLibraryIsLoaded) {
+    const support::TemporaryDirectory directory;
+    const std::string link = directory.PathOf("Bin/libPxnC.so");
+    ASSERT_TRUE(platform::CreateDirectories(directory.PathOf("Bin")));
+    std::filesystem::copy_file(BareLibrary(), link + ".3.1.4.1");
+    std::filesystem::create_symlink("libPxnC.so.3.1.4.1", link);
+    const support::EnvironmentGuard home("PYXEN_HOME", directory.Path());
+    const support::EnvironmentGuard removal("BARE_SDK_REMOVES", link);
+    CPyxenAPIAccess api;
+    ASSERT_TRUE(api.Load(nullptr, nullptr));
+    EXPECT_FALSE(platform::PathExists(link));
+    EXPECT_EQ(api.GetFileVersionPart(0), 3);
+    EXPECT_EQ(api.GetFileVersionPart(1), 1);
+    EXPECT_EQ(api.GetFileVersionPart(2), 4);
+    EXPECT_EQ(api.GetFileVersionPart(3), 1);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // pyxen_api_access_test.cpp - loading, starting and leaving the camera SDK
 #include "sdk/pyxen_api_access.h"
 
+#include "tests/module/sdk/current_directory.h"
 #include "tests/module/sdk/library_text.h"
 #include "tests/module/texts.h"
 #include "tests/scripted_sdk/scripted_sdk.h"
@@ -11,7 +12,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <filesystem>
 #include <new>
 #include <string>
 #include <vector>
@@ -99,20 +99,6 @@ std::string DefaultFailed() {
 std::string BesideTests(const char* directory) {
     return platform::JoinPath(platform::DirectoryOf(platform::ExecutablePath()), directory);
 }
-
-// The current directory, changed for a scope.
-class CurrentDirectory {
-public:
-    explicit CurrentDirectory(const std::string& path) : former(std::filesystem::current_path()) {
-        std::filesystem::current_path(path);
-    }
-    ~CurrentDirectory() { std::filesystem::current_path(former); }
-    CurrentDirectory(const CurrentDirectory&) = delete;
-    CurrentDirectory& operator=(const CurrentDirectory&) = delete;
-
-private:
-    std::filesystem::path former;
-};
 
 class ApiAccess : public ::testing::Test {
 protected:
@@ -229,6 +215,11 @@ TEST_F(ApiAccess, TheDefaultPathIsTheCurrentDirectory) {
     expected.push_back(kStarting);
     EXPECT_EQ(sink.Lines(), expected);
     EXPECT_EQ(api.GetFileVersionPart(3), 7);
+}
+
+TEST_F(ApiAccess, LoadsALibraryWhoseDependencyIsBesideIt) {
+    const EnvironmentGuard variable("PYXEN_HOME", BesideTests("dependent"));
+    EXPECT_TRUE(api.Load(nullptr, &sink));
 }
 
 TEST_F(ApiAccess, EveryMissingEntryIsNamed) {
