@@ -2,6 +2,7 @@
 #include "tests/module/grabber_fixture.h"
 
 #include "grabber/mivora_gfx_mode_kvn_pyxen.h"
+#include "tests/module/mutex_probe.h"
 
 #include <string_view>
 #include <thread>
@@ -42,6 +43,19 @@ TEST_F(FrameBuffers, AreRefusedWithoutAVideoMode) {
     Grabber().GetActCamera()->DeleteGfxModes();
     EXPECT_EQ(Grabber().PrepareFrameBuffers(1), MV_NO_VIDEO_MODE);
     EXPECT_EQ(Log(), Texts{});
+}
+
+TEST_F(FrameBuffers, AreRefusedForAClosedCameraThenForAMissingModeThenForAnAcquisition) {
+    Open();
+    Grabber().GetActCamera()->DeleteGfxModes();
+    Grabber().SetAcquisitionState(1);
+    EXPECT_EQ(Grabber().PrepareFrameBuffers(1), MV_NO_VIDEO_MODE);
+    Grabber().SetAcquisitionState(0);
+    ASSERT_EQ(Grabber().CloseActCamera(), MV_OK);
+    EXPECT_EQ(Grabber().PrepareFrameBuffers(1), MV_CAMERA_NOT_OPEN);
+    Grabber().SetAcquisitionState(1);
+    EXPECT_EQ(Grabber().PrepareFrameBuffers(1), MV_CAMERA_NOT_OPEN);
+    Grabber().SetAcquisitionState(0);
 }
 
 TEST_F(FrameBuffers, AreRefusedWhileAnAcquisitionRuns) {
@@ -238,35 +252,42 @@ TEST_F(FrameBuffers, AskNothingOfTheSdkAfterASynchronousSnap) {
     EXPECT_EQ(Calls(), Texts{});
 }
 
-/// Tells whether another thread could have had the mutex when the last line was written.
-class ExitSink final : public ILogSink {
+/// Notes whether the mutex was free when a line with that end was written.
+class MutexSink final : public ILogSink {
 public:
+    explicit MutexSink(std::string_view end) : watched(end) {}
     void Write(int, const char* format, ...) override {
-        if (std::string_view(format).ends_with(" EXIT")) {
-            std::thread([&] {
-                if (mutex->TryLock()) {
-                    mutex->Unlock();
-                    wasFree = true;
-                }
-            }).join();
+        if (mutex && std::string_view(format).ends_with(watched)) {
+            seen.push_back(IsFree(*mutex));
         }
     }
     void WriteError(const char*) override {}
 
     platform::Mutex* mutex = nullptr;
-    bool wasFree = false;
+    std::vector<bool> seen;
+
+private:
+    const std::string_view watched;
 };
 
 TEST_F(FrameBuffers, GiveTheMutexBackBeforeTheirLastLine) {
-    ExitSink exitSink;
+    MutexSink exitSink(" EXIT");
     UseSink(&exitSink);
     Open();
     exitSink.mutex = &Grabber().SerialMutex();
-    for (const uint64_t count : {1u, 101u}) {
-        exitSink.wasFree = false;
-        EXPECT_EQ(Grabber().PrepareFrameBuffers(count), count == 1 ? MV_OK : MV_REFUSED);
-        EXPECT_TRUE(exitSink.wasFree) << count;
-    }
+    EXPECT_EQ(Grabber().PrepareFrameBuffers(1), MV_OK);
+    EXPECT_EQ(Grabber().PrepareFrameBuffers(101), MV_REFUSED);
+    EXPECT_EQ(exitSink.seen, (std::vector<bool>{true, true}));
+    Destroy();
+}
+
+TEST_F(FrameBuffers, SayThatTheyHaveTheMutexWhenTheyHaveIt) {
+    MutexSink mutexSink(": got mutex");
+    UseSink(&mutexSink);
+    Open();
+    mutexSink.mutex = &Grabber().SerialMutex();
+    EXPECT_EQ(Grabber().PrepareFrameBuffers(1), MV_OK);
+    EXPECT_EQ(mutexSink.seen, std::vector<bool>{false});
     Destroy();
 }
 

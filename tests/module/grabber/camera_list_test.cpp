@@ -131,6 +131,35 @@ TEST_F(CameraList, RefreshFollowsTheCamerasAndKeepsTheActiveOne) {
     EXPECT_EQ(Log(), Texts{"1 CMivoraKVNPyxenClass::CloseActCamera"});
 }
 
+TEST_F(CameraList, RefreshTellsTheDialogsWhenTheActiveCameraIsKnown) {
+    Init();
+    ASSERT_EQ(Grabber().SetActCameraIndex(2), MV_OK);
+    struct Dialogs {
+        CMivoraGrabber& grabber;
+        std::vector<int32_t> active;
+    } dialogs{Grabber(), {}};
+    Grabber().InstDialogUpdateCallBack(
+        [](uint32_t, void* context) {
+            auto& told = *static_cast<Dialogs*>(context);
+            told.active.push_back(told.grabber.GetActCameraIndex());
+        },
+        &dialogs);
+    MakeCameras({"zero", "three", "one"});
+    EXPECT_EQ(Grabber().RefreshCameraList(), MV_OK);
+    EXPECT_EQ(dialogs.active, std::vector<int32_t>{1});
+    Grabber().InstDialogUpdateCallBack(nullptr, nullptr);
+}
+
+TEST_F(CameraList, TheSdksListIsReadBeforeTheActiveCameraIsRemembered) {
+    auto* const node = static_cast<CMivoraCameraKVNPyxen*>(Grabber().CreateCamera());
+    node->Record().cameraIdExtended = "two";
+    Grabber().SetFirstCamera(node);
+    ASSERT_EQ(Grabber().SetActCameraIndex(0), MV_OK);
+    sdk.OnCall("PxnCamerasList", [&] { node->Record().cameraIdExtended = "three"; });
+    ASSERT_EQ(Grabber().Init(), MV_OK);
+    EXPECT_EQ(Grabber().GetActCameraIndex(), 2);
+}
+
 TEST_F(CameraList, InitTakesThePlaceOfAListThatTheHostMadeAndKeepsItsCamera) {
     auto* const node = static_cast<CMivoraCameraKVNPyxen*>(Grabber().CreateCamera());
     node->Record().cameraIdExtended = "two";

@@ -88,6 +88,12 @@ TEST_F(CloseCamera, KeepsTheFormerTimingWhereItCannotBeRead) {
     Camera()["AcquisitionFrameRate"].floatValue = 10;
     EXPECT_EQ(Grabber().CloseActCamera(), MV_OK);
     EXPECT_EQ(SavedTiming(), (std::pair<uint64_t, uint64_t>{12000, 100000}));
+    ASSERT_EQ(Grabber().OpenActCamera(), MV_OK);
+    Camera()["ExposureTime"].readable = true;
+    Camera()["ExposureTime"].floatValue = 13000;
+    Camera()["AcquisitionFrameRate"].readable = false;
+    EXPECT_EQ(Grabber().CloseActCamera(), MV_OK);
+    EXPECT_EQ(SavedTiming(), (std::pair<uint64_t, uint64_t>{13000, 100000}));
 }
 
 TEST_F(CloseCamera, EmptiesTheCachesAndTheRecord) {

@@ -34,6 +34,7 @@ TEST_F(WithoutWindows, ChoosingACameraIsRefusedWithOneLine) {
 
 TEST_F(WithoutWindows, ChoosingACameraNeedsInit) {
     EXPECT_EQ(Grabber().SelectCameraDialog(nullptr, &exitCode), MV_NOT_INITIALISED);
+    EXPECT_EQ(exitCode, 77); // as it was
     EXPECT_EQ(Log().size(), 1u);
     EXPECT_EQ(Calls(), Texts{});
 }

@@ -105,6 +105,15 @@ TEST_F(GfxMode, AnswersNoSizeWhenItCannotBeRead) {
             "0 CMivoraGfxModeKVNPyxen::GetyRes: PxnFeatureIntGet reports error -> cannot get height"}));
 }
 
+TEST_F(GfxMode, SizesAreTheLow32BitsOfTheFeatures) {
+    Open();
+    SetSize(-1, 0x100000002);
+    EXPECT_EQ(Mode().GetxRes(), 0xFFFFFFFFu);
+    EXPECT_EQ(Mode().GetyRes(), 2u);
+    EXPECT_EQ(Mode().GetNumPixels(), 0x1FFFFFFFEu);
+    EXPECT_EQ(Log(), Texts{});
+}
+
 TEST_F(GfxMode, FindsTheFormatByItsCode) {
     Open();
     SetFormat("AnyName", 0x010C0047);

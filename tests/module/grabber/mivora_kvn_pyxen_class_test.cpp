@@ -2,6 +2,9 @@
 #include "grabber/mivora_camera_kvn_pyxen.h"
 #include "serial/cmd_kvn_pyxen.h"
 #include "tests/module/grabber_fixture.h"
+#include "tests/module/mutex_probe.h"
+
+#include <cstring>
 
 using namespace pyxen;
 
@@ -153,6 +156,19 @@ TEST_F(GrabberClass, MakesBothKindsOfChannels) {
     EXPECT_EQ(Grabber().CreateCmdChannel(2), nullptr);
     EXPECT_EQ(Grabber().CreateCmdChannel(0xFFFFFFFF), nullptr);
     Grabber().DeleteCmdChannel(nullptr);
+}
+
+TEST_F(GrabberClass, ItsSerialChannelsTakeTheMutexOfTheBuffers) {
+    Open();
+    CCmdChannel* const made = Grabber().CreateCmdChannel(1);
+    SerialSettings settings;
+    std::strcpy(settings.portName, "PYXENSERIALPORT2");
+    static_cast<CCmdKVNPyxen*>(made)->SetSettings(settings);
+    bool wasFree = true;
+    sdk.OnCall("PxnMemoryWrite", [&] { wasFree = IsFree(Grabber().SerialMutex()); });
+    EXPECT_EQ(made->Open(), MV_OK);
+    EXPECT_FALSE(wasFree);
+    Grabber().DeleteCmdChannel(made);
 }
 
 // A channel of a kind that nobody makes here; it counts how often it is destroyed.
