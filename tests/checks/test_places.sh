@@ -29,6 +29,7 @@ tests/module/grabber/initialisation_on_simulator_test.cpp
 tests/module/grabber/out_of_memory_posix_test.cpp
 tests/module/grabber/parameters_alone_test.cpp
 tests/module/grabber/slots_out_of_memory_posix_test.cpp
+tests/module/grabber/time_base_test.cpp
 tests/module/imaging/touched_buffers_posix_test.cpp
 tests/module/imaging/yuv_exactness_test.cpp
 tests/module/sdk/out_of_memory_posix_test.cpp

@@ -35,4 +35,22 @@ TEST_F(CameraCachesTest, AreFoundByNameAndHandleUntilTheyAreCleared) {
     EXPECT_EQ(camera.GetFeatureCount(), 0u);
 }
 
+TEST_F(CameraCachesTest, AreFoundByTheirHandleWhenTheyAreCleared) {
+    ASSERT_TRUE(caches[kCameraCache].Init("Camera", &api, scripted::CameraHandle(), &sink));
+    caches.Clear();
+    const FeatureCache* const found = caches.FindByHandle(scripted::CameraHandle());
+    ASSERT_EQ(found, &caches[kCameraCache]);
+    EXPECT_EQ(found->GetModuleName(), nullptr);
+    EXPECT_EQ(found->GetFeatureCount(), 0u);
+}
+
+TEST_F(CameraCachesTest, OfEqualHandlesTheFirstIsFound) {
+    for (const auto index : {kStreamCache, kCameraCache, kLocalDeviceCache}) {
+        ASSERT_TRUE(caches[index].Init("Module", &api, scripted::CameraHandle(), &sink));
+    }
+    EXPECT_EQ(caches.FindByHandle(scripted::CameraHandle()), &caches[kLocalDeviceCache]);
+    caches[kLocalDeviceCache].Clear();
+    EXPECT_EQ(caches.FindByHandle(scripted::CameraHandle()), &caches[kLocalDeviceCache]);
+}
+
 } // namespace

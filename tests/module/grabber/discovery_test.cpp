@@ -261,6 +261,46 @@ TEST_F(DiscoveryTest, AReceiverMayOpenTheCameraAgain) {
     EXPECT_EQ(reopening.result, MV_OK);
 }
 
+TEST_F(DiscoveryTest, TheHostIsToldWithoutAMutexThatTheGrabberNeeds) {
+    struct Receiver {
+        CMivoraKVNPyxenClass& grabber;
+        std::thread loading;
+        std::atomic<bool> loaded{false};
+        bool loadedMeanwhile = false;
+    } receiver{Grabber(), {}};
+    Grabber().InstCamCfgChangeCallBack(
+        [](void* context) {
+            auto& self = *static_cast<Receiver*>(context);
+            self.loading = std::thread([&self] {
+                self.grabber.LoadGrabberConfig();
+                self.loaded = true;
+            });
+            self.loadedMeanwhile = support::WaitUntil([&] { return self.loaded.load(); }, 3000);
+        },
+        &receiver);
+    std::thread([&] { Event("cam-ext-1", "Missing"); }).join();
+    ASSERT_TRUE(receiver.loading.joinable());
+    receiver.loading.join();
+    EXPECT_TRUE(receiver.loadedMeanwhile);
+}
+
+TEST_F(DiscoveryTest, EventsOfAnyFeatureCount) {
+    Tell(sdk.Data().system, "cam-ext-1", "Missing");
+    for (const char* const feature : {"EventCameraDiscoveryType", "Width", ""}) {
+        const int before = signals;
+        Grabber().InvalidationCallback(scripted::SystemHandle(), feature);
+        EXPECT_EQ(signals - before, 1) << feature;
+    }
+}
+
+TEST_F(DiscoveryTest, AModuleOfAClosedCameraIsUnknown) {
+    ASSERT_EQ(Grabber().CloseActCamera(), MV_OK);
+    Forget();
+    Grabber().InvalidationCallback(scripted::CameraHandle(), "EventCameraDiscovery");
+    EXPECT_EQ(signals, 1); // its event cannot be read
+    EXPECT_EQ(Log().front(), FirstLine("- unknown -", "0000000000100000"));
+}
+
 TEST_F(DiscoveryTest, TheSdksEventReachesTheHost) {
     Tell(sdk.Data().system, "cam-ext-1", "Missing");
     EXPECT_EQ(sdk.Fire(scripted::SystemHandle(), "EventCameraDiscovery"), 1u);

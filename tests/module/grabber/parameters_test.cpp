@@ -1,7 +1,7 @@
 // parameters_test.cpp - exposure, frame interval and the other numbered parameters
 #include "grabber/parameters.h"
 
-#include "tests/module/grabber_fixture.h"
+#include "tests/module/grabber/parameters_fixture.h"
 
 #include <atomic>
 #include <limits>
@@ -9,102 +9,11 @@
 
 namespace {
 
-using Values = std::vector<uint64_t>;
-
-constexpr uint64_t kAllBits = ~uint64_t{0};
-constexpr uint64_t kUntouched = 0xABCD;
-constexpr int32_t kMilliseconds = -3;
-constexpr int32_t kMicroseconds = -6;
+class ParametersTest : public ParametersFixture {};
 
 /// All of 256 to 267, those that only the host has a name for included.
 const uint32_t kTimerIds[] = {256, 257, 258, 259, 260, 261, 262, 263, 264, 265, 266, 267};
 const uint32_t kNeverServed[] = {259, 260, 262, 263, 265, 267};
-
-/// Reads and sets the timing values that the host keeps for its grabbers.
-struct HostTiming : CMivoraGrabber {
-    static void SetSaved(CMivoraGrabber& grabber, uint32_t exposure, uint32_t interval) {
-        (grabber.*(&HostTiming::SetSavedExposure))(exposure);
-        (grabber.*(&HostTiming::SetSavedInterval))(interval);
-    }
-    static void SetBase(CMivoraGrabber& grabber, int32_t exponent) {
-        (grabber.*(&HostTiming::SetTimeBase))(exponent);
-    }
-    /// Exposure, interval, time base and then their saved copies.
-    static std::vector<int64_t> All(const CMivoraGrabber& grabber) {
-        return {(grabber.*(&HostTiming::GetExposureValue))(),
-                (grabber.*(&HostTiming::GetIntervalValue))(),
-                (grabber.*(&HostTiming::GetTimeBase))(),
-                (grabber.*(&HostTiming::GetSavedExposure))(),
-                (grabber.*(&HostTiming::GetSavedInterval))(),
-                (grabber.*(&HostTiming::GetSavedTimeBase))()};
-    }
-};
-
-class ParametersTest : public GrabberFixture {
-protected:
-    void SetUp() override {
-        GrabberFixture::SetUp();
-        Open();
-        grabber = &Grabber();
-        grabber->InstDialogUpdateCallBack(
-            [](uint32_t mask, void* context) {
-                static_cast<ParametersTest*>(context)->events.push_back("update " +
-                                                                        std::to_string(mask));
-            },
-            this);
-        grabber->InstCamCntrlCallBack(
-            [](uint32_t code, void* context) -> uint32_t {
-                static_cast<ParametersTest*>(context)->events.push_back("event " +
-                                                                        std::to_string(code));
-                return 1;
-            },
-            this);
-    }
-    void TearDown() override {
-        grabber->InstDialogUpdateCallBack(nullptr, nullptr);
-        grabber->InstCamCntrlCallBack(nullptr, nullptr);
-        GrabberFixture::TearDown();
-    }
-
-    /// Result and values.
-    Values Get(uint32_t id) {
-        uint64_t first = kUntouched;
-        uint64_t second = kUntouched;
-        const MV_ERRCODE result = grabber->GetGrabberParam(id, &first, &second);
-        return {static_cast<uint64_t>(result), first, second};
-    }
-    Values Limits(uint32_t id) {
-        uint64_t out[4] = {kUntouched, kUntouched, kUntouched, kUntouched};
-        const MV_ERRCODE result =
-            grabber->GetGrabberParamLimits(id, &out[0], &out[1], &out[2], &out[3]);
-        return {static_cast<uint64_t>(result), out[0], out[1], out[2], out[3]};
-    }
-    uint64_t Result(const Values& values) { return values.front(); }
-
-    void PutInterval(int64_t value, int64_t min, int64_t max) {
-        Camera().Put(scripted::IntFeature("AcquisitionFixedIntervalTime", value, min, max));
-    }
-    void PutExposure(double value, double min, double max) {
-        Camera().Put(scripted::FloatFeature("ExposureTime", value, min, max));
-    }
-    void PutRate(double value, double min, double max) {
-        Camera().Put(scripted::FloatFeature("AcquisitionFrameRate", value, min, max));
-    }
-    void SetBase(int32_t exponent) { HostTiming::SetBase(*grabber, exponent); }
-    uint32_t Exposure() {
-        uint32_t value = 0;
-        EXPECT_TRUE(grabber->GetExposureTime(&value));
-        return value;
-    }
-    uint32_t Interval() {
-        uint32_t value = 0;
-        EXPECT_TRUE(grabber->GetFrameInterval(&value));
-        return value;
-    }
-
-    CMivoraKVNPyxenClass* grabber = nullptr;
-    Texts events;
-};
 
 // ---- which parameters there are ----
 
@@ -372,6 +281,15 @@ TEST_F(ParametersTest, SetsExposureThenTheFixedInterval) {
     EXPECT_EQ(events, Texts{});
 }
 
+TEST_F(ParametersTest, SettingTheCameraStoresNothing) {
+    SetBase(kMilliseconds);
+    grabber->ChangeTimerTB(1, 2, 0);
+    HostTiming::SetSaved(*grabber, 3, 4);
+    const auto before = HostTiming::All(*grabber);
+    EXPECT_EQ(grabber->SetGrabberParam(257, 20, 40), MV_OK);
+    EXPECT_EQ(HostTiming::All(*grabber), before);
+}
+
 TEST_F(ParametersTest, SetsTheFrameRateOfACameraWithoutFixedInterval) {
     SetBase(kMilliseconds);
     sdk.ClearCalls();
@@ -415,6 +333,16 @@ TEST_F(ParametersTest, TimingIsTakenUpToItsLimitsAndNotBeyond) {
     EXPECT_EQ(grabber->SetGrabberParam(257, 1000000, 3000), MV_OK);
 }
 
+TEST_F(ParametersTest, AnExposureWithoutUpperLimitMayUseEveryBit) {
+    PutExposure(10, 0, std::numeric_limits<double>::infinity());
+    PutInterval(100, 200, 3000);
+    SetBase(kMicroseconds);
+    EXPECT_EQ(Limits(257), (Values{0, 0, kAllBits, 200, 3000}));
+    EXPECT_EQ(grabber->SetGrabberParam(257, 5, 200), MV_OK);
+    EXPECT_EQ(grabber->SetGrabberParam(257, kAllBits, 200), MV_OK);
+    EXPECT_EQ(Camera()["ExposureTime"].floatValue, 18446744073709551616.0);
+}
+
 TEST_F(ParametersTest, ValuesTooLargeForTheCamerasIntegerStayAtItsEnd) {
     PutRate(25, 0, 100); // no upper limit of the interval
     SetBase(0);
@@ -424,135 +352,6 @@ TEST_F(ParametersTest, ValuesTooLargeForTheCamerasIntegerStayAtItsEnd) {
     EXPECT_EQ(sdk.Calls({"PxnFeatureIntSet"}),
               Texts{"PxnFeatureIntSet(camera0, \"AcquisitionFixedIntervalTime\", "
                     "9223372036854775807)"});
-}
-
-// ---- the time base ----
-
-TEST_F(ParametersTest, TheTimeBaseIsTheExponent) {
-    SetBase(kMilliseconds);
-    EXPECT_EQ(Get(261), (Values{0, static_cast<uint64_t>(int64_t{-3}), 0}));
-    EXPECT_EQ(Limits(261), (Values{0, static_cast<uint64_t>(int64_t{-6}), 0, 0, 0}));
-}
-
-TEST_F(ParametersTest, AFinerTimeBaseMultipliesTheStoredValues) {
-    SetBase(kMilliseconds);
-    grabber->ChangeTimerTB(20, 40, 0);
-    HostTiming::SetSaved(*grabber, 3, 5);
-    EXPECT_EQ(grabber->SetGrabberParam(261, static_cast<uint64_t>(int64_t{-6}), 0), MV_OK);
-    EXPECT_EQ(HostTiming::All(*grabber), (std::vector<int64_t>{20000, 40000, -6, 3000, 5000, -6}));
-}
-
-TEST_F(ParametersTest, ACoarserTimeBaseDividesTheStoredValuesWhole) {
-    SetBase(kMicroseconds);
-    grabber->ChangeTimerTB(20001, 40999, 0);
-    HostTiming::SetSaved(*grabber, 999, 1000);
-    EXPECT_EQ(grabber->SetGrabberParam(261, static_cast<uint64_t>(int64_t{-3}), 0), MV_OK);
-    EXPECT_EQ(HostTiming::All(*grabber), (std::vector<int64_t>{20, 40, -3, 0, 1, -3}));
-}
-
-TEST_F(ParametersTest, TheSameTimeBaseIsStored) {
-    SetBase(-4);
-    grabber->ChangeTimerTB(20, 40, 0);
-    HostTiming::SetSaved(*grabber, 3, 5);
-    EXPECT_EQ(grabber->SetGrabberParam(261, static_cast<uint64_t>(int64_t{-4}), 0), MV_OK);
-    EXPECT_EQ(HostTiming::All(*grabber), (std::vector<int64_t>{20, 40, -4, 3, 5, -4}));
-}
-
-TEST_F(ParametersTest, AValueThatOutgrowsItsPlaceStaysAtTheEnd) {
-    SetBase(0);
-    grabber->ChangeTimerTB(4294, 4295, 0);
-    EXPECT_EQ(grabber->SetGrabberParam(261, static_cast<uint64_t>(int64_t{-6}), 0), MV_OK);
-    EXPECT_EQ(HostTiming::All(*grabber)[0], 4294000000);
-    EXPECT_EQ(HostTiming::All(*grabber)[1], 0xFFFFFFFF);
-}
-
-TEST_F(ParametersTest, ATimeBaseOutsideItsLimitsChangesNothing) {
-    SetBase(kMilliseconds);
-    grabber->ChangeTimerTB(20, 40, 0);
-    const auto before = HostTiming::All(*grabber);
-    for (const int64_t exponent : {int64_t{1}, int64_t{-7}, std::numeric_limits<int64_t>::max(),
-                                   std::numeric_limits<int64_t>::min()}) {
-        EXPECT_EQ(grabber->SetGrabberParam(261, static_cast<uint64_t>(exponent), 0), MV_BAD_VALUE);
-    }
-    EXPECT_EQ(grabber->SetGrabberParam(261, 0, 1), MV_BAD_VALUE);
-    EXPECT_EQ(grabber->SetGrabberParam(261, 0, kAllBits), MV_BAD_VALUE);
-    EXPECT_EQ(HostTiming::All(*grabber), before);
-}
-
-TEST_F(ParametersTest, ATimeBaseFromAStrangeConfigurationIsRescaledAllTheSame) {
-    SetBase(-30);
-    grabber->ChangeTimerTB(0xFFFFFFFF, 0, 0);
-    EXPECT_EQ(grabber->SetGrabberParam(261, 0, 0), MV_OK);
-    EXPECT_EQ(HostTiming::All(*grabber)[0], 0);
-    SetBase(std::numeric_limits<int32_t>::max());
-    grabber->ChangeTimerTB(1, 0, 0);
-    EXPECT_EQ(grabber->SetGrabberParam(261, 0, 0), MV_OK);
-    EXPECT_EQ(HostTiming::All(*grabber)[0], 0xFFFFFFFF);
-    EXPECT_EQ(HostTiming::All(*grabber)[1], 0);
-}
-
-// ---- whole microseconds ----
-
-TEST_F(ParametersTest, TellsTheStoredTimingInMicrosecondsWithoutTheCamera) {
-    SetBase(kMilliseconds);
-    grabber->ChangeTimerTB(20, 4294967295, 0);
-    sdk.ClearCalls();
-    uint64_t exposure = 0;
-    uint64_t interval = 0;
-    grabber->GetTimerMicroseconds(&exposure, &interval);
-    EXPECT_EQ(exposure, 20000u);
-    EXPECT_EQ(interval, 4294967295000u);
-    EXPECT_EQ(sdk.Calls(), Texts{});
-    grabber->GetTimerMicroseconds(nullptr, nullptr);
-    SetBase(0);
-    grabber->GetTimerMicroseconds(&exposure, &interval);
-    EXPECT_EQ(exposure, 20000000u);
-}
-
-TEST_F(ParametersTest, TakesMicrosecondsAndTellsHostAndDialogs) {
-    SetBase(kMilliseconds);
-    grabber->ChangeTimerTB(1, 2, 7);
-    events.clear();
-    sdk.ClearCalls();
-    grabber->SetTimerMicroseconds(20999, 40001);
-    EXPECT_EQ(HostTiming::All(*grabber), (std::vector<int64_t>{20, 40, -3, 20, 40, -3}));
-    EXPECT_EQ(Get(258), (Values{0, 1, 0}));
-    // The host's own ChangeTimerTB tells the dialogs first.
-    EXPECT_EQ(events, (Texts{"update 2", "update 3"}));
-    EXPECT_EQ(sdk.Calls(), Texts{});
-}
-
-TEST_F(ParametersTest, RefusesAnExposureThatIsNotShorterThanTheInterval) {
-    SetBase(kMicroseconds);
-    grabber->ChangeTimerTB(1, 2, 1);
-    const auto before = HostTiming::All(*grabber);
-    events.clear();
-    grabber->SetTimerMicroseconds(500, 500);
-    grabber->SetTimerMicroseconds(501, 500);
-    grabber->SetTimerMicroseconds(kAllBits, 0);
-    EXPECT_EQ(HostTiming::All(*grabber), before);
-    EXPECT_EQ(events, Texts{});
-    grabber->SetTimerMicroseconds(499, 500);
-    EXPECT_EQ(HostTiming::All(*grabber), (std::vector<int64_t>{499, 500, -6, 499, 500, -6}));
-}
-
-TEST_F(ParametersTest, MicrosecondsThatOutgrowTheHostsValuesStayAtTheEnd) {
-    SetBase(kMicroseconds);
-    grabber->SetTimerMicroseconds(kAllBits - 1, kAllBits);
-    EXPECT_EQ(HostTiming::All(*grabber)[0], 0xFFFFFFFF);
-    EXPECT_EQ(HostTiming::All(*grabber)[1], 0xFFFFFFFF);
-}
-
-TEST_F(ParametersTest, AnExponentFarOffIsNoTrouble) {
-    uint64_t exposure = 0;
-    uint64_t interval = 0;
-    grabber->ChangeTimerTB(1, 0, 0);
-    SetBase(std::numeric_limits<int32_t>::max());
-    grabber->GetTimerMicroseconds(&exposure, &interval);
-    EXPECT_EQ(exposure, kAllBits);
-    SetBase(std::numeric_limits<int32_t>::min());
-    grabber->GetTimerMicroseconds(&exposure, &interval);
-    EXPECT_EQ(exposure, 0u);
 }
 
 // ---- who is notified ----

@@ -194,6 +194,13 @@ TEST_P(CheckSyncPathTest, AcceptsAFeatureWithoutDependencies) {
     EXPECT_EQ(Visited(), (Texts{"Own", "Own"}));
 }
 
+TEST_P(CheckSyncPathTest, DoesNotFollowTheDependenciesOfADependency) {
+    Rules({{"Camera::Own", {"Localdevice::First"}}, {"Localdevice::First", {"Interface::Second"}}});
+    Port()["Second"].writeable = false;
+    ExpectResult(true, "- unkown -", "General error");
+    EXPECT_EQ(Visited(), (Texts{"Own", "First"}));
+}
+
 TEST_P(CheckSyncPathTest, EndsAtAFeatureOfUnknownAccess) {
     sdk.FailFeature(scripted::CameraHandle(), "Own", "PxnFeatureAccessQuery", PxnErrIO);
     ExpectResult(false, kOwn, "Unknown accessibility");

@@ -88,6 +88,15 @@ TEST_F(FeatureCacheTest, AFailedCountLeavesTheListAsItWas) {
     EXPECT_STREQ(cache.GetModuleName(), "Other");
 }
 
+TEST_F(FeatureCacheTest, AFailedCountKeepsTheNewHandle) {
+    ASSERT_TRUE(Init());
+    sdk.Fail("PxnFeaturesList", PxnErrBadHandle);
+    EXPECT_FALSE(cache.Init("Interface", &api, scripted::InterfaceHandle(), &sink));
+    EXPECT_EQ(cache.GetHandle(), scripted::InterfaceHandle());
+    EXPECT_STREQ(cache.GetModuleName(), "Interface");
+    EXPECT_NE(cache.Find("Width"), nullptr);
+}
+
 TEST_F(FeatureCacheTest, AFailedFillEmptiesTheList) {
     ASSERT_TRUE(Init());
     sdk.Fail("PxnFeaturesList", PxnErrFeaturesUnavailable, 2);

@@ -152,6 +152,31 @@ TEST_F(FeatureSyncherTest, KeepsBlanksInsideAndAroundAValue) {
     EXPECT_EQ(Entries(), "  My Camera ::Exposure Time>;");
 }
 
+TEST_F(FeatureSyncherTest, TakesUnderscoresAsLetters) {
+    EXPECT_EQ(Read(File(Entry("_My_Camera_", "Exposure_Time"))), 1);
+    EXPECT_EQ(Entries(), "_My_Camera_::Exposure_Time>;");
+}
+
+TEST_F(FeatureSyncherTest, TakesFormFeedAndVerticalTabForNoWhiteSpace) {
+    for (const char* const gap : {"\f", "\v"}) {
+        EXPECT_EQ(Read(gap + File("")), 0);
+        EXPECT_EQ(Read(File(gap)), 0);
+        EXPECT_EQ(Read(File("") + gap), 0);
+        EXPECT_EQ(Read(File(Entry("Camera", gap))), 1);
+        EXPECT_EQ(Entries(), std::string("Camera::") + gap + ">;");
+    }
+}
+
+TEST_F(FeatureSyncherTest, WritesPercentSignsOfAPathAsTheyStand) {
+    const std::string good = directory.Write("50%s%n%d.json", File(""));
+    EXPECT_EQ(syncher.Init(good.c_str(), &sink), 1);
+    EXPECT_EQ(sink.Take(), Lines{"1 FeatureSyncher::Init: Loading " + good + "..."});
+    const std::string absent = directory.PathOf("%s%n.json");
+    EXPECT_EQ(syncher.Init(absent.c_str(), &sink), 0);
+    EXPECT_EQ(sink.Take(), Lines{"0 FeatureSyncher::Init: Could not open " + absent +
+                                 ". No feature synchronization will happen."});
+}
+
 TEST_F(FeatureSyncherTest, EndsAValueAtALineEnd) {
     EXPECT_EQ(Read(File(Entry("Came\nra", "Width"))), 0);
     EXPECT_EQ(Entries(), "");

@@ -35,6 +35,18 @@ TEST_F(SyncEngineTest, AppliesEveryDeclarationOfAModuleInFileOrder) {
                                              "PxnFeatureIntSet(localdevice0, \"First\", 6)"}));
 }
 
+TEST_F(SyncEngineTest, AFeatureMayDependOnOneOfItsOwnModule) {
+    Rules({{"Camera::Width", {"Camera::Height"}}});
+    EXPECT_EQ(engine.SyncModuleFeatures(&camera, true), 1);
+    EXPECT_EQ(Camera()["Height"].intValue, 5);
+    Camera()["Width"].intValue = 8;
+    EXPECT_EQ(engine.SyncDependentFeatures(&camera, "Width", true), 1);
+    EXPECT_EQ(Camera()["Height"].intValue, 8);
+    EXPECT_TRUE(engine.IntFeatureCheckSyncPath(&camera, "Width", 9).ok);
+    Camera()["Height"].writeable = false;
+    EXPECT_FALSE(engine.IntFeatureCheckSyncPath(&camera, "Width", 9).ok);
+}
+
 TEST_F(SyncEngineTest, AppliesADeclarationThatIsGivenTwiceTwice) {
     Rules({{"Camera::Width", {"Localdevice::First"}}, {"Camera::Width", {"Localdevice::Second"}}});
     EXPECT_EQ(engine.SyncModuleFeatures(&camera, true), 1);

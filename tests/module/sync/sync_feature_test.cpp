@@ -448,6 +448,23 @@ TEST_F(SyncFeatureTest, SkipsAStringThatIsEqualAndComparesWithCase) {
     EXPECT_EQ(Target().text, "left");
 }
 
+TEST_F(SyncFeatureTest, WritesPercentSignsOfNamesAndValuesAsTheyStand) {
+    Camera().Put(StringFeature("100%s%n", "%d %n %s"));
+    Device().Put(StringFeature("%c", "old"));
+    Fill();
+    EXPECT_EQ(engine.SyncFeature(&camera, "100%s%n", &device, "%c", true), 1);
+    EXPECT_EQ(sink.Take(),
+              (Texts{"1 " + kSyncTag + "string feature can be synched to /Localdevice/Scripted/%c" +
+                         " (value = %d %n %s)",
+                     "1 " + kSyncTag + "Synched string feature from /Camera/Scripted/100%s%n to " +
+                         "/Localdevice/Scripted/%c (value = %d %n %s)"}));
+    EXPECT_EQ(Device()["%c"].text, "%d %n %s");
+    sdk.FailAlways("PxnFeatureStringGet", PxnErrIO);
+    EXPECT_EQ(engine.SyncFeature(&camera, "100%s%n", &device, "%c", true), 0);
+    EXPECT_EQ(sink.Take(), Texts{IoError("Cannot query string-feature /Camera/Scripted/100%s%n for "
+                                         "synching to /Localdevice/Scripted/%c")});
+}
+
 TEST_F(SyncFeatureTest, CopiesAnEmptyString) {
     Put(StringFeature("", ""), StringFeature("", "old", 0));
     EXPECT_EQ(Sync(true), 1);
