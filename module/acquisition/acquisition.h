@@ -15,6 +15,8 @@
 #include <cstdint>
 #include <memory>
 
+struct AcquisitionInsides;
+
 namespace pyxen {
 
 /// How long the camera is left alone after a stop, in milliseconds.
@@ -77,6 +79,8 @@ public:
     void Receive(PxnFrame* frame);
 
 private:
+    friend struct ::AcquisitionInsides; // tests
+
     MV_ERRCODE SnapContinuous();
     MV_ERRCODE SnapAsynchronous();
     MV_ERRCODE SnapSynchronous();

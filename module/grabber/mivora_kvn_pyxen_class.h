@@ -128,6 +128,8 @@ public:
     pyxen::InvalidationSubscription& DiscoverySubscription() { return discoverySubscription; }
 
 private:
+    friend struct AcquisitionInsides; // tests
+
     // grabber core
     class ParameterHost;
     MV_ERRCODE InitOrThrow();

@@ -28,13 +28,13 @@ TEST_F(AcquisitionEvents, OfTheHostAreResetByEverySnap) {
     Ready(1);
     sdk.Data().completeWaitsAtOnce = true;
     for (const uint32_t mode : {1u, 2u, 3u, 4u, 5u}) {
-        AcquisitionEvent(Grabber(), 0)->Set();
-        AcquisitionEvent(Grabber(), 1)->Set();
+        AcquisitionInsides::Event(Grabber(), 0)->Set();
+        AcquisitionInsides::Event(Grabber(), 1)->Set();
         unsigned looks = 0;
         sdk.OnCall("PxnFrameAnnounce", [&] {
             ++looks;
-            EXPECT_FALSE(AcquisitionEvent(Grabber(), 0)->IsSet()) << mode;
-            EXPECT_FALSE(AcquisitionEvent(Grabber(), 1)->IsSet()) << mode;
+            EXPECT_FALSE(AcquisitionInsides::Event(Grabber(), 0)->IsSet()) << mode;
+            EXPECT_FALSE(AcquisitionInsides::Event(Grabber(), 1)->IsSet()) << mode;
         });
         EXPECT_EQ(Grabber().Snap(mode), MV_OK);
         EXPECT_EQ(looks, 1u);
@@ -45,19 +45,19 @@ TEST_F(AcquisitionEvents, OfTheHostAreResetByEverySnap) {
 TEST_F(AcquisitionEvents, OfTheHostAreKeptByARefusedSnap) {
     Ready(1);
     ASSERT_EQ(Grabber().Snap(1), MV_OK);
-    AcquisitionEvent(Grabber(), 0)->Set();
-    AcquisitionEvent(Grabber(), 1)->Set();
+    AcquisitionInsides::Event(Grabber(), 0)->Set();
+    AcquisitionInsides::Event(Grabber(), 1)->Set();
     EXPECT_EQ(Grabber().Snap(1), MV_BUSY);
-    EXPECT_TRUE(AcquisitionEvent(Grabber(), 0)->IsSet());
-    EXPECT_TRUE(AcquisitionEvent(Grabber(), 1)->IsSet());
+    EXPECT_TRUE(AcquisitionInsides::Event(Grabber(), 0)->IsSet());
+    EXPECT_TRUE(AcquisitionInsides::Event(Grabber(), 1)->IsSet());
 }
 
 TEST_F(AcquisitionEvents, AreMissedBeforeTheDialogIsMarked) {
     Ready(1);
     MarkedDialog* const dialog = MarkedDialog::GiveTo(Grabber());
     for (std::unique_ptr<platform::Event>* const event :
-         {&AcquisitionEvent(Grabber(), 0), &AcquisitionEvent(Grabber(), 1),
-          &StopEvent(Grabber())}) {
+         {&AcquisitionInsides::Event(Grabber(), 0), &AcquisitionInsides::Event(Grabber(), 1),
+          &AcquisitionInsides::StopEvent(Grabber())}) {
         std::unique_ptr<platform::Event> kept = std::exchange(*event, nullptr);
         for (uint32_t mode = 0; mode < 7; ++mode) {
             EXPECT_EQ(Grabber().Snap(mode), MV_ACQUISITION_FAILED) << mode;

@@ -6,6 +6,8 @@
 #include <cstring>
 #include <utility>
 
+using namespace pyxen;
+
 namespace {
 
 using CmdKVNPyxenTest = SerialFixture;
