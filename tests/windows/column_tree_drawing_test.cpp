@@ -3,6 +3,8 @@
 #include "window_pixels.h"
 
 #include <array>
+#include <cstdint>
+#include <vector>
 
 namespace {
 
@@ -153,6 +155,81 @@ TEST_F(ColumnTreeDrawing, FollowsTheHeader) {
                   CRect(widths[0], Cell(width, 1).top, widths[0] + 60, Cell(width, 1).bottom),
                   Color(COLOR_WINDOWTEXT)),
               0);
+}
+
+TEST_F(ColumnTreeDrawing, LeavesOutWhatHasNoColumn) {
+    const auto drawn = [&](const wchar_t* text) {
+        Tree().SetItemText(width, text);
+        const WindowPixels pixels(Tree());
+        const CRect row = RowRect(width, false);
+        std::vector<COLORREF> colors;
+        for (int y = row.top; y < row.bottom; ++y) {
+            for (int x = row.left; x < pixels.Width(); ++x) {
+                colors.push_back(pixels.At(x, y));
+            }
+        }
+        return colors;
+    };
+    const auto twoParts = drawn(L"Width\t640");
+    EXPECT_NE(drawn(L"Width\t480"), twoParts);
+    EXPECT_EQ(drawn(L"Width\t640\t999\tand more"), twoParts);
+}
+
+TEST_F(ColumnTreeDrawing, WritesInTheTreesFont) {
+    LOGFONT description = {};
+    Tree().GetFont()->GetLogFont(&description);
+    description.lfHeight *= 2;
+    CFont large;
+    ASSERT_TRUE(large.CreateFontIndirect(&description));
+    Tree().SetFont(&large);
+    const int needed = TextWidth(L"640");
+    const CRect values = Cell(width, 1);
+    const WindowPixels pixels(Tree());
+    int last = values.left;
+    for (int x = values.left; x < values.right; ++x) {
+        if (pixels.Count(CRect(x, values.top, x + 1, values.bottom), Color(COLOR_WINDOWTEXT)) > 0) {
+            last = x;
+        }
+    }
+    EXPECT_GT(last - values.left, needed / 2);
+    EXPECT_LT(last - values.left, needed + 6);
+    view.reset();
+}
+
+/// The drawing objects of this process.
+int CountDrawingObjects() {
+    if (const DWORD count = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS)) {
+        return static_cast<int>(count);
+    }
+    // Where the system does not count: the lower half of a handle is its number.
+    int count = 0;
+    for (std::uintptr_t number = 1; number < 0x10000; ++number) {
+        count += GetObjectType(reinterpret_cast<HGDIOBJ>(number)) != 0;
+    }
+    return count;
+}
+
+TEST_F(ColumnTreeDrawing, KeepsNoDrawingObject) {
+    constexpr int kPaints = 1000;
+    view->MoveWindow(0, 0, 120, 80);
+    readOnly = {height};
+    const auto paint = [&] {
+        RedrawWindow(Tree(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+    };
+    paint();
+    const int before = CountDrawingObjects();
+    for (int time = 0; time < kPaints; ++time) {
+        paint();
+    }
+    EXPECT_LE(CountDrawingObjects(), before + 1) << "over ten thousand, ten";
+    std::vector<HBRUSH> brushes;
+    for (BYTE index = 0; index < 50; ++index) {
+        brushes.push_back(CreateSolidBrush(RGB(index, 7, 9)));
+    }
+    EXPECT_GE(CountDrawingObjects(), before + 40) << "objects are not counted";
+    for (const HBRUSH brush : brushes) {
+        DeleteObject(brush);
+    }
 }
 
 TEST_F(ColumnTreeDrawing, DrawsNothingBesideAColumnNarrowerThanTheIndent) {

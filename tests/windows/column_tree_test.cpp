@@ -1,4 +1,4 @@
-#include "screenshot.h"
+#include "sent_messages.h"
 #include "tree_view_fixture.h"
 #include "ui/windows/wide_text.h"
 
@@ -76,6 +76,17 @@ TEST_F(ColumnTree, StartsWithTheRootRow) {
     EXPECT_EQ(TreeItemText(Tree(), root), L"/");
     EXPECT_EQ(Tree().GetNextSiblingItem(root), nullptr);
     EXPECT_EQ(Tree().GetParentItem(root), nullptr);
+}
+
+TEST_F(ColumnTree, IsNotMadeWithoutItsRootRow) {
+    CAttrTreeView other;
+    const SentMessages watch([](const CWPSTRUCT& sent) {
+        if (sent.message == HDM_INSERTITEM && sent.wParam == 1) {
+            DestroyWindow(GetDlgItem(GetParent(sent.hwnd), 2));
+        }
+    });
+    EXPECT_FALSE(other.Create(this, CRect(0, 0, 100, 100), &Frame(), IDC_ATTRIBUTE_TREE));
+    other.DestroyWindow();
 }
 
 /// Gives vertical scroll bars another width for a while.
@@ -305,6 +316,21 @@ TEST_F(ColumnTree, OnlyTakesTheFocusByAClickElsewhere) {
     EXPECT_EQ(GetFocus(), Tree().m_hWnd);
     EXPECT_TRUE(selected.empty());
     EXPECT_EQ(expanded, 0);
+}
+
+TEST_F(ColumnTree, MeasuresTheNameInTheTreesFont) {
+    LOGFONT description = {};
+    Tree().GetFont()->GetLogFont(&description);
+    description.lfHeight *= 2;
+    CFont large;
+    ASSERT_TRUE(large.CreateFontIndirect(&description));
+    const int before = TextWidth(L"Width");
+    Tree().SetFont(&large);
+    ASSERT_GT(TextWidth(L"Width"), before + 12);
+    const CRect text = RowRect(width, true);
+    Click(Tree(), text.left + TextWidth(L"Width") + 5, (text.top + text.bottom) / 2);
+    EXPECT_EQ(selected, (std::vector<HTREEITEM>{width}));
+    view.reset();
 }
 
 /// The middle of an item's expand button, found as a user would: left of the text.

@@ -54,7 +54,11 @@ protected:
     /// Shows the dialog with `id` preselected; `drive` works with it while it is open. Answers
     /// what the dialog ended with and leaves the chosen identifier in `chosen`.
     INT_PTR Run(const std::string& id, const std::function<void()>& drive) {
-        CKVNPyxenDeviceFinderDialog finder(api, &sink, &host.Frame());
+        return RunWithLog(sink, id, drive);
+    }
+    /// The same, with its lines in another sink.
+    INT_PTR RunWithLog(ILogSink& log, const std::string& id, const std::function<void()>& drive) {
+        CKVNPyxenDeviceFinderDialog finder(api, &log, &host.Frame());
         finder.SetSelectedId(id);
         current = &finder;
         INT_PTR ending = 0;

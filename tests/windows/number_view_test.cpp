@@ -4,6 +4,9 @@
 
 #include <afxcmn.h>
 
+#include <clocale>
+#include <cstdio>
+
 namespace {
 
 class SintValueView : public ValueViewFixture {
@@ -206,6 +209,57 @@ TEST_F(FloatValueView, KeepsItsValueWhileNoNumberIsTyped) {
     view->SetValue(42.0);
     TypeInto(edit, L"abc");
     EXPECT_EQ(Value(), 42.0);
+}
+
+TEST_F(FloatValueView, ClampsItsValueAlsoWhenNoNumberIsTyped) {
+    view->SetRange(0.0, 1.0);
+    view->SetValue(7.5);
+    TypeInto(edit, L"abc");
+    EXPECT_EQ(Value(), 1.0);
+    view->SetValue(-7.5);
+    SetFocus(edit);
+    SetWindowText(edit, L"");
+    EXPECT_EQ(Value(), 0.0);
+    view->SetValue(7.5);
+    SetWindowText(edit, L"-");
+    EXPECT_TRUE(view->CommitOnEnter());
+    EXPECT_EQ(Value(), 1.0);
+    EXPECT_EQ(Text(), L"1.000000");
+}
+
+/// While it lives, the C library writes numbers as in Germany.
+class GermanNumbers {
+public:
+    GermanNumbers() : former(std::setlocale(LC_NUMERIC, nullptr)) {
+        for (const char* const name : {"German", "de-DE", "de_DE.UTF-8"}) {
+            if (std::setlocale(LC_NUMERIC, name)) {
+                break;
+            }
+        }
+    }
+    ~GermanNumbers() { std::setlocale(LC_NUMERIC, former.c_str()); }
+    GermanNumbers(const GermanNumbers&) = delete;
+    GermanNumbers& operator=(const GermanNumbers&) = delete;
+
+private:
+    const std::string former;
+};
+
+TEST_F(FloatValueView, WritesAndReadsADecimalPointInEveryLocale) {
+    const GermanNumbers german;
+    char text[16] = "";
+    std::snprintf(text, sizeof text, "%.1f", 1.5);
+    ASSERT_STREQ(text, "1,5") << "no such locale";
+    view->SetRange(0.0, 100.0);
+    EXPECT_TRUE(view->SetValue(12.5));
+    EXPECT_EQ(Text(), L"12.500000");
+    TypeInto(edit, L"2.75");
+    EXPECT_EQ(Value(), 2.75);
+    TypeInto(edit, L"3,75");
+    EXPECT_EQ(Value(), 3.0);
+    TypeInto(edit, L"2.75");
+    EXPECT_TRUE(view->CommitOnEnter());
+    EXPECT_EQ(Text(), L"2.750000");
 }
 
 TEST_F(FloatValueView, ClampsTheTypedNumber) {

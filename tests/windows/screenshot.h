@@ -1,7 +1,7 @@
 // screenshot.h - pictures of windows for people to look at
 #pragma once
 
-#include <windows.h>
+#include <afxwin.h>
 
 #include <string>
 

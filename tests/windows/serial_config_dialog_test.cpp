@@ -3,6 +3,7 @@
 #include "screenshot.h"
 #include "test_host.h"
 #include "tests/module/serial/serial_fixture.h"
+#include "ui/windows/kvn_pyxen_ser_cfg_dialog.h"
 #include "when_shown.h"
 
 #include <functional>
@@ -134,6 +135,39 @@ TEST_F(SerialConfigDialog, ShowsThePortsAndWhatTheSelectedOneAllows) {
         Push(IDCANCEL);
     });
     EXPECT_EQ(exitCode, MV_DLG_CANCEL);
+}
+
+TEST_F(SerialConfigDialog, BelongsToItsParent) {
+    CWnd other;
+    ASSERT_TRUE(other.CreateEx(0, nullptr, L"Another", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 90,
+                               90, nullptr, nullptr));
+    for (const HWND parent : {host.Frame().m_hWnd, other.m_hWnd}) {
+        RunWith([&] { ASSERT_EQ(channel->ConfigDialog(parent, &exitCode), MV_OK); },
+                [&] {
+                    EXPECT_EQ(GetWindow(dialog, GW_OWNER), parent);
+                    EXPECT_FALSE(IsWindowEnabled(parent));
+                    Push(IDCANCEL);
+                });
+        EXPECT_TRUE(IsWindowEnabled(parent));
+    }
+}
+
+TEST_F(SerialConfigDialog, ListsThePortsInTheOrderInWhichItGetsThem) {
+    SerialDialogData data;
+    data.ports = {
+        {7, "SEVEN", "Zebra", 1u << 3}, {5, "FIVE", "Ape", 1u << 4}, {6, "SIX", "Mole", 0}};
+    data.portIndex = 1;
+    CKVNPyxenSerCfgDialog shown(data, &host.Frame());
+    RunWith([&] { EXPECT_EQ(shown.DoModal(), IDOK); },
+            [&] {
+                EXPECT_EQ(Ports(), (Choices{L"Zebra", L"Ape", L"Mole"}));
+                EXPECT_EQ(Ask(IDC_SERIAL_PORTS, LB_GETCURSEL), 1);
+                EXPECT_EQ(List(IDC_SERIAL_BAUD), Choices{L"4800 Baud"});
+                ChoosePort(0);
+                EXPECT_EQ(List(IDC_SERIAL_BAUD), Choices{L"2400 Baud"});
+                Push(IDOK);
+            });
+    EXPECT_EQ(shown.Data().portIndex, 0);
 }
 
 TEST_F(SerialConfigDialog, OffersTwoRatesWhereThePortHasTwo) {

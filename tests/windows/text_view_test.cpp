@@ -76,6 +76,18 @@ TEST_F(EnumValueView, SelectsByWholeNameInAnyCase) {
     EXPECT_EQ(Selection(), "BayerRG8");
 }
 
+TEST_F(EnumValueView, LooksAtTheFirstEntryLast) {
+    Fill({"Mono8", "mono8", "MONO8", "RGB8"});
+    EXPECT_TRUE(view->SelectOption("Mono8"));
+    EXPECT_EQ(SendMessage(list, CB_GETCURSEL, 0, 0), 1);
+    EXPECT_TRUE(view->SelectOption("RGB8"));
+    EXPECT_TRUE(view->SelectOption("mono8"));
+    EXPECT_EQ(SendMessage(list, CB_GETCURSEL, 0, 0), 1) << "wherever the selection is";
+    Fill({"Mono8", "RGB8"});
+    EXPECT_TRUE(view->SelectOption("Mono8"));
+    EXPECT_EQ(SendMessage(list, CB_GETCURSEL, 0, 0), 0);
+}
+
 TEST_F(EnumValueView, SelectsNothingThatIsNotThere) {
     Fill({"Mono8", "Mono10"});
     view->SelectOption("Mono10");

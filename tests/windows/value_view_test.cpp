@@ -261,6 +261,20 @@ TEST_F(ValueViews, ShowACommandsNameOnItsButton) {
     EXPECT_EQ(TextOf(*view, 7024), label);
 }
 
+TEST_F(ValueViews, ShowEveryNameAndUnitAsItIs) {
+    const auto command = Make<CCmdValueView>();
+    command->SetFeatureName("Load && Save &All");
+    EXPECT_EQ(TextOf(*command, 7005), L"Load && Save &All");
+    const auto view = Make<CSintValueView>();
+    view->SetFeatureName("Black && White &Level");
+    view->SetUnit(L"a&b");
+    EXPECT_EQ(TextOf(*view, 7024), L"Black && White &Level");
+    EXPECT_EQ(TextOf(*view, 7031), L"a&b");
+    for (const int id : {7024, 7031}) {
+        EXPECT_TRUE(GetWindowLong(GetDlgItem(*view, id), GWL_STYLE) & SS_NOPREFIX) << id;
+    }
+}
+
 TEST_F(ValueViews, CommitACommandByItsButton) {
     auto view = Make<CCmdValueView>();
     ClickButton(*view, 7005);

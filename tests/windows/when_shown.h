@@ -1,7 +1,7 @@
 // when_shown.h - what a test does with a modal dialog or box
 #pragma once
 
-#include <windows.h>
+#include <afxwin.h>
 
 #include <functional>
 #include <string>

@@ -1,7 +1,7 @@
 // window_pixels.h - what a window shows
 #pragma once
 
-#include <windows.h>
+#include <afxwin.h>
 
 #include <cstdint>
 #include <vector>
