@@ -251,6 +251,17 @@ TEST_F(ColumnTreeDrawing, DrawsNothingBesideAColumnNarrowerThanTheIndent) {
     }
 }
 
+TEST_F(ColumnTreeDrawing, EndsLinesAndButtonsWithTheFirstColumn) {
+    HDITEM item = {};
+    item.mask = HDI_WIDTH;
+    item.cxy = 5;
+    Header_SetItem(Header(), 0, &item);
+    const CRect text = RowRect(category, true);
+    const WindowPixels pixels(Tree());
+    const CRect beside(ColumnRect(0).right, text.top, pixels.Width(), text.bottom);
+    EXPECT_EQ(pixels.Count(beside, Color(COLOR_WINDOW)), beside.Width() * beside.Height());
+}
+
 /// A column tree as it is without a class of its own for its rows.
 class PlainColumnTree : public CColumnTreeView {
 public:

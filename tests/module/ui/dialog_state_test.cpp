@@ -76,7 +76,13 @@ protected:
             debounce.OnChange([] { return true; });
         }
     }
-    void EndBufferChange() override { done.push_back("end"); }
+    void EndBufferChange() override {
+        done.push_back("end");
+        if (nestedAtEnd) {
+            nestedAtEnd = false;
+            debounce.OnChange([] { return true; });
+        }
+    }
     void StartQuietTimer(std::uint32_t milliseconds) override {
         done.push_back("start " + std::to_string(milliseconds));
     }
@@ -91,6 +97,7 @@ protected:
     support::ManualClock clock;
     std::vector<std::string> done;
     bool nested = false;
+    bool nestedAtEnd = false;
     BufferDebounce debounce{*this};
 };
 
@@ -137,6 +144,17 @@ TEST_F(Debounce, WaitsAnewForWhateverFollows) {
     Take();
     Change(false);
     EXPECT_EQ(Take(), (Steps{"stop", "start 500"}));
+}
+
+TEST_F(Debounce, NotifiesTheEndBeforeItForgetsTheChange) {
+    Change();
+    Take();
+    clock.Advance(500);
+    nestedAtEnd = true;
+    debounce.OnTimer();
+    EXPECT_EQ(Take(), (Steps{"stop", "end", "stop", "start 500"})) << "taken for another beginning";
+    Change();
+    EXPECT_EQ(Take(), (Steps{"begin", "start 500"}));
 }
 
 TEST_F(Debounce, NotifiesTheBeginningBeforeItMarksTheChange) {

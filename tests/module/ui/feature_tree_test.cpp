@@ -67,6 +67,18 @@ TEST_F(FeatureTreeRows, SkipEmptyPiecesOfTheCategory) {
                               "Camera>B", "Camera>C"}));
 }
 
+TEST_F(FeatureTreeRows, TellCategoriesApartByCase) {
+    Put(scripted::IntFeature("A", 1, 0, 10), "/Deep/Deeper");
+    Put(scripted::IntFeature("B", 1, 0, 10), "/deep/Deeper");
+    Put(scripted::IntFeature("C", 1, 0, 10), "/Deep/DEEPER");
+    Put(scripted::IntFeature("D", 1, 0, 10), "/Deep/Deeper");
+    Fill();
+    EXPECT_EQ(Paths(),
+              (Texts{"Camera", "Camera>Deep", "Camera>Deep>Deeper", "Camera>Deep>Deeper>A",
+                     "Camera>deep", "Camera>deep>Deeper", "Camera>deep>Deeper>B",
+                     "Camera>Deep>DEEPER", "Camera>Deep>DEEPER>C", "Camera>Deep>Deeper>D"}));
+}
+
 TEST_F(FeatureTreeRows, LoseTheFirstCharacterOfACategoryWithoutSlash) {
     Put(scripted::IntFeature("A", 1, 0, 10), "Image/Size");
     Fill();

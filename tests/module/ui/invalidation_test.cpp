@@ -8,8 +8,12 @@
 
 #include <algorithm>
 #include <atomic>
+#include <functional>
+#include <memory>
+#include <string>
 #include <thread>
 #include <utility>
+#include <vector>
 
 using namespace pyxen;
 
@@ -203,37 +207,56 @@ TEST_F(Invalidations, AskNothingOfAModuleThatIsClosed) {
                      tag + "UnregisterDlgInvalidationFeatures: Unregistering Height"}));
 }
 
+/// Keeps each line waiting until it may go on.
+class WaitingSink final : public ILogSink {
+public:
+    void Write(int, const char*, ...) override {
+        entered.Set();
+        goOn.Wait(10000);
+    }
+    void WriteError(const char*) override {}
+
+    platform::Event entered;
+    platform::Event goOn;
+};
+
 // A sink may show its lines in a window, so that this thread is needed for the call to go on.
-TEST_F(Invalidations, AreTakenBackWhileASinkWaitsForThisThread) {
-    class WaitingSink final : public ILogSink {
-    public:
-        void Write(int, const char*, ...) override {
-            entered.Set();
-            goOn.Wait(10000);
-        }
-        void WriteError(const char*) override {}
-        platform::Event entered;
-        platform::Event goOn;
-    } waiting;
-    const auto dialog = std::make_shared<InvalidationReceiver>(
-        &waiting, [this](std::uint32_t message, PxnHandle handle, const char* name) {
-            posted.push_back({message, handle, name});
+class DelayedInvalidations : public Invalidations {
+protected:
+    /// Does something while a call waits in the sink; nothing may be posted afterwards.
+    void DuringACall(const std::function<void(FeatureRegistrations&, InvalidationReceiver&)>& act) {
+        const auto dialog = std::make_shared<InvalidationReceiver>(
+            &waiting, [this](std::uint32_t message, PxnHandle handle, const char* name) {
+                posted.push_back({message, handle, name});
+            });
+        FeatureRegistrations followed{api, dialog, nullptr};
+        followed.Register(InvalidationKind::kValue, Leaf("Width"));
+        std::atomic<bool> ended{false};
+        std::thread thread([&] {
+            sdk.Fire(scripted::CameraHandle(), "Width");
+            ended = true;
         });
-    FeatureRegistrations followed{api, dialog, nullptr};
-    followed.Register(InvalidationKind::kValue, Leaf("Width"));
-    std::atomic<bool> ended{false};
-    std::thread thread([&] {
-        sdk.Fire(scripted::CameraHandle(), "Width");
-        ended = true;
+        EXPECT_TRUE(waiting.entered.Wait(10000));
+        act(followed, *dialog);
+        EXPECT_FALSE(ended) << "the call was waited for";
+        waiting.goOn.Set();
+        thread.join();
+        EXPECT_EQ(Take(), std::vector<Posted>{});
+        dialog->Close();
+    }
+
+    WaitingSink waiting;
+};
+
+TEST_F(DelayedInvalidations, AreNotWaitedForWhenTheyAreTakenBack) {
+    DuringACall([](FeatureRegistrations& followed, InvalidationReceiver&) {
+        followed.UnregisterAll(InvalidationKind::kValue);
     });
-    ASSERT_TRUE(waiting.entered.Wait(10000));
-    followed.UnregisterAll(InvalidationKind::kValue);
-    dialog->Close();
-    EXPECT_FALSE(ended) << "the call was waited for";
-    waiting.goOn.Set();
-    thread.join();
-    EXPECT_EQ(Take(), std::vector<Posted>{});
     EXPECT_TRUE(sdk.Registrations().empty());
+}
+
+TEST_F(DelayedInvalidations, AreNotWaitedForWhenTheReceiverCloses) {
+    DuringACall([](FeatureRegistrations&, InvalidationReceiver& dialog) { dialog.Close(); });
 }
 
 /// Three dialogs that follow the same features.
