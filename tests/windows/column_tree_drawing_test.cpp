@@ -191,7 +191,7 @@ TEST_F(ColumnTreeDrawing, WritesInTheTreesFont) {
             last = x;
         }
     }
-    EXPECT_GT(last - values.left, needed / 2);
+    EXPECT_GT(last - values.left, needed * 3 / 4);
     EXPECT_LT(last - values.left, needed + 6);
     view.reset();
 }

@@ -1,6 +1,7 @@
 // feature_refreshing_test.cpp - what the feature control dialog reads anew, and what it leaves
 // alone
 #include "feature_editing_fixture.h"
+#include "ui/windows/float_value_view.h"
 
 #include <functional>
 #include <string>
@@ -169,8 +170,11 @@ TEST_F(FeatureRefreshing, TakesTheRangeAnewWhenItReverts) {
     Camera().Find("Gain")->floatMax = 2;
     ClickButton(Editor(), 7030);
     Retype(7010, L"20");
-    Press(VK_RETURN);
-    EXPECT_EQ(Camera().Find("Gain")->floatValue, 2.0);
+    const auto* const view =
+        dynamic_cast<const CFloatValueView*>(CWnd::FromHandlePermanent(Editor()));
+    double value = 0;
+    ASSERT_TRUE(view && view->GetValue(value));
+    EXPECT_EQ(value, 2.0);
 }
 
 } // namespace

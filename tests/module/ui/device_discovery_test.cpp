@@ -1,9 +1,12 @@
 // device_discovery_test.cpp - how device finders hear of cameras and interfaces
 #include "ui/device_discovery.h"
 
+#include "platform/event.h"
 #include "tests/module/sdk/loaded_api.h"
 
+#include <atomic>
 #include <memory>
+#include <thread>
 
 using namespace pyxen;
 
@@ -97,6 +100,28 @@ TEST_F(DeviceDiscoveryTest, StaysWithTheFinderThatStays) {
         EXPECT_EQ(CameraPosted(), Texts{firstGoes ? "second camera" : "first camera"});
         EXPECT_EQ(InterfacePosted(), Texts{firstGoes ? "second interface" : "first interface"});
     }
+    EXPECT_TRUE(sdk.Registrations().empty());
+}
+
+// The thread of the finder's window may be what the call waits for.
+TEST_F(DeviceDiscoveryTest, DoesNotWaitForARunningCall) {
+    platform::Event entered;
+    platform::Event goOn;
+    std::atomic<bool> ended{false};
+    DeviceDiscovery discovery(api);
+    discovery.Register([&](DeviceDiscovery::Event, PxnHandle, const char*) {
+        entered.Set();
+        goOn.Wait(10000);
+    });
+    std::thread thread([&] {
+        sdk.Fire(PXN_SYSTEM_HANDLE, "EventCameraDiscovery");
+        ended = true;
+    });
+    EXPECT_TRUE(entered.Wait(10000));
+    discovery.Unregister();
+    EXPECT_FALSE(ended) << "the call was waited for";
+    goOn.Set();
+    thread.join();
     EXPECT_TRUE(sdk.Registrations().empty());
 }
 
