@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
 # mutate.sh BUILD-DIRECTORY [NAME...]: whether the tests fail when the product does
+# mutate.sh BUILD-DIRECTORY --check: whether every mutation can be applied; builds nothing
 #
 # Each *.list file beside this script holds mutations: small changes to the sources, each of which
 # breaks one thing that the product must do. Each is applied to a copy of the sources; the suite
@@ -134,11 +135,29 @@ check_unmutated() { # check_unmutated DIRECTORY...
 
 # ---- mutations -------------------------------------------------------------------------------
 
+mutate() { # mutate DIRECTORY: the mutated source in $work/mutated
+  awk -f "$here/edit.awk" "$1/edit" "$root/$(cat "$1/file")" >"$work/mutated" 2>"$log"
+}
+
+check_lists() {
+  local directory status=0 count=0
+  for directory in "$work/mutations"/*/; do
+    count=$((count + 1))
+    mutate "${directory%/}" && ! cmp -s "$work/mutated" "$root/$(cat "$directory/file")" || {
+      say "$(cat "$directory/name") changes nothing in $(cat "$directory/file"): $(cat "$log")"
+      status=1
+    }
+    [ "$(wc -w <"$directory/suite")" -eq 2 ] || { say "$(cat "$directory/name") names no tests"; status=1; }
+  done
+  [ "$count" -gt 100 ] || { say "only $count mutations were found"; status=1; }
+  return "$status"
+}
+
 verdict() { # verdict DIRECTORY: one word, and a reason
   local file suite filter status=0
   file=$(cat "$1/file")
   read -r suite filter <"$1/suite"
-  awk -f "$here/edit.awk" "$1/edit" "$root/$file" >"$work/mutated" 2>"$log" || {
+  mutate "$1" || {
     echo "invalid: $file: $(cat "$log")"
     return
   }
@@ -157,6 +176,10 @@ verdict() { # verdict DIRECTORY: one word, and a reason
 }
 
 read_lists
+if [ "${1:-}" = --check ]; then
+  check_lists
+  exit
+fi
 mapfile -t directories < <(chosen "$@" || echo none)
 [ "${directories[0]:-}" != none ] || exit 2
 say "-- ${#directories[@]} mutations; building the suites without any"
