@@ -11,6 +11,7 @@ tests/apps/view/windows/viewer_program_test.cpp
 tests/host/out_of_memory_posix_test.cpp
 tests/host/power_loss_posix_test.cpp
 tests/host/slots_test.cpp
+tests/module/acquisition/acquisition_events_test.cpp
 tests/module/acquisition/acquisition_threads_test.cpp
 tests/module/acquisition/callback_allocations_posix_test.cpp
 tests/module/acquisition/calls_from_inside_test.cpp
@@ -37,6 +38,7 @@ tests/module/serial/channel_config_test.cpp
 tests/module/serial/port_list_test.cpp
 tests/module/serial/serial_soak_test.cpp
 tests/module/serial/serial_threads_test.cpp
+tests/module/serial/serial_transfer_test.cpp
 tests/module/sync/sync_grammar_test.cpp
 tests/module/ui/dialog_state_test.cpp
 tests/module/ui/invalidation_test.cpp
