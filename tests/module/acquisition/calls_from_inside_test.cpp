@@ -125,10 +125,13 @@ TEST_F(CallsFromInside, DoNotWaitForTheWindUpThatWaitsForThem) {
     sdk.Data().broken.framesAreHandedBackTwice = true;
     ASSERT_EQ(Grabber().Snap(2), MV_OK);
     int calls = 0;
+    platform::Event secondCallback; // the capture does not end before
+    sdk.OnCall("PxnCaptureEnd", [&] { secondCallback.Wait(10000); });
     onHandOver = [&](uint64_t) {
         if (++calls < 2) {
             return;
         }
+        secondCallback.Set();
         // The thread that the first callback has started ends the capture and waits for this one.
         ASSERT_TRUE(sdk.WaitForCall(captureEnd));
         EXPECT_EQ(Grabber().StopSnap(), MV_OK);
