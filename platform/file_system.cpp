@@ -42,7 +42,7 @@ std::string JoinPath(const std::string& directory, const std::string& name) {
 }
 
 bool ReadWholeFile(const std::string& path, std::string& content, std::string* error) {
-    const std::unique_ptr<std::FILE, FileCloser> file(std::fopen(path.c_str(), "rb"));
+    const std::unique_ptr<std::FILE, FileCloser> file(OpenForReading(path));
     std::string read;
     bool done = false;
     if (file) {

@@ -41,21 +41,6 @@ private:
     int descriptor;
 };
 
-// Replaces `path` by the target of the symbolic links it names, which need not exist. False with
-// errno set when there are too many links.
-bool FollowSymbolicLinks(std::string& path) {
-    for (int links = 0; links < kMostSymbolicLinks; ++links) {
-        std::error_code failure;
-        const fs::path target = fs::read_symlink(path, failure);
-        if (failure) {
-            return true;
-        }
-        path = (fs::path(path).parent_path() / target).string();
-    }
-    errno = ELOOP;
-    return false;
-}
-
 // Creates a file with a unique name in the directory of `path`; -1 with errno set on failure.
 int CreateFileBeside(const std::string& path, std::string& name) {
     static std::atomic<unsigned> nextNumber{0};
@@ -154,6 +139,23 @@ bool IsSeparator(char character) {
 
 std::size_t RootLength(const std::string& path) {
     return !path.empty() && IsSeparator(path[0]) ? 1 : 0;
+}
+
+bool FollowSymbolicLinks(std::string& path) {
+    for (int links = 0; links < kMostSymbolicLinks; ++links) {
+        std::error_code failure;
+        const fs::path target = fs::read_symlink(path, failure);
+        if (failure) {
+            return true;
+        }
+        path = (fs::path(path).parent_path() / target).string();
+    }
+    errno = ELOOP;
+    return false;
+}
+
+std::FILE* OpenForReading(const std::string& path) {
+    return std::fopen(path.c_str(), "rb");
 }
 
 std::string LibraryFileName(const char* baseName) {

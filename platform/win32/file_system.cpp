@@ -1,13 +1,19 @@
 // file_system.cpp - paths and files on Windows
 #include "platform/file_system.h"
 
+#include "platform/clock.h"
 #include "platform/path_rules.h"
+#include "platform/sleep.h"
 #include "platform/win32/last_error.h"
 
+#include <fcntl.h>
+#include <io.h>
 #include <windows.h>
 
 #include <algorithm>
 #include <atomic>
+#include <cstdint>
+#include <cstdio>
 #include <limits>
 #include <utility>
 
@@ -16,6 +22,7 @@ namespace platform {
 namespace {
 
 constexpr std::size_t kLongestPath = 32768;
+constexpr std::uint64_t kOpenElsewhereLimitNs = 500'000'000;
 
 class FileHandle {
 public:
@@ -26,6 +33,7 @@ public:
 
     bool IsOpen() const { return handle != INVALID_HANDLE_VALUE; }
     HANDLE Get() const { return handle; }
+    void Detach() { handle = INVALID_HANDLE_VALUE; }
     bool Close() { return !IsOpen() || CloseHandle(std::exchange(handle, INVALID_HANDLE_VALUE)); }
 
 private:
@@ -72,6 +80,23 @@ bool WriteAll(HANDLE handle, const std::string& content) {
     return true;
 }
 
+// Windows refuses to replace a file while anybody has it open, be it for reading. Readers of small
+// files are quick. Returns false with the last error set on failure.
+bool RenameOver(const std::string& temporary, const std::string& path) {
+    const std::uint64_t start = MonotonicNanoseconds();
+    while (!MoveFileExA(temporary.c_str(), path.c_str(),
+                        MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
+        const DWORD reason = GetLastError();
+        const bool mayBeOpen = reason == ERROR_ACCESS_DENIED || reason == ERROR_SHARING_VIOLATION;
+        if (!mayBeOpen || MonotonicNanoseconds() - start >= kOpenElsewhereLimitNs) {
+            SetLastError(reason);
+            return false;
+        }
+        SleepMs(1);
+    }
+    return true;
+}
+
 // Returns false with the last error set on failure.
 bool Replace(const std::string& path, const std::string& content) {
     const DWORD attributes = AttributesOf(path);
@@ -86,8 +111,7 @@ bool Replace(const std::string& path, const std::string& content) {
         return false;
     }
     if (WriteAll(file.Get(), content) && FlushFileBuffers(file.Get()) && file.Close() &&
-        MoveFileExA(temporary.c_str(), path.c_str(),
-                    MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
+        RenameOver(temporary, path)) {
         return true;
     }
     const DWORD reason = GetLastError();
@@ -120,6 +144,31 @@ bool IsSeparator(char character) {
 std::size_t RootLength(const std::string& path) {
     const std::size_t drive = IsDrive(path) ? 2 : 0;
     return drive < path.size() && IsSeparator(path[drive]) ? drive + 1 : drive;
+}
+
+bool FollowSymbolicLinks(std::string&) {
+    return true;
+}
+
+std::FILE* OpenForReading(const std::string& path) {
+    // The C library's own fopen does not share the file for being replaced.
+    FileHandle handle(CreateFileA(path.c_str(), GENERIC_READ,
+                                  FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                  OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!handle.IsOpen()) {
+        return std::fopen(path.c_str(), "rb"); // sets errno
+    }
+    const int descriptor =
+        _open_osfhandle(reinterpret_cast<std::intptr_t>(handle.Get()), _O_RDONLY | _O_BINARY);
+    if (descriptor < 0) {
+        return nullptr;
+    }
+    handle.Detach(); // now owned by the descriptor
+    std::FILE* const file = _fdopen(descriptor, "rb");
+    if (!file) {
+        _close(descriptor);
+    }
+    return file;
 }
 
 std::string LibraryFileName(const char* baseName) {
