@@ -5,6 +5,7 @@
 #include "guarded.h"
 #include "ini_document.h"
 #include "parse_number.h"
+#include "platform/file_lock.h"
 #include "platform/file_system.h"
 #include "platform/mutex.h"
 
@@ -37,12 +38,8 @@ bool Attempt(const char* operation, const Body& body) {
     }
 }
 
-// Several grabbers may share one file. Each write reads, changes and replaces the file under this
-// mutex.
-platform::Mutex& WriteMutex() {
-    static platform::Mutex mutex;
-    return mutex;
-}
+// Time for other processes to finish their writes of the same file. One write takes milliseconds.
+constexpr std::uint32_t kLockTimeoutMs = 5000;
 
 bool IsUtf16(const std::string& bytes) {
     return bytes.compare(0, 2, "\xFF\xFE") == 0 || bytes.compare(0, 2, "\xFE\xFF") == 0;
@@ -81,11 +78,20 @@ struct CIniFile::Impl {
         std::vector<Change> changes;
     };
 
+    /// A file with changes applied to its present content.
+    struct Merge {
+        IniDocument onDisk;
+        IniDocument inMemory; // with the open batch of another thread
+        bool changesFile;
+    };
+
     /// Writes the change to disk, or adds it to the batch of the calling thread.
     bool Write(Change change);
-    /// Applies the changes to the current file and replaces it. `known` is the last known content,
-    /// used if the file no longer exists.
-    bool WriteToDisk(const std::vector<Change>& changes, const IniDocument& known) REQUIRES(mutex);
+    /// Applies one change, or for null the batch of the calling thread, to the current file and
+    /// replaces it. Waits for other writers of the file without holding the mutex.
+    bool WriteToDisk(const Change* single);
+    /// Reads the file and applies the changes to it.
+    std::optional<Merge> MergeWithFile(const std::vector<Change>& changes) const REQUIRES(mutex);
     bool IsBatchOfThisThread() const REQUIRES(mutex) {
         return batch && batch->thread == std::this_thread::get_id();
     }
@@ -105,53 +111,93 @@ void CIniFile::Impl::Change::ApplyTo(IniDocument& target) const {
 }
 
 bool CIniFile::Impl::Write(Change change) {
-    const platform::MutexLock writing(WriteMutex());
-    const platform::MutexLock lock(mutex);
-    if (!IsBatchOfThisThread()) {
-        return WriteToDisk({std::move(change)}, batch ? batch->before : document);
+    {
+        const platform::MutexLock lock(mutex);
+        if (IsBatchOfThisThread()) {
+            IniDocument changed = document;
+            change.ApplyTo(changed);
+            batch->changes.push_back(std::move(change));
+            document = std::move(changed);
+            return true;
+        }
     }
-    IniDocument changed = document;
-    change.ApplyTo(changed);
-    batch->changes.push_back(std::move(change));
-    document = std::move(changed);
-    return true;
+    return WriteToDisk(&change);
 }
 
-bool CIniFile::Impl::WriteToDisk(const std::vector<Change>& changes, const IniDocument& known) {
+bool CIniFile::Impl::WriteToDisk(const Change* single) {
+    platform::FileLock fileLock;
     std::string error;
-    if (path.empty()) {
-        SetLastErrorText("Cannot write", path, "no file was opened");
-        return false;
-    }
-    // A deleted file is recreated from the last known content.
-    IniDocument changed = known;
-    if (platform::PathExists(path)) {
-        std::string bytes;
-        if (!ReadFile(path, bytes, error)) {
-            SetLastErrorText("Cannot read", path, error);
+    std::string lockedPath;
+    for (;;) {
+        {
+            const platform::MutexLock lock(mutex);
+            if (!single && !IsBatchOfThisThread()) {
+                SetLastErrorText("Cannot write", path, "no batch was begun");
+                return false;
+            }
+            if (!single && batch->changes.empty()) {
+                batch.reset();
+                return true;
+            }
+            if (path.empty()) {
+                SetLastErrorText("Cannot write", path, "no file was opened");
+                return false;
+            }
+            std::optional<Merge> merge =
+                MergeWithFile(single ? std::vector<Change>{*single} : batch->changes);
+            if (!merge) {
+                return false;
+            }
+            // What changes nothing leaves the disk alone. Otherwise the file is read again under
+            // its lock; the path may have changed meanwhile, too.
+            if (!merge->changesFile || lockedPath == path) {
+                if (merge->changesFile &&
+                    !platform::ReplaceWholeFile(path, merge->onDisk.Bytes(), &error)) {
+                    SetLastErrorText("Cannot write", path, error);
+                    return false;
+                }
+                if (!single) {
+                    batch.reset();
+                } else if (batch) {
+                    batch->before = std::move(merge->onDisk);
+                }
+                document = std::move(merge->inMemory);
+                return true;
+            }
+            lockedPath = path;
+        }
+        if (!fileLock.Acquire(lockedPath, kLockTimeoutMs, &error)) {
+            SetLastErrorText("Cannot write", lockedPath, error);
             return false;
         }
-        changed = IniDocument(std::move(bytes));
     }
-    const std::string before = changed.Bytes();
+}
+
+std::optional<CIniFile::Impl::Merge>
+CIniFile::Impl::MergeWithFile(const std::vector<Change>& changes) const {
+    // A deleted file is recreated from the last known content.
+    IniDocument onDisk = batch ? batch->before : document;
+    if (platform::PathExists(path)) {
+        std::string bytes;
+        std::string error;
+        if (!ReadFile(path, bytes, error)) {
+            SetLastErrorText("Cannot read", path, error);
+            return std::nullopt;
+        }
+        onDisk = IniDocument(std::move(bytes));
+    }
+    const std::string before = onDisk.Bytes();
     for (const Change& change : changes) {
-        change.ApplyTo(changed);
+        change.ApplyTo(onDisk);
     }
-    IniDocument onDisk = changed;
+    IniDocument inMemory = onDisk;
     if (batch) {
         for (const Change& change : batch->changes) {
-            change.ApplyTo(changed);
+            change.ApplyTo(inMemory);
         }
     }
-    if (onDisk.Bytes() != before && !platform::ReplaceWholeFile(path, onDisk.Bytes(), &error)) {
-        SetLastErrorText("Cannot write", path, error);
-        return false;
-    }
-    if (batch) {
-        batch->before = std::move(onDisk);
-    }
-    document = std::move(changed);
-    return true;
+    const bool changesFile = onDisk.Bytes() != before;
+    return Merge{std::move(onDisk), std::move(inMemory), changesFile};
 }
 
 CIniFile::CIniFile() : impl(new Impl) {}
@@ -264,20 +310,8 @@ bool CIniFile::BeginBatch() {
 }
 
 bool CIniFile::EndBatch() {
-    const bool written = Attempt("Cannot write an ini file", [&] {
-        const platform::MutexLock writing(WriteMutex());
-        const platform::MutexLock lock(impl->mutex);
-        if (!impl->IsBatchOfThisThread()) {
-            SetLastErrorText("Cannot write", impl->path, "no batch was begun");
-            return false;
-        }
-        const Impl::Batch batch = *impl->batch;
-        if (!batch.changes.empty() && !impl->WriteToDisk(batch.changes, batch.before)) {
-            return false;
-        }
-        impl->batch.reset();
-        return true;
-    });
+    const bool written =
+        Attempt("Cannot write an ini file", [&] { return impl->WriteToDisk(nullptr); });
     DropBatch(); // left over only if writing failed
     return written;
 }

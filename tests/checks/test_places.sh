@@ -8,6 +8,7 @@ cd "$1"
 whole='
 tests/apps/view/windows/viewer_menu_test.cpp
 tests/apps/view/windows/viewer_program_test.cpp
+tests/host/ini_file_processes_test.cpp
 tests/host/out_of_memory_posix_test.cpp
 tests/host/power_loss_posix_test.cpp
 tests/host/slots_test.cpp

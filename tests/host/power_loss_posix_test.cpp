@@ -1,4 +1,4 @@
-// power_loss_posix_test.cpp - saving the configuration when the power fails
+// power_loss_posix_test.cpp - saves that a power failure or a kill interrupts
 #include "platform/file_system.h"
 #include "tests/host/test_grabber.h"
 #include "tests/support/temporary_directory.h"
@@ -23,14 +23,22 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Runs an operation in a separate process and simulates a power failure at one of its steps. A
-/// step is a system call that changes a file in the directory. Files with data not yet flushed to
-/// disk lose half of their content.
-class PowerLoss {
-public:
-    explicit PowerLoss(std::string watchedDirectory) : directory(std::move(watchedDirectory)) {}
+/// What ends an operation early.
+enum class Interruption {
+    /// A power failure before a system call that changes a file in the directory. Files with data
+    /// not yet flushed to disk lose half of their content.
+    kPowerLoss,
+    /// The end of the process before any system call.
+    kKill,
+};
 
-    /// Returns true if the power failed before step `failAt` (from 1), false if the operation ended
+/// Runs an operation in a separate process and interrupts it at one of its steps.
+class Interrupted {
+public:
+    Interrupted(std::string watchedDirectory, Interruption kind)
+        : directory(std::move(watchedDirectory)), interruption(kind) {}
+
+    /// Returns true if the operation was interrupted at step `failAt` (from 1), false if it ended
     /// earlier, which must then have returned true.
     bool Run(unsigned failAt, const std::function<bool()>& operation) {
         unflushed.clear();
@@ -59,10 +67,13 @@ public:
             }
             user_regs_struct call{};
             ptrace(PTRACE_GETREGS, child, nullptr, &call);
-            if (isEntry && IsStep(call) && ++steps == failAt) {
+            const bool isStep = interruption == Interruption::kKill || IsStep(call);
+            if (isEntry && isStep && ++steps == failAt) {
                 kill(child, SIGKILL);
                 waitpid(child, &status, 0);
-                LoseUnflushedData();
+                if (interruption == Interruption::kPowerLoss) {
+                    LoseUnflushedData();
+                }
                 return true;
             }
             if (!isEntry) {
@@ -153,13 +164,14 @@ private:
     }
 
     const std::string directory;
+    const Interruption interruption;
     pid_t child = -1;
     unsigned steps = 0;
     unsigned renames = 0;
     std::set<ino_t> unflushed;
 };
 
-class PowerLossTest : public testing::Test {
+class InterruptedSave : public testing::Test {
 protected:
     static constexpr const char* kByHand = "; the left camera\r\n[Grabber_0]\r\n"
                                            "Exposure = 10 ; of last summer\r\nMine=yes\r\n"
@@ -184,43 +196,56 @@ protected:
         platform::ReadWholeFile(directory.PathOf("grabber.ini"), content);
         return content;
     }
-    /// Simulates a power failure at every step of a save.
-    void ExpectOldOrNew(const char* content) {
+    /// Interrupts a save at each of its steps.
+    void ExpectOldOrNew(const char* content, Interruption kind) {
         const std::string before = content ? content : "<absent>";
         ASSERT_EQ(Grabber(content)->SaveGrabberConfig(), MV_OK);
         const std::string after = OnDisk();
         ASSERT_NE(after, before);
-        PowerLoss power(directory.Path());
+        Interrupted save(directory.Path(), kind);
         std::set<std::string> seen;
         bool failed = true;
         for (unsigned step = 1; failed; ++step) {
             const auto grabber = Grabber(content);
-            failed = power.Run(step, [&] { return grabber->SaveGrabberConfig() == MV_OK; });
+            failed = save.Run(step, [&] { return grabber->SaveGrabberConfig() == MV_OK; });
             const std::string found = OnDisk();
             EXPECT_TRUE(found == before || found == after) << "step " << step << ":\n" << found;
             seen.insert(found);
             EXPECT_EQ(grabber->SaveGrabberConfig(), MV_OK) << "the next save works, step " << step;
             EXPECT_EQ(OnDisk(), after) << "step " << step;
+            EXPECT_EQ(grabber->SaveGrabberInt32("Next", 1), MV_OK) << "step " << step;
+            EXPECT_FALSE(fs::exists(directory.PathOf("grabber.ini.lock"))) << "step " << step;
         }
-        EXPECT_GE(power.Steps(), 4u) << "create, write, flush, rename";
-        EXPECT_EQ(power.Renames(), 1u) << "a save is one change of the file";
+        EXPECT_GE(save.Steps(), 4u) << "create, write, flush, rename";
+        EXPECT_EQ(save.Renames(), 1u) << "a save is one change of the file";
         EXPECT_EQ(seen.size(), 2u) << "both the old and the new file were seen";
     }
 
     support::TemporaryDirectory directory;
 };
 
+using PowerLossTest = InterruptedSave;
+using KillTest = InterruptedSave;
+
 TEST_F(PowerLossTest, AtEveryStepOfASaveLeavesTheOldOrTheNewFile) {
-    ExpectOldOrNew(kByHand);
+    ExpectOldOrNew(kByHand, Interruption::kPowerLoss);
 }
 
 TEST_F(PowerLossTest, AtEveryStepOfTheFirstSaveLeavesNoFileOrTheNewOne) {
-    ExpectOldOrNew(nullptr);
+    ExpectOldOrNew(nullptr, Interruption::kPowerLoss);
+}
+
+TEST_F(KillTest, AtEverySystemCallOfASaveLeavesTheOldOrTheNewFile) {
+    ExpectOldOrNew(kByHand, Interruption::kKill);
+}
+
+TEST_F(KillTest, AtEverySystemCallOfTheFirstSaveLeavesNoFileOrTheNewOne) {
+    ExpectOldOrNew(nullptr, Interruption::kKill);
 }
 
 TEST_F(PowerLossTest, IsDetectedInAFileThatIsWrittenInPlace) {
     const std::string path = directory.Write("plain.txt", "the old content");
-    PowerLoss power(directory.Path());
+    Interrupted power(directory.Path(), Interruption::kPowerLoss);
     std::set<std::string> seen;
     const auto writeInPlace = [&] {
         const int file = open(path.c_str(), O_WRONLY | O_TRUNC);

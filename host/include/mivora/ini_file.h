@@ -10,7 +10,9 @@
 /// of several equal ones the first counts. An absent key is distinct from an empty one.
 ///
 /// Every write goes to disk immediately, or with its batch: a new file is written next to the old
-/// one and renamed over it, so that a reader always finds a complete file, old or new.
+/// one and renamed over it, so that a reader always finds a complete file, old or new. Several
+/// objects and several processes may write to one file: reading, changing and replacing it is
+/// locked by a file beside it, with the additional ending ".lock", which exists only meanwhile.
 ///
 /// The constructor may throw std::bad_alloc; no operation throws. Any thread; a mutex in each
 /// object serialises the operations.
@@ -43,7 +45,8 @@ public:
 
     /// All writes return false on failure; GetLastErrorText then gives operation, path and reason,
     /// and neither the file nor the values in memory have changed. Each write first reads the file
-    /// again and keeps what others have written to it.
+    /// again and keeps what others have written to it, except for the keys that it writes itself. A
+    /// write that has waited 5 seconds for other writers of the file fails.
     ///
     /// Sections, keys and values must not contain line ends, nor sections a ']' or keys a '='. A
     /// key must not begin with ';', '#' or '['. Sections and keys must not be blank. White space

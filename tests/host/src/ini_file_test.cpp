@@ -1,12 +1,14 @@
 // ini_file_test.cpp - reading and writing ini files
 #include "mivora/ini_file.h"
 
+#include "platform/file_lock.h"
 #include "platform/file_system.h"
 #include "tests/support/temporary_directory.h"
 
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <cstdio>
 #include <string>
@@ -304,6 +306,59 @@ TEST_F(IniFile, PreservesConcurrentChangesToTheFile) {
     EXPECT_TRUE(ini.WriteText("Grabber_0", "k", "3"));
     EXPECT_EQ(OnDisk(), "[Grabber_0]\nk=3\n[Grabber_1]\nk=2\n");
     EXPECT_EQ(Text("Grabber_1", "k"), "2");
+}
+
+TEST_F(IniFile, RefusesToWriteWhileAnotherProcessIsWriting) {
+    Start("[s]\nk=1\n");
+    platform::FileLock otherWriter;
+    ASSERT_TRUE(otherWriter.Acquire(path, 0));
+    EXPECT_TRUE(ini.WriteText("s", "k", "1")) << "it changes nothing";
+    EXPECT_FALSE(ini.WriteText("s", "k", "2"));
+    EXPECT_EQ(ini.GetLastErrorText(), "Cannot write \"" + path + "\": \"" + path +
+                                          ".lock\" has been held by another writer for 5000 ms");
+    EXPECT_EQ(Text("s", "k"), "1");
+    EXPECT_EQ(OnDisk(), "[s]\nk=1\n");
+    otherWriter.Release();
+    EXPECT_TRUE(ini.WriteText("s", "k", "2"));
+    EXPECT_EQ(OnDisk(), "[s]\nk=2\n");
+}
+
+TEST_F(IniFile, ReadsAndBatchesWhileAWriteWaits) {
+    Start("[s]\nk=1\n");
+    platform::FileLock otherWriter;
+    ASSERT_TRUE(otherWriter.Acquire(path, 0));
+    std::atomic<bool> hasWritten{false};
+    std::thread writer([&] {
+        EXPECT_TRUE(ini.WriteText("s", "k", "2"));
+        hasWritten = true;
+    });
+    for (int i = 0; i < 100; ++i) {
+        EXPECT_EQ(Text("s", "k"), "1");
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    ASSERT_TRUE(ini.BeginBatch());
+    EXPECT_TRUE(ini.WriteText("s", "batched", "3"));
+    EXPECT_FALSE(hasWritten);
+    otherWriter.Release();
+    writer.join();
+    EXPECT_EQ(OnDisk(), "[s]\nk=2\n");
+    EXPECT_EQ(Text("s", "batched"), "3");
+    EXPECT_TRUE(ini.EndBatch());
+    EXPECT_EQ(OnDisk(), "[s]\nk=2\nbatched=3\n");
+}
+
+TEST_F(IniFile, WritesToTheFileThatWasOpenedWhileItWaited) {
+    Start("[s]\nk=1\n");
+    const std::string next = directory.Write("next.ini", "[s]\nk=5\n");
+    platform::FileLock otherWriter;
+    ASSERT_TRUE(otherWriter.Acquire(path, 0));
+    std::thread writer([&] { EXPECT_TRUE(ini.WriteText("s", "k", "2")); });
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    EXPECT_TRUE(ini.Open(next.c_str()));
+    otherWriter.Release();
+    writer.join();
+    EXPECT_EQ(OnDisk(), "[s]\nk=1\n");
+    EXPECT_EQ(directory.Read("next.ini"), "[s]\nk=2\n");
 }
 
 TEST_F(IniFile, RecreatesADeletedFile) {
