@@ -2,9 +2,7 @@
 #include "tests/support/posix/fake_camera.h"
 
 #include <csignal>
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/file.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -14,7 +12,6 @@ namespace support {
 namespace {
 
 constexpr char kProgram[] = "arv-fake-gv-camera-0.8";
-constexpr char kLockFile[] = "/tmp/pyxen-fake-camera.lock";
 
 std::string NewSerial() {
     static int number = 0;
@@ -25,15 +22,11 @@ std::string NewSerial() {
 
 FakeCamera::FakeCamera(const std::string& descriptionFile)
     : serial(NewSerial()), description(descriptionFile) {
-    lockFile = open(kLockFile, O_RDWR | O_CREAT | O_CLOEXEC, 0666);
-    EXPECT_GE(lockFile, 0) << kLockFile;
-    EXPECT_EQ(flock(lockFile, LOCK_EX), 0);
     Restart();
 }
 
 FakeCamera::~FakeCamera() {
     Kill();
-    close(lockFile);
 }
 
 void FakeCamera::Kill() {

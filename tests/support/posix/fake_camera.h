@@ -1,19 +1,22 @@
 // fake_camera.h - the fake GigE Vision camera that Aravis brings, as a child process
 #pragma once
 
+#include "tests/support/posix/fake_camera_turn.h"
+
 #include <string>
 #include <sys/types.h>
 
 namespace support {
 
 /// A camera on 127.0.0.1 with a unique serial number. GigE Vision prescribes the port number, so
-/// only one camera can run at a time; a lock file makes concurrent test programs take turns.
+/// only one camera can run at a time; concurrent test programs take turns.
 class FakeCamera {
 public:
-    /// Waits for the lock and starts the camera. `description` is the path of a GenICam description
-    /// to use; empty for the default one.
+    /// Waits for its turn and starts the camera. `description` is the path of a GenICam description
+    /// to use; empty for the default one. Throws std::runtime_error when another program keeps the
+    /// camera or its port.
     explicit FakeCamera(const std::string& description = {});
-    /// Ends the camera and releases the lock.
+    /// Ends the camera and its turn.
     ~FakeCamera();
     FakeCamera(const FakeCamera&) = delete;
     FakeCamera& operator=(const FakeCamera&) = delete;
@@ -31,7 +34,7 @@ public:
 private:
     const std::string serial;
     const std::string description;
-    int lockFile = -1;
+    const FakeCameraTurn turn;
     pid_t process = -1;
 };
 
