@@ -2,6 +2,22 @@
 #include "apps/common/command_failure.h"
 
 #include "mivora/grabber.h"
+#include "platform/printable_text.h"
+
+namespace {
+
+std::string FailureLines(const std::string& text, const std::vector<std::string>& details) {
+    std::string lines = platform::PrintableText(text);
+    for (const std::string& detail : details) {
+        lines += "\n  " + platform::PrintableText(detail);
+    }
+    return lines;
+}
+
+} // namespace
+
+CommandFailure::CommandFailure(const std::string& text, const std::vector<std::string>& details)
+    : std::runtime_error(FailureLines(text, details)) {}
 
 std::string FailureText(const std::string& operation, MV_ERRCODE code, const std::string& object) {
     std::string text = operation + " failed with " + std::to_string(static_cast<int>(code)) + " (" +

@@ -5,12 +5,13 @@
 
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 /// Ends the program with exit status 1. The text names the operation, the object, the code and its
-/// meaning.
+/// meaning; each detail follows on a line of its own. Their control characters are made printable.
 class CommandFailure : public std::runtime_error {
 public:
-    using std::runtime_error::runtime_error;
+    explicit CommandFailure(const std::string& text, const std::vector<std::string>& details = {});
 };
 
 /// "OpenActCamera failed with 4 (the SDK refused ...) for camera 1".

@@ -5,12 +5,14 @@
 
 #include "apps/common/parse_number.h"
 #include "platform/console.h"
+#include "platform/printable_text.h"
 
 #include <CLI/CLI.hpp>
 
 #include <cerrno>
 #include <cstdio>
 #include <exception>
+#include <sstream>
 #include <system_error>
 #include <utility>
 #include <vector>
@@ -28,17 +30,28 @@ CommandOption Add(CLI::App& command, const char* names, T& variable, const char*
 }
 
 int Fail(const CLI::App& app, const char* text) {
-    std::fprintf(stderr, "%s: %s\n", app.get_name().c_str(), text);
+    std::fprintf(stderr, "%s: %s\n", app.get_name().c_str(),
+                 platform::PrintableLines(text).c_str());
     return kFailed;
+}
+
+// Prints help, or what is wrong with the arguments.
+int Explain(const CLI::App& app, const CLI::Error& error) {
+    std::ostringstream output;
+    std::ostringstream errors;
+    const int status = app.exit(error, output, errors);
+    std::fputs(platform::PrintableLines(output.str()).c_str(), stdout);
+    std::fputs(platform::PrintableLines(errors.str()).c_str(), stderr);
+    return status;
 }
 
 // An unknown word in place of a command is reported as such, not as a missing command.
 void ReportMissing(const CLI::App& app, const CLI::RequiredError& error) {
     Texts words = app.remaining(true);
     if (words.empty()) {
-        app.exit(error);
+        Explain(app, error);
     } else {
-        app.exit(CLI::ExtrasError(app.get_name(), std::move(words)));
+        Explain(app, CLI::ExtrasError(app.get_name(), std::move(words)));
     }
 }
 
@@ -159,7 +172,7 @@ int CommandLine::ParseAndRun(int argumentCount, char** arguments) {
         ReportMissing(*app, error);
         return kBadUsage;
     } catch (const CLI::ParseError& error) {
-        return app->exit(error) == 0 ? 0 : kBadUsage;
+        return Explain(*app, error) == 0 ? 0 : kBadUsage;
     } catch (const std::exception& error) {
         return Fail(*app, error.what());
     }

@@ -3,6 +3,7 @@
 
 #include "apps/common/command_failure.h"
 #include "apps/common/log_text.h"
+#include "platform/printable_text.h"
 
 #include <cerrno>
 #include <cstdarg>
@@ -63,7 +64,8 @@ void LogFile::Keep(int level, std::string text) {
     EscapeLineEnds(text);
     platform::MutexLock lock(mutex);
     if (file) {
-        const std::string line = std::to_string(level) + ' ' + text + '\n';
+        const std::string line = std::to_string(level) + ' ' +
+                                 (file == stderr ? platform::PrintableText(text) : text) + '\n';
         const bool isWritten = std::fwrite(line.data(), 1, line.size(), file) == line.size();
         if ((std::fflush(file) != 0 || !isWritten) && !incomplete) {
             incomplete = true;

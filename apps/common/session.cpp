@@ -7,9 +7,12 @@
 #include "mivora/grabber.h"
 #include "platform/environment.h"
 #include "platform/file_system.h"
+#include "platform/printable_text.h"
 
 #include <algorithm>
 #include <cstdio>
+#include <deque>
+#include <utility>
 
 namespace {
 
@@ -65,7 +68,10 @@ void Session::Init() {
     grabber->SetFeature(EMV_FEATURE_CAM_CFG_CHANGE, 1);
     grabber->SetFeature(EMV_FEATURE_CAM_CNTRL_EVENT, 1);
     const MV_ERRCODE code = grabber->Init();
-    Check("Init", code, code == MV_OK ? "" : SdkText());
+    const bool isDone = code == MV_OK;
+    const std::string problem = isDone ? "" : SdkLibraryProblem();
+    Check("Init", code, isDone ? "" : SdkText(),
+          problem.empty() ? std::vector<std::string>{} : std::vector{problem});
 }
 
 std::string Session::SdkText() {
@@ -75,8 +81,7 @@ std::string Session::SdkText() {
     if (platform::PathExists(file)) {
         text += " with " + file;
     }
-    const std::string problem = SdkLibraryProblem();
-    return problem.empty() ? text : text + "\n  " + problem;
+    return text;
 }
 
 void Session::InitWithCamera() {
@@ -121,23 +126,24 @@ CMivoraGfxMode& Session::CheckedMode() {
     return *mode;
 }
 
-void Session::Check(const std::string& operation, MV_ERRCODE code, const std::string& object) {
+void Session::Check(const std::string& operation, MV_ERRCODE code, const std::string& object,
+                    std::vector<std::string> details) {
     const std::deque<std::string> reasons = log.TakeErrors();
     if (code == MV_OK) {
         return;
     }
-    std::string text = FailureText(operation, code, object);
     for (const std::string& reason : reasons) {
-        text += "\n  " + reason.substr(std::min(reason.find_first_not_of(' '), reason.size()));
+        details.push_back(reason.substr(std::min(reason.find_first_not_of(' '), reason.size())));
     }
-    throw CommandFailure(text);
+    throw CommandFailure(FailureText(operation, code, object), details);
 }
 
 std::string Session::CameraText(std::int32_t index, CMivoraCamera* camera) {
     if (!camera) {
         return "no camera";
     }
-    return "camera " + std::to_string(index) + " (" + camera->GetCameraName() + ", " +
+    return "camera " + std::to_string(index) + " (" +
+           platform::PrintableText(camera->GetCameraName()) + ", " +
            Hex32(camera->GetCameraUniqueID()) + ")";
 }
 
@@ -161,20 +167,20 @@ void Session::SelectCamera(const std::string& wanted) {
         }
     }
     if (index < 0) {
-        throw CommandFailure("there is no camera \"" + wanted + "\"; " + KnownCameras());
+        const std::vector<std::string> known = KnownCameras();
+        throw CommandFailure("there is no camera \"" + wanted + "\"; " +
+                                 (known.empty() ? "there is none at all" : "there are"),
+                             known);
     }
     Check("SetActCameraIndex", grabber->SetActCameraIndex(index),
           CameraText(index, grabber->GetCamera(index)));
 }
 
-std::string Session::KnownCameras() {
+std::vector<std::string> Session::KnownCameras() {
     const auto count = static_cast<std::int32_t>(grabber->GetNumCameras());
-    if (count == 0) {
-        return "there is none at all";
-    }
-    std::string text = "there are";
+    std::vector<std::string> known;
     for (std::int32_t i = 0; i < count; ++i) {
-        text += "\n  " + CameraText(i, grabber->GetCamera(i));
+        known.push_back(CameraText(i, grabber->GetCamera(i)));
     }
-    return text;
+    return known;
 }

@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 class CMivoraCamera;
 class CMivoraGfxMode;
@@ -41,9 +42,11 @@ public:
     /// The active camera's graphics mode. Throws for an unknown pixel format or an empty image.
     CMivoraGfxMode& CheckedMode();
 
-    /// Throws unless the code is MV_OK, with the errors logged since the last check.
-    void Check(const std::string& operation, MV_ERRCODE code, const std::string& object = {});
-    /// Index, name and unique id of a camera, for messages.
+    /// Throws unless the code is MV_OK, with the details and the errors logged since the last
+    /// check.
+    void Check(const std::string& operation, MV_ERRCODE code, const std::string& object = {},
+               std::vector<std::string> details = {});
+    /// Index, name and unique id of a camera, for messages; printable.
     static std::string CameraText(std::int32_t index, CMivoraCamera* camera);
     std::string ActCameraText();
 
@@ -63,7 +66,7 @@ private:
     };
 
     void RunSdkScript();
-    std::string KnownCameras();
+    std::vector<std::string> KnownCameras();
     std::string SdkText();
 
     const AppOptions& options;

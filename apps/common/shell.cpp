@@ -1,5 +1,6 @@
 // shell.cpp - runs grabber operations line by line
 #include "apps/common/shell.h"
+#include "platform/printable_text.h"
 
 namespace {
 
@@ -21,7 +22,7 @@ std::string Shell::Answer(std::string_view text) {
         return line.Name() + " = " + found->second.run(line).Str();
     } catch (const ShellRefusal& refusal) {
         refused = true;
-        return line.Name() + " ? " + refusal.what();
+        return platform::PrintableText(line.Name() + " ? " + refusal.what());
     }
 }
 

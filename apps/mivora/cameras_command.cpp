@@ -4,6 +4,7 @@
 #include "apps/common/session.h"
 #include "apps/mivora/commands.h"
 #include "mivora/grabber.h"
+#include "platform/printable_text.h"
 
 #include <cstdint>
 #include <cstdio>
@@ -33,7 +34,8 @@ void PrintTable(CMivoraGrabber& grabber) {
     for (std::int32_t i = 0; i < count; ++i) {
         CMivoraCamera* const camera = grabber.GetCamera(i);
         std::printf("%c %2d  0x%08X  %s\n", i == grabber.GetActCameraIndex() ? '*' : ' ', i,
-                    static_cast<unsigned>(camera->GetCameraUniqueID()), camera->GetCameraName());
+                    static_cast<unsigned>(camera->GetCameraUniqueID()),
+                    platform::PrintableText(camera->GetCameraName()).c_str());
     }
 }
 

@@ -3,6 +3,7 @@
 #include "apps/common/session.h"
 #include "apps/mivora/commands.h"
 #include "mivora/grabber.h"
+#include "platform/printable_text.h"
 
 #include <cstdint>
 #include <cstdio>
@@ -14,7 +15,8 @@ void PrintTypes(CMivoraGrabber& grabber) {
     for (std::uint32_t type = 0; type < count; ++type) {
         if (CCmdChannel* const channel = grabber.CreateCmdChannel(type)) {
             std::printf("type %u  %s  (%s)\n", static_cast<unsigned>(type),
-                        channel->GetChannelTypeName(), channel->GetConfigText());
+                        platform::PrintableText(channel->GetChannelTypeName()).c_str(),
+                        platform::PrintableText(channel->GetConfigText()).c_str());
             grabber.DeleteCmdChannel(channel);
         }
     }
@@ -26,7 +28,8 @@ void PrintConfigured(CMivoraGrabber& grabber) {
         CCmdChannel* const channel = grabber.GetCmdChannel(i);
         std::printf("%c configured %d  %s  (%s)\n",
                     i == grabber.GetActCmdChannelIndex() ? '*' : ' ', i,
-                    channel->GetChannelTypeName(), channel->GetConfigText());
+                    platform::PrintableText(channel->GetChannelTypeName()).c_str(),
+                    platform::PrintableText(channel->GetConfigText()).c_str());
     }
 }
 

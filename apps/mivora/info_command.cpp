@@ -5,6 +5,7 @@
 #include "apps/common/session.h"
 #include "apps/mivora/commands.h"
 #include "mivora/grabber.h"
+#include "platform/printable_text.h"
 
 #include <cstdio>
 #include <memory>
@@ -38,9 +39,9 @@ void PrintJson(CMivoraGrabber& grabber, CMivoraGfxMode& mode) {
 void PrintText(Session& session, CMivoraGfxMode& mode) {
     CMivoraGrabber& grabber = session.Grabber();
     const ImageLayout layout = DescribeImage(mode);
-    std::printf("Driver:        %s\n", grabber.GetDriverDesc());
-    std::printf("Driver file:   %s\n", grabber.GetDriverName());
-    std::printf("Version:       %s\n", grabber.GetDriverVersion());
+    std::printf("Driver:        %s\n", platform::PrintableText(grabber.GetDriverDesc()).c_str());
+    std::printf("Driver file:   %s\n", platform::PrintableText(grabber.GetDriverName()).c_str());
+    std::printf("Version:       %s\n", platform::PrintableText(grabber.GetDriverVersion()).c_str());
     std::printf("Camera:        %s\n", session.ActCameraText().c_str());
     std::printf("Size:          %u x %u pixels\n", layout.width, layout.height);
     std::printf("Components:    %u, %u of %u bits each\n", layout.components, layout.bits,

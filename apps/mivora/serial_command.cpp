@@ -10,6 +10,7 @@
 #include "platform/console.h"
 #include "platform/interrupt.h"
 #include "platform/mutex.h"
+#include "platform/printable_text.h"
 #include "platform/sleep.h"
 #include "platform/text.h"
 #include "platform/thread.h"
@@ -54,9 +55,11 @@ public:
 
     void Run() {
         if (isInteractive) {
-            std::fprintf(stderr, "%s, %s: every line is sent, Ctrl-C ends\n",
-                         options.settings.port.c_str(),
-                         session.Grabber().GetActCmdChannel()->GetConfigText());
+            std::fprintf(
+                stderr, "%s, %s: every line is sent, Ctrl-C ends\n",
+                platform::PrintableText(options.settings.port).c_str(),
+                platform::PrintableText(session.Grabber().GetActCmdChannel()->GetConfigText())
+                    .c_str());
         }
         const auto procedure = [](void* self) {
             static_cast<Terminal*>(self)->PrintArrivals();
@@ -99,7 +102,7 @@ private:
             auto bytes = ParseHex(text);
             if (!bytes) {
                 std::fprintf(stderr, "mivora: \"%s\" is no sequence of hexadecimal bytes\n",
-                             text.c_str());
+                             platform::PrintableText(text).c_str());
             }
             return bytes.value_or(std::vector<std::uint8_t>());
         }

@@ -5,6 +5,7 @@
 #include "apps/pyxen-tool/feature_access.h"
 #include "apps/pyxen-tool/linked_maker.h"
 #include "grabber/mivora_kvn_pyxen_class.h"
+#include "platform/printable_text.h"
 
 #include <algorithm>
 #include <cctype>
@@ -118,7 +119,7 @@ std::string Line(const FeatureAccess& feature) {
     if (value && unit && *unit) {
         line += std::string(" ") + unit;
     }
-    return line + (range.empty() ? "" : "  ") + range + "\n";
+    return platform::PrintableText(line + (range.empty() ? "" : "  ") + range) + "\n";
 }
 
 void PrintFeatures(CMivoraKVNPyxenClass& grabber, const FeaturesOptions& options) {

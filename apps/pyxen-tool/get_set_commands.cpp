@@ -7,8 +7,10 @@
 #include "apps/pyxen-tool/feature_write.h"
 #include "apps/pyxen-tool/linked_maker.h"
 #include "grabber/mivora_kvn_pyxen_class.h"
+#include "platform/printable_text.h"
 
 #include <cstdio>
+#include <deque>
 #include <memory>
 #include <optional>
 #include <string>
@@ -24,7 +26,7 @@ void Set(Session& session, CMivoraKVNPyxenClass& grabber, const std::string& pat
     const FeatureAccess feature = FeatureAccess::Find(grabber, path);
     if (feature.Get().Type() == FeatureType::kCommand && !text) {
         RunFeatureCommand(feature);
-        std::printf("%s was executed\n", feature.Path().c_str());
+        std::printf("%s was executed\n", platform::PrintableText(feature.Path()).c_str());
         return;
     }
     if (!text) {
@@ -33,15 +35,12 @@ void Set(Session& session, CMivoraKVNPyxenClass& grabber, const std::string& pat
     WriteFeatureValue(grabber.Sync(), feature, ParseFeatureValue(feature, *text), *text);
     session.Log().TakeErrors();
     if (grabber.Sync().SyncDependentFeatures(&feature.Cache(), feature.Info().name, true) != 1) {
-        std::string reasons;
-        for (const std::string& line : session.Log().TakeErrors()) {
-            reasons += "\n  " + line;
-        }
+        const std::deque<std::string> reasons = session.Log().TakeErrors();
         throw CommandFailure(feature.Path() +
-                             " was written, but not all features that depend on it followed" +
-                             reasons);
+                                 " was written, but not all features that depend on it followed",
+                             {reasons.begin(), reasons.end()});
     }
-    std::printf("%s\n", feature.ValueText().c_str());
+    std::printf("%s\n", platform::PrintableText(feature.ValueText()).c_str());
 }
 
 } // namespace
@@ -56,7 +55,9 @@ void AddGetCommand(CommandLine& program, const AppOptions& options, LinkedMaker&
     command.OnRun([&options, &maker, path] {
         Session session(options, maker);
         session.OpenCamera();
-        std::printf("%s\n", FeatureAccess::Find(maker.Grabber(), *path).ValueText().c_str());
+        std::printf("%s\n",
+                    platform::PrintableText(FeatureAccess::Find(maker.Grabber(), *path).ValueText())
+                        .c_str());
     });
 }
 

@@ -9,6 +9,7 @@
 #include "grabber/camera_key.h"
 #include "platform/event.h"
 #include "platform/file_system.h"
+#include "platform/printable_text.h"
 #include "pxnc/conformance/checks.h"
 
 #include <algorithm>
@@ -147,7 +148,7 @@ private:
     void Add(const Check& check, const CheckReport& report) {
         results.push_back({check, report});
         if (!options.json) {
-            std::printf("%s\n", OutcomeColumn(report).c_str());
+            std::printf("%s\n", platform::PrintableText(OutcomeColumn(report)).c_str());
         }
     }
 
@@ -164,7 +165,7 @@ private:
         const std::size_t skipped = Count(Outcome::kSkipped);
         if (!options.json) {
             std::printf("%zu passed, %zu failed, %zu skipped: %s\n", passed, failed, skipped,
-                        path.c_str());
+                        platform::PrintableText(path).c_str());
             return;
         }
         std::vector<JsonValue> checks;

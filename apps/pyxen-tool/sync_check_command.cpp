@@ -5,6 +5,7 @@
 #include "apps/common/line_sink.h"
 #include "apps/pyxen-tool/commands.h"
 #include "mivora/log_sink.h"
+#include "platform/printable_text.h"
 #include "sync/feature_syncher.h"
 
 #include <cstdio>
@@ -47,7 +48,7 @@ void PrintJson(bool ok, const FeatureSyncher& syncher, const LineSink& sink) {
 
 void PrintText(const LineSink& sink) {
     for (const LogLine& line : sink.Lines()) {
-        std::printf("%d %s\n", line.level, line.text.c_str());
+        std::printf("%d %s\n", line.level, platform::PrintableText(line.text).c_str());
     }
 }
 

@@ -3,6 +3,7 @@
 
 #include "platform/environment.h"
 #include "platform/file_system.h"
+#include "platform/printable_text.h"
 #include "platform/text.h"
 #include "pxnc/genicam/glib_owner.h"
 
@@ -105,7 +106,8 @@ PxnError ParseFile(const std::string& path, const std::string& content,
     }
     gint line = 0;
     g_markup_parse_context_get_position(context.get(), &line, nullptr);
-    std::fprintf(stderr, "PxnC: %s:%d: %s\n", path.c_str(), line, error.Get()->message);
+    std::fprintf(stderr, "PxnC: %s:%d: %s\n", platform::PrintableText(path).c_str(), line,
+                 platform::PrintableText(error.Get()->message).c_str());
     return PxnErrXml;
 }
 
@@ -124,7 +126,8 @@ PxnError Configuration::Load(const wchar_t* path) {
     std::string content;
     std::string reason;
     if (!platform::ReadWholeFile(file, content, &reason)) {
-        std::fprintf(stderr, "PxnC: %s: %s\n", file.c_str(), reason.c_str());
+        std::fprintf(stderr, "PxnC: %s: %s\n", platform::PrintableText(file).c_str(),
+                     platform::PrintableText(reason).c_str());
         return PxnErrNotFound;
     }
     return ParseFile(file, content, *this);

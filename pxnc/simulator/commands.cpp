@@ -1,6 +1,7 @@
 // commands.cpp - the lines of the control interface
 #include "pxnc/simulator/commands.h"
 
+#include "platform/printable_text.h"
 #include "pxnc/simulator/script.h"
 #include "pxnc/simulator/sdk.h"
 #include "pxnc/skeleton/clock.h"
@@ -551,7 +552,8 @@ std::int32_t RunCommand(const std::string& line, std::string& answer) {
 void RunUnattended(const std::string& line) {
     std::string answer;
     if (RunCommand(line, answer) < 0) {
-        std::fprintf(stderr, "PxnC: %s: %s\n", line.c_str(), answer.c_str());
+        std::fprintf(stderr, "PxnC: %s: %s\n", platform::PrintableText(line).c_str(),
+                     platform::PrintableText(answer).c_str());
     }
 }
 

@@ -1,6 +1,7 @@
 // sdk.cpp - the simulator as an implementation of the SDK
 #include "pxnc/simulator/sdk.h"
 
+#include "platform/printable_text.h"
 #include "platform/text.h"
 #include "pxnc/simulator/configuration_reader.h"
 #include "pxnc/simulator/faults.h"
@@ -16,7 +17,7 @@ namespace {
 constexpr PxnVersionInfo kVersion = {1, 4, 0};
 
 void Report(const std::string& message) {
-    std::fprintf(stderr, "PxnC: %s\n", message.c_str());
+    std::fprintf(stderr, "PxnC: %s\n", platform::PrintableText(message).c_str());
 }
 
 PxnError RunScripts(const std::string& path, const Configuration& configuration) {

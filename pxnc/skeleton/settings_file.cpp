@@ -2,6 +2,7 @@
 #include "pxnc/skeleton/settings_file.h"
 
 #include "platform/file_system.h"
+#include "platform/printable_text.h"
 #include "pxnc/skeleton/xml_reader.h"
 
 #include <cstdio>
@@ -65,7 +66,7 @@ PxnError LoadSettings(Module& module, const std::string& path) {
     try {
         values = ParseSettings(text, path);
     } catch (const XmlError& error) {
-        std::fprintf(stderr, "PxnC: %s\n", error.what());
+        std::fprintf(stderr, "PxnC: %s\n", platform::PrintableText(error.what()).c_str());
         return PxnErrXml;
     }
     return module.ApplyStoredValues(std::move(values));
