@@ -1,8 +1,8 @@
 // soak_test.cpp - random sessions for a long time: nothing lost, nothing left, nothing growing
 //
-// Run for MIVORA_SOAK_MINUTES minutes (a third of one without it) from MIVORA_SOAK_SEED (1),
-// beginning with session MIVORA_SOAK_FROM (0). The first session that fails is told with what it
-// did, and ends the run.
+// Runs for MIVORA_SOAK_MINUTES minutes (a third of one without it) from MIVORA_SOAK_SEED (1),
+// beginning with session MIVORA_SOAK_FROM (0). The first session that fails is printed with what it
+// did and ends the run.
 #include "process_resources.h"
 #include "soak_session.h"
 
