@@ -7,8 +7,10 @@ if(UNIX)
   file(RELATIVE_PATH libFromBin ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
   file(RELATIVE_PATH libFromPlugins ${CMAKE_INSTALL_PREFIX}/${MIVORA_INSTALL_PLUGINDIR}
        ${CMAKE_INSTALL_FULL_LIBDIR})
-  set_target_properties(mivora pyxen-tool PROPERTIES INSTALL_RPATH $ORIGIN/${libFromBin})
-  set_target_properties(MivoraKVNPyxen PROPERTIES INSTALL_RPATH $ORIGIN/${libFromPlugins})
+  set_target_properties(mivora pyxen-tool PROPERTIES INSTALL_RPATH "$ORIGIN;$ORIGIN/${libFromBin}")
+  set_target_properties(MivoraKVNPyxen PROPERTIES INSTALL_RPATH "$ORIGIN;$ORIGIN/${libFromPlugins}")
+  # The build's would be padded with empty entries, which stand for the current directory.
+  set_target_properties(mivora pyxen-tool MivoraKVNPyxen PROPERTIES BUILD_WITH_INSTALL_RPATH ON)
 endif()
 
 install(TARGETS mivora pyxen-tool)
