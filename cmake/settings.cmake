@@ -45,6 +45,29 @@ if(MIVORA_FUZZ)
   add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 
+# What makes faults harder to exploit, in whatever is built here; tests/checks/hardening.sh reads it
+# from the binaries.
+include(CheckPIESupported)
+check_pie_supported()
+if(MSVC)
+  add_compile_options(/guard:cf)
+  add_link_options(/guard:cf /DYNAMICBASE /NXCOMPAT /HIGHENTROPYVA)
+else()
+  add_compile_options(-fstack-protector-strong)
+  if(MINGW)
+    set(fortify 2) # the highest that its headers know
+    add_link_options(-fstack-protector-strong
+                     -Wl,--dynamicbase,--high-entropy-va,--nxcompat)
+  else()
+    set(fortify 3)
+    add_link_options(-Wl,-z,relro,-z,now,-z,noexecstack)
+  endif()
+  if(NOT MIVORA_SANITIZE)
+    # Needs an optimised build. The sanitizers do not watch the checked functions.
+    add_compile_options("$<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=${fortify}>")
+  endif()
+endif()
+
 # What every target of this project is compiled with; sources of other projects are not.
 add_library(mivora_settings INTERFACE)
 target_include_directories(mivora_settings INTERFACE ${CMAKE_SOURCE_DIR})
