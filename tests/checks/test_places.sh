@@ -44,6 +44,8 @@ tests/module/sync/sync_grammar_test.cpp
 tests/module/ui/dialog_state_test.cpp
 tests/module/ui/invalidation_test.cpp
 tests/module/ui/out_of_memory_posix_test.cpp
+tests/platform/failing_calls_posix_test.cpp
+tests/platform/out_of_memory_posix_test.cpp
 tests/pxnc/conformance/genicam_conformance_test.cpp
 tests/pxnc/conformance/scripted_conformance_test.cpp
 tests/pxnc/conformance/simulator_conformance_test.cpp

@@ -11,6 +11,7 @@
 
 #include <atomic>
 #include <csignal>
+#include <cstdlib>
 #include <filesystem>
 #include <iterator>
 #include <thread>
@@ -187,6 +188,15 @@ TEST_F(PosixFileSystem, FullPathIsEmptyWithoutACurrentDirectory) {
     EXPECT_EQ(FullPath("file", 4096), "");
     EXPECT_EQ(FullPath("/file", 4096), "/file");
     fs::current_path(before);
+}
+
+TEST_F(PosixFileSystem, MakesNoTemporaryDirectoryWhereItCannot) {
+    EXPECT_EQ(CreateTemporaryDirectory("no-such-directory/name-"), "");
+    const char* const before = std::getenv("TMPDIR");
+    const std::string kept = before ? before : "";
+    ASSERT_EQ(setenv("TMPDIR", directory.PathOf("missing").c_str(), 1), 0);
+    EXPECT_EQ(CreateTemporaryDirectory("name-"), "");
+    ASSERT_EQ(before ? setenv("TMPDIR", kept.c_str(), 1) : unsetenv("TMPDIR"), 0);
 }
 
 } // namespace

@@ -51,9 +51,9 @@ TEST_F(FileVersionSuffix, AcceptsTheLargestPart) {
 }
 
 TEST_F(FileVersionSuffix, IsRefusedUnlessItHasOneToFourNumbers) {
-    for (const char* name :
-         {"libX.so", "libX.so.", "libX.so.a", "libX.so.1.", "libX.so.1..2", "libX.so.1.2.3.4.5",
-          "libX.so.1.2.3.65536", "libX.so.1-2", "libX.so.99999999999999999999", "X.1.2.3.4"}) {
+    for (const char* name : {"libX.so", "libX.so.", "libX.so.a", "libX.so.1.", "libX.so.1..2",
+                             "libX.so.1.2.3.4.5", "libX.so.1.2.3.65536", "libX.so.1-2",
+                             "libX.so.1a", "libX.so.99999999999999999999", "X.1.2.3.4"}) {
         EXPECT_FALSE(Read(name)) << name;
         EXPECT_FALSE(version.HasBlock()) << name;
         EXPECT_EQ(Parts(), (std::array<int, 4>{65535, 65535, 65535, 65535})) << name;

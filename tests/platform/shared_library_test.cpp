@@ -103,6 +103,9 @@ TEST(SharedLibrary, MovingTransfersTheLibrary) {
     third = std::move(second);
     EXPECT_FALSE(second.IsLoaded());
     EXPECT_NE(third.FindSymbol(kKnownSymbol), nullptr);
+    SharedLibrary& same = third;
+    third = std::move(same);
+    EXPECT_NE(third.FindSymbol(kKnownSymbol), nullptr);
 }
 
 } // namespace

@@ -102,6 +102,13 @@ TEST(Thread, MovingTransfersTheThread) {
     EXPECT_TRUE(straggler.ended);
 }
 
+TEST(Thread, AssignedToItselfStaysJoinable) {
+    Thread thread = Thread::Start([](void*) {}, nullptr, 0);
+    Thread& same = thread;
+    thread = std::move(same);
+    EXPECT_TRUE(thread.IsJoinable());
+}
+
 TEST(Thread, RecognisesTheCallingThread) {
     SelfAware self;
     self.thread = Thread::Start(

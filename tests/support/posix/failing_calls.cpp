@@ -1,0 +1,86 @@
+// failing_calls.cpp - functions of the C library that fail on demand
+#include "tests/support/posix/failing_calls.h"
+
+#include <atomic>
+#include <cerrno>
+#include <cstring>
+
+#include <pthread.h>
+#include <sys/socket.h>
+#include <termios.h>
+#include <unistd.h>
+
+namespace {
+
+std::atomic<const char*> failingFunction{nullptr};
+std::atomic<int> failingCode{0};
+std::atomic<int> sparedCalls{0};
+std::atomic<int> callsToFail{0};
+std::atomic<int> failedCalls{0};
+
+/// True, with errno set, when this call has to fail.
+bool HasToFail(const char* function) {
+    const char* const failing = failingFunction;
+    if (!failing || std::strcmp(failing, function) != 0 || sparedCalls.fetch_sub(1) > 0 ||
+        callsToFail.fetch_sub(1) <= 0) {
+        return false;
+    }
+    ++failedCalls;
+    errno = failingCode;
+    return true;
+}
+
+} // namespace
+
+// The program's calls come here, as it is linked with --wrap.
+#define SUPPORT_FAILING(type, name, failure, parameters, arguments)                                \
+    extern "C" type __real_##name parameters;                                                      \
+    extern "C" type __wrap_##name parameters;                                                      \
+    extern "C" type __wrap_##name parameters {                                                     \
+        return HasToFail(#name) ? (failure) : __real_##name arguments;                             \
+    }
+
+SUPPORT_FAILING(ssize_t, read, -1, (int file, void* to, std::size_t size), (file, to, size))
+SUPPORT_FAILING(ssize_t, write, -1, (int file, const void* from, std::size_t size),
+                (file, from, size))
+SUPPORT_FAILING(ssize_t, send, -1, (int file, const void* from, std::size_t size, int flags),
+                (file, from, size, flags))
+// The descriptor is given back all the same.
+SUPPORT_FAILING(int, close, (__real_close(file), errno = failingCode, -1), (int file), (file))
+SUPPORT_FAILING(int, pipe2, -1, (int* ends, int flags), (ends, flags))
+SUPPORT_FAILING(int, socketpair, -1, (int family, int type, int protocol, int* ends),
+                (family, type, protocol, ends))
+SUPPORT_FAILING(int, fsync, -1, (int file), (file))
+SUPPORT_FAILING(int, fchown, -1, (int file, uid_t user, gid_t group), (file, user, group))
+SUPPORT_FAILING(uid_t, geteuid, 1, (), ())
+SUPPORT_FAILING(int, tcgetattr, -1, (int file, termios* settings), (file, settings))
+SUPPORT_FAILING(int, tcsetattr, -1, (int file, int when, const termios* settings),
+                (file, when, settings))
+SUPPORT_FAILING(int, tcflush, -1, (int file, int queue), (file, queue))
+SUPPORT_FAILING(int, cfsetispeed, -1, (termios * settings, speed_t speed), (settings, speed))
+SUPPORT_FAILING(int, cfsetospeed, -1, (termios * settings, speed_t speed), (settings, speed))
+SUPPORT_FAILING(speed_t, cfgetospeed, B0, (const termios* settings), (settings))
+SUPPORT_FAILING(int, pthread_attr_init, ENOMEM, (pthread_attr_t * attributes), (attributes))
+SUPPORT_FAILING(int, pthread_attr_setstacksize, EINVAL,
+                (pthread_attr_t * attributes, std::size_t size), (attributes, size))
+#undef SUPPORT_FAILING
+
+namespace support {
+
+FailingCalls::FailingCalls(const char* function, int code, int count, int spared) {
+    failedCalls = 0;
+    failingCode = code;
+    callsToFail = count;
+    sparedCalls = spared;
+    failingFunction = function;
+}
+
+FailingCalls::~FailingCalls() {
+    failingFunction = nullptr;
+}
+
+int FailingCalls::Failed() const {
+    return failedCalls;
+}
+
+} // namespace support
