@@ -64,7 +64,8 @@ public:
     /// Begins every call, whether the library is started or not. A failure becomes the call's
     /// result, and nothing else happens (PxnShutdown goes on).
     virtual PxnError OnCall(const EntryCall& /*call*/) { return PxnErrSuccess; }
-    /// How many elements a list function reports; `count` is the true number.
+    /// How many elements a list function reports, or bytes one that copies them; `count` is the
+    /// true number.
     virtual std::uint32_t ReportedCount(const char* /*entry*/, std::uint32_t count) {
         return count;
     }

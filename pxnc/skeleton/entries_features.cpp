@@ -9,9 +9,9 @@ using namespace skeleton;
 namespace {
 
 /// Hands out bytes whose number the caller may ask for with a null buffer.
-PxnError CopyBytes(const char* bytes, std::size_t length, char* buffer, std::uint32_t bufferSize,
-                   std::uint32_t* filled) {
-    *filled = static_cast<std::uint32_t>(length);
+PxnError CopyBytes(const char* entry, const char* bytes, std::size_t length, char* buffer,
+                   std::uint32_t bufferSize, std::uint32_t* filled) {
+    *filled = TheImplementation().ReportedCount(entry, static_cast<std::uint32_t>(length));
     if (!buffer) {
         return PxnErrSuccess;
     }
@@ -268,7 +268,8 @@ PxnError PXN_CALL PxnFeatureEnumEntryGet(PxnHandle handle, const char* name, con
 
 PxnError PXN_CALL PxnFeatureStringGet(PxnHandle handle, const char* name, char* buffer,
                                       uint32_t bufferSize, uint32_t* sizeFilled) {
-    return EnterFeature({__func__,
+    const char* const entry = __func__;
+    return EnterFeature({entry,
                          {Argument::Handle(handle), Argument::Feature(name),
                           Argument::Place(buffer), Argument::Size(bufferSize)}},
                         handle, name, PxnFeatureDataString,
@@ -277,8 +278,9 @@ PxnError PXN_CALL PxnFeatureStringGet(PxnHandle handle, const char* name, char* 
                             if (const PxnError failed = feature.GetString(value)) {
                                 return failed;
                             }
-                            const PxnError result = CopyBytes(value.c_str(), value.size() + 1,
-                                                              buffer, bufferSize, sizeFilled);
+                            const PxnError result =
+                                CopyBytes(entry, value.c_str(), value.size() + 1, buffer,
+                                          bufferSize, sizeFilled);
                             if (result == PxnErrMoreData && bufferSize > 0) {
                                 buffer[bufferSize - 1] =
                                     '\0'; // a text that is cut short is terminated all the same
@@ -337,7 +339,8 @@ PxnError PXN_CALL PxnFeatureCommandIsDone(PxnHandle handle, const char* name, Px
 
 PxnError PXN_CALL PxnFeatureRawGet(PxnHandle handle, const char* name, char* buffer,
                                    uint32_t bufferSize, uint32_t* sizeFilled) {
-    return EnterFeature({__func__,
+    const char* const entry = __func__;
+    return EnterFeature({entry,
                          {Argument::Handle(handle), Argument::Feature(name),
                           Argument::Place(buffer), Argument::Size(bufferSize)}},
                         handle, name, PxnFeatureDataRaw,
@@ -345,8 +348,8 @@ PxnError PXN_CALL PxnFeatureRawGet(PxnHandle handle, const char* name, char* buf
                             std::vector<char> bytes;
                             const PxnError result = feature.GetRaw(bytes);
                             return result == PxnErrSuccess
-                                       ? CopyBytes(bytes.data(), bytes.size(), buffer, bufferSize,
-                                                   sizeFilled)
+                                       ? CopyBytes(entry, bytes.data(), bytes.size(), buffer,
+                                                   bufferSize, sizeFilled)
                                        : result;
                         });
 }

@@ -1,6 +1,8 @@
 // model_lookup.cpp - what handles and identifiers mean in the model
 #include "tests/scripted_sdk/model_lookup.h"
 
+#include "tests/scripted_sdk/nonsense.h"
+
 #include <cstdio>
 
 namespace scripted {
@@ -66,7 +68,8 @@ std::string NameOf(Model& model, PxnHandle handle) {
     return number;
 }
 
-std::optional<std::size_t> FindCamera(const Model& model, const std::string& id) {
+std::optional<std::size_t> FindCamera(const Model& model, const std::string& given) {
+    const std::string id = Plain(given.c_str());
     for (std::size_t i = 0; i < model.cameras.size(); ++i) {
         if (model.cameras[i].extendedId == id || model.cameras[i].id == id) {
             return i;

@@ -6,6 +6,7 @@
 #include "pxnc/skeleton/library.h"
 #include "pxnc/skeleton/never_destroyed.h"
 #include "tests/scripted_sdk/model_lookup.h"
+#include "tests/scripted_sdk/nonsense.h"
 #include "tests/scripted_sdk/scripted_module.h"
 #include "tests/scripted_sdk/sdk_state.h"
 
@@ -67,12 +68,12 @@ std::vector<PxnTransportLayerInfo> ScriptedBackend::ListTransportLayers() {
         std::vector<PxnTransportLayerInfo> infos;
         for (const TransportLayer& layer : model.transportLayers) {
             PxnTransportLayerInfo info{};
-            info.transportLayerIdString = Texts().Intern(layer.id);
-            info.transportLayerName = Texts().Intern(layer.name);
-            info.transportLayerModelName = Texts().Intern(layer.modelName);
-            info.transportLayerVendor = Texts().Intern(layer.vendor);
-            info.transportLayerVersion = Texts().Intern(layer.version);
-            info.transportLayerPath = Texts().Intern(layer.path);
+            info.transportLayerIdString = Say(Texts(), layer.id);
+            info.transportLayerName = Say(Texts(), layer.name);
+            info.transportLayerModelName = Say(Texts(), layer.modelName);
+            info.transportLayerVendor = Say(Texts(), layer.vendor);
+            info.transportLayerVersion = Say(Texts(), layer.version);
+            info.transportLayerPath = Say(Texts(), layer.path);
             info.transportLayerHandle = TransportLayerHandle(infos.size());
             info.transportLayerType = layer.type;
             infos.push_back(info);
@@ -86,9 +87,9 @@ std::vector<PxnInterfaceInfo> ScriptedBackend::ListInterfaces() {
         std::vector<PxnInterfaceInfo> infos;
         for (const Interface& one : model.interfaces) {
             PxnInterfaceInfo info{};
-            info.interfaceIdString = Texts().Intern(one.id);
+            info.interfaceIdString = Say(Texts(), one.id);
             info.interfaceType = one.type;
-            info.interfaceName = Texts().Intern(one.name);
+            info.interfaceName = Say(Texts(), one.name);
             info.interfaceHandle = InterfaceHandle(infos.size());
             info.transportLayerHandle = TransportLayerHandle(one.transportLayer);
             infos.push_back(info);
@@ -132,11 +133,11 @@ PxnError ScriptedBackend::DescribeCamera(PxnHandle camera, PxnCameraInfo& info) 
 PxnCameraInfo ScriptedBackend::Describe(const Model& model, std::size_t index) {
     const Camera& camera = model.cameras[index];
     PxnCameraInfo info{};
-    info.cameraIdString = Texts().Intern(camera.id);
-    info.cameraIdExtended = Texts().Intern(camera.extendedId);
-    info.cameraName = Texts().Intern(camera.name);
-    info.modelName = Texts().Intern(camera.modelName);
-    info.serialString = Texts().Intern(camera.serial);
+    info.cameraIdString = Say(Texts(), camera.id);
+    info.cameraIdExtended = Say(Texts(), camera.extendedId);
+    info.cameraName = Say(Texts(), camera.name);
+    info.modelName = Say(Texts(), camera.modelName);
+    info.serialString = Say(Texts(), camera.serial);
     info.permittedAccess = camera.permittedAccess;
     if (camera.interface < model.interfaces.size()) {
         info.interfaceHandle = InterfaceHandle(camera.interface);
@@ -148,7 +149,10 @@ PxnCameraInfo ScriptedBackend::Describe(const Model& model, std::size_t index) {
     if (state.frames) {
         info.localDeviceHandle = LocalDeviceHandle(index);
         info.streamHandles = state.streams.empty() ? nullptr : state.streams.data();
-        info.streamCount = static_cast<std::uint32_t>(state.streams.size());
+        info.streamCount = Miscount("streams", static_cast<std::uint32_t>(state.streams.size()));
+        if (model.nonsense.areStreamsMissing) {
+            info.streamHandles = nullptr;
+        }
     }
     return info;
 }

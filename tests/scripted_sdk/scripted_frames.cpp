@@ -123,6 +123,7 @@ PxnError ScriptedFrames::OnAnnounced(Slot& slot, const PxnFrame&) {
 
 void ScriptedFrames::OnQueued(Slot& slot) {
     NoteOf(slot);
+    SdkState::Instance().NoteQueued(slot.frame, slot.callback, cameraHandle, streamHandle);
 }
 
 std::uint64_t ScriptedFrames::IndexOf(const Slot& slot) {

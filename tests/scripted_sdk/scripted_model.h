@@ -222,6 +222,50 @@ struct BrokenPromises {
     bool framesAreHandedBackTwice = false;
 };
 
+/// What stands before or in place of every text of the SDK. A text that has something before it can
+/// still be looked up, with or without.
+enum class TextNonsense {
+    kNone,
+    kNull, ///< empty where the host's memory is filled
+    kEmpty,
+    kLong, ///< 100 kB
+    kNotUtf8,
+    kPlaceholders, ///< of printf
+    kControls,     ///< of a terminal, and the end of a line
+};
+
+/// What is reported for every number of records, bytes and streams.
+enum class CountNonsense {
+    kNone,
+    kZero,
+    kHalfOfAll, ///< 2^31
+    kMost,
+    kGrowing,   ///< one more at every call
+    kShrinking, ///< half as many at every second call
+};
+
+/// What is reported for every value, limit and increment.
+enum class NumberNonsense {
+    kNone,
+    kUpsideDown, ///< limits exchanged, increments 0
+    kNotANumber,
+    kInfinite,
+    kLeast, ///< of the type; as limits, both extremes
+    kMost,
+};
+
+struct Nonsense {
+    TextNonsense texts = TextNonsense::kNone;
+    CountNonsense counts = CountNonsense::kNone;
+    NumberNonsense numbers = NumberNonsense::kNone;
+    /// Registers are reported to have transferred that many more bytes than asked.
+    std::uint32_t excess = 0;
+    /// Camera records of open cameras name streams and have no list of them.
+    bool areStreamsMissing = false;
+    std::string soundCount = {};                     ///< the entry whose numbers stay true
+    std::map<std::string, std::uint32_t> calls = {}; ///< so far, by what was counted
+};
+
 struct Model {
     PxnVersionInfo version{2, 1, 0};
     Module system;
@@ -236,6 +280,7 @@ struct Model {
     /// True: PxnCaptureFrameWait finds its frame complete at once.
     bool completeWaitsAtOnce = false;
     BrokenPromises broken;
+    Nonsense nonsense;
 };
 
 // Handles. Index 0 is named "camera0", "interface0" and so on in the recorded calls; streams of

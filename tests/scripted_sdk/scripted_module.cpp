@@ -3,6 +3,7 @@
 
 #include "pxnc/skeleton/feature.h"
 #include "tests/scripted_sdk/model_lookup.h"
+#include "tests/scripted_sdk/nonsense.h"
 #include "tests/scripted_sdk/sdk_state.h"
 
 #include <algorithm>
@@ -13,14 +14,14 @@ namespace {
 
 PxnFeatureInfo InfoOf(const Feature& feature, skeleton::TextPool& texts) {
     PxnFeatureInfo info{};
-    info.name = texts.Intern(feature.name);
-    info.category = texts.Intern(feature.category);
-    info.displayName = texts.Intern(feature.displayName);
-    info.tooltip = texts.Intern(feature.tooltip);
-    info.description = texts.Intern(feature.description);
-    info.sfncNamespace = texts.Intern(feature.sfncNamespace);
-    info.unit = texts.Intern(feature.unit);
-    info.representation = texts.Intern(feature.representation);
+    info.name = Say(texts, feature.name);
+    info.category = Say(texts, feature.category);
+    info.displayName = Say(texts, feature.displayName);
+    info.tooltip = Say(texts, feature.tooltip);
+    info.description = Say(texts, feature.description);
+    info.sfncNamespace = Say(texts, feature.sfncNamespace);
+    info.unit = Say(texts, feature.unit);
+    info.representation = Say(texts, feature.representation);
     info.featureDataType = feature.type;
     info.featureFlags = feature.flags;
     info.pollingTime = feature.pollingTime;
@@ -45,17 +46,23 @@ public:
     }
     std::vector<std::string> Selected() override { return feature.selected; }
 
-    PxnError GetInt(std::int64_t& value) override { return Read(value, feature.intValue); }
+    PxnError GetInt(std::int64_t& value) override {
+        const PxnError result = Read(value, feature.intValue);
+        Distort(value);
+        return result;
+    }
     PxnError SetInt(std::int64_t value) override {
         return Write(feature.intValue, value, value >= feature.intMin && value <= feature.intMax);
     }
     PxnError GetIntRange(std::int64_t& min, std::int64_t& max) override {
         min = feature.intMin;
         max = feature.intMax;
+        Distort(min, max);
         return PxnErrSuccess;
     }
     PxnError GetIntIncrement(std::int64_t& increment) override {
         increment = feature.intIncrement;
+        DistortIncrement(increment);
         return PxnErrSuccess;
     }
     PxnError GetIntValueSet(std::vector<std::int64_t>& values) override {
@@ -63,7 +70,11 @@ public:
         return values.empty() ? PxnErrValidValueSetNotPresent : PxnErrSuccess;
     }
 
-    PxnError GetFloat(double& value) override { return Read(value, feature.floatValue); }
+    PxnError GetFloat(double& value) override {
+        const PxnError result = Read(value, feature.floatValue);
+        Distort(value);
+        return result;
+    }
     PxnError SetFloat(double value) override {
         return Write(feature.floatValue, value,
                      value >= feature.floatMin && value <= feature.floatMax);
@@ -71,19 +82,18 @@ public:
     PxnError GetFloatRange(double& min, double& max) override {
         min = feature.floatMin;
         max = feature.floatMax;
+        Distort(min, max);
         return PxnErrSuccess;
     }
 
-    PxnError GetEnum(const char*& entry) override {
-        return Read(entry, texts.Intern(feature.text));
-    }
+    PxnError GetEnum(const char*& entry) override { return Read(entry, Say(texts, feature.text)); }
     PxnError SetEnum(const char* name) override {
         const EnumEntry* const entry = FindEntry(name);
-        return Write(feature.text, name, entry && entry->available);
+        return Write(feature.text, Plain(name), entry && entry->available);
     }
     PxnError GetEnumEntries(std::vector<const char*>& names) override {
         for (const EnumEntry& entry : feature.entries) {
-            names.push_back(texts.Intern(entry.name));
+            names.push_back(Say(texts, entry.name));
         }
         return PxnErrSuccess;
     }
@@ -98,21 +108,21 @@ public:
             return PxnErrNotFound;
         }
         info = {};
-        info.name = texts.Intern(entry->name);
-        info.displayName = texts.Intern(entry->displayName);
-        info.tooltip = texts.Intern(entry->tooltip);
-        info.description = texts.Intern(entry->description);
+        info.name = Say(texts, entry->name);
+        info.displayName = Say(texts, entry->displayName);
+        info.tooltip = Say(texts, entry->tooltip);
+        info.description = Say(texts, entry->description);
         info.intValue = entry->intValue;
         info.visibility = entry->visibility;
         return PxnErrSuccess;
     }
 
-    PxnError GetString(std::string& value) override { return Read(value, feature.text); }
+    PxnError GetString(std::string& value) override { return Read(value, Garble(feature.text)); }
     PxnError SetString(const char* value) override {
         return Write(feature.text, value, std::strlen(value) <= feature.maxLength);
     }
     PxnError GetStringMaxLength(std::uint32_t& length) override {
-        length = feature.maxLength;
+        length = Miscount("longest text", feature.maxLength);
         return PxnErrSuccess;
     }
 
@@ -134,7 +144,7 @@ public:
         return Write(feature.raw, std::vector<char>(bytes, bytes + size));
     }
     PxnError GetRawLength(std::uint32_t& length) override {
-        length = static_cast<std::uint32_t>(feature.raw.size());
+        length = Miscount("bytes", static_cast<std::uint32_t>(feature.raw.size()));
         return PxnErrSuccess;
     }
 
@@ -159,8 +169,10 @@ private:
         return PxnErrSuccess;
     }
     const EnumEntry* FindEntry(const char* name) const {
-        const auto found = std::find_if(feature.entries.begin(), feature.entries.end(),
-                                        [&](const EnumEntry& entry) { return entry.name == name; });
+        const std::string plain = Plain(name);
+        const auto found =
+            std::find_if(feature.entries.begin(), feature.entries.end(),
+                         [&](const EnumEntry& entry) { return entry.name == plain; });
         return found == feature.entries.end() ? nullptr : &*found;
     }
 
@@ -186,7 +198,7 @@ public:
     PxnError With(const char* name,
                   skeleton::FunctionRef<PxnError(skeleton::Feature&)> use) override {
         return WithModule([&](scripted::Module& module) -> PxnError {
-            scripted::Feature* const feature = module.Find(name);
+            scripted::Feature* const feature = module.Find(Plain(name));
             if (!feature) {
                 return PxnErrNotFound;
             }
@@ -219,6 +231,7 @@ public:
             const std::uint32_t most = std::min(size, module.transferLimit.value_or(size));
             done = std::min(static_cast<std::uint32_t>(bytes.size()), most);
             std::copy_n(bytes.begin(), done, buffer);
+            done += Excess();
             return PxnErrSuccess;
         });
     }
@@ -229,11 +242,15 @@ public:
             for (std::uint32_t i = 0; i < done; ++i) {
                 module.registers[address + i] = static_cast<std::uint8_t>(bytes[i]);
             }
+            done += Excess();
             return PxnErrSuccess;
         });
     }
 
 private:
+    static std::uint32_t Excess() {
+        return WithModel([](const Model& model) { return model.nonsense.excess; });
+    }
     template <typename Use>
     PxnError WithModule(Use use) {
         return WithModel([&](Model& model) -> PxnError {

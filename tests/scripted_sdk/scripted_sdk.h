@@ -109,6 +109,14 @@ public:
     /// Calls what is registered for the feature of that module, on this thread; returns how many.
     virtual unsigned Fire(PxnHandle handle, const std::string& feature) = 0;
 
+    // ---- callbacks that no SDK may call, on this thread ----
+    /// Every frame that was queued since the last Reset: the record may be gone.
+    virtual std::vector<PxnFrame*> PastFrames() = 0;
+    /// Calls the callback that was queued last, with any frame.
+    virtual void CallBack(PxnFrame* frame) = 0;
+    /// Calls what was registered and is no longer, until the last Reset; returns how many.
+    virtual unsigned FireRemoved() = 0;
+
     virtual ~Sdk() = default;
 };
 

@@ -6,6 +6,7 @@
 #include "tests/scripted_sdk/call_text.h"
 #include "tests/scripted_sdk/default_model.h"
 #include "tests/scripted_sdk/model_lookup.h"
+#include "tests/scripted_sdk/nonsense.h"
 #include "tests/scripted_sdk/scripted_backend.h"
 
 #include <algorithm>
@@ -67,6 +68,9 @@ void SdkState::Reset() {
     platform::MutexLock lock(mutex);
     model = DefaultModel();
     calls.clear();
+    pastFrames.clear();
+    lastCallback = nullptr;
+    pastRegistrations.clear();
 }
 
 void SdkState::Edit(const std::function<void(Model&)>& change) {
@@ -124,6 +128,7 @@ bool SdkState::WaitForCall(const std::string& text, unsigned timeoutMs) {
 }
 
 PxnError SdkState::BeginCall(const skeleton::EntryCall& call) {
+    NoteRegistrations();
     std::function<void()> hook;
     {
         platform::MutexLock lock(mutex);
@@ -223,7 +228,7 @@ std::uint32_t SdkState::ReportedCount(const char* entry, std::uint32_t count) {
     platform::MutexLock lock(mutex);
     const auto scripted = model.foundAnswers.find(entry);
     if (scripted == model.foundAnswers.end() || scripted->second.empty()) {
-        return count;
+        return Miscount(entry, count);
     }
     const std::uint32_t reported = scripted->second.front();
     scripted->second.pop_front();
@@ -309,6 +314,70 @@ std::vector<Registration> SdkState::Registrations() {
 unsigned SdkState::Fire(PxnHandle handle, const std::string& feature) {
     const auto backend = skeleton::Library::Instance().Current();
     return backend ? backend->Changes().Call(handle, backend->Texts().Intern(feature)) : 0;
+}
+
+// ---- callbacks that no SDK may call ----
+
+void SdkState::NoteQueued(PxnFrame* frame, PxnFrameCallback callback, PxnHandle camera,
+                          PxnHandle stream) {
+    platform::MutexLock lock(mutex);
+    if (callback) {
+        pastFrames.insert(frame);
+        lastCallback = callback;
+        lastCamera = camera;
+        lastStream = stream;
+    }
+}
+
+void SdkState::NoteRegistrations() {
+    const auto backend = skeleton::Library::Instance().Current();
+    if (!backend) {
+        return;
+    }
+    const auto present = backend->Changes().List();
+    platform::MutexLock lock(mutex);
+    for (const auto& one : present) {
+        pastRegistrations.insert({one.context, {one.handle, one.name, one.callback, one.context}});
+    }
+}
+
+std::vector<PxnFrame*> SdkState::PastFrames() {
+    platform::MutexLock lock(mutex);
+    return {pastFrames.begin(), pastFrames.end()};
+}
+
+void SdkState::CallBack(PxnFrame* frame) {
+    PxnFrameCallback callback = nullptr;
+    PxnHandle camera = nullptr;
+    PxnHandle stream = nullptr;
+    {
+        platform::MutexLock lock(mutex);
+        callback = lastCallback;
+        camera = lastCamera;
+        stream = lastStream;
+    }
+    if (callback) {
+        callback(camera, stream, frame);
+    }
+}
+
+unsigned SdkState::FireRemoved() {
+    std::vector<PastRegistration> removed;
+    {
+        const std::vector<Registration> present = Registrations();
+        platform::MutexLock lock(mutex);
+        for (const auto& past : pastRegistrations) {
+            if (std::none_of(present.begin(), present.end(), [&](const Registration& other) {
+                    return other.context == past.first;
+                })) {
+                removed.push_back(past.second);
+            }
+        }
+    }
+    for (const PastRegistration& one : removed) {
+        one.callback(one.handle, one.feature.c_str(), one.context);
+    }
+    return static_cast<unsigned>(removed.size());
 }
 
 } // namespace scripted

@@ -48,11 +48,16 @@ public:
     bool IsCapturing() override;
     std::vector<Registration> Registrations() override;
     unsigned Fire(PxnHandle handle, const std::string& feature) override;
+    std::vector<PxnFrame*> PastFrames() override;
+    void CallBack(PxnFrame* frame) override;
+    unsigned FireRemoved() override;
 
     /// Records the call, runs its hook and waits while it is held. Returns the scripted failure.
     PxnError BeginCall(const skeleton::EntryCall& call) EXCLUDES(mutex);
     /// What a list entry reports as found: `count`, or the next scripted number.
     std::uint32_t ReportedCount(const char* entry, std::uint32_t count);
+    void NoteQueued(PxnFrame* frame, PxnFrameCallback callback, PxnHandle camera, PxnHandle stream)
+        EXCLUDES(mutex);
 
 private:
     template <typename Use>
@@ -66,6 +71,14 @@ private:
         std::uint64_t count;
         PxnError code;
     };
+    struct PastRegistration {
+        PxnHandle handle;
+        std::string feature;
+        PxnInvalidationCallback callback;
+        void* context;
+    };
+    /// Keeps what is registered before a call that may remove it.
+    void NoteRegistrations() EXCLUDES(mutex);
     PxnError NextFailure(const skeleton::EntryCall& call) REQUIRES(mutex);
     std::vector<std::string> Matching(const std::vector<std::string>& prefixes) const
         REQUIRES(mutex);
@@ -78,6 +91,11 @@ private:
     std::map<std::string, std::function<void()>> hooks GUARDED_BY(mutex);
     std::set<std::string> held GUARDED_BY(mutex);
     std::vector<std::thread> deliveries GUARDED_BY(mutex);
+    std::set<PxnFrame*> pastFrames GUARDED_BY(mutex);
+    PxnFrameCallback lastCallback GUARDED_BY(mutex) = nullptr;
+    PxnHandle lastCamera GUARDED_BY(mutex) = nullptr;
+    PxnHandle lastStream GUARDED_BY(mutex) = nullptr;
+    std::map<void*, PastRegistration> pastRegistrations GUARDED_BY(mutex); // by their context
 };
 
 /// Runs `use(model)` with the model's lock held, which may be taken again inside it. The locks of

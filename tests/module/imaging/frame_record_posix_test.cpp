@@ -10,6 +10,8 @@
 // Not every compiler brings the header that declares it.
 extern "C" int __sanitizer_get_ownership(const volatile void* address);
 
+using namespace pyxen;
+
 namespace {
 
 class FrameMemory : public GrabberFixture {
