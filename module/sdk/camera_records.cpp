@@ -1,4 +1,5 @@
 // camera_records.cpp - the SDK's camera list in an array of the right length
+#include "sdk/answer_size.h"
 #include "sdk/logger.h"
 #include "sdk/malloc_array.h"
 #include "sdk/pyxen_api_access.h"
@@ -26,7 +27,7 @@ std::uint32_t CPyxenAPIAccess::AllocateAndGetCameraList(PxnCameraInfo** out) {
     std::uint32_t capacity = kFirstCapacity;
     std::uint32_t found = 0;
     for (;;) {
-        if (!cameras.Resize(capacity)) {
+        if (!IsAnswerSize<PxnCameraInfo>(capacity) || !cameras.Resize(capacity)) {
             log.Error(
                 "CPyxenAPIAccess::AllocateAndGetCameraList: could not allocate memory for camera list.");
             return 0;

@@ -1,6 +1,7 @@
 // feature.cpp - one feature of one module of the camera SDK
 #include "sdk/feature.h"
 
+#include "sdk/answer_size.h"
 #include "sdk/malloc_array.h"
 #include "sdk/no_throw.h"
 #include "sdk/pyxen_api_access.h"
@@ -23,6 +24,9 @@ PxnError ReadAll(std::vector<T>& elements, FeatureStep& step, Ask ask, Fill fill
     }
     step = FeatureStep::kMemory;
     result = NoThrow<PxnError>(PxnErrOther, [&]() -> PxnError {
+        if (!IsAnswerSize<T>(count)) {
+            return PxnErrOther;
+        }
         // No elements have an address as well: without one, the number would be asked again.
         elements.resize(std::max(count, 1u));
         return PxnErrSuccess;
@@ -170,7 +174,7 @@ PxnError Feature::ReadText(FeatureValue& value, FeatureStep& step) const {
     // One byte more than asked for, so that what comes back always ends.
     step = FeatureStep::kMemory;
     MallocArray<char> text;
-    if (!text.Resize(std::size_t{size} + 1)) {
+    if (!IsAnswerSize<char>(size) || !text.Resize(std::size_t{size} + 1)) {
         return PxnErrOther;
     }
     text[0] = '\0';

@@ -1,6 +1,7 @@
 // feature_cache.cpp - the feature descriptions of one SDK module
 #include "sync/feature_cache.h"
 
+#include "sdk/answer_size.h"
 #include "sdk/format_text.h"
 #include "sdk/logger.h"
 #include "sdk/no_throw.h"
@@ -87,7 +88,7 @@ bool FeatureCache::Init(const char* name, CPyxenAPIAccess* access, PxnHandle mod
         count = 0;
         return true;
     }
-    if (!features.Resize(found)) {
+    if (!IsAnswerSize<PxnFeatureInfo>(found) || !features.Resize(found)) {
         log.Error("FeatureCache::Init: Could not allocate memory for feature list");
         return false;
     }
