@@ -70,11 +70,16 @@ void FrameSet::Resume(IFrameReceiver& frameReceiver) {
     receiver = &frameReceiver;
 }
 
+std::size_t FrameSet::IndexOfRecord(const PxnFrame* frame) const {
+    const auto found = std::find_if(records.begin(), records.end(),
+                                    [&](const auto& record) { return record->Frame() == frame; });
+    return found == records.end() ? kNoRecord : static_cast<std::size_t>(found - records.begin());
+}
+
 FrameVisit::FrameVisit(PxnFrame* frame) {
     const std::size_t used = FrameSet::usedPlaces;
     for (std::size_t index = 0; index < used; ++index) {
-        FrameSet::Place& candidate = FrameSet::places[index];
-        if (candidate.owner == frame->context[0] && Enter(candidate, frame)) {
+        if (FrameSet::places[index].set && Enter(FrameSet::places[index], frame)) {
             return;
         }
     }
@@ -83,8 +88,9 @@ FrameVisit::FrameVisit(PxnFrame* frame) {
 bool FrameVisit::Enter(FrameSet::Place& candidate, PxnFrame* frame) {
     ++candidate.visitors;
     const FrameSet* const set = candidate.set;
-    const std::uint64_t index = IndexOf(*frame);
-    if (!set || index >= set->records.size() || set->records[index]->Frame() != frame) {
+    const std::size_t index = set ? set->IndexOfRecord(frame) : FrameSet::kNoRecord;
+    if (index == FrameSet::kNoRecord || frame->context[0] != candidate.owner ||
+        IndexOf(*frame) != index) {
         --candidate.visitors;
         return false;
     }

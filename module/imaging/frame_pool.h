@@ -71,6 +71,10 @@ private:
         void WaitUntilEmpty() const;
     };
 
+    static constexpr std::size_t kNoRecord = static_cast<std::size_t>(-1);
+    /// The position of the record whose frame that is. Nothing is read through `frame`.
+    std::size_t IndexOfRecord(const PxnFrame* frame) const;
+
     static Place* TakePlace(const void* owner);
 
     static platform::StaticMutex placesMutex; // to take and to give back a place
@@ -84,8 +88,9 @@ private:
 
 /// The time that a callback of the SDK spends with a frame.
 ///
-/// The frame must be that of a record in a live set, and its context words those that the record
-/// was given; nothing is read through them before. Takes no lock, neither waits nor allocates.
+/// The frame must be that of a record in a live set, found by its address, and its context words
+/// those that the record was given; nothing is read of the frame or through them before. Takes no
+/// lock, neither waits nor allocates.
 class FrameVisit {
 public:
     explicit FrameVisit(PxnFrame* frame);
