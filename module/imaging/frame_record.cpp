@@ -64,7 +64,8 @@ bool FrameRecord::Allocate(IFrameLayout& layout) {
     // The camera answered one question after the other; together the answers must not let the
     // converter run past the memory.
     const std::uint64_t pixels = std::uint64_t{width} * height;
-    if (newFormat->convert && (pixels > kMostPixels || HostBytes(*newFormat, pixels) > imageSize)) {
+    if (newFormat->convert && (pixels > kMostPixels || HostBytes(*newFormat, pixels) > imageSize ||
+                               BytesToConvert(*newFormat, width, height) > kLargestSdkSize)) {
         return false;
     }
     // A camera that promises less than its pixel format takes has the rest added here, unfilled.
