@@ -27,6 +27,7 @@ tests/module/acquisition/snap_order_test.cpp
 tests/module/acquisition/snap_synchronous_test.cpp
 tests/module/acquisition/stop_on_simulator_test.cpp
 tests/module/grabber/base_calls_posix_test.cpp
+tests/module/grabber/hostile_sdk_test.cpp
 tests/module/grabber/initialisation_on_simulator_test.cpp
 tests/module/grabber/out_of_memory_posix_test.cpp
 tests/module/grabber/parameters_alone_test.cpp
