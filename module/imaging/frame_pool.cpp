@@ -70,10 +70,20 @@ void FrameSet::Resume(IFrameReceiver& frameReceiver) {
     receiver = &frameReceiver;
 }
 
+// Frames come back in the order in which they were queued: the search begins behind the last one.
 std::size_t FrameSet::IndexOfRecord(const PxnFrame* frame) const {
-    const auto found = std::find_if(records.begin(), records.end(),
-                                    [&](const auto& record) { return record->Frame() == frame; });
-    return found == records.end() ? kNoRecord : static_cast<std::size_t>(found - records.begin());
+    const std::size_t count = records.size();
+    std::size_t index = place->expected.load(std::memory_order_relaxed);
+    for (std::size_t tried = 0; tried < count; ++tried, ++index) {
+        if (index >= count) {
+            index = 0;
+        }
+        if (records[index]->Frame() == frame) {
+            place->expected.store(index + 1, std::memory_order_relaxed);
+            return index;
+        }
+    }
+    return kNoRecord;
 }
 
 FrameVisit::FrameVisit(PxnFrame* frame) {

@@ -67,6 +67,7 @@ private:
         std::atomic<const void*> owner{nullptr}; // null: nobody's place
         std::atomic<FrameSet*> set{nullptr};     // null while its records change
         std::atomic<unsigned> visitors{0};
+        std::atomic<std::size_t> expected{0}; // where the next frame is looked for first
 
         void WaitUntilEmpty() const;
     };

@@ -23,23 +23,6 @@ std::uint64_t HostBytes(const PixelFormat& format, std::uint64_t pixels) {
     return pixels * format.components * format.allocatedBits / 8;
 }
 
-// The system finds memory for a page when it is first written. That happens here, so that the first
-// frames do not wait for it. Memory that has its size already stays as it is.
-bool ResizeAndTouch(MallocArray<std::uint8_t>& buffer, std::uint64_t& size, std::uint64_t newSize) {
-    if (buffer && size == newSize) {
-        return true;
-    }
-    if (!buffer.Resize(newSize)) {
-        return false;
-    }
-    size = newSize;
-    constexpr std::uint64_t kPage = 4096;
-    for (std::uint64_t at = 0; at < size; at += kPage) {
-        buffer[at] = 0;
-    }
-    return true;
-}
-
 } // namespace
 
 FrameRecord::FrameRecord(void* owner, std::uint64_t index) {
@@ -81,29 +64,29 @@ bool FrameRecord::Allocate(IFrameLayout& layout) {
 
 bool FrameRecord::AllocateBoth(std::uint64_t payloadSize, std::uint64_t blockSize,
                                std::uint64_t imageSize) {
-    if (!ResizeAndTouch(rawBuffer, rawSize, blockSize)) {
+    if (!raw.Resize(blockSize)) {
         return false;
     }
-    frame.buffer = rawBuffer.Get();
+    frame.buffer = raw.Get();
     frame.bufferSize = static_cast<std::uint32_t>(payloadSize);
-    return ResizeAndTouch(hostBuffer, hostSize, imageSize);
+    return host.Resize(imageSize);
 }
 
 bool FrameRecord::AllocateHost(std::uint64_t imageSize) {
-    if (!ResizeAndTouch(hostBuffer, hostSize, imageSize)) {
+    if (!host.Resize(imageSize)) {
         return false;
     }
-    rawBuffer.Free();
-    frame.buffer = hostBuffer.Get();
-    frame.bufferSize = static_cast<std::uint32_t>(hostSize);
+    raw.Free();
+    frame.buffer = host.Get();
+    frame.bufferSize = static_cast<std::uint32_t>(imageSize);
     return true;
 }
 
 bool FrameRecord::Convert() {
-    if (!format || !format->convert || !rawBuffer || !hostBuffer) {
+    if (!format || !format->convert || !raw.Get() || !host.Get()) {
         return false;
     }
-    ConvertImage(*format, rawBuffer.Get(), hostBuffer.Get(), width, height);
+    ConvertImage(*format, raw.Get(), host.Get(), width, height);
     return true;
 }
 

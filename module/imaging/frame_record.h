@@ -3,8 +3,8 @@
 
 #include "imaging/frame_hold.h"
 #include "imaging/frame_layout.h"
+#include "imaging/image_memory.h"
 #include "pxnc.h"
-#include "sdk/malloc_array.h"
 
 #include <cstdint>
 
@@ -37,8 +37,8 @@ public:
     const FrameHold& Hold() const { return hold; }
     /// The frame to announce and queue; the SDK's own structure stands first in the record.
     PxnFrame* Frame() { return &frame; }
-    void* GetHostBuffer() { return hostBuffer.Get(); }
-    std::uint64_t GetHostBufferSize() const { return hostSize; }
+    void* GetHostBuffer() { return host.Get(); }
+    std::uint64_t GetHostBufferSize() const { return host.Size(); }
 
 private:
     bool AllocateBoth(std::uint64_t payloadSize, std::uint64_t blockSize, std::uint64_t imageSize);
@@ -46,10 +46,8 @@ private:
 
     PxnFrame frame{}; // context: 0 the owner, 1 this record, 2 the buffer index
     FrameHold hold;
-    MallocArray<std::uint8_t> rawBuffer;
-    std::uint64_t rawSize = 0;
-    MallocArray<std::uint8_t> hostBuffer;
-    std::uint64_t hostSize = 0;
+    ImageMemory raw; // empty when the SDK fills the host's image
+    ImageMemory host;
     const PixelFormat* format = nullptr; // null while the memory does not fit
     std::uint32_t width = 0;
     std::uint32_t height = 0;

@@ -151,6 +151,20 @@ TEST_F(FramePoolTest, RecognisesItsOwnFramesAlone) {
     EXPECT_EQ(receiver.frames, std::vector<PxnFrame*>{own});
 }
 
+TEST_F(FramePoolTest, FindsFramesInAnyOrder) {
+    Resize(5);
+    const std::vector<std::size_t> order = {4, 0, 1, 1, 3, 2, 0, 4, 4};
+    std::vector<PxnFrame*> delivered;
+    for (const std::size_t index : order) {
+        delivered.push_back(pool[index].Frame());
+        Deliver(delivered.back());
+    }
+    Resize(2);
+    delivered.push_back(pool[1].Frame());
+    Deliver(delivered.back());
+    EXPECT_EQ(receiver.frames, delivered);
+}
+
 TEST_F(FramePoolTest, WaitsForARunningCallbackBeforeItIsReshaped) {
     Resize(1);
     Queue(0);
