@@ -7,6 +7,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <vector>
+
 namespace support {
 
 namespace {
@@ -37,8 +39,23 @@ void FakeCamera::Kill() {
     }
 }
 
-void FakeCamera::Restart() {
+void FakeCamera::Freeze() {
+    EXPECT_EQ(kill(process, SIGSTOP), 0);
+}
+
+void FakeCamera::Thaw() {
+    EXPECT_EQ(kill(process, SIGCONT), 0);
+}
+
+void FakeCamera::Restart(unsigned lostPerThousand) {
     Kill();
+    const std::string lost = std::to_string(lostPerThousand);
+    std::vector<const char*> arguments = {kProgram,       "-i", "127.0.0.1", "-s",
+                                          serial.c_str(), "-r", lost.c_str()};
+    if (!description.empty()) {
+        arguments.insert(arguments.end(), {"-g", description.c_str()});
+    }
+    arguments.push_back(nullptr);
     const pid_t parent = getpid();
     process = fork();
     if (process != 0) {
@@ -50,13 +67,7 @@ void FakeCamera::Restart() {
     if (getppid() != parent) {
         _exit(1);
     }
-    const char* arguments[] = {kProgram,       "-i",    "127.0.0.1", "-s",
-                               serial.c_str(), nullptr, nullptr,     nullptr};
-    if (!description.empty()) {
-        arguments[5] = "-g";
-        arguments[6] = description.c_str();
-    }
-    execvp(kProgram, const_cast<char* const*>(arguments));
+    execvp(kProgram, const_cast<char* const*>(arguments.data()));
     _exit(127);
 }
 

@@ -28,8 +28,12 @@ public:
 
     /// Unplugs the camera: its process is killed and does not notify the controlling application.
     void Kill();
-    /// Starts the camera again with the same serial number.
-    void Restart();
+    /// Starts the camera again with the same serial number. `lostPerThousand` of the packets of its
+    /// stream are not sent, taken at random.
+    void Restart(unsigned lostPerThousand = 0);
+    /// The camera does nothing until Thaw: it neither sends nor replies.
+    void Freeze();
+    void Thaw();
 
 private:
     const std::string serial;

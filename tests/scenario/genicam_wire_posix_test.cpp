@@ -1,0 +1,153 @@
+// genicam_wire_posix_test.cpp - a GigE Vision camera whose network fails
+#include "platform/clock.h"
+#include "platform/sleep.h"
+#include "tests/scenario/genicam_programs.h"
+
+#include <atomic>
+#include <thread>
+
+namespace scenario {
+namespace {
+
+/// The fake camera stops, loses packets, replies late; and several programs want it.
+class GenicamWire : public GenicamPrograms {
+protected:
+    /// Freezes the camera for that long while the program takes frames.
+    void Interrupt(std::uint32_t milliseconds) {
+        ASSERT_TRUE(WaitForImage(5));
+        camera.Freeze();
+        platform::SleepMs(milliseconds);
+        camera.Thaw();
+    }
+    /// The camera anew, losing that many of a thousand packets. It sends none again.
+    void LosePackets(unsigned perThousand) {
+        camera.Restart(perThousand);
+        ASSERT_TRUE(WaitUntilListed());
+    }
+    /// Grabs so many frames; every image that counts as taken is whole. Returns how many frames
+    /// were not.
+    unsigned CountIncomplete(unsigned frames, const DiagonalRamp& picture) {
+        const auto result =
+            support::RunProgram("mivora", GrabArguments({"--frames", std::to_string(frames)}));
+        ExpectDone(result);
+        const Json report = Json::parse(result.output);
+        EXPECT_EQ(report["frames"], frames);
+        EXPECT_EQ(report["errors"], report["account"]["incomplete"]);
+        picture.ExpectGrabbed(PathOf("images"), report);
+        return report["errors"];
+    }
+};
+
+TEST_F(GenicamWire, FramesGoOnAfterTwoSecondsWithoutTheCamera) {
+    platform::Process process;
+    Start(process, GrabArguments({"--frames", "100"}));
+    Interrupt(2000);
+    const support::ProgramResult result = End(process);
+    ExpectDone(result);
+    const Json report = Json::parse(result.output);
+    EXPECT_EQ(report["frames"], 100);
+    EXPECT_FALSE(report["cameraLost"]);
+    kPicture.ExpectGrabbed(PathOf("images"), report);
+}
+
+TEST_F(GenicamWire, TenSecondsWithoutTheCameraEndTheGrabAndTheNextWorks) {
+    platform::Process process;
+    Start(process, GrabArguments({"--frames", "0"}));
+    Interrupt(10000);
+    const support::ProgramResult result = End(process);
+    ExpectFailure(result, 1, {"mivora: no more frames from camera 0 (Fake"});
+    const Json report = Json::parse(result.output);
+    EXPECT_TRUE(report["cameraLost"]);
+    EXPECT_TRUE(report["account"]["closed"]) << report;
+    ASSERT_TRUE(WaitUntilListed());
+    ExpectDone(Mivora({"--sdk", "genicam", "snap", "-o", PathOf("image.raw")}));
+    EXPECT_EQ(kPicture.CountWrongPixels(directory.Read("image.raw")), 0u);
+}
+
+TEST_F(GenicamWire, AGrabThatReconnectsGoesOnAfterTenSecondsWithoutTheCamera) {
+    platform::Process process;
+    Start(process, GrabArguments({"--frames", "100", "--reconnect"}));
+    Interrupt(10000);
+    const support::ProgramResult result = End(process);
+    EXPECT_EQ(result.status, 0) << result.errors;
+    const Json report = Json::parse(result.output);
+    EXPECT_EQ(report["frames"], 100);
+    EXPECT_GE(report["reconnects"], 1);
+}
+
+TEST_F(GenicamWire, LostPacketsDamageNoImage) {
+    EXPECT_EQ(CountIncomplete(20, kPicture), 0u);
+    LosePackets(1); // about 190 packets a frame
+    CountIncomplete(60, kPicture);
+    LosePackets(10);
+    EXPECT_GT(CountIncomplete(10, kPicture), 0u);
+    LosePackets(50);
+    for (const char* side : {"Width", "Height"}) {
+        ExpectDone(Tool({"--sdk", "genicam", "set", std::string("Camera/") + side, "64"}));
+    }
+    EXPECT_GT(CountIncomplete(60, {64, 64, 255}), 0u); // 5 packets a frame
+}
+
+TEST_F(GenicamWire, AGrabWithoutAnyWholeFrameEndsAndCountsThem) {
+    LosePackets(500);
+    const auto result =
+        support::RunProgram("mivora", GrabArguments({"--frames", "20", "--timeout", "2000"}));
+    ExpectFailure(result, 1, {"mivora: no more frames from camera 0 (Fake"});
+    const Json report = Json::parse(result.output);
+    EXPECT_EQ(report["frames"], 0);
+    EXPECT_EQ(report["account"]["written"], 0);
+    EXPECT_GT(report["errors"], 0);
+    EXPECT_TRUE(report["account"]["closed"]) << report;
+}
+
+TEST_F(GenicamWire, LateRepliesDelayButBreakNothing) {
+    std::atomic<bool> isOver{false};
+    platform::Process process;
+    Start(process, GrabArguments({"--frames", "60"}));
+    std::thread late([&] {
+        while (!isOver) {
+            camera.Freeze();
+            platform::SleepMs(300);
+            camera.Thaw();
+            platform::SleepMs(100);
+        }
+    });
+    const support::ProgramResult result = End(process);
+    isOver = true;
+    late.join();
+    ExpectDone(result);
+    const Json report = Json::parse(result.output);
+    EXPECT_EQ(report["frames"], 60);
+    kPicture.ExpectGrabbed(PathOf("images"), report);
+}
+
+TEST_F(GenicamWire, ASecondHostIsRefusedAndDisturbsNothing) {
+    platform::Process process;
+    Start(process, GrabArguments({"--frames", "60"}));
+    ASSERT_TRUE(WaitForImage(5));
+    ExpectFailure(Mivora({"--sdk", "genicam", "snap", "-o", PathOf("image.raw")}), 1,
+                  {"OpenActCamera"});
+    const support::ProgramResult result = End(process);
+    ExpectDone(result);
+    kPicture.ExpectGrabbed(PathOf("images"), Json::parse(result.output));
+}
+
+TEST_F(GenicamWire, ACameraOfAKilledProgramIsHadAgainWithinItsHeartbeat) {
+    platform::Process process;
+    Start(process, GrabArguments({"--frames", "0"}));
+    ASSERT_TRUE(WaitForImage(5));
+    process.Kill();
+    const std::uint64_t killed = platform::MonotonicNanoseconds();
+    const auto isHad = [this] {
+        EXPECT_EQ(ListCameras().size(), 1u); // it is never gone
+        return Mivora({"--sdk", "genicam", "snap", "-o", PathOf("image.raw")}).status == 0;
+    };
+    EXPECT_TRUE(support::WaitUntil(isHad, kLimitMs));
+    const std::uint64_t tookMs = (platform::MonotonicNanoseconds() - killed) / 1000000;
+    // The heartbeat has 3 s; an attempt, with its searches, takes as long at most.
+    EXPECT_LT(tookMs, 6000u);
+    EXPECT_EQ(kPicture.CountWrongPixels(directory.Read("image.raw")), 0u);
+}
+
+} // namespace
+} // namespace scenario
