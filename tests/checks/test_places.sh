@@ -50,6 +50,7 @@ tests/platform/out_of_memory_posix_test.cpp
 tests/pxnc/conformance/genicam_conformance_test.cpp
 tests/pxnc/conformance/scripted_conformance_test.cpp
 tests/pxnc/conformance/simulator_conformance_test.cpp
+tests/pxnc/genicam/growth_test.cpp
 tests/pxnc/genicam/packet_test.cpp
 tests/pxnc/include/record_layout_test.cpp
 tests/pxnc/simulator/clock_test.cpp
