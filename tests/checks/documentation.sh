@@ -56,6 +56,19 @@ for name in $(grep -ohE '`(GVSP|Simulator|Discover|EventCamera|EventInterface)[A
   grep -rqF "\"$name\"" pxnc || complain "docs tell of $name, which there is not"
 done
 
+# Log lines are quoted as the sources have them; `…` and what a format puts in both stand for anything.
+lines=$(joined module | sed 's/\\"/\x01/g; s/" *"//g; s/\x01/"/g')
+quoted=0
+# shellcheck disable=SC2016
+while read -r line; do
+  quoted=$((quoted + 1))
+  while read -r part; do
+    [[ $lines == *"$part"* ]] || complain "docs/log-lines.md quotes \"$part\", which no source has"
+  done < <(echo "${line//…/$'\n'}" | sed 's/^[: ]*//; s/[: ]*$//' | grep .)
+done < <(grep -oE '`(C[A-Za-z]+|FeatureSyncher|FeatureCache|PyxenApi|MivoraKVNPyxen has|Todo)[: ][^`]*`' docs/log-lines.md |
+  tr -d '`' | sort -u)
+[ "$quoted" -ge 30 ] || complain "found only $quoted lines in docs/log-lines.md"
+
 # The driver's own page is what it prints.
 for command in $(./dev | sed -n 's/^  \([a-z]\{1,\}\) .*/\1/p'); do
   grep -qE "^  $command\) " dev || complain "./dev tells of $command, which it cannot do"
