@@ -1,5 +1,6 @@
 // growth_test.cpp - what a process holds after cameras have vanished again and again
 #include "platform/environment.h"
+#include "platform/sleep.h"
 #include "tests/load/process_resources.h"
 #include "tests/pxnc/genicam/camera_fixture.h"
 #include "tests/pxnc/genicam/frame_set.h"
@@ -47,6 +48,9 @@ protected:
             20000));
         isUnplugged ? Fake().Restart() : Fake().Thaw();
         Close(PxnErrBadHandle);
+        // The fake camera looks ten times a second whether it is still controlled, and would go on
+        // sending to the former stream if it was controlled again in between.
+        platform::SleepMs(500);
         ASSERT_TRUE(WaitUntilListed());
     }
 };
