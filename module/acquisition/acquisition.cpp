@@ -62,6 +62,9 @@ PxnError Acquisition::CloseCamera(std::unique_ptr<CameraNote>& camera) {
 
 void Acquisition::LeaveCamera(std::unique_ptr<CameraNote> camera) {
     camera->memory = frames.Abandon();
+    if (camera->memory) {
+        buffersPrepared = false; // the next camera gets none of its frames
+    }
     RememberUnclosedCamera(std::move(camera));
 }
 

@@ -149,6 +149,17 @@ TEST_F(MemoryOfFrames, IsLetGoByTheLastShutdown) {
     EXPECT_FALSE(sdk.Deliver(1));
 }
 
+TEST_F(MemoryOfFrames, IsLetGoWhenTheSdkNoLongerKnowsTheCamera) {
+    Run(2);
+    sdk.Fail("PxnCameraClose", PxnErrBadHandle, 1, 2);
+    EXPECT_EQ(Grabber().CloseActCamera(), MV_OK);
+    Forget();
+    EXPECT_EQ(Grabber().RefreshCameraList(), MV_OK);
+    EXPECT_EQ(sdk.TakeCalls({"PxnCameraClose"}), Texts{close});
+    EXPECT_EQ(Grabber().RefreshCameraList(), MV_OK);
+    EXPECT_EQ(sdk.TakeCalls({"PxnCameraClose"}), Texts{});
+}
+
 TEST_F(MemoryOfFrames, OfAnUnclosedCameraIsNotReshapedForTheNext) {
     scripted::Camera second = Camera();
     second.id = "second";

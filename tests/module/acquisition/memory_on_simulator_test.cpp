@@ -66,4 +66,16 @@ TEST_F(MemoryOnSimulator, ComesBackByCallbacksWhereAStopGetsNothingBack) {
     Control("clear");
 }
 
+TEST_F(MemoryOnSimulator, OfACameraThatWasOpenedAnewWithoutClosingMustBePreparedAnew) {
+    Run();
+    Control("unplug A");
+    Control("plug A");
+    ASSERT_EQ(grabber->OpenActCamera(), MV_OK);
+    EXPECT_EQ(grabber->StopSnap(), MV_OK);
+    EXPECT_EQ(grabber->Snap(1), MV_BUFFERS_NOT_PREPARED);
+    EXPECT_EQ(grabber->Snap(3), MV_BUFFERS_NOT_PREPARED);
+    ASSERT_EQ(grabber->PrepareFrameBuffers(4), MV_OK);
+    Run();
+}
+
 } // namespace
