@@ -108,7 +108,9 @@ void CloseRememberedCameras(const CPyxenAPIAccess& api) {
     }
     for (CameraList cameras = TakeCameras(api.GetLibraryHandle());
          CameraList camera = Pop(cameras);) {
-        if (api.PxnCameraClose(camera->handle) == PxnErrSuccess) {
+        const PxnError result = api.PxnCameraClose(camera->handle);
+        // What the SDK does not know any more it has closed.
+        if (result == PxnErrSuccess || result == PxnErrBadHandle) {
             ForgetRegistrations(api, *camera);
             GiveBack(std::move(camera));
         } else {

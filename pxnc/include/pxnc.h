@@ -141,8 +141,9 @@ PXN_API PxnError PXN_CALL PxnCameraOpen(const char* id, uint32_t accessMode, Pxn
 /* Closes a camera: ends its captures, takes back its frames and registrations,
  * waits for their running callbacks (not for the one that calls it), and makes
  * the handles of the camera, its local device and its streams invalid. No
- * callback for any of them fires afterwards. -4 for the handle of anything else.
- * -15 inside a frame or chunk callback. */
+ * callback for any of them fires afterwards. -4 for the handle of anything else,
+ * and of a camera that has gone, which is closed all the same. -15 inside a frame
+ * or chunk callback. */
 PXN_API PxnError PXN_CALL PxnCameraClose(PxnHandle camera);
 
 /* ---- features of any module ----
