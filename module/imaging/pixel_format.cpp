@@ -169,6 +169,9 @@ void ConvertImage(const PixelFormat& format, const void* raw, void* host, std::u
         format.convert(raw, host, std::uint64_t{width} * height);
         return;
     }
+    if (width == 0) {
+        return; // of however many lines
+    }
     const std::uint64_t stride =
         std::uint64_t{format.components} * format.allocatedBits * width / 8;
     auto* line = static_cast<std::uint8_t*>(host);

@@ -181,4 +181,17 @@ TEST(PixelFormatSearch, FindsNoUnknownName) {
     EXPECT_EQ(FindPixelFormatByName(nullptr), nullptr);
 }
 
+TEST(ImageConversion, OfLinesWithoutPixelsEndsAtOnce) {
+    static unsigned calls = 0;
+    PixelFormat format = *FindPixelFormatByName("Mono12p");
+    format.convert = [](const void*, void*, std::uint64_t) {
+        ++calls;
+    };
+    std::uint8_t byte = 0;
+    ConvertImage(format, &byte, &byte, 0, 0xFFFFFFFF);
+    EXPECT_EQ(calls, 0u);
+    ConvertImage(format, &byte, &byte, 0, 0);
+    EXPECT_EQ(calls, 0u);
+}
+
 } // namespace
