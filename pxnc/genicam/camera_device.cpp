@@ -2,9 +2,11 @@
 #include "pxnc/genicam/camera_device.h"
 
 #include "platform/sleep.h"
+#include "pxnc/genicam/description_check.h"
 #include "pxnc/genicam/network_interfaces.h"
 #include "pxnc/genicam/result_codes.h"
 
+#include <cstddef>
 #include <utility>
 
 namespace genicam {
@@ -24,6 +26,15 @@ ArvDevice* OpenDevice(const CameraDevice::Address& address, GError** error) {
     return arv_gv_device_new(local.get(), remote.get(), error);
 }
 
+/// A camera without a description passes: opening it fails for other reasons.
+PxnError CheckDescriptionOf(ArvDevice* device) {
+    ArvGc* const description = arv_device_get_genicam(device);
+    std::size_t size = 0;
+    const char* const text = arv_device_get_genicam_xml(device, &size);
+    return description && text ? CheckDescription(description, {text, size})
+                               : PxnError{PxnErrSuccess};
+}
+
 // How long the destructor gives a signal's emission to let go of the device.
 constexpr int kEmissionPatienceMs = 1000;
 
@@ -36,6 +47,9 @@ PxnError CameraDevice::Open(const Address& address, std::uint32_t accessMode,
     ObjectOwner<ArvDevice> opened(OpenDevice(address, error.Receive()));
     if (!opened) {
         return error ? ToResult(error) : PxnError{PxnErrNotFound};
+    }
+    if (const PxnError failed = CheckDescriptionOf(opened.get())) {
+        return failed;
     }
     std::shared_ptr<CameraDevice> result(
         new CameraDevice(address, accessMode == PxnAccessModeFull, opened.get()));

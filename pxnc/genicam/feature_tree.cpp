@@ -15,6 +15,7 @@ namespace genicam {
 namespace {
 
 constexpr char kTimingCategory[] = "/AcquisitionControl";
+constexpr unsigned kDeepestCategory = 64;
 
 class TreeWalk {
 public:
@@ -22,7 +23,7 @@ public:
              std::vector<std::unique_ptr<Feature>>& featureList)
         : texts(textPool), description(gc), features(featureList) {}
 
-    void Visit(const char* name, const std::string& path) {
+    void Visit(const char* name, const std::string& path, unsigned depth = 0) {
         ArvGcNode* node = arv_gc_get_node(description, name);
         // A node is visited once, so a description that runs in circles ends too.
         if (!node || !ARV_IS_GC_FEATURE_NODE(node) || !visited.insert(node).second) {
@@ -36,11 +37,14 @@ public:
             }
             return;
         }
+        if (depth > kDeepestCategory) {
+            return;
+        }
         const bool isRoot = std::strcmp(name, "Root") == 0;
         const std::string below = isRoot ? path : path + "/" + name;
         for (const GSList* item = arv_gc_category_get_features(ARV_GC_CATEGORY(node)); item;
              item = item->next) {
-            Visit(static_cast<const char*>(item->data), below);
+            Visit(static_cast<const char*>(item->data), below, depth + 1);
         }
     }
 

@@ -239,7 +239,10 @@ private:
         std::vector<ArvGcFeatureNode*> entries;
         for (const GSList* item = arv_gc_enumeration_get_entries(Enumeration()); item;
              item = item->next) {
-            entries.push_back(ARV_GC_FEATURE_NODE(item->data));
+            ArvGcFeatureNode* const entry = ARV_GC_FEATURE_NODE(item->data);
+            if (arv_gc_feature_node_get_name(entry)) { // a faulty description may leave it out
+                entries.push_back(entry);
+            }
         }
         // Aravis keeps them last one first.
         std::reverse(entries.begin(), entries.end());
@@ -268,7 +271,8 @@ public:
         }
         ErrorOwner error;
         const char* text = arv_gc_string_get_value(ARV_GC_STRING(node), error.Receive());
-        value = text ? text : "";
+        // A register that could not be read leaves Aravis with a text that has no end.
+        value = text && !error ? text : "";
         return ToResult(error);
     }
 

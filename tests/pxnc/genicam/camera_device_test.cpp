@@ -1,6 +1,7 @@
 // camera_device_test.cpp - opening, describing and closing a camera
 #include "tests/pxnc/genicam/camera_fixture.h"
 #include "tests/pxnc/genicam/foreign_controller.h"
+#include "tests/support/temporary_directory.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -195,6 +196,30 @@ TEST_F(CameraTest, ReadsMoreThanOnePacketOfRegisters) {
     EXPECT_EQ(Sdk().MemoryRead(camera, 0x4000, 2048, read.data(), &done), PxnErrSuccess);
     EXPECT_EQ(done, 2048u);
     EXPECT_EQ(read, written);
+}
+
+/// A camera whose description has a value that depends on itself.
+class CircularDescriptionTest : public CameraFixture {
+protected:
+    static void SetUpTestSuite() {
+        const support::TemporaryDirectory directory;
+        StartSuite(directory.Write("circle.xml",
+                                   "<RegisterDescription ModelName=\"M\" VendorName=\"V\">"
+                                   "<Category Name=\"Root\"><pFeature>Width</pFeature></Category>"
+                                   "<Integer Name=\"Width\"><pValue>Height</pValue></Integer>"
+                                   "<Integer Name=\"Height\"><pValue>Width</pValue></Integer>"
+                                   "</RegisterDescription>"));
+    }
+    void SetUp() override {}
+    void TearDown() override {}
+};
+
+TEST_F(CircularDescriptionTest, IsNotOpened) {
+    for (const std::uint32_t access : {PxnAccessModeFull, PxnAccessModeRead, PxnAccessModeFull}) {
+        PxnHandle opened = nullptr;
+        EXPECT_EQ(Sdk().CameraOpen(Fake().ExtendedId().c_str(), access, &opened), PxnErrXml);
+        EXPECT_EQ(opened, nullptr);
+    }
 }
 
 } // namespace genicam_test
