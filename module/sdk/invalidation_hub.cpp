@@ -60,6 +60,16 @@ struct InvalidationHub::RunningCall {
     RunningCall* next = nullptr;
 };
 
+namespace {
+
+/// A thread that ends a subscription, on its stack.
+struct WaitingThread {
+    platform::Event& changed;
+    WaitingThread* next;
+};
+
+} // namespace
+
 /// What the SDK is to call, and for whom.
 struct InvalidationHub::Registration {
     using SubscriberPointer = std::shared_ptr<Invalidation::Subscriber>;
@@ -74,7 +84,8 @@ struct InvalidationHub::Registration {
         const platform::StaticMutexLock lock(hubGate);
         Drop(subscriber);
     }
-    /// Waits while another thread is inside the subscriber's receiver.
+    /// Waits while another thread is inside the subscriber's receiver, and while a call that has
+    /// left all receivers takes the registration back: the SDK may be shut down afterwards.
     void WaitForCalls(Invalidation::Subscriber& subscriber) EXCLUDES(hubGate);
     /// Begins a call; returns the number of the newest subscriber that it is for.
     std::uint64_t Enter(RunningCall& call) EXCLUDES(hubGate);
@@ -96,7 +107,12 @@ private:
     void Drop(const SubscriberPointer& subscriber) REQUIRES(hubGate);
     /// Whether another thread is inside a call, of that subscriber when one is given.
     bool RunsElsewhere(const Invalidation::Subscriber* subscriber) const REQUIRES(hubGate);
+    /// Whether a call on another thread has left all receivers, of which none is left.
+    bool IsBeingLeft() const REQUIRES(hubGate);
+    void WakeWaiting() REQUIRES(hubGate);
 
+    WaitingThread* waiting GUARDED_BY(hubGate) = nullptr;
+    unsigned leaving GUARDED_BY(hubGate) = 0;    // calls that take the registration back
     bool isSettling GUARDED_BY(hubGate) = false; // by the one thread that calls the SDK
     RunningCall* calls GUARDED_BY(hubGate) = nullptr;
     HubEntries entries GUARDED_BY(hubGate); // good inside a call
@@ -173,6 +189,24 @@ bool InvalidationHub::Registration::RunsElsewhere(
     return false;
 }
 
+bool InvalidationHub::Registration::IsBeingLeft() const {
+    if (!subscribers.empty()) {
+        return false;
+    }
+    for (const RunningCall* call = calls; call; call = call->next) {
+        if (call->thread != std::this_thread::get_id() && !call->subscriber) {
+            return true;
+        }
+    }
+    return leaving != 0;
+}
+
+void InvalidationHub::Registration::WakeWaiting() {
+    for (const WaitingThread* thread = waiting; thread; thread = thread->next) {
+        thread->changed.Set();
+    }
+}
+
 // ---- calls ----
 
 std::uint64_t InvalidationHub::Registration::Enter(RunningCall& call) {
@@ -186,9 +220,7 @@ bool InvalidationHub::Registration::Advance(RunningCall& call, std::uint64_t las
     const platform::StaticMutexLock lock(hubGate);
     done = std::move(call.subscriber);
     call.subscriber.reset();
-    if (done && done->callEnded) {
-        done->callEnded->Set();
-    }
+    WakeWaiting();
     for (const SubscriberPointer& candidate : subscribers) {
         if ((!done || candidate->number > done->number) && candidate->number <= last) {
             call.subscriber = candidate;
@@ -207,25 +239,37 @@ void InvalidationHub::Registration::Leave(RunningCall& call) {
             link = &(*link)->next;
         }
         *link = call.next;
+        WakeWaiting();
         if (!hub || !context || !subscribers.empty()) {
             return;
         }
         sdk = entries;
+        ++leaving;
     }
     Settle(sdk);
+    const platform::StaticMutexLock lock(hubGate);
+    --leaving;
+    WakeWaiting();
 }
 
 void InvalidationHub::Registration::WaitForCalls(Invalidation::Subscriber& subscriber) {
-    while (subscriber.callEnded) {
-        {
-            const platform::StaticMutexLock lock(hubGate);
-            if (!RunsElsewhere(&subscriber)) {
-                return;
-            }
-            subscriber.callEnded->Reset();
-        }
-        subscriber.callEnded->Wait(platform::kInfinite);
+    if (!subscriber.callEnded) {
+        return;
     }
+    const platform::StaticMutexLock lock(hubGate);
+    WaitingThread own{*subscriber.callEnded, waiting};
+    waiting = &own;
+    while (RunsElsewhere(&subscriber) || IsBeingLeft()) {
+        own.changed.Reset();
+        hubGate.Unlock();
+        own.changed.Wait(platform::kInfinite);
+        hubGate.Lock();
+    }
+    WaitingThread** link = &waiting;
+    while (*link != &own) {
+        link = &(*link)->next;
+    }
+    *link = own.next;
 }
 
 void InvalidationHub::Deliver(Registration& registration, PxnHandle handle, const char* name) {
@@ -399,6 +443,7 @@ void InvalidationSubscription::Unsubscribe() {
     left->registration->WaitForCalls(*left->subscriber);
     if (left->api.IsValid()) {
         left->registration->Settle(EntriesOf(left->api));
+        left->registration->WaitForCalls(*left->subscriber); // one may do it instead
     }
 }
 

@@ -3,6 +3,7 @@
 
 #include "platform/event.h"
 #include "tests/module/sdk/loaded_api.h"
+#include "tests/support/wait_until.h"
 
 #include <atomic>
 #include <optional>
@@ -273,6 +274,32 @@ TEST_F(InvalidationHubTest, WaitsForARunningCall) {
     sdkThread.join();
     letting.join();
     EXPECT_TRUE(sdk.Registrations().empty());
+}
+
+TEST_F(InvalidationHubTest, WaitsForACallThatTakesTheRegistrationBack) {
+    // Either thread may be the one that does, so that it takes a few attempts to see both.
+    for (unsigned round = 0; round < 50; ++round) {
+        Staying staying;
+        auto subscription = Subscribe(staying.Receiver());
+        std::thread sdkThread([&] { Fire(); });
+        ASSERT_TRUE(staying.entered.Wait(10000));
+        sdk.Hold("PxnFeatureInvalidationUnregister");
+        std::atomic<bool> hasReturned{false};
+        std::thread ending([&] {
+            subscription.Unsubscribe();
+            hasReturned = true;
+        });
+        platform::Event never;
+        never.Wait(1); // mostly enough for it to wait
+        staying.goOn.Set();
+        EXPECT_TRUE(sdk.WaitForCall(takeBack));
+        EXPECT_FALSE(support::WaitUntil([&] { return hasReturned.load(); }, 2)) << round;
+        sdk.Release("PxnFeatureInvalidationUnregister");
+        ending.join();
+        sdkThread.join();
+        EXPECT_EQ(HubCalls(), (Texts{add, takeBack}));
+        EXPECT_TRUE(sdk.Registrations().empty());
+    }
 }
 
 TEST_F(InvalidationHubTest, LeavesTheRegistrationToARunningCallThatMustNotBeWaitedFor) {
