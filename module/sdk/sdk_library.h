@@ -56,8 +56,9 @@ void RememberUnclosedCamera(std::unique_ptr<CameraNote> camera);
 /// The SDK has closed the camera and dropped what was registered for its modules.
 void ForgetRegistrations(const CPyxenAPIAccess& api, const CameraNote& camera);
 
-/// Tries once more to close the remembered cameras of the library behind `api`, which is valid.
-/// Logs nothing. Does nothing inside a frame callback, where the SDK closes no camera.
+/// Tries once more to close the remembered cameras of the library behind `api`, which is valid. One
+/// that the SDK no longer knows is closed. Logs nothing. Does nothing inside a frame callback, where
+/// the SDK closes no camera.
 void CloseRememberedCameras(const CPyxenAPIAccess& api);
 
 } // namespace pyxen

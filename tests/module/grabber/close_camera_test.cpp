@@ -122,6 +122,28 @@ TEST_F(CloseCamera, ReportsAFailureUnderItsOldTagAndClosesAllTheSame) {
     EXPECT_EQ(Grabber().CameraHandle(), nullptr);
 }
 
+TEST_F(CloseCamera, TriesOnceMoreWhenTheCameraHasVanished) {
+    Open();
+    sdk.FailAlways("PxnCameraClose", PxnErrBadHandle);
+    EXPECT_EQ(Grabber().CloseActCamera(), MV_OK);
+    sdk.ClearCalls();
+    EXPECT_EQ(Grabber().RefreshCameraList(), MV_OK);
+    EXPECT_EQ(sdk.TakeCalls({"PxnCameraClose"}), Texts{"PxnCameraClose(camera0)"});
+    EXPECT_EQ(Grabber().RefreshCameraList(), MV_OK);
+    EXPECT_EQ(sdk.TakeCalls({"PxnCameraClose"}), Texts{});
+}
+
+TEST_F(CloseCamera, TriesAgainAndAgainWhenTheSdkRefusesOtherwise) {
+    Open();
+    sdk.FailAlways("PxnCameraClose", PxnErrIO);
+    EXPECT_EQ(Grabber().CloseActCamera(), MV_OK);
+    for (unsigned attempt = 0; attempt < 3; ++attempt) {
+        sdk.ClearCalls();
+        EXPECT_EQ(Grabber().RefreshCameraList(), MV_OK);
+        EXPECT_EQ(sdk.TakeCalls({"PxnCameraClose"}), Texts{"PxnCameraClose(camera0)"});
+    }
+}
+
 TEST_F(CloseCamera, ForgetsThatBuffersWerePrepared) {
     Prepare(2);
     ASSERT_EQ(Grabber().CloseActCamera(), MV_OK);
