@@ -2,6 +2,7 @@
 #include "race_fixture.h"
 
 #include <atomic>
+#include <iterator>
 
 namespace {
 
