@@ -104,7 +104,7 @@ elif [ "$(cache MIVORA_CHECKS)" = ON ]; then
       cmake --build "$work/release" --target Mivora
   } >"$work/log" 2>&1 || { cat "$work/log"; exit 1; }
   check_products "$work/release" libMivora.so
-  nm -D "$work/release/bin/libMivora.so" | grep -qE ' U __[a-z]*printf_chk' ||
+  grep -qE ' U __[a-z]*printf_chk' <<<"$(nm -D "$work/release/bin/libMivora.so")" ||
     complain "libMivora.so calls no checked function"
   check_commands "$work/release"
 fi
