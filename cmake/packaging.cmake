@@ -20,7 +20,7 @@ endif()
 install(TARGETS Mivora EXPORT MivoraTargets)
 install(TARGETS MivoraKVNPyxen
         RUNTIME DESTINATION ${MIVORA_INSTALL_PLUGINDIR} LIBRARY DESTINATION ${MIVORA_INSTALL_PLUGINDIR})
-foreach(sdk IN ITEMS simulator genicam)
+foreach(sdk IN ITEMS simulator genicam trace)
   if(TARGET pxnc_${sdk})
     install(TARGETS pxnc_${sdk}
             RUNTIME DESTINATION ${MIVORA_INSTALL_PLUGINDIR}/${sdk}/Bin

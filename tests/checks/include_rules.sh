@@ -33,6 +33,8 @@ forbid pxnc "mivora/|$module|apps/|host/" \
 forbid pxnc/conformance 'pxnc/(skeleton|simulator|genicam)' 'checks know an SDK by its interface alone'
 forbid 'pxnc/skeleton pxnc/simulator pxnc/genicam' 'pxnc/conformance' 'no SDK knows its checks'
 forbid 'pxnc/skeleton' 'pxnc/(simulator|genicam)' 'what all SDKs share knows none of them'
+forbid pxnc/trace 'pxnc/(conformance|skeleton|simulator|genicam)' 'a trace knows an SDK by its interface alone'
+forbid 'pxnc/conformance pxnc/skeleton pxnc/simulator pxnc/genicam' 'pxnc/trace' 'no SDK knows that it is traced'
 forbid pxnc/simulator 'pxnc/genicam' 'no SDK knows another'
 forbid pxnc/genicam 'pxnc/simulator' 'no SDK knows another'
 for ((at = 0; at < ${#order[@]}; ++at)); do
@@ -49,6 +51,6 @@ forbid apps/mivora "pxnc|$module" \
   'mivora knows only the host and what all programs share'
 
 found=$(grep -rnE --include='*.h' --include='*.cpp' '^[[:space:]]*#[[:space:]]*(if|ifdef|ifndef|elif).*(_WIN32|__linux__|__unix__)' \
-  host module apps tests pxnc/conformance pxnc/simulator pxnc/skeleton pxnc/genicam bench fuzz 2>/dev/null || true)
+  host module apps tests pxnc/conformance pxnc/simulator pxnc/skeleton pxnc/genicam pxnc/trace bench fuzz 2>/dev/null || true)
 [ -z "$found" ] || complain 'the platform is asked for only in platform/ and afx/:' "$found"
 exit "$status"

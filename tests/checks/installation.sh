@@ -28,6 +28,12 @@ cameras=$("$prefix/bin/mivora" cameras --json)
 }
 "$prefix/bin/mivora" --sdk genicam cameras >/dev/null # no camera is fine, no library is not
 
+"$prefix/bin/mivora" --trace-sdk "$2/installed.trace" cameras >/dev/null
+"$prefix/bin/pyxen-tool" trace "$2/installed.trace" --call PxnCamerasList | grep -qF 'found=3' || {
+  echo "the installed program traces no list of cameras"
+  exit 1
+}
+
 cache() { sed -n "s/^$1:[A-Z]*=//p" "$2/CMakeCache.txt"; }
 sanitize=$(cache MIVORA_SANITIZE "$2")
 cmake -S tests/checks/consumer -B "$2/consumer" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" \

@@ -51,6 +51,7 @@ tests/pxnc/conformance/genicam_conformance_test.cpp
 tests/pxnc/conformance/scripted_conformance_test.cpp
 tests/pxnc/conformance/simulator_conformance_test.cpp
 tests/pxnc/genicam/growth_test.cpp
+tests/pxnc/conformance/traced_conformance_test.cpp
 tests/pxnc/genicam/packet_test.cpp
 tests/pxnc/include/record_layout_test.cpp
 tests/pxnc/simulator/clock_test.cpp

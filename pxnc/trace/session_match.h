@@ -1,0 +1,35 @@
+// session_match.h - which pointers of a session stand for which of its trace
+#pragma once
+
+#include "pxnc/trace/value.h"
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace sdktrace {
+
+/// A path without its directory, by the rules of either platform.
+std::string FileNameOf(const std::string& path);
+
+/// The values of arguments that a host passes now.
+std::vector<Value> ValuesOf(Entry entry, const Words& words);
+
+/// Compares arguments with those in a trace. Handles are those of the trace; frames, callbacks and
+/// contexts have other addresses and are learned. Of paths the file names are compared, as
+/// directories differ from run to run. One thread at a time.
+class SessionMatch {
+public:
+    bool Matches(Entry entry, const std::vector<Value>& traced,
+                 const std::vector<Value>& now) const;
+    /// Takes over the pointers of arguments that match.
+    void Learn(Entry entry, const std::vector<Value>& traced, const std::vector<Value>& now);
+    /// What stands for a frame, callback or context of the trace; 0 when it was never passed.
+    std::uint64_t Current(std::uint64_t traced) const;
+
+private:
+    std::map<std::uint64_t, std::uint64_t> current;
+};
+
+} // namespace sdktrace

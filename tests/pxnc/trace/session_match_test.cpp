@@ -1,0 +1,77 @@
+// session_match_test.cpp - which pointers of a session stand for which of its trace
+#include "pxnc/trace/session_match.h"
+
+#include "tests/pxnc/trace/trace_fixture.h"
+
+namespace trace_tests {
+namespace {
+
+using sdktrace::SessionMatch;
+using sdktrace::ValuesOf;
+
+template <typename... Arguments>
+std::vector<sdktrace::Value> Values(Entry entry, Arguments... arguments) {
+    return ValuesOf(entry, ToWords(arguments...));
+}
+
+TEST(SessionMatchTest, ComparesNumbersTextsAndPlaces) {
+    const SessionMatch match;
+    std::int64_t place = 0;
+    const auto traced = Values(Entry::kPxnFeatureIntGet, PXN_SYSTEM_HANDLE, "Width", &place);
+    std::int64_t other = 0;
+    const auto matches = [&](const char* name, std::int64_t* value) {
+        return match.Matches(Entry::kPxnFeatureIntGet, traced,
+                             Values(Entry::kPxnFeatureIntGet, PXN_SYSTEM_HANDLE, name, value));
+    };
+    EXPECT_TRUE(matches("Width", &other));
+    EXPECT_FALSE(matches("Height", &other));
+    EXPECT_FALSE(matches(nullptr, &other));
+    EXPECT_FALSE(matches("Width", nullptr));
+}
+
+TEST(SessionMatchTest, ComparesTheNamesOfFiles) {
+    const SessionMatch match;
+    const auto traced = Values(Entry::kPxnStartup, L"/home/a/PxnC.xml");
+    const auto matches = [&](const wchar_t* path) {
+        return match.Matches(Entry::kPxnStartup, traced, Values(Entry::kPxnStartup, path));
+    };
+    EXPECT_TRUE(matches(L"C:\\b\\PxnC.xml"));
+    EXPECT_TRUE(matches(L"PxnC.xml"));
+    EXPECT_FALSE(matches(L"/home/a/Other.xml"));
+    EXPECT_FALSE(matches(nullptr));
+}
+
+TEST(SessionMatchTest, LearnsFramesAndHoldsOnToThem) {
+    SessionMatch match;
+    PxnFrame traced[2]{};
+    PxnFrame now[2]{};
+    for (int i = 0; i < 2; ++i) {
+        traced[i].bufferSize = now[i].bufferSize = 100;
+        const auto before = Values(Entry::kPxnFrameAnnounce, nullptr, &traced[i], 112u);
+        const auto after = Values(Entry::kPxnFrameAnnounce, nullptr, &now[i], 112u);
+        ASSERT_TRUE(match.Matches(Entry::kPxnFrameAnnounce, before, after));
+        match.Learn(Entry::kPxnFrameAnnounce, before, after);
+    }
+    const auto isSame = [&](const PxnFrame* before, const PxnFrame* after) {
+        return match.Matches(Entry::kPxnFrameRevoke,
+                             Values(Entry::kPxnFrameRevoke, nullptr, before),
+                             Values(Entry::kPxnFrameRevoke, nullptr, after));
+    };
+    EXPECT_TRUE(isSame(&traced[1], &now[1]));
+    EXPECT_FALSE(isSame(&traced[1], &now[0]));
+    EXPECT_FALSE(isSame(&traced[1], nullptr));
+    EXPECT_EQ(match.Current(sdktrace::ToWord(&traced[0])), sdktrace::ToWord(&now[0]));
+    EXPECT_EQ(match.Current(sdktrace::ToWord(&now[0])), 0u);
+    now[1].bufferSize = 99;
+    EXPECT_FALSE(match.Matches(Entry::kPxnFrameAnnounce,
+                               Values(Entry::kPxnFrameAnnounce, nullptr, &traced[1], 112u),
+                               Values(Entry::kPxnFrameAnnounce, nullptr, &now[1], 112u)));
+}
+
+TEST(SessionMatchTest, RefusesWhatIsNotInTheTrace) {
+    EXPECT_FALSE(SessionMatch().Matches(Entry::kPxnFeatureCommandRun, {},
+                                        Values(Entry::kPxnFeatureCommandRun, nullptr, "A")));
+}
+
+} // namespace
+} // namespace trace_tests
