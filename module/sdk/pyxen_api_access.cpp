@@ -20,6 +20,7 @@ constexpr const char* kHomeVariable = "PYXEN_HOME";
 constexpr const char* kHomeSubdirectory = "Bin";
 constexpr const char* kLibraryBaseName = "PxnC";
 constexpr std::size_t kFullPathCapacity = 260;
+constexpr std::uint16_t kNoVersionPart = 65535;
 
 // Empty when there is no home directory. One that does not exist is tried all the same.
 std::string FindHomeDirectory() {
@@ -78,6 +79,7 @@ void CPyxenAPIAccess::Unload() {
     }
     libraryUse.End();
     versionInfo.Clear();
+    versionBehind.reset();
 #define PYXEN_CLEAR_ENTRY(name) name = nullptr;
     PXN_ENTRIES(PYXEN_CLEAR_ENTRY)
 #undef PYXEN_CLEAR_ENTRY
@@ -86,6 +88,9 @@ void CPyxenAPIAccess::Unload() {
 }
 
 std::uint16_t CPyxenAPIAccess::GetFileVersionPart(unsigned part) const {
+    if (versionBehind) {
+        return part < versionBehind->size() ? (*versionBehind)[part] : kNoVersionPart;
+    }
     return versionInfo.Part(part);
 }
 
@@ -125,7 +130,19 @@ bool CPyxenAPIAccess::LoadLibraryFrom(const std::string& directory, const std::s
         path = full;
     }
     versionInfo.Read(path);
-    return library.Load(path, absolute);
+    if (!library.Load(path, absolute)) {
+        return false;
+    }
+    TakeVersionBehind();
+    return true;
+}
+
+void CPyxenAPIAccess::TakeVersionBehind() {
+    using StoreVersion = void (*)(std::uint16_t * parts);
+    const auto store = reinterpret_cast<StoreVersion>(library.FindSymbol("PxnLibraryVersion"));
+    if (store) {
+        store(versionBehind.emplace().data());
+    }
 }
 
 bool CPyxenAPIAccess::ResolveEntries() {

@@ -9,9 +9,11 @@
 #include "sdk/logger.h"
 #include "sdk/sdk_library.h"
 
+#include <array>
 #include <atomic>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace pyxen {
@@ -94,6 +96,8 @@ public:
 private:
     void LoadSdkLibrary();
     bool LoadLibraryFrom(const std::string& directory, const std::string& file);
+    /// A library that passes calls on to another one reports that one's version.
+    void TakeVersionBehind();
     /// False when an entry is missing; the others are resolved all the same.
     bool ResolveEntries();
     void StartSdk(const char* configPath);
@@ -102,6 +106,7 @@ private:
     std::string dllName;
     platform::SharedLibrary library;
     platform::FileVersion versionInfo;
+    std::optional<std::array<std::uint16_t, 4>> versionBehind;
     pyxen::SdkLibraryUse libraryUse;                       // while the SDK is started
     std::shared_ptr<pyxen::InvalidationHub> invalidations; // while valid
     std::atomic<bool> valid{false};
