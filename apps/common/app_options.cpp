@@ -3,10 +3,18 @@
 
 #include "apps/common/command_failure.h"
 #include "apps/common/command_line.h"
+#include "apps/common/sdk_control.h"
 #include "platform/environment.h"
 #include "platform/file_system.h"
+#include "platform/shared_library.h"
+
+#include <cstring>
 
 namespace {
+
+constexpr const char* kHome = "PYXEN_HOME";
+constexpr const char* kTracePrefix = "trace:";
+constexpr std::uint32_t kMostTraceMegabytes = 1u << 20;
 
 /// The module or a camera SDK: beside the program, as in a build directory, or where an
 /// installation has them.
@@ -18,14 +26,46 @@ std::string FindPart(const std::string& name) {
     return platform::PathExists(beside) || !platform::PathExists(installed) ? beside : installed;
 }
 
+bool IsReplay(const AppOptions& options) {
+    return options.sdk.rfind(kTracePrefix, 0) == 0;
+}
+
+/// The directory of an SDK that is no trace.
+std::string SdkHome(const std::string& sdk) {
+    if (sdk.empty()) {
+        const std::string home = platform::GetEnvironment(kHome);
+        return home.empty() ? FindPart("simulator") : home;
+    }
+    return sdk == "simulator" || sdk == "genicam" ? FindPart(sdk) : sdk;
+}
+
+void SetVariable(const char* name, const std::string& value) {
+    if (!platform::SetEnvironment(name, value)) {
+        throw CommandFailure(std::string("cannot set ") + name + " to " + value);
+    }
+}
+
 } // namespace
 
 void AddAppOptions(CommandLine& program, AppOptions& options) {
     program
         .AddOption("--sdk", options.sdk,
-                   "Camera SDK: simulator, genicam, or a directory that has the SDK's library in "
-                   "its subdirectory Bin. Default: PYXEN_HOME of the environment, else simulator")
-        .TypeName("simulator|genicam|DIR");
+                   "Camera SDK: simulator, genicam, trace:FILE to play back a traced session, or "
+                   "a directory that has the SDK's library in its subdirectory Bin. Default: "
+                   "PYXEN_HOME of the environment, else simulator")
+        .TypeName("simulator|genicam|trace:FILE|DIR");
+    program
+        .AddOption("--trace-sdk", options.traceFile,
+                   "Write every call of the camera SDK and every callback to a file that "
+                   "pyxen-tool trace prints (docs/sdk-trace.md)")
+        .TypeName("FILE");
+    program
+        .AddOption("--trace-size", options.traceMegabytes,
+                   "Greatest size of that file; what is oldest in it goes first")
+        .TypeName("MB")
+        .ShowDefault()
+        .Within(1u, kMostTraceMegabytes);
+    program.AddFlag("--trace-frames", options.traceFrames, "Trace the images of frames as well");
     program
         .AddOption("--sdk-script", options.sdkScript,
                    "Run the lines of a file on the SDK's control interface before the grabber is "
@@ -52,19 +92,35 @@ void AddAppOptions(CommandLine& program, AppOptions& options) {
         .TypeName("N|ID");
 }
 
-void ApplySdk(const std::string& sdk) {
-    std::string home = sdk;
-    if (sdk.empty()) {
-        if (!platform::GetEnvironment("PYXEN_HOME").empty()) {
-            return;
-        }
-        home = FindPart("simulator");
-    } else if (sdk == "simulator" || sdk == "genicam") {
-        home = FindPart(sdk);
+void ApplySdk(const AppOptions& options) {
+    const bool isReplay = IsReplay(options);
+    const bool isTraced = !options.traceFile.empty();
+    if (options.sdk.empty() && !isTraced && !platform::GetEnvironment(kHome).empty()) {
+        return;
     }
-    if (!platform::SetEnvironment("PYXEN_HOME", home)) {
-        throw CommandFailure("cannot set PYXEN_HOME to " + home);
+    std::string home = SdkHome(options.sdk);
+    if (isReplay || isTraced) {
+        SetVariable("PYXEN_TRACE_REPLAY",
+                    isReplay ? options.sdk.substr(std::strlen(kTracePrefix)) : "");
+        SetVariable("PYXEN_TRACE_SDK", isReplay ? "" : home);
+        SetVariable("PYXEN_TRACE_FILE", options.traceFile);
+        SetVariable("PYXEN_TRACE_SIZE", std::to_string(options.traceMegabytes));
+        SetVariable("PYXEN_TRACE_FRAMES", options.traceFrames ? "1" : "");
+        home = FindPart("trace");
     }
+    SetVariable(kHome, home);
+}
+
+int FinishTrace(const AppOptions& options, int status) {
+    if (status != 0 || (!IsReplay(options) && options.traceFile.empty())) {
+        return status;
+    }
+    platform::SharedLibrary library;
+    using Finish = std::int32_t (*)();
+    const auto finish = library.Load(SdkLibraryPath(), true)
+                            ? reinterpret_cast<Finish>(library.FindSymbol("PxnTraceFinish"))
+                            : nullptr;
+    return finish && finish() == 0 ? 1 : 0;
 }
 
 std::string ModuleFile(const AppOptions& options) {

@@ -1,23 +1,32 @@
 // app_options.h - the options that the programs share
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 class CommandLine;
 
 struct AppOptions {
-    std::string sdk;    ///< simulator, genicam or a directory; empty: PYXEN_HOME, else simulator
-    std::string module; ///< file of the grabber module; empty: the one beside the program
+    /// simulator, genicam, trace:FILE or a directory; empty: PYXEN_HOME, else simulator.
+    std::string sdk;
+    std::string module;     ///< file of the grabber module; empty: the one beside the program
     std::string configFile; ///< the host's ini file, or empty
     std::string log;        ///< file or "-", empty for none
     std::string sdkScript;  ///< script for the SDK's control interface, or empty
     std::string camera;     ///< index, unique id or name; empty: as configured, else the first
+    std::string traceFile;  ///< where calls of the SDK are traced to, or empty
+    std::uint32_t traceMegabytes = 64; ///< the trace's greatest size
+    bool traceFrames = false;          ///< trace the content of frames as well
 };
 
 /// Adds the options to a program's command line.
 void AddAppOptions(CommandLine& program, AppOptions& options);
 
-/// Sets PYXEN_HOME of this process for the value of --sdk. Throws CommandFailure.
-void ApplySdk(const std::string& sdk);
+/// Sets PYXEN_HOME of this process for the value of --sdk, and what the library for traces reads
+/// from the environment. Throws CommandFailure.
+void ApplySdk(const AppOptions& options);
+/// At the end of a program: ends the trace. Returns `status`, but 1 in place of 0 when a session
+/// that was played back from a trace differed from it, which the library has reported.
+int FinishTrace(const AppOptions& options, int status);
 /// The grabber module to load.
 std::string ModuleFile(const AppOptions& options);

@@ -23,6 +23,21 @@ constexpr std::pair<const char*, std::uint64_t SdkCounts::*> kCounts[] = {
 constexpr std::uint32_t kAnswerSize = 1u << 20;
 constexpr std::size_t kPathLimit = 4096;
 
+std::string LibraryBelow(const std::string& home) {
+    return platform::FullPath(
+        platform::JoinPath(platform::JoinPath(home, "Bin"), platform::LibraryFileName("PxnC")),
+        kPathLimit);
+}
+
+std::string LibraryProblem(const std::string& path) {
+    if (!platform::PathExists(path)) {
+        return "there is no file " + path;
+    }
+    std::string error;
+    platform::SharedLibrary library;
+    return library.Load(path, true, &error) ? "" : path + ": " + error;
+}
+
 } // namespace
 
 SdkCounts& SdkCounts::operator+=(const SdkCounts& other) {
@@ -41,20 +56,13 @@ SdkCounts SdkCounts::operator-(const SdkCounts& other) const {
 }
 
 std::string SdkLibraryPath() {
-    const std::string home = platform::GetEnvironment("PYXEN_HOME");
-    return platform::FullPath(
-        platform::JoinPath(platform::JoinPath(home, "Bin"), platform::LibraryFileName("PxnC")),
-        kPathLimit);
+    return LibraryBelow(platform::GetEnvironment("PYXEN_HOME"));
 }
 
 std::string SdkLibraryProblem() {
-    const std::string path = SdkLibraryPath();
-    if (!platform::PathExists(path)) {
-        return "there is no file " + path;
-    }
-    std::string error;
-    platform::SharedLibrary library;
-    return library.Load(path, true, &error) ? "" : path + ": " + error;
+    const std::string problem = LibraryProblem(SdkLibraryPath());
+    const std::string traced = platform::GetEnvironment("PYXEN_TRACE_SDK");
+    return problem.empty() && !traced.empty() ? LibraryProblem(LibraryBelow(traced)) : problem;
 }
 
 std::int32_t SdkControl::Run(const std::string& command, std::string& answer) {

@@ -9,7 +9,8 @@
 
 /// The absolute path of the SDK library that a grabber module loads, according to PYXEN_HOME.
 std::string SdkLibraryPath();
-/// The system's reason why that library cannot be loaded; empty if it can.
+/// The system's reason why that library, or the one whose calls it traces, cannot be loaded; empty
+/// if it can.
 std::string SdkLibraryProblem();
 
 /// The SDK's counts of buffers and frames, over all cameras since its startup.

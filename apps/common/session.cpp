@@ -32,7 +32,7 @@ std::string WithDirectory(const std::string& file) {
 
 Session::Session(const AppOptions& appOptions, IGrabberMaker& grabberMaker)
     : options(appOptions), maker(grabberMaker) {
-    ApplySdk(options.sdk);
+    ApplySdk(options);
     log.Open(options.log);
     RunSdkScript();
     grabber = maker.Create();

@@ -26,5 +26,5 @@ int main(int argumentCount, char** arguments) {
     AddSerialCommand(program, options, maker);
     AddWatchCommand(program, options, maker);
     AddShellCommand(program, options, maker);
-    return program.Run(argumentCount, arguments);
+    return FinishTrace(options, program.Run(argumentCount, arguments));
 }

@@ -12,6 +12,7 @@ void AddFeaturesCommand(CommandLine& program, const AppOptions& options, LinkedM
 void AddGetCommand(CommandLine& program, const AppOptions& options, LinkedMaker& maker);
 void AddSetCommand(CommandLine& program, const AppOptions& options, LinkedMaker& maker);
 void AddSdkCheckCommand(CommandLine& program, const AppOptions& options);
+void AddTraceCommand(CommandLine& program);
 void AddSyncCheckCommand(CommandLine& program);
 void AddConvertCommand(CommandLine& program);
 void AddFormatsCommand(CommandLine& program);

@@ -21,11 +21,12 @@ int main(int argumentCount, char** arguments) {
     AddSetCommand(program, options, linked);
     AddSyncCheckCommand(program);
     AddSdkCheckCommand(program, options);
+    AddTraceCommand(program);
     AddConvertCommand(program);
     AddFormatsCommand(program);
     AddCameraKeyCommand(program);
     AddShellCommand(program, options, maker, [&](ShellOperations& operations, const ShellContext&) {
         AddModuleOperations(operations, linked.Grabber());
     });
-    return program.Run(argumentCount, arguments);
+    return FinishTrace(options, program.Run(argumentCount, arguments));
 }

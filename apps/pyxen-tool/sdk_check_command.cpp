@@ -78,7 +78,7 @@ class SdkCheck {
 public:
     SdkCheck(const AppOptions& appOptions, const SdkCheckOptions& checkOptions)
         : options(checkOptions) {
-        ApplySdk(appOptions.sdk);
+        ApplySdk(appOptions);
         path = SdkLibraryPath();
         if (!appOptions.sdkScript.empty()) {
             control.RunScript(appOptions.sdkScript);

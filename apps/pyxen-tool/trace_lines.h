@@ -1,0 +1,39 @@
+// trace_lines.h - a trace of the camera SDK as lines of text
+#pragma once
+
+#include "pxnc/trace/trace_reader.h"
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+struct TraceFilter {
+    std::string call;         ///< part of the name; empty: all
+    std::string text;         ///< part of the line; empty: all
+    std::uint32_t thread = 0; ///< 0: all
+    bool onlyFailed = false;
+    bool isWhole = false; ///< neither texts nor lists are cut
+};
+
+/// Passes on a line for each call and callback that the filter lets through, in the order of their
+/// beginnings: seconds since the trace was begun, thread, the call with its result, its duration.
+/// What happens inside another call on the same thread is indented; callbacks begin with "> ".
+void PrintTrace(const sdktrace::Trace& trace, const TraceFilter& filter,
+                const std::function<void(const std::string& line)>& print);
+
+/// The calls of one kind.
+struct CallSummary {
+    std::size_t calls = 0;
+    std::size_t failed = 0;
+    std::uint64_t total = 0; ///< ns, of those that returned
+    std::uint64_t longest = 0;
+};
+/// By name, callbacks too.
+std::map<std::string, CallSummary> SummariseTrace(const sdktrace::Trace& trace);
+
+/// The first difference of each thread as text, "" for none. Threads are compared in the order in
+/// which they appear, their calls and callbacks in theirs, with arguments and results. Handles and
+/// pointers are counted, times and control commands are left out.
+std::vector<std::string> CompareTraces(const sdktrace::Trace& left, const sdktrace::Trace& right);
