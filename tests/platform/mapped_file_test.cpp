@@ -58,6 +58,10 @@ TEST_F(MappedFileTest, ReportsWhyAFileCannotBeCreated) {
     EXPECT_FALSE(file.Create(directory.PathOf("none/file"), kMappedBytes, &error));
     EXPECT_NE(error, "");
     EXPECT_FALSE(file.Create(directory.Path(), kMappedBytes));
+    error.clear();
+    EXPECT_FALSE(file.Create(path, std::size_t{1} << 60, &error)); // more than any disk has
+    EXPECT_NE(error, "");
+    EXPECT_FALSE(PathExists(path));
     EXPECT_EQ(file.Data(), nullptr);
     EXPECT_TRUE(IsDirectory(directory.Path()));
 }

@@ -182,6 +182,29 @@ TEST_F(SdkTrace, PassesTheControlInterfaceOn) {
                  "command=\"status\", answerSize=1048576) = 0, answer=");
 }
 
+TEST_F(SdkTrace, ServesHostsWithoutTheOptions) {
+    platform::ProcessStart start = support::ProgramStart("mivora", WithConfig({"info"}));
+    const std::string sdk = support::BuiltFile("simulator");
+    start.environment = {{"PYXEN_HOME", support::BuiltFile("trace")},
+                         {"PYXEN_TRACE_SDK", sdk},
+                         {"PYXEN_TRACE_FILE", PathOf("a.trace")},
+                         {"PYXEN_TRACE_SIZE", "2"}};
+    ExpectDone(support::RunProgram(start));
+    EXPECT_PRED2(Contains, Print({}).output, "PxnCameraOpen(id=\"Eth0|A\"");
+    start.environment = {{"PYXEN_HOME", support::BuiltFile("trace")},
+                         {"PYXEN_TRACE_REPLAY", PathOf("a.trace")}};
+    ExpectDone(support::RunProgram(start));
+    start.environment.back() = {"PYXEN_TRACE_SDK", ""};
+    ExpectFailure(support::RunProgram(start), 1, {"PxnC: PYXEN_TRACE_SDK names no camera SDK"});
+    start.environment.back() = {"PYXEN_TRACE_SDK", support::BuiltFile("incomplete")};
+    ExpectFailure(support::RunProgram(start), 1, {" lacks Pxn"});
+    start.environment = {{"PYXEN_HOME", support::BuiltFile("trace")},
+                         {"PYXEN_TRACE_SDK", sdk},
+                         {"PYXEN_TRACE_FILE", PathOf("b.trace")},
+                         {"PYXEN_TRACE_SIZE", "much"}};
+    ExpectFailure(support::RunProgram(start), 1, {"PYXEN_TRACE_SIZE=much is no size in MB"});
+}
+
 TEST_F(SdkTrace, SaysWhyThereIsNone) {
     ExpectFailure(Mivora({"--trace-sdk", PathOf("none/a.trace"), "info"}), 1,
                   {"PxnC: cannot write the trace " + PathOf("none/a.trace") + ": "});

@@ -330,6 +330,20 @@ TEST_F(ApiAccess, AFileWithoutVersionHasNoParts) {
     }
 }
 
+TEST_F(ApiAccess, VersionPartsAreThoseOfALibraryBehind) {
+    {
+        const EnvironmentGuard variable("PYXEN_HOME", BesideTests("forwarding"));
+        ASSERT_TRUE(api.Load(nullptr, nullptr));
+        for (unsigned part = 0; part < 4; ++part) {
+            EXPECT_EQ(api.GetFileVersionPart(part), 5 + part);
+        }
+        EXPECT_EQ(api.GetFileVersionPart(4), 65535);
+    }
+    const EnvironmentGuard variable("PYXEN_HOME", BesideTests("bare"));
+    ASSERT_TRUE(api.Load(nullptr, nullptr));
+    EXPECT_EQ(api.GetFileVersionPart(0), 65535);
+}
+
 // Runs out of memory at one of its lines.
 class FailingSink final : public ILogSink {
 public:
