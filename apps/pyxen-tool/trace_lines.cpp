@@ -79,8 +79,8 @@ std::vector<ThreadLines> LinesByThread(const Trace& trace) {
             threads.emplace_back();
         }
         auto& [index, text] = place->second;
-        const std::string name = CallName(event);
-        threads[index].lines.push_back(IsBegin(event) ? text.Begin(event) : name + text.End(event));
+        threads[index].lines.push_back(
+            IsBegin(event) ? text.Begin(event) : "end of " + CallName(event) + text.End(event));
         threads[index].times.push_back(event.time);
     }
     return threads;

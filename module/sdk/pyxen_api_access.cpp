@@ -51,6 +51,7 @@ bool CPyxenAPIAccess::Load(const char* configPath, Logger sink) {
     Unload();
     try {
         LoadSdkLibrary();
+        TakeVersionBehind();
         // Never valid, not even for a moment, while an entry is missing: Unload calls one.
         valid = library.IsLoaded() && ResolveEntries();
         if (!valid) {
@@ -130,11 +131,7 @@ bool CPyxenAPIAccess::LoadLibraryFrom(const std::string& directory, const std::s
         path = full;
     }
     versionInfo.Read(path);
-    if (!library.Load(path, absolute)) {
-        return false;
-    }
-    TakeVersionBehind();
-    return true;
+    return library.Load(path, absolute);
 }
 
 void CPyxenAPIAccess::TakeVersionBehind() {

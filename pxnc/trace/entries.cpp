@@ -300,7 +300,7 @@ PxnError PXN_CALL PxnChunkDataAccess(const PxnFrame* frame, PxnChunkAccessCallba
 
 std::int32_t PxnControl(const char* command, char* answer, std::uint32_t answerSize) {
     const SdkFunctions* const behind = Library::Instance().Behind();
-    if (behind && !behind->PxnControl) {
+    if (behind && !behind->control) {
         if (answer && answerSize > 0) {
             const std::size_t length =
                 std::min<std::size_t>(std::strlen(kNoControl), answerSize - 1);
@@ -309,7 +309,7 @@ std::int32_t PxnControl(const char* command, char* answer, std::uint32_t answerS
         }
         return PxnErrNotImplemented;
     }
-    return Pass(Entry::kPxnControl, &SdkFunctions::PxnControl, command, answer, answerSize);
+    return Pass(Entry::kPxnControl, &SdkFunctions::control, command, answer, answerSize);
 }
 
 void PxnLibraryVersion(std::uint16_t* parts) {

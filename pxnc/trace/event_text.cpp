@@ -104,7 +104,9 @@ std::string EventText::Result(const Parameter& parameter, const Value& value) {
     case Value::Type::kText:
         return Quoted(value.text);
     case Value::Type::kBytes:
-        return parameter.kind == Kind::kOutChars ? Quoted(value.text.c_str()) : Bytes(value.text);
+        return parameter.kind == Kind::kOutChars
+                   ? Quoted(value.text.substr(0, value.text.find('\0')))
+                   : Bytes(value.text);
     case Value::Type::kWord:
         return parameter.kind == Kind::kFrameToFill ? Frame(value)
                                                     : Word(parameter.kind, value.word);

@@ -105,7 +105,7 @@ bool Library::LoadBehind(const std::string& home, std::string& problem) {
         problem = path + " lacks" + missing;
         return false;
     }
-    functions.PxnControl = reinterpret_cast<ControlFunction>(behind.FindSymbol("PxnControl"));
+    functions.control = reinterpret_cast<ControlFunction>(behind.FindSymbol("PxnControl"));
     platform::FileVersion file;
     file.Read(path);
     for (unsigned part = 0; part < version.size(); ++part) {

@@ -23,7 +23,7 @@ struct SdkFunctions {
 #define PXN_TRACE_MEMBER(name) decltype(&::name) name = nullptr;
     PXN_ENTRIES(PXN_TRACE_MEMBER)
 #undef PXN_TRACE_MEMBER
-    ControlFunction PxnControl = nullptr;
+    ControlFunction control = nullptr;
 };
 
 /// Set up once, from the environment, by the first call of the process (docs/sdk-trace.md has the
