@@ -135,7 +135,7 @@ bool CPyxenAPIAccess::LoadLibraryFrom(const std::string& directory, const std::s
 }
 
 void CPyxenAPIAccess::TakeVersionBehind() {
-    using StoreVersion = void (*)(std::uint16_t * parts);
+    using StoreVersion = void (*)(std::uint16_t*);
     const auto store = reinterpret_cast<StoreVersion>(library.FindSymbol("PxnLibraryVersion"));
     if (store) {
         store(versionBehind.emplace().data());
