@@ -77,6 +77,13 @@ bool ScriptedFrames::Complete(std::uint64_t index, PxnError code, const Filling&
     return true;
 }
 
+void ScriptedFrames::WriteQueued(const Filling& filling) {
+    platform::MutexLock lock(mutex);
+    for (const SlotPointer& slot : queue) {
+        Write(*slot, filling);
+    }
+}
+
 std::vector<std::uint64_t> ScriptedFrames::AnnouncedFrames() const {
     platform::MutexLock lock(mutex);
     std::vector<std::uint64_t> indices;

@@ -34,6 +34,9 @@ public:
     /// Ends the wait for a frame that was queued without a callback; false when there is none.
     bool Complete(std::uint64_t index, PxnError code, const Filling& filling);
 
+    std::size_t IndexOfCamera() const { return camera; }
+    /// Fills the queued frames, which stay queued.
+    void WriteQueued(const Filling& filling);
     std::vector<std::uint64_t> AnnouncedFrames() const;
     /// Null when there is no such frame, announced or queued.
     PxnFrame* FrameOf(std::uint64_t index) const;

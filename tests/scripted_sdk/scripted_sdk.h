@@ -103,6 +103,13 @@ public:
     /// The frame of that index, announced or queued, or null.
     virtual PxnFrame* FrameOf(std::uint64_t frame) = 0;
     virtual bool IsCapturing() = 0;
+    /// Deliver for the frames of one camera.
+    virtual bool DeliverFrom(std::size_t camera, std::uint64_t frame,
+                             std::int32_t status = PxnFrameStatusComplete) = 0;
+    /// Fills every queued frame of every camera, record and buffer, and keeps it queued: what an
+    /// SDK may do with a frame from the moment it has it until it gives it back.
+    virtual void WriteQueuedFrames(std::uint8_t fill) = 0;
+    virtual std::size_t CountOpenCameras() = 0;
 
     // ---- invalidation ----
     virtual std::vector<Registration> Registrations() = 0;

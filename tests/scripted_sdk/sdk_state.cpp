@@ -298,6 +298,25 @@ bool SdkState::IsCapturing() {
                        [](const auto& frames) { return frames->IsCapturing(); });
 }
 
+bool SdkState::DeliverFrom(std::size_t camera, std::uint64_t frame, std::int32_t status) {
+    for (const auto& frames : OpenCameras()) {
+        if (frames->IndexOfCamera() == camera) {
+            return frames->Deliver(frame, {.status = status}, [] {});
+        }
+    }
+    return false;
+}
+
+void SdkState::WriteQueuedFrames(std::uint8_t fill) {
+    for (const auto& frames : OpenCameras()) {
+        frames->WriteQueued({.byte = fill});
+    }
+}
+
+std::size_t SdkState::CountOpenCameras() {
+    return OpenCameras().size();
+}
+
 // ---- invalidation ----
 
 std::vector<Registration> SdkState::Registrations() {

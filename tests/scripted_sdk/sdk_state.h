@@ -46,6 +46,9 @@ public:
     PxnFrame* FrameOf(std::uint64_t frame) override;
     std::vector<std::uint64_t> QueuedFrames() override;
     bool IsCapturing() override;
+    bool DeliverFrom(std::size_t camera, std::uint64_t frame, std::int32_t status) override;
+    void WriteQueuedFrames(std::uint8_t fill) override;
+    std::size_t CountOpenCameras() override;
     std::vector<Registration> Registrations() override;
     unsigned Fire(PxnHandle handle, const std::string& feature) override;
     std::vector<PxnFrame*> PastFrames() override;
