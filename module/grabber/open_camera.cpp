@@ -36,6 +36,7 @@ bool OpenCamera::Open(PxnCameraInfo& record, const CIniFile* ini, const char* co
         ReportSdkError("CMivoraKVNPyxenClass::OpenActCamera", result, log);
         return false;
     }
+    ForgetReopenedCamera(api, handle);
     if (openNote && openNote->handle != handle) {
         // The host has not closed the former one.
         acquisition.LeaveCamera(std::move(openNote));

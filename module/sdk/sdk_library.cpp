@@ -102,6 +102,18 @@ void ForgetRegistrations(const CPyxenAPIAccess& api, const CameraNote& camera) {
     }
 }
 
+void ForgetReopenedCamera(const CPyxenAPIAccess& api, PxnHandle handle) {
+    for (CameraList cameras = TakeCameras(api.GetLibraryHandle());
+         CameraList camera = Pop(cameras);) {
+        if (camera->handle == handle) {
+            ForgetRegistrations(api, *camera);
+            GiveBack(std::move(camera));
+        } else {
+            RememberUnclosedCamera(std::move(camera));
+        }
+    }
+}
+
 void CloseRememberedCameras(const CPyxenAPIAccess& api) {
     if (CallbackScope::IsInside()) {
         return;

@@ -53,6 +53,10 @@ private:
 /// on, since the SDK may call it. The library is in use.
 void RememberUnclosedCamera(std::unique_ptr<CameraNote> camera);
 
+/// The SDK has just opened a camera with that handle: a remembered one that had it is closed,
+/// whatever closing it returned. The library is in use.
+void ForgetReopenedCamera(const CPyxenAPIAccess& api, PxnHandle handle);
+
 /// The SDK has closed the camera and dropped what was registered for its modules.
 void ForgetRegistrations(const CPyxenAPIAccess& api, const CameraNote& camera);
 

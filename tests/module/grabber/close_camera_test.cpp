@@ -144,6 +144,26 @@ TEST_F(CloseCamera, TriesAgainAndAgainWhenTheSdkRefusesOtherwise) {
     }
 }
 
+// The SDK gives the handle to the camera again: what was remembered is closed.
+TEST_F(CloseCamera, ThatWasDoneAndReportedAsFailedLeavesTheHandleToTheNextOpening) {
+    static decltype(&::PxnCameraClose) close = nullptr;
+    Open();
+    close = Grabber().Api().PxnCameraClose;
+    Grabber().Api().PxnCameraClose = [](PxnHandle camera) -> PxnError {
+        close(camera);
+        return PxnErrIO;
+    };
+    EXPECT_EQ(Grabber().CloseActCamera(), MV_OK);
+    Grabber().Api().PxnCameraClose = close;
+    ASSERT_EQ(Grabber().OpenActCamera(), MV_OK);
+    Forget();
+    EXPECT_EQ(Grabber().Api().AllocateAndGetCameraList(nullptr), 1u);
+    EXPECT_EQ(sdk.Calls({"PxnCameraClose"}), Texts{});
+    EXPECT_EQ(sdk.CountOpenCameras(), 1u);
+    EXPECT_EQ(Grabber().CloseActCamera(), MV_OK);
+    EXPECT_EQ(sdk.CountOpenCameras(), 0u);
+}
+
 TEST_F(CloseCamera, ForgetsThatBuffersWerePrepared) {
     Prepare(2);
     ASSERT_EQ(Grabber().CloseActCamera(), MV_OK);
