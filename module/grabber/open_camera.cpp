@@ -34,6 +34,11 @@ bool OpenCamera::Open(PxnCameraInfo& record, const CIniFile* ini, const char* co
     if (const PxnError result =
             api.PxnCameraOpen(record.cameraIdExtended, PxnAccessModeFull, &handle)) {
         ReportSdkError("CMivoraKVNPyxenClass::OpenActCamera", result, log);
+        if (IsLeftOpen(handle, result)) {
+            spareNote->library = api.GetLibraryHandle();
+            spareNote->handle = handle;
+            RememberUnclosedCamera(std::move(spareNote));
+        }
         return false;
     }
     ForgetReopenedCamera(api, handle);
@@ -67,6 +72,12 @@ bool OpenCamera::Open(PxnCameraInfo& record, const CIniFile* ini, const char* co
                                                   : "First start snap then queue frames");
     }
     return true;
+}
+
+bool OpenCamera::IsLeftOpen(PxnHandle handle, PxnError result) const {
+    const bool isAnothers = result == PxnErrInUse || result == PxnErrInvalidAccess ||
+                            (openNote && openNote->handle == handle);
+    return handle && !isAnothers;
 }
 
 void OpenCamera::RefreshRecord(PxnCameraInfo& record) {

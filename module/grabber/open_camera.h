@@ -49,6 +49,8 @@ public:
 
 private:
     bool MakeSpareNote();
+    /// Whether an opening that returned `result` has left a camera open that nobody has.
+    bool IsLeftOpen(PxnHandle handle, PxnError result) const;
     void RefreshRecord(PxnCameraInfo& record);
     void FillCaches(const PxnCameraInfo& record);
     /// Returns whether frames are queued before the capture is started.

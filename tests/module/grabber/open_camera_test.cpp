@@ -140,6 +140,34 @@ TEST_F(OpenCameraTest, AnswersRefusedWhenTheSdkRefuses) {
     EXPECT_EQ(Grabber().OpenActCamera(), MV_OK);
 }
 
+// The SDK gave a handle all the same.
+TEST_F(OpenCameraTest, ThatWasDoneAndReportedAsFailedIsClosedBeforeTheNext) {
+    static decltype(&::PxnCameraOpen) open = nullptr;
+    static PxnError code = PxnErrSuccess;
+    for (const PxnError failure : {PxnErrTimeout, PxnErrInUse, PxnErrInvalidAccess}) {
+        Init();
+        open = Grabber().Api().PxnCameraOpen;
+        code = failure;
+        Grabber().Api().PxnCameraOpen = [](const char* id, std::uint32_t mode,
+                                           PxnHandle* camera) -> PxnError {
+            open(id, mode, camera);
+            return code;
+        };
+        EXPECT_EQ(Grabber().OpenActCamera(), MV_REFUSED);
+        EXPECT_EQ(Grabber().CloseActCamera(), MV_CAMERA_NOT_OPEN);
+        EXPECT_EQ(sdk.CountOpenCameras(), 1u);
+        Grabber().Api().PxnCameraOpen = open;
+        Forget();
+        // A camera that is said to be somebody's is left to them.
+        const bool isAnothers = failure != PxnErrTimeout;
+        EXPECT_EQ(Grabber().OpenActCamera(), isAnothers ? MV_REFUSED : MV_OK) << failure;
+        EXPECT_EQ(sdk.Calls({"PxnCameraClose"}),
+                  isAnothers ? Texts{} : Texts{"PxnCameraClose(camera0)"});
+        EXPECT_EQ(Grabber().DeInit(), MV_OK);
+        EXPECT_EQ(sdk.CountOpenCameras(), 0u);
+    }
+}
+
 TEST_F(OpenCameraTest, LeavesTheOpenCameraAloneWhenItIsOpenedAgain) {
     Open();
     EXPECT_EQ(Grabber().OpenActCamera(), MV_REFUSED);
