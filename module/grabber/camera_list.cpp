@@ -22,15 +22,15 @@ CMivoraCameraKVNPyxen* MakeNode(const PxnCameraInfo& record) {
     return node;
 }
 
-void DeleteNodes(CMivoraCamera* node) {
+} // namespace
+
+void DeleteCameraNodes(CMivoraCamera* node) {
     while (node) {
         CMivoraCamera* const next = node->GetNext();
         delete node;
         node = next;
     }
 }
-
-} // namespace
 
 bool MakeCameraNodes(const PxnCameraInfo* records, std::uint32_t count,
                      const CameraIdentity& identity, CameraNodes& nodes) {
@@ -39,7 +39,7 @@ bool MakeCameraNodes(const PxnCameraInfo* records, std::uint32_t count,
     for (std::uint32_t index = 0; index < count; ++index) {
         CMivoraCameraKVNPyxen* const node = MakeNode(records[index]);
         if (!node) {
-            DeleteNodes(made.first);
+            DeleteCameraNodes(made.first);
             return false;
         }
         node->SetPrev(last);

@@ -22,4 +22,7 @@ struct CameraNodes {
 bool MakeCameraNodes(const PxnCameraInfo* records, std::uint32_t count,
                      const CameraIdentity& identity, CameraNodes& nodes);
 
+/// Deletes a node and those behind it; null is allowed.
+void DeleteCameraNodes(CMivoraCamera* node);
+
 } // namespace pyxen

@@ -314,7 +314,12 @@ MV_ERRCODE CMivoraKVNPyxenClass::BuildInternalList() {
         return MV_REFUSED;
     }
     for (CMivoraCamera* node = nodes.first; node; node = node->GetNext()) {
-        node->BuildGfxModeList(this);
+        if (node->BuildGfxModeList(this) == 0) {
+            // Out of memory. A camera without its mode could not be used before the next listing.
+            DeleteCameraNodes(nodes.first);
+            StoreActCameraIndex(-1);
+            return MV_REFUSED;
+        }
     }
     StoreActCameraIndex(nodes.chosen);
     SetFirstCamera(nodes.first);

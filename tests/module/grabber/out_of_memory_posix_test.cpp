@@ -112,9 +112,14 @@ TEST_F(GrabberOutOfMemory, ARefreshGivesTheWholeListOrNone) {
     const int allocations = RefuseEachAllocationBothWays([&] {
         const MV_ERRCODE result = grabber.RefreshCameraList();
         const uint32_t count = grabber.GetNumCameras();
+        uint32_t modes = 0;
+        for (CMivoraCamera* camera = grabber.GetFirstCamera(); camera; camera = camera->GetNext()) {
+            modes += camera->GetNumGfxModes();
+        }
         const bool refused = GrantAllocations();
         EXPECT_EQ(result, MV_OK);
         EXPECT_TRUE(count == 2 || (refused && count == 0)) << count;
+        EXPECT_EQ(modes, count);
     });
     EXPECT_GT(allocations, 5);
     EXPECT_EQ(grabber.GetNumCameras(), 2u);
