@@ -14,7 +14,9 @@ namespace {
 
 std::string ReadText(const CIniFile& ini, const std::string& section, const char* key) {
     std::string text(ini.GetText(section.c_str(), key, "", nullptr, 0), '\0');
-    ini.GetText(section.c_str(), key, "", text.data(), static_cast<uint32_t>(text.size() + 1));
+    const std::uint32_t length = ini.GetText(section.c_str(), key, "", text.data(),
+                                             static_cast<std::uint32_t>(text.size() + 1));
+    text.resize(std::min<std::size_t>(text.size(), length)); // shorter when out of memory
     return text;
 }
 
