@@ -55,8 +55,7 @@ ContinuousGrab::~ContinuousGrab() {
 void ContinuousGrab::Start() {
     CMivoraGrabber& grabber = session.Grabber();
     layout = DescribeImage(session.CheckedMode());
-    session.Check("PrepareFrameBuffers", grabber.PrepareFrameBuffers(bufferCount),
-                  std::to_string(bufferCount) + " frame buffers");
+    session.PrepareBuffers(bufferCount, std::to_string(bufferCount) + " frame buffers");
     {
         platform::MutexLock lock(timingMutex);
         arrivals.assign(bufferCount, {});

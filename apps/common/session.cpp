@@ -126,6 +126,15 @@ CMivoraGfxMode& Session::CheckedMode() {
     return *mode;
 }
 
+void Session::PrepareBuffers(std::uint64_t count, const std::string& object) {
+    MV_ERRCODE code = grabber->PrepareFrameBuffers(count);
+    // A camera that does not tell the size of its image gets buffers without memory.
+    for (std::uint64_t index = 0; code == MV_OK && index < count; ++index) {
+        code = grabber->GetFrameBuffer(index) ? MV_OK : MV_BUFFERS_NOT_PREPARED;
+    }
+    Check("PrepareFrameBuffers", code, object);
+}
+
 void Session::Check(const std::string& operation, MV_ERRCODE code, const std::string& object,
                     std::vector<std::string> details) {
     const std::deque<std::string> reasons = log.TakeErrors();

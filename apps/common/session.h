@@ -41,6 +41,8 @@ public:
     void OpenActCamera();
     /// The active camera's graphics mode. Throws for an unknown pixel format or an empty image.
     CMivoraGfxMode& CheckedMode();
+    /// Prepares buffers, all of which have memory. `object` is what a failure is about.
+    void PrepareBuffers(std::uint64_t count, const std::string& object);
 
     /// Throws unless the code is MV_OK, with the details and the errors logged since the last
     /// check.

@@ -40,7 +40,7 @@ void Snap(Session& session, const SnapOptions& options) {
     session.OpenCamera();
     CMivoraGrabber& grabber = session.Grabber();
     const ImageLayout layout = DescribeImage(session.CheckedMode());
-    session.Check("PrepareFrameBuffers", grabber.PrepareFrameBuffers(1), session.ActCameraText());
+    session.PrepareBuffers(1, session.ActCameraText());
     platform::InstallInterruptHandler();
     session.Check("Snap", grabber.Snap(options.mode), session.ActCameraText());
     WaitForFrame(session, options.timeoutMs);

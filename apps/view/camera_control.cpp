@@ -249,8 +249,7 @@ void CameraControl::Finish() {
 void CameraControl::StartGrabbing(std::uint32_t mode) {
     CMivoraGrabber& grabber = session.Grabber();
     const ImageLayout layout = DescribeImage(session.CheckedMode());
-    session.Check("PrepareFrameBuffers", grabber.PrepareFrameBuffers(kBuffers),
-                  std::to_string(kBuffers) + " frame buffers");
+    session.PrepareBuffers(kBuffers, std::to_string(kBuffers) + " frame buffers");
     pipe.Begin(layout);
     {
         const platform::MutexLock lock(mutex);

@@ -47,6 +47,17 @@ TEST_F(Images, AreSnappedInEveryMode) {
     }
 }
 
+TEST_F(Images, OfASizeThatTheCameraDoesNotSayAreNotSnapped) {
+    UseCamera();
+    // Known before the buffers are prepared, and no longer while they are.
+    const std::string script = directory.Write("script", "fail PxnFeatureIntGet 5 -12\n");
+    for (const char* const mode : {"2", "3"}) {
+        ExpectFailure(
+            Mivora({"--sdk-script", script, "snap", "--mode", mode, "-o", PathOf("image.raw")}), 1,
+            {"PrepareFrameBuffers failed with 12", "cannot get width"});
+    }
+}
+
 TEST_F(Images, ComeInTheFormatOfTheFilesEnding) {
     UseCamera(Format("Mono12"));
     ExpectDone(Mivora({"snap", "-o", PathOf("image.raw")}));
