@@ -1,0 +1,63 @@
+// sweep_gate.h - a library with the SDK's functions in front of another SDK's library
+//
+// It passes every call on, counts, and lets one call fail: refused, which the library behind does
+// not see (but for PxnStartup), or done and then reported as failed. A test that loads it gives the
+// order with the functions declared here; a program finds the order in its environment.
+#pragma once
+
+#include "pxnc.h"
+
+#include <cstdint>
+
+namespace sweep {
+
+/// The nth call from now fails. 0: none does, the calls are only counted.
+struct GateOrder {
+    std::uint32_t nth = 0;
+    PxnError code = PxnErrSuccess;
+    bool isDone = false; ///< reported as failed after the library behind has done it
+};
+
+/// What a test wants to know of. Each may be null.
+struct GateHooks {
+    void (*enter)() = nullptr; ///< a call of the SDK begins, on the calling thread
+    void (*leave)() = nullptr; ///< it ends
+    void (*write)() = nullptr; ///< inside each call, before anything else
+};
+
+// The names of the exported functions, and their types.
+using GiveGateOrder = void (*)(const GateOrder* order); // null: nothing is counted any more
+using CountGateCalls = std::uint32_t (*)();             // since the order was given
+using SetGateHooks = void (*)(const GateHooks* hooks);  // null: none
+inline constexpr const char* kGiveGateOrderName = "SweepGiveGateOrder";
+inline constexpr const char* kCountGateCallsName = "SweepCountGateCalls";
+inline constexpr const char* kSetGateHooksName = "SweepSetGateHooks";
+
+// The environment of a program.
+inline constexpr const char* kGateLibrary = "SWEEP_GATE_LIBRARY"; ///< path of the library behind
+inline constexpr const char* kGateNth = "SWEEP_GATE_NTH";         ///< 0 or absent: only count
+inline constexpr const char* kGateCode = "SWEEP_GATE_CODE";
+inline constexpr const char* kGateIsDone = "SWEEP_GATE_IS_DONE"; ///< 1: done, then failed
+/// A file that gets the number of calls and the name of the one that failed, a line each, when the
+/// program ends.
+inline constexpr const char* kGateReport = "SWEEP_GATE_REPORT";
+
+/// A call on this thread, from its begin to its end. For the functions themselves.
+class SdkVisit {
+public:
+    SdkVisit();
+    ~SdkVisit();
+    SdkVisit(const SdkVisit&) = delete;
+    SdkVisit& operator=(const SdkVisit&) = delete;
+};
+
+/// What becomes of a call; the code is PxnErrSuccess when it is just passed on.
+struct Verdict {
+    PxnError code = PxnErrSuccess;
+    bool isDone = false;
+};
+
+/// Counts a call. `entry` is the function's name.
+Verdict BeginCall(const char* entry);
+
+} // namespace sweep

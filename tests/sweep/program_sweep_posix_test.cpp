@@ -1,0 +1,196 @@
+// program_sweep_posix_test.cpp - every call of the SDK fails in runs of the programs
+//
+// The programs load the gate as their SDK, with the simulator behind it. Calls are named by their
+// number and function.
+#include "platform/file_system.h"
+#include "tests/support/run_program.h"
+#include "tests/support/temporary_directory.h"
+#include "tests/sweep/gate/sweep_gate.h"
+#include "tests/sweep/list_files.h"
+#include "tests/sweep/transcript.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cstdio>
+#include <fstream>
+#include <ostream>
+#include <regex>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace sweep {
+namespace {
+
+struct ProgramUse {
+    std::string name;
+    std::string program;
+    std::vector<std::string> arguments;
+    std::string input;
+    /// The calls that are made in every run, where the time decides about later ones; 0: all.
+    std::uint32_t most = 0;
+
+    friend std::ostream& operator<<(std::ostream& stream, const ProgramUse& use) {
+        return stream << use.name;
+    }
+};
+
+// One image in 250 ms: time enough to stop before the next.
+constexpr const char* kSimulatorFile =
+    "<PxnC>\n<camera kind=\"serial\" id=\"A\" extendedId=\"Board0|A\" model=\"Camera A\" "
+    "sensorWidth=\"64\" sensorHeight=\"64\">\n"
+    "<feature name=\"ExposureTime\" value=\"1000\"/>\n"
+    "<feature name=\"AcquisitionFrameRate\" value=\"4\"/>\n"
+    "</camera>\n</PxnC>\n";
+
+std::vector<std::string> LinesOf(const std::string& stream, const std::string& text) {
+    // Times and rates differ from run to run.
+    static const std::regex number("[0-9]+\\.[0-9]+|[0-9]+(?= (queued|filled|flushed))");
+    std::istringstream input(std::regex_replace(text, number, "N"));
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(input, line);) {
+        lines.push_back(stream + ": " + line);
+    }
+    return lines;
+}
+
+/// What one start of a program gave.
+struct Start {
+    Transcript transcript;
+    std::uint32_t calls = 0;
+    std::string failed; ///< the function's name
+};
+
+class ProgramSweep : public ::testing::TestWithParam<ProgramUse> {
+protected:
+    Start Run(const GateOrder& order) const {
+        const support::TemporaryDirectory directory;
+        directory.Write("PxnC.xml", kSimulatorFile);
+        const std::string report = directory.PathOf("report");
+        std::vector<std::string> arguments{"--sdk", support::BuiltFile("sweep"), "--config",
+                                           directory.PathOf("host.ini")};
+        arguments.insert(arguments.end(), GetParam().arguments.begin(), GetParam().arguments.end());
+        for (std::string& argument : arguments) {
+            if (argument == "IMAGE") {
+                argument = directory.PathOf("image.raw");
+            }
+        }
+        platform::ProcessStart start = support::ProgramStart(GetParam().program, arguments);
+        start.environment = {{kGateLibrary, Simulator()},
+                             {kGateNth, std::to_string(order.nth)},
+                             {kGateCode, std::to_string(order.code)},
+                             {kGateIsDone, order.isDone ? "1" : "0"},
+                             {kGateReport, report}};
+        const support::ProgramResult result = support::RunProgram(start, GetParam().input);
+        Start made;
+        Step step{GetParam().name, std::to_string(result.status), LinesOf("out", result.output)};
+        for (std::string& line : LinesOf("err", result.errors)) {
+            Replace(line, directory.Path(), "{directory}");
+            Replace(line, support::BuiltFile("sweep"), "{sdk}");
+            step.lines.push_back(std::move(line));
+        }
+        made.transcript = {std::move(step)};
+        std::ifstream(report) >> made.calls >> made.failed;
+        return made;
+    }
+
+    static std::string Simulator() {
+        return platform::JoinPath(support::BuiltFile("simulator"),
+                                  platform::JoinPath("Bin", platform::LibraryFileName("PxnC")));
+    }
+
+    struct Failing {
+        GateOrder order;
+        Variant variant;
+        Start start;
+    };
+
+    std::vector<Failing> AllFailing(std::uint32_t calls) const {
+        std::vector<Failing> all;
+        for (std::uint32_t nth = 1; nth <= calls; ++nth) {
+            for (const Variant& variant : AllVariants()) {
+                if (!variant.isBeside) {
+                    all.push_back({{nth, variant.code, variant.isDone}, variant, {}});
+                }
+            }
+        }
+        return all;
+    }
+
+    /// They wait most of their time.
+    void RunAll(std::vector<Failing>& all) const {
+        std::atomic<std::size_t> next{0};
+        std::vector<std::thread> threads;
+        for (unsigned count = 0; count < (IsWholeSweep() ? 16u : 2u); ++count) {
+            threads.emplace_back([&] {
+                for (std::size_t index = next++; index < all.size(); index = next++) {
+                    all[index].start = Run(all[index].order);
+                }
+            });
+        }
+        for (std::thread& thread : threads) {
+            thread.join();
+        }
+    }
+};
+
+TEST_P(ProgramSweep, GivesWhatIsListed) {
+    const Start sound = Run({});
+    ASSERT_GT(sound.calls, 0u);
+    ExpectedList expected = LoadList("program_" + GetParam().name);
+    ExpectedList found;
+    found.sound = Print(sound.transcript);
+    EXPECT_EQ(expected.sound, found.sound);
+    std::vector<Failing> all = AllFailing(GetParam().most > 0 ? GetParam().most : sound.calls);
+    if (!IsWholeSweep()) {
+        constexpr std::size_t kStride = 151; // so that each way comes round
+        std::vector<Failing> part;
+        for (std::size_t index = 0; index < all.size(); index += kStride) {
+            part.push_back(all[index]);
+        }
+        all = std::move(part);
+    }
+    RunAll(all);
+    for (const Failing& one : all) {
+        if (one.start.failed == "PxnShutdown") {
+            continue; // it cannot fail
+        }
+        const std::string call = std::to_string(one.order.nth) + " " + one.start.failed;
+        const std::string outcome =
+            WithoutErrorText(Differences(sound.transcript, one.start.transcript), one.variant.code);
+        if (found.outcomes.count(call) == 0) {
+            found.calls.push_back(call);
+        }
+        found.outcomes[call][one.variant] = outcome;
+        EXPECT_EQ(expected.outcomes[call][one.variant], outcome)
+            << call << " " << one.variant.Text();
+    }
+    std::printf("%u starts\n", static_cast<unsigned>(all.size()));
+    StoreList("program_" + GetParam().name, found);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Programs, ProgramSweep,
+    ::testing::Values(
+        ProgramUse{"cameras", "mivora", {"cameras", "--json"}, ""},
+        ProgramUse{"info", "mivora", {"info"}, ""},
+        ProgramUse{"snap_2", "mivora", {"snap", "--timeout", "1500", "-o", "IMAGE"}, "", 71},
+        ProgramUse{"snap_3", "mivora", {"snap", "--mode", "3", "-o", "IMAGE"}, ""},
+        ProgramUse{"grab",
+                   "mivora",
+                   {"grab", "--frames", "1", "--buffers", "2", "--timeout", "1500"},
+                   "",
+                   81},
+        ProgramUse{"param_get", "mivora", {"param", "get", "257"}, ""},
+        ProgramUse{"param_limits", "mivora", {"param", "limits", "257"}, ""},
+        ProgramUse{"param_set", "mivora", {"param", "set", "257", "2000", "500000"}, ""},
+        ProgramUse{"serial", "mivora", {"serial", "1", "--linger", "100"}, "ID?\n", 45},
+        ProgramUse{"features", "pyxen-tool", {"features", "--module", "Interface"}, ""},
+        ProgramUse{"get", "pyxen-tool", {"get", "Camera/Width"}, ""},
+        ProgramUse{"set", "pyxen-tool", {"set", "Camera/Width", "32"}, ""}),
+    [](const auto& tested) { return tested.param.name; });
+
+} // namespace
+} // namespace sweep
