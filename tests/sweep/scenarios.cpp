@@ -43,8 +43,8 @@ const Operation kPrepare{"PrepareFrameBuffers 2", [](Station& station) {
                              return Answer(station.Grabber().PrepareFrameBuffers(2));
                          }};
 const Operation kStop{"StopSnap", [](Station& station) {
-                          return Answer(station.Grabber().StopSnap(),
-                                        station.Grabber().GetAcquisitionState());
+                          const MV_ERRCODE code = station.Grabber().StopSnap();
+                          return Answer(code, station.Grabber().GetAcquisitionState());
                       }};
 const Operation kRefresh{"RefreshCameraList", [](Station& station) {
                              return Answer(station.Grabber().RefreshCameraList());
