@@ -46,8 +46,10 @@ constexpr const char* kSimulatorFile =
     "</camera>\n</PxnC>\n";
 
 std::vector<std::string> LinesOf(const std::string& stream, const std::string& text) {
-    // Times and rates differ from run to run.
-    static const std::regex number("[0-9]+\\.[0-9]+|[0-9]+(?= (queued|filled|flushed))");
+    // Times differ from run to run, and how many frames come before the stop.
+    static const std::regex number("[0-9]+\\.[0-9]+"
+                                   "|[0-9]+(?= (queued|filled|flushed|lost))"
+                                   "|[1-9][0-9]*(?= (completed|delivered|received))");
     std::istringstream input(std::regex_replace(text, number, "N"));
     std::vector<std::string> lines;
     for (std::string line; std::getline(input, line);) {
