@@ -86,15 +86,16 @@ TEST_F(SdkTrace, PlaysFramesFaultsAndCountsBack) {
     EXPECT_EQ(after["account"]["sdk"], before["account"]["sdk"]);
 }
 
+// A synchronous snap: who stops an asynchronous one depends on time.
 TEST_F(SdkTrace, PlaysImagesBackWhenTheyAreTraced) {
-    ExpectDone(Mivora(
-        {"--trace-sdk", PathOf("a.trace"), "--trace-frames", "snap", "-o", PathOf("before.raw")}));
-    ExpectDone(Replayed({"snap", "-o", PathOf("after.raw")}));
+    ExpectDone(Mivora({"--trace-sdk", PathOf("a.trace"), "--trace-frames", "snap", "--mode", "3",
+                       "-o", PathOf("before.raw")}));
+    ExpectDone(Replayed({"snap", "--mode", "3", "-o", PathOf("after.raw")}));
     const std::string image = directory.Read("before.raw");
     EXPECT_NE(image, std::string(image.size(), '\0'));
     EXPECT_TRUE(directory.Read("after.raw") == image);
-    ExpectDone(Traced({"snap", "-o", PathOf("before.raw")}));
-    ExpectDone(Replayed({"snap", "-o", PathOf("after.raw")}));
+    ExpectDone(Traced({"snap", "--mode", "3", "-o", PathOf("before.raw")}));
+    ExpectDone(Replayed({"snap", "--mode", "3", "-o", PathOf("after.raw")}));
     EXPECT_TRUE(directory.Read("after.raw") == std::string(image.size(), '\0'));
 }
 
