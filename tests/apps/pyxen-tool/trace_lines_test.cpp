@@ -100,15 +100,22 @@ TEST(TraceLines, LetThroughWhatAFilterWants) {
     test.Run("Two", 2, -6);
     test.End(test.Begin(Entry::kPxnCameraClose, 2, {TraceOfTest::Word(0x20)}));
     test.Begin(Entry::kPxnShutdown, 1, {});
-    const auto count = [&](const TraceFilter& filter) {
-        return test.Print(filter).size();
-    };
-    EXPECT_EQ(count({}), 4u);
-    EXPECT_EQ(count({.call = "Command"}), 2u);
-    EXPECT_EQ(count({.text = "\"Two\""}), 1u);
-    EXPECT_EQ(count({.thread = 2}), 2u);
-    EXPECT_EQ(count({.onlyFailed = true}), 2u);
-    EXPECT_EQ(count({.call = "Command", .thread = 1, .onlyFailed = true}), 0u);
+    EXPECT_EQ(test.Print().size(), 4u);
+    TraceFilter call;
+    call.call = "Command";
+    EXPECT_EQ(test.Print(call).size(), 2u);
+    TraceFilter text;
+    text.text = "\"Two\"";
+    EXPECT_EQ(test.Print(text).size(), 1u);
+    TraceFilter thread;
+    thread.thread = 2;
+    EXPECT_EQ(test.Print(thread).size(), 2u);
+    TraceFilter failed;
+    failed.onlyFailed = true;
+    EXPECT_EQ(test.Print(failed).size(), 2u);
+    failed.call = "Command";
+    failed.thread = 1;
+    EXPECT_EQ(test.Print(failed).size(), 0u);
 }
 
 TEST(TraceLines, CountCallsFailuresAndTimes) {
