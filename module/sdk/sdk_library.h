@@ -61,8 +61,8 @@ void ForgetReopenedCamera(const CPyxenAPIAccess& api, PxnHandle handle);
 void ForgetRegistrations(const CPyxenAPIAccess& api, const CameraNote& camera);
 
 /// Tries once more to close the remembered cameras of the library behind `api`, which is valid. One
-/// that the SDK no longer knows is closed. Logs nothing. Does nothing inside a frame callback, where
-/// the SDK closes no camera.
+/// that the SDK no longer knows is closed. Logs nothing. Does nothing inside a frame callback,
+/// where the SDK closes no camera.
 void CloseRememberedCameras(const CPyxenAPIAccess& api);
 
 } // namespace pyxen

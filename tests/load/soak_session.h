@@ -13,7 +13,7 @@
 #include <string>
 #include <vector>
 
-/// Counts what the module logs of frames.
+/// Counts what the module logs of frames, and of cameras that could not be closed.
 class FrameLines final : public ILogSink {
 public:
     void Write(int level, const char* format, ...) override;
@@ -21,10 +21,12 @@ public:
 
     std::uint64_t Complete() const { return complete; }
     std::uint64_t Damaged() const { return damaged; }
+    std::uint64_t Unclosed() const { return unclosed; }
 
 private:
     std::atomic<std::uint64_t> complete{0};
     std::atomic<std::uint64_t> damaged{0};
+    std::atomic<std::uint64_t> unclosed{0};
 };
 
 /// One session: operations of two grabbers and faults of the simulator, drawn from a number.
@@ -60,12 +62,16 @@ private:
     void TakeFrames(Station& station);
     void OrderFault();
     void CalmDown();
-    void CheckFrames(std::uint64_t completeBefore, std::uint64_t damagedBefore);
+    void CheckFrames() const;
     void End();
     static void OnFrame(std::uint64_t index, std::uint32_t fromCallback, void* context);
 
     support::InProcess& process;
     FrameLines& frameLines;
+    const std::uint64_t completeBefore;
+    const std::uint64_t damagedBefore;
+    const std::uint64_t unclosedBefore;
+    std::uint64_t reopened = 0; // cameras that were opened again without closing them
     std::mt19937_64 random;
     std::vector<Station> stations;
     std::string story;
