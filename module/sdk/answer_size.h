@@ -6,7 +6,7 @@
 namespace pyxen {
 
 /// What takes more counts as out of memory. Systems grant memory that they do not have and end the
-/// process when it is written to, so a senseless count must not be left to them.
+/// process when it is written to, so an absurd count must not be left to them.
 inline constexpr std::size_t kMostAnswerBytes = std::size_t{1} << 30;
 
 template <typename T>
