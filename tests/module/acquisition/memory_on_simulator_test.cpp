@@ -66,16 +66,24 @@ TEST_F(MemoryOnSimulator, ComesBackByCallbacksWhereAStopGetsNothingBack) {
     Control("clear");
 }
 
-TEST_F(MemoryOnSimulator, OfACameraThatWasOpenedAnewWithoutClosingMustBePreparedAnew) {
-    Run();
-    Control("unplug A");
-    Control("plug A");
-    ASSERT_EQ(grabber->OpenActCamera(), MV_OK);
-    EXPECT_EQ(grabber->StopSnap(), MV_OK);
-    EXPECT_EQ(grabber->Snap(1), MV_BUFFERS_NOT_PREPARED);
-    EXPECT_EQ(grabber->Snap(3), MV_BUFFERS_NOT_PREPARED);
-    ASSERT_EQ(grabber->PrepareFrameBuffers(4), MV_OK);
-    Run();
+// All of it may have come back before the camera is opened: then it is used as it is.
+TEST_F(MemoryOnSimulator, OfACameraThatWasOpenedAnewWithoutClosingIsPreparedAnewOrBack) {
+    for (unsigned round = 0; round < 5; ++round) {
+        Run();
+        Control("unplug A");
+        Control("plug A");
+        ASSERT_EQ(grabber->OpenActCamera(), MV_OK);
+        EXPECT_EQ(grabber->StopSnap(), MV_OK);
+        const MV_ERRCODE answer = grabber->Snap(1);
+        if (answer != MV_OK) {
+            EXPECT_EQ(answer, MV_BUFFERS_NOT_PREPARED);
+            EXPECT_EQ(grabber->Snap(3), MV_BUFFERS_NOT_PREPARED);
+            ASSERT_EQ(grabber->PrepareFrameBuffers(4), MV_OK);
+            ASSERT_EQ(grabber->Snap(1), MV_OK);
+        }
+        ExpectMoreFrames();
+        EXPECT_EQ(grabber->StopSnap(), MV_OK);
+    }
 }
 
 } // namespace
