@@ -186,9 +186,10 @@ void Session::SelectCamera(const std::string& wanted) {
 }
 
 std::vector<std::string> Session::KnownCameras() {
-    const auto count = static_cast<std::int32_t>(grabber->GetNumCameras());
+    const std::uint32_t count = grabber->GetNumCameras();
     std::vector<std::string> known;
-    for (std::int32_t i = 0; i < count; ++i) {
+    known.reserve(count);
+    for (std::int32_t i = 0; i < static_cast<std::int32_t>(count); ++i) {
         known.push_back(CameraText(i, grabber->GetCamera(i)));
     }
     return known;

@@ -12,8 +12,6 @@
 #include <string>
 #include <vector>
 
-namespace pyxen {
-
 namespace {
 
 struct Color {
@@ -264,5 +262,3 @@ int main(int count, char** arguments) {
                          WriteIcon(directory + "/device_finder.ico", DrawDeviceFinder);
     return written ? 0 : 1;
 }
-
-} // namespace pyxen
