@@ -111,11 +111,11 @@ bool CKVNPyxenFeatureCtrlDialog::IsAttrReadOnly(HTREEITEM item) const {
         return false;
     }
     const FeatureLeaf& leaf = tree.GetLeaves()[*index];
-    PxnBool readable = 0;
-    PxnBool writeable = 0;
-    return owner->grabber.Api().PxnFeatureAccessQuery(leaf.handle, leaf.name.c_str(), &readable,
-                                                      &writeable) == PxnErrSuccess &&
-           !writeable;
+    const Feature feature(owner->grabber.Api(), leaf.handle, leaf.name.c_str(),
+                          FeatureType::kUnknown);
+    bool readable = false;
+    bool writable = false;
+    return feature.Access(readable, writable) == PxnErrSuccess && !writable;
 }
 
 void CKVNPyxenFeatureCtrlDialog::RefreshLeaf(std::size_t index) {
