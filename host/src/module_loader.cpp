@@ -7,6 +7,8 @@
 #include "platform/shared_library.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -15,11 +17,23 @@ namespace {
 
 constexpr std::size_t kMaxModulePathLength = 32768;
 
+static_assert(offsetof(MV_MODULE_INTERFACE, servicesVersion) == kMvModuleInterfaceSmallest);
+
 struct Entries {
     MV_CREATE_GRABBER create = nullptr;
     MV_DELETE_GRABBER destroy = nullptr;
     MV_MODULE_INTERFACE_QUERY query = nullptr;
+    std::uint32_t servicesVersion = 0;
+    MV_SERVICES_QUERY services = nullptr;
 };
+
+/// Takes over what the record says about services, if it is long enough to say anything.
+void TakeServices(const MV_MODULE_INTERFACE& record, Entries& entries) {
+    if (record.size >= sizeof(MV_MODULE_INTERFACE)) {
+        entries.servicesVersion = record.servicesVersion;
+        entries.services = record.services;
+    }
+}
 
 /// Looks up a symbol; appends its name to `missing` if the module does not export it.
 template <typename Function>
@@ -37,9 +51,9 @@ std::string Incompatibility(const MV_MODULE_INTERFACE* record) {
         return "it says nothing about its interface";
     }
     // The size is the first member and thus valid for every layout of the record.
-    if (record->size != sizeof(MV_MODULE_INTERFACE)) {
-        return "its interface record has " + std::to_string(record->size) + " bytes, not " +
-               std::to_string(sizeof(MV_MODULE_INTERFACE));
+    if (record->size < kMvModuleInterfaceSmallest) {
+        return "its interface record has " + std::to_string(record->size) + " bytes, fewer than " +
+               std::to_string(kMvModuleInterfaceSmallest);
     }
     std::string reason;
     if (record->interfaceVersion != MIVORA_INTERFACE_VERSION) {
@@ -104,10 +118,12 @@ bool CModuleLoader::Load(const char* path) {
         if (!missing.empty()) {
             return impl->Refuse(file, "it does not export " + missing);
         }
-        reason = Incompatibility(entries.query());
+        const MV_MODULE_INTERFACE* const record = entries.query();
+        reason = Incompatibility(record);
         if (!reason.empty()) {
             return impl->Refuse(file, reason);
         }
+        TakeServices(*record, entries);
         impl->library = std::move(library);
         impl->entries = entries;
         impl->path = std::move(file);
@@ -157,6 +173,34 @@ void CModuleLoader::DeleteGrabber(CMivoraGrabber* grabber) {
         impl->grabbers.erase(found);
         impl->entries.destroy(grabber);
     }
+}
+
+IMivoraModuleServices* CModuleLoader::GetServices(CMivoraGrabber* grabber) {
+    return Guarded(static_cast<IMivoraModuleServices*>(nullptr), [&]() -> IMivoraModuleServices* {
+        impl->error.clear();
+        const std::vector<CMivoraGrabber*>& grabbers = impl->grabbers;
+        if (std::find(grabbers.begin(), grabbers.end(), grabber) == grabbers.end()) {
+            impl->error = "The grabber was not made by the loaded module";
+            return nullptr;
+        }
+        const std::string module = "The grabber module \"" + impl->path + "\" ";
+        if (!impl->entries.services) {
+            impl->error = module + "offers no services";
+            return nullptr;
+        }
+        if (impl->entries.servicesVersion != MIVORA_SERVICES_VERSION) {
+            impl->error = module + "offers version " +
+                          std::to_string(impl->entries.servicesVersion) +
+                          " of the services, this host has version " +
+                          std::to_string(MIVORA_SERVICES_VERSION);
+            return nullptr;
+        }
+        IMivoraModuleServices* const services = impl->entries.services(grabber);
+        if (!services) {
+            impl->error = module + "offers no services for this grabber";
+        }
+        return services;
+    });
 }
 
 const char* CModuleLoader::GetErrorText() const {

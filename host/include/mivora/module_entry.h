@@ -1,6 +1,8 @@
 // module_entry.h - the exported entry points of a grabber module
 #pragma once
 
+#include "mivora/module_services.h"
+
 #include <stdint.h>
 
 class CMivoraGrabber;
@@ -20,7 +22,13 @@ struct MV_MODULE_INTERFACE {
     uint32_t size;              ///< size of this record in bytes
     uint32_t interfaceVersion;  ///< MIVORA_INTERFACE_VERSION
     const char* compilerFamily; ///< "Itanium C++ ABI" or "Microsoft C++ ABI"
+
+    // Optional: a record may end here, and its size is kMvModuleInterfaceSmallest then.
+    uint32_t servicesVersion;   ///< MIVORA_SERVICES_VERSION
+    MV_SERVICES_QUERY services; ///< null without any
 };
+/// Size of a record that ends before the services.
+inline constexpr uint32_t kMvModuleInterfaceSmallest = 16;
 /// Returns the module's record, which exists as long as the module is loaded.
 typedef const MV_MODULE_INTERFACE* (*MV_MODULE_INTERFACE_QUERY)();
 

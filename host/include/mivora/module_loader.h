@@ -4,6 +4,8 @@
 #include "mivora/export.h"
 #include "mivora/grabber.h"
 
+class IMivoraModuleServices;
+
 /// Loads a grabber module and creates its grabbers. A module is refused, with an error text, if an
 /// exported function is missing, if it was built for another version of the interface, or if its
 /// compiler family uses another C++ ABI.
@@ -32,7 +34,12 @@ public:
     /// Deletes a grabber created by CreateGrabber; any other pointer is ignored.
     void DeleteGrabber(CMivoraGrabber* grabber);
 
-    /// The reason why the last Load or CreateGrabber failed; empty after success.
+    /// What the module offers beside `grabber`, for use until that is deleted. Returns null if
+    /// `grabber` is not one that CreateGrabber returned, or if the module has no services or those
+    /// of another version; see GetErrorText.
+    IMivoraModuleServices* GetServices(CMivoraGrabber* grabber);
+
+    /// The reason why the last Load, CreateGrabber or GetServices failed; empty after success.
     const char* GetErrorText() const;
 
 private:

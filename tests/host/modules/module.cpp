@@ -1,5 +1,6 @@
 // module.cpp - a minimal grabber module, valid or not depending on compile definitions
 #include "mivora/module_entry.h"
+#include "tests/host/modules/test_services.h"
 #include "tests/host/test_grabber.h"
 
 #if defined(_MSC_VER) || defined(__MINGW32__)
@@ -18,10 +19,27 @@
 #define TEST_MODULE_FAMILY kMvCompilerFamily
 #endif
 
+#ifdef TEST_MODULE_SERVICES_VERSION
+IMivoraModuleServices* Services(CMivoraGrabber* grabber) {
+    static TestServices services;
+#ifdef TEST_MODULE_SERVICES_FOR_NOBODY
+    return grabber ? nullptr : &services;
+#else
+    return grabber ? &services : nullptr;
+#endif
+}
+#endif
+
 #ifndef TEST_MODULE_SILENT
 EXPORTED const MV_MODULE_INTERFACE* MivoraModuleInterface() {
+#ifdef TEST_MODULE_SERVICES_VERSION
     static const MV_MODULE_INTERFACE record = {TEST_MODULE_SIZE, TEST_MODULE_VERSION,
-                                               TEST_MODULE_FAMILY};
+                                               TEST_MODULE_FAMILY, TEST_MODULE_SERVICES_VERSION,
+                                               Services};
+#else
+    static const MV_MODULE_INTERFACE record = {TEST_MODULE_SIZE, TEST_MODULE_VERSION,
+                                               TEST_MODULE_FAMILY, 0, nullptr};
+#endif
     return &record;
 }
 #endif

@@ -2,6 +2,7 @@
 #include "mivora/module_loader.h"
 
 #include "mivora/module_entry.h"
+#include "mivora/module_services.h"
 #include "platform/file_system.h"
 #include "tests/support/temporary_directory.h"
 
@@ -100,7 +101,7 @@ TEST(ModuleLoader, NamesAllMissingEntries) {
 }
 
 TEST(ModuleLoader, RefusesAnotherSizeOfTheRecord) {
-    EXPECT_EQ(RefusalReason("other_size"), "its interface record has 8 bytes, not 16");
+    EXPECT_EQ(RefusalReason("other_size"), "its interface record has 8 bytes, fewer than 16");
 }
 
 TEST(ModuleLoader, RefusesAnotherVersionAndNamesBoth) {
@@ -125,6 +126,57 @@ TEST(ModuleLoader, ReportsThatAModuleCreatedNoGrabber) {
     ASSERT_TRUE(loader.Load(path.c_str())) << loader.GetErrorText();
     EXPECT_EQ(loader.CreateGrabber(), nullptr);
     EXPECT_EQ(loader.GetErrorText(), "The grabber module \"" + path + "\" made no grabber");
+}
+
+/// Why the module offers no services for a grabber of its own.
+std::string WhyNoServices(const char* name) {
+    CModuleLoader loader;
+    const std::string path = ModulePath(name);
+    EXPECT_TRUE(loader.Load(path.c_str())) << loader.GetErrorText();
+    EXPECT_EQ(loader.GetServices(loader.CreateGrabber()), nullptr);
+    const std::string text = loader.GetErrorText();
+    const std::string common = "The grabber module \"" + path + "\" ";
+    EXPECT_EQ(text.substr(0, common.size()), common);
+    return text.size() > common.size() ? text.substr(common.size()) : "";
+}
+
+TEST(ModuleLoader, FindsTheServicesOfAGrabber) {
+    for (const char* const name : {"services", "services_longer"}) {
+        CModuleLoader loader;
+        ASSERT_TRUE(loader.Load(ModulePath(name).c_str())) << loader.GetErrorText();
+        IMivoraModuleServices* const services = loader.GetServices(loader.CreateGrabber());
+        ASSERT_NE(services, nullptr) << loader.GetErrorText();
+        EXPECT_STREQ(loader.GetErrorText(), "");
+        EXPECT_EQ(services->GetVersion(), MIVORA_SERVICES_VERSION);
+    }
+}
+
+TEST(ModuleLoader, SaysThatAModuleHasNoServices) {
+    EXPECT_EQ(WhyNoServices("good"), "offers no services");
+    EXPECT_EQ(WhyNoServices("services_unsaid"), "offers no services");
+    EXPECT_EQ(WhyNoServices("services_cut_off"), "offers no services");
+    EXPECT_EQ(WhyNoServices("services_for_nobody"), "offers no services for this grabber");
+}
+
+TEST(ModuleLoader, RefusesServicesOfAnotherVersionAndNamesBoth) {
+    EXPECT_EQ(WhyNoServices("services_other_version"),
+              "offers version 7 of the services, this host has version 1");
+}
+
+TEST(ModuleLoader, FindsServicesOfItsOwnGrabbersOnly) {
+    CModuleLoader loader;
+    CModuleLoader other;
+    ASSERT_TRUE(loader.Load(ModulePath("services").c_str()));
+    ASSERT_TRUE(other.Load(ModulePath("services").c_str()));
+    CMivoraGrabber* const grabber = other.CreateGrabber();
+    EXPECT_EQ(loader.GetServices(grabber), nullptr);
+    EXPECT_STREQ(loader.GetErrorText(), "The grabber was not made by the loaded module");
+    EXPECT_EQ(loader.GetServices(nullptr), nullptr);
+    EXPECT_STREQ(loader.GetErrorText(), "The grabber was not made by the loaded module");
+    EXPECT_NE(other.GetServices(grabber), nullptr);
+    other.DeleteGrabber(grabber);
+    EXPECT_EQ(other.GetServices(grabber), nullptr);
+    EXPECT_STREQ(other.GetErrorText(), "The grabber was not made by the loaded module");
 }
 
 } // namespace
