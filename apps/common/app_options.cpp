@@ -9,20 +9,25 @@
 #include "platform/shared_library.h"
 
 #include <cstring>
+#include <utility>
 
 namespace {
 
 constexpr const char* kHome = "PYXEN_HOME";
 constexpr const char* kTracePrefix = "trace:";
 constexpr std::uint32_t kMostTraceMegabytes = 1u << 20;
+constexpr std::size_t kPathLimit = 4096;
 
-/// The module or a camera SDK: beside the program, as in a build directory, or where an
-/// installation has them.
-std::string FindPart(const std::string& name) {
+/// Where the module or a camera SDK may be: beside the program, as in a build directory, and where
+/// an installation has them.
+std::pair<std::string, std::string> PlacesOf(const std::string& name) {
     const std::string programs = platform::DirectoryOf(platform::ExecutablePath());
-    const std::string beside = platform::JoinPath(programs, name);
-    const std::string installed =
-        platform::JoinPath(platform::JoinPath(programs, MIVORA_PLUGINS_FROM_BIN), name);
+    return {platform::JoinPath(programs, name),
+            platform::JoinPath(platform::JoinPath(programs, MIVORA_PLUGINS_FROM_BIN), name)};
+}
+
+std::string FindPart(const std::string& name) {
+    const auto [beside, installed] = PlacesOf(name);
     return platform::PathExists(beside) || !platform::PathExists(installed) ? beside : installed;
 }
 
@@ -30,13 +35,33 @@ bool IsReplay(const AppOptions& options) {
     return options.sdk.rfind(kTracePrefix, 0) == 0;
 }
 
+/// The name of this product's SDK that is wanted; empty when the user named a directory.
+std::string OwnSdk(const std::string& sdk) {
+    if (sdk.empty()) {
+        return platform::GetEnvironment(kHome).empty() ? "simulator" : "";
+    }
+    return sdk == "simulator" || sdk == "genicam" ? sdk : "";
+}
+
 /// The directory of an SDK that is no trace.
 std::string SdkHome(const std::string& sdk) {
-    if (sdk.empty()) {
-        const std::string home = platform::GetEnvironment(kHome);
-        return home.empty() ? FindPart("simulator") : home;
+    const std::string own = OwnSdk(sdk);
+    if (!own.empty()) {
+        return FindPart(own);
     }
-    return sdk == "simulator" || sdk == "genicam" ? FindPart(sdk) : sdk;
+    return sdk.empty() ? platform::GetEnvironment(kHome) : sdk;
+}
+
+std::string PlacesText(const std::string& sdk) {
+    const std::string own = OwnSdk(sdk);
+    if (own.empty()) {
+        return "";
+    }
+    const auto [beside, installed] = PlacesOf(own);
+    const std::string reason =
+        sdk.empty() ? "neither --sdk nor PYXEN_HOME names a camera SDK: " : "";
+    return reason + "the SDK \"" + own + "\" was looked for in " + beside + " and in " +
+           platform::FullPath(installed, kPathLimit);
 }
 
 void SetVariable(const char* name, const std::string& value) {
@@ -92,12 +117,13 @@ void AddAppOptions(CommandLine& program, AppOptions& options) {
         .TypeName("N|ID");
 }
 
-void ApplySdk(const AppOptions& options) {
+std::string ApplySdk(const AppOptions& options) {
     const bool isReplay = IsReplay(options);
     const bool isTraced = !options.traceFile.empty();
     if (options.sdk.empty() && !isTraced && !platform::GetEnvironment(kHome).empty()) {
-        return;
+        return "";
     }
+    const std::string places = isReplay ? "" : PlacesText(options.sdk);
     std::string home = SdkHome(options.sdk);
     if (isReplay || isTraced) {
         SetVariable("PYXEN_TRACE_REPLAY",
@@ -109,6 +135,7 @@ void ApplySdk(const AppOptions& options) {
         home = FindPart("trace");
     }
     SetVariable(kHome, home);
+    return places;
 }
 
 int FinishTrace(const AppOptions& options, int status) {

@@ -23,8 +23,10 @@ struct AppOptions {
 void AddAppOptions(CommandLine& program, AppOptions& options);
 
 /// Sets PYXEN_HOME of this process for the value of --sdk, and what the library for traces reads
-/// from the environment. Throws CommandFailure.
-void ApplySdk(const AppOptions& options);
+/// from the environment. Returns a line for people that names the directories in which one of this
+/// product's SDKs was looked for, or an empty text when the user named a directory. Throws
+/// CommandFailure.
+std::string ApplySdk(const AppOptions& options);
 /// At the end of a program: ends the trace. Returns `status`, but 1 in place of 0 when a session
 /// that was played back from a trace differed from it, which the library has reported.
 int FinishTrace(const AppOptions& options, int status);

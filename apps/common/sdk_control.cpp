@@ -21,12 +21,16 @@ constexpr std::pair<const char*, std::uint64_t SdkCounts::*> kCounts[] = {
 };
 
 constexpr std::uint32_t kAnswerSize = 1u << 20;
-constexpr std::size_t kPathLimit = 4096;
+constexpr std::size_t kLibraryPathLimit = 4096;
 
 std::string LibraryBelow(const std::string& home) {
     return platform::FullPath(
         platform::JoinPath(platform::JoinPath(home, "Bin"), platform::LibraryFileName("PxnC")),
-        kPathLimit);
+        kLibraryPathLimit);
+}
+
+std::string InCurrentDirectory() {
+    return platform::FullPath(platform::LibraryFileName("PxnC"), kLibraryPathLimit);
 }
 
 std::string LibraryProblem(const std::string& path) {
@@ -59,10 +63,25 @@ std::string SdkLibraryPath() {
     return LibraryBelow(platform::GetEnvironment("PYXEN_HOME"));
 }
 
-std::string SdkLibraryProblem() {
-    const std::string problem = LibraryProblem(SdkLibraryPath());
+std::vector<std::string> SdkLibraryProblems() {
+    std::vector<std::string> problems;
+    // The module's second choice is the current directory.
+    for (const std::string& path : {SdkLibraryPath(), InCurrentDirectory()}) {
+        const std::string problem = LibraryProblem(path);
+        if (problem.empty()) {
+            problems.clear();
+            break;
+        }
+        problems.push_back(problem);
+    }
     const std::string traced = platform::GetEnvironment("PYXEN_TRACE_SDK");
-    return problem.empty() && !traced.empty() ? LibraryProblem(LibraryBelow(traced)) : problem;
+    if (problems.empty() && !traced.empty()) {
+        const std::string problem = LibraryProblem(LibraryBelow(traced));
+        if (!problem.empty()) {
+            problems.push_back(problem);
+        }
+    }
+    return problems;
 }
 
 std::int32_t SdkControl::Run(const std::string& command, std::string& answer) {

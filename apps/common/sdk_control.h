@@ -6,12 +6,13 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 /// The absolute path of the SDK library that a grabber module loads, according to PYXEN_HOME.
 std::string SdkLibraryPath();
-/// The system's reason why that library, or the one whose calls it traces, cannot be loaded; empty
-/// if it can.
-std::string SdkLibraryProblem();
+/// Each file that a grabber module tries to load as the SDK's library, and the system's reason why
+/// it cannot; the same for the library whose calls are traced. Empty if one can be loaded.
+std::vector<std::string> SdkLibraryProblems();
 
 /// The SDK's counts of buffers and frames, over all cameras since its startup.
 struct SdkCounts {

@@ -31,8 +31,7 @@ std::string WithDirectory(const std::string& file) {
 } // namespace
 
 Session::Session(const AppOptions& appOptions, IGrabberMaker& grabberMaker)
-    : options(appOptions), maker(grabberMaker) {
-    ApplySdk(options);
+    : options(appOptions), maker(grabberMaker), sdkPlaces(ApplySdk(appOptions)) {
     log.Open(options.log);
     RunSdkScript();
     grabber = maker.Create();
@@ -68,10 +67,19 @@ void Session::Init() {
     grabber->SetFeature(EMV_FEATURE_CAM_CFG_CHANGE, 1);
     grabber->SetFeature(EMV_FEATURE_CAM_CNTRL_EVENT, 1);
     const MV_ERRCODE code = grabber->Init();
-    const bool isDone = code == MV_OK;
-    const std::string problem = isDone ? "" : SdkLibraryProblem();
-    Check("Init", code, isDone ? "" : SdkText(),
-          problem.empty() ? std::vector<std::string>{} : std::vector{problem});
+    if (code == MV_OK) {
+        Check("Init", code);
+    } else {
+        Check("Init", code, SdkText(), SdkProblems());
+    }
+}
+
+std::vector<std::string> Session::SdkProblems() const {
+    std::vector<std::string> problems = SdkLibraryProblems();
+    if (!problems.empty() && !sdkPlaces.empty()) {
+        problems.insert(problems.begin(), sdkPlaces);
+    }
+    return problems;
 }
 
 std::string Session::SdkText() {

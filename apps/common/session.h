@@ -70,9 +70,12 @@ private:
     void RunSdkScript();
     std::vector<std::string> KnownCameras();
     std::string SdkText();
+    /// Where the SDK's library was looked for; empty when it can be loaded.
+    std::vector<std::string> SdkProblems() const;
 
     const AppOptions& options;
     IGrabberMaker& maker;
+    const std::string sdkPlaces; // see ApplySdk
     SdkControl sdkControl;
     LogFile log;
     const InstalledSink installedLog{log};

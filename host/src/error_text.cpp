@@ -10,25 +10,25 @@ const char* MivoraErrorText(std::int32_t code) {
     case MV_ALREADY_INITIALISED:
         return "the grabber is already initialised";
     case MV_NOT_INITIALISED:
-        return "the grabber is not initialised, or there is no camera SDK";
+        return "the grabber is not initialised";
     case MV_BUSY:
         return "an acquisition is running";
     case MV_REFUSED:
-        return "the camera SDK refused, too many frame buffers were asked for, or memory ran out";
+        return "the camera SDK refused or cannot be used, or memory or frame buffers ran out";
     case MV_NO_VIDEO_MODE:
         return "the camera has no active video mode";
     case MV_NO_CAMERA:
-        return "no camera is active";
+        return "there is no such camera, or none is active";
     case MV_CAMERA_NOT_OPEN:
         return "no camera is open";
     case MV_BUFFERS_NOT_PREPARED:
         return "the frame buffers were not prepared";
     case MV_BAD_VALUE:
-        return "a mode or a value is outside its limits";
+        return "an argument has a value that is not allowed";
     case MV_CHANNEL_ALREADY_OPEN:
         return "the command channel is already open";
     case MV_NO_CHANNEL:
-        return "no command channel is active";
+        return "there is no such command channel, or none is active";
     case MV_CHANNEL_OPEN_FAILED:
         return "the command channel could not be opened";
     case MV_READ_FAILED:
@@ -46,7 +46,7 @@ const char* MivoraErrorText(std::int32_t code) {
     case MV_ACQUISITION_FAILED:
         return "the camera SDK failed during the acquisition";
     case MV_NOT_AVAILABLE:
-        return "this platform has no such receiver or service";
+        return "this platform or module has nothing of the kind";
     case MV_NOT_SERVED:
         return "the camera does not serve this parameter, or refused to change it";
     default:

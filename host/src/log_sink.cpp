@@ -5,7 +5,16 @@
 
 namespace {
 
-std::atomic<ILogSink*> installedSink{nullptr};
+/// Hosts that install no sink get this one.
+class DiscardingSink final : public ILogSink {
+public:
+    void Write(int /*level*/, const char* /*format*/, ...) override {}
+    void WriteError(const char* /*text*/) override {}
+};
+
+// Constants and without destructors: static objects of a host may create and delete grabbers.
+constinit DiscardingSink discardingSink;
+constinit std::atomic<ILogSink*> installedSink{&discardingSink};
 
 } // namespace
 

@@ -1,6 +1,9 @@
 // bad_input_test.cpp - bad usage, missing files and damaged libraries
 #include "platform/process.h"
+#include "platform/shared_library.h"
 #include "tests/scenario/program_test.h"
+
+#include <filesystem>
 
 namespace scenario {
 namespace {
@@ -53,8 +56,46 @@ TEST_F(BadInput, AMissingSdkLibraryIsNamed) {
     ExpectFailure(Mivora({"--sdk", PathOf("nowhere"), "cameras"}), 1,
                   {"mivora: Init failed with 4", "PYXEN_HOME=" + PathOf("nowhere"),
                    "there is no file " + PathOf("nowhere"), "Giving up."});
+    EXPECT_EQ(Mivora({"--sdk", PathOf("nowhere"), "cameras"}).errors.find("looked for"),
+              std::string::npos);
     ExpectFailure(Tool({"--sdk", PathOf("nowhere"), "features"}), 1,
                   {"pyxen-tool: Init failed with 4"});
+}
+
+TEST_F(BadInput, EveryPlaceIsNamedWhereAnSdkWasLookedFor) {
+    // A copy of the program without an SDK beside it.
+    const bool isWindows = support::BuiltProgram("mivora").ends_with(".exe");
+    const std::string moduleFile = platform::LibraryFileName("MivoraKVNPyxen");
+    for (const std::string& name : {std::string(isWindows ? "mivora.exe" : "mivora"), moduleFile,
+                                    std::string(isWindows ? "Mivora.dll" : "libMivora.so.1")}) {
+        std::filesystem::copy_file(support::BuiltFile(name), PathOf(name));
+    }
+    platform::ProcessStart start = support::ProgramStart("mivora", {"cameras"});
+    start.program = PathOf(isWindows ? "mivora.exe" : "mivora");
+    start.workingDirectory = PathOf("here");
+    std::filesystem::create_directory(PathOf("here"));
+    const std::string file = platform::LibraryFileName("PxnC");
+    const std::string home = platform::JoinPath(directory.Path(), "simulator");
+    const std::string inHere = platform::JoinPath(PathOf("here"), file);
+    const std::string below = platform::JoinPath(platform::JoinPath(home, "Bin"), file);
+    auto result = support::RunProgram(start);
+    ExpectFailure(result, 1,
+                  {"mivora: Init failed with 4 (",
+                   ") for the camera SDK of PYXEN_HOME=" + home + "\n",
+                   "\n  neither --sdk nor PYXEN_HOME names a camera SDK: the SDK \"simulator\" was "
+                   "looked for in " +
+                       home + " and in ",
+                   "\n  there is no file " + below + "\n  there is no file " + inHere + "\n"});
+    start.arguments = {"--sdk", "genicam", "cameras"};
+    ExpectFailure(support::RunProgram(start), 1,
+                  {"\n  the SDK \"genicam\" was looked for in " +
+                   platform::JoinPath(directory.Path(), "genicam") + " and in "});
+    start.arguments = {"cameras"};
+    start.environment.emplace_back("PYXEN_HOME", PathOf("mine"));
+    result = support::RunProgram(start);
+    ExpectFailure(result, 1,
+                  {"PYXEN_HOME=" + PathOf("mine"), "\n  there is no file " + inHere + "\n"});
+    EXPECT_EQ(result.errors.find("looked for"), std::string::npos) << result.errors;
 }
 
 TEST_F(BadInput, TheEnvironmentsSdkCountsWithoutTheOption) {

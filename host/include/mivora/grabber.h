@@ -272,7 +272,7 @@ public:
     /* slot 103 */ virtual int32_t GetBiggestSectionNum(const char* prefix);
 
     // ---- non-virtual operations ----------------------------------------------------------------
-    /// The sink that was installed when the grabber was created, or null.
+    /// The sink that was installed when the grabber was created, or null if null was installed.
     ILogSink* GetLogSink() const;
     /// The grabber's ini file, or null before SetGrabberIni.
     CIniFile* GetIni() const;

@@ -38,7 +38,11 @@ MIVORA_API size_t MivoraFormatLogText(char* buffer, size_t capacity, const char*
 
 /// Installs the sink of grabbers created from now on; null for none. The sink must outlive these
 /// grabbers. Must not be called while another thread creates a grabber.
+///
+/// A host that wants no lines need not call this: until the first call a sink that discards
+/// everything is installed. Null is something else: modules may depend on a sink being there.
 MIVORA_API void MivoraInstallLogSink(ILogSink* sink);
-/// The sink installed last, or null. Any thread.
+/// The sink installed last, or null if that was null; before the first installation the one that
+/// discards everything. Any thread.
 MIVORA_API ILogSink* MivoraInstalledLogSink();
 }

@@ -15,16 +15,16 @@ typedef void* MV_WINDOW;
 enum MV_ERRCODE : int32_t {
     MV_OK = 0,
     MV_ALREADY_INITIALISED = 1,
-    MV_NOT_INITIALISED = 2,       ///< not initialised, or no camera SDK
+    MV_NOT_INITIALISED = 2,       ///< the grabber is not initialised
     MV_BUSY = 3,                  ///< an acquisition is running
-    MV_REFUSED = 4,               ///< the SDK refused, too many buffers, or out of memory
+    MV_REFUSED = 4,               ///< no SDK or it refused, too many buffers, or out of memory
     MV_NO_VIDEO_MODE = 7,         ///< the camera has no active video mode
-    MV_NO_CAMERA = 8,             ///< no active camera
+    MV_NO_CAMERA = 8,             ///< no such camera, or none is active
     MV_CAMERA_NOT_OPEN = 10,      ///< no camera is open
     MV_BUFFERS_NOT_PREPARED = 12, ///< no frame buffers are prepared
     MV_BAD_VALUE = 14,            ///< a mode or value outside its limits, or a null pointer
     MV_CHANNEL_ALREADY_OPEN = 16, ///< the command channel is already open
-    MV_NO_CHANNEL = 17,           ///< no active command channel
+    MV_NO_CHANNEL = 17,           ///< no such command channel, or none is active
     MV_CHANNEL_OPEN_FAILED = 18,
     MV_READ_FAILED = 19,
     MV_WRITE_FAILED = 20,
@@ -33,7 +33,7 @@ enum MV_ERRCODE : int32_t {
     MV_CONFIG_NOT_LOADED = 23,  ///< no usable configuration file
     MV_NO_FILLED_BUFFER = 25,   ///< no filled frame buffer is waiting
     MV_ACQUISITION_FAILED = 29, ///< the SDK failed during the acquisition
-    MV_NOT_AVAILABLE = 30,      ///< not available on this platform
+    MV_NOT_AVAILABLE = 30,      ///< not available on this platform or in this module
     MV_NOT_SERVED = 34          ///< unsupported parameter, or the camera refused the write
 };
 

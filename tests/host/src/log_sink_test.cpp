@@ -12,6 +12,20 @@
 
 namespace {
 
+// Before any test installs one.
+ILogSink* const sinkAtStart = MivoraInstalledLogSink();
+
+TEST(LogSink, DiscardsLinesUntilOneIsInstalled) {
+    ASSERT_TRUE(sinkAtStart);
+    const InstalledSink installed(sinkAtStart);
+    TestGrabber grabber;
+    ASSERT_EQ(grabber.GetLogSink(), sinkAtStart);
+    grabber.GetLogSink()->Write(kMvLogError, "%s %d", "text", 1);
+    grabber.GetLogSink()->WriteError(nullptr);
+    grabber.PrepareFrameBuffers(0);
+    grabber.DoPostProcess(1, 0); // logs that there is no such buffer
+}
+
 TEST(LogSink, IsTheOneInstalledWhenTheGrabberWasCreated) {
     support::RecordingSink first;
     support::RecordingSink second;
@@ -22,6 +36,13 @@ TEST(LogSink, IsTheOneInstalledWhenTheGrabberWasCreated) {
     TestGrabber later;
     EXPECT_EQ(grabber.GetLogSink(), &first);
     EXPECT_EQ(later.GetLogSink(), &second);
+}
+
+TEST(LogSink, IsNoneAfterNullWasInstalled) {
+    const InstalledSink installed(nullptr);
+    EXPECT_EQ(MivoraInstalledLogSink(), nullptr);
+    TestGrabber grabber;
+    EXPECT_EQ(grabber.GetLogSink(), nullptr);
 }
 
 TEST(LogSink, NeverMixesLinesOfSeveralThreads) {

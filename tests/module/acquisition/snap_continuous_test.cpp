@@ -6,6 +6,9 @@ namespace {
 using ContinuousSnap = SnapFixture;
 
 const std::string kStartFailed = "Sending acquisition start command to camera failed";
+// Before any test installs one.
+ILogSink* const sinkOfHostsThatInstallNone = MivoraInstalledLogSink();
+
 const std::string kNotQueued =
     "0 CMivoraKVNPyxenClass::QueueAllBuffers: PxnCaptureFrameQueue failed: The designated instance (camera, feature etc.) cannot be found";
 
@@ -31,6 +34,13 @@ TEST_F(ContinuousSnap, QueuesAndThenStartsCapture) {
         Numbered("1 CMivoraKVNPyxenClass::QueueAllBuffers: Queued buffer ", 2) +
         Texts{Said("PxnCaptureStart successful"), Said("started camera acquisition")};
     EXPECT_EQ(Log(), expected);
+}
+
+TEST_F(ContinuousSnap, StartsForAHostThatNeverInstalledASink) {
+    UseSink(sinkOfHostsThatInstallNone);
+    Ready(3);
+    EXPECT_EQ(Grabber().Snap(1), MV_OK);
+    EXPECT_EQ(sdk.QueuedFrames(), (std::vector<std::uint64_t>{0, 1, 2}));
 }
 
 TEST_F(ContinuousSnap, RunsWithoutAnyBuffer) {
