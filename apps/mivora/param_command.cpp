@@ -1,19 +1,44 @@
 // param_command.cpp - acquisition parameters
 #include "apps/common/command_failure.h"
 #include "apps/common/command_line.h"
+#include "apps/common/json_text.h"
 #include "apps/common/parse_number.h"
 #include "apps/common/session.h"
 #include "apps/mivora/commands.h"
 #include "mivora/grabber.h"
 
+#include <algorithm>
 #include <cinttypes>
 #include <cstdint>
 #include <cstdio>
+#include <iterator>
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace {
+
+struct NamedParameter {
+    std::uint32_t id;
+    const char* name;
+};
+
+constexpr NamedParameter kParameters[] = {
+    {MVGF_FRAME_BUFFER_COUNT, "frame buffers"},
+    {MVGF_ACQUISITION_CAPABILITIES, "kinds of acquisition, a bit mask"},
+    {MVGF_TIMER_MODE, "timer mode"},
+    {MVGF_TIMER_VALUES, "exposure and frame interval"},
+    {MVGF_TIMER_ENABLED, "timer enabled"},
+    {MVGF_TRIGGER_DELAY, "trigger delay"},
+    {MVGF_TRIGGER_POLARITY, "trigger polarity"},
+    {MVGF_TIME_BASE, "time base"},
+    {MVGF_GAIN, "gain"},
+    {MVGF_OFFSET, "offset"},
+    {MVGF_STROBE_VALUES, "strobe"},
+    {MVGF_STROBE_POLARITY, "strobe polarity"},
+    {MVGF_FRAMES_RECEIVED, "frames received"},
+};
 
 struct ParamOptions {
     std::uint32_t id = 0;
@@ -64,6 +89,47 @@ void Limits(Session& session, const ParamOptions& options) {
                 ValueText(options.id, limits[3]).c_str());
 }
 
+JsonValue ValueJson(std::uint32_t id, std::uint64_t value) {
+    return JsonValue::FromText(ValueText(id, value));
+}
+
+/// Lists the parameters that the grabber serves with this camera: a module need not have all.
+void List(Session& session, bool json) {
+    CMivoraGrabber& grabber = session.Grabber();
+    std::vector<JsonValue> list;
+    for (const auto& [id, name] : kParameters) {
+        std::uint64_t values[2] = {};
+        std::uint64_t limits[4] = {};
+        const MV_ERRCODE code = grabber.GetGrabberParam(id, &values[0], &values[1]);
+        if (code == MV_NOT_SERVED) {
+            continue;
+        }
+        session.Check("GetGrabberParam", code, ParameterText(id));
+        const bool hasLimits = grabber.GetGrabberParamLimits(id, &limits[0], &limits[1], &limits[2],
+                                                             &limits[3]) == MV_OK;
+        std::vector<JsonMember> members = {{"id", id},
+                                           {"name", name},
+                                           {"value1", ValueJson(id, values[0])},
+                                           {"value2", ValueJson(id, values[1])}};
+        std::string line = name;
+        line.resize(std::max<std::size_t>(line.size(), 32), ' ');
+        line += " value1=" + ValueText(id, values[0]) + " value2=" + ValueText(id, values[1]);
+        constexpr const char* kLimits[] = {"min", "max", "min2", "max2"};
+        for (std::size_t i = 0; hasLimits && i < std::size(limits); ++i) {
+            members.push_back({kLimits[i], ValueJson(id, limits[i])});
+            line += std::string(" ") + kLimits[i] + "=" + ValueText(id, limits[i]);
+        }
+        if (json) {
+            list.push_back(JsonObject(members));
+        } else {
+            std::printf("%4" PRIu32 "  %s\n", id, line.c_str());
+        }
+    }
+    if (json) {
+        std::printf("%s\n", JsonArray(list).Text().c_str());
+    }
+}
+
 void Set(Session& session, const ParamOptions& options) {
     CMivoraGrabber& grabber = session.Grabber();
     std::uint64_t second = 0;
@@ -81,12 +147,16 @@ void Set(Session& session, const ParamOptions& options) {
 }
 
 constexpr const char* kParamFooter =
-    "Ids: 1 frame buffers, 128 acquisition capabilities, 256 timer mode, 257 exposure and frame\n"
-    "interval in units of the time base, 258 timer enabled, 259 trigger delay, 260 trigger\n"
-    "polarity, 261 time base (-6 microseconds to 0 seconds), 262 gain, 263 offset, 265 strobe,\n"
-    "267 strobe polarity, 4096 frames received.\n"
+    "Ids: 1 frame buffers, 128 kinds of acquisition, 256 timer mode, 257 exposure and frame\n"
+    "interval in units of the time base, 258 timer enabled, 261 time base (-6 microseconds to 0\n"
+    "seconds), 4096 frames received. \"list\" says what the module and the camera serve.\n"
+    "\n"
+    "257 is read from the camera and written to it. Exposure and Interval of the configuration\n"
+    "file are not: they are what 257 was when the camera was closed, for hosts to ask for, and\n"
+    "opening a camera leaves its own values as they are.\n"
     "\n"
     "Examples:\n"
+    "  mivora param list\n"
     "  mivora param get 257\n"
     "  mivora param limits 257\n"
     "  mivora param set 257 10000 40000\n"
@@ -98,6 +168,14 @@ void AddParamCommand(CommandLine& program, const AppOptions& options, const Make
     Command command = program.AddCommand("param", "Read and set acquisition parameters");
     command.RequireCommand();
     command.SetFooter(kParamFooter);
+    Command list = command.AddCommand("list", "List the parameters that there are");
+    const auto json = std::make_shared<bool>(false);
+    list.AddFlag("--json", *json, "Print JSON");
+    list.OnRun([&options, maker, json] {
+        Session session(options, maker());
+        session.OpenCamera();
+        List(session, *json);
+    });
     const auto param = std::make_shared<ParamOptions>();
     const auto add = [&](const char* name, const char* text,
                          void (*run)(Session&, const ParamOptions&)) {

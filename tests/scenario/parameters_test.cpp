@@ -46,6 +46,52 @@ TEST_F(Parameters, AreReadByNumber) {
                           "GetGrabberParam = 0 value1=-6 value2=0\n");
 }
 
+TEST_F(Parameters, AreListedWhereTheyAreServed) {
+    UseCamera();
+    const auto table = Mivora({"param", "list"});
+    ExpectDone(table);
+    EXPECT_EQ(
+        table.output,
+        "   1  frame buffers                    value1=1 value2=0 min=1 max=18446744073709551615 "
+        "min2=0 max2=0\n"
+        " 128  kinds of acquisition, a bit mask value1=10 value2=0\n"
+        " 256  timer mode                       value1=0 value2=0\n"
+        " 257  exposure and frame interval      value1=1000 value2=5000 min=10 max=10000000 "
+        "min2=1000 max2=10000000\n"
+        " 258  timer enabled                    value1=0 value2=0\n"
+        " 261  time base                        value1=-6 value2=0 min=-6 max=0 min2=0 max2=0\n"
+        "4096  frames received                  value1=0 value2=0 min=0 max=18446744073709551615 "
+        "min2=0 max2=18446744073709551615\n");
+    const auto result = Mivora({"param", "list", "--json"});
+    ExpectDone(result);
+    const Json list = Json::parse(result.output);
+    ASSERT_EQ(list.size(), 7u);
+    EXPECT_EQ(list[5], Json::parse("{\"id\":261,\"name\":\"time base\",\"value1\":-6,"
+                                   "\"value2\":0,\"min\":-6,\"max\":0,\"min2\":0,\"max2\":0}"));
+    EXPECT_FALSE(list[1].contains("min"));
+    const std::string help = Mivora({"param", "--help"}).output;
+    for (const char* unserved : {"259", "260", "262", "263", "265", "267"}) {
+        EXPECT_EQ(help.find(unserved), std::string::npos) << unserved;
+    }
+}
+
+TEST_F(Parameters, OfTheConfigurationFileAreNotWrittenToTheCamera) {
+    UseCamera();
+    directory.Write("host.ini", "[Grabber_0]\nExposure=2000\nInterval=8000\n");
+    ExpectShell("mivora",
+                "LoadGrabberConfig\nGetTimerMicroseconds\n" + std::string(kOpen) +
+                    "GetGrabberParam 257\nGetTimerMicroseconds\nSaveGrabberConfig\n"
+                    "CloseActCamera\nSaveGrabberConfig\n",
+                "LoadGrabberConfig = 0\nGetTimerMicroseconds = ok exposure=2000 interval=8000\n" +
+                    std::string(kOpened) +
+                    "GetGrabberParam = 0 value1=1000 value2=5000\n"
+                    "GetTimerMicroseconds = ok exposure=2000 interval=8000\n"
+                    "SaveGrabberConfig = 0\nCloseActCamera = 0\nSaveGrabberConfig = 0\n");
+    EXPECT_PRED2(Contains, directory.Read("host.ini"), "Exposure=1000\nInterval=5000\n");
+    EXPECT_PRED2(Contains, Mivora({"param", "--help"}).output,
+                 "Exposure and Interval of the configuration\nfile are not");
+}
+
 TEST_F(Parameters, ReachCamerasWithAndWithoutAFixedInterval) {
     for (const char* kind : {"gige", "serial"}) {
         UseCamera("", "", kind);
