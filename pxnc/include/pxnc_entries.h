@@ -7,8 +7,10 @@
 #ifndef PXNC_ENTRIES_H
 #define PXNC_ENTRIES_H
 
+/** How many functions PXN_ENTRIES names. */
 #define PXN_ENTRY_COUNT 55
 
+/** ENTRY(name) for each function. */
 #define PXN_ENTRIES(ENTRY)                                                                         \
     ENTRY(PxnVersionQuery)                                                                         \
     ENTRY(PxnStartup)                                                                              \

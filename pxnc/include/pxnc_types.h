@@ -12,6 +12,7 @@
 
 #include <stdint.h>
 
+/** Calling convention of all functions and callbacks: the platform's own. */
 #if defined(_WIN32)
 #define PXN_CALL __cdecl
 #else
@@ -22,44 +23,44 @@
 extern "C" {
 #endif
 
-/* Refers to a module. Null and handles that are no longer valid are refused. */
+/** Refers to a module. Null and handles that are no longer valid are refused. */
 typedef void* PxnHandle;
-/* 0 for success or a negative PxnErrorCode. */
+/** 0 for success or a negative PxnErrorCode. */
 typedef int32_t PxnError;
-/* The SDK writes 0 and 1; any value but 0 that the host passes is true. */
+/** The SDK writes 0 and 1; any value but 0 that the host passes is true. */
 typedef uint8_t PxnBool;
 
-/* Handle of the system module; valid from the first startup to the last
+/** Handle of the system module; valid from the first startup to the last
  * shutdown. */
 #define PXN_SYSTEM_HANDLE ((PxnHandle)0x1000000000000001)
 
-/* Access modes of PxnCameraOpen (Full and Read), and bits of
+/** Access modes of PxnCameraOpen (Full and Read), and bits of
  * PxnCameraInfo::permittedAccess. */
 enum { PxnAccessModeFull = 1, PxnAccessModeRead = 2, PxnAccessModeUnknown = 4 };
 
-/* PxnFeatureInfo::featureDataType. Features of type Unknown or None have no
+/** PxnFeatureInfo::featureDataType. Features of type Unknown or None have no
  * value that this interface can read. */
 enum {
     PxnFeatureDataUnknown = 0,
-    PxnFeatureDataInt = 1,
-    PxnFeatureDataFloat = 2,
-    PxnFeatureDataEnum = 3,
-    PxnFeatureDataString = 4,
-    PxnFeatureDataBool = 5,
-    PxnFeatureDataCommand = 6,
-    PxnFeatureDataRaw = 7,
-    PxnFeatureDataNone = 8
+    PxnFeatureDataInt = 1,     /**< PxnFeatureInt functions */
+    PxnFeatureDataFloat = 2,   /**< PxnFeatureFloat functions */
+    PxnFeatureDataEnum = 3,    /**< PxnFeatureEnum functions */
+    PxnFeatureDataString = 4,  /**< PxnFeatureString functions */
+    PxnFeatureDataBool = 5,    /**< PxnFeatureBool functions */
+    PxnFeatureDataCommand = 6, /**< PxnFeatureCommand functions */
+    PxnFeatureDataRaw = 7,     /**< bytes: PxnFeatureRaw functions */
+    PxnFeatureDataNone = 8     /**< categories and the like */
 };
 
-/* Bits of PxnFeatureInfo::featureFlags. */
+/** Bits of PxnFeatureInfo::featureFlags. */
 enum {
-    PxnFeatureFlagRead = 1,        /* can be readable */
-    PxnFeatureFlagWrite = 2,       /* can be writable */
-    PxnFeatureFlagVolatile = 8,    /* may change at any time without notice */
-    PxnFeatureFlagModifyWrite = 16 /* the device may adjust a value that is written */
+    PxnFeatureFlagRead = 1,        /**< can be readable */
+    PxnFeatureFlagWrite = 2,       /**< can be writable */
+    PxnFeatureFlagVolatile = 8,    /**< may change at any time without notice */
+    PxnFeatureFlagModifyWrite = 16 /**< the device may adjust a value that is written */
 };
 
-/* PxnFeatureInfo::visibility and PxnFeatureEnumEntry::visibility: for whom a
+/** PxnFeatureInfo::visibility and PxnFeatureEnumEntry::visibility: for whom a
  * user interface should show it. */
 enum {
     PxnVisibilityUnknown = 0,
@@ -69,88 +70,88 @@ enum {
     PxnVisibilityInvisible = 4
 };
 
-/* PxnFrame::receiveStatus. */
+/** PxnFrame::receiveStatus. */
 enum {
-    PxnFrameStatusComplete = 0,    /* all data has arrived */
-    PxnFrameStatusIncomplete = -1, /* parts are missing */
-    PxnFrameStatusTooSmall = -2,   /* the buffer is smaller than the payload */
-    PxnFrameStatusInvalid = -3     /* the data cannot be used */
+    PxnFrameStatusComplete = 0,    /**< all data has arrived */
+    PxnFrameStatusIncomplete = -1, /**< parts are missing */
+    PxnFrameStatusTooSmall = -2,   /**< the buffer is smaller than the payload */
+    PxnFrameStatusInvalid = -3     /**< the data cannot be used */
 };
 
-/* Bits of PxnFrame::receiveFlags: which fields the SDK has filled. */
+/** Bits of PxnFrame::receiveFlags: which fields the SDK has filled. */
 enum {
-    PxnFrameFlagDimension = 1, /* pixelFormat, width and height */
-    PxnFrameFlagOffset = 2,    /* offsetX and offsetY */
-    PxnFrameFlagFrameId = 4,
-    PxnFrameFlagTimestamp = 8,
-    PxnFrameFlagImageData = 16, /* imageData and imageSize */
-    PxnFrameFlagPayloadType = 32,
-    PxnFrameFlagChunkData = 64 /* chunkDataPresent */
+    PxnFrameFlagDimension = 1,    /**< pixelFormat, width and height */
+    PxnFrameFlagOffset = 2,       /**< offsetX and offsetY */
+    PxnFrameFlagFrameId = 4,      /**< frameId */
+    PxnFrameFlagTimestamp = 8,    /**< timestamp */
+    PxnFrameFlagImageData = 16,   /**< imageData and imageSize */
+    PxnFrameFlagPayloadType = 32, /**< payloadType */
+    PxnFrameFlagChunkData = 64    /**< chunkDataPresent */
 };
 
-/* PxnFrame::payloadType. */
+/** PxnFrame::payloadType. */
 enum {
     PxnPayloadUnknown = 0,
-    PxnPayloadImage = 1,
-    PxnPayloadRaw = 2,
-    PxnPayloadFile = 3,
-    PxnPayloadChunkOnly = 4
+    PxnPayloadImage = 1,    /**< an image, with or without chunks */
+    PxnPayloadRaw = 2,      /**< bytes of the camera's own kind */
+    PxnPayloadFile = 3,     /**< a file */
+    PxnPayloadChunkOnly = 4 /**< chunks without an image */
 };
 
-/* PxnInterfaceInfo::interfaceType and PxnTransportLayerInfo::transportLayerType. */
+/** PxnInterfaceInfo::interfaceType and PxnTransportLayerInfo::transportLayerType. */
 enum {
     PxnTransportLayerUnknown = 0,
-    PxnTransportLayerGEV = 1,
-    PxnTransportLayerCL = 2,
-    PxnTransportLayerIIDC = 3,
-    PxnTransportLayerUVC = 4,
-    PxnTransportLayerCXP = 5,
-    PxnTransportLayerCLHS = 6,
-    PxnTransportLayerU3V = 7,
-    PxnTransportLayerEthernet = 8,
-    PxnTransportLayerPCI = 9,
-    PxnTransportLayerCustom = 10,
-    PxnTransportLayerMixed = 11
+    PxnTransportLayerGEV = 1,      /**< GigE Vision */
+    PxnTransportLayerCL = 2,       /**< Camera Link */
+    PxnTransportLayerIIDC = 3,     /**< IIDC on IEEE 1394 */
+    PxnTransportLayerUVC = 4,      /**< USB video class */
+    PxnTransportLayerCXP = 5,      /**< CoaXPress */
+    PxnTransportLayerCLHS = 6,     /**< Camera Link HS */
+    PxnTransportLayerU3V = 7,      /**< USB3 Vision */
+    PxnTransportLayerEthernet = 8, /**< Ethernet, other than GigE Vision */
+    PxnTransportLayerPCI = 9,      /**< a card in the computer */
+    PxnTransportLayerCustom = 10,  /**< the maker's own */
+    PxnTransportLayerMixed = 11    /**< several of these */
 };
 
-/* Result codes. There is no code -38. The comments say what this interface uses
+/** Result codes. There is no code -38. The comments say what this interface uses
  * a code for; the others report failures of a device, a transport layer or the
  * system that fit none of these. */
 typedef enum PxnErrorCode {
-    PxnErrSuccess = 0,
+    PxnErrSuccess = 0, /**< done */
     PxnErrInternalFault = -1,
-    PxnErrApiNotStarted = -2, /* no startup has succeeded, or all are undone */
-    PxnErrNotFound = -3,      /* no such camera, feature, entry, frame, file */
-    PxnErrBadHandle = -4,     /* not a handle, the wrong module, or its camera has vanished */
+    PxnErrApiNotStarted = -2, /**< no startup has succeeded, or all are undone */
+    PxnErrNotFound = -3,      /**< no such camera, feature, entry, frame, file */
+    PxnErrBadHandle = -4,     /**< not a handle, the wrong module, or its camera has vanished */
     PxnErrDeviceNotOpen = -5,
-    PxnErrInvalidAccess = -6, /* not readable or writable now, or opened for reading */
-    PxnErrBadParameter = -7,  /* an argument is missing or makes no sense */
-    PxnErrStructSize = -8,    /* `size` is not that of the record */
-    PxnErrMoreData = -9,      /* the array or buffer is too small and was filled */
-    PxnErrWrongType = -10,    /* the feature has another type */
-    PxnErrInvalidValue = -11, /* outside the limits, or no such entry */
+    PxnErrInvalidAccess = -6, /**< not readable or writable now, or opened for reading */
+    PxnErrBadParameter = -7,  /**< an argument is missing or makes no sense */
+    PxnErrStructSize = -8,    /**< `size` is not that of the record */
+    PxnErrMoreData = -9,      /**< the array or buffer is too small and was filled */
+    PxnErrWrongType = -10,    /**< the feature has another type */
+    PxnErrInvalidValue = -11, /**< outside the limits, or no such entry */
     PxnErrTimeout = -12,
     PxnErrOther = -13,
-    PxnErrResources = -14,   /* out of memory or of another resource */
-    PxnErrInvalidCall = -15, /* not allowed inside this callback */
+    PxnErrResources = -14,   /**< out of memory or of another resource */
+    PxnErrInvalidCall = -15, /**< not allowed inside this callback */
     PxnErrNoTL = -16,
     PxnErrNotImplemented = -17,
-    PxnErrNotSupported = -18, /* the module has nothing like that */
-    PxnErrIncomplete = -19,   /* only a part was transferred */
-    PxnErrIO = -20,           /* a file or a device could not be read or written */
+    PxnErrNotSupported = -18, /**< the module has nothing like that */
+    PxnErrIncomplete = -19,   /**< only a part was transferred */
+    PxnErrIO = -20,           /**< a file or a device could not be read or written */
     PxnErrValidValueSetNotPresent = -21,
     PxnErrGenTLUnspecified = -22,
     PxnErrUnspecified = -23,
     PxnErrBusy = -24,
-    PxnErrNoData = -25, /* the frame has not been received */
+    PxnErrNoData = -25, /**< the frame has not been received */
     PxnErrParsingChunkData = -26,
-    PxnErrInUse = -27, /* the frame is queued, or the camera is open */
+    PxnErrInUse = -27, /**< the frame is queued, or the camera is open */
     PxnErrUnknown = -28,
-    PxnErrXml = -29,          /* a file that is not well-formed or makes no sense */
-    PxnErrNotAvailable = -30, /* what is waited for cannot come */
+    PxnErrXml = -29,          /**< a file that is not well-formed or makes no sense */
+    PxnErrNotAvailable = -30, /**< what is waited for cannot come */
     PxnErrNotInitialized = -31,
-    PxnErrInvalidAddress = -32, /* no register there */
-    PxnErrAlready = -33,        /* the frame is queued already */
+    PxnErrInvalidAddress = -32, /**< no register there */
+    PxnErrAlready = -33,        /**< the frame is queued already */
     PxnErrNoChunkData = -34,
     PxnErrUserCallbackException = -35,
     PxnErrFeaturesUnavailable = -36,
@@ -160,116 +161,116 @@ typedef enum PxnErrorCode {
     PxnErrInsufficientBufferCount = -41
 } PxnErrorCode;
 
-/* Filled by the SDK: its own version. */
+/** Filled by the SDK: its own version. */
 typedef struct PxnVersionInfo {
-    uint32_t major;
-    uint32_t minor;
-    uint32_t patch;
+    uint32_t major; /**< changes with what hosts rely on */
+    uint32_t minor; /**< changes with what is added */
+    uint32_t patch; /**< changes with corrections */
 } PxnVersionInfo;
 
-/* Filled by the SDK: a camera that is present. */
+/** Filled by the SDK: a camera that is present. */
 typedef struct PxnCameraInfo {
-    const char* cameraIdString; /* identifier, unique among the cameras of the SDK */
+    const char* cameraIdString; /**< identifier, unique among the cameras of the SDK */
     const char*
-        cameraIdExtended;   /* identifier with the connection in it; discovery events use it */
-    const char* cameraName; /* for people */
-    const char* modelName;
-    const char* serialString;
-    PxnHandle transportLayerHandle;
-    PxnHandle interfaceHandle;
-    PxnHandle localDeviceHandle;    /* null unless this process has the camera open */
-    PxnHandle const* streamHandles; /* streamCount handles, owned by the SDK and valid until the
+        cameraIdExtended;     /**< identifier with the connection in it; discovery events use it */
+    const char* cameraName;   /**< for people */
+    const char* modelName;    /**< the maker's name for cameras of this kind */
+    const char* serialString; /**< serial number */
+    PxnHandle transportLayerHandle; /**< kind of connection; valid until the last shutdown */
+    PxnHandle interfaceHandle;      /**< what it is connected to; valid until the last shutdown */
+    PxnHandle localDeviceHandle;    /**< null unless this process has the camera open */
+    PxnHandle const* streamHandles; /**< streamCount handles, owned by the SDK and valid until the
                                        camera is closed; null unless the camera is open */
-    uint32_t streamCount;           /* 0 unless the camera is open */
-    uint32_t permittedAccess;       /* PxnAccessMode bits that an open may ask for now; Unknown
+    uint32_t streamCount;           /**< 0 unless the camera is open */
+    uint32_t permittedAccess;       /**< PxnAccessMode bits that an open may ask for now; Unknown
                                        when only an attempt can tell, 0 when there are none */
 } PxnCameraInfo;
 
-/* Filled by the SDK: something that cameras are connected to. */
+/** Filled by the SDK: something that cameras are connected to. */
 typedef struct PxnInterfaceInfo {
-    const char* interfaceIdString;
-    uint32_t interfaceType; /* PxnTransportLayer value */
-    const char* interfaceName;
-    PxnHandle interfaceHandle; /* valid until the last shutdown */
-    PxnHandle transportLayerHandle;
+    const char* interfaceIdString;  /**< identifier, unique among the interfaces of the SDK */
+    uint32_t interfaceType;         /**< PxnTransportLayer value */
+    const char* interfaceName;      /**< for people */
+    PxnHandle interfaceHandle;      /**< valid until the last shutdown */
+    PxnHandle transportLayerHandle; /**< the kind of connection it belongs to */
 } PxnInterfaceInfo;
 
-/* Filled by the SDK: a kind of connection. */
+/** Filled by the SDK: a kind of connection. */
 typedef struct PxnTransportLayerInfo {
-    const char* transportLayerIdString;
-    const char* transportLayerName;
-    const char* transportLayerModelName;
-    const char* transportLayerVendor;
-    const char* transportLayerVersion;
-    const char* transportLayerPath; /* of its library; empty when it is built in */
-    PxnHandle transportLayerHandle; /* valid until the last shutdown */
-    uint32_t transportLayerType;    /* PxnTransportLayer value */
+    const char* transportLayerIdString;  /**< identifier, unique among the transport layers */
+    const char* transportLayerName;      /**< for people */
+    const char* transportLayerModelName; /**< the maker's name for it */
+    const char* transportLayerVendor;    /**< its maker */
+    const char* transportLayerVersion;   /**< its version as a text */
+    const char* transportLayerPath;      /**< of its library; empty when it is built in */
+    PxnHandle transportLayerHandle;      /**< valid until the last shutdown */
+    uint32_t transportLayerType;         /**< PxnTransportLayer value */
 } PxnTransportLayerInfo;
 
-/* Filled by the SDK: what is fixed about a feature. */
+/** Filled by the SDK: what is fixed about a feature. */
 typedef struct PxnFeatureInfo {
-    const char* name;
-    const char* category; /* path that begins with '/': "/ImageFormatControl" */
-    const char* displayName;
-    const char* tooltip;
-    const char* description;
-    const char* sfncNamespace;   /* "Standard" or "Custom" */
-    const char* unit;            /* "us", "Hz"; empty for none */
-    const char* representation;  /* "Linear", "Logarithmic", "HexNumber"; empty for none */
-    uint32_t featureDataType;    /* PxnFeatureData value */
-    uint32_t featureFlags;       /* PxnFeatureFlag bits */
-    uint32_t pollingTime;        /* ms after which a volatile value should be read again; 0: none */
-    uint32_t visibility;         /* PxnVisibility value */
-    PxnBool isStreamable;        /* 1: belongs to the settings of the module */
-    PxnBool hasSelectedFeatures; /* 1: PxnFeatureListSelected lists the features it selects */
+    const char* name;           /**< unique in its module; what the functions take */
+    const char* category;       /**< path that begins with '/': "/ImageFormatControl" */
+    const char* displayName;    /**< for people */
+    const char* tooltip;        /**< one sentence for people */
+    const char* description;    /**< more than the tooltip, for people */
+    const char* sfncNamespace;  /**< "Standard" or "Custom" */
+    const char* unit;           /**< "us", "Hz"; empty for none */
+    const char* representation; /**< "Linear", "Logarithmic", "HexNumber"; empty for none */
+    uint32_t featureDataType;   /**< PxnFeatureData value */
+    uint32_t featureFlags;      /**< PxnFeatureFlag bits */
+    uint32_t pollingTime; /**< ms after which a volatile value should be read again; 0: none */
+    uint32_t visibility;  /**< PxnVisibility value */
+    PxnBool isStreamable; /**< 1: belongs to the settings of the module */
+    PxnBool hasSelectedFeatures; /**< 1: PxnFeatureListSelected lists the features it selects */
 } PxnFeatureInfo;
 
-/* Filled by the SDK: what is fixed about an entry of an enumeration. */
+/** Filled by the SDK: what is fixed about an entry of an enumeration. */
 typedef struct PxnFeatureEnumEntry {
-    const char* name;
-    const char* displayName;
-    const char* tooltip;
-    const char* description;
-    int64_t intValue;
-    uint32_t visibility; /* PxnVisibility value */
+    const char* name;        /**< unique among the entries; what the functions take */
+    const char* displayName; /**< for people */
+    const char* tooltip;     /**< one sentence for people */
+    const char* description; /**< more than the tooltip, for people */
+    int64_t intValue;        /**< the number that PxnFeatureEnumAsInt stores */
+    uint32_t visibility;     /**< PxnVisibility value */
 } PxnFeatureEnumEntry;
 
-/* Filled by the host as far as `context`, and by the SDK from there. Only fields
+/** Filled by the host as far as `context`, and by the SDK from there. Only fields
  * that receiveFlags names have a meaning. Host's memory: the record must stay in
  * its place while it is announced. */
 typedef struct PxnFrame {
-    void* buffer;              /* memory for the payload; null only with bufferSize 0 */
-    uint32_t bufferSize;       /* bytes */
-    void* context[4];          /* the host's; neither read nor written by the SDK */
-    int32_t receiveStatus;     /* PxnFrameStatus value; always filled */
-    uint32_t receiveFlags;     /* PxnFrameFlag bits; always filled */
-    uint64_t frameId;          /* number of the frame in its acquisition */
-    uint64_t timestamp;        /* ns, the device's clock */
-    uint32_t pixelFormat;      /* code of the Pixel Format Naming Convention */
-    uint32_t width;            /* pixels */
-    uint32_t height;           /* lines */
-    uint32_t offsetX;          /* pixels from the left edge of the sensor */
-    uint32_t offsetY;          /* lines from its top */
-    uint32_t imageSize;        /* bytes of the image without chunks */
-    void* imageData;           /* where the image begins in `buffer` */
-    uint32_t payloadType;      /* PxnPayload value */
-    uint32_t chunkDataPresent; /* 1 when PxnChunkDataAccess can read chunks */
+    void* buffer;              /**< memory for the payload; null only with bufferSize 0 */
+    uint32_t bufferSize;       /**< bytes */
+    void* context[4];          /**< the host's; neither read nor written by the SDK */
+    int32_t receiveStatus;     /**< PxnFrameStatus value; always filled */
+    uint32_t receiveFlags;     /**< PxnFrameFlag bits; always filled */
+    uint64_t frameId;          /**< number of the frame in its acquisition */
+    uint64_t timestamp;        /**< ns, the device's clock */
+    uint32_t pixelFormat;      /**< code of the Pixel Format Naming Convention */
+    uint32_t width;            /**< pixels */
+    uint32_t height;           /**< lines */
+    uint32_t offsetX;          /**< pixels from the left edge of the sensor */
+    uint32_t offsetY;          /**< lines from its top */
+    uint32_t imageSize;        /**< bytes of the image without chunks */
+    void* imageData;           /**< where the image begins in `buffer` */
+    uint32_t payloadType;      /**< PxnPayload value */
+    uint32_t chunkDataPresent; /**< 1 when PxnChunkDataAccess can read chunks */
 } PxnFrame;
 
-/* A frame has been filled, with or without errors; it is the host's again and
+/** A frame has been filled, with or without errors; it is the host's again and
  * may be queued inside the callback. Flushed frames are not reported. Called on
  * an SDK thread, for one frame of a camera at a time. No exception may leave it.
  * What it may not call is in pxnc.h. */
 typedef void(PXN_CALL* PxnFrameCallback)(PxnHandle camera, PxnHandle stream, PxnFrame* frame);
 
-/* The value, the limits, the access or the available entries of the feature may
+/** The value, the limits, the access or the available entries of the feature may
  * have changed. `handle` and `userContext` are those of the registration, `name`
  * is a text of the SDK. Called on an SDK thread. It may call everything but
  * PxnStartup and PxnShutdown. No exception may leave it. */
 typedef void(PXN_CALL* PxnInvalidationCallback)(PxnHandle handle, const char* name,
                                                 void* userContext);
 
-/* Called once by PxnChunkDataAccess on the caller's thread. `featureAccess`
+/** Called once by PxnChunkDataAccess on the caller's thread. `featureAccess`
  * reads the chunks of the frame as features until the callback returns. Its
  * result becomes that of PxnChunkDataAccess. It may call what a frame callback
  * may call. */

@@ -20,14 +20,19 @@ class Backend {
 public:
     virtual ~Backend() = default;
 
+    ///@{
+    /// What all modules share: texts, handles, and the registrations for changes.
     TextPool& Texts() { return texts; }
     HandleTable& Handles() { return handles; }
     Invalidations& Changes() { return changes; }
+    ///@}
 
     /// False when the handle refers to nothing.
     virtual bool Find(PxnHandle handle, Target& target) { return handles.Find(handle, target); }
 
+    /// The transport layers, with or without interfaces.
     virtual std::vector<PxnTransportLayerInfo> ListTransportLayers() = 0;
+    /// The interfaces of all transport layers.
     virtual std::vector<PxnInterfaceInfo> ListInterfaces() = 0;
     /// The cameras that are present.
     virtual std::vector<PxnCameraInfo> ListCameras() = 0;
@@ -58,6 +63,7 @@ class Implementation {
 public:
     virtual ~Implementation() = default;
 
+    /// What PxnVersionQuery stores.
     virtual PxnVersionInfo Version() = 0;
     /// Makes the backend of a first startup. `configPath` is null for the default configuration.
     virtual PxnError Start(const wchar_t* configPath, std::shared_ptr<Backend>& started) = 0;

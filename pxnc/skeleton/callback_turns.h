@@ -13,6 +13,7 @@ public:
     /// Takes the turn for its lifetime; waits while another thread has it.
     class Turn {
     public:
+        /// Waits for the turn.
         explicit Turn(CallbackTurns& turnsOfCamera) : turns(turnsOfCamera) { turns.Begin(); }
         ~Turn() { turns.End(); }
         Turn(const Turn&) = delete;

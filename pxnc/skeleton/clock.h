@@ -8,12 +8,16 @@ namespace skeleton {
 /// Monotonic time, which a test may stop and advance. Any thread.
 struct Clock {
     // NOLINTBEGIN(readability-identifier-naming): the names that std::chrono requires
+    ///@{
+    /// What std::chrono requires of a clock.
     using duration = std::chrono::nanoseconds;
     using rep = duration::rep;
     using period = duration::period;
     using time_point = std::chrono::time_point<Clock>;
     static constexpr bool is_steady = true;
+    ///@}
 
+    /// The present time.
     static time_point now() noexcept;
     // NOLINTEND(readability-identifier-naming)
 };
@@ -23,6 +27,7 @@ struct Clock {
 void StopClock();
 /// Restarts a stopped clock from where it stands, so that time never goes back.
 void StartClock();
+/// True between StopClock and StartClock.
 bool IsClockStopped();
 /// Advances a stopped clock and wakes the threads that wait for a time. False when the clock runs.
 bool AdvanceClock(std::chrono::milliseconds by);

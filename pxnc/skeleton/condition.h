@@ -13,9 +13,11 @@ namespace skeleton {
 /// A condition variable for platform::Mutex. The mutex must be held exactly once by the waiter.
 class Condition {
 public:
+    /// Waits for NotifyAll; may return without one.
     void Wait(platform::Mutex& mutex) REQUIRES(mutex);
     /// Returns at `when` at the latest; waiters look at their condition again in any case.
     void WaitUntil(platform::Mutex& mutex, Clock::time_point when) REQUIRES(mutex);
+    /// Wakes all waiters.
     void NotifyAll();
 
 private:

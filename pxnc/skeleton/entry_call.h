@@ -12,19 +12,22 @@ namespace skeleton {
 /// null or not.
 class Argument {
 public:
+    /// What a value is.
     enum class Kind {
-        kHandle,
-        kFeature, // a feature's name
-        kText,
-        kPath,
-        kFrame,
-        kInteger,
-        kReal,
-        kCallback, // given or null
-        kPlace,    // an array or a buffer to fill: given or null
-        kBytes,
+        kHandle,   ///< of a module
+        kFeature,  ///< a feature's name
+        kText,     ///< any other text
+        kPath,     ///< of a file
+        kFrame,    ///< a frame's record
+        kInteger,  ///< an integer or a size
+        kReal,     ///< a floating-point number
+        kCallback, ///< given or null
+        kPlace,    ///< an array or a buffer to fill: given or null
+        kBytes,    ///< bytes and their number
     };
 
+    ///@{
+    /// A value of one kind.
     static Argument Handle(PxnHandle handle) { return {Kind::kHandle, handle}; }
     static Argument Feature(const char* name) { return {Kind::kFeature, name}; }
     static Argument Text(const char* text) { return {Kind::kText, text}; }
@@ -42,14 +45,22 @@ public:
         return {Kind::kBytes, bytes, size};
     }
 
+    ///@}
+
+    /// Decides which of the others may be asked.
     Kind GetKind() const { return kind; }
+    ///@{
+    /// The value; null when the host passed null.
     PxnHandle AsHandle() const { return const_cast<PxnHandle>(pointer); }
     const char* AsText() const { return static_cast<const char*>(pointer); }
     const wchar_t* AsPath() const { return static_cast<const wchar_t*>(pointer); }
     const PxnFrame* AsFrame() const { return static_cast<const PxnFrame*>(pointer); }
+    ///@}
     /// The integer, or the number of bytes.
     std::int64_t AsInteger() const { return integer; }
+    /// The floating-point number.
     double AsReal() const { return real; }
+    /// False for a null pointer.
     bool IsGiven() const { return pointer || integer != 0; }
 
 private:
@@ -64,8 +75,8 @@ private:
 
 /// A call of an SDK function; used while the function begins, never kept.
 struct EntryCall {
-    const char* entry; // its name
-    std::initializer_list<Argument> arguments = {};
+    const char* entry;                              ///< its name
+    std::initializer_list<Argument> arguments = {}; ///< in the order of the function
 };
 
 } // namespace skeleton

@@ -28,9 +28,13 @@ public:
     /// The names of the features that this one selects.
     virtual std::vector<std::string> Selected() { return {}; }
 
+    ///@{
+    /// Integers: the value, and the present limits, both included.
     virtual PxnError GetInt(std::int64_t&) { return PxnErrWrongType; }
     virtual PxnError SetInt(std::int64_t) { return PxnErrWrongType; }
     virtual PxnError GetIntRange(std::int64_t&, std::int64_t&) { return PxnErrWrongType; }
+    ///@}
+    /// The distance of valid values from the minimum on, at least 1.
     virtual PxnError GetIntIncrement(std::int64_t&) { return PxnErrWrongType; }
     /// The only values allowed, in ascending order; PxnErrValidValueSetNotPresent when the range
     /// alone decides.
@@ -38,34 +42,50 @@ public:
         return PxnErrValidValueSetNotPresent;
     }
 
+    ///@{
+    /// Floats: the value in the unit of the description, and the present limits, both included.
     virtual PxnError GetFloat(double&) { return PxnErrWrongType; }
     virtual PxnError SetFloat(double) { return PxnErrWrongType; }
     virtual PxnError GetFloatRange(double&, double&) { return PxnErrWrongType; }
+    ///@}
 
     /// The current entry's name, a text of the pool.
     virtual PxnError GetEnum(const char*&) { return PxnErrWrongType; }
+    /// Selects an entry; PxnErrInvalidValue when it does not exist or is not available.
     virtual PxnError SetEnum(const char*) { return PxnErrWrongType; }
     /// The names of all entries, available or not; texts of the pool.
     virtual PxnError GetEnumEntries(std::vector<const char*>&) { return PxnErrWrongType; }
     /// PxnErrNotFound when there is no such entry.
     virtual PxnError IsEnumEntryAvailable(const char*, bool&) { return PxnErrWrongType; }
+    /// Describes an entry, with texts of the pool; PxnErrNotFound when there is no such entry.
     virtual PxnError GetEnumEntry(const char*, PxnFeatureEnumEntry&) { return PxnErrWrongType; }
 
+    ///@{
+    /// Strings: the value, and the greatest length in bytes without the terminator.
     virtual PxnError GetString(std::string&) { return PxnErrWrongType; }
     virtual PxnError SetString(const char*) { return PxnErrWrongType; }
     virtual PxnError GetStringMaxLength(std::uint32_t&) { return PxnErrWrongType; }
+    ///@}
 
+    ///@{
+    /// Booleans.
     virtual PxnError GetBool(bool&) { return PxnErrWrongType; }
     virtual PxnError SetBool(bool) { return PxnErrWrongType; }
+    ///@}
 
+    /// Starts a command.
     virtual PxnError Run() { return PxnErrWrongType; }
     /// A command that starts or stops the acquisition.
     virtual bool IsStartOrStop() const { return false; }
+    /// False while the command is carried out; true before its first run, too.
     virtual PxnError IsDone(bool&) { return PxnErrWrongType; }
 
+    ///@{
+    /// Bytes, and how many there are. Another number is refused with PxnErrInvalidValue.
     virtual PxnError GetRaw(std::vector<char>&) { return PxnErrWrongType; }
     virtual PxnError SetRaw(const char*, std::uint32_t) { return PxnErrWrongType; }
     virtual PxnError GetRawLength(std::uint32_t&) { return PxnErrWrongType; }
+    ///@}
 };
 
 } // namespace skeleton

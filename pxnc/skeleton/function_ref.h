@@ -14,6 +14,7 @@ class FunctionRef;
 template <typename Result, typename... Arguments>
 class FunctionRef<Result(Arguments...)> {
 public:
+    /// `callable` must live as long as the reference.
     template <typename Callable>
     requires(!std::is_same_v<std::remove_cvref_t<Callable>, FunctionRef>)
         FunctionRef(Callable&& callable) // NOLINT(bugprone-forwarding-reference-overload)
@@ -23,6 +24,7 @@ public:
                   std::forward<Arguments>(arguments)...);
           }) {}
 
+    /// Calls it.
     Result operator()(Arguments... arguments) const {
         return call(object, std::forward<Arguments>(arguments)...);
     }

@@ -16,15 +16,16 @@ class Module;
 
 /// What a handle refers to.
 struct Target {
-    std::shared_ptr<Module> module;
+    std::shared_ptr<Module> module; ///< never null
     /// The frames of a camera or stream handle; else null.
     std::shared_ptr<FrameBook> frames = nullptr;
     /// Set once the camera has vanished; null for modules that belong to no camera. Only what gives
     /// back frames and registrations, and closing, is left then.
     std::shared_ptr<const std::atomic<bool>> vanished = nullptr;
-    bool isCamera = false;  // from PxnCameraOpen
-    bool isWritable = true; // false for what was opened for reading
+    bool isCamera = false;  ///< from PxnCameraOpen
+    bool isWritable = true; ///< false for what was opened for reading
 
+    /// True once the camera has gone.
     bool HasVanished() const { return vanished && *vanished; }
 };
 
@@ -35,10 +36,13 @@ public:
     PxnHandle Reserve() EXCLUDES(mutex);
     /// `handle` is reserved, or PXN_SYSTEM_HANDLE.
     void Put(PxnHandle handle, Target target) EXCLUDES(mutex);
+    /// Reserve and Put in one.
     PxnHandle Add(Target target) EXCLUDES(mutex);
     /// False when the handle is not there (any more).
     bool Find(PxnHandle handle, Target& target) const EXCLUDES(mutex);
+    /// Makes a handle invalid; false when it is so already.
     bool Remove(PxnHandle handle) EXCLUDES(mutex);
+    /// Makes all handles invalid.
     void Clear() EXCLUDES(mutex);
 
 private:

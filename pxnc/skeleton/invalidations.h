@@ -24,19 +24,20 @@ namespace skeleton {
 /// of the pool: equal names are equal pointers.
 class Invalidations {
 public:
+    /// One registration, as Register took it.
     struct Registration {
-        std::uint64_t id;
-        PxnHandle handle;
-        const char* name;
-        PxnInvalidationCallback callback;
-        void* context;
+        std::uint64_t id;                 ///< unique in this object
+        PxnHandle handle;                 ///< the module
+        const char* name;                 ///< the feature
+        PxnInvalidationCallback callback; ///< what is called
+        void* context;                    ///< and with what
     };
 
     /// How often registrations were added and removed since the object was made.
     struct Counts {
-        std::atomic<std::uint64_t> registered = 0;
-        std::atomic<std::uint64_t> unregistered = 0;
-        std::atomic<std::uint64_t> unregisteredByClose = 0; // with their handle
+        std::atomic<std::uint64_t> registered = 0;          ///< added
+        std::atomic<std::uint64_t> unregistered = 0;        ///< removed one by one
+        std::atomic<std::uint64_t> unregisteredByClose = 0; ///< removed with their handle
     };
 
     Invalidations() = default;
@@ -49,6 +50,7 @@ public:
     /// Drops what is still posted, waits for a running callback and ends the thread.
     void Stop() EXCLUDES(mutex);
 
+    /// Adds a registration; it is called for what is posted from now on.
     void Register(PxnHandle handle, const char* name, PxnInvalidationCallback callback,
                   void* context) EXCLUDES(mutex);
     /// Removes the newest registration of the three and waits while another thread calls it. False
@@ -59,14 +61,16 @@ public:
     void UnregisterAll(PxnHandle handle) EXCLUDES(mutex);
     /// All registrations, in their order.
     std::vector<Registration> List() const EXCLUDES(mutex);
+    /// The counts, which change at any time.
     const Counts& GetCounts() const { return counts; }
 
     /// The feature has changed.
     void Post(PxnHandle handle, const char* name) EXCLUDES(mutex);
+    /// Runs on the event thread and returns the names of the features that have changed.
+    using Work = std::function<std::vector<const char*>()>;
     /// Runs `work` on the event thread without a lock, then calls the registrations of the features
     /// that it returns: for features that take on the values of an event right before its
     /// callbacks, and for changes that have to be searched for.
-    using Work = std::function<std::vector<const char*>()>;
     void PostWork(PxnHandle handle, Work work) EXCLUDES(mutex);
     /// Calls the registrations of a feature on the calling thread. Returns how many were called.
     unsigned Call(PxnHandle handle, const char* name) EXCLUDES(mutex);

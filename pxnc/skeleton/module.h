@@ -31,6 +31,7 @@ public:
 
     /// Bytes of a frame at the present settings. Camera and stream modules only.
     virtual PxnError GetPayloadSize(std::uint32_t& /*bytes*/) { return PxnErrBadHandle; }
+    ///@{
     /// Registers; `done` is the number of bytes transferred, also on a failure. Camera modules
     /// only.
     virtual PxnError ReadMemory(std::uint64_t /*address*/, char* /*buffer*/, std::uint32_t /*size*/,
@@ -41,6 +42,7 @@ public:
                                  std::uint32_t /*size*/, std::uint32_t& /*done*/) {
         return PxnErrNotSupported;
     }
+    ///@}
 
     /// The present values that a settings file keeps.
     virtual std::vector<StoredValue> GetStoredValues();

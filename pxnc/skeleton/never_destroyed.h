@@ -16,6 +16,7 @@ public:
     NeverDestroyed(const NeverDestroyed&) = delete;
     NeverDestroyed& operator=(const NeverDestroyed&) = delete;
 
+    /// The object.
     T& Get() { return *std::launder(reinterpret_cast<T*>(storage)); }
 
 private:

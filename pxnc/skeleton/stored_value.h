@@ -13,10 +13,10 @@ class Feature;
 
 /// The value of a feature, and the states of its selectors that it belongs to.
 struct StoredValue {
-    std::string feature;
-    std::vector<std::pair<std::string, std::string>> selectors =
-        {}; // name and state, outermost first
-    std::string value = {};
+    std::string feature; ///< its name
+    /// Names and states, outermost first.
+    std::vector<std::pair<std::string, std::string>> selectors = {};
+    std::string value = {}; ///< as ReadAsText has it
 };
 
 /// A feature's present value as text. PxnErrNotSupported for commands.

@@ -13,6 +13,7 @@ namespace skeleton {
 /// them instead of the characters. Any thread.
 class TextPool {
 public:
+    /// The pointer of that text.
     const char* Intern(std::string_view text) EXCLUDES(mutex);
 
 private:

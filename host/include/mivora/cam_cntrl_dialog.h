@@ -6,8 +6,11 @@
 /// A camera control dialog. Called on the user-interface thread unless stated otherwise.
 class ICamCntrlDialog {
 public:
+    /// Shows the dialog in the foreground.
     virtual void Show() = 0;
+    /// Hides the dialog; its window stays.
     virtual void Hide() = 0;
+    /// True while the dialog is shown.
     virtual bool IsVisible() const = 0;
     /// Notifies the dialog of a change; `mask` combines kMvUpdate... bits. Any thread.
     virtual void Update(uint32_t mask) = 0;

@@ -18,13 +18,16 @@ public:
         ShowWindow(::IsIconic(m_hWnd) ? SW_RESTORE : SW_SHOW);
         ::SetForegroundWindow(m_hWnd);
     }
+    /// Hides the window; it stays until the object is destroyed.
     void Hide() override {
         AFX_MANAGE_STATE(AfxGetStaticModuleState())
         ShowWindow(SW_HIDE);
     }
+    /// True while the window is shown; false without a window.
     bool IsVisible() const override { return m_hWnd && ::IsWindowVisible(m_hWnd); }
 
 protected:
+    /// `templateId` is the dialog template in the resources of the deriving module.
     explicit CCamCntrlDlgBase(UINT templateId, CWnd* parent = nullptr)
         : CDialog(templateId, parent) {}
 

@@ -62,9 +62,11 @@ public:
     /// True between a successful Open and Close.
     bool IsOpen() const;
 
+    ///@{
     /// The next channel of the grabber's list, or null.
     CCmdChannel* GetNext() const;
     void SetNext(CCmdChannel* node);
+    ///@}
 
 protected:
     /// Sets what IsOpen returns; called by Open and Close of the derived class.

@@ -39,6 +39,7 @@ public:
     /// number and mode of the cameras. A value without a key is left unchanged; without an ini file
     /// all are. Returns MV_OK in these cases as well.
     /* slot   2 */ virtual MV_ERRCODE LoadGrabberConfig();
+    ///@{
     /// Read one value of the camera, mode or grabber section; `Act` stands for the active camera
     /// and its active mode. They return the default for an absent key and for a camera or mode
     /// without a section. Numbers and texts as for CIniFile::GetInt32 and CIniFile::GetText.
@@ -58,11 +59,14 @@ public:
     /* slot  10 */ virtual int32_t GetActModeSpecInt32(const char* key, int32_t defaultValue);
     /* slot  11 */ virtual uint32_t GetActModeSpecString(const char* key, const char* defaultValue,
                                                          char* buffer, uint32_t capacity);
+    ///@}
+    ///@{
     /// Write one value to the grabber section. MV_CONFIG_NOT_SAVED if no ini file is set or writing
     /// fails, with a line in the log.
     /* slot  12 */ virtual MV_ERRCODE SaveGrabberInt32(const char* key, int32_t value);
     /* slot  13 */ virtual MV_ERRCODE SaveGrabberHex32(const char* key, uint32_t value);
     /* slot  14 */ virtual MV_ERRCODE SaveGrabberString(const char* key, const char* value);
+    ///@}
     /// Saves the active camera and its modes, in a new section if it has none. MV_NO_CAMERA if no
     /// camera is active, MV_CONFIG_NOT_SAVED if no ini file is set or writing fails.
     /* slot  15 */ virtual MV_ERRCODE SaveCameraModeConfig();
@@ -76,26 +80,35 @@ public:
     /// Clears the camera list and the ring of filled buffers. MV_NOT_INITIALISED without a
     /// preceding Init.
     /* slot  18 */ virtual MV_ERRCODE DeInit();
+    /// Opens the active camera. MV_NO_CAMERA if no camera is active; the other errors are the
+    /// module's.
     /* slot  19 */ virtual MV_ERRCODE OpenActCamera() = 0;
     /// 1 while a camera is open, else 0.
     /* slot  20 */ virtual uint32_t IsCameraOpen() = 0;
     /// MV_CAMERA_NOT_OPEN if no camera is open. The base only checks this; the module closes.
     /* slot  21 */ virtual MV_ERRCODE CloseActCamera();
+    ///@{
     /// Description, name and version of the driver; never null.
     /* slot  22 */ virtual const char* GetDriverDesc();
     /* slot  23 */ virtual const char* GetDriverName();
     /* slot  24 */ virtual const char* GetDriverVersion();
+    ///@}
+    /// The number of cameras in the list.
     /* slot  25 */ virtual uint32_t GetNumCameras();
     /// -1 if no camera is active.
     /* slot  26 */ virtual int32_t GetActCameraIndex();
+    ///@{
     /// -1 for an unknown id. A QZR camera id of 0 means "none" and is never found.
     /* slot  27 */ virtual int32_t GetCameraIndexByQZRCameraID(uint32_t id);
     /* slot  28 */ virtual int32_t GetCameraIndexByCameraUniqueID(uint32_t id);
+    ///@}
+    ///@{
     /// Camera nodes, owned by the grabber; null if there is no such camera.
     /* slot  29 */ virtual CMivoraCamera* GetFirstCamera();
     /* slot  30 */ virtual CMivoraCamera* GetCamera(int32_t index);
     /* slot  31 */ virtual CMivoraCamera* GetActCamera();
     /* slot  32 */ virtual CMivoraCamera* GetLastCamera();
+    ///@}
     /// Makes a camera active, -1 for none. If the index changes, an open camera is closed first and
     /// stays active if closing fails. MV_NO_CAMERA for an index without a camera, MV_BUSY during an
     /// acquisition, or the error of CloseActCamera.
@@ -124,6 +137,7 @@ public:
     /// Releases a buffer that the host holds, or one that is waiting. MV_BAD_VALUE for any other
     /// buffer.
     /* slot  39 */ virtual MV_ERRCODE ReleaseFrameBuffer(uint64_t index);
+    ///@{
     /// Install the receivers of an event; a null window or callback, thread 0 or message 0 removes
     /// them. Each event has one window, one thread and one callback receiver, all of which are
     /// notified. Messages carry the buffer index or event code in wParam and, for filled buffers,
@@ -139,6 +153,7 @@ public:
     /* slot  44 */ virtual MV_ERRCODE InstCamCfgChangeThreadID(uint32_t threadId, uint32_t message);
     /* slot  45 */ virtual MV_ERRCODE InstCamCfgChangeCallBack(MV_CAM_CFG_CHANGE_CALLBACK callback,
                                                                void* context);
+    ///@}
     /// Rebuilds the camera list; camera nodes obtained before are invalid afterwards.
     /* slot  46 */ virtual MV_ERRCODE RefreshCameraList() = 0;
 
@@ -149,6 +164,7 @@ public:
     /* slot  47 */ virtual MV_ERRCODE GetGrabberParamLimits(uint32_t id, uint64_t* min1,
                                                             uint64_t* max1, uint64_t* min2,
                                                             uint64_t* max2);
+    /// The present value of a parameter; the rules of GetGrabberParamLimits apply.
     /* slot  48 */ virtual MV_ERRCODE GetGrabberParam(uint32_t id, uint64_t* value1,
                                                       uint64_t* value2);
     /// MV_BAD_VALUE outside the limits. Setting the time base converts exposure and interval,
@@ -170,29 +186,35 @@ public:
     /* slot  54 */ virtual MV_ERRCODE CloseCamCntrlDialog();
     /// 1 while the dialog is visible, else 0.
     /* slot  55 */ virtual uint32_t IsCamCntrlDialogOpen();
+    ///@{
     /// Receivers of camera control events, see InstPostProcessMsgWnd.
     /* slot  56 */ virtual MV_ERRCODE InstCamCntrlMsgWnd(MV_WINDOW window, uint32_t message);
     /* slot  57 */ virtual MV_ERRCODE InstCamCntrlThreadID(uint32_t threadId, uint32_t message);
     /* slot  58 */ virtual MV_ERRCODE InstCamCntrlCallBack(MV_CAM_CNTRL_CALLBACK callback,
                                                            void* context);
+    ///@}
     /// Shows the modal configuration dialog of the module; user-interface thread.
     /* slot  59 */ virtual MV_ERRCODE GrabberConfigDialog(MV_WINDOW parent,
                                                           MV_DLG_EXITCODE* exitCode) = 0;
 
     // ---- command channels ----------------------------------------------------------------------
+    /// The number of command channels.
     /* slot  60 */ virtual uint32_t GetNumCmdChannels();
     /// Makes a channel active, -1 for none. MV_NO_CHANNEL for an index without a channel.
     /* slot  61 */ virtual MV_ERRCODE SetActCmdChannelIndex(int32_t index);
+    ///@{
     /// Channels, owned by the grabber; null if there is no such channel.
     /* slot  62 */ virtual CCmdChannel* GetFirstCmdChannel();
     /* slot  63 */ virtual CCmdChannel* GetActCmdChannel();
     /* slot  64 */ virtual CCmdChannel* GetCmdChannel(int32_t index);
+    ///@}
     /// -1 if no channel is active.
     /* slot  65 */ virtual int32_t GetActCmdChannelIndex();
     /// Shows the dialog of the active channel and saves the settings if it ends with OK.
     /// MV_NO_CHANNEL, MV_CONFIG_NOT_SAVED (the new settings still apply), or the error of the
     /// dialog.
     /* slot  66 */ virtual MV_ERRCODE SelectCmdDialog(MV_WINDOW parent, MV_DLG_EXITCODE* exitCode);
+    ///@{
     /// The CMD operations call the active channel, open or not, and return its result;
     /// MV_NO_CHANNEL and count 0 if no channel is active.
     /* slot  67 */ virtual MV_ERRCODE CMDOpen();
@@ -205,27 +227,39 @@ public:
     /* slot  72 */ virtual MV_ERRCODE CMDWriteCString(const char* text, uint64_t* count);
     /* slot  73 */ virtual MV_ERRCODE CMDPurge(uint32_t flags);
     /* slot  74 */ virtual MV_ERRCODE CMDClose();
+    ///@}
 
     // ---- bits, features, timer -----------------------------------------------------------------
-    /// Application bits 0 to 31 and host features; a value other than 0 sets the bit or switches
-    /// the feature on. MV_BAD_VALUE for an unknown bit or feature and for a null pointer.
+    ///@{
+    /// Application bits 0 to 31; a value other than 0 sets the bit. MV_BAD_VALUE for an unknown bit
+    /// and for a null pointer.
     /* slot  75 */ virtual MV_ERRCODE SetGrabberBit(uint32_t bit, uint32_t value);
     /* slot  76 */ virtual MV_ERRCODE GetGrabberBit(uint32_t bit, uint32_t* value);
+    ///@}
+    /// Whether a host feature is on; EMV_STATUS_UNKNOWN for an unknown one.
     /* slot  77 */ virtual EMV_FEATURE_STATUS GetFeatureStatus(EMV_FEATURE_ID id);
     /// Bit n is set while feature n is on.
     /* slot  78 */ virtual uint32_t GetFeatureMask();
+    ///@{
+    /// Switch a host feature on or off, and store whether it is on. MV_BAD_VALUE for an unknown
+    /// feature and for a null pointer.
     /* slot  79 */ virtual MV_ERRCODE SetFeature(EMV_FEATURE_ID id, uint32_t on);
     /* slot  80 */ virtual MV_ERRCODE GetFeature(EMV_FEATURE_ID id, uint32_t* on);
+    ///@}
+    ///@{
     /// Enable and disable the timer (parameter 258) and notify the dialogs.
     /* slot  81 */ virtual MV_ERRCODE StartTimer();
     /* slot  82 */ virtual MV_ERRCODE StopTimer();
+    ///@}
     /// Stores exposure, interval and timer state, then notifies the dialogs. Times in units of the
     /// time base.
     /* slot  83 */ virtual MV_ERRCODE ChangeTimerTB(uint32_t exposure, uint32_t interval,
                                                     uint32_t timerEnabled);
+    ///@{
     /// The current exposure and interval in microseconds.
     /* slot  84 */ virtual void GetTimerMicroseconds(uint64_t* exposure, uint64_t* interval) = 0;
     /* slot  85 */ virtual void SetTimerMicroseconds(uint64_t exposure, uint64_t interval) = 0;
+    ///@}
 
     // ---- channel types, events -----------------------------------------------------------------
     /// The number of channel types that CreateCmdChannel accepts.
@@ -246,19 +280,23 @@ public:
     /// Notifies the camera control dialog, then the callback of InstDialogUpdateCallBack. `mask`
     /// combines kMvUpdate... bits.
     /* slot  92 */ virtual void UpdateCamCntrlDialogs(uint32_t mask);
+    ///@{
     /// Add and remove a modeless dialog that gets the host's messages first (dialog_messages.h).
     /// Null and repeated windows are ignored. Any thread.
     /* slot  93 */ virtual void RegisterWindowHandle(MV_WINDOW window);
     /* slot  94 */ virtual void UnRegisterWindowHandle(MV_WINDOW window);
+    ///@}
     /// Adds a filled buffer to the ring and notifies the receivers. If the buffer is already
     /// waiting or held by the host, an image is lost; the receivers are still notified. An index
     /// without a buffer is logged and ignored. Allocates nothing.
     /* slot  95 */ virtual void DoPostProcess(uint64_t bufferIndex, uint32_t fromCallback);
     /// Sets the value of GetAcquisitionState without starting or stopping anything.
     /* slot  96 */ virtual void SetAcquisitionState(uint32_t state) = 0;
+    ///@{
     /// Copy the saved timing (exposure, interval, time base) to the current one, and vice versa.
     /* slot  97 */ virtual MV_ERRCODE SetDefaultIodTimerConfigToGrabber();
     /* slot  98 */ virtual MV_ERRCODE GetDefaultIodTimerConfigFromGrabber();
+    ///@}
     /* slot  99 */ virtual ~CMivoraGrabber();
     /// Keeps at most 255 bytes; null clears the text.
     /* slot 100 */ virtual void SetDriverDesc(const char* text);
@@ -301,6 +339,7 @@ public:
     uint64_t GetLostBufferCount() const;
 
 protected:
+    /// `moduleInstance` is what CreateGrabberInstance received.
     explicit CMivoraGrabber(void* moduleInstance);
 
     /// Deletes all camera nodes; no camera is active afterwards.
@@ -308,17 +347,22 @@ protected:
     /// Sets the active camera index without checking it or closing a camera.
     void StoreActCameraIndex(int32_t index);
 
+    ///@{
     /// Keep at most 255 bytes; null clears the text.
     void SetDriverName(const char* text);
     void SetDriverVersion(const char* text);
+    ///@}
 
+    ///@{
     /// The dialog for camera control dialog index 2, or null. The module creates and deletes it.
     /// The setter waits as described for InstPostProcessMsgWnd; afterwards the previous dialog
     /// receives no more updates.
     ICamCntrlDialog* GetCamCntrlDialogObject() const;
     void SetCamCntrlDialogObject(ICamCntrlDialog* dialog);
+    ///@}
 
-    // Timing in units of the time base, which is a power of ten of a second. Any thread.
+    ///@{
+    /// Timing in units of the time base, which is a power of ten of a second. Any thread.
     uint32_t GetExposureValue() const;
     void SetExposureValue(uint32_t value);
     uint32_t GetIntervalValue() const;
@@ -331,6 +375,7 @@ protected:
     void SetSavedInterval(uint32_t value);
     int32_t GetSavedTimeBase() const;
     void SetSavedTimeBase(int32_t exponent);
+    ///@}
     uint32_t GetTimerMode() const;    ///< parameter 256
     uint32_t GetTimerEnabled() const; ///< parameter 258: enabled unless 0
 

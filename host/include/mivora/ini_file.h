@@ -31,7 +31,9 @@ public:
     /// The path as passed to Open, or an empty text; valid until the next Open.
     const char* GetPath() const;
 
+    /// Whether the file has the section.
     bool HasSection(const char* section) const;
+    /// Whether the section has the key, with a value or empty.
     bool HasKey(const char* section, const char* key) const;
     /// Copies the value, or `defaultValue` if the key is absent, into `buffer`, truncated to
     /// `capacity` - 1 bytes and null-terminated. Returns the length of the whole value in bytes.
@@ -43,6 +45,7 @@ public:
     /// Hexadecimal numbers without a sign are taken as 32 bits: 0xFFFFFFFF is -1.
     int32_t GetInt32(const char* section, const char* key, int32_t defaultValue) const;
 
+    ///@{
     /// All writes return false on failure; GetLastErrorText then gives operation, path and reason,
     /// and neither the file nor the values in memory have changed. Each write first reads the file
     /// again and keeps what others have written to it, except for the keys that it writes itself. A
@@ -54,11 +57,13 @@ public:
     /// section at the end of the file.
     bool WriteText(const char* section, const char* key, const char* value);
     bool WriteInt32(const char* section, const char* key, int32_t value);
+    ///@}
     /// Writes the value in the form 0x%08X.
     bool WriteHex32(const char* section, const char* key, uint32_t value);
     /// Removes the line of the key; an absent key is not a failure.
     bool RemoveKey(const char* section, const char* key);
 
+    ///@{
     /// After BeginBatch the writes of the calling thread are kept in memory, where all reads see
     /// them, until EndBatch writes them to disk together or DropBatch discards them. Writes of
     /// other threads still go to disk immediately.
@@ -68,13 +73,16 @@ public:
     /// fails; the batch is then discarded.
     bool BeginBatch();
     bool EndBatch();
+    ///@}
     /// Does nothing if the calling thread has no open batch.
     void DropBatch();
 
+    ///@{
     /// The number of sections, and their names in order of appearance (null past the end). A name
     /// is valid until the next write.
     uint32_t GetNumSections() const;
     const char* GetSectionName(uint32_t index) const;
+    ///@}
 
     /// The reason for the last failure on the calling thread, or an empty text if none has failed;
     /// shared by all ini files of the thread and valid until its next failure.

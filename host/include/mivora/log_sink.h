@@ -6,7 +6,9 @@
 #include <stdarg.h>
 #include <stddef.h>
 
+/// Level of errors.
 inline constexpr int kMvLogError = 0;
+/// Level of everything else.
 inline constexpr int kMvLogInformation = 1;
 
 /// Receives log lines, one per call, from any thread; lines of several threads are never mixed.
@@ -20,6 +22,7 @@ inline constexpr int kMvLogInformation = 1;
 /// holds for "% d" as well. The sink checks the level first and formats only what it writes.
 class ILogSink {
 public:
+    /// Writes a formatted line.
     virtual void Write(int level, const char* format, ...) = 0;
     /// Writes a text at level kMvLogError without formatting it.
     virtual void WriteError(const char* text) = 0;

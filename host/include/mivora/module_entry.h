@@ -7,10 +7,12 @@
 
 class CMivoraGrabber;
 
-/// Names of the exported functions.
+///@{
+/// Name of an exported function.
 inline constexpr const char* kMvCreateGrabberName = "CreateGrabberInstance";
 inline constexpr const char* kMvDeleteGrabberName = "DeleteGrabberInstance";
 inline constexpr const char* kMvModuleInterfaceName = "MivoraModuleInterface";
+///@}
 
 /// Creates a grabber; `instance` is the handle of the loaded module. Null when out of memory.
 typedef CMivoraGrabber* (*MV_CREATE_GRABBER)(void* instance);
@@ -32,6 +34,7 @@ inline constexpr uint32_t kMvModuleInterfaceSmallest = 16;
 /// Returns the module's record, which exists as long as the module is loaded.
 typedef const MV_MODULE_INTERFACE* (*MV_MODULE_INTERFACE_QUERY)();
 
+/// The C++ ABI of the compiler that reads this header.
 #if defined(_MSC_VER)
 inline constexpr const char* kMvCompilerFamily = "Microsoft C++ ABI";
 #else

@@ -22,6 +22,7 @@ public:
     /// Unloads the current module, then loads the one at `path`, which may be relative to the
     /// current directory. Returns false on failure; see GetErrorText.
     bool Load(const char* path);
+    /// True between a successful Load and Unload.
     bool IsLoaded() const;
     /// Deletes the remaining grabbers and unloads the module.
     void Unload();

@@ -15,7 +15,7 @@ class CMivoraGrabber;
 
 /// How a service ended.
 enum MV_SERVICE_RESULT : int32_t {
-    MV_SERVICE_OK = 0,
+    MV_SERVICE_OK = 0,              ///< done
     MV_SERVICE_BAD_ARGUMENT = 1,    ///< a required pointer is null, or a size is wrong
     MV_SERVICE_NOT_INITIALISED = 2, ///< the grabber is not initialised
     MV_SERVICE_NO_CAMERA = 3,       ///< no camera is open, or it has gone
@@ -34,14 +34,14 @@ enum MV_SERVICE_RESULT : int32_t {
     MV_SERVICE_FILE_FAILED = 14,      ///< the file cannot be read or written, or is not of its kind
     MV_SERVICE_INCOMPLETE = 15,       ///< done for some features only; the receiver got each result
     MV_SERVICE_NOT_SUPPORTED = 16,    ///< the camera or its SDK has nothing like that
-    MV_SERVICE_OUT_OF_MEMORY = 17
+    MV_SERVICE_OUT_OF_MEMORY = 17     ///< what was passed to a receiver before is right
 };
 
 /// Why a service did not end with MV_SERVICE_OK, for people; empty after success. Longer texts are
 /// cut off at the end of a character.
 struct MV_SERVICE_REASON {
-    uint32_t size;
-    char text[1020];
+    uint32_t size;   ///< of this record in bytes
+    char text[1020]; ///< UTF-8, terminated
 };
 
 // ---- features ----
@@ -70,51 +70,51 @@ enum MV_FEATURE_VISIBILITY : uint32_t {
 
 /// The value of a feature. Only the member of the type counts.
 struct MV_FEATURE_VALUE {
-    uint32_t size;
+    uint32_t size;      ///< of this record in bytes
     uint32_t type;      ///< MV_FEATURE_TYPE
     int64_t integer;    ///< integers; booleans as 0 and 1; when read, an entry's number
     double real;        ///< floats
     const char* text;   ///< entries by name and strings, terminated; the bytes of a register
     uint32_t textBytes; ///< length of `text` in bytes, without the terminator
-    uint32_t reserved;
+    uint32_t reserved;  ///< 0
 };
 
 /// What is known about a feature. Texts are never null and, like all pointers, valid until the
 /// receiver returns.
 struct MV_FEATURE_DESCRIPTION {
-    uint32_t size;
-    uint32_t type;         ///< MV_FEATURE_TYPE
-    uint32_t visibility;   ///< MV_FEATURE_VISIBILITY
-    uint32_t isSelector;   ///< 1 when other features' values belong to its present value, else 0
-    uint32_t isStreamable; ///< 1 when settings files contain it
-    uint32_t isVolatile;   ///< 1 when it may change at any time without notice
-    const char* module;
-    const char* name;
-    const char* displayName;
-    const char* category; ///< a path such as "/ImageFormatControl"
-    const char* unit;     ///< "us", "Hz"; empty for none
-    const char* toolTip;
-    const char* description;
-    const char* nameSpace;      ///< "Standard" or "Custom"
+    uint32_t size;           ///< of this record in bytes
+    uint32_t type;           ///< MV_FEATURE_TYPE
+    uint32_t visibility;     ///< MV_FEATURE_VISIBILITY
+    uint32_t isSelector;     ///< 1 when other features' values belong to its present value, else 0
+    uint32_t isStreamable;   ///< 1 when settings files contain it
+    uint32_t isVolatile;     ///< 1 when it may change at any time without notice
+    const char* module;      ///< as ListModules passes it
+    const char* name;        ///< unique in its module
+    const char* displayName; ///< for people
+    const char* category;    ///< a path such as "/ImageFormatControl"
+    const char* unit;        ///< "us", "Hz"; empty for none
+    const char* toolTip;     ///< one sentence
+    const char* description; ///< more than that
+    const char* nameSpace;   ///< "Standard" or "Custom"
     const char* representation; ///< "Linear", "HexNumber"; empty for none
 
     // From here on as it is at present; filled by DescribeFeature only.
-    uint32_t isReadable;
-    uint32_t isWritable;
-    uint32_t hasLimits;    ///< the limits of the type below could be read
-    uint32_t hasIncrement; ///< integers
-    int64_t integerMin;
-    int64_t integerMax;
-    int64_t increment; ///< counted from the minimum
-    double realMin;
-    double realMax;
-    uint32_t longestText; ///< strings: bytes without the terminator
-    uint32_t entryCount;
+    uint32_t isReadable;            ///< 1 or 0
+    uint32_t isWritable;            ///< 1 or 0
+    uint32_t hasLimits;             ///< the limits of the type below could be read
+    uint32_t hasIncrement;          ///< integers
+    int64_t integerMin;             ///< integers; included
+    int64_t integerMax;             ///< integers; included
+    int64_t increment;              ///< counted from the minimum
+    double realMin;                 ///< floats; included
+    double realMax;                 ///< floats; included
+    uint32_t longestText;           ///< strings: bytes without the terminator
+    uint32_t entryCount;            ///< of `entries` and `entryAvailable`
     const char* const* entries;     ///< names of all entries of an enumeration
     const uint32_t* entryAvailable; ///< 1 for each that can be selected at present
     const char* const* selected;    ///< names of the features that this one selects
-    uint32_t selectedCount;
-    uint32_t reserved;
+    uint32_t selectedCount;         ///< of `selected`
+    uint32_t reserved;              ///< 0
 };
 
 // ---- frames ----
@@ -135,17 +135,17 @@ enum MV_FRAME_STATUS : int32_t {
 };
 
 /// Bits of MV_FRAME_INFO::valid: which members the camera's SDK has filled.
-inline constexpr uint32_t kMvFrameHasDimension = 1; ///< pixelFormat, width, height
-inline constexpr uint32_t kMvFrameHasOffset = 2;
-inline constexpr uint32_t kMvFrameHasFrameId = 4;
-inline constexpr uint32_t kMvFrameHasTimestamp = 8;
-inline constexpr uint32_t kMvFrameHasImageSize = 16;
-inline constexpr uint32_t kMvFrameHasPayloadType = 32;
-inline constexpr uint32_t kMvFrameHasChunks = 64; ///< the frame carries chunk data
+inline constexpr uint32_t kMvFrameHasDimension = 1;    ///< pixelFormat, width, height
+inline constexpr uint32_t kMvFrameHasOffset = 2;       ///< offsetX, offsetY
+inline constexpr uint32_t kMvFrameHasFrameId = 4;      ///< frameId
+inline constexpr uint32_t kMvFrameHasTimestamp = 8;    ///< timestamp
+inline constexpr uint32_t kMvFrameHasImageSize = 16;   ///< payloadBytes
+inline constexpr uint32_t kMvFrameHasPayloadType = 32; ///< payloadType
+inline constexpr uint32_t kMvFrameHasChunks = 64;      ///< the frame carries chunk data
 
 /// One frame as the module received it.
 struct MV_FRAME_INFO {
-    uint32_t size;
+    uint32_t size;        ///< of this record in bytes
     uint32_t valid;       ///< kMvFrameHas... bits
     uint64_t bufferIndex; ///< the host's buffer, from 0
     uint64_t received;    ///< frames received since the last snap, this one included, of any status
@@ -154,30 +154,30 @@ struct MV_FRAME_INFO {
     int32_t status;       ///< MV_FRAME_STATUS
     uint32_t pixelFormat; ///< PFNC value of the data from the camera
     uint32_t width;       ///< pixels
-    uint32_t height;
-    uint32_t offsetX;
-    uint32_t offsetY;
+    uint32_t height;      ///< lines
+    uint32_t offsetX;     ///< pixels from the left edge of the sensor
+    uint32_t offsetY;     ///< lines from its top
     uint32_t payloadBytes; ///< bytes of image data from the camera
     uint32_t payloadType;  ///< the SDK's number for it
     uint32_t picture;      ///< MV_FRAME_PICTURE
-    uint32_t reserved;
+    uint32_t reserved;     ///< 0
 };
 
 // ---- cameras ----
 
 /// A camera of the grabber's list. Texts are never null and valid until the receiver returns.
 struct MV_CAMERA_DESCRIPTION {
-    uint32_t size;
-    uint32_t index;         ///< position in the list, from 0
-    const char* id;         ///< unique among the cameras of the SDK
-    const char* extendedId; ///< names interface and transport layer as well
-    const char* name;       ///< what the host shows
-    const char* vendor;     ///< empty when not known without opening the camera
-    const char* model;
-    const char* serialNumber;
-    const char* userName; ///< what the user has named it; empty for none or when not known
-    const char* interfaceId;
-    const char* interfaceName;
+    uint32_t size;              ///< of this record in bytes
+    uint32_t index;             ///< position in the list, from 0
+    const char* id;             ///< unique among the cameras of the SDK
+    const char* extendedId;     ///< names interface and transport layer as well
+    const char* name;           ///< what the host shows
+    const char* vendor;         ///< empty when not known without opening the camera
+    const char* model;          ///< the maker's name for cameras of this kind
+    const char* serialNumber;   ///< of this camera
+    const char* userName;       ///< what the user has named it; empty for none or when not known
+    const char* interfaceId;    ///< what the camera is connected to
+    const char* interfaceName;  ///< the same for people
     const char* transportLayer; ///< "GEV", "U3V", "CL" and so on
     uint32_t canOpen;           ///< 1 when it can be opened with full access at present
     uint32_t canRead;           ///< 1 when it can be opened for reading
@@ -187,10 +187,10 @@ struct MV_CAMERA_DESCRIPTION {
 
 /// What became of one feature of a settings file.
 struct MV_SETTING {
-    uint32_t size;
-    int32_t result; ///< MV_SERVICE_RESULT
-    const char* module;
-    const char* feature;
+    uint32_t size;        ///< of this record in bytes
+    int32_t result;       ///< MV_SERVICE_RESULT
+    const char* module;   ///< as the file has it
+    const char* feature;  ///< as the file has it
     const char* selector; ///< "GainSelector=Red" and so on, separated by commas; empty for none
     const char* value;    ///< as the file has it
     const char* present;  ///< as the camera had it before; empty when it could not be read
@@ -200,7 +200,8 @@ struct MV_SETTING {
 /// Flag of LoadSettings: reads, checks and reports, and writes nothing.
 inline constexpr uint32_t kMvSettingsDryRun = 1;
 
-// Receivers. None is called under a lock: they may call services and the grabber.
+///@{
+/// A receiver. None is called under a lock: it may call services and the grabber.
 typedef void (*MV_TEXT_RECEIVER)(const char* text, void* context);
 typedef void (*MV_DATA_RECEIVER)(const char* name, const void* data, uint64_t bytes, void* context);
 typedef void (*MV_FEATURE_RECEIVER)(const MV_FEATURE_DESCRIPTION* feature, void* context);
@@ -210,6 +211,7 @@ typedef void (*MV_CHANGE_RECEIVER)(const char* module, const char* feature, void
 typedef void (*MV_FRAME_RECEIVER)(const MV_FRAME_INFO* frame, void* context);
 typedef void (*MV_CAMERA_RECEIVER)(const MV_CAMERA_DESCRIPTION* camera, void* context);
 typedef void (*MV_SETTING_RECEIVER)(const MV_SETTING* setting, void* context);
+///@}
 
 /// The services of one grabber, which live as long as the grabber.
 ///
