@@ -26,7 +26,8 @@ joined() { find "$@" -name '*.cpp' -print0 | sort -z | xargs -0 cat | tr '\n' ' 
 for page in ./*.md docs/*.md; do
   while read -r target; do
     [ -e "$(dirname "$page")/$target" ] || complain "$page links to $target, which is not there"
-  done < <(grep -oE '\]\([^)#:]+(#[^)]*)?\)' "$page" | sed -E 's/^\]\(([^)#]*).*/\1/')
+  done < <(sed '/^```/,/^```$/d' "$page" | grep -oE '\]\([^)#:]+(#[^)]*)?\)' |
+    sed -E 's/^\]\(([^)#]*).*/\1/')
 done
 for page in CONTRIBUTING.md THIRD-PARTY.md docs/*.md; do
   grep -qF "($page)" README.md || complain "README.md does not name $page"
