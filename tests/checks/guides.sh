@@ -40,8 +40,15 @@ compile writing-a-host.md host -L"$build/bin" -lMivora -pthread &
 host=$!
 compile writing-a-module.md libGuideModule.so -shared -fPIC -fvisibility=hidden -L"$build/bin" -lMivora -pthread &
 module=$!
+mkdir -p "$output/grey/Bin"
+mapfile -t skeleton < <(find "$build/pxnc/skeleton" -name '*.o')
+compile writing-a-camera-sdk.md grey/Bin/libPxnC.so -I. -shared -fPIC "${skeleton[@]}" \
+  "$build/platform/libplatform.a" -lpugixml -ldl -pthread \
+  -Wl,-z,nodelete &
+sdk=$!
 wait "$host"
 wait "$module"
+wait "$sdk"
 
 expect "the host" '^20 images of 640 x 480, [0-9]+ lost$' \
   env PYXEN_HOME="$build/bin/simulator" "$output/host" "$build/bin/libMivoraKVNPyxen.so"
@@ -60,3 +67,6 @@ printed=$(printf "$lines" | "${guide[@]}" shell | sed 's/.* = //' | tr '\n' ' ')
   echo "the module's codes are $printed"
   exit 1
 }
+
+expect "the rules of a camera SDK" '^[5-9][0-9] passed, 0 failed, ' "$build/bin/pyxen-tool" --sdk "$output/grey" sdk-check
+expect "grabbing from the camera SDK" '"frames":50,' "$build/bin/mivora" --sdk "$output/grey" grab --frames 50 --json
