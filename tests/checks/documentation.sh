@@ -29,7 +29,7 @@ for page in ./*.md docs/*.md; do
   done < <(sed '/^```/,/^```$/d' "$page" | grep -oE '\]\([^)#:]+(#[^)]*)?\)' |
     sed -E 's/^\]\(([^)#]*).*/\1/')
 done
-for page in CONTRIBUTING.md THIRD-PARTY.md docs/*.md; do
+for page in CHANGELOG.md CONTRIBUTING.md THIRD-PARTY.md docs/*.md; do
   grep -qF "($page)" README.md || complain "README.md does not name $page"
 done
 
