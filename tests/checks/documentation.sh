@@ -58,7 +58,7 @@ for name in $(grep -ohE '`(GVSP|Simulator|Discover|EventCamera|EventInterface)[A
 done
 
 # Log lines are quoted as the sources have them; `…` and what a format puts in both stand for anything.
-lines=$(joined module | sed 's/\\"/\x01/g; s/" *"//g; s/\x01/"/g')
+lines=$(joined module host/src | sed 's/\\"/\x01/g; s/" *"//g; s/\x01/"/g')
 quoted=0
 # shellcheck disable=SC2016
 while read -r line; do
@@ -66,9 +66,21 @@ while read -r line; do
   while read -r part; do
     [[ $lines == *"$part"* ]] || complain "docs/log-lines.md quotes \"$part\", which no source has"
   done < <(echo "${line//…/$'\n'}" | sed 's/^[: ]*//; s/[: ]*$//' | grep .)
-done < <(grep -oE '`(C[A-Za-z]+|FeatureSyncher|FeatureCache|PyxenApi|MivoraKVNPyxen has|Todo)[: ][^`]*`' docs/log-lines.md |
+done < <(grep -oE '`(C[A-Za-z]+|FeatureSyncher|FeatureCache|PyxenApi|MivoraKVNPyxen has|Todo|Mivora|GrabberDialogs|  ERROR)[: ][^`]*`' docs/log-lines.md |
   tr -d '`' | sort -u)
 [ "$quoted" -ge 30 ] || complain "found only $quoted lines in docs/log-lines.md"
+
+# Each line of level 0 is explained, by what it has before the first thing that a format puts in.
+errors=0
+while IFS= read -r line; do
+  line=${line%%'%'*}
+  [ "${#line}" -ge 12 ] || continue # only a context, which the caller's line has
+  errors=$((errors + 1))
+  grep -qF -- "$line" docs/log-lines.md docs/feature-synchronisation.md ||
+    complain "docs/log-lines.md does not explain \"$line\""
+done < <(grep -oE '(\b(Error|ErrorText|LogFault|Report|ReportSdkError)\(|LogErrorLine\(log,|kMvLogError,) *"[^"]*"' <<<"$lines" |
+  sed 's/^[^"]*"//; s/"$//' | sort -u)
+[ "$errors" -ge 60 ] || complain "found only $errors lines of level 0 in the sources"
 
 # The driver's own page is what it prints.
 for command in $(./dev | sed -n 's/^  \([a-z]\{1,\}\) .*/\1/p'); do
