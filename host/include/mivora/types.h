@@ -13,8 +13,8 @@ typedef void* MV_WINDOW;
 
 /// Result codes of grabber, camera and channel operations.
 enum MV_ERRCODE : int32_t {
-    MV_OK = 0,                    ///< done
-    MV_ALREADY_INITIALISED = 1,   ///< Init was called again before DeInit
+    MV_OK = 0,
+    MV_ALREADY_INITIALISED = 1,
     MV_NOT_INITIALISED = 2,       ///< the grabber is not initialised
     MV_BUSY = 3,                  ///< an acquisition is running
     MV_REFUSED = 4,               ///< no SDK or it refused, too many buffers, or out of memory
@@ -25,16 +25,16 @@ enum MV_ERRCODE : int32_t {
     MV_BAD_VALUE = 14,            ///< a mode or value outside its limits, or a null pointer
     MV_CHANNEL_ALREADY_OPEN = 16, ///< the command channel is already open
     MV_NO_CHANNEL = 17,           ///< no such command channel, or none is active
-    MV_CHANNEL_OPEN_FAILED = 18,  ///< the command channel cannot be opened
-    MV_READ_FAILED = 19,          ///< reading from the command channel failed
-    MV_WRITE_FAILED = 20,         ///< writing to the command channel failed
-    MV_PURGE_FAILED = 21,         ///< pending bytes could not be discarded
-    MV_CONFIG_NOT_SAVED = 22,     ///< no configuration file, or writing it failed
-    MV_CONFIG_NOT_LOADED = 23,    ///< no usable configuration file
-    MV_NO_FILLED_BUFFER = 25,     ///< no filled frame buffer is waiting
-    MV_ACQUISITION_FAILED = 29,   ///< the SDK failed during the acquisition
-    MV_NOT_AVAILABLE = 30,        ///< not available on this platform or in this module
-    MV_NOT_SERVED = 34            ///< unsupported parameter, or the camera refused the write
+    MV_CHANNEL_OPEN_FAILED = 18,
+    MV_READ_FAILED = 19,
+    MV_WRITE_FAILED = 20,
+    MV_PURGE_FAILED = 21,
+    MV_CONFIG_NOT_SAVED = 22,   ///< no configuration file, or writing it failed
+    MV_CONFIG_NOT_LOADED = 23,  ///< no usable configuration file
+    MV_NO_FILLED_BUFFER = 25,   ///< no filled frame buffer is waiting
+    MV_ACQUISITION_FAILED = 29, ///< the SDK failed during the acquisition
+    MV_NOT_AVAILABLE = 30,      ///< not available on this platform or in this module
+    MV_NOT_SERVED = 34          ///< unsupported parameter, or the camera refused the write
 };
 
 /// Result of a modal dialog.
