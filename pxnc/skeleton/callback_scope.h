@@ -3,11 +3,13 @@
 
 namespace skeleton {
 
+/// Which callback of the host runs.
 enum class CallbackKind { kNone, kFrame, kInvalidation, kChunk };
 
 /// Marks the calling thread as running a callback of the host while it lives. Scopes nest.
 class CallbackScope {
 public:
+    /// Begins to mark the calling thread.
     explicit CallbackScope(CallbackKind kind);
     ~CallbackScope();
     CallbackScope(const CallbackScope&) = delete;
