@@ -11,7 +11,7 @@ rm -rf "$output"
 mkdir -p "$output"
 cache() { sed -n "s/^$1:[A-Z]*=//p" "$build/CMakeCache.txt"; }
 sanitize=$(cache MIVORA_SANITIZE)
-common=(-std=c++20 -O1 -Wall -Wextra -Wshadow -Werror -Wno-nonportable-include-path
+common=(-std=c++20 -O1 -Wall -Wextra -Wshadow -Werror
   -DMIVORA_API= -Ihost/include -Ipxnc/include)
 [ -z "$sanitize" ] || common+=("-fsanitize=$sanitize" -fno-sanitize-recover=all)
 
