@@ -6,12 +6,25 @@ using sweep::LibraryBehind;
 
 namespace {
 
+template <typename... Arguments>
+sweep::CallObject ObjectOf(Arguments...) {
+    return {};
+}
+template <typename... Rest>
+sweep::CallObject ObjectOf(PxnHandle, const char* feature, Rest...) {
+    return {feature, 0};
+}
+template <typename... Rest>
+sweep::CallObject ObjectOf(PxnHandle, uint64_t address, Rest...) {
+    return {nullptr, address};
+}
+
 /// A call of the function `entry` of the library behind.
 template <typename Function, typename... Arguments>
 PxnError Pass(const char* name, Function LibraryBehind::*entry, Arguments... arguments) {
     const LibraryBehind& behind = LibraryBehind::Instance();
     const sweep::SdkVisit visit;
-    const sweep::Verdict verdict = sweep::BeginCall(name);
+    const sweep::Verdict verdict = sweep::BeginCall(name, ObjectOf(arguments...));
     if (verdict.code != PxnErrSuccess && !verdict.isDone) {
         return verdict.code;
     }

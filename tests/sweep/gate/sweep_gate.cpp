@@ -10,14 +10,27 @@
 #include <cstdio>
 #include <cstdlib>
 #include <new>
+#include <sstream>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace sweep {
 namespace {
 
 int Number(const char* variable) {
     return std::atoi(platform::GetEnvironment(variable).c_str());
+}
+
+std::string CallName(const char* entry, const CallObject& object) {
+    std::ostringstream name;
+    name << entry;
+    if (object.feature) {
+        name << '(' << object.feature << ')';
+    } else if (object.address != 0) {
+        name << "(0x" << std::hex << object.address << ')';
+    }
+    return name.str();
 }
 
 /// The order in force and the calls since it was given.
@@ -40,17 +53,25 @@ public:
         const platform::MutexLock lock(mutex);
         return calls;
     }
-    const char* FailedEntry() {
+    Verdict Count(const char* entry, const CallObject& object) {
         const platform::MutexLock lock(mutex);
-        return failed;
-    }
-    Verdict Count(const char* entry) {
-        const platform::MutexLock lock(mutex);
+        if (isReporting) {
+            names.push_back(CallName(entry, object));
+            if (order.call && names.back() != order.call) {
+                return {};
+            }
+        }
         if (!isCounting || ++calls != order.nth) {
             return {};
         }
-        failed = entry;
         return {order.code, order.isDone};
+    }
+    void Report(std::FILE* file) {
+        const platform::MutexLock lock(mutex);
+        std::fprintf(file, "%d\n", order.nth != 0 && calls >= order.nth ? 1 : 0);
+        for (const std::string& name : names) {
+            std::fprintf(file, "%s\n", name.c_str());
+        }
     }
     void SetHooks(const GateHooks* newHooks) { hooks = newHooks ? *newHooks : GateHooks{}; }
     const GateHooks& Hooks() const { return hooks; }
@@ -59,9 +80,12 @@ private:
     Gate() {
         platform::KeepThisLibraryLoaded(); // a host unloads it at every end of its use
         if (!platform::GetEnvironment(kGateReport).empty()) {
+            callToFail = platform::GetEnvironment(kGateCall);
             const GateOrder fromEnvironment{static_cast<std::uint32_t>(Number(kGateNth)),
-                                            Number(kGateCode), Number(kGateIsDone) != 0};
+                                            Number(kGateCode), Number(kGateIsDone) != 0,
+                                            callToFail.empty() ? nullptr : callToFail.c_str()};
             Give(&fromEnvironment);
+            isReporting = true;
         }
     }
 
@@ -69,7 +93,9 @@ private:
     bool isCounting GUARDED_BY(mutex) = false;
     GateOrder order GUARDED_BY(mutex);
     std::uint32_t calls GUARDED_BY(mutex) = 0;
-    const char* failed GUARDED_BY(mutex) = "";
+    bool isReporting = false; // a program; names allocate, which a test may have refused
+    std::string callToFail;
+    std::vector<std::string> names GUARDED_BY(mutex);
     GateHooks hooks; // set while nobody calls
 };
 
@@ -77,8 +103,7 @@ struct ReportAtTheEnd {
     ~ReportAtTheEnd() {
         const std::string path = platform::GetEnvironment(kGateReport);
         if (std::FILE* const file = path.empty() ? nullptr : std::fopen(path.c_str(), "w")) {
-            std::fprintf(file, "%u\n%s\n", static_cast<unsigned>(Gate::Instance().Calls()),
-                         Gate::Instance().FailedEntry());
+            Gate::Instance().Report(file);
             std::fclose(file);
         }
     }
@@ -122,11 +147,11 @@ SdkVisit::~SdkVisit() {
     }
 }
 
-Verdict BeginCall(const char* entry) {
+Verdict BeginCall(const char* entry, const CallObject& object) {
     if (Gate::Instance().Hooks().write) {
         Gate::Instance().Hooks().write();
     }
-    return Gate::Instance().Count(entry);
+    return Gate::Instance().Count(entry, object);
 }
 
 } // namespace sweep

@@ -3,6 +3,10 @@
 // It passes every call on, counts, and lets one call fail: refused, which the library behind does
 // not see (but for PxnStartup), or done and then reported as failed. A test that loads it gives the
 // order with the functions declared here; a program finds the order in its environment.
+//
+// Call names of programs are "PxnCaptureEnd", "PxnFeatureIntGet(Width)",
+// "PxnMemoryRead(0x10000004)": with them a call is found again when others come earlier, later or
+// not at all.
 #pragma once
 
 #include "pxnc.h"
@@ -15,7 +19,8 @@ namespace sweep {
 struct GateOrder {
     std::uint32_t nth = 0;
     PxnError code = PxnErrSuccess;
-    bool isDone = false; ///< reported as failed after the library behind has done it
+    bool isDone = false;        ///< reported as failed after the library behind has done it
+    const char* call = nullptr; ///< only calls of this name count; null: all
 };
 
 /// What a test wants to know of. Each may be null.
@@ -35,11 +40,12 @@ inline constexpr const char* kSetGateHooksName = "SweepSetGateHooks";
 
 // The environment of a program.
 inline constexpr const char* kGateLibrary = "SWEEP_GATE_LIBRARY"; ///< path of the library behind
-inline constexpr const char* kGateNth = "SWEEP_GATE_NTH";         ///< 0 or absent: only count
+inline constexpr const char* kGateCall = "SWEEP_GATE_CALL";       ///< the name of a call
+inline constexpr const char* kGateNth = "SWEEP_GATE_NTH"; ///< among those; 0 or absent: only count
 inline constexpr const char* kGateCode = "SWEEP_GATE_CODE";
 inline constexpr const char* kGateIsDone = "SWEEP_GATE_IS_DONE"; ///< 1: done, then failed
-/// A file that gets the number of calls and the name of the one that failed, a line each, when the
-/// program ends.
+/// A file that is written when the program ends: a line with 1 when the call was made that was to
+/// fail, else 0, then the names of all calls in their order, a line each.
 inline constexpr const char* kGateReport = "SWEEP_GATE_REPORT";
 
 /// A call on this thread, from its begin to its end. For the functions themselves.
@@ -57,7 +63,13 @@ struct Verdict {
     bool isDone = false;
 };
 
+/// What a call is about, where its arguments name something that lasts.
+struct CallObject {
+    const char* feature = nullptr;
+    std::uint64_t address = 0; ///< of a register; 0: none
+};
+
 /// Counts a call. `entry` is the function's name.
-Verdict BeginCall(const char* entry);
+Verdict BeginCall(const char* entry, const CallObject& object = {});
 
 } // namespace sweep
