@@ -1,4 +1,4 @@
-// program_sweep_posix_test.cpp - every call of the SDK fails in runs of the programs
+// program_sweep_test.cpp - every call of the SDK fails in runs of the programs
 //
 // The programs load the gate as their SDK, with the simulator behind it. A call is named by its
 // function, its feature or register, and its number among those of that name, since other threads'
@@ -110,10 +110,13 @@ protected:
                              {kGateReport, report}};
         const support::ProgramResult result = support::RunProgram(start, GetParam().input);
         Start made;
+        // Paths before numbers, which they may contain.
+        std::string errors = result.errors;
+        Replace(errors, directory.Path(), "{directory}");
+        Replace(errors, support::BuiltFile("sweep"), "{sdk}");
+        Replace(errors, "\\", "/");
         Step step{GetParam().name, std::to_string(result.status), LinesOf("out", result.output)};
-        for (std::string& line : LinesOf("err", result.errors)) {
-            Replace(line, directory.Path(), "{directory}");
-            Replace(line, support::BuiltFile("sweep"), "{sdk}");
+        for (std::string& line : LinesOf("err", errors)) {
             step.lines.push_back(std::move(line));
         }
         made.transcript = {std::move(step)};
