@@ -27,6 +27,10 @@ enum class Entry : std::uint8_t {
 constexpr std::size_t kEntryCount = static_cast<std::size_t>(Entry::kCount);
 constexpr std::size_t kMostParameters = 6;
 
+constexpr bool IsCallbackEntry(Entry entry) {
+    return entry >= Entry::kFrameCallback;
+}
+
 /// The arguments of a call as they were passed: numbers extended to 64 bits, doubles by their bits.
 using Words = std::array<std::uint64_t, kMostParameters>;
 

@@ -15,10 +15,6 @@
 namespace sdktrace {
 namespace {
 
-/// How much longer than in the trace a call waits for callbacks. Two threads that wait for each
-/// other because this session interleaves them differently go on after it.
-constexpr std::chrono::seconds kPatience{1};
-
 /// Which thread of a player's trace this thread is.
 struct Binding {
     unsigned player = 0;
@@ -38,6 +34,11 @@ std::string BeginText(const Event& begin) {
     return EventText(Identity::kAddress, Detail::kShort).Begin(begin);
 }
 
+bool IsAcquisitionStop(Entry entry, const std::vector<Value>& arguments) {
+    return entry == Entry::kPxnFeatureCommandRun && arguments.size() > 1 &&
+           arguments[1].text == "AcquisitionStop";
+}
+
 /// "script /tmp/a" is the same command as "script b/a".
 bool IsSameCommand(const std::string& left, const std::string& right) {
     const std::size_t blank = left.find(' ');
@@ -48,8 +49,9 @@ bool IsSameCommand(const std::string& left, const std::string& right) {
 
 } // namespace
 
-Player::Player(std::string file, Trace traced)
+Player::Player(std::string file, Trace traced, std::chrono::milliseconds patienceToHave)
     : path(std::move(file)),
+      patience(patienceToHave),
       trace(std::move(traced)),
       threadOf(trace.events.size()),
       id(++players),
@@ -73,7 +75,19 @@ Player::Player(std::string file, Trace traced)
     FindOpen(true);
 }
 
-std::unique_ptr<Player> Player::Open(const std::string& path, std::string& problem) {
+Player::~Player() {
+    {
+        const Lock lock(mutex);
+        differs = true; // so that no further callback is made
+        changed.notify_all();
+    }
+    for (std::thread& thread : playing) {
+        thread.join();
+    }
+}
+
+std::unique_ptr<Player> Player::Open(const std::string& path, std::string& problem,
+                                     std::chrono::milliseconds patience) {
     Trace trace;
     if (!ReadTrace(path, trace, problem)) {
         problem = "cannot play back " + path + ": " + problem;
@@ -84,7 +98,7 @@ std::unique_ptr<Player> Player::Open(const std::string& path, std::string& probl
                   ": its beginning has been overwritten; it wants a bigger file";
         return nullptr;
     }
-    std::unique_ptr<Player> player(new Player(path, std::move(trace)));
+    std::unique_ptr<Player> player(new Player(path, std::move(trace), patience));
     player->Start();
     return player;
 }
@@ -92,7 +106,7 @@ std::unique_ptr<Player> Player::Open(const std::string& path, std::string& probl
 void Player::Start() {
     for (Thread& thread : threads) {
         if (!thread.isHost) {
-            std::thread([this, &thread] { PlayThread(thread); }).detach();
+            playing.emplace_back([this, &thread] { PlayThread(thread); });
         }
     }
 }
@@ -118,6 +132,12 @@ PxnError Player::Play(Entry entry, const Words& words, Lock& lock) {
         } else if (!IsNextCall(*thread, entry, now)) {
             return PxnErrSuccess;
         }
+    }
+    if (thread && thread->isStopMoved && IsOtherFlush(*thread, entry)) {
+        return PxnErrSuccess;
+    }
+    if (thread && IsAcquisitionStop(entry, now) && !IsNextCall(*thread, entry, now)) {
+        TakeOverStop(*thread, entry, now);
     }
     if (!thread || !IsNextCall(*thread, entry, now)) {
         DifferAtCall(thread, entry, now);
@@ -169,8 +189,9 @@ PxnError Player::PlayControl(const Words& words) {
     std::vector<Value> results{{}, answer};
     PxnError result = PxnErrNotImplemented;
     if (traced) {
-        results = trace.events[traced->partner].values;
-        result = trace.events[traced->partner].result;
+        const Event& end = trace.events[traced->partner];
+        results = end.values.empty() ? results : end.values;
+        result = end.result;
     }
     store.StoreResults(Entry::kPxnControl, words, result, results);
     return result;
@@ -180,20 +201,59 @@ Player::Thread* Player::FindThread(Entry entry, const std::vector<Value>& now) {
     if (binding.player == id) {
         return static_cast<Thread*>(binding.thread);
     }
+    // A thread of its own may end a snap that in the trace ends on the thread that stops it.
+    const bool isStop = IsAcquisitionStop(entry, now);
+    Thread* found = nullptr;
     for (Thread& thread : threads) {
-        if (thread.isHost && !thread.isBound && IsNextCall(thread, entry, now)) {
-            thread.isBound = true;
-            binding = {id, &thread};
-            return &thread;
+        if (thread.isHost && (isStop || !thread.isBound) && IsNextCall(thread, entry, now) &&
+            (!found || thread.events[thread.next] < found->events[found->next])) {
+            found = &thread;
         }
     }
-    return nullptr;
+    if (found) {
+        found->isStopMoved = found->isBound;
+        found->isBound = true;
+        binding = {id, found};
+    }
+    return found;
 }
 
 bool Player::IsNextCall(const Thread& thread, Entry entry, const std::vector<Value>& now) const {
     const Event* const next = Next(thread);
     return next && next->type == RecordType::kCallBegin && next->entry == entry &&
            match.Matches(entry, next->values, now);
+}
+
+bool Player::IsNextEntry(const Thread& thread, Entry entry) const {
+    const Event* const next = Next(thread);
+    return next && next->entry == entry;
+}
+
+void Player::TakeOverStop(Thread& thread, Entry entry, const std::vector<Value>& now) {
+    for (Thread& other : threads) {
+        if (other.isHost && !other.isBound && IsNextCall(other, entry, now)) {
+            for (const std::size_t event : other.events) {
+                threadOf[event] = &thread;
+            }
+            thread.events.insert(thread.events.begin() + static_cast<std::ptrdiff_t>(thread.next),
+                                 other.events.begin(), other.events.end());
+            thread.isStopMoved = true;
+            other.events.clear();
+            other.isBound = true;
+            return;
+        }
+    }
+}
+
+bool Player::IsOtherFlush(Thread& thread, Entry entry) {
+    constexpr Entry kFlush = Entry::kPxnCaptureQueueFlush;
+    if (entry == Entry::kPxnFrameRevokeAll) {
+        thread.isStopMoved = false;
+        for (int record = 0; record < 2 && IsNextEntry(thread, kFlush); ++record) {
+            Advance(thread); // its beginning, its end
+        }
+    }
+    return entry == kFlush && IsNextEntry(thread, Entry::kPxnFrameRevokeAll);
 }
 
 const Event* Player::Next(const Thread& thread) const {
@@ -250,35 +310,45 @@ void Player::PlayCallback(Thread& thread, Lock& lock) {
 
 bool Player::Invoke(const Event& begin, Lock& lock) {
     const std::vector<Value>& values = begin.values;
-    const std::uint64_t callback = values.empty() ? 0 : match.Current(values[0].word);
-    if (callback == 0) {
-        return false;
+    if (values.empty()) {
+        return false; // it was too big
     }
     auto* const handle = ToPointer<void>(values[1].word);
     switch (begin.entry) {
     case Entry::kFrameCallback: {
-        auto* const frame = ToPointer<PxnFrame>(match.Current(values[3].word));
-        if (!frame) {
+        const auto callback = match.Current(Pointee::kFrameCallback, values[0].word);
+        const auto word = match.Current(Pointee::kFrame, values[3].word);
+        if (callback.value_or(0) == 0 || word.value_or(0) == 0) {
             return false;
         }
+        auto* const frame = ToPointer<PxnFrame>(*word);
         store.StoreFrame(*frame, values[3]);
         lock.unlock();
-        reinterpret_cast<PxnFrameCallback>(callback)(handle, ToPointer<void>(values[2].word),
-                                                     frame);
+        reinterpret_cast<PxnFrameCallback> (*callback)(handle, ToPointer<void>(values[2].word),
+                                                       frame);
         break;
     }
     case Entry::kInvalidationCallback: {
+        const auto callback = match.Current(Pointee::kInvalidationCallback, values[0].word);
+        const auto context = match.Current(Pointee::kInvalidationContext, values[3].word);
+        if (callback.value_or(0) == 0 || !context) {
+            return false;
+        }
         const char* const name = store.Keep(values[2]);
-        auto* const context = ToPointer<void>(match.Current(values[3].word));
         lock.unlock();
-        reinterpret_cast<PxnInvalidationCallback>(callback)(handle, name, context);
+        reinterpret_cast<PxnInvalidationCallback> (*callback)(handle, name,
+                                                              ToPointer<void>(*context));
         break;
     }
     default: {
-        auto* const context = ToPointer<void>(match.Current(values[2].word));
+        const auto callback = match.Current(Pointee::kChunkCallback, values[0].word);
+        const auto context = match.Current(Pointee::kChunkContext, values[2].word);
+        if (callback.value_or(0) == 0 || !context) {
+            return false;
+        }
         lock.unlock();
         try {
-            reinterpret_cast<PxnChunkAccessCallback>(callback)(handle, context);
+            reinterpret_cast<PxnChunkAccessCallback> (*callback)(handle, ToPointer<void>(*context));
         } catch (...) {
             // The result in the trace says so.
         }
@@ -316,7 +386,7 @@ bool Player::WaitForTurn(std::size_t event, Lock& lock) {
 }
 
 void Player::WaitForCallbacksBefore(std::size_t end, std::uint64_t beginTime, Lock& lock) {
-    const auto limit = kPatience + std::chrono::nanoseconds(trace.events[end].time - beginTime);
+    const auto limit = patience + std::chrono::nanoseconds(trace.events[end].time - beginTime);
     changed.wait_for(lock, limit, [&] { return differs || IsDoneBefore(end, false); });
 }
 

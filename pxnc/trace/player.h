@@ -12,6 +12,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace sdktrace {
@@ -26,13 +27,23 @@ namespace sdktrace {
 /// control commands that the host leaves out or adds.
 ///
 /// Whether a frame is queued again while the acquisition is being stopped depends on time: queueing
-/// inside a frame callback is no difference, made or left out.
+/// inside a frame callback is no difference, made or left out. So does whether an asynchronous snap
+/// is ended by a thread of its own or by the thread that stops it, which flushes as well: the end
+/// may come on either thread.
 ///
-/// Any thread. Lives until the process ends.
+/// Any thread.
 class Player {
 public:
-    /// Null with a reason in `problem` when the file cannot be played back.
-    static std::unique_ptr<Player> Open(const std::string& path, std::string& problem);
+    static constexpr std::chrono::milliseconds kPatience{1000};
+
+    /// Null with a reason in `problem` when the file cannot be played back. Two threads that wait
+    /// for each other because this session interleaves them differently go on after `patience`.
+    static std::unique_ptr<Player> Open(const std::string& path, std::string& problem,
+                                        std::chrono::milliseconds patience = kPatience);
+    /// Waits for callbacks that are running. No call may be running.
+    ~Player();
+    Player(const Player&) = delete;
+    Player& operator=(const Player&) = delete;
 
     const LibraryVersion& Version() const { return trace.libraryVersion; }
     PxnError Call(Entry entry, const Words& words) noexcept;
@@ -51,9 +62,10 @@ private:
         bool isHost = true;
         bool isBound = false; // to a thread of this process
         bool isInFrameCallback = false;
+        bool isStopMoved = false; // the end of a snap that the trace has on another thread
     };
 
-    Player(std::string file, Trace traced);
+    Player(std::string file, Trace traced, std::chrono::milliseconds patienceToHave);
 
     void Start();
     PxnError Play(Entry entry, const Words& words, Lock& lock);
@@ -63,6 +75,12 @@ private:
     /// The trace's thread that this thread of the process is; null when it matches none.
     Thread* FindThread(Entry entry, const std::vector<Value>& now);
     bool IsNextCall(const Thread& thread, Entry entry, const std::vector<Value>& now) const;
+    bool IsNextEntry(const Thread& thread, Entry entry) const;
+    /// The thread ends a snap that in the trace ends on a thread of its own.
+    void TakeOverStop(Thread& thread, Entry entry, const std::vector<Value>& now);
+    /// True for a flush that the thread of a snap's end does not have in the trace. Leaves out one
+    /// that is in the trace only.
+    bool IsOtherFlush(Thread& thread, Entry entry);
     /// The thread's next event; null at its end.
     const Event* Next(const Thread& thread) const;
     void Advance(Thread& thread);
@@ -80,6 +98,7 @@ private:
     void DifferAtCall(const Thread* thread, Entry entry, const std::vector<Value>& now);
 
     const std::string path;
+    const std::chrono::milliseconds patience;
     Trace trace;
     std::deque<Thread> threads;
     std::vector<Thread*> threadOf; // by event; null: not played back in its turn
@@ -94,6 +113,7 @@ private:
     ValueStore store;
     std::size_t nextControl = 0;
     bool differs = false;
+    std::vector<std::thread> playing;
 };
 
 } // namespace sdktrace

@@ -6,17 +6,26 @@
 namespace sdktrace {
 namespace {
 
-/// Its address is another one in each session.
-bool IsHostPointer(Kind kind) {
+/// What a parameter of a function points to; none when it is no pointer of the host's, whose
+/// addresses are others in each session.
+std::optional<Pointee> PointeeOf(Entry entry, Kind kind) {
+    const bool isInvalidation = entry == Entry::kPxnFeatureInvalidationRegister ||
+                                entry == Entry::kPxnFeatureInvalidationUnregister;
     switch (kind) {
     case Kind::kFrame:
     case Kind::kAnnouncedFrame:
     case Kind::kFrameToFill:
+        return Pointee::kFrame;
     case Kind::kCallback:
+        return isInvalidation                        ? Pointee::kInvalidationCallback
+               : entry == Entry::kPxnChunkDataAccess ? Pointee::kChunkCallback
+                                                     : Pointee::kFrameCallback;
     case Kind::kContext:
-        return true;
+        return isInvalidation                        ? Pointee::kInvalidationContext
+               : entry == Entry::kPxnChunkDataAccess ? Pointee::kChunkContext
+                                                     : Pointee::kSettings;
     default:
-        return false;
+        return std::nullopt;
     }
 }
 
@@ -45,10 +54,9 @@ bool SessionMatch::Matches(Entry entry, const std::vector<Value>& traced,
             isSame = traced[i].type == now[i].type &&
                      FileNameOf(traced[i].text) == FileNameOf(now[i].text);
         } else if (kind == Kind::kFrame || kind == Kind::kFrameToFill) {
-            const auto known = current.find(traced[i].word);
-            isSame = known == current.end() ? (traced[i].word == 0) == (now[i].word == 0)
-                                            : known->second == now[i].word;
-        } else if (IsHostPointer(kind)) {
+            const auto known = Current(Pointee::kFrame, traced[i].word);
+            isSame = known ? *known == now[i].word : (traced[i].word == 0) == (now[i].word == 0);
+        } else if (PointeeOf(entry, kind)) {
             isSame = (traced[i].word == 0) == (now[i].word == 0) && traced[i].parts == now[i].parts;
         }
         if (!isSame) {
@@ -61,15 +69,15 @@ bool SessionMatch::Matches(Entry entry, const std::vector<Value>& traced,
 void SessionMatch::Learn(Entry entry, const std::vector<Value>& traced,
                          const std::vector<Value>& now) {
     for (std::size_t i = 0; i < traced.size(); ++i) {
-        if (IsHostPointer(RowOf(entry).parameters[i].kind)) {
-            current[traced[i].word] = now[i].word;
+        if (const auto pointee = PointeeOf(entry, RowOf(entry).parameters[i].kind)) {
+            current[{*pointee, traced[i].word}] = now[i].word;
         }
     }
 }
 
-std::uint64_t SessionMatch::Current(std::uint64_t traced) const {
-    const auto found = current.find(traced);
-    return found == current.end() ? 0 : found->second;
+std::optional<std::uint64_t> SessionMatch::Current(Pointee pointee, std::uint64_t traced) const {
+    const auto found = current.find({pointee, traced});
+    return found == current.end() ? std::nullopt : std::optional(found->second);
 }
 
 } // namespace sdktrace

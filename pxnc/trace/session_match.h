@@ -5,7 +5,9 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace sdktrace {
@@ -16,6 +18,17 @@ std::string FileNameOf(const std::string& path);
 /// The values of arguments that a host passes now.
 std::vector<Value> ValuesOf(Entry entry, const Words& words);
 
+/// What a pointer of the host points to. A damaged trace may take one for another.
+enum class Pointee : std::uint8_t {
+    kFrame,
+    kFrameCallback,
+    kInvalidationCallback,
+    kInvalidationContext,
+    kChunkCallback,
+    kChunkContext,
+    kSettings,
+};
+
 /// Compares arguments with those in a trace. Handles are those of the trace; frames, callbacks and
 /// contexts have other addresses and are learned. Of paths the file names are compared, as
 /// directories differ from run to run. One thread at a time.
@@ -25,11 +38,11 @@ public:
                  const std::vector<Value>& now) const;
     /// Takes over the pointers of arguments that match.
     void Learn(Entry entry, const std::vector<Value>& traced, const std::vector<Value>& now);
-    /// What stands for a frame, callback or context of the trace; 0 when it was never passed.
-    std::uint64_t Current(std::uint64_t traced) const;
+    /// What stands for a pointer of the trace; none when it was never passed as one to that.
+    std::optional<std::uint64_t> Current(Pointee pointee, std::uint64_t traced) const;
 
 private:
-    std::map<std::uint64_t, std::uint64_t> current;
+    std::map<std::pair<Pointee, std::uint64_t>, std::uint64_t> current;
 };
 
 } // namespace sdktrace

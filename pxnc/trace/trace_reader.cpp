@@ -59,9 +59,16 @@ std::string JoinBlocks(const std::vector<BlockView>& blocks, bool& hasBeginning)
     return joined;
 }
 
+// Ten years in ns: sums of such times do not overflow.
+constexpr std::uint64_t kLatestTime = 10ull * 365 * 24 * 3600 * 1'000'000'000;
+
 bool IsKnown(const RecordHeader& header) {
+    const bool isOfCallback =
+        header.type == RecordType::kCallbackBegin || header.type == RecordType::kCallbackEnd;
     return header.size >= sizeof header && header.entry < kEntryCount &&
-           header.type >= RecordType::kCallBegin && header.type <= RecordType::kCallbackEnd;
+           header.type >= RecordType::kCallBegin && header.type <= RecordType::kCallbackEnd &&
+           isOfCallback == IsCallbackEntry(static_cast<Entry>(header.entry)) &&
+           header.time <= kLatestTime;
 }
 
 /// Ends at a record that is not whole, as the last one after a crash.

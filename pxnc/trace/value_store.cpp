@@ -85,6 +85,7 @@ void ValueStore::StorePlace(const Parameter& parameter, const Words& words, char
 
 void ValueStore::StoreRecord(RecordKind kind, char* record, const Value& value) {
     const RecordRow& row = RowOf(kind);
+    std::size_t listed = 0;
     for (std::size_t i = 0; i < value.parts.size(); ++i) {
         char* const place = record + row.fields[i].offset;
         const Value& part = value.parts[i];
@@ -110,6 +111,7 @@ void ValueStore::StoreRecord(RecordKind kind, char* record, const Value& value) 
                 list.push_back(ToPointer<void>(stream.word));
             }
             WriteAs<const PxnHandle*>(place, list.empty() ? nullptr : list.data());
+            listed = list.size();
             break;
         }
         case FieldKind::kImageOffset: {
@@ -120,6 +122,11 @@ void ValueStore::StoreRecord(RecordKind kind, char* record, const Value& value) 
             break;
         }
         }
+    }
+    if (listed > 0) {
+        // The count of a damaged trace may be greater than its list.
+        auto& camera = *reinterpret_cast<PxnCameraInfo*>(record);
+        camera.streamCount = std::min(camera.streamCount, static_cast<std::uint32_t>(listed));
     }
 }
 

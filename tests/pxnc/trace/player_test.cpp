@@ -57,6 +57,31 @@ protected:
         EXPECT_EQ(isSame, errors.empty());
         return errors;
     }
+    void Run(const char* command, PxnError result = 0) {
+        Call(Entry::kPxnFeatureCommandRun, result, PXN_SYSTEM_HANDLE, command);
+    }
+    /// The end of an asynchronous snap with a mark for its result.
+    void EndSnap(PxnError result, bool isFlushed) {
+        Run("AcquisitionStop");
+        Call(Entry::kPxnCaptureEnd, result, PXN_SYSTEM_HANDLE);
+        if (isFlushed) {
+            Call(Entry::kPxnCaptureQueueFlush, 0, PXN_SYSTEM_HANDLE);
+        }
+        Call(Entry::kPxnFrameRevokeAll, 0, PXN_SYSTEM_HANDLE);
+    }
+    static void ExpectRun(Player& player, const char* command) {
+        EXPECT_EQ(player.Call(Entry::kPxnFeatureCommandRun, ToWords(PXN_SYSTEM_HANDLE, command)),
+                  0);
+    }
+    static void ExpectEnd(Player& player, PxnError result, bool isFlushed) {
+        const auto words = ToWords(PXN_SYSTEM_HANDLE);
+        ExpectRun(player, "AcquisitionStop");
+        EXPECT_EQ(player.Call(Entry::kPxnCaptureEnd, words), result);
+        if (isFlushed) {
+            EXPECT_EQ(player.Call(Entry::kPxnCaptureQueueFlush, words), 0);
+        }
+        EXPECT_EQ(player.Call(Entry::kPxnFrameRevokeAll, words), 0);
+    }
     /// Traces a session of an SDK thread that hands `count` frames over, each of which is queued
     /// again inside.
     void TraceFrames(std::uint64_t count) {
@@ -230,6 +255,106 @@ TEST_F(PlayerTest, FindsTheThreadsByTheirFirstCalls) {
         }).join();
     }
     EXPECT_EQ(Finish(player), "");
+}
+
+TEST_F(PlayerTest, TakesTheEndOfAnAsynchronousSnapFromEitherThread) {
+    // In the trace the thread of the snap ends the first, whoever stops it the second one.
+    Run("AcquisitionStart");
+    std::thread([&] { EndSnap(-25, false); }).join();
+    Run("AcquisitionStart");
+    EndSnap(-24, true);
+    Run("End");
+    Player& player = Play();
+    ExpectRun(player, "AcquisitionStart");
+    ExpectEnd(player, -25, true);
+    ExpectRun(player, "AcquisitionStart");
+    std::thread([&] { ExpectEnd(player, -24, false); }).join();
+    ExpectRun(player, "End");
+    EXPECT_EQ(Finish(player), "");
+}
+
+TEST_F(PlayerTest, TakesTheEndsOfAsynchronousSnapsInTheirOrder) {
+    Run("AcquisitionStart");
+    EndSnap(-25, true);
+    Run("AcquisitionStart");
+    std::thread([&] { EndSnap(-24, false); }).join();
+    Run("End");
+    Player& player = Play();
+    for (const PxnError result : {-25, -24}) {
+        ExpectRun(player, "AcquisitionStart");
+        std::thread([&] { ExpectEnd(player, result, false); }).join();
+    }
+    ExpectRun(player, "End");
+    EXPECT_EQ(Finish(player), "");
+}
+
+TEST_F(PlayerTest, TakesNoOtherFlushAndNoOtherStop) {
+    Run("AcquisitionStart");
+    EndSnap(0, false);
+    Run("End");
+    Player& flushing = Play();
+    ExpectRun(flushing, "AcquisitionStart");
+    testing::internal::CaptureStderr();
+    const auto words = ToWords(PXN_SYSTEM_HANDLE);
+    ExpectRun(flushing, "AcquisitionStop");
+    EXPECT_EQ(flushing.Call(Entry::kPxnCaptureEnd, words), 0);
+    EXPECT_EQ(flushing.Call(Entry::kPxnCaptureQueueFlush, words), PxnErrOther);
+    EXPECT_NE(testing::internal::GetCapturedStderr(), "");
+    Begin(1, true);
+    Run("AcquisitionStart");
+    Run("End");
+    Player& stopping = Play();
+    ExpectRun(stopping, "AcquisitionStart");
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(
+        stopping.Call(Entry::kPxnFeatureCommandRun, ToWords(PXN_SYSTEM_HANDLE, "AcquisitionStop")),
+        PxnErrOther);
+    EXPECT_NE(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST_F(PlayerTest, CallsNothingThatTheHostHasNotPassedForIt) {
+    const auto callback = reinterpret_cast<PxnInvalidationCallback>(std::uintptr_t{0x10});
+    const auto other = reinterpret_cast<PxnInvalidationCallback>(std::uintptr_t{0x20});
+    const auto place = [](std::uintptr_t address) {
+        return reinterpret_cast<void*>(address);
+    };
+    for (const auto& [calledBack, context] :
+         {std::pair(other, place(0x20)), std::pair(callback, place(0x10)),
+          std::pair(callback, place(0)), std::pair(other, place(0x10))}) {
+        Begin(1, true);
+        Call(Entry::kPxnFeatureInvalidationRegister, 0, PXN_SYSTEM_HANDLE, "Width", callback,
+             place(0x20));
+        const auto words = ToWords(PXN_SYSTEM_HANDLE, "Height", std::int64_t{3});
+        const auto set = recorder->BeginCall(Entry::kPxnFeatureIntSet, words);
+        recorder->EndCallback(
+            recorder->BeginCallback(Entry::kInvalidationCallback,
+                                    ToWords(calledBack, PXN_SYSTEM_HANDLE, "Width", context)),
+            Entry::kInvalidationCallback, 0);
+        recorder->EndCall(set, Entry::kPxnFeatureIntSet, words, 0);
+        Player& player = Play();
+        char text[] = "mine";
+        EXPECT_EQ(player.Call(Entry::kPxnFeatureInvalidationRegister,
+                              ToWords(PXN_SYSTEM_HANDLE, "Width", &PlayerHost::OnChange,
+                                      static_cast<void*>(text))),
+                  0);
+        testing::internal::CaptureStderr();
+        EXPECT_EQ(player.Call(Entry::kPxnFeatureIntSet, words), PxnErrOther);
+        EXPECT_NE(testing::internal::GetCapturedStderr().find(
+                      "the session has nothing to receive InvalidationCallback("),
+                  std::string::npos);
+    }
+    EXPECT_EQ(PlayerHost::changes.size(), 0u);
+}
+
+TEST_F(PlayerTest, EndsWithItsThreadsWaiting) {
+    TraceFrames(2);
+    recorder->Finish();
+    std::string problem;
+    {
+        const std::unique_ptr<Player> player = Player::Open(path, problem);
+        ASSERT_TRUE(player) << problem;
+    }
+    EXPECT_EQ(PlayerHost::ids.size(), 0u);
 }
 
 TEST_F(PlayerTest, AnswersControlCommandsOutsideTheSession) {

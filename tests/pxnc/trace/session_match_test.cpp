@@ -6,6 +6,7 @@
 namespace trace_tests {
 namespace {
 
+using sdktrace::Pointee;
 using sdktrace::SessionMatch;
 using sdktrace::ValuesOf;
 
@@ -60,12 +61,42 @@ TEST(SessionMatchTest, LearnsFramesAndHoldsOnToThem) {
     EXPECT_TRUE(isSame(&traced[1], &now[1]));
     EXPECT_FALSE(isSame(&traced[1], &now[0]));
     EXPECT_FALSE(isSame(&traced[1], nullptr));
-    EXPECT_EQ(match.Current(sdktrace::ToWord(&traced[0])), sdktrace::ToWord(&now[0]));
-    EXPECT_EQ(match.Current(sdktrace::ToWord(&now[0])), 0u);
+    EXPECT_EQ(match.Current(Pointee::kFrame, sdktrace::ToWord(&traced[0])),
+              sdktrace::ToWord(&now[0]));
+    EXPECT_EQ(match.Current(Pointee::kFrame, sdktrace::ToWord(&now[0])), std::nullopt);
     now[1].bufferSize = 99;
     EXPECT_FALSE(match.Matches(Entry::kPxnFrameAnnounce,
                                Values(Entry::kPxnFrameAnnounce, nullptr, &traced[1], 112u),
                                Values(Entry::kPxnFrameAnnounce, nullptr, &now[1], 112u)));
+}
+
+TEST(SessionMatchTest, TakesNoPointerForOneOfAnotherKind) {
+    SessionMatch match;
+    const auto place = [](std::uintptr_t address) {
+        return reinterpret_cast<void*>(address);
+    };
+    const auto learn = [&](Entry entry, auto... arguments) {
+        const auto values = Values(entry, arguments...);
+        match.Learn(entry, values, values);
+    };
+    learn(Entry::kPxnFrameAnnounce, PXN_SYSTEM_HANDLE, static_cast<PxnFrame*>(nullptr), 112u);
+    learn(Entry::kPxnCaptureFrameQueue, PXN_SYSTEM_HANDLE, place(1), place(2));
+    learn(Entry::kPxnFeatureInvalidationRegister, PXN_SYSTEM_HANDLE, "Width", place(3), place(4));
+    learn(Entry::kPxnChunkDataAccess, place(5), place(6), place(7));
+    learn(Entry::kPxnSettingsLoad, PXN_SYSTEM_HANDLE, L"file", place(0), 0u);
+    const auto known = [&](Pointee pointee) {
+        std::string words;
+        for (std::uint64_t word = 0; word < 8; ++word) {
+            words += match.Current(pointee, word) ? std::to_string(word) : "";
+        }
+        return words;
+    };
+    EXPECT_EQ(known(Pointee::kFrame), "015");
+    EXPECT_EQ(known(Pointee::kFrameCallback), "2");
+    EXPECT_EQ(known(Pointee::kInvalidationCallback), "3");
+    EXPECT_EQ(known(Pointee::kInvalidationContext), "4");
+    EXPECT_EQ(known(Pointee::kChunkCallback), "6");
+    EXPECT_EQ(known(Pointee::kChunkContext), "7");
 }
 
 TEST(SessionMatchTest, RefusesWhatIsNotInTheTrace) {

@@ -3,6 +3,7 @@
 
 #include "tests/pxnc/trace/trace_fixture.h"
 
+#include <cstddef>
 #include <random>
 
 namespace trace_tests {
@@ -68,6 +69,26 @@ TEST_F(TraceReaderTest, SurvivesDamage) {
     }
     EXPECT_GT(refused, 100u);
     EXPECT_LT(refused, 2900u);
+}
+
+TEST_F(TraceReaderTest, RefusesCallsOfCallbacksAndCallbacksOfCalls) {
+    recorder->BeginCallback(Entry::kPxnCameraClose, ToWords(PXN_SYSTEM_HANDLE));
+    EXPECT_EQ(Problem(directory.Read("a.trace")), "it is damaged behind event 0");
+    Begin(1, true);
+    recorder->BeginCall(Entry::kInvalidationCallback, ToWords(nullptr, nullptr, "Width", nullptr));
+    EXPECT_EQ(Problem(directory.Read("a.trace")), "it is damaged behind event 0");
+}
+
+TEST_F(TraceReaderTest, RefusesTimesThatCannotBeAddedUp) {
+    WriteCalls(1);
+    recorder->Finish();
+    std::string content = directory.Read("a.trace");
+    const std::size_t time = sdktrace::kHeaderSize + sizeof(sdktrace::BlockHeader) +
+                             offsetof(sdktrace::RecordHeader, time);
+    content[time + 7] = 1; // two years
+    EXPECT_EQ(Problem(content), "");
+    content[time + 7] = 0x40;
+    EXPECT_EQ(Problem(content), "it is damaged behind event 0");
 }
 
 TEST_F(TraceReaderTest, SaysWhatIsWrong) {

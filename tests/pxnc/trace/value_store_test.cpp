@@ -5,6 +5,7 @@
 #include "tests/pxnc/trace/trace_fixture.h"
 
 #include <cstring>
+#include <string>
 
 namespace trace_tests {
 namespace {
@@ -48,6 +49,26 @@ TEST(ValueStoreTest, WritesListsAsTheSdkDid) {
     EXPECT_EQ(after[0].isStreamable, 1);
     EXPECT_EQ(after[0].hasSelectedFeatures, 0);
     EXPECT_EQ(after[2].name, nullptr); // beyond the capacity
+}
+
+TEST(ValueStoreTest, CountsNoMoreStreamsThanThereAre) {
+    const PxnHandle stream = PXN_SYSTEM_HANDLE;
+    PxnCameraInfo before{};
+    before.streamHandles = &stream;
+    before.streamCount = 1;
+    const Words from = ToWords("id", &before, 80u);
+    sdktrace::Encoder encoder;
+    EncodeResults(encoder, Entry::kPxnCameraInfoQuery, from, 0, 0);
+    std::string content(encoder.Content());
+    // The count stands before the last number, each in 8 bytes.
+    ASSERT_EQ(content[content.size() - 16], 1);
+    content[content.size() - 16] = 100;
+    const auto values = sdktrace::DecodeResults(Entry::kPxnCameraInfoQuery, content);
+    ASSERT_TRUE(values);
+    PxnCameraInfo after{};
+    sdktrace::ValueStore store;
+    store.StoreResults(Entry::kPxnCameraInfoQuery, ToWords("id", &after, 80u), 0, *values);
+    EXPECT_EQ(after.streamCount, 1u);
 }
 
 TEST(ValueStoreTest, WritesNumbersHandlesAndStreams) {
