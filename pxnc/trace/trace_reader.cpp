@@ -71,6 +71,10 @@ bool IsKnown(const RecordHeader& header) {
            header.time <= kLatestTime;
 }
 
+bool IsEndOf(const Event& end, const Event& begin) {
+    return end.entry == begin.entry && end.thread == begin.thread && end.time >= begin.time;
+}
+
 /// Ends at a record that is not whole, as the last one after a crash.
 bool ReadRecords(std::string_view bytes, std::vector<Event>& events) {
     std::unordered_map<std::uint64_t, std::size_t> beginnings;
@@ -104,7 +108,7 @@ bool ReadRecords(std::string_view bytes, std::vector<Event>& events) {
         if (isBegin) {
             beginnings[header.call] = events.size();
         } else if (const auto found = beginnings.find(header.call);
-                   found != beginnings.end() && events[found->second].entry == event.entry) {
+                   found != beginnings.end() && IsEndOf(event, events[found->second])) {
             event.partner = found->second;
             events[found->second].partner = events.size();
             beginnings.erase(found);

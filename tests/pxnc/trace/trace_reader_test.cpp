@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <random>
+#include <thread>
 
 namespace trace_tests {
 namespace {
@@ -77,6 +78,31 @@ TEST_F(TraceReaderTest, RefusesCallsOfCallbacksAndCallbacksOfCalls) {
     Begin(1, true);
     recorder->BeginCall(Entry::kInvalidationCallback, ToWords(nullptr, nullptr, "Width", nullptr));
     EXPECT_EQ(Problem(directory.Read("a.trace")), "it is damaged behind event 0");
+}
+
+TEST_F(TraceReaderTest, TakesNoEndOfAnotherThreadForThatOfACall) {
+    const auto words = ToWords(PXN_SYSTEM_HANDLE);
+    const std::uint64_t call = recorder->BeginCall(Entry::kPxnCameraClose, words);
+    std::thread([&] { recorder->EndCall(call, Entry::kPxnCameraClose, words, 0); }).join();
+    const sdktrace::Trace trace = Read();
+    ASSERT_EQ(trace.events.size(), 2u);
+    EXPECT_EQ(trace.events[0].partner, Event::kNone);
+    EXPECT_EQ(trace.events[1].partner, Event::kNone);
+}
+
+TEST_F(TraceReaderTest, TakesNoEndBeforeItsBeginning) {
+    const auto words = ToWords(PXN_SYSTEM_HANDLE);
+    const std::uint64_t call = recorder->BeginCall(Entry::kPxnCameraClose, words);
+    recorder->EndCall(call, Entry::kPxnCameraClose, words, 0);
+    recorder->Finish();
+    std::string content = directory.Read("a.trace");
+    content[sdktrace::kHeaderSize + sizeof(sdktrace::BlockHeader) +
+            offsetof(sdktrace::RecordHeader, time) + 7] = 1;
+    sdktrace::Trace trace;
+    std::string error;
+    ASSERT_TRUE(ParseTrace(content, trace, error)) << error;
+    ASSERT_EQ(trace.events.size(), 2u);
+    EXPECT_EQ(trace.events[0].partner, Event::kNone);
 }
 
 TEST_F(TraceReaderTest, RefusesTimesThatCannotBeAddedUp) {
