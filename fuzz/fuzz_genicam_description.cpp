@@ -1,6 +1,7 @@
 // fuzz_genicam_description.cpp - the features made of a camera's GenICam description
 #include "pxnc/genicam/description_check.h"
 #include "pxnc/genicam/feature_tree.h"
+#include "pxnc/genicam/length_limit.h"
 #include "pxnc/skeleton/stored_value.h"
 #include "pxnc/skeleton/text_pool.h"
 #include "tests/pxnc/genicam/memory_device.h"
@@ -109,7 +110,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string_view text(reinterpret_cast<const char*>(data), size);
     const auto device = genicam_test::MakeMemoryDevice(text, text);
     ArvGc* const description = arv_device_get_genicam(device.get());
-    if (!description || genicam::CheckDescription(description, text) != PxnErrSuccess) {
+    if (!description) {
+        return 0;
+    }
+    genicam::LimitRegisterLengths(description);
+    if (genicam::CheckDescription(description, text) != PxnErrSuccess) {
         return 0;
     }
     skeleton::TextPool texts;

@@ -3,6 +3,7 @@
 
 #include "platform/sleep.h"
 #include "pxnc/genicam/description_check.h"
+#include "pxnc/genicam/length_limit.h"
 #include "pxnc/genicam/network_interfaces.h"
 #include "pxnc/genicam/result_codes.h"
 
@@ -31,8 +32,11 @@ PxnError CheckDescriptionOf(ArvDevice* device) {
     ArvGc* const description = arv_device_get_genicam(device);
     std::size_t size = 0;
     const char* const text = arv_device_get_genicam_xml(device, &size);
-    return description && text ? CheckDescription(description, {text, size})
-                               : PxnError{PxnErrSuccess};
+    if (!description || !text) {
+        return PxnErrSuccess;
+    }
+    LimitRegisterLengths(description);
+    return CheckDescription(description, {text, size});
 }
 
 // How long the destructor gives a signal's emission to let go of the device.

@@ -1,6 +1,7 @@
 // description_check.cpp - whether a camera's GenICam description can be evaluated
 #include "pxnc/genicam/description_check.h"
 
+#include "pxnc/genicam/description_walk.h"
 #include "pxnc/genicam/glib_owner.h"
 
 #include <algorithm>
@@ -19,19 +20,6 @@ namespace {
 // Far beyond what cameras need; a step takes up to some kilobytes of stack.
 constexpr unsigned kMostSteps = 200;
 constexpr std::uint64_t kMostEvaluations = 1'000'000;
-
-/// The next node in the order of the document, or null.
-ArvDomNode* NextOf(ArvDomNode* node) {
-    if (ArvDomNode* const child = arv_dom_node_get_first_child(node)) {
-        return child;
-    }
-    for (; node; node = arv_dom_node_get_parent_node(node)) {
-        if (ArvDomNode* const sibling = arv_dom_node_get_next_sibling(node)) {
-            return sibling;
-        }
-    }
-    return nullptr;
-}
 
 /// The nodes that indices take their offsets from. Aravis knows them and names them to nobody, so
 /// they are read from the text.

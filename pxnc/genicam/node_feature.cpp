@@ -375,6 +375,9 @@ public:
             return failed;
         }
         bytes.resize(length);
+        if (length == 0) {
+            return PxnErrSuccess;
+        }
         ErrorOwner error;
         arv_gc_register_get(ARV_GC_REGISTER(node), bytes.data(), length, error.Receive());
         return ToResult(error);
@@ -390,6 +393,9 @@ public:
         }
         if (size != length) {
             return PxnErrInvalidValue;
+        }
+        if (length == 0) {
+            return PxnErrSuccess;
         }
         ErrorOwner error;
         arv_gc_register_set(ARV_GC_REGISTER(node), bytes, size, error.Receive());

@@ -150,7 +150,8 @@ PxnError Player::Play(Entry entry, const Words& words, Lock& lock) {
     for (; next && next->type == RecordType::kCallbackBegin && !differs; next = Next(*thread)) {
         PlayCallback(*thread, lock);
     }
-    if (!differs && (!next || next->type != RecordType::kCallEnd)) {
+    if (!differs &&
+        (!next || next->partner == Event::kNone || &trace.events[next->partner] != &begin)) {
         Differ(thread, "the trace ends inside " + BeginText(begin));
     }
     if (!differs && thread->isHost) {

@@ -177,6 +177,22 @@ TEST_F(PlayerTest, EndsWhereTheTraceEnds) {
               std::string::npos);
 }
 
+TEST_F(PlayerTest, TakesNoEndOfAnotherFunction) {
+    PxnCameraInfo cameras[1]{};
+    std::uint32_t found = 1;
+    const auto listing = ToWords(cameras, 1u, &found, 80u);
+    PxnInterfaceInfo interfaces[1]{};
+    const auto words = ToWords(interfaces, 1u, &found, 40u);
+    recorder->EndCall(recorder->BeginCall(Entry::kPxnInterfacesList, words), Entry::kPxnCamerasList,
+                      listing, 0);
+    Player& player = Play();
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(player.Call(Entry::kPxnInterfacesList, words), PxnErrOther);
+    EXPECT_NE(
+        testing::internal::GetCapturedStderr().find("the trace ends inside PxnInterfacesList("),
+        std::string::npos);
+}
+
 TEST_F(PlayerTest, HandsFramesOverBeforeTheCallThatWaitedForThem) {
     TraceFrames(20);
     Player& player = Play();
