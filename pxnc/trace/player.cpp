@@ -161,6 +161,9 @@ PxnError Player::Play(Entry entry, const Words& words, Lock& lock) {
         return PxnErrOther;
     }
     store.StoreResults(entry, words, next->result, next->values);
+    if (next->result == PxnErrSuccess) {
+        match.Forget(entry, begin.values);
+    }
     Advance(*thread);
     return next->result;
 }

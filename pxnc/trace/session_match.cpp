@@ -68,10 +68,40 @@ bool SessionMatch::Matches(Entry entry, const std::vector<Value>& traced,
 
 void SessionMatch::Learn(Entry entry, const std::vector<Value>& traced,
                          const std::vector<Value>& now) {
+    startups += entry == Entry::kPxnStartup ? 1 : 0; // one that fails counts
+    if (entry == Entry::kPxnFrameAnnounce) {
+        handleOf[traced[1].word] = traced[0].word;
+    }
     for (std::size_t i = 0; i < traced.size(); ++i) {
         if (const auto pointee = PointeeOf(entry, RowOf(entry).parameters[i].kind)) {
             current[{*pointee, traced[i].word}] = now[i].word;
         }
+    }
+}
+
+void SessionMatch::Forget(Entry entry, const std::vector<Value>& traced) {
+    const auto forget = [this](auto isGone) {
+        std::erase_if(current, [&](const auto& known) {
+            return known.first.first == Pointee::kFrame && isGone(known.first.second);
+        });
+    };
+    switch (entry) {
+    case Entry::kPxnFrameRevoke:
+        forget([&](std::uint64_t frame) { return frame == traced[1].word; });
+        break;
+    case Entry::kPxnFrameRevokeAll:
+    case Entry::kPxnCameraClose:
+        forget([&](std::uint64_t frame) {
+            const auto handle = handleOf.find(frame);
+            return handle != handleOf.end() && handle->second == traced[0].word;
+        });
+        break;
+    case Entry::kPxnShutdown:
+        startups -= startups > 0 ? 1 : 0;
+        forget([this](std::uint64_t) { return startups == 0; });
+        break;
+    default:
+        break;
     }
 }
 

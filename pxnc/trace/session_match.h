@@ -38,11 +38,15 @@ public:
                  const std::vector<Value>& now) const;
     /// Takes over the pointers of arguments that match.
     void Learn(Entry entry, const std::vector<Value>& traced, const std::vector<Value>& now);
+    /// A call with these arguments has succeeded: frames that it took back may be gone.
+    void Forget(Entry entry, const std::vector<Value>& traced);
     /// What stands for a pointer of the trace; none when it was never passed as one to that.
     std::optional<std::uint64_t> Current(Pointee pointee, std::uint64_t traced) const;
 
 private:
     std::map<std::pair<Pointee, std::uint64_t>, std::uint64_t> current;
+    std::map<std::uint64_t, std::uint64_t> handleOf; // by announced frame, both of the trace
+    unsigned startups = 0;
 };
 
 } // namespace sdktrace

@@ -2,6 +2,7 @@
 #include "tests/support/temporary_directory.h"
 
 #include "platform/file_system.h"
+#include "tests/support/wait_until.h"
 
 #include <gtest/gtest.h>
 
@@ -19,7 +20,9 @@ TemporaryDirectory::TemporaryDirectory()
 }
 
 TemporaryDirectory::~TemporaryDirectory() {
-    EXPECT_TRUE(platform::RemoveDirectoryTree(path)) << path << " cannot be removed";
+    // On Windows a program that another thread started has a file inherited until it ends.
+    EXPECT_TRUE(support::WaitUntil([this] { return platform::RemoveDirectoryTree(path); }))
+        << path << " cannot be removed";
 }
 
 std::string TemporaryDirectory::PathOf(const std::string& name) const {

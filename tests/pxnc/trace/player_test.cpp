@@ -362,6 +362,35 @@ TEST_F(PlayerTest, CallsNothingThatTheHostHasNotPassedForIt) {
     EXPECT_EQ(PlayerHost::changes.size(), 0u);
 }
 
+TEST_F(PlayerTest, LeavesFramesAloneThatWereRevoked) {
+    FilledFrame filled;
+    const auto callback = reinterpret_cast<PxnFrameCallback>(std::uintptr_t{0x10});
+    Call(Entry::kPxnFrameAnnounce, 0, PXN_SYSTEM_HANDLE, &filled.frame, 112u);
+    Call(Entry::kPxnCaptureFrameQueue, 0, PXN_SYSTEM_HANDLE, &filled.frame, callback);
+    Call(Entry::kPxnFrameRevokeAll, 0, PXN_SYSTEM_HANDLE);
+    const auto words = ToWords(PXN_SYSTEM_HANDLE);
+    const auto end = recorder->BeginCall(Entry::kPxnCaptureEnd, words);
+    recorder->EndCallback(
+        recorder->BeginCallback(Entry::kFrameCallback,
+                                ToWords(callback, nullptr, nullptr, &filled.frame)),
+        Entry::kFrameCallback, 0);
+    recorder->EndCall(end, Entry::kPxnCaptureEnd, words, 0);
+    Player& player = Play();
+    FilledFrame host;
+    host.frame.frameId = 999;
+    const auto announced = ToWords(PXN_SYSTEM_HANDLE, &host.frame, 112u);
+    EXPECT_EQ(player.Call(Entry::kPxnFrameAnnounce, announced), 0);
+    EXPECT_EQ(player.Call(Entry::kPxnCaptureFrameQueue,
+                          ToWords(PXN_SYSTEM_HANDLE, &host.frame, &PlayerHost::OnFrame)),
+              0);
+    EXPECT_EQ(player.Call(Entry::kPxnFrameRevokeAll, words), 0);
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(player.Call(Entry::kPxnCaptureEnd, words), PxnErrOther);
+    EXPECT_NE(testing::internal::GetCapturedStderr(), "");
+    EXPECT_EQ(host.frame.frameId, 999u);
+    EXPECT_EQ(PlayerHost::ids.size(), 0u);
+}
+
 TEST_F(PlayerTest, EndsWithItsThreadsWaiting) {
     TraceFrames(2);
     recorder->Finish();

@@ -70,6 +70,45 @@ TEST(SessionMatchTest, LearnsFramesAndHoldsOnToThem) {
                                Values(Entry::kPxnFrameAnnounce, nullptr, &now[1], 112u)));
 }
 
+TEST(SessionMatchTest, ForgetsFramesThatWereTakenBack) {
+    const auto handle = [](std::uintptr_t number) {
+        return reinterpret_cast<PxnHandle>(number);
+    };
+    PxnFrame frames[4]{};
+    SessionMatch match;
+    const auto call = [&](Entry entry, auto... arguments) {
+        const auto values = Values(entry, arguments...);
+        match.Learn(entry, values, values);
+        match.Forget(entry, values);
+    };
+    const auto known = [&] {
+        std::string numbers;
+        for (int number = 0; number < 4; ++number) {
+            const bool isKnown =
+                match.Current(Pointee::kFrame, sdktrace::ToWord(&frames[number])).has_value();
+            numbers += isKnown ? std::to_string(number) : "";
+        }
+        return numbers;
+    };
+    call(Entry::kPxnStartup, L"a");
+    call(Entry::kPxnStartup, L"a");
+    for (int number = 0; number < 4; ++number) {
+        call(Entry::kPxnFrameAnnounce, handle(number < 2 ? 1 : 2), &frames[number], 112u);
+    }
+    EXPECT_EQ(known(), "0123");
+    call(Entry::kPxnFrameRevoke, handle(1), &frames[0]);
+    EXPECT_EQ(known(), "123");
+    call(Entry::kPxnFrameRevokeAll, handle(1));
+    EXPECT_EQ(known(), "23");
+    call(Entry::kPxnFrameAnnounce, handle(1), &frames[0], 112u);
+    call(Entry::kPxnCameraClose, handle(2));
+    EXPECT_EQ(known(), "0");
+    call(Entry::kPxnShutdown);
+    EXPECT_EQ(known(), "0");
+    call(Entry::kPxnShutdown);
+    EXPECT_EQ(known(), "");
+}
+
 TEST(SessionMatchTest, TakesNoPointerForOneOfAnotherKind) {
     SessionMatch match;
     const auto place = [](std::uintptr_t address) {
