@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # The C++ of each guide, its blocks one after the other, is a whole source that compiles and does what
 # the page says: the host grabs with the module, programs grab from the module, and the camera SDK
-# keeps the rules.
+# keeps the rules. The C++ of every other page may stand in a function that has a grabber.
 set -euo pipefail
 cd "$1"
 
@@ -49,6 +49,25 @@ sdk=$!
 wait "$host"
 wait "$module"
 wait "$sdk"
+
+pages=0
+for page in docs/*.md; do
+  [[ $page != docs/writing-a-*.md ]] && grep -q '^```cpp$' "$page" || continue
+  pages=$((pages + 1))
+  source=$output/$(basename "$page" .md).cpp
+  awk -v page="$page" '
+    /^```cpp$/ { inside = 1; next }
+    /^```$/ { inside = 0 }
+    BEGIN { print "#include <mivora/grabber.h>\n#include <cstdio>" }
+    inside && /^#include / { print; next }
+    inside { lines = lines sprintf("#line %d \"%s\"\n%s\n", NR, page, $0) }
+    END { printf "void Page(CMivoraGrabber* grabber);\nvoid Page(CMivoraGrabber* grabber) {\n(void)grabber;\n{\n%s}\n}\n", lines }' "$page" >"$source"
+  "$(cache CMAKE_CXX_COMPILER)" "${common[@]}" -Wno-shadow -Wno-unused-variable -fsyntax-only "$source" || {
+    echo "the code of $page does not compile"
+    exit 1
+  }
+done
+[ "$pages" -ge 1 ] || { echo "no other page has C++"; exit 1; }
 
 expect "the host" '^20 images of 640 x 480, [0-9]+ lost$' \
   env PYXEN_HOME="$build/bin/simulator" "$output/host" "$build/bin/libMivoraKVNPyxen.so"
