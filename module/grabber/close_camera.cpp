@@ -6,11 +6,13 @@
 using namespace pyxen;
 
 MV_ERRCODE CMivoraKVNPyxenClass::CloseActCamera() {
-    if (CameraHandle() && acquisition.IsInside()) {
+    if (CameraHandle() && IsWaitedFor()) {
         return MV_BUSY;
     }
+    const ServiceLockHold hold(services.Lock());
     Logger(GetLogSink()).Information("CMivoraKVNPyxenClass::CloseActCamera");
     if (CameraHandle()) {
+        services.LeaveCamera();
         parameters.KeepForSaving();
         openCamera.Close(acquisition);
         if (CMivoraCameraKVNPyxen* const node = ActCameraNode()) {

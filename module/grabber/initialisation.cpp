@@ -7,6 +7,11 @@
 using namespace pyxen;
 
 MV_ERRCODE CMivoraKVNPyxenClass::Init() {
+    Logger(GetLogSink()).Information("CMivoraKVNPyxenClass::Init");
+    if (initialized) {
+        return MV_ALREADY_INITIALISED; // without the lock, for which no callback may wait
+    }
+    const ServiceLockHold hold(services.Lock());
     const MV_ERRCODE result = NoThrow(MV_REFUSED, [this] { return InitOrThrow(); });
     if (!initialized) {
         session.Unload();
@@ -16,10 +21,6 @@ MV_ERRCODE CMivoraKVNPyxenClass::Init() {
 
 MV_ERRCODE CMivoraKVNPyxenClass::InitOrThrow() {
     const Logger log(GetLogSink());
-    log.Information("CMivoraKVNPyxenClass::Init");
-    if (initialized) {
-        return MV_ALREADY_INITIALISED;
-    }
     if (!session.Load(GetConfigDirectory())) {
         return MV_REFUSED;
     }
@@ -40,7 +41,7 @@ MV_ERRCODE CMivoraKVNPyxenClass::InitOrThrow() {
 }
 
 MV_ERRCODE CMivoraKVNPyxenClass::DeInit() {
-    if (acquisition.IsInside()) {
+    if (IsWaitedFor()) {
         return MV_BUSY;
     }
     discovery_events::Release(*this);
@@ -48,20 +49,25 @@ MV_ERRCODE CMivoraKVNPyxenClass::DeInit() {
     if (ICamCntrlDialog* const dialog = GetCamCntrlDialogObject()) {
         dialog->Disconnect();
     }
-    if (cameraOpen) {
-        CloseActCamera();
-    }
     {
-        // An operation of a serial channel on another thread may still be inside the SDK. Without
-        // its camera it comes to an end, and those that begin from here on find none.
-        platform::MutexLock lock(serialMutex);
+        // From here on: what was waited for before may be receivers, which call operations.
+        const ServiceLockHold hold(services.Lock());
+        if (cameraOpen) {
+            CloseActCamera();
+        }
+        {
+            // An operation of a serial channel on another thread may still be inside the SDK.
+            // Without its camera it comes to an end, and those that begin from here on find none.
+            platform::MutexLock lock(serialMutex);
+        }
+        services.LeaveSdk();
+        session.Unload();
+        identity.ForgetOpened();
+        DeleteInternalList();
+        CPyxenGrabber::DeInit();
+        acquisition.Finish();
+        initialized = false;
     }
-    session.Unload();
-    identity.ForgetOpened();
-    DeleteInternalList();
-    CPyxenGrabber::DeInit();
-    acquisition.Finish();
-    initialized = false;
     const std::unique_ptr<ICamCntrlDialog> dialog(GetCamCntrlDialogObject());
     SetCamCntrlDialogObject(nullptr);
     return MV_OK;

@@ -7,6 +7,7 @@
 #include "grabber/grabber_dialogs.h"
 #include "grabber/mivora_camera_kvn_pyxen.h"
 #include "grabber/mivora_gfx_mode_kvn_pyxen.h"
+#include "sdk/callback_scope.h"
 #include "sdk/logger.h"
 #include "sdk/malloc_array.h"
 #include "sdk/no_throw.h"
@@ -66,7 +67,8 @@ CMivoraKVNPyxenClass::CMivoraKVNPyxenClass(void* moduleInstance)
       parameters(openCamera, *parameterHost),
       discovery(session.Api(), openCamera.Caches(), identity, GetLogSink()),
       acquisition(static_cast<CPyxenGrabber*>(this), session.Api(), openCamera.Handle(),
-                  serialMutex, *this, GetLogSink()) {
+                  serialMutex, *this, GetLogSink()),
+      services(*this) {
     CMivoraKVNPyxenClass::InitMembers();
 }
 
@@ -109,11 +111,31 @@ MV_ERRCODE CMivoraKVNPyxenClass::SaveGrabberConfig() {
                : MV_CONFIG_NOT_SAVED;
 }
 
+bool CMivoraKVNPyxenClass::IsWaitedFor() const {
+    return acquisition.IsInside() || ModuleServices::IsInsideReceiver();
+}
+
+bool CMivoraKVNPyxenClass::IsInsideCallback() const {
+    return acquisition.IsInside() || EventScope::IsInside();
+}
+
 MV_ERRCODE CMivoraKVNPyxenClass::OpenActCamera() {
-    CMivoraCameraKVNPyxen* const camera = ActCameraNode();
-    if (initialized && camera && acquisition.IsInside()) {
+    if (initialized && ActCameraNode() && IsWaitedFor()) {
         return MV_BUSY;
     }
+    MV_ERRCODE result = MV_REFUSED;
+    {
+        const ServiceLockHold hold(services.Lock());
+        result = OpenLocked();
+    }
+    if (result == MV_OK) {
+        UpdateCamCntrlDialogs(kMvUpdateAll); // whose receivers may ask for the new features
+    }
+    return result;
+}
+
+MV_ERRCODE CMivoraKVNPyxenClass::OpenLocked() {
+    CMivoraCameraKVNPyxen* const camera = ActCameraNode();
     Logger(GetLogSink()).Information("CMivoraKVNPyxenClass::OpenActCamera");
     if (!initialized) {
         return MV_NOT_INITIALISED;
@@ -121,11 +143,11 @@ MV_ERRCODE CMivoraKVNPyxenClass::OpenActCamera() {
     if (!camera) {
         return MV_NO_CAMERA;
     }
+    services.LeaveCamera(); // if the host has not closed it
     if (!openCamera.Open(camera->Record(), GetIni(), GetConfigDirectory(), acquisition)) {
         return MV_REFUSED;
     }
     cameraOpen = true;
-    UpdateCamCntrlDialogs(kMvUpdateAll);
     return MV_OK;
 }
 
@@ -330,16 +352,19 @@ MV_ERRCODE CMivoraKVNPyxenClass::RefreshCameraList() {
     if (!initialized) {
         return MV_NOT_INITIALISED;
     }
-    if (acquisition.IsInside()) {
+    if (IsWaitedFor()) {
         return MV_BUSY;
     }
-    CloseActCamera();
-    const CMivoraCamera* const camera = GetActCamera();
-    const bool hadCamera = camera != nullptr;
-    const uint32_t key = hadCamera ? camera->GetCameraUniqueID() : 0;
-    DeleteInternalList();
-    BuildInternalList();
-    StoreActCameraIndex(hadCamera ? GetCameraIndexByCameraUniqueID(key) : -1);
+    {
+        const ServiceLockHold hold(services.Lock());
+        CloseActCamera();
+        const CMivoraCamera* const camera = GetActCamera();
+        const bool hadCamera = camera != nullptr;
+        const uint32_t key = hadCamera ? camera->GetCameraUniqueID() : 0;
+        DeleteInternalList();
+        BuildInternalList();
+        StoreActCameraIndex(hadCamera ? GetCameraIndexByCameraUniqueID(key) : -1);
+    }
     UpdateCamCntrlDialogs(kMvUpdateAll);
     return MV_OK;
 }
@@ -350,7 +375,7 @@ MV_ERRCODE CMivoraKVNPyxenClass::SelectCameraDialog(MV_WINDOW parent, MV_DLG_EXI
                                      "Error", false, GetLogSink());
         return MV_NOT_INITIALISED;
     }
-    if (acquisition.IsInside()) {
+    if (IsWaitedFor()) {
         return MV_BUSY;
     }
     MV_DLG_EXITCODE ending = MV_DLG_CANCEL;

@@ -11,6 +11,8 @@
 #include "platform/mutex.h"
 #include "sdk/invalidation_hub.h"
 #include "serial/serial_grabber.h"
+#include "services/module_services.h"
+#include "services/service_grabber.h"
 
 #include <atomic>
 #include <cstdint>
@@ -28,7 +30,8 @@ class CMivoraGfxModeKVNPyxen;
 /// does not run operations that open, close, prepare or snap at the same time as one another.
 class CMivoraKVNPyxenClass final : public CPyxenGrabber,
                                    public pyxen::ISerialGrabber,
-                                   private pyxen::IAcquisitionHost {
+                                   private pyxen::IAcquisitionHost,
+                                   private pyxen::IServiceGrabber {
 public:
     explicit CMivoraKVNPyxenClass(void* moduleInstance);
     ~CMivoraKVNPyxenClass() override;
@@ -118,21 +121,34 @@ public:
     /// The open camera's handle, or null.
     PxnHandle CameraHandle() const override { return openCamera.CameraHandle(); }
     pyxen::ICameraFeatures& Features() { return openCamera; }
-    FeatureCache& SystemCache() { return session.SystemCache(); }
+    FeatureCache& SystemCache() override { return session.SystemCache(); }
     pyxen::SyncEngine& Sync() { return openCamera.Sync(); }
-    const FeatureSyncher& SyncRules() const { return openCamera.SyncRules(); }
+    const FeatureSyncher& SyncRules() const override { return openCamera.SyncRules(); }
     /// Shared by buffer preparation and every serial channel.
     platform::Mutex& SerialMutex() RETURN_CAPABILITY(serialMutex) { return serialMutex; }
-    bool IsInitialized() const { return initialized; }
+    bool IsInitialized() const override { return initialized; }
+    /// What the module offers beside the grabber's slots.
+    IMivoraModuleServices& Services() { return services; }
     /// Begun and ended by discovery_events.
     pyxen::InvalidationSubscription& DiscoverySubscription() { return discoverySubscription; }
 
 private:
     friend struct AcquisitionInsides; // tests
 
+    // for the services
+    bool IsInsideCallback() const override;
+    pyxen::Logger Log() const override { return GetLogSink(); }
+    bool HasOpenCamera() const override { return cameraOpen; }
+    pyxen::IFeatureCaches& CameraModules() override { return openCamera.Caches(); }
+    CMivoraCamera* FirstListedCamera() override { return GetFirstCamera(); }
+
     // grabber core
     class ParameterHost;
+    /// True where the SDK, or the snap of this grabber, waits for the calling thread: cameras are
+    /// neither opened, closed nor listed there.
+    bool IsWaitedFor() const;
     MV_ERRCODE InitOrThrow();
+    MV_ERRCODE OpenLocked() REQUIRES(services.Lock());
     MV_ERRCODE BuildInternalList();
     MV_ERRCODE ChooseCamera(MV_WINDOW parent, MV_DLG_EXITCODE& ending);
     CMivoraCameraKVNPyxen* ActCameraNode();
@@ -163,6 +179,7 @@ private:
     pyxen::Discovery discovery;
     pyxen::InvalidationSubscription discoverySubscription;
     pyxen::Acquisition acquisition;
+    pyxen::ModuleServices services;
 };
 
 /// Camera control dialog index of the cameras that the feature control dialog serves.

@@ -7,6 +7,14 @@
 
 using namespace pyxen;
 
+namespace {
+
+IMivoraModuleServices* ServicesOf(CMivoraGrabber* grabber) {
+    return grabber ? &static_cast<CMivoraKVNPyxenClass*>(grabber)->Services() : nullptr;
+}
+
+} // namespace
+
 extern "C" {
 
 MIVORA_MODULE_EXPORT CMivoraGrabber* CreateGrabberInstance(void* instance) {
@@ -21,7 +29,7 @@ MIVORA_MODULE_EXPORT void DeleteGrabberInstance(CMivoraGrabber* grabber) {
 MIVORA_MODULE_EXPORT const MV_MODULE_INTERFACE* MivoraModuleInterface() {
     static constexpr MV_MODULE_INTERFACE kInterface = {sizeof(MV_MODULE_INTERFACE),
                                                        MIVORA_INTERFACE_VERSION, kMvCompilerFamily,
-                                                       MIVORA_SERVICES_VERSION, nullptr};
+                                                       MIVORA_SERVICES_VERSION, ServicesOf};
     return &kInterface;
 }
 

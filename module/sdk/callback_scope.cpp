@@ -1,4 +1,4 @@
-// callback_scope.cpp - whether the calling thread is inside a frame callback of the SDK
+// callback_scope.cpp - whether the calling thread is inside a callback of the SDK
 #include "sdk/callback_scope.h"
 
 namespace pyxen {
@@ -6,6 +6,12 @@ namespace pyxen {
 constinit thread_local unsigned CallbackScope::depth = 0;
 
 bool CallbackScope::IsInside() {
+    return depth > 0;
+}
+
+constinit thread_local unsigned EventScope::depth = 0;
+
+bool EventScope::IsInside() {
     return depth > 0;
 }
 

@@ -1,4 +1,4 @@
-// callback_scope.h - whether the calling thread is inside a frame callback of the SDK
+// callback_scope.h - whether the calling thread is inside a callback of the SDK
 #pragma once
 
 namespace pyxen {
@@ -13,6 +13,22 @@ public:
     CallbackScope& operator=(const CallbackScope&) = delete;
 
     /// True when the calling thread is inside the frame callback of any grabber of this module.
+    static bool IsInside();
+
+private:
+    static constinit thread_local unsigned depth;
+};
+
+/// Marks the calling thread as inside an invalidation callback for the scope's life. The camera SDK
+/// waits for it where it closes a camera or takes a registration back.
+class EventScope {
+public:
+    EventScope() { ++depth; }
+    ~EventScope() { --depth; }
+    EventScope(const EventScope&) = delete;
+    EventScope& operator=(const EventScope&) = delete;
+
+    /// True when the calling thread is inside any invalidation callback of this module.
     static bool IsInside();
 
 private:

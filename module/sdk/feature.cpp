@@ -116,6 +116,33 @@ PxnError Feature::IsAvailable(const char* entry, bool& available) const {
     return result;
 }
 
+PxnError Feature::EntryNumber(const char* entry, std::int64_t& number) const {
+    return api->PxnFeatureEnumAsInt(handle, name, entry, &number);
+}
+
+PxnError Feature::Selected(std::vector<const char*>& names) const {
+    FeatureStep step{};
+    std::vector<PxnFeatureInfo> records;
+    const PxnError result = ReadAll(
+        records, step,
+        [this](std::uint32_t* count) {
+            return api->PxnFeatureListSelected(handle, name, nullptr, 0, count,
+                                               sizeof(PxnFeatureInfo));
+        },
+        [this](PxnFeatureInfo* infos, std::uint32_t count, std::uint32_t* found) {
+            return api->PxnFeatureListSelected(handle, name, infos, count, found,
+                                               sizeof(PxnFeatureInfo));
+        });
+    return result != PxnErrSuccess ? result : NoThrow<PxnError>(PxnErrOther, [&]() -> PxnError {
+        std::vector<const char*> read;
+        for (const PxnFeatureInfo& record : records) {
+            read.push_back(record.name);
+        }
+        names = std::move(read);
+        return PxnErrSuccess;
+    });
+}
+
 PxnError Feature::Read(FeatureValue& value, FeatureStep* failed) const {
     FeatureStep step = FeatureStep::kContent;
     FeatureValue read;

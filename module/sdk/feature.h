@@ -67,6 +67,10 @@ public:
     PxnError Increment(std::int64_t& increment) const;
     /// Whether an entry can be selected at present.
     PxnError IsAvailable(const char* entry, bool& available) const;
+    /// The number of an entry, available or not.
+    PxnError EntryNumber(const char* entry, std::int64_t& number) const;
+    /// What this feature selects; null for a name that the SDK left out.
+    PxnError Selected(std::vector<const char*>& names) const;
     /// PxnErrWrongType, without a call, for types without a value.
     PxnError Read(FeatureValue& value, FeatureStep* failed = nullptr) const;
     /// Writes by the value's type.

@@ -3,6 +3,7 @@
 
 #include "platform/event.h"
 #include "platform/static_mutex.h"
+#include "sdk/callback_scope.h"
 #include "sdk/no_throw.h"
 #include "sdk/pyxen_api_access.h"
 
@@ -287,6 +288,7 @@ void InvalidationHub::Deliver(Registration& registration, PxnHandle handle, cons
 // Each channel needs a function of its own, as the SDK tells registrations apart by it.
 template <InvalidationChannel kChannel>
 void PXN_CALL InvalidationHub::OnInvalidation(PxnHandle handle, const char* name, void* context) {
+    const EventScope scope;
     NoThrow(false, [&] {
         const std::shared_ptr<Registration> registration = Find(kChannel, context);
         if (registration) {
@@ -308,6 +310,8 @@ PxnInvalidationCallback InvalidationHub::CallbackOf(InvalidationChannel channel)
         return OnInvalidation<InvalidationChannel::kTiming>;
     case InvalidationChannel::kGrabberDiscovery:
         return OnInvalidation<InvalidationChannel::kGrabberDiscovery>;
+    case InvalidationChannel::kService:
+        return OnInvalidation<InvalidationChannel::kService>;
     case InvalidationChannel::kFinderDiscovery:
         break;
     }
@@ -382,6 +386,13 @@ struct InvalidationSubscription::Place {
     CPyxenAPIAccess& api;
     std::shared_ptr<Invalidation::Subscriber> subscriber;
     std::shared_ptr<InvalidationHub::Registration> registration;
+    bool waits = true;
+
+    void WaitForCalls() const {
+        if (waits) {
+            registration->WaitForCalls(*subscriber);
+        }
+    }
 };
 
 namespace {
@@ -419,7 +430,7 @@ InvalidationSubscription InvalidationHub::Subscribe(CPyxenAPIAccess& api,
     }
     const auto subscriber = std::make_shared<Invalidation::Subscriber>(std::move(receiver), ending);
     const std::shared_ptr<InvalidationSubscription::Place> place(
-        new InvalidationSubscription::Place{api, subscriber, nullptr});
+        new InvalidationSubscription::Place{api, subscriber, nullptr, true});
     place->registration = hub->Join(channel, handle, name, subscriber);
     place->registration->Settle(EntriesOf(api));
     return subscriber->subscribed ? InvalidationSubscription(place) : InvalidationSubscription();
@@ -434,16 +445,24 @@ InvalidationSubscription::operator=(InvalidationSubscription&& other) noexcept {
     return *this;
 }
 
+void InvalidationSubscription::EndCalls(InvalidationEnding ending) {
+    if (place) {
+        place->registration->Remove(place->subscriber);
+        place->waits = ending == InvalidationEnding::kWaits;
+        place->WaitForCalls();
+    }
+}
+
 void InvalidationSubscription::Unsubscribe() {
     const std::shared_ptr<Place> left = std::exchange(place, nullptr);
     if (!left) {
         return;
     }
     left->registration->Remove(left->subscriber);
-    left->registration->WaitForCalls(*left->subscriber);
+    left->WaitForCalls();
     if (left->api.IsValid()) {
         left->registration->Settle(EntriesOf(left->api));
-        left->registration->WaitForCalls(*left->subscriber); // one may do it instead
+        left->WaitForCalls(); // one may do it instead
     }
 }
 

@@ -21,6 +21,7 @@ enum class InvalidationChannel {
     kTiming,           ///< feature control dialogs: exposure and frame rate
     kGrabberDiscovery, ///< grabbers: cameras that appear and disappear
     kFinderDiscovery,  ///< device finders: cameras and interfaces that appear and disappear
+    kService,          ///< services: what hosts have subscribed to
 };
 
 /// What ending a subscription does about a call that runs on another thread.
@@ -58,6 +59,10 @@ public:
     InvalidationSubscription& operator=(InvalidationSubscription&& other) noexcept;
 
     explicit operator bool() const { return place != nullptr; }
+    /// From now on the receiver is not called. A call that is running on another thread is waited
+    /// for with kWaits, and with kAtOnce neither here nor by Unsubscribe. Does not call the SDK,
+    /// which is left to Unsubscribe.
+    void EndCalls(InvalidationEnding ending);
     /// Ends the subscription. From then on the receiver is not called. A call that is running on
     /// another thread is waited for or not, as the subscription was made; one that is running on
     /// this thread never is. The SDK is called only while the access object is valid.

@@ -66,7 +66,12 @@ public:
     /// of one of the entries. A failed query is reported with the names and answers false.
     /// `moduleName` may be null. Booleans and bytes always fit.
     bool IsInRange(PxnHandle handle, const char* moduleName, const char* name,
-                   const pyxen::FeatureValue& value) const;
+                   const pyxen::FeatureValue& value) const {
+        return IsInRange(handle, moduleName, name, value, log);
+    }
+    /// The same, reporting to `sink`.
+    bool IsInRange(PxnHandle handle, const char* moduleName, const char* name,
+                   const pyxen::FeatureValue& value, pyxen::Logger sink) const;
     bool IsIntInRange(PxnHandle handle, const char* moduleName, const char* name,
                       std::int64_t value) const;
     bool IsFloatInRange(PxnHandle handle, const char* moduleName, const char* name,

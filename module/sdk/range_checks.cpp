@@ -22,7 +22,7 @@ constexpr TypeTable<LogFormat<const char*, const char*>, 4> kRangeUnknown = {{
 } // namespace
 
 bool CPyxenAPIAccess::IsInRange(PxnHandle handle, const char* moduleName, const char* name,
-                                const FeatureValue& value) const {
+                                const FeatureValue& value, Logger sink) const {
     FeatureRange range;
     const PxnError result = Feature(*this, handle, name, value.Type()).Range(range);
     if (result == PxnErrSuccess) {
@@ -31,7 +31,7 @@ bool CPyxenAPIAccess::IsInRange(PxnHandle handle, const char* moduleName, const 
     return NoThrow(false, [&] {
         const std::string context = FormatText(*kRangeUnknown.Find(value.Type()),
                                                moduleName ? moduleName : "unknown", name);
-        ReportSdkError(context.c_str(), result, log);
+        ReportSdkError(context.c_str(), result, sink);
         return false;
     });
 }

@@ -134,19 +134,24 @@ private:
                                     : PxnErrNotFound;
         if (code != PxnErrSuccess) {
             ReportSdkError(FormatText(words.accessUnknown, path.c_str()).c_str(), code, engine.log);
-            return Refuse(Verdict::kNoAccess, path, "Unknown accessibility");
+            result.error = code;
+            return Refuse(Verdict::kNoAccess, path, "Unknown accessibility",
+                          SyncRefusal::kUnknownAccess, own);
         }
         if (!writable) {
             LogProtected(path.c_str(), own);
-            return Refuse(Verdict::kNoAccess, path, "Write protected");
+            return Refuse(Verdict::kNoAccess, path, "Write protected", SyncRefusal::kProtected,
+                          own);
         }
-        if (!engine.api.IsInRange(cache->GetHandle(), cache->GetModuleName(), name, value)) {
+        if (!engine.api.IsInRange(cache->GetHandle(), cache->GetModuleName(), name, value,
+                                  engine.log)) {
             value.Show("", "", [&](auto shown) {
                 engine.log.Error(std::get<RefusalLine<decltype(shown)>>(
                                      own ? words.ownOutOfRange : words.otherOutOfRange),
                                  shown, path.c_str());
             });
-            return Refuse(Verdict::kOutOfRange, path, "Out of range");
+            return Refuse(Verdict::kOutOfRange, path, "Out of range", SyncRefusal::kOutOfRange,
+                          own);
         }
         return Verdict::kAccepted;
     }
@@ -161,9 +166,12 @@ private:
         }
     }
 
-    Verdict Refuse(Verdict verdict, const std::string& path, const char* reason) {
+    Verdict Refuse(Verdict verdict, const std::string& path, const char* reason,
+                   SyncRefusal refusal, bool own) {
         result.failingFeature = path;
         result.reason = reason;
+        result.refusal = refusal;
+        result.isOwn = own;
         return verdict;
     }
 

@@ -17,12 +17,23 @@ namespace pyxen {
 
 class IFeatureCaches;
 
+/// Why a pre-write check failed.
+enum class SyncRefusal {
+    kNone,          ///< it has not, or no reason was set
+    kUnknownAccess, ///< the SDK could not be asked
+    kProtected,     ///< not writable at present
+    kOutOfRange,
+};
+
 /// What a pre-write check hands out.
 struct SyncCheckResult {
     bool ok = false;
     std::string failingFeature; ///< path of what refused, "- unkown -" when none was named
     std::string reason;         ///< short reason, "General error" when none was set
     bool bufferImpact = false;  ///< the write would change the frame buffer layout
+    SyncRefusal refusal = SyncRefusal::kNone;
+    bool isOwn = false;             ///< the feature itself refused, none that depends on it
+    PxnError error = PxnErrSuccess; ///< of the SDK where the access is unknown
 };
 
 /// Copies values between modules by the loaded declarations, and checks a value against all that

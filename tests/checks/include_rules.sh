@@ -19,7 +19,7 @@ forbid() {
 
 # The module's folders: each may include those before it, and none behind it. So nothing includes a
 # dialog: ui/ implements what grabber/grabber_dialogs.h and serial/serial_dialog.h declare.
-order=(sdk imaging sync serial acquisition grabber res ui)
+order=(sdk imaging sync serial acquisition services grabber res ui)
 module="($(printf '%s|' "${order[@]}")module)/"
 
 forbid platform "mivora/|host/|pxnc|$module|afx/|apps/" \

@@ -32,6 +32,7 @@ table() { # table CLASS-IN-DUMP OWNER <DUMP
       slot = $1 - 1
       sub(/^ *[0-9]+ \| /, "")
       sub(/ \[.*/, "")                       # [pure], [scalar deleting]
+      sub(/pyxen::ModuleServices::/, "ModuleServices::")
       match($0, /[A-Za-z]+::~?[A-Za-z0-9]+\(/)
       class = substr($0, RSTART, index(substr($0, RSTART), "::") - 1)
       from = class ~ /^(CMivoraGrabber|CMivoraCamera|CMivoraGfxMode|CCmdChannel)$/ ? "host" : owner
@@ -59,5 +60,7 @@ compare gfx_mode module/grabber/mivora_gfx_mode_kvn_pyxen.cpp \
 compare cmd_channel module/serial/cmd_kvn_pyxen.cpp "'CCmdChannel' in 'CCmdKVNPyxen'" module
 compare cam_cntrl_dialog module/ui/windows/feature_control_dialog.cpp \
   "'ICamCntrlDialog' in 'CCamCntrlDlgBase' in 'CKVNPyxenFeatureCtrlDialog'" module
+compare module_services module/services/module_services.cpp \
+  "'IMivoraModuleServices' in 'pyxen::ModuleServices'" module
 compare log_sink apps/common/log_file.cpp "'ILogSink' in 'LogFile'" application
 exit "$status"

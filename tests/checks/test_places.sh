@@ -41,6 +41,9 @@ tests/module/serial/port_list_test.cpp
 tests/module/serial/serial_soak_test.cpp
 tests/module/serial/serial_threads_test.cpp
 tests/module/serial/serial_transfer_test.cpp
+tests/module/services/out_of_memory_posix_test.cpp
+tests/module/services/services_on_simulator_test.cpp
+tests/module/services/services_threads_test.cpp
 tests/module/sync/sync_grammar_test.cpp
 tests/module/ui/dialog_state_test.cpp
 tests/module/ui/invalidation_test.cpp

@@ -19,8 +19,8 @@ enum MV_SERVICE_RESULT : int32_t {
     MV_SERVICE_BAD_ARGUMENT = 1,    ///< a required pointer is null, or a size is wrong
     MV_SERVICE_NOT_INITIALISED = 2, ///< the grabber is not initialised
     MV_SERVICE_NO_CAMERA = 3,       ///< no camera is open, or it has gone
-    /// Called inside a callback while another thread waits for that callback, or by the thread
-    /// that opens or closes the camera right now. Nothing was done.
+    /// Called inside a callback while another thread is inside a service or opens or closes the
+    /// camera, or by the thread that opens or closes the camera right now. Nothing was done.
     MV_SERVICE_BUSY = 4,
     MV_SERVICE_NOT_FOUND = 5,    ///< no such module, feature, entry, camera, buffer or frame
     MV_SERVICE_WRONG_TYPE = 6,   ///< the value or operation does not suit the feature's type
@@ -167,20 +167,21 @@ struct MV_FRAME_INFO {
 
 /// A camera of the grabber's list. Texts are never null and valid until the receiver returns.
 struct MV_CAMERA_DESCRIPTION {
-    uint32_t size;              ///< of this record in bytes
-    uint32_t index;             ///< position in the list, from 0
-    const char* id;             ///< unique among the cameras of the SDK
-    const char* extendedId;     ///< names interface and transport layer as well
-    const char* name;           ///< what the host shows
-    const char* vendor;         ///< empty when not known without opening the camera
-    const char* model;          ///< the maker's name for cameras of this kind
-    const char* serialNumber;   ///< of this camera
-    const char* userName;       ///< what the user has named it; empty for none or when not known
+    uint32_t size;            ///< of this record in bytes
+    uint32_t index;           ///< position in the list, from 0
+    const char* id;           ///< unique among the cameras of the SDK
+    const char* extendedId;   ///< names interface and transport layer as well
+    const char* name;         ///< what the host shows
+    const char* vendor;       ///< empty while the camera is not open
+    const char* model;        ///< the maker's name for cameras of this kind
+    const char* serialNumber; ///< of this camera
+    const char* userName; ///< what the user has named it; empty for none and while it is not open
     const char* interfaceId;    ///< what the camera is connected to
     const char* interfaceName;  ///< the same for people
     const char* transportLayer; ///< "GEV", "U3V", "CL" and so on
-    uint32_t canOpen;           ///< 1 when it can be opened with full access at present
-    uint32_t canRead;           ///< 1 when it can be opened for reading
+    uint32_t canOpen;           ///< 1 when it can be opened with full access at present, or when
+                                ///< only an attempt can tell
+    uint32_t canRead;           ///< 1 likewise for opening it for reading
 };
 
 // ---- settings ----
@@ -216,10 +217,11 @@ typedef void (*MV_SETTING_RECEIVER)(const MV_SETTING* setting, void* context);
 /// The services of one grabber, which live as long as the grabber.
 ///
 /// Any thread may call any of them at any time while the grabber lives: they exclude one another
-/// and opening, closing, listing and de-initialising by a lock of their own, which no receiver,
-/// log sink or host code is called under. Inside a frame callback or a receiver of the grabber
-/// they never wait for that lock (MV_SERVICE_BUSY). `reason` may be null everywhere. No service
-/// throws.
+/// and opening, closing, listing and de-initialising by a lock of their own, which services hold
+/// while they call neither a receiver nor the log sink. Where another thread may be waiting for the
+/// caller they do not wait for that lock (MV_SERVICE_BUSY): inside a frame callback, inside the
+/// receiver of a synchronous snap, of changes or of configuration changes. `reason` may be null
+/// everywhere. No service throws.
 class IMivoraModuleServices {
 public:
     /// MIVORA_SERVICES_VERSION of the module.
@@ -242,24 +244,31 @@ public:
     virtual MV_SERVICE_RESULT ReadFeature(const char* module, const char* feature,
                                           MV_VALUE_RECEIVER receiver, void* context,
                                           MV_SERVICE_REASON* reason) = 0;
-    /// Checks the feature and all that depend on it, writes, and synchronises those. `receiver`
-    /// (may be null) gets the value that the feature has afterwards.
+    /// Checks the feature and all that depend on it, writes, and synchronises those. `value` must
+    /// be of the feature's type. `receiver` (may be null) gets the value that the feature has
+    /// afterwards, also with MV_SERVICE_NOT_SYNCHRONISED; nothing when it cannot be read.
     virtual MV_SERVICE_RESULT WriteFeature(const char* module, const char* feature,
                                            const MV_FEATURE_VALUE* value,
                                            MV_VALUE_RECEIVER receiver, void* context,
                                            MV_SERVICE_REASON* reason) = 0;
-    /// Starts a command and waits until it has been carried out, `timeoutMs` at most; 0 does not
-    /// wait, 0xFFFFFFFF waits without a limit while the camera is there. The lock is not held
-    /// while waiting.
+    /// Starts a command and waits until it has been carried out, `timeoutMs` at most; 0 neither
+    /// waits nor asks, 0xFFFFFFFF waits without a limit while the camera is open. The lock is not
+    /// held while waiting. MV_SERVICE_TIMED_OUT also inside a callback for which another thread
+    /// begins to wait.
     virtual MV_SERVICE_RESULT RunCommand(const char* module, const char* feature,
                                          uint32_t timeoutMs, MV_SERVICE_REASON* reason) = 0;
     /// Calls `receiver` on SDK threads when the feature has changed, until Unsubscribe or until the
-    /// camera is closed. Stores what Unsubscribe takes.
+    /// camera is closed; features of the system, until the grabber is de-initialised. Stores what
+    /// Unsubscribe takes. The receiver may call services; closing waits for it, so inside it the
+    /// grabber's Init, DeInit, OpenActCamera, CloseActCamera, RefreshCameraList and
+    /// SelectCameraDialog return MV_BUSY, after their other refusals, and the grabber must not be
+    /// deleted.
     virtual MV_SERVICE_RESULT Subscribe(const char* module, const char* feature,
                                         MV_CHANGE_RECEIVER receiver, void* context,
                                         uint64_t* subscription, MV_SERVICE_REASON* reason) = 0;
-    /// The receiver is not called any more; waits for a call that runs on another thread.
-    /// MV_SERVICE_NOT_FOUND when the subscription has ended already.
+    /// The receiver is not called any more; waits for a call that runs on another thread, unless
+    /// inside a receiver of changes. MV_SERVICE_NOT_FOUND when the subscription has ended already.
+    /// Never MV_SERVICE_BUSY.
     virtual MV_SERVICE_RESULT Unsubscribe(uint64_t subscription, MV_SERVICE_REASON* reason) = 0;
     /// Passes the file that describes the camera's features, as the camera has it, and the file's
     /// name; cameras may have it compressed (".zip").

@@ -58,6 +58,25 @@ TEST_F(PluginEntry, SaysWhatItWasBuiltAgainst) {
     EXPECT_EQ(record->size, sizeof(MV_MODULE_INTERFACE));
     EXPECT_EQ(record->interfaceVersion, MIVORA_INTERFACE_VERSION);
     EXPECT_STREQ(record->compilerFamily, kMvCompilerFamily);
+    EXPECT_EQ(record->servicesVersion, MIVORA_SERVICES_VERSION);
+}
+
+TEST_F(PluginEntry, OffersServicesOfEachGrabber) {
+    const auto query =
+        reinterpret_cast<MV_MODULE_INTERFACE_QUERY>(module.FindSymbol(kMvModuleInterfaceName));
+    const MV_SERVICES_QUERY services = query()->services;
+    ASSERT_NE(services, nullptr);
+    EXPECT_EQ(services(nullptr), nullptr);
+    CMivoraGrabber* const first = create(nullptr);
+    CMivoraGrabber* const second = create(nullptr);
+    ASSERT_NE(services(first), nullptr);
+    EXPECT_EQ(services(first), services(first));
+    EXPECT_NE(services(first), services(second));
+    EXPECT_EQ(services(first)->GetVersion(), MIVORA_SERVICES_VERSION);
+    EXPECT_EQ(services(first)->ListModules([](const char*, void*) {}, nullptr, nullptr),
+              MV_SERVICE_NOT_INITIALISED);
+    destroy(first);
+    destroy(second);
 }
 
 TEST_F(PluginEntry, DrivesTheSdkThroughTheHostsInterface) {
