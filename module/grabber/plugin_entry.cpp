@@ -1,6 +1,6 @@
 // plugin_entry.cpp - what the host finds in the module
 #include "grabber/mivora_kvn_pyxen_class.h"
-#include "mivora/module_entry.h"
+#include "mivora/module_definition.h"
 #include "sdk/no_throw.h"
 
 #include <type_traits>

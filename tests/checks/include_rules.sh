@@ -51,6 +51,6 @@ forbid apps/mivora "pxnc|$module" \
   'mivora knows only the host and what all programs share'
 
 found=$(grep -rnE --include='*.h' --include='*.cpp' '^[[:space:]]*#[[:space:]]*(if|ifdef|ifndef|elif).*(_WIN32|__linux__|__unix__)' \
-  host module apps tests pxnc/conformance pxnc/simulator pxnc/skeleton pxnc/genicam pxnc/trace bench fuzz 2>/dev/null || true)
+  host module apps tests pxnc/conformance pxnc/simulator pxnc/skeleton pxnc/genicam pxnc/trace bench fuzz examples 2>/dev/null || true)
 [ -z "$found" ] || complain 'the platform is asked for only in platform/ and afx/:' "$found"
 exit "$status"

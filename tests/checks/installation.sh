@@ -1,46 +1,62 @@
 #!/usr/bin/env bash
-# Installs the build into a new directory, runs the programs there, and builds a project that knows
-# nothing but that directory.
+# Installs the build into a new directory, moves that, uses what is there as others do, and takes it
+# away again.
 set -euo pipefail
 cd "$1"
 
-prefix=$2/installation
-rm -rf "$prefix" "$2/consumer"
-cmake --install "$2" --prefix "$prefix" >"$prefix.log" 2>&1 || { cat "$prefix.log"; exit 1; }
+work=$2/installation
+prefix=$work/prefix
+rm -rf "$work" "$2/installed_files.txt"
+mkdir -p "$work"
+cmake --install "$2" --prefix "$work/first" >"$work/install.log" 2>&1 || { cat "$work/install.log"; exit 1; }
+mv "$work/first" "$prefix"
 
-# The directories of the libraries depend on the system's habits.
 module=$(find "$prefix" -name libMivoraKVNPyxen.so)
-packages=$(find "$prefix" -name MivoraConfig.cmake)
-for file in "$prefix/bin/pyxen-tool" "$module" "$packages" "$prefix/include/mivora/grabber.h" \
-  "$prefix"/include/pxnc{,_entries,_types}.h; do
-  [ -e "$file" ] || { echo "$file is not installed"; exit 1; }
-done
+library=$(find "$prefix" -name libMivora.so.1)
 if readelf -d "$prefix/bin/mivora" "$module" | grep PATH | grep -F "$2"; then
   echo "^ an installed file refers to the build directory"
   exit 1
 fi
-
-unset PYXEN_HOME
-cameras=$("$prefix/bin/mivora" cameras --json)
-[ "$(grep -o '"index"' <<<"$cameras" | wc -l)" -eq 3 ] || {
-  echo "the installed program does not list the simulator's three cameras: $cameras"
+if grep -rnF "$2" "$prefix" --include='*.cmake' --include='*.pc'; then
+  echo "^ an installed package refers to the build directory"
   exit 1
-}
-"$prefix/bin/mivora" --sdk genicam cameras >/dev/null # no camera is fine, no library is not
-
-"$prefix/bin/mivora" --trace-sdk "$2/installed.trace" cameras >/dev/null
-"$prefix/bin/pyxen-tool" trace "$2/installed.trace" --call PxnCamerasList | grep -qF 'found=3' || {
-  echo "the installed program traces no list of cameras"
+fi
+readelf -d "$library" | grep -qF 'Library soname: [libMivora.so.1]' || {
+  echo "$library has no versioned name"
   exit 1
 }
 
 cache() { sed -n "s/^$1:[A-Z]*=//p" "$2/CMakeCache.txt"; }
 sanitize=$(cache MIVORA_SANITIZE "$2")
-cmake -S tests/checks/consumer -B "$2/consumer" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" \
+flags=${sanitize:+-fsanitize=$sanitize}
+export CCACHE_BASEDIR=$work
+bash tests/checks/use_package.sh . "$prefix" "$work/use" \
   -DCMAKE_C_COMPILER="$(cache CMAKE_C_COMPILER "$2")" \
   -DCMAKE_CXX_COMPILER="$(cache CMAKE_CXX_COMPILER "$2")" \
-  -DCMAKE_CXX_FLAGS="${sanitize:+-fsanitize=$sanitize}" >"$prefix.log" 2>&1 &&
-  cmake --build "$2/consumer" >>"$prefix.log" 2>&1 || { cat "$prefix.log"; exit 1; }
-name=$("$2/consumer/host" "$module")
-[ -n "$name" ] || { echo "the host that was built against the installation printed no name"; exit 1; }
-"$2/consumer/sdk_user"
+  -DCMAKE_CXX_COMPILER_LAUNCHER="$(cache CCACHE_PROGRAM "$2" | grep -v NOTFOUND || true)" \
+  -DCMAKE_CXX_FLAGS="$flags -Wall -Wextra -Wconversion -Wshadow -Wno-sign-conversion -Werror"
+"$prefix/bin/mivora" --sdk genicam cameras >/dev/null # no camera is fine, no library is not
+
+# Without CMake, and with symbols hidden.
+pkg() { PKG_CONFIG_PATH=$(dirname "$library")/pkgconfig pkg-config "$@"; }
+# shellcheck disable=SC2046
+"$(cache CMAKE_CXX_COMPILER "$2")" -std=c++20 $flags -fvisibility=hidden examples/grab/main.cpp \
+  $(pkg --cflags --libs mivora pxnc) -Wl,-rpath,"$(dirname "$library")" -o "$work/grab"
+PYXEN_HOME=$(pkg --variable=moduledir mivora)/simulator "$work/grab" "$module" |
+  grep -q '^image 100 begins with ' || { echo "a host that pkg-config helped to build takes no images"; exit 1; }
+
+# In place again; what others have put into the same directories stays.
+mv "$prefix" "$work/first"
+mkdir -p "$work/first/lib/mivora/other/Bin"
+touch "$work/first/lib/mivora/other/Bin/kept"
+cmake -DBUILD_DIRECTORY="$2" -P cmake/uninstall.cmake >"$work/uninstall.log" 2>&1 ||
+  { cat "$work/uninstall.log"; exit 1; }
+left=$(cd "$work/first" && find . -type f -o -type l -o -path '*mivora*' | sort)
+[ "$left" = "$(printf './lib/mivora\n./lib/mivora/other\n./lib/mivora/other/Bin\n./lib/mivora/other/Bin/kept')" ] || {
+  printf 'uninstalling leaves\n%s\n' "$left"
+  exit 1
+}
+if cmake -DBUILD_DIRECTORY="$2" -P cmake/uninstall.cmake >"$work/uninstall.log" 2>&1; then
+  echo "uninstalling what is not installed succeeds"
+  exit 1
+fi

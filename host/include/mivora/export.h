@@ -1,6 +1,10 @@
-// export.h - export mark of the host library, defined by the build
+// export.h - marks what the host library exports
 #pragma once
 
 #ifndef MIVORA_API
-#define MIVORA_API
+#if defined(__ELF__)
+#define MIVORA_API __attribute__((visibility("default"))) // also where the default is hidden
+#else
+#define MIVORA_API // the build of the library and its CMake package define it
+#endif
 #endif

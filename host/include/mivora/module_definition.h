@@ -1,0 +1,36 @@
+// module_definition.h - the entry points of a module, for the module's author
+#pragma once
+
+#include "mivora/grabber.h"
+#include "mivora/module_entry.h"
+
+#if defined(__ELF__)
+#define MIVORA_MODULE_EXPORT __attribute__((visibility("default")))
+#else
+#define MIVORA_MODULE_EXPORT __declspec(dllexport)
+#endif
+
+/// Defines the three functions that a host finds a module by, for a module whose grabbers are of
+/// the class `GrabberClass`. Stands once in the module, at file scope. The class derives from
+/// CMivoraGrabber; its constructor takes the handle of the loaded module (void*) and may throw.
+#define MIVORA_DEFINE_MODULE(GrabberClass)                                                         \
+    extern "C" MIVORA_MODULE_EXPORT CMivoraGrabber* CreateGrabberInstance(void* instance) {        \
+        try {                                                                                      \
+            return new GrabberClass(instance);                                                     \
+        } catch (...) {                                                                            \
+            return nullptr;                                                                        \
+        }                                                                                          \
+    }                                                                                              \
+    extern "C" MIVORA_MODULE_EXPORT void DeleteGrabberInstance(CMivoraGrabber* grabber) {          \
+        delete grabber;                                                                            \
+    }                                                                                              \
+    extern "C" MIVORA_MODULE_EXPORT const MV_MODULE_INTERFACE* MivoraModuleInterface() {           \
+        static const MV_MODULE_INTERFACE record = [] {                                             \
+            MV_MODULE_INTERFACE filled{};                                                          \
+            filled.size = sizeof filled;                                                           \
+            filled.interfaceVersion = MIVORA_INTERFACE_VERSION;                                    \
+            filled.compilerFamily = kMvCompilerFamily;                                             \
+            return filled;                                                                         \
+        }();                                                                                       \
+        return &record;                                                                            \
+    }
