@@ -1,15 +1,16 @@
 #!/usr/bin/env bash
 # run-under-wine.sh PROGRAM.exe [ARGS]: runs a test program of this build under Wine
 #
-# Each build directory has Wine prefixes of its own. Without MIVORA_WINE_DPI there is no display;
-# with it, the program gets a virtual one with so many dots per inch, and a prefix that is never used
-# without a display: Wine has to manage windows itself, which it decides when it starts.
+# Each build directory has Wine prefixes of its own; MIVORA_WINE_BUILD names the one for a program
+# from elsewhere. Without MIVORA_WINE_DPI there is no display; with it, the program gets a virtual one
+# with so many dots per inch, and a prefix that is never used without a display: Wine has to manage
+# windows itself, which it decides when it starts.
 set -euo pipefail
 
 wine=/usr/lib/wine/wine64
 program=$1
 shift
-build=$(cd "$(dirname "$program")/.." && pwd)
+build=${MIVORA_WINE_BUILD:-$(cd "$(dirname "$program")/.." && pwd)}
 dpi=${MIVORA_WINE_DPI:-}
 export WINEPREFIX=$build/wine${dpi:+-$dpi}
 export WINEDEBUG=${WINEDEBUG:--all} WINEDLLOVERRIDES=${WINEDLLOVERRIDES:-mscoree,mshtml=}

@@ -37,6 +37,11 @@ bash tests/checks/use_package.sh . "$prefix" "$work/use" \
   -DCMAKE_CXX_FLAGS="$flags -Wall -Wextra -Wconversion -Wshadow -Wno-sign-conversion -Werror"
 "$prefix/bin/mivora" --sdk genicam cameras >/dev/null # no camera is fine, no library is not
 
+# Every header of the skeleton finds what it includes.
+find "$prefix/include/pxnc-skeleton" -name '*.h' -printf '#include <%P>\n' |
+  "$(cache CMAKE_CXX_COMPILER "$2")" -fsyntax-only -std=c++20 -I"$prefix/include" \
+    -I"$prefix/include/pxnc-skeleton" -x c++ -
+
 # Without CMake, and with symbols hidden.
 pkg() { PKG_CONFIG_PATH=$(dirname "$library")/pkgconfig pkg-config "$@"; }
 # shellcheck disable=SC2046

@@ -38,7 +38,6 @@ packages=$(find "$prefix" -name MivoraConfig.cmake -printf '%h\n')
 [ -e "$packages/../PxnC/PxnCConfig.cmake" ] || fail "there are no packages for CMake"
 if [ -e "$prefix/bin/mivora.exe" ]; then
   module=$prefix/bin/MivoraKVNPyxen.dll
-  # A module of another name and an SDK of its own home are found, whatever the system calls them.
   picture=module/TestPicture.dll
 else
   module=$(find "$prefix" -name libMivoraKVNPyxen.so)
@@ -64,12 +63,20 @@ build consumer "$sources/tests/checks/consumer"
 [ -n "$(run "$work/consumer/host" "$module")" ] || fail "the host that was built against it printed no name"
 run "$work/consumer/sdk_user" || fail "the user of an SDK that was built against it has failed"
 
+for function in mivora_add_module pxnc_add_sdk; do
+  ! cmake "-DWRONG=$function" "$work/consumer" >"$work/wrong.log" 2>&1 || fail "$function takes wrong arguments"
+  expect "$function with wrong arguments" "$function(NAME SOURCES FILE..." "$(<"$work/wrong.log")"
+done
+
 build grab "$examples/grab"
 expect 'examples/grab' 'image 100 begins with ' \
   "$(PYXEN_HOME=$(dirname "$module")/simulator run "$work/grab/grab" "$module")"
 ! run "$work/grab/grab" "$work/none" >/dev/null 2>&1 || fail "examples/grab succeeds without a module"
 
 build module "$examples/module"
+cmake --install "$work/module" --prefix "$work/installed" >/dev/null
+[ -n "$(find "$work/installed" -path "*$(basename "$(dirname "$module")")/$(basename "$picture")")" ] ||
+  fail "examples/module is not installed where modules are"
 grabbed=$(run "$prefix/bin/mivora" --module "$work/$picture" grab --frames 20 --json)
 expect 'mivora grab with examples/module' '{"frames":20,"errors":0,' "$grabbed"
 expect 'mivora grab with examples/module' '"closed":true' "$grabbed"
