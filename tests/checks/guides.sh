@@ -12,7 +12,7 @@ mkdir -p "$output"
 cache() { sed -n "s/^$1:[A-Z]*=//p" "$build/CMakeCache.txt"; }
 sanitize=$(cache MIVORA_SANITIZE)
 common=(-std=c++20 -O1 -Wall -Wextra -Wshadow -Werror
-  -DMIVORA_API= -Ihost/include -Ipxnc/include)
+  -Ihost/include -Ipxnc/include)
 [ -z "$sanitize" ] || common+=("-fsanitize=$sanitize" -fno-sanitize-recover=all)
 
 # compile PAGE OUTPUT ARGS...: the blocks of docs/PAGE; messages have the lines of the page.

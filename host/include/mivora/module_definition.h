@@ -4,6 +4,7 @@
 #include "mivora/grabber.h"
 #include "mivora/module_entry.h"
 
+/// Marks what a module exports; everything else is hidden by mivora_add_module.
 #if defined(__ELF__)
 #define MIVORA_MODULE_EXPORT __attribute__((visibility("default")))
 #else
@@ -12,7 +13,8 @@
 
 /// Defines the three functions that a host finds a module by, for a module whose grabbers are of
 /// the class `GrabberClass`. Stands once in the module, at file scope. The class derives from
-/// CMivoraGrabber; its constructor takes the handle of the loaded module (void*) and may throw.
+/// CMivoraGrabber; its constructor takes the handle of the loaded module (void*) and may throw. A
+/// module with services (module_services.h) defines the functions itself, to name them.
 #define MIVORA_DEFINE_MODULE(GrabberClass)                                                         \
     extern "C" MIVORA_MODULE_EXPORT CMivoraGrabber* CreateGrabberInstance(void* instance) {        \
         try {                                                                                      \
@@ -25,7 +27,7 @@
         delete grabber;                                                                            \
     }                                                                                              \
     extern "C" MIVORA_MODULE_EXPORT const MV_MODULE_INTERFACE* MivoraModuleInterface() {           \
-        static const MV_MODULE_INTERFACE record = [] {                                             \
+        static constexpr MV_MODULE_INTERFACE record = [] {                                         \
             MV_MODULE_INTERFACE filled{};                                                          \
             filled.size = sizeof filled;                                                           \
             filled.interfaceVersion = MIVORA_INTERFACE_VERSION;                                    \
