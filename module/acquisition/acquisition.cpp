@@ -73,10 +73,25 @@ PxnError Acquisition::Announce(FrameRecord& record) {
 }
 
 PxnError Acquisition::Queue(PxnFrame* frame, FrameRecord* record, PxnFrameCallback callback) {
+    const platform::MutexLock lock(chunkMutex);
+    return QueueUnlocked(frame, record, callback);
+}
+
+PxnError Acquisition::QueueUnlocked(PxnFrame* frame, FrameRecord* record,
+                                    PxnFrameCallback callback) {
     const auto queue = [&] {
         return api.PxnCaptureFrameQueue(cameraHandle, frame, callback);
     };
-    return record && record->Frame() == frame ? FramePool::Queue(*record, queue) : queue();
+    if (!record || record->Frame() != frame) {
+        return queue();
+    }
+    FrameNote* const note = record->IsConverted() ? nullptr : notes.Find(IndexOf(*frame));
+    const std::uint64_t before = note ? note->Leave() : 0;
+    const PxnError result = FramePool::Queue(*record, queue);
+    if (note && result != PxnErrSuccess && result != PxnErrAlready) {
+        note->Restore(before);
+    }
+    return result;
 }
 
 PxnError Acquisition::Flush() {

@@ -3,7 +3,9 @@
 
 #include "acquisition/acquisition_host.h"
 #include "acquisition/acquisition_state.h"
+#include "acquisition/frame_listener.h"
 #include "acquisition/undo_lists.h"
+#include "imaging/frame_notes.h"
 #include "imaging/frame_pool.h"
 #include "platform/event.h"
 #include "platform/mutex.h"
@@ -51,6 +53,23 @@ public:
     /// of this one, on the calling thread: the camera cannot be closed there.
     bool IsInside() const;
 
+    // ---- frames one by one ----
+    /// What is known of the frame received last into a buffer; false without such a buffer. Never
+    /// waits. Any thread at any time.
+    bool LoadFrameInfo(std::uint64_t index, MV_FRAME_INFO& info) const {
+        return notes.Load(index, info);
+    }
+    /// Whom each frame is reported to, before it is handed over. Any thread.
+    FrameListener& Listener() { return listener; }
+    /// True when the calling thread hands over that buffer's frame at this moment: until it
+    /// returns, the frame stays as it is and the camera open.
+    bool IsHandingOver(std::uint64_t index) const;
+    /// Reads the chunks of the frame received last into a buffer by `callback`, which may read
+    /// features and nothing else. Unless IsHandingOver the caller keeps the camera from being
+    /// closed, and the frame is kept from being queued. MV_SERVICE_SDK_FAILED with `error`.
+    MV_SERVICE_RESULT ReadChunks(std::uint64_t index, PxnChunkAccessCallback callback,
+                                 void* context, PxnError& error);
+
     // ---- the camera ----
     /// Whether frames are queued before the capture is started.
     void UseStrategy(bool queueFirst) { firstQueueThenSnap = queueFirst; }
@@ -80,6 +99,7 @@ public:
 
 private:
     friend struct ::AcquisitionInsides; // tests
+    class ShapingMark;
 
     MV_ERRCODE SnapContinuous();
     MV_ERRCODE SnapAsynchronous();
@@ -97,6 +117,8 @@ private:
     }
     /// `record` is what the frame names as its own, or null.
     PxnError Queue(PxnFrame* frame, FrameRecord* record, PxnFrameCallback callback);
+    /// The same when the frame is the SDK's already, or `chunkMutex` is held.
+    PxnError QueueUnlocked(PxnFrame* frame, FrameRecord* record, PxnFrameCallback callback);
     PxnError Flush();
     PxnError RevokeAll();
     bool ShapeFrameRecords(FramePool::Reshaping& reshaping, std::uint64_t count,
@@ -107,6 +129,15 @@ private:
     void StopRunning() REQUIRES(stopMutex);
     void StopCamera() REQUIRES(requeueMutex);
     void Requeue(PxnFrame* frame, FrameRecord* record);
+    /// Converts the frame of the buffer; true when a conversion was done.
+    bool Convert(FrameRecord& record, std::uint64_t index);
+    /// Keeps what is known of a frame and reports it. `isImageReady` when the host's image is that
+    /// of the frame.
+    void NoteFrame(const PxnFrame& frame, const FrameRecord* record, bool isImageReady);
+    MV_SERVICE_RESULT ReadChunksAtHome(std::uint64_t index, PxnChunkAccessCallback callback,
+                                       void* context, PxnError& error) REQUIRES(chunkMutex);
+    MV_SERVICE_RESULT AccessChunks(const PxnFrame& frame, PxnChunkAccessCallback callback,
+                                   void* context, PxnError& error);
     void LogReceiveError(const PxnFrame& frame);
     void StartCleanupThread(AcquisitionState::Moment seen);
     /// Not inside a frame callback, for which the thread may be waiting.
@@ -138,6 +169,15 @@ private:
     // The cleanup thread's handle between the frame callback and whoever joins it.
     platform::Mutex cleanupMutex;
     platform::Thread cleanupThread GUARDED_BY(cleanupMutex);
+
+    std::atomic<std::uint64_t> framesOfAnyStatus{0}; // since the last snap
+    FrameNotes notes;
+    FrameListener listener;
+    // Reading the chunks of a frame that is home against queueing it. Not taken where a frame
+    // callback queues its frame again: that one is not home. Held across the SDK's reading, which
+    // waits for nothing.
+    platform::Mutex chunkMutex;
+    bool areRecordsShaped GUARDED_BY(chunkMutex) = false;
 
     FramePool frames; // shaped under bufferMutex while idle
 };

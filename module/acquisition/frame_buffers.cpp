@@ -22,13 +22,35 @@ void LogErrorLine(Logger log, LogFormat<std::type_identity_t<Arguments>...> form
 
 } // namespace
 
+/// No chunks are read while one lives. A mutex will not do: shaping waits for a callback, which may
+/// be waiting for whoever reads.
+class Acquisition::ShapingMark {
+public:
+    explicit ShapingMark(Acquisition& preparing) : acquisition(preparing) { Set(true); }
+    ~ShapingMark() { Set(false); }
+    ShapingMark(const ShapingMark&) = delete;
+    ShapingMark& operator=(const ShapingMark&) = delete;
+
+private:
+    void Set(bool mark) {
+        const platform::MutexLock lock(acquisition.chunkMutex);
+        acquisition.areRecordsShaped = mark;
+    }
+
+    Acquisition& acquisition;
+};
+
 MV_ERRCODE Acquisition::Prepare(std::uint64_t count, IFrameLayout& layout) {
     log.Information("CMivoraKVNPyxenClass::PrepareFrameBuffers");
     // Before the mutex: both wait for a running callback, whose receiver may use a serial port.
     if (frames.IsWithSdk()) {
         TakeFramesBack();
     }
+    const ShapingMark mark(*this);
     FramePool::Reshaping reshaping(frames);
+    if (frames.Size() == 0) {
+        notes.Prepare(0); // those of a camera that has gone have been left behind
+    }
     MV_ERRCODE result = MV_OK;
     {
         const platform::MutexLock lock(bufferMutex);
@@ -61,6 +83,7 @@ bool Acquisition::ShapeFrameRecords(FramePool::Reshaping& reshaping, std::uint64
     }
     // Out of memory, some are missing; that is reported below.
     reshaping.Resize(count);
+    notes.Prepare(frames.Size());
     for (std::uint64_t index = 0; index < count; ++index) {
         if (index >= frames.Size() || !frames[index].Allocate(layout)) {
             LogErrorLine(log, "  ERROR: could not allocate memory for frame buffers %I64u", index);

@@ -17,21 +17,23 @@ void PXN_CALL Acquisition::OnFrame(PxnHandle, PxnHandle, PxnFrame* frame) {
 }
 
 void Acquisition::Receive(PxnFrame* frame) {
-    const CallbackScope scope;
+    const CallbackScope scope(this, frame);
     const AcquisitionState::Moment begin = state.Now();
     FrameRecord* const record = frames.FindRecord(*frame);
+    const uint64_t index = IndexOf(*frame);
     if (frame->receiveStatus != PxnFrameStatusComplete) {
         LogReceiveError(*frame);
+        NoteFrame(*frame, record, false);
     } else {
         const uint64_t count = ++framesReceived;
-        const uint64_t index = IndexOf(*frame);
         log.Information(
             "CMivoraKVNPyxenClass::FrameCallback: Successfully grabbed frame: buffer idx = %I64u, total count = %I64u. [RcvSize = %u, %ux%u, PixelFmt = %08X, UniqueId = %I64u]",
             index, count, frame->bufferSize, frame->width, frame->height, frame->pixelFormat,
             frame->frameId);
-        if (record && record->Convert()) {
+        if (record && Convert(*record, index)) {
             log.Information("CMivoraKVNPyxenClass::FrameCallback: Image conversion done.");
         }
+        NoteFrame(*frame, record, true);
         host.HandOver(index, true);
     }
     switch (begin.Number()) {
@@ -49,6 +51,25 @@ void Acquisition::Receive(PxnFrame* frame) {
         log.Error("CMivoraKVNPyxenClass::FrameCallback: unknown snap type");
         break;
     }
+}
+
+bool Acquisition::Convert(FrameRecord& record, std::uint64_t index) {
+    if (FrameNote* const note = record.IsConverted() ? notes.Find(index) : nullptr) {
+        note->BeginChange();
+    }
+    return record.Convert();
+}
+
+void Acquisition::NoteFrame(const PxnFrame& frame, const FrameRecord* record, bool isImageReady) {
+    // Frames of one camera come one after the other.
+    const std::uint64_t number = framesOfAnyStatus.load(std::memory_order_relaxed) + 1;
+    framesOfAnyStatus.store(number, std::memory_order_relaxed);
+    const std::uint64_t index = IndexOf(frame);
+    const MV_FRAME_INFO info = DescribeFrame(frame, index, number, record && isImageReady);
+    if (FrameNote* const note = record ? notes.Find(index) : nullptr) {
+        note->Store(info);
+    }
+    listener.Deliver(info);
 }
 
 void Acquisition::LogReceiveError(const PxnFrame& frame) {
@@ -83,7 +104,7 @@ void Acquisition::Requeue(PxnFrame* frame, FrameRecord* record) {
         return;
     }
     if (!stopEvent->IsSet()) {
-        if (const PxnError result = Queue(frame, record, &OnFrame)) {
+        if (const PxnError result = QueueUnlocked(frame, record, &OnFrame)) {
             ReportSdkError("CMivoraKVNPyxenClass::FrameCallback: Cannot requeue frame", result,
                            log);
         }

@@ -45,6 +45,7 @@ MV_ERRCODE Acquisition::Snap(std::uint32_t mode) {
     if (!state.Start(mode)) {
         return MV_BUSY;
     }
+    framesOfAnyStatus = 0;
     if (mode >= kFirstSynchronousSingle) {
         const MV_ERRCODE result = SnapSynchronous();
         state.Finish();

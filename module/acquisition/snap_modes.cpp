@@ -120,6 +120,8 @@ MV_ERRCODE Acquisition::TakeSynchronous() {
         log.Information("CMivoraKVNPyxenClass::Snap: snapped one frame");
         framesReceived = 1;
         const HandOverScope scope(*this);
+        NoteFrame(*record.Frame(), &record,
+                  record.Frame()->receiveStatus == PxnFrameStatusComplete && !record.IsConverted());
         // Compatibility: the image is handed over as the camera delivered it.
         host.HandOver(0, false);
     }

@@ -29,6 +29,8 @@ public:
     /// format is unknown, when what the SDK fills is larger than its 32-bit size can tell, when the
     /// size of the image changes meanwhile, or when out of memory.
     bool Allocate(IFrameLayout& layout);
+    /// True when the host's image is not what the SDK fills.
+    bool IsConverted() const { return format && format->convert; }
     /// Converts the raw image into the host's; true when a conversion was done.
     bool Convert();
 

@@ -3,10 +3,19 @@
 
 namespace pyxen {
 
-constinit thread_local unsigned CallbackScope::depth = 0;
+constinit thread_local const CallbackScope* CallbackScope::innermost = nullptr;
 
 bool CallbackScope::IsInside() {
-    return depth > 0;
+    return innermost != nullptr;
+}
+
+PxnFrame* CallbackScope::FrameOf(const void* owner) {
+    for (const CallbackScope* scope = innermost; scope; scope = scope->outer) {
+        if (scope->owner == owner) {
+            return scope->frame;
+        }
+    }
+    return nullptr;
 }
 
 constinit thread_local unsigned EventScope::depth = 0;

@@ -1,4 +1,4 @@
-// acquisition_insides.h - the events of a grabber's acquisition, which no interface gives out
+// acquisition_insides.h - the acquisition of a grabber, which no interface gives out
 #pragma once
 
 #include "grabber/mivora_kvn_pyxen_class.h"
@@ -7,6 +7,7 @@
 
 /// A friend of both classes.
 struct AcquisitionInsides {
+    static pyxen::Acquisition& Of(CMivoraKVNPyxenClass& grabber) { return grabber.acquisition; }
     /// One of the two events that every snap resets.
     static std::unique_ptr<platform::Event>& Event(CMivoraKVNPyxenClass& grabber, int index) {
         return grabber.acquisition.acquisitionEvents[index];
