@@ -21,9 +21,9 @@ void Acquisition::Receive(PxnFrame* frame) {
     const AcquisitionState::Moment begin = state.Now();
     FrameRecord* const record = frames.FindRecord(*frame);
     const uint64_t index = IndexOf(*frame);
-    if (frame->receiveStatus != PxnFrameStatusComplete) {
+    const bool isComplete = frame->receiveStatus == PxnFrameStatusComplete;
+    if (!isComplete) {
         LogReceiveError(*frame);
-        NoteFrame(*frame, record, false);
     } else {
         const uint64_t count = ++framesReceived;
         log.Information(
@@ -33,7 +33,9 @@ void Acquisition::Receive(PxnFrame* frame) {
         if (record && Convert(*record, index)) {
             log.Information("CMivoraKVNPyxenClass::FrameCallback: Image conversion done.");
         }
-        NoteFrame(*frame, record, true);
+    }
+    NoteFrame(*frame, record, isComplete);
+    if (isComplete) {
         host.HandOver(index, true);
     }
     switch (begin.Number()) {
@@ -65,11 +67,12 @@ void Acquisition::NoteFrame(const PxnFrame& frame, const FrameRecord* record, bo
     const std::uint64_t number = framesOfAnyStatus.load(std::memory_order_relaxed) + 1;
     framesOfAnyStatus.store(number, std::memory_order_relaxed);
     const std::uint64_t index = IndexOf(frame);
-    const MV_FRAME_INFO info = DescribeFrame(frame, index, number, record && isImageReady);
     if (FrameNote* const note = record ? notes.Find(index) : nullptr) {
-        note->Store(info);
+        note->Store(frame, number, isImageReady);
     }
-    listener.Deliver(info);
+    if (listener.HasReceiver()) {
+        listener.Deliver(DescribeFrame(frame, index, number, record && isImageReady));
+    }
 }
 
 void Acquisition::LogReceiveError(const PxnFrame& frame) {

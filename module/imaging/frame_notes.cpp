@@ -24,6 +24,11 @@ constexpr std::uint32_t kKnownFlags =
     kMvFrameHasDimension | kMvFrameHasOffset | kMvFrameHasFrameId | kMvFrameHasTimestamp |
     kMvFrameHasImageSize | kMvFrameHasPayloadType | kMvFrameHasChunks;
 
+std::uint32_t ValidMembers(const PxnFrame& frame) {
+    const std::uint32_t known = frame.receiveFlags & kKnownFlags;
+    return frame.chunkDataPresent == 0 ? known & ~kMvFrameHasChunks : known;
+}
+
 std::uint64_t Pair(std::uint32_t high, std::uint32_t low) {
     return std::uint64_t{high} << 32 | low;
 }
@@ -42,10 +47,7 @@ MV_FRAME_INFO DescribeFrame(const PxnFrame& frame, std::uint64_t bufferIndex,
                             std::uint64_t received, bool current) {
     MV_FRAME_INFO info;
     info.size = sizeof info;
-    info.valid = frame.receiveFlags & kKnownFlags;
-    if (frame.chunkDataPresent == 0) {
-        info.valid &= ~kMvFrameHasChunks;
-    }
+    info.valid = ValidMembers(frame);
     info.bufferIndex = bufferIndex;
     info.received = received;
     info.frameId = frame.frameId;
@@ -65,21 +67,22 @@ MV_FRAME_INFO DescribeFrame(const PxnFrame& frame, std::uint64_t bufferIndex,
 
 // Words are stored with release and loaded with acquire: a reader that has seen a word of what is
 // being written also sees that the number has changed since.
-void FrameNote::Store(const MV_FRAME_INFO& info) {
+void FrameNote::Store(const PxnFrame& frame, std::uint64_t received, bool current) {
     const std::uint64_t number = state.load(std::memory_order_relaxed) / kStep + 1;
     auto& place = places[number % 2];
-    const std::uint64_t words[kWords] = {info.received,
-                                         info.frameId,
-                                         info.timestamp,
-                                         Pair(static_cast<std::uint32_t>(info.status), info.valid),
-                                         Pair(info.pixelFormat, info.width),
-                                         Pair(info.height, info.offsetX),
-                                         Pair(info.offsetY, info.payloadBytes),
-                                         info.payloadType};
-    for (std::size_t index = 0; index < kWords; ++index) {
-        place[index].store(words[index], std::memory_order_release);
-    }
-    state.store(number * kStep + info.picture, std::memory_order_release);
+    const auto store = [&](std::size_t index, std::uint64_t word) {
+        place[index].store(word, std::memory_order_release);
+    };
+    store(0, received);
+    store(1, frame.frameId);
+    store(2, frame.timestamp);
+    store(3, Pair(static_cast<std::uint32_t>(frame.receiveStatus), ValidMembers(frame)));
+    store(4, Pair(frame.pixelFormat, frame.width));
+    store(5, Pair(frame.height, frame.offsetX));
+    store(6, Pair(frame.offsetY, frame.imageSize));
+    store(7, frame.payloadType);
+    state.store(number * kStep + (current ? MV_PICTURE_CURRENT : MV_PICTURE_GONE),
+                std::memory_order_release);
 }
 
 void FrameNote::Clear() {

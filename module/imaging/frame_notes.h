@@ -25,8 +25,8 @@ class FrameNote {
 public:
     /// Nothing has been received.
     void Clear();
-    /// The frame has been received.
-    void Store(const MV_FRAME_INFO& info);
+    /// The frame has been received. `received` and `current` as for DescribeFrame.
+    void Store(const PxnFrame& frame, std::uint64_t received, bool current);
     /// The image changes from here on.
     void BeginChange();
     /// The image may change once its frame has been queued, which the caller does next: what makes

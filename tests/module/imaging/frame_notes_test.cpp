@@ -36,7 +36,7 @@ protected:
         return info;
     }
     void Store(std::uint64_t number, bool current = true) {
-        notes.Find(0)->Store(DescribeFrame(MakeNotedFrame(number), 0, number, current));
+        notes.Find(0)->Store(MakeNotedFrame(number), number, current);
     }
 
     FrameNotes notes;
@@ -45,8 +45,8 @@ protected:
 TEST_F(FrameNotesTest, KeepEveryMemberOfTheFrameReceivedLast) {
     notes.Prepare(2);
     const PxnFrame frame = MakeNotedFrame(0xFEDCBA9876543210);
-    notes.Find(1)->Store(DescribeFrame(MakeNotedFrame(1), 1, 1, true));
-    notes.Find(1)->Store(DescribeFrame(frame, 1, 2, true));
+    notes.Find(1)->Store(MakeNotedFrame(1), 1, true);
+    notes.Find(1)->Store(frame, 2, true);
     const MV_FRAME_INFO info = Load(1);
     EXPECT_EQ(info.valid, 0x7Fu);
     EXPECT_EQ(info.bufferIndex, 1u);
