@@ -71,6 +71,8 @@ public:
                                  void* context, PxnError& error);
 
     // ---- the camera ----
+    /// Null while none is open.
+    PxnHandle CameraHandle() const { return cameraHandle; }
     /// Whether frames are queued before the capture is started.
     void UseStrategy(bool queueFirst) { firstQueueThenSnap = queueFirst; }
     bool QueuesFirst() const { return firstQueueThenSnap; }

@@ -137,6 +137,7 @@ private:
 
     // for the services
     bool IsInsideCallback() const override;
+    pyxen::Acquisition& Frames() override { return acquisition; }
     pyxen::Logger Log() const override { return GetLogSink(); }
     bool HasOpenCamera() const override { return cameraOpen; }
     pyxen::IFeatureCaches& CameraModules() override { return openCamera.Caches(); }

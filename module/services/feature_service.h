@@ -37,6 +37,9 @@ public:
     ServiceOutcome WriteValue(const ServiceFeature& feature, FeatureValue& value, bool& isKnown,
                               Logger log);
 
+    /// Whether WriteValue would write, at present.
+    ServiceOutcome CheckValue(const ServiceFeature& feature, const FeatureValue& value, Logger log);
+
 private:
     ServiceOutcome StartCommand(const char* module, const char* name);
     ServiceOutcome AskCommand(const char* module, const char* name, std::uint64_t camera,

@@ -111,6 +111,15 @@ ServiceOutcome FeatureService::WriteValue(const ServiceFeature& feature, Feature
     return Synchronise(feature, value, log);
 }
 
+ServiceOutcome FeatureService::CheckValue(const ServiceFeature& feature, const FeatureValue& value,
+                                          Logger log) {
+    IServiceGrabber& grabber = context.Grabber();
+    SyncEngine engine(grabber.Api(), grabber.SyncRules(), grabber.CameraModules(), log);
+    const SyncCheckResult check =
+        engine.CheckSyncPath(feature.module.cache, feature.info->name, value);
+    return check.ok ? ServiceOutcome() : Refusal(feature, value, check);
+}
+
 ServiceOutcome FeatureService::Synchronise(const ServiceFeature& feature, const FeatureValue& value,
                                            Logger log) {
     IServiceGrabber& grabber = context.Grabber();

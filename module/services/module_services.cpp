@@ -30,11 +30,6 @@ MV_SERVICE_RESULT Serve(MV_SERVICE_REASON* reason, std::initializer_list<bool> r
     }
 }
 
-MV_SERVICE_RESULT NotSupported(MV_SERVICE_REASON* reason) {
-    StoreReason("the module has no such service", reason);
-    return MV_SERVICE_NOT_SUPPORTED;
-}
-
 } // namespace
 
 void ModuleServices::LeaveCamera() {
@@ -115,19 +110,22 @@ MV_SERVICE_RESULT ModuleServices::ReadDescriptionFile(MV_DATA_RECEIVER receiver,
 
 // ---- frames ----
 
-MV_SERVICE_RESULT ModuleServices::GetFrameInfo(uint64_t, MV_FRAME_INFO*,
+MV_SERVICE_RESULT ModuleServices::GetFrameInfo(uint64_t bufferIndex, MV_FRAME_INFO* info,
                                                MV_SERVICE_REASON* reason) {
-    return NotSupported(reason);
+    return Serve(reason, {info && info->size >= sizeof(MV_FRAME_INFO)},
+                 [&] { return frames.GetInfo(bufferIndex, *info); });
 }
 
-MV_SERVICE_RESULT ModuleServices::ReadChunks(uint64_t, MV_CHUNK_RECEIVER, void*,
-                                             MV_SERVICE_REASON* reason) {
-    return NotSupported(reason);
+MV_SERVICE_RESULT ModuleServices::ReadChunks(uint64_t bufferIndex, MV_CHUNK_RECEIVER receiver,
+                                             void* receiverContext, MV_SERVICE_REASON* reason) {
+    return Serve(reason, {receiver != nullptr},
+                 [&] { return frames.ReadChunks(bufferIndex, receiver, receiverContext); });
 }
 
-MV_SERVICE_RESULT ModuleServices::InstallFrameReceiver(MV_FRAME_RECEIVER, void*,
+MV_SERVICE_RESULT ModuleServices::InstallFrameReceiver(MV_FRAME_RECEIVER receiver,
+                                                       void* receiverContext,
                                                        MV_SERVICE_REASON* reason) {
-    return NotSupported(reason);
+    return Serve(reason, {}, [&] { return frames.InstallReceiver(receiver, receiverContext); });
 }
 
 // ---- cameras ----
@@ -140,14 +138,17 @@ MV_SERVICE_RESULT ModuleServices::ListCameras(MV_CAMERA_RECEIVER receiver, void*
 
 // ---- settings ----
 
-MV_SERVICE_RESULT ModuleServices::SaveSettings(const char*, MV_SETTING_RECEIVER, void*,
-                                               MV_SERVICE_REASON* reason) {
-    return NotSupported(reason);
+MV_SERVICE_RESULT ModuleServices::SaveSettings(const char* path, MV_SETTING_RECEIVER receiver,
+                                               void* receiverContext, MV_SERVICE_REASON* reason) {
+    return Serve(reason, {path != nullptr},
+                 [&] { return settings.Save(path, receiver, receiverContext); });
 }
 
-MV_SERVICE_RESULT ModuleServices::LoadSettings(const char*, uint32_t, MV_SETTING_RECEIVER, void*,
+MV_SERVICE_RESULT ModuleServices::LoadSettings(const char* path, uint32_t flags,
+                                               MV_SETTING_RECEIVER receiver, void* receiverContext,
                                                MV_SERVICE_REASON* reason) {
-    return NotSupported(reason);
+    return Serve(reason, {path != nullptr},
+                 [&] { return settings.Load(path, flags, receiver, receiverContext); });
 }
 
 } // namespace pyxen

@@ -3,7 +3,9 @@
 
 #include "mivora/module_services.h"
 #include "services/feature_service.h"
+#include "services/frame_service.h"
 #include "services/service_context.h"
+#include "services/settings_service.h"
 #include "services/subscriptions.h"
 
 #include <cstdint>
@@ -15,7 +17,11 @@ class ModuleServices final : public IMivoraModuleServices {
 public:
     /// `grabber` must outlive this object.
     explicit ModuleServices(IServiceGrabber& grabber)
-        : context(grabber), features(context), subscriptions(context) {}
+        : context(grabber),
+          features(context),
+          subscriptions(context),
+          frames(context),
+          settings(context, features) {}
     ModuleServices(const ModuleServices&) = delete;
     ModuleServices& operator=(const ModuleServices&) = delete;
 
@@ -71,6 +77,8 @@ private:
     ServiceContext context;
     FeatureService features;
     Subscriptions subscriptions;
+    FrameService frames;
+    SettingsService settings;
 };
 
 } // namespace pyxen

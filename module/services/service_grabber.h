@@ -10,14 +10,16 @@ class FeatureSyncher;
 
 namespace pyxen {
 
+class Acquisition;
 class IFeatureCaches;
 
-/// The grabber as its services see it. All but the first two under the service lock.
+/// The grabber as its services see it. All but the first three under the service lock.
 class IServiceGrabber {
 public:
     /// Whether the calling thread is inside a callback that the SDK, or a snap, waits for.
     virtual bool IsInsideCallback() const = 0;
     virtual Logger Log() const = 0;
+    virtual Acquisition& Frames() = 0;
 
     virtual bool IsInitialized() const = 0;
     virtual bool HasOpenCamera() const = 0;

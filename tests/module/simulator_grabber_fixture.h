@@ -13,13 +13,13 @@
 
 #include <atomic>
 #include <memory>
+#include <string>
 
 /// The camera is open, and four buffers are prepared.
 class SimulatorGrabberFixture : public testing::Test {
 protected:
     void SetUp() override {
-        directory.Write("PxnC.xml", "<PxnC><camera id=\"A\" sensorWidth=\"64\" "
-                                    "sensorHeight=\"64\" freeRunning=\"true\"/></PxnC>");
+        directory.Write("PxnC.xml", Configuration());
         grabber = MakeGrabber();
         ASSERT_EQ(grabber->Init(), MV_OK);
         ASSERT_EQ(grabber->SetActCameraIndex(0), MV_OK);
@@ -33,6 +33,11 @@ protected:
         grabber.reset();
     }
 
+    /// The simulator's.
+    virtual std::string Configuration() const {
+        return "<PxnC><camera id=\"A\" sensorWidth=\"64\" sensorHeight=\"64\" "
+               "freeRunning=\"true\"/></PxnC>";
+    }
     /// A frame was handed over, on the thread of the SDK.
     virtual void OnFrame() {}
 

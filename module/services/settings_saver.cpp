@@ -1,0 +1,151 @@
+// settings_saver.cpp - collecting the settings of the open camera
+#include "services/settings_saver.h"
+
+#include "services/json.h"
+
+#include <utility>
+
+namespace pyxen {
+
+namespace {
+
+std::string TextOrNothing(const char* text) {
+    return text && IsUtf8(text) ? text : "";
+}
+
+bool IsSetting(const PxnFeatureInfo& info) {
+    constexpr std::uint32_t kBoth = PxnFeatureFlagRead | PxnFeatureFlagWrite;
+    return info.isStreamable && (info.featureFlags & kBoth) == kBoth &&
+           HasValue(static_cast<FeatureType>(info.featureDataType));
+}
+
+} // namespace
+
+void SettingsSaver::Collect() {
+    for (const ServiceModule& module : context.Modules()) {
+        if (module.cache == &context.Grabber().SystemCache()) {
+            continue;
+        }
+        if (module.name == "Camera") {
+            DescribeCamera(module);
+        }
+        CollectModule(module);
+    }
+}
+
+void SettingsSaver::DescribeCamera(const ServiceModule& camera) {
+    PxnCameraInfo info{};
+    if (context.Grabber().Api().PxnCameraInfoQueryByHandle(camera.cache->GetHandle(), &info,
+                                                           sizeof info) == PxnErrSuccess) {
+        file.camera.model = TextOrNothing(info.modelName);
+        file.camera.serial = TextOrNothing(info.serialString);
+        file.camera.id = TextOrNothing(info.cameraIdExtended);
+    }
+    const PxnFeatureInfo* const vendor = camera.cache->Find("DeviceVendorName");
+    FeatureValue name;
+    if (vendor && camera.cache->GetFeature(*vendor).Read(name) == PxnErrSuccess &&
+        name.GetIf<std::string>()) {
+        file.camera.vendor = TextOrNothing(name.Get<std::string>().c_str());
+    }
+}
+
+void SettingsSaver::CollectModule(const ServiceModule& module) {
+    const SelectorMap selectors(module);
+    const FeatureCache& cache = *module.cache;
+    for (std::uint32_t index = 0; index < cache.GetFeatureCount() && !hasCameraGone; ++index) {
+        const ServiceFeature feature{module, cache.GetFeatureList() + index};
+        // Only the first of two of one name can be asked for.
+        if (!IsSetting(*feature.info) || cache.Find(feature.info->name) != feature.info) {
+            continue;
+        }
+        current = {};
+        current.module = module.name;
+        current.feature = feature.info->name;
+        positions = 0;
+        Walk(feature, selectors.Of(current.feature), 0);
+    }
+}
+
+void SettingsSaver::Walk(const ServiceFeature& feature,
+                         const std::vector<const PxnFeatureInfo*>& chain, std::size_t level) {
+    if (level < chain.size()) {
+        WalkThroughSelector(feature, chain, level);
+    } else if (++positions <= kMostPositions) {
+        SaveOne(feature);
+    } else if (positions == kMostPositions + 1) {
+        Report({MV_SERVICE_NOT_SUPPORTED, feature.Path() + ": its selectors have more than " +
+                                              std::to_string(kMostPositions) + " positions"});
+    }
+}
+
+void SettingsSaver::WalkThroughSelector(const ServiceFeature& feature,
+                                        const std::vector<const PxnFeatureInfo*>& chain,
+                                        std::size_t level) {
+    const ServiceFeature selector{feature.module, chain[level]};
+    SelectorScope scope(selector, failures);
+    if (!scope.Readable()) {
+        // What cannot be used at present has no position either.
+        bool isReadable = false;
+        bool isWritable = false;
+        feature.Get().Access(isReadable, isWritable);
+        if (isReadable && isWritable) {
+            Report(scope.Readable());
+        }
+        return;
+    }
+    std::vector<StoredValue> all;
+    if (!scope.List(kMostPositions, all)) {
+        Report({MV_SERVICE_NOT_SUPPORTED, selector.Path() + ": has more than " +
+                                              std::to_string(kMostPositions) + " positions"});
+        return;
+    }
+    for (const StoredValue& position : all) {
+        if (hasCameraGone || positions > kMostPositions) {
+            return;
+        }
+        current.selectors.push_back({chain[level]->name, position});
+        if (const ServiceOutcome moved = scope.Move(position); moved) {
+            Walk(feature, chain, level + 1);
+        } else {
+            Report(moved);
+        }
+        current.selectors.pop_back();
+    }
+}
+
+void SettingsSaver::SaveOne(const ServiceFeature& feature) {
+    const Feature& one = feature.Get();
+    bool isReadable = false;
+    bool isWritable = false;
+    if (const PxnError error = one.Access(isReadable, isWritable)) {
+        return Report(feature.Failure(error));
+    }
+    if (!isReadable || !isWritable) {
+        return;
+    }
+    FeatureValue value;
+    if (const PxnError error = one.Read(value)) {
+        return Report(feature.Failure(error));
+    }
+    current.value = StoredValue::Of(value);
+    if (!current.value.CanBeWritten()) {
+        return Report({MV_SERVICE_NOT_SUPPORTED,
+                       feature.Path() + ": its value is no text and no number of a file"});
+    }
+    file.settings.push_back(current);
+    Report({});
+}
+
+void SettingsSaver::Report(const ServiceOutcome& outcome) {
+    SettingReport report(current);
+    report.outcome = outcome;
+    if (outcome) {
+        report.present = report.value;
+    } else {
+        report.value.clear();
+    }
+    reports.push_back(std::move(report));
+    hasCameraGone = hasCameraGone || outcome.result == MV_SERVICE_NO_CAMERA;
+}
+
+} // namespace pyxen
