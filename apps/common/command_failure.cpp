@@ -19,6 +19,10 @@ std::string FailureLines(const std::string& text, const std::vector<std::string>
 CommandFailure::CommandFailure(const std::string& text, const std::vector<std::string>& details)
     : std::runtime_error(FailureLines(text, details)) {}
 
+CommandFailure CommandFailure::With(const std::string& detail) const {
+    return {what() + FailureLines("", {detail}), IsPrintable{}};
+}
+
 std::string FailureText(const std::string& operation, MV_ERRCODE code, const std::string& object) {
     std::string text = operation + " failed with " + std::to_string(static_cast<int>(code)) + " (" +
                        MivoraErrorText(code) + ")";

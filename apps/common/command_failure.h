@@ -12,6 +12,13 @@
 class CommandFailure : public std::runtime_error {
 public:
     explicit CommandFailure(const std::string& text, const std::vector<std::string>& details = {});
+
+    /// The same failure with one more detail.
+    CommandFailure With(const std::string& detail) const;
+
+private:
+    struct IsPrintable {};
+    CommandFailure(const std::string& lines, IsPrintable) : std::runtime_error(lines) {}
 };
 
 /// "OpenActCamera failed with 4 (the SDK refused ...) for camera 1".

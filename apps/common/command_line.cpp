@@ -81,6 +81,11 @@ CommandOption& CommandOption::ShowDefault() {
     return *this;
 }
 
+CommandOption& CommandOption::ValueOptional() {
+    option.expected(0, 1);
+    return *this;
+}
+
 CommandOption& CommandOption::OneOf(std::initializer_list<const char*> values) {
     option.check(CLI::IsMember(Texts(values.begin(), values.end())));
     return *this;
@@ -114,6 +119,16 @@ CommandOption Command::AddOption(const char* names, std::string& variable,
 CommandOption Command::AddOption(const char* names, std::optional<std::string>& variable,
                                  const char* description) {
     return Add(*command, names, variable, description);
+}
+
+CommandOption Command::AddOption(const char* names, Texts& variable, const char* description) {
+    CLI::Option& option = *command->add_option(names, variable, description);
+    if (!option.get_positional()) {
+        option.expected(1);
+        option.allow_extra_args(false);
+        option.multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    }
+    return CommandOption(option);
 }
 
 CommandOption Command::AddOption(const char* names, std::uint32_t& variable,

@@ -8,6 +8,7 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace CLI {
 class App;
@@ -24,6 +25,8 @@ public:
     CommandOption& TypeName(const char* name);
     /// Shows the variable's current value as the default in the help text.
     CommandOption& ShowDefault();
+    /// The option may be given without a value, which stores an empty text.
+    CommandOption& ValueOptional();
     /// Accepts only these values.
     CommandOption& OneOf(std::initializer_list<const char*> values);
     /// The same regardless of case; stores the value as spelled here.
@@ -48,6 +51,9 @@ public:
     /// argument. The variable must outlive parsing; it keeps its value if the option is not given.
     CommandOption AddOption(const char* names, std::string& variable, const char* description);
     CommandOption AddOption(const char* names, std::optional<std::string>& variable,
+                            const char* description);
+    /// May be given several times; a positional argument takes all that are left.
+    CommandOption AddOption(const char* names, std::vector<std::string>& variable,
                             const char* description);
     CommandOption AddOption(const char* names, std::uint32_t& variable, const char* description);
     CommandOption AddOption(const char* names, std::uint64_t& variable, const char* description);

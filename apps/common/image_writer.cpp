@@ -2,13 +2,10 @@
 #include "apps/common/image_writer.h"
 
 #include "apps/common/command_failure.h"
+#include "apps/common/whole_file.h"
 #include "platform/text.h"
 
 #include <lodepng.h>
-
-#include <cerrno>
-#include <cstdio>
-#include <system_error>
 
 namespace {
 
@@ -77,17 +74,7 @@ std::string ImageFileNameProblem(const std::string& path) {
 }
 
 void WriteImage(const std::string& path, const ImageLayout& layout, const void* data) {
-    const std::string content = Encode(path, layout, data);
-    errno = 0;
-    std::FILE* const file = std::fopen(path.c_str(), "wb");
-    const bool isWritten =
-        file && std::fwrite(content.data(), 1, content.size(), file) == content.size();
-    // Closing flushes the file and may fail.
-    const bool isClosed = file && std::fclose(file) == 0;
-    if (!isWritten || !isClosed) {
-        throw CommandFailure("cannot write " + path + ": " +
-                             std::generic_category().message(errno));
-    }
+    WriteWholeFile(path, Encode(path, layout, data));
 }
 
 std::string EncodePng(const Picture& picture) {

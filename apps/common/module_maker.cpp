@@ -13,3 +13,9 @@ CMivoraGrabber* ModuleMaker::Create() {
     }
     return grabber;
 }
+
+IMivoraModuleServices* ModuleMaker::Services(CMivoraGrabber* grabber, std::string& reason) {
+    IMivoraModuleServices* const services = loader.GetServices(grabber);
+    reason = loader.GetErrorText();
+    return services;
+}

@@ -14,6 +14,7 @@ public:
 
     CMivoraGrabber* Create() override;
     void Delete(CMivoraGrabber* grabber) override { loader.DeleteGrabber(grabber); }
+    IMivoraModuleServices* Services(CMivoraGrabber* grabber, std::string& reason) override;
 
 private:
     std::string modulePath;

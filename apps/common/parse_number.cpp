@@ -1,9 +1,12 @@
-// parse_number.cpp - parses numbers typed by the user
+// parse_number.cpp - parses numbers and truth values typed by the user
 #include "apps/common/parse_number.h"
+
+#include "platform/text.h"
 
 #include <charconv>
 #include <limits>
 #include <system_error>
+#include <utility>
 
 std::optional<std::uint64_t> ParseUnsigned(std::string_view text) {
     int base = 10;
@@ -44,4 +47,18 @@ std::optional<double> ParseDouble(std::string_view text) {
         return std::nullopt;
     }
     return number;
+}
+
+std::optional<bool> ParseTruth(const std::string& text) {
+    for (const auto& [word, value] : {std::pair{"true", true},
+                                      {"on", true},
+                                      {"1", true},
+                                      {"false", false},
+                                      {"off", false},
+                                      {"0", false}}) {
+        if (platform::CompareNoCase(text.c_str(), word) == 0) {
+            return value;
+        }
+    }
+    return std::nullopt;
 }

@@ -4,6 +4,7 @@
 #include "apps/common/command_failure.h"
 #include "apps/common/grabber_maker.h"
 #include "apps/common/parse_number.h"
+#include "apps/common/service_client.h"
 #include "mivora/grabber.h"
 #include "platform/environment.h"
 #include "platform/file_system.h"
@@ -112,6 +113,18 @@ void Session::OpenCamera() {
 
 void Session::OpenActCamera() {
     Check("OpenActCamera", grabber->OpenActCamera(), ActCameraText());
+}
+
+ServiceClient& Session::Services() {
+    if (!services) {
+        std::string reason;
+        IMivoraModuleServices* const offered = maker.Services(grabber, reason);
+        if (!offered) {
+            throw CommandFailure("the grabber module offers no access to features", {reason});
+        }
+        services = std::make_unique<ServiceClient>(*offered, [this] { return log.TakeErrors(); });
+    }
+    return *services;
 }
 
 CMivoraGfxMode& Session::CheckedMode() {

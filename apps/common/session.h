@@ -16,6 +16,7 @@ class CMivoraCamera;
 class CMivoraGfxMode;
 class CMivoraGrabber;
 class IGrabberMaker;
+class ServiceClient;
 
 /// Owns the log, the grabber and the event recorder, and sets the grabber up as far as a command
 /// needs. Failures throw CommandFailure with the reasons from the log. One thread.
@@ -52,6 +53,9 @@ public:
     static std::string CameraText(std::int32_t index, CMivoraCamera* camera);
     std::string ActCameraText();
 
+    /// What the grabber's module offers beside it. Throws CommandFailure when it offers nothing.
+    ServiceClient& Services();
+
     CMivoraGrabber& Grabber() { return *grabber; }
     EventRecorder& Events() { return *events; }
     LogFile& Log() { return log; }
@@ -81,4 +85,5 @@ private:
     const InstalledSink installedLog{log};
     CMivoraGrabber* grabber = nullptr; // owned by the maker
     std::unique_ptr<EventRecorder> events;
+    std::unique_ptr<ServiceClient> services; // once wanted
 };

@@ -18,6 +18,9 @@ protected:
         command.AddOption("--size", size, "A size").OneOf({"small", "large"});
         command.AddOption("--mood", mood, "A mood").OneOfIgnoringCase({"Good", "Bad"});
         command.AddFlag("--fast", fast, "Run fast");
+        command.AddOption("--each", each, "One of several");
+        command.AddOption("--to", to, "A place or none").ValueOptional();
+        all.AddOption("ALL", every, "All words").Required();
         command.OnRun([this] { run(); });
     }
 
@@ -46,6 +49,10 @@ protected:
     std::string size;
     std::string mood;
     bool fast = false;
+    std::vector<std::string> each;
+    std::optional<std::string> to;
+    Command all = program.AddCommand("all", "Do all");
+    std::vector<std::string> every;
     std::function<void()> run = [] {
     };
     std::string output;
@@ -90,6 +97,30 @@ TEST_F(CommandLineTest, KeepsTheVariablesOfOptionsThatAreNotGiven) {
     EXPECT_EQ(more, std::nullopt);
     EXPECT_EQ(number, 3u);
     EXPECT_FALSE(fast);
+}
+
+TEST_F(CommandLineTest, CollectsTheValuesOfARepeatedOption) {
+    EXPECT_EQ(Run({"do", "--each", "a=1,2", "word", "--each", "[b]", "--each=c", "more"}), 0);
+    EXPECT_EQ(each, (std::vector<std::string>{"a=1,2", "[b]", "c"}));
+    EXPECT_EQ(word, "word");
+    EXPECT_EQ(more, "more");
+    EXPECT_EQ(Run({"do", "word", "--each"}), 2);
+}
+
+TEST_F(CommandLineTest, CollectsAllArguments) {
+    EXPECT_EQ(Run({"all", "a", "b c", "=d"}), 0);
+    EXPECT_EQ(every, (std::vector<std::string>{"a", "b c", "=d"}));
+    EXPECT_EQ(Run({"all"}), 2);
+    EXPECT_EQ(errors.find("ALL is required\n"), 0u) << errors;
+}
+
+TEST_F(CommandLineTest, TellsAnOptionWithoutItsOptionalValueFromNone) {
+    EXPECT_EQ(Run({"do", "word"}), 0);
+    EXPECT_EQ(to, std::nullopt);
+    EXPECT_EQ(Run({"do", "word", "--to"}), 0);
+    EXPECT_EQ(to, "");
+    EXPECT_EQ(Run({"do", "word", "--to", "there"}), 0);
+    EXPECT_EQ(to, "there");
 }
 
 TEST_F(CommandLineTest, RefusesBadValuesWithStatusTwo) {

@@ -37,6 +37,18 @@ TEST(ParseSigned, RefusesEverythingElse) {
     }
 }
 
+TEST(ParseTruth, ReadsWhatPeopleType) {
+    for (const char* yes : {"true", "TRUE", "1", "On"}) {
+        EXPECT_EQ(ParseTruth(yes), true) << yes;
+    }
+    for (const char* no : {"false", "0", "oFF"}) {
+        EXPECT_EQ(ParseTruth(no), false) << no;
+    }
+    for (const char* neither : {"", "yes", "2", "true "}) {
+        EXPECT_EQ(ParseTruth(neither), std::nullopt) << neither;
+    }
+}
+
 TEST(ParseDouble, ReadsWhatPeopleType) {
     EXPECT_EQ(ParseDouble("1.5"), 1.5);
     EXPECT_EQ(ParseDouble("-2e3"), -2000.0);

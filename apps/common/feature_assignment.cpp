@@ -1,0 +1,113 @@
+// feature_assignment.cpp - MODULE/FEATURE=VALUE, as the command line has it
+#include "apps/common/feature_assignment.h"
+
+#include "apps/common/command_failure.h"
+#include "apps/common/command_line.h"
+#include "apps/common/feature_text.h"
+#include "apps/common/service_client.h"
+#include "apps/common/session.h"
+
+#include <cstdint>
+
+namespace {
+
+constexpr std::uint32_t kCommandLimitMs = 5000;
+
+/// The value to write; none for a command.
+std::optional<ServiceValue> CheckedValue(ServiceClient& services,
+                                         const FeatureAssignment& assignment) {
+    const auto& [module, name] = assignment.name;
+    const FeatureDescription feature = services.DescribeFeature(module, name);
+    if (assignment.value) {
+        return ParseServiceValue(feature, *assignment.value);
+    }
+    if (feature.type != MV_FEATURE_COMMAND) {
+        throw MissingArgument("VALUE of " + assignment.name.Text());
+    }
+    return std::nullopt;
+}
+
+std::optional<ServiceValue> Apply(ServiceClient& services, const FeatureAssignment& assignment,
+                                  const std::optional<ServiceValue>& value) {
+    const auto& [module, name] = assignment.name;
+    if (value) {
+        return services.WriteFeature(module, name, *value, *assignment.value);
+    }
+    services.RunCommand(module, name, kCommandLimitMs);
+    return std::nullopt;
+}
+
+} // namespace
+
+FeatureName ParseFeatureName(const std::string& text) {
+    const std::size_t begin = text.starts_with('/') ? 1 : 0;
+    const std::size_t first = text.find('/', begin);
+    if (first == std::string::npos || first == begin || text.ends_with('/')) {
+        throw CommandFailure("\"" + text + "\" is not of the form MODULE/FEATURE");
+    }
+    return {text.substr(begin, first - begin), text.substr(text.rfind('/') + 1)};
+}
+
+FeatureAssignment ParseFeatureAssignment(const std::string& text) {
+    const std::size_t sign = text.find('=');
+    FeatureAssignment assignment{ParseFeatureName(text.substr(0, sign)), std::nullopt};
+    if (sign != std::string::npos) {
+        assignment.value = text.substr(sign + 1);
+    }
+    return assignment;
+}
+
+std::vector<FeatureAssignment> ParseFeatureAssignments(const std::vector<std::string>& texts) {
+    std::vector<FeatureAssignment> assignments;
+    assignments.reserve(texts.size());
+    for (const std::string& text : texts) {
+        assignments.push_back(ParseFeatureAssignment(text));
+    }
+    return assignments;
+}
+
+void ApplyFeatureAssignments(ServiceClient& services,
+                             const std::vector<FeatureAssignment>& assignments,
+                             const AppliedReceiver& onApplied) {
+    std::vector<std::optional<ServiceValue>> values;
+    for (const FeatureAssignment& assignment : assignments) {
+        values.push_back(CheckedValue(services, assignment));
+    }
+    std::string applied;
+    for (std::size_t i = 0; i < assignments.size(); ++i) {
+        const FeatureAssignment& assignment = assignments[i];
+        std::optional<ServiceValue> after;
+        try {
+            after = Apply(services, assignment, values[i]);
+        } catch (const CommandFailure& failure) {
+            throw applied.empty() ? failure : failure.With("applied before: " + applied);
+        }
+        applied += (applied.empty() ? "" : ", ") + assignment.name.Text();
+        if (onApplied) {
+            onApplied(assignment, after);
+        }
+    }
+}
+
+std::vector<FeatureAssignment> ParseFeatureAssignments(Session& session,
+                                                       const std::vector<std::string>& texts) {
+    std::vector<FeatureAssignment> assignments = ParseFeatureAssignments(texts);
+    if (!assignments.empty()) {
+        session.Services();
+    }
+    return assignments;
+}
+
+void ApplyFeatureAssignments(Session& session, const std::vector<FeatureAssignment>& assignments) {
+    if (!assignments.empty()) {
+        ApplyFeatureAssignments(session.Services(), assignments);
+    }
+}
+
+void AddSetOption(Command& command, std::vector<std::string>& assignments) {
+    command
+        .AddOption("--set", assignments,
+                   "Write a feature after the camera has been opened; may be given several times, "
+                   "in the order wanted. A command has no value")
+        .TypeName("MODULE/FEATURE=VALUE");
+}
