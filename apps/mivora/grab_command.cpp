@@ -2,6 +2,7 @@
 #include "apps/common/command_failure.h"
 #include "apps/common/command_line.h"
 #include "apps/common/continuous_grab.h"
+#include "apps/common/feature_assignment.h"
 #include "apps/common/frame_writer.h"
 #include "apps/common/session.h"
 #include "apps/mivora/commands.h"
@@ -17,6 +18,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -34,6 +36,7 @@ struct GrabOptions {
     std::string format = "png";
     bool reconnect = false;
     bool json = false;
+    std::vector<std::string> set;
 };
 
 /// A progress line on a terminal, overwritten in place.
@@ -67,9 +70,11 @@ private:
 
 class GrabRun {
 public:
-    GrabRun(Session& grabbingSession, const GrabOptions& grabOptions)
+    GrabRun(Session& grabbingSession, const GrabOptions& grabOptions,
+            const std::vector<FeatureAssignment>& assignmentsToRepeat)
         : session(grabbingSession),
           options(grabOptions),
+          assignments(assignmentsToRepeat),
           grab(grabbingSession, grabOptions.buffers) {
         if (!options.directory.empty()) {
             writer.emplace(options.directory, options.format);
@@ -102,6 +107,9 @@ public:
         report.interrupted = platform::InterruptRequested();
         return report;
     }
+
+    /// Why a camera that was back could not be set up as before.
+    const std::optional<CommandFailure>& Refusal() const { return refusal; }
 
 private:
     bool IsDone() const {
@@ -158,6 +166,9 @@ private:
             const std::int32_t index = grabber.GetCameraIndexByCameraUniqueID(id);
             if (index >= 0 && grabber.SetActCameraIndex(index) == MV_OK &&
                 grabber.OpenActCamera() == MV_OK) {
+                if (!RepeatAssignments()) {
+                    return false;
+                }
                 ++report.reconnects;
                 std::fprintf(stderr, "mivora: %s is back\n", name.c_str());
                 return true;
@@ -170,21 +181,40 @@ private:
         return false;
     }
 
+    /// A camera that was without power has lost what was set.
+    bool RepeatAssignments() {
+        try {
+            ApplyFeatureAssignments(session, assignments);
+        } catch (const CommandFailure& failure) {
+            refusal = failure;
+        }
+        return !refusal;
+    }
+
     Session& session;
     const GrabOptions& options;
+    const std::vector<FeatureAssignment>& assignments; // for a camera that is back
     ContinuousGrab grab;
     std::optional<FrameWriter> writer;
     ProgressLine progress;
     GrabReport report;
+    std::optional<CommandFailure> refusal;
     std::uint64_t taken = 0;
 };
 
 void Grab(Session& session, const GrabOptions& options) {
+    const std::vector<FeatureAssignment> assignments =
+        ParseFeatureAssignments(session, options.set);
     session.OpenCamera();
+    ApplyFeatureAssignments(session, assignments);
     platform::InstallInterruptHandler();
-    const GrabReport report = GrabRun(session, options).Run();
+    GrabRun run(session, options, assignments);
+    const GrabReport report = run.Run();
     std::printf("%s", options.json ? (report.Json() + "\n").c_str() : report.Text().c_str());
     std::fflush(stdout);
+    if (run.Refusal()) {
+        throw *run.Refusal();
+    }
     if (report.interrupted && report.account.taken < options.frames) {
         throw CommandFailure("interrupted after " + std::to_string(report.account.taken) + " of " +
                              std::to_string(options.frames) + " frames");
@@ -207,6 +237,7 @@ constexpr const char* kGrabFooter =
     "\n"
     "Examples:\n"
     "  mivora grab --frames 100\n"
+    "  mivora grab --frames 100 --set Camera/Width=640 --set Camera/Height=480\n"
     "  mivora grab --frames 50 -o images --format pnm --buffers 16\n"
     "  mivora grab --frames 0 --reconnect        until Ctrl-C\n";
 
@@ -237,6 +268,7 @@ void AddGrabCommand(CommandLine& program, const AppOptions& options, const Maker
     command.AddFlag("--reconnect", grab->reconnect,
                     "When the camera is gone wait for it and go on");
     command.AddFlag("--json", grab->json, "Print JSON");
+    AddSetOption(command, grab->set);
     command.SetFooter(kGrabFooter);
     command.OnRun([&options, maker, grab] {
         Session session(options, maker());

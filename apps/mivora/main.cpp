@@ -21,6 +21,10 @@ int main(int argumentCount, char** arguments) {
     AddInfoCommand(program, options, maker);
     AddSnapCommand(program, options, maker);
     AddGrabCommand(program, options, maker);
+    AddFeaturesCommand(program, options, maker);
+    AddGetCommand(program, options, maker);
+    AddSetCommand(program, options, maker);
+    AddDescribeCommand(program, options, maker);
     AddParamCommand(program, options, maker);
     AddChannelsCommand(program, options, maker);
     AddSerialCommand(program, options, maker);

@@ -1,6 +1,7 @@
 // snap_command.cpp - writes one frame to a file
 #include "apps/common/command_failure.h"
 #include "apps/common/command_line.h"
+#include "apps/common/feature_assignment.h"
 #include "apps/common/host_image.h"
 #include "apps/common/image_writer.h"
 #include "apps/common/session.h"
@@ -12,6 +13,7 @@
 #include <cstdio>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -21,6 +23,7 @@ struct SnapOptions {
     std::uint32_t mode = kAsynchronous;
     std::uint64_t timeoutMs = 5000;
     std::string file;
+    std::vector<std::string> set;
 };
 
 void WaitForFrame(Session& session, std::uint64_t timeoutMs) {
@@ -37,7 +40,10 @@ void WaitForFrame(Session& session, std::uint64_t timeoutMs) {
 }
 
 void Snap(Session& session, const SnapOptions& options) {
+    const std::vector<FeatureAssignment> assignments =
+        ParseFeatureAssignments(session, options.set);
     session.OpenCamera();
+    ApplyFeatureAssignments(session, assignments);
     CMivoraGrabber& grabber = session.Grabber();
     const ImageLayout layout = DescribeImage(session.CheckedMode());
     session.PrepareBuffers(1, session.ActCameraText());
@@ -58,7 +64,8 @@ constexpr const char* kSnapFooter =
     "\n"
     "Examples:\n"
     "  mivora snap -o image.png\n"
-    "  mivora --camera 1 snap --mode 3 -o image.raw\n";
+    "  mivora --camera 1 snap --mode 3 -o image.raw\n"
+    "  mivora snap --set Camera/PixelFormat=Mono12 --set Camera/ExposureTime=20000 -o image.png\n";
 
 } // namespace
 
@@ -78,6 +85,7 @@ void AddSnapCommand(CommandLine& program, const AppOptions& options, const Maker
         .Check(CountProblem)
         .ShowDefault()
         .TypeName("MS");
+    AddSetOption(command, snap->set);
     command.SetFooter(kSnapFooter);
     command.OnRun([&options, maker, snap] {
         Session session(options, maker());

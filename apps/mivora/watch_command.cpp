@@ -1,5 +1,6 @@
 // watch_command.cpp - prints a grabber's events
 #include "apps/common/command_line.h"
+#include "apps/common/feature_assignment.h"
 #include "apps/common/session.h"
 #include "apps/mivora/commands.h"
 #include "mivora/grabber.h"
@@ -13,6 +14,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -38,13 +40,18 @@ const char* ControlEventName(std::uint32_t code) {
 /// and a camera that was disconnected has to be reopened.
 class Watch {
 public:
-    Watch(Session& openSession, std::uint64_t timeLimitMs)
-        : session(openSession), grabber(openSession.Grabber()), limitMs(timeLimitMs) {}
+    Watch(Session& openSession, std::uint64_t timeLimitMs,
+          const std::vector<FeatureAssignment>& assignmentsToApply)
+        : session(openSession),
+          grabber(openSession.Grabber()),
+          limitMs(timeLimitMs),
+          assignments(assignmentsToApply) {}
 
     void Run() {
         const bool isChosen = grabber.GetActCamera() || grabber.SetActCameraIndex(0) == MV_OK;
         if (isChosen) {
             session.OpenActCamera();
+            ApplyFeatureAssignments(session, assignments);
             Remember();
             std::printf("watching %s\n", camera.c_str());
         } else {
@@ -79,6 +86,7 @@ private:
         const std::int32_t index = uniqueId ? grabber.GetCameraIndexByCameraUniqueID(*uniqueId) : 0;
         if (index >= 0 && grabber.SetActCameraIndex(index) == MV_OK &&
             grabber.OpenActCamera() == MV_OK) {
+            ApplyFeatureAssignments(session, assignments);
             Remember();
             PrintLine(camera + " is there");
         } else if (wasOpen) {
@@ -114,6 +122,7 @@ private:
     Session& session;
     CMivoraGrabber& grabber;
     const std::uint64_t limitMs;
+    const std::vector<FeatureAssignment>& assignments;
     const std::uint64_t begin = platform::MonotonicNanoseconds();
     std::optional<std::uint32_t> uniqueId; // of the watched camera, once there is one
     std::string camera;                    // its description for messages
@@ -132,10 +141,13 @@ void AddWatchCommand(CommandLine& program, const AppOptions& options, const Make
     command.SetFooter("Every line begins with the seconds since the start. After a change of the\n"
                       "configuration the camera is looked for and opened anew.\n\n"
                       "Example:\n  mivora --camera 0 watch --for 60000\n");
-    command.OnRun([&options, maker, limitMs] {
+    const auto set = std::make_shared<std::vector<std::string>>();
+    AddSetOption(command, *set);
+    command.OnRun([&options, maker, limitMs, set] {
         Session session(options, maker());
+        const std::vector<FeatureAssignment> assignments = ParseFeatureAssignments(session, *set);
         platform::InstallInterruptHandler();
         session.InitWithCamera();
-        Watch(session, *limitMs).Run();
+        Watch(session, *limitMs, assignments).Run();
     });
 }

@@ -3,14 +3,10 @@
 
 class CommandLine;
 class CMivoraKVNPyxenClass;
-class LinkedMaker;
 class ShellOperations;
 struct AppOptions;
 
 // Each adds one command with its help to the program.
-void AddFeaturesCommand(CommandLine& program, const AppOptions& options, LinkedMaker& maker);
-void AddGetCommand(CommandLine& program, const AppOptions& options, LinkedMaker& maker);
-void AddSetCommand(CommandLine& program, const AppOptions& options, LinkedMaker& maker);
 void AddSdkCheckCommand(CommandLine& program, const AppOptions& options);
 void AddTraceCommand(CommandLine& program);
 void AddSyncCheckCommand(CommandLine& program);

@@ -2,14 +2,15 @@
 #include "apps/pyxen-tool/feature_access.h"
 
 #include "apps/common/command_failure.h"
+#include "apps/common/feature_assignment.h"
 #include "apps/common/hex_bytes.h"
-#include "apps/pyxen-tool/sdk_failure.h"
+#include "apps/common/parse_number.h"
 #include "grabber/mivora_kvn_pyxen_class.h"
 #include "platform/text.h"
 #include "sync/feature_cache.h"
 
 #include <iterator>
-#include <limits>
+#include <optional>
 
 using namespace pyxen;
 
@@ -25,22 +26,7 @@ std::string KnownModules(CMivoraKVNPyxenClass& grabber) {
     return names;
 }
 
-template <typename Type, typename Number>
-bool AreLimitsOf(const FeatureRange::Limits<Number>& limits) {
-    return limits.least == static_cast<Number>(std::numeric_limits<Type>::lowest()) &&
-           limits.most == static_cast<Number>(std::numeric_limits<Type>::max());
-}
-
 } // namespace
-
-JsonValue ToJson(const FeatureValue& value) {
-    return value.Visit(
-        Overloaded{[](const EnumEntry& entry) { return JsonValue(entry.name ? entry.name : ""); },
-                   [](const FeatureBytes& bytes) { return JsonValue(HexText(bytes)); },
-                   [](const auto& plain) {
-                       return JsonValue(plain);
-                   }});
-}
 
 FeatureAccess::FeatureAccess(FeatureCache& moduleCache, const PxnFeatureInfo& record)
     : cache(moduleCache), info(record), feature(moduleCache.GetFeature(record)) {}
@@ -54,31 +40,19 @@ FeatureCache* FeatureAccess::FindModule(CMivoraKVNPyxenClass& grabber, const std
     return grabber.GetFeatureCacheByName(name.c_str());
 }
 
-FeatureCache& FeatureAccess::RequireModule(CMivoraKVNPyxenClass& grabber, const std::string& name) {
-    FeatureCache* const cache = FindModule(grabber, name);
+FeatureAccess FeatureAccess::Find(CMivoraKVNPyxenClass& grabber, const std::string& path) {
+    const auto [moduleName, name] = ParseFeatureName(path);
+    FeatureCache* const cache = FindModule(grabber, moduleName);
     if (!cache) {
-        throw CommandFailure("there is no module \"" + name + "\"; there are " +
+        throw CommandFailure("there is no module \"" + moduleName + "\"; there are " +
                              KnownModules(grabber));
     }
-    return *cache;
-}
-
-FeatureAccess FeatureAccess::Find(CMivoraKVNPyxenClass& grabber, const std::string& path) {
-    const std::size_t begin = path.starts_with('/') ? 1 : 0;
-    const std::size_t first = path.find('/', begin);
-    const std::size_t last = path.rfind('/');
-    if (first == std::string::npos) {
-        throw CommandFailure("\"" + path + "\" is not of the form MODULE/FEATURE");
-    }
-    const std::string moduleName = path.substr(begin, first - begin);
-    FeatureCache& cache = RequireModule(grabber, moduleName);
-    const std::string name = path.substr(last + 1);
-    const PxnFeatureInfo* const info = cache.Find(name.c_str());
+    const PxnFeatureInfo* const info = cache->Find(name.c_str());
     if (!info) {
-        throw CommandFailure("module " + std::string(cache.GetModuleName()) + " has no feature \"" +
-                             name + "\"");
+        throw CommandFailure("module " + std::string(cache->GetModuleName()) +
+                             " has no feature \"" + name + "\"");
     }
-    return {cache, *info};
+    return {*cache, *info};
 }
 
 std::string FeatureAccess::Path() const {
@@ -91,80 +65,30 @@ const char* FeatureAccess::TypeName() const {
     return kNames[info.featureDataType < std::size(kNames) ? info.featureDataType : 0];
 }
 
-std::string FeatureAccess::Access() const {
-    bool readable = false;
-    bool writable = false;
-    feature.Access(readable, writable);
-    std::string text = readable ? "R" : "";
-    text += writable ? "W" : "";
-    return text.empty() ? "-" : text;
-}
-
-std::optional<FeatureValue> FeatureAccess::Value() const {
-    FeatureValue value;
-    return feature.Read(value) == PxnErrSuccess ? std::optional(value) : std::nullopt;
-}
-
-std::string FeatureAccess::ValueText() const {
-    if (!HasValue(feature.Type())) {
-        throw CommandFailure(Path() + " is of type " + TypeName() + " and has no value");
+template <typename T>
+const T& FeatureAccess::Require(const std::optional<T>& value, const std::string& text) const {
+    if (!value) {
+        throw CommandFailure("\"" + text + "\" is no value for " + Path() + ", which is of type " +
+                             TypeName());
     }
-    FeatureValue value;
-    if (const PxnError error = feature.Read(value)) {
-        throw SdkFailure("reading " + Path(), error);
-    }
-    return value.Visit(
-        Overloaded{[](const EnumEntry& entry) { return std::string(entry.name ? entry.name : ""); },
-                   [](const std::string& text) { return text; },
-                   [](const FeatureBytes& bytes) { return HexText(bytes); },
-                   [](auto number) {
-                       return JsonValue(number).Text();
-                   }});
+    return *value;
 }
 
-std::vector<ShownRange::Entry> FeatureAccess::Entries(const FeatureRange& range) const {
-    std::vector<ShownRange::Entry> entries;
-    for (const char* const name : range.entries) {
-        bool available = false;
-        feature.IsAvailable(name, available);
-        entries.push_back({name ? name : "", available});
-    }
-    return entries;
-}
-
-ShownRange FeatureAccess::Range() const {
-    ShownRange shown;
-    FeatureRange range;
-    const bool known = feature.Range(range) == PxnErrSuccess;
-    const auto showLimits = [&](const auto& limits, bool isWholeType) {
-        if (known) {
-            shown.least = limits.least;
-            shown.most = limits.most;
-            shown.isWholeType = isWholeType;
-        }
-    };
+FeatureValue FeatureAccess::Parse(const std::string& text) const {
     switch (feature.Type()) {
     case FeatureType::kInteger:
-        showLimits(range.integers, AreLimitsOf<std::int64_t>(range.integers));
-        if (std::int64_t increment = 0; feature.Increment(increment) == PxnErrSuccess) {
-            shown.increment = increment;
-        }
-        break;
+        return Require(ParseSigned(text), text);
     case FeatureType::kFloat:
-        // A float feature may be derived from a 64-bit integer.
-        showLimits(range.floats,
-                   AreLimitsOf<double>(range.floats) || AreLimitsOf<std::int64_t>(range.floats));
-        break;
-    case FeatureType::kText:
-        if (known) {
-            shown.maxLength = range.longestText;
-        }
-        break;
+        return Require(ParseDouble(text), text);
     case FeatureType::kEnumeration:
-        shown.entries = Entries(range);
-        break;
+        return EnumEntry{text.c_str()};
+    case FeatureType::kText:
+        return text;
+    case FeatureType::kBoolean:
+        return Require(ParseTruth(text), text);
+    case FeatureType::kBytes:
+        return Require(ParseHex(text), text);
     default:
-        break;
+        throw CommandFailure(Path() + " is of type " + TypeName() + " and takes no value");
     }
-    return shown;
 }

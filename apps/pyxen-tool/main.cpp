@@ -6,7 +6,7 @@
 #include "apps/pyxen-tool/linked_maker.h"
 
 int main(int argumentCount, char** arguments) {
-    CommandLine program("Features, formats and files of the grabber module", "pyxen-tool");
+    CommandLine program("Formats, files and checks of the grabber module", "pyxen-tool");
     program.SetFooter("Exit status: 0 done, 1 an operation failed, 2 bad usage.\n"
                       "pyxen-tool COMMAND --help tells more about a command.\n");
     AppOptions options;
@@ -16,9 +16,6 @@ int main(int argumentCount, char** arguments) {
     const std::function<IGrabberMaker&()> maker = [&]() -> IGrabberMaker& {
         return linked;
     };
-    AddFeaturesCommand(program, options, linked);
-    AddGetCommand(program, options, linked);
-    AddSetCommand(program, options, linked);
     AddSyncCheckCommand(program);
     AddSdkCheckCommand(program, options);
     AddTraceCommand(program);

@@ -3,7 +3,6 @@
 #include "apps/common/shell_operation.h"
 #include "apps/pyxen-tool/commands.h"
 #include "apps/pyxen-tool/feature_access.h"
-#include "apps/pyxen-tool/feature_write.h"
 #include "grabber/mivora_kvn_pyxen_class.h"
 
 using namespace pyxen;
@@ -74,7 +73,7 @@ void AddSynchronisation(ShellOperations& operations, CMivoraKVNPyxenClass& grabb
             try {
                 const FeatureAccess access = FeatureAccess::Find(grabber, name + "/" + feature);
                 const SyncCheckResult result = grabber.Sync().CheckSyncPath(
-                    &access.Cache(), access.Get().Name(), ParseFeatureValue(access, value));
+                    &access.Cache(), access.Get().Name(), access.Parse(value));
                 return ShellAnswer::Number(result.ok)
                     .WithText("feature", result.failingFeature)
                     .WithText("reason", result.reason)

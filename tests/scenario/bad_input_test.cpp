@@ -17,12 +17,12 @@ TEST_F(BadInput, HelpIsNoFailure) {
         EXPECT_PRED2(Contains, result.output, "--sdk");
         EXPECT_PRED2(Contains, result.output, "shell");
     }
-    for (const char* command :
-         {"cameras", "info", "snap", "grab", "param", "channels", "serial", "watch", "shell"}) {
+    for (const char* command : {"cameras", "info", "snap", "grab", "param", "channels", "serial",
+                                "watch", "shell", "features", "get", "set", "describe"}) {
         ExpectDone(support::RunProgram("mivora", {command, "--help"}));
     }
     for (const char* command :
-         {"features", "get", "set", "sync-check", "convert", "formats", "camera-key", "shell"}) {
+         {"sync-check", "sdk-check", "trace", "convert", "formats", "camera-key", "shell"}) {
         ExpectDone(support::RunProgram("pyxen-tool", {command, "--help"}));
     }
 }
@@ -58,8 +58,8 @@ TEST_F(BadInput, AMissingSdkLibraryIsNamed) {
                    "there is no file " + PathOf("nowhere"), "Giving up."});
     EXPECT_EQ(Mivora({"--sdk", PathOf("nowhere"), "cameras"}).errors.find("looked for"),
               std::string::npos);
-    ExpectFailure(Tool({"--sdk", PathOf("nowhere"), "features"}), 1,
-                  {"pyxen-tool: Init failed with 4"});
+    ExpectFailure(Mivora({"--sdk", PathOf("nowhere"), "features"}), 1,
+                  {"mivora: Init failed with 4"});
 }
 
 TEST_F(BadInput, EveryPlaceIsNamedWhereAnSdkWasLookedFor) {

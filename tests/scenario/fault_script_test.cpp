@@ -142,7 +142,7 @@ TEST_F(FaultScripts, ThatAreWrongEndTheCommandAndNameTheLine) {
                       {"the camera SDK refuses the script (-7): " + script +
                        ":3: \"upside-down\" is not a kind of frame fault"});
     }
-    ExpectFailure(Tool({"--sdk-script", PathOf("nothing.txt"), "features"}), 1,
+    ExpectFailure(Mivora({"--sdk-script", PathOf("nothing.txt"), "features"}), 1,
                   {"refuses the script (-3): " + PathOf("nothing.txt") + ": cannot be read"});
 }
 

@@ -34,6 +34,26 @@ TEST_F(GenicamPrograms, EndWithAnErrorWhenTheCameraIsUnpluggedAndServeTheNext) {
     EXPECT_EQ(kPicture.CountWrongPixels(directory.Read("image.raw")), 0u);
 }
 
+TEST_F(GenicamPrograms, GrabWithTheWidthThatIsSet) {
+    const auto result = Mivora({"--sdk", "genicam", "grab", "--set", "Camera/Width=640", "--frames",
+                                "100", "--buffers", "20", "--json"});
+    ExpectDone(result);
+    const Json report = Json::parse(result.output);
+    EXPECT_EQ(report["frames"], 100);
+    EXPECT_EQ(report["imageSize"], 640 * 512);
+    EXPECT_EQ(Mivora({"--sdk", "genicam", "get", "Camera/Width"}).output, "640\n");
+}
+
+TEST_F(GenicamPrograms, TheCamerasDescriptionIsWrittenAsItIs) {
+    const auto printed = Mivora({"--sdk", "genicam", "features", "--xml"});
+    ExpectDone(printed);
+    EXPECT_PRED2(Contains, printed.output, "<RegisterDescription");
+    const auto written = Mivora({"--sdk", "genicam", "features", "--xml", PathOf("camera.xml")});
+    ExpectDone(written);
+    EXPECT_PRED2(Contains, written.output, PathOf("camera.xml") + ": ");
+    EXPECT_EQ(directory.Read("camera.xml"), printed.output);
+}
+
 TEST_F(GenicamPrograms, WatchReportsThatTheCameraGoesAndComesBack) {
     const std::string name = NameOfFirst();
     RunningWatch watch(WithConfig({"--sdk", "genicam", "watch"}));

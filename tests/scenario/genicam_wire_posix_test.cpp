@@ -83,7 +83,7 @@ TEST_F(GenicamWire, LostPacketsDamageNoImage) {
     EXPECT_GT(CountIncomplete(5, kPicture), 0u);
     LosePackets(50);
     for (const char* side : {"Width", "Height"}) {
-        ExpectDone(Tool({"--sdk", "genicam", "set", std::string("Camera/") + side, "64"}));
+        ExpectDone(Mivora({"--sdk", "genicam", "set", std::string("Camera/") + side + "=64"}));
     }
     EXPECT_GT(CountIncomplete(40, {64, 64, 255}), 0u); // 5 packets a frame
 }

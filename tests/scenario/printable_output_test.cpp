@@ -54,16 +54,18 @@ TEST_F(PrintableOutput, OfErrorsShowsThoseOfNamesAndArguments) {
                              std::string(kShownName));
     EXPECT_EQ(CountLines(unknown.errors), 2);
     ExpectShown(Mivora({"cam\x1B[1meras"}), "cam\\x1B[1meras");
-    ExpectShown(Tool({"get", "Camera/\x1B[1m"}), "\"\\x1B[1m\"");
+    ExpectShown(Mivora({"get", "Camera/\x1B[1m"}), "\"\\x1B[1m\"");
     ExpectShown(Tool({"sync-check", "\x1B[1m.sync"}), "\\x1B[1m.sync");
     ExpectShown(Mivora({"shell"}, "No\x1B[1m\n"), "No\\x1B[1m ? unknown operation\n");
 }
 
-TEST_F(PrintableOutput, OfTheToolShowsThoseOfValues) {
-    EXPECT_EQ(Tool({"get", "Camera/DeviceUserID"}).output, "a\\x0A\\x1B[2J\n");
-    EXPECT_EQ(Tool({"set", "Camera/DeviceUserID", "\x1B]0;b\x07"}).output, "\\x1B]0;b\\x07\n");
-    const auto features = Tool({"features", "--filter", "DeviceModelName"});
+TEST_F(PrintableOutput, OfFeaturesShowsThoseOfValues) {
+    EXPECT_EQ(Mivora({"get", "Camera/DeviceUserID"}).output, "a\\x0A\\x1B[2J\n");
+    EXPECT_EQ(Mivora({"set", "Camera/DeviceUserID=\x1B]0;b\x07"}).output, "\\x1B]0;b\\x07\n");
+    const auto features = Mivora({"features", "--filter", "DeviceModelName"});
     ExpectShown(features, "\\xC2\\x9B");
+    ExpectShown(Mivora({"features", "--tree", "--filter", "DeviceModelName"}), "\\xC2\\x9B");
+    ExpectShown(Mivora({"describe", "Camera/DeviceModelName"}), "\\xC2\\x9B");
     directory.Write("names.sync", "Camera::\x1B[2J\r\n\t{");
     ExpectShown(Tool({"sync-check", PathOf("names.sync")}), "names.sync");
 }

@@ -214,7 +214,7 @@ TEST_F(SerialPorts, AreNotThereWithoutACameraThatHasThem) {
 TEST_F(SerialPorts, OfTheCamerasOwnLinkRunAtTheFastestCommonRate) {
     const std::string tag = "1 CMivoraKVNPyxenClass::SetOptimumSerialPortBaudRate: ";
     const auto read = [&](const std::string& feature) {
-        return Tool({"--log", PathOf("log"), "get", feature}).output;
+        return Mivora({"--log", PathOf("log"), "get", feature}).output;
     };
     EXPECT_EQ(read("Localdevice/DeviceSerialPortBaudRate"), "Baud115200\n");
     EXPECT_PRED2(Contains, directory.Read("log"),

@@ -68,12 +68,12 @@ protected:
         directory.Write("board.sync", text + "\r\n] }\r\n");
     }
 
-    /// Runs the tool with its own log.
-    support::ProgramResult LoggedTool(const Arguments& arguments, const std::string& input = {}) {
+    /// Runs mivora with its own log.
+    support::ProgramResult LoggedMivora(const Arguments& arguments, const std::string& input = {}) {
         std::remove(PathOf("log").c_str());
         Arguments all{"--log", PathOf("log")};
         all.insert(all.end(), arguments.begin(), arguments.end());
-        return Tool(all, input);
+        return Mivora(all, input);
     }
 
     /// The log lines between the one that contains `from` and the one that contains `to`.
@@ -101,7 +101,7 @@ protected:
 };
 
 TEST_F(Synchronisation, IsAppliedWhenTheCameraIsOpened) {
-    const auto result = LoggedTool({"features", "--filter", "/InputControl/", "--json"});
+    const auto result = LoggedMivora({"features", "--filter", "/InputControl/", "--json"});
     ExpectDone(result);
     EXPECT_EQ(Logged("Loading " + PathOf("board.sync") + "...", "Successfully loaded"),
               (Lines{"1 FeatureSyncher::Init: Camera::Width will be synched with ",
@@ -164,7 +164,7 @@ TEST_F(Synchronisation, IsAppliedWhenTheCameraIsOpened) {
 }
 
 TEST_F(Synchronisation, FollowsAWrite) {
-    ExpectDone(LoggedTool({"set", "Camera/PixelFormat", "Mono12p"}));
+    ExpectDone(LoggedMivora({"set", "Camera/PixelFormat=Mono12p"}));
     EXPECT_EQ(LoggedAfterOpening(),
               (Lines{std::string("1 ") + kSync +
                          "enum feature can be synched to /Localdevice/InputControl/InputFormat "
@@ -181,11 +181,11 @@ TEST_F(Synchronisation, FollowsAWrite) {
 }
 
 TEST_F(Synchronisation, FollowsAWriteToEveryModule) {
-    ExpectDone(LoggedTool({"set", "Interface/InputWidth", "100"}));
+    ExpectDone(LoggedMivora({"set", "Interface/InputWidth=100"}));
     EXPECT_EQ(LoggedAfterOpening(), IntCopied("/Interface/InputControl/InputWidth",
                                               "/Localdevice/InputControl/InputWidth", 100));
 
-    ExpectDone(LoggedTool({"set", "localdevice/InputExposureTime", "250.5"}));
+    ExpectDone(LoggedMivora({"set", "localdevice/InputExposureTime=250.5"}));
     EXPECT_EQ(
         LoggedAfterOpening(),
         (Lines{std::string("1 ") + kSync +
@@ -195,7 +195,7 @@ TEST_F(Synchronisation, FollowsAWriteToEveryModule) {
                    "Synched float feature from /Localdevice/InputControl/InputExposureTime to "
                    "/Camera/AcquisitionControl/ExposureTime. value = 250.500000,"}));
 
-    ExpectDone(LoggedTool({"set", "Transportlayer/InputFormat", "BayerRG8"}));
+    ExpectDone(LoggedMivora({"set", "Transportlayer/InputFormat=BayerRG8"}));
     EXPECT_EQ(LoggedAfterOpening(),
               (Lines{std::string("1 ") + kSync +
                          "enum feature can be synched to /Camera/ImageFormatControl/PixelFormat "
@@ -207,14 +207,16 @@ TEST_F(Synchronisation, FollowsAWriteToEveryModule) {
 
 TEST_F(Synchronisation, IsRefusedBeforeAnythingIsWritten) {
     // A value that only a follower refuses.
-    ExpectFailure(LoggedTool({"set", "Camera/ExposureTime", "2000000"}), 1,
-                  {"/Interface/InputControl/InputExposureTime refuses the value 2000000",
-                   "follows /Camera/AcquisitionControl/ExposureTime", "Out of range"});
+    ExpectFailure(LoggedMivora({"set", "Camera/ExposureTime=2000000"}), 1,
+                  {"WriteFeature failed with 9 ", " for Camera/ExposureTime=2000000\n",
+                   "Camera/ExposureTime: 2",
+                   " is refused by /Interface/InputControl/InputExposureTime, which depends on it: "
+                   "Out of range"});
     EXPECT_EQ(LoggedAfterOpening(),
               (Lines{"0 CMivoraKVNPyxenClass::FloatFeatureCheckSyncPath: float feature (value = "
                      "2000000.000000) wouldn't be synchable to "
                      "/Interface/InputControl/InputExposureTime (range error)"}));
-    ExpectFailure(LoggedTool({"set", "Camera/DeviceUserID", "thirteen bits"}), 1,
+    ExpectFailure(LoggedMivora({"set", "Camera/DeviceUserID=thirteen bits"}), 1,
                   {"/Transportlayer/InputControl/InputCameraName", "Out of range"});
     EXPECT_EQ(LoggedAfterOpening(),
               (Lines{"0 CMivoraKVNPyxenClass::StringFeatureCheckSyncPath: string feature (value = "
@@ -222,15 +224,18 @@ TEST_F(Synchronisation, IsRefusedBeforeAnythingIsWritten) {
                      "/Transportlayer/InputControl/InputCameraName (range error)"}));
     // A value that the feature itself refuses.
     for (const char* value : {"nan", "inf", "1e300", "-1"}) {
-        ExpectFailure(Tool({"set", "Camera/ExposureTime", value}), 1,
-                      {"/Camera/AcquisitionControl/ExposureTime refuses", "Out of range"});
+        ExpectFailure(Mivora({"set", std::string("Camera/ExposureTime=") + value}), 1,
+                      {"WriteFeature failed with 8 ", "Camera/ExposureTime: "});
     }
-    ExpectFailure(LoggedTool({"set", "Camera/Width", "65"}), 1, {"Out of range"});
+    ExpectFailure(LoggedMivora({"set", "Camera/Width=65"}), 1,
+                  {"WriteFeature failed with 8 ", "Camera/Width: 65 is not between 16 and 64"});
     EXPECT_EQ(LoggedAfterOpening(),
               (Lines{"0 CMivoraKVNPyxenClass::IntFeatureCheckSyncPath: int64 feature (value = 65) "
                      "wouldn't be applicable to /Camera/ImageFormatControl/Width (range error)"}));
-    ExpectFailure(LoggedTool({"set", "Camera/DeviceUserID", "more than sixteen"}), 1,
-                  {"/Camera/DeviceControl/DeviceUserID", "Out of range"});
+    ExpectFailure(LoggedMivora({"set", "Camera/DeviceUserID=more than sixteen"}), 1,
+                  {"WriteFeature failed with 8 ",
+                   "Camera/DeviceUserID: \"more than sixteen\" is longer "
+                   "than 16 bytes"});
     EXPECT_EQ(LoggedAfterOpening(),
               (Lines{"0 CMivoraKVNPyxenClass::StringFeatureCheckSyncPath: enum feature (value = "
                      "more than sixteen) wouldn't be applicable to "
@@ -243,18 +248,18 @@ TEST_F(Synchronisation, IsRefusedWhereAFollowerIsProtectedOrUnknown) {
              Entry("Camera", "Width", {{"Interface", "Nothing"}}),
              Entry("Camera", "ReverseX", {{"Nowhere", "InputMirrored"}})});
     ExpectFailure(
-        LoggedTool({"set", "Camera/DeviceUserID", "south"}), 1,
-        {"/Interface/InterfaceInformation/InterfaceID refuses the value south", "Write protected"});
+        LoggedMivora({"set", "Camera/DeviceUserID=south"}), 1,
+        {"\"south\" is refused by /Interface/InterfaceInformation/InterfaceID", "Write protected"});
     EXPECT_EQ(LoggedAfterOpening(),
               (Lines{"0 CMivoraKVNPyxenClass::StringFeatureCheckSyncPath: Feature "
                      "/Interface/InterfaceInformation/InterfaceID cannot be written"}));
     // A later refusal replaces an earlier one.
-    ExpectFailure(LoggedTool({"set", "Camera/DeviceUserID", "thirteen bits"}), 1,
+    ExpectFailure(LoggedMivora({"set", "Camera/DeviceUserID=thirteen bits"}), 1,
                   {"/Transportlayer/InputControl/InputCameraName", "Out of range"});
     for (const auto& [feature, type, value] :
          {std::tuple{"Camera/Width", "Int", "32"}, std::tuple{"Camera/ReverseX", "Float", "0"}}) {
-        ExpectFailure(LoggedTool({"set", feature, value}), 1,
-                      {"<not available> refuses", "Unknown accessibility"});
+        ExpectFailure(LoggedMivora({"set", std::string(feature) + "=" + value}), 1,
+                      {"is refused by <not available>", "Unknown accessibility"});
         EXPECT_EQ(LoggedAfterOpening(),
                   (Lines{std::string("0 CMivoraKVNPyxenClass::") + type +
                          "FeatureCheckSyncPath: Cannot query the accessibility of <not available>: "
@@ -265,8 +270,8 @@ TEST_F(Synchronisation, IsRefusedWhereAFollowerIsProtectedOrUnknown) {
 TEST_F(Synchronisation, LogsTheLineWithoutConversionLetterUnchanged) {
     UseCamera("<feature name=\"ExposureAuto\" value=\"Continuous\"/>", "", "serial");
     ExpectFailure(
-        LoggedTool({"set", "Camera/ExposureTime", "500"}), 1,
-        {"/Camera/AcquisitionControl/ExposureTime refuses the value 500", "Write protected"});
+        LoggedMivora({"set", "Camera/ExposureTime=500"}), 1,
+        {"WriteFeature failed with 7 ", "Camera/ExposureTime: cannot be written at present"});
     EXPECT_EQ(LoggedAfterOpening(),
               (Lines{"0 CMivoraKVNPyxenClass::FloatFeatureCheckSyncPath: Feature % cannot be "
                      "written"}));
@@ -276,7 +281,7 @@ TEST_F(Synchronisation, UsesTheEntriesBeforeAFault) {
     directory.Write("board.sync", "{\"SyncFeatures\":[" +
                                       Entry("Camera", "Width", {{"Interface", "InputWidth"}}) +
                                       ",\n" + Entry("Camera", "Stream0", {}) + "]}");
-    const auto result = LoggedTool({"get", "Interface/InputWidth"});
+    const auto result = LoggedMivora({"get", "Interface/InputWidth"});
     ExpectDone(result);
     EXPECT_EQ(result.output, "64\n");
     Lines expected{"1 FeatureSyncher::Init: Camera::Width will be synched with ",
@@ -291,7 +296,7 @@ TEST_F(Synchronisation, OpensTheCameraWithoutAFileThatCanBeRead) {
     const std::string path = PathOf("board.sync");
     std::remove(path.c_str());
     for (int round = 0; round < 2; ++round) {
-        ExpectDone(LoggedTool({"get", "Camera/Width"}));
+        ExpectDone(LoggedMivora({"get", "Camera/Width"}));
         EXPECT_EQ(Logged("Found TL specific configuration", "Using snap start"),
                   (Lines{"0 FeatureSyncher::Init: Could not open " + path +
                          ". No feature synchronization will happen."}));

@@ -259,9 +259,9 @@ INSTANTIATE_TEST_SUITE_P(
                    "ID?\n",
                    // How many bytes there are, asked again and again until the linger time is over.
                    {{"PxnMemoryRead(0x6014c)", 2}}},
-        ProgramUse{"features", "pyxen-tool", {"features", "--module", "Interface"}, ""},
-        ProgramUse{"get", "pyxen-tool", {"get", "Camera/Width"}, ""},
-        ProgramUse{"set", "pyxen-tool", {"set", "Camera/Width", "32"}, ""}),
+        ProgramUse{"features", "mivora", {"features", "Interface"}, ""},
+        ProgramUse{"get", "mivora", {"get", "Camera/Width"}, ""},
+        ProgramUse{"set", "mivora", {"set", "Camera/Width=32"}, ""}),
     [](const auto& tested) { return tested.param.name; });
 
 } // namespace
