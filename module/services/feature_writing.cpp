@@ -49,7 +49,7 @@ std::string LimitsText(const Feature& feature, const FeatureValue& value) {
     return shown + " is not taken";
 }
 
-ServiceOutcome OutOfRange(const ServiceFeature& feature, const FeatureValue& value) {
+ServiceOutcome NotTaken(const ServiceFeature& feature, const FeatureValue& value) {
     return {MV_SERVICE_OUT_OF_RANGE, feature.Path() + ": " + LimitsText(feature.Get(), value)};
 }
 
@@ -70,7 +70,7 @@ ServiceOutcome Refusal(const ServiceFeature& feature, const FeatureValue& value,
         break;
     case SyncRefusal::kOutOfRange:
         if (check.isOwn) {
-            return OutOfRange(feature, value);
+            return NotTaken(feature, value);
         }
         break;
     }
@@ -81,7 +81,7 @@ ServiceOutcome Refusal(const ServiceFeature& feature, const FeatureValue& value,
 
 ServiceOutcome NotWritten(const ServiceFeature& feature, const FeatureValue& value,
                           PxnError error) {
-    return error == PxnErrInvalidValue ? OutOfRange(feature, value)
+    return error == PxnErrInvalidValue ? NotTaken(feature, value)
                                        : feature.Failure(error, ShownValue(value));
 }
 

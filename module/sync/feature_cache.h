@@ -14,9 +14,9 @@ class CPyxenAPIAccess;
 
 /// Holds one module's feature descriptions as the SDK last listed them.
 ///
-/// Filled and read on the thread that opens the camera and on the user-interface thread. Takes no
-/// lock. Invalidation callbacks on SDK threads may come at any time; they read name and handle
-/// only.
+/// Filled and read on the thread that opens the camera and on the user-interface thread, and read
+/// by services, which exclude opening and closing by a lock of their own. Takes no lock.
+/// Invalidation callbacks on SDK threads may come at any time; they read name and handle only.
 class FeatureCache {
 public:
     FeatureCache() = default;

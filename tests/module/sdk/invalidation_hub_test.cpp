@@ -84,16 +84,17 @@ TEST_F(InvalidationHubTest, TakesTheRegistrationBackWithTheLastSubscriber) {
 TEST_F(InvalidationHubTest, KeepsChannelsApart) {
     const Channel channels[] = {Channel::kFeatureValue,     Channel::kSyncFeature,
                                 Channel::kBufferFormat,     Channel::kTiming,
-                                Channel::kGrabberDiscovery, Channel::kFinderDiscovery};
+                                Channel::kGrabberDiscovery, Channel::kFinderDiscovery,
+                                Channel::kService};
     std::vector<InvalidationSubscription> all;
     for (const Channel channel : channels) {
         all.push_back(Note(std::to_string(static_cast<int>(channel)), channel));
     }
-    EXPECT_EQ(Fire(), 6u);
-    EXPECT_EQ(Called(), (Texts{"0", "1", "2", "3", "4", "5"}));
+    EXPECT_EQ(Fire(), 7u);
+    EXPECT_EQ(Called(), (Texts{"0", "1", "2", "3", "4", "5", "6"}));
     all[2].Unsubscribe();
-    EXPECT_EQ(Fire(), 5u);
-    EXPECT_EQ(Called(), (Texts{"0", "1", "3", "4", "5"}));
+    EXPECT_EQ(Fire(), 6u);
+    EXPECT_EQ(Called(), (Texts{"0", "1", "3", "4", "5", "6"}));
 }
 
 TEST_F(InvalidationHubTest, KeepsFeaturesAndModulesApart) {
@@ -274,6 +275,42 @@ TEST_F(InvalidationHubTest, WaitsForARunningCall) {
     sdkThread.join();
     letting.join();
     EXPECT_TRUE(sdk.Registrations().empty());
+}
+
+TEST_F(InvalidationHubTest, EndsCallsBeforeTheRegistration) {
+    auto subscription = Note("first");
+    subscription.EndCalls(Ending::kWaits);
+    EXPECT_TRUE(subscription);
+    EXPECT_EQ(HubCalls(), Texts{add});
+    EXPECT_EQ(sdk.Fire(scripted::CameraHandle(), "Width"), 1u);
+    EXPECT_EQ(Called(), Texts{});
+    subscription.Unsubscribe();
+    EXPECT_TRUE(sdk.Registrations().empty());
+    subscription.EndCalls(Ending::kWaits);
+}
+
+TEST_F(InvalidationHubTest, EndsCallsWithAndWithoutWaiting) {
+    for (const Ending ending : {Ending::kWaits, Ending::kAtOnce}) {
+        Staying staying;
+        auto subscription = Subscribe(staying.Receiver());
+        std::thread sdkThread([&] { Fire(); });
+        ASSERT_TRUE(staying.entered.Wait(10000));
+        std::thread letting([&] {
+            if (ending == Ending::kWaits) {
+                platform::Event never;
+                never.Wait(50);
+                staying.goOn.Set();
+            }
+        });
+        subscription.EndCalls(ending);
+        EXPECT_EQ(staying.ended, ending == Ending::kWaits);
+        subscription.Unsubscribe();
+        EXPECT_EQ(staying.ended, ending == Ending::kWaits);
+        staying.goOn.Set();
+        letting.join();
+        sdkThread.join();
+        EXPECT_TRUE(sdk.Registrations().empty());
+    }
 }
 
 TEST_F(InvalidationHubTest, WaitsForACallThatTakesTheRegistrationBack) {

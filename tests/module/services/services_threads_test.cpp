@@ -196,13 +196,9 @@ TEST_F(ServiceThreads, LetTheCameraBeClosedFromUnderAReceiverOfChanges) {
 TEST_F(ServiceThreads, GiveUpACommandInsideACallbackThatIsWaitedFor) {
     Camera().Find("AcquisitionStop")->doneSequence.assign(10'000'000, false);
     Prepare(1);
-    platform::Event inside;
-    platform::Event closing;
     MV_SERVICE_RESULT result = MV_SERVICE_OK;
-    OnFrame([&] {
-        inside.Set();
-        result = Services().RunCommand("Camera", "AcquisitionStop", 0xFFFFFFFF, nullptr);
-    });
+    OnFrame(
+        [&] { result = Services().RunCommand("Camera", "AcquisitionStop", 0xFFFFFFFF, nullptr); });
     ASSERT_EQ(Grabber().Snap(1), MV_OK);
     ASSERT_TRUE(sdk.DeliverOnThread(0));
     ASSERT_TRUE(sdk.WaitForCall("PxnFeatureCommandIsDone(camera0, \"AcquisitionStop\")"));
@@ -233,6 +229,59 @@ TEST_F(ServiceThreads, LetReceiversOfConfigurationChangesCallOperationsDuringDeI
     ending.join();
     EXPECT_EQ(results, (std::vector<int>{MV_SERVICE_OK, MV_OK}));
     ASSERT_EQ(Grabber().InstCamCfgChangeCallBack(nullptr, nullptr), MV_OK);
+}
+
+TEST_F(ServiceThreads, OfTwoGrabbersDoNotWaitForOneAnother) {
+    scripted::Camera second = Camera();
+    second.id = "cam-2";
+    second.extendedId = "cam-ext-2";
+    sdk.Data().cameras.push_back(second);
+    Open();
+    CMivoraKVNPyxenClass other(nullptr);
+    ASSERT_EQ(other.Init(), MV_OK);
+    ASSERT_EQ(other.SetActCameraIndex(1), MV_OK);
+    ASSERT_EQ(other.OpenActCamera(), MV_OK);
+    // Each camera's receiver turns to the other grabber while both cameras are being closed.
+    std::atomic<unsigned> inside{0};
+    std::atomic<unsigned> refused{0};
+    std::atomic<unsigned> done{0};
+    const auto isBusy = [](IMivoraModuleServices& services) {
+        const auto ignore = [](const MV_FEATURE_VALUE*, void*) {
+        };
+        return services.ReadFeature("Camera", "Width", ignore, nullptr, nullptr) == MV_SERVICE_BUSY;
+    };
+    const auto turnTo = [&](CMivoraKVNPyxenClass& grabber) {
+        ++inside;
+        EXPECT_TRUE(support::WaitUntil([&] { return isBusy(grabber.Services()); }));
+        ++refused;
+        EXPECT_TRUE(support::WaitUntil([&] { return refused == 2; }));
+        EXPECT_EQ(grabber.CloseActCamera(), MV_BUSY);
+        EXPECT_EQ(grabber.DeInit(), MV_BUSY);
+        ++done;
+        EXPECT_TRUE(support::WaitUntil([&] { return done == 2; })) << "the other one may be closed";
+    };
+    using Receiver = ReceiverOf<const char*, const char*>;
+    Receiver first{[&](const char*, const char*) {
+        turnTo(other);
+    }};
+    Receiver last{[&](const char*, const char*) {
+        turnTo(Grabber());
+    }};
+    uint64_t number = 0;
+    ASSERT_EQ(Services().Subscribe("Camera", "Width", Receiver::Receive, &first, &number, nullptr),
+              MV_SERVICE_OK);
+    ASSERT_EQ(
+        other.Services().Subscribe("Camera", "Width", Receiver::Receive, &last, &number, nullptr),
+        MV_SERVICE_OK);
+    std::vector<std::thread> threads;
+    threads.emplace_back([this] { sdk.Fire(CameraHandle(0), "Width"); });
+    threads.emplace_back([this] { sdk.Fire(CameraHandle(1), "Width"); });
+    ASSERT_TRUE(support::WaitUntil([&] { return inside == 2; }));
+    threads.emplace_back([this] { EXPECT_EQ(Grabber().CloseActCamera(), MV_OK); });
+    threads.emplace_back([&] { EXPECT_EQ(other.CloseActCamera(), MV_OK); });
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
 }
 
 TEST_F(ServiceThreads, HoldAgainstACameraThatOpensAndCloses) {
