@@ -29,7 +29,7 @@ std::uint64_t first = 0;
 std::uint64_t second = 0;
 std::uint32_t word = 0;
 std::uint8_t byte = 0;
-char text[64] = "";
+char textSpace[64] = "";
 MV_DLG_EXITCODE exitCode = MV_DLG_CANCEL;
 
 std::int64_t IsThere(const void* object) {
@@ -65,14 +65,14 @@ const Slot kSlots[] = {
     CODE(1, grabber.SetCameraIni(kNoFile)),
     CODE(2, grabber.LoadGrabberConfig()),
     CODE(3, grabber.GetCamSpecInt32(nullptr, "Key", 1)),
-    CODE(4, grabber.GetCamSpecString(nullptr, "Key", "default", text, sizeof text)),
+    CODE(4, grabber.GetCamSpecString(nullptr, "Key", "default", textSpace, sizeof textSpace)),
     CODE(5, grabber.GetModeSpecInt32(nullptr, 0, "Key", 1)),
     CODE(6, grabber.GetGrabberInt32("Key", 1)),
-    CODE(7, grabber.GetGrabberString("Key", "default", text, sizeof text)),
+    CODE(7, grabber.GetGrabberString("Key", "default", textSpace, sizeof textSpace)),
     CODE(8, grabber.GetActCamSpecInt32("Key", 1)),
-    CODE(9, grabber.GetActCamSpecString("Key", "default", text, sizeof text)),
+    CODE(9, grabber.GetActCamSpecString("Key", "default", textSpace, sizeof textSpace)),
     CODE(10, grabber.GetActModeSpecInt32("Key", 1)),
-    CODE(11, grabber.GetActModeSpecString("Key", "default", text, sizeof text)),
+    CODE(11, grabber.GetActModeSpecString("Key", "default", textSpace, sizeof textSpace)),
     CODE(12, grabber.SaveGrabberInt32("Key", 1)),
     CODE(13, grabber.SaveGrabberHex32("Key", 1)),
     CODE(14, grabber.SaveGrabberString("Key", "value")),
