@@ -71,6 +71,8 @@ done
 
 expect "the host" '^20 images of 640 x 480, [0-9]+ lost$' \
   env PYXEN_HOME="$build/bin/simulator" "$output/host" "$build/bin/libMivoraKVNPyxen.so"
+expect "the host" '^10000\.0 us$' \
+  env PYXEN_HOME="$build/bin/simulator" "$output/host" "$build/bin/libMivoraKVNPyxen.so"
 
 guide=("$build/bin/mivora" --module "$output/libGuideModule.so")
 expect "cameras of the module" '"name":"Test picture"' "${guide[@]}" cameras --json
