@@ -28,12 +28,14 @@ compile() {
     -Wl,-rpath,"$build/bin" || { echo "$page does not compile"; exit 1; }
 }
 
-# expect WHAT TEXT COMMAND...: the command succeeds and prints the text.
+# expect WHAT TEXTS COMMAND...: the command succeeds and prints each of the texts, one a line.
 expect() {
-  local what=$1 text=$2 printed
+  local what=$1 texts=$2 text printed
   shift 2
   printed=$("$@" 2>&1) || { printf '%s\n%s failed\n' "$printed" "$what"; exit 1; }
-  grep -qE -- "$text" <<<"$printed" || { printf '%s\n%s: no "%s"\n' "$printed" "$what" "$text"; exit 1; }
+  while IFS= read -r text; do
+    grep -qE -- "$text" <<<"$printed" || { printf '%s\n%s: no "%s"\n' "$printed" "$what" "$text"; exit 1; }
+  done <<<"$texts"
 }
 
 compile writing-a-host.md host -L"$build/bin" -lMivora -pthread &
@@ -69,9 +71,9 @@ for page in docs/*.md; do
 done
 [ "$pages" -ge 1 ] || { echo "no other page has C++"; exit 1; }
 
-expect "the host" '^20 images of 640 x 480, [0-9]+ lost$' \
-  env PYXEN_HOME="$build/bin/simulator" "$output/host" "$build/bin/libMivoraKVNPyxen.so"
-expect "the host" '^10000\.0 us$' \
+expect "the host" '^10000\.0 us$
+^frame [0-9]+, 640 x 480, [1-9][0-9]* received$
+^20 images of 640 x 480, [0-9]+ lost$' \
   env PYXEN_HOME="$build/bin/simulator" "$output/host" "$build/bin/libMivoraKVNPyxen.so"
 
 guide=("$build/bin/mivora" --module "$output/libGuideModule.so")
