@@ -1,6 +1,8 @@
 // failing_calls_posix_test.cpp - system calls that fail or are interrupted
 #include "platform/console.h"
+#include "platform/file_lock.h"
 #include "platform/file_system.h"
+#include "platform/mapped_file.h"
 #include "platform/process.h"
 #include "platform/serial_port.h"
 #include "platform/thread.h"
@@ -141,6 +143,51 @@ TEST_F(FailingFileSystem, TheOwnerIsKeptWhereThatIsPossible) {
     }
     EXPECT_EQ(directory.Read("file"), geteuid() != 0 ? "new" : "old");
     EXPECT_EQ(Entries(), 1);
+}
+
+using FailingFileLock = FailingFileSystem;
+
+TEST_F(FailingFileLock, IsTriedAgainAfterAnInterruption) {
+    const FailingCalls failing("flock", EINTR, 2);
+    FileLock lock;
+    std::string error;
+    EXPECT_TRUE(lock.Acquire(directory.PathOf("file"), 60000, &error)) << error;
+    EXPECT_EQ(failing.Failed(), 2);
+}
+
+TEST_F(FailingFileLock, IsTriedAgainWhenItsFileCannotBeExamined) {
+    const FailingCalls failing("fstat", EIO);
+    FileLock lock;
+    std::string error;
+    EXPECT_TRUE(lock.Acquire(directory.PathOf("file"), 60000, &error)) << error;
+    EXPECT_EQ(failing.Failed(), 1);
+}
+
+TEST_F(FailingFileLock, EndsAtOnceWhereFilesCannotBeLocked) {
+    FileLock lock;
+    std::string error;
+    {
+        const FailingCalls failing("flock", ENOLCK);
+        EXPECT_FALSE(lock.Acquire(directory.PathOf("file"), 60000, &error));
+        EXPECT_EQ(failing.Failed(), 1);
+    }
+    EXPECT_EQ(error, std::strerror(ENOLCK));
+    EXPECT_TRUE(lock.Acquire(directory.PathOf("file"), 0));
+}
+
+using FailingMappedFile = FailingFileSystem;
+
+TEST_F(FailingMappedFile, LeavesNoFileThatCannotBeMapped) {
+    MappedFile file;
+    std::string error;
+    {
+        const FailingCalls failing("mmap", ENOMEM);
+        EXPECT_FALSE(file.Create(directory.PathOf("file"), 4096, &error));
+        EXPECT_EQ(failing.Failed(), 1);
+    }
+    EXPECT_EQ(error, std::strerror(ENOMEM));
+    EXPECT_EQ(file.Data(), nullptr);
+    EXPECT_EQ(Entries(), 0);
 }
 
 TEST(FailingThread, IsNotStartedWithoutItsAttributes) {

@@ -74,9 +74,11 @@ TEST_F(IniFile, RefusesWhatCannotBeRead) {
     EXPECT_NE(std::string(ini.GetLastErrorText()).find("is a directory"), std::string::npos);
     EXPECT_FALSE(ini.Open(nullptr));
     EXPECT_FALSE(ini.Open(""));
-    const std::string utf16 = directory.Write("utf16.ini", std::string("\xFF\xFE[\0s\0]\0", 8));
-    EXPECT_FALSE(ini.Open(utf16.c_str()));
-    EXPECT_NE(std::string(ini.GetLastErrorText()).find("UTF-16"), std::string::npos);
+    for (const char* const utf16 : {"\xFF\xFE[\0s\0]\0", "\xFE\xFF\0[\0s\0]"}) {
+        const std::string file = directory.Write("utf16.ini", std::string(utf16, 8));
+        EXPECT_FALSE(ini.Open(file.c_str()));
+        EXPECT_NE(std::string(ini.GetLastErrorText()).find("UTF-16"), std::string::npos);
+    }
     // The previous file stays open.
     EXPECT_EQ(ini.GetPath(), path);
     EXPECT_EQ(Text("s", "k"), "v");
@@ -249,7 +251,12 @@ TEST_F(IniFile, RefusesWhatAnIniFileCannotContain) {
     EXPECT_FALSE(ini.HasKey("s", nullptr));
     EXPECT_FALSE(ini.HasSection(nullptr));
     EXPECT_EQ(ini.GetInt32(nullptr, "k", 5), 5);
+    EXPECT_EQ(ini.GetInt32("s", nullptr, 5), 5);
+    EXPECT_EQ(Text(nullptr, "k"), "<absent>");
+    EXPECT_EQ(Text("s", nullptr), "<absent>");
     EXPECT_FALSE(ini.RemoveKey("s", nullptr));
+    EXPECT_FALSE(ini.RemoveKey(nullptr, "k"));
+    EXPECT_FALSE(CIniFile().RemoveKey("s", "k")); // none is open
 }
 
 TEST_F(IniFile, RemovesAKeyWithItsLine) {

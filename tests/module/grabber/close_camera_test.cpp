@@ -164,6 +164,29 @@ TEST_F(CloseCamera, ThatWasDoneAndReportedAsFailedLeavesTheHandleToTheNextOpenin
     EXPECT_EQ(sdk.CountOpenCameras(), 0u);
 }
 
+// As above, but that closing what was remembered fails as well before the next opening.
+TEST_F(CloseCamera, ThatFailsAgainLeavesTheHandleToTheNextOpening) {
+    static decltype(&::PxnCameraClose) close = nullptr;
+    static bool isClosed = false;
+    Open();
+    close = Grabber().Api().PxnCameraClose;
+    isClosed = false;
+    Grabber().Api().PxnCameraClose = [](PxnHandle camera) -> PxnError {
+        if (!isClosed) {
+            close(camera);
+        }
+        isClosed = true;
+        return PxnErrIO;
+    };
+    EXPECT_EQ(Grabber().CloseActCamera(), MV_OK);
+    ASSERT_EQ(Grabber().OpenActCamera(), MV_OK);
+    Grabber().Api().PxnCameraClose = close;
+    Forget();
+    EXPECT_EQ(Grabber().Api().AllocateAndGetCameraList(nullptr), 1u);
+    EXPECT_EQ(sdk.Calls({"PxnCameraClose"}), Texts{});
+    EXPECT_EQ(sdk.CountOpenCameras(), 1u);
+}
+
 TEST_F(CloseCamera, ForgetsThatBuffersWerePrepared) {
     Prepare(2);
     ASSERT_EQ(Grabber().CloseActCamera(), MV_OK);

@@ -46,6 +46,36 @@ TEST_F(OpenCameraTest, IsRefusedWithoutAnActiveCamera) {
     EXPECT_EQ(Grabber().IsCameraOpen(), 0u);
 }
 
+// The handle is that of the camera that is open: it must not be closed as one left open.
+TEST_F(OpenCameraTest, ThatFailsLeavesTheOpenCameraAlone) {
+    static PxnHandle given = nullptr;
+    Open();
+    Grabber().Api().PxnCameraOpen = [](const char*, uint32_t, PxnHandle* camera) -> PxnError {
+        *camera = given;
+        return PxnErrIO;
+    };
+    given = scripted::CameraHandle();
+    EXPECT_EQ(Grabber().OpenActCamera(), MV_REFUSED);
+    EXPECT_EQ(Grabber().Api().AllocateAndGetCameraList(nullptr), 1u);
+    EXPECT_EQ(sdk.TakeCalls({"PxnCameraClose"}), Texts{});
+    given = scripted::CameraHandle(1);
+    EXPECT_EQ(Grabber().OpenActCamera(), MV_REFUSED);
+    EXPECT_EQ(Grabber().Api().AllocateAndGetCameraList(nullptr), 1u);
+    EXPECT_EQ(sdk.TakeCalls({"PxnCameraClose"}), Texts{"PxnCameraClose(0x100001)"});
+}
+
+TEST_F(OpenCameraTest, TakesTheHandleOfAVanishedCameraAgain) {
+    Open();
+    ASSERT_EQ(Grabber().Api().PxnCameraClose(Grabber().CameraHandle()), PxnErrSuccess);
+    ASSERT_EQ(Grabber().OpenActCamera(), MV_OK);
+    EXPECT_EQ(sdk.CountOpenCameras(), 1u);
+    Forget();
+    EXPECT_EQ(Grabber().Api().AllocateAndGetCameraList(nullptr), 1u);
+    EXPECT_EQ(sdk.TakeCalls({"PxnCameraClose"}), Texts{});
+    EXPECT_EQ(Grabber().CloseActCamera(), MV_OK);
+    EXPECT_EQ(sdk.CountOpenCameras(), 0u);
+}
+
 TEST_F(OpenCameraTest, AsksTheSdkInOrder) {
     Init();
     const std::string features = std::to_string(Camera().features.size());

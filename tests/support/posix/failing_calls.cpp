@@ -6,7 +6,10 @@
 #include <cstring>
 
 #include <pthread.h>
+#include <sys/file.h>
+#include <sys/mman.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -50,6 +53,12 @@ SUPPORT_FAILING(int, close, (__real_close(file), errno = failingCode, -1), (int 
 SUPPORT_FAILING(int, pipe2, -1, (int* ends, int flags), (ends, flags))
 SUPPORT_FAILING(int, socketpair, -1, (int family, int type, int protocol, int* ends),
                 (family, type, protocol, ends))
+SUPPORT_FAILING(int, flock, -1, (int file, int operation), (file, operation))
+SUPPORT_FAILING(int, fstat, -1, (int file, struct stat* status), (file, status))
+SUPPORT_FAILING(void*, mmap, MAP_FAILED,
+                (void* address, std::size_t size, int protection, int flags, int file,
+                 off_t offset),
+                (address, size, protection, flags, file, offset))
 SUPPORT_FAILING(int, fsync, -1, (int file), (file))
 SUPPORT_FAILING(int, fchown, -1, (int file, uid_t user, gid_t group), (file, user, group))
 SUPPORT_FAILING(uid_t, geteuid, 1, (), ())
