@@ -167,7 +167,8 @@ ServiceOutcome ReadFile(const ServiceContext& context, FilePlace& place, Bytes& 
     const std::vector<PxnInterfaceInfo> interfaces = ListInterfaces(api);
     const PxnInterfaceInfo* const found = FindInterface(interfaces, port.cache->GetHandle());
     const CameraMemory memory(api, camera.cache->GetHandle());
-    switch (found ? found->interfaceType : PxnTransportLayerUnknown) {
+    const std::uint32_t unknown = PxnTransportLayerUnknown;
+    switch (found ? found->interfaceType : unknown) {
     case PxnTransportLayerGEV:
         outcome = FindByUrl(memory, place);
         break;

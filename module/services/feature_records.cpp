@@ -153,8 +153,10 @@ OwnedDescription::OwnedDescription(const ServiceFeature& feature)
     const PxnFeatureInfo& info = *feature.info;
     record.size = sizeof record;
     record.type = ServiceType(feature.Get().Type());
-    record.visibility =
-        info.visibility <= PxnVisibilityInvisible ? info.visibility : MV_VISIBILITY_UNKNOWN;
+    record.visibility = MV_VISIBILITY_UNKNOWN;
+    if (info.visibility <= PxnVisibilityInvisible) {
+        record.visibility = info.visibility;
+    }
     record.isSelector = info.hasSelectedFeatures ? 1 : 0;
     record.isStreamable = info.isStreamable ? 1 : 0;
     record.isVolatile = (info.featureFlags & PxnFeatureFlagVolatile) != 0 ? 1 : 0;

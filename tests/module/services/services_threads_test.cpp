@@ -250,13 +250,13 @@ TEST_F(ServiceThreads, OfTwoGrabbersDoNotWaitForOneAnother) {
         };
         return services.ReadFeature("Camera", "Width", ignore, nullptr, nullptr) == MV_SERVICE_BUSY;
     };
-    const auto turnTo = [&](CMivoraKVNPyxenClass& grabber) {
+    const auto turnTo = [&](CMivoraKVNPyxenClass& turned) {
         ++inside;
-        EXPECT_TRUE(support::WaitUntil([&] { return isBusy(grabber.Services()); }));
+        EXPECT_TRUE(support::WaitUntil([&] { return isBusy(turned.Services()); }));
         ++refused;
         EXPECT_TRUE(support::WaitUntil([&] { return refused == 2; }));
-        EXPECT_EQ(grabber.CloseActCamera(), MV_BUSY);
-        EXPECT_EQ(grabber.DeInit(), MV_BUSY);
+        EXPECT_EQ(turned.CloseActCamera(), MV_BUSY);
+        EXPECT_EQ(turned.DeInit(), MV_BUSY);
         ++done;
         EXPECT_TRUE(support::WaitUntil([&] { return done == 2; })) << "the other one may be closed";
     };
