@@ -73,7 +73,18 @@ expect 'examples/grab' 'image 100 begins with ' \
   "$(PYXEN_HOME=$(dirname "$module")/simulator run "$work/grab/grab" "$module")"
 ! run "$work/grab/grab" "$work/none" >/dev/null 2>&1 || fail "examples/grab succeeds without a module"
 
+build live "$examples/live-settings"
+live=$(PYXEN_HOME=$(dirname "$module")/simulator run "$work/live/live-settings" "$module" ExposureTime 2000 1e12 5000)
+for text in 'Camera/ExposureTime, ' 'set to 2000' ' is not between ' 'set to 5000' '0 damaged frames'; do
+  expect 'examples/live-settings' "$text" "$live"
+done
+[ "$(grep -cE '^frame [0-9]+ at [0-9.]+ ms, [0-9]+ x [0-9]+ pixels' <<<"$live")" -eq 40 ] ||
+  fail "examples/live-settings did not take ten images before and after each value: $live"
+
 build module "$examples/module"
+! run "$work/live/live-settings" "$work/$picture" ExposureTime 1 >"$work/live.log" 2>&1 ||
+  fail "examples/live-settings succeeds with a module without services"
+expect 'examples/live-settings with a module without services' 'offers no services' "$(<"$work/live.log")"
 cmake --install "$work/module" --prefix "$work/installed" >/dev/null
 [ -n "$(find "$work/installed" -path "*$(basename "$(dirname "$module")")/$(basename "$picture")")" ] ||
   fail "examples/module is not installed where modules are"
