@@ -37,7 +37,8 @@ foreach(sdk IN ITEMS simulator genicam trace)
 endforeach()
 install(FILES CHANGELOG.md CONTRIBUTING.md README.md THIRD-PARTY.md
         DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT Runtime)
-install(DIRECTORY docs apps/demo DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT Runtime)
+install(DIRECTORY docs apps/demo DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT Runtime
+        PATTERN Doxyfile EXCLUDE PATTERN *.awk EXCLUDE PATTERN *.dox EXCLUDE)
 
 install(TARGETS pxnc_header EXPORT PxnCTargets COMPONENT Development)
 install(TARGETS pxnc_skeleton_archive EXPORT PxnCSkeletonTargets COMPONENT Development)
