@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # The C++ of each guide, its blocks one after the other, is a whole source that compiles and does what
 # the page says: the host grabs with the module, programs grab from the module, and the camera SDK
-# keeps the rules. The C++ of every other page may stand in a function that has a grabber.
+# keeps the rules. The C++ of every other page may stand in a function that has a grabber
+# and its services.
 set -euo pipefail
 cd "$1"
 
@@ -60,10 +61,13 @@ for page in docs/*.md; do
   awk -v page="$page" '
     /^```cpp$/ { inside = 1; next }
     /^```$/ { inside = 0 }
-    BEGIN { print "#include <mivora/grabber.h>\n#include <cstdio>" }
+    BEGIN { print "#include <mivora/grabber.h>\n#include <mivora/module_services.h>\n#include <cstdio>" }
     inside && /^#include / { print; next }
     inside { lines = lines sprintf("#line %d \"%s\"\n%s\n", NR, page, $0) }
-    END { printf "void Page(CMivoraGrabber* grabber);\nvoid Page(CMivoraGrabber* grabber) {\n(void)grabber;\n{\n%s}\n}\n", lines }' "$page" >"$source"
+    END {
+      page = "void Page(CMivoraGrabber* grabber, IMivoraModuleServices* services)"
+      printf "%s;\n%s {\n(void)grabber, (void)services;\n{\n%s}\n}\n", page, page, lines
+    }' "$page" >"$source"
   "$(cache CMAKE_CXX_COMPILER)" "${common[@]}" -Wno-shadow -Wno-unused-variable -fsyntax-only "$source" || {
     echo "the code of $page does not compile"
     exit 1
