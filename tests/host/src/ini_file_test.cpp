@@ -11,6 +11,7 @@
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
+#include <filesystem>
 #include <string>
 #include <thread>
 #include <vector>
@@ -257,6 +258,20 @@ TEST_F(IniFile, RefusesWhatAnIniFileCannotContain) {
     EXPECT_FALSE(ini.RemoveKey("s", nullptr));
     EXPECT_FALSE(ini.RemoveKey(nullptr, "k"));
     EXPECT_FALSE(CIniFile().RemoveKey("s", "k")); // none is open
+}
+
+TEST_F(IniFile, KeepsAReadOnlyFileAndWhatWasReadOfIt) {
+    Start("[s]\nk=v\n");
+    using std::filesystem::perms;
+    std::filesystem::permissions(path, perms::owner_read);
+    EXPECT_FALSE(ini.WriteText("s", "k", "w"));
+    EXPECT_EQ(std::string(ini.GetLastErrorText()).find("Cannot write"), 0u)
+        << ini.GetLastErrorText();
+    EXPECT_FALSE(ini.RemoveKey("s", "k"));
+    EXPECT_EQ(OnDisk(), "[s]\nk=v\n");
+    EXPECT_EQ(Text("s", "k"), "v");
+    std::filesystem::permissions(path, perms::owner_read | perms::owner_write);
+    EXPECT_TRUE(ini.WriteText("s", "k", "w")) << ini.GetLastErrorText();
 }
 
 TEST_F(IniFile, RemovesAKeyWithItsLine) {
