@@ -1,7 +1,9 @@
 // failing_calls_posix_test.cpp - system calls that fail or are interrupted
+#include "platform/clock.h"
 #include "platform/console.h"
 #include "platform/file_lock.h"
 #include "platform/file_system.h"
+#include "platform/interrupt.h"
 #include "platform/mapped_file.h"
 #include "platform/process.h"
 #include "platform/serial_port.h"
@@ -13,6 +15,7 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstring>
 #include <filesystem>
 #include <iterator>
@@ -156,11 +159,13 @@ TEST_F(FailingFileLock, IsTriedAgainAfterAnInterruption) {
 }
 
 TEST_F(FailingFileLock, IsTriedAgainWhenItsFileCannotBeExamined) {
-    const FailingCalls failing("fstat", EIO);
-    FileLock lock;
-    std::string error;
-    EXPECT_TRUE(lock.Acquire(directory.PathOf("file"), 60000, &error)) << error;
-    EXPECT_EQ(failing.Failed(), 1);
+    for (const char* const function : {"fstat", "lstat"}) {
+        const FailingCalls failing(function, EIO);
+        FileLock lock;
+        std::string error;
+        EXPECT_TRUE(lock.Acquire(directory.PathOf("file"), 60000, &error)) << error;
+        EXPECT_EQ(failing.Failed(), 1) << function;
+    }
 }
 
 TEST_F(FailingFileLock, EndsAtOnceWhereFilesCannotBeLocked) {
@@ -188,6 +193,21 @@ TEST_F(FailingMappedFile, LeavesNoFileThatCannotBeMapped) {
     EXPECT_EQ(error, std::strerror(ENOMEM));
     EXPECT_EQ(file.Data(), nullptr);
     EXPECT_EQ(Entries(), 0);
+}
+
+TEST(FailingClock, CountsNoProcessorTime) {
+    const FailingCalls failing("clock_gettime", EINVAL);
+    EXPECT_EQ(ProcessCpuSeconds(), 0.0);
+    EXPECT_EQ(failing.Failed(), 1);
+}
+
+TEST(FailingInterrupt, IsReportedWhenNotBothSignalsAreHandled) {
+    for (const int spared : {0, 1}) {
+        const FailingCalls failing("sigaction", EINVAL, 1, spared);
+        EXPECT_FALSE(InstallInterruptHandler());
+        EXPECT_EQ(failing.Failed(), 1);
+    }
+    std::signal(SIGINT, SIG_DFL);
 }
 
 TEST(FailingThread, IsNotStartedWithoutItsAttributes) {

@@ -3,7 +3,9 @@
 
 #include <atomic>
 #include <cerrno>
+#include <csignal>
 #include <cstring>
+#include <ctime>
 
 #include <pthread.h>
 #include <sys/file.h>
@@ -53,6 +55,11 @@ SUPPORT_FAILING(int, close, (__real_close(file), errno = failingCode, -1), (int 
 SUPPORT_FAILING(int, pipe2, -1, (int* ends, int flags), (ends, flags))
 SUPPORT_FAILING(int, socketpair, -1, (int family, int type, int protocol, int* ends),
                 (family, type, protocol, ends))
+SUPPORT_FAILING(int, clock_gettime, -1, (clockid_t clock, timespec* time), (clock, time))
+SUPPORT_FAILING(int, sigaction, -1,
+                (int number, const struct sigaction* action, struct sigaction* before),
+                (number, action, before))
+SUPPORT_FAILING(int, lstat, -1, (const char* path, struct stat* status), (path, status))
 SUPPORT_FAILING(int, flock, -1, (int file, int operation), (file, operation))
 SUPPORT_FAILING(int, fstat, -1, (int file, struct stat* status), (file, status))
 SUPPORT_FAILING(void*, mmap, MAP_FAILED,
