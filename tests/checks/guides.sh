@@ -75,7 +75,7 @@ for page in docs/*.md; do
 done
 [ "$pages" -ge 1 ] || { echo "no other page has C++"; exit 1; }
 
-expect "the host" '^10000\.0 us$
+expect "the host" '^5000\.0 us$
 ^frame [0-9]+, 640 x 480, [1-9][0-9]* received$
 ^20 images of 640 x 480, [0-9]+ lost$' \
   env PYXEN_HOME="$build/bin/simulator" "$output/host" "$build/bin/libMivoraKVNPyxen.so"
