@@ -1,8 +1,11 @@
 // service_lock_test.cpp - what excludes services from one another and from opening and closing
 #include "services/service_lock.h"
 
+#include "tests/support/wait_until.h"
+
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <thread>
 
 using namespace pyxen;
@@ -36,8 +39,11 @@ void Lock(ServiceLock& lock) NO_THREAD_SAFETY_ANALYSIS {
 TEST(ServiceLock, LetsOneServiceIn) {
     ServiceLock lock;
     ASSERT_TRUE(Enters(lock, false));
-    EXPECT_FALSE(EntersElsewhere(lock, false));
+    std::atomic<bool> isRefused{false};
+    std::thread other([&] { isRefused = !Enters(lock, false); });
+    EXPECT_TRUE(support::WaitUntil([&] { return isRefused.load(); })) << "waits";
     Leave(lock);
+    other.join();
     EXPECT_TRUE(EntersElsewhere(lock, false));
     EXPECT_TRUE(EntersElsewhere(lock, true));
 }
@@ -47,7 +53,7 @@ TEST(ServiceLock, RefusesAServiceOfTheThreadThatHoldsIt) {
     Lock(lock);
     Lock(lock);
     Leave(lock);
-    EXPECT_FALSE(Enters(lock, true)) << "must not wait for itself";
+    ASSERT_FALSE(Enters(lock, true)) << "must not wait for itself";
     EXPECT_FALSE(EntersElsewhere(lock, false)) << "given back by the inner one";
     Leave(lock);
     ASSERT_TRUE(Enters(lock, true));

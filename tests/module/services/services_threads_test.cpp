@@ -31,8 +31,10 @@ protected:
                   MV_OK);
     }
     void TearDown() override {
-        sdk.Release("PxnFeatureIntGet");
-        sdk.Release("PxnCameraClose");
+        for (const char* const entry :
+             {"PxnFeatureIntGet", "PxnFeatureBoolGet", "PxnCameraClose"}) {
+            sdk.Release(entry);
+        }
         ServicesFixture::TearDown();
     }
 
@@ -72,13 +74,17 @@ TEST_F(ServiceThreads, WaitForACameraThatIsBeingClosed) {
 
 TEST_F(ServiceThreads, LetClosingWaitForThem) {
     Open();
-    sdk.Hold("PxnFeatureIntGet");
-    std::thread reading([this] { EXPECT_EQ(ReadWidth(), MV_SERVICE_OK); });
-    ASSERT_TRUE(sdk.WaitForCall("PxnFeatureIntGet"));
+    sdk.Hold("PxnFeatureBoolGet"); // nothing that closing itself reads
+    std::thread reading([this] {
+        const auto ignore = [](const MV_FEATURE_VALUE*, void*) {
+        };
+        EXPECT_EQ(Services().ReadFeature("Camera", "ReverseX", ignore, nullptr, nullptr),
+                  MV_SERVICE_OK);
+    });
+    ASSERT_TRUE(sdk.WaitForCall("PxnFeatureBoolGet"));
     std::thread closing([this] { EXPECT_EQ(Grabber().CloseActCamera(), MV_OK); });
-    std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    EXPECT_EQ(sdk.Calls({"PxnCameraClose"}), Texts{});
-    sdk.Release("PxnFeatureIntGet");
+    EXPECT_FALSE(sdk.WaitForCall("PxnCameraClose", 100));
+    sdk.Release("PxnFeatureBoolGet");
     reading.join();
     closing.join();
     EXPECT_EQ(ReadWidth(), MV_SERVICE_NO_CAMERA);
