@@ -3,6 +3,8 @@
 
 #include "services/json.h"
 
+#include <algorithm>
+#include <string_view>
 #include <utility>
 
 namespace pyxen {
@@ -13,10 +15,24 @@ std::string TextOrNothing(const char* text) {
     return text && IsUtf8(text) ? text : "";
 }
 
-bool IsSetting(const PxnFeatureInfo& info) {
+bool IsOfConnection(const PxnFeatureInfo& info) {
+    return info.category && std::string_view(info.category).starts_with("/TransportLayerControl");
+}
+
+bool IsSetting(const PxnFeatureInfo& info, bool isAnyMarked) {
     constexpr std::uint32_t kBoth = PxnFeatureFlagRead | PxnFeatureFlagWrite;
-    return info.isStreamable && (info.featureFlags & kBoth) == kBoth &&
+    return (info.isStreamable || (!isAnyMarked && !IsOfConnection(info))) &&
+           (info.featureFlags & kBoth) == kBoth &&
            HasValue(static_cast<FeatureType>(info.featureDataType));
+}
+
+/// Whether the module says which of its features are settings. Descriptions of some cameras mark
+/// none; of these all count that can be written, but for those of the connection.
+bool IsAnyMarked(const ServiceModule& module) {
+    const PxnFeatureInfo* const list = module.cache->GetFeatureList();
+    return module.name != "Camera" ||
+           std::any_of(list, list + module.cache->GetFeatureCount(),
+                       [](const PxnFeatureInfo& info) { return info.isStreamable != 0; });
 }
 
 } // namespace
@@ -52,10 +68,12 @@ void SettingsSaver::DescribeCamera(const ServiceModule& camera) {
 void SettingsSaver::CollectModule(const ServiceModule& module) {
     const SelectorMap selectors(module);
     const FeatureCache& cache = *module.cache;
+    const bool isAnyMarked = IsAnyMarked(module);
     for (std::uint32_t index = 0; index < cache.GetFeatureCount() && !hasCameraGone; ++index) {
         const ServiceFeature feature{module, cache.GetFeatureList() + index};
         // Only the first of two of one name can be asked for.
-        if (!IsSetting(*feature.info) || cache.Find(feature.info->name) != feature.info) {
+        if (!IsSetting(*feature.info, isAnyMarked) ||
+            cache.Find(feature.info->name) != feature.info) {
             continue;
         }
         current = {};

@@ -161,6 +161,24 @@ TEST_F(SettingsServiceTest, SavesWhatIsStreamableAndCanBeWritten) {
     EXPECT_EQ(Camera()["GainSelector"].text, "All");
 }
 
+TEST_F(SettingsServiceTest, SavesWhatCanBeWrittenOfACameraThatMarksNothing) {
+    for (const char* const name : {"Width", "DeviceUserID", "ReverseX", "PayloadSize", "Gain"}) {
+        Camera()[name].isStreamable = false;
+    }
+    scripted::Feature packet = scripted::IntFeature("PacketSize", 1500, 100, 9000);
+    packet.category = "/TransportLayerControl/GigEVision";
+    Camera().Put(packet);
+    Open();
+    EXPECT_EQ(File().Save(), MV_SERVICE_OK);
+    EXPECT_TRUE(File().got.Find("Camera/Width"));
+    EXPECT_TRUE(File().got.Find("Camera/Gain[GainSelector=Red]"));
+    EXPECT_FALSE(File().got.Find("Camera/PayloadSize"));
+    EXPECT_FALSE(File().got.Find("Camera/PacketSize"));
+    for (const ReceivedSetting& one : File().got.all) {
+        EXPECT_TRUE(one.path.starts_with("Camera/")) << one.path;
+    }
+}
+
 TEST_F(SettingsServiceTest, MovesSelectorsBackAfterAFailure) {
     Open();
     sdk.Fail("PxnFeatureFloatGet", PxnErrIO, 2);
