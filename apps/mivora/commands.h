@@ -22,4 +22,5 @@ void AddFeaturesCommand(CommandLine& program, const AppOptions& options, const M
 void AddGetCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker);
 void AddSetCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker);
 void AddDescribeCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker);
+void AddSettingsCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker);
 void AddWatchCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker);

@@ -25,6 +25,7 @@ int main(int argumentCount, char** arguments) {
     AddGetCommand(program, options, maker);
     AddSetCommand(program, options, maker);
     AddDescribeCommand(program, options, maker);
+    AddSettingsCommand(program, options, maker);
     AddParamCommand(program, options, maker);
     AddChannelsCommand(program, options, maker);
     AddSerialCommand(program, options, maker);

@@ -17,8 +17,9 @@ TEST_F(BadInput, HelpIsNoFailure) {
         EXPECT_PRED2(Contains, result.output, "--sdk");
         EXPECT_PRED2(Contains, result.output, "shell");
     }
-    for (const char* command : {"cameras", "info", "snap", "grab", "param", "channels", "serial",
-                                "watch", "shell", "features", "get", "set", "describe"}) {
+    for (const char* command :
+         {"cameras", "info", "snap", "grab", "param", "channels", "serial", "watch", "shell",
+          "features", "get", "set", "describe", "settings"}) {
         ExpectDone(support::RunProgram("mivora", {command, "--help"}));
     }
     for (const char* command :

@@ -203,7 +203,7 @@ TEST_F(FeatureCommands, AreRefusedByAModuleWithoutServices) {
     for (const Arguments& command :
          {Arguments{"features"}, Arguments{"get", "Camera/Width"},
           Arguments{"set", "Camera/Width=1"}, Arguments{"describe", "Camera/Width"},
-
+          Arguments{"settings", "save", PathOf("s.json")},
           Arguments{"grab", "--frames", "1", "--set", "Camera/Width=1"}}) {
         Arguments arguments{"--module", other};
         arguments.insert(arguments.end(), command.begin(), command.end());

@@ -44,6 +44,25 @@ TEST_F(GenicamPrograms, GrabWithTheWidthThatIsSet) {
     EXPECT_EQ(Mivora({"--sdk", "genicam", "get", "Camera/Width"}).output, "640\n");
 }
 
+TEST_F(GenicamPrograms, SettingsOfOneCameraAreLoadedIntoAnother) {
+    const auto run = [&](const std::string& action) {
+        return Mivora({"--sdk", "genicam", "settings", action, PathOf("bench.json")});
+    };
+    ExpectDone(Mivora({"--sdk", "genicam", "set", "Camera/Width=256", "Camera/Height=128"}));
+    ExpectDone(run("save"));
+    camera.Kill();
+    camera.Restart();
+    ASSERT_TRUE(WaitUntilListed());
+    EXPECT_EQ(Mivora({"--sdk", "genicam", "get", "Camera/Width"}).output, "512\n");
+    EXPECT_EQ(run("diff").status, 1);
+    const auto loaded = run("load");
+    ExpectDone(loaded);
+    EXPECT_PRED2(Contains, loaded.output, "Camera/Width: 512 -> 256\n");
+    EXPECT_EQ(Mivora({"--sdk", "genicam", "get", "Camera/Width", "Camera/Height"}).output,
+              "Camera/Width=256\nCamera/Height=128\n");
+    ExpectDone(run("diff"));
+}
+
 TEST_F(GenicamPrograms, TheCamerasDescriptionIsWrittenAsItIs) {
     const auto printed = Mivora({"--sdk", "genicam", "features", "--xml"});
     ExpectDone(printed);
