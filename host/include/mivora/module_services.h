@@ -280,9 +280,9 @@ public:
     /// Stores what is known of the frame received last into a host buffer. Never waits.
     virtual MV_SERVICE_RESULT GetFrameInfo(uint64_t bufferIndex, MV_FRAME_INFO* info,
                                            MV_SERVICE_REASON* reason) = 0;
-    /// Passes the chunk values of that frame: in the host's callback for it, or after a single
-    /// snap. MV_SERVICE_GONE when the camera has the buffer again, MV_SERVICE_NOT_SUPPORTED when
-    /// the frame carries none.
+    /// Passes the chunk values of that frame: in the host's callback for it, or after a
+    /// synchronous snap. MV_SERVICE_GONE when the camera has the buffer again,
+    /// MV_SERVICE_NOT_SUPPORTED when the frame carries none.
     virtual MV_SERVICE_RESULT ReadChunks(uint64_t bufferIndex, MV_CHUNK_RECEIVER receiver,
                                          void* context, MV_SERVICE_REASON* reason) = 0;
     /// Calls `receiver` for each frame that the module receives, incomplete ones included, before
@@ -297,7 +297,7 @@ public:
     virtual MV_SERVICE_RESULT ListCameras(MV_CAMERA_RECEIVER receiver, void* context,
                                           MV_SERVICE_REASON* reason) = 0;
 
-    // ---- settings ----
+    // ---- settings: `path` is encoded as the system's file functions take it ----
 
     /// Saves the streamable features of the open camera, with one value for each position of a
     /// selector, to a JSON file that is replaced only when it is whole. Passes each setting.
