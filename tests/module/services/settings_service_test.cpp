@@ -342,7 +342,7 @@ TEST_F(SettingsServiceTest, WritesNothingOfAFileThatIsNotWhole) {
     File().WriteWhole(SettingsText(OneSetting("Width", "integer", "320") + ",\n" +
                                    OneSetting("Height", "integer", "\"x\"")));
     EXPECT_EQ(File().Load(), MV_SERVICE_FILE_FAILED);
-    EXPECT_NE(std::string(File().reason.text).find("camera.json: line 4, column 9"),
+    EXPECT_NE(std::string(File().reason.text).find("camera.json: line 4, column 88: "),
               std::string::npos)
         << File().reason.text;
     File().WriteWhole(std::string(kMostSettingsBytes + 1, ' '));
@@ -387,8 +387,10 @@ TEST_F(SettingsServiceTest, EndsWhereTwoSettingsChangeEachOther) {
                           OneSetting("ReverseX", "boolean", "true")),
               MV_SERVICE_INCOMPLETE);
     EXPECT_EQ(File().got.CountFailed(), 1u);
-    EXPECT_NE(File().got.all[0].reason.find("another setting has changed it to"),
-              std::string::npos);
+    const bool isFirst = File().got.all[0].result != MV_SERVICE_OK;
+    const ReceivedSetting& changed = File().got.all[isFirst ? 0 : 1];
+    EXPECT_EQ(changed.result, MV_SERVICE_REFUSED);
+    EXPECT_NE(changed.reason.find("another setting has changed it to"), std::string::npos);
 }
 
 TEST_F(SettingsServiceTest, StopsWhenTheCameraGoes) {
