@@ -123,7 +123,7 @@ std::string ApplySdk(const AppOptions& options) {
     if (options.sdk.empty() && !isTraced && !platform::GetEnvironment(kHome).empty()) {
         return "";
     }
-    const std::string places = isReplay ? "" : PlacesText(options.sdk);
+    std::string places = isReplay ? "" : PlacesText(options.sdk);
     std::string home = SdkHome(options.sdk);
     if (isReplay || isTraced) {
         SetVariable("PYXEN_TRACE_REPLAY",

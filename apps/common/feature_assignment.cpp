@@ -70,6 +70,7 @@ void ApplyFeatureAssignments(ServiceClient& services,
                              const std::vector<FeatureAssignment>& assignments,
                              const AppliedReceiver& onApplied) {
     std::vector<std::optional<ServiceValue>> values;
+    values.reserve(assignments.size());
     for (const FeatureAssignment& assignment : assignments) {
         values.push_back(CheckedValue(services, assignment));
     }

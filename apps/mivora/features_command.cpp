@@ -115,6 +115,7 @@ private:
 void PrintFeatures(const std::vector<ListedFeature>& list, const FeaturesOptions& options) {
     if (options.json) {
         std::vector<JsonValue> objects;
+        objects.reserve(list.size());
         for (const ListedFeature& listed : list) {
             objects.push_back(FeatureJson(listed.description, listed.value, false));
         }

@@ -11,6 +11,7 @@
 #include "platform/printable_text.h"
 
 #include <cstdio>
+#include <initializer_list>
 #include <map>
 #include <memory>
 #include <string>
@@ -115,7 +116,7 @@ SettingsFile SettingsOfCamera(Session& session) {
                                      " can be read: " + outcome.reason,
                                  Refusals(outcome.settings));
         }
-        const SettingsFile settings = ParseSettingsFile(path, ReadWholeFile(path));
+        SettingsFile settings = ParseSettingsFile(path, ReadWholeFile(path));
         platform::RemoveDirectoryTree(directory);
         return settings;
     } catch (...) {
@@ -139,21 +140,24 @@ bool PrintDifferences(const SettingsFile& wanted, const SettingsFile& present) {
     const ValuesByName ofFile = ByName(wanted);
     const ValuesByName ofCamera = ByName(present);
     bool differs = false;
-    const auto print = [&](const std::string& text) {
+    const auto print = [&](std::string text, std::initializer_list<const char*> rest) {
         differs = true;
+        for (const char* const part : rest) {
+            text += part;
+        }
         PrintSettingLine(text);
     };
     for (const auto& [name, value] : wanted.settings) {
         const auto found = ofCamera.find(name);
         if (found == ofCamera.end()) {
-            print(name + ": file " + value + ", no setting of the camera");
+            print(name, {": file ", value.c_str(), ", no setting of the camera"});
         } else if (!IsSameValue(found->second, value)) {
-            print(name + ": camera " + found->second + ", file " + value);
+            print(name, {": camera ", found->second.c_str(), ", file ", value.c_str()});
         }
     }
     for (const auto& [name, value] : present.settings) {
         if (ofFile.count(name) == 0) {
-            print(name + ": camera " + value + ", not in the file");
+            print(name, {": camera ", value.c_str(), ", not in the file"});
         }
     }
     return differs;
