@@ -135,6 +135,7 @@ PxnError Feature::Selected(std::vector<const char*>& names) const {
         });
     return result != PxnErrSuccess ? result : NoThrow<PxnError>(PxnErrOther, [&]() -> PxnError {
         std::vector<const char*> read;
+        read.reserve(records.size());
         for (const PxnFeatureInfo& record : records) {
             read.push_back(record.name);
         }

@@ -4,21 +4,16 @@
 #include "services/camera_service.h"
 #include "services/description_file.h"
 
-#include <initializer_list>
-
 namespace pyxen {
 
 namespace {
 
-/// Runs a service whose required arguments are `required`, and hands out how it ended.
+/// Runs a service, unless a required argument is missing, and hands out how it ended.
 template <typename Body>
-MV_SERVICE_RESULT Serve(MV_SERVICE_REASON* reason, std::initializer_list<bool> required,
-                        Body body) noexcept {
-    for (const bool isThere : required) {
-        if (!isThere) {
-            StoreReason("a required argument is missing, or a size is wrong", reason);
-            return MV_SERVICE_BAD_ARGUMENT;
-        }
+MV_SERVICE_RESULT Serve(MV_SERVICE_REASON* reason, bool isComplete, Body body) noexcept {
+    if (!isComplete) {
+        StoreReason("a required argument is missing, or a size is wrong", reason);
+        return MV_SERVICE_BAD_ARGUMENT;
     }
     try {
         const ServiceOutcome outcome = body();
@@ -46,13 +41,13 @@ void ModuleServices::LeaveSdk() {
 
 MV_SERVICE_RESULT ModuleServices::ListModules(MV_TEXT_RECEIVER receiver, void* receiverContext,
                                               MV_SERVICE_REASON* reason) {
-    return Serve(reason, {receiver != nullptr},
+    return Serve(reason, receiver != nullptr,
                  [&] { return features.ListModules(receiver, receiverContext); });
 }
 
 MV_SERVICE_RESULT ModuleServices::ListFeatures(const char* module, MV_FEATURE_RECEIVER receiver,
                                                void* receiverContext, MV_SERVICE_REASON* reason) {
-    return Serve(reason, {module != nullptr, receiver != nullptr},
+    return Serve(reason, module != nullptr && receiver != nullptr,
                  [&] { return features.List(module, receiver, receiverContext); });
 }
 
@@ -60,14 +55,14 @@ MV_SERVICE_RESULT ModuleServices::DescribeFeature(const char* module, const char
                                                   MV_FEATURE_RECEIVER receiver,
                                                   void* receiverContext,
                                                   MV_SERVICE_REASON* reason) {
-    return Serve(reason, {module != nullptr, feature != nullptr, receiver != nullptr},
+    return Serve(reason, module != nullptr && feature != nullptr && receiver != nullptr,
                  [&] { return features.Describe(module, feature, receiver, receiverContext); });
 }
 
 MV_SERVICE_RESULT ModuleServices::ReadFeature(const char* module, const char* feature,
                                               MV_VALUE_RECEIVER receiver, void* receiverContext,
                                               MV_SERVICE_REASON* reason) {
-    return Serve(reason, {module != nullptr, feature != nullptr, receiver != nullptr},
+    return Serve(reason, module != nullptr && feature != nullptr && receiver != nullptr,
                  [&] { return features.Read(module, feature, receiver, receiverContext); });
 }
 
@@ -77,13 +72,13 @@ MV_SERVICE_RESULT ModuleServices::WriteFeature(const char* module, const char* f
                                                MV_SERVICE_REASON* reason) {
     return Serve(
         reason,
-        {module != nullptr, feature != nullptr, value && value->size >= sizeof(MV_FEATURE_VALUE)},
+        module != nullptr && feature != nullptr && value && value->size >= sizeof(MV_FEATURE_VALUE),
         [&] { return features.Write(module, feature, *value, receiver, receiverContext); });
 }
 
 MV_SERVICE_RESULT ModuleServices::RunCommand(const char* module, const char* feature,
                                              uint32_t timeoutMs, MV_SERVICE_REASON* reason) {
-    return Serve(reason, {module != nullptr, feature != nullptr},
+    return Serve(reason, module != nullptr && feature != nullptr,
                  [&] { return features.Run(module, feature, timeoutMs); });
 }
 
@@ -92,19 +87,20 @@ MV_SERVICE_RESULT ModuleServices::Subscribe(const char* module, const char* feat
                                             uint64_t* subscription, MV_SERVICE_REASON* reason) {
     return Serve(
         reason,
-        {module != nullptr, feature != nullptr, receiver != nullptr, subscription != nullptr}, [&] {
+        module != nullptr && feature != nullptr && receiver != nullptr && subscription != nullptr,
+        [&] {
             return subscriptions.Add(module, feature, receiver, receiverContext, *subscription);
         });
 }
 
 MV_SERVICE_RESULT ModuleServices::Unsubscribe(uint64_t subscription, MV_SERVICE_REASON* reason) {
-    return Serve(reason, {}, [&] { return subscriptions.End(subscription); });
+    return Serve(reason, true, [&] { return subscriptions.End(subscription); });
 }
 
 MV_SERVICE_RESULT ModuleServices::ReadDescriptionFile(MV_DATA_RECEIVER receiver,
                                                       void* receiverContext,
                                                       MV_SERVICE_REASON* reason) {
-    return Serve(reason, {receiver != nullptr},
+    return Serve(reason, receiver != nullptr,
                  [&] { return pyxen::ReadDescriptionFile(context, receiver, receiverContext); });
 }
 
@@ -112,27 +108,27 @@ MV_SERVICE_RESULT ModuleServices::ReadDescriptionFile(MV_DATA_RECEIVER receiver,
 
 MV_SERVICE_RESULT ModuleServices::GetFrameInfo(uint64_t bufferIndex, MV_FRAME_INFO* info,
                                                MV_SERVICE_REASON* reason) {
-    return Serve(reason, {info && info->size >= sizeof(MV_FRAME_INFO)},
+    return Serve(reason, info && info->size >= sizeof(MV_FRAME_INFO),
                  [&] { return frames.GetInfo(bufferIndex, *info); });
 }
 
 MV_SERVICE_RESULT ModuleServices::ReadChunks(uint64_t bufferIndex, MV_CHUNK_RECEIVER receiver,
                                              void* receiverContext, MV_SERVICE_REASON* reason) {
-    return Serve(reason, {receiver != nullptr},
+    return Serve(reason, receiver != nullptr,
                  [&] { return frames.ReadChunks(bufferIndex, receiver, receiverContext); });
 }
 
 MV_SERVICE_RESULT ModuleServices::InstallFrameReceiver(MV_FRAME_RECEIVER receiver,
                                                        void* receiverContext,
                                                        MV_SERVICE_REASON* reason) {
-    return Serve(reason, {}, [&] { return frames.InstallReceiver(receiver, receiverContext); });
+    return Serve(reason, true, [&] { return frames.InstallReceiver(receiver, receiverContext); });
 }
 
 // ---- cameras ----
 
 MV_SERVICE_RESULT ModuleServices::ListCameras(MV_CAMERA_RECEIVER receiver, void* receiverContext,
                                               MV_SERVICE_REASON* reason) {
-    return Serve(reason, {receiver != nullptr},
+    return Serve(reason, receiver != nullptr,
                  [&] { return pyxen::ListCameras(context, receiver, receiverContext); });
 }
 
@@ -140,14 +136,14 @@ MV_SERVICE_RESULT ModuleServices::ListCameras(MV_CAMERA_RECEIVER receiver, void*
 
 MV_SERVICE_RESULT ModuleServices::SaveSettings(const char* path, MV_SETTING_RECEIVER receiver,
                                                void* receiverContext, MV_SERVICE_REASON* reason) {
-    return Serve(reason, {path != nullptr},
+    return Serve(reason, path != nullptr,
                  [&] { return settings.Save(path, receiver, receiverContext); });
 }
 
 MV_SERVICE_RESULT ModuleServices::LoadSettings(const char* path, uint32_t flags,
                                                MV_SETTING_RECEIVER receiver, void* receiverContext,
                                                MV_SERVICE_REASON* reason) {
-    return Serve(reason, {path != nullptr},
+    return Serve(reason, path != nullptr,
                  [&] { return settings.Load(path, flags, receiver, receiverContext); });
 }
 

@@ -146,9 +146,8 @@ ServiceOutcome SettingsLoader::Write(Item& item) {
 bool SettingsLoader::FindChanged() {
     bool isAnyChanged = false;
     for (Item& item : items) {
-        const bool isVolatile =
-            item.feature.info && (item.feature.info->featureFlags & PxnFeatureFlagVolatile) != 0;
-        if (item.state != State::kTaken || isVolatile) {
+        if (item.state != State::kTaken ||
+            (item.feature.info->featureFlags & PxnFeatureFlagVolatile) != 0) {
             continue;
         }
         std::optional<StoredValue> present;
