@@ -10,7 +10,7 @@
 
 namespace pyxen {
 
-/// What hosts are told of one setting, collected with the lock and passed on without it.
+/// What hosts receive about one setting, collected with the lock and passed on without it.
 struct SettingReport {
     ServiceOutcome outcome;
     std::string module;
