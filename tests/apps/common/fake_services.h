@@ -1,7 +1,7 @@
 // fake_services.h - services without a module, which a test fills
 #pragma once
 
-#include "mivora/module_services.h"
+#include "tests/support/test_services.h"
 
 #include <cstring>
 #include <map>
@@ -10,7 +10,7 @@
 #include <vector>
 
 /// Serves what the test has put into its members and keeps what it is asked to do.
-class FakeServices final : public IMivoraModuleServices {
+class FakeServices final : public TestServices {
 public:
     struct Feature {
         MV_FEATURE_DESCRIPTION description{};
@@ -18,9 +18,6 @@ public:
         std::string text; ///< of the value
         MV_SERVICE_RESULT writing = MV_SERVICE_OK;
     };
-
-    FakeServices() = default;
-    ~FakeServices() = default;
 
     /// Adds a feature that can be read and written.
     Feature& Add(const char* module, const char* name, MV_FEATURE_TYPE type) {
@@ -42,8 +39,6 @@ public:
         feature.value.type = type;
         return feature;
     }
-
-    uint32_t GetVersion() const override { return MIVORA_SERVICES_VERSION; }
 
     MV_SERVICE_RESULT ListModules(MV_TEXT_RECEIVER receiver, void* context,
                                   MV_SERVICE_REASON*) override {
@@ -104,29 +99,10 @@ public:
                         std::to_string(timeoutMs));
         return running;
     }
-    MV_SERVICE_RESULT Subscribe(const char*, const char*, MV_CHANGE_RECEIVER, void*, uint64_t*,
-                                MV_SERVICE_REASON*) override {
-        return MV_SERVICE_NOT_SUPPORTED;
-    }
-    MV_SERVICE_RESULT Unsubscribe(uint64_t, MV_SERVICE_REASON*) override {
-        return MV_SERVICE_NOT_SUPPORTED;
-    }
     MV_SERVICE_RESULT ReadDescriptionFile(MV_DATA_RECEIVER receiver, void* context,
                                           MV_SERVICE_REASON*) override {
         receiver("camera.xml", descriptionFile.data(), descriptionFile.size(), context);
         return MV_SERVICE_OK;
-    }
-    MV_SERVICE_RESULT GetFrameInfo(uint64_t, MV_FRAME_INFO*, MV_SERVICE_REASON*) override {
-        return MV_SERVICE_NOT_SUPPORTED;
-    }
-    MV_SERVICE_RESULT ReadChunks(uint64_t, MV_CHUNK_RECEIVER, void*, MV_SERVICE_REASON*) override {
-        return MV_SERVICE_NOT_SUPPORTED;
-    }
-    MV_SERVICE_RESULT InstallFrameReceiver(MV_FRAME_RECEIVER, void*, MV_SERVICE_REASON*) override {
-        return MV_SERVICE_NOT_SUPPORTED;
-    }
-    MV_SERVICE_RESULT ListCameras(MV_CAMERA_RECEIVER, void*, MV_SERVICE_REASON*) override {
-        return MV_SERVICE_NOT_SUPPORTED;
     }
     MV_SERVICE_RESULT SaveSettings(const char* path, MV_SETTING_RECEIVER receiver, void* context,
                                    MV_SERVICE_REASON* reason) override {

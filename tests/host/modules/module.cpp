@@ -1,7 +1,7 @@
 // module.cpp - a minimal grabber module, valid or not depending on compile definitions
 #include "mivora/module_entry.h"
-#include "tests/host/modules/test_services.h"
 #include "tests/host/test_grabber.h"
+#include "tests/support/test_services.h"
 
 #if defined(_MSC_VER) || defined(__MINGW32__)
 #define EXPORTED extern "C" __declspec(dllexport)

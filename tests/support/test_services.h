@@ -1,10 +1,13 @@
-// test_services.h - services of a test module: only a version
+// test_services.h - services that have a version and serve nothing
 #pragma once
 
 #include "mivora/module_services.h"
 
-class TestServices final : public IMivoraModuleServices {
+/// Tests override what they want served.
+class TestServices : public IMivoraModuleServices {
 public:
+    virtual ~TestServices() = default;
+
     uint32_t GetVersion() const override { return MIVORA_SERVICES_VERSION; }
 
     MV_SERVICE_RESULT ListModules(MV_TEXT_RECEIVER, void*, MV_SERVICE_REASON*) override {
