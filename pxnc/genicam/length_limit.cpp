@@ -11,10 +11,17 @@
 namespace genicam {
 namespace {
 
-/// The text of a property, or null when it has none.
-ArvDomText* TextOf(ArvDomNode* property) {
-    ArvDomNode* const child = arv_dom_node_get_first_child(property);
-    return child && ARV_IS_DOM_TEXT(child) ? ARV_DOM_TEXT(child) : nullptr;
+/// Takes the texts of a property away and returns them as one. The parser makes several of a text
+/// with character references, or when elements within it are not well-formed.
+std::string TakeText(ArvDomNode* property) {
+    std::string text;
+    while (ArvDomNode* const child = arv_dom_node_get_first_child(property)) {
+        if (ARV_IS_DOM_TEXT(child)) {
+            text += arv_dom_node_get_node_value(child);
+        }
+        arv_dom_node_remove_child(property, child);
+    }
+    return text;
 }
 
 void AppendWithText(ArvDomDocument* document, ArvDomNode* parent, const char* element,
@@ -53,15 +60,10 @@ void LimitRegisterLengths(ArvGc* description) {
         }
     }
     for (ArvDomNode* const link : links) {
-        ArvDomText* const text = TextOf(link);
-        if (!text) {
-            continue; // it names nothing
-        }
-        const std::string length = arv_dom_node_get_node_value(ARV_DOM_NODE(text));
+        const std::string length = TakeText(link);
         // Longer than the other name, so that limits cannot be each other's.
         const std::string limited = length + ", limited";
         AddFormula(document, length, limited);
-        arv_dom_node_remove_child(link, ARV_DOM_NODE(text));
         arv_dom_node_append_child(
             link, ARV_DOM_NODE(arv_dom_document_create_text_node(document, limited.c_str())));
     }

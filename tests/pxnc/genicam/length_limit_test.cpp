@@ -19,10 +19,10 @@ namespace {
 class LimitedDevice {
 public:
     explicit LimitedDevice(std::uint32_t length, const std::string& kind = "Register",
-                           const std::string& more = "")
+                           const std::string& more = "", const std::string& link = "Length")
         : text("<RegisterDescription ModelName=\"M\" VendorName=\"V\">"
                "<Category Name=\"Root\"><pFeature>A</pFeature></Category><" +
-               kind + " Name=\"A\"><Address>16</Address><pLength>Length</pLength>" +
+               kind + " Name=\"A\"><Address>16</Address><pLength>" + link + "</pLength>" +
                "<AccessMode>RW</AccessMode><pPort>Device</pPort></" + kind +
                "><IntReg Name=\"Length\"><Address>0</Address><Length>4</Length>"
                "<AccessMode>RW</AccessMode><pPort>Device</pPort><Cachable>NoCache</Cachable>"
@@ -96,6 +96,12 @@ TEST(LengthLimit, LetsNoReadAskForMoreMemory) {
         device.Feature().GetFloat(real);
         EXPECT_EQ(bytes.size() + text.size(), 0u) << kind;
     }
+}
+
+// The parser passes on what character references stand for as texts of their own.
+TEST(LengthLimit, TakesALinkInSeveralTextsWhole) {
+    EXPECT_EQ(LimitedDevice(8, "Register", "", "&#76;ength").Length(), 8u);
+    EXPECT_EQ(LimitedDevice(8, "Register", "", "&#32;-1").Length(), 0u);
 }
 
 TEST(LengthLimit, IsNotLedAroundInCircles) {
