@@ -1,6 +1,7 @@
-// file_system.cpp - paths and reading files, the same on all platforms
+// file_system.cpp - paths and whole files, the same on all platforms
 #include "platform/file_system.h"
 
+#include "platform/output_file.h"
 #include "platform/path_rules.h"
 
 #include <cerrno>
@@ -61,6 +62,12 @@ bool ReadWholeFile(const std::string& path, std::string& content, std::string* e
     }
     content.swap(read);
     return true;
+}
+
+bool ReplaceWholeFile(const std::string& path, const std::string& content, std::string* error) {
+    OutputFile file;
+    return file.Create(path, error) && file.Append({{content.data(), content.size()}}, error) &&
+           file.Finish(true, error);
 }
 
 } // namespace platform

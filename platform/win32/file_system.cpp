@@ -1,10 +1,7 @@
 // file_system.cpp - paths and files on Windows
 #include "platform/file_system.h"
 
-#include "platform/clock.h"
 #include "platform/path_rules.h"
-#include "platform/sleep.h"
-#include "platform/win32/last_error.h"
 
 #include <fcntl.h>
 #include <io.h>
@@ -22,7 +19,6 @@ namespace platform {
 namespace {
 
 constexpr std::size_t kLongestPath = 32768;
-constexpr std::uint64_t kOpenElsewhereLimitNs = 500'000'000;
 
 class FileHandle {
 public:
@@ -52,73 +48,6 @@ bool IsDrive(const std::string& path) {
 std::string UniqueNumber() {
     static std::atomic<unsigned> nextNumber{0};
     return std::to_string(GetCurrentProcessId()) + "." + std::to_string(nextNumber++);
-}
-
-// Creates a file with a unique name in the directory of `path`; INVALID_HANDLE_VALUE with the last
-// error set on failure.
-HANDLE CreateFileBeside(const std::string& path, std::string& name) {
-    HANDLE handle = INVALID_HANDLE_VALUE;
-    do {
-        name = path + "." + UniqueNumber() + ".tmp";
-        handle = CreateFileA(name.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
-                             FILE_ATTRIBUTE_NORMAL, nullptr);
-    } while (handle == INVALID_HANDLE_VALUE && GetLastError() == ERROR_FILE_EXISTS);
-    return handle;
-}
-
-bool WriteAll(HANDLE handle, const std::string& content) {
-    constexpr std::size_t kMost = 1u << 30;
-    std::size_t done = 0;
-    while (done < content.size()) {
-        const DWORD size = static_cast<DWORD>(std::min(content.size() - done, kMost));
-        DWORD written = 0;
-        if (!WriteFile(handle, content.data() + done, size, &written, nullptr)) {
-            return false;
-        }
-        done += written;
-    }
-    return true;
-}
-
-// Windows refuses to replace a file while anybody has it open, be it for reading. Readers of small
-// files are quick. Returns false with the last error set on failure.
-bool RenameOver(const std::string& temporary, const std::string& path) {
-    const std::uint64_t start = MonotonicNanoseconds();
-    while (!MoveFileExA(temporary.c_str(), path.c_str(),
-                        MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
-        const DWORD reason = GetLastError();
-        const bool mayBeOpen = reason == ERROR_ACCESS_DENIED || reason == ERROR_SHARING_VIOLATION;
-        if (!mayBeOpen || MonotonicNanoseconds() - start >= kOpenElsewhereLimitNs) {
-            SetLastError(reason);
-            return false;
-        }
-        SleepMs(1);
-    }
-    return true;
-}
-
-// Returns false with the last error set on failure.
-bool Replace(const std::string& path, const std::string& content) {
-    const DWORD attributes = AttributesOf(path);
-    if (attributes != INVALID_FILE_ATTRIBUTES &&
-        (attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)) != 0) {
-        SetLastError(ERROR_ACCESS_DENIED);
-        return false;
-    }
-    std::string temporary;
-    FileHandle file(CreateFileBeside(path, temporary));
-    if (!file.IsOpen()) {
-        return false;
-    }
-    if (WriteAll(file.Get(), content) && FlushFileBuffers(file.Get()) && file.Close() &&
-        RenameOver(temporary, path)) {
-        return true;
-    }
-    const DWORD reason = GetLastError();
-    file.Close();
-    DeleteFileA(temporary.c_str());
-    SetLastError(reason);
-    return false;
 }
 
 bool RemoveEntry(const std::string& path, DWORD attributes) {
@@ -251,14 +180,6 @@ std::string ExecutablePath() {
     std::string path(kLongestPath, '\0');
     path.resize(GetModuleFileNameA(nullptr, path.data(), static_cast<DWORD>(path.size())));
     return path;
-}
-
-bool ReplaceWholeFile(const std::string& path, const std::string& content, std::string* error) {
-    const bool replaced = Replace(path, content);
-    if (!replaced && error) {
-        *error = SystemErrorText(GetLastError());
-    }
-    return replaced;
 }
 
 } // namespace platform

@@ -102,7 +102,7 @@ protected:
 
 TEST_F(FailingFileSystem, AnInterruptedWriteIsContinued) {
     const std::string path = directory.PathOf("file");
-    const FailingCalls failing("write", EINTR, 2);
+    const FailingCalls failing("pwrite", EINTR, 2);
     EXPECT_TRUE(ReplaceWholeFile(path, "content"));
     EXPECT_EQ(failing.Failed(), 2);
     EXPECT_EQ(directory.Read("file"), "content");

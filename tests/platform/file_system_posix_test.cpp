@@ -1,16 +1,15 @@
 // file_system_posix_test.cpp - permissions, symbolic links and atomic replacement
 #include "platform/file_system.h"
 
+#include "tests/support/posix/file_size_limit.h"
 #include "tests/support/temporary_directory.h"
 
 #include <gtest/gtest.h>
 
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <atomic>
-#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <iterator>
@@ -33,26 +32,6 @@ protected:
     }
 
     support::TemporaryDirectory directory;
-};
-
-// While it exists, no file can grow beyond `limit` bytes.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t limit) : formerHandler(std::signal(SIGXFSZ, SIG_IGN)) {
-        getrlimit(RLIMIT_FSIZE, &former);
-        const rlimit lowered{limit, former.rlim_max};
-        EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &lowered), 0);
-    }
-    ~FileSizeLimit() {
-        setrlimit(RLIMIT_FSIZE, &former);
-        std::signal(SIGXFSZ, formerHandler);
-    }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
-private:
-    rlimit former{};
-    void (*formerHandler)(int);
 };
 
 TEST_F(PosixFileSystem, ReplaceKeepsThePermissionBits) {
@@ -126,7 +105,7 @@ TEST_F(PosixFileSystem, AFailedWriteLeavesTheOldFileAndNothingElse) {
     const std::string path = directory.Write("file", "old");
     std::string error;
     {
-        const FileSizeLimit limit(1000);
+        const support::FileSizeLimit limit(1000);
         EXPECT_FALSE(ReplaceWholeFile(path, std::string(5000, 'x'), &error));
     }
     EXPECT_FALSE(error.empty());

@@ -48,6 +48,9 @@ bool HasToFail(const char* function) {
 SUPPORT_FAILING(ssize_t, read, -1, (int file, void* to, std::size_t size), (file, to, size))
 SUPPORT_FAILING(ssize_t, write, -1, (int file, const void* from, std::size_t size),
                 (file, from, size))
+SUPPORT_FAILING(ssize_t, pwrite, -1, (int file, const void* from, std::size_t size, off_t offset),
+                (file, from, size, offset))
+SUPPORT_FAILING(int, ftruncate, -1, (int file, off_t size), (file, size))
 SUPPORT_FAILING(ssize_t, send, -1, (int file, const void* from, std::size_t size, int flags),
                 (file, from, size, flags))
 // The descriptor is given back all the same.
