@@ -2,11 +2,11 @@
 #
 # Installed packages come first. A cross build finds none of them: there, header-only libraries are
 # staged as links to just their own directories, so that no other header of the build machine is
-# seen, and pugixml and lodepng are compiled from sources in MIVORA_THIRD_PARTY, which `./dev`
-# fetches.
+# seen, and pugixml, lodepng and libdeflate are compiled from sources in MIVORA_THIRD_PARTY, which
+# `./dev` fetches.
 
 set(MIVORA_THIRD_PARTY ${CMAKE_SOURCE_DIR}/build/third_party CACHE PATH
-    "Where the sources of pugixml and lodepng are, for targets without packages of them")
+    "Where the sources of libraries are, for targets without packages of them")
 set(MIVORA_HEADER_ONLY /usr/include CACHE PATH
     "Where the directories CLI and nlohmann are, for targets without packages of them")
 set(MIVORA_GOOGLETEST /usr/src/googletest CACHE PATH
@@ -28,17 +28,34 @@ function(mivora_stage_headers name directory)
   target_include_directories(${name} SYSTEM INTERFACE ${stage})
 endfunction()
 
-# Compiles NAME from SOURCE, a file below MIVORA_THIRD_PARTY.
-function(mivora_compile_library name source)
-  set(path ${MIVORA_THIRD_PARTY}/${source})
-  if(NOT EXISTS ${path})
-    message(FATAL_ERROR "There is no package of ${name} for this target and no ${path}: run "
+# mivora_compile_library(NAME DIRECTORY SOURCES...): NAME from sources in a directory of
+# MIVORA_THIRD_PARTY; their headers are in the directory of the first.
+function(mivora_compile_library name directory)
+  list(TRANSFORM ARGN PREPEND ${MIVORA_THIRD_PARTY}/${directory}/ OUTPUT_VARIABLE sources)
+  list(GET sources 0 first)
+  if(NOT EXISTS ${first})
+    message(FATAL_ERROR "There is no package of ${name} for this target and no ${first}: run "
                         "'./dev setup windows' or set MIVORA_THIRD_PARTY")
   endif()
-  cmake_path(GET path PARENT_PATH directory)
-  add_library(${name} STATIC ${path})
-  target_include_directories(${name} SYSTEM PUBLIC ${directory})
+  cmake_path(GET first PARENT_PATH headers)
+  add_library(${name} STATIC ${sources})
+  target_include_directories(${name} SYSTEM PUBLIC ${headers})
   set_target_properties(${name} PROPERTIES UNITY_BUILD OFF)
+endfunction()
+
+# mivora_find_library(NAME HEADER LIBRARY...): declares NAME, a package without a file for CMake,
+# unless it is not there.
+function(mivora_find_library name header)
+  string(TOUPPER ${name} prefix)
+  find_path(${prefix}_INCLUDE_DIR ${header})
+  find_library(${prefix}_LIBRARY NAMES ${ARGN})
+  mark_as_advanced(${prefix}_INCLUDE_DIR ${prefix}_LIBRARY)
+  if(${prefix}_INCLUDE_DIR AND ${prefix}_LIBRARY)
+    add_library(${name} UNKNOWN IMPORTED GLOBAL)
+    set_target_properties(${name} PROPERTIES
+      IMPORTED_LOCATION ${${prefix}_LIBRARY}
+      INTERFACE_INCLUDE_DIRECTORIES ${${prefix}_INCLUDE_DIR})
+  endif()
 endfunction()
 
 find_package(CLI11 QUIET)
@@ -53,21 +70,20 @@ endif()
 
 find_package(pugixml QUIET)
 if(NOT pugixml_FOUND)
-  mivora_compile_library(pugixml pugixml/src/pugixml.cpp)
+  mivora_compile_library(pugixml pugixml src/pugixml.cpp)
   add_library(pugixml::pugixml ALIAS pugixml)
 endif()
 
-# lodepng's package has no CMake file of its own.
-find_path(LODEPNG_INCLUDE_DIR lodepng.h)
-find_library(LODEPNG_LIBRARY lodepng)
-mark_as_advanced(LODEPNG_INCLUDE_DIR LODEPNG_LIBRARY)
-if(LODEPNG_INCLUDE_DIR AND LODEPNG_LIBRARY)
-  add_library(lodepng UNKNOWN IMPORTED)
-  set_target_properties(lodepng PROPERTIES
-    IMPORTED_LOCATION ${LODEPNG_LIBRARY}
-    INTERFACE_INCLUDE_DIRECTORIES ${LODEPNG_INCLUDE_DIR})
-else()
-  mivora_compile_library(lodepng lodepng/lodepng.cpp)
+mivora_find_library(lodepng lodepng.h lodepng)
+if(NOT TARGET lodepng)
+  mivora_compile_library(lodepng lodepng lodepng.cpp)
+endif()
+
+mivora_find_library(deflate libdeflate.h deflate libdeflate)
+if(NOT TARGET deflate)
+  mivora_compile_library(deflate libdeflate libdeflate.h lib/adler32.c lib/crc32.c
+                         lib/deflate_compress.c lib/deflate_decompress.c lib/utils.c
+                         lib/x86/cpu_features.c lib/zlib_compress.c lib/zlib_decompress.c)
 endif()
 
 if(MIVORA_GENICAM)

@@ -1,9 +1,14 @@
 // image_writer.h - writes image files
 #pragma once
 
-#include "apps/common/picture.h"
+#include "apps/common/host_image.h"
 
+#include <cstdint>
 #include <string>
+
+struct ImageFileOptions {
+    std::uint32_t pngLevel = 1; ///< 0, not compressed, to 9
+};
 
 /// Writes an image in the format given by the extension of `path`:
 ///
@@ -15,14 +20,11 @@
 /// - `.ppm`: colour, likewise unscaled; grey is written three times and alpha is dropped.
 /// - `.pnm`: `.pgm` for one component, otherwise `.ppm`.
 ///
-/// Throws CommandFailure for other extensions, layouts that cannot be written and write errors.
-/// Overwrites an existing file.
-void WriteImage(const std::string& path, const ImageLayout& layout, const void* data);
+/// Depth and channels follow the layout, whatever the samples are. A file of that name is replaced
+/// when the new one is whole. Throws CommandFailure for other extensions, layouts that cannot be
+/// written and write errors.
+void WriteImage(const std::string& path, const ImageLayout& layout, const void* data,
+                const ImageFileOptions& options = {});
 
 /// The reason why WriteImage would refuse the file name; empty if it would not.
 std::string ImageFileNameProblem(const std::string& path);
-
-/// The contents of a PNG file.
-std::string EncodePng(const Picture& picture);
-/// The contents of a PPM file, or without `colour` of a PGM file.
-std::string EncodePnm(const Picture& picture, bool colour);

@@ -3,11 +3,6 @@
 
 #include "apps/common/demosaic.h"
 
-#include <array>
-
-namespace {
-
-/// The indices of a pixel's red, green, blue and alpha components.
 std::array<std::uint32_t, 4> ChannelOrder(MV_COLORCODING coding) {
     switch (coding) {
     case MVCC_ARGB:
@@ -19,8 +14,6 @@ std::array<std::uint32_t, 4> ChannelOrder(MV_COLORCODING coding) {
         return {0, 1, 2, 3};
     }
 }
-
-} // namespace
 
 Picture MakePicture(const ImageLayout& layout, const void* data, bool demosaic) {
     const ImageReader reader(layout, data);

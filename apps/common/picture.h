@@ -3,6 +3,7 @@
 
 #include "apps/common/host_image.h"
 
+#include <array>
 #include <cstdint>
 #include <vector>
 
@@ -18,3 +19,6 @@ struct Picture {
 /// Converts an image; components are reordered to red, green, blue, alpha. A colour filter image
 /// becomes its grey mosaic, or with `demosaic` a colour picture.
 Picture MakePicture(const ImageLayout& layout, const void* data, bool demosaic);
+
+/// The indices of a pixel's red, green, blue and alpha components; the first is that of grey.
+std::array<std::uint32_t, 4> ChannelOrder(MV_COLORCODING coding);

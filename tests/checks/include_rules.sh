@@ -46,7 +46,7 @@ for folder in module/*/; do
   name=$(basename "$folder")
   [[ " ${order[*]} " == *" $name "* ]] || complain 'a folder of the module without a place:' "$name"
 done
-forbid module 'CLI/|nlohmann/|pugixml|lodepng|arv' 'the module uses the standard library alone'
+forbid module 'CLI/|nlohmann/|pugixml|lodepng|libdeflate|tiff|arv' 'the module uses the standard library alone'
 forbid apps/mivora "pxnc|$module" \
   'mivora knows only the host and what all programs share'
 
