@@ -16,11 +16,13 @@ std::string FailureLines(const std::string& text, const std::vector<std::string>
 
 } // namespace
 
-CommandFailure::CommandFailure(const std::string& text, const std::vector<std::string>& details)
-    : std::runtime_error(FailureLines(text, details)) {}
+CommandFailure::CommandFailure(const std::string& text, const std::vector<std::string>& detailTexts)
+    : std::runtime_error(FailureLines(text, detailTexts)), message(text), details(detailTexts) {}
 
 CommandFailure CommandFailure::With(const std::string& detail) const {
-    return {what() + FailureLines("", {detail}), IsPrintable{}};
+    std::vector<std::string> more = details;
+    more.push_back(detail);
+    return CommandFailure(message, more);
 }
 
 std::string FailureText(const std::string& operation, MV_ERRCODE code, const std::string& object) {

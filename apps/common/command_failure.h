@@ -16,9 +16,13 @@ public:
     /// The same failure with one more detail.
     CommandFailure With(const std::string& detail) const;
 
+    /// The texts as they were given.
+    const std::string& Message() const { return message; }
+    const std::vector<std::string>& Details() const { return details; }
+
 private:
-    struct IsPrintable {};
-    CommandFailure(const std::string& lines, IsPrintable) : std::runtime_error(lines) {}
+    std::string message;
+    std::vector<std::string> details;
 };
 
 /// "OpenActCamera failed with 4 (the SDK refused ...) for camera 1".

@@ -3,6 +3,8 @@
 // The only source that includes CLI11, which takes many seconds to compile.
 #include "apps/common/command_line.h"
 
+#include "apps/common/command_failure.h"
+#include "apps/common/json_text.h"
 #include "apps/common/parse_number.h"
 #include "platform/console.h"
 #include "platform/printable_text.h"
@@ -11,6 +13,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <exception>
 #include <sstream>
 #include <system_error>
@@ -29,30 +32,15 @@ CommandOption Add(CLI::App& command, const char* names, T& variable, const char*
     return CommandOption(*command.add_option(names, variable, description));
 }
 
-int Fail(const CLI::App& app, const char* text) {
-    std::fprintf(stderr, "%s: %s\n", app.get_name().c_str(),
-                 platform::PrintableLines(text).c_str());
-    return kFailed;
-}
-
-// Prints help, or what is wrong with the arguments.
-int Explain(const CLI::App& app, const CLI::Error& error) {
-    std::ostringstream output;
-    std::ostringstream errors;
-    const int status = app.exit(error, output, errors);
-    std::fputs(platform::PrintableLines(output.str()).c_str(), stdout);
-    std::fputs(platform::PrintableLines(errors.str()).c_str(), stderr);
-    return status;
-}
-
-// An unknown word in place of a command is reported as such, not as a missing command.
-void ReportMissing(const CLI::App& app, const CLI::RequiredError& error) {
-    Texts words = app.remaining(true);
-    if (words.empty()) {
-        Explain(app, error);
-    } else {
-        Explain(app, CLI::ExtrasError(app.get_name(), std::move(words)));
+/// The parser stops at the first argument that it does not understand, so that a later --json is
+/// looked for among the arguments themselves.
+bool HasJson(int argumentCount, char** arguments) {
+    for (int i = 1; i < argumentCount && std::strcmp(arguments[i], "--") != 0; ++i) {
+        if (std::strcmp(arguments[i], "--json") == 0 || std::strcmp(arguments[i], "-j") == 0) {
+            return true;
+        }
     }
+    return false;
 }
 
 // Output may stay buffered until here, so that a full disk shows only now.
@@ -65,6 +53,16 @@ bool IsOutputWritten(std::string& reason) {
 }
 
 } // namespace
+
+CommandOption& CommandOption::Needs(const CommandOption& other) {
+    option.needs(&other.option);
+    return *this;
+}
+
+CommandOption& CommandOption::Excludes(const CommandOption& other) {
+    option.excludes(&other.option);
+    return *this;
+}
 
 CommandOption& CommandOption::Required() {
     option.required();
@@ -141,8 +139,20 @@ CommandOption Command::AddOption(const char* names, std::uint64_t& variable,
     return Add(*command, names, variable, description);
 }
 
-void Command::AddFlag(const char* names, bool& variable, const char* description) {
-    command->add_flag(names, variable, description);
+CommandOption Command::AddFlag(const char* names, bool& variable, const char* description) {
+    return CommandOption(*command->add_flag(names, variable, description));
+}
+
+CommandOption Command::AddJson(bool& variable) {
+    return AddFlag("-j,--json", variable, "Print JSON");
+}
+
+void Command::Excludes(const char* programOption) {
+    CLI::App* program = command;
+    while (program->get_parent()) {
+        program = program->get_parent();
+    }
+    command->excludes(program->get_option(programOption));
 }
 
 Command Command::AddCommand(const char* name, const char* description) {
@@ -174,31 +184,73 @@ CommandLine::CommandLine(std::unique_ptr<CLI::App> parser)
 
 CommandLine::~CommandLine() = default;
 
+void CommandLine::PrintError(int status, const std::string& message, const Texts& details) {
+    const std::vector<JsonValue> list(details.begin(), details.end());
+    const JsonValue report = JsonReport(
+        {{"error",
+          JsonObject({{"status", status}, {"message", message}, {"details", JsonArray(list)}})}});
+    std::fprintf(stderr, "%s\n", report.Text().c_str());
+}
+
+int CommandLine::Fail(const std::exception& failure) {
+    if (!isJson) {
+        std::fprintf(stderr, "%s: %s\n", app->get_name().c_str(),
+                     platform::PrintableLines(failure.what()).c_str());
+    } else if (const auto* known = dynamic_cast<const CommandFailure*>(&failure)) {
+        PrintError(kFailed, known->Message(), known->Details());
+    } else {
+        PrintError(kFailed, failure.what(), {});
+    }
+    return kFailed;
+}
+
+/// Prints help, or what is wrong with the arguments.
+int CommandLine::Explain(const CLI::Error& error) {
+    if (error.get_exit_code() != 0 && isJson) {
+        PrintError(kBadUsage, error.what(), {});
+        return kBadUsage;
+    }
+    std::ostringstream output;
+    std::ostringstream errors;
+    const int status = app->exit(error, output, errors);
+    std::fputs(platform::PrintableLines(output.str()).c_str(), stdout);
+    std::fputs(platform::PrintableLines(errors.str()).c_str(), stderr);
+    return status == 0 ? 0 : kBadUsage;
+}
+
+/// An unknown word in place of a command is reported as such, not as a missing command.
+int CommandLine::ReportMissing(const CLI::Error& error) {
+    Texts words = app->remaining(true);
+    return words.empty() ? Explain(error)
+                         : Explain(CLI::ExtrasError(app->get_name(), std::move(words)));
+}
+
 int CommandLine::ParseAndRun(int argumentCount, char** arguments) {
     try {
         app->parse(argumentCount, arguments);
         return 0;
     } catch (const ExitStatus& status) {
         return status.code;
+    } catch (const BadUsage& reason) {
+        return Explain(CLI::ValidationError(reason.what()));
     } catch (const MissingArgument& argument) {
-        ReportMissing(*app, CLI::RequiredError(argument.what()));
-        return kBadUsage;
+        return ReportMissing(CLI::RequiredError(argument.what()));
     } catch (const CLI::RequiredError& error) {
-        ReportMissing(*app, error);
-        return kBadUsage;
+        return ReportMissing(error);
     } catch (const CLI::ParseError& error) {
-        return Explain(*app, error) == 0 ? 0 : kBadUsage;
-    } catch (const std::exception& error) {
-        return Fail(*app, error.what());
+        return Explain(error);
+    } catch (const std::exception& failure) {
+        return Fail(failure);
     }
 }
 
 int CommandLine::Run(int argumentCount, char** arguments) {
     platform::PrepareStandardStreams();
+    isJson = HasJson(argumentCount, arguments);
     const int status = ParseAndRun(argumentCount, arguments);
     std::string reason;
     if (!IsOutputWritten(reason) && status == 0) {
-        return Fail(*app, ("cannot write to standard output" + reason).c_str());
+        return Fail(CommandFailure("cannot write to standard output" + reason));
     }
     return status;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <exception>
 #include <functional>
 #include <initializer_list>
 #include <memory>
@@ -12,6 +13,7 @@
 
 namespace CLI {
 class App;
+class Error;
 class Option;
 } // namespace CLI
 
@@ -37,6 +39,10 @@ public:
     /// Accepts only values for which `problem` returns an empty text; the text is the error
     /// message.
     CommandOption& Check(std::string (*problem)(const std::string& value));
+    /// Makes it bad usage to give the option without the other one, or with it: for an option that
+    /// would have no effect.
+    CommandOption& Needs(const CommandOption& other);
+    CommandOption& Excludes(const CommandOption& other);
 
 private:
     CLI::Option& option;
@@ -57,7 +63,12 @@ public:
                             const char* description);
     CommandOption AddOption(const char* names, std::uint32_t& variable, const char* description);
     CommandOption AddOption(const char* names, std::uint64_t& variable, const char* description);
-    void AddFlag(const char* names, bool& variable, const char* description);
+    CommandOption AddFlag(const char* names, bool& variable, const char* description);
+    /// Adds -j and --json. With it a failure is reported as JSON as well, see CommandLine::Run.
+    CommandOption AddJson(bool& variable);
+    /// Makes it bad usage to give the command with this option of the program, which would have no
+    /// effect on it.
+    void Excludes(const char* programOption);
 
     Command AddCommand(const char* name, const char* description);
     /// Makes it bad usage to name none of the commands.
@@ -84,6 +95,13 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+/// Thrown by a command whose options do not fit together in a way that the parser cannot check: bad
+/// usage. The text is the reason.
+class BadUsage : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
 /// The command line of a program, with --help for it and for every command.
 class CommandLine : public Command {
 public:
@@ -94,6 +112,8 @@ public:
 
     /// For console programs: parses, runs the command and returns the exit status: 0 success, 1 the
     /// operation failed (reason on standard error) or the output could not be written, 2 bad usage.
+    /// With --json among the arguments the reason is one JSON object on a line of its own:
+    /// {"schema":1,"error":{"status":1,"message":"...","details":["..."]}}.
     int Run(int argumentCount, char** arguments);
 
     enum class ParseResult { kReady, kHelpRequested, kBadUsage };
@@ -104,8 +124,14 @@ public:
 private:
     explicit CommandLine(std::unique_ptr<CLI::App> parser);
     int ParseAndRun(int argumentCount, char** arguments);
+    static void PrintError(int status, const std::string& message,
+                           const std::vector<std::string>& details);
+    int Fail(const std::exception& failure);
+    int Explain(const CLI::Error& error);
+    int ReportMissing(const CLI::Error& error);
 
     std::unique_ptr<CLI::App> app;
+    bool isJson = false; // --json is among the arguments
 };
 
 /// Check for options that take a count: the parser alone would accept -1 as the largest number.

@@ -58,6 +58,11 @@ JsonValue JsonArray(const std::vector<JsonValue>& values) {
     return JsonValue::FromText("[" + text + "]");
 }
 
+JsonValue JsonReport(std::vector<JsonMember> members) {
+    members.insert(members.begin(), {"schema", 1});
+    return JsonObject(members);
+}
+
 std::string JsonText(const char* text) {
     return JsonValue(text).Text();
 }

@@ -1,6 +1,8 @@
 // command_line_test.cpp - tests of describing and parsing command lines
 #include "apps/common/command_line.h"
 
+#include "apps/common/command_failure.h"
+
 #include <gtest/gtest.h>
 
 #include <stdexcept>
@@ -20,6 +22,13 @@ protected:
         command.AddFlag("--fast", fast, "Run fast");
         command.AddOption("--each", each, "One of several");
         command.AddOption("--to", to, "A place or none").ValueOptional();
+        report.AddJson(json);
+        const CommandOption option = report.AddOption("--table", table, "A table");
+        report.AddOption("--columns", columns, "Of the table").Needs(option);
+        report.AddOption("--plain", plain, "No table").Excludes(option);
+        program.AddOption("--place", place, "A place");
+        report.Excludes("--place");
+        report.OnRun([this] { run(); });
         all.AddOption("ALL", every, "All words").Required();
         command.OnRun([this] { run(); });
     }
@@ -53,6 +62,12 @@ protected:
     std::optional<std::string> to;
     Command all = program.AddCommand("all", "Do all");
     std::vector<std::string> every;
+    Command report = program.AddCommand("report", "Report a thing");
+    bool json = false;
+    std::string table;
+    std::string columns;
+    std::string plain;
+    std::string place;
     std::function<void()> run = [] {
     };
     std::string output;
@@ -177,6 +192,66 @@ TEST_F(CommandLineTest, ReportsWhyTheCommandFailed) {
     };
     EXPECT_EQ(Run({"do", "a"}), 7);
     EXPECT_EQ(output + errors, "");
+}
+
+TEST_F(CommandLineTest, RefusesOptionsWithoutEffect) {
+    run = [] {
+        ADD_FAILURE() << "must not run";
+    };
+    EXPECT_EQ(Run({"report", "--columns", "3"}), 2);
+    EXPECT_EQ(errors.find("--columns requires --table\n"), 0u) << errors;
+    EXPECT_EQ(Run({"report", "--plain", "p", "--table", "t"}), 2);
+    EXPECT_EQ(errors.find("--table excludes --plain\n"), 0u) << errors;
+    EXPECT_EQ(Run({"report", "--place", "here"}), 2);
+    EXPECT_EQ(errors.find("report excludes --place\n"), 0u) << errors;
+    run = [] {
+    };
+    EXPECT_EQ(Run({"report", "--columns", "3", "--table", "t"}), 0);
+    EXPECT_EQ(Run({"--place", "here", "do", "a"}), 0);
+    run = [] {
+        throw BadUsage("a table of nothing");
+    };
+    EXPECT_EQ(Run({"report"}), 2);
+    EXPECT_EQ(errors, "a table of nothing\nRun with --help for more information.\n");
+}
+
+TEST_F(CommandLineTest, ReportsFailuresAsJsonWhereJsonIsWanted) {
+    run = [] {
+        throw CommandFailure("no \"luck\"", {"once", "tw\x1Bice"});
+    };
+    EXPECT_EQ(Run({"report"}), 1);
+    EXPECT_EQ(errors, "thing: no \"luck\"\n  once\n  tw\\x1Bice\n");
+    EXPECT_FALSE(json);
+    EXPECT_EQ(Run({"report", "-j"}), 1);
+    EXPECT_EQ(errors, R"({"schema":1,"error":{"status":1,"message":"no \"luck\"",)"
+                      R"("details":["once","tw\u001bice"]}})"
+                      "\n");
+    EXPECT_TRUE(json);
+    run = [] {
+        throw std::runtime_error("nothing");
+    };
+    EXPECT_EQ(Run({"report", "--json"}), 1);
+    EXPECT_EQ(errors, R"({"schema":1,"error":{"status":1,"message":"nothing","details":[]}})"
+                      "\n");
+    EXPECT_EQ(output, "");
+}
+
+TEST_F(CommandLineTest, ReportsBadUsageAsJsonWhereJsonIsWanted) {
+    const auto error = [](const std::string& message) {
+        return R"({"schema":1,"error":{"status":2,"message":")" + message + R"(","details":[]}})" +
+               "\n";
+    };
+    EXPECT_EQ(Run({"report", "--slow", "--json"}), 2);
+    EXPECT_EQ(errors, error("The following argument was not expected: --slow"));
+    EXPECT_EQ(Run({"do", "--number", "x", "--json"}), 2) << "where the parser stops before it";
+    EXPECT_EQ(errors.find(R"({"schema":1,"error":{"status":2,)"), 0u) << errors;
+    run = [] {
+        throw BadUsage("a table of nothing");
+    };
+    EXPECT_EQ(Run({"report", "--json"}), 2);
+    EXPECT_EQ(errors, error("a table of nothing"));
+    EXPECT_EQ(Run({"do", "--", "--json", "a", "b"}), 2) << "an argument like any other";
+    EXPECT_EQ(errors.find("The following argument was not expected"), 0u) << errors;
 }
 
 TEST_F(CommandLineTest, ParsesForProgramsThatShowTheirOwnMessages) {

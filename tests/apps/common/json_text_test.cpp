@@ -56,6 +56,11 @@ TEST(JsonValue, HasNoNumberForInfinity) {
     EXPECT_EQ(JsonValue(std::numeric_limits<double>::quiet_NaN()).Text(), "null");
 }
 
+TEST(JsonReport, BeginsWithTheSchema) {
+    EXPECT_EQ(JsonReport({{"a", 2}, {"b", JsonReport({}).Text()}}).Text(),
+              R"({"schema":1,"a":2,"b":"{\"schema\":1}"})");
+}
+
 TEST(JsonCounts, ReadsTheMembersThatAreCounts) {
     EXPECT_EQ(JsonCounts("{\"a\":1,\"b\":-1,\"c\":1.5,\"d\":\"2\",\"e\":{\"f\":3},\"g\":"
                          "18446744073709551615}"),
