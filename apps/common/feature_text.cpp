@@ -164,8 +164,8 @@ std::string FeatureLine(const std::string& name, std::size_t nameWidth,
     return line + (range.empty() ? "" : "  ") + range;
 }
 
-JsonValue FeatureJson(const FeatureDescription& feature, const std::optional<ServiceValue>& value,
-                      bool isWhole) {
+std::vector<JsonMember> FeatureMembers(const FeatureDescription& feature,
+                                       const std::optional<ServiceValue>& value) {
     std::vector<JsonMember> members = {
         {"path", feature.Path()},        {"module", feature.module},
         {"name", feature.name},          {"type", FeatureTypeText(feature.type)},
@@ -189,9 +189,11 @@ JsonValue FeatureJson(const FeatureDescription& feature, const std::optional<Ser
         }
         members.push_back({"entries", JsonArray(entries)});
     }
-    if (isWhole) {
-        const std::vector<JsonMember> texts = {
-            {"displayName", feature.displayName},
+    return members;
+}
+
+std::vector<JsonMember> MoreFeatureMembers(const FeatureDescription& feature) {
+    return {{"displayName", feature.displayName},
             {"visibility", VisibilityText(feature.visibility)},
             {"toolTip", feature.toolTip},
             {"description", feature.description},
@@ -200,9 +202,6 @@ JsonValue FeatureJson(const FeatureDescription& feature, const std::optional<Ser
             {"streamable", feature.isStreamable},
             {"volatile", feature.isVolatile},
             {"selects", JsonArray({feature.selected.begin(), feature.selected.end()})}};
-        members.insert(members.end(), texts.begin(), texts.end());
-    }
-    return JsonObject(members);
 }
 
 ServiceValue ParseServiceValue(const FeatureDescription& feature, const std::string& text) {

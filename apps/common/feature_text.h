@@ -26,9 +26,11 @@ std::string RangeText(const FeatureDescription& feature);
 std::string FeatureLine(const std::string& name, std::size_t nameWidth,
                         const FeatureDescription& feature,
                         const std::optional<ServiceValue>& value);
-/// The same as an object; `isWhole` adds texts, visibility and what the feature selects.
-JsonValue FeatureJson(const FeatureDescription& feature, const std::optional<ServiceValue>& value,
-                      bool isWhole);
+/// The same as the members of an object.
+std::vector<JsonMember> FeatureMembers(const FeatureDescription& feature,
+                                       const std::optional<ServiceValue>& value);
+/// Texts, visibility and what the feature selects.
+std::vector<JsonMember> MoreFeatureMembers(const FeatureDescription& feature);
 
 /// Parses a value of the feature's type: numbers in decimal or 0x..., true or false (also 1 and 0,
 /// on and off), a register's bytes in hexadecimal. Throws CommandFailure.

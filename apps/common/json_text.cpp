@@ -5,6 +5,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <cstdio>
 #include <utility>
 
 namespace {
@@ -61,6 +62,10 @@ JsonValue JsonArray(const std::vector<JsonValue>& values) {
 JsonValue JsonReport(std::vector<JsonMember> members) {
     members.insert(members.begin(), {"schema", 1});
     return JsonObject(members);
+}
+
+void PrintReport(std::vector<JsonMember> members) {
+    std::printf("%s\n", JsonReport(std::move(members)).Text().c_str());
 }
 
 std::string JsonText(const char* text) {

@@ -46,6 +46,8 @@ JsonValue JsonArray(const std::vector<JsonValue>& values);
 /// An object that a command prints: its first member is "schema":1. Whatever reads it may rely on
 /// the members and their meaning as long as that number stays the same; members may be added.
 JsonValue JsonReport(std::vector<JsonMember> members);
+/// Prints such an object as a line on standard output.
+void PrintReport(std::vector<JsonMember> members);
 
 /// The text as a JSON string with its quotes; "null" for a null pointer.
 std::string JsonText(const char* text);

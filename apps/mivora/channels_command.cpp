@@ -1,5 +1,6 @@
 // channels_command.cpp - lists the kinds of command channels
 #include "apps/common/command_line.h"
+#include "apps/common/json_text.h"
 #include "apps/common/session.h"
 #include "apps/mivora/commands.h"
 #include "mivora/grabber.h"
@@ -7,30 +8,72 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <memory>
+#include <string>
+#include <vector>
 
 namespace {
 
-void PrintTypes(CMivoraGrabber& grabber) {
+/// A kind of channel, or a channel of the configuration.
+struct ListedChannel {
+    std::int32_t index = 0;
+    bool isActive = false;
+    std::string name;
+    std::string config;
+};
+
+ListedChannel DescribeChannel(std::int32_t index, bool isActive, CCmdChannel& channel) {
+    return {index, isActive, channel.GetChannelTypeName(), channel.GetConfigText()};
+}
+
+std::vector<ListedChannel> ChannelTypes(CMivoraGrabber& grabber) {
+    std::vector<ListedChannel> types;
     const std::uint32_t count = grabber.GetNumCmdChannelTypes();
     for (std::uint32_t type = 0; type < count; ++type) {
         if (CCmdChannel* const channel = grabber.CreateCmdChannel(type)) {
-            std::printf("type %u  %s  (%s)\n", static_cast<unsigned>(type),
-                        platform::PrintableText(channel->GetChannelTypeName()).c_str(),
-                        platform::PrintableText(channel->GetConfigText()).c_str());
+            types.push_back(DescribeChannel(static_cast<std::int32_t>(type), false, *channel));
             grabber.DeleteCmdChannel(channel);
         }
     }
+    return types;
 }
 
-void PrintConfigured(CMivoraGrabber& grabber) {
+std::vector<ListedChannel> ConfiguredChannels(CMivoraGrabber& grabber) {
+    std::vector<ListedChannel> channels;
     const auto count = static_cast<std::int32_t>(grabber.GetNumCmdChannels());
     for (std::int32_t i = 0; i < count; ++i) {
-        CCmdChannel* const channel = grabber.GetCmdChannel(i);
-        std::printf("%c configured %d  %s  (%s)\n",
-                    i == grabber.GetActCmdChannelIndex() ? '*' : ' ', i,
-                    platform::PrintableText(channel->GetChannelTypeName()).c_str(),
-                    platform::PrintableText(channel->GetConfigText()).c_str());
+        channels.push_back(
+            DescribeChannel(i, i == grabber.GetActCmdChannelIndex(), *grabber.GetCmdChannel(i)));
     }
+    return channels;
+}
+
+void PrintChannels(CMivoraGrabber& grabber) {
+    for (const ListedChannel& type : ChannelTypes(grabber)) {
+        std::printf("type %d  %s  (%s)\n", type.index, platform::PrintableText(type.name).c_str(),
+                    platform::PrintableText(type.config).c_str());
+    }
+    for (const ListedChannel& channel : ConfiguredChannels(grabber)) {
+        std::printf("%c configured %d  %s  (%s)\n", channel.isActive ? '*' : ' ', channel.index,
+                    platform::PrintableText(channel.name).c_str(),
+                    platform::PrintableText(channel.config).c_str());
+    }
+}
+
+void PrintChannelsJson(CMivoraGrabber& grabber) {
+    std::vector<JsonValue> types;
+    for (const ListedChannel& type : ChannelTypes(grabber)) {
+        types.push_back(
+            JsonObject({{"type", type.index}, {"name", type.name}, {"config", type.config}}));
+    }
+    std::vector<JsonValue> configured;
+    for (const ListedChannel& channel : ConfiguredChannels(grabber)) {
+        configured.push_back(JsonObject({{"index", channel.index},
+                                         {"active", channel.isActive},
+                                         {"name", channel.name},
+                                         {"config", channel.config}}));
+    }
+    PrintReport({{"types", JsonArray(types)}, {"configured", JsonArray(configured)}});
 }
 
 } // namespace
@@ -39,10 +82,12 @@ void AddChannelsCommand(CommandLine& program, const AppOptions& options, const M
     Command command = program.AddCommand(
         "channels", "List the kinds of command channels, and those of the configuration");
     command.SetFooter("Example:\n  mivora --config host.ini channels\n");
-    command.OnRun([&options, maker] {
+    command.Excludes("--camera");
+    const auto json = std::make_shared<bool>(false);
+    command.AddJson(*json);
+    command.OnRun([&options, maker, json] {
         Session session(options, maker());
         session.Init();
-        PrintTypes(session.Grabber());
-        PrintConfigured(session.Grabber());
+        *json ? PrintChannelsJson(session.Grabber()) : PrintChannels(session.Grabber());
     });
 }

@@ -10,6 +10,8 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -57,7 +59,10 @@ void Describe(Session& session, const DescribeOptions& options) {
     const std::optional<ServiceValue> value =
         feature.isReadable ? services.TryReadFeature(name.module, name.feature) : std::nullopt;
     if (options.json) {
-        std::printf("%s\n", FeatureJson(feature, value, true).Text().c_str());
+        std::vector<JsonMember> members = FeatureMembers(feature, value);
+        const std::vector<JsonMember> more = MoreFeatureMembers(feature);
+        members.insert(members.end(), more.begin(), more.end());
+        PrintReport(std::move(members));
     } else {
         PrintDescription(feature, value);
     }
@@ -71,7 +76,7 @@ void AddDescribeCommand(CommandLine& program, const AppOptions& options, const M
     command.AddOption("FEATURE", describe->feature, "Module and feature, as in Camera/Width")
         .Required()
         .TypeName("MODULE/FEATURE");
-    command.AddFlag("--json", describe->json, "Print JSON");
+    command.AddJson(describe->json);
     command.SetFooter("Example:\n  mivora describe Camera/ExposureTime\n");
     command.OnRun([&options, maker, describe] {
         Session session(options, maker());

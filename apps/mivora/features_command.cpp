@@ -117,9 +117,9 @@ void PrintFeatures(const std::vector<ListedFeature>& list, const FeaturesOptions
         std::vector<JsonValue> objects;
         objects.reserve(list.size());
         for (const ListedFeature& listed : list) {
-            objects.push_back(FeatureJson(listed.description, listed.value, false));
+            objects.push_back(JsonObject(FeatureMembers(listed.description, listed.value)));
         }
-        std::printf("%s\n", JsonArray(objects).Text().c_str());
+        PrintReport({{"features", JsonArray(objects)}});
         return;
     }
     if (options.tree) {
@@ -138,7 +138,8 @@ void PrintFeatures(const std::vector<ListedFeature>& list, const FeaturesOptions
 }
 
 /// Writes the camera's own description to a file, or to standard output without one.
-void WriteDescriptionFile(const DescriptionFile& description, const std::string& file) {
+void WriteDescriptionFile(const DescriptionFile& description, const std::string& file,
+                          bool isJson) {
     const std::string& content = description.content;
     if (file.empty()) {
         if (Lower(description.name).ends_with(".zip")) {
@@ -151,15 +152,23 @@ void WriteDescriptionFile(const DescriptionFile& description, const std::string&
         return;
     }
     WriteWholeFile(file, content);
+    if (isJson) {
+        PrintReport(
+            {{"file", file}, {"bytes", std::uint64_t{content.size()}}, {"name", description.name}});
+        return;
+    }
     std::printf("%s: %zu bytes of %s\n", platform::PrintableText(file).c_str(), content.size(),
                 platform::PrintableText(description.name).c_str());
 }
 
 void Features(Session& session, const FeaturesOptions& options) {
+    if (options.json && options.xml && options.xml->empty()) {
+        throw BadUsage("--json with --xml wants a file for the description");
+    }
     ServiceClient& services = session.Services();
     session.OpenCamera();
     if (options.xml) {
-        WriteDescriptionFile(services.ReadDescriptionFile(), *options.xml);
+        WriteDescriptionFile(services.ReadDescriptionFile(), *options.xml, options.json);
     } else {
         PrintFeatures(Listed(services, options), options);
     }
@@ -171,18 +180,23 @@ void AddFeaturesCommand(CommandLine& program, const AppOptions& options, const M
     Command command =
         program.AddCommand("features", "List every feature of the open camera's modules");
     const auto features = std::make_shared<FeaturesOptions>();
-    command.AddOption("MODULE", features->module,
-                      "Only this module, such as Camera, Interface or Stream0");
-    command.AddOption("--filter", features->filter,
-                      "Only features whose path has this text in it, case ignored");
-    command.AddFlag("--tree", features->tree, "Show modules and categories as a tree");
+    const CommandOption module = command.AddOption(
+        "MODULE", features->module, "Only this module, such as Camera, Interface or Stream0");
+    const CommandOption filter =
+        command.AddOption("-f,--filter", features->filter,
+                          "Only features whose path has this text in it, case ignored");
+    CommandOption tree =
+        command.AddFlag("-t,--tree", features->tree, "Show modules and categories as a tree");
     command
         .AddOption("--xml", features->xml,
                    "Write the camera's own description of its features to a file instead, or to "
                    "standard output")
         .ValueOptional()
-        .TypeName("[FILE]");
-    command.AddFlag("--json", features->json, "Print JSON");
+        .TypeName("[FILE]")
+        .Excludes(module)
+        .Excludes(filter)
+        .Excludes(tree);
+    tree.Excludes(command.AddJson(features->json));
     command.SetFooter("Path, type, access, value with unit, and range or entries.\n\n"
                       "Examples:\n"
                       "  mivora features Camera --filter exposure\n"

@@ -8,6 +8,7 @@
 
 #include <cstdio>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,49 +16,75 @@ namespace {
 
 using Names = std::vector<std::string>;
 
+struct NamesOptions {
+    Names texts;
+    bool json = false;
+};
+
 /// Prints the value alone where only one was asked for.
 void PrintValue(const FeatureName& name, const std::string& value, bool isOnly) {
     const std::string line = isOnly ? value : name.Text() + "=" + value;
     std::printf("%s\n", platform::PrintableText(line).c_str());
 }
 
-void GetFeatures(Session& session, const Names& texts) {
+JsonValue ValueObject(const FeatureName& name, const std::optional<ServiceValue>& value) {
+    return JsonObject({{"module", name.module},
+                       {"name", name.feature},
+                       {"value", value ? ServiceValueJson(*value) : nullptr}});
+}
+
+void GetFeatures(Session& session, const NamesOptions& options) {
     std::vector<FeatureName> names;
-    for (const std::string& text : texts) {
+    for (const std::string& text : options.texts) {
         names.push_back(ParseFeatureName(text));
     }
     ServiceClient& services = session.Services();
     session.OpenCamera();
+    std::vector<JsonValue> objects;
     for (const FeatureName& name : names) {
         const ServiceValue value = services.ReadFeature(name.module, name.feature);
-        PrintValue(name, ServiceValueText(value), names.size() == 1);
+        if (options.json) {
+            objects.push_back(ValueObject(name, value));
+        } else {
+            PrintValue(name, ServiceValueText(value), names.size() == 1);
+        }
+    }
+    if (options.json) {
+        PrintReport({{"features", JsonArray(objects)}});
     }
 }
 
-void SetFeatures(Session& session, const Names& texts) {
-    const std::vector<FeatureAssignment> assignments = ParseFeatureAssignments(texts);
+void SetFeatures(Session& session, const NamesOptions& options) {
+    const std::vector<FeatureAssignment> assignments = ParseFeatureAssignments(options.texts);
     ServiceClient& services = session.Services();
     session.OpenCamera();
+    std::vector<JsonValue> objects;
     ApplyFeatureAssignments(
         services, assignments,
         [&](const FeatureAssignment& applied, const std::optional<ServiceValue>& value) {
             const std::string name = platform::PrintableText(applied.name.Text());
-            if (value) {
+            if (options.json) {
+                objects.push_back(ValueObject(applied.name, value));
+            } else if (value) {
                 PrintValue(applied.name, ServiceValueText(*value), assignments.size() == 1);
             } else {
                 std::printf("%s was %s\n", name.c_str(), applied.value ? "written" : "executed");
             }
         });
+    if (options.json) {
+        PrintReport({{"features", JsonArray(objects)}});
+    }
 }
 
 } // namespace
 
 void AddGetCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker) {
     Command command = program.AddCommand("get", "Print the values of features");
-    const auto names = std::make_shared<Names>();
-    command.AddOption("FEATURE", *names, "Module and feature, as in Camera/Width")
+    const auto names = std::make_shared<NamesOptions>();
+    command.AddOption("FEATURE", names->texts, "Module and feature, as in Camera/Width")
         .Required()
         .TypeName("MODULE/FEATURE");
+    command.AddJson(names->json);
     command.SetFooter("The value alone, or MODULE/FEATURE=VALUE for each of several.\n\n"
                       "Examples:\n"
                       "  mivora get Camera/ExposureTime\n"
@@ -70,13 +97,14 @@ void AddGetCommand(CommandLine& program, const AppOptions& options, const MakerS
 
 void AddSetCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker) {
     Command command = program.AddCommand("set", "Write features, and those that depend on them");
-    const auto assignments = std::make_shared<Names>();
+    const auto assignments = std::make_shared<NamesOptions>();
     command
-        .AddOption("FEATURE", *assignments,
+        .AddOption("FEATURE", assignments->texts,
                    "Module, feature and value: a number, a text, the name of an entry, true or "
                    "false; none for a command")
         .Required()
         .TypeName("MODULE/FEATURE=VALUE");
+    command.AddJson(assignments->json);
     command.SetFooter(
         "Before each write it is checked whether the feature and all features that depend on\n"
         "it by the feature synchronisation file can take the value; what refuses is named. The\n"

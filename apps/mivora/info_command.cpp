@@ -15,25 +15,23 @@ namespace {
 void PrintJson(CMivoraGrabber& grabber, CMivoraGfxMode& mode) {
     CMivoraCamera& camera = *grabber.GetActCamera();
     const ImageLayout layout = DescribeImage(mode);
-    const JsonValue info =
-        JsonObject({{"driverDescription", grabber.GetDriverDesc()},
-                    {"driverName", grabber.GetDriverName()},
-                    {"driverVersion", grabber.GetDriverVersion()},
-                    {"camera", JsonObject({{"index", grabber.GetActCameraIndex()},
-                                           {"uniqueId", camera.GetCameraUniqueID()},
-                                           {"name", camera.GetCameraName()}})},
-                    {"mode", JsonObject({{"width", layout.width},
-                                         {"height", layout.height},
-                                         {"components", layout.components},
-                                         {"allocatedBits", layout.allocatedBits},
-                                         {"bitStart", mode.GetBitStartComponent()},
-                                         {"bits", layout.bits},
-                                         {"colorCoding", static_cast<int>(layout.colorCoding)},
-                                         {"cfaX", layout.cfaX},
-                                         {"cfaY", layout.cfaY},
-                                         {"numPixels", mode.GetNumPixels()},
-                                         {"imageSize", mode.GetImageSize()}})}});
-    std::printf("%s\n", info.Text().c_str());
+    PrintReport({{"driverDescription", grabber.GetDriverDesc()},
+                 {"driverName", grabber.GetDriverName()},
+                 {"driverVersion", grabber.GetDriverVersion()},
+                 {"camera", JsonObject({{"index", grabber.GetActCameraIndex()},
+                                        {"uniqueId", camera.GetCameraUniqueID()},
+                                        {"name", camera.GetCameraName()}})},
+                 {"mode", JsonObject({{"width", layout.width},
+                                      {"height", layout.height},
+                                      {"components", layout.components},
+                                      {"allocatedBits", layout.allocatedBits},
+                                      {"bitStart", mode.GetBitStartComponent()},
+                                      {"bits", layout.bits},
+                                      {"colorCoding", static_cast<int>(layout.colorCoding)},
+                                      {"cfaX", layout.cfaX},
+                                      {"cfaY", layout.cfaY},
+                                      {"numPixels", mode.GetNumPixels()},
+                                      {"imageSize", mode.GetImageSize()}})}});
 }
 
 void PrintText(Session& session, CMivoraGfxMode& mode) {
@@ -61,7 +59,7 @@ void AddInfoCommand(CommandLine& program, const AppOptions& options, const Maker
     Command command =
         program.AddCommand("info", "Show the driver and how the camera's images look");
     const auto json = std::make_shared<bool>(false);
-    command.AddFlag("--json", *json, "Print JSON");
+    command.AddJson(*json);
     command.SetFooter("Example:\n  mivora --camera 1 info\n");
     command.OnRun([&options, maker, json] {
         Session session(options, maker());

@@ -9,12 +9,14 @@
 
 #include <algorithm>
 #include <cinttypes>
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <iterator>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -44,6 +46,7 @@ struct ParamOptions {
     std::uint32_t id = 0;
     std::string value1;
     std::string value2;
+    bool json = false;
 };
 
 std::string ParameterText(std::uint32_t id) {
@@ -69,13 +72,44 @@ std::string ValueProblem(const std::string& text) {
     return ReadValue(text) ? "" : "\"" + text + "\" is no number";
 }
 
+JsonValue ValueJson(std::uint32_t id, std::uint64_t value) {
+    return JsonValue::FromText(ValueText(id, value));
+}
+
+/// What a parameter is called; empty for one that is not known here.
+const char* NameOf(std::uint32_t id) {
+    const auto* const found =
+        std::find_if(std::begin(kParameters), std::end(kParameters),
+                     [id](const NamedParameter& one) { return one.id == id; });
+    return found == std::end(kParameters) ? "" : found->name;
+}
+
+/// Prints values of a parameter, each with its name.
+template <std::size_t count>
+void PrintValues(const ParamOptions& options, const char* const (&names)[count],
+                 const std::uint64_t (&values)[count]) {
+    std::vector<JsonMember> members = {{"id", options.id}, {"name", NameOf(options.id)}};
+    std::string line;
+    for (std::size_t i = 0; i < count; ++i) {
+        members.push_back({names[i], ValueJson(options.id, values[i])});
+        line += (line.empty() ? "" : " ") + std::string(names[i]) + "=" +
+                ValueText(options.id, values[i]);
+    }
+    if (options.json) {
+        PrintReport(std::move(members));
+    } else {
+        std::printf("%s\n", line.c_str());
+    }
+}
+
+constexpr const char* kLimits[] = {"min", "max", "min2", "max2"};
+
 void Get(Session& session, const ParamOptions& options) {
     std::uint64_t values[2] = {};
     session.Check("GetGrabberParam",
                   session.Grabber().GetGrabberParam(options.id, &values[0], &values[1]),
                   ParameterText(options.id));
-    std::printf("value1=%s value2=%s\n", ValueText(options.id, values[0]).c_str(),
-                ValueText(options.id, values[1]).c_str());
+    PrintValues(options, {"value1", "value2"}, values);
 }
 
 void Limits(Session& session, const ParamOptions& options) {
@@ -84,13 +118,7 @@ void Limits(Session& session, const ParamOptions& options) {
                   session.Grabber().GetGrabberParamLimits(options.id, &limits[0], &limits[1],
                                                           &limits[2], &limits[3]),
                   ParameterText(options.id));
-    std::printf("min=%s max=%s min2=%s max2=%s\n", ValueText(options.id, limits[0]).c_str(),
-                ValueText(options.id, limits[1]).c_str(), ValueText(options.id, limits[2]).c_str(),
-                ValueText(options.id, limits[3]).c_str());
-}
-
-JsonValue ValueJson(std::uint32_t id, std::uint64_t value) {
-    return JsonValue::FromText(ValueText(id, value));
+    PrintValues(options, kLimits, limits);
 }
 
 /// Lists the parameters that the grabber serves with this camera: a module need not have all.
@@ -114,7 +142,6 @@ void List(Session& session, bool json) {
         std::string line = name;
         line.resize(std::max<std::size_t>(line.size(), 32), ' ');
         line += " value1=" + ValueText(id, values[0]) + " value2=" + ValueText(id, values[1]);
-        constexpr const char* kLimits[] = {"min", "max", "min2", "max2"};
         for (std::size_t i = 0; hasLimits && i < std::size(limits); ++i) {
             members.push_back({kLimits[i], ValueJson(id, limits[i])});
             line += std::string(" ") + kLimits[i] + "=" + ValueText(id, limits[i]);
@@ -126,7 +153,7 @@ void List(Session& session, bool json) {
         }
     }
     if (json) {
-        std::printf("%s\n", JsonArray(list).Text().c_str());
+        PrintReport({{"parameters", JsonArray(list)}});
     }
 }
 
@@ -170,7 +197,7 @@ void AddParamCommand(CommandLine& program, const AppOptions& options, const Make
     command.SetFooter(kParamFooter);
     Command list = command.AddCommand("list", "List the parameters that there are");
     const auto json = std::make_shared<bool>(false);
-    list.AddFlag("--json", *json, "Print JSON");
+    list.AddJson(*json);
     list.OnRun([&options, maker, json] {
         Session session(options, maker());
         session.OpenCamera();
@@ -181,6 +208,7 @@ void AddParamCommand(CommandLine& program, const AppOptions& options, const Make
                          void (*run)(Session&, const ParamOptions&)) {
         Command action = command.AddCommand(name, text);
         action.AddOption("ID", param->id, "Number of the parameter").Required();
+        action.AddJson(param->json);
         action.OnRun([&options, maker, param, run] {
             Session session(options, maker());
             session.OpenCamera();

@@ -1,6 +1,7 @@
 // settings_command.cpp - settings files: saved, loaded, compared with the camera, shown
 #include "apps/common/command_failure.h"
 #include "apps/common/command_line.h"
+#include "apps/common/json_text.h"
 #include "apps/common/parse_number.h"
 #include "apps/common/service_client.h"
 #include "apps/common/session.h"
@@ -10,10 +11,12 @@
 #include "platform/file_system.h"
 #include "platform/printable_text.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <cstdio>
-#include <initializer_list>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,6 +25,7 @@ namespace {
 struct SettingsOptions {
     std::string file;
     bool isDryRun = false;
+    bool json = false;
 };
 
 void PrintSettingLine(const std::string& text) {
@@ -40,17 +44,32 @@ bool IsSameValue(const std::string& left, const std::string& right) {
     return left == right || (leftNumber && rightNumber && *leftNumber == *rightNumber);
 }
 
+std::string RefusalReason(const SettingReport& setting) {
+    return setting.reason.empty() ? ServiceResultText(setting.result) : setting.reason;
+}
+
 /// The settings that were not taken, with the reasons.
 std::vector<std::string> Refusals(const std::vector<SettingReport>& settings) {
     std::vector<std::string> lines;
     for (const SettingReport& setting : settings) {
         if (setting.result != MV_SERVICE_OK) {
-            lines.push_back(
-                SettingName(setting) + "=" + setting.value + ": " +
-                (setting.reason.empty() ? ServiceResultText(setting.result) : setting.reason));
+            lines.push_back(SettingName(setting) + "=" + setting.value + ": " +
+                            RefusalReason(setting));
         }
     }
     return lines;
+}
+
+JsonValue RefusalsJson(const std::vector<SettingReport>& settings) {
+    std::vector<JsonValue> list;
+    for (const SettingReport& setting : settings) {
+        if (setting.result != MV_SERVICE_OK) {
+            list.push_back(JsonObject({{"setting", SettingName(setting)},
+                                       {"value", setting.value},
+                                       {"reason", RefusalReason(setting)}}));
+        }
+    }
+    return JsonArray(list);
 }
 
 std::string CountText(std::size_t count, std::size_t all) {
@@ -63,39 +82,84 @@ void Save(Session& session, const SettingsOptions& options) {
     const SettingsOutcome outcome = services.SaveSettings(options.file);
     const std::vector<std::string> missing = Refusals(outcome.settings);
     const std::size_t count = outcome.settings.size();
-    PrintSettingLine(CountText(count - missing.size(), count) + " saved to " + options.file);
+    if (options.json) {
+        PrintReport({{"file", options.file},
+                     {"saved", std::uint64_t{count - missing.size()}},
+                     {"refused", RefusalsJson(outcome.settings)}});
+    } else {
+        PrintSettingLine(CountText(count - missing.size(), count) + " saved to " + options.file);
+    }
     if (!outcome.isComplete) {
         throw CommandFailure(options.file + ": " + outcome.reason, missing);
     }
+}
+
+/// What loading did, or would do, to the settings that were not refused.
+struct LoadedSettings {
+    std::vector<const SettingReport*> changed;
+    std::size_t unknown = 0; // at other positions of their selectors
+};
+
+/// A dry run moves no selector, so that the value at another position is not known.
+LoadedSettings SortLoaded(const std::vector<SettingReport>& settings, bool isDryRun) {
+    LoadedSettings loaded;
+    for (const SettingReport& setting : settings) {
+        if (setting.result != MV_SERVICE_OK) {
+            continue;
+        }
+        if (isDryRun && !setting.selector.empty() && setting.present.empty()) {
+            ++loaded.unknown;
+        } else if (!IsSameValue(setting.present, setting.value)) {
+            loaded.changed.push_back(&setting);
+        }
+    }
+    return loaded;
+}
+
+void PrintLoadedJson(const SettingsOptions& options, const std::vector<SettingReport>& settings,
+                     const LoadedSettings& loaded, std::size_t same) {
+    std::vector<JsonValue> changed;
+    changed.reserve(loaded.changed.size());
+    for (const SettingReport* const setting : loaded.changed) {
+        changed.push_back(JsonObject({{"setting", SettingName(*setting)},
+                                      {"from", setting->present},
+                                      {"to", setting->value}}));
+    }
+    PrintReport({{"file", options.file},
+                 {"dryRun", options.isDryRun},
+                 {"changed", JsonArray(changed)},
+                 {"same", std::uint64_t{same}},
+                 {"unknown", std::uint64_t{loaded.unknown}},
+                 {"refused", RefusalsJson(settings)}});
+}
+
+void PrintLoaded(const SettingsOptions& options, std::size_t count, const LoadedSettings& loaded,
+                 std::size_t same, std::size_t refused) {
+    for (const SettingReport* const setting : loaded.changed) {
+        PrintSettingLine(SettingName(*setting) + ": " + setting->present + " -> " + setting->value);
+    }
+    PrintSettingLine(
+        CountText(loaded.changed.size(), count) +
+        (options.isDryRun ? " would be written, " : " written, ") + std::to_string(same) +
+        " as they were, " + std::to_string(refused) + " refused" +
+        (loaded.unknown == 0
+             ? ""
+             : ", " + std::to_string(loaded.unknown) + " at other positions of their selectors"));
 }
 
 void Load(Session& session, const SettingsOptions& options) {
     ServiceClient& services = session.Services();
     session.OpenCamera();
     const SettingsOutcome outcome = services.LoadSettings(options.file, options.isDryRun);
-    const std::size_t count = outcome.settings.size();
-    std::size_t written = 0;
-    std::size_t unknown = 0;
-    for (const SettingReport& setting : outcome.settings) {
-        if (setting.result != MV_SERVICE_OK) {
-            continue;
-        }
-        // A dry run moves no selector, so that the value at another position is not known.
-        if (options.isDryRun && !setting.selector.empty() && setting.present.empty()) {
-            ++unknown;
-        } else if (!IsSameValue(setting.present, setting.value)) {
-            ++written;
-            PrintSettingLine(SettingName(setting) + ": " + setting.present + " -> " +
-                             setting.value);
-        }
-    }
+    const LoadedSettings loaded = SortLoaded(outcome.settings, options.isDryRun);
     const std::vector<std::string> refused = Refusals(outcome.settings);
-    PrintSettingLine(
-        CountText(written, count) + (options.isDryRun ? " would be written, " : " written, ") +
-        std::to_string(count - written - unknown - refused.size()) + " as they were, " +
-        std::to_string(refused.size()) + " refused" +
-        (unknown == 0 ? ""
-                      : ", " + std::to_string(unknown) + " at other positions of their selectors"));
+    const std::size_t count = outcome.settings.size();
+    const std::size_t same = count - loaded.changed.size() - loaded.unknown - refused.size();
+    if (options.json) {
+        PrintLoadedJson(options, outcome.settings, loaded, same);
+    } else {
+        PrintLoaded(options, count, loaded, same, refused.size());
+    }
     if (!outcome.isComplete) {
         std::fflush(stdout);
         throw CommandFailure(options.file + ": " + outcome.reason, refused);
@@ -135,45 +199,86 @@ ValuesByName ByName(const SettingsFile& file) {
     return values;
 }
 
-/// Prints each difference in the order of the file; false when there is none.
-bool PrintDifferences(const SettingsFile& wanted, const SettingsFile& present) {
+/// A setting that file and camera do not have alike; none where one of them lacks it.
+struct SettingDifference {
+    std::string name;
+    std::optional<std::string> camera;
+    std::optional<std::string> file;
+};
+
+/// In the order of the file, then what only the camera has.
+std::vector<SettingDifference> Differences(const SettingsFile& wanted,
+                                           const SettingsFile& present) {
     const ValuesByName ofFile = ByName(wanted);
     const ValuesByName ofCamera = ByName(present);
-    bool differs = false;
-    const auto print = [&](std::string text, std::initializer_list<const char*> rest) {
-        differs = true;
-        for (const char* const part : rest) {
-            text += part;
-        }
-        PrintSettingLine(text);
-    };
+    std::vector<SettingDifference> differences;
     for (const auto& [name, value] : wanted.settings) {
         const auto found = ofCamera.find(name);
         if (found == ofCamera.end()) {
-            print(name, {": file ", value.c_str(), ", no setting of the camera"});
+            differences.push_back({name, std::nullopt, value});
         } else if (!IsSameValue(found->second, value)) {
-            print(name, {": camera ", found->second.c_str(), ", file ", value.c_str()});
+            differences.push_back({name, found->second, value});
         }
     }
     for (const auto& [name, value] : present.settings) {
         if (ofFile.count(name) == 0) {
-            print(name, {": camera ", value.c_str(), ", not in the file"});
+            differences.push_back({name, value, std::nullopt});
         }
     }
-    return differs;
+    return differences;
+}
+
+std::string DifferenceText(const SettingDifference& difference) {
+    const auto& [name, camera, file] = difference;
+    if (!camera) {
+        return name + ": file " + file.value() + ", no setting of the camera";
+    }
+    return name + ": camera " + *camera + (file ? ", file " + *file : ", not in the file");
+}
+
+JsonValue OptionalJson(const std::optional<std::string>& value) {
+    return value ? JsonValue(*value) : nullptr;
 }
 
 void Diff(Session& session, const SettingsOptions& options) {
     const SettingsFile wanted = ParseSettingsFile(options.file, ReadWholeFile(options.file));
     session.Services();
     session.OpenCamera();
-    if (PrintDifferences(wanted, SettingsOfCamera(session))) {
+    const std::vector<SettingDifference> differences =
+        Differences(wanted, SettingsOfCamera(session));
+    std::vector<JsonValue> list;
+    for (const SettingDifference& difference : differences) {
+        if (options.json) {
+            list.push_back(JsonObject({{"setting", difference.name},
+                                       {"camera", OptionalJson(difference.camera)},
+                                       {"file", OptionalJson(difference.file)}}));
+        } else {
+            PrintSettingLine(DifferenceText(difference));
+        }
+    }
+    if (options.json) {
+        PrintReport({{"file", options.file}, {"differences", JsonArray(list)}});
+    }
+    if (!differences.empty()) {
         throw ExitStatus{1};
     }
 }
 
+void ShowJson(const SettingsFile& file) {
+    std::vector<JsonValue> list;
+    list.reserve(file.settings.size());
+    for (const FileSetting& setting : file.settings) {
+        list.push_back(JsonObject({{"setting", setting.name}, {"value", setting.value}}));
+    }
+    PrintReport({{"camera", file.camera}, {"settings", JsonArray(list)}});
+}
+
 void Show(const SettingsOptions& options) {
     const SettingsFile file = ParseSettingsFile(options.file, ReadWholeFile(options.file));
+    if (options.json) {
+        ShowJson(file);
+        return;
+    }
     if (!file.camera.empty()) {
         PrintSettingLine("# " + file.camera);
     }
@@ -204,6 +309,7 @@ void AddSettingsCommand(CommandLine& program, const AppOptions& options, const M
     const auto add = [&](const char* name, const char* text) {
         Command action = command.AddCommand(name, text);
         action.AddOption("FILE", settings->file, "The settings file").Required().TypeName("FILE");
+        action.AddJson(settings->json);
         return action;
     };
     const auto addWithCamera = [&](const char* name, const char* text,

@@ -2,6 +2,7 @@
 #include "apps/common/command_failure.h"
 #include "apps/common/command_line.h"
 #include "apps/common/image_writer.h"
+#include "apps/common/json_text.h"
 #include "apps/pyxen-tool/commands.h"
 #include "apps/pyxen-tool/raw_dump.h"
 #include "platform/file_system.h"
@@ -23,6 +24,7 @@ struct ConvertOptions {
     std::uint32_t height = 0;
     std::string input;
     std::string output;
+    bool json = false;
 };
 
 void Convert(const ConvertOptions& options) {
@@ -37,7 +39,15 @@ void Convert(const ConvertOptions& options) {
         throw CommandFailure("cannot read " + options.input + ": " + error);
     }
     const auto host = ConvertDump(*format, options.width, options.height, raw);
-    WriteImage(options.output, HostLayout(*format, options.width, options.height), host.data());
+    const ImageLayout layout = HostLayout(*format, options.width, options.height);
+    WriteImage(options.output, layout, host.data());
+    if (options.json) {
+        PrintReport({{"file", options.output},
+                     {"width", layout.width},
+                     {"height", layout.height},
+                     {"components", layout.components},
+                     {"bits", layout.bits}});
+    }
 }
 
 } // namespace
@@ -61,6 +71,7 @@ void AddConvertCommand(CommandLine& program) {
     command.AddOption("OUT", options->output, "File to write: .raw .png .pgm .ppm or .pnm")
         .Required()
         .Check(ImageFileNameProblem);
+    command.AddJson(options->json);
     command.SetFooter(
         "In the dump the lines of Mono10p, Mono12p and the Bayer formats like them are\n"
         "padded to whole bytes; all else is without padding. A dump of another length\n"

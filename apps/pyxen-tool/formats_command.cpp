@@ -5,6 +5,7 @@
 #include "grabber/camera_key.h"
 #include "imaging/pixel_format.h"
 
+#include <cstdint>
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -46,7 +47,7 @@ void AddFormatsCommand(CommandLine& program) {
     Command command =
         program.AddCommand("formats", "List the pixel formats in the order of search");
     const auto json = std::make_shared<bool>(false);
-    command.AddFlag("--json", *json, "Print JSON");
+    command.AddJson(*json);
     command.SetFooter("Example:\n  pyxen-tool formats --json\n");
     command.OnRun([json] { *json ? PrintJson() : PrintTable(); });
 }
@@ -56,7 +57,15 @@ void AddCameraKeyCommand(CommandLine& program) {
         "camera-key", "Print the unique camera id that belongs to an extended identifier");
     const auto text = std::make_shared<std::string>();
     command.AddOption("TEXT", *text, "The camera's extended identifier").Required();
+    const auto json = std::make_shared<bool>(false);
+    command.AddJson(*json);
     command.SetFooter("Example:\n  pyxen-tool camera-key GEV-0001\n");
-    command.OnRun(
-        [text] { std::printf("0x%08X\n", static_cast<unsigned>(CameraKey(text->c_str()))); });
+    command.OnRun([text, json] {
+        const std::uint32_t key = CameraKey(text->c_str());
+        if (*json) {
+            PrintReport({{"extendedId", *text}, {"uniqueId", key}});
+        } else {
+            std::printf("0x%08X\n", static_cast<unsigned>(key));
+        }
+    });
 }

@@ -175,12 +175,11 @@ private:
                                          {"result", OutcomeText(report.outcome)},
                                          {"detail", report.detail}}));
         }
-        const JsonValue end = JsonObject({{"library", path},
-                                          {"checks", JsonArray(checks)},
-                                          {"passed", std::uint64_t{passed}},
-                                          {"failed", std::uint64_t{failed}},
-                                          {"skipped", std::uint64_t{skipped}}});
-        std::printf("%s\n", end.Text().c_str());
+        PrintReport({{"library", path},
+                     {"checks", JsonArray(checks)},
+                     {"passed", std::uint64_t{passed}},
+                     {"failed", std::uint64_t{failed}},
+                     {"skipped", std::uint64_t{skipped}}});
     }
 
     const SdkCheckOptions& options;
@@ -198,7 +197,7 @@ void AddSdkCheckCommand(CommandLine& program, const AppOptions& options) {
     Command command = program.AddCommand(
         "sdk-check", "Check a camera SDK's library against the rules of its interface");
     const auto checkOptions = std::make_shared<SdkCheckOptions>();
-    command.AddFlag("--json", checkOptions->json, "Print JSON");
+    command.AddJson(checkOptions->json);
     command.AddOption("--limit", checkOptions->limit, "End when a check takes longer")
         .TypeName("SECONDS")
         .ShowDefault()

@@ -41,9 +41,7 @@ void PrintJson(bool ok, const FeatureSyncher& syncher, const LineSink& sink) {
     for (const LogLine& line : sink.Lines()) {
         log.push_back(JsonObject({{"level", line.level}, {"text", line.text}}));
     }
-    const JsonValue report =
-        JsonObject({{"ok", ok}, {"entries", JsonArray(entries)}, {"log", JsonArray(log)}});
-    std::printf("%s\n", report.Text().c_str());
+    PrintReport({{"ok", ok}, {"entries", JsonArray(entries)}, {"log", JsonArray(log)}});
 }
 
 void PrintText(const LineSink& sink) {
@@ -74,7 +72,7 @@ void AddSyncCheckCommand(CommandLine& program) {
         "sync-check", "Read a feature synchronisation file and say what is in it");
     const auto options = std::make_shared<SyncCheckOptions>();
     command.AddOption("FILE", options->file, "The file").Required();
-    command.AddFlag("--json", options->json, "Print JSON");
+    command.AddJson(options->json);
     command.SetFooter(
         "Prints the reader's log lines as LEVEL TEXT. Status 0 when the whole file is\n"
         "right, 1 when not; entries before a fault are in use all the same.\n"

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <utility>
 
 namespace {
 
@@ -36,11 +37,11 @@ std::string DurationText(std::uint64_t nanoseconds) {
     return text.data();
 }
 
-std::string Heading(const Event& event, std::size_t depth) {
+std::string Heading(const TraceLine& line) {
     std::array<char, 64> text{};
-    std::snprintf(text.data(), text.size(), "%12.6f %3u ", static_cast<double>(event.time) * 1e-9,
-                  static_cast<unsigned>(event.thread));
-    return text.data() + std::string(2 * depth, ' ') + (IsCallback(event) ? "> " : "");
+    std::snprintf(text.data(), text.size(), "%12.6f %3u ", static_cast<double>(line.time) * 1e-9,
+                  static_cast<unsigned>(line.thread));
+    return text.data() + std::string(2 * line.depth, ' ') + (line.isCallback ? "> " : "");
 }
 
 std::string Line(const Trace& trace, EventText& text, const Event& event) {
@@ -50,6 +51,24 @@ std::string Line(const Trace& trace, EventText& text, const Event& event) {
     const Event* const end = PartnerOf(trace, event);
     return text.Begin(event) +
            (end ? text.End(*end) + DurationText(end->time - event.time) : kNoEnd);
+}
+
+TraceLine LineOf(const Trace& trace, const Event& event, std::size_t depth, std::string text) {
+    TraceLine line;
+    line.name = CallName(event);
+    line.time = event.time;
+    line.thread = event.thread;
+    line.depth = depth;
+    line.isCallback = IsCallback(event);
+    line.text = std::move(text);
+    const Event* const end = IsBegin(event) ? PartnerOf(trace, event) : &event;
+    if (end) {
+        line.result = end->result;
+    }
+    if (end && end != &event) {
+        line.duration = end->time - event.time;
+    }
+    return line;
 }
 
 bool Contains(const std::string& text, const std::string& part) {
@@ -102,6 +121,11 @@ std::string LineOf(const ThreadLines& thread, std::size_t index) {
 
 void PrintTrace(const Trace& trace, const TraceFilter& filter,
                 const std::function<void(const std::string& line)>& print) {
+    VisitTrace(trace, filter, [&](const TraceLine& line) { print(Heading(line) + line.text); });
+}
+
+void VisitTrace(const Trace& trace, const TraceFilter& filter,
+                const std::function<void(const TraceLine& line)>& visit) {
     EventText text(Identity::kAddress, filter.isWhole ? Detail::kWhole : Detail::kShort);
     std::map<std::uint32_t, std::size_t> depths;
     for (const Event& event : trace.events) {
@@ -115,9 +139,9 @@ void PrintTrace(const Trace& trace, const TraceFilter& filter,
                               (!filter.onlyFailed || HasFailed(trace, event)) &&
                               Contains(CallName(event), filter.call);
         if (isWanted) {
-            const std::string line = Line(trace, text, event);
+            std::string line = Line(trace, text, event);
             if (Contains(line, filter.text)) {
-                print(Heading(event, depth) + line);
+                visit(LineOf(trace, event, depth, std::move(line)));
             }
         }
         depth += isBegin && event.partner != Event::kNone ? 1 : 0;

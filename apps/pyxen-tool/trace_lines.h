@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,6 +23,21 @@ struct TraceFilter {
 /// What happens inside another call on the same thread is indented; callbacks begin with "> ".
 void PrintTrace(const sdktrace::Trace& trace, const TraceFilter& filter,
                 const std::function<void(const std::string& line)>& print);
+
+/// One of these lines, in its parts.
+struct TraceLine {
+    std::string name;
+    std::uint64_t time = 0; ///< ns since the trace was begun
+    std::uint32_t thread = 0;
+    std::size_t depth = 0; ///< calls of the same thread around it
+    bool isCallback = false;
+    std::optional<std::int64_t> result;    ///< none: has not returned
+    std::optional<std::uint64_t> duration; ///< ns; none also when the beginning is not known
+    std::string text;                      ///< the call with its result and duration
+};
+/// Passes on what PrintTrace prints.
+void VisitTrace(const sdktrace::Trace& trace, const TraceFilter& filter,
+                const std::function<void(const TraceLine& line)>& visit);
 
 /// The calls of one kind.
 struct CallSummary {

@@ -14,7 +14,9 @@ protected:
         arguments.insert(arguments.end(), options.begin(), options.end());
         const auto result = Mivora(arguments);
         ExpectDone(result);
-        return Json::parse(result.output);
+        const Json report = Json::parse(result.output);
+        EXPECT_EQ(report["schema"], 1);
+        return report["features"];
     }
 };
 
@@ -89,6 +91,7 @@ TEST_F(FeatureCommands, DescribesAFeature) {
     const auto json = Mivora({"describe", "/Camera/AnalogControl/GainSelector", "--json"});
     ExpectDone(json);
     const Json selector = Json::parse(json.output);
+    EXPECT_EQ(selector["schema"], 1);
     EXPECT_EQ(selector["path"], "/Camera/AnalogControl/GainSelector");
     EXPECT_NE(std::find(selector["selects"].begin(), selector["selects"].end(), "Gain"),
               selector["selects"].end())

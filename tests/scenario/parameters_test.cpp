@@ -64,7 +64,9 @@ TEST_F(Parameters, AreListedWhereTheyAreServed) {
         "min2=0 max2=18446744073709551615\n");
     const auto result = Mivora({"param", "list", "--json"});
     ExpectDone(result);
-    const Json list = Json::parse(result.output);
+    const Json report = Json::parse(result.output);
+    EXPECT_EQ(report["schema"], 1);
+    const Json& list = report["parameters"];
     ASSERT_EQ(list.size(), 7u);
     EXPECT_EQ(list[5], Json::parse("{\"id\":261,\"name\":\"time base\",\"value1\":-6,"
                                    "\"value2\":0,\"min\":-6,\"max\":0,\"min2\":0,\"max2\":0}"));

@@ -155,7 +155,8 @@ TEST_F(Synchronisation, IsAppliedWhenTheCameraIsOpened) {
               expected);
 
     std::vector<std::string> values;
-    for (const Json& feature : Json::parse(result.output)) {
+    const Json report = Json::parse(result.output);
+    for (const Json& feature : report["features"]) {
         if (feature["module"] == "Localdevice") {
             values.push_back(feature["value"].dump());
         }

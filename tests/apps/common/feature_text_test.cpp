@@ -37,7 +37,7 @@ TEST(FeatureText, HasALineWithRange) {
     EXPECT_EQ(FeatureLine("It", 6, feature, value), "It     integer     RW 48 px  16..64 step 4");
     feature.isReadable = false;
     EXPECT_EQ(FeatureLine("It", 0, feature, std::nullopt), "It integer     W  -  16..64 step 4");
-    EXPECT_EQ(FeatureJson(feature, value, false).Text(),
+    EXPECT_EQ(JsonObject(FeatureMembers(feature, value)).Text(),
               "{\"path\":\"/Camera/Control/It\",\"module\":\"Camera\",\"name\":\"It\","
               "\"type\":\"integer\",\"access\":\"W\",\"value\":48,\"unit\":\"px\",\"min\":16,"
               "\"max\":64,\"increment\":4}");
@@ -68,7 +68,7 @@ TEST(FeatureText, ShowsEntriesAndTheLengthOfTexts) {
     FeatureDescription choice = Described(MV_FEATURE_ENUMERATION);
     choice.entries = {{"On", true}, {"Auto", false}};
     EXPECT_EQ(RangeText(choice), "On|Auto(unavailable)");
-    EXPECT_NE(FeatureJson(choice, std::nullopt, false)
+    EXPECT_NE(JsonObject(FeatureMembers(choice, std::nullopt))
                   .Text()
                   .find("\"value\":null,\"unit\":\"\",\"entries\":[{\"name\":\"On\","
                         "\"available\":true},{\"name\":\"Auto\",\"available\":false}]}"),
@@ -77,7 +77,10 @@ TEST(FeatureText, ShowsEntriesAndTheLengthOfTexts) {
     text.hasLimits = true;
     text.longestText = 16;
     EXPECT_EQ(RangeText(text), "at most 16 bytes");
-    EXPECT_NE(FeatureJson(text, std::nullopt, true).Text().find("\"maxLength\":16,\"displayName\""),
+    EXPECT_NE(JsonObject(FeatureMembers(text, std::nullopt)).Text().find("\"maxLength\":16}"),
+              std::string::npos);
+    text.toolTip = "a tip";
+    EXPECT_NE(JsonObject(MoreFeatureMembers(text)).Text().find("\"toolTip\":\"a tip\""),
               std::string::npos);
 }
 
