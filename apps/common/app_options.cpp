@@ -112,9 +112,10 @@ void AddAppOptions(CommandLine& program, AppOptions& options) {
         .TypeName("FILE|-");
     program
         .AddOption("--camera", options.camera,
-                   "Camera to use: its index, its unique id (decimal or 0x...) or its name. "
-                   "Default: the configured one, else the first. The shell does not look at it")
-        .TypeName("N|ID");
+                   "Camera to use: its index, its unique id (decimal or 0x...) or any text of the "
+                   "command cameras that only it has. Default: the configured one, else the "
+                   "first. The shell does not look at it")
+        .TypeName("N|ID|NAME");
 }
 
 std::string ApplySdk(const AppOptions& options) {

@@ -13,7 +13,7 @@ struct AppOptions {
     std::string configFile; ///< the host's ini file, or empty
     std::string log;        ///< file or "-", empty for none
     std::string sdkScript;  ///< script for the SDK's control interface, or empty
-    std::string camera;     ///< index, unique id or name; empty: as configured, else the first
+    std::string camera;     ///< see FindCameras; empty: as configured, else the first
     std::string traceFile;  ///< where calls of the SDK are traced to, or empty
     std::uint32_t traceMegabytes = 64; ///< the trace's greatest size
     bool traceFrames = false;          ///< trace the content of frames as well

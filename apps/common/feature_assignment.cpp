@@ -16,8 +16,9 @@ constexpr std::uint32_t kCommandLimitMs = 5000;
 /// The value to write; none for a command.
 std::optional<ServiceValue> CheckedValue(ServiceClient& services,
                                          const FeatureAssignment& assignment) {
-    const auto& [module, name] = assignment.name;
-    const FeatureDescription feature = services.DescribeFeature(module, name);
+    const FeatureDescription feature =
+        services.DescribeFeature(assignment.name.module, assignment.name.feature);
+    assignment.name.CheckCategory(feature.category);
     if (assignment.value) {
         return ParseServiceValue(feature, *assignment.value);
     }
@@ -29,11 +30,11 @@ std::optional<ServiceValue> CheckedValue(ServiceClient& services,
 
 std::optional<ServiceValue> Apply(ServiceClient& services, const FeatureAssignment& assignment,
                                   const std::optional<ServiceValue>& value) {
-    const auto& [module, name] = assignment.name;
+    const FeatureName& name = assignment.name;
     if (value) {
-        return services.WriteFeature(module, name, *value, *assignment.value);
+        return services.WriteFeature(name.module, name.feature, *value, *assignment.value);
     }
-    services.RunCommand(module, name, kCommandLimitMs);
+    services.RunCommand(name.module, name.feature, kCommandLimitMs);
     return std::nullopt;
 }
 
@@ -45,7 +46,17 @@ FeatureName ParseFeatureName(const std::string& text) {
     if (first == std::string::npos || first == begin || text.ends_with('/')) {
         throw CommandFailure("\"" + text + "\" is not of the form MODULE/FEATURE");
     }
-    return {text.substr(begin, first - begin), text.substr(text.rfind('/') + 1)};
+    const std::size_t last = text.rfind('/');
+    return {text.substr(begin, first - begin), text.substr(last + 1),
+            text.substr(first, last - first)};
+}
+
+void FeatureName::CheckCategory(const std::string& actual) const {
+    const std::string own = actual.ends_with('/') ? actual.substr(0, actual.size() - 1) : actual;
+    if (!category.empty() && category != own) {
+        throw CommandFailure(module + " has no feature \"" + feature + "\" in the category \"" +
+                             category + "\"; there is /" + module + own + "/" + feature);
+    }
 }
 
 FeatureAssignment ParseFeatureAssignment(const std::string& text) {

@@ -14,9 +14,12 @@ class Session;
 struct FeatureName {
     std::string module;
     std::string feature;
+    std::string category; ///< "/ImageFormatControl" where the name contains it, else empty
 
     /// "Camera/Width".
     std::string Text() const { return module + "/" + feature; }
+    /// Throws CommandFailure when the name contains another category than the feature has.
+    void CheckCategory(const std::string& actual) const;
 };
 
 /// Parses "MODULE/FEATURE", or a whole path including the categories. Throws CommandFailure.

@@ -6,7 +6,6 @@
 #include "platform/printable_text.h"
 
 #include <cerrno>
-#include <cstdarg>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -17,6 +16,10 @@ constexpr std::size_t kKeptErrors = 8;
 // Prefix of the format string of the module's line about a bad frame. The format is compared rather
 // than the finished line, because frames may arrive by the thousand.
 constexpr std::string_view kReceiveError = "CMivoraKVNPyxenClass::FrameCallback: Receive error: ";
+// The same of the lines before and after a feature synchronisation file is read.
+constexpr std::string_view kReadsSyncFile = "FeatureSyncher::Init: Loading ";
+constexpr std::string_view kHasReadSyncFile =
+    "CMivoraKVNPyxenClass::OpenActCamera: Successfully loaded ";
 
 } // namespace
 
@@ -42,9 +45,15 @@ void LogFile::Open(const std::string& path) {
 }
 
 void LogFile::Write(int level, const char* format, ...) {
-    const bool badFrame = std::string_view(format).starts_with(kReceiveError);
+    const std::string_view formatText = format;
+    const bool badFrame = formatText.starts_with(kReceiveError);
     if (badFrame) {
         ++receiveErrors;
+    } else if (formatText.starts_with(kReadsSyncFile) || formatText.starts_with(kHasReadSyncFile)) {
+        va_list arguments;
+        va_start(arguments, format);
+        NoteSyncFile(format, arguments);
+        va_end(arguments);
     }
     if (!listening.load(std::memory_order_relaxed) && (level != kMvLogError || badFrame)) {
         return;
@@ -79,6 +88,18 @@ void LogFile::Keep(int level, std::string text) {
             errors.pop_front();
         }
     }
+}
+
+void LogFile::NoteSyncFile(const char* format, va_list arguments) {
+    const bool isRead = std::string_view(format).starts_with(kHasReadSyncFile);
+    std::string text = isRead ? std::string() : FormatLogLine(format, arguments);
+    platform::MutexLock lock(mutex);
+    unreadSyncFile = std::move(text);
+}
+
+std::string LogFile::TakeUnreadSyncFile() {
+    platform::MutexLock lock(mutex);
+    return std::exchange(unreadSyncFile, {});
 }
 
 std::deque<std::string> LogFile::TakeErrors() {

@@ -5,6 +5,7 @@
 #include "platform/mutex.h"
 
 #include <atomic>
+#include <cstdarg>
 #include <cstdint>
 #include <cstdio>
 #include <deque>
@@ -32,11 +33,15 @@ public:
 
     /// Returns and clears the level-0 lines since the last call, at most the last eight.
     std::deque<std::string> TakeErrors();
+    /// The line about a feature synchronisation file that the module has begun to read and not read
+    /// successfully since the last call; empty for none.
+    std::string TakeUnreadSyncFile();
     /// Frames that the module has reported as received in error since construction.
     std::uint64_t ReceiveErrors() const { return receiveErrors.load(); }
 
 private:
     void Keep(int level, std::string text);
+    void NoteSyncFile(const char* format, va_list arguments);
 
     std::atomic<std::uint64_t> receiveErrors{0};
     std::atomic<bool> listening{false}; // lines of all levels are written
@@ -45,4 +50,5 @@ private:
     std::FILE* file GUARDED_BY(mutex) = nullptr;
     bool incomplete GUARDED_BY(mutex) = false; // a line could not be written
     std::deque<std::string> errors GUARDED_BY(mutex);
+    std::string unreadSyncFile GUARDED_BY(mutex);
 };

@@ -99,6 +99,24 @@ void ReceiveFile(const char* name, const void* data, std::uint64_t bytes, void* 
     });
 }
 
+void ReceiveCamera(const MV_CAMERA_DESCRIPTION* camera, void* context) {
+    Received<DescribedCamera>::Add(context, [&] {
+        return DescribedCamera{camera->index,
+                               TextOf(camera->id),
+                               TextOf(camera->extendedId),
+                               TextOf(camera->name),
+                               TextOf(camera->vendor),
+                               TextOf(camera->model),
+                               TextOf(camera->serialNumber),
+                               TextOf(camera->userName),
+                               TextOf(camera->interfaceId),
+                               TextOf(camera->interfaceName),
+                               TextOf(camera->transportLayer),
+                               camera->canOpen != 0,
+                               camera->canRead != 0};
+    });
+}
+
 void ReceiveSetting(const MV_SETTING* setting, void* context) {
     Received<SettingReport>::Add(context, [&] {
         return SettingReport{static_cast<MV_SERVICE_RESULT>(setting->result),
@@ -278,6 +296,14 @@ DescriptionFile ServiceClient::ReadDescriptionFile() {
         return services.ReadDescriptionFile(&ReceiveFile, received.Context(), reason);
     });
     return std::move(received.Items().at(0));
+}
+
+std::vector<DescribedCamera> ServiceClient::TryListCameras() {
+    Received<DescribedCamera> received;
+    if (services.ListCameras(&ReceiveCamera, received.Context(), nullptr) != MV_SERVICE_OK) {
+        return {};
+    }
+    return std::move(received.Items());
 }
 
 template <typename Call>

@@ -63,6 +63,23 @@ struct DescriptionFile {
     std::string content;
 };
 
+/// A camera of the grabber's list, see MV_CAMERA_DESCRIPTION.
+struct DescribedCamera {
+    std::uint32_t index = 0;
+    std::string id;
+    std::string extendedId;
+    std::string name;
+    std::string vendor;
+    std::string model;
+    std::string serialNumber;
+    std::string userName;
+    std::string interfaceId;
+    std::string interfaceName;
+    std::string transportLayer;
+    bool canOpen = false;
+    bool canRead = false;
+};
+
 /// What became of one feature of a settings file, see MV_SETTING.
 struct SettingReport {
     MV_SERVICE_RESULT result = MV_SERVICE_OK;
@@ -109,6 +126,8 @@ public:
                                              const ServiceValue& value, const std::string& shown);
     void RunCommand(const std::string& module, const std::string& feature, std::uint32_t timeoutMs);
     DescriptionFile ReadDescriptionFile();
+    /// Empty instead of a failure.
+    std::vector<DescribedCamera> TryListCameras();
     SettingsOutcome SaveSettings(const std::string& path);
     SettingsOutcome LoadSettings(const std::string& path, bool isDryRun);
 

@@ -3,7 +3,6 @@
 
 #include "apps/common/command_failure.h"
 #include "apps/common/grabber_maker.h"
-#include "apps/common/parse_number.h"
 #include "apps/common/service_client.h"
 #include "mivora/grabber.h"
 #include "platform/environment.h"
@@ -11,17 +10,21 @@
 #include "platform/printable_text.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
-#include <deque>
+#include <cstring>
 #include <utility>
 
 namespace {
 
-std::string Hex32(std::uint32_t number) {
-    char text[11];
-    std::snprintf(text, sizeof text, "0x%08X", static_cast<unsigned>(number));
-    return text;
-}
+constexpr std::size_t kLongestIdentifier = 1024;
+
+// What the module logs of the SDK's codes for a camera that cannot be opened.
+constexpr const char* kInUse = "Something is already in use";
+constexpr const char* kNoAccess = "Operation is invalid with the current access mode";
+constexpr const char* kNotThere = "cannot be found";
+// Begin of what the reader of feature synchronisation files logs.
+constexpr const char* kSyncReader = "FeatureSyncher::Init: ";
 
 // The grabber uses the file's directory as written: for a bare name it would look for companion
 // files in the root directory.
@@ -101,30 +104,112 @@ void Session::InitWithCamera() {
 }
 
 void Session::OpenCamera() {
-    InitWithCamera();
-    if (!grabber->GetActCamera()) {
-        if (grabber->GetNumCameras() == 0) {
-            throw CommandFailure("there is no camera");
-        }
-        Check("SetActCameraIndex", grabber->SetActCameraIndex(0), "camera 0");
-    }
+    Init();
+    ChooseCamera();
     OpenActCamera();
 }
 
+void Session::ChooseCamera() {
+    if (!options.camera.empty()) {
+        SelectCamera(options.camera);
+        return;
+    }
+    if (grabber->GetActCamera()) {
+        return;
+    }
+    const std::string configured = ConfiguredCamera();
+    std::int32_t index = 0;
+    if (!configured.empty()) {
+        // The module has looked for it in its first list only.
+        const std::vector<KnownCamera> cameras = KnownCameras();
+        const auto found =
+            std::find_if(cameras.begin(), cameras.end(), [&](const KnownCamera& camera) {
+                return camera.extendedId == configured;
+            });
+        if (found == cameras.end()) {
+            throw Missing("the configured camera \"" + configured + "\" (UniqueId in " +
+                          options.configFile + ") is not there");
+        }
+        index = found->index;
+    } else if (grabber->GetNumCameras() == 0) {
+        throw CameraMissing("there is no camera");
+    }
+    Check("SetActCameraIndex", grabber->SetActCameraIndex(index),
+          CameraText(index, grabber->GetCamera(index)));
+}
+
+std::string Session::ConfiguredCamera() {
+    std::array<char, kLongestIdentifier> text{};
+    grabber->GetGrabberString("UniqueId", "", text.data(), text.size());
+    return text.data();
+}
+
 void Session::OpenActCamera() {
-    Check("OpenActCamera", grabber->OpenActCamera(), ActCameraText());
+    log.TakeErrors();
+    const MV_ERRCODE code = grabber->OpenActCamera();
+    const std::deque<std::string> logged = log.TakeErrors();
+    if (code == MV_OK) {
+        WarnOfSyncFile(logged);
+        return;
+    }
+    Check("OpenActCamera", code, ActCameraText(), OpeningProblems(logged));
+}
+
+std::vector<std::string> Session::OpeningProblems(const std::deque<std::string>& logged) {
+    const auto isLogged = [&](const char* text) {
+        return std::any_of(logged.begin(), logged.end(), [text](const std::string& line) {
+            return line.find(text) != std::string::npos;
+        });
+    };
+    std::vector<std::string> problems;
+    if (isLogged(kInUse) || isLogged(kNoAccess)) {
+        problems.emplace_back("somebody else has it open: another program here or on another "
+                              "computer, or this one a second time");
+    } else if (isLogged(kNotThere)) {
+        problems.emplace_back("it is not there any more");
+    }
+    problems.insert(problems.end(), logged.begin(), logged.end());
+    return problems;
+}
+
+void Session::WarnOfSyncFile(const std::deque<std::string>& logged) {
+    std::string reason;
+    for (const std::string& line : logged) {
+        if (line.starts_with(kSyncReader)) {
+            reason = line.substr(std::strlen(kSyncReader));
+        }
+    }
+    const std::string unread = log.TakeUnreadSyncFile();
+    if (!unread.empty()) {
+        // "Loading FILE..."
+        const std::string file = unread.substr(unread.find("Loading ") + 8);
+        reason = file.substr(0, file.size() - 3) + " is faulty" +
+                 (reason.empty() ? "" : " (" + reason + ")") +
+                 "; only what it declares before the fault is synchronised";
+    }
+    if (!reason.empty()) {
+        std::fprintf(stderr, "mivora: warning: feature synchronisation: %s\n",
+                     platform::PrintableText(reason).c_str());
+    }
 }
 
 ServiceClient& Session::Services() {
-    if (!services) {
-        std::string reason;
-        IMivoraModuleServices* const offered = maker.Services(grabber, reason);
-        if (!offered) {
-            throw CommandFailure("the grabber module offers no access to features", {reason});
-        }
-        services = std::make_unique<ServiceClient>(*offered, [this] { return log.TakeErrors(); });
+    std::string reason;
+    ServiceClient* const offered = OptionalServices(reason);
+    if (!offered) {
+        throw CommandFailure("the grabber module offers no access to features", {reason});
     }
-    return *services;
+    return *offered;
+}
+
+ServiceClient* Session::OptionalServices(std::string& reason) {
+    if (!services) {
+        if (IMivoraModuleServices* const offered = maker.Services(grabber, reason)) {
+            services =
+                std::make_unique<ServiceClient>(*offered, [this] { return log.TakeErrors(); });
+        }
+    }
+    return services.get();
 }
 
 CMivoraGfxMode& Session::CheckedMode() {
@@ -172,9 +257,11 @@ std::string Session::CameraText(std::int32_t index, CMivoraCamera* camera) {
     if (!camera) {
         return "no camera";
     }
-    return "camera " + std::to_string(index) + " (" +
-           platform::PrintableText(camera->GetCameraName()) + ", " +
-           Hex32(camera->GetCameraUniqueID()) + ")";
+    KnownCamera known;
+    known.index = index;
+    known.uniqueId = camera->GetCameraUniqueID();
+    known.name = camera->GetCameraName();
+    return known.Text();
 }
 
 std::string Session::ActCameraText() {
@@ -182,36 +269,34 @@ std::string Session::ActCameraText() {
 }
 
 void Session::SelectCamera(const std::string& wanted) {
-    std::int32_t index = -1;
-    if (const auto number = ParseUnsigned(wanted)) {
-        if (*number < grabber->GetNumCameras()) {
-            index = static_cast<std::int32_t>(*number);
-        } else if (*number <= 0xFFFFFFFFu) {
-            index = grabber->GetCameraIndexByCameraUniqueID(static_cast<std::uint32_t>(*number));
+    const std::vector<KnownCamera> cameras = KnownCameras();
+    const std::vector<std::size_t> found = FindCameras(cameras, wanted);
+    if (found.empty()) {
+        throw Missing("there is no camera \"" + wanted + "\"");
+    }
+    if (found.size() > 1) {
+        std::vector<std::string> lines;
+        for (const std::size_t position : found) {
+            lines.push_back(cameras[position].WholeText());
         }
+        throw CommandFailure("\"" + wanted + "\" names " + std::to_string(found.size()) +
+                                 " cameras; name one of them by what only it has",
+                             lines);
     }
-    const auto count = static_cast<std::int32_t>(grabber->GetNumCameras());
-    for (std::int32_t i = 0; index < 0 && i < count; ++i) {
-        if (wanted == grabber->GetCamera(i)->GetCameraName()) {
-            index = i;
-        }
-    }
-    if (index < 0) {
-        const std::vector<std::string> known = KnownCameras();
-        throw CommandFailure("there is no camera \"" + wanted + "\"; " +
-                                 (known.empty() ? "there is none at all" : "there are"),
-                             known);
-    }
-    Check("SetActCameraIndex", grabber->SetActCameraIndex(index),
-          CameraText(index, grabber->GetCamera(index)));
+    const KnownCamera& camera = cameras[found.front()];
+    Check("SetActCameraIndex", grabber->SetActCameraIndex(camera.index), camera.Text());
 }
 
-std::vector<std::string> Session::KnownCameras() {
-    const std::uint32_t count = grabber->GetNumCameras();
-    std::vector<std::string> known;
-    known.reserve(count);
-    for (std::int32_t i = 0; i < static_cast<std::int32_t>(count); ++i) {
-        known.push_back(CameraText(i, grabber->GetCamera(i)));
+std::vector<KnownCamera> Session::KnownCameras() {
+    std::string reason;
+    return ListKnownCameras(*grabber, OptionalServices(reason));
+}
+
+CameraMissing Session::Missing(const std::string& text) {
+    std::vector<std::string> lines;
+    for (const KnownCamera& camera : KnownCameras()) {
+        lines.push_back(camera.WholeText());
     }
-    return known;
+    return CameraMissing(text + "; " + (lines.empty() ? "there is none at all" : "there are"),
+                         lines);
 }

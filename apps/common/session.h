@@ -2,12 +2,15 @@
 #pragma once
 
 #include "apps/common/app_options.h"
+#include "apps/common/command_failure.h"
 #include "apps/common/event_recorder.h"
+#include "apps/common/known_camera.h"
 #include "apps/common/log_file.h"
 #include "apps/common/sdk_control.h"
 #include "mivora/types.h"
 
 #include <cstdint>
+#include <deque>
 #include <memory>
 #include <string>
 #include <vector>
@@ -17,6 +20,12 @@ class CMivoraGfxMode;
 class CMivoraGrabber;
 class IGrabberMaker;
 class ServiceClient;
+
+/// The camera that is wanted is not there; it may come.
+class CameraMissing : public CommandFailure {
+public:
+    using CommandFailure::CommandFailure;
+};
 
 /// Owns the log, the grabber and the event recorder, and sets the grabber up as far as a command
 /// needs. Failures throw CommandFailure with the reasons from the log. One thread.
@@ -34,11 +43,20 @@ public:
     void Init();
     /// Init, then makes the camera active that the options name, if any.
     void InitWithCamera();
-    /// InitWithCamera, then opens the active camera, or the first one if none is active.
+    /// Init, ChooseCamera and OpenActCamera.
     void OpenCamera();
-    /// Makes the camera active that has this index, unique id or name.
+    /// Makes the camera active that the options name, else the configured one, else the first.
+    /// Throws CameraMissing if it is not there: no other one is taken in its place.
+    void ChooseCamera();
+    /// Makes the camera active that `wanted` names, see FindCameras. Throws CameraMissing if it is
+    /// not there, CommandFailure if several cameras have this name.
     void SelectCamera(const std::string& wanted);
-    /// Opens the active camera.
+    /// The identifier that the configuration names; empty for none.
+    std::string ConfiguredCamera();
+    /// The grabber's list.
+    std::vector<KnownCamera> KnownCameras();
+    /// Opens the active camera. Warns on standard error of a feature synchronisation file that
+    /// could not be read.
     void OpenActCamera();
     /// The active camera's graphics mode. Throws for an unknown pixel format or an empty image.
     CMivoraGfxMode& CheckedMode();
@@ -72,8 +90,14 @@ private:
     };
 
     void RunSdkScript();
-    std::vector<std::string> KnownCameras();
+    /// "TEXT; there are" and the cameras of the list, one a line.
+    CameraMissing Missing(const std::string& text);
+    /// Null when the module has none.
+    ServiceClient* OptionalServices(std::string& reason);
     std::string SdkText();
+    /// Why a camera could not be opened: what that means, if it is known, and what was logged.
+    static std::vector<std::string> OpeningProblems(const std::deque<std::string>& logged);
+    void WarnOfSyncFile(const std::deque<std::string>& logged);
     /// Where the SDK's library was looked for; empty when it can be loaded.
     std::vector<std::string> SdkProblems() const;
 

@@ -56,6 +56,7 @@ void Describe(Session& session, const DescribeOptions& options) {
     ServiceClient& services = session.Services();
     session.OpenCamera();
     const FeatureDescription feature = services.DescribeFeature(name.module, name.feature);
+    name.CheckCategory(feature.category);
     const std::optional<ServiceValue> value =
         feature.isReadable ? services.TryReadFeature(name.module, name.feature) : std::nullopt;
     if (options.json) {

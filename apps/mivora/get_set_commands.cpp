@@ -42,6 +42,9 @@ void GetFeatures(Session& session, const NamesOptions& options) {
     session.OpenCamera();
     std::vector<JsonValue> objects;
     for (const FeatureName& name : names) {
+        if (!name.category.empty()) {
+            name.CheckCategory(services.DescribeFeature(name.module, name.feature).category);
+        }
         const ServiceValue value = services.ReadFeature(name.module, name.feature);
         if (options.json) {
             objects.push_back(ValueObject(name, value));

@@ -6,6 +6,7 @@
 #include "mivora/grabber.h"
 #include "platform/clock.h"
 #include "platform/interrupt.h"
+#include "platform/printable_text.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -48,14 +49,17 @@ public:
           assignments(assignmentsToApply) {}
 
     void Run() {
-        const bool isChosen = grabber.GetActCamera() || grabber.SetActCameraIndex(0) == MV_OK;
-        if (isChosen) {
+        if (Choose()) {
             session.OpenActCamera();
             ApplyFeatureAssignments(session, assignments);
             Remember();
             std::printf("watching %s\n", camera.c_str());
         } else {
-            std::printf("watching; there is no camera yet\n");
+            const std::string configured = session.ConfiguredCamera();
+            const std::string text =
+                configured.empty() ? "there is no camera"
+                                   : "the configured camera \"" + configured + "\" is not there";
+            std::printf("watching; %s yet\n", platform::PrintableText(text).c_str());
         }
         std::fflush(stdout);
         while (!platform::InterruptRequested() && !std::ferror(stdout)) {
@@ -83,9 +87,7 @@ private:
         const bool wasOpen = isOpen;
         isOpen = false;
         session.Check("RefreshCameraList", grabber.RefreshCameraList());
-        const std::int32_t index = uniqueId ? grabber.GetCameraIndexByCameraUniqueID(*uniqueId) : 0;
-        if (index >= 0 && grabber.SetActCameraIndex(index) == MV_OK &&
-            grabber.OpenActCamera() == MV_OK) {
+        if (Choose() && grabber.OpenActCamera() == MV_OK) {
             ApplyFeatureAssignments(session, assignments);
             Remember();
             PrintLine(camera + " is there");
@@ -93,6 +95,20 @@ private:
             PrintLine(camera + " is gone");
         }
         std::fflush(stdout);
+    }
+
+    /// Makes the watched camera active, or while there has been none the one to watch.
+    bool Choose() {
+        if (uniqueId) {
+            const std::int32_t index = grabber.GetCameraIndexByCameraUniqueID(*uniqueId);
+            return index >= 0 && grabber.SetActCameraIndex(index) == MV_OK;
+        }
+        try {
+            session.ChooseCamera();
+            return true;
+        } catch (const CameraMissing&) {
+            return false;
+        }
     }
 
     void Remember() {

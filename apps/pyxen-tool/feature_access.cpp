@@ -41,17 +41,18 @@ FeatureCache* FeatureAccess::FindModule(CMivoraKVNPyxenClass& grabber, const std
 }
 
 FeatureAccess FeatureAccess::Find(CMivoraKVNPyxenClass& grabber, const std::string& path) {
-    const auto [moduleName, name] = ParseFeatureName(path);
-    FeatureCache* const cache = FindModule(grabber, moduleName);
+    const FeatureName wanted = ParseFeatureName(path);
+    FeatureCache* const cache = FindModule(grabber, wanted.module);
     if (!cache) {
-        throw CommandFailure("there is no module \"" + moduleName + "\"; there are " +
+        throw CommandFailure("there is no module \"" + wanted.module + "\"; there are " +
                              KnownModules(grabber));
     }
-    const PxnFeatureInfo* const info = cache->Find(name.c_str());
+    const PxnFeatureInfo* const info = cache->Find(wanted.feature.c_str());
     if (!info) {
         throw CommandFailure("module " + std::string(cache->GetModuleName()) +
-                             " has no feature \"" + name + "\"");
+                             " has no feature \"" + wanted.feature + "\"");
     }
+    wanted.CheckCategory(info->category ? info->category : "");
     return {*cache, *info};
 }
 

@@ -173,12 +173,11 @@ bool CameraControl::ChooseCamera() {
         const std::int32_t index = grabber.GetCameraIndexByCameraUniqueID(cameraId);
         return index >= 0 && grabber.SetActCameraIndex(index) == MV_OK;
     }
-    if (!options.camera.empty()) {
-        session.SelectCamera(options.camera);
-        return true;
+    if (options.camera.empty() && grabber.GetNumCameras() == 0) {
+        return false;
     }
-    return grabber.GetActCamera() ||
-           (grabber.GetNumCameras() > 0 && grabber.SetActCameraIndex(0) == MV_OK);
+    session.ChooseCamera();
+    return true;
 }
 
 void CameraControl::OpenFirst() {

@@ -10,47 +10,82 @@ namespace pyxen {
 
 namespace {
 
-/// What the feature would have taken, as far as it can be asked.
+/// All entries, those that cannot be selected at present marked.
+std::string EntriesText(const Feature& feature, const FeatureRange& range) {
+    std::string text;
+    for (const char* const entry : range.entries) {
+        if (entry) {
+            bool isAvailable = false;
+            const PxnError unknown = feature.IsAvailable(entry, isAvailable);
+            text += (text.empty() ? "" : ", ") + std::string(entry) +
+                    (unknown == PxnErrSuccess && !isAvailable ? " (not at present)" : "");
+        }
+    }
+    return text.empty() ? "; there are none" : "; there are " + text;
+}
+
+std::string EntryRefusal(const Feature& feature, const FeatureRange& range,
+                         const EnumEntry& entry) {
+    const std::string name = "\"" + std::string(entry.name ? entry.name : "") + "\"";
+    return (range.Contains(entry) ? ": the entry " + name + " cannot be selected at present"
+                                  : ": there is no entry " + name) +
+           EntriesText(feature, range);
+}
+
+/// The numbers that the feature takes.
+std::string NumbersText(const Feature& feature, const FeatureRange& range,
+                        const FeatureValue& value) {
+    const bool isInteger = value.GetIf<std::int64_t>();
+    const auto limit = [&](std::int64_t integer, double real) {
+        return ShownValue(isInteger ? FeatureValue(integer) : FeatureValue(real));
+    };
+    std::string text = limit(range.integers.least, range.floats.least) + " to " +
+                       limit(range.integers.most, range.floats.most);
+    std::int64_t increment = 0;
+    if (isInteger && feature.Increment(increment) == PxnErrSuccess && increment > 1) {
+        text += " in steps of " + std::to_string(increment);
+    }
+    return text;
+}
+
+/// Whether the range and the steps of an integer say why a number is refused.
+bool IsOutside(const Feature& feature, const FeatureRange& range, const FeatureValue& value) {
+    if (!range.Contains(value)) {
+        return true;
+    }
+    const std::int64_t* const number = value.GetIf<std::int64_t>();
+    std::int64_t increment = 0;
+    if (!number || feature.Increment(increment) != PxnErrSuccess || increment <= 1) {
+        return false;
+    }
+    // In the range, so that the difference of unsigned numbers is the distance.
+    const std::uint64_t distance =
+        static_cast<std::uint64_t>(*number) - static_cast<std::uint64_t>(range.integers.least);
+    return distance % static_cast<std::uint64_t>(increment) != 0;
+}
+
+/// What follows the feature's path: what it takes, as far as it can be asked.
 std::string LimitsText(const Feature& feature, const FeatureValue& value) {
     const std::string shown = ShownValue(value);
     FeatureRange range;
     if (feature.Range(range) != PxnErrSuccess) {
-        return shown + " is out of range";
+        return ": " + shown + " is out of range";
     }
     if (const auto* entry = value.GetIf<EnumEntry>()) {
-        return range.Contains(value)
-                   ? "the entry \"" + std::string(entry->name) + "\" cannot be selected at present"
-                   : "there is no entry \"" + std::string(entry->name) + "\"";
+        return EntryRefusal(feature, range, *entry);
     }
     if (value.GetIf<std::string>()) {
         return range.Contains(value)
-                   ? shown + " is not taken"
-                   : shown + " is longer than " + std::to_string(range.longestText) + " bytes";
+                   ? ": " + shown + " is not taken"
+                   : " takes at most " + std::to_string(range.longestText) + " bytes, not " + shown;
     }
-    if (!range.Contains(value)) {
-        const bool isInteger = value.GetIf<std::int64_t>();
-        const auto limit = [&](std::int64_t integer, double real) {
-            return ShownValue(isInteger ? FeatureValue(integer) : FeatureValue(real));
-        };
-        return shown + " is not between " + limit(range.integers.least, range.floats.least) +
-               " and " + limit(range.integers.most, range.floats.most);
-    }
-    std::int64_t increment = 0;
-    const std::int64_t* const number = value.GetIf<std::int64_t>();
-    if (number && feature.Increment(increment) == PxnErrSuccess && increment > 1) {
-        // In the range, so that the difference of unsigned numbers is the distance.
-        const std::uint64_t distance =
-            static_cast<std::uint64_t>(*number) - static_cast<std::uint64_t>(range.integers.least);
-        if (distance % static_cast<std::uint64_t>(increment) != 0) {
-            return shown + " is not " + std::to_string(range.integers.least) +
-                   " plus a multiple of " + std::to_string(increment);
-        }
-    }
-    return shown + " is not taken";
+    return IsOutside(feature, range, value)
+               ? " takes " + NumbersText(feature, range, value) + ", not " + shown
+               : ": " + shown + " is not taken";
 }
 
 ServiceOutcome NotTaken(const ServiceFeature& feature, const FeatureValue& value) {
-    return {MV_SERVICE_OUT_OF_RANGE, feature.Path() + ": " + LimitsText(feature.Get(), value)};
+    return {MV_SERVICE_OUT_OF_RANGE, feature.Path() + LimitsText(feature.Get(), value)};
 }
 
 ServiceOutcome Refusal(const ServiceFeature& feature, const FeatureValue& value,

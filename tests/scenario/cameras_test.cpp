@@ -5,7 +5,22 @@
 namespace scenario {
 namespace {
 
-class Cameras : public ProgramTest {};
+class Cameras : public ProgramTest {
+protected:
+    /// Two cameras of one name, the second of which somebody else has open.
+    void UseTwoCameras() {
+        directory.Write(
+            "PxnC.xml",
+            "<PxnC><camera id=\"A\" extendedId=\"Eth0|A\" model=\"Twin\" serial=\"11\"/>"
+            "<camera id=\"B\" extendedId=\"Eth0|B\" model=\"Twin\" serial=\"22\" "
+            "access=\"read\"/></PxnC>");
+    }
+    static std::string KeyOf(const std::string& id) {
+        std::string key = support::RunProgram("pyxen-tool", {"camera-key", id}).output;
+        std::erase(key, '\n');
+        return key;
+    }
+};
 
 TEST_F(Cameras, AreListedAsJson) {
     UseCamera();
@@ -15,7 +30,11 @@ TEST_F(Cameras, AreListedAsJson) {
     const auto key = support::RunProgram("pyxen-tool", {"camera-key", "Eth0|A"});
     EXPECT_EQ(list, Json::parse("[{\"index\":0,\"uniqueId\":" +
                                 std::to_string(std::stoul(key.output, nullptr, 16)) +
-                                ",\"name\":\"Camera A\",\"active\":false}]"));
+                                ",\"name\":\"Camera A\",\"active\":false,\"vendor\":\"\","
+                                "\"model\":\"Camera A\",\"serialNumber\":\"A\","
+                                "\"userName\":\"\",\"interface\":\"Ethernet adapter 0\","
+                                "\"transportLayer\":\"GEV\",\"access\":\"free\","
+                                "\"id\":\"A\",\"extendedId\":\"Eth0|A\"}]"));
 }
 
 TEST_F(Cameras, OfTheSimulatorAreThreeWithoutAConfiguration) {
@@ -52,6 +71,66 @@ TEST_F(Cameras, RememberedInTheConfigurationAreActive) {
     EXPECT_TRUE(Json::parse(Mivora({"cameras", "--json"}).output)[0]["active"]);
     directory.Write("host.ini", "[Grabber_0]\nUniqueId=Eth0|B\n");
     EXPECT_FALSE(Json::parse(Mivora({"cameras", "--json"}).output)[0]["active"]);
+}
+
+TEST_F(Cameras, AreListedAsATable) {
+    UseTwoCameras();
+    directory.Write("host.ini", "[Grabber_0]\nUniqueId=Eth0|B\n");
+    const auto result = Mivora({"cameras"});
+    ExpectDone(result);
+    const std::string interface = "Ethernet adapter 0  ";
+    const std::string common = "  Twin  Twin   ";
+    EXPECT_EQ(result.output, "     unique id   name  model  serial number  interface           "
+                             "access               UniqueId\n"
+                             "  0  " +
+                                 KeyOf("Eth0|A") + common + "11             " + interface +
+                                 "free                 Eth0|A\n"
+                                 "* 1  " +
+                                 KeyOf("Eth0|B") + common + "22             " + interface +
+                                 "in use, can be read  Eth0|B\n");
+}
+
+TEST_F(Cameras, AreNeverReplacedByAnother) {
+    UseTwoCameras();
+    directory.Write("host.ini", "[Grabber_0]\nUniqueId=Eth0|C\n");
+    for (const Arguments& command :
+         {Arguments{"info"}, Arguments{"snap", "-o", PathOf("image.png")},
+          Arguments{"grab", "--frames", "1"}, Arguments{"get", "Camera/Width"},
+          Arguments{"param", "list"}, Arguments{"features"}}) {
+        ExpectFailure(Mivora(command), 1,
+                      {"the configured camera \"Eth0|C\" (UniqueId in " + PathOf("host.ini") +
+                           ") is not there; there are",
+                       "camera 0 (Twin, " + KeyOf("Eth0|A") +
+                           "), serial number 11, at Ethernet adapter 0, Eth0|A",
+                       "camera 1 (Twin, ", "Eth0|B, in use, can be read"});
+    }
+    const auto list = Mivora({"cameras"});
+    EXPECT_EQ(list.status, 0);
+    EXPECT_EQ(list.errors, "mivora: the configured camera \"Eth0|C\" is not there\n");
+    ExpectDone(Mivora({"--camera", "0", "info"}));
+}
+
+TEST_F(Cameras, AreChosenByAnyTextThatOnlyOneHas) {
+    UseTwoCameras();
+    const std::string texts[] = {"Eth0|B", "B", "22", KeyOf("Eth0|B")};
+    for (const std::string& text : texts) {
+        const auto result = Mivora({"--camera", text, "cameras", "--json"});
+        ExpectDone(result);
+        const Json list = Json::parse(result.output);
+        EXPECT_FALSE(list[0]["active"]) << text;
+        EXPECT_TRUE(list[1]["active"]) << text;
+    }
+    ExpectFailure(Mivora({"--camera", "Twin", "info"}), 1,
+                  {"\"Twin\" names 2 cameras", "serial number 11, at Ethernet adapter 0, Eth0|A",
+                   "serial number 22, at Ethernet adapter 0, Eth0|B"});
+    ExpectFailure(Mivora({"--camera", "Tw", "info"}), 1, {"there is no camera \"Tw\"; there are"});
+}
+
+TEST_F(Cameras, ThatSomebodyElseHasOpenAreNamedSo) {
+    UseTwoCameras();
+    ExpectFailure(
+        Mivora({"--camera", "1", "info"}), 1,
+        {"OpenActCamera failed with 4", "for camera 1 (Twin, ", "somebody else has it open"});
 }
 
 TEST_F(Cameras, KeepNamesThatAreNotUtf8ReadableAsJson) {
@@ -127,6 +206,20 @@ TEST_F(Cameras, AreWatchedAsTheyComeAndGo) {
     EXPECT_TRUE(watch.Prints(" camera configuration changed"));
     EXPECT_TRUE(watch.Prints(" " + camera + " is gone"));
     EXPECT_TRUE(watch.Prints(" " + camera + " is there"));
+    EXPECT_EQ(watch.Errors(), "");
+}
+
+TEST_F(Cameras, AreWatchedForOnlyWhenTheyAreTheConfiguredOne) {
+    directory.Write("PxnC.xml", "<PxnC><camera id=\"A\" extendedId=\"Eth0|A\" model=\"Camera A\"/>"
+                                "<camera id=\"B\" extendedId=\"Eth0|B\" model=\"Camera B\" "
+                                "plugged=\"false\"/>" +
+                                    Faults("at-call PxnCamerasList 3 plug B") + "</PxnC>");
+    directory.Write("host.ini", "[Grabber_0]\nUniqueId=Eth0|B\n");
+    RunningWatch watch(WithConfig({"watch"}));
+    EXPECT_TRUE(watch.Prints("watching; the configured camera \"Eth0|B\" is not there yet"));
+    EXPECT_TRUE(watch.Prints(" is there"));
+    EXPECT_PRED2(Contains, watch.Output(), "(Camera B, ");
+    EXPECT_FALSE(Contains(watch.Output(), "(Camera A, "));
     EXPECT_EQ(watch.Errors(), "");
 }
 

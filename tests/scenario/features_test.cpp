@@ -134,7 +134,7 @@ TEST_F(FeatureCommands, WritesSeveralInOrderAndNamesWhatWasWrittenBeforeAFailure
     const auto failed = Mivora({"set", "Camera/Height=32", "Camera/Width=48", "Camera/OffsetX=32"});
     ExpectFailure(failed, 1,
                   {"mivora: WriteFeature failed with 8 (the value is outside the limits) for "
-                   "Camera/OffsetX=32\n  Camera/OffsetX: 32 is not between 0 and 16\n",
+                   "Camera/OffsetX=32\n  Camera/OffsetX takes 0 to 16 in steps of 4, not 32\n",
                    "\n  applied before: Camera/Height, Camera/Width\n"});
     EXPECT_EQ(failed.output, "Camera/Height=32\nCamera/Width=48\n");
     // Nothing is written when one cannot be.
@@ -147,16 +147,24 @@ TEST_F(FeatureCommands, NamesWhatRefusesAValueAndWhy) {
     UseCamera();
     ExpectFailure(Mivora({"set", "Camera/Width=9999"}), 1,
                   {"mivora: WriteFeature failed with 8 (the value is outside the limits) for "
-                   "Camera/Width=9999\n  Camera/Width: 9999 is not between 16 and 64\n"});
+                   "Camera/Width=9999\n  Camera/Width takes 16 to 64 in steps of 4, not 9999\n"});
     ExpectFailure(Mivora({"set", "Camera/DeviceVendorName=x"}), 1,
                   {"WriteFeature failed with 7 ", "Camera/DeviceVendorName: cannot be written"});
     ExpectFailure(Mivora({"set", "Camera/PixelFormat=mono8"}), 1,
-                  {"Camera/PixelFormat: there is no entry \"mono8\""});
+                  {"Camera/PixelFormat: there is no entry \"mono8\"; there are Mono8, "});
     ExpectFailure(Mivora({"set", "Camera/Width=wide"}), 1, {"\"wide\" is no value", "integer"});
     ExpectFailure(Mivora({"set", "Camera/Width"}), 2, {"VALUE of Camera/Width is required"});
     ExpectFailure(Mivora({"set", "Camera/AcquisitionStop=1"}), 1,
                   {"AcquisitionStop is of type command and takes no value"});
     ExpectFailure(Mivora({"set", "Width=1"}), 1, {"\"Width\" is not of the form MODULE/FEATURE"});
+    for (const Arguments& command : {Arguments{"set", "/Camera/AnalogControl/Width=32"},
+                                     Arguments{"get", "/Camera/AnalogControl/Width"},
+                                     Arguments{"describe", "Camera/AnalogControl/Width"}}) {
+        ExpectFailure(
+            Mivora(command), 1,
+            {"Camera has no feature \"Width\" in the category \"/AnalogControl\"; there is "
+             "/Camera/ImageFormatControl/Width"});
+    }
 }
 
 TEST_F(FeatureCommands, WritesTheFeaturesThatDependOnOne) {

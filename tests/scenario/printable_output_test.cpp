@@ -41,7 +41,7 @@ protected:
 TEST_F(PrintableOutput, OfMivoraShowsTheControlCharactersOfNames) {
     const auto list = Mivora({"cameras"});
     ExpectShown(list, kShownName);
-    EXPECT_EQ(CountLines(list.output), 1);
+    EXPECT_EQ(CountLines(list.output), 2) << "the heading and the camera";
     ExpectShown(Mivora({"info"}), kShownName);
     ExpectShown(Mivora({"watch", "--for", "1"}), kShownName);
     ExpectShown(Mivora({"channels"}), "type ");

@@ -225,18 +225,18 @@ TEST_F(Synchronisation, IsRefusedBeforeAnythingIsWritten) {
                      "/Transportlayer/InputControl/InputCameraName (range error)"}));
     // A value that the feature itself refuses.
     for (const char* value : {"nan", "inf", "1e300", "-1"}) {
-        ExpectFailure(Mivora({"set", std::string("Camera/ExposureTime=") + value}), 1,
-                      {"WriteFeature failed with 8 ", "Camera/ExposureTime: "});
+        ExpectFailure(
+            Mivora({"set", std::string("Camera/ExposureTime=") + value}), 1,
+            {"WriteFeature failed with 8 ", "Camera/ExposureTime takes 10 to 1e+07, not "});
     }
     ExpectFailure(LoggedMivora({"set", "Camera/Width=65"}), 1,
-                  {"WriteFeature failed with 8 ", "Camera/Width: 65 is not between 16 and 64"});
+                  {"WriteFeature failed with 8 ", "Camera/Width takes 16 to 64"});
     EXPECT_EQ(LoggedAfterOpening(),
               (Lines{"0 CMivoraKVNPyxenClass::IntFeatureCheckSyncPath: int64 feature (value = 65) "
                      "wouldn't be applicable to /Camera/ImageFormatControl/Width (range error)"}));
     ExpectFailure(LoggedMivora({"set", "Camera/DeviceUserID=more than sixteen"}), 1,
                   {"WriteFeature failed with 8 ",
-                   "Camera/DeviceUserID: \"more than sixteen\" is longer "
-                   "than 16 bytes"});
+                   "Camera/DeviceUserID takes at most 16 bytes, not \"more than sixteen\""});
     EXPECT_EQ(LoggedAfterOpening(),
               (Lines{"0 CMivoraKVNPyxenClass::StringFeatureCheckSyncPath: enum feature (value = "
                      "more than sixteen) wouldn't be applicable to "
@@ -283,7 +283,10 @@ TEST_F(Synchronisation, UsesTheEntriesBeforeAFault) {
                                       Entry("Camera", "Width", {{"Interface", "InputWidth"}}) +
                                       ",\n" + Entry("Camera", "Stream0", {}) + "]}");
     const auto result = LoggedMivora({"get", "Interface/InputWidth"});
-    ExpectDone(result);
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.errors, "mivora: warning: feature synchronisation: " + PathOf("board.sync") +
+                                 " is faulty; only what it declares before the fault is "
+                                 "synchronised\n");
     EXPECT_EQ(result.output, "64\n");
     Lines expected{"1 FeatureSyncher::Init: Camera::Width will be synched with ",
                    "1   Interface::InputWidth"};
@@ -293,11 +296,24 @@ TEST_F(Synchronisation, UsesTheEntriesBeforeAFault) {
     EXPECT_EQ(Logged("Loading", "Using snap start"), expected);
 }
 
+TEST_F(Synchronisation, NamesTheFaultOfAFile) {
+    directory.Write("board.sync", "{\"SyncFeatures\":[]} more");
+    EXPECT_EQ(Mivora({"get", "Camera/Width"}).errors,
+              "mivora: warning: feature synchronisation: " + PathOf("board.sync") +
+                  " is faulty (extra file content after SyncFeatures definition); only what it "
+                  "declares before the fault is synchronised\n");
+    directory.Write("board.sync", "{\"SyncFeatures\":[]}");
+    ExpectDone(Mivora({"get", "Camera/Width"}));
+}
+
 TEST_F(Synchronisation, OpensTheCameraWithoutAFileThatCanBeRead) {
     const std::string path = PathOf("board.sync");
     std::remove(path.c_str());
     for (int round = 0; round < 2; ++round) {
-        ExpectDone(LoggedMivora({"get", "Camera/Width"}));
+        const auto result = LoggedMivora({"get", "Camera/Width"});
+        EXPECT_EQ(result.status, 0);
+        EXPECT_EQ(result.errors, "mivora: warning: feature synchronisation: Could not open " +
+                                     path + ". No feature synchronization will happen.\n");
         EXPECT_EQ(Logged("Found TL specific configuration", "Using snap start"),
                   (Lines{"0 FeatureSyncher::Init: Could not open " + path +
                          ". No feature synchronization will happen."}));

@@ -36,12 +36,22 @@ TEST_F(Assignments, AreParsedFromPathsToo) {
     EXPECT_EQ(plain.name.Text(), "Camera/Width");
     EXPECT_EQ(plain.value, "a=b");
     EXPECT_EQ(ParseFeatureName("/Camera/Image/Size/Width").Text(), "Camera/Width");
+    EXPECT_EQ(ParseFeatureName("/Camera/Image/Size/Width").category, "/Image/Size");
+    EXPECT_EQ(ParseFeatureName("Camera/Width").category, "");
     EXPECT_EQ(ParseFeatureAssignment("Camera/Reset").value, std::nullopt);
     EXPECT_EQ(ParseFeatureAssignment("Camera/Name=").value, "");
     for (const char* wrong :
          {"Width", "", "/Camera", "Camera/", "//Width", "=1", "Width=Camera/1"}) {
         EXPECT_THROW(ParseFeatureAssignment(wrong), CommandFailure) << wrong;
     }
+}
+
+TEST_F(Assignments, RefuseAnotherCategory) {
+    services.Add("Camera", "Height", MV_FEATURE_INTEGER).description.category = "/Image";
+    EXPECT_NO_THROW(Apply({"/Camera/Image/Height=1", "Camera/Height=2"}));
+    EXPECT_THROW(Apply({"/Camera/Height=1", "/Camera/Analog/Height=1"}), CommandFailure);
+    EXPECT_THROW(Apply({"/Camera/Image/Size/Height=1"}), CommandFailure);
+    EXPECT_NO_THROW(ParseFeatureName("/Camera/Root/Width").CheckCategory("/Root/"));
 }
 
 TEST_F(Assignments, AreAppliedInOrder) {

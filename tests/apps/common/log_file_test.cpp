@@ -113,4 +113,15 @@ TEST_F(LogFileTest, RefusesAFileThatCannotBeWritten) {
     }
 }
 
+TEST_F(LogFileTest, KnowsTheSynchronisationFileThatWasNotRead) {
+    ILogSink& sink = log;
+    const char* const begin = "FeatureSyncher::Init: Loading %s...";
+    sink.Write(1, begin, "a.sync");
+    sink.Write(1, "CMivoraKVNPyxenClass::OpenActCamera: Successfully loaded %s.", "a.sync");
+    EXPECT_EQ(log.TakeUnreadSyncFile(), "");
+    sink.Write(1, begin, "b.sync");
+    EXPECT_EQ(log.TakeUnreadSyncFile(), "FeatureSyncher::Init: Loading b.sync...");
+    EXPECT_EQ(log.TakeUnreadSyncFile(), "");
+}
+
 } // namespace

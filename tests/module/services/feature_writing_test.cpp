@@ -95,22 +95,26 @@ TEST_F(FeatureWritingServices, SayWhichValuesAreTaken) {
         EXPECT_TRUE(written.empty());
         return Reason();
     };
-    EXPECT_EQ(refused("Width", IntegerValue(7)), "Camera/Width: 7 is not between 16 and 2048");
-    EXPECT_EQ(refused("Gain", FloatValue(0.125)), "Camera/Gain: 0.125 is not between 0.25 and 24");
-    EXPECT_EQ(refused("PixelFormat", EntryValue("Mono99")),
-              "Camera/PixelFormat: there is no entry \"Mono99\"");
+    EXPECT_EQ(refused("Width", IntegerValue(7)),
+              "Camera/Width takes 16 to 2048 in steps of 16, not 7");
+    EXPECT_EQ(refused("Gain", FloatValue(0.125)), "Camera/Gain takes 0.25 to 24, not 0.125");
+    EXPECT_EQ(
+        refused("PixelFormat", EntryValue("Mono99")),
+        "Camera/PixelFormat: there is no entry \"Mono99\"; there are Mono8, Mono10, Mono10p, Mono12, Mono12p, Mono12Packed, BayerRG8, RGB8, YUV422_8");
     Camera().Find("DeviceUserID")->maxLength = 4;
     EXPECT_EQ(refused("DeviceUserID", TextValue("right")),
-              "Camera/DeviceUserID: \"right\" is longer than 4 bytes");
+              "Camera/DeviceUserID takes at most 4 bytes, not \"right\"");
     // What only the SDK knows.
     sdk.FailFeature(scripted::CameraHandle(), "Width", "PxnFeatureIntSet", PxnErrInvalidValue);
     EXPECT_EQ(refused("Width", IntegerValue(641)),
-              "Camera/Width: 641 is not 16 plus a multiple of 16");
+              "Camera/Width takes 16 to 2048 in steps of 16, not 641");
     EXPECT_EQ(refused("Width", IntegerValue(656)), "Camera/Width: 656 is not taken");
     sdk.FailFeature(scripted::CameraHandle(), "PixelFormat", "PxnFeatureEnumSet",
                     PxnErrInvalidValue);
-    EXPECT_EQ(refused("PixelFormat", EntryValue("Mono12")),
-              "Camera/PixelFormat: the entry \"Mono12\" cannot be selected at present");
+    Camera().Find("PixelFormat")->entries[3].available = false;
+    EXPECT_EQ(
+        refused("PixelFormat", EntryValue("Mono12")),
+        "Camera/PixelFormat: the entry \"Mono12\" cannot be selected at present; there are Mono8, Mono10, Mono10p, Mono12 (not at present), Mono12p, Mono12Packed, BayerRG8, RGB8, YUV422_8");
     sdk.FailFeature(scripted::CameraHandle(), "ReverseX", "PxnFeatureBoolSet", PxnErrInvalidValue);
     EXPECT_EQ(refused("ReverseX", ServiceValue(MV_FEATURE_BOOLEAN)),
               "Camera/ReverseX: false is not taken");
