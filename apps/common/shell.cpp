@@ -5,6 +5,7 @@
 namespace {
 
 constexpr int kDone = 0;
+constexpr int kFailed = 1;
 constexpr int kRefused = 2;
 
 } // namespace
@@ -19,7 +20,9 @@ std::string Shell::Answer(std::string_view text) {
         if (found == operations.All().end()) {
             throw ShellRefusal("unknown operation");
         }
-        return line.Name() + " = " + found->second.run(line).Str();
+        const ShellAnswer answer = found->second.run(line);
+        failed = failed || answer.IsFailure();
+        return line.Name() + " = " + answer.Str();
     } catch (const ShellRefusal& refusal) {
         refused = true;
         return platform::PrintableText(line.Name() + " ? " + refusal.what());
@@ -37,5 +40,8 @@ int Shell::Run(const std::function<bool(std::string& line)>& nextLine, std::FILE
             std::fflush(output);
         }
     }
-    return refused ? kRefused : kDone;
+    if (refused) {
+        return kRefused;
+    }
+    return strict && failed ? kFailed : kDone;
 }

@@ -12,15 +12,19 @@
 /// flushed: "NAME = RESULT", or "NAME ? REASON" for an unknown name or a bad argument.
 class Shell {
 public:
-    explicit Shell(const ShellOperations& knownOperations) : operations(knownOperations) {}
+    /// A strict shell ends with 1 after an operation that failed.
+    explicit Shell(const ShellOperations& knownOperations, bool isStrict = false)
+        : operations(knownOperations), strict(isStrict) {}
 
     /// The output for one line, without line end; empty for a blank line or a comment.
     std::string Answer(std::string_view line);
     /// Runs lines until `nextLine` returns false. Returns the program's exit status: 2 if a line
-    /// was refused, otherwise 0.
+    /// was refused, 1 if the shell is strict and an operation failed, otherwise 0.
     int Run(const std::function<bool(std::string& line)>& nextLine, std::FILE* output);
 
 private:
     const ShellOperations& operations;
+    const bool strict;
     bool refused = false;
+    bool failed = false;
 };

@@ -9,7 +9,7 @@ ShellAnswer ShellAnswer::Ok() {
 }
 
 ShellAnswer ShellAnswer::Code(MV_ERRCODE code) {
-    return Number(code);
+    return Number(code).FailedIf(code != MV_OK);
 }
 
 ShellAnswer ShellAnswer::Number(std::int64_t number) {
@@ -46,6 +46,11 @@ ShellAnswer& ShellAnswer::WithList(const char* key, const std::vector<std::uint3
         list += (list.size() > 1 ? "," : "") + std::to_string(value);
     }
     return Append(key, list + "]");
+}
+
+ShellAnswer& ShellAnswer::FailedIf(bool isFailure) {
+    failed = failed || isFailure;
+    return *this;
 }
 
 ShellAnswer& ShellAnswer::Append(const char* key, const std::string& value) {

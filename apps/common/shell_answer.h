@@ -25,11 +25,16 @@ public:
     ShellAnswer& WithBytes(const char* key, std::span<const std::uint8_t> value);
     ShellAnswer& WithList(const char* key, const std::vector<std::uint32_t>& values);
 
+    ShellAnswer& FailedIf(bool isFailure);
+
     const std::string& Str() const { return text; }
+    /// True for a code other than MV_OK, and after FailedIf.
+    bool IsFailure() const { return failed; }
 
 private:
     explicit ShellAnswer(std::string result) : text(std::move(result)) {}
     ShellAnswer& Append(const char* key, const std::string& value);
 
     std::string text;
+    bool failed = false;
 };

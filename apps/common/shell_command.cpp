@@ -10,6 +10,7 @@
 #include "platform/interrupt.h"
 
 #include <cstdio>
+#include <memory>
 
 namespace {
 
@@ -18,6 +19,8 @@ constexpr const char* kFooter =
     "which two double quotes in a row are one. Blank lines and lines from # are skipped.\n"
     "Every operation prints one line, NAME = RESULT key=value ..., or NAME ? REASON when it is\n"
     "unknown or an argument is bad; the shell then ends with status 2 after the last line.\n"
+    "With --strict it ends with 1 when an operation returned a code other than 0, or waited in\n"
+    "vain.\n"
     "Nothing runs before the first line: begin with LoadGrabberConfig and Init. The operation\n"
     "Help lists all names.\n"
     "\n"
@@ -41,8 +44,10 @@ void AddShellCommand(CommandLine& program, const AppOptions& options,
                      const std::function<void(ShellOperations&, const ShellContext&)>& addOwn) {
     Command command =
         program.AddCommand("shell", "The grabber's operations, one a line from standard input");
+    const auto isStrict = std::make_shared<bool>(false);
+    command.AddFlag("--strict", *isStrict, "End with status 1 when an operation failed");
     command.SetFooter(kFooter);
-    command.OnRun([&options, maker, addOwn] {
+    command.OnRun([&options, maker, addOwn, isStrict] {
         Session session(options, maker());
         const ShellContext context{session.Grabber(), session.Events(), session.Log(),
                                    session.Sdk()};
@@ -58,7 +63,8 @@ void AddShellCommand(CommandLine& program, const AppOptions& options,
             return true;
         });
         const int status =
-            Shell(operations).Run([&input](std::string& line) { return input.Next(line); }, stdout);
+            Shell(operations, *isStrict)
+                .Run([&input](std::string& line) { return input.Next(line); }, stdout);
         if (status != 0) {
             throw ExitStatus{status};
         }

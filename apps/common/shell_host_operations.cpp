@@ -13,14 +13,15 @@ constexpr std::uint64_t kDefaultWaitMs = 5000;
 void AddWaiting(ShellOperations& operations, CMivoraGrabber& grabber, EventRecorder& events) {
     operations.Add("WaitFrames", "N [MS]",
                    [&](std::uint64_t count, std::optional<std::uint64_t> timeoutMs) {
-                       events.WaitFor([&] { return events.Frames() >= count; },
-                                      timeoutMs.value_or(kDefaultWaitMs));
-                       return ShellAnswer::Number(static_cast<std::int64_t>(events.Frames()));
+                       const bool isThere = events.WaitFor([&] { return events.Frames() >= count; },
+                                                           timeoutMs.value_or(kDefaultWaitMs));
+                       return ShellAnswer::Number(static_cast<std::int64_t>(events.Frames()))
+                           .FailedIf(!isThere);
                    });
     operations.Add("WaitIdle", "[MS]", [&](std::optional<std::uint64_t> timeoutMs) {
-        events.WaitFor([&] { return grabber.GetAcquisitionState() == 0; },
-                       timeoutMs.value_or(kDefaultWaitMs));
-        return ShellAnswer::Number(grabber.GetAcquisitionState());
+        const bool isIdle = events.WaitFor([&] { return grabber.GetAcquisitionState() == 0; },
+                                           timeoutMs.value_or(kDefaultWaitMs));
+        return ShellAnswer::Number(grabber.GetAcquisitionState()).FailedIf(!isIdle);
     });
     operations.Add("Sleep", "MS", [&](std::uint64_t timeMs) {
         events.WaitFor([] { return false; }, timeMs);
@@ -48,14 +49,14 @@ void AddHostOperations(ShellOperations& operations, const ShellContext& context)
                   isOneText ? quoted.Arguments().front().c_str() : rest.text.c_str());
         return ShellAnswer::Ok();
     });
-    operations.Add("SdkControl", "COMMAND...",
-                   [&control = context.sdkControl](const RestOfLine& rest) {
-                       try {
-                           std::string answer;
-                           const std::int32_t result = control.Run(rest.text, answer);
-                           return ShellAnswer::Number(result).WithText("answer", answer);
-                       } catch (const CommandFailure& failure) {
-                           throw ShellRefusal(failure.what());
-                       }
-                   });
+    operations.Add(
+        "SdkControl", "COMMAND...", [&control = context.sdkControl](const RestOfLine& rest) {
+            try {
+                std::string answer;
+                const std::int32_t result = control.Run(rest.text, answer);
+                return ShellAnswer::Number(result).WithText("answer", answer).FailedIf(result != 0);
+            } catch (const CommandFailure& failure) {
+                throw ShellRefusal(failure.what());
+            }
+        });
 }

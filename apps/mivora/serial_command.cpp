@@ -31,6 +31,7 @@ constexpr std::uint32_t kCameraChannelType = 1;
 constexpr const char* kCameraPortPrefix = "PYXENSERIALPORT";
 constexpr std::size_t kMostAtOnce = 1024;
 constexpr std::uint32_t kLookAgainMs = 10;
+constexpr int kBadInput = 2;
 
 struct SerialOptions {
     ChannelSettings settings{"", "-", "-", "-", "-"};
@@ -78,6 +79,8 @@ public:
         session.Check("CMDWriteBuffer", code, options.settings.port);
         session.Check("CMDReadBuffer", readResult, options.settings.port);
     }
+    /// True if a line from a pipe was reported instead of sent.
+    bool HasBadInput() const { return hasBadInput; }
 
 private:
     /// Reads what to send next; false at the end of the input.
@@ -91,7 +94,7 @@ private:
         return true;
     }
 
-    std::vector<std::uint8_t> Translate(std::string text) const {
+    std::vector<std::uint8_t> Translate(std::string text) {
         if (!isInteractive && !options.hex) {
             return {text.begin(), text.end()};
         }
@@ -101,6 +104,7 @@ private:
         if (options.hex) {
             auto bytes = ParseHex(text);
             if (!bytes) {
+                hasBadInput = !isInteractive; // at a terminal the next line is the right one
                 std::fprintf(stderr, "mivora: \"%s\" is no sequence of hexadecimal bytes\n",
                              platform::PrintableText(text).c_str());
             }
@@ -174,6 +178,7 @@ private:
     InputLines lines;
     platform::Mutex channelMutex; // serialises the two threads' access to the channel
     std::vector<std::uint8_t> arrived GUARDED_BY(channelMutex); // but not printed yet
+    bool hasBadInput = false;
     std::atomic<bool> inputEnded{false};
     std::atomic<MV_ERRCODE> readResult{MV_OK};
 };
@@ -202,8 +207,12 @@ void Serial(Session& session, SerialOptions& options) {
     session.Check("GetConfig", ApplySettings(*channel, options.settings), object);
     session.Check("CMDOpen", grabber.CMDOpen(), object);
     platform::InstallInterruptHandler();
-    Terminal(session, options).Run();
+    Terminal terminal(session, options);
+    terminal.Run();
     session.Check("CMDClose", grabber.CMDClose(), port);
+    if (terminal.HasBadInput()) {
+        throw ExitStatus{kBadInput};
+    }
 }
 
 constexpr const char* kSerialFooter =
@@ -212,7 +221,7 @@ constexpr const char* kSerialFooter =
     "At a terminal a line can be edited until Enter sends it, with the line end of --eol; Ctrl-C\n"
     "ends. What comes through a pipe is sent as it is, and after the end of the input the command\n"
     "waits until nothing has arrived for the time of --linger. With --hex lines are hexadecimal\n"
-    "bytes in both directions.\n"
+    "bytes in both directions; a line that is none is not sent, and the status is 2 at the end.\n"
     "\n"
     "Examples:\n"
     "  mivora --camera 2 serial 0\n"

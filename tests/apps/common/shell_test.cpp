@@ -150,4 +150,27 @@ TEST_F(ShellTest, TakesLinesOfAnyLength) {
     EXPECT_EQ(output, "Text = \"" + text + "\"\n");
 }
 
+TEST_F(ShellTest, EndsWithOneWhenItIsStrictAndAnOperationFailed) {
+    operations.Add("Fail", "", [] { return ShellAnswer::Code(MV_NOT_INITIALISED); });
+    operations.Add("Succeed", "", [] { return ShellAnswer::Code(MV_OK); });
+    operations.Add("WaitInVain", "", [] { return ShellAnswer::Number(0).FailedIf(true); });
+    const auto run = [this](const char* lines, bool isStrict) {
+        std::istringstream input(lines);
+        std::FILE* const output = std::fopen(directory.PathOf("out").c_str(), "wb");
+        const int status = Shell(operations, isStrict)
+                               .Run(
+                                   [&input](std::string& line) {
+                                       return static_cast<bool>(std::getline(input, line));
+                                   },
+                                   output);
+        std::fclose(output);
+        return status;
+    };
+    EXPECT_EQ(run("Succeed\nSmall 17\n", true), 0) << "a number is no code";
+    EXPECT_EQ(run("Fail\nSucceed\n", true), 1);
+    EXPECT_EQ(run("WaitInVain\n", true), 1);
+    EXPECT_EQ(run("Fail\nUnknown\n", true), 2);
+    EXPECT_EQ(run("Fail\nWaitInVain\n", false), 0);
+}
+
 } // namespace
