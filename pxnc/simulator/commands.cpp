@@ -475,6 +475,7 @@ constexpr ControlCommand kCommands[] = {
     {"clear", 0, 0, "clear",
      [](const Words&) {
          Faults::Instance().Clear();
+         ForgetWaitingLines();
          skeleton::StartClock();
          if (const std::shared_ptr<Simulator> simulator = TheSdk().Current()) {
              ForEachPort(*simulator, [](Uart& port) { port.SetFault(Uart::Fault::kNone); });

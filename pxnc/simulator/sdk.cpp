@@ -28,7 +28,12 @@ PxnError RunScripts(const std::string& path, const Configuration& configuration)
             return PxnErrXml;
         }
     }
-    return PxnErrSuccess;
+    std::string answer;
+    const std::int32_t result = RunWaitingLines(answer);
+    if (result != PxnErrSuccess) {
+        Report(answer);
+    }
+    return static_cast<PxnError>(result);
 }
 
 } // namespace
