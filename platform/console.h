@@ -24,4 +24,8 @@ std::size_t ReadInput(char* buffer, std::size_t capacity);
 /// console; false for a file, a pipe, the null device and invalid numbers. Any thread.
 bool IsTerminal(int descriptor);
 
+/// True when colours may be written to a standard stream: it is a terminal that knows the sequences
+/// for them, and the environment variable NO_COLOR is not set or empty.
+bool ShowsColour(int descriptor);
+
 } // namespace platform

@@ -74,44 +74,52 @@ void SetVariable(const char* name, const std::string& value) {
 
 void AddAppOptions(CommandLine& program, AppOptions& options) {
     program
-        .AddOption("--sdk", options.sdk,
+        .AddOption("-s,--sdk", options.sdk,
                    "Camera SDK: simulator, genicam, trace:FILE to play back a traced session, or "
                    "a directory that has the SDK's library in its subdirectory Bin. Default: "
                    "PYXEN_HOME of the environment, else simulator")
         .TypeName("simulator|genicam|trace:FILE|DIR");
-    program
-        .AddOption("--trace-sdk", options.traceFile,
-                   "Write every call of the camera SDK and every callback to a file that "
-                   "pyxen-tool trace prints (docs/sdk-trace.md)")
-        .TypeName("FILE");
+    const CommandOption trace =
+        program
+            .AddOption("--trace-sdk", options.traceFile,
+                       "Write every call of the camera SDK and every callback to a file that "
+                       "pyxen-tool trace prints (docs/sdk-trace.md)")
+            .TypeName("FILE");
     program
         .AddOption("--trace-size", options.traceMegabytes,
                    "Greatest size of that file; what is oldest in it goes first")
         .TypeName("MB")
         .ShowDefault()
-        .Within(1u, kMostTraceMegabytes);
-    program.AddFlag("--trace-frames", options.traceFrames, "Trace the images of frames as well");
+        .Within(1u, kMostTraceMegabytes)
+        .Needs(trace);
+    program.AddFlag("--trace-frames", options.traceFrames, "Trace the images of frames as well")
+        .Needs(trace);
     program
         .AddOption("--sdk-script", options.sdkScript,
                    "Run the lines of a file on the SDK's control interface before the grabber is "
-                   "initialised: faults on demand, when the SDK has them (docs/simulator.md)")
+                   "initialised, those that need a started SDK right after its startup: faults on "
+                   "demand, when the SDK has them (docs/simulator.md)")
         .TypeName("FILE");
     program
-        .AddOption("--module", options.module,
+        .AddOption("-m,--module", options.module,
                    "Grabber module that mivora loads. Default: the one beside it. pyxen-tool has "
                    "the module linked in and does not look at this")
         .TypeName("FILE");
     program
-        .AddOption("--config", options.configFile,
+        .AddOption("-C,--config", options.configFile,
                    "The host's configuration file. Its directory is also where the SDK's PxnC.xml "
                    "and feature synchronisation files are looked for")
         .TypeName("FILE.ini");
+    const CommandOption log =
+        program
+            .AddOption("-l,--log", options.log,
+                       "Write log lines as LEVEL TEXT to a file, or with - to standard error")
+            .TypeName("FILE|-");
     program
-        .AddOption("--log", options.log,
-                   "Write log lines as LEVEL TEXT to a file, or with - to standard error")
-        .TypeName("FILE|-");
+        .AddFlag("--log-times", options.logTimes, "Begin each of these lines with its time in UTC")
+        .Needs(log);
     program
-        .AddOption("--camera", options.camera,
+        .AddOption("-c,--camera", options.camera,
                    "Camera to use: its index, its unique id (decimal or 0x...) or any text of the "
                    "command cameras that only it has. Default: the configured one, else the "
                    "first. The shell does not look at it")

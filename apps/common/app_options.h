@@ -12,6 +12,7 @@ struct AppOptions {
     std::string module;     ///< file of the grabber module; empty: the one beside the program
     std::string configFile; ///< the host's ini file, or empty
     std::string log;        ///< file or "-", empty for none
+    bool logTimes = false;  ///< begin the lines of the log with the time
     std::string sdkScript;  ///< script for the SDK's control interface, or empty
     std::string camera;     ///< see FindCameras; empty: as configured, else the first
     std::string traceFile;  ///< where calls of the SDK are traced to, or empty

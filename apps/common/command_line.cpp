@@ -43,6 +43,89 @@ bool HasJson(int argumentCount, char** arguments) {
     return false;
 }
 
+/// The texts of an option's checks.
+Texts ChecksOf(CLI::Option& option) {
+    Texts checks;
+    try {
+        for (int index = 0;; ++index) {
+            checks.push_back(option.get_validator(index)->get_description());
+        }
+    } catch (const CLI::OptionNotFound&) {
+        return checks;
+    }
+}
+
+Texts Split(const std::string& text, char separator) {
+    Texts parts;
+    std::istringstream stream(text);
+    for (std::string part; std::getline(stream, part, separator);) {
+        parts.push_back(part);
+    }
+    return parts;
+}
+
+/// "2 to 5" for the parser's "UINT in [2 - 5]".
+std::string LimitsText(const std::string& check) {
+    const std::size_t begin = check.find("in [");
+    const std::size_t middle = check.find(" - ", begin);
+    const std::size_t end = check.find(']', begin);
+    if (begin == std::string::npos || middle == std::string::npos || end == std::string::npos) {
+        return "";
+    }
+    return check.substr(begin + 4, middle - begin - 4) + " to " +
+           check.substr(middle + 3, end - middle - 3);
+}
+
+OptionDescription DescribeOption(CLI::Option& option) {
+    OptionDescription described;
+    described.isPositional = option.get_positional();
+    if (described.isPositional) {
+        described.names = {option.get_name(true, false)};
+    }
+    for (const std::string& name : option.get_snames()) {
+        described.names.push_back("-" + name);
+    }
+    for (const std::string& name : option.get_lnames()) {
+        described.names.push_back("--" + name);
+    }
+    std::string type = option.get_type_name();
+    for (const std::string& check : ChecksOf(option)) {
+        if (!check.empty() && type.ends_with(":" + check)) {
+            type.resize(type.size() - check.size() - 1);
+        }
+        if (check.starts_with('{') && check.ends_with('}')) {
+            described.choices = Split(check.substr(1, check.size() - 2), ',');
+        } else if (described.limits.empty()) {
+            described.limits = LimitsText(check);
+        }
+    }
+    described.value = option.get_type_size_max() == 0 ? "" : type;
+    described.defaultText = option.get_default_str();
+    described.description = option.get_description();
+    described.isRequired = option.get_required();
+    described.isValueOptional = !described.value.empty() && option.get_expected_min() == 0;
+    described.mayRepeat = option.get_multi_option_policy() == CLI::MultiOptionPolicy::TakeAll ||
+                          option.get_expected_max() > 1;
+    return described;
+}
+
+CommandDescription DescribeCommand(CLI::App& command) {
+    CommandDescription described;
+    described.name = command.get_name();
+    described.description = command.get_description();
+    described.footer = command.get_footer();
+    described.needsCommand = command.get_require_subcommand_min() > 0;
+    for (CLI::Option* const option : command.get_options([](CLI::Option*) { return true; })) {
+        if (option != command.get_help_ptr()) {
+            described.options.push_back(DescribeOption(*option));
+        }
+    }
+    for (CLI::App* const inner : command.get_subcommands([](CLI::App*) { return true; })) {
+        described.commands.push_back(DescribeCommand(*inner));
+    }
+    return described;
+}
+
 // Output may stay buffered until here, so that a full disk shows only now.
 bool IsOutputWritten(std::string& reason) {
     if (std::fflush(stdout) != 0) {
@@ -184,6 +267,14 @@ CommandLine::CommandLine(std::unique_ptr<CLI::App> parser)
 
 CommandLine::~CommandLine() = default;
 
+void CommandLine::SetVersion(std::function<std::string(bool isJson)> text) {
+    app->set_version_flag("-V,--version",
+                          std::function<std::string()>([this, text = std::move(text)] {
+                              return platform::PrintableLines(text(isJson));
+                          }),
+                          "Print the versions of the program and of what it runs with");
+}
+
 void CommandLine::PrintError(int status, const std::string& message, const Texts& details) {
     const std::vector<JsonValue> list(details.begin(), details.end());
     const JsonValue report = JsonReport(
@@ -193,8 +284,12 @@ void CommandLine::PrintError(int status, const std::string& message, const Texts
 }
 
 int CommandLine::Fail(const std::exception& failure) {
+    // What was printed before stands above the failure, also where both streams go to one file.
+    std::fflush(stdout);
     if (!isJson) {
-        std::fprintf(stderr, "%s: %s\n", app->get_name().c_str(),
+        const bool isColoured = platform::ShowsColour(2);
+        std::fprintf(stderr, "%s%s:%s %s\n", isColoured ? "\x1B[1;31m" : "",
+                     app->get_name().c_str(), isColoured ? "\x1B[0m" : "",
                      platform::PrintableLines(failure.what()).c_str());
     } else if (const auto* known = dynamic_cast<const CommandFailure*>(&failure)) {
         PrintError(kFailed, known->Message(), known->Details());
@@ -253,6 +348,10 @@ int CommandLine::Run(int argumentCount, char** arguments) {
         return Fail(CommandFailure("cannot write to standard output" + reason));
     }
     return status;
+}
+
+CommandDescription CommandLine::Describe() {
+    return DescribeCommand(*app);
 }
 
 CommandLine::ParseResult CommandLine::Parse(int argumentCount, char** arguments,

@@ -1,6 +1,8 @@
 // command_line.h - describes and parses the command line of a program
 #pragma once
 
+#include "apps/common/command_description.h"
+
 #include <cstdint>
 #include <exception>
 #include <functional>
@@ -110,11 +112,18 @@ public:
     CommandLine(const CommandLine&) = delete;
     CommandLine& operator=(const CommandLine&) = delete;
 
+    /// Adds --version, which prints what `text` returns for the options given before and after it,
+    /// as JSON with --json, and runs no command. To be called behind the program's options.
+    void SetVersion(std::function<std::string(bool isJson)> text);
+
     /// For console programs: parses, runs the command and returns the exit status: 0 success, 1 the
     /// operation failed (reason on standard error) or the output could not be written, 2 bad usage.
     /// With --json among the arguments the reason is one JSON object on a line of its own:
     /// {"schema":1,"error":{"status":1,"message":"...","details":["..."]}}.
     int Run(int argumentCount, char** arguments);
+
+    /// The program and its commands, for pages and completion.
+    CommandDescription Describe();
 
     enum class ParseResult { kReady, kHelpRequested, kBadUsage };
     /// For programs that show their messages themselves: parses only. `text` receives the help

@@ -6,6 +6,7 @@
 #include "platform/printable_text.h"
 
 #include <cerrno>
+#include <chrono>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -30,7 +31,7 @@ LogFile::~LogFile() {
     }
 }
 
-void LogFile::Open(const std::string& path) {
+void LogFile::Open(const std::string& path, bool hasTimes) {
     if (path.empty()) {
         return;
     }
@@ -41,6 +42,7 @@ void LogFile::Open(const std::string& path) {
     }
     platform::MutexLock lock(mutex);
     file = opened;
+    isTimed = hasTimes;
     listening = true;
 }
 
@@ -73,7 +75,9 @@ void LogFile::Keep(int level, std::string text) {
     EscapeLineEnds(text);
     platform::MutexLock lock(mutex);
     if (file) {
-        const std::string line = std::to_string(level) + ' ' +
+        const std::string time =
+            isTimed ? UtcTimeText(std::chrono::system_clock::now()) + ' ' : std::string();
+        const std::string line = time + std::to_string(level) + ' ' +
                                  (file == stderr ? platform::PrintableText(text) : text) + '\n';
         const bool isWritten = std::fwrite(line.data(), 1, line.size(), file) == line.size();
         if ((std::fflush(file) != 0 || !isWritten) && !incomplete) {

@@ -11,9 +11,10 @@
 #include <deque>
 #include <string>
 
-/// Writes "LEVEL TEXT" lines to a file, to standard error, or nowhere. Each call writes one line of
-/// any length: line ends within the text are written as \r and \n. Every line is flushed; the first
-/// one that cannot be written is reported on standard error.
+/// Writes lines of "LEVEL TEXT", on request of "TIME LEVEL TEXT", to a file, to standard error, or
+/// nowhere. Each call writes one line of any length: line ends within the text are written as \r
+/// and \n. Every line is flushed; the first one that cannot be written is reported on standard
+/// error.
 ///
 /// The last few lines of level 0 are also kept, so that a failing command can report the reason.
 /// Any thread may write.
@@ -24,9 +25,9 @@ public:
     LogFile(const LogFile&) = delete;
     LogFile& operator=(const LogFile&) = delete;
 
-    /// "-" is standard error; an empty path discards all lines. Throws CommandFailure if the file
-    /// cannot be opened.
-    void Open(const std::string& path);
+    /// "-" is standard error; an empty path discards all lines. With `hasTimes` each line begins
+    /// with the time in UTC. Throws CommandFailure if the file cannot be opened.
+    void Open(const std::string& path, bool hasTimes = false);
 
     void Write(int level, const char* format, ...) override;
     void WriteError(const char* text) override;
@@ -48,6 +49,7 @@ private:
 
     platform::Mutex mutex;
     std::FILE* file GUARDED_BY(mutex) = nullptr;
+    bool isTimed GUARDED_BY(mutex) = false;
     bool incomplete GUARDED_BY(mutex) = false; // a line could not be written
     std::deque<std::string> errors GUARDED_BY(mutex);
     std::string unreadSyncFile GUARDED_BY(mutex);

@@ -36,7 +36,7 @@ std::string WithDirectory(const std::string& file) {
 
 Session::Session(const AppOptions& appOptions, IGrabberMaker& grabberMaker)
     : options(appOptions), maker(grabberMaker), sdkPlaces(ApplySdk(appOptions)) {
-    log.Open(options.log);
+    log.Open(options.log, options.logTimes);
     RunSdkScript();
     grabber = maker.Create();
     if (!options.configFile.empty()) {

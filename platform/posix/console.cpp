@@ -1,8 +1,12 @@
 // console.cpp - the standard streams on POSIX
 #include "platform/console.h"
 
+#include "platform/environment.h"
+
 #include <poll.h>
 #include <unistd.h>
+
+#include <string>
 
 namespace platform {
 
@@ -22,6 +26,12 @@ std::size_t ReadInput(char* buffer, std::size_t capacity) {
 
 bool IsTerminal(int descriptor) {
     return isatty(descriptor) == 1;
+}
+
+bool ShowsColour(int descriptor) {
+    const std::string terminal = GetEnvironment("TERM");
+    return IsTerminal(descriptor) && GetEnvironment("NO_COLOR").empty() && !terminal.empty() &&
+           terminal != "dumb";
 }
 
 } // namespace platform

@@ -1,6 +1,8 @@
 // console.cpp - the standard streams on Windows
 #include "platform/console.h"
 
+#include "platform/environment.h"
+
 #include <windows.h>
 
 #include <fcntl.h>
@@ -65,6 +67,17 @@ bool IsTerminal(int descriptor) {
     // Only a console has a console mode; _isatty would accept the null device, too.
     DWORD mode = 0;
     return GetConsoleMode(GetStdHandle(kHandles[descriptor]), &mode) != FALSE;
+}
+
+bool ShowsColour(int descriptor) {
+    if (!IsTerminal(descriptor) || !GetEnvironment("NO_COLOR").empty()) {
+        return false;
+    }
+    // Consoles before Windows 10 refuse the mode.
+    HANDLE const console = GetStdHandle(descriptor == 1 ? STD_OUTPUT_HANDLE : STD_ERROR_HANDLE);
+    DWORD mode = 0;
+    return GetConsoleMode(console, &mode) != FALSE &&
+           SetConsoleMode(console, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != FALSE;
 }
 
 } // namespace platform

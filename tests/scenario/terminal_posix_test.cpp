@@ -1,4 +1,5 @@
 // terminal_posix_test.cpp - the programs on a terminal
+#include "platform/environment.h"
 #include "tests/scenario/program_test.h"
 
 #include <pty.h>
@@ -102,6 +103,28 @@ TEST_F(AtATerminal, SerialShowsWhatArrivesByItself) {
     int status = -1;
     mivora.End(status);
     EXPECT_EQ(status, 0);
+}
+
+TEST_F(AtATerminal, FailuresAreMarkedWithAColourUnlessNobodyWantsIt) {
+    const std::string terminal = platform::GetEnvironment("TERM");
+    const std::string noColour = platform::GetEnvironment("NO_COLOR");
+    const auto shown = [](const char* term, const char* no) {
+        platform::SetEnvironment("TERM", term);
+        platform::SetEnvironment("NO_COLOR", no);
+        TerminalProgram mivora("mivora", {"settings", "show", "/none"});
+        int status = -1;
+        const std::string text = mivora.End(status);
+        EXPECT_EQ(status, 1);
+        return text;
+    };
+    const std::string coloured = shown("xterm", "");
+    const std::string plain = shown("xterm", "1");
+    EXPECT_EQ(coloured.find("\x1B[1;31mmivora:\x1B[0m cannot read /none: "), 0u) << coloured;
+    EXPECT_EQ(plain.find("mivora: cannot read /none: "), 0u) << plain;
+    EXPECT_EQ(shown("dumb", ""), plain);
+    EXPECT_EQ(Mivora({"settings", "show", "/none"}).errors.find("mivora: cannot"), 0u);
+    platform::SetEnvironment("TERM", terminal);
+    platform::SetEnvironment("NO_COLOR", noColour);
 }
 
 } // namespace

@@ -194,6 +194,57 @@ TEST_F(CommandLineTest, ReportsWhyTheCommandFailed) {
     EXPECT_EQ(output + errors, "");
 }
 
+TEST_F(CommandLineTest, PrintsTheVersionForTheOptionsGiven) {
+    program.SetVersion([this](bool isJson) { return place + (isJson ? " json" : " text"); });
+    program.RequireCommand();
+    EXPECT_EQ(Run({"--version", "--place", "here"}), 0);
+    EXPECT_EQ(output, "here text\n");
+    EXPECT_EQ(Run({"-V", "--json"}), 0);
+    EXPECT_EQ(output, "here json\n");
+    EXPECT_EQ(errors, "");
+}
+
+TEST_F(CommandLineTest, DescribesWhatThereIs) {
+    program.RequireCommand();
+    command.SetFooter("The end.");
+    const CommandDescription all = program.Describe();
+    EXPECT_EQ(all.name, "thing");
+    EXPECT_EQ(all.description, "Does things");
+    EXPECT_TRUE(all.needsCommand);
+    ASSERT_EQ(all.commands.size(), 3u);
+    const CommandDescription& doing = all.commands[0];
+    EXPECT_EQ(doing.name, "do");
+    EXPECT_EQ(doing.footer, "The end.");
+    EXPECT_FALSE(doing.needsCommand);
+    const auto option = [&doing](std::size_t index) {
+        const OptionDescription& one = doing.options.at(index);
+        std::string text;
+        for (const std::string& name : one.names) {
+            text += name + " ";
+        }
+        text += "<" + one.value + ">";
+        for (const std::string& choice : one.choices) {
+            text += " " + choice;
+        }
+        return text + (one.limits.empty() ? "" : " limits " + one.limits) +
+               (one.defaultText.empty() ? "" : " default " + one.defaultText) +
+               (one.isPositional ? " positional" : "") + (one.isRequired ? " required" : "") +
+               (one.isValueOptional ? " optional" : "") + (one.mayRepeat ? " repeat" : "") + ": " +
+               one.description;
+    };
+    ASSERT_EQ(doing.options.size(), 9u);
+    EXPECT_EQ(option(0), "WORD <TEXT> positional required: A word");
+    EXPECT_EQ(option(1), "MORE <TEXT> positional: Another word");
+    EXPECT_EQ(option(2), "-n --number <UINT> limits 2 to 5 default 3: A number");
+    EXPECT_EQ(option(3), "--count <N>: A count");
+    EXPECT_EQ(option(4), "--size <TEXT> small large: A size");
+    EXPECT_EQ(option(5), "--mood <TEXT> Good Bad: A mood");
+    EXPECT_EQ(option(6), "--fast <>: Run fast");
+    EXPECT_EQ(option(7), "--each <TEXT> repeat: One of several");
+    EXPECT_EQ(option(8), "--to <TEXT> optional: A place or none");
+    EXPECT_TRUE(all.commands[1].options.at(0).mayRepeat || all.commands[2].options.at(0).mayRepeat);
+}
+
 TEST_F(CommandLineTest, RefusesOptionsWithoutEffect) {
     run = [] {
         ADD_FAILURE() << "must not run";

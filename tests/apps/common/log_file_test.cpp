@@ -2,11 +2,14 @@
 #include "apps/common/log_file.h"
 
 #include "apps/common/command_failure.h"
+#include "apps/common/log_text.h"
 #include "tests/support/temporary_directory.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
+#include <cstdint>
 #include <sstream>
 #include <thread>
 #include <vector>
@@ -28,6 +31,29 @@ TEST_F(LogFileTest, WritesLevelAndTextAndFlushesEveryLine) {
     sink.WriteError("100% of %s");
     EXPECT_EQ(directory.Read("log"),
               "1 Announced buffer 18446744073709551615\n0 bad\n0 100% of %s\n");
+}
+
+TEST_F(LogFileTest, BeginsLinesWithTheTimeOnRequest) {
+    log.Open(directory.PathOf("log"), true);
+    const std::string before = UtcTimeText(std::chrono::system_clock::now());
+    ILogSink& sink = log;
+    sink.Write(1, "a");
+    const std::string after = UtcTimeText(std::chrono::system_clock::now());
+    const std::string line = directory.Read("log");
+    ASSERT_EQ(line.size(), before.size() + std::string(" 1 a\n").size()) << line;
+    EXPECT_EQ(line.substr(before.size()), " 1 a\n");
+    EXPECT_LE(before, line.substr(0, before.size()));
+    EXPECT_LE(line.substr(0, before.size()), after);
+}
+
+TEST(LogTime, IsInUtcToTheMicrosecond) {
+    using std::chrono::microseconds;
+    const auto at = [](std::int64_t count) {
+        return UtcTimeText(std::chrono::system_clock::time_point(microseconds(count)));
+    };
+    EXPECT_EQ(at(0), "1970-01-01T00:00:00.000000Z");
+    EXPECT_EQ(at(1709251199000007), "2024-02-29T23:59:59.000007Z");
+    EXPECT_EQ(at(1709251200000000), "2024-03-01T00:00:00.000000Z");
 }
 
 TEST_F(LogFileTest, WritesLinesOfAnyLength) {
