@@ -84,6 +84,15 @@ install(FILES ${packageFiles}/pxnc_add_sdk.cmake ${packageFiles}/pxnc_sdk_librar
 install(EXPORT PxnCSkeletonTargets NAMESPACE PxnC::
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/PxnC COMPONENT Development)
 
+if(TARGET pages)
+  foreach(program IN ITEMS mivora pyxen-tool)
+    install(FILES ${CMAKE_BINARY_DIR}/pages/${program}.1
+            DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT Tools)
+    install(FILES ${CMAKE_BINARY_DIR}/pages/${program}.bash RENAME ${program}
+            DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT Tools)
+  endforeach()
+endif()
+
 if(NOT MSVC)
   file(RELATIVE_PATH prefixFromPkgConfig ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig
        ${CMAKE_INSTALL_PREFIX})

@@ -21,7 +21,8 @@ foreach(file IN LISTS files)
 endforeach()
 
 # Those that others install to stay, empty or not.
-set(shared bin lib lib64 include share cmake pkgconfig doc ${CMAKE_LIBRARY_ARCHITECTURE})
+set(shared bin lib lib64 include share cmake pkgconfig doc man man1 bash-completion completions
+    ${CMAKE_LIBRARY_ARCHITECTURE})
 list(REMOVE_DUPLICATES directories)
 foreach(directory IN LISTS directories)
   while(EXISTS ${directory})

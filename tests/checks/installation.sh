@@ -37,6 +37,10 @@ bash tests/checks/use_package.sh . "$prefix" "$work/use" \
   -DCMAKE_CXX_FLAGS="$flags -Wall -Wextra -Wconversion -Wshadow -Wno-sign-conversion -Werror"
 "$prefix/bin/mivora" --sdk genicam cameras >/dev/null # no camera is fine, no library is not
 
+for page in share/man/man1/{mivora,pyxen-tool}.1 share/bash-completion/completions/{mivora,pyxen-tool}; do
+  [ -s "$prefix/$page" ] || { echo "there is no $page"; exit 1; }
+done
+
 # Every header of the skeleton finds what it includes.
 find "$prefix/include/pxnc-skeleton" -name '*.h' -printf '#include <%P>\n' |
   "$(cache CMAKE_CXX_COMPILER "$2")" -fsyntax-only -std=c++20 -I"$prefix/include" \

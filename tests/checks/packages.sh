@@ -43,6 +43,8 @@ listing=$(dpkg-deb -c "$runtime")
 ! grep -E ' \./usr/(include|bin)/' <<<"$listing" || fail "^ is in $runtime"
 grep -qF ' ./usr/lib/libMivora.so.1 -> ' <<<"$listing" || fail "$runtime has no host library"
 
+grep -qF ' ./usr/share/man/man1/mivora.1' <<<"$(dpkg-deb -c "$tools")" || fail "$tools has no manual page"
+
 # Where nothing is but what dpkg knows of this machine's packages. Scripts of packages run outside
 # of it, so that they get an ldconfig that does nothing.
 root=$work/root
