@@ -71,6 +71,9 @@ Lines Split(const std::string& text) {
     Lines lines;
     std::istringstream stream(text);
     for (std::string line; std::getline(stream, line);) {
+        if (line.ends_with('\r')) {
+            line.pop_back(); // from a serial port
+        }
         lines.push_back(line);
     }
     return lines;

@@ -31,8 +31,10 @@ TEST_F(UnwrittenOutput, EndsACommandWithAnErrorThatSaysWhy) {
                                   {"param", "get", "257"},
                                   {"--help"}};
     for (const Arguments& command : commands) {
+        const bool isJson = command.back() == "--json";
         ExpectFailure(RunInto(">/dev/full", "mivora", WithConfig(command)), 1,
-                      {"mivora: cannot write to standard output"});
+                      {isJson ? "\"message\":\"cannot write to standard output"
+                              : "mivora: cannot write to standard output"});
     }
     ExpectFailure(RunInto(">/dev/full", "pyxen-tool", {"formats"}), 1,
                   {"pyxen-tool: cannot write to standard output: No space left"});
