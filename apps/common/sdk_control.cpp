@@ -63,16 +63,26 @@ std::string SdkLibraryPath() {
     return LibraryBelow(platform::GetEnvironment("PYXEN_HOME"));
 }
 
-std::vector<std::string> SdkLibraryProblems() {
-    std::vector<std::string> problems;
+std::vector<SdkLibraryPlace> SdkLibraryPlaces() {
+    std::vector<SdkLibraryPlace> places;
     // The module's second choice is the current directory.
     for (const std::string& path : {SdkLibraryPath(), InCurrentDirectory()}) {
-        const std::string problem = LibraryProblem(path);
-        if (problem.empty()) {
-            problems.clear();
+        places.push_back({path, LibraryProblem(path)});
+        if (places.back().problem.empty()) {
             break;
         }
-        problems.push_back(problem);
+    }
+    return places;
+}
+
+std::vector<std::string> SdkLibraryProblems() {
+    std::vector<std::string> problems;
+    for (const SdkLibraryPlace& place : SdkLibraryPlaces()) {
+        if (place.problem.empty()) {
+            problems.clear();
+        } else {
+            problems.push_back(place.problem);
+        }
     }
     const std::string traced = platform::GetEnvironment("PYXEN_TRACE_SDK");
     if (problems.empty() && !traced.empty()) {

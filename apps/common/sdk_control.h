@@ -10,6 +10,15 @@
 
 /// The absolute path of the SDK library that a grabber module loads, according to PYXEN_HOME.
 std::string SdkLibraryPath();
+
+/// A file that is taken as the SDK's library if it can be loaded.
+struct SdkLibraryPlace {
+    std::string path;
+    std::string problem; ///< why it cannot be loaded, with the path; empty if it can
+};
+
+/// Those that a grabber module tries, in its order, up to the first that can be loaded.
+std::vector<SdkLibraryPlace> SdkLibraryPlaces();
 /// Each file that a grabber module tries to load as the SDK's library, and the system's reason why
 /// it cannot; the same for the library whose calls are traced. Empty if one can be loaded.
 std::vector<std::string> SdkLibraryProblems();

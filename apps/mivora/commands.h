@@ -23,4 +23,5 @@ void AddGetCommand(CommandLine& program, const AppOptions& options, const MakerS
 void AddSetCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker);
 void AddDescribeCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker);
 void AddSettingsCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker);
+void AddDoctorCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker);
 void AddWatchCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker);

@@ -30,6 +30,7 @@ MivoraProgram::MivoraProgram()
     AddParamCommand(line, options, maker);
     AddChannelsCommand(line, options, maker);
     AddSerialCommand(line, options, maker);
+    AddDoctorCommand(line, options, maker);
     AddWatchCommand(line, options, maker);
     AddShellCommand(line, options, maker);
 }

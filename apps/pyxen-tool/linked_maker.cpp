@@ -14,3 +14,7 @@ CMivoraGrabber* LinkedMaker::Create() {
 void LinkedMaker::Delete(CMivoraGrabber*) {
     made.reset();
 }
+
+IMivoraModuleServices* LinkedMaker::Services(CMivoraGrabber*, std::string&) {
+    return &made->Services();
+}

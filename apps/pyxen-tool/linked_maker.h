@@ -15,6 +15,7 @@ public:
 
     CMivoraGrabber* Create() override;
     void Delete(CMivoraGrabber* grabber) override;
+    IMivoraModuleServices* Services(CMivoraGrabber* grabber, std::string& reason) override;
 
     /// The current grabber: created, not yet deleted.
     CMivoraKVNPyxenClass& Grabber() { return *made; }

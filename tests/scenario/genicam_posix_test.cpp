@@ -99,5 +99,23 @@ TEST_F(GenicamPrograms, WatchTakesTheFirstCameraThatComes) {
     ExpectDone(watch.Interrupt());
 }
 
+TEST_F(GenicamPrograms, DoctorFindsTheCameraAndThatAnotherProgramHasIt) {
+    const Arguments doctor{"--sdk",  "genicam", "doctor", "--interface", "lo",
+                           "--only", "network", "--only", "camera"};
+    const auto sound = Mivora(doctor);
+    EXPECT_EQ(sound.status, 0) << sound.output << sound.errors;
+    EXPECT_PRED2(Contains, sound.output, ": replies on lo (127.0.0.1/8) from 127.0.0.1, ");
+    EXPECT_PRED2(Contains, sound.output, NameOfFirst() + ": 5 of 5 were whole\n");
+    platform::Process process;
+    Start(process, GrabArguments({"--frames", "0"}));
+    ASSERT_TRUE(WaitForImage(1));
+    const auto busy = Mivora(doctor);
+    EXPECT_EQ(busy.status, 1);
+    EXPECT_PRED2(Contains, busy.output,
+                 "problem  open            " + NameOfFirst() + ": in use by another program");
+    process.Interrupt();
+    ExpectDone(End(process));
+}
+
 } // namespace
 } // namespace scenario

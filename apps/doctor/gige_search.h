@@ -1,0 +1,39 @@
+// gige_search.h - looks for GigE Vision cameras without an SDK
+#pragma once
+
+#include "apps/doctor/facts.h"
+#include "apps/doctor/gvcp.h"
+#include "platform/network_interfaces.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+/// Asks on each of the interfaces that are up for cameras, of whatever subnet. One thread.
+class GigeSearch {
+public:
+    /// `cameraPort` is another than the protocol's for tests.
+    explicit GigeSearch(std::vector<platform::NetworkInterface> interfacesToAsk,
+                        std::uint16_t cameraPort = gvcp::kPort);
+
+    /// The cameras that reply within so many milliseconds, each once, with the registers that they
+    /// let anybody read.
+    std::vector<GigeCamera> Run(std::uint32_t timeoutMs);
+    /// Gives a camera that Run has found another address until its power is switched off, and looks
+    /// for it there. False when it does not reply from there.
+    bool ForceAddress(const GigeCamera& camera, std::uint32_t address, std::uint32_t timeoutMs);
+
+private:
+    class Asker;
+
+    std::vector<GigeCamera> Collect(std::vector<std::unique_ptr<Asker>>& askers,
+                                    std::uint32_t timeoutMs);
+    void ReadRegisters(GigeCamera& camera);
+    std::uint16_t NextId();
+
+    const std::vector<platform::NetworkInterface> interfaces;
+    const std::uint16_t port;
+    std::uint16_t lastId = 0;
+};
