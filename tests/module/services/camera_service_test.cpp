@@ -96,6 +96,20 @@ TEST_F(CameraServices, SayWhatCanBeOpenedAtPresent) {
     EXPECT_EQ(received[0].canOpen, 0u) << "it has gone";
 }
 
+TEST_F(CameraServices, TakeTheInterfacesThatThereIsRoomFor) {
+    Init();
+    // One more has come between the two calls.
+    sdk.Data().interfaces.push_back(sdk.Data().interfaces[0]);
+    sdk.Data().foundAnswers["PxnInterfacesList"] = {1};
+    ASSERT_EQ(List(), MV_SERVICE_OK);
+    EXPECT_EQ(received[0].texts[8], "eth0");
+    for (const uint32_t count : {0u, 0xFFFFFFFFu}) {
+        sdk.Data().foundAnswers["PxnInterfacesList"] = {count};
+        ASSERT_EQ(List(), MV_SERVICE_OK);
+        EXPECT_EQ(received[0].texts[8], "");
+    }
+}
+
 TEST_F(CameraServices, GoWithoutAnInterfaceThatIsNotListed) {
     Init();
     sdk.Fail("PxnInterfacesList", PxnErrIO);

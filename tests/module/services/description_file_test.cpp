@@ -76,6 +76,14 @@ TEST_F(DescriptionFileServices, FollowTheUrlOfAGigEVisionCamera) {
     EXPECT_EQ(content, "PK");
 }
 
+TEST_F(DescriptionFileServices, TakeHexadecimalNumbersOfBothSpellings) {
+    PutUrl("Local:model.xml;0X2000;0x3?SchemaVersion=1.0.0");
+    Put(0x2000, "xml");
+    Open();
+    ASSERT_EQ(ReadFile(), MV_SERVICE_OK);
+    EXPECT_EQ(content, "xml");
+}
+
 TEST_F(DescriptionFileServices, ReadLargeFilesInParts) {
     PutUrl("Local:model.xml;100000;12345");
     Put(0x100000 + 0x12344, "z");
@@ -91,7 +99,8 @@ TEST_F(DescriptionFileServices, SayThatThereIsNone) {
     EXPECT_EQ(Refusal(), "its URL is empty");
     for (const char* const url :
          {"File:model.zip", "http://example.org/model.zip", "Local:model.zip", "Local:model.zip;20",
-          "Local:model.zip;2x;5", "Local:model.zip;20;", "Loc"}) {
+          "Local:model.zip;2x;5", "Local:model.zip;20;", "Local:model.zip;;5",
+          "Local:model.zip;x;5", "Loc"}) {
         PutUrl(url);
         EXPECT_EQ(Refusal(), std::string("its URL is \"") + url + "\"");
     }
@@ -103,6 +112,8 @@ TEST_F(DescriptionFileServices, SayThatThereIsNone) {
         sdk.Fail("PxnMemoryRead", code);
         EXPECT_EQ(Refusal(), "it has no such registers");
     }
+    sdk.Fail("PxnInterfacesList", PxnErrIO);
+    EXPECT_EQ(Refusal(), "it is neither a GigE Vision nor a USB3 Vision camera");
     sdk.Data().interfaces[0].type = PxnTransportLayerCL;
     EXPECT_EQ(Refusal(), "it is neither a GigE Vision nor a USB3 Vision camera");
 }

@@ -289,6 +289,16 @@ TEST_F(FeatureServices, ReadEveryType) {
     EXPECT_EQ(Log(), Texts{});
 }
 
+TEST_F(FeatureServices, ReadAnEntryWhoseNumberIsUnknown) {
+    Open();
+    std::vector<ReceivedValue> values;
+    sdk.Fail("PxnFeatureEnumAsInt", PxnErrIO);
+    EXPECT_EQ(Read("Camera", "PixelFormat", values), MV_SERVICE_OK);
+    ASSERT_EQ(values.size(), 1u);
+    EXPECT_EQ(values[0].text, "Mono8");
+    EXPECT_EQ(values[0].integer, 0);
+}
+
 TEST_F(FeatureServices, SayWhyAFeatureCannotBeRead) {
     Open();
     EXPECT_EQ(Read("Camera", "AcquisitionStart"), MV_SERVICE_WRONG_TYPE);
@@ -302,6 +312,11 @@ TEST_F(FeatureServices, SayWhyAFeatureCannotBeRead) {
         EXPECT_EQ(Read("Camera", "Width"), result) << code;
         EXPECT_TRUE(Reason().starts_with("Camera/Width: "));
     }
+    sdk.Fail("PxnFeatureIntGet", -999);
+    EXPECT_EQ(Read("Camera", "Width"), MV_SERVICE_SDK_FAILED);
+    EXPECT_EQ(Reason(), "Camera/Width: the camera's SDK failed (-999)");
+    sdk.Fail("PxnFeatureIntGet", PxnErrNotImplemented);
+    EXPECT_EQ(Read("Camera", "Width"), MV_SERVICE_NOT_SUPPORTED);
     sdk.Fail("PxnFeatureIntGet", PxnErrBadHandle);
     EXPECT_EQ(Read("System", "EventCameraDiscovery"), MV_SERVICE_SDK_FAILED)
         << "the system does not go";
@@ -330,6 +345,13 @@ TEST_F(FeatureServices, CutReasonsAtTheEndOfACharacter) {
     const std::string name(2000, 'x');
     EXPECT_EQ(Read("Camera", name.c_str()), MV_SERVICE_NOT_FOUND);
     EXPECT_EQ(Reason().size(), sizeof reason.text - 1);
+    // The last byte that there is room for belongs to a character of two bytes.
+    std::string twoBytes = "there is no module \"";
+    twoBytes.resize(sizeof reason.text - 2, 'x');
+    const std::string wide =
+        twoBytes.substr(std::string("there is no module \"").size()) + "\xC3\xA9";
+    EXPECT_EQ(Read(wide.c_str(), "Width"), MV_SERVICE_NOT_FOUND);
+    EXPECT_EQ(Reason(), twoBytes);
 }
 
 TEST_F(FeatureServices, SurviveReceiversThatThrow) {

@@ -109,6 +109,11 @@ TEST_F(FeatureWritingServices, SayWhichValuesAreTaken) {
     EXPECT_EQ(refused("Width", IntegerValue(641)),
               "Camera/Width takes 16 to 2048 in steps of 16, not 641");
     EXPECT_EQ(refused("Width", IntegerValue(656)), "Camera/Width: 656 is not taken");
+    sdk.FailFeature(scripted::CameraHandle(), "Width", "PxnFeatureIntIncrementQuery", PxnErrIO);
+    EXPECT_EQ(refused("Width", IntegerValue(641)), "Camera/Width: 641 is not taken");
+    sdk.FailFeature(scripted::CameraHandle(), "OffsetX", "PxnFeatureIntSet", PxnErrInvalidValue);
+    Camera().Find("OffsetX")->intIncrement = 1;
+    EXPECT_EQ(refused("OffsetX", IntegerValue(3)), "Camera/OffsetX: 3 is not taken");
     sdk.FailFeature(scripted::CameraHandle(), "PixelFormat", "PxnFeatureEnumSet",
                     PxnErrInvalidValue);
     Camera().Find("PixelFormat")->entries[3].available = false;
@@ -158,6 +163,23 @@ TEST_F(FeatureWritingServices, SayWhatDidNotFollow) {
     EXPECT_EQ(Reason(), "Camera/Amount: 7 has been written, but Localdevice/Amount did not follow");
     ASSERT_EQ(written.size(), 1u);
     EXPECT_EQ(written[0].integer, 7);
+}
+
+TEST_F(FeatureWritingServices, NameAllThatDidNotFollow) {
+    Destroy();
+    Device().Put(scripted::IntFeature("Rest", 1, 0, 9));
+    directory.Write(
+        "sync.json",
+        R"({"SyncFeatures":[{"ModuleName":"Camera","FeatureName":"Amount","Dependencies":[)"
+        R"({"ModuleName":"Localdevice","FeatureName":"Amount"},)"
+        R"({"ModuleName":"Localdevice","FeatureName":"Rest"}]}]})");
+    WriteIni("[TLSpecificConfig_0]\nTLType=GEV\nFeatureSyncFile=sync.json\n");
+    Open();
+    sdk.FailFeature(scripted::LocalDeviceHandle(), "Amount", "PxnFeatureIntSet", PxnErrIO);
+    sdk.FailFeature(scripted::LocalDeviceHandle(), "Rest", "PxnFeatureIntSet", PxnErrIO);
+    EXPECT_EQ(Write("Camera", "Amount", IntegerValue(7)), MV_SERVICE_NOT_SYNCHRONISED);
+    EXPECT_EQ(Reason(), "Camera/Amount: 7 has been written, but Localdevice/Amount, "
+                        "Localdevice/Rest did not follow");
 }
 
 TEST_F(FeatureWritingServices, WriteWhatCannotBeRead) {

@@ -155,6 +155,47 @@ TEST_F(FrameServiceTest, ReportsWhatTheSdkFailsAt) {
     EXPECT_EQ(TakeHandedOver().size(), 1u);
 }
 
+TEST_F(FrameServiceTest, LeavesOutChunksThatCannotBeRead) {
+    scripted::Module& chunk = sdk.Data().chunk;
+    chunk.Put(scripted::CommandFeature("ChunkReset"));
+    chunk.Put(scripted::EnumFeature("ChunkFormat", "Mono8", {{"Mono8", 7}}));
+    chunk.Put(scripted::IntFeature("ChunkLine", 5, 0, 10));
+    chunk.Put(scripted::IntFeature("ChunkCount", 5, 0, 10));
+    Ready(1);
+    ASSERT_EQ(Grabber().Snap(1), MV_OK);
+    sdk.FailFeature(scripted::ChunkHandle(), "ChunkLine", "PxnFeatureAccessQuery", PxnErrIO);
+    sdk.FailFeature(scripted::ChunkHandle(), "ChunkCount", "PxnFeatureIntGet", PxnErrIO);
+    sdk.FailFeature(scripted::ChunkHandle(), "ChunkFormat", "PxnFeatureEnumAsInt", PxnErrIO);
+    onHandOver = [&](uint64_t index) {
+        AddChunksTo(index);
+        EXPECT_EQ(ReadChunks(index), MV_SERVICE_OK);
+        EXPECT_EQ(chunks.Names(), (Texts{"ChunkFormat", "ChunkWidth"}));
+        EXPECT_EQ(chunks.values.at("ChunkFormat").text, "Mono8");
+        EXPECT_EQ(chunks.values.at("ChunkFormat").integer, 0);
+    };
+    ASSERT_TRUE(sdk.Deliver(0));
+    EXPECT_EQ(TakeHandedOver().size(), 1u);
+}
+
+TEST_F(FrameServiceTest, ReportsAListOfChunksThatMakesNoSense) {
+    Ready(1);
+    ASSERT_EQ(Grabber().Snap(1), MV_OK);
+    onHandOver = [&](uint64_t index) {
+        AddChunksTo(index);
+        sdk.Fail("PxnFeaturesList", PxnErrIO, 2);
+        EXPECT_EQ(ReadChunks(index), MV_SERVICE_SDK_FAILED);
+        sdk.Data().foundAnswers["PxnFeaturesList"] = {0xFFFFFFFFu};
+        EXPECT_EQ(ReadChunks(index), MV_SERVICE_SDK_FAILED);
+        EXPECT_NE(std::string(reason.text).find("buffer 0: the chunks: "), std::string::npos);
+        // A record that was counted and is not filled.
+        sdk.Data().foundAnswers["PxnFeaturesList"] = {2, 2};
+        EXPECT_EQ(ReadChunks(index), MV_SERVICE_OK);
+        EXPECT_EQ(chunks.Names(), Texts{"ChunkWidth"});
+    };
+    ASSERT_TRUE(sdk.Deliver(0));
+    EXPECT_EQ(TakeHandedOver().size(), 1u);
+}
+
 // Another service may take long; in its callback a frame needs no lock.
 TEST_F(FrameServiceTest, ReadsInACallbackWhileAnotherThreadIsInsideAService) {
     Ready(2);

@@ -61,6 +61,13 @@ TEST(Json, ReadsEscapesAndCharacters) {
               "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80");
 }
 
+TEST(Json, ReadsEveryFormOfAnExponent) {
+    EXPECT_EQ(ReadGood("1E2").real, 100.0);
+    EXPECT_EQ(ReadGood("1e+2").real, 100.0);
+    EXPECT_EQ(ReadGood("1e-2").real, 0.01);
+    EXPECT_EQ(ReadGood("0").integer, 0);
+}
+
 TEST(Json, SaysWhereAndWhyAValueIsWrong) {
     EXPECT_EQ(ErrorOf(""), "line 1, column 1: a value is expected");
     EXPECT_EQ(ErrorOf("{\"a\": 1,\n  \"a\": 2}"), "line 2, column 3: this name occurs twice");
@@ -74,6 +81,9 @@ TEST(Json, SaysWhereAndWhyAValueIsWrong) {
     EXPECT_EQ(ErrorOf("\"a"), "line 1, column 3: the text does not end");
     EXPECT_EQ(ErrorOf("\"a\nb\""), "line 1, column 3: a control character in a text");
     EXPECT_EQ(ErrorOf("\"\\x\""), "line 1, column 2: an unknown escape");
+    EXPECT_EQ(ErrorOf("\"\\"), "line 1, column 2: an unknown escape");
+    EXPECT_EQ(ErrorOf("{\"a"), "line 1, column 4: the text does not end");
+    EXPECT_EQ(ErrorOf("[1, "), "line 1, column 5: a value is expected");
     for (const char* const number : {"+1", "01", ".5", "1.", "1e", "-", "0x10", "NaN"}) {
         EXPECT_NE(ErrorOf(number), "") << number;
     }
@@ -82,14 +92,17 @@ TEST(Json, SaysWhereAndWhyAValueIsWrong) {
 TEST(Json, RefusesWhatIsNotUtf8) {
     for (const char* const bytes :
          {"\x80", "\xC0\x80", "\xC3", "\xE0\x80\x80", "\xED\xA0\x80", "\xF0\x80\x80\x80",
-          "\xF4\x90\x80\x80", "\xF5\x80\x80\x80", "\xE2\x82"}) {
+          "\xF4\x90\x80\x80", "\xF5\x80\x80\x80", "\xE2\x82", "\xE2(\xAC", "\xF0(\x98\x80",
+          "\xF0\x9F(\x80", "\xF0\x9F\x98("}) {
         EXPECT_FALSE(IsUtf8(bytes));
         EXPECT_EQ(ErrorOf(std::string("\"") + bytes + "\""), "line 1, column 2: not UTF-8");
     }
     for (const char* const escape :
-         {R"("\ud83d")", R"("\ude00")", R"("\ud83d\u0041")", R"("\u12")", R"("\u12G4")"}) {
+         {R"("\ud83d")", R"("\ude00")", R"("\ud83d\u0041")", R"("\ud83d\uffff")", R"("\u12")",
+          R"("\u12G4")", R"("\ud83dabcdef")", R"("\ud83d\n1234")"}) {
         EXPECT_NE(ErrorOf(escape), "") << escape;
     }
+    EXPECT_EQ(ReadGood(R"("\uffff")").text, "\xEF\xBF\xBF");
 }
 
 TEST(Json, RefusesHostileDepthAndNumbersOfValues) {

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <iterator>
 #include <limits>
 #include <string>
 
@@ -91,6 +92,7 @@ TEST(SettingsFileText, GivesValuesThatAFeatureTakes) {
     EXPECT_FALSE(StoredValue::Of(std::string("\xFF")).CanBeWritten());
     EXPECT_FALSE(StoredValue::Of(std::string("a\0b", 3)).CanBeWritten());
     EXPECT_FALSE(StoredValue().CanBeWritten());
+    EXPECT_EQ(StoredValue::Of(EnumEntry{nullptr}).Shown(), "");
 }
 
 TEST(SettingsFileText, IsRefusedWhereItIsNotWhole) {
@@ -104,6 +106,86 @@ TEST(SettingsFileText, IsRefusedWhereItIsNotWhole) {
               "line 1, column 54: unknown member \"extra\"");
     EXPECT_EQ(RefusalOf(WithSettings("{}")), "line 2, column 13: an array is expected");
     EXPECT_EQ(RefusalOf(std::string(kMostSettingsBytes + 1, ' ')), "more than 4194304 bytes");
+}
+
+TEST(SettingsFileText, IsRefusedWithoutAnyOfItsMembers) {
+    const std::string members[] = {
+        "\"format\": \"Mivora settings\"", "\"version\": 1",
+        "\"camera\": {\"vendor\": \"\", \"model\": \"\", \"serial\": \"\", \"id\": \"\"}",
+        "\"settings\": []"};
+    const char* const names[] = {"format", "version", "camera", "settings"};
+    for (std::size_t missing = 0; missing < std::size(members); ++missing) {
+        std::string whole;
+        std::string wrong;
+        for (std::size_t index = 0; index < std::size(members); ++index) {
+            if (index != missing) {
+                whole += (whole.empty() ? "" : ", ") + members[index];
+            }
+            wrong +=
+                (index == 0 ? "" : ", ") +
+                (index == missing ? std::string("\"") + names[index] + "\": null" : members[index]);
+        }
+        EXPECT_EQ(RefusalOf("{" + whole + "}"), std::string("line 1, column 1: the member \"") +
+                                                    names[missing] + "\" is missing");
+        EXPECT_NE(RefusalOf("{" + wrong + "}").find(" is expected"), std::string::npos);
+    }
+}
+
+TEST(SettingsFileText, IsRefusedWithACameraThatIsNotDescribed) {
+    const auto camera = [](const std::string& object) {
+        return "{\"format\": \"Mivora settings\", \"version\": 1, \"settings\": [],\n\"camera\": " +
+               object + "}";
+    };
+    const std::string names[] = {"vendor", "model", "serial", "id"};
+    for (const std::string& missing : names) {
+        std::string object;
+        for (const std::string& name : names) {
+            if (name != missing) {
+                object += (object.empty() ? "\"" : ", \"") + name + "\": \"x\"";
+            }
+        }
+        EXPECT_EQ(RefusalOf(camera("{" + object + "}")),
+                  "line 2, column 11: the member \"" + missing + "\" is missing");
+        EXPECT_NE(RefusalOf(camera("{" + object + ", \"" + missing + "\": 1}"))
+                      .find("a text is expected"),
+                  std::string::npos);
+        EXPECT_NE(RefusalOf(camera("{" + object + ", \"" + missing + "\": \"\\u0000\"}"))
+                      .find("a text with a zero byte"),
+                  std::string::npos);
+    }
+    EXPECT_NE(RefusalOf(camera("{\"owner\": \"x\"}")).find("unknown member \"owner\""),
+              std::string::npos);
+}
+
+TEST(SettingsFileText, IsRefusedWithASettingThatIsNotWhole) {
+    const std::string names[] = {"module", "feature", "type", "value"};
+    for (const std::string& missing : names) {
+        std::string object;
+        for (const std::string& name : names) {
+            if (name != missing) {
+                object += (object.empty() ? "\"" : ", \"") + name + "\": \"string\"";
+            }
+        }
+        EXPECT_NE(RefusalOf(WithSetting("{" + object + "}"))
+                      .find("the member \"" + missing + "\" is missing"),
+                  std::string::npos);
+    }
+    EXPECT_NE(RefusalOf(WithSetting("{\"unit\": \"x\"}")).find("unknown member \"unit\""),
+              std::string::npos);
+}
+
+TEST(SettingsFileText, IsRefusedWithASelectorThatMakesNoSense) {
+    const auto selectors = [](const char* object) {
+        return WithSetting(std::string("{\"module\": \"Camera\", \"feature\": \"A\", \"type\": "
+                                       "\"float\", \"value\": 1, \"selectors\": ") +
+                           object + "}");
+    };
+    EXPECT_NE(RefusalOf(selectors("[]")).find("an object is expected"), std::string::npos);
+    EXPECT_NE(RefusalOf(selectors(R"({"A\u0000": 1})")).find("a name with a zero byte"),
+              std::string::npos);
+    EXPECT_NE(RefusalOf(selectors(R"({"A": "\u0000"})")).find("a text with a zero byte"),
+              std::string::npos);
+    EXPECT_NE(RefusalOf(selectors("{\"A\": null}")).find("a selector has"), std::string::npos);
 }
 
 TEST(SettingsFileText, IsRefusedWithASettingThatMakesNoSense) {
