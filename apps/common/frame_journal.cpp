@@ -1,0 +1,173 @@
+// frame_journal.cpp - the frames of an acquisition in the order of their arrival
+#include "apps/common/frame_journal.h"
+
+#include <algorithm>
+
+namespace {
+
+// A jump of the camera's numbers by more than that is no loss of frames.
+constexpr std::uint64_t kMostDropped = 1000000;
+// Numbers of GigE Vision cameras may have 16 bits; after the last one comes 1.
+constexpr std::uint64_t kLastShortId = 0xFFFF;
+constexpr std::uint64_t kLargestShortGap = 4096;
+
+constexpr const char* kNumbersJumped = "the camera's frame numbers jumped";
+
+} // namespace
+
+void FrameJournal::Begin(std::size_t buffers) {
+    const platform::MutexLock lock(mutex);
+    entries.clear();
+    first = 0;
+    newest.assign(buffers, 0);
+    count = 0;
+    lastId.reset();
+}
+
+void FrameJournal::Received(const MV_FRAME_INFO& frame, std::uint64_t now) {
+    Entry entry;
+    if (frame.valid & kMvFrameHasFrameId) {
+        entry.stamp.frameId = frame.frameId;
+    }
+    if (frame.valid & kMvFrameHasTimestamp) {
+        entry.stamp.timestampNs = frame.timestamp;
+    }
+    entry.stamp.hostNs = now;
+    entry.isComplete = frame.status == MV_FRAME_COMPLETE;
+    const platform::MutexLock lock(mutex);
+    entry.number = ++count;
+    entries.push_back(entry);
+}
+
+void FrameJournal::ReceivedInError(std::uint64_t frames, std::uint64_t now) {
+    const platform::MutexLock lock(mutex);
+    for (std::uint64_t i = 0; i < frames; ++i) {
+        Entry entry;
+        entry.stamp.hostNs = now;
+        entry.number = ++count;
+        entries.push_back(entry);
+    }
+}
+
+void FrameJournal::HandedOver(std::uint64_t bufferIndex, std::uint64_t now) {
+    const platform::MutexLock lock(mutex);
+    if (bufferIndex >= newest.size()) {
+        return;
+    }
+    const bool isReported =
+        entries.size() > first && entries.back().isComplete && entries.back().buffer == kNoBuffer;
+    if (!isReported) {
+        Entry entry;
+        entry.stamp.hostNs = now;
+        entry.isComplete = true;
+        entry.number = ++count;
+        entries.push_back(entry);
+    }
+    Entry& entry = entries.back();
+    entry.buffer = bufferIndex;
+    entry.handedOver = now;
+    newest[static_cast<std::size_t>(bufferIndex)] = entry.number;
+}
+
+bool FrameJournal::IsWaiting(const Entry& entry) const {
+    return entry.buffer != kNoBuffer && !entry.isLost &&
+           newest[static_cast<std::size_t>(entry.buffer)] == entry.number;
+}
+
+// The ring gives out frames in order. Of several frames in the buffer that it has given out, the
+// newest is the taken one, unless older frames still wait in other buffers: then the camera has
+// filled the buffer again since it was given out.
+std::size_t FrameJournal::FindTaken(std::uint64_t bufferIndex, bool& isOverwritten) {
+    std::size_t latest = entries.size();
+    std::size_t former = entries.size();
+    bool isFirst = true;
+    for (std::size_t i = first; i < entries.size(); ++i) {
+        const Entry& entry = entries[i];
+        if (entry.buffer == bufferIndex && !entry.isLost) {
+            former = latest;
+            latest = i;
+            if (IsWaiting(entry)) {
+                break;
+            }
+        } else if (IsWaiting(entry)) {
+            isFirst = false;
+        }
+    }
+    isOverwritten = !isFirst && former != entries.size();
+    if (isOverwritten) {
+        entries[latest].isLost = true;
+        return former;
+    }
+    return latest;
+}
+
+bool FrameJournal::Take(std::uint64_t bufferIndex, TakenFrame& taken) {
+    taken.before.clear();
+    const platform::MutexLock lock(mutex);
+    const std::size_t at = FindTaken(bufferIndex, taken.isOverwritten);
+    if (at == entries.size()) {
+        return false;
+    }
+    for (std::size_t i = first; i < at; ++i) {
+        GiveUp(entries[i], taken.before);
+    }
+    const Entry& entry = entries[at];
+    FindGap(entry.stamp, taken.before);
+    taken.stamp = entry.stamp;
+    taken.number = entry.number;
+    taken.handedOver = entry.handedOver;
+    RemoveFirst(at + 1 - first);
+    return true;
+}
+
+void FrameJournal::TakeRest(std::vector<FrameGap>& gaps) {
+    const platform::MutexLock lock(mutex);
+    for (std::size_t i = first; i < entries.size(); ++i) {
+        GiveUp(entries[i], gaps);
+    }
+    RemoveFirst(entries.size() - first);
+}
+
+void FrameJournal::GiveUp(const Entry& entry, std::vector<FrameGap>& gaps) {
+    FindGap(entry.stamp, gaps);
+    gaps.push_back({entry.isComplete ? FrameStatus::kLost : FrameStatus::kIncomplete, entry.stamp});
+}
+
+void FrameJournal::FindGap(const FrameStamp& stamp, std::vector<FrameGap>& gaps) {
+    if (!stamp.frameId) {
+        return;
+    }
+    const std::uint64_t id = *stamp.frameId;
+    if (lastId && id != *lastId && id != *lastId + 1) {
+        FrameGap gap;
+        if (id > *lastId && id - *lastId <= kMostDropped) {
+            gap.first.frameId = *lastId + 1;
+            gap.count = id - *lastId - 1;
+        } else if (id<kLargestShortGap&& * lastId <= kLastShortId&& * lastId> kLastShortId -
+                   kLargestShortGap) {
+            gap.count = kLastShortId - *lastId + (id == 0 ? 0 : id - 1);
+        } else {
+            gap.note = kNumbersJumped;
+        }
+        if (gap.count != 0) {
+            gaps.push_back(gap);
+        }
+    }
+    lastId = id;
+}
+
+void FrameJournal::RemoveFirst(std::size_t removed) {
+    first += removed;
+    if (first == entries.size()) {
+        entries.clear();
+        first = 0;
+    } else if (first > entries.size() - first) {
+        entries.erase(entries.begin(), entries.begin() + static_cast<std::ptrdiff_t>(first));
+        first = 0;
+    }
+}
+
+std::uint64_t FrameJournal::CountAfter(std::uint64_t number) const {
+    const platform::MutexLock lock(mutex);
+    return count - std::min(count, number);
+}

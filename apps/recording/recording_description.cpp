@@ -1,0 +1,132 @@
+// recording_description.cpp - what a recording is: the contents of recording.json
+#include "apps/recording/recording_description.h"
+
+#include "apps/common/command_failure.h"
+#include "apps/common/json_text.h"
+#include "apps/recording/recording_json.h"
+
+#include <nlohmann/json.hpp>
+
+#include <chrono>
+#include <cstdio>
+#include <vector>
+
+namespace {
+
+constexpr std::uint64_t kSchema = 1;
+constexpr std::uint64_t kNanosecondsPerSecond = 1000000000;
+
+template <typename T>
+JsonValue OrNull(const std::optional<T>& value) {
+    return value ? JsonValue(*value) : JsonValue(nullptr);
+}
+
+JsonValue LayoutObject(const ImageLayout& layout) {
+    std::vector<JsonMember> members;
+    for (const LayoutMember& member : LayoutMembers(layout)) {
+        members.push_back({member.name, member.value});
+    }
+    return JsonObject(members);
+}
+
+const nlohmann::json& ObjectOf(const nlohmann::json& object, const char* name) {
+    const auto found = object.find(name);
+    if (found == object.end() || !found->is_object()) {
+        throw CommandFailure(std::string("\"") + name + "\" is missing");
+    }
+    return *found;
+}
+
+RecordedCamera CameraOf(const nlohmann::json& object) {
+    RecordedCamera camera;
+    camera.vendor = TextOf(object, "vendor");
+    camera.model = TextOf(object, "model");
+    camera.serial = TextOf(object, "serial");
+    camera.userName = TextOf(object, "userName");
+    camera.id = TextOf(object, "id");
+    camera.extendedId = TextOf(object, "extendedId");
+    camera.interfaceName = TextOf(object, "interface");
+    return camera;
+}
+
+} // namespace
+
+std::string RecordingDescription::Json() const {
+    const JsonValue text = JsonObject(
+        {{"schema", kSchema},
+         {"program", program},
+         {"camera", JsonObject({{"vendor", OrNull(camera.vendor)},
+                                {"model", OrNull(camera.model)},
+                                {"serial", OrNull(camera.serial)},
+                                {"userName", OrNull(camera.userName)},
+                                {"id", OrNull(camera.id)},
+                                {"extendedId", OrNull(camera.extendedId)},
+                                {"interface", OrNull(camera.interfaceName)}})},
+         {"sdk", JsonObject({{"version", OrNull(sdkVersion)}})},
+         {"module", JsonObject({{"name", OrNull(moduleName)}, {"version", OrNull(moduleVersion)}})},
+         {"pixelFormat", OrNull(pixelFormat)},
+         {"layout", LayoutObject(layout)},
+         {"offsetX", OrNull(offsetX)},
+         {"offsetY", OrNull(offsetY)},
+         {"exposureUs", OrNull(exposureUs)},
+         {"frameRate", OrNull(frameRate)},
+         {"start", start},
+         {"format", format},
+         {"frames", JsonObject({{"wanted", OrNull(frames.wanted)},
+                                {"recorded", frames.recorded},
+                                {"missing", frames.missing}})},
+         {"complete", complete},
+         {"reason", reason.empty() ? JsonValue(nullptr) : JsonValue(reason)}});
+    return text.Text() + "\n";
+}
+
+RecordingDescription ParseRecordingDescription(const std::string& text) {
+    const nlohmann::json object = nlohmann::json::parse(text, nullptr, false);
+    if (!object.is_object()) {
+        throw CommandFailure("no JSON object");
+    }
+    const std::uint64_t schema = Needed(NumberOf(object, "schema"), "schema");
+    if (schema != kSchema) {
+        throw CommandFailure("\"schema\" is " + std::to_string(schema) + ", known is " +
+                             std::to_string(kSchema));
+    }
+    RecordingDescription description;
+    description.program = TextOf(object, "program").value_or("");
+    description.camera = CameraOf(ObjectOf(object, "camera"));
+    description.sdkVersion = TextOf(ObjectOf(object, "sdk"), "version");
+    description.moduleName = TextOf(ObjectOf(object, "module"), "name");
+    description.moduleVersion = TextOf(ObjectOf(object, "module"), "version");
+    description.pixelFormat = TextOf(object, "pixelFormat");
+    ReadLayout(ObjectOf(object, "layout"), description.layout);
+    description.offsetX = SignedNumberOf(object, "offsetX");
+    description.offsetY = SignedNumberOf(object, "offsetY");
+    description.exposureUs = RealOf(object, "exposureUs");
+    description.frameRate = RealOf(object, "frameRate");
+    description.start = Needed(TextOf(object, "start"), "start");
+    description.format = Needed(TextOf(object, "format"), "format");
+    const nlohmann::json& frames = ObjectOf(object, "frames");
+    description.frames.wanted = NumberOf(frames, "wanted");
+    description.frames.recorded = Needed(NumberOf(frames, "recorded"), "recorded");
+    description.frames.missing = Needed(NumberOf(frames, "missing"), "missing");
+    const auto complete = object.find("complete");
+    description.complete = complete != object.end() && *complete == true;
+    description.reason = TextOf(object, "reason").value_or("");
+    return description;
+}
+
+std::string TimeText(std::uint64_t unixNs) {
+    namespace chrono = std::chrono;
+    const chrono::sys_seconds time{
+        chrono::seconds(static_cast<std::int64_t>(unixNs / kNanosecondsPerSecond))};
+    const auto midnight = chrono::floor<chrono::days>(time);
+    const chrono::year_month_day day(midnight);
+    const chrono::hh_mm_ss clock(time - midnight);
+    char text[64];
+    std::snprintf(text, sizeof text, "%04d-%02u-%02uT%02d:%02d:%02d.%09uZ",
+                  static_cast<int>(day.year()), static_cast<unsigned>(day.month()),
+                  static_cast<unsigned>(day.day()), static_cast<int>(clock.hours().count()),
+                  static_cast<int>(clock.minutes().count()),
+                  static_cast<int>(clock.seconds().count()),
+                  static_cast<unsigned>(unixNs % kNanosecondsPerSecond));
+    return text;
+}

@@ -1,0 +1,12 @@
+// recording_directory.h - the directory of a recording before and after it is made
+#pragma once
+
+#include <string>
+
+/// Makes the directory with its parents. One that holds a recording is refused, or with `overwrite`
+/// cleared of the files of a recording; others stay. Throws CommandFailure.
+void PrepareRecordingDirectory(const std::string& directory, bool overwrite);
+
+/// Replaces the description of the recording. Where no room is left for a second file the present
+/// one is written over. Throws CommandFailure.
+void WriteRecordingDescription(const std::string& directory, const std::string& json);
