@@ -2,8 +2,8 @@
 #
 # Installed packages come first. A cross build finds none of them: there, header-only libraries are
 # staged as links to just their own directories, so that no other header of the build machine is
-# seen, and pugixml, lodepng and libdeflate are compiled from sources in MIVORA_THIRD_PARTY, which
-# `./dev` fetches.
+# seen, and pugixml, lodepng, libdeflate and libtiff are compiled from sources in MIVORA_THIRD_PARTY,
+# which `./dev` fetches.
 
 set(MIVORA_THIRD_PARTY ${CMAKE_SOURCE_DIR}/build/third_party CACHE PATH
     "Where the sources of libraries are, for targets without packages of them")
@@ -84,6 +84,38 @@ if(NOT TARGET deflate)
   mivora_compile_library(deflate libdeflate libdeflate.h lib/adler32.c lib/crc32.c
                          lib/deflate_compress.c lib/deflate_decompress.c lib/utils.c
                          lib/x86/cpu_features.c lib/zlib_compress.c lib/zlib_decompress.c)
+endif()
+
+# With its own project: what it finds out about the system is a page long.
+function(mivora_compile_tiff)
+  if(NOT EXISTS ${MIVORA_THIRD_PARTY}/tiff/CMakeLists.txt)
+    message(FATAL_ERROR "There is no package of libtiff for this target and no "
+                        "${MIVORA_THIRD_PARTY}/tiff: run './dev setup windows' or set "
+                        "MIVORA_THIRD_PARTY")
+  endif()
+  if(MINGW)
+    # Not the library that wants a DLL beside the program.
+    find_library(ZLIB_LIBRARY libz.a)
+  endif()
+  set(CMAKE_POLICY_DEFAULT_CMP0077 NEW) # its options are set here
+  set(BUILD_SHARED_LIBS OFF)
+  set(CMAKE_UNITY_BUILD OFF)
+  set(CMAKE_EXPORT_COMPILE_COMMANDS OFF) # not to be checked
+  foreach(option IN ITEMS cxx jbig jpeg lerc libdeflate lzma old-jpeg pixarlog tiff-contrib tiff-docs
+                          tiff-opengl tiff-tests tiff-tools webp zstd)
+    set(${option} OFF)
+  endforeach()
+  set(CMAKE_FIND_PACKAGE_TARGETS_GLOBAL ON) # what it links is linked from here
+  set(CMAKE_MESSAGE_LOG_LEVEL WARNING)
+  add_subdirectory(${MIVORA_THIRD_PARTY}/tiff ${CMAKE_BINARY_DIR}/tiff EXCLUDE_FROM_ALL SYSTEM)
+endfunction()
+
+find_package(TIFF QUIET)
+if(NOT TIFF_FOUND)
+  mivora_compile_tiff()
+  if(NOT TARGET TIFF::TIFF)
+    add_library(TIFF::TIFF ALIAS tiff)
+  endif()
 endif()
 
 if(MIVORA_GENICAM)

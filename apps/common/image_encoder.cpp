@@ -2,14 +2,12 @@
 #include "apps/common/image_encoder.h"
 
 #include "apps/common/command_failure.h"
+#include "apps/common/compression.h"
 #include "apps/common/demosaic.h"
-#include "apps/common/sample_copy.h"
 
-#include <libdeflate.h>
 #include <lodepng.h>
 
 #include <cstdlib>
-#include <memory>
 #include <string>
 
 namespace {
@@ -18,7 +16,28 @@ constexpr std::uint32_t kGrey = 1;
 constexpr std::uint32_t kRgb = 3;
 constexpr std::uint32_t kLevelOfBestFilter = 6;
 
-void CheckLayout(const ImageLayout& layout) {
+/// Compresses for lodepng, whose own compressor is several times slower and knows no levels. The
+/// result is freed by lodepng.
+unsigned CompressForPng(unsigned char** compressed, std::size_t* compressedSize,
+                        const unsigned char* content, std::size_t size,
+                        const LodePNGCompressSettings* settings) {
+    constexpr unsigned kNoMemory = 83; // lodepng's code
+    const auto& compressor = *static_cast<const Compressor*>(settings->custom_context);
+    *compressed = static_cast<unsigned char*>(std::malloc(compressor.Bound(size)));
+    if (!*compressed) {
+        return kNoMemory;
+    }
+    *compressedSize = compressor.Compress(content, size, *compressed);
+    return 0;
+}
+
+LodePNGColorType PngColorType(std::uint32_t channels) {
+    return channels == kGrey ? LCT_GREY : channels == kRgb ? LCT_RGB : LCT_RGBA;
+}
+
+} // namespace
+
+void CheckImageLayout(const ImageLayout& layout) {
     const bool isShown =
         (layout.components == 1 || layout.components == 3 || layout.components == 4) &&
         (layout.allocatedBits == 8 || layout.allocatedBits == 16) && layout.bits > 0 &&
@@ -31,7 +50,6 @@ void CheckLayout(const ImageLayout& layout) {
     }
 }
 
-/// Points the result at the image when that can be written as it stands, else at a copy.
 void PutSamples(const ImageLayout& layout, const void* image, const SampleOrder& order,
                 EncodedFrame& result) {
     if (IsInOrder(layout, image, order)) {
@@ -44,38 +62,6 @@ void PutSamples(const ImageLayout& layout, const void* image, const SampleOrder&
     result.pixelBytes = result.body.size();
 }
 
-struct CompressorCloser {
-    void operator()(libdeflate_compressor* compressor) const {
-        libdeflate_free_compressor(compressor);
-    }
-};
-
-/// Compresses for lodepng, whose own compressor is several times slower and knows no levels. The
-/// result is freed by lodepng.
-unsigned Compress(unsigned char** compressed, std::size_t* compressedSize,
-                  const unsigned char* content, std::size_t size,
-                  const LodePNGCompressSettings* settings) {
-    constexpr unsigned kNoMemory = 83; // lodepng's code
-    const std::unique_ptr<libdeflate_compressor, CompressorCloser> compressor(
-        libdeflate_alloc_compressor(*static_cast<const int*>(settings->custom_context)));
-    if (!compressor) {
-        return kNoMemory;
-    }
-    const std::size_t most = libdeflate_zlib_compress_bound(compressor.get(), size);
-    *compressed = static_cast<unsigned char*>(std::malloc(most));
-    if (!*compressed) {
-        return kNoMemory;
-    }
-    *compressedSize = libdeflate_zlib_compress(compressor.get(), content, size, *compressed, most);
-    return 0;
-}
-
-LodePNGColorType PngColorType(std::uint32_t channels) {
-    return channels == kGrey ? LCT_GREY : channels == kRgb ? LCT_RGB : LCT_RGBA;
-}
-
-} // namespace
-
 void EncodeRaw(const ImageLayout& layout, const void* image, EncodedFrame& result) {
     result.head.clear();
     result.tail.clear();
@@ -85,7 +71,7 @@ void EncodeRaw(const ImageLayout& layout, const void* image, EncodedFrame& resul
 
 void EncodePng(const ImageLayout& layout, const void* image, std::uint32_t level,
                EncodedFrame& result) {
-    CheckLayout(layout);
+    CheckImageLayout(layout);
     if (layout.colorCoding == MVCC_RAW_CFA) {
         const Picture picture = Demosaic(ImageReader(layout, image));
         const ImageLayout coloured{
@@ -100,7 +86,7 @@ void EncodePng(const ImageLayout& layout, const void* image, std::uint32_t level
     EncodedFrame samples;
     PutSamples(layout, image, order, samples);
 
-    const int compressionLevel = static_cast<int>(level);
+    const Compressor compressor(level);
     lodepng::State state;
     state.info_raw.colortype = PngColorType(layout.components);
     state.info_raw.bitdepth = depth;
@@ -111,8 +97,8 @@ void EncodePng(const ImageLayout& layout, const void* image, std::uint32_t level
     state.encoder.filter_strategy = level == 0                   ? LFS_ZERO
                                     : level < kLevelOfBestFilter ? LFS_TWO
                                                                  : LFS_MINSUM;
-    state.encoder.zlibsettings.custom_zlib = Compress;
-    state.encoder.zlibsettings.custom_context = &compressionLevel;
+    state.encoder.zlibsettings.custom_zlib = CompressForPng;
+    state.encoder.zlibsettings.custom_context = &compressor;
     result.head.clear();
     result.tail.clear();
     result.body.clear();
@@ -127,7 +113,7 @@ void EncodePng(const ImageLayout& layout, const void* image, std::uint32_t level
 }
 
 void EncodePnm(const ImageLayout& layout, const void* image, bool colour, EncodedFrame& result) {
-    CheckLayout(layout);
+    CheckImageLayout(layout);
     SampleOrder order = FileOrder(layout);
     if (colour) {
         order.channels = kRgb;

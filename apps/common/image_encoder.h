@@ -6,8 +6,17 @@
 
 #include "apps/common/encoded_frame.h"
 #include "apps/common/host_image.h"
+#include "apps/common/sample_copy.h"
 
 #include <cstdint>
+
+/// Refuses images without pixels, and others than of 1, 3 or 4 components in 8 or 16 bits.
+void CheckImageLayout(const ImageLayout& layout);
+
+/// Points the result at the image when its samples can be written as they stand, else at a copy in
+/// that order.
+void PutSamples(const ImageLayout& layout, const void* image, const SampleOrder& order,
+                EncodedFrame& result);
 
 /// The image as it stands; every layout.
 void EncodeRaw(const ImageLayout& layout, const void* image, EncodedFrame& result);

@@ -3,6 +3,7 @@
 
 #include "apps/common/command_failure.h"
 #include "apps/common/image_encoder.h"
+#include "apps/common/tiff_encoder.h"
 #include "apps/common/whole_file.h"
 #include "platform/text.h"
 
@@ -11,7 +12,7 @@ namespace {
 std::string Ending(const std::string& path) {
     const std::size_t dot = path.find_last_of('.');
     std::string ending = dot == std::string::npos ? "" : path.substr(dot + 1);
-    for (const char* known : {"png", "pgm", "ppm", "pnm", "raw"}) {
+    for (const char* known : {"png", "tif", "tiff", "pgm", "ppm", "pnm", "raw"}) {
         if (platform::CompareNoCase(ending.c_str(), known) == 0) {
             return known;
         }
@@ -28,10 +29,14 @@ void Encode(const std::string& path, const ImageLayout& layout, const void* data
     }
     if (ending.empty()) {
         throw CommandFailure("cannot tell an image format by the name " + path +
-                             "; known endings are .png .pgm .ppm .pnm .raw");
+                             "; known endings are .png .tif .tiff .pgm .ppm .pnm .raw");
     }
     if (ending == "png") {
         EncodePng(layout, data, options.pngLevel, result);
+        return;
+    }
+    if (ending == "tif" || ending == "tiff") {
+        EncodeTiff(layout, data, options.deflate, result);
         return;
     }
     const bool colour = ending == "ppm" || (ending == "pnm" && layout.components > 1);
@@ -44,7 +49,8 @@ void Encode(const std::string& path, const ImageLayout& layout, const void* data
 } // namespace
 
 std::string ImageFileNameProblem(const std::string& path) {
-    return Ending(path).empty() ? "the file name must end in .png .pgm .ppm .pnm or .raw" : "";
+    return Ending(path).empty() ? "the file name must end in .png .tif .tiff .pgm .ppm .pnm or .raw"
+                                : "";
 }
 
 void WriteImage(const std::string& path, const ImageLayout& layout, const void* data,

@@ -8,6 +8,7 @@
 
 struct ImageFileOptions {
     std::uint32_t pngLevel = 1; ///< 0, not compressed, to 9
+    bool deflate = false;       ///< compress the pixels of TIFF files
 };
 
 /// Writes an image in the format given by the extension of `path`:
@@ -15,6 +16,8 @@ struct ImageFileOptions {
 /// - `.raw`: the bytes as in memory.
 /// - `.png`: 8 or 16 bits. Samples of 10, 12 and 14 bits are shifted so that their highest bit
 ///   becomes the highest of 16. A colour filter image is written in colour.
+/// - `.tif`, `.tiff`: 8 or 16 bits with unscaled values, a colour filter image as its mosaic. The
+///   description in the file tells the significant bits and the filter's pattern.
 /// - `.pgm`: grey, including the mosaic of a colour filter image, with unscaled values and the
 ///   format's own maximum. Refused for colour images.
 /// - `.ppm`: colour, likewise unscaled; grey is written three times and alpha is dropped.

@@ -75,7 +75,7 @@ void AddSnapCommand(CommandLine& program, const AppOptions& options, const Maker
     command.AddOption("--mode", snap->mode, "Snap mode").Within(2, 5).ShowDefault();
     command
         .AddOption("-o,--output", snap->file,
-                   "File to write; its ending says the format: .png .pgm .ppm .pnm .raw")
+                   "File to write; its ending says the format: .png .tif .tiff .pgm .ppm .pnm .raw")
         .Required()
         .Check(ImageFileNameProblem)
         .TypeName("FILE");

@@ -68,7 +68,8 @@ void AddConvertCommand(CommandLine& program) {
         .Within(1u, kMostPixels)
         .TypeName("H");
     command.AddOption("IN", options->input, "The dump").Required();
-    command.AddOption("OUT", options->output, "File to write: .raw .png .pgm .ppm or .pnm")
+    command
+        .AddOption("OUT", options->output, "File to write: .raw .png .tif .tiff .pgm .ppm or .pnm")
         .Required()
         .Check(ImageFileNameProblem);
     command.AddJson(options->json);

@@ -10,16 +10,21 @@
 
 /// How frames are kept.
 struct FrameStoreOptions {
-    /// A file for each frame: png, pnm, raw. One file for all: stack, whose frames follow one
-    /// another as they lie in memory.
+    /// A file for each frame: tiff, png, pnm, raw. One file for all: multi-tiff, with a page for
+    /// each frame, and stack, whose frames follow one another as they lie in memory.
     std::string format = "png";
     std::uint32_t pngLevel = 1; ///< 0, not compressed, to 9
+    bool deflate = false;       ///< compress the pixels of TIFF files
+    /// 0 if not known. A multi-page file that may become longer than 4 GB is a BigTIFF file;
+    /// another one takes no frame beyond that.
+    std::uint64_t expectedFrames = 0;
 };
 
 /// Where a frame is.
 struct StoredFrame {
     std::string file;         ///< name within the directory
-    std::uint64_t offset = 0; ///< of the first byte of its pixels in a stack, else 0
+    std::uint64_t offset = 0; ///< of its first byte in a stack, of its page's directory in a
+                              ///< multi-page file, else 0
     std::uint64_t bytes = 0;  ///< that it takes in the file
 };
 

@@ -6,6 +6,7 @@ set -euo pipefail
 cd "$1"
 
 whole='
+tests/apps/common/every_format_test.cpp
 tests/apps/view/windows/viewer_menu_test.cpp
 tests/apps/view/windows/viewer_program_test.cpp
 tests/host/ini_file_processes_test.cpp

@@ -9,12 +9,13 @@
 #include <array>
 
 std::string AskForImageFile(HWND parent) {
-    constexpr std::array<const char*, 3> kEndings = {".png", ".pnm", ".raw"};
+    constexpr std::array<const char*, 4> kEndings = {".png", ".tiff", ".pnm", ".raw"};
     std::array<wchar_t, 4096> path = {};
     OPENFILENAMEW dialog = {};
     dialog.lStructSize = sizeof(dialog);
     dialog.hwndOwner = parent;
     dialog.lpstrFilter = L"PNG images (*.png)\0*.png\0"
+                         L"TIFF images (*.tif; *.tiff)\0*.tif;*.tiff\0"
                          L"PNM images (*.pnm; *.pgm; *.ppm)\0*.pnm;*.pgm;*.ppm\0"
                          L"Raw images (*.raw)\0*.raw\0";
     dialog.nFilterIndex = 1;

@@ -164,10 +164,11 @@ TEST_F(ImageWriterTest, RefusesWhatCannotBeShown) {
 }
 
 TEST_F(ImageWriterTest, KnowsFileNamesByTheirEnding) {
-    for (const char* name : {"a.png", "a.PNG", "a.b.pgm", "a.ppm", "a.pnm", "dir/.raw"}) {
+    for (const char* name :
+         {"a.png", "a.PNG", "a.tif", "a.TIFF", "a.b.pgm", "a.ppm", "a.pnm", "dir/.raw"}) {
         EXPECT_EQ(ImageFileNameProblem(name), "") << name;
     }
-    for (const char* name : {"a", "png", "a.tiff", "a.png.bak", ""}) {
+    for (const char* name : {"a", "png", "a.jpg", "a.png.bak", ""}) {
         EXPECT_NE(ImageFileNameProblem(name), "") << name;
     }
 }

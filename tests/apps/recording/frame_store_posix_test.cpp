@@ -4,6 +4,7 @@
 #include "apps/common/command_failure.h"
 #include "tests/support/posix/file_size_limit.h"
 #include "tests/support/temporary_directory.h"
+#include "tests/support/tiff_pages.h"
 
 #include <gtest/gtest.h>
 
@@ -34,7 +35,7 @@ std::uint64_t FramesUntilFull(FrameStore& store) {
 }
 
 TEST(FullDisk, LeavesTheFilesThatAreWhole) {
-    for (const char* const format : {"raw", "pnm", "png"}) {
+    for (const char* const format : {"raw", "pnm", "png", "tiff"}) {
         const support::TemporaryDirectory directory;
         FrameStoreOptions options;
         options.format = format;
@@ -65,6 +66,27 @@ TEST(FullDisk, LeavesAStackOfTheFramesThatAreWhole) {
     ASSERT_EQ(content.size(), 10000u);
     EXPECT_EQ(content.front(), '\1');
     EXPECT_EQ(content.back(), '\4');
+}
+
+TEST(FullDisk, LeavesTheTiffPagesThatAreWhole) {
+    const support::TemporaryDirectory directory;
+    FrameStoreOptions options;
+    options.format = "multi-tiff";
+    const auto store = MakeFrameStore(options, directory.Path());
+    EXPECT_EQ(FramesUntilFull(*store), 4u); // of 1000, 2000, 3000 and 4000 pixels
+    // There may be space again for a smaller one.
+    EncodedFrame frame;
+    const ImageLayout layout{2, 1, 1, 8, 8, MVCC_MONO, 0, 0};
+    store->Encode(layout, "ab", frame);
+    store->Append(9, layout, frame);
+    store->Finish();
+    const auto pages = support::ReadTiffPages(directory.PathOf("frames.tiff"));
+    ASSERT_EQ(pages.size(), 5u);
+    for (std::uint16_t at = 0; at < 4; ++at) {
+        const auto number = static_cast<std::uint16_t>(at + 1);
+        EXPECT_EQ(pages[at].samples, std::vector<std::uint16_t>(number * 1000u, number));
+    }
+    EXPECT_EQ(pages[4].samples, (std::vector<std::uint16_t>{'a', 'b'}));
 }
 
 } // namespace

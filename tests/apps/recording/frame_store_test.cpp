@@ -4,6 +4,7 @@
 #include "apps/common/command_failure.h"
 #include "platform/file_system.h"
 #include "tests/support/temporary_directory.h"
+#include "tests/support/tiff_pages.h"
 
 #include <gtest/gtest.h>
 #include <lodepng.h>
@@ -99,6 +100,64 @@ TEST_F(FrameStoreTest, StacksFramesOneAfterAnother) {
     store->Finish();
     EXPECT_EQ(Content("frames.stack"), "\7\10\1\2\3");
     EXPECT_EQ(FileNames(), std::set<std::string>{"frames.stack"});
+}
+
+TEST_F(FrameStoreTest, KeepsTiffFiles) {
+    const auto store = Make("tiff");
+    const StoredFrame stored = Put(*store, 2, kColourFrame, {1, 2, 3});
+    EXPECT_EQ(stored.file, "frame-000002.tiff");
+    EXPECT_EQ(stored.offset, 0u);
+    EXPECT_EQ(Content(stored.file).size(), stored.bytes);
+    const auto pages = support::ReadTiffPages(directory.PathOf("frames/frame-000002.tiff"));
+    ASSERT_EQ(pages.size(), 1u);
+    EXPECT_EQ(pages[0].samples, (std::vector<std::uint16_t>{3, 2, 1}));
+}
+
+TEST_F(FrameStoreTest, LinksPagesOfOneTiffFile) {
+    for (const bool deflate : {false, true}) {
+        for (const std::uint64_t expected : {0u, 3u}) {
+            FrameStoreOptions options;
+            options.format = "multi-tiff";
+            options.deflate = deflate;
+            options.expectedFrames = expected;
+            const auto store = MakeFrameStore(options, directory.PathOf("frames"));
+            std::vector<StoredFrame> stored;
+            stored.push_back(Put(*store, 1, kGreyFrame, {7, 8}));
+            stored.push_back(Put(*store, 2, kColourFrame, {1, 2, 3}));
+            stored.push_back(Put(*store, 5, {1, 1, 1, 16, 12, MVCC_RAW_CFA, 1, 0}, {0x34, 0x02}));
+            store->Finish();
+            bool isBig = false;
+            const auto pages =
+                support::ReadTiffPages(directory.PathOf("frames/frames.tiff"), &isBig);
+            EXPECT_EQ(isBig, expected == 0) << "as long as nobody knows";
+            ASSERT_EQ(pages.size(), 3u);
+            EXPECT_EQ(pages[0].samples, (std::vector<std::uint16_t>{7, 8}));
+            EXPECT_EQ(pages[1].samples, (std::vector<std::uint16_t>{3, 2, 1}));
+            EXPECT_EQ(pages[2].samples, (std::vector<std::uint16_t>{0x234}));
+            EXPECT_EQ(pages[2].description, "{\"significantBits\":12,\"colorFilter\":\"RGGB\"}");
+            std::uint64_t bytes = isBig ? 16 : 8;
+            for (std::size_t at = 0; at < pages.size(); ++at) {
+                EXPECT_EQ(stored[at].file, "frames.tiff");
+                EXPECT_EQ(stored[at].offset, pages[at].directory);
+                bytes += stored[at].bytes;
+            }
+            EXPECT_EQ(Content("frames.tiff").size(), bytes);
+        }
+    }
+}
+
+TEST_F(FrameStoreTest, TakesLongOffsetsForManyExpectedFrames) {
+    for (const std::uint64_t expected : {100u, 5000000u}) {
+        FrameStoreOptions options;
+        options.format = "multi-tiff";
+        options.expectedFrames = expected;
+        const auto store = MakeFrameStore(options, directory.PathOf("frames"));
+        Put(*store, 1, kGreyFrame, {7, 8});
+        store->Finish();
+        bool isBig = false;
+        support::ReadTiffPages(directory.PathOf("frames/frames.tiff"), &isBig);
+        EXPECT_EQ(isBig, expected > 100u);
+    }
 }
 
 TEST_F(FrameStoreTest, LeavesNoStackWithoutFramesOrWithoutAnEnd) {
