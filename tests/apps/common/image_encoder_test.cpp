@@ -89,9 +89,10 @@ TEST(ImageEncoder, DoesNotCopyWhatCanBeWrittenAsItStands) {
     EncodePnm(grey, image.data(), false, frame);
     EXPECT_EQ(frame.pixels, image.data());
     EXPECT_EQ(frame.pixelBytes, image.size());
-    EncodeRaw(GreyLayout(12), image.data(), frame);
-    EXPECT_EQ(frame.pixels, image.data());
-    EXPECT_EQ(FileOf(frame).size(), image.size() * 2) << "nothing is left of the frame before";
+    const FileBytes deep(static_cast<std::size_t>(GreyLayout(12).Size()));
+    EncodeRaw(GreyLayout(12), deep.data(), frame);
+    EXPECT_EQ(frame.pixels, deep.data());
+    EXPECT_EQ(FileOf(frame).size(), deep.size()) << "nothing is left of the frame before";
 }
 
 TEST(ImageEncoder, ForgetsTheFrameBefore) {
