@@ -10,6 +10,10 @@ namespace platform {
 /// once, before any input or output.
 void PrepareStandardStreams();
 
+/// Makes writing to a pipe whose reader has gone fail, in place of ending the program; on Windows
+/// it does so anyway.
+void ReportBrokenPipes();
+
 /// Waits up to `timeoutMs` milliseconds for input or the end of standard input. True when ReadInput
 /// can be called; false on timeout and, on POSIX, when a signal interrupts the wait. On a Windows
 /// console any console event ends the wait. Only one thread may call this function and ReadInput,

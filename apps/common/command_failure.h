@@ -25,6 +25,12 @@ private:
     std::vector<std::string> details;
 };
 
+/// A recording was made and frames are missing from it: ends the program with exit status 3.
+class FramesMissing : public CommandFailure {
+public:
+    using CommandFailure::CommandFailure;
+};
+
 /// "OpenActCamera failed with 4 (the SDK refused ...) for camera 1".
 std::string FailureText(const std::string& operation, MV_ERRCODE code,
                         const std::string& object = {});

@@ -24,6 +24,7 @@ namespace {
 
 constexpr int kFailed = 1;
 constexpr int kBadUsage = 2;
+constexpr int kFramesMissing = 3;
 
 using Texts = std::vector<std::string>;
 
@@ -286,17 +287,18 @@ void CommandLine::PrintError(int status, const std::string& message, const Texts
 int CommandLine::Fail(const std::exception& failure) {
     // What was printed before stands above the failure, also where both streams go to one file.
     std::fflush(stdout);
+    const int status = dynamic_cast<const FramesMissing*>(&failure) ? kFramesMissing : kFailed;
     if (!isJson) {
         const bool isColoured = platform::ShowsColour(2);
         std::fprintf(stderr, "%s%s:%s %s\n", isColoured ? "\x1B[1;31m" : "",
                      app->get_name().c_str(), isColoured ? "\x1B[0m" : "",
                      platform::PrintableLines(failure.what()).c_str());
     } else if (const auto* known = dynamic_cast<const CommandFailure*>(&failure)) {
-        PrintError(kFailed, known->Message(), known->Details());
+        PrintError(status, known->Message(), known->Details());
     } else {
-        PrintError(kFailed, failure.what(), {});
+        PrintError(status, failure.what(), {});
     }
-    return kFailed;
+    return status;
 }
 
 /// Prints help, or what is wrong with the arguments.

@@ -117,7 +117,8 @@ public:
     void SetVersion(std::function<std::string(bool isJson)> text);
 
     /// For console programs: parses, runs the command and returns the exit status: 0 success, 1 the
-    /// operation failed (reason on standard error) or the output could not be written, 2 bad usage.
+    /// operation failed (reason on standard error) or the output could not be written, 2 bad usage,
+    /// 3 done, but frames are missing from what was recorded (how many and why on standard error).
     /// With --json among the arguments the reason is one JSON object on a line of its own:
     /// {"schema":1,"error":{"status":1,"message":"...","details":["..."]}}.
     int Run(int argumentCount, char** arguments);

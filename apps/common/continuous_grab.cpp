@@ -1,6 +1,8 @@
 // continuous_grab.cpp - continuous acquisition with an account of every frame
 #include "apps/common/continuous_grab.h"
 
+#include "apps/common/command_failure.h"
+#include "apps/common/service_client.h"
 #include "apps/common/session.h"
 #include "mivora/grabber.h"
 #include "platform/clock.h"
@@ -38,8 +40,8 @@ bool FrameAccount::IsClosed() const {
 }
 
 double FrameTiming::Rate() const {
-    const double seconds = static_cast<double>(interval.Sum()) / 1e9;
-    return seconds > 0 ? static_cast<double>(interval.Count()) / seconds : 0;
+    const double seconds = static_cast<double>(takenNanoseconds) / 1e9;
+    return seconds > 0 ? static_cast<double>(takenIntervals) / seconds : 0;
 }
 
 ContinuousGrab::ContinuousGrab(Session& grabbingSession, std::uint64_t buffers)
@@ -58,15 +60,18 @@ void ContinuousGrab::Start() {
     session.PrepareBuffers(bufferCount, std::to_string(bufferCount) + " frame buffers");
     {
         platform::MutexLock lock(timingMutex);
-        arrivals.assign(bufferCount, {});
         timing.last = 0; // a pause between two runs is not an interval
     }
+    lastTaken = 0;
+    journal.Begin(static_cast<std::size_t>(bufferCount));
+    ServiceClient* const services = Services();
+    isReported = services && services->TryInstallFrameReceiver(OnReceived, this);
     // The grabber must keep every frame and return them in order.
     grabber.SetFeature(EMV_FEATURE_KEEP_NEWEST, 0);
-    framesInRun = 0;
     takenInRun = 0;
     damagedInRun = 0;
     errorsBefore = session.Log().ReceiveErrors();
+    errorsNoted = errorsBefore;
     changesAtLastFrame = session.Events().ConfigurationChanges();
     session.Events().ResetFrames();
     sdkBefore = session.Sdk().Counts();
@@ -74,15 +79,30 @@ void ContinuousGrab::Start() {
     session.Check("Snap", grabber.Snap(kContinuous), session.ActCameraText());
 }
 
+ServiceClient* ContinuousGrab::Services() {
+    try {
+        return &session.Services();
+    } catch (const CommandFailure&) {
+        return nullptr; // the module offers none
+    }
+}
+
+void ContinuousGrab::OnReceived(const MV_FRAME_INFO* frame, void* self) {
+    static_cast<ContinuousGrab*>(self)->journal.Received(*frame, platform::MonotonicNanoseconds());
+}
+
 void ContinuousGrab::OnFrame(std::uint64_t bufferIndex) {
     const std::uint64_t now = platform::MonotonicNanoseconds();
     const std::optional<std::uint64_t> age = session.Sdk().FrameAge();
-    const std::uint64_t number = ++framesInRun;
+    if (!isReported) {
+        // The log has a line for each frame in error, from this thread.
+        const std::uint64_t errors = session.Log().ReceiveErrors();
+        journal.ReceivedInError(errors - errorsNoted, now);
+        errorsNoted = errors;
+    }
+    journal.HandedOver(bufferIndex, now);
     changesAtLastFrame = session.Events().ConfigurationChanges();
     platform::MutexLock lock(timingMutex);
-    if (bufferIndex < arrivals.size()) {
-        arrivals[static_cast<std::size_t>(bufferIndex)] = {now, number};
-    }
     if (age) {
         timing.latency.Add(*age);
     }
@@ -92,7 +112,8 @@ void ContinuousGrab::OnFrame(std::uint64_t bufferIndex) {
     timing.last = now;
 }
 
-FrameResult ContinuousGrab::TakeFrame(std::uint64_t timeoutMs, std::vector<std::uint8_t>* copy) {
+FrameResult ContinuousGrab::TakeFrame(std::uint64_t timeoutMs, std::vector<std::uint8_t>* copy,
+                                      TakenFrame& taken) {
     CMivoraGrabber& grabber = session.Grabber();
     EventRecorder& events = session.Events();
     // A frame counts only after its callback, when its arrival time is known.
@@ -106,11 +127,14 @@ FrameResult ContinuousGrab::TakeFrame(std::uint64_t timeoutMs, std::vector<std::
     }
     const std::uint64_t now = platform::MonotonicNanoseconds();
     ++takenInRun;
-    {
-        platform::MutexLock lock(timingMutex);
-        handOver.Add(now - std::min(now, arrivals[static_cast<std::size_t>(index)].time));
+    const bool isKnown = journal.Take(index, taken);
+    handOver.Add(now - std::min(now, taken.handedOver));
+    if (lastTaken != 0 && taken.handedOver > lastTaken) {
+        ++takenIntervals;
+        takenNanoseconds += taken.handedOver - lastTaken;
     }
-    const bool isWhole = !copy || CopyImage(index, *copy);
+    lastTaken = taken.handedOver;
+    const bool isWhole = isKnown && (!copy || CopyImage(index, taken, *copy));
     grabber.ReleaseFrameBuffer(index);
     if (!isWhole) {
         ++damagedInRun;
@@ -119,19 +143,15 @@ FrameResult ContinuousGrab::TakeFrame(std::uint64_t timeoutMs, std::vector<std::
     return FrameResult::kTaken;
 }
 
-bool ContinuousGrab::CopyImage(std::uint64_t bufferIndex, std::vector<std::uint8_t>& copy) const {
-    std::uint64_t number = 0;
-    {
-        platform::MutexLock lock(timingMutex);
-        number = arrivals[static_cast<std::size_t>(bufferIndex)].number;
-    }
+bool ContinuousGrab::CopyImage(std::uint64_t bufferIndex, const TakenFrame& taken,
+                               std::vector<std::uint8_t>& copy) const {
     const auto* const pixels =
         static_cast<const std::uint8_t*>(session.Grabber().GetFrameBuffer(bufferIndex));
     copy.assign(pixels, pixels + static_cast<std::size_t>(layout.Size()));
     // The module returns a buffer to the camera immediately; the camera refills it after having
-    // filled all the others.
-    const std::uint64_t later = framesInRun.load() - number;
-    return later < std::max<std::uint64_t>(bufferCount - 1, 1);
+    // filled all the others, be it with frames that are incomplete.
+    return !taken.isOverwritten &&
+           journal.CountAfter(taken.number) < std::max<std::uint64_t>(bufferCount - 1, 1);
 }
 
 void ContinuousGrab::Stop() {
@@ -145,6 +165,10 @@ void ContinuousGrab::Stop() {
     // Frames that arrive between here and the end of the acquisition count as flushed.
     run.lost = grabber.GetLostBufferCount();
     grabber.StopSnap();
+    if (isReported) {
+        Services()->TryInstallFrameReceiver(nullptr, nullptr);
+        isReported = false;
+    }
     std::uint64_t completed = 0;
     grabber.GetGrabberParam(MVGF_FRAMES_RECEIVED, &completed, nullptr);
     run.completed = completed;
@@ -172,12 +196,9 @@ FrameTiming ContinuousGrab::Timing() const {
     platform::MutexLock lock(timingMutex);
     FrameTiming all = timing;
     all.handOver = handOver;
+    all.takenIntervals = takenIntervals;
+    all.takenNanoseconds = takenNanoseconds;
     return all;
-}
-
-double ContinuousGrab::Rate() const {
-    platform::MutexLock lock(timingMutex);
-    return timing.Rate();
 }
 
 std::uint64_t ContinuousGrab::LongestInterval() const {

@@ -1,6 +1,7 @@
 // continuous_grab.h - continuous acquisition with an account of every frame
 #pragma once
 
+#include "apps/common/frame_journal.h"
 #include "apps/common/histogram.h"
 #include "apps/common/host_image.h"
 #include "apps/common/sdk_control.h"
@@ -11,6 +12,7 @@
 #include <optional>
 #include <vector>
 
+class ServiceClient;
 class Session;
 
 /// Accounts for buffers and frames. Every frame that the module delivered was taken by the program,
@@ -41,7 +43,11 @@ struct FrameTiming {
     Histogram interval;     ///< between two post-process callbacks
     std::uint64_t last = 0; ///< time of the latest callback
 
-    /// Frames per second, not counting pauses between runs; 0 for fewer than two frames.
+    std::uint64_t takenIntervals = 0;   ///< between two frames that the program took
+    std::uint64_t takenNanoseconds = 0; ///< sum of those
+
+    /// Frames per second that the program took, not counting pauses between runs; 0 for fewer than
+    /// two frames.
     double Rate() const;
 };
 
@@ -64,7 +70,16 @@ public:
     void Start();
     /// Waits at most `timeoutMs` milliseconds for a frame and takes the oldest one. `copy`, if
     /// given, receives the image: the camera keeps filling buffers, even those that the host holds.
-    FrameResult TakeFrame(std::uint64_t timeoutMs, std::vector<std::uint8_t>* copy);
+    /// `taken` says which frame it is and what became of those before it.
+    FrameResult TakeFrame(std::uint64_t timeoutMs, std::vector<std::uint8_t>* copy,
+                          TakenFrame& taken);
+    /// The same for whoever need not know which frame it is.
+    FrameResult TakeFrame(std::uint64_t timeoutMs, std::vector<std::uint8_t>* copy) {
+        TakenFrame taken;
+        return TakeFrame(timeoutMs, copy, taken);
+    }
+    /// Adds the frames of the last run that came after the one taken last; after Stop.
+    void TakeRest(std::vector<FrameGap>& gaps) { journal.TakeRest(gaps); }
     /// Stops, and adds the frames since Start to the account.
     void Stop();
 
@@ -73,14 +88,16 @@ public:
     /// Covers all frames from the first Start to the last Stop.
     const FrameAccount& Account() const { return account; }
     FrameTiming Timing() const;
-    double Rate() const;
     /// The longest time between two frames, in nanoseconds.
     std::uint64_t LongestInterval() const;
     const ImageLayout& Layout() const { return layout; }
 
 private:
+    static void OnReceived(const MV_FRAME_INFO* frame, void* self);
     void OnFrame(std::uint64_t bufferIndex);
-    bool CopyImage(std::uint64_t bufferIndex, std::vector<std::uint8_t>& copy) const;
+    bool CopyImage(std::uint64_t bufferIndex, const TakenFrame& taken,
+                   std::vector<std::uint8_t>& copy) const;
+    ServiceClient* Services();
 
     Session& session;
     const std::uint64_t bufferCount;
@@ -92,14 +109,14 @@ private:
     std::uint64_t errorsBefore = 0;
     std::optional<SdkCounts> sdkBefore;
     Histogram handOver;
+    std::uint64_t lastTaken = 0; // when the frame taken last in this run was handed over
+    std::uint64_t takenIntervals = 0;
+    std::uint64_t takenNanoseconds = 0;
+    bool isReported = false; // the module reports frames of any status
 
-    std::atomic<std::uint64_t> framesInRun{0};
+    FrameJournal journal;
+    std::uint64_t errorsNoted = 0; // of the frames' thread
     std::atomic<std::uint64_t> changesAtLastFrame{0};
     mutable platform::Mutex timingMutex;
-    FrameTiming timing GUARDED_BY(timingMutex); // all but handOver
-    struct Arrival {
-        std::uint64_t time = 0;
-        std::uint64_t number = 0; // of the frame within this run, from 1
-    };
-    std::vector<Arrival> arrivals GUARDED_BY(timingMutex); // by buffer index
+    FrameTiming timing GUARDED_BY(timingMutex); // what the frames' thread adds
 };

@@ -4,8 +4,8 @@
 #include <array>
 #include <cstdint>
 
-/// Counts values in buckets whose width grows with the value: percentiles are accurate to one part
-/// in 64 over the whole range, and memory use is constant. One thread.
+/// Counts values in buckets whose width grows with the value: percentiles are accurate to 1 %
+/// over the whole range, and memory use is constant. One thread.
 class Histogram {
 public:
     void Add(std::uint64_t value);
@@ -20,7 +20,7 @@ public:
     std::uint64_t Percentile(double percent) const;
 
 private:
-    static constexpr unsigned kFractionBits = 6;
+    static constexpr unsigned kFractionBits = 7;
     static constexpr std::size_t kBuckets = (64 - kFractionBits + 1) << kFractionBits;
 
     static std::size_t BucketOf(std::uint64_t value);

@@ -321,6 +321,10 @@ SettingsOutcome ServiceClient::RunSettings(const char* service, const std::strin
     return outcome;
 }
 
+bool ServiceClient::TryInstallFrameReceiver(MV_FRAME_RECEIVER receiver, void* context) {
+    return services.InstallFrameReceiver(receiver, context, nullptr) == MV_SERVICE_OK;
+}
+
 SettingsOutcome ServiceClient::SaveSettings(const std::string& path) {
     return RunSettings("SaveSettings", path, [&](void* context, MV_SERVICE_REASON* reason) {
         return services.SaveSettings(path.c_str(), &ReceiveSetting, context, reason);

@@ -128,6 +128,9 @@ public:
     DescriptionFile ReadDescriptionFile();
     /// Empty instead of a failure.
     std::vector<DescribedCamera> TryListCameras();
+    /// Names who is called for each frame, see IMivoraModuleServices; null for nobody. False if the
+    /// module does not report frames.
+    bool TryInstallFrameReceiver(MV_FRAME_RECEIVER receiver, void* context);
     SettingsOutcome SaveSettings(const std::string& path);
     SettingsOutcome LoadSettings(const std::string& path, bool isDryRun);
 

@@ -12,18 +12,17 @@ double Microseconds(std::uint64_t nanoseconds) {
     return static_cast<double>(nanoseconds) / 1e3;
 }
 
+/// Null without values.
 JsonValue Percentiles(const Histogram& times) {
+    if (times.Count() == 0) {
+        return nullptr;
+    }
     return JsonObject({{"count", times.Count()},
                        {"min", Microseconds(times.Min())},
                        {"p50", Microseconds(times.Percentile(50))},
                        {"p90", Microseconds(times.Percentile(90))},
                        {"p99", Microseconds(times.Percentile(99))},
                        {"max", Microseconds(times.Max())}});
-}
-
-/// Null if the SDK does not provide the age of frames.
-JsonValue LatencyPercentiles(const Histogram& times) {
-    return times.Count() != 0 ? Percentiles(times) : nullptr;
 }
 
 JsonValue SdkAccount(const std::optional<SdkCounts>& counts) {
@@ -48,6 +47,9 @@ void AppendLine(std::string& text, const char* format, Values... values) {
 }
 
 void AppendPercentiles(std::string& text, const char* name, const Histogram& times) {
+    if (times.Count() == 0) {
+        return;
+    }
     AppendLine(text, "%-11s p50 %.1f us, p90 %.1f us, p99 %.1f us, max %.1f us", name,
                Microseconds(times.Percentile(50)), Microseconds(times.Percentile(90)),
                Microseconds(times.Percentile(99)), Microseconds(times.Max()));
@@ -65,7 +67,7 @@ double GrabReport::MegabytesPerSecond() const {
 
 std::string GrabReport::Json() const {
     const JsonValue report =
-        JsonObject({{"frames", account.taken},
+        JsonReport({{"frames", account.taken},
                     {"errors", account.inError},
                     {"framesPerSecond", timing.Rate()},
                     {"megabytesPerSecond", MegabytesPerSecond()},
@@ -77,12 +79,13 @@ std::string GrabReport::Json() const {
                                             {"flushed", account.flushed},
                                             {"damaged", account.damaged},
                                             {"incomplete", account.inError},
-                                            {"written", written},
+                                            {"written", recording ? recording->counts.recorded : 0},
                                             {"sdk", SdkAccount(account.sdk)},
                                             {"closed", account.IsClosed()}})},
-                    {"latencyMicroseconds", LatencyPercentiles(timing.latency)},
+                    {"latencyMicroseconds", Percentiles(timing.latency)},
                     {"handOverMicroseconds", Percentiles(timing.handOver)},
                     {"intervalMicroseconds", Percentiles(timing.interval)},
+                    {"recording", recording ? recording->Json() : nullptr},
                     {"reconnects", reconnects},
                     {"interrupted", interrupted},
                     {"cameraLost", cameraLost}});
@@ -110,15 +113,14 @@ std::string GrabReport::Text() const {
         AppendLine(text, "%-11s %llu frames were written over while being copied", "damaged",
                    Wide(account.damaged));
     }
-    if (written != 0) {
-        AppendLine(text, "%-11s %llu files", "written", Wide(written));
+    if (recording) {
+        AppendLine(text, "%-11s %llu frames recorded, %llu missing", "recording",
+                   Wide(recording->counts.recorded), Wide(recording->counts.Missing()));
     }
     if (reconnects != 0) {
         AppendLine(text, "%-11s %llu times", "reconnected", Wide(reconnects));
     }
-    if (timing.latency.Count() != 0) {
-        AppendPercentiles(text, "latency", timing.latency);
-    }
+    AppendPercentiles(text, "latency", timing.latency);
     AppendPercentiles(text, "hand-over", timing.handOver);
     AppendPercentiles(text, "interval", timing.interval);
     return text;

@@ -4,6 +4,7 @@
 #include "apps/common/command_failure.h"
 #include "apps/common/image_encoder.h"
 #include "apps/common/tiff_encoder.h"
+#include "apps/common/whole_file.h"
 #include "platform/file_system.h"
 #include "platform/output_file.h"
 
@@ -47,17 +48,8 @@ public:
         char digits[24];
         std::snprintf(digits, sizeof digits, "%06llu", static_cast<unsigned long long>(number));
         const std::string name = std::string("frame-") + digits + "." + Ending(layout);
-        const std::string path = platform::JoinPath(directory, name);
-        platform::OutputFile file;
-        std::string error;
-        if (!file.Create(path, &error) || !AppendTo(file, frame, error)) {
-            ThrowNotWritten(path, error);
-        }
-        const std::uint64_t bytes = file.Size();
-        if (!file.Finish(false, &error)) {
-            ThrowNotWritten(path, error);
-        }
-        return {name, 0, bytes};
+        WriteEncodedFrame(platform::JoinPath(directory, name), frame);
+        return {name, 0, frame.head.size() + frame.pixelBytes + frame.tail.size()};
     }
     void Finish() override {}
 

@@ -6,12 +6,17 @@
 #include <poll.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <string>
 
 namespace platform {
 
 void PrepareStandardStreams() {
     // POSIX streams have no text mode.
+}
+
+void ReportBrokenPipes() {
+    std::signal(SIGPIPE, SIG_IGN);
 }
 
 bool WaitForInput(std::uint32_t timeoutMs) {

@@ -34,6 +34,10 @@ void PrepareStandardStreams() {
     SetConsoleOutputCP(CP_UTF8);
 }
 
+void ReportBrokenPipes() {
+    // Windows has no signal for them.
+}
+
 bool WaitForInput(std::uint32_t timeoutMs) {
     HANDLE const input = GetStdHandle(STD_INPUT_HANDLE);
     if (GetFileType(input) == FILE_TYPE_CHAR) {

@@ -9,27 +9,33 @@ namespace platform {
 
 namespace {
 
-std::atomic<bool> requested{false};
+std::atomic<unsigned> count{0};
+std::atomic<unsigned> most{1};
 
 BOOL WINAPI NoteRequest(DWORD event) {
     if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) {
         return FALSE;
     }
-    // FALSE for the second event leaves it to the default handler, which ends the program.
-    return !requested.exchange(true);
+    // FALSE leaves the event to the default handler, which ends the program.
+    return count.fetch_add(1) < most.load();
 }
 
 } // namespace
 
-bool InstallInterruptHandler() {
-    requested.store(false);
+bool InstallInterruptHandler(unsigned requests) {
+    count.store(0);
+    most.store(requests);
     // A handler that is installed twice is also called twice per event.
     SetConsoleCtrlHandler(NoteRequest, FALSE);
     return SetConsoleCtrlHandler(NoteRequest, TRUE) != FALSE;
 }
 
 bool InterruptRequested() {
-    return requested.load();
+    return count.load() != 0;
+}
+
+unsigned InterruptCount() {
+    return count.load();
 }
 
 } // namespace platform

@@ -88,5 +88,29 @@ TEST_F(InterruptDeathTest, TheSecondOneEndsTheProgram) {
         testing::KilledBySignal(SIGINT), "");
 }
 
+TEST_F(Interrupt, MayBeRequestedSeveralTimes) {
+    ASSERT_TRUE(InstallInterruptHandler(2));
+    EXPECT_EQ(InterruptCount(), 0u);
+    ASSERT_EQ(std::raise(SIGINT), 0);
+    EXPECT_EQ(InterruptCount(), 1u);
+    ASSERT_EQ(std::raise(SIGINT), 0);
+    EXPECT_EQ(InterruptCount(), 2u);
+    EXPECT_TRUE(InterruptRequested());
+    ASSERT_TRUE(InstallInterruptHandler(2));
+    EXPECT_EQ(InterruptCount(), 0u);
+}
+
+TEST_F(InterruptDeathTest, TheOneAfterThoseEndsTheProgram) {
+    testing::FLAGS_gtest_death_test_style = "threadsafe";
+    EXPECT_EXIT(
+        {
+            InstallInterruptHandler(2);
+            std::raise(SIGTERM);
+            std::raise(SIGINT);
+            std::raise(SIGINT);
+        },
+        testing::KilledBySignal(SIGINT), "");
+}
+
 } // namespace
 } // namespace platform

@@ -1,0 +1,34 @@
+// grab_options.h - the options of the command "grab"
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+/// The output that stands for standard output.
+inline constexpr const char* kStandardOutput = "-";
+
+struct GrabOptions {
+    std::uint64_t frames = 0; ///< 0: until the user interrupts
+    std::uint64_t buffers = 8;
+    std::uint64_t timeoutMs = 5000;
+    bool reconnect = false;
+    bool progress = false;
+    bool json = false;
+    std::vector<std::string> set;
+
+    std::string output; ///< a directory, kStandardOutput, or empty
+    std::optional<std::string> format;
+    std::optional<std::string> pngLevel;
+    bool overwrite = false;
+    std::string whenFull = "drop"; ///< or "stop"
+    std::uint64_t queueMegabytes = 256;
+
+    bool IsRecorded() const { return !output.empty(); }
+    bool IsStream() const { return output == kStandardOutput; }
+    /// As given, or the default of the output.
+    std::string Format() const { return format.value_or(IsStream() ? "raw" : "png"); }
+    /// Why the options for the output do not fit together; empty if they do.
+    std::string Problem() const;
+};
