@@ -122,7 +122,7 @@ void AddAppOptions(CommandLine& program, AppOptions& options) {
         .AddOption("-c,--camera", options.camera,
                    "Camera to use: its index, its unique id (decimal or 0x...) or any text of the "
                    "command cameras that only it has. Default: the configured one, else the "
-                   "first. The shell does not look at it")
+                   "first")
         .TypeName("N|ID|NAME");
 }
 

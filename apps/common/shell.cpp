@@ -1,5 +1,7 @@
 // shell.cpp - runs grabber operations line by line
 #include "apps/common/shell.h"
+
+#include "apps/common/json_text.h"
 #include "platform/printable_text.h"
 
 namespace {
@@ -22,9 +24,12 @@ std::string Shell::Answer(std::string_view text) {
         }
         const ShellAnswer answer = found->second.run(line);
         failed = failed || answer.IsFailure();
-        return line.Name() + " = " + answer.Str();
+        return isJson ? answer.Json(line.Name()) : line.Name() + " = " + answer.Str();
     } catch (const ShellRefusal& refusal) {
         refused = true;
+        if (isJson) {
+            return JsonReport({{"operation", line.Name()}, {"refusal", refusal.what()}}).Text();
+        }
         return platform::PrintableText(line.Name() + " ? " + refusal.what());
     }
 }

@@ -12,9 +12,11 @@
 /// flushed: "NAME = RESULT", or "NAME ? REASON" for an unknown name or a bad argument.
 class Shell {
 public:
-    /// A strict shell ends with 1 after an operation that failed.
-    explicit Shell(const ShellOperations& knownOperations, bool isStrict = false)
-        : operations(knownOperations), strict(isStrict) {}
+    /// A strict shell ends with 1 after an operation that failed. With `printJson` each line of
+    /// output is a JSON object; a refused line has "refusal" in place of "result" and "values".
+    explicit Shell(const ShellOperations& knownOperations, bool isStrict = false,
+                   bool printJson = false)
+        : operations(knownOperations), strict(isStrict), isJson(printJson) {}
 
     /// The output for one line, without line end; empty for a blank line or a comment.
     std::string Answer(std::string_view line);
@@ -25,6 +27,7 @@ public:
 private:
     const ShellOperations& operations;
     const bool strict;
+    const bool isJson;
     bool refused = false;
     bool failed = false;
 };

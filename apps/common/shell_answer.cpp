@@ -2,10 +2,11 @@
 #include "apps/common/shell_answer.h"
 
 #include "apps/common/hex_bytes.h"
-#include "apps/common/json_text.h"
+
+#include <utility>
 
 ShellAnswer ShellAnswer::Ok() {
-    return ShellAnswer("ok");
+    return ShellAnswer("ok", "ok");
 }
 
 ShellAnswer ShellAnswer::Code(MV_ERRCODE code) {
@@ -13,31 +14,31 @@ ShellAnswer ShellAnswer::Code(MV_ERRCODE code) {
 }
 
 ShellAnswer ShellAnswer::Number(std::int64_t number) {
-    return ShellAnswer(std::to_string(number));
+    return ShellAnswer(std::to_string(number), number);
 }
 
 ShellAnswer ShellAnswer::Text(const char* text) {
-    return ShellAnswer(JsonText(text));
+    return ShellAnswer(JsonText(text), text);
 }
 
 ShellAnswer ShellAnswer::Pointer(const void* pointer, const char* word) {
-    return ShellAnswer(pointer ? word : "null");
+    return ShellAnswer(pointer ? word : "null", pointer ? word : nullptr);
 }
 
 ShellAnswer& ShellAnswer::With(const char* key, std::uint64_t value) {
-    return Append(key, std::to_string(value));
+    return Append(key, std::to_string(value), value);
 }
 
 ShellAnswer& ShellAnswer::WithSigned(const char* key, std::int64_t value) {
-    return Append(key, std::to_string(value));
+    return Append(key, std::to_string(value), value);
 }
 
 ShellAnswer& ShellAnswer::WithText(const char* key, const std::string& value) {
-    return Append(key, JsonText(value));
+    return Append(key, JsonText(value), value);
 }
 
 ShellAnswer& ShellAnswer::WithBytes(const char* key, std::span<const std::uint8_t> value) {
-    return Append(key, HexText(value));
+    return Append(key, HexText(value), HexText(value));
 }
 
 ShellAnswer& ShellAnswer::WithList(const char* key, const std::vector<std::uint32_t>& values) {
@@ -45,7 +46,7 @@ ShellAnswer& ShellAnswer::WithList(const char* key, const std::vector<std::uint3
     for (const std::uint32_t value : values) {
         list += (list.size() > 1 ? "," : "") + std::to_string(value);
     }
-    return Append(key, list + "]");
+    return Append(key, list + "]", JsonValue::FromText(list + "]"));
 }
 
 ShellAnswer& ShellAnswer::FailedIf(bool isFailure) {
@@ -53,7 +54,14 @@ ShellAnswer& ShellAnswer::FailedIf(bool isFailure) {
     return *this;
 }
 
-ShellAnswer& ShellAnswer::Append(const char* key, const std::string& value) {
-    text += std::string(" ") + key + "=" + value;
+std::string ShellAnswer::Json(const std::string& operation) const {
+    return JsonReport(
+               {{"operation", operation}, {"result", result}, {"values", JsonObject(members)}})
+        .Text();
+}
+
+ShellAnswer& ShellAnswer::Append(const char* key, const std::string& shown, JsonValue value) {
+    text += std::string(" ") + key + "=" + shown;
+    members.push_back({key, std::move(value)});
     return *this;
 }

@@ -1,6 +1,7 @@
 // shell_answer.h - the result of a shell operation as text
 #pragma once
 
+#include "apps/common/json_text.h"
 #include "mivora/types.h"
 
 #include <cstdint>
@@ -28,13 +29,18 @@ public:
     ShellAnswer& FailedIf(bool isFailure);
 
     const std::string& Str() const { return text; }
+    /// The same as a JSON object: {"schema":1,"operation":...,"result":...,"values":{...}}.
+    std::string Json(const std::string& operation) const;
     /// True for a code other than MV_OK, and after FailedIf.
     bool IsFailure() const { return failed; }
 
 private:
-    explicit ShellAnswer(std::string result) : text(std::move(result)) {}
-    ShellAnswer& Append(const char* key, const std::string& value);
+    ShellAnswer(std::string shownResult, JsonValue jsonResult)
+        : text(std::move(shownResult)), result(std::move(jsonResult)) {}
+    ShellAnswer& Append(const char* key, const std::string& shown, JsonValue value);
 
     std::string text;
+    JsonValue result;
+    std::vector<JsonMember> members;
     bool failed = false;
 };

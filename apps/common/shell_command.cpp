@@ -28,12 +28,17 @@ constexpr const char* kFooter =
     "  printf 'Init\\nSetActCameraIndex 0\\nOpenActCamera\\nPrepareFrameBuffers 2\\nSnap 2\\n"
     "WaitFrames 1\\nWaitIdle\\nSaveBuffer 0 image.png\\n' | mivora shell\n";
 
-void AddHelp(ShellOperations& operations, std::FILE* output) {
-    operations.Add("Help", "", [&operations, output] {
+void AddHelp(ShellOperations& operations, bool isJson) {
+    operations.Add("Help", "", [&operations, isJson] {
+        ShellAnswer answer = ShellAnswer::Ok();
         for (const auto& [name, entry] : operations.All()) {
-            std::fprintf(output, "# %s %s\n", name.c_str(), entry.usage.c_str());
+            if (isJson) {
+                answer.WithText(name.c_str(), entry.usage);
+            } else {
+                std::printf("# %s %s\n", name.c_str(), entry.usage.c_str());
+            }
         }
-        return ShellAnswer::Ok();
+        return answer;
     });
 }
 
@@ -46,14 +51,17 @@ void AddShellCommand(CommandLine& program, const AppOptions& options,
         program.AddCommand("shell", "The grabber's operations, one a line from standard input");
     const auto isStrict = std::make_shared<bool>(false);
     command.AddFlag("--strict", *isStrict, "End with status 1 when an operation failed");
+    const auto isJson = std::make_shared<bool>(false);
+    command.AddJson(*isJson);
+    command.Excludes("--camera");
     command.SetFooter(kFooter);
-    command.OnRun([&options, maker, addOwn, isStrict] {
+    command.OnRun([&options, maker, addOwn, isStrict, isJson] {
         Session session(options, maker());
         const ShellContext context{session.Grabber(), session.Events(), session.Log(),
                                    session.Sdk()};
         ShellOperations operations;
         AddAllOperations(operations, context);
-        AddHelp(operations, stdout);
+        AddHelp(operations, *isJson);
         if (addOwn) {
             addOwn(operations, context);
         }
@@ -63,7 +71,7 @@ void AddShellCommand(CommandLine& program, const AppOptions& options,
             return true;
         });
         const int status =
-            Shell(operations, *isStrict)
+            Shell(operations, *isStrict, *isJson)
                 .Run([&input](std::string& line) { return input.Next(line); }, stdout);
         if (status != 0) {
             throw ExitStatus{status};

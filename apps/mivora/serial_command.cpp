@@ -4,6 +4,7 @@
 #include "apps/common/command_line.h"
 #include "apps/common/hex_bytes.h"
 #include "apps/common/input_lines.h"
+#include "apps/common/json_text.h"
 #include "apps/common/session.h"
 #include "apps/mivora/commands.h"
 #include "mivora/grabber.h"
@@ -38,6 +39,7 @@ struct SerialOptions {
     std::string lineEnd = "lf";
     std::uint32_t lingerMs = 500;
     bool hex = false;
+    bool json = false;
 };
 
 std::string LineEnd(const std::string& name) {
@@ -164,7 +166,10 @@ private:
     }
 
     void Print(const std::vector<std::uint8_t>& bytes) const {
-        if (options.hex) {
+        if (options.json) {
+            PrintReport(
+                {{"received", std::string(bytes.begin(), bytes.end())}, {"hex", HexText(bytes)}});
+        } else if (options.hex) {
             std::printf("%s\n", HexText(bytes).c_str());
         } else {
             std::fwrite(bytes.data(), 1, bytes.size(), stdout);
@@ -249,6 +254,7 @@ void AddSerialCommand(CommandLine& program, const AppOptions& options, const Mak
         .Check(CountProblem)
         .ShowDefault()
         .TypeName("MS");
+    command.AddJson(serial->json);
     command.AddFlag("--hex", serial->hex, "Hexadecimal bytes instead of text");
     command.SetFooter(kSerialFooter);
     command.OnRun([&options, maker, serial] {

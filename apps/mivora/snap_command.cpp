@@ -4,6 +4,7 @@
 #include "apps/common/feature_assignment.h"
 #include "apps/common/host_image.h"
 #include "apps/common/image_writer.h"
+#include "apps/common/json_text.h"
 #include "apps/common/session.h"
 #include "apps/mivora/commands.h"
 #include "mivora/grabber.h"
@@ -24,6 +25,7 @@ struct SnapOptions {
     std::uint64_t timeoutMs = 5000;
     std::string file;
     std::vector<std::string> set;
+    bool json = false;
 };
 
 void WaitForFrame(Session& session, std::uint64_t timeoutMs) {
@@ -55,6 +57,13 @@ void Snap(Session& session, const SnapOptions& options) {
                   session.ActCameraText());
     WriteImage(options.file, layout, grabber.GetFrameBuffer(index));
     grabber.ReleaseFrameBuffer(index);
+    if (options.json) {
+        PrintReport({{"file", options.file},
+                     {"width", layout.width},
+                     {"height", layout.height},
+                     {"components", layout.components},
+                     {"bits", layout.bits}});
+    }
 }
 
 constexpr const char* kSnapFooter =
@@ -80,12 +89,13 @@ void AddSnapCommand(CommandLine& program, const AppOptions& options, const Maker
         .Check(ImageFileNameProblem)
         .TypeName("FILE");
     command
-        .AddOption("--timeout", snap->timeoutMs,
+        .AddOption("-t,--timeout", snap->timeoutMs,
                    "Longest wait for the frame in mode 2, in milliseconds")
         .Check(CountProblem)
         .ShowDefault()
         .TypeName("MS");
     AddSetOption(command, snap->set);
+    command.AddJson(snap->json);
     command.SetFooter(kSnapFooter);
     command.OnRun([&options, maker, snap] {
         Session session(options, maker());

@@ -1,6 +1,7 @@
 // watch_command.cpp - prints a grabber's events
 #include "apps/common/command_line.h"
 #include "apps/common/feature_assignment.h"
+#include "apps/common/json_text.h"
 #include "apps/common/session.h"
 #include "apps/mivora/commands.h"
 #include "mivora/grabber.h"
@@ -42,24 +43,25 @@ const char* ControlEventName(std::uint32_t code) {
 class Watch {
 public:
     Watch(Session& openSession, std::uint64_t timeLimitMs,
-          const std::vector<FeatureAssignment>& assignmentsToApply)
+          const std::vector<FeatureAssignment>& assignmentsToApply, bool printJson)
         : session(openSession),
           grabber(openSession.Grabber()),
           limitMs(timeLimitMs),
-          assignments(assignmentsToApply) {}
+          assignments(assignmentsToApply),
+          isJson(printJson) {}
 
     void Run() {
         if (Choose()) {
             session.OpenActCamera();
             ApplyFeatureAssignments(session, assignments);
             Remember();
-            std::printf("watching %s\n", camera.c_str());
+            PrintStart("watching " + camera);
         } else {
             const std::string configured = session.ConfiguredCamera();
             const std::string text =
                 configured.empty() ? "there is no camera"
                                    : "the configured camera \"" + configured + "\" is not there";
-            std::printf("watching; %s yet\n", platform::PrintableText(text).c_str());
+            PrintStart("watching; " + platform::PrintableText(text) + " yet");
         }
         std::fflush(stdout);
         while (!platform::InterruptRequested() && !std::ferror(stdout)) {
@@ -90,9 +92,9 @@ private:
         if (Choose() && grabber.OpenActCamera() == MV_OK) {
             ApplyFeatureAssignments(session, assignments);
             Remember();
-            PrintLine(camera + " is there");
+            PrintLine("there", camera + " is there", CameraMembers());
         } else if (wasOpen) {
-            PrintLine(camera + " is gone");
+            PrintLine("gone", camera + " is gone", CameraMembers());
         }
         std::fflush(stdout);
     }
@@ -119,17 +121,39 @@ private:
 
     void Print(const GrabberEvents& events) const {
         for (std::uint64_t i = 0; i < events.camCfgChange; ++i) {
-            PrintLine("camera configuration changed");
+            PrintLine("configuration", "camera configuration changed");
         }
         for (const std::uint32_t code : events.camCntrl) {
-            PrintLine("camera control " + std::to_string(code) + " (" + ControlEventName(code) +
-                      ")");
+            const std::string name = ControlEventName(code);
+            PrintLine("control", "camera control " + std::to_string(code) + " (" + name + ")",
+                      {{"code", code}, {"name", name}});
         }
         std::fflush(stdout);
     }
 
-    void PrintLine(const std::string& text) const {
-        std::printf("%10.3f %s\n", static_cast<double>(ElapsedNs()) / 1e9, text.c_str());
+    std::vector<JsonMember> CameraMembers() const {
+        return {{"camera", camera.empty() ? JsonValue(nullptr) : JsonValue(camera)},
+                {"uniqueId", uniqueId ? JsonValue(*uniqueId) : JsonValue(nullptr)}};
+    }
+
+    void PrintStart(const std::string& text) const {
+        if (isJson) {
+            PrintLine("watching", text, CameraMembers());
+        } else {
+            std::printf("%s\n", text.c_str());
+        }
+    }
+
+    void PrintLine(const char* event, const std::string& text,
+                   const std::vector<JsonMember>& more = {}) const {
+        const double seconds = static_cast<double>(ElapsedNs()) / 1e9;
+        if (isJson) {
+            std::vector<JsonMember> members = {{"seconds", seconds}, {"event", event}};
+            members.insert(members.end(), more.begin(), more.end());
+            PrintReport(members);
+        } else {
+            std::printf("%10.3f %s\n", seconds, text.c_str());
+        }
     }
 
     std::uint64_t ElapsedNs() const { return platform::MonotonicNanoseconds() - begin; }
@@ -139,6 +163,7 @@ private:
     CMivoraGrabber& grabber;
     const std::uint64_t limitMs;
     const std::vector<FeatureAssignment>& assignments;
+    const bool isJson;
     const std::uint64_t begin = platform::MonotonicNanoseconds();
     std::optional<std::uint32_t> uniqueId; // of the watched camera, once there is one
     std::string camera;                    // its description for messages
@@ -159,11 +184,13 @@ void AddWatchCommand(CommandLine& program, const AppOptions& options, const Make
                       "Example:\n  mivora --camera 0 watch --for 60000\n");
     const auto set = std::make_shared<std::vector<std::string>>();
     AddSetOption(command, *set);
-    command.OnRun([&options, maker, limitMs, set] {
+    const auto json = std::make_shared<bool>(false);
+    command.AddJson(*json);
+    command.OnRun([&options, maker, limitMs, set, json] {
         Session session(options, maker());
         const std::vector<FeatureAssignment> assignments = ParseFeatureAssignments(session, *set);
         platform::InstallInterruptHandler();
         session.InitWithCamera();
-        Watch(session, *limitMs, assignments).Run();
+        Watch(session, *limitMs, assignments, *json).Run();
     });
 }

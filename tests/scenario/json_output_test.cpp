@@ -1,6 +1,8 @@
 // json_output_test.cpp - what commands print with --json, and how they fail
 #include "tests/scenario/program_test.h"
 
+#include <sstream>
+
 namespace scenario {
 namespace {
 
@@ -134,6 +136,69 @@ TEST_F(JsonOutput, OfTracesHasTheirCalls) {
     const auto differs = Tool({"trace", "diff", first, second, "--json"});
     EXPECT_EQ(differs.status, 1);
     EXPECT_EQ(Json::parse(differs.output)["differences"][0]["thread"], 1);
+}
+
+TEST_F(JsonOutput, OfTheShellIsALineForEachOperation) {
+    const auto result = Mivora({"shell", "--json"}, "Init\nCamera 0\nNothing\nHelp\n");
+    EXPECT_EQ(result.status, 2);
+    std::istringstream lines(result.output);
+    std::string line;
+    std::getline(lines, line);
+    EXPECT_EQ(line, R"({"schema":1,"operation":"Init","result":0,"values":{}})");
+    std::getline(lines, line);
+    EXPECT_EQ(Json::parse(line)["values"]["name"], "Camera A");
+    std::getline(lines, line);
+    EXPECT_EQ(line, R"({"schema":1,"operation":"Nothing","refusal":"unknown operation"})");
+    std::getline(lines, line);
+    EXPECT_EQ(Json::parse(line)["values"]["Snap"], "MODE");
+    EXPECT_FALSE(std::getline(lines, line));
+    ExpectFailure(Mivora({"--camera", "0", "shell"}), 2, {"shell excludes --camera"});
+}
+
+TEST_F(JsonOutput, OfSerialPortsHasTheBytes) {
+    UseCamera("<port number=\"1\" device=\"lens\"/>", "", "serial");
+    const auto result = Mivora({"serial", "1", "--json"}, "FOCUS?\n");
+    ExpectDone(result);
+    std::istringstream lines(result.output);
+    std::string text;
+    std::string hex;
+    for (std::string line; std::getline(lines, line);) {
+        const Json piece = Json::parse(line);
+        EXPECT_EQ(piece["schema"], 1);
+        text += piece["received"];
+        hex += piece["hex"];
+    }
+    EXPECT_EQ(text, "FOCUS 1200\r\n");
+    EXPECT_EQ(hex, "464F43555320313230300D0A");
+}
+
+TEST_F(JsonOutput, OfEventsIsALineForEach) {
+    const std::string script =
+        directory.Write("script.txt", "after 1 unplug A\nafter 100 plug A\n");
+    const auto result = Mivora({"--sdk-script", script, "watch", "--for", "600", "--json"});
+    ExpectDone(result);
+    std::istringstream lines(result.output);
+    std::vector<std::string> events;
+    double last = 0;
+    for (std::string line; std::getline(lines, line);) {
+        const Json event = Json::parse(line);
+        EXPECT_EQ(event["schema"], 1);
+        EXPECT_GE(event["seconds"], last);
+        last = event["seconds"];
+        events.push_back(event["event"]);
+    }
+    ASSERT_GE(events.size(), 2u);
+    EXPECT_EQ(events.front(), "watching");
+    EXPECT_EQ(events.back(), "there") << result.output;
+}
+
+TEST_F(JsonOutput, OfASnapSaysWhatWasWritten) {
+    EXPECT_EQ(Report(Mivora({"snap", "--json", "-o", PathOf("image.png")})),
+              (Json{{"file", PathOf("image.png")},
+                    {"width", 64},
+                    {"height", 48},
+                    {"components", 1},
+                    {"bits", 8}}));
 }
 
 TEST_F(JsonOutput, IsAlsoWhatAFailureIsReportedIn) {

@@ -55,6 +55,14 @@ protected:
     ShellOperations operations;
 };
 
+TEST_F(ShellTest, PrintsObjectsInJson) {
+    Shell shell(operations, false, true);
+    EXPECT_EQ(shell.Answer("Wait 3 20"),
+              R"({"schema":1,"operation":"Wait","result":3,"values":{"ms":20}})");
+    EXPECT_EQ(shell.Answer("Refuse"), R"({"schema":1,"operation":"Refuse","refusal":"not today"})");
+    EXPECT_EQ(shell.Answer("# a comment"), "");
+}
+
 TEST_F(ShellTest, PrintsNameAndResult) {
     EXPECT_EQ(Answer("None"), "None = ok");
     EXPECT_EQ(Answer("  Small  17 "), "Small = 17");
