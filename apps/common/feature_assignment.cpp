@@ -118,7 +118,7 @@ void ApplyFeatureAssignments(Session& session, const std::vector<FeatureAssignme
 
 void AddSetOption(Command& command, std::vector<std::string>& assignments) {
     command
-        .AddOption("--set", assignments,
+        .AddOption("-S,--set", assignments,
                    "Write a feature after the camera has been opened; may be given several times, "
                    "in the order wanted. A command has no value")
         .TypeName("MODULE/FEATURE=VALUE");

@@ -91,7 +91,7 @@ void AddCamerasCommand(CommandLine& program, const AppOptions& options, const Ma
     Command command = program.AddCommand(
         "cameras", "List the cameras and what --camera and the configuration call them");
     const auto json = std::make_shared<bool>(false);
-    command.AddFlag("--json", *json, "Print JSON");
+    command.AddJson(*json);
     command.SetFooter(
         "The configured camera, or that of --camera, has a mark. --camera takes any of these texts\n"
         "that only one camera has. The column UniqueId is what the key UniqueId of the\n"

@@ -97,11 +97,11 @@ constexpr const char* kGrabFooter =
 void AddGrabCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker) {
     Command command = program.AddCommand("grab", "Grab frames one after another");
     const auto grab = std::make_shared<GrabOptions>();
-    command.AddOption("--frames", grab->frames, "Frames to grab; 0: until Ctrl-C")
+    command.AddOption("-n,--frames", grab->frames, "Frames to grab; 0: until Ctrl-C")
         .Required()
         .Check(CountProblem)
         .TypeName("N");
-    command.AddOption("--buffers", grab->buffers, "Frame buffers (2 or more for whole images)")
+    command.AddOption("-b,--buffers", grab->buffers, "Frame buffers (2 or more for whole images)")
         .Check(PositiveCountProblem)
         .ShowDefault()
         .TypeName("B");
@@ -111,7 +111,7 @@ void AddGrabCommand(CommandLine& program, const AppOptions& options, const Maker
                        "Record the frames into this directory; - writes them to standard output")
             .TypeName("DIR");
     command
-        .AddOption("--format", grab->format,
+        .AddOption("-f,--format", grab->format,
                    "How frames are kept: a file for each (png, pnm, raw) or one for all (stack)")
         .OneOf({"png", "pnm", "raw", "stack"})
         .Needs(output);
@@ -139,14 +139,14 @@ void AddGrabCommand(CommandLine& program, const AppOptions& options, const Maker
     command.AddFlag("--progress", grab->progress,
                     "Show progress also where standard error is no terminal, a line each second");
     command
-        .AddOption("--timeout", grab->timeoutMs,
+        .AddOption("-t,--timeout", grab->timeoutMs,
                    "Without a frame for so many milliseconds the camera counts as gone")
         .Check(CountProblem)
         .ShowDefault()
         .TypeName("MS");
     command.AddFlag("--reconnect", grab->reconnect,
                     "When the camera is gone wait for it and go on");
-    command.AddFlag("--json", grab->json, "Print JSON");
+    command.AddJson(grab->json);
     AddSetOption(command, grab->set);
     command.SetFooter(kGrabFooter);
     command.OnRun([&options, maker, grab] {
