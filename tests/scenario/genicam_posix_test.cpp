@@ -21,7 +21,7 @@ TEST_F(GenicamPrograms, EndWithAnErrorWhenTheCameraIsUnpluggedAndServeTheNext) {
     EXPECT_TRUE(WaitForImage(5));
     camera.Kill();
     const support::ProgramResult result = End(process);
-    ExpectFailure(result, 1, {"mivora: no more frames from camera 0 (Fake"});
+    ExpectFailure(result, 1, {"\"message\":\"no more frames from camera 0 (Fake"});
     const Json report = Json::parse(result.output);
     EXPECT_TRUE(report["cameraLost"]);
     EXPECT_GE(report["frames"], 5);

@@ -55,7 +55,7 @@ TEST_F(GenicamWire, TenSecondsWithoutTheCameraEndTheGrabAndTheNextWorks) {
     Start(process, GrabArguments({"--frames", "0"}));
     Interrupt(10000);
     const support::ProgramResult result = End(process);
-    ExpectFailure(result, 1, {"mivora: no more frames from camera 0 (Fake"});
+    ExpectFailure(result, 1, {"\"message\":\"no more frames from camera 0 (Fake"});
     const Json report = Json::parse(result.output);
     EXPECT_TRUE(report["cameraLost"]);
     EXPECT_TRUE(report["account"]["closed"]) << report;
@@ -92,7 +92,7 @@ TEST_F(GenicamWire, AGrabWithoutAnyWholeFrameEndsAndCountsThem) {
     LosePackets(500);
     const auto result =
         support::RunProgram("mivora", GrabArguments({"--frames", "20", "--timeout", "2000"}));
-    ExpectFailure(result, 1, {"mivora: no more frames from camera 0 (Fake"});
+    ExpectFailure(result, 1, {"\"message\":\"no more frames from camera 0 (Fake"});
     const Json report = Json::parse(result.output);
     EXPECT_EQ(report["frames"], 0);
     EXPECT_EQ(report["account"]["written"], 0);

@@ -51,8 +51,9 @@ TEST_F(Interrupted, GrabThatWasToTakeMoreReportsHowFarItCame) {
     const Json report = Json::parse(result.output);
     EXPECT_TRUE(report["interrupted"]);
     EXPECT_TRUE(report["account"]["closed"]) << report;
-    ExpectFailure(result, 1,
-                  {"mivora: interrupted after " + report["frames"].dump() + " of 1000000 frames"});
+    ExpectFailure(
+        result, 1,
+        {"\"message\":\"interrupted after " + report["frames"].dump() + " of 1000000 frames"});
 }
 
 TEST_F(Interrupted, SnapReportsThatNoFrameCame) {

@@ -28,7 +28,7 @@ TEST_F(KeptTraces, FramesOfAGigECamera) {
 TEST_F(KeptTraces, AGigECameraThatIsKilled) {
     const auto result =
         Replay("gige-camera-lost", {"grab", "--frames", "0", "--timeout", "1000", "--json"});
-    ExpectFailure(result, 1, {"mivora: no more frames from camera 0 (Fake, "});
+    ExpectFailure(result, 1, {"\"message\":\"no more frames from camera 0 (Fake, "});
     EXPECT_FALSE(Contains(result.errors, "differs")) << result.errors;
     const Json report = Json::parse(result.output);
     EXPECT_GE(report["frames"], 10);
