@@ -1,8 +1,6 @@
 // host_image.cpp - memory layout of the host's images
 #include "apps/common/host_image.h"
 
-#include "mivora/gfx_mode.h"
-
 #include <cstring>
 
 const char* ColorCodingName(MV_COLORCODING coding) {
@@ -23,19 +21,6 @@ const char* ColorCodingName(MV_COLORCODING coding) {
         return "BGRA";
     }
     return "unknown"; // a module may return a value outside the enumeration
-}
-
-ImageLayout DescribeImage(CMivoraGfxMode& mode) {
-    ImageLayout layout;
-    layout.width = mode.GetxRes();
-    layout.height = mode.GetyRes();
-    layout.components = mode.GetNumComponents();
-    layout.allocatedBits = mode.GetAllocatedBitPerComponent();
-    layout.bits = mode.GetBitPerComponent();
-    layout.colorCoding = mode.GetColorCoding();
-    layout.cfaX = mode.GetCFAxOffset();
-    layout.cfaY = mode.GetCFAyOffset();
-    return layout;
 }
 
 std::uint32_t ImageReader::At(std::uint32_t x, std::uint32_t y, std::uint32_t component) const {

@@ -3,7 +3,9 @@
 
 #include "apps/common/picture.h"
 
+#include <algorithm>
 #include <bit>
+#include <cstring>
 
 namespace {
 
@@ -55,6 +57,45 @@ void Copy(const ImageLayout& layout, const void* image, const SampleOrder& order
     for (std::uint32_t channel = 0; channel < order.channels; ++channel) {
         CopyChannel(to + channel, order.channels, from + order.component[channel],
                     layout.components, pixels, layout, order);
+    }
+}
+
+// In a file samples begin anywhere.
+template <typename Sample>
+Sample SampleAt(const std::uint8_t* bytes, std::size_t index) {
+    Sample sample;
+    std::memcpy(&sample, bytes + index * sizeof sample, sizeof sample);
+    return sample;
+}
+
+template <typename To, typename From>
+void RestoreChannel(To* to, std::size_t toStep, const std::uint8_t* from, std::size_t fromStep,
+                    std::size_t pixels, const SampleOrder& order) {
+    const std::uint32_t shift = order.shift;
+    const auto copy = [&](bool isSwapped) {
+        for (std::size_t pixel = 0; pixel < pixels; ++pixel) {
+            const From sample = SampleAt<From>(from, pixel * fromStep);
+            to[pixel * toStep] = static_cast<To>(InOrder(sample, isSwapped) >> shift);
+        }
+    };
+    if (order.isBigEndian == kIsBigEndian) {
+        copy(false);
+    } else {
+        copy(true);
+    }
+}
+
+template <typename To, typename From>
+void Restore(const ImageLayout& layout, const std::uint8_t* bytes, const SampleOrder& order,
+             void* image) {
+    const std::size_t pixels = std::size_t{layout.width} * layout.height;
+    auto* const to = static_cast<To*>(image);
+    if (order.channels < layout.components) {
+        std::fill(to, to + pixels * layout.components, static_cast<To>(Mask(layout)));
+    }
+    for (std::uint32_t channel = 0; channel < order.channels; ++channel) {
+        RestoreChannel<To, From>(to + order.component[channel], layout.components,
+                                 bytes + channel * sizeof(From), order.channels, pixels, order);
     }
 }
 
@@ -110,5 +151,20 @@ void CopySamples(const ImageLayout& layout, const void* image, const SampleOrder
         Copy<std::uint8_t, std::uint16_t>(layout, image, order, bytes);
     } else {
         Copy<std::uint8_t, std::uint8_t>(layout, image, order, bytes);
+    }
+}
+
+std::uint32_t FileSampleBytes(const ImageLayout& layout) {
+    return layout.bits > kByteBits ? 2 : 1;
+}
+
+void RestoreSamples(const ImageLayout& layout, const std::uint8_t* bytes, const SampleOrder& order,
+                    void* image) {
+    if (layout.bits > kByteBits) {
+        Restore<std::uint16_t, std::uint16_t>(layout, bytes, order, image);
+    } else if (layout.allocatedBits > kByteBits) {
+        Restore<std::uint16_t, std::uint8_t>(layout, bytes, order, image);
+    } else {
+        Restore<std::uint8_t, std::uint8_t>(layout, bytes, order, image);
     }
 }

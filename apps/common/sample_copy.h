@@ -26,3 +26,11 @@ bool IsInOrder(const ImageLayout& layout, const void* image, const SampleOrder& 
 /// Replaces `bytes` by the significant bits of the image's samples in that order.
 void CopySamples(const ImageLayout& layout, const void* image, const SampleOrder& order,
                  std::vector<std::uint8_t>& bytes);
+
+/// Bytes of a sample in a file.
+std::uint32_t FileSampleBytes(const ImageLayout& layout);
+
+/// The reverse: fills an image from the samples of a file. Components that the file does not hold,
+/// as alpha in a file of three channels, get their greatest value.
+void RestoreSamples(const ImageLayout& layout, const std::uint8_t* bytes, const SampleOrder& order,
+                    void* image);

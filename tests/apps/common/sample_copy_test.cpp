@@ -42,6 +42,35 @@ TEST(SampleCopy, TakesOneByteOfTwoWhenNoMoreAreSignificant) {
     EXPECT_EQ(Copied(layout, image, FileOrder(layout)), (SampleBytes{0x12, 0x34}));
 }
 
+TEST(SampleCopy, RestoresWhatWasCopied) {
+    const ImageLayout wide{2, 1, 4, 16, 12, MVCC_ARGB, 0, 0};
+    const std::uint16_t image[] = {0x0ABC, 0x0FFF, 1, 2, 3, 4, 5, 6};
+    SampleOrder order = FileOrder(wide);
+    order.shift = 4;
+    order.isBigEndian = true;
+    EXPECT_EQ(FileSampleBytes(wide), 2u);
+    const SampleBytes file = Copied(wide, image, order);
+    std::uint16_t restored[8] = {};
+    RestoreSamples(wide, file.data(), order, restored);
+    EXPECT_EQ(std::memcmp(restored, image, sizeof image), 0);
+
+    // Alpha is not in a file of three channels.
+    order.channels = 3;
+    const SampleBytes opaque = Copied(wide, image, order);
+    RestoreSamples(wide, opaque.data(), order, restored);
+    EXPECT_EQ(restored[0], 0x0FFF);
+    EXPECT_EQ(restored[1], 0x0FFF);
+    EXPECT_EQ(restored[4], 0x0FFF);
+    EXPECT_EQ(restored[7], 6);
+
+    const ImageLayout narrow{2, 1, 1, 16, 8, MVCC_MONO, 0, 0};
+    EXPECT_EQ(FileSampleBytes(narrow), 1u);
+    std::uint16_t samples[2] = {};
+    RestoreSamples(narrow, SampleBytes{0x12, 0x34}.data(), FileOrder(narrow), samples);
+    EXPECT_EQ(samples[0], 0x12);
+    EXPECT_EQ(samples[1], 0x34);
+}
+
 TEST(SampleCopy, IsNotNeededForWhatIsInOrder) {
     const std::uint16_t image[] = {0x0FFF, 0x0001, 0x0002, 0x0003};
     const auto isInOrder = [&image](const ImageLayout& layout, std::uint32_t shift, bool swapped) {
