@@ -28,7 +28,7 @@ install(TARGETS Mivora mivora_module EXPORT MivoraTargets
 install(TARGETS MivoraKVNPyxen
         RUNTIME DESTINATION ${MIVORA_INSTALL_PLUGINDIR} COMPONENT Runtime
         LIBRARY DESTINATION ${MIVORA_INSTALL_PLUGINDIR} COMPONENT Runtime)
-foreach(sdk IN ITEMS simulator genicam trace)
+foreach(sdk IN ITEMS simulator genicam trace recording)
   if(TARGET pxnc_${sdk})
     install(TARGETS pxnc_${sdk}
             RUNTIME DESTINATION ${MIVORA_INSTALL_PLUGINDIR}/${sdk}/Bin COMPONENT Runtime
@@ -46,8 +46,9 @@ install(DIRECTORY host/include/mivora pxnc/include/ DESTINATION ${CMAKE_INSTALL_
         COMPONENT Development)
 # What an SDK on the skeleton includes: not how settings files and XML are read, nor what the
 # functions have in common. In a directory of its own, as the names of folders are general ones.
-set(skeletonHeaders backend callback_scope callback_turns clock condition entry_call feature
-    frame_book function_ref handle_table invalidations module never_destroyed stored_value text_pool)
+set(skeletonHeaders backend callback_scope callback_turns clock condition described_feature
+    entry_call feature feature_module frame_book function_ref handle_table invalidations local_feature
+    module never_destroyed stored_value text_pool)
 list(TRANSFORM skeletonHeaders REPLACE "(.+)" "pxnc/skeleton/\\1.h")
 install(FILES ${skeletonHeaders}
         DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/pxnc-skeleton/pxnc/skeleton COMPONENT Development)

@@ -1,7 +1,7 @@
 // backend.cpp - the cameras that Aravis reaches, between the first startup and the last shutdown
 #include "pxnc/genicam/backend.h"
 
-#include "pxnc/genicam/local_feature.h"
+#include "pxnc/genicam/feature.h"
 
 #include <limits>
 #include <utility>
@@ -39,7 +39,7 @@ private:
 class SystemModule : public Module {
 public:
     SystemModule(skeleton::Backend& backendOfModule, Features moduleFeatures)
-        : Module(std::move(moduleFeatures)), backend(backendOfModule) {}
+        : FeatureModule(std::move(moduleFeatures)), backend(backendOfModule) {}
 
     void OnWritten(const char* name) override {
         backend.Changes().Post(PXN_SYSTEM_HANDLE, backend.Texts().Intern(name));

@@ -4,7 +4,7 @@
 #include "platform/mutex.h"
 #include "pxnc.h"
 #include "pxnc/genicam/glib_owner.h"
-#include "pxnc/genicam/module.h"
+#include "pxnc/genicam/feature.h"
 #include "pxnc/skeleton/backend.h"
 
 #include <memory>

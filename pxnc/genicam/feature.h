@@ -1,29 +1,14 @@
-// feature.h - what the features of all modules have in common
+// feature.h - what modules and their features are made of here
 #pragma once
 
-#include "pxnc/skeleton/feature.h"
-
-#include <cstdint>
+#include "pxnc/skeleton/feature_module.h"
+#include "pxnc/skeleton/local_feature.h"
 
 namespace genicam {
 
-/// A feature whose description never changes.
-class Feature : public skeleton::Feature {
-public:
-    /// A text of the pool.
-    const char* Name() const { return info.name; }
-    std::uint32_t DataType() const override { return info.featureDataType; }
-    PxnFeatureInfo Info() const override { return info; }
-
-protected:
-    explicit Feature(const PxnFeatureInfo& featureInfo) : info(featureInfo) {}
-
-    /// Success when the feature can be read (written) now, PxnErrInvalidAccess when not.
-    PxnError RequireReadable();
-    PxnError RequireWritable();
-
-private:
-    const PxnFeatureInfo info;
-};
+using Feature = skeleton::DescribedFeature;
+using Module = skeleton::FeatureModule;
+using skeleton::LocalDescription;
+using skeleton::LocalFeatures;
 
 } // namespace genicam

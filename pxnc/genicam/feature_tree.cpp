@@ -2,7 +2,7 @@
 #include "pxnc/genicam/feature_tree.h"
 
 #include "pxnc/genicam/glib_owner.h"
-#include "pxnc/genicam/local_feature.h"
+#include "pxnc/genicam/feature.h"
 #include "pxnc/genicam/node_feature.h"
 #include "pxnc/genicam/result_codes.h"
 

@@ -19,7 +19,7 @@ namespace {
 class NodeFeature : public Feature {
 public:
     NodeFeature(const PxnFeatureInfo& featureInfo, ArvGcFeatureNode* featureNode)
-        : Feature(featureInfo), node(featureNode), isChunk(IsChunk(featureNode)) {}
+        : DescribedFeature(featureInfo), node(featureNode), isChunk(IsChunk(featureNode)) {}
 
     PxnError GetAccess(bool& readable, bool& writable) override {
         readable = false;

@@ -2,7 +2,7 @@
 #include "pxnc/genicam/open_camera.h"
 
 #include "pxnc/genicam/feature_tree.h"
-#include "pxnc/genicam/local_feature.h"
+#include "pxnc/genicam/feature.h"
 #include "pxnc/genicam/stream_features.h"
 
 #include <cstdint>
@@ -19,7 +19,7 @@ public:
     CameraModule(PxnHandle ownHandle, PxnHandle partnerHandle, ChangeWatch& changeWatch,
                  std::shared_ptr<CameraDevice> cameraDevice,
                  std::shared_ptr<FrameStream> cameraFrames, Features moduleFeatures)
-        : Module(std::move(moduleFeatures), cameraDevice->NodeMutex()),
+        : FeatureModule(std::move(moduleFeatures), cameraDevice->NodeMutex()),
           handle(ownHandle),
           partner(partnerHandle),
           watch(changeWatch),

@@ -2,7 +2,7 @@
 #include "pxnc/genicam/stream_features.h"
 
 #include "pxnc/genicam/configuration.h"
-#include "pxnc/genicam/local_feature.h"
+#include "pxnc/genicam/feature.h"
 #include "pxnc/genicam/result_codes.h"
 
 #include <cstdint>

@@ -3,7 +3,7 @@
 
 #include "pxnc/genicam/camera_device.h"
 #include "pxnc/genicam/frame_stream.h"
-#include "pxnc/genicam/module.h"
+#include "pxnc/genicam/feature.h"
 #include "pxnc/skeleton/text_pool.h"
 
 namespace genicam {

@@ -1,8 +1,7 @@
 // transport_modules.cpp - the transport layers and the interfaces below them
 #include "pxnc/genicam/transport_modules.h"
 
-#include "pxnc/genicam/local_feature.h"
-#include "pxnc/genicam/module.h"
+#include "pxnc/genicam/feature.h"
 
 #include <algorithm>
 #include <arv.h>

@@ -1,15 +1,17 @@
 // local_feature.h - features that this library computes itself
 #pragma once
 
-#include "pxnc/genicam/feature.h"
+#include "pxnc/skeleton/described_feature.h"
 #include "pxnc/skeleton/text_pool.h"
 
 #include <cstdint>
 #include <functional>
 #include <limits>
 #include <memory>
+#include <string>
+#include <vector>
 
-namespace genicam {
+namespace skeleton {
 
 /// What a local feature's description record says; the rest of the record is fixed.
 struct LocalDescription {
@@ -48,7 +50,7 @@ public:
         std::int64_t value;
     };
 
-    LocalFeatures(skeleton::TextPool& textPool, std::vector<std::unique_ptr<Feature>>& featureList)
+    LocalFeatures(TextPool& textPool, std::vector<std::unique_ptr<DescribedFeature>>& featureList)
         : texts(textPool), features(featureList) {}
 
     void AddText(const LocalDescription& description, Reader<std::string> read);
@@ -68,8 +70,8 @@ private:
     PxnFeatureInfo Describe(const LocalDescription& description, std::uint32_t dataType,
                             std::uint32_t flags) const;
 
-    skeleton::TextPool& texts;
-    std::vector<std::unique_ptr<Feature>>& features;
+    TextPool& texts;
+    std::vector<std::unique_ptr<DescribedFeature>>& features;
 };
 
-} // namespace genicam
+} // namespace skeleton

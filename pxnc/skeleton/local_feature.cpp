@@ -1,19 +1,19 @@
 // local_feature.cpp - features that this library computes itself
-#include "pxnc/genicam/local_feature.h"
+#include "pxnc/skeleton/local_feature.h"
 
 #include <cstring>
 #include <utility>
 
-namespace genicam {
+namespace skeleton {
 namespace {
 
 constexpr std::uint32_t kReadOnly = PxnFeatureFlagRead;
 constexpr std::uint32_t kReadWrite = PxnFeatureFlagRead | PxnFeatureFlagWrite;
 
 /// A feature whose access never changes.
-class FixedAccessFeature : public Feature {
+class FixedAccessFeature : public DescribedFeature {
 public:
-    using Feature::Feature;
+    using DescribedFeature::DescribedFeature;
 
     PxnError GetAccess(bool& readable, bool& writable) override {
         readable = (Info().featureFlags & PxnFeatureFlagRead) != 0;
@@ -286,4 +286,4 @@ void LocalFeatures::AddCommand(const LocalDescription& description, Action run) 
         Describe(description, PxnFeatureDataCommand, PxnFeatureFlagWrite), std::move(run)));
 }
 
-} // namespace genicam
+} // namespace skeleton

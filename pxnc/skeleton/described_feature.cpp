@@ -1,20 +1,20 @@
-// feature.cpp - what the features of all modules have in common
-#include "pxnc/genicam/feature.h"
+// described_feature.cpp - a feature with a fixed description
+#include "pxnc/skeleton/described_feature.h"
 
-namespace genicam {
+namespace skeleton {
 
-PxnError Feature::RequireReadable() {
+PxnError DescribedFeature::RequireReadable() {
     bool readable = false;
     bool writable = false;
     const PxnError result = GetAccess(readable, writable);
     return result != PxnErrSuccess || readable ? result : PxnErrInvalidAccess;
 }
 
-PxnError Feature::RequireWritable() {
+PxnError DescribedFeature::RequireWritable() {
     bool readable = false;
     bool writable = false;
     const PxnError result = GetAccess(readable, writable);
     return result != PxnErrSuccess || writable ? result : PxnErrInvalidAccess;
 }
 
-} // namespace genicam
+} // namespace skeleton

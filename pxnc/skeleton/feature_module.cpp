@@ -1,18 +1,18 @@
-// module.cpp - something with a handle and features
-#include "pxnc/genicam/module.h"
+// feature_module.cpp - a module whose features never change
+#include "pxnc/skeleton/feature_module.h"
 
 #include <utility>
 
-namespace genicam {
+namespace skeleton {
 
-Module::Module(Features moduleFeatures, std::shared_ptr<platform::Mutex> featureMutex)
+FeatureModule::FeatureModule(Features moduleFeatures, std::shared_ptr<platform::Mutex> featureMutex)
     : mutex(std::move(featureMutex)), features(std::move(moduleFeatures)) {
     for (const auto& feature : features) {
         byName.emplace(feature->Name(), feature.get());
     }
 }
 
-std::vector<PxnFeatureInfo> Module::ListFeatures() {
+std::vector<PxnFeatureInfo> FeatureModule::ListFeatures() {
     std::vector<PxnFeatureInfo> infos;
     infos.reserve(features.size());
     for (const auto& feature : features) {
@@ -21,7 +21,7 @@ std::vector<PxnFeatureInfo> Module::ListFeatures() {
     return infos;
 }
 
-PxnError Module::With(const char* name, skeleton::FunctionRef<PxnError(skeleton::Feature&)> use) {
+PxnError FeatureModule::With(const char* name, FunctionRef<PxnError(Feature&)> use) {
     const auto found = byName.find(name);
     if (found == byName.end()) {
         return PxnErrNotFound;
@@ -30,4 +30,4 @@ PxnError Module::With(const char* name, skeleton::FunctionRef<PxnError(skeleton:
     return use(*found->second);
 }
 
-} // namespace genicam
+} // namespace skeleton
