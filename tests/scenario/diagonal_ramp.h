@@ -18,8 +18,9 @@ struct DiagonalRamp {
     /// the first one; counts all pixels if the size differs.
     std::size_t CountWrongPixels(const std::string& image) const;
 
-    /// Checks the raw files written by "grab -o DIRECTORY --json": one per frame, every pixel
-    /// correct, and no frame missing in between except those that the report mentions.
+    /// Checks the raw files written by "grab -o DIRECTORY --json": one for each frame that its
+    /// index names, every pixel correct, and no frame missing in between except those that the
+    /// index says.
     void ExpectGrabbed(const std::string& directory, const nlohmann::json& report) const;
 };
 

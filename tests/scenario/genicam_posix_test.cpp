@@ -11,6 +11,7 @@ TEST_F(GenicamPrograms, GrabAHundredWholeFrames) {
     ExpectDone(result);
     const Json report = Json::parse(result.output);
     EXPECT_EQ(report["frames"], 100);
+    EXPECT_EQ(report["recording"]["recorded"], 100);
     EXPECT_FALSE(report["cameraLost"]);
     kPicture.ExpectGrabbed(PathOf("images"), report);
 }

@@ -36,10 +36,11 @@ protected:
         std::snprintf(id, sizeof id, "0x%08X", first["uniqueId"].get<std::uint32_t>());
         return "camera 0 (" + first["name"].get<std::string>() + ", " + id + ")";
     }
-    /// `grab` with these options, its images as raw files in "images", and its report as JSON.
+    /// `grab` with these options, its images as raw files in "images" in place of earlier ones, and
+    /// its report as JSON.
     Arguments GrabArguments(const Arguments& options) const {
-        Arguments all{"--sdk",          "genicam",  "grab", "-o",
-                      PathOf("images"), "--format", "raw",  "--json"};
+        Arguments all{"--sdk",    "genicam", "grab",        "-o",    PathOf("images"),
+                      "--format", "raw",     "--overwrite", "--json"};
         all.insert(all.end(), options.begin(), options.end());
         return WithConfig(all);
     }

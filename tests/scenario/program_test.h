@@ -69,6 +69,17 @@ protected:
         EXPECT_EQ(result.status, 0) << result.errors;
         EXPECT_EQ(result.errors, "");
     }
+    /// Expects that "grab -o --json" recorded, with the status that says whether frames are
+    /// missing.
+    static void ExpectRecorded(const support::ProgramResult& result) {
+        const Json report = Json::parse(result.output, nullptr, false);
+        ASSERT_TRUE(report.is_object()) << result.errors;
+        if (report["recording"]["missing"] == 0) {
+            ExpectDone(result);
+        } else {
+            ExpectFailure(result, 3, {" missing from the recording: "});
+        }
+    }
     /// Expects that the program failed with this status and wrote these texts to standard error.
     static void ExpectFailure(const support::ProgramResult& result, int status,
                               const std::vector<std::string>& words) {
