@@ -80,6 +80,7 @@ public:
     }
     /// Adds the frames of the last run that came after the one taken last; after Stop.
     void TakeRest(std::vector<FrameGap>& gaps) { journal.TakeRest(gaps); }
+    bool IsRunning() const { return running; }
     /// Stops, and adds the frames since Start to the account.
     void Stop();
 

@@ -263,6 +263,13 @@ std::optional<ServiceValue> ServiceClient::TryReadFeature(const std::string& mod
     return std::move(received.Items().at(0));
 }
 
+MV_SERVICE_RESULT ServiceClient::ProbeFeature(const std::string& module,
+                                              const std::string& feature) {
+    Received<ServiceValue> received;
+    return services.ReadFeature(module.c_str(), feature.c_str(), &ReceiveValue, received.Context(),
+                                nullptr);
+}
+
 std::optional<ServiceValue> ServiceClient::WriteFeature(const std::string& module,
                                                         const std::string& feature,
                                                         const ServiceValue& value,

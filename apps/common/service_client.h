@@ -120,6 +120,8 @@ public:
     /// nullopt instead of a failure.
     std::optional<ServiceValue> TryReadFeature(const std::string& module,
                                                const std::string& feature);
+    /// How reading it ends; the value and the reason are not kept.
+    MV_SERVICE_RESULT ProbeFeature(const std::string& module, const std::string& feature);
     /// Returns the value that the feature has afterwards; nullopt if it cannot be read. `shown` is
     /// the value in messages.
     std::optional<ServiceValue> WriteFeature(const std::string& module, const std::string& feature,

@@ -194,17 +194,16 @@ void Session::WarnOfSyncFile(const std::deque<std::string>& logged) {
 }
 
 ServiceClient& Session::Services() {
-    std::string reason;
-    ServiceClient* const offered = OptionalServices(reason);
+    ServiceClient* const offered = OptionalServices();
     if (!offered) {
-        throw CommandFailure("the grabber module offers no access to features", {reason});
+        throw CommandFailure("the grabber module offers no access to features", {servicesReason});
     }
     return *offered;
 }
 
-ServiceClient* Session::OptionalServices(std::string& reason) {
+ServiceClient* Session::OptionalServices() {
     if (!services) {
-        if (IMivoraModuleServices* const offered = maker.Services(grabber, reason)) {
+        if (IMivoraModuleServices* const offered = maker.Services(grabber, servicesReason)) {
             services =
                 std::make_unique<ServiceClient>(*offered, [this] { return log.TakeErrors(); });
         }
@@ -288,8 +287,7 @@ void Session::SelectCamera(const std::string& wanted) {
 }
 
 std::vector<KnownCamera> Session::KnownCameras() {
-    std::string reason;
-    return ListKnownCameras(*grabber, OptionalServices(reason));
+    return ListKnownCameras(*grabber, OptionalServices());
 }
 
 CameraMissing Session::Missing(const std::string& text) {

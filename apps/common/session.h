@@ -73,6 +73,8 @@ public:
 
     /// What the grabber's module offers beside it. Throws CommandFailure when it offers nothing.
     ServiceClient& Services();
+    /// The same; null when it offers nothing.
+    ServiceClient* OptionalServices();
 
     CMivoraGrabber& Grabber() { return *grabber; }
     EventRecorder& Events() { return *events; }
@@ -92,8 +94,6 @@ private:
     void RunSdkScript();
     /// "TEXT; there are" and the cameras of the list, one a line.
     CameraMissing Missing(const std::string& text);
-    /// Null when the module has none.
-    ServiceClient* OptionalServices(std::string& reason);
     std::string SdkText();
     /// Why a camera could not be opened: what that means, if it is known, and what was logged.
     static std::vector<std::string> OpeningProblems(const std::deque<std::string>& logged);
@@ -110,4 +110,5 @@ private:
     CMivoraGrabber* grabber = nullptr; // owned by the maker
     std::unique_ptr<EventRecorder> events;
     std::unique_ptr<ServiceClient> services; // once wanted
+    std::string servicesReason;              // why there are none
 };

@@ -2,8 +2,10 @@
 #include "apps/common/command_failure.h"
 #include "apps/common/command_line.h"
 #include "apps/common/feature_assignment.h"
+#include "apps/common/format_handling.h"
 #include "apps/common/parse_number.h"
 #include "apps/common/session.h"
+#include "apps/mivora/camera_return.h"
 #include "apps/mivora/commands.h"
 #include "apps/mivora/grab_options.h"
 #include "apps/mivora/grab_run.h"
@@ -42,10 +44,10 @@ void ThrowOutcome(Session& session, const GrabOptions& options, const GrabRun& r
                                  std::to_string(options.frames) + " frames",
                              details);
     }
-    if (report.cameraLost) {
+    if (report.noFrameCause) {
         throw CommandFailure("no more frames from " + session.ActCameraText() + " after " +
                                  std::to_string(report.account.taken) +
-                                 " frames: it is gone, or slower than --timeout allows",
+                                 " frames: " + report.noFrameCause->text,
                              details);
     }
     if (!reason.empty()) {
@@ -53,16 +55,32 @@ void ThrowOutcome(Session& session, const GrabOptions& options, const GrabRun& r
     }
 }
 
+void OpenCamera(Session& session, const GrabOptions& options,
+                const std::vector<FeatureAssignment>& assignments, CameraReturn& cameraReturn) {
+    if (!options.reconnect) {
+        session.OpenCamera();
+    } else if (!cameraReturn.OpenFirst()) {
+        throw CommandFailure("interrupted before there was a camera");
+    }
+    ApplyFeatureAssignments(session, assignments);
+    if (const auto format = ReadPixelFormat(session.OptionalServices())) {
+        WarnOfFormat(*format, DescribeImage(session.CheckedMode()));
+    }
+    if (options.reconnect) {
+        cameraReturn.KeepSettings();
+    }
+}
+
 void Grab(Session& session, const GrabOptions& options) {
     const std::vector<FeatureAssignment> assignments =
         ParseFeatureAssignments(session, options.set);
-    session.OpenCamera();
-    ApplyFeatureAssignments(session, assignments);
     platform::InstallInterruptHandler(options.IsRecorded() ? 2 : 1);
+    CameraReturn cameraReturn(session, assignments);
+    OpenCamera(session, options, assignments, cameraReturn);
     if (options.IsStream()) {
         platform::ReportBrokenPipes();
     }
-    GrabRun run(session, options, assignments);
+    GrabRun run(session, options, cameraReturn);
     const GrabReport report = run.Run();
     std::FILE* const output = options.IsStream() ? stderr : stdout;
     std::fputs(options.json ? (report.Json() + "\n").c_str() : report.Text().c_str(), output);
@@ -140,12 +158,12 @@ void AddGrabCommand(CommandLine& program, const AppOptions& options, const Maker
                     "Show progress also where standard error is no terminal, a line each second");
     command
         .AddOption("-t,--timeout", grab->timeoutMs,
-                   "Without a frame for so many milliseconds the camera counts as gone")
+                   "After so many milliseconds without a frame say why and end")
         .Check(CountProblem)
         .ShowDefault()
         .TypeName("MS");
     command.AddFlag("--reconnect", grab->reconnect,
-                    "When the camera is gone wait for it and go on");
+                    "Wait for a camera that is not there or gone, set it up as it was and go on");
     command.AddJson(grab->json);
     AddSetOption(command, grab->set);
     command.SetFooter(kGrabFooter);

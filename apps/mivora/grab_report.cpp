@@ -88,7 +88,9 @@ std::string GrabReport::Json() const {
                     {"recording", recording ? recording->Json() : nullptr},
                     {"reconnects", reconnects},
                     {"interrupted", interrupted},
-                    {"cameraLost", cameraLost}});
+                    {"packets", packets.Json()},
+                    {"cameraLost", noFrameCause && noFrameCause->kind == NoFrameKind::kGone},
+                    {"noFrameCause", noFrameCause ? JsonValue(noFrameCause->text) : nullptr}});
     return report.Text();
 }
 
@@ -108,6 +110,9 @@ std::string GrabReport::Text() const {
                    "buffers", Wide(account.sdk->announced), Wide(account.sdk->revoked),
                    Wide(account.sdk->queued), Wide(account.sdk->completed),
                    Wide(account.sdk->flushed), Wide(account.sdk->dropped));
+    }
+    if (!packets.IsEmpty()) {
+        text += "stream      " + packets.Text() + "\n";
     }
     if (account.damaged != 0) {
         AppendLine(text, "%-11s %llu frames were written over while being copied", "damaged",

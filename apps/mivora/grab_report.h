@@ -2,6 +2,8 @@
 #pragma once
 
 #include "apps/common/continuous_grab.h"
+#include "apps/common/no_frame_cause.h"
+#include "apps/common/packet_statistics.h"
 #include "apps/mivora/grab_recording.h"
 
 #include <cstdint>
@@ -13,8 +15,9 @@ struct GrabReport {
     FrameTiming timing;
     std::uint64_t imageSize = 0; ///< bytes
     std::uint64_t reconnects = 0;
+    PacketStatistics packets;
     bool interrupted = false;
-    bool cameraLost = false;
+    std::optional<NoFrameCause> noFrameCause; ///< when it ended because no frame came
     std::optional<RecordingReport> recording;
 
     double MegabytesPerSecond() const;

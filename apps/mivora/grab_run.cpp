@@ -2,8 +2,6 @@
 #include "apps/mivora/grab_run.h"
 
 #include "apps/common/session.h"
-#include "mivora/grabber.h"
-#include "platform/clock.h"
 #include "platform/interrupt.h"
 
 #include <algorithm>
@@ -16,18 +14,18 @@ constexpr std::uint64_t kNanosecondsPerMillisecond = 1000000;
 constexpr std::uint32_t kSliceMs = 200;
 constexpr std::uint64_t kLeastGraceMs = 1000;
 constexpr std::uint64_t kGraceIntervals = 4;
-constexpr std::uint64_t kLookForCameraMs = 500;
 // The first request of the user ends the acquisition, the second one the writing.
 constexpr unsigned kGiveUpRequests = 2;
 
 } // namespace
 
 GrabRun::GrabRun(Session& grabbingSession, const GrabOptions& grabOptions,
-                 const std::vector<FeatureAssignment>& assignmentsToRepeat)
+                 CameraReturn& reconnectingCamera)
     : session(grabbingSession),
       options(grabOptions),
-      assignments(assignmentsToRepeat),
+      cameraReturn(reconnectingCamera),
       grab(grabbingSession, grabOptions.buffers),
+      wait(grabbingSession),
       display(grabOptions.progress) {
     if (options.IsRecorded()) {
         recording.emplace(session, options);
@@ -35,26 +33,15 @@ GrabRun::GrabRun(Session& grabbingSession, const GrabOptions& grabOptions,
 }
 
 GrabReport GrabRun::Run() {
-    grab.Start();
-    while (!IsDone()) {
-        if (TakeFrames()) {
-            continue;
-        }
-        grab.Stop();
-        RecordRest();
-        if (!options.reconnect || !Reconnect()) {
-            report.cameraLost = !platform::InterruptRequested();
-            break;
-        }
-        if (recording) {
-            recording->AddPause();
-        }
-        grab.Start();
+    Start();
+    while (!IsDone() && (TakeFrames() || GoOn())) {
     }
-    grab.Stop();
+    Stop();
     report.account = grab.Account();
     report.timing = grab.Timing();
     report.imageSize = grab.Layout().Size();
+    report.packets = wait.Packets();
+    report.reconnects = cameraReturn.Times();
     report.interrupted = platform::InterruptRequested();
     if (recording) {
         WriteRest();
@@ -69,23 +56,34 @@ bool GrabRun::IsDone() const {
            (recording && recording->IsOver());
 }
 
-/// False if no frame arrived for so long that the camera is considered lost.
+void GrabRun::Start() {
+    wait.Begin();
+    grab.Start();
+}
+
+void GrabRun::Stop() {
+    if (grab.IsRunning()) {
+        wait.End();
+        grab.Stop();
+    }
+}
+
+/// False if no frame arrived for too long.
 bool GrabRun::TakeFrames() {
-    std::uint64_t lastFrame = platform::MonotonicNanoseconds();
     while (!IsDone()) {
         std::vector<std::uint8_t>* const buffer =
             recording ? recording->NextBuffer(grab.Layout().Size()) : nullptr;
         const FrameResult result = grab.TakeFrame(kSliceMs, buffer, frame);
         ShowProgress();
         if (result == FrameResult::kNone) {
-            const std::uint64_t waitedMs =
-                (platform::MonotonicNanoseconds() - lastFrame) / kNanosecondsPerMillisecond;
-            if (waitedMs >= PatienceMs()) {
+            if (wait.WaitedMs() >= PatienceMs()) {
                 return false;
             }
             continue;
         }
-        lastFrame = platform::MonotonicNanoseconds();
+        wait.OnFrame();
+        isWaitTold = false;
+        isThere = false;
         ++taken;
         if (recording) {
             recording->Add(result, frame, grab.Layout());
@@ -114,49 +112,67 @@ void GrabRun::RecordRest() {
 
 /// After a configuration change has been reported, a few missing frames are enough.
 std::uint64_t GrabRun::PatienceMs() const {
-    if (!grab.IsSuspicious()) {
+    if (isThere || !grab.IsSuspicious()) {
         return options.timeoutMs;
     }
     const std::uint64_t intervalMs = grab.LongestInterval() / kNanosecondsPerMillisecond;
     return std::min(options.timeoutMs, std::max(kLeastGraceMs, kGraceIntervals * intervalMs));
 }
 
-/// Waits until the camera is back and opens it; false if the user interrupts.
-bool GrabRun::Reconnect() {
-    CMivoraGrabber& grabber = session.Grabber();
-    const std::string name = session.ActCameraText();
-    const std::uint32_t id = grabber.GetActCamera()->GetCameraUniqueID();
+/// After no frame for too long: true if it goes on. Only a camera that is gone is closed and opened
+/// again.
+bool GrabRun::GoOn() {
+    const NoFrameCause cause = wait.FindCause();
+    const bool isGone = cause.kind == NoFrameKind::kGone;
+    if (!isGone && wait.WaitedMs() < options.timeoutMs) {
+        isThere = true; // the configuration change was another one
+        return true;
+    }
     display.Clear();
-    std::fprintf(stderr, "mivora: no frame from %s after %llu frames; waiting for it\n",
-                 name.c_str(), static_cast<unsigned long long>(taken));
-    grabber.CloseActCamera();
-    while (!platform::InterruptRequested()) {
-        session.Check("RefreshCameraList", grabber.RefreshCameraList());
-        const std::int32_t index = grabber.GetCameraIndexByCameraUniqueID(id);
-        if (index >= 0 && grabber.SetActCameraIndex(index) == MV_OK &&
-            grabber.OpenActCamera() == MV_OK) {
-            if (!RepeatAssignments()) {
-                return false;
-            }
-            ++report.reconnects;
-            std::fprintf(stderr, "mivora: %s is back\n", name.c_str());
+    if (options.reconnect && cause.IsWait()) {
+        if (!isWaitTold) {
+            TellOf(cause, "going on");
+        }
+        isWaitTold = true;
+        wait.OnFrame();
+        return true;
+    }
+    const std::uint64_t lastFrame = wait.LastFrame();
+    Stop();
+    RecordRest();
+    if (options.reconnect && isGone) {
+        TellOf(cause, "waiting for it");
+        if (Reconnect(lastFrame)) {
             return true;
         }
-        const std::uint64_t changes = session.Events().ConfigurationChanges();
-        session.Events().WaitFor([&] { return session.Events().ConfigurationChanges() != changes; },
-                                 kLookForCameraMs);
+    }
+    if (!platform::InterruptRequested()) {
+        report.noFrameCause = cause;
     }
     return false;
 }
 
-/// A camera that was without power has lost what was set.
-bool GrabRun::RepeatAssignments() {
+void GrabRun::TellOf(const NoFrameCause& cause, const char* consequence) {
+    std::fprintf(stderr, "mivora: no frame from %s after %llu frames: %s; %s\n",
+                 session.ActCameraText().c_str(), static_cast<unsigned long long>(taken),
+                 cause.text.c_str(), consequence);
+}
+
+/// False if the user interrupts, or the camera cannot be set up as before.
+bool GrabRun::Reconnect(std::uint64_t lastFrame) {
     try {
-        ApplyFeatureAssignments(session, assignments);
+        if (!cameraReturn.Await(lastFrame)) {
+            return false;
+        }
     } catch (const CommandFailure& failure) {
         refusal = failure;
+        return false;
     }
-    return !refusal;
+    if (recording) {
+        recording->AddPause();
+    }
+    Start();
+    return true;
 }
 
 /// Waits for what waits to be written, until the user gives it up.

@@ -3,7 +3,9 @@
 
 #include "apps/common/command_failure.h"
 #include "apps/common/continuous_grab.h"
-#include "apps/common/feature_assignment.h"
+#include "apps/common/frame_wait.h"
+#include "apps/common/no_frame_cause.h"
+#include "apps/mivora/camera_return.h"
 #include "apps/mivora/grab_options.h"
 #include "apps/mivora/grab_progress.h"
 #include "apps/mivora/grab_recording.h"
@@ -11,7 +13,6 @@
 
 #include <cstdint>
 #include <optional>
-#include <vector>
 
 class Session;
 
@@ -21,10 +22,10 @@ class GrabRun {
 public:
     /// Prepares the recording, if there is to be one. Throws CommandFailure.
     GrabRun(Session& grabbingSession, const GrabOptions& grabOptions,
-            const std::vector<FeatureAssignment>& assignmentsToRepeat);
+            CameraReturn& reconnectingCamera);
 
-    /// Grabs until all frames are taken, the user interrupts, the camera is lost or the recording
-    /// is over; then waits until everything is written.
+    /// Grabs until all frames are taken, the user interrupts, no frame comes or the recording is
+    /// over; then waits until everything is written.
     GrabReport Run();
 
     /// Why a camera that was back could not be set up as before.
@@ -36,16 +37,20 @@ private:
     void CountMissing(const TakenFrame& frame);
     void RecordRest();
     std::uint64_t PatienceMs() const;
-    bool Reconnect();
-    bool RepeatAssignments();
+    void Start();
+    void Stop();
+    bool GoOn();
+    void TellOf(const NoFrameCause& cause, const char* consequence);
+    bool Reconnect(std::uint64_t lastFrame);
     void WriteRest();
     std::string Ending() const;
     void ShowProgress();
 
     Session& session;
     const GrabOptions& options;
-    const std::vector<FeatureAssignment>& assignments; // for a camera that is back
+    CameraReturn& cameraReturn;
     ContinuousGrab grab;
+    FrameWait wait;
     std::optional<GrabRecording> recording;
     ProgressDisplay display;
     GrabReport report;
@@ -53,4 +58,6 @@ private:
     TakenFrame frame; // keeps its memory
     std::uint64_t taken = 0;
     std::uint64_t missing = 0; // before those taken, or damaged
+    bool isWaitTold = false;   // since the last frame
+    bool isThere = false;      // asked after a configuration change, and no frame since
 };

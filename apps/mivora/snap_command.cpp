@@ -2,6 +2,8 @@
 #include "apps/common/command_failure.h"
 #include "apps/common/command_line.h"
 #include "apps/common/feature_assignment.h"
+#include "apps/common/format_handling.h"
+#include "apps/common/frame_wait.h"
 #include "apps/common/host_image.h"
 #include "apps/common/image_writer.h"
 #include "apps/common/json_text.h"
@@ -13,6 +15,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -28,17 +31,34 @@ struct SnapOptions {
     bool json = false;
 };
 
-void WaitForFrame(Session& session, std::uint64_t timeoutMs) {
+void WaitForFrame(Session& session, FrameWait& wait, std::uint64_t timeoutMs) {
     EventRecorder& events = session.Events();
     if (!events.WaitFor([&] { return events.Frames() > 0; }, timeoutMs)) {
+        const NoFrameCause cause = wait.FindCause();
         session.Grabber().StopSnap();
         if (platform::InterruptRequested()) {
             throw CommandFailure("interrupted before a frame came from " + session.ActCameraText());
         }
         session.Check("Snap", MV_ACQUISITION_FAILED,
                       session.ActCameraText() + ", no frame for " + std::to_string(timeoutMs) +
-                          " ms");
+                          " ms",
+                      {cause.text});
     }
+}
+
+/// Refuses what would give a black image, and warns of what will look wrong.
+void CheckFormat(Session& session, std::uint32_t mode, const ImageLayout& layout) {
+    const std::optional<ServiceValue> format = ReadPixelFormat(session.OptionalServices());
+    if (!format) {
+        return;
+    }
+    if (mode != kAsynchronous && HandlingOf(*format, layout) != FormatHandling::kAsItIs) {
+        throw CommandFailure("mode " + std::to_string(mode) + " does not convert " + format->text +
+                                 ", so that the image would be black",
+                             {"take the frame with --mode 2, or choose a format that needs no "
+                              "conversion, such as Mono8 or Mono16"});
+    }
+    WarnOfFormat(*format, layout);
 }
 
 void Snap(Session& session, const SnapOptions& options) {
@@ -48,10 +68,13 @@ void Snap(Session& session, const SnapOptions& options) {
     ApplyFeatureAssignments(session, assignments);
     CMivoraGrabber& grabber = session.Grabber();
     const ImageLayout layout = DescribeImage(session.CheckedMode());
+    CheckFormat(session, options.mode, layout);
     session.PrepareBuffers(1, session.ActCameraText());
     platform::InstallInterruptHandler();
+    FrameWait wait(session);
+    wait.Begin();
     session.Check("Snap", grabber.Snap(options.mode), session.ActCameraText());
-    WaitForFrame(session, options.timeoutMs);
+    WaitForFrame(session, wait, options.timeoutMs);
     std::uint64_t index = 0;
     session.Check("GetLastFilledBuffer", grabber.GetLastFilledBuffer(&index),
                   session.ActCameraText());
@@ -68,7 +91,8 @@ void Snap(Session& session, const SnapOptions& options) {
 
 constexpr const char* kSnapFooter =
     "Mode 2 snaps asynchronously, 3 to 5 synchronously. In the synchronous modes the grabber\n"
-    "module hands the image over without converting it: packed and YUV formats want mode 2.\n"
+    "module hands the image over without converting it: packed and YUV formats are refused there\n"
+    "and want mode 2.\n"
     "A .png of a colour filter (Bayer) image is in colour, a .pgm of it is the raw mosaic.\n"
     "\n"
     "Examples:\n"

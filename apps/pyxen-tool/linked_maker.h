@@ -4,6 +4,7 @@
 #include "apps/common/grabber_maker.h"
 
 #include <memory>
+#include <string>
 
 class CMivoraKVNPyxenClass;
 

@@ -198,9 +198,71 @@ TEST_F(Images, EndWithAnErrorWhenTheCameraIsUnplugged) {
 
 TEST_F(Images, EndWithAnErrorWhenFramesStopComing) {
     UseCamera("<feature name=\"TriggerMode\" value=\"On\"/>\n");
-    ExpectFailure(Mivora({"grab", "--frames", "5", "--timeout", "300"}), 1, {"no more frames"});
+    const std::string cause = "it waits for a trigger (TriggerMode is On for FrameStart, "
+                              "TriggerSource is Software)";
+    const auto result = Mivora({"grab", "--frames", "5", "--timeout", "300", "--json"});
+    ExpectFailure(result, 1, {"no more frames", "after 0 frames: " + cause});
+    EXPECT_FALSE(Json::parse(result.output)["cameraLost"]);
     ExpectFailure(Mivora({"snap", "--timeout", "300", "-o", PathOf("a.raw")}), 1,
-                  {"Snap failed with 29", "no frame for 300 ms"});
+                  {"Snap failed with 29", "no frame for 300 ms", cause});
+}
+
+TEST_F(Images, ThatDoNotComeAreExplained) {
+    const Arguments grab{"grab", "--frames", "5", "--timeout", "300", "--json"};
+    UseCamera("", Faults("frame-random 7 100 incomplete"));
+    ExpectFailure(Mivora(grab), 1, {"after 0 frames: ", " frames came and none was complete"});
+    UseCamera("", Faults("frame-random 7 100 drop"));
+    auto result = Mivora(grab);
+    ExpectFailure(result, 1, {" frames were lost on the way; a firewall may ", "(GVSPPacketSize)"});
+    EXPECT_GT(Json::parse(result.output)["packets"]["lostFrames"], 0);
+    UseCamera("", Faults("unplug-at 3 A"));
+    ExpectFailure(Mivora(grab), 1, {"it is gone"});
+    UseCamera();
+    result = Mivora(
+        {"grab", "--frames", "5", "--timeout", "300", "--set", "Camera/AcquisitionFrameRate=1"});
+    ExpectFailure(result, 1, {"it is slower (AcquisitionFrameRate is 1 Hz, a frame each 1000 ms)"});
+}
+
+TEST_F(Images, AreWaitedForWithoutReopeningACameraThatWaitsForATrigger) {
+    // Two seconds after the acquisition has been started; the first command run is another one.
+    UseCamera("<feature name=\"TriggerSource\" value=\"Line1\"/>\n"
+              "<feature name=\"TriggerMode\" value=\"On\"/>\n",
+              Faults("at-call PxnFeatureCommandRun 2 after 2000 trigger A"));
+    const auto result =
+        Mivora({"grab", "--frames", "1", "--timeout", "200", "--reconnect", "--json"});
+    EXPECT_EQ(result.status, 0) << result.errors;
+    EXPECT_PRED2(Contains, result.errors,
+                 "it waits for a trigger (TriggerMode is On for "
+                 "FrameStart, TriggerSource is Line1); going on\n");
+    EXPECT_EQ(result.errors.find("going on"), result.errors.rfind("going on")) << "once";
+    const Json report = Json::parse(result.output);
+    EXPECT_EQ(report["reconnects"], 0);
+    EXPECT_EQ(report["account"]["sdk"]["announced"], 8) << "once only";
+}
+
+TEST_F(Images, AreRefusedWhereTheyWouldBeBlack) {
+    for (const char* format : {"Mono12p", "Mono10Packed", "YUV422_8", "RGB12p"}) {
+        UseCamera(Format(format));
+        for (const char* mode : {"3", "4", "5"}) {
+            ExpectFailure(
+                Mivora({"snap", "--mode", mode, "-o", PathOf("black.png")}), 1,
+                {std::string("mode ") + mode + " does not convert " + format, "--mode 2"});
+        }
+        EXPECT_FALSE(platform::PathExists(PathOf("black.png")));
+    }
+    UseCamera(Format("Mono12"));
+    ExpectDone(Mivora({"snap", "--mode", "3", "-o", PathOf("grey.png")}));
+}
+
+TEST_F(Images, ThatLookWrongComeWithAWarning) {
+    UseCamera(Format("RGB12p"));
+    const std::string warning = "mivora: warning: images in RGB12p look wrong: ";
+    const auto snapped = Mivora({"snap", "-o", PathOf("a.ppm")});
+    EXPECT_EQ(snapped.status, 0);
+    EXPECT_EQ(snapped.errors.find(warning), 0u) << snapped.errors;
+    const auto grabbed = Mivora({"grab", "--frames", "2"});
+    EXPECT_EQ(grabbed.status, 0);
+    EXPECT_EQ(grabbed.errors.find(warning), 0u) << grabbed.errors;
 }
 
 TEST_F(Images, CannotBeTakenFromAnEmptySensorOrAnUnknownFormat) {

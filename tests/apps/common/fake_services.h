@@ -4,6 +4,7 @@
 #include "tests/support/test_services.h"
 
 #include <cstring>
+#include <functional>
 #include <map>
 #include <string>
 #include <utility>
@@ -67,6 +68,9 @@ public:
     }
     MV_SERVICE_RESULT ReadFeature(const char* module, const char* name, MV_VALUE_RECEIVER receiver,
                                   void* context, MV_SERVICE_REASON* reason) override {
+        if (reading != MV_SERVICE_OK) {
+            return reading;
+        }
         Feature* const feature = Find(module, name, reason);
         if (!feature) {
             return MV_SERVICE_NOT_FOUND;
@@ -88,6 +92,9 @@ public:
         }
         feature->value = *value;
         feature->text.assign(value->text ? value->text : "", value->textBytes);
+        if (onWrite) {
+            onWrite(name);
+        }
         if (isReadBack) {
             Pass(*feature, receiver, context);
         }
@@ -127,6 +134,8 @@ public:
     MV_SERVICE_RESULT settingsResult = MV_SERVICE_OK;
     const char* settingsReason = "";
     MV_SERVICE_RESULT running = MV_SERVICE_OK;
+    MV_SERVICE_RESULT reading = MV_SERVICE_OK;
+    std::function<void(const std::string& feature)> onWrite; ///< what else a write changes
     std::string descriptionFile;
     bool isReadBack = true;
 

@@ -1,0 +1,41 @@
+// frame_wait.cpp - how long no frame has come, why, and what the stream counted meanwhile
+#include "apps/common/frame_wait.h"
+
+#include "apps/common/session.h"
+#include "platform/clock.h"
+
+namespace {
+
+constexpr std::uint64_t kNanosecondsPerMs = 1000000;
+
+} // namespace
+
+void FrameWait::Begin() {
+    packetsBefore = ReadPacketStatistics(session.OptionalServices());
+    OnFrame();
+}
+
+void FrameWait::OnFrame() {
+    lastFrame = platform::MonotonicNanoseconds();
+    errorsBefore = session.Log().ReceiveErrors();
+}
+
+void FrameWait::End() {
+    packets += PacketsOfThisRun();
+}
+
+std::uint64_t FrameWait::WaitedMs() const {
+    return (platform::MonotonicNanoseconds() - lastFrame) / kNanosecondsPerMs;
+}
+
+NoFrameCause FrameWait::FindCause() {
+    NoFrameFacts facts;
+    facts.waitedMs = WaitedMs();
+    facts.incomplete = session.Log().ReceiveErrors() - errorsBefore;
+    facts.packets = PacketsOfThisRun();
+    return FindNoFrameCause(session.OptionalServices(), facts);
+}
+
+PacketStatistics FrameWait::PacketsOfThisRun() {
+    return StatisticsSince(packetsBefore, ReadPacketStatistics(session.OptionalServices()));
+}
