@@ -4,7 +4,8 @@
 #include "apps/common/service_client.h"
 
 #include <initializer_list>
-#include <utility>
+#include <set>
+#include <vector>
 
 namespace {
 
@@ -12,8 +13,8 @@ using Count = std::optional<std::uint64_t>;
 
 struct CountedFeature {
     Count PacketStatistics::*member;
-    /// As the GenICam standards call it, else as Aravis and other SDKs do. The first that there is
-    /// counts.
+    /// As the GenICam standards call it, else as SDKs do. The first that there is counts, and for
+    /// nothing else.
     std::initializer_list<const char*> names;
     const char* key;
     const char* text;
@@ -33,9 +34,10 @@ const CountedFeature kCounted[] = {
      "resent",
      " packets resent"},
     {&PacketStatistics::underruns,
-     {"StreamBufferUnderrunCount"},
+     {"StreamBufferUnderrunCount", "StreamLostFrameCount"},
      "underruns",
      " frames without a buffer"},
+    // Frames for which no buffer was queued, by the standard; some SDKs count these apart.
     {&PacketStatistics::lost, {"StreamLostFrameCount"}, "lostFrames", " frames lost on the way"},
 };
 
@@ -76,14 +78,19 @@ JsonValue PacketStatistics::Json() const {
 
 PacketStatistics ReadPacketStatistics(ServiceClient* services) {
     PacketStatistics statistics;
+    if (!services) {
+        return statistics;
+    }
+    std::set<std::string> used;
     for (const CountedFeature& feature : kCounted) {
         for (const char* const name : feature.names) {
-            const std::optional<ServiceValue> value =
-                services && !(statistics.*feature.member)
-                    ? services->TryReadFeature("Stream0", name)
-                    : std::nullopt;
+            if (statistics.*feature.member || used.count(name) != 0) {
+                continue;
+            }
+            const std::optional<ServiceValue> value = services->TryReadFeature("Stream0", name);
             if (value && value->type == MV_FEATURE_INTEGER && value->integer >= 0) {
                 statistics.*feature.member = static_cast<std::uint64_t>(value->integer);
+                used.insert(name);
             }
         }
     }

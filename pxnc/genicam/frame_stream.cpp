@@ -240,6 +240,8 @@ void FrameStream::CollectStatistics(Statistics& collected) const {
         guint64 resent = 0;
         guint64 missing = 0;
         arv_gv_stream_get_statistics(ARV_GV_STREAM(stream.get()), &resent, &missing);
+        collected.receivedPackets += static_cast<std::int64_t>(
+            arv_stream_get_info_uint64_by_name(stream.get(), "n_received_packets"));
         collected.resentPackets += static_cast<std::int64_t>(resent);
         collected.missingPackets += static_cast<std::int64_t>(missing);
     }

@@ -31,6 +31,7 @@ public:
         std::int64_t delivered = 0;
         std::int64_t incomplete = 0;
         std::int64_t lost = 0;
+        std::int64_t receivedPackets = 0;
         std::int64_t resentPackets = 0;
         std::int64_t missingPackets = 0;
     };

@@ -75,6 +75,10 @@ void AddPacketFeatures(LocalFeatures& add, ArvGvDevice* gigE, FrameStream& frame
             return PxnErrSuccess;
         });
     AddCount(add,
+             {"GVSPReceivedPackets", kStatistics, "Received Packets",
+              "Packets that came, those that were asked for again included.", PxnVisibilityExpert},
+             frames, &FrameStream::Statistics::receivedPackets);
+    AddCount(add,
              {"GVSPResentPackets", kStatistics, "Resent Packets",
               "Packets that came after they were asked for again.", PxnVisibilityExpert},
              frames, &FrameStream::Statistics::resentPackets);

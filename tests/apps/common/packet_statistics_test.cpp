@@ -26,10 +26,15 @@ TEST_F(PacketCounts, AreReadByTheNamesThatTheStreamHas) {
     Put("GevStreamResendPacketCount", 7);
     Put("GVSPResentPackets", 8);
     Put("StreamLostFrameCount", 1);
+    EXPECT_EQ(ReadPacketStatistics(&client).Text(),
+              "3 packets missing, 7 packets resent, 1 frames without a buffer")
+        << "as the standard defines it";
+    Put("StreamBufferUnderrunCount", 2);
     const PacketStatistics statistics = ReadPacketStatistics(&client);
-    EXPECT_EQ(statistics.Text(), "3 packets missing, 7 packets resent, 1 frames lost on the way");
+    EXPECT_EQ(statistics.Text(), "3 packets missing, 7 packets resent, 2 frames without a buffer, "
+                                 "1 frames lost on the way");
     EXPECT_EQ(statistics.Json().Text(), "{\"received\":null,\"missing\":3,\"resent\":7,"
-                                        "\"underruns\":null,\"lostFrames\":1}");
+                                        "\"underruns\":2,\"lostFrames\":1}");
 }
 
 TEST_F(PacketCounts, AreThoseOfARunUnlessTheyWereReset) {

@@ -105,6 +105,9 @@ TEST_F(PacketTest, ReportsThatPacketsAreMissing) {
     std::int64_t missing = 0;
     EXPECT_EQ(Sdk().FeatureIntGet(stream, "GVSPMissingPackets", &missing), PxnErrSuccess);
     EXPECT_GE(missing, 2);
+    std::int64_t received = 0;
+    EXPECT_EQ(Sdk().FeatureIntGet(stream, "GVSPReceivedPackets", &received), PxnErrSuccess);
+    EXPECT_GT(received, missing);
 }
 
 TEST_F(PacketTest, KnowsNothingOfAFrameWithoutItsFirstPacket) {
