@@ -74,7 +74,7 @@ void AddDoctorCommand(CommandLine& program, const AppOptions& options, const Mak
                    "Look at this only: sdk, network, usb or camera; may be repeated")
         .Check(AreaProblem)
         .TypeName("AREA");
-    command.AddFlag("--json", doctor.json, "Print JSON");
+    command.AddJson(doctor.json);
     command.SetFooter(kDoctorFooter);
     command.OnRun([&options, maker, arguments] {
         DoctorOptions& wanted = arguments->doctor;
