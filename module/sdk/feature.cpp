@@ -120,10 +120,10 @@ PxnError Feature::EntryNumber(const char* entry, std::int64_t& number) const {
     return api->PxnFeatureEnumAsInt(handle, name, entry, &number);
 }
 
-PxnError Feature::Selected(std::vector<const char*>& names) const {
+PxnError Feature::Selected(std::vector<const char*>& names, FeatureStep* failed) const {
     FeatureStep step{};
     std::vector<PxnFeatureInfo> records;
-    const PxnError result = ReadAll(
+    PxnError result = ReadAll(
         records, step,
         [this](std::uint32_t* count) {
             return api->PxnFeatureListSelected(handle, name, nullptr, 0, count,
@@ -133,15 +133,22 @@ PxnError Feature::Selected(std::vector<const char*>& names) const {
             return api->PxnFeatureListSelected(handle, name, infos, count, found,
                                                sizeof(PxnFeatureInfo));
         });
-    return result != PxnErrSuccess ? result : NoThrow<PxnError>(PxnErrOther, [&]() -> PxnError {
-        std::vector<const char*> read;
-        read.reserve(records.size());
-        for (const PxnFeatureInfo& record : records) {
-            read.push_back(record.name);
-        }
-        names = std::move(read);
-        return PxnErrSuccess;
-    });
+    if (result == PxnErrSuccess) {
+        step = FeatureStep::kMemory;
+        result = NoThrow<PxnError>(PxnErrOther, [&]() -> PxnError {
+            std::vector<const char*> read;
+            read.reserve(records.size());
+            for (const PxnFeatureInfo& record : records) {
+                read.push_back(record.name);
+            }
+            names = std::move(read);
+            return PxnErrSuccess;
+        });
+    }
+    if (result != PxnErrSuccess && failed) {
+        *failed = step;
+    }
+    return result;
 }
 
 PxnError Feature::Read(FeatureValue& value, FeatureStep* failed) const {

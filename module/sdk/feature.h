@@ -70,7 +70,7 @@ public:
     /// The number of an entry, available or not.
     PxnError EntryNumber(const char* entry, std::int64_t& number) const;
     /// What this feature selects; null for a name that the SDK left out.
-    PxnError Selected(std::vector<const char*>& names) const;
+    PxnError Selected(std::vector<const char*>& names, FeatureStep* failed = nullptr) const;
     /// PxnErrWrongType, without a call, for types without a value.
     PxnError Read(FeatureValue& value, FeatureStep* failed = nullptr) const;
     /// Writes by the value's type.

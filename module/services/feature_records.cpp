@@ -173,7 +173,7 @@ PxnError OwnedDescription::AddPresent(const Feature& feature) {
     const FeatureType type = feature.Type();
     FeatureRange range;
     const bool hasRange = type >= FeatureType::kInteger && type <= FeatureType::kText;
-    if (hasRange && feature.Range(range) == PxnErrSuccess) {
+    if (hasRange && RangeOf(feature, range) == PxnErrSuccess) {
         record.hasLimits = 1;
         record.integerMin = range.integers.least;
         record.integerMax = range.integers.most;
@@ -194,7 +194,7 @@ PxnError OwnedDescription::AddPresent(const Feature& feature) {
     }
     if (record.isSelector) {
         std::vector<const char*> names;
-        if (const PxnError error = feature.Selected(names)) {
+        if (const PxnError error = SelectedBy(feature, names)) {
             return error;
         }
         selected = CopyTexts(names);

@@ -32,7 +32,7 @@ public:
     /// The fixed part.
     explicit OwnedDescription(const ServiceFeature& feature);
     /// Adds what holds at present. The SDK's code when access or selection cannot be read; limits
-    /// that cannot be read are left out.
+    /// that cannot be read are left out. Throws std::bad_alloc.
     PxnError AddPresent(const Feature& feature);
 
     /// Valid until this object is changed or destroyed.

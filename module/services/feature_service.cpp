@@ -87,8 +87,8 @@ ServiceOutcome FeatureService::ReadValue(const ServiceFeature& feature, FeatureV
     if (!HasValue(one.Type())) {
         return {MV_SERVICE_WRONG_TYPE, feature.Path() + ": has no value"};
     }
-    if (const PxnError error = one.Read(value)) {
-        return feature.Failure(error);
+    if (ServiceOutcome read = feature.Read(value); !read) {
+        return read;
     }
     const EnumEntry* const entry = value.GetIf<EnumEntry>();
     if (entry && entry->name && one.EntryNumber(entry->name, entryNumber) != PxnErrSuccess) {

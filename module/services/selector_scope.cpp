@@ -22,7 +22,7 @@ SelectorMap::SelectorMap(const ServiceModule& describedModule) {
         selector.info = cache.GetFeatureList() + index;
         std::vector<const char*> names;
         if (!selector.info->hasSelectedFeatures || !*selector.info->name ||
-            selector.Get().Selected(names) != PxnErrSuccess) {
+            SelectedBy(selector.Get(), names) != PxnErrSuccess) {
             continue;
         }
         for (const char* const name : names) {
@@ -61,8 +61,8 @@ SelectorScope::SelectorScope(const ServiceFeature& movedSelector,
                              std::vector<std::string>& failures)
     : selector(movedSelector), restoreFailures(failures) {
     FeatureValue value;
-    if (const PxnError error = selector.Get().Read(value)) {
-        readable = selector.Failure(error);
+    readable = selector.Read(value);
+    if (!readable) {
         return;
     }
     position = StoredValue::Of(value);
@@ -105,7 +105,7 @@ bool SelectorScope::List(std::size_t most, std::vector<StoredValue>& positions) 
     bool isWritable = false;
     FeatureRange range;
     if (feature.Access(isReadable, isWritable) != PxnErrSuccess || !isWritable ||
-        feature.Range(range) != PxnErrSuccess) {
+        RangeOf(feature, range) != PxnErrSuccess) {
         return true;
     }
     std::vector<StoredValue> all;

@@ -4,6 +4,8 @@
 #include "platform/text.h"
 #include "sync/feature_caches.h"
 
+#include <new>
+
 namespace pyxen {
 
 namespace {
@@ -25,7 +27,25 @@ bool IsSameName(const char* left, const char* right) {
     return platform::CompareNoCase(left, right) == 0;
 }
 
+template <typename Ask>
+PxnError WithMemory(Ask ask) {
+    FeatureStep failed = FeatureStep::kContent;
+    const PxnError error = ask(&failed);
+    if (error != PxnErrSuccess && failed == FeatureStep::kMemory) {
+        throw std::bad_alloc();
+    }
+    return error;
+}
+
 } // namespace
+
+PxnError RangeOf(const Feature& feature, FeatureRange& range) {
+    return WithMemory([&](FeatureStep* failed) { return feature.Range(range, failed); });
+}
+
+PxnError SelectedBy(const Feature& feature, std::vector<const char*>& names) {
+    return WithMemory([&](FeatureStep* failed) { return feature.Selected(names, failed); });
+}
 
 std::vector<ServiceModule> ServiceContext::Modules() const {
     std::vector<ServiceModule> modules;

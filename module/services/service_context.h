@@ -32,7 +32,22 @@ struct ServiceFeature {
     ServiceOutcome Failure(PxnError code, const std::string& what = {}) const {
         return SdkFailure(Path() + (what.empty() ? "" : ": ") + what, code, module.isOfCamera);
     }
+    /// Feature::Read, with the reason of a failure.
+    ServiceOutcome Read(FeatureValue& value) const {
+        FeatureStep failed = FeatureStep::kContent;
+        const PxnError error = Get().Read(value, &failed);
+        if (error == PxnErrSuccess) {
+            return {};
+        }
+        return failed == FeatureStep::kMemory
+                   ? ServiceOutcome{MV_SERVICE_OUT_OF_MEMORY, Path() + ": out of memory"}
+                   : Failure(error);
+    }
 };
+
+/// Feature::Range and Feature::Selected, but that they throw std::bad_alloc without memory.
+PxnError RangeOf(const Feature& feature, FeatureRange& range);
+PxnError SelectedBy(const Feature& feature, std::vector<const char*>& names);
 
 /// The grabber and the lock, and how a service takes it.
 class ServiceContext {

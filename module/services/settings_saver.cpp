@@ -4,6 +4,7 @@
 #include "services/json.h"
 
 #include <algorithm>
+#include <new>
 #include <string_view>
 #include <utility>
 
@@ -24,6 +25,14 @@ bool IsSetting(const PxnFeatureInfo& info, bool isAnyMarked) {
     return (info.isStreamable || (!isAnyMarked && !IsOfConnection(info))) &&
            (info.featureFlags & kBoth) == kBoth &&
            HasValue(static_cast<FeatureType>(info.featureDataType));
+}
+
+bool HasTextsOfAFile(const StoredSetting& setting) {
+    return IsUtf8(setting.feature) &&
+           std::all_of(setting.selectors.begin(), setting.selectors.end(),
+                       [](const SelectorPosition& selector) {
+                           return IsUtf8(selector.feature) && selector.value.CanBeWritten();
+                       });
 }
 
 /// Whether the module says which of its features are settings. Descriptions of some cameras mark
@@ -58,9 +67,15 @@ void SettingsSaver::DescribeCamera(const ServiceModule& camera) {
         file.camera.id = TextOrNothing(info.cameraIdExtended);
     }
     const PxnFeatureInfo* const vendor = camera.cache->Find("DeviceVendorName");
+    if (!vendor) {
+        return;
+    }
     FeatureValue name;
-    if (vendor && camera.cache->GetFeature(*vendor).Read(name) == PxnErrSuccess &&
-        name.GetIf<std::string>()) {
+    const ServiceOutcome read = ServiceFeature{camera, vendor}.Read(name);
+    if (read.result == MV_SERVICE_OUT_OF_MEMORY) {
+        throw std::bad_alloc();
+    }
+    if (read && name.GetIf<std::string>()) {
         file.camera.vendor = TextOrNothing(name.Get<std::string>().c_str());
     }
 }
@@ -142,10 +157,14 @@ void SettingsSaver::SaveOne(const ServiceFeature& feature) {
         return;
     }
     FeatureValue value;
-    if (const PxnError error = one.Read(value)) {
-        return Report(feature.Failure(error));
+    if (const ServiceOutcome read = feature.Read(value); !read) {
+        return Report(read);
     }
     current.value = StoredValue::Of(value);
+    if (!HasTextsOfAFile(current)) {
+        return Report({MV_SERVICE_NOT_SUPPORTED,
+                       feature.Path() + ": its name or a selector is no text of a file"});
+    }
     if (!current.value.CanBeWritten()) {
         return Report({MV_SERVICE_NOT_SUPPORTED,
                        feature.Path() + ": its value is no text and no number of a file"});

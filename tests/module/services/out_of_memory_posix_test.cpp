@@ -24,6 +24,22 @@ protected:
         EXPECT_GT(refusals, 0u);
         EXPECT_EQ(call(), MV_SERVICE_OK);
     }
+    /// The same for a part of many allocations, more at the begin than later, one at a time.
+    template <typename Call>
+    void RefuseSome(Call call) {
+        unsigned refusals = 0;
+        bool isRefused = true;
+        for (int granted = 0; isRefused; granted += 1 + granted / 4) {
+            support::RefuseAllocationsAfter(granted, support::Refusal::kOne);
+            const MV_SERVICE_RESULT result = call();
+            isRefused = support::GrantAllocations();
+            refusals += result == MV_SERVICE_OUT_OF_MEMORY ? 1u : 0u;
+            EXPECT_TRUE(result == MV_SERVICE_OK || Reason() != "") << result;
+            EXPECT_EQ(Read("Camera", "Width"), MV_SERVICE_OK);
+        }
+        EXPECT_GT(refusals, 0u);
+        EXPECT_EQ(call(), MV_SERVICE_OK) << Reason();
+    }
 };
 
 TEST_F(ServicesOutOfMemory, ReportThatAndGoOn) {
@@ -61,6 +77,30 @@ TEST_F(ServicesOutOfMemory, ReportThatAndGoOn) {
         return result;
     });
     EXPECT_EQ(sdk.Registrations().size(), 1u) << "more than the grabber's own";
+}
+
+TEST_F(ServicesOutOfMemory, ReportThatWhereTheyHandleFiles) {
+    scripted::Feature& selector = Camera()["PixelFormat"];
+    selector.selected = {"DeviceUserID"};
+    selector.isStreamable = true;
+    Camera()["DeviceUserID"].isStreamable = true;
+    const std::string url = "Local:a description with a long name.xml;2000;5";
+    for (std::size_t index = 0; index < url.size(); ++index) {
+        Camera().registers[0x200 + index] = static_cast<uint8_t>(url[index]);
+    }
+    Open();
+    const auto data = [](const char*, const void*, uint64_t, void*) {
+    };
+    const auto setting = [](const MV_SETTING*, void*) {
+    };
+    const std::string path = directory.PathOf("settings.json");
+    IMivoraModuleServices& services = Services();
+    Refuse([&] { return services.ReadDescriptionFile(data, nullptr, &reason); });
+    RefuseSome([&] { return services.SaveSettings(path.c_str(), setting, nullptr, &reason); });
+    RefuseSome([&] { return services.LoadSettings(path.c_str(), 0, setting, nullptr, &reason); });
+    RefuseSome([&] {
+        return services.LoadSettings(path.c_str(), kMvSettingsDryRun, setting, nullptr, &reason);
+    });
 }
 
 } // namespace
