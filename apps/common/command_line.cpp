@@ -4,6 +4,7 @@
 #include "apps/common/command_line.h"
 
 #include "apps/common/command_failure.h"
+#include "apps/common/guarded_main.h"
 #include "apps/common/json_text.h"
 #include "apps/common/parse_number.h"
 #include "platform/console.h"
@@ -15,6 +16,7 @@
 #include <cstdio>
 #include <cstring>
 #include <exception>
+#include <new>
 #include <sstream>
 #include <system_error>
 #include <utility>
@@ -336,6 +338,9 @@ int CommandLine::ParseAndRun(int argumentCount, char** arguments) {
         return ReportMissing(error);
     } catch (const CLI::ParseError& error) {
         return Explain(error);
+    } catch (const std::bad_alloc&) {
+        ReportFailure(app->get_name().c_str(), "out of memory");
+        return kFailed;
     } catch (const std::exception& failure) {
         return Fail(failure);
     }

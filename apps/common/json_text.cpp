@@ -5,6 +5,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <cstddef>
 #include <cstdio>
 #include <utility>
 
@@ -16,6 +17,54 @@ using Library = nlohmann::json;
 std::string Dump(const Library& value) {
     return value.dump(-1, ' ', false, Library::error_handler_t::replace);
 }
+
+/// Takes the counts of the outermost object. Without the library's document, whose destructor
+/// allocates memory and ends the program when there is none.
+class CountReader final : public Library::json_sax_t {
+public:
+    bool null() override { return true; }
+    bool boolean(bool) override { return true; }
+    bool number_integer(number_integer_t) override { return true; }
+    bool number_unsigned(number_unsigned_t number) override {
+        if (depth == 1 && isObject) {
+            counts[name] = number;
+        }
+        return true;
+    }
+    bool number_float(number_float_t, const string_t&) override { return true; }
+    bool string(string_t&) override { return true; }
+    bool binary(binary_t&) override { return true; }
+    bool start_object(std::size_t) override { return Enter(true); }
+    bool key(string_t& member) override {
+        if (depth == 1) {
+            name = member;
+        }
+        return true;
+    }
+    bool end_object() override { return Leave(); }
+    bool start_array(std::size_t) override { return Enter(false); }
+    bool end_array() override { return Leave(); }
+    bool parse_error(std::size_t, const std::string&, const Library::exception&) override {
+        return false;
+    }
+
+    std::map<std::string, std::uint64_t> counts;
+
+private:
+    bool Enter(bool isOfObject) {
+        isObject = depth == 0 ? isOfObject : isObject;
+        ++depth;
+        return true;
+    }
+    bool Leave() {
+        --depth;
+        return true;
+    }
+
+    std::string name;
+    unsigned depth = 0;
+    bool isObject = false; // the outermost value
+};
 
 } // namespace
 
@@ -77,14 +126,7 @@ std::string JsonText(const std::string& text) {
 }
 
 std::map<std::string, std::uint64_t> JsonCounts(const std::string& text) {
-    std::map<std::string, std::uint64_t> counts;
-    const Library object = Library::parse(text, nullptr, false);
-    if (object.is_object()) {
-        for (const auto& [key, value] : object.items()) {
-            if (value.is_number_unsigned()) {
-                counts[key] = value.get<std::uint64_t>();
-            }
-        }
-    }
-    return counts;
+    CountReader reader;
+    const bool isWhole = Library::sax_parse(text, &reader);
+    return isWhole ? std::move(reader.counts) : std::map<std::string, std::uint64_t>();
 }

@@ -7,6 +7,8 @@
 
 #include <cerrno>
 #include <chrono>
+#include <cstdarg>
+#include <new>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -62,13 +64,26 @@ void LogFile::Write(int level, const char* format, ...) {
     }
     va_list arguments;
     va_start(arguments, format);
-    std::string text = FormatLogLine(format, arguments);
+    KeepIfPossible(level, [&] { return FormatLogLine(format, arguments); });
     va_end(arguments);
-    Keep(level, std::move(text));
 }
 
 void LogFile::WriteError(const char* text) {
-    Keep(kMvLogError, text);
+    KeepIfPossible(kMvLogError, [text] { return std::string(text); });
+}
+
+// Nothing may be thrown through the module, which writes in the middle of its work.
+template <typename MakeText>
+void LogFile::KeepIfPossible(int level, MakeText makeText) noexcept {
+    try {
+        Keep(level, makeText());
+    } catch (const std::bad_alloc&) {
+        platform::MutexLock lock(mutex);
+        if (file && !incomplete) {
+            incomplete = true;
+            std::fputs("the log lacks lines that could not be written: out of memory\n", stderr);
+        }
+    }
 }
 
 void LogFile::Keep(int level, std::string text) {

@@ -13,8 +13,8 @@
 
 /// Writes lines of "LEVEL TEXT", on request of "TIME LEVEL TEXT", to a file, to standard error, or
 /// nowhere. Each call writes one line of any length: line ends within the text are written as \r
-/// and \n. Every line is flushed; the first one that cannot be written is reported on standard
-/// error.
+/// and \n. Every line is flushed; the first one that cannot be written, for lack of memory as
+/// well, is reported on standard error.
 ///
 /// The last few lines of level 0 are also kept, so that a failing command can report the reason.
 /// Any thread may write.
@@ -41,6 +41,8 @@ public:
     std::uint64_t ReceiveErrors() const { return receiveErrors.load(); }
 
 private:
+    template <typename MakeText>
+    void KeepIfPossible(int level, MakeText makeText) noexcept;
     void Keep(int level, std::string text);
     void NoteSyncFile(const char* format, va_list arguments);
 

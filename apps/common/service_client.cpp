@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <new>
 #include <utility>
 
 namespace {
@@ -39,6 +40,14 @@ private:
     std::vector<Item> items;
     std::exception_ptr failure;
 };
+
+/// False after a failure that may be passed over; being out of memory may not.
+bool HasWorked(MV_SERVICE_RESULT result) {
+    if (result == MV_SERVICE_OUT_OF_MEMORY) {
+        throw std::bad_alloc();
+    }
+    return result == MV_SERVICE_OK;
+}
 
 FeatureDescription FromRecord(const MV_FEATURE_DESCRIPTION& record) {
     FeatureDescription feature;
@@ -237,8 +246,8 @@ FeatureDescription ServiceClient::DescribeFeature(const std::string& module,
 std::optional<FeatureDescription> ServiceClient::TryDescribeFeature(const std::string& module,
                                                                     const std::string& feature) {
     Received<FeatureDescription> received;
-    if (services.DescribeFeature(module.c_str(), feature.c_str(), &ReceiveFeature,
-                                 received.Context(), nullptr) != MV_SERVICE_OK) {
+    if (!HasWorked(services.DescribeFeature(module.c_str(), feature.c_str(), &ReceiveFeature,
+                                            received.Context(), nullptr))) {
         return std::nullopt;
     }
     return std::move(received.Items().at(0));
@@ -256,8 +265,8 @@ ServiceValue ServiceClient::ReadFeature(const std::string& module, const std::st
 std::optional<ServiceValue> ServiceClient::TryReadFeature(const std::string& module,
                                                           const std::string& feature) {
     Received<ServiceValue> received;
-    if (services.ReadFeature(module.c_str(), feature.c_str(), &ReceiveValue, received.Context(),
-                             nullptr) != MV_SERVICE_OK) {
+    if (!HasWorked(services.ReadFeature(module.c_str(), feature.c_str(), &ReceiveValue,
+                                        received.Context(), nullptr))) {
         return std::nullopt;
     }
     return std::move(received.Items().at(0));

@@ -113,11 +113,11 @@ public:
     std::vector<std::string> ListModules();
     std::vector<FeatureDescription> ListFeatures(const std::string& module);
     FeatureDescription DescribeFeature(const std::string& module, const std::string& feature);
-    /// nullopt instead of a failure.
+    /// nullopt instead of a failure; std::bad_alloc without memory.
     std::optional<FeatureDescription> TryDescribeFeature(const std::string& module,
                                                          const std::string& feature);
     ServiceValue ReadFeature(const std::string& module, const std::string& feature);
-    /// nullopt instead of a failure.
+    /// nullopt instead of a failure; std::bad_alloc without memory.
     std::optional<ServiceValue> TryReadFeature(const std::string& module,
                                                const std::string& feature);
     /// How reading it ends; the value and the reason are not kept.

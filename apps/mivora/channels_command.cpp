@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <memory>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -30,10 +31,12 @@ std::vector<ListedChannel> ChannelTypes(CMivoraGrabber& grabber) {
     std::vector<ListedChannel> types;
     const std::uint32_t count = grabber.GetNumCmdChannelTypes();
     for (std::uint32_t type = 0; type < count; ++type) {
-        if (CCmdChannel* const channel = grabber.CreateCmdChannel(type)) {
-            types.push_back(DescribeChannel(static_cast<std::int32_t>(type), false, *channel));
-            grabber.DeleteCmdChannel(channel);
+        CCmdChannel* const channel = grabber.CreateCmdChannel(type);
+        if (!channel) {
+            throw std::bad_alloc(); // the only reason for a type that there is
         }
+        types.push_back(DescribeChannel(static_cast<std::int32_t>(type), false, *channel));
+        grabber.DeleteCmdChannel(channel);
     }
     return types;
 }

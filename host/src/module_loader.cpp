@@ -1,7 +1,6 @@
 // module_loader.cpp - loads grabber modules for an application
 #include "mivora/module_loader.h"
 
-#include "guarded.h"
 #include "mivora/module_entry.h"
 #include "platform/file_system.h"
 #include "platform/shared_library.h"
@@ -10,6 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -75,6 +75,19 @@ std::string Incompatibility(const MV_MODULE_INTERFACE* record) {
 } // namespace
 
 struct CModuleLoader::Impl {
+    /// Runs an operation whose failures have an error text.
+    template <typename Result, typename Body>
+    Result Run(Result fallback, Body body) noexcept {
+        try {
+            error.clear();
+            return body();
+        } catch (const std::bad_alloc&) {
+            error = "out of memory"; // too short to need memory itself
+        } catch (...) {
+            error = "it has thrown";
+        }
+        return fallback;
+    }
     bool Refuse(const std::string& file, const std::string& reason) {
         error = "Cannot use the grabber module \"" + file + "\": " + reason;
         return false;
@@ -96,8 +109,7 @@ CModuleLoader::~CModuleLoader() {
 
 bool CModuleLoader::Load(const char* path) {
     Unload();
-    return Guarded(false, [&] {
-        impl->error.clear();
+    return impl->Run(false, [&] {
         if (!path || *path == '\0') {
             return impl->Refuse("", "no file was named");
         }
@@ -149,8 +161,7 @@ const char* CModuleLoader::GetPath() const {
 }
 
 CMivoraGrabber* CModuleLoader::CreateGrabber() {
-    return Guarded(static_cast<CMivoraGrabber*>(nullptr), [&]() -> CMivoraGrabber* {
-        impl->error.clear();
+    return impl->Run(static_cast<CMivoraGrabber*>(nullptr), [&]() -> CMivoraGrabber* {
         if (!IsLoaded()) {
             impl->error = "No grabber module is loaded";
             return nullptr;
@@ -176,8 +187,7 @@ void CModuleLoader::DeleteGrabber(CMivoraGrabber* grabber) {
 }
 
 IMivoraModuleServices* CModuleLoader::GetServices(CMivoraGrabber* grabber) {
-    return Guarded(static_cast<IMivoraModuleServices*>(nullptr), [&]() -> IMivoraModuleServices* {
-        impl->error.clear();
+    return impl->Run(static_cast<IMivoraModuleServices*>(nullptr), [&]() -> IMivoraModuleServices* {
         const std::vector<CMivoraGrabber*>& grabbers = impl->grabbers;
         if (std::find(grabbers.begin(), grabbers.end(), grabber) == grabbers.end()) {
             impl->error = "The grabber was not made by the loaded module";

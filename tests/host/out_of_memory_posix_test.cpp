@@ -153,12 +153,14 @@ TEST_F(OutOfMemory, LoadsNoPartialModule) {
                   const bool wasRefused = GrantAllocations();
                   EXPECT_EQ(loaded, loader.IsLoaded());
                   EXPECT_TRUE(loaded || wasRefused);
+                  EXPECT_STREQ(loader.GetErrorText(), loaded ? "" : "out of memory");
               }),
               1);
     EXPECT_GT(RefuseEachAllocation([&] {
                   CMivoraGrabber* const made = loader.CreateGrabber();
                   const bool wasRefused = GrantAllocations();
                   EXPECT_TRUE(made || wasRefused);
+                  EXPECT_STREQ(loader.GetErrorText(), made ? "" : "out of memory");
                   loader.DeleteGrabber(made);
               }),
               1);

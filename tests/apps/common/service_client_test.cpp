@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <new>
 #include <set>
 
 namespace {
@@ -79,6 +80,24 @@ TEST(ServiceClient, ReadsAndWritesValuesWithAnyBytes) {
     EXPECT_FALSE(client.TryReadFeature("Camera", "Other"));
     EXPECT_FALSE(client.TryDescribeFeature("Camera", "Other"));
     EXPECT_TRUE(client.TryDescribeFeature("Camera", "Data"));
+}
+
+// A list that lacks what there was no memory for would look like a whole one.
+TEST(ServiceClient, DoesNotPassOverMissingMemory) {
+    class ServicesWithoutMemory final : public TestServices {
+    public:
+        MV_SERVICE_RESULT DescribeFeature(const char*, const char*, MV_FEATURE_RECEIVER, void*,
+                                          MV_SERVICE_REASON*) override {
+            return MV_SERVICE_OUT_OF_MEMORY;
+        }
+        MV_SERVICE_RESULT ReadFeature(const char*, const char*, MV_VALUE_RECEIVER, void*,
+                                      MV_SERVICE_REASON*) override {
+            return MV_SERVICE_OUT_OF_MEMORY;
+        }
+    } services;
+    ServiceClient client(services);
+    EXPECT_THROW(client.TryDescribeFeature("Camera", "Width"), std::bad_alloc);
+    EXPECT_THROW(client.TryReadFeature("Camera", "Width"), std::bad_alloc);
 }
 
 TEST(ServiceClient, NamesServiceResultObjectAndReasonsOfAFailure) {
