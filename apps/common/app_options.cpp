@@ -15,6 +15,7 @@ namespace {
 
 constexpr const char* kHome = "PYXEN_HOME";
 constexpr const char* kTracePrefix = "trace:";
+constexpr const char* kRecordingPrefix = "recording:";
 constexpr std::uint32_t kMostTraceMegabytes = 1u << 20;
 constexpr std::size_t kPathLimit = 4096;
 
@@ -32,13 +33,16 @@ std::string FindPart(const std::string& name) {
 }
 
 bool IsReplay(const AppOptions& options) {
-    return options.sdk.rfind(kTracePrefix, 0) == 0;
+    return options.sdk.starts_with(kTracePrefix);
 }
 
 /// The name of this product's SDK that is wanted; empty when the user named a directory.
 std::string OwnSdk(const std::string& sdk) {
     if (sdk.empty()) {
         return platform::GetEnvironment(kHome).empty() ? "simulator" : "";
+    }
+    if (sdk.starts_with(kRecordingPrefix)) {
+        return "recording";
     }
     return sdk == "simulator" || sdk == "genicam" ? sdk : "";
 }
@@ -70,15 +74,33 @@ void SetVariable(const char* name, const std::string& value) {
     }
 }
 
+/// What the library that plays recordings reads from the environment.
+void SetRecording(const AppOptions& options) {
+    const bool isRecording = options.sdk.starts_with(kRecordingPrefix);
+    if (options.asFastAsPossible && !isRecording) {
+        throw BadUsage("--as-fast-as-possible has an effect with --sdk recording:DIR only");
+    }
+    if (isRecording) {
+        SetVariable("PYXEN_RECORDING", options.sdk.substr(std::strlen(kRecordingPrefix)));
+        SetVariable("PYXEN_RECORDING_FAST", options.asFastAsPossible ? "1" : "");
+    }
+}
+
 } // namespace
 
 void AddAppOptions(CommandLine& program, AppOptions& options) {
+    const CommandOption sdk =
+        program
+            .AddOption("-s,--sdk", options.sdk,
+                       "Camera SDK: simulator, genicam, trace:FILE to play back a traced session, "
+                       "recording:DIR to play a recording as a camera, or a directory that has "
+                       "the SDK's library in its subdirectory Bin. Default: PYXEN_HOME of the "
+                       "environment, else simulator")
+            .TypeName("simulator|genicam|trace:FILE|recording:DIR|DIR");
     program
-        .AddOption("-s,--sdk", options.sdk,
-                   "Camera SDK: simulator, genicam, trace:FILE to play back a traced session, or "
-                   "a directory that has the SDK's library in its subdirectory Bin. Default: "
-                   "PYXEN_HOME of the environment, else simulator")
-        .TypeName("simulator|genicam|trace:FILE|DIR");
+        .AddFlag("--as-fast-as-possible", options.asFastAsPossible,
+                 "Play the recording of --sdk recording:DIR without its pauses")
+        .Needs(sdk);
     const CommandOption trace =
         program
             .AddOption("--trace-sdk", options.traceFile,
@@ -127,6 +149,7 @@ void AddAppOptions(CommandLine& program, AppOptions& options) {
 }
 
 std::string ApplySdk(const AppOptions& options) {
+    SetRecording(options);
     const bool isReplay = IsReplay(options);
     const bool isTraced = !options.traceFile.empty();
     if (options.sdk.empty() && !isTraced && !platform::GetEnvironment(kHome).empty()) {

@@ -7,7 +7,8 @@
 class CommandLine;
 
 struct AppOptions {
-    /// simulator, genicam, trace:FILE or a directory; empty: PYXEN_HOME, else simulator.
+    /// simulator, genicam, trace:FILE, recording:DIR or a directory; empty: PYXEN_HOME, else
+    /// simulator.
     std::string sdk;
     std::string module;     ///< file of the grabber module; empty: the one beside the program
     std::string configFile; ///< the host's ini file, or empty
@@ -17,16 +18,17 @@ struct AppOptions {
     std::string camera;     ///< see FindCameras; empty: as configured, else the first
     std::string traceFile;  ///< where calls of the SDK are traced to, or empty
     std::uint32_t traceMegabytes = 64; ///< the trace's greatest size
+    bool asFastAsPossible = false;     ///< play a recording without its pauses
     bool traceFrames = false;          ///< trace the content of frames as well
 };
 
 /// Adds the options to a program's command line.
 void AddAppOptions(CommandLine& program, AppOptions& options);
 
-/// Sets PYXEN_HOME of this process for the value of --sdk, and what the library for traces reads
-/// from the environment. Returns a line for people that names the directories in which one of this
-/// product's SDKs was looked for, or an empty text when the user named a directory. Throws
-/// CommandFailure.
+/// Sets PYXEN_HOME of this process for the value of --sdk, and what the libraries for traces and
+/// recordings read from the environment. Returns a line for people that names the directories in
+/// which one of this product's SDKs was looked for, or an empty text when the user named a
+/// directory. Throws CommandFailure.
 std::string ApplySdk(const AppOptions& options);
 /// At the end of a program: ends the trace. Returns `status`, but 1 in place of 0 when a session
 /// that was played back from a trace differed from it, which the library has reported.

@@ -3,8 +3,8 @@
 
 #include "platform/mutex.h"
 #include "pxnc.h"
-#include "pxnc/genicam/glib_owner.h"
 #include "pxnc/genicam/feature.h"
+#include "pxnc/genicam/glib_owner.h"
 #include "pxnc/skeleton/backend.h"
 
 #include <memory>

@@ -1,8 +1,8 @@
 // feature_tree.cpp - all features that a camera's GenICam description offers
 #include "pxnc/genicam/feature_tree.h"
 
-#include "pxnc/genicam/glib_owner.h"
 #include "pxnc/genicam/feature.h"
+#include "pxnc/genicam/glib_owner.h"
 #include "pxnc/genicam/node_feature.h"
 #include "pxnc/genicam/result_codes.h"
 

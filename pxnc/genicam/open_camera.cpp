@@ -1,8 +1,8 @@
 // open_camera.cpp - the modules of one open camera
 #include "pxnc/genicam/open_camera.h"
 
-#include "pxnc/genicam/feature_tree.h"
 #include "pxnc/genicam/feature.h"
+#include "pxnc/genicam/feature_tree.h"
 #include "pxnc/genicam/stream_features.h"
 
 #include <cstdint>

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "pxnc/genicam/camera_device.h"
-#include "pxnc/genicam/frame_stream.h"
 #include "pxnc/genicam/feature.h"
+#include "pxnc/genicam/frame_stream.h"
 #include "pxnc/skeleton/text_pool.h"
 
 namespace genicam {

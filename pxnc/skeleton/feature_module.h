@@ -21,11 +21,10 @@ public:
     /// `featureMutex` is shared by the modules of one camera, since their features reach the same
     /// description.
     explicit FeatureModule(Features moduleFeatures, std::shared_ptr<platform::Mutex> featureMutex =
-                                                 std::make_shared<platform::Mutex>());
+                                                        std::make_shared<platform::Mutex>());
 
     std::vector<PxnFeatureInfo> ListFeatures() override;
-    PxnError With(const char* name,
-                  FunctionRef<PxnError(Feature&)> use) override;
+    PxnError With(const char* name, FunctionRef<PxnError(Feature&)> use) override;
 
 private:
     const std::shared_ptr<platform::Mutex> mutex;

@@ -25,5 +25,7 @@ expect "$2"/bin/simulator/Bin/libPxnC.so $entries PxnControl
 # shellcheck disable=SC2086
 expect "$2"/bin/trace/Bin/libPxnC.so $entries PxnControl PxnLibraryVersion PxnTraceFinish
 # shellcheck disable=SC2086
+expect "$2"/bin/recording/Bin/libPxnC.so $entries
+# shellcheck disable=SC2086
 expect "$2"/bin/genicam/Bin/libPxnC.so $entries
 exit "$status"

@@ -51,14 +51,14 @@ if [[ $(cache CMAKE_TOOLCHAIN_FILE) == *mingw.cmake ]]; then
   target=x86_64-w64-mingw32
   lacks=lacks_pe
   products=(mivora.exe pyxen-tool.exe mivora-view.exe Mivora.dll MivoraKVNPyxen.dll simulator/Bin/PxnC.dll
-    trace/Bin/PxnC.dll)
+    trace/Bin/PxnC.dll recording/Bin/PxnC.dll)
   soft=(-Wl,--disable-dynamicbase,--disable-high-entropy-va,--disable-nxcompat,--disable-reloc-section)
   compiler=$target-gcc-posix
   expected=5
 else
   lacks=lacks_elf
   products=(mivora pyxen-tool libMivora.so libMivoraKVNPyxen.so simulator/Bin/libPxnC.so
-    trace/Bin/libPxnC.so)
+    trace/Bin/libPxnC.so recording/Bin/libPxnC.so)
   [ "$(cache MIVORA_GENICAM)" != ON ] || products+=(genicam/Bin/libPxnC.so)
   soft=(-no-pie -Wl,-z,norelro,-z,lazy,-z,execstack,-rpath,:/tmp)
   compiler=$(cache CMAKE_C_COMPILER)

@@ -53,6 +53,7 @@ tests/module/ui/out_of_memory_posix_test.cpp
 tests/platform/failing_calls_posix_test.cpp
 tests/platform/out_of_memory_posix_test.cpp
 tests/pxnc/conformance/genicam_conformance_test.cpp
+tests/pxnc/conformance/recording_conformance_test.cpp
 tests/pxnc/conformance/scripted_conformance_test.cpp
 tests/pxnc/conformance/simulator_conformance_test.cpp
 tests/pxnc/genicam/growth_test.cpp
