@@ -2,6 +2,7 @@
 #include "apps/common/guarded_main.h"
 
 #include <cstdio>
+#include <initializer_list>
 
 void ReportFailure(const char* programName, const char* reason) noexcept {
     // One by one: formatting may allocate memory.
