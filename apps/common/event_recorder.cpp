@@ -7,6 +7,7 @@
 #include "platform/interrupt.h"
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 namespace {
@@ -17,13 +18,21 @@ constexpr std::uint64_t kLookAgainMs = 10;
 } // namespace
 
 EventRecorder::EventRecorder(CMivoraGrabber& grabberToWatch) : grabber(grabberToWatch) {
-    grabber.InstPostProcessCallBack(OnPostProcess, this);
-    grabber.InstCamCfgChangeCallBack(OnCamCfgChange, this);
-    grabber.InstCamCntrlCallBack(OnCamCntrl, this);
-    grabber.InstDialogUpdateCallBack(OnDialogUpdate, this);
+    const bool isInstalled = grabber.InstPostProcessCallBack(OnPostProcess, this) == MV_OK &&
+                             grabber.InstCamCfgChangeCallBack(OnCamCfgChange, this) == MV_OK &&
+                             grabber.InstCamCntrlCallBack(OnCamCntrl, this) == MV_OK &&
+                             grabber.InstDialogUpdateCallBack(OnDialogUpdate, this) == MV_OK;
+    if (!isInstalled) {
+        RemoveReceivers();
+        throw std::bad_alloc(); // the only reason why there can be no receiver
+    }
 }
 
 EventRecorder::~EventRecorder() {
+    RemoveReceivers();
+}
+
+void EventRecorder::RemoveReceivers() {
     grabber.InstPostProcessCallBack(nullptr, nullptr);
     grabber.InstCamCfgChangeCallBack(nullptr, nullptr);
     grabber.InstCamCntrlCallBack(nullptr, nullptr);

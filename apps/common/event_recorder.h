@@ -23,6 +23,7 @@ struct GrabberEvents {
 /// thread; the methods are called by one thread at a time.
 class EventRecorder {
 public:
+    /// Throws std::bad_alloc.
     explicit EventRecorder(CMivoraGrabber& grabberToWatch);
     /// To be called before the grabber is destroyed and after its acquisition has stopped.
     ~EventRecorder();
@@ -49,6 +50,7 @@ public:
     void SetFrameHook(std::function<void(std::uint64_t bufferIndex)> hook);
 
 private:
+    void RemoveReceivers();
     static void OnPostProcess(std::uint64_t bufferIndex, std::uint32_t fromCallback, void* self);
     static void OnCamCfgChange(void* self);
     static std::uint32_t OnCamCntrl(std::uint32_t code, void* self);

@@ -2,12 +2,12 @@
 #include "tests/sweep/bench.h"
 
 #include "platform/file_system.h"
-#include "tests/support/allocations/failing_allocations.h"
 #include "tests/support/run_program.h"
+#include "tests/sweep/sdk_pauses.h"
 
 #include <gtest/gtest.h>
 
-#include <array>
+#include <cstddef>
 #include <map>
 #include <memory>
 #include <optional>
@@ -16,24 +16,10 @@ namespace sweep {
 namespace {
 
 constexpr std::uint8_t kWritten = 0xEE;
-constexpr std::size_t kDeepestCalls = 8;  // inside each other's callbacks
 constexpr std::size_t kLongestCall = 100; // printed
 
 std::string LibraryIn(const std::string& home) {
     return platform::JoinPath(platform::JoinPath(home, "Bin"), platform::LibraryFileName("PxnC"));
-}
-
-/// The SDK's memory is not the module's: inside its calls nothing is refused.
-thread_local std::array<std::optional<support::AllocationPause>, kDeepestCalls> pauses;
-thread_local std::size_t depth = 0;
-
-void EnterSdk() {
-    ASSERT_LT(depth, kDeepestCalls);
-    pauses[depth++].emplace();
-}
-
-void LeaveSdk() {
-    pauses[--depth].reset();
 }
 
 void WriteFrames() {

@@ -3,63 +3,21 @@
 // The programs load the gate as their SDK, with the simulator behind it. A call is named by its
 // function, its feature or register, and its number among those of that name, since other threads'
 // calls come between at different times.
-#include "platform/file_system.h"
-#include "tests/support/run_program.h"
 #include "tests/support/temporary_directory.h"
 #include "tests/sweep/gate/sweep_gate.h"
 #include "tests/sweep/list_files.h"
-#include "tests/sweep/transcript.h"
+#include "tests/sweep/program_runs.h"
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <cstdio>
 #include <fstream>
 #include <map>
-#include <ostream>
-#include <regex>
-#include <sstream>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace sweep {
 namespace {
-
-struct ProgramUse {
-    std::string name;
-    std::string program;
-    std::vector<std::string> arguments;
-    std::string input;
-    /// How many calls of these names are made in every run; time decides about more of them. Of all
-    /// other names every run makes the same number.
-    std::map<std::string, unsigned> sure{};
-
-    friend std::ostream& operator<<(std::ostream& stream, const ProgramUse& use) {
-        return stream << use.name;
-    }
-};
-
-// One image in 250 ms: time enough to stop before the next.
-constexpr const char* kSimulatorFile =
-    "<PxnC>\n<camera kind=\"serial\" id=\"A\" extendedId=\"Board0|A\" model=\"Camera A\" "
-    "sensorWidth=\"64\" sensorHeight=\"64\">\n"
-    "<feature name=\"ExposureTime\" value=\"1000\"/>\n"
-    "<feature name=\"AcquisitionFrameRate\" value=\"4\"/>\n"
-    "</camera>\n</PxnC>\n";
-
-std::vector<std::string> LinesOf(const std::string& stream, const std::string& text) {
-    // Times differ from run to run, and how many frames come before the stop.
-    static const std::regex number("[0-9]+\\.[0-9]+"
-                                   "|[0-9]+(?= (queued|filled|flushed|lost))"
-                                   "|[1-9][0-9]*(?= (completed|delivered|received))");
-    std::istringstream input(std::regex_replace(text, number, "N"));
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(input, line);) {
-        lines.push_back(stream + ": " + line);
-    }
-    return lines;
-}
 
 /// A call: the `nth` of this name in the run.
 struct NamedCall {
@@ -91,35 +49,14 @@ protected:
 
     Start Run(const GateOrder& order) const {
         const support::TemporaryDirectory directory;
-        directory.Write("PxnC.xml", kSimulatorFile);
         const std::string report = directory.PathOf("report");
-        std::vector<std::string> arguments{"--sdk", support::BuiltFile("sweep"), "--config",
-                                           directory.PathOf("host.ini")};
-        arguments.insert(arguments.end(), GetParam().arguments.begin(), GetParam().arguments.end());
-        for (std::string& argument : arguments) {
-            if (argument == "IMAGE") {
-                argument = directory.PathOf("image.raw");
-            }
-        }
-        platform::ProcessStart start = support::ProgramStart(GetParam().program, arguments);
-        start.environment = {{kGateLibrary, Simulator()},
-                             {kGateCall, order.call ? order.call : ""},
-                             {kGateNth, std::to_string(order.nth)},
-                             {kGateCode, std::to_string(order.code)},
-                             {kGateIsDone, order.isDone ? "1" : "0"},
-                             {kGateReport, report}};
-        const support::ProgramResult result = support::RunProgram(start, GetParam().input);
         Start made;
-        // Paths before numbers, which they may contain.
-        std::string errors = result.errors;
-        Replace(errors, directory.Path(), "{directory}");
-        Replace(errors, support::BuiltFile("sweep"), "{sdk}");
-        Replace(errors, "\\", "/");
-        Step step{GetParam().name, std::to_string(result.status), LinesOf("out", result.output)};
-        for (std::string& line : LinesOf("err", errors)) {
-            step.lines.push_back(std::move(line));
-        }
-        made.transcript = {std::move(step)};
+        made.transcript = {RunOnGate(GetParam(), GetParam().program, directory,
+                                     {{kGateCall, order.call ? order.call : ""},
+                                      {kGateNth, std::to_string(order.nth)},
+                                      {kGateCode, std::to_string(order.code)},
+                                      {kGateIsDone, order.isDone ? "1" : "0"},
+                                      {kGateReport, report}})};
         ReadReport(report, made);
         return made;
     }
@@ -156,11 +93,6 @@ protected:
         return calls;
     }
 
-    static std::string Simulator() {
-        return platform::JoinPath(support::BuiltFile("simulator"),
-                                  platform::JoinPath("Bin", platform::LibraryFileName("PxnC")));
-    }
-
     struct Failing {
         NamedCall call;
         Variant variant;
@@ -181,22 +113,6 @@ protected:
         }
         return all;
     }
-
-    /// They wait most of their time.
-    void RunAll(std::vector<Failing>& all) const {
-        std::atomic<std::size_t> next{0};
-        std::vector<std::thread> threads;
-        for (unsigned count = 0; count < (IsWholeSweep() ? 16u : 2u); ++count) {
-            threads.emplace_back([&] {
-                for (std::size_t index = next++; index < all.size(); index = next++) {
-                    all[index].start = RunUntilFailed(all[index].call, all[index].variant);
-                }
-            });
-        }
-        for (std::thread& thread : threads) {
-            thread.join();
-        }
-    }
 };
 
 TEST_P(ProgramSweep, GivesWhatIsListed) {
@@ -215,7 +131,9 @@ TEST_P(ProgramSweep, GivesWhatIsListed) {
         }
         all = std::move(part);
     }
-    RunAll(all);
+    RunAtOnce(all.size(), [&](std::size_t index) {
+        all[index].start = RunUntilFailed(all[index].call, all[index].variant);
+    });
     for (const Failing& one : all) {
         const std::string call = one.call.Text();
         EXPECT_TRUE(one.start.isFailed) << call << " was not made";
@@ -239,11 +157,11 @@ INSTANTIATE_TEST_SUITE_P(
         ProgramUse{"info", "mivora", {"info"}, ""},
         ProgramUse{"snap_2",
                    "mivora",
-                   {"snap", "--timeout", "1500", "-o", "IMAGE"},
+                   {"snap", "--timeout", "1500", "-o", "{directory}/image.raw"},
                    "",
                    // By the stop, when it comes before the thread that ends the snap.
                    {{"PxnCaptureQueueFlush", 0}}},
-        ProgramUse{"snap_3", "mivora", {"snap", "--mode", "3", "-o", "IMAGE"}, ""},
+        ProgramUse{"snap_3", "mivora", {"snap", "--mode", "3", "-o", "{directory}/image.raw"}, ""},
         ProgramUse{"grab",
                    "mivora",
                    {"grab", "--frames", "2", "--buffers", "2", "--timeout", "1500"},

@@ -12,8 +12,8 @@ inline constexpr int kMvLogError = 0;
 inline constexpr int kMvLogInformation = 1;
 
 /// Receives log lines, one per call, from any thread; lines of several threads are never mixed.
-/// `level` is kMvLogError or kMvLogInformation. Nothing may be thrown: the caller is in the middle of
-/// its work.
+/// `level` is kMvLogError or kMvLogInformation. Nothing may be thrown: the caller is in the middle
+/// of its work.
 ///
 /// The format is that of printf with the conversions d i u x X c s p f e g, the flags - + # 0,
 /// width and precision (also as `*`), and the lengths h hh l ll I64 I32 z. %p prints 16 upper-case

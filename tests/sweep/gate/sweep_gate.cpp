@@ -7,6 +7,7 @@
 #include "platform/shared_library.h"
 #include "tests/sweep/gate/library_behind.h"
 
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <new>
@@ -32,6 +33,26 @@ std::string CallName(const char* entry, const CallObject& object) {
     }
     return name.str();
 }
+
+/// From `enter` to `leave`.
+class HookedScope {
+public:
+    explicit HookedScope(const GateHooks& gateHooks) : hooks(gateHooks) {
+        if (hooks.enter) {
+            hooks.enter();
+        }
+    }
+    ~HookedScope() {
+        if (hooks.leave) {
+            hooks.leave();
+        }
+    }
+    HookedScope(const HookedScope&) = delete;
+    HookedScope& operator=(const HookedScope&) = delete;
+
+private:
+    const GateHooks& hooks;
+};
 
 /// The order in force and the calls since it was given.
 class Gate {
@@ -78,6 +99,12 @@ public:
 
 private:
     Gate() {
+        const std::string programHooks = platform::GetEnvironment(kGateHooks);
+        if (!programHooks.empty()) {
+            SetHooks(reinterpret_cast<const GateHooks*>(
+                static_cast<std::uintptr_t>(std::stoull(programHooks))));
+        }
+        const HookedScope scope(hooks);    // what the gate allocates is not the program's
         platform::KeepThisLibraryLoaded(); // a host unloads it at every end of its use
         if (!platform::GetEnvironment(kGateReport).empty()) {
             callToFail = platform::GetEnvironment(kGateCall);
@@ -114,6 +141,7 @@ const ReportAtTheEnd report;
 } // namespace
 
 LibraryBehind::LibraryBehind() {
+    const SdkVisit visit;
     const std::string path = platform::GetEnvironment(kGateLibrary);
     std::string error;
     bool isComplete = library.Load(path, true, &error);

@@ -47,6 +47,8 @@ inline constexpr const char* kGateIsDone = "SWEEP_GATE_IS_DONE"; ///< 1: done, t
 /// A file that is written when the program ends: a line with 1 when the call was made that was to
 /// fail, else 0, then the names of all calls in their order, a line each.
 inline constexpr const char* kGateReport = "SWEEP_GATE_REPORT";
+/// The address of GateHooks in the program itself, in decimal.
+inline constexpr const char* kGateHooks = "SWEEP_GATE_HOOKS";
 
 /// A call on this thread, from its begin to its end. For the functions themselves.
 class SdkVisit {
