@@ -27,6 +27,9 @@ namespace {
 constexpr int kFailed = 1;
 constexpr int kBadUsage = 2;
 constexpr int kFramesMissing = 3;
+constexpr const char* kOutOfMemoryJson =
+    R"({"schema":1,"error":{"status":1,"message":"out of memory","details":[]}})"
+    "\n";
 
 using Texts = std::vector<std::string>;
 
@@ -339,7 +342,11 @@ int CommandLine::ParseAndRun(int argumentCount, char** arguments) {
     } catch (const CLI::ParseError& error) {
         return Explain(error);
     } catch (const std::bad_alloc&) {
-        ReportFailure(app->get_name().c_str(), "out of memory");
+        if (isJson) {
+            std::fputs(kOutOfMemoryJson, stderr); // what PrintError would have to build
+        } else {
+            ReportFailure(app->get_name().c_str(), "out of memory");
+        }
         return kFailed;
     } catch (const std::exception& failure) {
         return Fail(failure);

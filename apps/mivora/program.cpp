@@ -7,8 +7,9 @@
 
 MivoraProgram::MivoraProgram()
     : line("Grabs images and works with cameras through a grabber module", "mivora") {
-    line.SetFooter("Exit status: 0 done, 1 an operation failed, 2 bad usage.\n"
-                   "mivora COMMAND --help tells more about a command.\n");
+    line.SetFooter(
+        "Exit status: 0 done, 1 an operation failed, 2 bad usage, 3 a recording lacks frames.\n"
+        "mivora COMMAND --help tells more about a command.\n");
     AddAppOptions(line, options);
     line.SetVersion([this](bool isJson) {
         return VersionText("mivora", VersionOfModule(ModuleFile(options)), isJson);

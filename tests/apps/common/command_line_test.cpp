@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <new>
 #include <stdexcept>
 #include <vector>
 
@@ -283,6 +284,12 @@ TEST_F(CommandLineTest, ReportsFailuresAsJsonWhereJsonIsWanted) {
     };
     EXPECT_EQ(Run({"report", "--json"}), 1);
     EXPECT_EQ(errors, R"({"schema":1,"error":{"status":1,"message":"nothing","details":[]}})"
+                      "\n");
+    run = [] {
+        throw std::bad_alloc();
+    };
+    EXPECT_EQ(Run({"report", "--json"}), 1);
+    EXPECT_EQ(errors, R"({"schema":1,"error":{"status":1,"message":"out of memory","details":[]}})"
                       "\n");
     EXPECT_EQ(output, "");
 }
