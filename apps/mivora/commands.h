@@ -24,4 +24,5 @@ void AddSetCommand(CommandLine& program, const AppOptions& options, const MakerS
 void AddDescribeCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker);
 void AddSettingsCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker);
 void AddDoctorCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker);
+void AddSelftestCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker);
 void AddWatchCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker);

@@ -32,6 +32,7 @@ MivoraProgram::MivoraProgram()
     AddChannelsCommand(line, options, maker);
     AddSerialCommand(line, options, maker);
     AddDoctorCommand(line, options, maker);
+    AddSelftestCommand(line, options, maker);
     AddWatchCommand(line, options, maker);
     AddShellCommand(line, options, maker);
 }

@@ -19,7 +19,7 @@ TEST_F(BadInput, HelpIsNoFailure) {
     }
     for (const char* command :
          {"cameras", "info", "snap", "grab", "param", "channels", "serial", "watch", "shell",
-          "features", "get", "set", "describe", "settings"}) {
+          "features", "get", "set", "describe", "settings", "doctor", "selftest"}) {
         ExpectDone(support::RunProgram("mivora", {command, "--help"}));
     }
     for (const char* command :

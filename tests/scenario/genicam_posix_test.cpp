@@ -118,5 +118,19 @@ TEST_F(GenicamPrograms, DoctorFindsTheCameraAndThatAnotherProgramHasIt) {
     ExpectDone(End(process));
 }
 
+TEST_F(GenicamPrograms, SelftestPassesAndLeavesTheSettings) {
+    ExpectDone(Mivora({"--sdk", "genicam", "set", "Camera/Width=256"}));
+    const auto result = Mivora({"--sdk", "genicam", "selftest", "--json"});
+    ExpectDone(result);
+    const Json report = Json::parse(result.output);
+    EXPECT_EQ(report["fail"], 0);
+    for (const Json& check : report["checks"]) {
+        // The fake camera's description marks no feature as streamable.
+        EXPECT_EQ(check["result"], check["name"] == "features-written" ? "not applicable" : "pass")
+            << check;
+    }
+    EXPECT_EQ(Mivora({"--sdk", "genicam", "get", "Camera/Width"}).output, "256\n");
+}
+
 } // namespace
 } // namespace scenario
