@@ -3,6 +3,7 @@
 
 #include "apps/common/command_failure.h"
 #include "apps/common/continuous_grab.h"
+#include "apps/common/one_line.h"
 #include "apps/common/service_client.h"
 #include "apps/common/session.h"
 #include "mivora/grabber.h"
@@ -33,18 +34,6 @@ constexpr PacketSizeFeature kPacketSizes[] = {{kCameraModule, "GevSCPSPacketSize
 
 std::string TextOf(const char* text) {
     return text ? text : "";
-}
-
-/// The lines of a failure in one.
-std::string OneLine(const std::string& lines) {
-    std::string text;
-    for (std::size_t at = 0; at < lines.size();) {
-        const std::size_t end = std::min(lines.find('\n', at), lines.size());
-        const std::size_t begin = std::min(lines.find_first_not_of(' ', at), end);
-        text += (text.empty() ? "" : "; ") + lines.substr(begin, end - begin);
-        at = end + 1;
-    }
-    return text;
 }
 
 bool Asks(const std::vector<Finding>& findings, const std::string& check) {

@@ -4,6 +4,7 @@
 #include "apps/common/app_options.h"
 #include "apps/common/command_failure.h"
 #include "apps/common/grabber_maker.h"
+#include "apps/common/one_line.h"
 #include "apps/common/session.h"
 #include "apps/doctor/camera_visit.h"
 #include "apps/doctor/checks.h"
@@ -19,15 +20,6 @@ namespace {
 
 bool Contains(const std::vector<std::string>& list, const std::string& text) {
     return std::find(list.begin(), list.end(), text) != list.end();
-}
-
-/// The first line of a failure; the others are the module's reasons for it.
-std::string FailureInOneLine(const CommandFailure& failure) {
-    std::string text = failure.what();
-    for (std::size_t at = text.find("\n  "); at != std::string::npos; at = text.find("\n  ", at)) {
-        text.replace(at, 3, "; ");
-    }
-    return text;
 }
 
 } // namespace
@@ -156,14 +148,14 @@ void Doctor::LookAtSdkAndCameras() {
     try {
         maker.Delete(maker.Create());
     } catch (const CommandFailure& failure) {
-        facts.sdk.moduleProblem = FailureInOneLine(failure);
+        facts.sdk.moduleProblem = OneLine(failure.what());
     }
     if (facts.sdk.moduleProblem.empty()) {
         Session session(app, maker);
         try {
             session.Init();
         } catch (const CommandFailure& failure) {
-            facts.sdk.initFailure = FailureInOneLine(failure);
+            facts.sdk.initFailure = OneLine(failure.what());
             facts.sdk.startUp = StartUpResult(app, facts.sdk);
         }
         if (facts.sdk.initFailure.empty() && Wants("camera")) {

@@ -18,18 +18,18 @@ constexpr std::uint32_t kKeptParameters[] = {
     MVGF_TRIGGER_DELAY, MVGF_TRIGGER_POLARITY, MVGF_GAIN,         MVGF_OFFSET,
     MVGF_STROBE_VALUES, MVGF_STROBE_POLARITY};
 
-/// The settings of an outcome that are not as they were kept.
-std::vector<std::string> Differences(const SettingsOutcome& outcome, bool isRefusedOnly) {
+std::string SettingText(const SettingReport& setting) {
+    return setting.module + "/" + setting.feature +
+           (setting.selector.empty() ? "" : "[" + setting.selector + "]");
+}
+
+/// The settings that the camera has and that are not those of the file.
+std::vector<std::string> ChangedSettings(const SettingsOutcome& outcome) {
     std::vector<std::string> lines;
     for (const SettingReport& setting : outcome.settings) {
-        const std::string name = setting.module + "/" + setting.feature +
-                                 (setting.selector.empty() ? "" : "[" + setting.selector + "]");
-        if (setting.result != MV_SERVICE_OK) {
-            lines.push_back(
-                name + ": " +
-                (setting.reason.empty() ? ServiceResultText(setting.result) : setting.reason));
-        } else if (!isRefusedOnly && !setting.present.empty() && setting.present != setting.value) {
-            lines.push_back(name + " " + setting.present + " -> " + setting.value);
+        if (setting.result == MV_SERVICE_OK && !setting.present.empty() &&
+            setting.present != setting.value) {
+            lines.push_back(SettingText(setting) + " " + setting.present + " -> " + setting.value);
         }
     }
     return lines;
@@ -97,6 +97,18 @@ std::string JoinReasons(const std::vector<std::string>& reasons) {
     return reasons.size() <= kMostReasons
                ? text
                : text + "; and " + std::to_string(reasons.size() - kMostReasons) + " more";
+}
+
+std::vector<std::string> RefusedSettings(const SettingsOutcome& outcome) {
+    std::vector<std::string> lines;
+    for (const SettingReport& setting : outcome.settings) {
+        if (setting.result != MV_SERVICE_OK) {
+            lines.push_back(
+                SettingText(setting) + "=" + setting.value + ": " +
+                (setting.reason.empty() ? ServiceResultText(setting.result) : setting.reason));
+        }
+    }
+    return lines;
 }
 
 SelftestBench::SelftestBench(Session& openSession, IMivoraModuleServices* offered,
@@ -209,7 +221,7 @@ void SelftestBench::KeepSettings() {
     try {
         const SettingsOutcome outcome = session.Services().SaveSettings(PathOf("kept.json"));
         isKept = platform::PathExists(PathOf("kept.json")); // also when some are not in it
-        keptProblem = JoinReasons(Differences(outcome, true));
+        keptProblem = JoinReasons(RefusedSettings(outcome));
     } catch (const CommandFailure& failure) {
         keptProblem = failure.what();
     }
@@ -233,9 +245,11 @@ std::string SelftestBench::Restore() {
     ServiceClient& features = session.Services();
     const SettingsOutcome written = features.LoadSettings(PathOf("kept.json"), false);
     Require(written.isComplete,
-            "not all settings could be put back: " + JoinReasons(Differences(written, true)));
-    const std::vector<std::string> left =
-        Differences(features.LoadSettings(PathOf("kept.json"), true), false);
+            "not all settings could be put back: " + JoinReasons(RefusedSettings(written)));
+    const SettingsOutcome compared = features.LoadSettings(PathOf("kept.json"), true);
+    std::vector<std::string> left = RefusedSettings(compared);
+    const std::vector<std::string> changed = ChangedSettings(compared);
+    left.insert(left.end(), changed.begin(), changed.end());
     Require(left.empty(), "settings are not as they were: " + JoinReasons(left));
     return std::to_string(written.settings.size()) + " settings are as they were" +
            (keptProblem.empty() ? "" : "; not saved: " + keptProblem);

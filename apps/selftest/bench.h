@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+struct SettingsOutcome;
+
 /// Ends a check that does not apply to this camera, with the reason.
 class SelftestNotApplicable : public std::runtime_error {
 public:
@@ -76,5 +78,7 @@ private:
 
 /// Throws CommandFailure with the text unless `condition` holds.
 void Require(bool condition, const std::string& text);
+/// The settings that were not saved or not taken, with the reasons.
+std::vector<std::string> RefusedSettings(const SettingsOutcome& outcome);
 /// Several reasons in one, cut off after a few.
 std::string JoinReasons(const std::vector<std::string>& reasons);

@@ -271,23 +271,13 @@ std::string CheckSettingsDryRun(SelftestBench& bench) {
         MV_SERVICE_NOT_SUPPORTED) {
         throw SelftestNotApplicable("the camera's settings cannot be saved");
     }
-    const auto refusals = [](const SettingsOutcome& outcome) {
-        std::vector<std::string> lines;
-        for (const SettingReport& setting : outcome.settings) {
-            if (setting.result != MV_SERVICE_OK) {
-                lines.push_back(
-                    setting.module + "/" + setting.feature + "=" + setting.value + ": " +
-                    (setting.reason.empty() ? ServiceResultText(setting.result) : setting.reason));
-            }
-        }
-        return lines;
-    };
     ServiceClient& features = bench.Features();
     const SettingsOutcome saved = features.SaveSettings(path);
-    Require(saved.isComplete, "not all settings can be saved: " + JoinReasons(refusals(saved)));
+    Require(saved.isComplete,
+            "not all settings can be saved: " + JoinReasons(RefusedSettings(saved)));
     const SettingsOutcome loaded = features.LoadSettings(path, true);
     Require(loaded.isComplete,
-            "settings that were saved are refused: " + JoinReasons(refusals(loaded)));
+            "settings that were saved are refused: " + JoinReasons(RefusedSettings(loaded)));
     return std::to_string(loaded.settings.size()) + " settings";
 }
 

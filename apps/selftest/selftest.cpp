@@ -3,6 +3,7 @@
 
 #include "apps/common/command_failure.h"
 #include "apps/common/grabber_maker.h"
+#include "apps/common/one_line.h"
 #include "apps/common/session.h"
 #include "apps/selftest/acquisition_checks.h"
 #include "apps/selftest/bench.h"
@@ -16,17 +17,6 @@ namespace {
 
 constexpr const char* kRestored = "restored";
 
-std::string JoinLines(const std::string& lines) {
-    std::string text;
-    for (std::size_t at = 0; at < lines.size();) {
-        const std::size_t end = std::min(lines.find('\n', at), lines.size());
-        const std::size_t begin = std::min(lines.find_first_not_of(' ', at), end);
-        text += (text.empty() ? "" : "; ") + lines.substr(begin, end - begin);
-        at = end + 1;
-    }
-    return text;
-}
-
 SelftestResult RunOne(const SelftestCheck& check, SelftestBench& bench) {
     try {
         if (platform::InterruptRequested()) {
@@ -34,9 +24,9 @@ SelftestResult RunOne(const SelftestCheck& check, SelftestBench& bench) {
         }
         return {SelftestOutcome::kPass, check.name, check.run(bench)};
     } catch (const SelftestNotApplicable& reason) {
-        return {SelftestOutcome::kNotApplicable, check.name, JoinLines(reason.what())};
+        return {SelftestOutcome::kNotApplicable, check.name, OneLine(reason.what())};
     } catch (const CommandFailure& failure) {
-        return {SelftestOutcome::kFail, check.name, JoinLines(failure.what())};
+        return {SelftestOutcome::kFail, check.name, OneLine(failure.what())};
     }
 }
 
@@ -122,9 +112,9 @@ SelftestReport RunSelftest(const SelftestOptions& options, const AppOptions& app
     try {
         restored.detail = bench.Restore();
     } catch (const SelftestNotApplicable& problem) {
-        restored = {SelftestOutcome::kNotApplicable, kRestored, JoinLines(problem.what())};
+        restored = {SelftestOutcome::kNotApplicable, kRestored, OneLine(problem.what())};
     } catch (const CommandFailure& failure) {
-        restored = {SelftestOutcome::kFail, kRestored, JoinLines(failure.what())};
+        restored = {SelftestOutcome::kFail, kRestored, OneLine(failure.what())};
     }
     report.results.push_back(restored);
     onEnd(report.results.back());
