@@ -89,5 +89,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         CheckOutput(output, *known, columns, lines);
     }
     std::remove(output.c_str());
+    std::remove((output + ".json").c_str()); // of a raw image
     return 0;
 }

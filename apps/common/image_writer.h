@@ -11,9 +11,15 @@ struct ImageFileOptions {
     bool deflate = false;       ///< compress the pixels of TIFF files
 };
 
+enum class ImageFileFormat { kUnknown, kRaw, kPng, kTiff, kPgm, kPpm, kPnm };
+
+/// By the extension of the name, case ignored.
+ImageFileFormat ImageFileFormatOf(const std::string& path);
+
 /// Writes an image in the format given by the extension of `path`:
 ///
-/// - `.raw`: the bytes as in memory.
+/// - `.raw`: the bytes as in memory. What they are stands beside it, in `path`.json:
+///   {"schema":1,"layout":{"width":...,"height":...,...}}.
 /// - `.png`: 8 or 16 bits. Samples of 10, 12 and 14 bits are shifted so that their highest bit
 ///   becomes the highest of 16. A colour filter image is written in colour.
 /// - `.tif`, `.tiff`: 8 or 16 bits with unscaled values, a colour filter image as its mosaic. The

@@ -27,9 +27,34 @@ struct SnapOptions {
     std::uint32_t mode = kAsynchronous;
     std::uint64_t timeoutMs = 5000;
     std::string file;
+    std::optional<std::string> pngLevel;
+    bool deflate = false;
     std::vector<std::string> set;
     bool json = false;
+
+    ImageFileOptions FileOptions() const {
+        ImageFileOptions options;
+        if (pngLevel) {
+            options.pngLevel = static_cast<std::uint32_t>(pngLevel->front() - '0');
+        }
+        options.deflate = deflate;
+        return options;
+    }
 };
+
+std::string CompressionLevelProblem(const std::string& text) {
+    return text.size() == 1 && text[0] >= '0' && text[0] <= '9' ? "" : "is no level from 0 to 9";
+}
+
+void CheckFileOptions(const SnapOptions& options) {
+    const ImageFileFormat format = ImageFileFormatOf(options.file);
+    if (options.pngLevel && format != ImageFileFormat::kPng) {
+        throw BadUsage("--png-level has no effect on " + options.file + ", which is no .png");
+    }
+    if (options.deflate && format != ImageFileFormat::kTiff) {
+        throw BadUsage("--deflate has no effect on " + options.file + ", which is no .tif");
+    }
+}
 
 void WaitForFrame(Session& session, FrameWait& wait, std::uint64_t timeoutMs) {
     EventRecorder& events = session.Events();
@@ -78,7 +103,7 @@ void Snap(Session& session, const SnapOptions& options) {
     std::uint64_t index = 0;
     session.Check("GetLastFilledBuffer", grabber.GetLastFilledBuffer(&index),
                   session.ActCameraText());
-    WriteImage(options.file, layout, grabber.GetFrameBuffer(index));
+    WriteImage(options.file, layout, grabber.GetFrameBuffer(index), options.FileOptions());
     grabber.ReleaseFrameBuffer(index);
     if (options.json) {
         PrintReport({{"file", options.file},
@@ -93,7 +118,8 @@ constexpr const char* kSnapFooter =
     "Mode 2 snaps asynchronously, 3 to 5 synchronously. In the synchronous modes the grabber\n"
     "module hands the image over without converting it: packed and YUV formats are refused there\n"
     "and want mode 2.\n"
-    "A .png of a colour filter (Bayer) image is in colour, a .pgm of it is the raw mosaic.\n"
+    "A .png of a colour filter (Bayer) image is in colour, a .tif or .pgm of it is the raw\n"
+    "mosaic. A .png has values moved up to 16 bits, a .tif or .pgm the true ones.\n"
     "\n"
     "Examples:\n"
     "  mivora snap -o image.png\n"
@@ -118,10 +144,17 @@ void AddSnapCommand(CommandLine& program, const AppOptions& options, const Maker
         .Check(CountProblem)
         .ShowDefault()
         .TypeName("MS");
+    command
+        .AddOption("--png-level", snap->pngLevel,
+                   "How well a .png is compressed, 0 to 9; 1 if not given")
+        .Check(CompressionLevelProblem)
+        .TypeName("L");
+    command.AddFlag("--deflate", snap->deflate, "Compress a .tif without loss");
     AddSetOption(command, snap->set);
     command.AddJson(snap->json);
     command.SetFooter(kSnapFooter);
     command.OnRun([&options, maker, snap] {
+        CheckFileOptions(*snap);
         Session session(options, maker());
         Snap(session, *snap);
     });

@@ -3,6 +3,7 @@
 
 #include "apps/common/command_failure.h"
 #include "apps/common/json_text.h"
+#include "apps/common/layout_members.h"
 #include "apps/recording/recording_json.h"
 
 #include <nlohmann/json.hpp>

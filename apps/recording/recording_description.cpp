@@ -3,13 +3,13 @@
 
 #include "apps/common/command_failure.h"
 #include "apps/common/json_text.h"
+#include "apps/common/layout_members.h"
 #include "apps/recording/recording_json.h"
 
 #include <nlohmann/json.hpp>
 
 #include <chrono>
 #include <cstdio>
-#include <vector>
 
 namespace {
 
@@ -19,14 +19,6 @@ constexpr std::uint64_t kNanosecondsPerSecond = 1000000000;
 template <typename T>
 JsonValue OrNull(const std::optional<T>& value) {
     return value ? JsonValue(*value) : JsonValue(nullptr);
-}
-
-JsonValue LayoutObject(const ImageLayout& layout) {
-    std::vector<JsonMember> members;
-    for (const LayoutMember& member : LayoutMembers(layout)) {
-        members.push_back({member.name, member.value});
-    }
-    return JsonObject(members);
 }
 
 const nlohmann::json& ObjectOf(const nlohmann::json& object, const char* name) {
@@ -65,7 +57,7 @@ std::string RecordingDescription::Json() const {
          {"sdk", JsonObject({{"version", OrNull(sdkVersion)}})},
          {"module", JsonObject({{"name", OrNull(moduleName)}, {"version", OrNull(moduleVersion)}})},
          {"pixelFormat", OrNull(pixelFormat)},
-         {"layout", LayoutObject(layout)},
+         {"layout", LayoutJson(layout)},
          {"offsetX", OrNull(offsetX)},
          {"offsetY", OrNull(offsetY)},
          {"exposureUs", OrNull(exposureUs)},

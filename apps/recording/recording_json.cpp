@@ -2,8 +2,11 @@
 #include "apps/recording/recording_json.h"
 
 #include "apps/common/command_failure.h"
+#include "apps/common/layout_members.h"
 
 #include <nlohmann/json.hpp>
+
+#include <array>
 
 namespace {
 
@@ -62,17 +65,6 @@ std::optional<std::string> TextOf(const nlohmann::json& object, const char* name
 
 void ThrowMissing(const char* name) {
     throw CommandFailure(std::string("\"") + name + "\" is missing");
-}
-
-std::array<LayoutMember, 8> LayoutMembers(const ImageLayout& layout) {
-    return {{{"width", layout.width},
-             {"height", layout.height},
-             {"components", layout.components},
-             {"allocatedBits", layout.allocatedBits},
-             {"bits", layout.bits},
-             {"colorCoding", static_cast<std::uint32_t>(layout.colorCoding)},
-             {"cfaX", layout.cfaX},
-             {"cfaY", layout.cfaY}}};
 }
 
 void ReadLayout(const nlohmann::json& object, ImageLayout& layout) {

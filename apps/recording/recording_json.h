@@ -5,19 +5,9 @@
 
 #include <nlohmann/json_fwd.hpp>
 
-#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
-
-/// A member of a layout with its name in JSON.
-struct LayoutMember {
-    const char* name;
-    std::uint32_t value;
-};
-
-/// All members, in the order in which they are written.
-std::array<LayoutMember, 8> LayoutMembers(const ImageLayout& layout);
 
 /// Sets those members that the object has. Throws CommandFailure for values that no image has.
 void ReadLayout(const nlohmann::json& object, ImageLayout& layout);

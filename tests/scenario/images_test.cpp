@@ -1,8 +1,11 @@
 // images_test.cpp - single images and continuous acquisition
 #include "tests/scenario/diagonal_ramp.h"
 #include "tests/scenario/program_test.h"
+#include "tests/support/tiff_pages.h"
 
 #include <lodepng.h>
+
+#include <cstring>
 
 namespace scenario {
 namespace {
@@ -73,6 +76,42 @@ TEST_F(Images, ComeInTheFormatOfTheFilesEnding) {
     EXPECT_EQ(lodepng::decode(pixels, width, height, PathOf("image.png"), LCT_GREY, 16), 0u);
     EXPECT_EQ(width, 64u);
     EXPECT_EQ(height, 48u);
+}
+
+TEST_F(Images, OfTiffFilesHaveTrueValuesAndTheDepthOfTheFormat) {
+    UseCamera(Format("Mono12p"));
+    ExpectDone(Mivora({"snap", "-o", PathOf("image.raw")}));
+    const std::string raw = directory.Read("image.raw");
+    std::vector<std::uint16_t> values(raw.size() / 2);
+    std::memcpy(values.data(), raw.data(), raw.size());
+    for (const bool deflate : {false, true}) {
+        std::vector<std::string> arguments{"snap", "-o", PathOf("image.tif")};
+        if (deflate) {
+            arguments.push_back("--deflate");
+        }
+        ExpectDone(Mivora(arguments)); // the first frame of a camera is always the same picture
+        const auto pages = support::ReadTiffPages(PathOf("image.tif"));
+        ASSERT_EQ(pages.size(), 1u);
+        EXPECT_EQ(pages[0].bits, 16);
+        EXPECT_EQ(pages[0].channels, 1);
+        EXPECT_EQ(pages[0].compression, deflate ? COMPRESSION_ADOBE_DEFLATE : COMPRESSION_NONE);
+        EXPECT_EQ(pages[0].samples, values);
+        EXPECT_EQ(pages[0].description, "{\"significantBits\":12,\"colorFilter\":null}");
+    }
+}
+
+TEST_F(Images, OfPngFilesAreCompressedAsWanted) {
+    UseCamera(Format("Mono8"));
+    ExpectDone(Mivora({"snap", "-o", PathOf("plain.png"), "--png-level", "0"}));
+    ExpectDone(Mivora({"snap", "-o", PathOf("best.png"), "--png-level", "9"}));
+    EXPECT_GT(directory.Read("plain.png").size(), 64u * 48);
+    EXPECT_LT(directory.Read("best.png").size(), 64u * 48 / 2);
+    ExpectFailure(Mivora({"snap", "-o", PathOf("a.png"), "--png-level", "10"}), 2,
+                  {"--png-level", "no level from 0 to 9"});
+    ExpectFailure(Mivora({"snap", "-o", PathOf("a.tif"), "--png-level", "1"}), 2,
+                  {"--png-level has no effect"});
+    ExpectFailure(Mivora({"snap", "-o", PathOf("a.png"), "--deflate"}), 2,
+                  {"--deflate has no effect"});
 }
 
 TEST_F(Images, OfPackedAndFullFormatsAreTheSame) {

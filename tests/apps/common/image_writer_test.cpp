@@ -2,6 +2,7 @@
 #include "apps/common/image_writer.h"
 
 #include "apps/common/command_failure.h"
+#include "platform/file_system.h"
 #include "tests/support/temporary_directory.h"
 
 #include <gtest/gtest.h>
@@ -63,6 +64,17 @@ TEST_F(ImageWriterTest, WritesRawBytesAsTheyAre) {
     EXPECT_EQ(Write("a.raw", Layout(2, 1, 1, 10, MVCC_MONO), {1, 2, 3, 4}),
               std::string("\1\2\3\4", 4));
     EXPECT_EQ(Write("a.RAW", Layout(2, 1, 1, 8, MVCC_MONO), {1, 2}), std::string("\1\2", 2));
+}
+
+TEST_F(ImageWriterTest, DescribesRawBytesBesideThem) {
+    ImageLayout layout = Layout(2, 1, 1, 10, MVCC_RAW_CFA);
+    layout.cfaX = 1;
+    Write("a.RAW", layout, {1, 2, 3, 4});
+    EXPECT_EQ(directory.Read("a.RAW.json"),
+              "{\"schema\":1,\"layout\":{\"width\":2,\"height\":1,\"components\":1,"
+              "\"allocatedBits\":16,\"bits\":10,\"colorCoding\":1,\"cfaX\":1,\"cfaY\":0}}\n");
+    Write("a.png", layout, {1, 2, 3, 4});
+    EXPECT_FALSE(platform::PathExists(Path("a.png.json")));
 }
 
 TEST_F(ImageWriterTest, WritesGreyOf8Bits) {
@@ -161,6 +173,13 @@ TEST_F(ImageWriterTest, RefusesWhatCannotBeShown) {
     ExpectRefusal("a.png", Layout(1, 1, 2, 8, MVCC_MONO), {1, 2});
     ExpectRefusal("a.png", Layout(1, 1, 1, 0, MVCC_MONO), {1});
     ExpectRefusal("missing/a.png", Layout(1, 1, 1, 8, MVCC_MONO), {1});
+}
+
+TEST_F(ImageWriterTest, TellsFormatsByTheEnding) {
+    EXPECT_EQ(ImageFileFormatOf("a.TIFF"), ImageFileFormat::kTiff);
+    EXPECT_EQ(ImageFileFormatOf("b.tif"), ImageFileFormat::kTiff);
+    EXPECT_EQ(ImageFileFormatOf("a.tif/b.Png"), ImageFileFormat::kPng);
+    EXPECT_EQ(ImageFileFormatOf("tif"), ImageFileFormat::kUnknown);
 }
 
 TEST_F(ImageWriterTest, KnowsFileNamesByTheirEnding) {
