@@ -83,9 +83,9 @@ std::string CheckSingle(SelftestBench& bench, std::uint32_t mode) {
     return std::to_string(kFewFrames) + " frames";
 }
 
-template <std::uint32_t mode>
+template <std::uint32_t kMode>
 std::string CheckSingleMode(SelftestBench& bench) {
-    return CheckSingle(bench, mode);
+    return CheckSingle(bench, kMode);
 }
 
 std::string CheckBuffers(SelftestBench& bench) {
