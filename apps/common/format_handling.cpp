@@ -21,7 +21,7 @@ FormatHandling HandlingOf(const ServiceValue& format, const ImageLayout& layout)
     if (code == kYuv444 || code == kYuv422 || code == kYuv411) {
         return FormatHandling::kConverted;
     }
-    if (bitsOfPixel == 0 || bitsOfPixel == bitsOfHost) {
+    if (bitsOfPixel == 0 || bitsOfHost == 0 || bitsOfPixel == bitsOfHost) {
         return FormatHandling::kAsItIs;
     }
     return layout.components > 1 ? FormatHandling::kConvertedInPart : FormatHandling::kConverted;

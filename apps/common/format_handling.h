@@ -15,7 +15,7 @@ enum class FormatHandling {
 
 /// `format` is the camera's feature PixelFormat with its number. Judges by the bits of a pixel that
 /// the number has by the naming convention (PFNC), compared with those of the host's image; a
-/// number that has none counts as kAsItIs.
+/// number or a layout that has none counts as kAsItIs.
 FormatHandling HandlingOf(const ServiceValue& format, const ImageLayout& layout);
 
 /// The present pixel format of the open camera; nullopt when it cannot be read.

@@ -102,7 +102,9 @@ PacketStatistics StatisticsSince(const PacketStatistics& before, const PacketSta
     for (const CountedFeature& feature : kCounted) {
         Count& count = since.*feature.member;
         const Count& former = before.*feature.member;
-        if (count && former && *former <= *count) {
+        if (!former) {
+            count.reset(); // how many of them came before is not known
+        } else if (count && *former <= *count) {
             *count -= *former;
         }
     }

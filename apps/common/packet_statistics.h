@@ -29,5 +29,6 @@ struct PacketStatistics {
 
 /// The present counts of the open camera's stream. `services` may be null.
 PacketStatistics ReadPacketStatistics(ServiceClient* services);
-/// What has been counted since `before`. A count that has become smaller was reset in between.
+/// What has been counted since `before`. A count that has become smaller was reset in between;
+/// one that was not known before is not known.
 PacketStatistics StatisticsSince(const PacketStatistics& before, const PacketStatistics& now);

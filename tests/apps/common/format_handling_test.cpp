@@ -25,6 +25,7 @@ TEST(FormatHandling, IsToldByTheBitsOfAPixel) {
     EXPECT_EQ(Handling(0x0210001F, 3, 8), FormatHandling::kConverted) << "YUV422_8";
     EXPECT_EQ(Handling(0x0224005D, 3, 16), FormatHandling::kConvertedInPart) << "RGB12p";
     EXPECT_EQ(Handling(0x0228004D, 4, 16), FormatHandling::kConvertedInPart) << "BGRa10p";
+    EXPECT_EQ(Handling(0x01080001, 1, 0), FormatHandling::kAsItIs) << "an unknown layout";
     EXPECT_EQ(Handling(1, 1, 16), FormatHandling::kAsItIs) << "no number of the convention";
 }
 
