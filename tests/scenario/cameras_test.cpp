@@ -78,15 +78,15 @@ TEST_F(Cameras, AreListedAsATable) {
     directory.Write("host.ini", "[Grabber_0]\nUniqueId=Eth0|B\n");
     const auto result = Mivora({"cameras"});
     ExpectDone(result);
-    const std::string interface = "Ethernet adapter 0  ";
+    const std::string adapter = "Ethernet adapter 0  ";
     const std::string common = "  Twin  Twin   ";
     EXPECT_EQ(result.output, "     unique id   name  model  serial number  interface           "
                              "access               UniqueId\n"
                              "  0  " +
-                                 KeyOf("Eth0|A") + common + "11             " + interface +
+                                 KeyOf("Eth0|A") + common + "11             " + adapter +
                                  "free                 Eth0|A\n"
                                  "* 1  " +
-                                 KeyOf("Eth0|B") + common + "22             " + interface +
+                                 KeyOf("Eth0|B") + common + "22             " + adapter +
                                  "in use, can be read  Eth0|B\n");
 }
 
