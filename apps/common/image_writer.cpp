@@ -4,14 +4,13 @@
 #include "apps/common/command_failure.h"
 #include "apps/common/image_encoder.h"
 #include "apps/common/layout_members.h"
+#include "apps/common/parse_number.h"
 #include "apps/common/tiff_encoder.h"
 #include "apps/common/whole_file.h"
 #include "platform/text.h"
 
-namespace {
-
-void Encode(const std::string& path, const ImageLayout& layout, const void* data,
-            const ImageFileOptions& options, EncodedFrame& result) {
+void EncodeImage(const std::string& path, const ImageLayout& layout, const void* data,
+                 const ImageFileOptions& options, EncodedFrame& result) {
     const ImageFileFormat format = ImageFileFormatOf(path);
     switch (format) {
     case ImageFileFormat::kRaw:
@@ -39,8 +38,6 @@ void Encode(const std::string& path, const ImageLayout& layout, const void* data
     EncodePnm(layout, data, colour, result);
 }
 
-} // namespace
-
 ImageFileFormat ImageFileFormatOf(const std::string& path) {
     static constexpr struct {
         const char* ending;
@@ -59,6 +56,13 @@ ImageFileFormat ImageFileFormatOf(const std::string& path) {
     return ImageFileFormat::kUnknown;
 }
 
+std::string PngLevelProblem(const std::string& text) {
+    static constexpr std::uint64_t kHighest = 9;
+    return ParseUnsigned(text).value_or(kHighest + 1) <= kHighest
+               ? ""
+               : "\"" + text + "\" is no level from 0 to 9";
+}
+
 std::string ImageFileNameProblem(const std::string& path) {
     return ImageFileFormatOf(path) == ImageFileFormat::kUnknown
                ? "the file name must end in .png .tif .tiff .pgm .ppm .pnm or .raw"
@@ -68,7 +72,7 @@ std::string ImageFileNameProblem(const std::string& path) {
 void WriteImage(const std::string& path, const ImageLayout& layout, const void* data,
                 const ImageFileOptions& options) {
     EncodedFrame frame;
-    Encode(path, layout, data, options, frame);
+    EncodeImage(path, layout, data, options, frame);
     WriteEncodedFrame(path, frame);
     if (ImageFileFormatOf(path) == ImageFileFormat::kRaw) {
         WriteWholeFile(path + ".json",

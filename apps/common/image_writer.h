@@ -1,6 +1,7 @@
 // image_writer.h - writes image files
 #pragma once
 
+#include "apps/common/encoded_frame.h"
 #include "apps/common/host_image.h"
 
 #include <cstdint>
@@ -35,5 +36,12 @@ ImageFileFormat ImageFileFormatOf(const std::string& path);
 void WriteImage(const std::string& path, const ImageLayout& layout, const void* data,
                 const ImageFileOptions& options = {});
 
+/// Makes an image ready to be written as WriteImage would write it to a file of this name. `result`
+/// may point into the image. Throws CommandFailure likewise.
+void EncodeImage(const std::string& path, const ImageLayout& layout, const void* data,
+                 const ImageFileOptions& options, EncodedFrame& result);
+
 /// The reason why WriteImage would refuse the file name; empty if it would not.
 std::string ImageFileNameProblem(const std::string& path);
+/// Why a text is no level of compression for PNG; empty if it is one.
+std::string PngLevelProblem(const std::string& text);

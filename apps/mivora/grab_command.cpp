@@ -3,7 +3,7 @@
 #include "apps/common/command_line.h"
 #include "apps/common/feature_assignment.h"
 #include "apps/common/format_handling.h"
-#include "apps/common/parse_number.h"
+#include "apps/common/image_writer.h"
 #include "apps/common/session.h"
 #include "apps/mivora/camera_return.h"
 #include "apps/mivora/commands.h"
@@ -19,14 +19,6 @@
 #include <vector>
 
 namespace {
-
-constexpr std::uint64_t kHighestPngLevel = 9;
-
-std::string PngLevelProblem(const std::string& text) {
-    return ParseUnsigned(text).value_or(kHighestPngLevel + 1) <= kHighestPngLevel
-               ? ""
-               : "\"" + text + "\" is no level from 0 to 9";
-}
 
 /// Throws unless what was wanted has been done.
 void ThrowOutcome(Session& session, const GrabOptions& options, const GrabRun& run,
@@ -130,13 +122,16 @@ void AddGrabCommand(CommandLine& program, const AppOptions& options, const Maker
             .TypeName("DIR");
     command
         .AddOption("-f,--format", grab->format,
-                   "How frames are kept: a file for each (png, pnm, raw) or one for all (stack)")
-        .OneOf({"png", "pnm", "raw", "stack"})
+                   "How frames are kept: a file for each (png, tiff, pnm, raw) or one for all "
+                   "(multi-tiff, stack); png if not given, raw on standard output")
+        .OneOf({"png", "tiff", "pnm", "raw", "multi-tiff", "stack"})
         .Needs(output);
     command
         .AddOption("--png-level", grab->pngLevel, "How well png compresses, 0 to 9; 1 if not given")
         .Check(PngLevelProblem)
         .TypeName("L")
+        .Needs(output);
+    command.AddFlag("--deflate", grab->deflate, "Compress the pixels of tiff and multi-tiff")
         .Needs(output);
     command
         .AddFlag("--overwrite", grab->overwrite, "Replace the recording that the directory holds")

@@ -12,5 +12,8 @@ std::string GrabOptions::Problem() const {
     if (pngLevel && kind != "png") {
         return "--png-level: the format is " + kind + ", not png";
     }
+    if (deflate && kind != "tiff" && kind != "multi-tiff") {
+        return "--deflate: the format is " + kind + ", not tiff or multi-tiff";
+    }
     return {};
 }

@@ -21,6 +21,7 @@ struct GrabOptions {
     std::string output; ///< a directory, kStandardOutput, or empty
     std::optional<std::string> format;
     std::optional<std::string> pngLevel;
+    bool deflate = false;
     bool overwrite = false;
     std::string whenFull = "drop"; ///< or "stop"
     std::uint64_t queueMegabytes = 256;

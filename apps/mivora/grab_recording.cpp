@@ -9,6 +9,7 @@
 #include "apps/recording/stream_store.h"
 #include "platform/clock.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <utility>
@@ -16,6 +17,7 @@
 namespace {
 
 constexpr std::uint64_t kBytesPerMegabyte = 1000000;
+constexpr std::uint64_t kMostMegabytes = 1000000000000; // more than any computer has
 
 std::uint64_t UnixNanoseconds() {
     return static_cast<std::uint64_t>(std::chrono::duration_cast<std::chrono::nanoseconds>(
@@ -31,6 +33,8 @@ std::unique_ptr<FrameStore> MakeStore(const GrabOptions& options) {
     store.format = options.Format();
     store.pngLevel = static_cast<std::uint32_t>(
         ParseUnsigned(options.pngLevel.value_or("")).value_or(store.pngLevel));
+    store.deflate = options.deflate;
+    store.expectedFrames = options.frames;
     return MakeFrameStore(store, options.output);
 }
 
@@ -56,7 +60,7 @@ GrabRecording::GrabRecording(Session& session, const GrabOptions& grabOptions)
         description.frames.wanted = options.frames;
     }
     RecorderOptions recording;
-    recording.queueBytes = options.queueMegabytes * kBytesPerMegabyte;
+    recording.queueBytes = std::min(options.queueMegabytes, kMostMegabytes) * kBytesPerMegabyte;
     recording.unixMinusHostNs = now - platform::MonotonicNanoseconds();
     if (!options.IsStream()) {
         PrepareRecordingDirectory(options.output, options.overwrite);

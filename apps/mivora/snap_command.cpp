@@ -9,7 +9,9 @@
 #include "apps/common/json_text.h"
 #include "apps/common/session.h"
 #include "apps/mivora/commands.h"
+#include "apps/recording/stream_store.h"
 #include "mivora/grabber.h"
+#include "platform/console.h"
 #include "platform/interrupt.h"
 
 #include <cstdint>
@@ -22,16 +24,24 @@
 namespace {
 
 constexpr std::uint32_t kAsynchronous = 2;
+constexpr const char* kStream = "-";
+constexpr const char* kStreamFormat = "png";
 
 struct SnapOptions {
     std::uint32_t mode = kAsynchronous;
     std::uint64_t timeoutMs = 5000;
-    std::string file;
+    std::string file; ///< or "-": standard output
+    std::optional<std::string> format;
     std::optional<std::string> pngLevel;
     bool deflate = false;
     std::vector<std::string> set;
     bool json = false;
 
+    bool IsStream() const { return file == kStream; }
+    /// Has the ending that says the format.
+    std::string FormatName() const {
+        return IsStream() ? "image." + format.value_or(kStreamFormat) : file;
+    }
     ImageFileOptions FileOptions() const {
         ImageFileOptions options;
         if (pngLevel) {
@@ -42,18 +52,33 @@ struct SnapOptions {
     }
 };
 
-std::string CompressionLevelProblem(const std::string& text) {
-    return text.size() == 1 && text[0] >= '0' && text[0] <= '9' ? "" : "is no level from 0 to 9";
+std::string SnapFileProblem(const std::string& file) {
+    return file == kStream ? "" : ImageFileNameProblem(file);
 }
 
 void CheckFileOptions(const SnapOptions& options) {
-    const ImageFileFormat format = ImageFileFormatOf(options.file);
+    if (options.format && !options.IsStream()) {
+        throw BadUsage("--format: the ending of " + options.file + " says the format");
+    }
+    const std::string name = options.FormatName();
+    const ImageFileFormat format = ImageFileFormatOf(name);
     if (options.pngLevel && format != ImageFileFormat::kPng) {
-        throw BadUsage("--png-level has no effect on " + options.file + ", which is no .png");
+        throw BadUsage("--png-level has no effect on " + name + ", which is no .png");
     }
     if (options.deflate && format != ImageFileFormat::kTiff) {
-        throw BadUsage("--deflate has no effect on " + options.file + ", which is no .tif");
+        throw BadUsage("--deflate has no effect on " + name + ", which is no .tif");
     }
+}
+
+void Write(const SnapOptions& options, const ImageLayout& layout, const void* image) {
+    if (!options.IsStream()) {
+        WriteImage(options.file, layout, image, options.FileOptions());
+        return;
+    }
+    platform::ReportBrokenPipes();
+    EncodedFrame frame;
+    EncodeImage(options.FormatName(), layout, image, options.FileOptions(), frame);
+    StreamStore(stdout, "standard output", "raw").Append(1, layout, frame);
 }
 
 void WaitForFrame(Session& session, FrameWait& wait, std::uint64_t timeoutMs) {
@@ -103,14 +128,15 @@ void Snap(Session& session, const SnapOptions& options) {
     std::uint64_t index = 0;
     session.Check("GetLastFilledBuffer", grabber.GetLastFilledBuffer(&index),
                   session.ActCameraText());
-    WriteImage(options.file, layout, grabber.GetFrameBuffer(index), options.FileOptions());
+    Write(options, layout, grabber.GetFrameBuffer(index));
     grabber.ReleaseFrameBuffer(index);
     if (options.json) {
-        PrintReport({{"file", options.file},
-                     {"width", layout.width},
-                     {"height", layout.height},
-                     {"components", layout.components},
-                     {"bits", layout.bits}});
+        const JsonValue report = JsonReport({{"file", options.file},
+                                             {"width", layout.width},
+                                             {"height", layout.height},
+                                             {"components", layout.components},
+                                             {"bits", layout.bits}});
+        std::fprintf(options.IsStream() ? stderr : stdout, "%s\n", report.Text().c_str());
     }
 }
 
@@ -124,7 +150,8 @@ constexpr const char* kSnapFooter =
     "Examples:\n"
     "  mivora snap -o image.png\n"
     "  mivora --camera 1 snap --mode 3 -o image.raw\n"
-    "  mivora snap --set Camera/PixelFormat=Mono12 --set Camera/ExposureTime=20000 -o image.png\n";
+    "  mivora snap --set Camera/PixelFormat=Mono12 --set Camera/ExposureTime=20000 -o image.png\n"
+    "  mivora snap -o - --format pnm | viewer\n";
 
 } // namespace
 
@@ -134,10 +161,15 @@ void AddSnapCommand(CommandLine& program, const AppOptions& options, const Maker
     command.AddOption("--mode", snap->mode, "Snap mode").Within(2, 5).ShowDefault();
     command
         .AddOption("-o,--output", snap->file,
-                   "File to write; its ending says the format: .png .tif .tiff .pgm .ppm .pnm .raw")
+                   "File to write; its ending says the format: .png .tif .tiff .pgm .ppm .pnm "
+                   ".raw; - is standard output")
         .Required()
-        .Check(ImageFileNameProblem)
+        .Check(SnapFileProblem)
         .TypeName("FILE");
+    command
+        .AddOption("-f,--format", snap->format,
+                   "What is written to standard output; png if not given")
+        .OneOf({"png", "tiff", "pgm", "ppm", "pnm", "raw"});
     command
         .AddOption("-t,--timeout", snap->timeoutMs,
                    "Longest wait for the frame in mode 2, in milliseconds")
@@ -147,7 +179,7 @@ void AddSnapCommand(CommandLine& program, const AppOptions& options, const Maker
     command
         .AddOption("--png-level", snap->pngLevel,
                    "How well a .png is compressed, 0 to 9; 1 if not given")
-        .Check(CompressionLevelProblem)
+        .Check(PngLevelProblem)
         .TypeName("L");
     command.AddFlag("--deflate", snap->deflate, "Compress a .tif without loss");
     AddSetOption(command, snap->set);

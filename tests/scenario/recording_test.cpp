@@ -226,6 +226,37 @@ TEST_F(Recordings, GoToStandardOutput) {
     EXPECT_PRED2(Contains, pnm.errors, "recording   2 frames recorded, 0 missing\n");
 }
 
+TEST_F(Recordings, AreKeptAsTiffFiles) {
+    UseCamera(Format("Mono12p"));
+    for (const Arguments& options :
+         {Arguments{"--format", "tiff"}, Arguments{"--format", "multi-tiff", "--deflate"}}) {
+        Arguments all{"--frames", "5", "--overwrite", "--buffers", "20"};
+        all.insert(all.end(), options.begin(), options.end());
+        const auto result = Record(all);
+        ExpectAgreement(result, false);
+        EXPECT_EQ(result.status, 0) << result.errors;
+        EXPECT_EQ(Files().size(), options.size() == 2 ? 7u : 3u);
+        EXPECT_EQ(Description()["layout"]["bits"], 12);
+    }
+}
+
+TEST_F(Recordings, OfOneFrameGoToStandardOutputInAnyFormat) {
+    UseCamera();
+    for (const auto& [format, begin] : std::initializer_list<std::pair<const char*, const char*>>{
+             {"png", "\x89PNG"}, {"tiff", "II*"}, {"pgm", "P5\n"}, {"ppm", "P6\n"}}) {
+        const auto result = Mivora({"snap", "-o", "-", "--format", format});
+        ExpectDone(result);
+        EXPECT_EQ(result.output.find(begin), 0u) << format;
+    }
+    const auto raw = Mivora({"snap", "-o", "-", "--format", "raw", "--json"});
+    EXPECT_EQ(raw.status, 0);
+    EXPECT_EQ(raw.output.size(), kImageBytes);
+    EXPECT_EQ(Json::parse(raw.errors)["width"], 64);
+    EXPECT_EQ(Mivora({"snap", "-o", "-"}).output.substr(1, 3), "PNG");
+    ExpectFailure(Mivora({"snap", "-o", PathOf("a.png"), "--format", "png"}), 2,
+                  {"--format: the ending of ", " says the format"});
+}
+
 TEST_F(Recordings, ShowTheirProgress) {
     UseCamera("<feature name=\"AcquisitionFrameRate\" value=\"20\"/>\n");
     const auto result = Record({"--frames", "25", "--progress"});
@@ -239,7 +270,7 @@ TEST_F(Recordings, RefuseOptionsWithoutEffect) {
     UseCamera();
     for (const Arguments& options :
          {Arguments{"--format", "png"}, Arguments{"--png-level", "1"}, Arguments{"--overwrite"},
-          Arguments{"--queue", "5"}, Arguments{"--when-full", "stop"}}) {
+          Arguments{"--deflate"}, Arguments{"--queue", "5"}, Arguments{"--when-full", "stop"}}) {
         Arguments all{"grab", "--frames", "1"};
         all.insert(all.end(), options.begin(), options.end());
         ExpectFailure(Mivora(all), 2, {options[0] + " requires"});
@@ -247,6 +278,7 @@ TEST_F(Recordings, RefuseOptionsWithoutEffect) {
     ExpectFailure(Record({"--frames", "1", "--png-level", "10"}), 2, {"is no level from 0 to 9"});
     ExpectFailure(Record({"--frames", "1", "--png-level", "1", "--format", "raw"}), 2,
                   {"--png-level: the format is raw, not png"});
+    ExpectFailure(Record({"--frames", "1", "--deflate"}), 2, {"--deflate: the format is png"});
     ExpectFailure(Record({"--frames", "1", "--queue", "0"}), 2, {"is no number from 1 on"});
     ExpectFailure(Mivora({"grab", "--frames", "1", "-o", "-", "--format", "png"}), 2,
                   {"on standard output frames are raw or pnm, not png"});

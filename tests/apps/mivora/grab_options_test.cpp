@@ -34,6 +34,13 @@ TEST(GrabOptions, ThatHaveNoEffectAreProblems) {
     EXPECT_EQ(options.Problem(), "--png-level: the format is stack, not png");
     options.format.reset();
     EXPECT_EQ(options.Problem(), "");
+    options.deflate = true;
+    EXPECT_EQ(options.Problem(), "--deflate: the format is png, not tiff or multi-tiff");
+    options.pngLevel.reset();
+    for (const char* const format : {"tiff", "multi-tiff"}) {
+        options.format = format;
+        EXPECT_EQ(options.Problem(), "");
+    }
 }
 
 } // namespace
