@@ -19,6 +19,9 @@ struct ProcessStart {
     std::vector<std::pair<std::string, std::string>> environment;
 };
 
+/// Path of a program that PATH leads to, without ".exe" in `name`; empty when there is none.
+std::string FindProgram(const std::string& name);
+
 /// A child process whose standard streams are connected to this object. Its output is read in the
 /// background, so that the child never blocks on a full pipe. The destructor kills a child that is
 /// still running. One thread at a time.

@@ -2,10 +2,13 @@
 #include "platform/process.h"
 
 #include "platform/clock.h"
+#include "platform/environment.h"
 #include "platform/event.h"
+#include "platform/file_system.h"
 #include "platform/mutex.h"
 #include "platform/thread.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <map>
@@ -162,6 +165,20 @@ struct Process::Impl {
         return ended;
     }
 };
+
+std::string FindProgram(const std::string& name) {
+    const std::string path = GetEnvironment("PATH");
+    for (std::size_t begin = 0; begin <= path.size();) {
+        const std::size_t end = std::min(path.find(':', begin), path.size());
+        // An empty entry is the current directory, where nothing is looked for.
+        const std::string candidate = JoinPath(path.substr(begin, end - begin), name);
+        if (end != begin && IsRegularFile(candidate) && access(candidate.c_str(), X_OK) == 0) {
+            return candidate;
+        }
+        begin = end + 1;
+    }
+    return "";
+}
 
 Process::Process() : impl(std::make_unique<Impl>()) {}
 

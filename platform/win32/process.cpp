@@ -1,6 +1,8 @@
 // process.cpp - child processes on Windows
 #include "platform/process.h"
 
+#include "platform/environment.h"
+#include "platform/file_system.h"
 #include "platform/mutex.h"
 #include "platform/thread.h"
 #include "platform/win32/last_error.h"
@@ -140,6 +142,20 @@ struct Process::Impl {
 
     ~Impl() { CloseIfOpen(process); }
 };
+
+std::string FindProgram(const std::string& name) {
+    const std::string path = GetEnvironment("PATH");
+    for (std::size_t begin = 0; begin <= path.size();) {
+        const std::size_t end = std::min(path.find(';', begin), path.size());
+        // An empty entry would be the current directory, where nothing is looked for.
+        const std::string candidate = JoinPath(path.substr(begin, end - begin), name + ".exe");
+        if (end != begin && IsRegularFile(candidate)) {
+            return candidate;
+        }
+        begin = end + 1;
+    }
+    return "";
+}
 
 Process::Process() : impl(std::make_unique<Impl>()) {}
 

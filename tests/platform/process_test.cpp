@@ -2,6 +2,7 @@
 #include "platform/process.h"
 
 #include "platform/file_system.h"
+#include "tests/support/environment_guard.h"
 #include "tests/support/temporary_directory.h"
 
 #include <gtest/gtest.h>
@@ -29,6 +30,21 @@ TEST(Process, ReportsStatusAndOutput) {
     EXPECT_EQ(status, 0);
     EXPECT_NE(process.Output().find("ReportsStatusAndOutput"), std::string::npos);
     EXPECT_EQ(process.Errors(), "");
+}
+
+TEST(FindProgram, LooksInTheDirectoriesOfPath) {
+    const std::string programs = DirectoryOf(ExecutablePath());
+    std::string name = ExecutablePath().substr(programs.size() + 1);
+    name = name.substr(0, name.find(".exe"));
+    const std::string separator = kPathSeparator == '/' ? ":" : ";";
+    const support::TemporaryDirectory empty;
+    {
+        const support::EnvironmentGuard path("PATH", empty.Path() + separator + programs);
+        EXPECT_EQ(FindProgram(name), ExecutablePath());
+        EXPECT_EQ(FindProgram("no-such-program"), "");
+    }
+    const support::EnvironmentGuard path("PATH", empty.Path() + separator);
+    EXPECT_EQ(FindProgram(name), "");
 }
 
 TEST(Process, PassesArgumentsUnchanged) {
