@@ -25,4 +25,5 @@ void AddDescribeCommand(CommandLine& program, const AppOptions& options, const M
 void AddSettingsCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker);
 void AddDoctorCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker);
 void AddSelftestCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker);
+void AddRecordingCommand(CommandLine& program);
 void AddWatchCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker);

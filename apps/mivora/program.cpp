@@ -33,6 +33,7 @@ MivoraProgram::MivoraProgram()
     AddSerialCommand(line, options, maker);
     AddDoctorCommand(line, options, maker);
     AddSelftestCommand(line, options, maker);
+    AddRecordingCommand(line);
     AddWatchCommand(line, options, maker);
     AddShellCommand(line, options, maker);
 }

@@ -13,7 +13,8 @@
 
 namespace {
 
-constexpr std::array<std::string_view, 4> kFormats = {"png", "pnm", "raw", "stack"};
+constexpr std::array<std::string_view, 6> kFormats = {"tiff", "multi-tiff", "png",
+                                                      "pnm",  "raw",        "stack"};
 
 std::string PixelsText(const ImageLayout& layout) {
     return std::to_string(layout.width) + " x " + std::to_string(layout.height) + " pixels with " +
@@ -40,9 +41,12 @@ void FrameReader::Read(const StoredFrame& frame, const ImageLayout& layout,
         return;
     }
     const std::string path = platform::JoinPath(directory, frame.file);
-    const std::string content = ReadWholeFile(path);
+    const bool isTiff = format.ends_with("tiff");
+    const std::string content = isTiff ? "" : ReadWholeFile(path);
     try {
-        if (format == "png") {
+        if (isTiff) {
+            ReadPage(frame, layout, image);
+        } else if (format == "png") {
             DecodePng(content, layout, samples, image);
         } else {
             DecodePnm(content, layout, image);
@@ -50,6 +54,16 @@ void FrameReader::Read(const StoredFrame& frame, const ImageLayout& layout,
     } catch (const CommandFailure& failure) {
         throw CommandFailure(path + ": " + failure.what());
     }
+}
+
+void FrameReader::ReadPage(const StoredFrame& frame, const ImageLayout& layout,
+                           std::vector<std::uint8_t>& image) {
+    if (!pages || frame.file != openName) {
+        pages.reset();
+        pages = std::make_unique<TiffFile>(platform::JoinPath(directory, frame.file));
+        openName = frame.file;
+    }
+    pages->Read(frame.offset, layout, samples, image);
 }
 
 void FrameReader::Open(const std::string& name) {

@@ -3,9 +3,11 @@
 
 #include "apps/common/host_image.h"
 #include "apps/recording/frame_store.h"
+#include "apps/recording/tiff_file.h"
 
 #include <cstdint>
 #include <fstream>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -26,11 +28,14 @@ private:
     void ReadBytes(const StoredFrame& frame, const ImageLayout& layout,
                    std::vector<std::uint8_t>& image);
     void Open(const std::string& name);
+    void ReadPage(const StoredFrame& frame, const ImageLayout& layout,
+                  std::vector<std::uint8_t>& image);
 
     const std::string directory;
     const std::string format;
     std::string openName; // of `file`, which is kept open for the next frame
     std::ifstream file;
     std::uint64_t fileBytes = 0;
+    std::unique_ptr<TiffFile> pages; // likewise
     std::vector<std::uint8_t> samples;
 };

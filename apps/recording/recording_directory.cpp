@@ -6,10 +6,12 @@
 #include "apps/recording/recording_description.h"
 #include "platform/file_system.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <string_view>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -38,14 +40,11 @@ bool HoldsRecording(const std::string& directory) {
 }
 
 void RemoveRecording(const std::string& directory) {
-    std::error_code error;
     std::vector<fs::path> files;
-    for (fs::directory_iterator entry(directory, error), end; !error && entry != end;
-         entry.increment(error)) {
-        if (IsFrameFile(entry->path().filename().string())) {
-            files.push_back(entry->path());
-        }
+    for (const std::string& file : ListFrameFiles(directory)) {
+        files.emplace_back(platform::JoinPath(directory, file));
     }
+    std::error_code error;
     // The description last: until then the directory holds a recording.
     files.emplace_back(platform::JoinPath(directory, kFrameIndexName));
     files.emplace_back(platform::JoinPath(directory, kRecordingDescriptionName));
@@ -97,4 +96,21 @@ void WriteRecordingDescription(const std::string& directory, const std::string& 
     if (!platform::ReplaceWholeFile(path, json, &error) && !WriteOver(path, json)) {
         throw CommandFailure("cannot write " + path + ": " + error);
     }
+}
+
+std::vector<std::string> ListFrameFiles(const std::string& directory) {
+    std::error_code error;
+    std::vector<std::string> names;
+    for (fs::directory_iterator entry(directory, error), end; !error && entry != end;
+         entry.increment(error)) {
+        std::string name = entry->path().filename().string();
+        if (IsFrameFile(name)) {
+            names.push_back(std::move(name));
+        }
+    }
+    if (error) {
+        throw CommandFailure("cannot read the directory " + directory + ": " + error.message());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 /// Makes the directory with its parents. One that holds a recording is refused, or with `overwrite`
 /// cleared of the files of a recording; others stay. Throws CommandFailure.
@@ -10,3 +11,7 @@ void PrepareRecordingDirectory(const std::string& directory, bool overwrite);
 /// Replaces the description of the recording. Where no room is left for a second file the present
 /// one is written over. Throws CommandFailure.
 void WriteRecordingDescription(const std::string& directory, const std::string& json);
+
+/// The files of frames in the directory, in the order of their names: also of those that were left
+/// unfinished. Throws CommandFailure.
+std::vector<std::string> ListFrameFiles(const std::string& directory);

@@ -33,11 +33,12 @@ bool Contains(const std::string& text, const std::string& part) {
 class FrameReaderTest : public testing::Test {
 protected:
     /// Stores images and reads them back, the last one first.
-    void ExpectSame(const std::string& format, const ImageLayout& layout) {
+    void ExpectSame(const std::string& format, const ImageLayout& layout, bool deflate = false) {
         SCOPED_TRACE(format + ", " + ColorCodingName(layout.colorCoding) + ", " +
                      std::to_string(layout.bits));
         FrameStoreOptions options;
         options.format = format;
+        options.deflate = deflate;
         const auto store = MakeFrameStore(options, directory.PathOf(format));
         std::vector<FrameBytes> images;
         std::vector<StoredFrame> frames;
@@ -81,7 +82,7 @@ protected:
 };
 
 TEST_F(FrameReaderTest, GivesImagesBackAsTheyWere) {
-    for (const char* const format : {"png", "pnm", "raw", "stack"}) {
+    for (const char* const format : {"tiff", "multi-tiff", "png", "pnm", "raw", "stack"}) {
         for (const std::uint32_t bits : {8u, 10u, 12u, 14u, 16u}) {
             const std::uint32_t allocated = bits > 8 ? 16 : 8;
             ExpectSame(format, {5, 3, 1, allocated, bits, MVCC_MONO, 0, 0});
@@ -93,11 +94,53 @@ TEST_F(FrameReaderTest, GivesImagesBackAsTheyWere) {
             ExpectSame(format, {5, 3, 3, allocated, bits, MVCC_BGR, 0, 0});
         }
     }
-    for (const char* const format : {"png", "raw", "stack"}) {
+    for (const char* const format : {"tiff", "multi-tiff", "png", "raw", "stack"}) {
         ExpectSame(format, {5, 3, 4, 8, 8, MVCC_ARGB, 0, 0});
         ExpectSame(format, {5, 3, 4, 16, 12, MVCC_RGBA, 0, 0});
         ExpectSame(format, {5, 3, 4, 16, 10, MVCC_BGRA, 0, 0});
     }
+}
+
+TEST_F(FrameReaderTest, ReadsCompressedTiffFiles) {
+    for (const char* const format : {"tiff", "multi-tiff"}) {
+        ExpectSame(format, {200, 900, 3, 8, 8, MVCC_BGR, 0, 0}, true); // several strips
+        ExpectSame(format, {200, 900, 1, 16, 12, MVCC_MONO, 0, 0}, true);
+        ExpectSame(format, {5, 3, 1, 16, 10, MVCC_RAW_CFA, 1, 1}, true);
+    }
+}
+
+TEST_F(FrameReaderTest, RefusesOtherTiffFiles) {
+    FrameStoreOptions options;
+    options.format = "tiff";
+    const auto store = MakeFrameStore(options, directory.PathOf("tiff"));
+    EncodedFrame encoded;
+    const FrameBytes image = CountingImage(grey, 0);
+    store->Encode(grey, image.data(), encoded);
+    const std::string content = directory.Read("tiff/" + store->Append(1, grey, encoded).file);
+    EXPECT_EQ(Failure("tiff", content, grey), "");
+    EXPECT_PRED2(Contains, Failure("tiff", "no TIFF", grey), "frame: it is no TIFF file");
+    EXPECT_PRED2(Contains, Failure("tiff", content, {5, 4, 1, 8, 8, MVCC_MONO, 0, 0}),
+                 "it has 5 x 3 pixels, not 5 x 4 pixels");
+    EXPECT_PRED2(Contains, Failure("tiff", content, {5, 3, 1, 16, 12, MVCC_MONO, 0, 0}),
+                 "it has 1 channels of 8 bits, not 1 of 16");
+    EXPECT_PRED2(Contains, Failure("tiff", content, {5, 3, 3, 8, 8, MVCC_RGB, 0, 0}),
+                 "it has 1 channels of 8 bits, not 3 of 8");
+    EXPECT_PRED2(Contains, Failure("multi-tiff", content, grey, 3), "it has no page at byte 3");
+    // Of one that is cut off the pixels are read whole or not at all.
+    std::size_t whole = 0;
+    for (std::size_t size = 0; size < content.size(); ++size) {
+        directory.Write("frame", content.substr(0, size));
+        FrameReader reader(directory.Path(), "tiff");
+        FrameBytes read;
+        try {
+            reader.Read({"frame", 0, size}, grey, read);
+            EXPECT_EQ(read, image) << size;
+            ++whole;
+        } catch (const CommandFailure&) {
+            EXPECT_EQ(whole, 0u) << size;
+        }
+    }
+    EXPECT_LT(whole, content.size() / 2);
 }
 
 TEST_F(FrameReaderTest, TakesAlphaThatAFileDoesNotHoldAsOpaque) {
@@ -177,7 +220,7 @@ TEST_F(FrameReaderTest, RefusesWhatNoImageIs) {
 
 TEST_F(FrameReaderTest, NamesAFileThatIsMissing) {
     FrameBytes image;
-    for (const char* const format : {"png", "pnm", "raw", "stack"}) {
+    for (const char* const format : {"tiff", "multi-tiff", "png", "pnm", "raw", "stack"}) {
         FrameReader reader(directory.PathOf("."), format);
         try {
             reader.Read({"absent", 0, 15}, grey, image);

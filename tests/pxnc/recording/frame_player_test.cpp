@@ -2,7 +2,9 @@
 #include "pxnc/recording/frame_player.h"
 
 #include "pxnc.h"
+#include "pxnc/skeleton/condition.h"
 #include "tests/support/environment_guard.h"
+#include "tests/support/wait_until.h"
 #include "tests/support/written_recording.h"
 
 #include <gtest/gtest.h>
@@ -78,9 +80,9 @@ protected:
         }
     }
     /// Starts the SDK with the recording and opens its camera.
-    void Open(const support::WrittenRecording& recording) {
+    void Open(const support::WrittenRecording& recording, const std::string& fast = "1") {
         const support::EnvironmentGuard name("PYXEN_RECORDING", recording.Write(directory));
-        const support::EnvironmentGuard way("PYXEN_RECORDING_FAST", "1");
+        const support::EnvironmentGuard way("PYXEN_RECORDING_FAST", fast);
         isStarted = true;
         ASSERT_EQ(PxnStartup(nullptr), PxnErrSuccess);
         PxnCameraInfo info{};
@@ -252,6 +254,45 @@ TEST_F(PlayedRecording, SendsNoMoreAfterItsLastFrame) {
     ASSERT_EQ(PxnCaptureFrameQueue(camera, &frame, nullptr), PxnErrSuccess);
     EXPECT_EQ(PxnCaptureFrameWait(camera, &frame, 0), PxnErrTimeout);
     EXPECT_EQ(Int("PlaybackPosition"), 1);
+}
+
+TEST_F(PlayedRecording, ComesAtTheRecordedTimes) {
+    struct StoppedClock {
+        StoppedClock() { skeleton::StopClock(); }
+        ~StoppedClock() { skeleton::StartClock(); }
+    } const stopped;
+    support::WrittenRecording recording;
+    for (int frame = 0; frame < 4; ++frame) {
+        recording.Add();
+    }
+    Open(recording, "");
+    char buffer[32];
+    PxnFrame frame{};
+    frame.buffer = buffer;
+    frame.bufferSize = sizeof buffer;
+    ASSERT_EQ(PxnFrameAnnounce(camera, &frame, sizeof frame), PxnErrSuccess);
+    ASSERT_EQ(PxnCaptureStart(camera), PxnErrSuccess);
+    ASSERT_EQ(PxnFeatureCommandRun(camera, "AcquisitionStart"), PxnErrSuccess);
+    ASSERT_EQ(PxnCaptureFrameQueue(camera, &frame, nullptr), PxnErrSuccess);
+    // The first one, from which the times count, comes at once.
+    const skeleton::Clock::time_point begin = skeleton::Clock::now();
+    ASSERT_EQ(PxnCaptureFrameWait(camera, &frame, 0xFFFFFFFF), PxnErrSuccess);
+    EXPECT_EQ(frame.frameId, 17u);
+    ASSERT_EQ(PxnCaptureFrameQueue(camera, &frame, nullptr), PxnErrSuccess);
+    ASSERT_TRUE(support::WaitUntil(
+        [&] { return skeleton::NextTimedWait() == begin + std::chrono::milliseconds(10); }));
+    skeleton::AdvanceClock(std::chrono::milliseconds(10));
+    ASSERT_EQ(PxnCaptureFrameWait(camera, &frame, 0xFFFFFFFF), PxnErrSuccess);
+    EXPECT_EQ(frame.frameId, 18u);
+    // One for which no buffer is queued is lost.
+    ASSERT_TRUE(support::WaitUntil(
+        [&] { return skeleton::NextTimedWait() == begin + std::chrono::milliseconds(20); }));
+    skeleton::AdvanceClock(std::chrono::milliseconds(10));
+    ASSERT_TRUE(support::WaitUntil([&] { return Int("PlaybackPosition") == 3; }));
+    ASSERT_EQ(PxnCaptureFrameQueue(camera, &frame, nullptr), PxnErrSuccess);
+    skeleton::AdvanceClock(std::chrono::milliseconds(10));
+    ASSERT_EQ(PxnCaptureFrameWait(camera, &frame, 0xFFFFFFFF), PxnErrSuccess);
+    EXPECT_EQ(frame.frameId, 20u);
 }
 
 TEST_F(PlayedRecording, FillsNoBufferThatIsTooSmall) {

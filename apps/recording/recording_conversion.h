@@ -1,0 +1,20 @@
+// recording_conversion.h - makes a recording of another one, in another format
+#pragma once
+
+#include "apps/recording/frame_store.h"
+#include "apps/recording/recording_index.h"
+
+#include <string>
+
+struct ConversionOptions {
+    FrameStoreOptions store;
+    std::string directory; ///< of the new recording
+    bool overwrite = false;
+};
+
+/// Writes the same frames with the same values, numbers, ids and times; only the files differ, and
+/// what the description says of them. Frames that are missing stay missing. Throws CommandFailure,
+/// before anything is written when the format cannot hold the images. What a failure leaves behind
+/// is the description of an incomplete recording with the frames so far.
+void ConvertRecording(const std::string& directory, const RecordingIndex& index,
+                      const ConversionOptions& options);
