@@ -133,14 +133,16 @@ std::vector<Example> ExamplesOf(const Block& block) {
     return examples;
 }
 
-/// Runs a command in a directory; both streams.
-std::string RunThere(const std::string& directory, const std::string& command, int& status) {
+/// Runs a command in a directory; both streams. One that takes longer than a minute is ended, with
+/// status 124.
+std::string RunThere(const support::TemporaryDirectory& directory, const std::string& command,
+                     int& status) {
     const std::string programs =
         platform::DirectoryOf(support::BuiltProgram("mivora")); // in front of others of the name
-    std::FILE* const output = popen(("cd '" + directory + "' && unset PYXEN_HOME && PATH='" +
-                                     programs + "':$PATH && { " + command + "\n} 2>&1")
-                                        .c_str(),
-                                    "r");
+    directory.Write(".command", "cd '" + directory.PathOf(".") + "' && unset PYXEN_HOME && PATH='" +
+                                    programs + "':$PATH\n" + command + "\n");
+    std::FILE* const output =
+        popen(("timeout 60 sh '" + directory.PathOf(".command") + "' 2>&1").c_str(), "r");
     std::string text;
     std::array<char, 4096> part{};
     while (output && std::fgets(part.data(), part.size(), output)) {
@@ -193,7 +195,7 @@ TEST_P(PageExamples, PrintWhatThePageSays) {
                 continue;
             }
             int status = -1;
-            const std::string printed = RunThere(directory.PathOf("."), example.command, status);
+            const std::string printed = RunThere(directory, example.command, status);
             EXPECT_TRUE(AreLike(Split(printed), 0, example.output, 0))
                 << name << ":" << example.line << " prints\n"
                 << printed;

@@ -174,8 +174,8 @@ TEST_F(JsonOutput, OfSerialPortsHasTheBytes) {
 
 TEST_F(JsonOutput, OfEventsIsALineForEach) {
     const std::string script =
-        directory.Write("script.txt", "after 1 unplug A\nafter 100 plug A\n");
-    const auto result = Mivora({"--sdk-script", script, "watch", "--for", "600", "--json"});
+        directory.Write("script.txt", "after 700 unplug A\nafter 1000 plug A\n");
+    const auto result = Mivora({"--sdk-script", script, "watch", "--for", "2500", "--json"});
     ExpectDone(result);
     std::istringstream lines(result.output);
     std::vector<std::string> events;
