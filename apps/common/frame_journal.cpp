@@ -7,11 +7,22 @@ namespace {
 
 // A jump of the camera's numbers by more than that is no loss of frames.
 constexpr std::uint64_t kMostDropped = 1000000;
-// Numbers of GigE Vision cameras may have 16 bits; after the last one comes 1.
+// Numbers of GigE Vision cameras may have 16 bits; after the last one comes 1, or 0.
 constexpr std::uint64_t kLastShortId = 0xFFFF;
 constexpr std::uint64_t kLargestShortGap = 4096;
+// What was lost of a frame may come behind that many others.
+constexpr std::uint64_t kMostLate = 16;
 
 constexpr const char* kNumbersJumped = "the camera's frame numbers jumped";
+
+/// How far `id` is behind `last`, also across the end of short numbers; 0 if it is not.
+std::uint64_t BehindBy(std::uint64_t last, std::uint64_t id) {
+    if (id < last) {
+        return last - id;
+    }
+    const bool isAcrossTheEnd = id <= kLastShortId && id - last > kLastShortId - kLargestShortGap;
+    return isAcrossTheEnd ? kLastShortId - id + last : 0;
+}
 
 } // namespace
 
@@ -129,31 +140,40 @@ void FrameJournal::TakeRest(std::vector<FrameGap>& gaps) {
 }
 
 void FrameJournal::GiveUp(const Entry& entry, std::vector<FrameGap>& gaps) {
-    FindGap(entry.stamp, gaps);
+    const bool isNew = FindGap(entry.stamp, gaps);
+    if (!isNew && !entry.isComplete) {
+        return; // a part of a frame that has been accounted for
+    }
     gaps.push_back({entry.isComplete ? FrameStatus::kLost : FrameStatus::kIncomplete, entry.stamp});
 }
 
-void FrameJournal::FindGap(const FrameStamp& stamp, std::vector<FrameGap>& gaps) {
-    if (!stamp.frameId) {
-        return;
+/// Adds what is missing between the frame and the one before. False if the frame comes late: one
+/// with a higher number has come before it.
+bool FrameJournal::FindGap(const FrameStamp& stamp, std::vector<FrameGap>& gaps) {
+    if (!stamp.frameId || !lastId) {
+        lastId = stamp.frameId ? stamp.frameId : lastId;
+        return true;
     }
     const std::uint64_t id = *stamp.frameId;
-    if (lastId && id != *lastId && id != *lastId + 1) {
-        FrameGap gap;
-        if (id > *lastId && id - *lastId <= kMostDropped) {
-            gap.first.frameId = *lastId + 1;
-            gap.count = id - *lastId - 1;
-        } else if (id<kLargestShortGap&& * lastId <= kLastShortId&& * lastId> kLastShortId -
-                   kLargestShortGap) {
-            gap.count = kLastShortId - *lastId + (id == 0 ? 0 : id - 1);
-        } else {
-            gap.note = kNumbersJumped;
-        }
-        if (gap.count != 0) {
-            gaps.push_back(gap);
-        }
+    const std::uint64_t last = *lastId;
+    if (id == last || (BehindBy(last, id) != 0 && BehindBy(last, id) <= kMostLate)) {
+        return false;
+    }
+    FrameGap gap;
+    if (id > last && id - last <= kMostDropped) {
+        gap.first.frameId = last + 1;
+        gap.count = id - last - 1;
+    } else if (id < kLargestShortGap && last <= kLastShortId &&
+               last > kLastShortId - kLargestShortGap) {
+        gap.count = kLastShortId - last + (id == 0 ? 0 : id - 1);
+    } else {
+        gap.note = kNumbersJumped;
+    }
+    if (gap.count != 0) {
+        gaps.push_back(gap);
     }
     lastId = id;
+    return true;
 }
 
 void FrameJournal::RemoveFirst(std::size_t removed) {

@@ -20,8 +20,9 @@ struct TakenFrame {
 };
 
 /// Finds out for each frame that is taken from the ring which frame it is and what has become of
-/// those between it and the one taken before. The frames' thread and the taker's may call at the
-/// same time.
+/// those between it and the one taken before. Parts of a frame that come again behind others, as
+/// they may when packets are lost, are not counted twice. The frames' thread and the taker's may
+/// call at the same time.
 class FrameJournal {
 public:
     /// An acquisition begins; forgets all frames. While no frames arrive.
@@ -60,7 +61,7 @@ private:
     std::size_t FindTaken(std::uint64_t bufferIndex, bool& isOverwritten) REQUIRES(mutex);
     bool IsWaiting(const Entry& entry) const REQUIRES(mutex);
     void GiveUp(const Entry& entry, std::vector<FrameGap>& gaps) REQUIRES(mutex);
-    void FindGap(const FrameStamp& stamp, std::vector<FrameGap>& gaps) REQUIRES(mutex);
+    bool FindGap(const FrameStamp& stamp, std::vector<FrameGap>& gaps) REQUIRES(mutex);
     void RemoveFirst(std::size_t count) REQUIRES(mutex);
 
     mutable platform::Mutex mutex;

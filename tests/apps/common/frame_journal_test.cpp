@@ -102,10 +102,57 @@ TEST_F(JournalTest, KnowsNumbersOfSixteenBits) {
     ExpectTaken(0, 65534, {});
     ExpectTaken(1, 65535, {});
     ExpectTaken(2, 1, {});
+    Send(2);
+    ExpectTaken(3, 2, {});
+}
+
+TEST_F(JournalTest, FindsGapsAcrossTheEndOfSixteenBits) {
+    Begin(4);
     Send(65533);
-    ASSERT_TRUE(journal.Take(3, taken)); // whatever is before it
     Send(3);
-    ExpectTaken(0, 3, {Gap(kDropped, {}, 4)});
+    ExpectTaken(0, 65533, {});
+    ExpectTaken(1, 3, {Gap(kDropped, {}, 4)});
+    Begin(4);
+    Send(65535);
+    Send(0);
+    Send(1);
+    ExpectTaken(2, 65535, {});
+    ExpectTaken(3, 0, {});
+    ExpectTaken(0, 1, {});
+}
+
+TEST_F(JournalTest, DoesNotCountPartsOfAFrameTwice) {
+    Begin(8);
+    Send(5);
+    SendIncomplete(6);
+    Send(7);
+    SendIncomplete(6); // what was left of it
+    SendIncomplete(7);
+    Send(8);
+    ExpectTaken(0, 5, {});
+    ExpectTaken(2, 7, {Gap(kIncomplete, 6)});
+    ExpectTaken(5, 8, {});
+    Begin(8);
+    Send(65535);
+    Send(2);
+    SendIncomplete(65534);
+    SendIncomplete(65535);
+    Send(3);
+    ExpectTaken(6, 65535, {});
+    ExpectTaken(7, 2, {Gap(kDropped, {})});
+    ExpectTaken(2, 3, {});
+}
+
+TEST_F(JournalTest, KeepsWholeFramesThatComeLate) {
+    Begin(8);
+    Send(5);
+    Send(7);
+    Send(6);
+    Send(8);
+    ExpectTaken(0, 5, {});
+    ExpectTaken(1, 7, {Gap(kDropped, 6)});
+    ExpectTaken(2, 6, {});
+    ExpectTaken(3, 8, {});
 }
 
 TEST_F(JournalTest, MakesNoLossOfNumbersThatJump) {
