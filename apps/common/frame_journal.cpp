@@ -2,6 +2,7 @@
 #include "apps/common/frame_journal.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -33,18 +34,20 @@ void FrameJournal::Begin(std::size_t buffers) {
     newest.assign(buffers, 0);
     count = 0;
     lastId.reset();
+    unnumbered = 0;
 }
 
 void FrameJournal::Received(const MV_FRAME_INFO& frame, std::uint64_t now) {
     Entry entry;
-    if (frame.valid & kMvFrameHasFrameId) {
+    entry.isComplete = frame.status == MV_FRAME_COMPLETE;
+    // Of a frame that lacks its first packet the number may be 0.
+    if ((frame.valid & kMvFrameHasFrameId) && (entry.isComplete || frame.frameId != 0)) {
         entry.stamp.frameId = frame.frameId;
     }
     if (frame.valid & kMvFrameHasTimestamp) {
         entry.stamp.timestampNs = frame.timestamp;
     }
     entry.stamp.hostNs = now;
-    entry.isComplete = frame.status == MV_FRAME_COMPLETE;
     const platform::MutexLock lock(mutex);
     entry.number = ++count;
     entries.push_back(entry);
@@ -150,8 +153,13 @@ void FrameJournal::GiveUp(const Entry& entry, std::vector<FrameGap>& gaps) {
 /// Adds what is missing between the frame and the one before. False if the frame comes late: one
 /// with a higher number has come before it.
 bool FrameJournal::FindGap(const FrameStamp& stamp, std::vector<FrameGap>& gaps) {
-    if (!stamp.frameId || !lastId) {
-        lastId = stamp.frameId ? stamp.frameId : lastId;
+    if (!stamp.frameId) {
+        ++unnumbered;
+        return true;
+    }
+    const std::uint64_t accounted = std::exchange(unnumbered, 0);
+    if (!lastId) {
+        lastId = stamp.frameId;
         return true;
     }
     const std::uint64_t id = *stamp.frameId;
@@ -169,6 +177,7 @@ bool FrameJournal::FindGap(const FrameStamp& stamp, std::vector<FrameGap>& gaps)
     } else {
         gap.note = kNumbersJumped;
     }
+    gap.count -= gap.note ? 0 : std::min(gap.count, accounted);
     if (gap.count != 0) {
         gaps.push_back(gap);
     }

@@ -70,4 +70,5 @@ private:
     std::vector<std::uint64_t> newest GUARDED_BY(mutex); // number of the newest frame, by buffer
     std::uint64_t count GUARDED_BY(mutex) = 0;           // frames of any status
     std::optional<std::uint64_t> lastId GUARDED_BY(mutex);
+    std::uint64_t unnumbered GUARDED_BY(mutex) = 0; // frames since that one
 };

@@ -143,6 +143,19 @@ TEST_F(JournalTest, DoesNotCountPartsOfAFrameTwice) {
     ExpectTaken(2, 3, {});
 }
 
+TEST_F(JournalTest, FillsGapsWithFramesOfUnknownNumber) {
+    Begin(8);
+    SendIncomplete(0);
+    Send(65403);
+    SendIncomplete(0);
+    Send(65405);
+    SendIncomplete(0);
+    Send(65409);
+    ExpectTaken(1, 65403, {Gap(kIncomplete, {})});
+    ExpectTaken(3, 65405, {Gap(kIncomplete, {})});
+    ExpectTaken(5, 65409, {Gap(kIncomplete, {}), Gap(kDropped, 65406, 2)});
+}
+
 TEST_F(JournalTest, KeepsWholeFramesThatComeLate) {
     Begin(8);
     Send(5);
