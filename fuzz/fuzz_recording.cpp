@@ -74,8 +74,8 @@ void ReadFrame(const std::uint8_t* data, std::size_t size) {
                        8,
                        kBits[data[1] % std::size(kBits)],
                        kCodings[coding],
-                       data[2] / 4 % 2,
-                       data[2] / 8 % 2};
+                       data[2] / 4u % 2,
+                       data[2] / 8u % 2};
     layout.allocatedBits = layout.bits > 8 ? 16 : 8;
     const FuzzFile file(data + kHead, size - kHead);
     const std::string directory = platform::DirectoryOf(file.Path());

@@ -56,9 +56,8 @@ TEST_F(Recordings, AreTheSameAfterConvertingAndPlaying) {
         const char* recorded;
         const char* converted;
     };
-    for (const Way& way : {Way{"Mono8", "raw", "multi-tiff"}, Way{"Mono12p", "png", "tiff"},
-                           Way{"BayerGB8", "png", "pnm"}, Way{"RGB8", "pnm", "png"},
-                           Way{"BGRa12", "stack", "tiff"}}) {
+    for (const Way& way : {Way{"Mono12p", "png", "tiff"}, Way{"BayerGB8", "pnm", "multi-tiff"},
+                           Way{"BGRa12", "stack", "png"}}) {
         SCOPED_TRACE(way.pixelFormat);
         UseCamera(Format(way.pixelFormat));
         const std::string name = way.pixelFormat;
