@@ -13,6 +13,10 @@ namespace {
 // everything it missed.
 constexpr auto kLongestLag = std::chrono::milliseconds(250);
 
+// What a free-running camera spends on a frame that it drops. The thread that sends gives its mutex
+// back meanwhile: frames that are sent do so by themselves.
+constexpr auto kDroppedFrameTime = std::chrono::microseconds(100);
+
 thread_local std::optional<skeleton::Clock::time_point> currentFrameTime;
 
 } // namespace
@@ -146,6 +150,10 @@ bool AcquisitionEngine::IsFrameDue() {
             changed.Wait(mutex);
             return false;
         }
+        if (skeleton::Clock::now() < dropEnd) {
+            changed.WaitUntil(mutex, dropEnd);
+            return false;
+        }
         return true;
     }
     if (skeleton::Clock::now() < nextDue) {
@@ -185,6 +193,7 @@ void AcquisitionEngine::SendFrame() {
     if (fault == FrameFault::kDropped) {
         ++statistics.lost;
         ++droppedFrames;
+        dropEnd = skeleton::Clock::now() + kDroppedFrameTime;
     } else if (queue.empty()) {
         ++statistics.underrun;
         ++droppedFrames;

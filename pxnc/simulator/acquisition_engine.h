@@ -99,6 +99,7 @@ private:
     std::uint64_t nextFrameId GUARDED_BY(mutex) = 0;
     std::uint64_t pendingTriggers GUARDED_BY(mutex) = 0;
     skeleton::Clock::time_point nextDue GUARDED_BY(mutex);
+    skeleton::Clock::time_point dropEnd GUARDED_BY(mutex); // of the last frame that a fault dropped
     bool repeatFrame GUARDED_BY(mutex) = false; // the next frame has the number of the last
     bool writing GUARDED_BY(mutex) = false;
     bool acquiring GUARDED_BY(mutex) = false;

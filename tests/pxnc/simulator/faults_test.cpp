@@ -5,10 +5,12 @@
 #include "pxnc/simulator/control.h"
 #include "pxnc/skeleton/clock.h"
 #include "tests/support/temporary_directory.h"
+#include "tests/support/wait_until.h"
 
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <future>
 #include <mutex>
 #include <thread>
 
@@ -300,6 +302,26 @@ TEST_F(FaultTest, SingleFramesGoWrong) {
     EXPECT_EQ(GetInt(stream, "StreamLostFrameCount"), 1);
     EXPECT_EQ(PxnFeatureCommandRun(stream, "StreamStatisticsReset"), 0);
     EXPECT_EQ(GetInt(stream, "StreamLostFrameCount"), 0);
+}
+
+TEST_F(FaultTest, AFreeRunningCameraThatDropsEveryFrameCanBeStopped) {
+    ASSERT_EQ(PxnFeatureBoolSet(camera, "SimulatorFreeRunning", 1), 0);
+    Control("frame-random 1 100 drop");
+    std::vector<Buffer> buffers = Announce(camera, 1);
+    ASSERT_EQ(PxnCaptureFrameQueue(camera, &buffers[0].frame, nullptr), 0);
+    ASSERT_EQ(PxnCaptureStart(camera), 0);
+    ASSERT_EQ(PxnFeatureCommandRun(camera, "AcquisitionStart"), 0);
+    const PxnHandle stream = InfoOf(camera).streamHandles[0];
+    EXPECT_TRUE(
+        support::WaitUntil([&] { return GetInt(stream, "StreamLostFrameCount") > 3; }, kWaitMs));
+    std::future<PxnError> stopped = std::async(
+        std::launch::async, [&] { return PxnFeatureCommandRun(camera, "AcquisitionStop"); });
+    EXPECT_EQ(stopped.wait_for(std::chrono::milliseconds(kWaitMs)), std::future_status::ready);
+    Control("clear"); // a camera that sends frames can be stopped in any case
+    EXPECT_EQ(stopped.get(), PxnErrSuccess);
+    EXPECT_EQ(PxnCaptureEnd(camera), 0);
+    EXPECT_EQ(PxnCaptureQueueFlush(camera), 0);
+    EXPECT_EQ(PxnFrameRevokeAll(camera), 0);
 }
 
 TEST_F(FaultTest, ARefusedListOfFramesChangesNone) {
