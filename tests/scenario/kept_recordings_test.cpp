@@ -1,4 +1,4 @@
-// recordings_test.cpp - recordings that are checked, converted and played as a camera
+// kept_recordings_test.cpp - recordings that are checked, converted and played as a camera
 #include "tests/scenario/program_test.h"
 
 #include <sstream>
@@ -10,7 +10,7 @@ constexpr const char* kFrames = "12";
 // No buffer is filled twice, however slow the machine is.
 constexpr const char* kBuffers = "40";
 
-class Recordings : public ProgramTest {
+class KeptRecordings : public ProgramTest {
 protected:
     support::ProgramResult Record(const std::string& name, const std::string& format,
                                   const Arguments& before = {}) const {
@@ -50,7 +50,7 @@ protected:
     }
 };
 
-TEST_F(Recordings, AreTheSameAfterConvertingAndPlaying) {
+TEST_F(KeptRecordings, AreTheSameAfterConvertingAndPlaying) {
     struct Way {
         const char* pixelFormat;
         const char* recorded;
@@ -89,7 +89,7 @@ TEST_F(Recordings, AreTheSameAfterConvertingAndPlaying) {
     }
 }
 
-TEST_F(Recordings, KeepTheirGaps) {
+TEST_F(KeptRecordings, KeepTheirGaps) {
     UseCamera();
     const std::string script = directory.Write("faults.txt", "frame incomplete 3\n");
     const auto recorded = Record("first", "stack", {"--sdk-script", script});
@@ -119,7 +119,7 @@ TEST_F(Recordings, KeepTheirGaps) {
     EXPECT_PRED2(Contains, shown.output, "complete    no: " + sentence);
 }
 
-TEST_F(Recordings, ReportWhatIsDamaged) {
+TEST_F(KeptRecordings, ReportWhatIsDamaged) {
     UseCamera();
     ExpectDone(Record("first", "png"));
     directory.Write("first/frame-000002.png", "no PNG");
@@ -142,7 +142,7 @@ TEST_F(Recordings, ReportWhatIsDamaged) {
                   {"frames.jsonl:1", "Init failed"});
 }
 
-TEST_F(Recordings, AreRefusedWithOptionsThatHaveNoEffect) {
+TEST_F(KeptRecordings, AreRefusedWithOptionsThatHaveNoEffect) {
     UseCamera();
     ExpectFailure(Mivora({"--as-fast-as-possible", "cameras"}), 2, {"--sdk"});
     ExpectFailure(Mivora({"--sdk", "simulator", "--as-fast-as-possible", "cameras"}), 2,
