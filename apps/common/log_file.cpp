@@ -109,9 +109,15 @@ void LogFile::Keep(int level, std::string text) {
     }
 }
 
-void LogFile::NoteSyncFile(const char* format, va_list arguments) {
-    const bool isRead = std::string_view(format).starts_with(kHasReadSyncFile);
-    std::string text = isRead ? std::string() : FormatLogLine(format, arguments);
+void LogFile::NoteSyncFile(const char* format, va_list arguments) noexcept {
+    std::string text;
+    try {
+        if (!std::string_view(format).starts_with(kHasReadSyncFile)) {
+            text = FormatLogLine(format, arguments);
+        }
+    } catch (const std::bad_alloc&) {
+        text = "Loading it..."; // short enough to need none
+    }
     platform::MutexLock lock(mutex);
     unreadSyncFile = std::move(text);
 }

@@ -44,7 +44,7 @@ private:
     template <typename MakeText>
     void KeepIfPossible(int level, MakeText makeText) noexcept;
     void Keep(int level, std::string text);
-    void NoteSyncFile(const char* format, va_list arguments);
+    void NoteSyncFile(const char* format, va_list arguments) noexcept;
 
     std::atomic<std::uint64_t> receiveErrors{0};
     std::atomic<bool> listening{false}; // lines of all levels are written

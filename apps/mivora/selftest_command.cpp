@@ -78,7 +78,7 @@ void AddSelftestCommand(CommandLine& program, const AppOptions& options, const M
         .Check(PositiveCountProblem)
         .ShowDefault()
         .TypeName("MS");
-    command.AddFlag("--json", selftest->json, "Print JSON");
+    command.AddJson(selftest->json);
     command.SetFooter(kSelftestFooter);
     command.OnRun([&options, maker, selftest] { Selftest(*selftest, options, maker()); });
 }

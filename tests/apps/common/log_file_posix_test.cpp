@@ -40,4 +40,19 @@ TEST(LogFileOutOfMemory, IsQuietWithoutAFile) {
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
+TEST(LogFileOutOfMemory, TakesASynchronisationFileForUnread) {
+    LogFile log;
+    ILogSink& sink = log;
+    const std::string path(600, 'x');
+    const auto write = [&] {
+        sink.Write(kMvLogInformation, "FeatureSyncher::Init: Loading %s...", path.c_str());
+    };
+    support::RefuseAllocationsAfter(0);
+    write();
+    support::GrantAllocations();
+    EXPECT_EQ(log.TakeUnreadSyncFile(), "Loading it...");
+    EXPECT_GT(support::RefuseEachAllocation(write), 0);
+    EXPECT_EQ(log.TakeUnreadSyncFile(), "FeatureSyncher::Init: Loading " + path + "...");
+}
+
 } // namespace
