@@ -6,9 +6,9 @@
 namespace scenario {
 namespace {
 
-constexpr const char* kFrames = "12";
+constexpr const char* kPlayedFrames = "12";
 // No buffer is filled twice, however slow the machine is.
-constexpr const char* kBuffers = "40";
+constexpr const char* kManyBuffers = "40";
 
 class KeptRecordings : public ProgramTest {
 protected:
@@ -16,8 +16,8 @@ protected:
                                   const Arguments& before = {}) const {
         Arguments all = before;
         for (const std::string& argument :
-             {std::string("grab"), std::string("--frames"), std::string(kFrames),
-              std::string("--buffers"), std::string(kBuffers), std::string("--format"), format,
+             {std::string("grab"), std::string("--frames"), std::string(kPlayedFrames),
+              std::string("--buffers"), std::string(kManyBuffers), std::string("--format"), format,
               std::string("-o"), PathOf(name)}) {
             all.push_back(argument);
         }
