@@ -16,11 +16,14 @@ public:
     PxnFeatureInfo Info() const override { return info; }
 
 protected:
+    /// The texts of the description are those of the pool.
     explicit DescribedFeature(const PxnFeatureInfo& featureInfo) : info(featureInfo) {}
 
+    ///@{
     /// Success when the feature can be read (written) now, PxnErrInvalidAccess when not.
     PxnError RequireReadable();
     PxnError RequireWritable();
+    ///@}
 
 private:
     const PxnFeatureInfo info;

@@ -16,6 +16,7 @@ namespace skeleton {
 /// needs no lock; using one does.
 class FeatureModule : public Module {
 public:
+    /// The features, in the order in which they are listed.
     using Features = std::vector<std::unique_ptr<DescribedFeature>>;
 
     /// `featureMutex` is shared by the modules of one camera, since their features reach the same
