@@ -198,11 +198,11 @@ IMivoraModuleServices* CModuleLoader::GetServices(CMivoraGrabber* grabber) {
             impl->error = module + "offers no services";
             return nullptr;
         }
-        if (impl->entries.servicesVersion != MIVORA_SERVICES_VERSION) {
+        if (impl->entries.servicesVersion != MIVORA_SERVICES_BASE_VERSION) {
             impl->error = module + "offers version " +
                           std::to_string(impl->entries.servicesVersion) +
                           " of the services, this host has version " +
-                          std::to_string(MIVORA_SERVICES_VERSION);
+                          std::to_string(MIVORA_SERVICES_BASE_VERSION);
             return nullptr;
         }
         IMivoraModuleServices* const services = impl->entries.services(grabber);

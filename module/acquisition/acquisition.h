@@ -16,10 +16,17 @@
 #include <atomic>
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 struct AcquisitionInsides;
 
 namespace pyxen {
+
+/// An image as the camera has sent it.
+struct SentImage {
+    const char* format = ""; ///< as "PixelFormat" names it; never freed
+    std::vector<std::uint8_t> bytes;
+};
 
 /// How long the camera is left alone after a stop, in milliseconds.
 inline constexpr std::uint32_t kSettlingPauseMs = 1000;
@@ -69,6 +76,8 @@ public:
     /// closed, and the frame is kept from being queued. MV_SERVICE_SDK_FAILED with `error`.
     MV_SERVICE_RESULT ReadChunks(std::uint64_t index, PxnChunkAccessCallback callback,
                                  void* context, PxnError& error);
+    /// Copies the image of the frame received last into a buffer, under the same conditions.
+    MV_SERVICE_RESULT CopySentImage(std::uint64_t index, SentImage& image);
 
     // ---- the camera ----
     /// Null while none is open.
@@ -135,9 +144,12 @@ private:
     bool Convert(FrameRecord& record, std::uint64_t index);
     /// Keeps what is known of a frame and reports it. `isImageReady` when the host's image is that
     /// of the frame.
-    void NoteFrame(const PxnFrame& frame, const FrameRecord* record, bool isImageReady);
-    MV_SERVICE_RESULT ReadChunksAtHome(std::uint64_t index, PxnChunkAccessCallback callback,
-                                       void* context, PxnError& error) REQUIRES(chunkMutex);
+    void NoteFrame(const PxnFrame& frame, FrameRecord* record, bool isImageReady);
+    /// Runs `access` on a record that is home while its frame cannot be queued, and returns its
+    /// result. It must not throw.
+    template <typename Access>
+    MV_SERVICE_RESULT WhileAtHome(std::uint64_t index, Access access);
+    MV_SERVICE_RESULT FindAtHome(std::uint64_t index, FrameRecord*& record) REQUIRES(chunkMutex);
     MV_SERVICE_RESULT AccessChunks(const PxnFrame& frame, PxnChunkAccessCallback callback,
                                    void* context, PxnError& error);
     void LogReceiveError(const PxnFrame& frame);
@@ -175,7 +187,7 @@ private:
     std::atomic<std::uint64_t> framesOfAnyStatus{0}; // since the last snap
     FrameNotes notes;
     FrameListener listener;
-    // Reading the chunks of a frame that is home against queueing it. Not taken where a frame
+    // Reading what a frame that is home has brought against queueing it. Not taken where a frame
     // callback queues its frame again: that one is not home. Held across the SDK's reading, which
     // waits for nothing.
     platform::Mutex chunkMutex;

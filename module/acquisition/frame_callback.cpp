@@ -62,11 +62,14 @@ bool Acquisition::Convert(FrameRecord& record, std::uint64_t index) {
     return record.Convert();
 }
 
-void Acquisition::NoteFrame(const PxnFrame& frame, const FrameRecord* record, bool isImageReady) {
+void Acquisition::NoteFrame(const PxnFrame& frame, FrameRecord* record, bool isImageReady) {
     // Frames of one camera come one after the other.
     const std::uint64_t number = framesOfAnyStatus.load(std::memory_order_relaxed) + 1;
     framesOfAnyStatus.store(number, std::memory_order_relaxed);
     const std::uint64_t index = IndexOf(frame);
+    if (record) {
+        record->NoteReceived();
+    }
     if (FrameNote* const note = record ? notes.Find(index) : nullptr) {
         note->Store(frame, number, isImageReady);
     }

@@ -1,9 +1,38 @@
-// frame_chunks.cpp - reading the data that a camera has sent along with an image
+// frame_chunks.cpp - reading what a camera has sent: images and the data along with them
 #include "acquisition/acquisition.h"
 #include "acquisition/hand_over_scope.h"
+#include "imaging/pixel_format.h"
 #include "sdk/callback_scope.h"
+#include "sdk/no_throw.h"
+
+#include <algorithm>
 
 namespace pyxen {
+
+namespace {
+
+MV_SERVICE_RESULT CopyImage(FrameRecord& record, SentImage& image) {
+    const PxnFrame& frame = *record.Frame();
+    const bool hasImage = frame.receiveStatus == PxnFrameStatusComplete ||
+                          frame.receiveStatus == PxnFrameStatusIncomplete;
+    const bool hasSize = (frame.receiveFlags & PxnFrameFlagImageData) != 0;
+    const ImageMemory& memory = record.Filled();
+    const std::uint64_t bytes =
+        std::min<std::uint64_t>(hasSize ? frame.imageSize : frame.bufferSize, memory.Size());
+    if (!hasImage || bytes == 0) {
+        return MV_SERVICE_NOT_SUPPORTED;
+    }
+    const bool hasFormat = (frame.receiveFlags & PxnFrameFlagDimension) != 0;
+    const PixelFormat* const sent = hasFormat ? FindPixelFormatByCode(frame.pixelFormat) : nullptr;
+    const PixelFormat* const format = sent ? sent : record.Format();
+    return NoThrow(MV_SERVICE_OUT_OF_MEMORY, [&] {
+        image.format = format ? format->name : "";
+        image.bytes.assign(memory.Get(), memory.Get() + bytes);
+        return MV_SERVICE_OK;
+    });
+}
+
+} // namespace
 
 bool Acquisition::IsHandingOver(std::uint64_t index) const {
     if (const PxnFrame* const frame = CallbackScope::FrameOf(this)) {
@@ -19,20 +48,44 @@ MV_SERVICE_RESULT Acquisition::ReadChunks(std::uint64_t index, PxnChunkAccessCal
         // Nobody queues it before this thread does.
         return AccessChunks(*received, callback, context, error);
     }
+    return WhileAtHome(index, [&](FrameRecord& record) {
+        return AccessChunks(*record.Frame(), callback, context, error);
+    });
+}
+
+MV_SERVICE_RESULT Acquisition::CopySentImage(std::uint64_t index, SentImage& image) {
+    if (!api.IsValid() || !cameraHandle.load()) {
+        return MV_SERVICE_NO_CAMERA;
+    }
+    const PxnFrame* const received = CallbackScope::FrameOf(this);
+    if (received && IndexOf(*received) == index) {
+        FrameRecord* const record = frames.FindRecord(*received);
+        return record && record->Frame() == received ? CopyImage(*record, image)
+                                                     : MV_SERVICE_NOT_FOUND;
+    }
+    return WhileAtHome(index, [&](FrameRecord& record) {
+        return record.IsAsReceived() ? CopyImage(record, image) : MV_SERVICE_GONE;
+    });
+}
+
+template <typename Access>
+MV_SERVICE_RESULT Acquisition::WhileAtHome(std::uint64_t index, Access access) {
     // No callback waits for another thread.
     if (!CallbackScope::IsInside()) {
         chunkMutex.Lock();
     } else if (!chunkMutex.TryLock()) {
         return MV_SERVICE_BUSY;
     }
-    const MV_SERVICE_RESULT result = ReadChunksAtHome(index, callback, context, error);
+    FrameRecord* record = nullptr;
+    MV_SERVICE_RESULT result = FindAtHome(index, record);
+    if (result == MV_SERVICE_OK) {
+        result = access(*record);
+    }
     chunkMutex.Unlock();
     return result;
 }
 
-MV_SERVICE_RESULT Acquisition::ReadChunksAtHome(std::uint64_t index,
-                                                PxnChunkAccessCallback callback, void* context,
-                                                PxnError& error) {
+MV_SERVICE_RESULT Acquisition::FindAtHome(std::uint64_t index, FrameRecord*& record) {
     if (areRecordsShaped) {
         return MV_SERVICE_GONE;
     }
@@ -40,11 +93,8 @@ MV_SERVICE_RESULT Acquisition::ReadChunksAtHome(std::uint64_t index,
     if (index >= frames.Size() || !LoadFrameInfo(index, info) || info.picture == MV_PICTURE_NONE) {
         return MV_SERVICE_NOT_FOUND;
     }
-    FrameRecord& record = frames[index];
-    if (record.Hold().IsWithSdk()) {
-        return MV_SERVICE_GONE;
-    }
-    return AccessChunks(*record.Frame(), callback, context, error);
+    record = &frames[index];
+    return record->Hold().IsWithSdk() ? MV_SERVICE_GONE : MV_SERVICE_OK;
 }
 
 MV_SERVICE_RESULT Acquisition::AccessChunks(const PxnFrame& frame, PxnChunkAccessCallback callback,

@@ -22,6 +22,10 @@ public:
     bool IsHome() const { return !IsWithSdk(); }
     bool IsWithSdk() const { return IsSdks(moment); }
     Moment Now() const { return moment; }
+    /// True when the frame is home and has not been queued since `seen`.
+    bool IsHomeSince(Moment seen) const {
+        return moment == (IsSdks(seen) ? Next(seen, kModule) : seen);
+    }
 
     /// The frame is about to be queued. Returns the state before.
     Moment BeginQueue() { return Change(kSdk); }

@@ -6,6 +6,7 @@
 #include "imaging/image_memory.h"
 #include "pxnc.h"
 
+#include <atomic>
 #include <cstdint>
 
 namespace pyxen {
@@ -34,6 +35,15 @@ public:
     /// Converts the raw image into the host's; true when a conversion was done.
     bool Convert();
 
+    /// The format of the images that there is memory for; null without.
+    const PixelFormat* Format() const { return format; }
+    /// What the SDK fills.
+    ImageMemory& Filled() { return raw.Get() ? raw : host; }
+    /// The SDK has filled it, and brings it back.
+    void NoteReceived() { received = hold.Now(); }
+    /// True when the SDK has given back what it had then, and has not had it again.
+    bool IsAsReceived() const { return hold.IsHomeSince(received); }
+
     /// Who may write to the memory.
     FrameHold& Hold() { return hold; }
     const FrameHold& Hold() const { return hold; }
@@ -48,6 +58,7 @@ private:
 
     PxnFrame frame{}; // context: 0 the owner, 1 this record, 2 the buffer index
     FrameHold hold;
+    std::atomic<FrameHold::Moment> received{0};
     ImageMemory raw; // empty when the SDK fills the host's image
     ImageMemory host;
     const PixelFormat* format = nullptr; // null while the memory does not fit

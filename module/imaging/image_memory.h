@@ -24,6 +24,7 @@ public:
     void Free() { Resize(0); }
 
     std::uint8_t* Get() { return image; }
+    const std::uint8_t* Get() const { return image; }
     std::uint64_t Size() const { return size; }
 
 private:

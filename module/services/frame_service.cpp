@@ -95,7 +95,9 @@ private:
     std::vector<ChunkRecord> chunks;
 };
 
-ServiceOutcome ChunkOutcome(std::uint64_t bufferIndex, MV_SERVICE_RESULT result, PxnError error) {
+/// `nothing` is what the frame has not brought.
+ServiceOutcome FrameOutcome(std::uint64_t bufferIndex, MV_SERVICE_RESULT result,
+                            const char* nothing) {
     const std::string buffer = "buffer " + std::to_string(bufferIndex);
     switch (result) {
     case MV_SERVICE_OK:
@@ -105,14 +107,24 @@ ServiceOutcome ChunkOutcome(std::uint64_t bufferIndex, MV_SERVICE_RESULT result,
     case MV_SERVICE_GONE:
         return {result, buffer + ": the camera has it again"};
     case MV_SERVICE_NOT_SUPPORTED:
-        return {result, buffer + ": the frame carries no chunks"};
+        return {result, buffer + nothing};
     case MV_SERVICE_BUSY:
         return {result, buffer + ": another thread reads or queues frames"};
     case MV_SERVICE_NO_CAMERA:
         return {result, buffer + ": no camera is open, or it has gone"};
+    case MV_SERVICE_OUT_OF_MEMORY:
+        return {result, "out of memory"};
     default:
-        return {result, SdkFailure(buffer + ": the chunks", error, false).reason};
+        return {result, buffer};
     }
+}
+
+ServiceOutcome ChunkOutcome(std::uint64_t bufferIndex, MV_SERVICE_RESULT result, PxnError error) {
+    ServiceOutcome outcome = FrameOutcome(bufferIndex, result, ": the frame carries no chunks");
+    if (result == MV_SERVICE_SDK_FAILED) {
+        outcome.reason = SdkFailure(outcome.reason + ": the chunks", error, false).reason;
+    }
+    return outcome;
 }
 
 } // namespace
@@ -124,23 +136,42 @@ ServiceOutcome FrameService::GetInfo(std::uint64_t bufferIndex, MV_FRAME_INFO& i
     return {};
 }
 
+template <typename Read>
+ServiceOutcome FrameService::WhileFrameStays(std::uint64_t bufferIndex, Read read) {
+    return context.Grabber().Frames().IsHandingOver(bufferIndex) ? read()
+                                                                 : context.WhileLocked(read);
+}
+
 ServiceOutcome FrameService::ReadChunks(std::uint64_t bufferIndex, MV_CHUNK_RECEIVER receiver,
                                         void* receiverContext) {
     IServiceGrabber& grabber = context.Grabber();
     ChunkReader reader(grabber.Api(), grabber.Frames().CameraHandle());
-    const auto read = [&] {
+    ServiceOutcome outcome = WhileFrameStays(bufferIndex, [&] {
         PxnError error = PxnErrSuccess;
         const MV_SERVICE_RESULT result =
             grabber.Frames().ReadChunks(bufferIndex, &ChunkReader::OnAccess, &reader, error);
         return ChunkOutcome(bufferIndex, result, error);
-    };
-    ServiceOutcome outcome =
-        grabber.Frames().IsHandingOver(bufferIndex) ? read() : context.WhileLocked(read);
+    });
     if (outcome) {
         for (const ChunkRecord& chunk : reader.Chunks()) {
             const MV_FEATURE_VALUE value = chunk.value.Record();
             CallReceiver(receiver, chunk.name.c_str(), &value, receiverContext);
         }
+    }
+    return outcome;
+}
+
+ServiceOutcome FrameService::ReadSentImage(std::uint64_t bufferIndex, MV_DATA_RECEIVER receiver,
+                                           void* receiverContext) {
+    SentImage image;
+    ServiceOutcome outcome = WhileFrameStays(bufferIndex, [&] {
+        return FrameOutcome(bufferIndex,
+                            context.Grabber().Frames().CopySentImage(bufferIndex, image),
+                            ": the frame has brought no image");
+    });
+    if (outcome) {
+        CallReceiver(receiver, image.format, image.bytes.data(), image.bytes.size(),
+                     receiverContext);
     }
     return outcome;
 }

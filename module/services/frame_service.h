@@ -19,10 +19,17 @@ public:
     /// Takes the lock unless the calling thread hands over that frame, which keeps the camera open.
     ServiceOutcome ReadChunks(std::uint64_t bufferIndex, MV_CHUNK_RECEIVER receiver,
                               void* receiverContext);
+    /// The same for the image as it was sent.
+    ServiceOutcome ReadSentImage(std::uint64_t bufferIndex, MV_DATA_RECEIVER receiver,
+                                 void* receiverContext);
     /// Null removes the receiver. The lock is not taken.
     ServiceOutcome InstallReceiver(MV_FRAME_RECEIVER receiver, void* receiverContext);
 
 private:
+    /// Runs `read`, which returns a ServiceOutcome, with the lock where it is needed.
+    template <typename Read>
+    ServiceOutcome WhileFrameStays(std::uint64_t bufferIndex, Read read);
+
     ServiceContext& context;
 };
 

@@ -124,6 +124,12 @@ MV_SERVICE_RESULT ModuleServices::InstallFrameReceiver(MV_FRAME_RECEIVER receive
     return Serve(reason, true, [&] { return frames.InstallReceiver(receiver, receiverContext); });
 }
 
+MV_SERVICE_RESULT ModuleServices::ReadSentImage(uint64_t bufferIndex, MV_DATA_RECEIVER receiver,
+                                                void* receiverContext, MV_SERVICE_REASON* reason) {
+    return Serve(reason, receiver != nullptr,
+                 [&] { return frames.ReadSentImage(bufferIndex, receiver, receiverContext); });
+}
+
 // ---- cameras ----
 
 MV_SERVICE_RESULT ModuleServices::ListCameras(MV_CAMERA_RECEIVER receiver, void* receiverContext,

@@ -72,6 +72,8 @@ public:
                                    void* receiverContext, MV_SERVICE_REASON* reason) override;
     MV_SERVICE_RESULT LoadSettings(const char* path, uint32_t flags, MV_SETTING_RECEIVER receiver,
                                    void* receiverContext, MV_SERVICE_REASON* reason) override;
+    MV_SERVICE_RESULT ReadSentImage(uint64_t bufferIndex, MV_DATA_RECEIVER receiver,
+                                    void* receiverContext, MV_SERVICE_REASON* reason) override;
 
 private:
     ServiceContext context;

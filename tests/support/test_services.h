@@ -58,6 +58,10 @@ public:
                                    MV_SERVICE_REASON*) override {
         return MV_SERVICE_NOT_SUPPORTED;
     }
+    MV_SERVICE_RESULT ReadSentImage(uint64_t, MV_DATA_RECEIVER, void*,
+                                    MV_SERVICE_REASON*) override {
+        return MV_SERVICE_NOT_SUPPORTED;
+    }
     MV_SERVICE_RESULT LoadSettings(const char*, uint32_t, MV_SETTING_RECEIVER, void*,
                                    MV_SERVICE_REASON*) override {
         return MV_SERVICE_NOT_SUPPORTED;

@@ -26,7 +26,7 @@ struct MV_MODULE_INTERFACE {
     const char* compilerFamily; ///< "Itanium C++ ABI" or "Microsoft C++ ABI"
 
     // Optional: a record may end here, and its size is kMvModuleInterfaceSmallest then.
-    uint32_t servicesVersion;   ///< MIVORA_SERVICES_VERSION
+    uint32_t servicesVersion;   ///< MIVORA_SERVICES_BASE_VERSION
     MV_SERVICES_QUERY services; ///< null without any
 };
 /// Size of a record that ends before the services.

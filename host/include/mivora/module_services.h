@@ -10,8 +10,12 @@
 
 class CMivoraGrabber;
 
-/// Version of the slots and records of this header.
-#define MIVORA_SERVICES_VERSION 1u
+/// Version of the slots and records of this header. A host calls only slots of the version that
+/// GetVersion returns, or of earlier ones.
+#define MIVORA_SERVICES_VERSION 2u
+/// The version that a module states in its MV_MODULE_INTERFACE: hosts of this version can use the
+/// services, since later versions have only added slots behind its own.
+#define MIVORA_SERVICES_BASE_VERSION 1u
 
 /// How a service ended.
 enum MV_SERVICE_RESULT : int32_t {
@@ -224,7 +228,7 @@ typedef void (*MV_SETTING_RECEIVER)(const MV_SETTING* setting, void* context);
 /// everywhere. No service throws.
 class IMivoraModuleServices {
 public:
-    /// MIVORA_SERVICES_VERSION of the module.
+    /// MIVORA_SERVICES_VERSION of the module: which slots there are.
     virtual uint32_t GetVersion() const = 0;
 
     // ---- features ----
@@ -309,6 +313,15 @@ public:
     virtual MV_SERVICE_RESULT LoadSettings(const char* path, uint32_t flags,
                                            MV_SETTING_RECEIVER receiver, void* context,
                                            MV_SERVICE_REASON* reason) = 0;
+
+    // ---- since version 2 ----
+
+    /// Passes the image of the frame received last into a host buffer as the camera has sent it,
+    /// before any conversion, with the name of its pixel format: where ReadChunks would pass
+    /// chunks, and after an asynchronous snap that has ended. MV_SERVICE_GONE when the camera has,
+    /// or had, the buffer again, MV_SERVICE_NOT_SUPPORTED when the frame has brought no image.
+    virtual MV_SERVICE_RESULT ReadSentImage(uint64_t bufferIndex, MV_DATA_RECEIVER receiver,
+                                            void* context, MV_SERVICE_REASON* reason) = 0;
 
 protected:
     ~IMivoraModuleServices() = default;

@@ -54,6 +54,28 @@ protected:
     MV_FRAME_INFO info = EmptyFrameInfo();
     MV_SERVICE_REASON reason{sizeof(MV_SERVICE_REASON), {}};
     ReceivedChunks chunks;
+
+    // ---- images as they were sent ----
+
+    void ReadyPacked(uint64_t buffers) {
+        Camera()["PixelFormat"].text = "Mono12p";
+        Camera()["PayloadSize"].intValue = kPackedBytes;
+        Ready(buffers);
+    }
+    MV_SERVICE_RESULT ReadSent(uint64_t index) {
+        sentFormat.clear();
+        sentBytes.clear();
+        return Services().ReadSentImage(index, &ReceiveSent, this, &reason);
+    }
+    static void ReceiveSent(const char* format, const void* data, uint64_t bytes, void* self) {
+        auto* const test = static_cast<FrameServiceTest*>(self);
+        test->sentFormat = format;
+        test->sentBytes.assign(static_cast<const char*>(data), bytes);
+    }
+
+    static constexpr uint64_t kPackedBytes = 640 * 480 * 3 / 2;
+    std::string sentFormat;
+    std::string sentBytes;
 };
 
 TEST_F(FrameServiceTest, GetsTheInformationOfABuffer) {
@@ -194,6 +216,65 @@ TEST_F(FrameServiceTest, ReportsAListOfChunksThatMakesNoSense) {
     };
     ASSERT_TRUE(sdk.Deliver(0));
     EXPECT_EQ(TakeHandedOver().size(), 1u);
+}
+
+TEST_F(FrameServiceTest, PassesTheImageAsItWasSentInTheCallback) {
+    ReadyPacked(2);
+    EXPECT_EQ(Services().ReadSentImage(0, nullptr, nullptr, &reason), MV_SERVICE_BAD_ARGUMENT);
+    EXPECT_EQ(ReadSent(0), MV_SERVICE_NOT_FOUND);
+    EXPECT_EQ(ReadSent(2), MV_SERVICE_NOT_FOUND);
+    ASSERT_EQ(Grabber().Snap(1), MV_OK);
+    onHandOver = [&](uint64_t index) {
+        EXPECT_EQ(ReadSent(index), MV_SERVICE_OK);
+        EXPECT_EQ(sentFormat, "Mono12p");
+        EXPECT_EQ(sentBytes, std::string(kPackedBytes, '\x5A'));
+        MV_SERVICE_RESULT others = MV_SERVICE_OK;
+        std::thread([&] {
+            others = Services().ReadSentImage(index, &ReceiveSent, this, nullptr);
+        }).join();
+        EXPECT_EQ(others, MV_SERVICE_GONE) << "the frame of a callback is its thread's alone";
+    };
+    ASSERT_TRUE(sdk.Deliver(0, PxnFrameStatusComplete, 1, 0x5A));
+    EXPECT_EQ(TakeHandedOver().size(), 1u);
+    EXPECT_EQ(ReadSent(0), MV_SERVICE_GONE);
+    EXPECT_STREQ(reason.text, "buffer 0: the camera has it again");
+    ASSERT_EQ(Grabber().StopSnap(), MV_OK);
+    EXPECT_EQ(ReadSent(0), MV_SERVICE_GONE) << "the camera may have begun another frame";
+}
+
+TEST_F(FrameServiceTest, PassesTheImageAsItWasSentAfterASnapOfOne) {
+    ReadyPacked(1);
+    sdk.Data().completeWaitsAtOnce = true;
+    ASSERT_EQ(Grabber().Snap(3), MV_OK);
+    EXPECT_EQ(ReadSent(0), MV_SERVICE_OK);
+    EXPECT_EQ(sentBytes.size(), kPackedBytes);
+    EXPECT_EQ(sentFormat, "Mono12p");
+    ASSERT_EQ(Grabber().Snap(2), MV_OK);
+    EXPECT_EQ(ReadSent(0), MV_SERVICE_GONE);
+    ASSERT_TRUE(sdk.Deliver(0, PxnFrameStatusComplete, 1, 0x33));
+    ASSERT_EQ(Grabber().StopSnap(), MV_OK);
+    EXPECT_EQ(ReadSent(0), MV_SERVICE_OK);
+    EXPECT_EQ(sentBytes, std::string(kPackedBytes, '\x33'));
+    ASSERT_EQ(Grabber().PrepareFrameBuffers(1), MV_OK);
+    EXPECT_EQ(ReadSent(0), MV_SERVICE_NOT_FOUND);
+    ASSERT_EQ(Grabber().CloseActCamera(), MV_OK);
+    EXPECT_EQ(ReadSent(0), MV_SERVICE_NO_CAMERA);
+}
+
+TEST_F(FrameServiceTest, PassesNoImageThatWasNotSent) {
+    Ready(1);
+    MV_SERVICE_RESULT result = MV_SERVICE_OK;
+    ReceiverOf<const MV_FRAME_INFO*> receiver{[&](const MV_FRAME_INFO* frame) {
+        result = ReadSent(frame->bufferIndex);
+    }};
+    ASSERT_EQ(Services().InstallFrameReceiver(receiver.Receive, &receiver, nullptr), MV_SERVICE_OK);
+    ASSERT_EQ(Grabber().Snap(1), MV_OK);
+    ASSERT_TRUE(sdk.Deliver(0, PxnFrameStatusTooSmall));
+    EXPECT_EQ(result, MV_SERVICE_NOT_SUPPORTED);
+    EXPECT_STREQ(reason.text, "buffer 0: the frame has brought no image");
+    ASSERT_TRUE(sdk.Deliver(0, PxnFrameStatusIncomplete));
+    EXPECT_EQ(result, MV_SERVICE_OK) << "with the parts that came";
+    EXPECT_EQ(Services().InstallFrameReceiver(nullptr, nullptr, nullptr), MV_SERVICE_OK);
 }
 
 // Another service may take long; in its callback a frame needs no lock.

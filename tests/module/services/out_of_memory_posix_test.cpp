@@ -76,6 +76,12 @@ TEST_F(ServicesOutOfMemory, ReportThatAndGoOn) {
                   result == MV_SERVICE_OK ? MV_SERVICE_OK : MV_SERVICE_NOT_FOUND);
         return result;
     });
+    sdk.Data().completeWaitsAtOnce = true;
+    ASSERT_EQ(Grabber().PrepareFrameBuffers(1), MV_OK);
+    ASSERT_EQ(Grabber().Snap(3), MV_OK);
+    const auto image = [](const char*, const void*, uint64_t, void*) {
+    };
+    Refuse([&] { return services.ReadSentImage(0, image, nullptr, &reason); });
     EXPECT_EQ(sdk.Registrations().size(), 1u) << "more than the grabber's own";
 }
 
