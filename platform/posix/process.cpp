@@ -171,7 +171,7 @@ std::string FindProgram(const std::string& name) {
     for (std::size_t begin = 0; begin <= path.size();) {
         const std::size_t end = std::min(path.find(':', begin), path.size());
         // An empty entry is the current directory, where nothing is looked for.
-        const std::string candidate = JoinPath(path.substr(begin, end - begin), name);
+        std::string candidate = JoinPath(path.substr(begin, end - begin), name);
         if (end != begin && IsRegularFile(candidate) && access(candidate.c_str(), X_OK) == 0) {
             return candidate;
         }

@@ -148,7 +148,7 @@ std::string FindProgram(const std::string& name) {
     for (std::size_t begin = 0; begin <= path.size();) {
         const std::size_t end = std::min(path.find(';', begin), path.size());
         // An empty entry would be the current directory, where nothing is looked for.
-        const std::string candidate = JoinPath(path.substr(begin, end - begin), name + ".exe");
+        std::string candidate = JoinPath(path.substr(begin, end - begin), name + ".exe");
         if (end != begin && IsRegularFile(candidate)) {
             return candidate;
         }

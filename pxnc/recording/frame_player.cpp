@@ -32,7 +32,8 @@ std::shared_ptr<const Recording> Recording::Open(const std::string& directory, b
     }
     recording->imageBytes = static_cast<std::uint32_t>(layout.Size());
     recording->plan = MakePlaybackPlan(recording->index);
-    FrameReader(directory, recording->index.description.format); // knows the format, or throws
+    // Knows the format of the frames, or throws.
+    const FrameReader reader(directory, recording->index.description.format);
     return recording;
 }
 
