@@ -208,12 +208,12 @@ TEST_F(CommandLineTest, PrintsTheVersionForTheOptionsGiven) {
 TEST_F(CommandLineTest, DescribesWhatThereIs) {
     program.RequireCommand();
     command.SetFooter("The end.");
-    const CommandDescription all = program.Describe();
-    EXPECT_EQ(all.name, "thing");
-    EXPECT_EQ(all.description, "Does things");
-    EXPECT_TRUE(all.needsCommand);
-    ASSERT_EQ(all.commands.size(), 3u);
-    const CommandDescription& doing = all.commands[0];
+    const CommandDescription whole = program.Describe();
+    EXPECT_EQ(whole.name, "thing");
+    EXPECT_EQ(whole.description, "Does things");
+    EXPECT_TRUE(whole.needsCommand);
+    ASSERT_EQ(whole.commands.size(), 3u);
+    const CommandDescription& doing = whole.commands[0];
     EXPECT_EQ(doing.name, "do");
     EXPECT_EQ(doing.footer, "The end.");
     EXPECT_FALSE(doing.needsCommand);
@@ -243,7 +243,7 @@ TEST_F(CommandLineTest, DescribesWhatThereIs) {
     EXPECT_EQ(option(6), "--fast <>: Run fast");
     EXPECT_EQ(option(7), "--each <TEXT> repeat: One of several");
     EXPECT_EQ(option(8), "--to <TEXT> optional: A place or none");
-    EXPECT_TRUE(all.commands[1].options.at(0).mayRepeat || all.commands[2].options.at(0).mayRepeat);
+    EXPECT_TRUE(whole.commands[1].options.at(0).mayRepeat || whole.commands[2].options.at(0).mayRepeat);
 }
 
 TEST_F(CommandLineTest, RefusesOptionsWithoutEffect) {
