@@ -10,6 +10,8 @@
 
 namespace {
 
+constexpr std::uint32_t kVersionOfSentImages = 2;
+
 std::string TextOf(const char* text) {
     return text ? text : "";
 }
@@ -105,6 +107,12 @@ void ReceiveFile(const char* name, const void* data, std::uint64_t bytes, void* 
     Received<DescriptionFile>::Add(context, [&] {
         return DescriptionFile{TextOf(name),
                                data ? std::string(static_cast<const char*>(data), bytes) : ""};
+    });
+}
+
+void ReceiveSentImage(const char* format, const void* data, std::uint64_t bytes, void* context) {
+    Received<SentImageBytes>::Add(context, [&] {
+        return SentImageBytes{TextOf(format), std::string(static_cast<const char*>(data), bytes)};
     });
 }
 
@@ -339,6 +347,24 @@ SettingsOutcome ServiceClient::RunSettings(const char* service, const std::strin
 
 bool ServiceClient::TryInstallFrameReceiver(MV_FRAME_RECEIVER receiver, void* context) {
     return services.InstallFrameReceiver(receiver, context, nullptr) == MV_SERVICE_OK;
+}
+
+bool ServiceClient::OffersSentImages() const {
+    return services.GetVersion() >= kVersionOfSentImages;
+}
+
+bool ServiceClient::TryReadSentImage(std::uint64_t bufferIndex, SentImageBytes& image,
+                                     std::string& reason) {
+    Received<SentImageBytes> received;
+    MV_SERVICE_REASON why{};
+    why.size = sizeof why;
+    if (!HasWorked(
+            services.ReadSentImage(bufferIndex, &ReceiveSentImage, received.Context(), &why))) {
+        reason = why.text;
+        return false;
+    }
+    image = std::move(received.Items().at(0));
+    return true;
 }
 
 SettingsOutcome ServiceClient::SaveSettings(const std::string& path) {

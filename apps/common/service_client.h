@@ -63,6 +63,12 @@ struct DescriptionFile {
     std::string content;
 };
 
+/// An image as the camera has sent it.
+struct SentImageBytes {
+    std::string format; ///< as "PixelFormat" names it
+    std::string bytes;
+};
+
 /// A camera of the grabber's list, see MV_CAMERA_DESCRIPTION.
 struct DescribedCamera {
     std::uint32_t index = 0;
@@ -133,6 +139,10 @@ public:
     /// Names who is called for each frame, see IMivoraModuleServices; null for nobody. False if the
     /// module does not report frames.
     bool TryInstallFrameReceiver(MV_FRAME_RECEIVER receiver, void* context);
+    /// Whether the module has ReadSentImage.
+    bool OffersSentImages() const;
+    /// False with the reason if it fails; std::bad_alloc without memory. Any thread.
+    bool TryReadSentImage(std::uint64_t bufferIndex, SentImageBytes& image, std::string& reason);
     SettingsOutcome SaveSettings(const std::string& path);
     SettingsOutcome LoadSettings(const std::string& path, bool isDryRun);
 

@@ -7,7 +7,9 @@
 #include "apps/common/host_image.h"
 #include "apps/common/image_writer.h"
 #include "apps/common/json_text.h"
+#include "apps/common/service_client.h"
 #include "apps/common/session.h"
+#include "apps/common/whole_file.h"
 #include "apps/mivora/commands.h"
 #include "apps/recording/stream_store.h"
 #include "mivora/grabber.h"
@@ -16,6 +18,7 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <exception>
 #include <memory>
 #include <optional>
 #include <string>
@@ -34,13 +37,14 @@ struct SnapOptions {
     std::optional<std::string> format;
     std::optional<std::string> pngLevel;
     bool deflate = false;
+    bool raw = false;
     std::vector<std::string> set;
     bool json = false;
 
     bool IsStream() const { return file == kStream; }
     /// Has the ending that says the format.
     std::string FormatName() const {
-        return IsStream() ? "image." + format.value_or(kStreamFormat) : file;
+        return IsStream() ? "image." + format.value_or(raw ? "raw" : kStreamFormat) : file;
     }
     ImageFileOptions FileOptions() const {
         ImageFileOptions options;
@@ -68,6 +72,56 @@ void CheckFileOptions(const SnapOptions& options) {
     if (options.deflate && format != ImageFileFormat::kTiff) {
         throw BadUsage("--deflate has no effect on " + name + ", which is no .tif");
     }
+    if (options.raw && format != ImageFileFormat::kRaw) {
+        throw BadUsage("--raw: " + name + " is no .raw, which the camera's bytes are written to");
+    }
+}
+
+/// Keeps what the camera has sent of the first frame of an acquisition. The module has it for sure
+/// only while the frame is handed over, on a thread of its own.
+class SentImageCatch {
+public:
+    explicit SentImageCatch(ServiceClient& moduleServices) : services(moduleServices) {
+        if (!services.OffersSentImages()) {
+            throw CommandFailure("--raw: the grabber module does not hand out what cameras send");
+        }
+    }
+
+    /// Never throws; before the frame is counted.
+    void Catch(std::uint64_t bufferIndex) noexcept {
+        if (isOver) {
+            return;
+        }
+        isOver = true;
+        try {
+            isCaught = services.TryReadSentImage(bufferIndex, image, reason);
+        } catch (...) {
+            failure = std::current_exception();
+        }
+    }
+    /// After the frame has been counted.
+    const SentImageBytes& Image() const {
+        if (failure) {
+            std::rethrow_exception(failure);
+        }
+        if (!isCaught) {
+            throw CommandFailure("--raw: the camera's bytes cannot be had", {reason});
+        }
+        return image;
+    }
+
+private:
+    ServiceClient& services;
+    SentImageBytes image;
+    std::string reason;
+    std::exception_ptr failure;
+    bool isOver = false;
+    bool isCaught = false;
+};
+
+void WriteToStream(const ImageLayout& layout, const EncodedFrame& frame) {
+    platform::ReportBrokenPipes();
+    StreamStore(stdout, "standard output", "raw").Append(1, layout, frame);
 }
 
 void Write(const SnapOptions& options, const ImageLayout& layout, const void* image) {
@@ -75,10 +129,26 @@ void Write(const SnapOptions& options, const ImageLayout& layout, const void* im
         WriteImage(options.file, layout, image, options.FileOptions());
         return;
     }
-    platform::ReportBrokenPipes();
     EncodedFrame frame;
     EncodeImage(options.FormatName(), layout, image, options.FileOptions(), frame);
-    StreamStore(stdout, "standard output", "raw").Append(1, layout, frame);
+    WriteToStream(layout, frame);
+}
+
+void WriteSent(const SnapOptions& options, const ImageLayout& layout, const SentImageBytes& image) {
+    EncodedFrame frame;
+    frame.pixels = reinterpret_cast<const std::uint8_t*>(image.bytes.data());
+    frame.pixelBytes = image.bytes.size();
+    if (options.IsStream()) {
+        WriteToStream(layout, frame);
+        return;
+    }
+    WriteEncodedFrame(options.file, frame);
+    const JsonValue sent = JsonObject({{"pixelFormat", image.format},
+                                       {"width", layout.width},
+                                       {"height", layout.height},
+                                       {"bytes", std::uint64_t{image.bytes.size()}}});
+    WriteWholeFile(options.file + ".json",
+                   JsonObject({{"schema", 1}, {"sent", sent}}).Text() + "\n");
 }
 
 void WaitForFrame(Session& session, FrameWait& wait, std::uint64_t timeoutMs) {
@@ -105,8 +175,9 @@ void CheckFormat(Session& session, std::uint32_t mode, const ImageLayout& layout
     if (mode != kAsynchronous && HandlingOf(*format, layout) != FormatHandling::kAsItIs) {
         throw CommandFailure("mode " + std::to_string(mode) + " does not convert " + format->text +
                                  ", so that the image would be black",
-                             {"take the frame with --mode 2, or choose a format that needs no "
-                              "conversion, such as Mono8 or Mono16"});
+                             {"take the frame with --mode 2, write the camera's bytes with --raw, "
+                              "or choose a format that needs no conversion, such as Mono8 or "
+                              "Mono16"});
     }
     WarnOfFormat(*format, layout);
 }
@@ -118,7 +189,13 @@ void Snap(Session& session, const SnapOptions& options) {
     ApplyFeatureAssignments(session, assignments);
     CMivoraGrabber& grabber = session.Grabber();
     const ImageLayout layout = DescribeImage(session.CheckedMode());
-    CheckFormat(session, options.mode, layout);
+    std::shared_ptr<SentImageCatch> sent; // a frame may come after the wait for it
+    if (options.raw) {
+        sent = std::make_shared<SentImageCatch>(session.Services());
+        session.Events().SetFrameHook([sent](std::uint64_t index) { sent->Catch(index); });
+    } else {
+        CheckFormat(session, options.mode, layout);
+    }
     session.PrepareBuffers(1, session.ActCameraText());
     platform::InstallInterruptHandler();
     FrameWait wait(session);
@@ -128,14 +205,22 @@ void Snap(Session& session, const SnapOptions& options) {
     std::uint64_t index = 0;
     session.Check("GetLastFilledBuffer", grabber.GetLastFilledBuffer(&index),
                   session.ActCameraText());
-    Write(options, layout, grabber.GetFrameBuffer(index));
+    if (sent) {
+        WriteSent(options, layout, sent->Image());
+    } else {
+        Write(options, layout, grabber.GetFrameBuffer(index));
+    }
     grabber.ReleaseFrameBuffer(index);
     if (options.json) {
-        const JsonValue report = JsonReport({{"file", options.file},
-                                             {"width", layout.width},
-                                             {"height", layout.height},
-                                             {"components", layout.components},
-                                             {"bits", layout.bits}});
+        const JsonValue report = sent ? JsonReport({{"file", options.file},
+                                                    {"width", layout.width},
+                                                    {"height", layout.height},
+                                                    {"pixelFormat", sent->Image().format}})
+                                      : JsonReport({{"file", options.file},
+                                                    {"width", layout.width},
+                                                    {"height", layout.height},
+                                                    {"components", layout.components},
+                                                    {"bits", layout.bits}});
         std::fprintf(options.IsStream() ? stderr : stdout, "%s\n", report.Text().c_str());
     }
 }
@@ -143,13 +228,14 @@ void Snap(Session& session, const SnapOptions& options) {
 constexpr const char* kSnapFooter =
     "Mode 2 snaps asynchronously, 3 to 5 synchronously. In the synchronous modes the grabber\n"
     "module hands the image over without converting it: packed and YUV formats are refused there\n"
-    "and want mode 2.\n"
+    "and want mode 2, or --raw, which writes the bytes as the camera has sent them.\n"
     "A .png of a colour filter (Bayer) image is in colour, a .tif or .pgm of it is the raw\n"
     "mosaic. A .png has values moved up to 16 bits, a .tif or .pgm the true ones.\n"
     "\n"
     "Examples:\n"
     "  mivora snap -o image.png\n"
     "  mivora --camera 1 snap --mode 3 -o image.raw\n"
+    "  mivora snap --raw --set Camera/PixelFormat=Mono12p -o image.raw\n"
     "  mivora snap --set Camera/PixelFormat=Mono12 --set Camera/ExposureTime=20000 -o image.png\n"
     "  mivora snap -o - --format pnm | viewer\n";
 
@@ -182,6 +268,8 @@ void AddSnapCommand(CommandLine& program, const AppOptions& options, const Maker
         .Check(PngLevelProblem)
         .TypeName("L");
     command.AddFlag("--deflate", snap->deflate, "Compress a .tif without loss");
+    command.AddFlag("--raw", snap->raw,
+                    "Write a .raw with the bytes as the camera has sent them, not converted");
     AddSetOption(command, snap->set);
     command.AddJson(snap->json);
     command.SetFooter(kSnapFooter);

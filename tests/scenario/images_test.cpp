@@ -285,12 +285,44 @@ TEST_F(Images, AreRefusedWhereTheyWouldBeBlack) {
         for (const char* mode : {"3", "4", "5"}) {
             ExpectFailure(
                 Mivora({"snap", "--mode", mode, "-o", PathOf("black.png")}), 1,
-                {std::string("mode ") + mode + " does not convert " + format, "--mode 2"});
+                {std::string("mode ") + mode + " does not convert " + format, "--mode 2", "--raw"});
         }
         EXPECT_FALSE(platform::PathExists(PathOf("black.png")));
     }
     UseCamera(Format("Mono12"));
     ExpectDone(Mivora({"snap", "--mode", "3", "-o", PathOf("grey.png")}));
+}
+
+TEST_F(Images, AreWrittenAsTheCameraHasSentThem) {
+    UseCamera(Format("Mono12"));
+    ExpectDone(Mivora({"snap", "-o", PathOf("host.raw")}));
+    ExpectDone(Mivora({"snap", "--raw", "-o", PathOf("same.raw")}));
+    EXPECT_EQ(directory.Read("same.raw"), directory.Read("host.raw")) << "nothing to convert";
+    UseCamera(Format("Mono12p"));
+    for (const char* mode : {"2", "3", "4", "5"}) {
+        // The first frame of a camera is always the same picture.
+        const auto result =
+            Mivora({"snap", "--raw", "--mode", mode, "--json", "-o", PathOf("sent.raw")});
+        EXPECT_EQ(result.status, 0) << result.errors;
+        EXPECT_EQ(result.errors, "");
+        EXPECT_EQ(Json::parse(result.output)["pixelFormat"], "Mono12p");
+        EXPECT_EQ(directory.Read("sent.raw").size(), 64u * 48 * 3 / 2) << mode;
+        EXPECT_EQ(directory.Read("sent.raw.json"),
+                  "{\"schema\":1,\"sent\":{\"pixelFormat\":\"Mono12p\",\"width\":64,"
+                  "\"height\":48,\"bytes\":4608}}\n");
+        ExpectDone(Tool({"convert", "--format", "Mono12p", "--width", "64", "--height", "48",
+                         PathOf("sent.raw"), PathOf("converted.raw")}));
+        EXPECT_EQ(directory.Read("converted.raw"), directory.Read("host.raw")) << mode;
+    }
+    const auto stream = Mivora({"snap", "--raw", "-o", "-"});
+    EXPECT_EQ(stream.status, 0) << stream.errors;
+    EXPECT_EQ(stream.output, directory.Read("sent.raw"));
+    UseCamera(Format("RGB12p"));
+    const auto wrong = Mivora({"snap", "--raw", "-o", PathOf("a.raw")});
+    EXPECT_EQ(wrong.status, 0);
+    EXPECT_EQ(wrong.errors, "") << "nothing is converted in part";
+    ExpectFailure(Mivora({"snap", "--raw", "-o", PathOf("a.png")}), 2, {"--raw", "is no .raw"});
+    ExpectFailure(Mivora({"snap", "--raw", "-o", "-", "--format", "png"}), 2, {"is no .raw"});
 }
 
 TEST_F(Images, ThatLookWrongComeWithAWarning) {

@@ -3,9 +3,11 @@
 
 #include "apps/common/command_failure.h"
 #include "tests/apps/common/fake_services.h"
+#include "tests/support/test_services.h"
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <new>
 #include <set>
 
@@ -155,6 +157,45 @@ TEST(ServiceClient, HasATextForEveryResult) {
     }
     EXPECT_EQ(texts.count("unknown result"), 0u);
     EXPECT_STREQ(ServiceResultText(static_cast<MV_SERVICE_RESULT>(99)), "unknown result");
+}
+
+/// Services that have an image, in a version.
+class ImageServices : public TestServices {
+public:
+    explicit ImageServices(std::uint32_t theVersion) : version(theVersion) {}
+    std::uint32_t GetVersion() const override { return version; }
+    MV_SERVICE_RESULT ReadSentImage(std::uint64_t index, MV_DATA_RECEIVER receiver, void* context,
+                                    MV_SERVICE_REASON* reason) override {
+        if (index == 0) {
+            receiver("Mono12p", "\0\1\2", 3, context);
+            return MV_SERVICE_OK;
+        }
+        std::snprintf(reason->text, sizeof reason->text, "the camera has it again");
+        return index == 1 ? MV_SERVICE_GONE : MV_SERVICE_OUT_OF_MEMORY;
+    }
+
+private:
+    const std::uint32_t version;
+};
+
+TEST(ServiceClient, ReadsImagesAsTheyWereSent) {
+    ImageServices services(2);
+    ServiceClient client(services);
+    EXPECT_TRUE(client.OffersSentImages());
+    SentImageBytes image;
+    std::string reason;
+    EXPECT_TRUE(client.TryReadSentImage(0, image, reason));
+    EXPECT_EQ(image.format, "Mono12p");
+    EXPECT_EQ(image.bytes, std::string("\0\1\2", 3));
+    EXPECT_FALSE(client.TryReadSentImage(1, image, reason));
+    EXPECT_EQ(reason, "the camera has it again");
+    EXPECT_THROW(client.TryReadSentImage(2, image, reason), std::bad_alloc);
+}
+
+// They have no such slot.
+TEST(ServiceClient, KnowsThatServicesOfTheFirstVersionHaveNoSentImages) {
+    ImageServices services(1);
+    EXPECT_FALSE(ServiceClient(services).OffersSentImages());
 }
 
 } // namespace
