@@ -20,6 +20,7 @@ struct AppOptions {
     std::uint32_t traceMegabytes = 64; ///< the trace's greatest size
     bool asFastAsPossible = false;     ///< play a recording without its pauses
     bool traceFrames = false;          ///< trace the content of frames as well
+    std::uint16_t gigePort = 3956;     ///< at which GigE Vision cameras are asked; not for users
 };
 
 /// Adds the options to a program's command line.

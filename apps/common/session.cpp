@@ -4,9 +4,12 @@
 #include "apps/common/command_failure.h"
 #include "apps/common/grabber_maker.h"
 #include "apps/common/service_client.h"
+#include "apps/doctor/gige_search.h"
+#include "apps/doctor/ip_text.h"
 #include "mivora/grabber.h"
 #include "platform/environment.h"
 #include "platform/file_system.h"
+#include "platform/network_interfaces.h"
 #include "platform/printable_text.h"
 
 #include <algorithm>
@@ -22,6 +25,9 @@ constexpr std::size_t kLongestIdentifier = 1024;
 // What the module logs of the SDK's codes for a camera that cannot be opened.
 constexpr const char* kInUse = "Something is already in use";
 constexpr const char* kNoAccess = "Operation is invalid with the current access mode";
+// The transport layer of cameras that can be asked who has them, and for how long they are.
+constexpr const char* kGigeVision = "GEV";
+constexpr std::uint32_t kHolderMs = 100;
 constexpr const char* kNotThere = "cannot be found";
 // Begin of what the reader of feature synchronisation files logs.
 constexpr const char* kSyncReader = "FeatureSyncher::Init: ";
@@ -163,13 +169,29 @@ std::vector<std::string> Session::OpeningProblems(const std::deque<std::string>&
     };
     std::vector<std::string> problems;
     if (isLogged(kInUse) || isLogged(kNoAccess)) {
-        problems.emplace_back("somebody else has it open: another program here or on another "
-                              "computer, or this one a second time");
+        problems.push_back("somebody else has it open: " + HolderText());
     } else if (isLogged(kNotThere)) {
         problems.emplace_back("it is not there any more");
     }
     problems.insert(problems.end(), logged.begin(), logged.end());
     return problems;
+}
+
+std::string Session::HolderText() {
+    const std::vector<KnownCamera> cameras = KnownCameras();
+    const auto index = static_cast<std::size_t>(grabber->GetActCameraIndex());
+    if (index < cameras.size() && cameras[index].transportLayer == kGigeVision) {
+        const std::vector<platform::NetworkInterface> interfaces =
+            platform::ListNetworkInterfaces();
+        const auto host = GigeSearch(interfaces, options.gigePort)
+                              .FindController(cameras[index].serialNumber, kHolderMs);
+        if (host) {
+            const bool isHere = std::any_of(interfaces.begin(), interfaces.end(),
+                                            [&](const auto& own) { return own.address == *host; });
+            return "a program on " + (isHere ? std::string("this computer") : IpText(*host));
+        }
+    }
+    return "another program here or on another computer, or this one a second time";
 }
 
 void Session::WarnOfSyncFile(const std::deque<std::string>& logged) {

@@ -96,7 +96,9 @@ private:
     CameraMissing Missing(const std::string& text);
     std::string SdkText();
     /// Why a camera could not be opened: what that means, if it is known, and what was logged.
-    static std::vector<std::string> OpeningProblems(const std::deque<std::string>& logged);
+    std::vector<std::string> OpeningProblems(const std::deque<std::string>& logged);
+    /// Whoever has the active camera open: what the camera says, or who that may be.
+    std::string HolderText();
     void WarnOfSyncFile(const std::deque<std::string>& logged);
     /// Where the SDK's library was looked for; empty when it can be loaded.
     std::vector<std::string> SdkProblems() const;

@@ -2,7 +2,6 @@
 #include "apps/doctor/gige_search.h"
 
 #include "platform/clock.h"
-#include "platform/udp_socket.h"
 
 #include <algorithm>
 #include <utility>
@@ -52,13 +51,18 @@ GigeSearch::GigeSearch(std::vector<platform::NetworkInterface> interfacesToAsk,
                        std::uint16_t cameraPort)
     : interfaces(std::move(interfacesToAsk)), port(cameraPort) {}
 
-std::vector<GigeCamera> GigeSearch::Run(std::uint32_t timeoutMs) {
+std::vector<std::unique_ptr<GigeSearch::Asker>> GigeSearch::Askers() const {
     std::vector<std::unique_ptr<Asker>> askers;
     for (const platform::NetworkInterface& one : interfaces) {
         if (one.isUp && one.address != 0) {
             askers.push_back(std::make_unique<Asker>(one, port));
         }
     }
+    return askers;
+}
+
+std::vector<GigeCamera> GigeSearch::Run(std::uint32_t timeoutMs) {
+    std::vector<std::unique_ptr<Asker>> askers = Askers();
     std::vector<GigeCamera> cameras = Collect(askers, timeoutMs);
     for (GigeCamera& camera : cameras) {
         if (camera.IsInSubnet()) {
@@ -68,8 +72,26 @@ std::vector<GigeCamera> GigeSearch::Run(std::uint32_t timeoutMs) {
     return cameras;
 }
 
+std::optional<std::uint32_t> GigeSearch::FindController(const std::string& serial,
+                                                        std::uint32_t timeoutMs) {
+    if (serial.empty()) {
+        return std::nullopt;
+    }
+    std::vector<std::unique_ptr<Asker>> askers = Askers();
+    const std::vector<GigeCamera> cameras = Collect(askers, timeoutMs, serial);
+    const auto camera = std::find_if(cameras.begin(), cameras.end(), [&](const GigeCamera& reply) {
+        return reply.serial == serial && reply.IsInSubnet();
+    });
+    platform::UdpSocket socket;
+    if (camera == cameras.end() || !socket.Open(camera->interfaceAddress, 0)) {
+        return std::nullopt;
+    }
+    const auto controller = ReadRegister(socket, *camera, gvcp::kControllerRegister, timeoutMs);
+    return controller && *controller != 0 ? controller : std::nullopt;
+}
+
 std::vector<GigeCamera> GigeSearch::Collect(std::vector<std::unique_ptr<Asker>>& askers,
-                                            std::uint32_t timeoutMs) {
+                                            std::uint32_t timeoutMs, const std::string& last) {
     std::vector<GigeCamera> cameras;
     const std::uint16_t id = NextId();
     for (const auto& asker : askers) {
@@ -101,6 +123,9 @@ std::vector<GigeCamera> GigeSearch::Collect(std::vector<std::unique_ptr<Asker>>&
             if (!isKnown) {
                 cameras.push_back(std::move(*camera));
             }
+            if (!last.empty() && cameras.back().serial == last) {
+                return cameras;
+            }
         }
     }
     return cameras;
@@ -111,11 +136,8 @@ void GigeSearch::ReadRegisters(GigeCamera& camera) {
     if (!socket.Open(camera.interfaceAddress, 0)) {
         return;
     }
-    const auto read = [&](std::uint32_t address) -> std::optional<std::uint32_t> {
-        const std::uint16_t id = NextId();
-        socket.Send(camera.address, port, gvcp::ReadRegister(id, address));
-        const auto reply = socket.Receive(kRegisterMs);
-        return reply ? gvcp::ParseRegister(reply->data, id) : std::nullopt;
+    const auto read = [&](std::uint32_t place) {
+        return ReadRegister(socket, camera, place, kRegisterMs);
     };
     const auto control = read(gvcp::kControlRegister);
     if (!control) {
@@ -124,6 +146,15 @@ void GigeSearch::ReadRegisters(GigeCamera& camera) {
     camera.isControlled = (*control & kControlBits) != 0;
     camera.controller = camera.isControlled ? read(gvcp::kControllerRegister).value_or(0) : 0;
     camera.heartbeatMs = read(gvcp::kHeartbeatRegister);
+}
+
+std::optional<std::uint32_t> GigeSearch::ReadRegister(platform::UdpSocket& socket,
+                                                      const GigeCamera& camera, std::uint32_t place,
+                                                      std::uint32_t timeoutMs) {
+    const std::uint16_t id = NextId();
+    socket.Send(camera.address, port, gvcp::ReadRegister(id, place));
+    const auto reply = socket.Receive(timeoutMs);
+    return reply ? gvcp::ParseRegister(reply->data, id) : std::nullopt;
 }
 
 bool GigeSearch::ForceAddress(const GigeCamera& camera, std::uint32_t address,

@@ -1,9 +1,10 @@
 // gige_search.h - looks for GigE Vision cameras without an SDK
 #pragma once
 
-#include "apps/doctor/facts.h"
+#include "apps/doctor/gige_camera.h"
 #include "apps/doctor/gvcp.h"
 #include "platform/network_interfaces.h"
+#include "platform/udp_socket.h"
 
 #include <cstdint>
 #include <memory>
@@ -21,6 +22,9 @@ public:
     /// The cameras that reply within so many milliseconds, each once, with the registers that they
     /// let anybody read.
     std::vector<GigeCamera> Run(std::uint32_t timeoutMs);
+    /// The address of the host whose program has the camera with this serial number; nullopt when
+    /// the camera does not tell. Takes up to twice `timeoutMs`.
+    std::optional<std::uint32_t> FindController(const std::string& serial, std::uint32_t timeoutMs);
     /// Gives a camera that Run has found another address until its power is switched off, and looks
     /// for it there. False when it does not reply from there.
     bool ForceAddress(const GigeCamera& camera, std::uint32_t address, std::uint32_t timeoutMs);
@@ -28,9 +32,14 @@ public:
 private:
     class Asker;
 
+    std::vector<std::unique_ptr<Asker>> Askers() const;
+    /// Ends early once a camera with the serial number `last` has replied; empty for none.
     std::vector<GigeCamera> Collect(std::vector<std::unique_ptr<Asker>>& askers,
-                                    std::uint32_t timeoutMs);
+                                    std::uint32_t timeoutMs, const std::string& last = {});
     void ReadRegisters(GigeCamera& camera);
+    /// nullopt when the camera does not let it be read, or has gone.
+    std::optional<std::uint32_t> ReadRegister(platform::UdpSocket& socket, const GigeCamera& camera,
+                                              std::uint32_t place, std::uint32_t timeoutMs);
     std::uint16_t NextId();
 
     const std::vector<platform::NetworkInterface> interfaces;

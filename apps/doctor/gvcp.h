@@ -1,7 +1,7 @@
 // gvcp.h - messages of GigE Vision's control protocol that work without opening a camera
 #pragma once
 
-#include "apps/doctor/facts.h"
+#include "apps/doctor/gige_camera.h"
 
 #include <cstddef>
 #include <cstdint>

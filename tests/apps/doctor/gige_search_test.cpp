@@ -65,6 +65,18 @@ TEST(GigeSearch, ReadsWhoHasACamera) {
     EXPECT_EQ(camera.controller, 0xC0000201);
 }
 
+TEST(GigeSearch, FindsTheHostThatHasACamera) {
+    FakeGigeCamera fake(FakeGigeCamera::kLoopback);
+    GigeSearch search(Loopback(), fake.Port());
+    EXPECT_EQ(search.FindController("S-7", kSearchMs), std::nullopt) << "it lets nobody read";
+    fake.SetRegister(gvcp::kControllerRegister, 0);
+    EXPECT_EQ(search.FindController("S-7", kSearchMs), std::nullopt) << "it does not tell";
+    fake.SetRegister(gvcp::kControllerRegister, 0xC0000201);
+    EXPECT_EQ(search.FindController("S-7", kSearchMs), 0xC0000201);
+    EXPECT_EQ(search.FindController("S-8", 10), std::nullopt);
+    EXPECT_EQ(search.FindController("", kSearchMs), std::nullopt);
+}
+
 TEST(GigeSearch, AsksNoInterfaceThatIsDownOrHasNoAddress) {
     const FakeGigeCamera fake(FakeGigeCamera::kLoopback);
     std::vector<platform::NetworkInterface> interfaces = Loopback();
