@@ -57,8 +57,8 @@ void Selftest(const SelftestOptions& options, const AppOptions& app, IGrabberMak
 constexpr const char* kSelftestFooter =
     "Opens and closes the camera, takes frames in every mode and with 2 to 100 buffers, restarts,\n"
     "stops with frames queued, writes parameters to their limits, reads all features, writes\n"
-    "settings back and loads them without effect. The camera's settings are put back at the\n"
-    "end. The status is 0 when nothing fails.\n"
+    "settings back, loads them without effect and checks other values along all features that\n"
+    "depend on them. The camera's settings are put back at the end. The status is 0 when nothing fails.\n"
     "\n"
     "Examples:\n"
     "  mivora selftest\n"

@@ -3,7 +3,9 @@
 
 #include "apps/common/command_failure.h"
 #include "apps/common/feature_text.h"
+#include "apps/common/json_text.h"
 #include "apps/common/service_client.h"
+#include "apps/common/whole_file.h"
 #include "apps/selftest/bench.h"
 #include "mivora/grabber.h"
 
@@ -264,7 +266,7 @@ std::string CheckSmallestImage(SelftestBench& bench) {
 
 void Discard(const MV_SETTING*, void*) {}
 
-/// Loads what was saved without writing: every setting and what depends on it has to accept it.
+/// Loads what was saved without writing: every setting has to be there and to take it.
 std::string CheckSettingsDryRun(SelftestBench& bench) {
     const std::string path = bench.PathOf("dry-run.json");
     if (bench.Services().SaveSettings(path.c_str(), Discard, nullptr, nullptr) ==
@@ -281,12 +283,128 @@ std::string CheckSettingsDryRun(SelftestBench& bench) {
     return std::to_string(loaded.settings.size()) + " settings";
 }
 
+/// Another value than the present one that the description allows; nullopt if there is none.
+std::optional<ServiceValue> OtherValue(const FeatureDescription& feature,
+                                       const ServiceValue& present) {
+    ServiceValue other = present;
+    switch (feature.type) {
+    case MV_FEATURE_INTEGER:
+        // The greatest value may lie between two steps; the least is always one.
+        other.integer = present.integer != feature.integerMin ? feature.integerMin
+                        : feature.hasIncrement ? feature.integerMin + feature.increment
+                                               : feature.integerMax;
+        break;
+    case MV_FEATURE_FLOAT:
+        other.real = present.real == feature.realMin ? feature.realMax : feature.realMin;
+        break;
+    case MV_FEATURE_BOOLEAN:
+        other.integer = present.integer == 0 ? 1 : 0;
+        return other;
+    case MV_FEATURE_ENUMERATION: {
+        const auto entry = std::find_if(
+            feature.entries.begin(), feature.entries.end(),
+            [&](const DescribedEntry& one) { return one.isAvailable && one.name != present.text; });
+        if (entry == feature.entries.end()) {
+            return std::nullopt;
+        }
+        other.text = entry->name;
+        return other;
+    }
+    default:
+        return std::nullopt;
+    }
+    const bool isInside = feature.type != MV_FEATURE_INTEGER || other.integer <= feature.integerMax;
+    return feature.hasLimits && isInside && !IsSameValue(present, other) ? std::optional(other)
+                                                                         : std::nullopt;
+}
+
+/// A value that a feature could take in place of its present one.
+struct PossibleChange {
+    FeatureDescription feature;
+    ServiceValue present;
+    ServiceValue other;
+};
+
+/// One for each setting that has no selectors and other values.
+std::vector<PossibleChange> FindPossibleChanges(ServiceClient& features,
+                                                const SettingsOutcome& saved) {
+    std::vector<PossibleChange> changes;
+    for (const SettingReport& setting : saved.settings) {
+        const auto feature = setting.result == MV_SERVICE_OK && setting.selector.empty()
+                                 ? features.TryDescribeFeature(setting.module, setting.feature)
+                                 : std::nullopt;
+        const auto present = feature && feature->isWritable && !feature->isVolatile
+                                 ? features.TryReadFeature(setting.module, setting.feature)
+                                 : std::nullopt;
+        const auto other = present ? OtherValue(*feature, *present) : std::nullopt;
+        if (other) {
+            changes.push_back({*feature, *present, *other});
+        }
+    }
+    return changes;
+}
+
+std::string SettingsOf(const std::vector<PossibleChange>& changes) {
+    std::vector<JsonValue> settings;
+    settings.reserve(changes.size());
+    for (const PossibleChange& change : changes) {
+        settings.push_back(JsonObject({{"module", change.feature.module},
+                                       {"feature", change.feature.name},
+                                       {"type", FeatureTypeText(change.feature.type)},
+                                       {"value", ServiceValueJson(change.other)}}));
+    }
+    const JsonValue camera =
+        JsonObject({{"vendor", ""}, {"model", ""}, {"serial", ""}, {"id", ""}});
+    return JsonObject({{"format", "Mivora settings"},
+                       {"version", 1},
+                       {"camera", camera},
+                       {"settings", JsonArray(settings)}})
+        .Text();
+}
+
+/// Another value for each setting is checked along all features that depend on it, and is not
+/// written: those may refuse it, and nothing may fail or change.
+std::string CheckSynchronisation(SelftestBench& bench) {
+    const std::string path = bench.PathOf("other-values.json");
+    if (bench.Services().SaveSettings(path.c_str(), Discard, nullptr, nullptr) ==
+        MV_SERVICE_NOT_SUPPORTED) {
+        throw SelftestNotApplicable("the camera's settings cannot be saved");
+    }
+    ServiceClient& features = bench.Features();
+    const std::vector<PossibleChange> changes =
+        FindPossibleChanges(features, features.SaveSettings(path));
+    if (changes.empty()) {
+        throw SelftestNotApplicable("no setting of the camera has another value");
+    }
+    WriteWholeFile(path, SettingsOf(changes));
+    std::vector<std::string> failures;
+    const SettingsOutcome checked = features.LoadSettings(path, true);
+    for (const PossibleChange& change : changes) {
+        const std::string name = change.feature.module + "/" + change.feature.name;
+        const auto after = features.TryReadFeature(change.feature.module, change.feature.name);
+        if (!after || !IsSameValue(change.present, *after)) {
+            failures.push_back(name + " is " + (after ? ServiceValueText(*after) : "unreadable") +
+                               " after checking " + ServiceValueText(change.other) + ", and was " +
+                               ServiceValueText(change.present));
+        }
+    }
+    std::size_t refused = 0;
+    for (const SettingReport& setting : checked.settings) {
+        refused += setting.result == MV_SERVICE_REFUSED ? 1u : 0u;
+        if (setting.result != MV_SERVICE_OK && setting.result != MV_SERVICE_REFUSED) {
+            failures.push_back(setting.module + "/" + setting.feature + " = " + setting.value +
+                               ": " + setting.reason);
+        }
+    }
+    Require(failures.empty(), JoinReasons(failures));
+    return std::to_string(changes.size()) + " changes, " + std::to_string(refused) +
+           " of them refused by features that depend on them";
+}
+
 } // namespace
 
 std::vector<SelftestCheck> FeatureSelftestChecks() {
-    return {{"parameters", CheckParameters},
-            {"features-read", CheckFeaturesRead},
-            {"features-written", CheckWrittenBack},
-            {"smallest-image", CheckSmallestImage},
-            {"settings-dry-run", CheckSettingsDryRun}};
+    return {{"parameters", CheckParameters},           {"features-read", CheckFeaturesRead},
+            {"features-written", CheckWrittenBack},    {"smallest-image", CheckSmallestImage},
+            {"settings-dry-run", CheckSettingsDryRun}, {"synchronisation", CheckSynchronisation}};
 }

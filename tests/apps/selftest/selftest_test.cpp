@@ -8,6 +8,7 @@
 #include "tests/support/no_settling.h"
 #include "tests/support/run_program.h"
 #include "tests/support/temporary_directory.h"
+#include "tests/support/test_services.h"
 
 #include <gtest/gtest.h>
 
@@ -21,6 +22,45 @@ public:
 
 private:
     LinkedMaker maker;
+};
+
+/// Services whose dry run of settings writes them.
+class WritingServices final : public TestServices {
+public:
+    IMivoraModuleServices* inner = nullptr;
+
+    MV_SERVICE_RESULT DescribeFeature(const char* module, const char* feature,
+                                      MV_FEATURE_RECEIVER receiver, void* context,
+                                      MV_SERVICE_REASON* reason) override {
+        return inner->DescribeFeature(module, feature, receiver, context, reason);
+    }
+    MV_SERVICE_RESULT ReadFeature(const char* module, const char* feature,
+                                  MV_VALUE_RECEIVER receiver, void* context,
+                                  MV_SERVICE_REASON* reason) override {
+        return inner->ReadFeature(module, feature, receiver, context, reason);
+    }
+    MV_SERVICE_RESULT SaveSettings(const char* path, MV_SETTING_RECEIVER receiver, void* context,
+                                   MV_SERVICE_REASON* reason) override {
+        return inner->SaveSettings(path, receiver, context, reason);
+    }
+    MV_SERVICE_RESULT LoadSettings(const char* path, std::uint32_t, MV_SETTING_RECEIVER receiver,
+                                   void* context, MV_SERVICE_REASON* reason) override {
+        return inner->LoadSettings(path, 0, receiver, context, reason);
+    }
+};
+
+class WritingMaker final : public IGrabberMaker {
+public:
+    CMivoraGrabber* Create() override { return maker.Create(); }
+    void Delete(CMivoraGrabber* grabber) override { maker.Delete(grabber); }
+    IMivoraModuleServices* Services(CMivoraGrabber* grabber, std::string& reason) override {
+        services.inner = maker.Services(grabber, reason);
+        return &services;
+    }
+
+private:
+    LinkedMaker maker;
+    WritingServices services;
 };
 
 class SelftestOnSimulator : public testing::Test {
@@ -168,6 +208,17 @@ TEST_F(SelftestOnSimulator, SettingsThatCannotBePutBackFail) {
         << Of("restored");
 }
 
+TEST_F(SelftestOnSimulator, OtherValuesAreCheckedWithoutWriting) {
+    const std::string result = Run("synchronisation");
+    EXPECT_TRUE(Has(result, "pass: ") && Has(result, " changes, ")) << result;
+    options.only = {"synchronisation"};
+    WritingMaker maker;
+    report = Run(maker);
+    EXPECT_TRUE(Has(Of("synchronisation"), "fail: ") &&
+                Has(Of("synchronisation"), " after checking "))
+        << Of("synchronisation");
+}
+
 TEST_F(SelftestOnSimulator, ACameraThatWaitsForATriggerSendsNoFramesAndTheRestIsChecked) {
     UseCamera("", "<feature name=\"TriggerMode\" value=\"On\"/>");
     for (const char* check : {"snap-1", "snap-2", "snap-5", "buffers", "restarts", "stop-queued",
@@ -181,8 +232,9 @@ TEST_F(SelftestOnSimulator, WithoutServicesFeaturesDoNotApply) {
     BareMaker maker;
     report = Run(maker);
     EXPECT_EQ(report.Count(SelftestOutcome::kFail), 0u) << report.Json().Text();
-    for (const char* check : {"features-read", "features-written", "smallest-image",
-                              "settings-dry-run", "frame-information", "restored"}) {
+    for (const char* check :
+         {"features-read", "features-written", "smallest-image", "settings-dry-run",
+          "synchronisation", "frame-information", "restored"}) {
         EXPECT_TRUE(Has(Of(check), "not applicable: ")) << check << " " << Of(check);
     }
     EXPECT_TRUE(Has(Of("snap-1"), "pass: "));
