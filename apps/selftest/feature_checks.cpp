@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <initializer_list>
 #include <iterator>
 #include <optional>
@@ -288,12 +289,20 @@ std::optional<ServiceValue> OtherValue(const FeatureDescription& feature,
                                        const ServiceValue& present) {
     ServiceValue other = present;
     switch (feature.type) {
-    case MV_FEATURE_INTEGER:
+    case MV_FEATURE_INTEGER: {
         // The greatest value may lie between two steps; the least is always one.
-        other.integer = present.integer != feature.integerMin ? feature.integerMin
-                        : feature.hasIncrement ? feature.integerMin + feature.increment
-                                               : feature.integerMax;
+        const auto least = static_cast<std::uint64_t>(feature.integerMin);
+        const std::uint64_t room = static_cast<std::uint64_t>(feature.integerMax) - least;
+        const std::uint64_t step =
+            feature.hasIncrement ? static_cast<std::uint64_t>(feature.increment) : room;
+        if (step > room) {
+            return std::nullopt;
+        }
+        other.integer = present.integer != feature.integerMin
+                            ? feature.integerMin
+                            : static_cast<std::int64_t>(least + step);
         break;
+    }
     case MV_FEATURE_FLOAT:
         other.real = present.real == feature.realMin ? feature.realMax : feature.realMin;
         break;
@@ -313,9 +322,7 @@ std::optional<ServiceValue> OtherValue(const FeatureDescription& feature,
     default:
         return std::nullopt;
     }
-    const bool isInside = feature.type != MV_FEATURE_INTEGER || other.integer <= feature.integerMax;
-    return feature.hasLimits && isInside && !IsSameValue(present, other) ? std::optional(other)
-                                                                         : std::nullopt;
+    return feature.hasLimits && !IsSameValue(present, other) ? std::optional(other) : std::nullopt;
 }
 
 /// A value that a feature could take in place of its present one.
