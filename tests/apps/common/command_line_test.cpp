@@ -243,7 +243,8 @@ TEST_F(CommandLineTest, DescribesWhatThereIs) {
     EXPECT_EQ(option(6), "--fast <>: Run fast");
     EXPECT_EQ(option(7), "--each <TEXT> repeat: One of several");
     EXPECT_EQ(option(8), "--to <TEXT> optional: A place or none");
-    EXPECT_TRUE(whole.commands[1].options.at(0).mayRepeat || whole.commands[2].options.at(0).mayRepeat);
+    EXPECT_TRUE(whole.commands[1].options.at(0).mayRepeat ||
+                whole.commands[2].options.at(0).mayRepeat);
 }
 
 TEST_F(CommandLineTest, RefusesOptionsWithoutEffect) {
