@@ -88,7 +88,15 @@ void SetRecording(const AppOptions& options) {
 
 } // namespace
 
-void AddAppOptions(CommandLine& program, AppOptions& options) {
+std::string AppOptions::Camera() const {
+    if (cameras.size() > 1) {
+        throw BadUsage("--camera: this command takes one camera, not " +
+                       std::to_string(cameras.size()));
+    }
+    return cameras.empty() ? "" : cameras.front();
+}
+
+void AddAppOptions(CommandLine& program, AppOptions& options, CameraLimit limit) {
     const CommandOption sdk =
         program
             .AddOption("-s,--sdk", options.sdk,
@@ -140,12 +148,17 @@ void AddAppOptions(CommandLine& program, AppOptions& options) {
     program
         .AddFlag("--log-times", options.logTimes, "Begin each of these lines with its time in UTC")
         .Needs(log);
-    program
-        .AddOption("-c,--camera", options.camera,
-                   "Camera to use: its index, its unique id (decimal or 0x...) or any text of the "
-                   "command cameras that only it has. Default: the configured one, else the "
-                   "first")
-        .TypeName("N|ID|NAME");
+    CommandOption camera =
+        program
+            .AddOption(
+                "-c,--camera", options.cameras,
+                "Camera to use: its index, its unique id (decimal or 0x...) or any text of the "
+                "command cameras that only it has. Default: the configured one, else the "
+                "first")
+            .TypeName("N|ID|NAME");
+    if (limit == CameraLimit::kOne) {
+        camera.Once();
+    }
 }
 
 std::string ApplySdk(const AppOptions& options) {

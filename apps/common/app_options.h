@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 class CommandLine;
 
@@ -15,16 +16,23 @@ struct AppOptions {
     std::string log;        ///< file or "-", empty for none
     bool logTimes = false;  ///< begin the lines of the log with the time
     std::string sdkScript;  ///< script for the SDK's control interface, or empty
-    std::string camera;     ///< see FindCameras; empty: as configured, else the first
-    std::string traceFile;  ///< where calls of the SDK are traced to, or empty
+    std::vector<std::string> cameras;  ///< see FindCameras; none: as configured, else the first
+    std::string traceFile;             ///< where calls of the SDK are traced to, or empty
     std::uint32_t traceMegabytes = 64; ///< the trace's greatest size
     bool asFastAsPossible = false;     ///< play a recording without its pauses
     bool traceFrames = false;          ///< trace the content of frames as well
     std::uint16_t gigePort = 3956;     ///< at which GigE Vision cameras are asked; not for users
+
+    /// The camera that is named, empty for none. Throws BadUsage when there are several.
+    std::string Camera() const;
 };
 
-/// Adds the options to a program's command line.
-void AddAppOptions(CommandLine& program, AppOptions& options);
+enum class CameraLimit { kOne, kSeveral };
+
+/// Adds the options to a program's command line. With kSeveral the camera option may be repeated;
+/// a command that can use one only is refused by AppOptions::Camera.
+void AddAppOptions(CommandLine& program, AppOptions& options,
+                   CameraLimit limit = CameraLimit::kOne);
 
 /// Sets PYXEN_HOME of this process for the value of --sdk, and what the libraries for traces and
 /// recordings read from the environment. Returns a line for people that names the directories in

@@ -173,6 +173,11 @@ CommandOption& CommandOption::ValueOptional() {
     return *this;
 }
 
+CommandOption& CommandOption::Once() {
+    option.multi_option_policy(CLI::MultiOptionPolicy::Throw);
+    return *this;
+}
+
 CommandOption& CommandOption::OneOf(std::initializer_list<const char*> values) {
     option.check(CLI::IsMember(Texts(values.begin(), values.end())));
     return *this;

@@ -31,6 +31,8 @@ public:
     CommandOption& ShowDefault();
     /// The option may be given without a value, which stores an empty text.
     CommandOption& ValueOptional();
+    /// For a list: the option may be given once only.
+    CommandOption& Once();
     /// Accepts only these values.
     CommandOption& OneOf(std::initializer_list<const char*> values);
     /// The same regardless of case; stores the value as spelled here.

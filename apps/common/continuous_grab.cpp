@@ -54,7 +54,7 @@ ContinuousGrab::~ContinuousGrab() {
     session.Events().SetFrameHook(nullptr);
 }
 
-void ContinuousGrab::Start() {
+void ContinuousGrab::Prepare() {
     CMivoraGrabber& grabber = session.Grabber();
     layout = DescribeImage(session.CheckedMode());
     session.PrepareBuffers(bufferCount, std::to_string(bufferCount) + " frame buffers");
@@ -65,6 +65,7 @@ void ContinuousGrab::Start() {
     lastTaken = 0;
     journal.Begin(static_cast<std::size_t>(bufferCount));
     ServiceClient* const services = Services();
+    errorsReported = 0;
     isReported = services && services->TryInstallFrameReceiver(OnReceived, this);
     // The grabber must keep every frame and return them in order.
     grabber.SetFeature(EMV_FEATURE_KEEP_NEWEST, 0);
@@ -74,9 +75,22 @@ void ContinuousGrab::Start() {
     errorsNoted = errorsBefore;
     changesAtLastFrame = session.Events().ConfigurationChanges();
     session.Events().ResetFrames();
-    sdkBefore = session.Sdk().Counts();
+    sdkBefore = CountOfSdk();
     running = true;
-    session.Check("Snap", grabber.Snap(kContinuous), session.ActCameraText());
+}
+
+void ContinuousGrab::Begin() {
+    session.Check("Snap", session.Grabber().Snap(kContinuous), session.ActCameraText());
+}
+
+/// The SDK counts for all cameras together.
+std::optional<SdkCounts> ContinuousGrab::CountOfSdk() {
+    return session.IsShared() ? std::nullopt : session.Sdk().Counts();
+}
+
+/// The log has the errors of all cameras, the module's reports those of this one.
+std::uint64_t ContinuousGrab::ErrorsInRun() const {
+    return isReported ? errorsReported.load() : session.Log().ReceiveErrors() - errorsBefore;
 }
 
 ServiceClient* ContinuousGrab::Services() {
@@ -88,7 +102,11 @@ ServiceClient* ContinuousGrab::Services() {
 }
 
 void ContinuousGrab::OnReceived(const MV_FRAME_INFO* frame, void* self) {
-    static_cast<ContinuousGrab*>(self)->journal.Received(*frame, platform::MonotonicNanoseconds());
+    auto& grab = *static_cast<ContinuousGrab*>(self);
+    if (frame->status != MV_FRAME_COMPLETE) {
+        ++grab.errorsReported;
+    }
+    grab.journal.Received(*frame, platform::MonotonicNanoseconds());
 }
 
 void ContinuousGrab::OnFrame(std::uint64_t bufferIndex) {
@@ -167,7 +185,6 @@ void ContinuousGrab::Stop() {
     grabber.StopSnap();
     if (isReported) {
         Services()->TryInstallFrameReceiver(nullptr, nullptr);
-        isReported = false;
     }
     std::uint64_t completed = 0;
     grabber.GetGrabberParam(MVGF_FRAMES_RECEIVED, &completed, nullptr);
@@ -176,8 +193,9 @@ void ContinuousGrab::Stop() {
     run.taken = takenInRun;
     run.damaged = damagedInRun;
     run.flushed = grabber.GetLostBufferCount() - run.lost;
-    run.inError = session.Log().ReceiveErrors() - errorsBefore;
-    if (const std::optional<SdkCounts> counts = session.Sdk().Counts(); counts && sdkBefore) {
+    run.inError = ErrorsInRun();
+    isReported = false;
+    if (const std::optional<SdkCounts> counts = CountOfSdk(); counts && sdkBefore) {
         run.sdk = *counts - *sdkBefore;
     }
     std::uint64_t index = 0;

@@ -66,8 +66,16 @@ public:
     ContinuousGrab(const ContinuousGrab&) = delete;
     ContinuousGrab& operator=(const ContinuousGrab&) = delete;
 
-    /// Prepares the buffers and starts; throws CommandFailure.
-    void Start();
+    /// Prepares and begins; throws CommandFailure.
+    void Start() {
+        Prepare();
+        Begin();
+    }
+    /// All that can be done before the camera is started: prepares the buffers. Throws
+    /// CommandFailure.
+    void Prepare();
+    /// After Prepare: starts the camera. Throws CommandFailure.
+    void Begin();
     /// Waits at most `timeoutMs` milliseconds for a frame and takes the oldest one. `copy`, if
     /// given, receives the image: the camera keeps filling buffers, even those that the host holds.
     /// `taken` says which frame it is and what became of those before it.
@@ -84,6 +92,8 @@ public:
     /// Stops, and adds the frames since Start to the account.
     void Stop();
 
+    /// Frames of all runs that were received in error.
+    std::uint64_t ReceiveErrors() const { return account.inError + (running ? ErrorsInRun() : 0); }
     /// True if a configuration change was reported and no frame has arrived since.
     bool IsSuspicious() const;
     /// Covers all frames from the first Start to the last Stop.
@@ -99,6 +109,8 @@ private:
     bool CopyImage(std::uint64_t bufferIndex, const TakenFrame& taken,
                    std::vector<std::uint8_t>& copy) const;
     ServiceClient* Services();
+    std::uint64_t ErrorsInRun() const;
+    std::optional<SdkCounts> CountOfSdk();
 
     Session& session;
     const std::uint64_t bufferCount;
@@ -115,6 +127,7 @@ private:
     std::uint64_t takenNanoseconds = 0;
     bool isReported = false; // the module reports frames of any status
 
+    std::atomic<std::uint64_t> errorsReported{0}; // in this run
     FrameJournal journal;
     std::uint64_t errorsNoted = 0; // of the frames' thread
     std::atomic<std::uint64_t> changesAtLastFrame{0};

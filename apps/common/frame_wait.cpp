@@ -10,6 +10,10 @@ constexpr std::uint64_t kNanosecondsPerMs = 1000000;
 
 } // namespace
 
+FrameWait::FrameWait(Session& waitingSession)
+    : FrameWait(waitingSession,
+                [&waitingSession] { return waitingSession.Log().ReceiveErrors(); }) {}
+
 void FrameWait::Begin() {
     packetsBefore = ReadPacketStatistics(session.OptionalServices());
     OnFrame();
@@ -17,7 +21,7 @@ void FrameWait::Begin() {
 
 void FrameWait::OnFrame() {
     lastFrame = platform::MonotonicNanoseconds();
-    errorsBefore = session.Log().ReceiveErrors();
+    errorsBefore = countErrors();
 }
 
 void FrameWait::End() {
@@ -31,7 +35,7 @@ std::uint64_t FrameWait::WaitedMs() const {
 NoFrameCause FrameWait::FindCause() {
     NoFrameFacts facts;
     facts.waitedMs = WaitedMs();
-    facts.incomplete = session.Log().ReceiveErrors() - errorsBefore;
+    facts.incomplete = countErrors() - errorsBefore;
     facts.packets = PacketsOfThisRun();
     return FindNoFrameCause(session.OptionalServices(), facts);
 }

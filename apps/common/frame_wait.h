@@ -5,13 +5,18 @@
 #include "apps/common/packet_statistics.h"
 
 #include <cstdint>
+#include <functional>
+#include <utility>
 
 class Session;
 
 /// Follows the acquisitions of a session's open camera. One thread.
 class FrameWait {
 public:
-    explicit FrameWait(Session& waitingSession) : session(waitingSession) {}
+    /// Counts the frames in error of the session's log.
+    explicit FrameWait(Session& waitingSession);
+    FrameWait(Session& waitingSession, std::function<std::uint64_t()> errorCount)
+        : session(waitingSession), countErrors(std::move(errorCount)) {}
 
     /// An acquisition is about to start.
     void Begin();
@@ -33,6 +38,7 @@ private:
     PacketStatistics PacketsOfThisRun();
 
     Session& session;
+    const std::function<std::uint64_t()> countErrors; // frames received in error
     std::uint64_t lastFrame = 0;
     std::uint64_t errorsBefore = 0;
     PacketStatistics packetsBefore;

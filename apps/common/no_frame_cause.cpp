@@ -28,6 +28,26 @@ public:
     CauseFinder(ServiceClient& moduleServices, const NoFrameFacts& knownFacts)
         : services(moduleServices), facts(knownFacts) {}
 
+    bool IsTriggered(NoFrameCause& cause) {
+        const std::optional<ServiceValue> selected =
+            services.TryReadFeature(kCamera, "TriggerSelector");
+        if (IsTriggeredNow(cause, selected ? selected->text : "")) {
+            return true;
+        }
+        if (!selected) {
+            return false;
+        }
+        bool isTriggered = false;
+        for (const std::string& name : OtherTriggers(selected->text)) {
+            if (SelectTrigger(name) && IsTriggeredNow(cause, name)) {
+                isTriggered = true;
+                break;
+            }
+        }
+        SelectTrigger(selected->text);
+        return isTriggered;
+    }
+
     NoFrameCause Find() {
         NoFrameCause cause;
         // What is certain before what is likely.
@@ -68,26 +88,6 @@ private:
         cause.text += "; the network or the computer loses packets (packet size, receive buffer, "
                       "other traffic), or the buffers are too small";
         return true;
-    }
-
-    bool IsTriggered(NoFrameCause& cause) {
-        const std::optional<ServiceValue> selected =
-            services.TryReadFeature(kCamera, "TriggerSelector");
-        if (IsTriggeredNow(cause, selected ? selected->text : "")) {
-            return true;
-        }
-        if (!selected) {
-            return false;
-        }
-        bool isTriggered = false;
-        for (const std::string& name : OtherTriggers(selected->text)) {
-            if (SelectTrigger(name) && IsTriggeredNow(cause, name)) {
-                isTriggered = true;
-                break;
-            }
-        }
-        SelectTrigger(selected->text);
-        return isTriggered;
     }
 
     /// The triggers that hold frames back, but for the one that is selected.
@@ -198,6 +198,12 @@ private:
 };
 
 } // namespace
+
+std::optional<NoFrameCause> FindTriggerWait(ServiceClient& services) {
+    const NoFrameFacts facts;
+    NoFrameCause cause;
+    return CauseFinder(services, facts).IsTriggered(cause) ? std::optional(cause) : std::nullopt;
+}
 
 NoFrameCause FindNoFrameCause(ServiceClient* services, const NoFrameFacts& facts) {
     if (!services) {

@@ -4,6 +4,7 @@
 #include "apps/common/packet_statistics.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 class ServiceClient;
@@ -32,6 +33,10 @@ struct NoFrameFacts {
     std::uint64_t incomplete = 0; ///< frames received in error
     PacketStatistics packets;
 };
+
+/// What the open camera waits for when one of its triggers is on; empty otherwise. Its trigger
+/// selector is moved and put back.
+std::optional<NoFrameCause> FindTriggerWait(ServiceClient& services);
 
 /// Asks the open camera, whose acquisition still runs. Its trigger selector is moved and put back.
 /// Without services (null) the camera may be gone.

@@ -41,9 +41,23 @@ std::string WithDirectory(const std::string& file) {
 } // namespace
 
 Session::Session(const AppOptions& appOptions, IGrabberMaker& grabberMaker)
-    : options(appOptions), maker(grabberMaker), sdkPlaces(ApplySdk(appOptions)) {
-    log.Open(options.log, options.logTimes);
-    RunSdkScript();
+    : Session(appOptions, grabberMaker, std::make_unique<SessionShare>(appOptions)) {
+    options.Camera(); // refuses several
+}
+
+Session::Session(const AppOptions& appOptions, IGrabberMaker& grabberMaker,
+                 SessionShare& sessionShare)
+    : options(appOptions), maker(grabberMaker), share(sessionShare) {
+    CreateGrabber();
+}
+
+Session::Session(const AppOptions& appOptions, IGrabberMaker& grabberMaker,
+                 std::unique_ptr<SessionShare> shareToOwn)
+    : options(appOptions), maker(grabberMaker), ownShare(std::move(shareToOwn)), share(*ownShare) {
+    CreateGrabber();
+}
+
+void Session::CreateGrabber() {
     grabber = maker.Create();
     if (!options.configFile.empty()) {
         const MV_ERRCODE code =
@@ -60,12 +74,7 @@ Session::~Session() {
     grabber->StopSnap();
     events.reset();
     maker.Delete(grabber);
-}
-
-void Session::RunSdkScript() {
-    if (!options.sdkScript.empty()) {
-        sdkControl.RunScript(options.sdkScript);
-    }
+    share.Release(*this);
 }
 
 void Session::Init() {
@@ -86,8 +95,8 @@ void Session::Init() {
 
 std::vector<std::string> Session::SdkProblems() const {
     std::vector<std::string> problems = SdkLibraryProblems();
-    if (!problems.empty() && !sdkPlaces.empty()) {
-        problems.insert(problems.begin(), sdkPlaces);
+    if (!problems.empty() && !share.SdkPlaces().empty()) {
+        problems.insert(problems.begin(), share.SdkPlaces());
     }
     return problems;
 }
@@ -104,8 +113,8 @@ std::string Session::SdkText() {
 
 void Session::InitWithCamera() {
     Init();
-    if (!options.camera.empty()) {
-        SelectCamera(options.camera);
+    if (!options.Camera().empty()) {
+        SelectCamera(options.Camera());
     }
 }
 
@@ -116,8 +125,8 @@ void Session::OpenCamera() {
 }
 
 void Session::ChooseCamera() {
-    if (!options.camera.empty()) {
-        SelectCamera(options.camera);
+    if (!options.Camera().empty()) {
+        SelectCamera(options.Camera());
         return;
     }
     if (grabber->GetActCamera()) {
@@ -151,9 +160,13 @@ std::string Session::ConfiguredCamera() {
 }
 
 void Session::OpenActCamera() {
-    log.TakeErrors();
+    CMivoraCamera* const camera = grabber->GetActCamera();
+    if (camera && !share.Claim(*this, camera->GetCameraUniqueID())) {
+        throw CameraNamedTwice(ActCameraText() + " is named twice");
+    }
+    Log().TakeErrors();
     const MV_ERRCODE code = grabber->OpenActCamera();
-    const std::deque<std::string> logged = log.TakeErrors();
+    const std::deque<std::string> logged = Log().TakeErrors();
     if (code == MV_OK) {
         WarnOfSyncFile(logged);
         return;
@@ -201,7 +214,7 @@ void Session::WarnOfSyncFile(const std::deque<std::string>& logged) {
             reason = line.substr(std::strlen(kSyncReader));
         }
     }
-    const std::string unread = log.TakeUnreadSyncFile();
+    const std::string unread = Log().TakeUnreadSyncFile();
     if (!unread.empty()) {
         // "Loading FILE..."
         const std::string file = unread.substr(unread.find("Loading ") + 8);
@@ -224,10 +237,11 @@ ServiceClient& Session::Services() {
 }
 
 ServiceClient* Session::OptionalServices() {
-    if (!services) {
+    if (!areServicesKnown) {
+        areServicesKnown = true;
         if (IMivoraModuleServices* const offered = maker.Services(grabber, servicesReason)) {
             services =
-                std::make_unique<ServiceClient>(*offered, [this] { return log.TakeErrors(); });
+                std::make_unique<ServiceClient>(*offered, [this] { return Log().TakeErrors(); });
         }
     }
     return services.get();
@@ -239,7 +253,7 @@ CMivoraGfxMode& Session::CheckedMode() {
     if (!mode) {
         throw CommandFailure(ActCameraText() + " has no graphics mode");
     }
-    log.TakeErrors();
+    Log().TakeErrors();
     if (mode->GetNumComponents() == 0) {
         Check("GetNumComponents", MV_NO_VIDEO_MODE,
               ActCameraText() + ", whose pixel format is unknown");
@@ -264,7 +278,7 @@ void Session::PrepareBuffers(std::uint64_t count, const std::string& object) {
 
 void Session::Check(const std::string& operation, MV_ERRCODE code, const std::string& object,
                     std::vector<std::string> details) {
-    const std::deque<std::string> reasons = log.TakeErrors();
+    const std::deque<std::string> reasons = Log().TakeErrors();
     if (code == MV_OK) {
         return;
     }

@@ -5,8 +5,7 @@
 #include "apps/common/command_failure.h"
 #include "apps/common/event_recorder.h"
 #include "apps/common/known_camera.h"
-#include "apps/common/log_file.h"
-#include "apps/common/sdk_control.h"
+#include "apps/common/session_share.h"
 #include "mivora/types.h"
 
 #include <cstdint>
@@ -27,13 +26,23 @@ public:
     using CommandFailure::CommandFailure;
 };
 
-/// Owns the log, the grabber and the event recorder, and sets the grabber up as far as a command
-/// needs. Failures throw CommandFailure with the reasons from the log. One thread.
+/// Another session of this process has the camera.
+class CameraNamedTwice : public CommandFailure {
+public:
+    using CommandFailure::CommandFailure;
+};
+
+/// Owns the grabber and the event recorder, and sets the grabber up as far as a command needs.
+/// Failures throw CommandFailure with the reasons from the log. One thread at a time; sessions that
+/// share the log may each have their own, and a failure of one may show a line that the log got
+/// because of another one.
 class Session {
 public:
-    /// Sets PYXEN_HOME, opens the log, runs the SDK script, creates the grabber and passes it the
-    /// configuration file. Does not initialise the grabber.
+    /// Creates the grabber and passes it the configuration file. Does not initialise the grabber.
+    /// Makes what sessions share for itself.
     Session(const AppOptions& appOptions, IGrabberMaker& grabberMaker);
+    /// The same for one of several sessions of this process. `sessionShare` must outlive it.
+    Session(const AppOptions& appOptions, IGrabberMaker& grabberMaker, SessionShare& sessionShare);
     /// Stops, closes and destroys the grabber.
     ~Session();
     Session(const Session&) = delete;
@@ -78,20 +87,15 @@ public:
 
     CMivoraGrabber& Grabber() { return *grabber; }
     EventRecorder& Events() { return *events; }
-    LogFile& Log() { return log; }
-    SdkControl& Sdk() { return sdkControl; }
+    LogFile& Log() { return share.Log(); }
+    SdkControl& Sdk() { return share.Sdk(); }
+    /// Other sessions of this process may use the same SDK, whose counts then are not this one's.
+    bool IsShared() const { return !ownShare; }
 
 private:
-    /// Installs a log sink for its own lifetime.
-    class InstalledSink {
-    public:
-        explicit InstalledSink(ILogSink& sink) { MivoraInstallLogSink(&sink); }
-        ~InstalledSink() { MivoraInstallLogSink(nullptr); }
-        InstalledSink(const InstalledSink&) = delete;
-        InstalledSink& operator=(const InstalledSink&) = delete;
-    };
-
-    void RunSdkScript();
+    Session(const AppOptions& appOptions, IGrabberMaker& grabberMaker,
+            std::unique_ptr<SessionShare> shareToOwn);
+    void CreateGrabber();
     /// "TEXT; there are" and the cameras of the list, one a line.
     CameraMissing Missing(const std::string& text);
     std::string SdkText();
@@ -105,12 +109,11 @@ private:
 
     const AppOptions& options;
     IGrabberMaker& maker;
-    const std::string sdkPlaces; // see ApplySdk
-    SdkControl sdkControl;
-    LogFile log;
-    const InstalledSink installedLog{log};
+    const std::unique_ptr<SessionShare> ownShare; // null when it is somebody else's
+    SessionShare& share;
     CMivoraGrabber* grabber = nullptr; // owned by the maker
     std::unique_ptr<EventRecorder> events;
+    bool areServicesKnown = false;
     std::unique_ptr<ServiceClient> services; // once wanted
     std::string servicesReason;              // why there are none
 };

@@ -159,8 +159,8 @@ void Doctor::LookAtSdkAndCameras() {
             facts.sdk.startUp = StartUpResult(app, facts.sdk);
         }
         if (facts.sdk.initFailure.empty() && Wants("camera")) {
-            if (!app.camera.empty()) {
-                session.SelectCamera(app.camera);
+            if (!app.Camera().empty()) {
+                session.SelectCamera(app.Camera());
             }
             LookAtCameras(session, maker);
         }
@@ -174,7 +174,7 @@ void Doctor::LookAtCameras(Session& session, IGrabberMaker& maker) {
     std::string reason;
     const std::vector<CameraFacts> listed =
         ListCameraFacts(session, maker.Services(&session.Grabber(), reason));
-    const std::int32_t wanted = app.camera.empty() ? -1 : session.Grabber().GetActCameraIndex();
+    const std::int32_t wanted = app.Camera().empty() ? -1 : session.Grabber().GetActCameraIndex();
     for (std::size_t i = 0; i < listed.size(); ++i) {
         const auto index = static_cast<std::int32_t>(i);
         if (wanted >= 0 && index != wanted) {

@@ -51,6 +51,8 @@ bool CameraReturn::OpenFirst() {
                 std::fprintf(stderr, "mivora: %s\nmivora: waiting for it\n", missing.what());
             }
             isWaiting = true;
+        } catch (const CameraNamedTwice&) {
+            throw;
         } catch (const CommandFailure&) {
             // One that has just come may be gone again, or still be held by who had it before.
             if (!isWaiting) {

@@ -1,14 +1,12 @@
 // grab_command.cpp - continuous acquisition
-#include "apps/common/command_failure.h"
 #include "apps/common/command_line.h"
 #include "apps/common/feature_assignment.h"
-#include "apps/common/format_handling.h"
 #include "apps/common/image_writer.h"
-#include "apps/common/session.h"
-#include "apps/mivora/camera_return.h"
 #include "apps/mivora/commands.h"
+#include "apps/mivora/grab_camera.h"
 #include "apps/mivora/grab_options.h"
-#include "apps/mivora/grab_run.h"
+#include "apps/mivora/grab_several.h"
+#include "apps/recording/host_clock.h"
 #include "platform/console.h"
 #include "platform/interrupt.h"
 
@@ -20,64 +18,26 @@
 
 namespace {
 
-/// Throws unless what was wanted has been done.
-void ThrowOutcome(Session& session, const GrabOptions& options, const GrabRun& run,
-                  const GrabReport& report) {
-    if (run.Refusal()) {
-        throw *run.Refusal();
-    }
-    const std::string reason = report.recording ? report.recording->Reason() : "";
-    const std::vector<std::string> details(reason.empty() ? 0 : 1, reason);
-    if (report.recording && !report.recording->failure.empty()) {
-        throw CommandFailure(report.recording->failure, details);
-    }
-    if (report.interrupted && report.account.taken < options.frames) {
-        throw CommandFailure("interrupted after " + std::to_string(report.account.taken) + " of " +
-                                 std::to_string(options.frames) + " frames",
-                             details);
-    }
-    if (report.noFrameCause) {
-        throw CommandFailure("no more frames from " + session.ActCameraText() + " after " +
-                                 std::to_string(report.account.taken) +
-                                 " frames: " + report.noFrameCause->text,
-                             details);
-    }
-    if (!reason.empty()) {
-        throw FramesMissing(reason);
-    }
+void GrabFromOne(const AppOptions& app, const GrabOptions& options, IGrabberMaker& maker) {
+    GrabCamera camera(app, options, maker);
+    GrabConsole console(options.progress, 1);
+    StartGate gate(1);
+    camera.Prepare(options.output, {console, gate, UnixMinusHostNanoseconds()});
+    camera.Run();
+    PrintGrabReport(options, camera.Report().Json(), camera.Report().Text());
+    camera.ThrowOutcome();
 }
 
-void OpenCamera(Session& session, const GrabOptions& options,
-                const std::vector<FeatureAssignment>& assignments, CameraReturn& cameraReturn) {
-    if (!options.reconnect) {
-        session.OpenCamera();
-    } else if (!cameraReturn.OpenFirst()) {
-        throw CommandFailure("interrupted before there was a camera");
-    }
-    ApplyFeatureAssignments(session, assignments);
-    if (const auto format = ReadPixelFormat(session.OptionalServices())) {
-        WarnOfFormat(*format, DescribeImage(session.CheckedMode()));
-    }
-    if (options.reconnect) {
-        cameraReturn.KeepSettings();
-    }
-}
-
-void Grab(Session& session, const GrabOptions& options) {
-    const std::vector<FeatureAssignment> assignments =
-        ParseFeatureAssignments(session, options.set);
+void Grab(const AppOptions& app, const GrabOptions& options, IGrabberMaker& maker) {
     platform::InstallInterruptHandler(options.IsRecorded() ? 2 : 1);
-    CameraReturn cameraReturn(session, assignments);
-    OpenCamera(session, options, assignments, cameraReturn);
     if (options.IsStream()) {
         platform::ReportBrokenPipes();
     }
-    GrabRun run(session, options, cameraReturn);
-    const GrabReport report = run.Run();
-    std::FILE* const output = options.IsStream() ? stderr : stdout;
-    std::fputs(options.json ? (report.Json() + "\n").c_str() : report.Text().c_str(), output);
-    std::fflush(output);
-    ThrowOutcome(session, options, run, report);
+    if (app.cameras.size() > 1) {
+        GrabFromSeveral(app, options, maker);
+    } else {
+        GrabFromOne(app, options, maker);
+    }
 }
 
 constexpr const char* kGrabFooter =
@@ -94,11 +54,16 @@ constexpr const char* kGrabFooter =
     "an SDK with a control interface (the simulator) tells it. Hand-over is the time from that\n"
     "call until this program has the frame in hands, interval the time between two such calls.\n"
     "\n"
+    "With several --camera options one program grabs from all of these cameras: a folder for each\n"
+    "in the recording, an account with a line for each, and status 3 when frames of any are\n"
+    "missing.\n"
+    "\n"
     "Examples:\n"
     "  mivora grab --frames 100\n"
     "  mivora grab --frames 100 --set Camera/Width=640 --set Camera/Height=480\n"
     "  mivora grab --frames 50 -o images --format pnm --buffers 16\n"
     "  mivora grab --frames 10000 -o run1 --format stack --queue 2000 --when-full stop\n"
+    "  mivora --camera left --camera right grab --frames 500 -o pair --format stack\n"
     "  mivora grab --frames 300 -o - --format pnm | viewer\n"
     "  mivora grab --frames 0 --reconnect        until Ctrl-C\n";
 
@@ -157,16 +122,20 @@ void AddGrabCommand(CommandLine& program, const AppOptions& options, const Maker
         .Check(CountProblem)
         .ShowDefault()
         .TypeName("MS");
+    command
+        .AddOption("--start", grab->start,
+                   "How several cameras start: as close together as this program can, or by a "
+                   "trigger that they wait for, however long; software if not given")
+        .OneOf({kStartBySoftware, kStartByTrigger});
     command.AddFlag("--reconnect", grab->reconnect,
                     "Wait for a camera that is not there or gone, set it up as it was and go on");
     command.AddJson(grab->json);
     AddSetOption(command, grab->set);
     command.SetFooter(kGrabFooter);
     command.OnRun([&options, maker, grab] {
-        if (const std::string problem = grab->Problem(); !problem.empty()) {
+        if (const std::string problem = grab->Problem(options.cameras.size()); !problem.empty()) {
             throw BadUsage(problem);
         }
-        Session session(options, maker());
-        Grab(session, *grab);
+        Grab(options, *grab, maker());
     });
 }

@@ -1,6 +1,7 @@
 // grab_options.h - the options of the command "grab"
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -8,6 +9,11 @@
 
 /// The output that stands for standard output.
 inline constexpr const char* kStandardOutput = "-";
+
+/// How several cameras start together: as soon as all are prepared, or by a trigger that all of
+/// them wait for.
+inline constexpr const char* kStartBySoftware = "software";
+inline constexpr const char* kStartByTrigger = "trigger";
 
 struct GrabOptions {
     std::uint64_t frames = 0; ///< 0: until the user interrupts
@@ -17,6 +23,8 @@ struct GrabOptions {
     bool progress = false;
     bool json = false;
     std::vector<std::string> set;
+
+    std::string start; ///< kStartBySoftware, kStartByTrigger, or empty
 
     std::string output; ///< a directory, kStandardOutput, or empty
     std::optional<std::string> format;
@@ -30,6 +38,7 @@ struct GrabOptions {
     bool IsStream() const { return output == kStandardOutput; }
     /// As given, or the default of the output.
     std::string Format() const { return format.value_or(IsStream() ? "raw" : "png"); }
-    /// Why the options for the output do not fit together; empty if they do.
-    std::string Problem() const;
+    bool IsTriggered() const { return start == kStartByTrigger; }
+    /// Why the options do not fit together, or not to so many cameras; empty if they do.
+    std::string Problem(std::size_t cameras = 1) const;
 };

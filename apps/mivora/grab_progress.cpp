@@ -29,6 +29,17 @@ std::string GrabProgress::Text(double megabytesPerSecond) const {
     return text + rate;
 }
 
+GrabProgress& GrabProgress::operator+=(const GrabProgress& other) {
+    taken += other.taken;
+    wanted += other.wanted;
+    lost += other.lost;
+    written += other.written;
+    waiting += other.waiting;
+    bytes += other.bytes;
+    isRecorded = isRecorded || other.isRecorded;
+    return *this;
+}
+
 ProgressDisplay::ProgressDisplay(bool isAskedFor)
     : isTerminal(platform::IsTerminal(kStandardError)),
       interval(isTerminal   ? kOnATerminal

@@ -15,6 +15,7 @@ struct GrabProgress {
     bool isRecorded = false;
 
     std::string Text(double megabytesPerSecond) const;
+    GrabProgress& operator+=(const GrabProgress& other);
 };
 
 /// Shows progress on standard error: on a terminal as a line that is overwritten in place, and when

@@ -10,7 +10,6 @@
 #include "platform/clock.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <utility>
 
@@ -18,12 +17,6 @@ namespace {
 
 constexpr std::uint64_t kBytesPerMegabyte = 1000000;
 constexpr std::uint64_t kMostMegabytes = 1000000000000; // more than any computer has
-
-std::uint64_t UnixNanoseconds() {
-    return static_cast<std::uint64_t>(std::chrono::duration_cast<std::chrono::nanoseconds>(
-                                          std::chrono::system_clock::now().time_since_epoch())
-                                          .count());
-}
 
 std::unique_ptr<FrameStore> MakeStore(const GrabOptions& options) {
     if (options.IsStream()) {
@@ -50,18 +43,18 @@ void AppendPart(std::string& text, std::uint64_t count, const char* what) {
 
 } // namespace
 
-GrabRecording::GrabRecording(Session& session, const GrabOptions& grabOptions)
+GrabRecording::GrabRecording(Session& session, const GrabOptions& grabOptions,
+                             std::uint64_t unixMinusHostNs)
     : options(grabOptions) {
     RecordingDescription description = DescribeRecording(session);
-    const std::uint64_t now = UnixNanoseconds();
-    description.start = TimeText(now);
+    description.start = TimeText(platform::MonotonicNanoseconds() + unixMinusHostNs);
     description.format = options.Format();
     if (options.frames != 0) {
         description.frames.wanted = options.frames;
     }
     RecorderOptions recording;
     recording.queueBytes = std::min(options.queueMegabytes, kMostMegabytes) * kBytesPerMegabyte;
-    recording.unixMinusHostNs = now - platform::MonotonicNanoseconds();
+    recording.unixMinusHostNs = unixMinusHostNs;
     if (!options.IsStream()) {
         PrepareRecordingDirectory(options.output, options.overwrite);
         recording.directory = options.output;

@@ -34,8 +34,9 @@ struct RecordingReport {
 /// Hands the frames of one camera to a recorder. One thread.
 class GrabRecording {
 public:
-    /// Prepares the output for the session's open camera. Throws CommandFailure.
-    GrabRecording(Session& session, const GrabOptions& grabOptions);
+    /// Prepares the output for the session's open camera. `unixMinusHostNs` leads from the times of
+    /// frames to those since 1970. Throws CommandFailure.
+    GrabRecording(Session& session, const GrabOptions& grabOptions, std::uint64_t unixMinusHostNs);
 
     /// Where the next image is to be copied; null when there is no room for it.
     std::vector<std::uint8_t>* NextBuffer(std::uint64_t imageBytes);

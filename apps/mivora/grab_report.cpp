@@ -65,40 +65,52 @@ double GrabReport::MegabytesPerSecond() const {
     return timing.Rate() * static_cast<double>(imageSize) / 1e6;
 }
 
-std::string GrabReport::Json() const {
-    const JsonValue report =
-        JsonReport({{"frames", account.taken},
-                    {"errors", account.inError},
-                    {"framesPerSecond", timing.Rate()},
-                    {"megabytesPerSecond", MegabytesPerSecond()},
-                    {"imageSize", imageSize},
-                    {"account", JsonObject({{"completed", account.completed},
-                                            {"delivered", account.delivered},
-                                            {"taken", account.taken},
-                                            {"lost", account.lost},
-                                            {"flushed", account.flushed},
-                                            {"damaged", account.damaged},
-                                            {"incomplete", account.inError},
-                                            {"written", recording ? recording->counts.recorded : 0},
-                                            {"sdk", SdkAccount(account.sdk)},
-                                            {"closed", account.IsClosed()}})},
-                    {"latencyMicroseconds", Percentiles(timing.latency)},
-                    {"handOverMicroseconds", Percentiles(timing.handOver)},
-                    {"intervalMicroseconds", Percentiles(timing.interval)},
-                    {"recording", recording ? recording->Json() : nullptr},
-                    {"reconnects", reconnects},
-                    {"interrupted", interrupted},
-                    {"packets", packets.Json()},
-                    {"cameraLost", noFrameCause && noFrameCause->kind == NoFrameKind::kGone},
-                    {"noFrameCause", noFrameCause ? JsonValue(noFrameCause->text) : nullptr}});
-    return report.Text();
+JsonValue AccountJson(const FrameAccount& account, std::uint64_t written) {
+    return JsonObject({{"completed", account.completed},
+                       {"delivered", account.delivered},
+                       {"taken", account.taken},
+                       {"lost", account.lost},
+                       {"flushed", account.flushed},
+                       {"damaged", account.damaged},
+                       {"incomplete", account.inError},
+                       {"written", written},
+                       {"sdk", SdkAccount(account.sdk)},
+                       {"closed", account.IsClosed()}});
 }
 
-std::string GrabReport::Text() const {
+std::vector<JsonMember> GrabReport::Members() const {
+    return {{"frames", account.taken},
+            {"errors", account.inError},
+            {"framesPerSecond", timing.Rate()},
+            {"megabytesPerSecond", MegabytesPerSecond()},
+            {"imageSize", imageSize},
+            {"account", AccountJson(account, recording ? recording->counts.recorded : 0)},
+            {"latencyMicroseconds", Percentiles(timing.latency)},
+            {"handOverMicroseconds", Percentiles(timing.handOver)},
+            {"intervalMicroseconds", Percentiles(timing.interval)},
+            {"recording", recording ? recording->Json() : nullptr},
+            {"reconnects", reconnects},
+            {"interrupted", interrupted},
+            {"packets", packets.Json()},
+            {"cameraLost", noFrameCause && noFrameCause->kind == NoFrameKind::kGone},
+            {"noFrameCause", noFrameCause ? JsonValue(noFrameCause->text) : nullptr}};
+}
+
+std::string GrabReport::Json() const {
+    return JsonReport(Members()).Text();
+}
+
+std::string RateText(const FrameAccount& account, double framesPerSecond,
+                     double megabytesPerSecond) {
     std::string text;
     AppendLine(text, "%-11s %llu", "frames", Wide(account.taken));
     AppendLine(text, "%-11s %llu received in error", "errors", Wide(account.inError));
-    AppendLine(text, "%-11s %.2f frames/s, %.2f MB/s", "rate", timing.Rate(), MegabytesPerSecond());
+    AppendLine(text, "%-11s %.2f frames/s, %.2f MB/s", "rate", framesPerSecond, megabytesPerSecond);
+    return text;
+}
+
+std::string AccountText(const FrameAccount& account) {
+    std::string text;
     AppendLine(
         text, "%-11s %llu completed, %llu delivered = %llu taken + %llu lost + %llu flushed%s",
         "account", Wide(account.completed), Wide(account.delivered), Wide(account.taken),
@@ -111,6 +123,12 @@ std::string GrabReport::Text() const {
                    Wide(account.sdk->queued), Wide(account.sdk->completed),
                    Wide(account.sdk->flushed), Wide(account.sdk->dropped));
     }
+    return text;
+}
+
+std::string GrabReport::Text() const {
+    std::string text = RateText(account, timing.Rate(), MegabytesPerSecond());
+    text += AccountText(account);
     if (!packets.IsEmpty()) {
         text += "stream      " + packets.Text() + "\n";
     }
@@ -129,4 +147,10 @@ std::string GrabReport::Text() const {
     AppendPercentiles(text, "hand-over", timing.handOver);
     AppendPercentiles(text, "interval", timing.interval);
     return text;
+}
+
+void PrintGrabReport(const GrabOptions& options, const std::string& json, const std::string& text) {
+    std::FILE* const output = options.IsStream() ? stderr : stdout;
+    std::fputs(options.json ? (json + "\n").c_str() : text.c_str(), output);
+    std::fflush(output);
 }

@@ -5,7 +5,7 @@
 #include "platform/interrupt.h"
 
 #include <algorithm>
-#include <cstdio>
+#include <limits>
 #include <string>
 
 namespace {
@@ -20,40 +20,64 @@ constexpr unsigned kGiveUpRequests = 2;
 } // namespace
 
 GrabRun::GrabRun(Session& grabbingSession, const GrabOptions& grabOptions,
-                 CameraReturn& reconnectingCamera)
+                 CameraReturn& reconnectingCamera, const GrabShare& sharedParts,
+                 std::size_t runNumber)
     : session(grabbingSession),
       options(grabOptions),
       cameraReturn(reconnectingCamera),
+      share(sharedParts),
+      number(runNumber),
       grab(grabbingSession, grabOptions.buffers),
-      wait(grabbingSession),
-      display(grabOptions.progress) {
+      wait(grabbingSession, [this] { return grab.ReceiveErrors(); }) {
     if (options.IsRecorded()) {
-        recording.emplace(session, options);
+        recording.emplace(session, options, share.unixMinusHostNs);
     }
 }
 
 GrabReport GrabRun::Run() {
-    Start();
-    while (!IsDone() && (TakeFrames() || GoOn())) {
+    if (StartTogether()) {
+        while (!IsDone() && (TakeFrames() || GoOn())) {
+        }
     }
     Stop();
     report.account = grab.Account();
     report.timing = grab.Timing();
+    report.wanted = options.frames;
     report.imageSize = grab.Layout().Size();
     report.packets = wait.Packets();
     report.reconnects = cameraReturn.Times();
     report.interrupted = platform::InterruptRequested();
+    report.isGivenUp = !IsAllTaken() && !report.interrupted && share.gate.IsGivenUp();
     if (recording) {
         WriteRest();
         report.recording = recording->Close(Ending());
     }
-    display.Clear();
+    share.console.Clear();
     return report;
 }
 
+/// False if another run does not come to its start.
+bool GrabRun::StartTogether() {
+    wait.Begin();
+    grab.Prepare();
+    if (!share.gate.Pass()) {
+        return false;
+    }
+    wait.OnFrame();
+    grab.Begin();
+    if (share.gate.IsLastToStart() && options.IsTriggered()) {
+        share.console.Say("waiting for the trigger");
+    }
+    return true;
+}
+
+bool GrabRun::IsAllTaken() const {
+    return options.frames != 0 && taken >= options.frames;
+}
+
 bool GrabRun::IsDone() const {
-    return (options.frames != 0 && taken >= options.frames) || platform::InterruptRequested() ||
-           (recording && recording->IsOver());
+    return IsAllTaken() || platform::InterruptRequested() || (recording && recording->IsOver()) ||
+           share.gate.IsGivenUp();
 }
 
 void GrabRun::Start() {
@@ -81,17 +105,23 @@ bool GrabRun::TakeFrames() {
             }
             continue;
         }
-        wait.OnFrame();
-        isWaitTold = false;
-        isThere = false;
-        ++taken;
-        if (recording) {
-            recording->Add(result, frame, grab.Layout());
-        } else {
-            CountMissing(frame);
-        }
+        Take(result);
     }
     return true;
+}
+
+void GrabRun::Take(FrameResult result) {
+    wait.OnFrame();
+    isWaitTold = false;
+    isThere = false;
+    if (taken++ == 0) {
+        report.firstFrameNs = frame.handedOver;
+    }
+    if (recording) {
+        recording->Add(result, frame, grab.Layout());
+    } else {
+        CountMissing(frame);
+    }
 }
 
 void GrabRun::CountMissing(const TakenFrame& takenFrame) {
@@ -110,13 +140,22 @@ void GrabRun::RecordRest() {
     }
 }
 
+/// A trigger may come at any time.
+bool GrabRun::IsFirstAwaited() const {
+    return options.IsTriggered() && taken == 0 && grab.ReceiveErrors() == 0;
+}
+
+std::uint64_t GrabRun::TimeoutMs() const {
+    return IsFirstAwaited() ? std::numeric_limits<std::uint64_t>::max() : options.timeoutMs;
+}
+
 /// After a configuration change has been reported, a few missing frames are enough.
 std::uint64_t GrabRun::PatienceMs() const {
     if (isThere || !grab.IsSuspicious()) {
-        return options.timeoutMs;
+        return TimeoutMs();
     }
     const std::uint64_t intervalMs = grab.LongestInterval() / kNanosecondsPerMillisecond;
-    return std::min(options.timeoutMs, std::max(kLeastGraceMs, kGraceIntervals * intervalMs));
+    return std::min(TimeoutMs(), std::max(kLeastGraceMs, kGraceIntervals * intervalMs));
 }
 
 /// After no frame for too long: true if it goes on. Only a camera that is gone is closed and opened
@@ -124,11 +163,11 @@ std::uint64_t GrabRun::PatienceMs() const {
 bool GrabRun::GoOn() {
     const NoFrameCause cause = wait.FindCause();
     const bool isGone = cause.kind == NoFrameKind::kGone;
-    if (!isGone && wait.WaitedMs() < options.timeoutMs) {
+    if (!isGone && wait.WaitedMs() < TimeoutMs()) {
         isThere = true; // the configuration change was another one
         return true;
     }
-    display.Clear();
+    share.console.Clear();
     if (options.reconnect && cause.IsWait()) {
         if (!isWaitTold) {
             TellOf(cause, "going on");
@@ -153,9 +192,8 @@ bool GrabRun::GoOn() {
 }
 
 void GrabRun::TellOf(const NoFrameCause& cause, const char* consequence) {
-    std::fprintf(stderr, "mivora: no frame from %s after %llu frames: %s; %s\n",
-                 session.ActCameraText().c_str(), static_cast<unsigned long long>(taken),
-                 cause.text.c_str(), consequence);
+    share.console.Say("no frame from " + session.ActCameraText() + " after " +
+                      std::to_string(taken) + " frames: " + cause.text + "; " + consequence);
 }
 
 /// False if the user interrupts, or the camera cannot be set up as before.
@@ -182,25 +220,30 @@ void GrabRun::WriteRest() {
         ShowProgress();
         if (platform::InterruptCount() >= kGiveUpRequests) {
             const std::uint64_t count = recording->GiveUp();
-            display.Clear();
-            std::fprintf(stderr, "mivora: gave up %llu frames that were not written yet\n",
-                         static_cast<unsigned long long>(count));
+            share.console.Say("gave up " + std::to_string(count) +
+                              " frames that were not written yet" + OfCamera());
             return;
         }
         if (platform::InterruptRequested() && !isTold) {
             isTold = true;
-            display.Clear();
-            std::fprintf(stderr,
-                         "mivora: stopped; %llu frames are still to be written, Ctrl-C gives "
-                         "them up\n",
-                         static_cast<unsigned long long>(recording->Counts().waiting));
+            share.console.Say("stopped" + OfCamera() + "; " +
+                              std::to_string(recording->Counts().waiting) +
+                              " frames are still to be written, Ctrl-C gives them up");
         }
     }
 }
 
+/// Which camera a line is about, when there are several.
+std::string GrabRun::OfCamera() const {
+    return session.IsShared() ? " (" + session.ActCameraText() + ")" : "";
+}
+
 /// Why a recording without a gap is not complete; empty if it is.
 std::string GrabRun::Ending() const {
-    if (options.frames == 0 || taken >= options.frames) {
+    if (report.isGivenUp) {
+        return "ended because of another camera after " + std::to_string(taken) + " frames";
+    }
+    if (options.frames == 0 || IsAllTaken()) {
         return {};
     }
     return (report.interrupted ? "interrupted after " : "no more frames came after ") +
@@ -221,5 +264,5 @@ void GrabRun::ShowProgress() {
         progress.waiting = counts.waiting;
         progress.bytes = counts.bytes;
     }
-    display.Show(progress);
+    share.console.Show(number, progress);
 }

@@ -6,36 +6,53 @@
 #include "apps/common/frame_wait.h"
 #include "apps/common/no_frame_cause.h"
 #include "apps/mivora/camera_return.h"
+#include "apps/mivora/grab_console.h"
 #include "apps/mivora/grab_options.h"
-#include "apps/mivora/grab_progress.h"
 #include "apps/mivora/grab_recording.h"
 #include "apps/mivora/grab_report.h"
+#include "apps/mivora/start_gate.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 
 class Session;
 
+/// What the runs of several cameras share; one camera's run has it for itself.
+struct GrabShare {
+    GrabConsole& console;
+    StartGate& gate;
+    std::uint64_t unixMinusHostNs = 0; ///< from the times of frames to those since 1970
+};
+
 /// Takes frames of the session's open camera, records them, and follows the camera when it comes
-/// back. One thread.
+/// back. One thread at a time.
 class GrabRun {
 public:
-    /// Prepares the recording, if there is to be one. Throws CommandFailure.
+    /// Prepares the recording, if there is to be one. `runNumber` is this run's number on the
+    /// console. Throws CommandFailure.
     GrabRun(Session& grabbingSession, const GrabOptions& grabOptions,
-            CameraReturn& reconnectingCamera);
+            CameraReturn& reconnectingCamera, const GrabShare& sharedParts,
+            std::size_t runNumber = 0);
 
-    /// Grabs until all frames are taken, the user interrupts, no frame comes or the recording is
-    /// over; then waits until everything is written.
+    /// Starts together with the other runs and grabs until all frames are taken, the user
+    /// interrupts, no frame comes, the recording is over or another run has failed; then waits
+    /// until everything is written. Throws CommandFailure.
     GrabReport Run();
 
     /// Why a camera that was back could not be set up as before.
     const std::optional<CommandFailure>& Refusal() const { return refusal; }
 
 private:
+    bool StartTogether();
+    bool IsAllTaken() const;
     bool IsDone() const;
     bool TakeFrames();
+    void Take(FrameResult result);
     void CountMissing(const TakenFrame& frame);
     void RecordRest();
+    bool IsFirstAwaited() const;
+    std::uint64_t TimeoutMs() const;
     std::uint64_t PatienceMs() const;
     void Start();
     void Stop();
@@ -44,15 +61,17 @@ private:
     bool Reconnect(std::uint64_t lastFrame);
     void WriteRest();
     std::string Ending() const;
+    std::string OfCamera() const;
     void ShowProgress();
 
     Session& session;
     const GrabOptions& options;
     CameraReturn& cameraReturn;
+    const GrabShare share;
+    const std::size_t number;
     ContinuousGrab grab;
     FrameWait wait;
     std::optional<GrabRecording> recording;
-    ProgressDisplay display;
     GrabReport report;
     std::optional<CommandFailure> refusal;
     TakenFrame frame; // keeps its memory

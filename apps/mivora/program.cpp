@@ -10,7 +10,7 @@ MivoraProgram::MivoraProgram()
     line.SetFooter(
         "Exit status: 0 done, 1 an operation failed, 2 bad usage, 3 a recording lacks frames.\n"
         "mivora COMMAND --help tells more about a command.\n");
-    AddAppOptions(line, options);
+    AddAppOptions(line, options, CameraLimit::kSeveral);
     line.SetVersion([this](bool isJson) {
         return VersionText("mivora", VersionOfModule(ModuleFile(options)), isJson);
     });

@@ -69,6 +69,11 @@ void AddFeatures(ServiceClient& services, RecordingDescription& description) {
 
 } // namespace
 
+RecordedCamera DescribeCamera(Session& session) {
+    ServiceClient* const services = session.OptionalServices();
+    return services ? CameraOf(*services, session.Grabber().GetActCameraIndex()) : RecordedCamera();
+}
+
 RecordingDescription DescribeRecording(Session& session) {
     CMivoraGrabber& grabber = session.Grabber();
     RecordingDescription description;

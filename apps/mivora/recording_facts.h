@@ -5,5 +5,8 @@
 
 class Session;
 
+/// What can be read of the open camera's identity.
+RecordedCamera DescribeCamera(Session& session);
+
 /// What can be read from the open camera and its module; the rest stays empty.
 RecordingDescription DescribeRecording(Session& session);

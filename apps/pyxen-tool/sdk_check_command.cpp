@@ -92,9 +92,9 @@ public:
         }
         conformance::SessionOptions sessionOptions;
         sessionOptions.configPath = ConfigurationPath(appOptions.configFile);
-        if (!appOptions.camera.empty()) {
+        if (!appOptions.Camera().empty()) {
             sessionOptions.cameraId =
-                FindCamera(library.Functions(), sessionOptions.configPath, appOptions.camera);
+                FindCamera(library.Functions(), sessionOptions.configPath, appOptions.Camera());
         }
         session = std::make_unique<conformance::Session>(library.Functions(), driver,
                                                          std::move(sessionOptions));

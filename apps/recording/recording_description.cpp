@@ -43,17 +43,25 @@ RecordedCamera CameraOf(const nlohmann::json& object) {
 
 } // namespace
 
+JsonValue RecordedCamera::Json() const {
+    return JsonObject({{"vendor", OrNull(vendor)},
+                       {"model", OrNull(model)},
+                       {"serial", OrNull(serial)},
+                       {"userName", OrNull(userName)},
+                       {"id", OrNull(id)},
+                       {"extendedId", OrNull(extendedId)},
+                       {"interface", OrNull(interfaceName)}});
+}
+
+JsonValue RecordedFrames::Json() const {
+    return JsonObject({{"wanted", OrNull(wanted)}, {"recorded", recorded}, {"missing", missing}});
+}
+
 std::string RecordingDescription::Json() const {
     const JsonValue text = JsonObject(
         {{"schema", kSchema},
          {"program", program},
-         {"camera", JsonObject({{"vendor", OrNull(camera.vendor)},
-                                {"model", OrNull(camera.model)},
-                                {"serial", OrNull(camera.serial)},
-                                {"userName", OrNull(camera.userName)},
-                                {"id", OrNull(camera.id)},
-                                {"extendedId", OrNull(camera.extendedId)},
-                                {"interface", OrNull(camera.interfaceName)}})},
+         {"camera", camera.Json()},
          {"sdk", JsonObject({{"version", OrNull(sdkVersion)}})},
          {"module", JsonObject({{"name", OrNull(moduleName)}, {"version", OrNull(moduleVersion)}})},
          {"pixelFormat", OrNull(pixelFormat)},
@@ -64,9 +72,7 @@ std::string RecordingDescription::Json() const {
          {"frameRate", OrNull(frameRate)},
          {"start", start},
          {"format", format},
-         {"frames", JsonObject({{"wanted", OrNull(frames.wanted)},
-                                {"recorded", frames.recorded},
-                                {"missing", frames.missing}})},
+         {"frames", frames.Json()},
          {"complete", complete},
          {"reason", reason.empty() ? JsonValue(nullptr) : JsonValue(reason)}});
     return text.Text() + "\n";
@@ -81,6 +87,10 @@ RecordingDescription ParseRecordingDescription(const std::string& text) {
     if (schema != kSchema) {
         throw CommandFailure("\"schema\" is " + std::to_string(schema) + ", known is " +
                              std::to_string(kSchema));
+    }
+    if (object.contains("cameras")) {
+        throw CommandFailure("this describes the recordings of several cameras; name the folder of "
+                             "one of them");
     }
     RecordingDescription description;
     description.program = TextOf(object, "program").value_or("");

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "apps/common/host_image.h"
+#include "apps/common/json_text.h"
 
 #include <cstdint>
 #include <optional>
@@ -20,6 +21,7 @@ struct RecordedCamera {
     std::optional<std::string> extendedId; ///< names the interface as well
     std::optional<std::string> interfaceName;
 
+    JsonValue Json() const;
     bool operator==(const RecordedCamera&) const = default;
 };
 
@@ -29,6 +31,7 @@ struct RecordedFrames {
     std::uint64_t recorded = 0;
     std::uint64_t missing = 0;
 
+    JsonValue Json() const;
     bool operator==(const RecordedFrames&) const = default;
 };
 

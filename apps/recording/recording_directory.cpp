@@ -4,6 +4,7 @@
 #include "apps/common/command_failure.h"
 #include "apps/recording/frame_line.h"
 #include "apps/recording/recording_description.h"
+#include "apps/recording/recording_set.h"
 #include "platform/file_system.h"
 
 #include <algorithm>
@@ -39,10 +40,31 @@ bool HoldsRecording(const std::string& directory) {
            platform::PathExists(platform::JoinPath(directory, kFrameIndexName));
 }
 
+/// The folders of the cameras of one recording; no links to elsewhere.
+std::vector<std::string> CameraFoldersIn(const std::string& directory) {
+    std::vector<std::string> folders;
+    std::error_code error;
+    for (fs::directory_iterator entry(directory, error), end; !error && entry != end;
+         entry.increment(error)) {
+        const std::string path = platform::JoinPath(directory, entry->path().filename().string());
+        std::error_code unknown;
+        if (entry->path().filename().string().starts_with(kCameraFolderBegin) &&
+            !entry->is_symlink(unknown) && entry->is_directory(unknown) && HoldsRecording(path)) {
+            folders.push_back(path);
+        }
+    }
+    return folders;
+}
+
 void RemoveRecording(const std::string& directory) {
     std::vector<fs::path> files;
     for (const std::string& file : ListFrameFiles(directory)) {
         files.emplace_back(platform::JoinPath(directory, file));
+    }
+    for (const std::string& folder : CameraFoldersIn(directory)) {
+        RemoveRecording(folder);
+        std::error_code notEmpty; // of files that stay
+        fs::remove(folder, notEmpty);
     }
     std::error_code error;
     // The description last: until then the directory holds a recording.

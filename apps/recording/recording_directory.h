@@ -5,7 +5,8 @@
 #include <vector>
 
 /// Makes the directory with its parents. One that holds a recording is refused, or with `overwrite`
-/// cleared of the files of a recording; others stay. Throws CommandFailure.
+/// cleared of the files of a recording, also of those of several cameras; others stay. Throws
+/// CommandFailure.
 void PrepareRecordingDirectory(const std::string& directory, bool overwrite);
 
 /// Replaces the description of the recording. Where no room is left for a second file the present

@@ -173,7 +173,7 @@ bool CameraControl::ChooseCamera() {
         const std::int32_t index = grabber.GetCameraIndexByCameraUniqueID(cameraId);
         return index >= 0 && grabber.SetActCameraIndex(index) == MV_OK;
     }
-    if (options.camera.empty() && grabber.GetNumCameras() == 0) {
+    if (options.cameras.empty() && grabber.GetNumCameras() == 0) {
         return false;
     }
     session.ChooseCamera();

@@ -43,4 +43,18 @@ TEST(GrabOptions, ThatHaveNoEffectAreProblems) {
     }
 }
 
+TEST(GrabOptions, ThatDoNotFitTheNumberOfCamerasAreProblems) {
+    GrabOptions options;
+    options.start = kStartBySoftware;
+    EXPECT_NE(options.Problem(1), "");
+    EXPECT_EQ(options.Problem(2), "");
+    options.start = kStartByTrigger;
+    EXPECT_EQ(options.Problem(1), "");
+    EXPECT_EQ(options.Problem(2), "");
+    options.output = "-";
+    EXPECT_EQ(options.Problem(1), "");
+    EXPECT_EQ(options.Problem(2),
+              "--output: standard output takes the frames of one camera, not of 2");
+}
+
 } // namespace

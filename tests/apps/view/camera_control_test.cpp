@@ -33,7 +33,7 @@ TEST_F(ViewControl, ShowsTheFirstCameraLive) {
 }
 
 TEST_F(ViewControl, ShowsTheCameraThatIsWanted) {
-    options.camera = "Camera B";
+    options.cameras = {"Camera B"};
     Run(ViewStage::kLive);
     EXPECT_EQ(control->State().camera, "Camera B");
 }
@@ -85,7 +85,7 @@ TEST_F(ViewControl, CountsFramesInError) {
 }
 
 TEST_F(ViewControl, WaitsForItsCameraAndGoesOn) {
-    options.camera = "Camera B";
+    options.cameras = {"Camera B"};
     Run(ViewStage::kLive);
     Sdk("unplug B");
     control->CamerasChanged();
@@ -127,7 +127,7 @@ TEST_F(ViewControl, FindsACameraWithoutANotification) {
 
 TEST_F(ViewControl, ReportsThatTheRequestedCameraIsMissingAndWaitsForIt) {
     UseCameras(CameraXml("A") + CameraXml("B", "plugged=\"false\""));
-    options.camera = "Camera B";
+    options.cameras = {"Camera B"};
     Run(ViewStage::kNoCamera);
     EXPECT_EQ(WaitForFailure().find("there is no camera \"Camera B\"; there are\n  camera 0"), 0u);
     Sdk("plug B");

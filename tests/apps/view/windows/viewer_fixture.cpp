@@ -47,7 +47,7 @@ void ViewerTest::Close() {
 }
 
 void ViewerTest::OpenLive(const std::string& camera) {
-    options.camera = camera;
+    options.cameras = {camera};
     ASSERT_TRUE(window.Open(options, modules, SW_SHOW));
     SetForegroundWindow(window);
     PumpUntil([this] { return window.ImageView().Shown() != nullptr; });

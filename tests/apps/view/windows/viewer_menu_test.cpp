@@ -215,7 +215,7 @@ TEST_F(ViewerFailure, IsShownWhenThereIsNoModule) {
 }
 
 TEST_F(ViewerFailure, IsShownWhenTheCameraIsUnknownAndOnlyThen) {
-    options.camera = "Nobody";
+    options.cameras = {"Nobody"};
     std::wstring text;
     {
         DialogDriver driver(L"Mivora View", [&text](HWND box) {

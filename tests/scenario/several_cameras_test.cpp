@@ -1,0 +1,182 @@
+// several_cameras_test.cpp - one program grabs from several cameras
+//
+// Recordings have MIVORA_RECORDED_FRAMES frames of each camera, 150 without it.
+#include "platform/environment.h"
+#include "tests/scenario/program_test.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <string>
+
+namespace scenario {
+namespace {
+
+class SeveralCameras : public ProgramTest {
+protected:
+    static std::string FrameCount() {
+        const std::string wanted = platform::GetEnvironment("MIVORA_RECORDED_FRAMES");
+        return wanted.empty() ? "150" : wanted;
+    }
+    /// Cameras "A", "B" and so on of 64 x 64 pixels, with 100 frames per second.
+    void UseCameras(std::size_t count, const std::string& behind = {}) {
+        std::string text = "<PxnC>\n";
+        for (std::size_t i = 0; i < count; ++i) {
+            const std::string id(1, static_cast<char>('A' + i));
+            text += "<camera id=\"" + id + "\" model=\"Camera " + id + "\" serial=\"S/" + id +
+                    "\" sensorWidth=\"64\" sensorHeight=\"64\">"
+                    "<feature name=\"ExposureTime\" value=\"1000\"/>"
+                    "<feature name=\"AcquisitionFrameRate\" value=\"100\"/></camera>\n";
+        }
+        directory.Write("PxnC.xml", text + behind + "</PxnC>\n");
+    }
+    support::ProgramResult Grab(const Arguments& cameras, const Arguments& options) const {
+        Arguments all;
+        for (const std::string& camera : cameras) {
+            all.insert(all.end(), {"--camera", camera});
+        }
+        all.push_back("grab");
+        all.insert(all.end(), options.begin(), options.end());
+        return Mivora(all);
+    }
+    Json JsonOf(const std::string& name) const { return Json::parse(directory.Read(name)); }
+    std::size_t LinesOf(const std::string& name) const {
+        const std::string text = directory.Read(name);
+        return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
+    }
+};
+
+TEST_F(SeveralCameras, RecordAHundredFramesASecondEachWithoutALoss) {
+    UseCameras(4);
+    const auto result =
+        Grab({"A", "B", "C", "D"}, {"--frames", FrameCount(), "-o", PathOf("run"), "--format",
+                                    "stack", "--buffers", "64", "--json"});
+    ExpectDone(result);
+    const Json report = Json::parse(result.output);
+    const std::uint64_t frames = std::stoull(FrameCount());
+    EXPECT_EQ(report["schema"], 1);
+    EXPECT_EQ(report["frames"], 4 * frames);
+    EXPECT_EQ(report["recording"]["recorded"], 4 * frames);
+    EXPECT_EQ(report["recording"]["missing"], 0);
+    EXPECT_TRUE(report["account"]["closed"]) << report;
+    EXPECT_EQ(report["account"]["lost"], 0) << report;
+    EXPECT_GE(report["account"]["sdk"]["completed"], 4 * frames) << report;
+    EXPECT_EQ(report["start"]["by"], "software");
+    EXPECT_GE(report["start"]["firstFramesMicroseconds"], 0);
+    const Json set = JsonOf("run/recording.json");
+    EXPECT_EQ(set["schema"], 1);
+    EXPECT_TRUE(set["complete"]) << set;
+    EXPECT_EQ(set["startedBy"], "software");
+    EXPECT_FALSE(set["firstFramesNs"].is_null());
+    ASSERT_EQ(set["cameras"].size(), 4u);
+    for (std::size_t i = 0; i < 4; ++i) {
+        const std::string id(1, static_cast<char>('A' + i));
+        const std::string folder = "camera-S_" + id;
+        const Json& camera = report["cameras"][i];
+        EXPECT_EQ(camera["frames"], frames);
+        EXPECT_EQ(camera["folder"], folder);
+        EXPECT_EQ(camera["camera"]["id"], id);
+        EXPECT_TRUE(camera["account"]["sdk"].is_null()) << "which is of all cameras";
+        EXPECT_NEAR(camera["framesPerSecond"].get<double>(), 100, 20) << camera;
+        EXPECT_EQ(set["cameras"][i]["folder"], folder);
+        EXPECT_EQ(set["cameras"][i]["camera"]["serial"], "S/" + id);
+        EXPECT_EQ(set["cameras"][i]["frames"]["recorded"], frames);
+        EXPECT_EQ(set["cameras"][i]["frames"]["wanted"], frames);
+        const Json own = JsonOf("run/" + folder + "/recording.json");
+        EXPECT_TRUE(own["complete"]) << own;
+        EXPECT_EQ(own["camera"]["id"], id);
+        EXPECT_EQ(LinesOf("run/" + folder + "/frames.jsonl"), frames);
+    }
+}
+
+TEST_F(SeveralCameras, HaveALineEachAndASum) {
+    UseCameras(2);
+    const auto result = Grab({"A", "B"}, {"--frames", "5"});
+    ExpectDone(result);
+    EXPECT_EQ(result.output.find("camera 0 (Camera A, 0x"), 0u) << result.output;
+    EXPECT_PRED2(Contains, result.output, "): 5 frames, 0 in error, ");
+    EXPECT_PRED2(Contains, result.output, "\ncamera 1 (Camera B, 0x");
+    EXPECT_PRED2(Contains, result.output, "\nframes      10\nerrors      0 received in error\n");
+    EXPECT_PRED2(Contains, result.output, "= 10 taken + 0 lost + ");
+    EXPECT_PRED2(Contains, result.output, "\nbuffers     16 announced = 16 revoked; ");
+    EXPECT_PRED2(Contains, result.output, "\nstart       the first frames came within ");
+}
+
+TEST_F(SeveralCameras, EndWithThreeWhenFramesAreMissing) {
+    UseCameras(2, Faults("frame incomplete 3,4"));
+    const auto result =
+        Grab({"A", "B"}, {"--frames", "10", "-o", PathOf("run"), "--format", "raw", "--json"});
+    ExpectFailure(result, 3,
+                  {"2 of 2 cameras did not deliver all that was wanted",
+                   "2 frames are missing from the recording: 2 incomplete"});
+    const Json report = Json::parse(result.output);
+    EXPECT_EQ(report["errors"], 4) << report;
+    EXPECT_TRUE(report["account"]["closed"]) << report;
+    for (const Json& camera : report["cameras"]) {
+        EXPECT_EQ(camera["errors"], 2) << "of this camera alone " << camera;
+        EXPECT_TRUE(camera["account"]["closed"]) << camera;
+        EXPECT_FALSE(camera["problem"].is_null());
+    }
+    EXPECT_FALSE(JsonOf("run/recording.json")["complete"]);
+    EXPECT_EQ(JsonOf("run/recording.json")["cameras"][1]["frames"]["missing"], 2);
+}
+
+TEST_F(SeveralCameras, GoOnWithoutOneThatIsGone) {
+    UseCameras(2, Faults("unplug-at 10 B"));
+    const auto result =
+        Grab({"A", "B"}, {"--frames", "50", "-o", PathOf("run"), "--format", "stack"});
+    ExpectFailure(result, 1,
+                  {"1 of 2 cameras did not deliver all that was wanted\n  camera 1 (Camera B, ",
+                   "no more frames from camera 1 (Camera B, ", " after 10 frames: it is gone"});
+    const Json set = JsonOf("run/recording.json");
+    EXPECT_TRUE(set["cameras"][0]["complete"]) << set;
+    EXPECT_EQ(set["cameras"][0]["frames"]["recorded"], 50) << set;
+    EXPECT_FALSE(set["cameras"][1]["complete"]) << set;
+    EXPECT_EQ(LinesOf("run/camera-S_B/frames.jsonl"), 10u);
+}
+
+TEST_F(SeveralCameras, WaitForOneThatComesBack) {
+    UseCameras(2);
+    const std::string script = directory.Write("script", "unplug-at 10 B\nafter 700 plug B\n");
+    const auto result =
+        Mivora({"--sdk-script", script, "--camera", "A", "--camera", "B", "grab", "--frames", "100",
+                "--reconnect", "-o", PathOf("run"), "--format", "stack", "--json"});
+    ExpectFailure(
+        result, 3,
+        {"1 of 2 cameras did not deliver all that was wanted", "1 gap of unknown length"});
+    const Json report = Json::parse(result.output);
+    EXPECT_EQ(report["cameras"][0]["reconnects"], 0) << report;
+    EXPECT_EQ(report["cameras"][1]["reconnects"], 1) << report;
+    EXPECT_EQ(report["frames"], 200) << report;
+    EXPECT_TRUE(JsonOf("run/camera-S_A/recording.json")["complete"]);
+}
+
+TEST_F(SeveralCameras, ReplaceARecordingWithAllItsFolders) {
+    UseCameras(2);
+    const Arguments options{"--frames", "2", "-o", PathOf("run"), "--format", "raw"};
+    ExpectDone(Grab({"A", "B"}, options));
+    ExpectFailure(Grab({"A", "B"}, options), 1, {"holds a recording: name another one"});
+    Arguments again = options;
+    again.emplace_back("--overwrite");
+    ExpectDone(Grab({"B"}, again));
+    EXPECT_FALSE(platform::PathExists(PathOf("run/camera-S_A")));
+    EXPECT_FALSE(platform::PathExists(PathOf("run/camera-S_B")));
+    EXPECT_EQ(JsonOf("run/recording.json")["camera"]["id"], "B");
+}
+
+TEST_F(SeveralCameras, AreRefusedWhereTheyMakeNoSense) {
+    UseCameras(2);
+    ExpectFailure(Grab({"A", "0"}, {"--frames", "1"}), 1,
+                  {"camera 0 (Camera A, ", ") is named twice"});
+    ExpectFailure(Grab({"A", "C"}, {"--frames", "1"}), 1, {"there is no camera \"C\""});
+    ExpectFailure(Grab({"A", "B"}, {"--frames", "1", "-o", "-"}), 2,
+                  {"standard output takes the frames of one camera, not of 2"});
+    ExpectFailure(Grab({"A"}, {"--frames", "1", "--start", "software"}), 2, {"--start: "});
+    ExpectFailure(Grab({"A", "B"}, {"--frames", "1", "--start", "trigger"}), 1,
+                  {"camera 0 (Camera A, ", " waits for no trigger"});
+    ExpectFailure(Mivora({"--camera", "A", "--camera", "B", "info"}), 2,
+                  {"--camera: this command takes one camera, not 2"});
+    ExpectFailure(Tool({"--camera", "A", "--camera", "B", "sdk-check"}), 2, {"--camera"});
+}
+
+} // namespace
+} // namespace scenario
