@@ -4,7 +4,7 @@
 #include "apps/common/module_maker.h"
 #include "apps/common/session.h"
 #include "mivora/grabber.h"
-#include "platform/shared_library.h"
+#include "platform/file_system.h"
 #include "tests/support/environment_guard.h"
 #include "tests/support/run_program.h"
 

@@ -6,7 +6,7 @@
 #include "apps/common/sdk_control.h"
 #include "apps/mivora/commands.h"
 #include "platform/clock.h"
-#include "platform/shared_library.h"
+#include "platform/file_system.h"
 #include "tests/support/environment_guard.h"
 #include "tests/support/run_program.h"
 #include "tests/support/temporary_directory.h"
