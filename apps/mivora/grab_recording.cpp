@@ -4,6 +4,7 @@
 #include "apps/common/json_text.h"
 #include "apps/common/parse_number.h"
 #include "apps/common/session.h"
+#include "apps/mivora/camera_clock.h"
 #include "apps/mivora/recording_facts.h"
 #include "apps/recording/recording_directory.h"
 #include "apps/recording/stream_store.h"
@@ -45,8 +46,12 @@ void AppendPart(std::string& text, std::uint64_t count, const char* what) {
 
 GrabRecording::GrabRecording(Session& session, const GrabOptions& grabOptions,
                              std::uint64_t unixMinusHostNs)
-    : options(grabOptions) {
+    : options(grabOptions), unixMinusHost(unixMinusHostNs) {
+    if (ServiceClient* const services = options.IsStream() ? nullptr : session.OptionalServices()) {
+        latchedClock = LatchCameraClock(*services, unixMinusHostNs);
+    }
     RecordingDescription description = DescribeRecording(session);
+    description.clock = latchedClock;
     description.start = TimeText(platform::MonotonicNanoseconds() + unixMinusHostNs);
     description.format = options.Format();
     if (options.frames != 0) {
@@ -82,6 +87,9 @@ void GrabRecording::Add(FrameResult result, const TakenFrame& taken, const Image
     } else if (result == FrameResult::kDamaged) {
         recorder->AddGap({FrameStatus::kDamaged, taken.stamp});
     } else {
+        if (taken.stamp.timestampNs && taken.stamp.hostNs) {
+            arrivals.Add(*taken.stamp.timestampNs, *taken.stamp.hostNs + unixMinusHost);
+        }
         recorder->AddFrame(taken.stamp, layout, std::exchange(buffer, {}));
     }
 }
@@ -116,8 +124,16 @@ RecordingReport GrabRecording::Report() const {
     return report;
 }
 
+/// What was latched before the first frame, unless the frames' timestamps are of another clock.
+void GrabRecording::RelateClocks() {
+    if (!latchedClock || !arrivals.Agrees(*latchedClock)) {
+        recorder->DescribeClock(arrivals.Relation());
+    }
+}
+
 RecordingReport GrabRecording::Close(const std::string& ending) {
     recorder->WaitUntilWritten(0xFFFFFFFFu);
+    RelateClocks();
     const std::string reason = Report().Reason();
     recorder->Close(reason.empty() ? ending : reason);
     return Report();

@@ -57,8 +57,12 @@ public:
 
 private:
     RecordingReport Report() const;
+    void RelateClocks();
 
     const GrabOptions& options;
+    const std::uint64_t unixMinusHost;
+    std::optional<ClockRelation> latchedClock;
+    ArrivalClock arrivals;
     std::vector<std::uint8_t> buffer;
     bool hasRoom = true;
     std::uint64_t givenUp = 0;

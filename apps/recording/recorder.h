@@ -16,7 +16,9 @@
 #include <cstdint>
 #include <deque>
 #include <memory>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 struct RecorderOptions {
@@ -62,6 +64,8 @@ public:
     /// Adds the next frame.
     void AddFrame(const FrameStamp& stamp, const ImageLayout& layout,
                   std::vector<std::uint8_t> pixels);
+    /// What the description says of the camera's clock. Empty: nothing.
+    void DescribeClock(std::optional<ClockRelation> clock) { description.clock = std::move(clock); }
     /// Adds frames that were not recorded.
     void AddGap(const FrameGap& gap);
 

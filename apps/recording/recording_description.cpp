@@ -29,6 +29,25 @@ const nlohmann::json& ObjectOf(const nlohmann::json& object, const char* name) {
     return *found;
 }
 
+JsonValue ClockObject(const ClockRelation& clock) {
+    return JsonObject({{"offsetNs", clock.offsetNs},
+                       {"uncertaintyNs", clock.uncertaintyNs},
+                       {"method", clock.method}});
+}
+
+/// Recordings that were made without it have none.
+std::optional<ClockRelation> ClockOf(const nlohmann::json& object) {
+    const auto found = object.find("clock");
+    if (found == object.end() || !found->is_object()) {
+        return std::nullopt;
+    }
+    ClockRelation clock;
+    clock.offsetNs = Needed(SignedNumberOf(*found, "offsetNs"), "offsetNs");
+    clock.uncertaintyNs = Needed(NumberOf(*found, "uncertaintyNs"), "uncertaintyNs");
+    clock.method = Needed(TextOf(*found, "method"), "method");
+    return clock;
+}
+
 RecordedCamera CameraOf(const nlohmann::json& object) {
     RecordedCamera camera;
     camera.vendor = TextOf(object, "vendor");
@@ -70,6 +89,7 @@ std::string RecordingDescription::Json() const {
          {"offsetY", OrNull(offsetY)},
          {"exposureUs", OrNull(exposureUs)},
          {"frameRate", OrNull(frameRate)},
+         {"clock", clock ? ClockObject(*clock) : JsonValue(nullptr)},
          {"start", start},
          {"format", format},
          {"frames", frames.Json()},
@@ -104,6 +124,7 @@ RecordingDescription ParseRecordingDescription(const std::string& text) {
     description.offsetY = SignedNumberOf(object, "offsetY");
     description.exposureUs = RealOf(object, "exposureUs");
     description.frameRate = RealOf(object, "frameRate");
+    description.clock = ClockOf(object);
     description.start = Needed(TextOf(object, "start"), "start");
     description.format = Needed(TextOf(object, "format"), "format");
     const nlohmann::json& frames = ObjectOf(object, "frames");

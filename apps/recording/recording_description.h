@@ -3,6 +3,7 @@
 
 #include "apps/common/host_image.h"
 #include "apps/common/json_text.h"
+#include "apps/recording/clock_relation.h"
 
 #include <cstdint>
 #include <optional>
@@ -47,9 +48,10 @@ struct RecordingDescription {
     std::optional<std::int64_t> offsetX;    ///< on the sensor
     std::optional<std::int64_t> offsetY;
     std::optional<double> exposureUs;
-    std::optional<double> frameRate; ///< frames per second
-    std::string start;               ///< "2026-01-31T12:00:00.123456789Z"
-    std::string format;              ///< as FrameStoreOptions has it
+    std::optional<double> frameRate;    ///< frames per second
+    std::optional<ClockRelation> clock; ///< of the camera's timestamps
+    std::string start;                  ///< "2026-01-31T12:00:00.123456789Z"
+    std::string format;                 ///< as FrameStoreOptions has it
     RecordedFrames frames;
     bool complete = false; ///< the wanted number of frames was recorded, and none is missing
     std::string reason;    ///< why not

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <sstream>
 #include <string>
 
 namespace scenario {
@@ -39,6 +40,22 @@ protected:
         return Mivora(all);
     }
     Json JsonOf(const std::string& name) const { return Json::parse(directory.Read(name)); }
+    /// Expects that each frame of a recording came after it was taken, by one clock.
+    void ExpectRelatedTimes(const std::string& folder) const {
+        const Json clock = JsonOf(folder + "/recording.json")["clock"];
+        EXPECT_EQ(clock["method"], "TimestampLatch") << clock;
+        const auto offset = clock["offsetNs"].get<std::int64_t>();
+        const auto uncertainty = clock["uncertaintyNs"].get<std::int64_t>();
+        EXPECT_LT(uncertainty, 1000000000) << clock;
+        std::istringstream lines(directory.Read(folder + "/frames.jsonl"));
+        for (std::string text; std::getline(lines, text);) {
+            const Json line = Json::parse(text);
+            const std::int64_t way = line["hostNs"].get<std::int64_t>() -
+                                     line["timestampNs"].get<std::int64_t>() - offset;
+            ASSERT_GE(way, -uncertainty) << line << clock;
+            ASSERT_LT(way, 5000000000) << line << clock;
+        }
+    }
     std::size_t LinesOf(const std::string& name) const {
         const std::string text = directory.Read(name);
         return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
@@ -85,6 +102,7 @@ TEST_F(SeveralCameras, RecordAHundredFramesASecondEachWithoutALoss) {
         EXPECT_TRUE(own["complete"]) << own;
         EXPECT_EQ(own["camera"]["id"], id);
         EXPECT_EQ(LinesOf("run/" + folder + "/frames.jsonl"), frames);
+        ExpectRelatedTimes("run/" + folder);
     }
 }
 

@@ -20,6 +20,7 @@ RecordingDescription Whole() {
     description.offsetY = -8;
     description.exposureUs = 1000.5;
     description.frameRate = 100;
+    description.clock = ClockRelation{-5, 7, "TimestampLatch"};
     description.start = "2026-01-31T12:00:00.000000000Z";
     description.format = "tiff";
     description.frames = {300, 298, 2};
@@ -45,6 +46,10 @@ TEST(RecordingDescription, IsALineOfJson) {
     const std::string text = Whole().Json();
     EXPECT_EQ(text.find("{\"schema\":1,\"program\":\"mivora\",\"camera\":{\"vendor\":\"Korvane\""),
               0u);
+    EXPECT_NE(text.find("\"clock\":{\"offsetNs\":-5,\"uncertaintyNs\":7,\"method\":"
+                        "\"TimestampLatch\"},"),
+              std::string::npos)
+        << text;
     EXPECT_NE(text.find("\"frames\":{\"wanted\":300,\"recorded\":298,\"missing\":2},"
                         "\"complete\":false,\"reason\":\"2 frames are missing\"}\n"),
               std::string::npos)
@@ -66,6 +71,7 @@ TEST(RecordingDescription, IsRefusedWithTheReason) {
              {"\"recorded\":298", "\"recorded\":null"},
              {"\"model\":\"G-130\"", "\"model\":1"},
              {"\"offsetX\":16", "\"offsetX\":0.5"},
+             {"\"uncertaintyNs\":7", "\"uncertaintyNs\":-7"},
              {"\"format\"", "\"other\""},
              {"}\n", "\n"}}) {
         std::string changed = text;
