@@ -122,11 +122,18 @@ void AddGrabCommand(CommandLine& program, const AppOptions& options, const Maker
         .Check(CountProblem)
         .ShowDefault()
         .TypeName("MS");
+    CommandOption triggerEvery =
+        command
+            .AddOption("--trigger-every", grab->triggerEveryMs,
+                       "Give each camera a software trigger every so many milliseconds")
+            .Check(PositiveCountProblem)
+            .TypeName("MS");
     command
         .AddOption("--start", grab->start,
                    "How several cameras start: as close together as this program can, or by a "
                    "trigger that they wait for, however long; software if not given")
-        .OneOf({kStartBySoftware, kStartByTrigger});
+        .OneOf({kStartBySoftware, kStartByTrigger})
+        .Excludes(triggerEvery);
     command.AddFlag("--reconnect", grab->reconnect,
                     "Wait for a camera that is not there or gone, set it up as it was and go on");
     command.AddJson(grab->json);

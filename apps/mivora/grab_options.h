@@ -24,7 +24,8 @@ struct GrabOptions {
     bool json = false;
     std::vector<std::string> set;
 
-    std::string start; ///< kStartBySoftware, kStartByTrigger, or empty
+    std::uint64_t triggerEveryMs = 0; ///< 0: no software triggers
+    std::string start;                ///< kStartBySoftware, kStartByTrigger, or empty
 
     std::string output; ///< a directory, kStandardOutput, or empty
     std::optional<std::string> format;

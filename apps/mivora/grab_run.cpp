@@ -1,7 +1,9 @@
 // grab_run.cpp - the acquisition of the command "grab"
 #include "apps/mivora/grab_run.h"
 
+#include "apps/common/service_client.h"
 #include "apps/common/session.h"
+#include "platform/clock.h"
 #include "platform/interrupt.h"
 
 #include <algorithm>
@@ -12,6 +14,7 @@ namespace {
 
 constexpr std::uint64_t kNanosecondsPerMillisecond = 1000000;
 constexpr std::uint32_t kSliceMs = 200;
+constexpr std::uint32_t kTriggerTimeoutMs = 1000;
 constexpr std::uint64_t kLeastGraceMs = 1000;
 constexpr std::uint64_t kGraceIntervals = 4;
 // The first request of the user ends the acquisition, the second one the writing.
@@ -97,7 +100,8 @@ bool GrabRun::TakeFrames() {
     while (!IsDone()) {
         std::vector<std::uint8_t>* const buffer =
             recording ? recording->NextBuffer(grab.Layout().Size()) : nullptr;
-        const FrameResult result = grab.TakeFrame(kSliceMs, buffer, frame);
+        TriggerWhenDue();
+        const FrameResult result = grab.TakeFrame(SliceMs(), buffer, frame);
         ShowProgress();
         if (result == FrameResult::kNone) {
             if (wait.WaitedMs() >= PatienceMs()) {
@@ -122,6 +126,36 @@ void GrabRun::Take(FrameResult result) {
     } else {
         CountMissing(frame);
     }
+}
+
+/// The first trigger shows whether the camera takes one; a later one that it does not take leads to
+/// a frame that does not come, whose cause is looked for then.
+void GrabRun::TriggerWhenDue() {
+    const std::uint64_t period = options.triggerEveryMs * kNanosecondsPerMillisecond;
+    const std::uint64_t now = platform::MonotonicNanoseconds();
+    if (period == 0 || now < nextTrigger) {
+        return;
+    }
+    const bool isFirst = nextTrigger == 0;
+    // One that is late does not shift those that follow, unless the next one is late as well.
+    nextTrigger = isFirst || now - nextTrigger >= period ? now + period : nextTrigger + period;
+    try {
+        session.Services().RunCommand("Camera", "TriggerSoftware", kTriggerTimeoutMs);
+    } catch (const CommandFailure&) {
+        if (isFirst) {
+            throw;
+        }
+    }
+}
+
+/// How long to wait for a frame before something else is to be done.
+std::uint64_t GrabRun::SliceMs() const {
+    if (options.triggerEveryMs == 0) {
+        return kSliceMs;
+    }
+    const std::uint64_t now = platform::MonotonicNanoseconds();
+    const std::uint64_t left = nextTrigger - std::min(now, nextTrigger);
+    return std::min<std::uint64_t>(kSliceMs, left / kNanosecondsPerMillisecond + 1);
 }
 
 void GrabRun::CountMissing(const TakenFrame& takenFrame) {

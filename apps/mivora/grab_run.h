@@ -49,6 +49,8 @@ private:
     bool IsDone() const;
     bool TakeFrames();
     void Take(FrameResult result);
+    void TriggerWhenDue();
+    std::uint64_t SliceMs() const;
     void CountMissing(const TakenFrame& frame);
     void RecordRest();
     bool IsFirstAwaited() const;
@@ -76,7 +78,8 @@ private:
     std::optional<CommandFailure> refusal;
     TakenFrame frame; // keeps its memory
     std::uint64_t taken = 0;
-    std::uint64_t missing = 0; // before those taken, or damaged
-    bool isWaitTold = false;   // since the last frame
-    bool isThere = false;      // asked after a configuration change, and no frame since
+    std::uint64_t missing = 0;     // before those taken, or damaged
+    bool isWaitTold = false;       // since the last frame
+    std::uint64_t nextTrigger = 0; // monotonic; 0: none has been given
+    bool isThere = false;          // asked after a configuration change, and no frame since
 };

@@ -56,6 +56,24 @@ TEST_F(Interrupted, GrabThatWasToTakeMoreReportsHowFarItCame) {
         {"\"message\":\"interrupted after " + report["frames"].dump() + " of 1000000 frames"});
 }
 
+TEST_F(Interrupted, GrabFromSeveralCamerasStopsThemAll) {
+    UseCamera("", "<camera id=\"B\" sensorWidth=\"64\" sensorHeight=\"64\"/>\n");
+    const std::string run = PathOf("run");
+    const auto result =
+        InterruptWhen({"--sdk", "simulator", "--camera", "A", "--camera", "B", "grab", "--frames",
+                       "0", "-o", run, "--format", "raw", "--buffers", "100", "--json"},
+                      [&] {
+                          return platform::PathExists(run + "/camera-A/frame-000003.raw") &&
+                                 platform::PathExists(run + "/camera-B/frame-000003.raw");
+                      });
+    ExpectDone(result);
+    const Json report = Json::parse(result.output);
+    EXPECT_TRUE(report["interrupted"]);
+    EXPECT_TRUE(report["account"]["closed"]) << report;
+    EXPECT_EQ(report["recording"]["recorded"], report["frames"]) << report;
+    EXPECT_TRUE(Json::parse(directory.Read("run/recording.json"))["complete"]);
+}
+
 TEST_F(Interrupted, SnapReportsThatNoFrameCame) {
     UseCamera("", Faults("frame-random 1 100 drop"));
     const std::string log = PathOf("log");

