@@ -18,6 +18,8 @@
 #include <exception>
 #include <new>
 #include <sstream>
+#include <stdexcept>
+#include <string_view>
 #include <system_error>
 #include <utility>
 #include <vector>
@@ -246,7 +248,17 @@ void Command::Excludes(const char* programOption) {
     while (program->get_parent()) {
         program = program->get_parent();
     }
-    command->excludes(program->get_option(programOption));
+    // CLI11's own search ends the program where there is no memory for it.
+    const std::string_view wanted = std::string_view(programOption).substr(std::strlen("--"));
+    for (CLI::Option* const option : program->get_options()) {
+        for (const std::string& name : option->get_lnames()) {
+            if (name == wanted) {
+                command->excludes(option);
+                return;
+            }
+        }
+    }
+    throw std::logic_error(std::string("no option ") + programOption);
 }
 
 Command Command::AddCommand(const char* name, const char* description) {
