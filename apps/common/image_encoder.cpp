@@ -8,6 +8,7 @@
 #include <lodepng.h>
 
 #include <cstdlib>
+#include <new>
 #include <string>
 
 namespace {
@@ -16,16 +17,19 @@ constexpr std::uint32_t kGrey = 1;
 constexpr std::uint32_t kRgb = 3;
 constexpr std::uint32_t kLevelOfBestFilter = 6;
 
+// Errors of lodepng.
+constexpr unsigned kPngMemoryMissing = 83;
+constexpr unsigned kPngNotCompressed = 111; // CompressForPng fails for lack of memory only
+
 /// Compresses for lodepng, whose own compressor is several times slower and knows no levels. The
 /// result is freed by lodepng.
 unsigned CompressForPng(unsigned char** compressed, std::size_t* compressedSize,
                         const unsigned char* content, std::size_t size,
                         const LodePNGCompressSettings* settings) {
-    constexpr unsigned kNoMemory = 83; // lodepng's code
     const auto& compressor = *static_cast<const Compressor*>(settings->custom_context);
     *compressed = static_cast<unsigned char*>(std::malloc(compressor.Bound(size)));
     if (!*compressed) {
-        return kNoMemory;
+        return kPngMemoryMissing;
     }
     *compressedSize = compressor.Compress(content, size, *compressed);
     return 0;
@@ -104,6 +108,9 @@ void EncodePng(const ImageLayout& layout, const void* image, std::uint32_t level
     result.body.clear();
     const unsigned error =
         lodepng::encode(result.body, samples.pixels, layout.width, layout.height, state);
+    if (error == kPngMemoryMissing || error == kPngNotCompressed) {
+        throw std::bad_alloc();
+    }
     if (error != 0) {
         throw CommandFailure(std::string("cannot encode a PNG image: ") +
                              lodepng_error_text(error));

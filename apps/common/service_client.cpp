@@ -324,7 +324,12 @@ DescriptionFile ServiceClient::ReadDescriptionFile() {
 
 std::vector<DescribedCamera> ServiceClient::TryListCameras() {
     Received<DescribedCamera> received;
-    if (services.ListCameras(&ReceiveCamera, received.Context(), nullptr) != MV_SERVICE_OK) {
+    switch (services.ListCameras(&ReceiveCamera, received.Context(), nullptr)) {
+    case MV_SERVICE_OK:
+        break;
+    case MV_SERVICE_OUT_OF_MEMORY:
+        throw std::bad_alloc();
+    default:
         return {};
     }
     return std::move(received.Items());
