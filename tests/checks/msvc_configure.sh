@@ -9,7 +9,8 @@ build=$2/msvc
 configure_msvc "$build" -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=10
 
 status=0
-commands=$(cat "$build/build.ninja")
+# libtiff sets options of its own for the compiler that stands in for the Microsoft one here.
+commands=$(awk -v RS= '!/^(#[^\n]*\n)*build tiff\//' "$build/build.ninja")
 expect() { # expect TEXT WHY
   grep -qF -- "$1" <<<"$commands" || { echo "build.ninja has no \"$1\": $2"; status=1; }
 }

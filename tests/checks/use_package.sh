@@ -89,7 +89,7 @@ cmake --install "$work/module" --prefix "$work/installed" >/dev/null
 [ -n "$(find "$work/installed" -path "*$(basename "$(dirname "$module")")/$(basename "$picture")")" ] ||
   fail "examples/module is not installed where modules are"
 grabbed=$(run "$prefix/bin/mivora" --module "$work/$picture" grab --frames 20 --json)
-expect 'mivora grab with examples/module' '{"frames":20,"errors":0,' "$grabbed"
+expect 'mivora grab with examples/module' '{"schema":1,"frames":20,"errors":0,' "$grabbed"
 expect 'mivora grab with examples/module' '"closed":true' "$grabbed"
 for mode in 2 3; do
   run "$prefix/bin/mivora" --module "$work/$picture" snap --mode "$mode" -o "$work/mode$mode.pgm"
@@ -109,5 +109,5 @@ checked=$(sed -n 's/^\([0-9]*\) passed, 0 failed.*/\1/p' "$work/sdk-check.log")
 [ "${checked:-0}" -ge 90 ] || fail "only ${checked:-none} of the checks could be made on examples/sdk"
 expect 'pyxen-tool version of examples/sdk' '(1.0.0.1)' \
   "$(run "$prefix/bin/mivora" --sdk "$work/sdk/test_camera" info)"
-expect 'mivora grab with examples/sdk' '{"frames":20,"errors":0,' \
+expect 'mivora grab with examples/sdk' '{"schema":1,"frames":20,"errors":0,' \
   "$(run "$prefix/bin/mivora" --sdk "$work/sdk/test_camera" grab --frames 20 --json)"
