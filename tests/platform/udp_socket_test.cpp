@@ -40,13 +40,6 @@ TEST(UdpSocket, ReceivesNothingWhereNothingIsSent) {
     EXPECT_FALSE(socket.Receive(0));
 }
 
-TEST(UdpSocket, IsRefusedAnAddressOfAnotherMachine) {
-    UdpSocket socket;
-    std::string error;
-    EXPECT_FALSE(socket.Open(0x01020304, 0, &error));
-    EXPECT_NE(error, "");
-}
-
 TEST(UdpSocket, ThatIsNotOpenDoesNothing) {
     UdpSocket socket;
     EXPECT_EQ(socket.Port(), 0);

@@ -31,7 +31,7 @@ TEST_F(PyxenTool, ChecksSynchronisationFiles) {
 
     const std::string bad = directory.Write("bad.sync", "{\"SyncFeatures\":[]} x");
     result = support::RunProgram("pyxen-tool", {"sync-check", bad, "--json"});
-    ExpectFailure(result, 1, {bad + " has a fault; no entry of it is in use"});
+    ExpectFailure(result, 1, {"bad.sync has a fault; no entry of it is in use"});
     EXPECT_EQ(Json::parse(result.output)["ok"], false);
     ExpectFailure(support::RunProgram("pyxen-tool", {"sync-check", PathOf("none")}), 1,
                   {PathOf("none") + " cannot be read"});
