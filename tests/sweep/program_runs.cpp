@@ -35,14 +35,6 @@ std::vector<std::string> LinesOf(const std::string& stream, const std::string& t
     return lines;
 }
 
-/// As it stands and as JSON has it.
-void ReplacePath(std::string& text, const std::string& path, const std::string& by) {
-    std::string escaped = path;
-    Replace(escaped, "\\", "\\\\");
-    Replace(text, escaped, by);
-    Replace(text, path, by);
-}
-
 std::string Simulator() {
     return platform::JoinPath(support::BuiltFile("simulator"),
                               platform::JoinPath("Bin", platform::LibraryFileName("PxnC")));
@@ -68,9 +60,10 @@ Step RunOnGate(const ProgramUse& use, const std::string& file,
          {std::pair("out", result.output), {"err", result.errors}}) {
         // Paths before numbers, which they may contain.
         std::string text = written;
-        ReplacePath(text, directory.Path(), "{directory}");
-        ReplacePath(text, support::BuiltFile("sweep"), "{sdk}");
-        ReplacePath(text, platform::DirectoryOf(platform::ExecutablePath()), "{bin}");
+        Replace(text, "\\\\", "\\"); // as JSON has the paths of Windows
+        Replace(text, directory.Path(), "{directory}");
+        Replace(text, support::BuiltFile("sweep"), "{sdk}");
+        Replace(text, platform::DirectoryOf(platform::ExecutablePath()), "{bin}");
         Replace(text, "\\", "/");
         for (std::string& line : LinesOf(stream, text)) {
             step.lines.push_back(std::move(line));
