@@ -61,8 +61,8 @@ protected:
         RefusedStart start;
         start.transcript = {RunOnGate(use, "refused-" + use.program, directory,
                                       {{kRefusedAllocation, std::to_string(nth)},
-                                       // What is left is found by the calls; a report of memory
-                                       // that is left would be taken for the program's own lines.
+                                       // After an allocation within Init has been refused, 40
+                                       // bytes of unknown origin are left at the end.
                                        {"LSAN_OPTIONS", "detect_leaks=0"},
                                        {kRefusalReport, refusal},
                                        {kGateReport, calls}})};
