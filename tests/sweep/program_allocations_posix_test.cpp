@@ -61,9 +61,6 @@ protected:
         RefusedStart start;
         start.transcript = {RunOnGate(use, "refused-" + use.program, directory,
                                       {{kRefusedAllocation, std::to_string(nth)},
-                                       // After an allocation within Init has been refused, 40
-                                       // bytes of unknown origin are left at the end.
-                                       {"LSAN_OPTIONS", "detect_leaks=0"},
                                        {kRefusalReport, refusal},
                                        {kGateReport, calls}})};
         start.transcript.push_back(WhatIsLeft(calls));

@@ -127,6 +127,8 @@ private:
 };
 
 struct ReportAtTheEnd {
+    // A gate that no call has made would be made at the end, within a library that is unloaded.
+    ReportAtTheEnd() { Gate::Instance(); }
     ~ReportAtTheEnd() {
         const std::string path = platform::GetEnvironment(kGateReport);
         if (std::FILE* const file = path.empty() ? nullptr : std::fopen(path.c_str(), "w")) {
