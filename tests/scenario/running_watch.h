@@ -16,7 +16,7 @@ public:
         auto start = support::ProgramStart("mivora", arguments);
         start.environment.emplace_back("PYXEN_GENICAM_POLL_MS", "50");
         std::string error;
-        EXPECT_TRUE(process.Start(start, &error)) << error;
+        EXPECT_TRUE(support::StartProgram(process, start, &error)) << error;
     }
 
     /// Waits for a line that ends with `text`, after those already waited for.

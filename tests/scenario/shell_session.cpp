@@ -17,7 +17,7 @@ constexpr std::uint32_t kResultLimitMs = 60000;
 
 ShellSession::ShellSession(platform::ProcessStart start) {
     std::string error;
-    EXPECT_TRUE(process.Start(start, &error)) << error;
+    EXPECT_TRUE(support::StartProgram(process, start, &error)) << error;
 }
 
 std::string ShellSession::Ask(const std::string& line) {

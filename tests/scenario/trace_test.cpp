@@ -113,7 +113,8 @@ TEST_F(SdkTrace, NamesTheFirstDifference) {
 TEST_F(SdkTrace, IsReadAfterTheProgramWasKilled) {
     platform::Process process;
     std::string error;
-    ASSERT_TRUE(process.Start(
+    ASSERT_TRUE(support::StartProgram(
+        process,
         support::ProgramStart("mivora",
                               WithConfig({"--trace-sdk", PathOf("a.trace"), "grab", "--frames", "0",
                                           "-o", PathOf("images"), "--format", "raw"})),

@@ -6,12 +6,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdio>
 
 namespace support {
 
 namespace {
 
 constexpr std::uint32_t kLimitMs = 120000;
+constexpr int kStarts = 3;
 
 } // namespace
 
@@ -32,6 +34,18 @@ platform::ProcessStart ProgramStart(const std::string& name,
     return start;
 }
 
+bool StartProgram(platform::Process& process, const platform::ProcessStart& start,
+                  std::string* error) {
+    for (int attempt = 1; !process.Start(start, error); ++attempt) {
+        // The text of ERROR_INTERNAL_ERROR.
+        if (attempt == kStarts || !error->ends_with(": Internal error.")) {
+            return false;
+        }
+        std::fprintf(stderr, "start %d of %d failed: %s\n", attempt, kStarts, error->c_str());
+    }
+    return true;
+}
+
 ProgramResult RunProgram(const platform::ProcessStart& start, const std::string& input) {
     platform::ProcessStart changed = start;
     const auto isHome = [](const auto& variable) {
@@ -43,7 +57,7 @@ ProgramResult RunProgram(const platform::ProcessStart& start, const std::string&
     ProgramResult result;
     platform::Process process;
     std::string error;
-    if (!process.Start(changed, &error)) {
+    if (!StartProgram(process, changed, &error)) {
         ADD_FAILURE() << "cannot start " << error;
         return result;
     }

@@ -25,6 +25,12 @@ std::string BuiltProgram(const std::string& name);
 platform::ProcessStart ProgramStart(const std::string& name,
                                     const std::vector<std::string>& arguments);
 
+/// Starts a program. On a busy machine Wine fails now and then to set a process up, with an
+/// internal error of its own and before anything of the program runs; that is noted and tried
+/// again.
+bool StartProgram(platform::Process& process, const platform::ProcessStart& start,
+                  std::string* error);
+
 /// Runs a program to completion with `input` as its standard input. PYXEN_HOME is not set unless
 /// `start` sets it. A program that runs for more than two minutes is killed and fails the test.
 ProgramResult RunProgram(const platform::ProcessStart& start, const std::string& input = {});
