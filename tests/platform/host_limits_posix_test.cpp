@@ -1,10 +1,13 @@
 // host_limits_posix_test.cpp - tests of the system's limits, on a copy of the kernel's files
 #include "platform/host_limits.h"
 
+#include "tests/support/posix/failing_calls.h"
 #include "tests/support/temporary_directory.h"
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
 
 namespace platform {
@@ -61,6 +64,19 @@ TEST_F(HostLimitsPosix, TheReceiveBufferIsSetInPlaceAndReadBack) {
     EXPECT_EQ(error, "the system keeps another value");
 }
 
+TEST_F(HostLimitsPosix, AReceiveBufferThatIsNotTakenIsReported) {
+    Write("/proc/sys/net/core/rmem_max", "212992\n");
+    std::string error;
+    {
+        const support::FailingCalls failing("write", EINVAL);
+        EXPECT_FALSE(limits.SetReceiveBuffer(1, &error));
+        EXPECT_EQ(failing.Failed(), 1);
+    }
+    EXPECT_EQ(error, std::strerror(EINVAL));
+    const support::FailingCalls failing("write", EINVAL);
+    EXPECT_FALSE(limits.SetReceiveBuffer(1)) << "nobody wants the reason";
+}
+
 TEST_F(HostLimitsPosix, TheGreaterFilterOfInterfaceAndAllCounts) {
     Write("/proc/sys/net/ipv4/conf/all/rp_filter", "2\n");
     EXPECT_EQ(limits.ReversePathFilter("eth0"), 2u);
@@ -74,6 +90,13 @@ TEST_F(HostLimitsPosix, UsbCamerasAreTheDevicesWithTheInterfaceOfSuch) {
     PlugIn("2-1", "ef", "5");
     PlugIn("2-2", "03", "6");
     PlugIn("2-3", "ef", "4");
+    PlugIn("2-4", "ef", "7");
+    Write("/sys/bus/usb/devices/2-4:1.0/bInterfaceSubClass", "02\n");
+    PlugIn("2-5", "ef", "8"); // its stream
+    Write("/sys/bus/usb/devices/2-5:1.0/bInterfaceProtocol", "02\n");
+    PlugIn("2-6", "ef", "none");
+    PlugIn("2-7", "ef", "9"); // just unplugged
+    std::filesystem::remove(directory.PathOf("sys/bus/usb/devices/2-7/busnum"));
     Write("/dev/bus/usb/002/005", "");
     const std::vector<UsbCamera> cameras = limits.ListUsbCameras();
     ASSERT_EQ(cameras.size(), 2u);

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <ctime>
 
+#include <ifaddrs.h>
 #include <pthread.h>
 #include <sys/file.h>
 #include <sys/mman.h>
@@ -58,6 +59,17 @@ SUPPORT_FAILING(int, close, (__real_close(file), errno = failingCode, -1), (int 
 SUPPORT_FAILING(int, pipe2, -1, (int* ends, int flags), (ends, flags))
 SUPPORT_FAILING(int, socketpair, -1, (int family, int type, int protocol, int* ends),
                 (family, type, protocol, ends))
+SUPPORT_FAILING(int, socket, -1, (int family, int type, int protocol), (family, type, protocol))
+SUPPORT_FAILING(int, setsockopt, -1,
+                (int file, int level, int option, const void* value, socklen_t size),
+                (file, level, option, value, size))
+SUPPORT_FAILING(int, bind, -1, (int file, const sockaddr* address, socklen_t size),
+                (file, address, size))
+SUPPORT_FAILING(ssize_t, recvfrom, -1,
+                (int file, void* to, std::size_t size, int flags, sockaddr* address,
+                 socklen_t* addressSize),
+                (file, to, size, flags, address, addressSize))
+SUPPORT_FAILING(int, getifaddrs, -1, (ifaddrs * *first), (first))
 SUPPORT_FAILING(int, clock_gettime, -1, (clockid_t clock, timespec* time), (clock, time))
 SUPPORT_FAILING(int, sigaction, -1,
                 (int number, const struct sigaction* action, struct sigaction* before),
