@@ -22,6 +22,7 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -65,19 +66,22 @@ public:
                     .c_str());
         }
         const auto procedure = [](void* self) {
-            static_cast<Terminal*>(self)->PrintArrivals();
+            auto& terminal = *static_cast<Terminal*>(self);
+            try {
+                terminal.PrintArrivals();
+            } catch (const std::bad_alloc&) {
+                terminal.isOutOfMemory = true;
+            }
         };
         platform::Thread printer = platform::Thread::Start(procedure, this, 0);
         if (!printer.IsJoinable()) {
             throw CommandFailure("cannot start a thread for reading the port");
         }
-        MV_ERRCODE code = MV_OK;
-        std::vector<std::uint8_t> bytes;
-        while (code == MV_OK && ReadInput(bytes)) {
-            code = Write(bytes);
-        }
-        inputEnded = true;
+        const MV_ERRCODE code = SendInput();
         printer.Join();
+        if (isOutOfMemory) {
+            throw std::bad_alloc();
+        }
         session.Check("CMDWriteBuffer", code, options.settings.port);
         session.Check("CMDReadBuffer", readResult, options.settings.port);
     }
@@ -85,6 +89,21 @@ public:
     bool HasBadInput() const { return hasBadInput; }
 
 private:
+    /// Sends the input to its end or to the first failure, which the printer gets to know.
+    MV_ERRCODE SendInput() {
+        struct EndOfInput {
+            std::atomic<bool>& isThere;
+            ~EndOfInput() { isThere = true; }
+        };
+        const EndOfInput end{inputEnded};
+        MV_ERRCODE code = MV_OK;
+        std::vector<std::uint8_t> bytes;
+        while (code == MV_OK && ReadInput(bytes)) {
+            code = Write(bytes);
+        }
+        return code;
+    }
+
     /// Reads what to send next; false at the end of the input.
     bool ReadInput(std::vector<std::uint8_t>& bytes) {
         const bool byLines = isInteractive || options.hex;
@@ -185,6 +204,7 @@ private:
     std::vector<std::uint8_t> arrived GUARDED_BY(channelMutex); // but not printed yet
     bool hasBadInput = false;
     std::atomic<bool> inputEnded{false};
+    std::atomic<bool> isOutOfMemory{false}; // the printer, which has ended
     std::atomic<MV_ERRCODE> readResult{MV_OK};
 };
 
