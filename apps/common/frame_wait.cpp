@@ -17,11 +17,13 @@ FrameWait::FrameWait(Session& waitingSession)
 void FrameWait::Begin() {
     packetsBefore = ReadPacketStatistics(session.OptionalServices());
     OnFrame();
+    hasFrame = false;
 }
 
 void FrameWait::OnFrame() {
     lastFrame = platform::MonotonicNanoseconds();
     errorsBefore = countErrors();
+    hasFrame = true;
 }
 
 void FrameWait::End() {
@@ -36,6 +38,10 @@ NoFrameCause FrameWait::FindCause() {
     NoFrameFacts facts;
     facts.waitedMs = WaitedMs();
     facts.incomplete = countErrors() - errorsBefore;
+    if (!hasFrame) {
+        facts.startErrors =
+            session.ErrorsInSpiteOfSuccess(); // of the start, the last that was checked
+    }
     facts.packets = PacketsOfThisRun();
     return FindNoFrameCause(session.OptionalServices(), facts);
 }

@@ -41,6 +41,7 @@ private:
     const std::function<std::uint64_t()> countErrors; // frames received in error
     std::uint64_t lastFrame = 0;
     std::uint64_t errorsBefore = 0;
+    bool hasFrame = false; // since the beginning
     PacketStatistics packetsBefore;
     PacketStatistics packets;
 };

@@ -51,8 +51,8 @@ public:
     NoFrameCause Find() {
         NoFrameCause cause;
         // What is certain before what is likely.
-        if (IsGone(cause) || IsIncomplete(cause) || IsTriggered(cause) || IsSlow(cause) ||
-            HasNoBuffer(cause) || IsNotArriving(cause)) {
+        if (IsGone(cause) || IsNotStarted(cause) || IsIncomplete(cause) || IsTriggered(cause) ||
+            IsSlow(cause) || HasNoBuffer(cause) || IsNotArriving(cause)) {
             return cause;
         }
         cause.text = "the camera replies, waits for no trigger and sends nothing";
@@ -74,6 +74,14 @@ private:
         default:
             return false;
         }
+    }
+
+    bool IsNotStarted(NoFrameCause& cause) const {
+        if (facts.startErrors.empty()) {
+            return false;
+        }
+        cause = {NoFrameKind::kNotStarted, "its start failed with: " + facts.startErrors.front()};
+        return true;
     }
 
     bool IsIncomplete(NoFrameCause& cause) const {

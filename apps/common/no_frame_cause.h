@@ -6,12 +6,14 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 class ServiceClient;
 
 enum class NoFrameKind {
     kUnknown,    ///< nothing says why
     kGone,       ///< the camera is not there any more, or does not reply
+    kNotStarted, ///< the SDK failed when the acquisition was started
     kTrigger,    ///< it waits for a trigger
     kSlow,       ///< its frames are further apart than the time that was waited
     kIncomplete, ///< frames come, none of which is whole
@@ -30,7 +32,8 @@ struct NoFrameCause {
 /// What is known since the last whole frame, or since the start of the acquisition.
 struct NoFrameFacts {
     std::uint64_t waitedMs = 0;
-    std::uint64_t incomplete = 0; ///< frames received in error
+    std::uint64_t incomplete = 0;         ///< frames received in error
+    std::vector<std::string> startErrors; ///< logged while the acquisition was started
     PacketStatistics packets;
 };
 

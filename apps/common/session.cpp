@@ -278,12 +278,13 @@ void Session::PrepareBuffers(std::uint64_t count, const std::string& object) {
 
 void Session::Check(const std::string& operation, MV_ERRCODE code, const std::string& object,
                     std::vector<std::string> details) {
-    const std::deque<std::string> reasons = Log().TakeErrors();
+    passedOver.clear();
+    std::vector<std::string>& reasons = code == MV_OK ? passedOver : details;
+    for (const std::string& reason : Log().TakeErrors()) {
+        reasons.push_back(reason.substr(std::min(reason.find_first_not_of(' '), reason.size())));
+    }
     if (code == MV_OK) {
         return;
-    }
-    for (const std::string& reason : reasons) {
-        details.push_back(reason.substr(std::min(reason.find_first_not_of(' '), reason.size())));
     }
     throw CommandFailure(FailureText(operation, code, object), details);
 }

@@ -76,6 +76,8 @@ public:
     /// check.
     void Check(const std::string& operation, MV_ERRCODE code, const std::string& object = {},
                std::vector<std::string> details = {});
+    /// The errors that the last operation that Check has taken for done had logged.
+    const std::vector<std::string>& ErrorsInSpiteOfSuccess() const { return passedOver; }
     /// Index, name and unique id of a camera, for messages; printable.
     static std::string CameraText(std::int32_t index, CMivoraCamera* camera);
     std::string ActCameraText();
@@ -113,6 +115,7 @@ private:
     SessionShare& share;
     CMivoraGrabber* grabber = nullptr; // owned by the maker
     std::unique_ptr<EventRecorder> events;
+    std::vector<std::string> passedOver; // by the last Check
     bool areServicesKnown = false;
     std::unique_ptr<ServiceClient> services; // once wanted
     std::string servicesReason;              // why there are none

@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace {
 
@@ -138,6 +139,7 @@ Trial CameraVisit::TakeFrames() {
     try {
         ContinuousGrab grab(session, kTrialBuffers);
         grab.Start();
+        const std::vector<std::string> startErrors = session.ErrorsInSpiteOfSuccess();
         std::uint64_t errors = 0;
         std::uint64_t last = platform::MonotonicNanoseconds();
         while (trial.whole + errors < kTrialFrames &&
@@ -152,6 +154,9 @@ Trial CameraVisit::TakeFrames() {
         }
         grab.Stop();
         trial.incomplete = std::min(errors, kTrialFrames - trial.whole);
+        if (trial.whole == 0 && !startErrors.empty()) {
+            trial.failure = startErrors.front();
+        }
     } catch (const CommandFailure& failure) {
         trial.failure = OneLine(failure.what());
     }

@@ -38,6 +38,16 @@ TEST_F(NoFrame, IsBecauseTheCameraIsGone) {
     EXPECT_EQ(FindNoFrameCause(nullptr, facts).kind, NoFrameKind::kGone);
 }
 
+TEST_F(NoFrame, IsBecauseTheStartFailed) {
+    Entry("TriggerMode", "On");
+    facts.startErrors = {"Snap: PxnCaptureStart failed", "more"};
+    EXPECT_EQ(Find().kind, NoFrameKind::kNotStarted);
+    EXPECT_EQ(Find().text, "its start failed with: Snap: PxnCaptureStart failed");
+    EXPECT_FALSE(Find().IsWait());
+    services.reading = MV_SERVICE_NO_CAMERA;
+    EXPECT_EQ(Find().kind, NoFrameKind::kGone);
+}
+
 TEST_F(NoFrame, IsBecauseAllFramesAreIncomplete) {
     Entry("TriggerMode", "On");
     facts.incomplete = 12;
