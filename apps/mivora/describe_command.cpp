@@ -15,6 +15,8 @@
 
 namespace {
 
+constexpr const char* kUnread = "-"; // as in the list of features
+
 struct DescribeOptions {
     std::string feature;
     bool json = false;
@@ -39,7 +41,9 @@ void PrintDescription(const FeatureDescription& feature, const std::optional<Ser
     PrintMember("name", feature.displayName);
     PrintMember("type", FeatureTypeText(feature.type));
     PrintMember("access", AccessText(feature));
-    PrintMember("value", value ? ServiceValueText(*value) : "");
+    if (value || feature.isReadable) {
+        PrintMember("value", value ? ServiceValueText(*value) : kUnread);
+    }
     PrintMember("unit", feature.unit);
     PrintMember("range", RangeText(feature));
     PrintMember("selects", Joined(feature.selected));
