@@ -14,6 +14,7 @@ public:
     virtual CMivoraGrabber* Create() = 0;
     virtual void Delete(CMivoraGrabber* grabber) = 0;
     /// What the module offers beside the grabber; null with the reason when there is nothing.
+    /// Throws std::bad_alloc where that cannot be found out for lack of memory.
     virtual IMivoraModuleServices* Services(CMivoraGrabber* /*grabber*/, std::string& reason) {
         reason = "this program has none";
         return nullptr;

@@ -3,6 +3,15 @@
 
 #include "apps/common/command_failure.h"
 
+#include <new>
+
+namespace {
+
+// The loader's words for it.
+constexpr const char* kOutOfMemory = "out of memory";
+
+} // namespace
+
 CMivoraGrabber* ModuleMaker::Create() {
     if (!loader.IsLoaded() && !loader.Load(modulePath.c_str())) {
         throw CommandFailure(loader.GetErrorText());
@@ -17,5 +26,8 @@ CMivoraGrabber* ModuleMaker::Create() {
 IMivoraModuleServices* ModuleMaker::Services(CMivoraGrabber* grabber, std::string& reason) {
     IMivoraModuleServices* const services = loader.GetServices(grabber);
     reason = loader.GetErrorText();
+    if (!services && reason == kOutOfMemory) {
+        throw std::bad_alloc(); // it may have services all the same
+    }
     return services;
 }
