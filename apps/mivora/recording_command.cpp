@@ -1,13 +1,14 @@
 // recording_command.cpp - recordings: described, checked, converted, made into videos
 #include "apps/common/command_failure.h"
 #include "apps/common/command_line.h"
-#include "apps/common/json_text.h"
 #include "apps/common/parse_number.h"
 #include "apps/mivora/commands.h"
+#include "apps/mivora/recording_report.h"
 #include "apps/recording/recording_check.h"
 #include "apps/recording/recording_conversion.h"
 #include "apps/recording/recording_summary.h"
 #include "apps/recording/video_export.h"
+#include "platform/file_system.h"
 #include "platform/printable_text.h"
 
 #include <cstdint>
@@ -30,160 +31,117 @@ struct RecordingOptions {
     bool json = false;
 };
 
-template <typename T>
-JsonValue ValueOrNull(const std::optional<T>& value) {
-    return value ? JsonValue(*value) : JsonValue(nullptr);
-}
+/// What one of the commands does with the recording of one camera, or those of several.
+struct RecordingRun {
+    void (*one)(const RecordingOptions& options);
+    void (*several)(const RecordingOptions& options, const RecordingSet& set);
+};
 
-void PrintRecordingLine(const char* name, const std::string& text) {
-    std::printf("%-12s%s\n", name, platform::PrintableText(text).c_str());
-}
-
-std::string NumberText(const char* format, double value) {
-    char text[64];
-    std::snprintf(text, sizeof text, format, value);
-    return text;
-}
-
-std::string CameraText(const RecordedCamera& camera) {
-    std::string text;
-    for (const std::optional<std::string>& part : {camera.vendor, camera.model}) {
-        text += part && !part->empty() ? (text.empty() ? "" : " ") + *part : "";
+void Run(const RecordingOptions& options, const RecordingRun& run) {
+    if (const std::optional<RecordingSet> set = ReadRecordingSet(options.directory)) {
+        run.several(options, *set);
+    } else {
+        run.one(options);
     }
-    text = text.empty() ? "not known" : text;
-    text += camera.serial && !camera.serial->empty() ? ", serial number " + *camera.serial : "";
-    text += camera.userName && !camera.userName->empty() ? ", \"" + *camera.userName + "\"" : "";
-    return text;
 }
 
-std::string ImagesText(const RecordingDescription& description) {
-    const ImageLayout& layout = description.layout;
-    return std::to_string(layout.width) + " x " + std::to_string(layout.height) + " pixels, " +
-           ColorCodingName(layout.colorCoding) + ", " + std::to_string(layout.components) + " of " +
-           std::to_string(layout.bits) + " bits, kept as " + description.format +
-           (description.pixelFormat ? ", from " + *description.pixelFormat : "");
-}
-
-std::string StatusCounts(const RecordingSummary& summary) {
-    std::string text;
-    for (std::size_t status = 0; status < summary.byStatus.size(); ++status) {
-        text += (text.empty() ? "" : ", ") + std::to_string(summary.byStatus[status]) + " " +
-                FrameStatusName(static_cast<FrameStatus>(status));
-    }
-    return text;
-}
-
-std::string GapText(const RecordedGap& gap) {
-    std::string text = FrameStatusName(gap.status);
-    text += gap.firstN == gap.lastN
-                ? ": frame " + std::to_string(gap.firstN)
-                : ": frames " + std::to_string(gap.firstN) + " to " + std::to_string(gap.lastN);
-    if (gap.firstId) {
-        text += gap.firstId == gap.lastId ? ", id " + std::to_string(*gap.firstId)
-                                          : ", ids " + std::to_string(*gap.firstId) + " to " +
-                                                std::to_string(*gap.lastId);
-    }
-    return text;
-}
-
-void PrintInfo(const RecordingIndex& index, const RecordingSummary& summary) {
-    const RecordingDescription& description = index.description;
-    PrintRecordingLine("camera", CameraText(description.camera));
-    PrintRecordingLine("start", description.start + ", by " + description.program);
-    PrintRecordingLine("images", ImagesText(description));
-    PrintRecordingLine("exposure", description.exposureUs
-                                       ? NumberText("%.6g us", *description.exposureUs)
-                                       : "not known");
-    PrintRecordingLine("frames", StatusCounts(summary));
-    PrintRecordingLine("duration", summary.seconds ? NumberText("%.3f s", *summary.seconds) +
-                                                         (summary.framesPerSecond
-                                                              ? NumberText(", %.2f frames/s",
-                                                                           *summary.framesPerSecond)
-                                                              : "")
-                                                   : "not known");
-    for (const RecordedGap& gap : summary.gaps) {
-        PrintRecordingLine("gap", GapText(gap));
-    }
-    PrintRecordingLine("complete", description.complete         ? "yes"
-                                   : description.reason.empty() ? "no"
-                                                                : "no: " + description.reason);
-}
-
-JsonValue GapsJson(const RecordingSummary& summary) {
-    std::vector<JsonValue> gaps;
-    for (const RecordedGap& gap : summary.gaps) {
-        gaps.push_back(JsonObject({{"status", FrameStatusName(gap.status)},
-                                   {"first", gap.firstN},
-                                   {"last", gap.lastN},
-                                   {"firstId", ValueOrNull(gap.firstId)},
-                                   {"lastId", ValueOrNull(gap.lastId)}}));
-    }
-    return JsonArray(gaps);
-}
-
-JsonValue StatusJson(const RecordingSummary& summary) {
-    std::vector<JsonMember> members;
-    for (std::size_t status = 0; status < summary.byStatus.size(); ++status) {
-        members.push_back(
-            {FrameStatusName(static_cast<FrameStatus>(status)), summary.byStatus[status]});
-    }
-    return JsonObject(members);
-}
-
-void Info(const RecordingOptions& options) {
+void InfoOfOne(const RecordingOptions& options) {
     const RecordingIndex index = ReadRecordingIndex(options.directory);
     const RecordingSummary summary = Summarise(index);
-    if (!options.json) {
-        PrintInfo(index, summary);
-        return;
-    }
-    std::string description = index.description.Json();
-    description.pop_back(); // the end of its line
-    PrintReport({{"directory", options.directory},
-                 {"description", JsonValue::FromText(description)},
-                 {"status", StatusJson(summary)},
-                 {"recorded", summary.recorded},
-                 {"missing", summary.missing},
-                 {"bytes", summary.bytes},
-                 {"seconds", ValueOrNull(summary.seconds)},
-                 {"framesPerSecond", ValueOrNull(summary.framesPerSecond)},
-                 {"gaps", GapsJson(summary)},
-                 {"complete", index.description.complete}});
-}
-
-void PrintFindings(const RecordingOptions& options, const std::vector<std::string>& findings,
-                   const RecordingSummary& summary) {
     if (options.json) {
-        std::vector<JsonValue> list(findings.begin(), findings.end());
-        PrintReport({{"directory", options.directory},
-                     {"findings", JsonArray(list)},
-                     {"recorded", summary.recorded},
-                     {"missing", summary.missing}});
-        return;
+        std::vector<JsonMember> members{{"directory", options.directory}};
+        AppendMembers(members, index, summary);
+        PrintReport(members);
+    } else {
+        PrintSummary(index, summary);
     }
-    for (const std::string& finding : findings) {
-        std::printf("%s\n", platform::PrintableText(finding).c_str());
-    }
-    std::printf("%llu frames recorded, %llu missing, %zu findings\n",
-                static_cast<unsigned long long>(summary.recorded),
-                static_cast<unsigned long long>(summary.missing), findings.size());
 }
 
-void Verify(const RecordingOptions& options) {
-    const RecordingIndex index = ReadRecordingIndex(options.directory);
-    const std::vector<std::string> findings = CheckRecording(options.directory, index);
-    PrintFindings(options, findings, Summarise(index));
+void InfoOfSeveral(const RecordingOptions& options, const RecordingSet& set) {
+    const std::vector<RecordingPart> parts = ReadRecordingParts(options.directory, set);
+    if (options.json) {
+        std::vector<JsonMember> members{{"directory", options.directory}};
+        AppendMembers(members, set, parts);
+        PrintReport(members);
+    } else {
+        PrintSummaries(set, parts);
+    }
+    std::vector<std::string> problems;
+    for (const RecordingPart& part : parts) {
+        if (!part.index) {
+            problems.push_back(part.problem);
+        }
+    }
+    if (!problems.empty()) {
+        throw CommandFailure(std::to_string(problems.size()) + " of " +
+                                 std::to_string(parts.size()) + " recordings cannot be read",
+                             problems);
+    }
+}
+
+/// Prints what was found and the account of all frames; ends with 1 when something was found.
+void ReportFindings(const RecordingOptions& options, const std::vector<std::string>& findings,
+                    std::vector<JsonMember> account, std::uint64_t recorded,
+                    std::uint64_t missing) {
+    if (options.json) {
+        const std::vector<JsonValue> list(findings.begin(), findings.end());
+        account.insert(account.begin(), {{"directory", options.directory},
+                                         {"findings", JsonArray(list)},
+                                         {"recorded", recorded},
+                                         {"missing", missing}});
+        PrintReport(account);
+    } else {
+        for (const std::string& finding : findings) {
+            std::printf("%s\n", platform::PrintableText(finding).c_str());
+        }
+        std::printf("%llu frames recorded, %llu missing, %zu findings\n",
+                    static_cast<unsigned long long>(recorded),
+                    static_cast<unsigned long long>(missing), findings.size());
+    }
     if (!findings.empty()) {
         throw ExitStatus{1};
     }
+}
+
+void VerifyOne(const RecordingOptions& options) {
+    const RecordingIndex index = ReadRecordingIndex(options.directory);
+    const RecordingSummary summary = Summarise(index);
+    ReportFindings(options, CheckRecording(options.directory, index), {}, summary.recorded,
+                   summary.missing);
     if (!index.description.complete) {
-        throw FramesMissing(index.description.reason.empty() ? "the recording is not complete"
-                                                             : index.description.reason);
+        throw FramesMissing(IncompleteText(index.description.reason));
     }
 }
 
-void Convert(const RecordingOptions& options) {
-    const RecordingIndex index = ReadRecordingIndex(options.directory);
+void VerifySeveral(const RecordingOptions& options, const RecordingSet& set) {
+    const std::vector<RecordingPart> parts = ReadRecordingParts(options.directory, set);
+    std::uint64_t recorded = 0;
+    std::uint64_t missing = 0;
+    std::vector<JsonValue> cameras;
+    std::vector<std::string> incomplete;
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+        const RecordingOfSet& recording = set.recordings[i];
+        const RecordingSummary summary =
+            parts[i].index ? Summarise(*parts[i].index) : RecordingSummary();
+        recorded += summary.recorded;
+        missing += summary.missing;
+        cameras.push_back(JsonObject({{"folder", recording.folder},
+                                      {"recorded", summary.recorded},
+                                      {"missing", summary.missing}}));
+        if (!recording.complete) {
+            incomplete.push_back(recording.folder + ": " + IncompleteText(recording.reason));
+        }
+    }
+    ReportFindings(options, CheckRecordingSet(options.directory, set, parts),
+                   {{"cameras", JsonArray(cameras)}}, recorded, missing);
+    if (!incomplete.empty()) {
+        throw FramesMissing(std::to_string(incomplete.size()) + " of " +
+                                std::to_string(parts.size()) + " recordings are not complete",
+                            incomplete);
+    }
+}
+
+ConversionOptions ConversionOf(const RecordingOptions& options) {
     ConversionOptions conversion;
     conversion.directory = options.output;
     conversion.overwrite = options.overwrite;
@@ -191,21 +149,43 @@ void Convert(const RecordingOptions& options) {
     conversion.store.deflate = options.deflate;
     conversion.store.pngLevel = static_cast<std::uint32_t>(
         ParseUnsigned(options.pngLevel.value_or("")).value_or(conversion.store.pngLevel));
-    ConvertRecording(options.directory, index, conversion);
-    const RecordingSummary summary = Summarise(index);
+    return conversion;
+}
+
+void ReportConversion(const RecordingOptions& options, std::uint64_t recorded,
+                      std::uint64_t missing) {
     if (options.json) {
         PrintReport({{"directory", options.output},
                      {"format", options.format},
-                     {"recorded", summary.recorded},
-                     {"missing", summary.missing}});
+                     {"recorded", recorded},
+                     {"missing", missing}});
     } else {
-        std::printf("%llu frames written as %s to %s\n",
-                    static_cast<unsigned long long>(summary.recorded), options.format.c_str(),
-                    platform::PrintableText(options.output).c_str());
+        std::printf("%llu frames written as %s to %s\n", static_cast<unsigned long long>(recorded),
+                    options.format.c_str(), platform::PrintableText(options.output).c_str());
     }
 }
 
-void Export(const RecordingOptions& options) {
+void ConvertOne(const RecordingOptions& options) {
+    const RecordingIndex index = ReadRecordingIndex(options.directory);
+    ConvertRecording(options.directory, index, ConversionOf(options));
+    const RecordingSummary summary = Summarise(index);
+    ReportConversion(options, summary.recorded, summary.missing);
+}
+
+void ConvertSeveral(const RecordingOptions& options, const RecordingSet& set) {
+    const std::vector<RecordingPart> parts = ReadRecordingParts(options.directory, set);
+    ConvertRecordingSet(options.directory, set, parts, ConversionOf(options));
+    std::uint64_t recorded = 0;
+    std::uint64_t missing = 0;
+    for (const RecordingPart& part : parts) {
+        const RecordingSummary summary = Summarise(*part.index);
+        recorded += summary.recorded;
+        missing += summary.missing;
+    }
+    ReportConversion(options, recorded, missing);
+}
+
+void ExportOne(const RecordingOptions& options) {
     const RecordingIndex index = ReadRecordingIndex(options.directory);
     const ExportedVideo video = ExportVideo(options.directory, index, options.output);
     if (options.json) {
@@ -221,13 +201,31 @@ void Export(const RecordingOptions& options) {
     }
 }
 
+void ExportSeveral(const RecordingOptions& options, const RecordingSet& set) {
+    std::vector<std::string> commands;
+    for (const RecordingOfSet& recording : set.recordings) {
+        commands.push_back("mivora recording export " +
+                           platform::JoinPath(options.directory, recording.folder) + " -o " +
+                           recording.folder + options.output.substr(options.output.rfind('.')));
+    }
+    throw CommandFailure(options.directory + " has the recordings of " +
+                             std::to_string(commands.size()) +
+                             " cameras, and a video is of one: name the folder of each",
+                         commands);
+}
+
 std::string LevelProblem(const std::string& text) {
     return ParseUnsigned(text).value_or(10) <= 9 ? "" : "\"" + text + "\" is no level from 0 to 9";
 }
 
+constexpr RecordingRun kInfo{InfoOfOne, InfoOfSeveral};
+constexpr RecordingRun kVerify{VerifyOne, VerifySeveral};
+constexpr RecordingRun kConvert{ConvertOne, ConvertSeveral};
+constexpr RecordingRun kExport{ExportOne, ExportSeveral};
+
 /// A command below "recording": its directory, its run.
 Command AddPart(Command& parent, const std::shared_ptr<RecordingOptions>& options, const char* name,
-                const char* description, void (*run)(const RecordingOptions&)) {
+                const char* description, const RecordingRun& run) {
     Command command = parent.AddCommand(name, description);
     command.AddOption("DIR", options->directory, "Directory of the recording").Required();
     command.AddJson(options->json);
@@ -235,13 +233,13 @@ Command AddPart(Command& parent, const std::shared_ptr<RecordingOptions>& option
          {"--camera", "--sdk", "--sdk-script", "--trace-sdk", "--module"}) {
         command.Excludes(withoutEffect);
     }
-    command.OnRun([options, run] { run(*options); });
+    command.OnRun([options, run] { Run(*options, run); });
     return command;
 }
 
 void AddConvert(Command& parent, const std::shared_ptr<RecordingOptions>& options) {
     Command command =
-        AddPart(parent, options, "convert", "Make a recording of it in another format", Convert);
+        AddPart(parent, options, "convert", "Make a recording of it in another format", kConvert);
     command.AddOption("--to", options->format, "How frames are kept")
         .Required()
         .OneOf({"tiff", "multi-tiff", "png", "pnm", "raw", "stack"});
@@ -267,7 +265,7 @@ void AddConvert(Command& parent, const std::shared_ptr<RecordingOptions>& option
         if (options->deflate && !options->format.ends_with("tiff")) {
             throw BadUsage("--deflate has an effect on tiff and multi-tiff only");
         }
-        Convert(*options);
+        Run(*options, kConvert);
     });
 }
 
@@ -278,13 +276,13 @@ void AddRecordingCommand(CommandLine& program) {
         program.AddCommand("recording", "Describe, check, convert and export recordings");
     command.RequireCommand();
     const auto options = std::make_shared<RecordingOptions>();
-    AddPart(command, options, "info", "Show what a recording is", Info);
-    AddPart(command, options, "verify", "Compare its index with its files", Verify)
+    AddPart(command, options, "info", "Show what a recording is", kInfo);
+    AddPart(command, options, "verify", "Compare its index with its files", kVerify)
         .SetFooter("Exit status: 0 whole, 1 with findings, which are printed, 3 when all that was\n"
                    "recorded is there but frames are missing from the recording.\n");
     AddConvert(command, options);
     Command video =
-        AddPart(command, options, "export", "Make a video, by FFmpeg or GStreamer", Export);
+        AddPart(command, options, "export", "Make a video, by FFmpeg or GStreamer", kExport);
     video.AddOption("-o,--output", options->output, "File to write; .mp4 .mkv .avi")
         .Required()
         .Check(VideoFileNameProblem)

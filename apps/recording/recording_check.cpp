@@ -145,8 +145,49 @@ private:
     std::map<std::string, std::uint64_t> ends; // of the last frame, by file
 };
 
+std::string FramesText(const RecordedFrames& frames, bool isComplete) {
+    return std::to_string(frames.recorded) + " recorded and " + std::to_string(frames.missing) +
+           " missing frames" + (isComplete ? ", complete" : "");
+}
+
+/// What the description of the set says of a recording that the recording itself does not.
+std::string DifferenceText(const RecordingOfSet& said, const RecordingDescription& is) {
+    const bool isSame = said.frames.recorded == is.frames.recorded &&
+                        said.frames.missing == is.frames.missing && (!said.complete || is.complete);
+    return isSame ? ""
+                  : "the description beside the folders says " +
+                        FramesText(said.frames, said.complete) + ", that of the folder " +
+                        FramesText(is.frames, is.complete);
+}
+
 } // namespace
 
 std::vector<std::string> CheckRecording(const std::string& directory, const RecordingIndex& index) {
     return Checker(directory, index).Run();
+}
+
+std::vector<std::string> CheckRecordingSet(const std::string& directory, const RecordingSet& set,
+                                           const std::vector<RecordingPart>& parts) {
+    std::vector<std::string> findings;
+    std::vector<std::string> unnamed = ListCameraFolders(directory);
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+        const RecordingOfSet& recording = set.recordings[i];
+        std::vector<std::string> own;
+        if (parts[i].index) {
+            own = CheckRecording(parts[i].directory, *parts[i].index);
+            own.push_back(DifferenceText(recording, parts[i].index->description));
+        } else {
+            own.push_back(parts[i].problem);
+        }
+        for (const std::string& finding : own) {
+            if (!finding.empty()) {
+                findings.push_back(recording.folder + ": " + finding);
+            }
+        }
+        std::erase(unnamed, recording.folder);
+    }
+    for (const std::string& folder : unnamed) {
+        findings.push_back(folder + " is named by no line of " + kRecordingDescriptionName);
+    }
+    return findings;
 }

@@ -1,7 +1,7 @@
 // recording_check.h - compares a recording's index with its files
 #pragma once
 
-#include "apps/recording/recording_index.h"
+#include "apps/recording/recording_set.h"
 
 #include <string>
 #include <vector>
@@ -12,3 +12,9 @@
 /// counts what the lines do. Returns what is wrong, in the order of the lines; nothing for a
 /// recording that is whole, which may have missing frames. Does not change anything.
 std::vector<std::string> CheckRecording(const std::string& directory, const RecordingIndex& index);
+
+/// The same for the recordings of several cameras, each finding behind the name of its folder: all
+/// are there, each by itself, they and the set count the same, and no folder is there that the set
+/// does not name.
+std::vector<std::string> CheckRecordingSet(const std::string& directory, const RecordingSet& set,
+                                           const std::vector<RecordingPart>& parts);

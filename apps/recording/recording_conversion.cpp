@@ -16,7 +16,10 @@
 
 namespace {
 
+namespace fs = std::filesystem;
+
 constexpr std::uint32_t kAlphaComponents = 4;
+constexpr const char* kNotEnded = "the conversion did not end";
 
 /// A frame on its way from one format to the other.
 struct ConvertedFrame {
@@ -33,9 +36,20 @@ void CheckFormat(const RecordingIndex& index, const std::string& format) {
     }
 }
 
-bool IsSameDirectory(const std::string& left, const std::string& right) {
+bool IsSameDirectory(const fs::path& left, const fs::path& right) {
     std::error_code error;
-    return std::filesystem::equivalent(left, right, error) && !error;
+    return fs::equivalent(left, right, error) && !error;
+}
+
+/// What is in the target's directory is replaced, with the folders of several cameras.
+void CheckPlace(const std::string& source, const std::string& target) {
+    bool isReplaced = IsSameDirectory(source, target);
+    for (const std::string& folder : ListCameraFolders(target)) {
+        isReplaced |= IsSameDirectory(source, platform::JoinPath(target, folder));
+    }
+    if (isReplaced) {
+        throw CommandFailure("the new recording would replace the one that it is made of");
+    }
 }
 
 class Conversion {
@@ -50,7 +64,7 @@ public:
         description.frames.recorded = 0;
         description.frames.missing = 0;
         description.complete = false;
-        description.reason = "the conversion did not end";
+        description.reason = kNotEnded;
     }
 
     void Run() {
@@ -131,9 +145,34 @@ private:
 void ConvertRecording(const std::string& directory, const RecordingIndex& index,
                       const ConversionOptions& options) {
     CheckFormat(index, options.store.format);
-    if (IsSameDirectory(directory, options.directory)) {
-        throw CommandFailure("the new recording would replace the one that it is made of");
-    }
+    CheckPlace(directory, options.directory);
     PrepareRecordingDirectory(options.directory, options.overwrite);
     Conversion(directory, index, options).Run();
+}
+
+void ConvertRecordingSet(const std::string& directory, const RecordingSet& set,
+                         const std::vector<RecordingPart>& parts,
+                         const ConversionOptions& options) {
+    CheckPlace(directory, options.directory);
+    for (const RecordingPart& part : parts) {
+        if (!part.index) {
+            throw CommandFailure(part.problem);
+        }
+        CheckFormat(*part.index, options.store.format);
+        CheckPlace(part.directory, options.directory);
+    }
+    PrepareRecordingDirectory(options.directory, options.overwrite);
+    RecordingSet converted = set;
+    for (RecordingOfSet& recording : converted.recordings) {
+        recording.complete = false;
+        recording.reason = kNotEnded;
+    }
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+        WriteRecordingDescription(options.directory, converted.Json());
+        ConversionOptions own = options;
+        own.directory = platform::JoinPath(options.directory, set.recordings[i].folder);
+        ConvertRecording(parts[i].directory, *parts[i].index, own);
+        converted.recordings[i] = set.recordings[i];
+    }
+    WriteRecordingDescription(options.directory, converted.Json());
 }

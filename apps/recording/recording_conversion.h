@@ -2,9 +2,10 @@
 #pragma once
 
 #include "apps/recording/frame_store.h"
-#include "apps/recording/recording_index.h"
+#include "apps/recording/recording_set.h"
 
 #include <string>
+#include <vector>
 
 struct ConversionOptions {
     FrameStoreOptions store;
@@ -18,3 +19,8 @@ struct ConversionOptions {
 /// is the description of an incomplete recording with the frames so far.
 void ConvertRecording(const std::string& directory, const RecordingIndex& index,
                       const ConversionOptions& options);
+
+/// The same for the recordings of several cameras, into folders of the same names. Throws as well
+/// when one of them cannot be read.
+void ConvertRecordingSet(const std::string& directory, const RecordingSet& set,
+                         const std::vector<RecordingPart>& parts, const ConversionOptions& options);

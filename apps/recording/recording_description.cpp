@@ -13,20 +13,11 @@
 
 namespace {
 
-constexpr std::uint64_t kSchema = 1;
 constexpr std::uint64_t kNanosecondsPerSecond = 1000000000;
 
 template <typename T>
 JsonValue OrNull(const std::optional<T>& value) {
     return value ? JsonValue(*value) : JsonValue(nullptr);
-}
-
-const nlohmann::json& ObjectOf(const nlohmann::json& object, const char* name) {
-    const auto found = object.find(name);
-    if (found == object.end() || !found->is_object()) {
-        throw CommandFailure(std::string("\"") + name + "\" is missing");
-    }
-    return *found;
 }
 
 JsonValue ClockObject(const ClockRelation& clock) {
@@ -48,18 +39,6 @@ std::optional<ClockRelation> ClockOf(const nlohmann::json& object) {
     return clock;
 }
 
-RecordedCamera CameraOf(const nlohmann::json& object) {
-    RecordedCamera camera;
-    camera.vendor = TextOf(object, "vendor");
-    camera.model = TextOf(object, "model");
-    camera.serial = TextOf(object, "serial");
-    camera.userName = TextOf(object, "userName");
-    camera.id = TextOf(object, "id");
-    camera.extendedId = TextOf(object, "extendedId");
-    camera.interfaceName = TextOf(object, "interface");
-    return camera;
-}
-
 } // namespace
 
 JsonValue RecordedCamera::Json() const {
@@ -78,7 +57,7 @@ JsonValue RecordedFrames::Json() const {
 
 std::string RecordingDescription::Json() const {
     const JsonValue text = JsonObject(
-        {{"schema", kSchema},
+        {{"schema", kRecordingSchema},
          {"program", program},
          {"camera", camera.Json()},
          {"sdk", JsonObject({{"version", OrNull(sdkVersion)}})},
@@ -103,18 +82,14 @@ RecordingDescription ParseRecordingDescription(const std::string& text) {
     if (!object.is_object()) {
         throw CommandFailure("no JSON object");
     }
-    const std::uint64_t schema = Needed(NumberOf(object, "schema"), "schema");
-    if (schema != kSchema) {
-        throw CommandFailure("\"schema\" is " + std::to_string(schema) + ", known is " +
-                             std::to_string(kSchema));
-    }
+    CheckSchema(object);
     if (object.contains("cameras")) {
         throw CommandFailure("this describes the recordings of several cameras; name the folder of "
                              "one of them");
     }
     RecordingDescription description;
     description.program = TextOf(object, "program").value_or("");
-    description.camera = CameraOf(ObjectOf(object, "camera"));
+    description.camera = ReadRecordedCamera(object);
     description.sdkVersion = TextOf(ObjectOf(object, "sdk"), "version");
     description.moduleName = TextOf(ObjectOf(object, "module"), "name");
     description.moduleVersion = TextOf(ObjectOf(object, "module"), "version");
@@ -127,12 +102,8 @@ RecordingDescription ParseRecordingDescription(const std::string& text) {
     description.clock = ClockOf(object);
     description.start = Needed(TextOf(object, "start"), "start");
     description.format = Needed(TextOf(object, "format"), "format");
-    const nlohmann::json& frames = ObjectOf(object, "frames");
-    description.frames.wanted = NumberOf(frames, "wanted");
-    description.frames.recorded = Needed(NumberOf(frames, "recorded"), "recorded");
-    description.frames.missing = Needed(NumberOf(frames, "missing"), "missing");
-    const auto complete = object.find("complete");
-    description.complete = complete != object.end() && *complete == true;
+    description.frames = ReadRecordedFrames(object);
+    description.complete = IsTrue(object, "complete");
     description.reason = TextOf(object, "reason").value_or("");
     return description;
 }

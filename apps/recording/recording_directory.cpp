@@ -40,28 +40,13 @@ bool HoldsRecording(const std::string& directory) {
            platform::PathExists(platform::JoinPath(directory, kFrameIndexName));
 }
 
-/// The folders of the cameras of one recording; no links to elsewhere.
-std::vector<std::string> CameraFoldersIn(const std::string& directory) {
-    std::vector<std::string> folders;
-    std::error_code error;
-    for (fs::directory_iterator entry(directory, error), end; !error && entry != end;
-         entry.increment(error)) {
-        const std::string path = platform::JoinPath(directory, entry->path().filename().string());
-        std::error_code unknown;
-        if (entry->path().filename().string().starts_with(kCameraFolderBegin) &&
-            !entry->is_symlink(unknown) && entry->is_directory(unknown) && HoldsRecording(path)) {
-            folders.push_back(path);
-        }
-    }
-    return folders;
-}
-
 void RemoveRecording(const std::string& directory) {
     std::vector<fs::path> files;
     for (const std::string& file : ListFrameFiles(directory)) {
         files.emplace_back(platform::JoinPath(directory, file));
     }
-    for (const std::string& folder : CameraFoldersIn(directory)) {
+    for (const std::string& name : ListCameraFolders(directory)) {
+        const std::string folder = platform::JoinPath(directory, name);
         RemoveRecording(folder);
         std::error_code notEmpty; // of files that stay
         fs::remove(folder, notEmpty);
@@ -135,4 +120,20 @@ std::vector<std::string> ListFrameFiles(const std::string& directory) {
     }
     std::sort(names.begin(), names.end());
     return names;
+}
+
+std::vector<std::string> ListCameraFolders(const std::string& directory) {
+    std::vector<std::string> folders;
+    std::error_code error;
+    for (fs::directory_iterator entry(directory, error), end; !error && entry != end;
+         entry.increment(error)) {
+        std::string name = entry->path().filename().string();
+        std::error_code unknown;
+        if (name.starts_with(kCameraFolderBegin) && !entry->is_symlink(unknown) &&
+            entry->is_directory(unknown) && HoldsRecording(platform::JoinPath(directory, name))) {
+            folders.push_back(std::move(name));
+        }
+    }
+    std::sort(folders.begin(), folders.end());
+    return folders;
 }

@@ -16,3 +16,7 @@ void WriteRecordingDescription(const std::string& directory, const std::string& 
 /// The files of frames in the directory, in the order of their names: also of those that were left
 /// unfinished. Throws CommandFailure.
 std::vector<std::string> ListFrameFiles(const std::string& directory);
+
+/// The names of the folders of cameras in the directory that hold a recording, sorted; no links to
+/// elsewhere. Empty for a directory that cannot be read.
+std::vector<std::string> ListCameraFolders(const std::string& directory);

@@ -63,8 +63,51 @@ std::optional<std::string> TextOf(const nlohmann::json& object, const char* name
     return member ? std::optional(member->get<std::string>()) : std::nullopt;
 }
 
+bool IsTrue(const nlohmann::json& object, const char* name) {
+    const nlohmann::json* const member = Find(object, name);
+    return member && *member == true;
+}
+
+const nlohmann::json& ObjectOf(const nlohmann::json& object, const char* name) {
+    const nlohmann::json* const member = Find(object, name);
+    if (!member || !member->is_object()) {
+        ThrowMissing(name);
+    }
+    return *member;
+}
+
+RecordedCamera ReadRecordedCamera(const nlohmann::json& object) {
+    const nlohmann::json& member = ObjectOf(object, "camera");
+    RecordedCamera camera;
+    camera.vendor = TextOf(member, "vendor");
+    camera.model = TextOf(member, "model");
+    camera.serial = TextOf(member, "serial");
+    camera.userName = TextOf(member, "userName");
+    camera.id = TextOf(member, "id");
+    camera.extendedId = TextOf(member, "extendedId");
+    camera.interfaceName = TextOf(member, "interface");
+    return camera;
+}
+
+RecordedFrames ReadRecordedFrames(const nlohmann::json& object) {
+    const nlohmann::json& member = ObjectOf(object, "frames");
+    RecordedFrames frames;
+    frames.wanted = NumberOf(member, "wanted");
+    frames.recorded = Needed(NumberOf(member, "recorded"), "recorded");
+    frames.missing = Needed(NumberOf(member, "missing"), "missing");
+    return frames;
+}
+
 void ThrowMissing(const char* name) {
     throw CommandFailure(std::string("\"") + name + "\" is missing");
+}
+
+void CheckSchema(const nlohmann::json& object) {
+    const std::uint64_t schema = Needed(NumberOf(object, "schema"), "schema");
+    if (schema != kRecordingSchema) {
+        throw CommandFailure("\"schema\" is " + std::to_string(schema) + ", known is " +
+                             std::to_string(kRecordingSchema));
+    }
 }
 
 void ReadLayout(const nlohmann::json& object, ImageLayout& layout) {

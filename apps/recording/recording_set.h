@@ -1,7 +1,7 @@
 // recording_set.h - the recordings of several cameras at once
 #pragma once
 
-#include "apps/recording/recording_description.h"
+#include "apps/recording/recording_index.h"
 
 #include <cstdint>
 #include <optional>
@@ -43,3 +43,18 @@ struct RecordingSet {
     /// One line, with its end.
     std::string Json() const;
 };
+
+/// Reads it from a directory; nullopt when that holds the recording of one camera. Throws
+/// CommandFailure naming the file and the reason.
+std::optional<RecordingSet> ReadRecordingSet(const std::string& directory);
+
+/// The recording of one camera in its folder.
+struct RecordingPart {
+    std::string directory;
+    std::optional<RecordingIndex> index;
+    std::string problem; ///< why there is no index
+};
+
+/// The recordings of the set, in its order.
+std::vector<RecordingPart> ReadRecordingParts(const std::string& directory,
+                                              const RecordingSet& set);

@@ -196,6 +196,60 @@ TEST_F(SeveralCameras, ReplaceARecordingWithAllItsFolders) {
     EXPECT_EQ(JsonOf("run/recording.json")["camera"]["id"], "B");
 }
 
+TEST_F(SeveralCameras, AreCheckedAndConvertedTogether) {
+    UseCameras(2, Faults("frame incomplete 3"));
+    ExpectFailure(Grab({"A", "B"}, {"--frames", "10", "-o", PathOf("run"), "--format", "stack",
+                                    "--buffers", "40"}),
+                  3, {"1 frame is missing from the recording: 1 incomplete"});
+    const std::string reasons =
+        "2 of 2 recordings are not complete\n"
+        "  camera-S_A: 1 frame is missing from the recording: 1 incomplete\n"
+        "  camera-S_B: 1 frame is missing from the recording: 1 incomplete\n";
+    const auto checked = Mivora({"recording", "verify", PathOf("run")});
+    EXPECT_EQ(checked.status, 3);
+    EXPECT_EQ(checked.output, "20 frames recorded, 2 missing, 0 findings\n");
+    EXPECT_EQ(checked.errors, "mivora: " + reasons);
+
+    const auto shown = Mivora({"recording", "info", PathOf("run")});
+    ExpectDone(shown);
+    EXPECT_PRED2(Contains, shown.output, "folder      camera-S_A\ncamera      Korvane Camera A");
+    EXPECT_PRED2(Contains, shown.output, "\ngap         incomplete: frame 4, id 3\n");
+    EXPECT_PRED2(Contains, shown.output,
+                 "\n\ncameras     2, started by software\n"
+                 "frames      20 recorded, 2 missing\n"
+                 "complete    no: 0 of 2 recordings are\n");
+    const auto described = Mivora({"recording", "info", PathOf("run"), "--json"});
+    ExpectDone(described);
+    const Json report = Json::parse(described.output);
+    EXPECT_EQ(report["schema"], 1);
+    EXPECT_EQ(report["recorded"], 20);
+    EXPECT_EQ(report["cameras"][1]["folder"], "camera-S_B");
+    EXPECT_EQ(report["cameras"][1]["description"]["camera"]["id"], "B");
+    EXPECT_EQ(report["cameras"][1]["missing"], 1);
+
+    ExpectDone(
+        Mivora({"recording", "convert", PathOf("run"), "--to", "tiff", "-o", PathOf("new")}));
+    EXPECT_EQ(JsonOf("new/camera-S_B/recording.json")["format"], "tiff");
+    directory.Write("new/camera-S_B/frame-000001.tiff", "");
+    const auto damaged = Mivora({"recording", "verify", PathOf("new"), "--json"});
+    EXPECT_EQ(damaged.status, 1);
+    EXPECT_EQ(damaged.errors, "");
+    const Json findings = Json::parse(damaged.output);
+    EXPECT_EQ(findings["findings"][0].get<std::string>().find("camera-S_B: frame 1: "), 0u)
+        << findings;
+    EXPECT_EQ(findings["recorded"], 20);
+    EXPECT_EQ(findings["cameras"][0]["missing"], 1);
+    directory.Write("new/camera-S_B/frames.jsonl", "{}\n");
+    const auto unread = Mivora({"recording", "info", PathOf("new")});
+    ExpectFailure(unread, 1, {"1 of 2 recordings cannot be read", "frames.jsonl:1"});
+    EXPECT_PRED2(Contains, unread.output, "folder      camera-S_A\n");
+    EXPECT_PRED2(Contains, unread.output, "\nproblem     ");
+    ExpectFailure(
+        Mivora({"recording", "export", PathOf("run"), "-o", PathOf("video.mkv")}), 1,
+        {"has the recordings of 2 cameras, and a video is of one: name the folder of each",
+         "  mivora recording export ", "camera-S_B -o camera-S_B.mkv"});
+}
+
 TEST_F(SeveralCameras, AreRefusedWhereTheyMakeNoSense) {
     UseCameras(2);
     ExpectFailure(Grab({"A", "0"}, {"--frames", "1"}), 1,

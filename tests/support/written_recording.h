@@ -74,10 +74,14 @@ struct WrittenRecording {
     }
     /// Returns the recording's directory.
     std::string Write(const TemporaryDirectory& directory) const {
-        directory.Write(kRecordingDescriptionName, description.Json());
-        directory.Write(kFrameIndexName, IndexText());
-        directory.Write("frames.stack", stack);
+        WriteTo(directory, "");
         return directory.Path();
+    }
+    /// The same for what begins with "FOLDER/".
+    void WriteTo(const TemporaryDirectory& directory, const std::string& begin) const {
+        directory.Write(begin + kRecordingDescriptionName, description.Json());
+        directory.Write(begin + kFrameIndexName, IndexText());
+        directory.Write(begin + "frames.stack", stack);
     }
 
     RecordingDescription description;

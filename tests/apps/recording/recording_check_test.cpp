@@ -2,7 +2,7 @@
 #include "apps/recording/recording_check.h"
 
 #include "apps/recording/frame_store.h"
-#include "tests/support/written_recording.h"
+#include "tests/support/written_recording_set.h"
 
 #include <gtest/gtest.h>
 
@@ -148,6 +148,53 @@ TEST_F(RecordingCheck, FindsAFileOfTwoFrames) {
     });
     EXPECT_EQ(findings, (Findings{"frame 3: frame-000002.pgm is the file of another frame as well",
                                   "frame-000003.pgm is named by no line of the index"}));
+}
+
+class RecordingSetCheck : public testing::Test {
+protected:
+    Findings Check() {
+        written.Write(directory);
+        return CheckAgain();
+    }
+    Findings CheckAgain() {
+        const std::optional<RecordingSet> set = ReadRecordingSet(directory.Path());
+        return CheckRecordingSet(directory.Path(), *set,
+                                 ReadRecordingParts(directory.Path(), *set));
+    }
+
+    support::TemporaryDirectory directory;
+    support::WrittenRecordingSet written;
+};
+
+TEST_F(RecordingSetCheck, FindsNothingInWholeRecordings) {
+    EXPECT_EQ(Check(), Findings());
+    written.recordings[1].AddMissing(FrameStatus::kLost);
+    written.set.recordings[1].frames = written.recordings[1].description.frames;
+    written.set.recordings[1].complete = false;
+    EXPECT_EQ(Check(), Findings()) << "what is missing is said to be";
+}
+
+TEST_F(RecordingSetCheck, FindsWhatIsWrongInAFolder) {
+    written.recordings[0].lines[1].n = 3;
+    EXPECT_EQ(Check(), (Findings{"camera-A: line 2 of the index is of frame 3"}));
+    std::remove(directory.PathOf("camera-B/frames.jsonl").c_str());
+    const Findings findings = CheckAgain();
+    ASSERT_EQ(findings.size(), 2u);
+    EXPECT_EQ(findings[1].find("camera-B: "), 0u) << findings[1];
+}
+
+TEST_F(RecordingSetCheck, FindsCountsThatDiffer) {
+    written.recordings[1].AddMissing(FrameStatus::kLost);
+    EXPECT_EQ(Check(), (Findings{"camera-B: the description beside the folders says 2 recorded and "
+                                 "0 missing frames, complete, that of the folder 2 recorded and 1 "
+                                 "missing frames"}));
+}
+
+TEST_F(RecordingSetCheck, FindsFoldersThatAreNotNamed) {
+    written.Write(directory);
+    written.recordings[0].WriteTo(directory, "camera-C/");
+    directory.Write("camera-notes/notes.txt", "");
+    EXPECT_EQ(CheckAgain(), (Findings{"camera-C is named by no line of recording.json"}));
 }
 
 } // namespace

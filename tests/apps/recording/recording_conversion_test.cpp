@@ -5,7 +5,7 @@
 #include "apps/recording/frame_reader.h"
 #include "apps/recording/recording_check.h"
 #include "platform/file_system.h"
-#include "tests/support/written_recording.h"
+#include "tests/support/written_recording_set.h"
 
 #include <gtest/gtest.h>
 
@@ -123,6 +123,77 @@ TEST_F(RecordingConversion, LeavesAnIncompleteRecordingWhenItFails) {
     EXPECT_EQ(converted.description.reason, failure);
     EXPECT_EQ(converted.lines.size(), 1u);
     EXPECT_EQ(CheckRecording(options.directory, converted), std::vector<std::string>());
+}
+
+TEST_F(RecordingConversion, ReplacesNotTheFoldersThatItIsMadeOf) {
+    support::WrittenRecordingSet written;
+    written.Write(directory);
+    ConversionOptions options;
+    options.directory = directory.Path();
+    options.overwrite = true;
+    const std::string folder = directory.PathOf("camera-A");
+    const std::string reason = "the new recording would replace the one that it is made of";
+    try {
+        ConvertRecording(folder, ReadRecordingIndex(folder), options);
+        ADD_FAILURE();
+    } catch (const CommandFailure& failure) {
+        EXPECT_EQ(failure.what(), reason);
+    }
+    const RecordingSet set = *ReadRecordingSet(directory.Path());
+    for (const std::string& target : {directory.Path(), folder}) {
+        options.directory = target;
+        try {
+            ConvertRecordingSet(directory.Path(), set, ReadRecordingParts(directory.Path(), set),
+                                options);
+            ADD_FAILURE();
+        } catch (const CommandFailure& failure) {
+            EXPECT_EQ(failure.what(), reason);
+        }
+    }
+    EXPECT_EQ(CheckRecordingSet(directory.Path(), set, ReadRecordingParts(directory.Path(), set)),
+              std::vector<std::string>());
+}
+
+TEST_F(RecordingConversion, TakesAllFoldersOfSeveralCameras) {
+    support::WrittenRecordingSet written;
+    written.recordings[1].AddMissing(FrameStatus::kDropped);
+    written.set.recordings[1].frames = written.recordings[1].description.frames;
+    written.set.recordings[1].complete = false;
+    written.set.recordings[1].reason = "1 frame is missing";
+    written.Write(directory);
+    const RecordingSet set = *ReadRecordingSet(directory.Path());
+    ConversionOptions options;
+    options.store.format = "tiff";
+    options.directory = directory.PathOf("new");
+    ConvertRecordingSet(directory.Path(), set, ReadRecordingParts(directory.Path(), set), options);
+    const RecordingSet converted = *ReadRecordingSet(options.directory);
+    EXPECT_EQ(converted.Json(), set.Json());
+    const std::vector<RecordingPart> parts = ReadRecordingParts(options.directory, converted);
+    EXPECT_EQ(CheckRecordingSet(options.directory, converted, parts), std::vector<std::string>());
+    EXPECT_EQ(parts[0].index->description.format, "tiff");
+    EXPECT_EQ(parts[1].index->lines.size(), 3u);
+}
+
+TEST_F(RecordingConversion, LeavesAnIncompleteSetWhenItFails) {
+    support::WrittenRecordingSet written;
+    written.recordings[1].stack.pop_back();
+    written.Write(directory);
+    const RecordingSet set = *ReadRecordingSet(directory.Path());
+    ConversionOptions options;
+    options.directory = directory.PathOf("new");
+    EXPECT_THROW(ConvertRecordingSet(directory.Path(), set,
+                                     ReadRecordingParts(directory.Path(), set), options),
+                 CommandFailure);
+    const RecordingSet converted = *ReadRecordingSet(options.directory);
+    EXPECT_TRUE(converted.recordings[0].complete);
+    EXPECT_FALSE(converted.recordings[1].complete);
+    std::remove(directory.PathOf("camera-B/frames.jsonl").c_str());
+    options.directory = directory.PathOf("another");
+    EXPECT_THROW(ConvertRecordingSet(directory.Path(), set,
+                                     ReadRecordingParts(directory.Path(), set), options),
+                 CommandFailure);
+    EXPECT_FALSE(platform::PathExists(options.directory))
+        << "nothing is written for a part of them";
 }
 
 } // namespace

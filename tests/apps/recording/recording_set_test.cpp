@@ -2,6 +2,7 @@
 #include "apps/recording/recording_set.h"
 
 #include "apps/common/command_failure.h"
+#include "tests/support/written_recording_set.h"
 
 #include <gtest/gtest.h>
 
@@ -53,6 +54,62 @@ TEST(RecordingSet, IsNoRecordingOfOneCamera) {
     } catch (const CommandFailure& failure) {
         EXPECT_STREQ(failure.what(), "this describes the recordings of several cameras; name the "
                                      "folder of one of them");
+    }
+}
+
+TEST(RecordingSet, IsReadAsItWasWritten) {
+    const support::TemporaryDirectory directory;
+    support::WrittenRecordingSet written;
+    written.set.recordings[1].complete = false;
+    written.set.recordings[1].reason = "the camera is gone";
+    written.Write(directory);
+    const std::optional<RecordingSet> set = ReadRecordingSet(directory.Path());
+    ASSERT_TRUE(set);
+    EXPECT_EQ(set->Json(), written.set.Json());
+    const std::vector<RecordingPart> parts = ReadRecordingParts(directory.Path(), *set);
+    ASSERT_EQ(parts.size(), 2u);
+    ASSERT_TRUE(parts[1].index);
+    EXPECT_EQ(parts[1].directory, directory.PathOf("camera-B"));
+    EXPECT_EQ(parts[1].index->lines.size(), 2u);
+    EXPECT_FALSE(ReadRecordingSet(directory.PathOf("camera-A"))) << "a recording of one camera";
+}
+
+TEST(RecordingSet, KeepsTheProblemOfAFolder) {
+    const support::TemporaryDirectory directory;
+    support::WrittenRecordingSet written;
+    written.recordings.pop_back();
+    written.Write(directory);
+    const std::vector<RecordingPart> parts =
+        ReadRecordingParts(directory.Path(), *ReadRecordingSet(directory.Path()));
+    EXPECT_TRUE(parts[0].index);
+    EXPECT_FALSE(parts[1].index);
+    EXPECT_NE(parts[1].problem.find("camera-B"), std::string::npos) << parts[1].problem;
+}
+
+TEST(RecordingSet, NamesNoOtherFolders) {
+    for (const char* const folder : {"../camera-A", "camera-/../../x", "other", ""}) {
+        const support::TemporaryDirectory directory;
+        support::WrittenRecordingSet written;
+        written.set.recordings[0].folder = folder;
+        directory.Write("recording.json", written.set.Json());
+        try {
+            ReadRecordingSet(directory.Path());
+            ADD_FAILURE() << folder;
+        } catch (const CommandFailure& failure) {
+            EXPECT_NE(failure.Message().find("is no name of a camera's folder"), std::string::npos)
+                << failure.what();
+        }
+    }
+}
+
+TEST(RecordingSet, IsRefusedWhenItMakesNoSense) {
+    for (const char* const text :
+         {R"({"schema":2,"cameras":[]})", R"({"schema":1,"cameras":[7]})",
+          R"({"schema":1,"cameras":[{"folder":"camera-1"}]})",
+          R"({"schema":1,"cameras":[{"folder":"camera-1","camera":{},"frames":{}}]})"}) {
+        const support::TemporaryDirectory directory;
+        directory.Write("recording.json", text);
+        EXPECT_THROW(ReadRecordingSet(directory.Path()), CommandFailure) << text;
     }
 }
 
