@@ -30,7 +30,6 @@ constexpr unsigned kCommonOfTool = 400;
 struct RefusedUse {
     ProgramUse use;
     unsigned common = kCommonOfMivora;
-    std::map<std::string, std::string> files{}; ///< in the directory of the run
     /// Output that may be another one without a failure: the lines that begin so.
     std::vector<std::string> mayDiffer{};
 
@@ -53,9 +52,6 @@ protected:
     static RefusedStart Run(unsigned nth) {
         const ProgramUse& use = GetParam().use;
         const support::TemporaryDirectory directory;
-        for (const auto& [name, content] : GetParam().files) {
-            directory.Write(name, content);
-        }
         const std::string refusal = directory.PathOf("refusal");
         const std::string calls = directory.PathOf("calls");
         RefusedStart start;
@@ -114,13 +110,15 @@ protected:
         const auto isReason = [](const std::string& line) {
             // A module says no more than that it made no grabber; one that was made without memory
             // for its events snaps with 29; what is read of a synchronisation file ends where
-            // there is no memory for more.
+            // there is no memory for more; a grabber without memory for a channel has none, or not
+            // its settings; a thread does not start.
             const auto has = [&](const char* text) {
                 return line.find(text) != std::string::npos;
             };
             return line.starts_with("err: ") &&
                    (has("memory") || has("made no grabber") || has("Snap failed with 29") ||
-                    has("rules.json has a fault"));
+                    has("rules.json has a fault") || has("has no channel for") ||
+                    has("GetConfig failed with 22") || has("cannot start a thread"));
         };
         EXPECT_TRUE(std::any_of(program.lines.begin(), program.lines.end(), isReason))
             << "the reason is missing";
@@ -165,48 +163,53 @@ const std::vector<RefusedUse>& RefusedUses() {
     static const char* const rules =
         R"({"SyncFeatures":[{"ModuleName":"Camera","FeatureName":"Width","Dependencies":[)"
         R"({"ModuleName":"Localdevice","FeatureName":"Width"}]}]})";
-    static const char* const settings =
-        R"({"format": "Mivora settings", "version": 1, "camera": {"vendor": "", "model": "", )"
-        R"("serial": "", "id": ""}, "settings": [{"module": "Camera", "feature": "Width", )"
-        R"("type": "integer", "value": 32}, {"module": "Camera", "feature": "Gain", "selectors": )"
-        R"({"GainSelector": "DigitalAll"}, "type": "float", "value": 2}]})";
     static const char* const lines =
         "Init\nSetActCameraIndex 0\nOpenActCamera\nPrepareFrameBuffers 1\nSnap 3\nCreateCmdChannel 1\n"
         "GetGrabberParam 257\nCloseActCamera\nDeInit\n";
     static const std::vector<RefusedUse> uses{
         {{"cameras", "mivora", {"cameras", "--json"}, ""}, 0},
         // Without memory the version is the one that initialising has noted.
-        {{"info", "mivora", {"info"}, ""}, kCommonOfMivora, {}, {"out: Version: "}},
+        {{"info", "mivora", {"info"}, ""}, kCommonOfMivora, {"out: Version: "}},
         {{"snap", "mivora", {"snap", "--mode", "3", "-o", "{directory}/image.raw"}, ""}},
         // The SDK's own counts are left out where they cannot be had.
         {{"grab", "mivora", {"grab", "--frames", "2", "--buffers", "2"}, ""},
          kCommonOfMivora,
-         {},
          {"out: buffers "}},
         {{"param_get", "mivora", {"param", "get", "257"}, ""}},
         {{"param_set", "mivora", {"param", "set", "257", "2000", "500000"}, ""}},
         // A channel's settings are a text that may be empty.
-        {{"channels", "mivora", {"channels"}, ""}, kCommonOfMivora, {}, {"out: type 0 "}},
+        {{"channels", "mivora", {"channels"}, ""}, kCommonOfMivora, {"out: type 0 "}},
         {{"features", "mivora", {"features", "Interface"}, ""}},
         {{"get", "mivora", {"get", "Camera/Width"}, ""}},
         {{"set", "mivora", {"set", "Camera/Width=32"}, ""}},
+        {{"describe", "mivora", {"describe", "Camera/ExposureTime"}, ""}},
+        {{"serial", "mivora", {"serial", "1", "--linger", "100"}, "ID?\n"}},
+        {{"watch", "mivora", {"watch", "--for", "100"}, ""}},
         {{"settings_save", "mivora", {"settings", "save", "{directory}/saved.json"}, ""}},
-        {{"settings_load", "mivora", {"settings", "load", "{directory}/given.json"}, ""},
-         kCommonOfMivora,
-         {{"given.json", settings}}},
+        {{"settings_load",
+          "mivora",
+          {"settings", "load", "{directory}/given.json"},
+          "",
+          {},
+          {{"given.json", kSettingsOfARun}}}},
         {{"formats", "pyxen-tool", {"formats", "--json"}, ""}, 0},
         {{"convert",
           "pyxen-tool",
           {"convert", "--format", "Mono8", "--width", "4", "--height", "2", "{directory}/dump.raw",
            "{directory}/image.png"},
-          ""},
-         kCommonOfTool,
-         {{"dump.raw", dump}}},
-        {{"sync_check", "pyxen-tool", {"sync-check", "{directory}/rules.json"}, ""},
-         kCommonOfTool,
-         {{"rules.json", rules}}},
+          "",
+          {},
+          {{"dump.raw", dump}}},
+         kCommonOfTool},
+        {{"sync_check",
+          "pyxen-tool",
+          {"sync-check", "{directory}/rules.json"},
+          "",
+          {},
+          {{"rules.json", rules}}},
+         kCommonOfTool},
         // The results are in its lines; its status says that it has read them.
-        {{"shell", "pyxen-tool", {"shell"}, lines}, kCommonOfTool, {}, {"out: "}}};
+        {{"shell", "pyxen-tool", {"shell"}, lines}, kCommonOfTool, {"out: "}}};
     return uses;
 }
 

@@ -42,9 +42,18 @@ std::string Simulator() {
 
 } // namespace
 
+const char* const kSettingsOfARun =
+    R"({"format": "Mivora settings", "version": 1, "camera": {"vendor": "", "model": "", )"
+    R"("serial": "", "id": ""}, "settings": [{"module": "Camera", "feature": "Width", )"
+    R"("type": "integer", "value": 32}, {"module": "Camera", "feature": "Gain", "selectors": )"
+    R"({"GainSelector": "DigitalAll"}, "type": "float", "value": 2}]})";
+
 Step RunOnGate(const ProgramUse& use, const std::string& file,
                const support::TemporaryDirectory& directory, const Environment& environment) {
     directory.Write("PxnC.xml", kSimulatorFile);
+    for (const auto& [name, content] : use.files) {
+        directory.Write(name, content);
+    }
     std::vector<std::string> arguments{"--sdk", support::BuiltFile("sweep"), "--config",
                                        directory.PathOf("host.ini")};
     arguments.insert(arguments.end(), use.arguments.begin(), use.arguments.end());

@@ -22,6 +22,7 @@ struct ProgramUse {
     /// How many calls of these names are made in every run; time decides about more of them. Of all
     /// other names every run makes the same number.
     std::map<std::string, unsigned> sure{};
+    std::map<std::string, std::string> files{}; ///< in the directory of the run
 
     friend std::ostream& operator<<(std::ostream& stream, const ProgramUse& use) {
         return stream << use.name;
@@ -30,9 +31,12 @@ struct ProgramUse {
 
 using Environment = std::vector<std::pair<std::string, std::string>>;
 
-/// Runs the program file of that name with the use's arguments. The result is its exit status, the
-/// lines are those of its output and of its errors, without what differs from run to run. Any
-/// thread.
+/// A settings file of two features that the camera of the runs takes.
+extern const char* const kSettingsOfARun;
+
+/// Runs the program file of that name with the use's arguments, after writing its files. The result
+/// is its exit status, the lines are those of its output and of its errors, without what differs
+/// from run to run. Any thread.
 Step RunOnGate(const ProgramUse& use, const std::string& file,
                const support::TemporaryDirectory& directory, const Environment& environment);
 

@@ -179,7 +179,17 @@ INSTANTIATE_TEST_SUITE_P(
                    {{"PxnMemoryRead(0x6014c)", 2}}},
         ProgramUse{"features", "mivora", {"features", "Interface"}, ""},
         ProgramUse{"get", "mivora", {"get", "Camera/Width"}, ""},
-        ProgramUse{"set", "mivora", {"set", "Camera/Width=32"}, ""}),
+        ProgramUse{"set", "mivora", {"set", "Camera/Width=32"}, ""},
+        ProgramUse{"describe", "mivora", {"describe", "Camera/ExposureTime"}, ""},
+        ProgramUse{"settings_load",
+                   "mivora",
+                   {"settings", "load", "{directory}/given.json"},
+                   "",
+                   {},
+                   {{"given.json", kSettingsOfARun}}},
+        ProgramUse{"channels", "mivora", {"channels"}, ""},
+        ProgramUse{"watch", "mivora", {"watch", "--for", "100"}, ""},
+        ProgramUse{"doctor", "mivora", {"doctor", "--only", "camera"}, ""}),
     [](const auto& tested) { return tested.param.name; });
 
 } // namespace
