@@ -261,6 +261,14 @@ void Command::Excludes(const char* programOption) {
     throw std::logic_error(std::string("no option ") + programOption);
 }
 
+void Command::ExcludesCameraOptions() {
+    for (const char* const option :
+         {"--sdk", "--as-fast-as-possible", "--sdk-script", "--trace-sdk", "--trace-size",
+          "--trace-frames", "--module", "--config", "--log", "--log-times", "--camera"}) {
+        Excludes(option);
+    }
+}
+
 Command Command::AddCommand(const char* name, const char* description) {
     return Command(*command->add_subcommand(name, description));
 }

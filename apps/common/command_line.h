@@ -73,6 +73,8 @@ public:
     /// Makes it bad usage to give the command with this option of the program, which would have no
     /// effect on it.
     void Excludes(const char* programOption);
+    /// The same for all options of the program, of a command that works on files alone.
+    void ExcludesCameraOptions();
 
     Command AddCommand(const char* name, const char* description);
     /// Makes it bad usage to name none of the commands.

@@ -229,10 +229,7 @@ Command AddPart(Command& parent, const std::shared_ptr<RecordingOptions>& option
     Command command = parent.AddCommand(name, description);
     command.AddOption("DIR", options->directory, "Directory of the recording").Required();
     command.AddJson(options->json);
-    for (const char* const withoutEffect :
-         {"--camera", "--sdk", "--sdk-script", "--trace-sdk", "--module"}) {
-        command.Excludes(withoutEffect);
-    }
+    command.ExcludesCameraOptions();
     command.OnRun([options, run] { Run(*options, run); });
     return command;
 }

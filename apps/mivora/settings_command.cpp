@@ -325,7 +325,7 @@ void AddSettingsCommand(CommandLine& program, const AppOptions& options, const M
     Command load = addWithCamera("load", "Write the settings of a file to the camera", Load);
     load.AddFlag("--dry-run", settings->isDryRun, "Check and report, and write nothing");
     addWithCamera("diff", "Show what differs between camera and file; then the status is 1", Diff);
-    add("show", "Show the settings of a file; no camera is needed").OnRun([settings] {
-        Show(*settings);
-    });
+    Command show = add("show", "Show the settings of a file; no camera is needed");
+    show.ExcludesCameraOptions();
+    show.OnRun([settings] { Show(*settings); });
 }

@@ -55,6 +55,7 @@ void Convert(const ConvertOptions& options) {
 void AddConvertCommand(CommandLine& program) {
     Command command = program.AddCommand(
         "convert", "Convert a raw dump in the camera's layout into the host's layout or an image");
+    command.ExcludesCameraOptions();
     const auto options = std::make_shared<ConvertOptions>();
     command.AddOption("--format", options->format, "Pixel format of the dump")
         .Required()

@@ -48,6 +48,7 @@ void AddFormatsCommand(CommandLine& program) {
         program.AddCommand("formats", "List the pixel formats in the order of search");
     const auto json = std::make_shared<bool>(false);
     command.AddJson(*json);
+    command.ExcludesCameraOptions();
     command.SetFooter("Example:\n  pyxen-tool formats --json\n");
     command.OnRun([json] { *json ? PrintJson() : PrintTable(); });
 }
@@ -59,6 +60,7 @@ void AddCameraKeyCommand(CommandLine& program) {
     command.AddOption("TEXT", *text, "The camera's extended identifier").Required();
     const auto json = std::make_shared<bool>(false);
     command.AddJson(*json);
+    command.ExcludesCameraOptions();
     command.SetFooter("Example:\n  pyxen-tool camera-key GEV-0001\n");
     command.OnRun([text, json] {
         const std::uint32_t key = CameraKey(text->c_str());

@@ -70,6 +70,7 @@ std::string FaultText(const std::string& file, const FeatureSyncher& syncher,
 void AddSyncCheckCommand(CommandLine& program) {
     Command command = program.AddCommand(
         "sync-check", "Read a feature synchronisation file and say what is in it");
+    command.ExcludesCameraOptions();
     const auto options = std::make_shared<SyncCheckOptions>();
     command.AddOption("FILE", options->file, "The file").Required();
     command.AddJson(options->json);

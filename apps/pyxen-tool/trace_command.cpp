@@ -114,6 +114,7 @@ void Compare(const TraceOptions& options) {
 void AddTraceCommand(CommandLine& program) {
     Command command =
         program.AddCommand("trace", "Print a trace that --trace-sdk has written, or compare two");
+    command.ExcludesCameraOptions();
     const auto options = std::make_shared<TraceOptions>();
     TraceFilter& filter = options->filter;
     command.AddOption("FILE", options->file, "The trace; also of a program that runs or crashed");

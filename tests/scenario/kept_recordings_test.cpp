@@ -37,6 +37,19 @@ protected:
     Json Description(const std::string& name) const {
         return Json::parse(directory.Read(name + "/recording.json"));
     }
+    /// Expects that a command that works on files alone takes no option about cameras.
+    static void ExpectRefusedOptions(const std::string& program, const Arguments& command) {
+        for (const Arguments& option :
+             {Arguments{"--sdk", "simulator"},
+              Arguments{"--sdk", "recording:a", "--as-fast-as-possible"},
+              Arguments{"--sdk-script", "a"}, Arguments{"--trace-sdk", "a"},
+              Arguments{"--module", "a"}, Arguments{"--config", "a.ini"}, Arguments{"--log", "-"},
+              Arguments{"--camera", "0"}}) {
+            Arguments all = option;
+            all.insert(all.end(), command.begin(), command.end());
+            ExpectFailure(support::RunProgram(program, all), 2, {"excludes --"});
+        }
+    }
     /// Number, id, time and status of each frame, and whether it was kept.
     std::vector<Json> Lines(const std::string& name) const {
         std::vector<Json> lines;
@@ -147,7 +160,17 @@ TEST_F(KeptRecordings, AreRefusedWithOptionsThatHaveNoEffect) {
     ExpectFailure(Mivora({"--as-fast-as-possible", "cameras"}), 2, {"--sdk"});
     ExpectFailure(Mivora({"--sdk", "simulator", "--as-fast-as-possible", "cameras"}), 2,
                   {"--sdk recording:DIR only"});
-    ExpectFailure(Mivora({"--camera", "0", "recording", "info", "a"}), 2, {"--camera"});
+    for (const Arguments& command :
+         {Arguments{"recording", "verify", "a"}, Arguments{"settings", "show", "a"}}) {
+        ExpectRefusedOptions("mivora", command);
+    }
+    for (const Arguments& command :
+         {Arguments{"formats"}, Arguments{"camera-key", "a"}, Arguments{"sync-check", "a"},
+          Arguments{"trace", "a"}, Arguments{"trace", "diff", "a", "b"},
+          Arguments{"convert", "--format", "Mono8", "--width", "1", "--height", "1", "a",
+                    "b.png"}}) {
+        ExpectRefusedOptions("pyxen-tool", command);
+    }
     ExpectFailure(Recording({"convert", "a", "--to", "tiff", "-o", "b", "--png-level", "3"}), 2,
                   {"--png-level"});
     ExpectFailure(Recording({"convert", "a", "--to", "png", "-o", "b", "--deflate"}), 2,

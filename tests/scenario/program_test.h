@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -40,7 +41,15 @@ protected:
         return "<feature name=\"PixelFormat\" value=\"" + name + "\"/>\n";
     }
 
+    /// For commands that take it: those that work on files alone do not.
     Arguments WithConfig(const Arguments& arguments) const {
+        static const std::set<std::string> onFiles{"camera-key", "convert",    "formats",
+                                                   "recording",  "sync-check", "trace"};
+        const bool isSettingsShow =
+            arguments.size() > 1 && arguments[0] == "settings" && arguments[1] == "show";
+        if (isSettingsShow || (!arguments.empty() && onFiles.count(arguments[0]) != 0)) {
+            return arguments;
+        }
         Arguments all{"--config", directory.PathOf("host.ini")};
         all.insert(all.end(), arguments.begin(), arguments.end());
         return all;

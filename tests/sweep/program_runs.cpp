@@ -54,8 +54,11 @@ Step RunOnGate(const ProgramUse& use, const std::string& file,
     for (const auto& [name, content] : use.files) {
         directory.Write(name, content);
     }
-    std::vector<std::string> arguments{"--sdk", support::BuiltFile("sweep"), "--config",
-                                       directory.PathOf("host.ini")};
+    std::vector<std::string> arguments;
+    if (!use.isOnFiles) {
+        arguments = {"--sdk", support::BuiltFile("sweep"), "--config",
+                     directory.PathOf("host.ini")};
+    }
     arguments.insert(arguments.end(), use.arguments.begin(), use.arguments.end());
     for (std::string& argument : arguments) {
         Replace(argument, "{directory}", directory.Path());

@@ -23,6 +23,7 @@ struct ProgramUse {
     /// other names every run makes the same number.
     std::map<std::string, unsigned> sure{};
     std::map<std::string, std::string> files{}; ///< in the directory of the run
+    bool isOnFiles = false;                     ///< takes neither a camera SDK nor a configuration
 
     friend std::ostream& operator<<(std::ostream& stream, const ProgramUse& use) {
         return stream << use.name;
