@@ -16,14 +16,18 @@ FrameWait::FrameWait(Session& waitingSession)
 
 void FrameWait::Begin() {
     packetsBefore = ReadPacketStatistics(session.OptionalServices());
-    OnFrame();
-    hasFrame = false;
+    BeginWaiting();
 }
 
 void FrameWait::OnFrame() {
+    BeginWaiting();
+    hasFrame = true;
+}
+
+void FrameWait::BeginWaiting() {
     lastFrame = platform::MonotonicNanoseconds();
     errorsBefore = countErrors();
-    hasFrame = true;
+    hasFrame = false;
 }
 
 void FrameWait::End() {

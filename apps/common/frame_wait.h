@@ -20,6 +20,8 @@ public:
 
     /// An acquisition is about to start.
     void Begin();
+    /// It starts now, some time after Begin.
+    void BeginWaiting();
     /// A whole frame has come; also starts the waiting anew.
     void OnFrame();
     /// The acquisition is about to stop.

@@ -66,7 +66,7 @@ bool GrabRun::StartTogether() {
     if (!share.gate.Pass()) {
         return false;
     }
-    wait.OnFrame();
+    wait.BeginWaiting();
     grab.Begin();
     if (share.gate.IsLastToStart() && options.IsTriggered()) {
         share.console.Say("waiting for the trigger");
