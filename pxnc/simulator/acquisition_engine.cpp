@@ -17,6 +17,9 @@ constexpr auto kLongestLag = std::chrono::milliseconds(250);
 // back meanwhile: frames that are sent do so by themselves.
 constexpr auto kDroppedFrameTime = std::chrono::microseconds(100);
 
+// Of a packet's bytes: those of the network and of the stream's protocol.
+constexpr std::uint32_t kPacketHeaders = 36;
+
 thread_local std::optional<skeleton::Clock::time_point> currentFrameTime;
 
 } // namespace
@@ -197,6 +200,7 @@ void AcquisitionEngine::SendFrame() {
     } else if (queue.empty()) {
         ++statistics.underrun;
         ++droppedFrames;
+        CountPackets(plan, fault);
     } else {
         Send(TakeQueued(), frameId, fault);
     }
@@ -210,6 +214,7 @@ void AcquisitionEngine::Send(const SlotPointer& slot, std::uint64_t frameId, Fra
     currentFrameTime = skeleton::Clock::now();
     slot->frame->timestamp = owner.Timestamp();
     Fill(*slot, current, frameId, fault);
+    CountPackets(current, fault);
     owner.OnFrameSent(frameId);
     mutex.Lock();
     writing = false;
@@ -262,6 +267,21 @@ void AcquisitionEngine::Fill(Slot& slot, const AcquisitionPlan& current, std::ui
     slot.payload = frame.imageSize + current.chunkBytes;
     ++statistics.delivered;
     statistics.bytes += slot.payload;
+}
+
+/// Of a frame that came, be it for nothing: a packet before and one behind those of its bytes.
+void AcquisitionEngine::CountPackets(const AcquisitionPlan& current, FrameFault fault) {
+    if (current.packetSize <= kPacketHeaders) {
+        return;
+    }
+    const std::uint64_t bytes = std::uint64_t{current.image.ImageBytes()} + current.chunkBytes;
+    const std::uint64_t room = current.packetSize - kPacketHeaders;
+    const std::uint64_t all = (bytes + room - 1) / room + 2;
+    const std::uint64_t missing = fault == FrameFault::kIncomplete ? all / 2 : 0;
+    statistics.packets += all - missing;
+    statistics.missingPackets += missing;
+    // What makes a frame late is a packet that had to be asked for again.
+    statistics.resentPackets += fault == FrameFault::kLate ? 1 : 0;
 }
 
 void AcquisitionEngine::FinishWhenComplete() {

@@ -22,6 +22,7 @@ struct AcquisitionPlan {
     bool freeRunning = false;     // a frame as soon as a buffer is queued
     std::int64_t periodNs = 0;
     std::uint32_t chunkBytes = 0; // 0: no chunk data
+    std::uint32_t packetSize = 0; // with headers; 0: not sent in packets that are counted
 };
 
 /// The camera as its engines see it. Called on the engine's thread, with no lock held.
@@ -47,6 +48,9 @@ struct StreamStatistics {
     std::atomic<std::uint64_t> underrun = 0; // no buffer was queued
     std::atomic<std::uint64_t> lost = 0;     // dropped by a fault
     std::atomic<std::uint64_t> bytes = 0;
+    std::atomic<std::uint64_t> packets = 0;        // that came
+    std::atomic<std::uint64_t> missingPackets = 0; // of frames that came in part
+    std::atomic<std::uint64_t> resentPackets = 0;
 };
 
 /// The frames of a stream and the thread that fills them, which runs from the first capture start
@@ -87,6 +91,7 @@ private:
     void Send(const SlotPointer& slot, std::uint64_t frameId, FrameFault fault) REQUIRES(mutex);
     void Schedule() REQUIRES(mutex);
     void Fill(Slot& slot, const AcquisitionPlan& current, std::uint64_t frameId, FrameFault fault);
+    void CountPackets(const AcquisitionPlan& current, FrameFault fault);
     void FinishWhenComplete() REQUIRES(mutex);
 
     AcquisitionOwner& owner;

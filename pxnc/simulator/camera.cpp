@@ -375,6 +375,9 @@ AcquisitionPlan Camera::MakePlan() const {
     plan.freeRunning = BoolValue("SimulatorFreeRunning");
     plan.periodNs = FramePeriodNs();
     plan.chunkBytes = ChunkBytes();
+    if (Setup().kind == CameraKind::kGigE) {
+        plan.packetSize = static_cast<std::uint32_t>(IntValue("GevSCPSPacketSize"));
+    }
     return plan;
 }
 

@@ -40,7 +40,19 @@ constexpr FeatureRow kStatisticsRows[] = {
      "Number of bytes written into buffers.", Extra{.pollingMs = kPollMs}},
     {"StreamStatisticsReset", Command{}, kBeginner, "Resets the counters of this category to 0.",
      Extra{.affects = "StreamDeliveredFrameCount StreamIncompleteFrameCount "
-                      "StreamBufferUnderrunCount StreamLostFrameCount StreamReceivedBytes"}},
+                      "StreamBufferUnderrunCount StreamLostFrameCount StreamReceivedBytes "
+                      "GevStreamSeenPacketCount GevStreamLostPacketCount "
+                      "GevStreamResendPacketCount"}},
+};
+
+constexpr FeatureRow kPacketRows[] = {
+    {"GevStreamSeenPacketCount", Int{.min = 0, .max = kLargestFrameCount}, kExpert | kReadOnly,
+     "Number of stream packets received.", Extra{.pollingMs = kPollMs}},
+    {"GevStreamLostPacketCount", Int{.min = 0, .max = kLargestFrameCount}, kExpert | kReadOnly,
+     "Number of stream packets that never came.", Extra{.pollingMs = kPollMs}},
+    {"GevStreamResendPacketCount", Int{.min = 0, .max = kLargestFrameCount}, kExpert | kReadOnly,
+     "Number of stream packets received after a request to send them again.",
+     Extra{.pollingMs = kPollMs}},
 };
 
 constexpr FeatureRow kGigEStreamRows[] = {
@@ -106,25 +118,34 @@ void Stream::AddFeatures(std::uint32_t index) {
 void Stream::AddStatistics() {
     AddTable("/Statistics", kStatisticsRows);
     StreamStatistics& counts = engine.Statistics();
-    const auto show = [this](const char* name, const std::atomic<std::uint64_t>& counter) {
-        Get<Int>(name).Computed([&counter] { return static_cast<std::int64_t>(counter.load()); });
-    };
-    show("StreamDeliveredFrameCount", counts.delivered);
-    show("StreamIncompleteFrameCount", counts.incomplete);
-    show("StreamBufferUnderrunCount", counts.underrun);
-    show("StreamLostFrameCount", counts.lost);
-    show("StreamReceivedBytes", counts.bytes);
+    Show("StreamDeliveredFrameCount", counts.delivered);
+    Show("StreamIncompleteFrameCount", counts.incomplete);
+    Show("StreamBufferUnderrunCount", counts.underrun);
+    Show("StreamLostFrameCount", counts.lost);
+    Show("StreamReceivedBytes", counts.bytes);
     Get<Command>("StreamStatisticsReset").Runs([&counts] {
         counts.delivered = 0;
         counts.incomplete = 0;
         counts.underrun = 0;
         counts.lost = 0;
         counts.bytes = 0;
+        counts.packets = 0;
+        counts.missingPackets = 0;
+        counts.resentPackets = 0;
         return PxnErrSuccess;
     });
 }
 
+void Stream::Show(const char* name, const std::atomic<std::uint64_t>& counter) {
+    Get<Int>(name).Computed([&counter] { return static_cast<std::int64_t>(counter.load()); });
+}
+
 void Stream::AddGigEFeatures() {
+    AddTable("/Statistics", kPacketRows);
+    StreamStatistics& counts = engine.Statistics();
+    Show("GevStreamSeenPacketCount", counts.packets);
+    Show("GevStreamLostPacketCount", counts.missingPackets);
+    Show("GevStreamResendPacketCount", counts.resentPackets);
     AddTable("/GVSPControl", kGigEStreamRows);
     Get<Command>("GVSPAdjustPacketSize")
         .Runs([this] {

@@ -22,6 +22,7 @@ public:
 private:
     void AddFeatures(std::uint32_t index);
     void AddStatistics();
+    void Show(const char* name, const std::atomic<std::uint64_t>& counter);
     void AddGigEFeatures();
 
     Camera& camera;

@@ -300,8 +300,18 @@ TEST_F(FaultTest, SingleFramesGoWrong) {
     const PxnHandle stream = InfoOf(camera).streamHandles[0];
     EXPECT_EQ(GetInt(stream, "StreamIncompleteFrameCount"), 2);
     EXPECT_EQ(GetInt(stream, "StreamLostFrameCount"), 1);
+    // A picture of 307200 bytes has 210 packets with 1464 of them, one before and one behind.
+    const std::int64_t perFrame = 212;
+    const std::int64_t seen = GetInt(stream, "GevStreamSeenPacketCount");
+    EXPECT_GE(seen, 5 * perFrame + 2 * (perFrame / 2));
+    EXPECT_EQ(seen % perFrame, 0) << "two frames lack half of their packets";
+    EXPECT_EQ(GetInt(stream, "GevStreamLostPacketCount"), 2 * (perFrame / 2));
+    EXPECT_EQ(GetInt(stream, "GevStreamResendPacketCount"), 1);
     EXPECT_EQ(PxnFeatureCommandRun(stream, "StreamStatisticsReset"), 0);
     EXPECT_EQ(GetInt(stream, "StreamLostFrameCount"), 0);
+    EXPECT_EQ(GetInt(stream, "GevStreamSeenPacketCount"), 0);
+    EXPECT_EQ(GetInt(stream, "GevStreamLostPacketCount"), 0);
+    EXPECT_EQ(GetInt(stream, "GevStreamResendPacketCount"), 0);
 }
 
 TEST_F(FaultTest, AFreeRunningCameraThatDropsEveryFrameCanBeStopped) {
