@@ -2,8 +2,8 @@
 #
 # Installed packages come first. A cross build finds none of them: there, header-only libraries are
 # staged as links to just their own directories, so that no other header of the build machine is
-# seen, and pugixml, lodepng, libdeflate and libtiff are compiled from sources in MIVORA_THIRD_PARTY,
-# which `./dev` fetches.
+# seen, and pugixml, lodepng, libdeflate, libtiff, libjpeg-turbo and cpp-httplib are compiled from
+# sources in MIVORA_THIRD_PARTY, which `./dev` fetches.
 
 set(MIVORA_THIRD_PARTY ${CMAKE_SOURCE_DIR}/build/third_party CACHE PATH
     "Where the sources of libraries are, for targets without packages of them")
@@ -110,12 +110,69 @@ function(mivora_compile_tiff)
   add_subdirectory(${MIVORA_THIRD_PARTY}/tiff ${CMAKE_BINARY_DIR}/tiff EXCLUDE_FROM_ALL SYSTEM)
 endfunction()
 
+# In a build of its own, as its project wants to be the outermost one.
+function(mivora_compile_turbojpeg)
+  set(sources ${MIVORA_THIRD_PARTY}/libjpeg-turbo)
+  set(binaries ${CMAKE_BINARY_DIR}/libjpeg-turbo)
+  if(NOT EXISTS ${sources}/CMakeLists.txt)
+    message(FATAL_ERROR "There is no package of libjpeg-turbo for this target and no ${sources}: run "
+                        "'./dev setup windows' or set MIVORA_THIRD_PARTY")
+  endif()
+  include(ExternalProject)
+  set(library ${binaries}/${CMAKE_STATIC_LIBRARY_PREFIX}turbojpeg${CMAKE_STATIC_LIBRARY_SUFFIX})
+  set(choices -DCMAKE_BUILD_TYPE=Release -DENABLE_SHARED=OFF -DREQUIRE_SIMD=ON
+              -DCMAKE_INSTALL_PREFIX=${binaries}/unused)
+  foreach(setting IN ITEMS TOOLCHAIN_FILE C_COMPILER SYSTEM_NAME SYSTEM_PROCESSOR)
+    if(CMAKE_${setting} AND NOT (setting MATCHES "SYSTEM|C_COMPILER$" AND CMAKE_TOOLCHAIN_FILE))
+      list(APPEND choices -DCMAKE_${setting}=${CMAKE_${setting}})
+    endif()
+  endforeach()
+  ExternalProject_Add(turbojpeg_build
+    SOURCE_DIR ${sources}
+    BINARY_DIR ${binaries}
+    PREFIX ${binaries}/steps
+    CMAKE_ARGS ${choices}
+    BUILD_COMMAND ${CMAKE_COMMAND} --build <BINARY_DIR> --target turbojpeg-static
+    INSTALL_COMMAND ""
+    BUILD_BYPRODUCTS ${library}
+    EXCLUDE_FROM_ALL TRUE)
+  add_library(turbojpeg STATIC IMPORTED GLOBAL)
+  add_dependencies(turbojpeg turbojpeg_build)
+  set_target_properties(turbojpeg PROPERTIES IMPORTED_LOCATION ${library}
+                        INTERFACE_INCLUDE_DIRECTORIES ${sources})
+endfunction()
+
 find_package(TIFF QUIET)
 if(NOT TIFF_FOUND)
   mivora_compile_tiff()
   if(NOT TARGET TIFF::TIFF)
     add_library(TIFF::TIFF ALIAS tiff)
   endif()
+endif()
+
+mivora_find_library(turbojpeg turbojpeg.h turbojpeg)
+if(NOT TARGET turbojpeg)
+  mivora_compile_turbojpeg()
+endif()
+
+# Debian's library has all of its options; what includes the header has to have them, too.
+mivora_find_library(httplib httplib.h cpp-httplib httplib)
+if(TARGET httplib)
+  target_compile_definitions(httplib INTERFACE CPPHTTPLIB_OPENSSL_SUPPORT CPPHTTPLIB_ZLIB_SUPPORT
+                             CPPHTTPLIB_BROTLI_SUPPORT)
+else()
+  # Elsewhere it is a header only.
+  if(NOT HTTPLIB_INCLUDE_DIR)
+    set(HTTPLIB_INCLUDE_DIR ${MIVORA_THIRD_PARTY}/cpp-httplib)
+  endif()
+  if(NOT EXISTS ${HTTPLIB_INCLUDE_DIR}/httplib.h)
+    message(FATAL_ERROR "There is no package of cpp-httplib for this target and no "
+                        "${HTTPLIB_INCLUDE_DIR}/httplib.h: run './dev setup windows' or set "
+                        "MIVORA_THIRD_PARTY")
+  endif()
+  add_library(httplib INTERFACE IMPORTED)
+  target_include_directories(httplib SYSTEM INTERFACE ${HTTPLIB_INCLUDE_DIR})
+  target_link_libraries(httplib INTERFACE ws2_32 crypt32)
 endif()
 
 if(MIVORA_GENICAM)
