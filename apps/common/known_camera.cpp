@@ -24,6 +24,22 @@ std::vector<std::size_t> PositionsWhere(const std::vector<KnownCamera>& cameras,
 
 } // namespace
 
+std::vector<JsonMember> KnownCameraMembers(const KnownCamera& camera) {
+    return {{"index", camera.index},
+            {"uniqueId", camera.uniqueId},
+            {"name", camera.name},
+            {"active", camera.isActive},
+            {"vendor", camera.vendor},
+            {"model", camera.model},
+            {"serialNumber", camera.serialNumber},
+            {"userName", camera.userName},
+            {"interface", camera.interfaceName},
+            {"transportLayer", camera.transportLayer},
+            {"access", camera.AccessText()},
+            {"id", camera.id},
+            {"extendedId", camera.extendedId}};
+}
+
 std::string UniqueIdText(std::uint32_t uniqueId) {
     char text[11];
     std::snprintf(text, sizeof text, "0x%08X", static_cast<unsigned>(uniqueId));

@@ -1,6 +1,8 @@
 // known_camera.h - the cameras of a grabber's list, by all that people call them
 #pragma once
 
+#include "apps/common/json_text.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -28,6 +30,8 @@ struct KnownCamera {
     bool canOpen = true;
     bool canRead = true;
 
+    bool operator==(const KnownCamera&) const = default;
+
     /// "camera 0 (Name, 0x01234567)".
     std::string Text() const;
     /// The same with model, serial number, interface, extended identifier and access as far as they
@@ -36,6 +40,9 @@ struct KnownCamera {
     /// "free", "in use, can be read" or "in use".
     const char* AccessText() const;
 };
+
+/// The camera as the members of an object.
+std::vector<JsonMember> KnownCameraMembers(const KnownCamera& camera);
 
 /// "0x01234567".
 std::string UniqueIdText(std::uint32_t uniqueId);

@@ -86,8 +86,23 @@ void LogFile::KeepIfPossible(int level, MakeText makeText) noexcept {
     }
 }
 
+void LogFile::Watch(ILogObserver* newObserver) {
+    {
+        const platform::MutexLock lock(observerMutex);
+        observer = newObserver;
+    }
+    const platform::MutexLock lock(mutex);
+    listening = file || newObserver;
+}
+
 void LogFile::Keep(int level, std::string text) {
     EscapeLineEnds(text);
+    {
+        const platform::MutexLock lock(observerMutex);
+        if (observer) {
+            observer->OnLogLine(level, text);
+        }
+    }
     platform::MutexLock lock(mutex);
     if (file) {
         const std::string time =

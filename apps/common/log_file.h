@@ -11,6 +11,13 @@
 #include <deque>
 #include <string>
 
+/// Gets each line that is logged, on the thread that logs it; must not log itself.
+class ILogObserver {
+public:
+    virtual ~ILogObserver() = default;
+    virtual void OnLogLine(int level, const std::string& text) = 0;
+};
+
 /// Writes lines of "LEVEL TEXT", on request of "TIME LEVEL TEXT", to a file, to standard error, or
 /// nowhere. Each call writes one line of any length: line ends within the text are written as \r
 /// and \n. Every line is flushed; the first one that cannot be written, for lack of memory as
@@ -32,6 +39,10 @@ public:
     void Write(int level, const char* format, ...) override;
     void WriteError(const char* text) override;
 
+    /// Names who gets all lines from now on, besides the file; null for nobody. The former one is
+    /// not called any more once this has returned.
+    void Watch(ILogObserver* newObserver);
+
     /// Returns and clears the level-0 lines since the last call, at most the last eight.
     std::deque<std::string> TakeErrors();
     /// The line about a feature synchronisation file that the module has begun to read and not read
@@ -47,7 +58,10 @@ private:
     void NoteSyncFile(const char* format, va_list arguments) noexcept;
 
     std::atomic<std::uint64_t> receiveErrors{0};
-    std::atomic<bool> listening{false}; // lines of all levels are written
+    std::atomic<bool> listening{false}; // lines of all levels are wanted
+
+    platform::Mutex observerMutex; // held while the observer is called
+    ILogObserver* observer GUARDED_BY(observerMutex) = nullptr;
 
     platform::Mutex mutex;
     std::FILE* file GUARDED_BY(mutex) = nullptr;

@@ -33,3 +33,11 @@ Picture MakePicture(const ImageLayout& layout, const void* data, bool demosaic) 
     }
     return picture;
 }
+
+std::uint8_t ScaleTo8Bits(std::uint32_t sample, std::uint32_t bits) {
+    if (bits >= 8) {
+        return static_cast<std::uint8_t>(sample >> (bits - 8));
+    }
+    const std::uint32_t most = (1u << bits) - 1;
+    return static_cast<std::uint8_t>((sample * 255 + most / 2) / most);
+}

@@ -22,3 +22,7 @@ Picture MakePicture(const ImageLayout& layout, const void* data, bool demosaic);
 
 /// The indices of a pixel's red, green, blue and alpha components; the first is that of grey.
 std::array<std::uint32_t, 4> ChannelOrder(MV_COLORCODING coding);
+
+/// Scales a sample of `bits` significant bits (1 to 16) to 0 to 255: its highest eight bits, or a
+/// smaller range stretched so that its maximum becomes 255.
+std::uint8_t ScaleTo8Bits(std::uint32_t sample, std::uint32_t bits);

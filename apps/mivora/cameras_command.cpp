@@ -20,19 +20,7 @@ void PrintJson(const std::vector<KnownCamera>& cameras) {
     std::vector<JsonValue> list;
     list.reserve(cameras.size());
     for (const KnownCamera& camera : cameras) {
-        list.push_back(JsonObject({{"index", camera.index},
-                                   {"uniqueId", camera.uniqueId},
-                                   {"name", camera.name},
-                                   {"active", camera.isActive},
-                                   {"vendor", camera.vendor},
-                                   {"model", camera.model},
-                                   {"serialNumber", camera.serialNumber},
-                                   {"userName", camera.userName},
-                                   {"interface", camera.interfaceName},
-                                   {"transportLayer", camera.transportLayer},
-                                   {"access", camera.AccessText()},
-                                   {"id", camera.id},
-                                   {"extendedId", camera.extendedId}}));
+        list.push_back(JsonObject(KnownCameraMembers(camera)));
     }
     std::printf("%s\n", JsonArray(list).Text().c_str());
 }

@@ -18,6 +18,7 @@ void AddGrabCommand(CommandLine& program, const AppOptions& options, const Maker
 void AddParamCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker);
 void AddChannelsCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker);
 void AddSerialCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker);
+void AddServeCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker);
 void AddFeaturesCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker);
 void AddGetCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker);
 void AddSetCommand(CommandLine& program, const AppOptions& options, const MakerSource& maker);

@@ -35,6 +35,7 @@ MivoraProgram::MivoraProgram()
     AddSelftestCommand(line, options, maker);
     AddRecordingCommand(line);
     AddWatchCommand(line, options, maker);
+    AddServeCommand(line, options, maker);
     AddShellCommand(line, options, maker);
 }
 

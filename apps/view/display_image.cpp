@@ -1,14 +1,6 @@
 // display_image.cpp - converts pictures for the screen
 #include "apps/view/display_image.h"
 
-std::uint8_t ScaleTo8Bits(std::uint32_t sample, std::uint32_t bits) {
-    if (bits >= 8) {
-        return static_cast<std::uint8_t>(sample >> (bits - 8));
-    }
-    const std::uint32_t most = (1u << bits) - 1;
-    return static_cast<std::uint8_t>((sample * 255 + most / 2) / most);
-}
-
 DisplayImage MakeDisplayImage(const Picture& picture) {
     DisplayImage image{picture.width, picture.height, {}};
     const std::size_t count = std::size_t{picture.width} * picture.height;

@@ -6,10 +6,6 @@
 #include <cstdint>
 #include <vector>
 
-/// Scales a sample of `bits` significant bits (1 to 16) to 0 to 255: its highest eight bits, or a
-/// smaller range stretched so that its maximum becomes 255.
-std::uint8_t ScaleTo8Bits(std::uint32_t sample, std::uint32_t bits);
-
 /// Pixels line by line from the top, each 0x00RRGGBB.
 struct DisplayImage {
     std::uint32_t width = 0;

@@ -1,0 +1,56 @@
+// camera_owner.h - the one thread that uses the camera
+#pragma once
+
+#include "apps/serve/camera_session.h"
+#include "platform/condition.h"
+#include "platform/mutex.h"
+
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <future>
+#include <type_traits>
+#include <utility>
+
+/// Does what requests want of the camera, one after another, on the thread that calls Run; looks
+/// after the camera in between.
+class CameraOwner {
+public:
+    explicit CameraOwner(CameraSession& cameraSession) : session(cameraSession) {}
+    CameraOwner(const CameraOwner&) = delete;
+    CameraOwner& operator=(const CameraOwner&) = delete;
+
+    /// Returns after End, or when the user interrupts the program. What is not done then is
+    /// refused.
+    void Run();
+    /// Any thread.
+    void End();
+
+    /// Runs `job` with the session on the owner's thread and returns what it returns; throws what
+    /// it throws, and RequestFailure when the program is ending. Any thread but the owner's.
+    template <typename Job>
+    auto Do(Job job) -> std::invoke_result_t<Job, CameraSession&> {
+        std::packaged_task<std::invoke_result_t<Job, CameraSession&>(CameraSession*)> task(
+            [&job](CameraSession* owned) { return job(Present(owned)); });
+        auto result = task.get_future();
+        Post([&task](CameraSession* owned) { task(owned); });
+        return result.get();
+    }
+    /// Somebody looks at the list of cameras. Any thread.
+    void WantList();
+
+private:
+    using Task = std::function<void(CameraSession*)>; // null: it is refused
+
+    static CameraSession& Present(CameraSession* session);
+    void Post(Task task);
+    bool TakeTask(Task& task);
+    void RefuseAll();
+
+    CameraSession& session;
+    platform::Mutex mutex;
+    platform::Condition posted;
+    std::deque<Task> tasks GUARDED_BY(mutex);
+    std::uint64_t listWanted GUARDED_BY(mutex) = 0; // when; 0: never
+    bool isEnding GUARDED_BY(mutex) = false;
+};

@@ -1,0 +1,17 @@
+// page_files.h - the files of the page, which the program carries
+#pragma once
+
+#include <string>
+#include <string_view>
+
+struct PageFile {
+    const char* name = nullptr; ///< "index.html"
+    std::string_view content;
+};
+
+/// Null when the page has no such file.
+const PageFile* FindPageFile(std::string_view name);
+/// The description of the interface, see /openapi.json.
+std::string_view OpenApiText();
+/// The type that a browser is told, by the ending of the name.
+std::string PageFileType(std::string_view name);
