@@ -1,0 +1,239 @@
+// feature_editor.js - the selected feature: what is known of it, and the editor for its type
+
+import { executeFeature, writeFeature } from './api.js';
+import { find, make, write } from './dom.js';
+import { accessText, limitsText, typedJson, valueText } from './feature_text.js';
+import { emit } from './hub.js';
+import { Followers } from './synchronisation.js';
+
+const kSliderSteps = 1000;
+
+export class FeatureEditor {
+  #feature = null;
+  #control = null; // what holds the value
+  #slider = null;
+  #dirty = false;
+  #followers = null;
+  #selectorsOf;
+
+  constructor(selectorsOf) {
+    this.#selectorsOf = selectorsOf;
+  }
+
+  get feature() {
+    return this.#feature;
+  }
+
+  clear() {
+    this.#feature = null;
+    find('feature-detail').replaceChildren(make('p', { class: 'hint' }, 'Select a feature to see and change it.'));
+  }
+
+  show(feature) {
+    this.#feature = feature;
+    this.#build();
+  }
+
+  /** The feature has changed; what the user is typing stays. */
+  update(feature) {
+    const before = this.#feature;
+    this.#feature = feature;
+    if (before.access !== feature.access || this.#shape(before) !== this.#shape(feature)) {
+      if (!this.#dirty) this.#build();
+      return;
+    }
+    this.#showFacts();
+    if (!this.#dirty) this.#fill();
+  }
+
+  focus() {
+    this.#control?.focus();
+  }
+
+  #shape(feature) {
+    return JSON.stringify([String(feature.min), String(feature.max), String(feature.increment), feature.entries]);
+  }
+
+  #build() {
+    const feature = this.#feature;
+    this.#dirty = false;
+    this.#control = null;
+    this.#slider = null;
+    const title = feature.displayName && feature.displayName !== feature.name
+      ? `${feature.displayName} (${feature.name})` : feature.name;
+    const detail = find('feature-detail');
+    detail.replaceChildren(make('h3', { id: 'feature-title' }, title));
+    if (feature.access.includes('W')) detail.append(this.#makeEditor());
+    detail.append(make('p', { id: 'feature-refusal', class: 'refusal', role: 'alert' }));
+    const follows = make('div', { class: 'follows' });
+    detail.append(follows, make('p', {}, feature.description || feature.toolTip || ''),
+      make('dl', { class: 'facts', id: 'feature-facts' }), make('p', { class: 'path' }, feature.path));
+    this.#showFacts();
+    this.#fill();
+    this.#followers = new Followers(feature, follows);
+    detail.scrollTop = 0;
+  }
+
+  #showFacts() {
+    const feature = this.#feature;
+    const facts = [['Access', accessText(feature.access)]];
+    if (!feature.access.includes('W') && feature.type !== 'command') {
+      facts.unshift(['Value', `${valueText(feature) || '–'}${feature.unit ? ` ${feature.unit}` : ''}`]);
+    }
+    const limits = limitsText(feature);
+    if (limits) facts.push(['Limits', limits]);
+    const entries = (feature.entries ?? []).filter((entry) => entry.available).map((entry) => entry.name);
+    if (entries.length && !feature.access.includes('W')) facts.push(['Entries', entries.join(', ')]);
+    if (feature.selects?.length) facts.push(['Selects', feature.selects.join(', ')]);
+    const selectors = this.#selectorsOf(feature);
+    if (selectors.length) facts.push(['Selected by', selectors.join(', ')]);
+    facts.push(['Type', feature.type]);
+    if (feature.visibility) facts.push(['For', feature.visibility]);
+    find('feature-facts').replaceChildren(...facts.flatMap(([name, text]) => [make('dt', {}, name), make('dd', {}, text)]));
+  }
+
+  // ---- editors ----
+
+  #makeEditor() {
+    const feature = this.#feature;
+    const form = make('form', { class: 'editor', autocomplete: 'off' });
+    form.addEventListener('submit', (event) => {
+      event.preventDefault();
+      if (feature.type === 'command') this.#write(() => executeFeature(feature));
+      else this.#apply(this.#control.value);
+    });
+    const makers = {
+      command: () => this.#makeCommand(form), boolean: () => this.#makeSwitch(form),
+      enumeration: () => this.#makeList(form),
+    };
+    (makers[feature.type] ?? (() => this.#makeField(form)))();
+    return form;
+  }
+
+  #makeCommand(form) {
+    this.#control = make('button', { type: 'submit', class: 'primary', id: 'feature-execute' }, `Execute ${this.#feature.name}`);
+    form.append(this.#control);
+  }
+
+  #makeSwitch(form) {
+    this.#control = make('button', { type: 'button', role: 'switch', class: 'switch', id: 'feature-value', 'aria-labelledby': 'feature-title' });
+    this.#control.addEventListener('click', () => this.#apply(String(this.#control.getAttribute('aria-checked') !== 'true')));
+    form.append(this.#control, make('span', { id: 'feature-switch-text' }));
+  }
+
+  #makeList(form) {
+    const options = (this.#feature.entries ?? []).map((entry) =>
+      make('option', { value: entry.name, disabled: !entry.available }, entry.name));
+    this.#control = make('select', { class: 'entry', id: 'feature-value', 'aria-labelledby': 'feature-title' }, ...options);
+    this.#control.addEventListener('change', () => this.#apply(this.#control.value));
+    form.append(this.#control);
+  }
+
+  #makeField(form) {
+    const feature = this.#feature;
+    const number = feature.type === 'integer' || feature.type === 'float';
+    this.#control = make('input', {
+      class: 'entry', id: 'feature-value', spellcheck: 'false', 'aria-labelledby': 'feature-title',
+      'aria-describedby': 'feature-refusal feature-facts', inputmode: number && feature.type === 'float' ? 'decimal' : null,
+    });
+    this.#control.addEventListener('input', () => {
+      this.#dirty = true;
+      this.#moveSlider();
+      this.#preview();
+    });
+    this.#control.addEventListener('keydown', (event) => {
+      if (event.key === 'Escape') this.#revert();
+    });
+    form.append(this.#control);
+    if (feature.unit) form.append(make('span', { class: 'unit' }, feature.unit));
+    form.append(make('button', { type: 'submit', id: 'feature-apply' }, 'Apply'),
+      make('button', { type: 'button', id: 'feature-revert', onclick: () => this.#revert() }, 'Revert'));
+    if (number && this.#hasSlider()) form.append(this.#makeSlider());
+  }
+
+  #hasSlider() {
+    const { min, max, representation } = this.#feature;
+    const bounded = (value) => typeof value === 'number' && Math.abs(value) < 2 ** 40;
+    return bounded(min) && bounded(max) && max > min && !/Hex|Address|PureNumber/.test(representation ?? '');
+  }
+
+  #makeSlider() {
+    const { type, min, max, increment } = this.#feature;
+    const step = type === 'integer' ? increment || 1 : (max - min) / kSliderSteps;
+    this.#slider = make('input', { type: 'range', min, max, step, 'aria-label': `${this.#feature.name} slider` });
+    this.#slider.addEventListener('input', () => {
+      this.#dirty = true;
+      this.#control.value = type === 'integer' ? this.#slider.value : String(Number(Number(this.#slider.value).toPrecision(6)));
+      this.#preview();
+    });
+    this.#slider.addEventListener('change', () => this.#apply(this.#control.value));
+    return make('span', { class: 'slider' }, String(min), this.#slider, String(Number(max.toPrecision(8))));
+  }
+
+  #moveSlider() {
+    if (this.#slider && Number.isFinite(Number(this.#control.value))) this.#slider.value = this.#control.value;
+  }
+
+  #fill() {
+    const feature = this.#feature;
+    if (!this.#control || feature.type === 'command') return;
+    if (feature.type === 'boolean') {
+      this.#control.setAttribute('aria-checked', String(Boolean(feature.value)));
+      write(find('feature-switch-text'), feature.value ? 'On' : 'Off');
+    } else {
+      this.#control.value = feature.type === 'enumeration' ? feature.value ?? '' : valueText(feature);
+    }
+    this.#moveSlider();
+  }
+
+  // ---- writing ----
+
+  #refuse(text) {
+    write(find('feature-refusal'), text);
+    this.#control?.setAttribute('aria-invalid', String(text !== ''));
+  }
+
+  #revert() {
+    this.#dirty = false;
+    this.#refuse('');
+    this.#fill();
+    this.#followers.preview(undefined);
+  }
+
+  #preview() {
+    this.#refuse('');
+    try {
+      this.#followers.preview(typedJson(this.#feature, this.#control.value));
+    } catch {
+      this.#followers.preview(undefined);
+    }
+  }
+
+  #apply(text) {
+    const feature = this.#feature;
+    try {
+      const json = typedJson(feature, text);
+      this.#write(() => writeFeature(feature, json));
+    } catch (error) {
+      this.#refuse(error.message);
+    }
+  }
+
+  async #write(action) {
+    const feature = this.#feature;
+    this.#refuse('');
+    this.#control.classList.add('busy');
+    try {
+      const answer = await action();
+      this.#dirty = false;
+      if (answer.name) emit('feature', answer);
+    } catch (error) {
+      if (this.#feature !== feature && this.#feature?.path !== feature.path) return;
+      // A field keeps what was typed, to be mended; a list or a switch shows what is.
+      if (this.#control.tagName !== 'INPUT') this.#fill();
+      this.#refuse(error.message);
+    } finally {
+      this.#control?.classList.remove('busy');
+    }
+  }
+}
