@@ -18,7 +18,7 @@ const searched = (feature) =>
 
 export class FeatureModel {
   #features = new Map();
-  #expanded = new Set();
+  #expanded = new Set(['/Camera']);
 
   get size() {
     return this.#features.size;
@@ -26,7 +26,6 @@ export class FeatureModel {
 
   replace(features) {
     this.#features = new Map(features.map((feature) => [keyOf(feature), feature]));
-    for (const feature of features) this.#expanded.add(feature.module === 'Camera' ? '/Camera' : '');
   }
 
   find(key) {

@@ -14,11 +14,11 @@ const accountRows = [
 ];
 const bad = ['lost', 'damaged', 'incomplete'];
 
-const format = (digits, unit) => (value) => (value === null ? '–' : `${value.toFixed(digits)}${unit}`);
+const places = (value, digits) => (value === null ? '–' : value.toFixed(digits));
 const plots = [
-  { key: 'rate', name: 'Frames a second', colours: ['trace-1'], text: format(1, '') },
-  { key: 'lost', name: 'Lost, damaged or incomplete', colours: ['red'], text: format(0, '') },
-  { key: 'latency', name: 'Latency p50 and p99', colours: ['trace-1', 'trace-2'], text: format(2, ' ms') },
+  { key: 'rate', name: 'Frames a second', colours: ['trace-1'], text: (rate) => places(rate, 1) },
+  { key: 'lost', name: 'Lost, damaged or incomplete', colours: ['red'], text: (lost) => places(lost, 0) },
+  { key: 'latency', name: 'Latency p50, p99 in ms', colours: ['trace-1', 'trace-2'], text: (time) => places(time, 2) },
 ];
 const past = { rate: [[]], lost: [[]], latency: [[], []] };
 
