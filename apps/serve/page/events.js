@@ -4,8 +4,13 @@ import { get, parse } from './api.js';
 import { emit, on, setState } from './hub.js';
 import { find, write } from './dom.js';
 
+// A browser has six connections to one program for all its pages, so a page out of sight takes none for long.
+const kHiddenPause = 30000;
+
 let source = null;
 let delay = 500;
+let hiding = 0;
+let again = 0;
 
 function show(state, text) {
   const link = find('link');
@@ -27,6 +32,19 @@ async function explainLoss() {
   }
 }
 
+function rest() {
+  clearTimeout(again);
+  source?.close();
+  source = null;
+  show('waiting', 'resting');
+}
+
+function turn() {
+  clearTimeout(hiding);
+  if (document.hidden) hiding = setTimeout(rest, kHiddenPause);
+  else if (!source) connect();
+}
+
 function connect() {
   source = new EventSource('/events');
   source.addEventListener('open', () => {
@@ -39,7 +57,7 @@ function connect() {
     show('lost', 'connection lost, trying again');
     emit('link', false);
     explainLoss();
-    setTimeout(connect, delay);
+    again = setTimeout(connect, delay);
     delay = Math.min(delay * 2, 5000);
   });
   receive('state', setState);
@@ -51,8 +69,9 @@ function connect() {
 export function follow() {
   on('link', (up) => document.body.classList.toggle('lost', !up));
   connect();
-  window.addEventListener('pagehide', () => source.close());
+  document.addEventListener('visibilitychange', turn);
+  window.addEventListener('pagehide', rest);
   window.addEventListener('pageshow', (event) => {
-    if (event.persisted) connect();
+    if (event.persisted) turn();
   });
 }

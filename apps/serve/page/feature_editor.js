@@ -76,7 +76,7 @@ export class FeatureEditor {
 
   #showFacts() {
     const feature = this.#feature;
-    const facts = [['Access', accessText(feature.access)]];
+    const facts = [['Access', accessText(feature)]];
     if (!feature.access.includes('W') && feature.type !== 'command') {
       facts.unshift(['Value', `${valueText(feature) || '–'}${feature.unit ? ` ${feature.unit}` : ''}`]);
     }

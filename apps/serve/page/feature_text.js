@@ -94,5 +94,8 @@ export function limitsText(feature) {
   return Number(feature.increment ?? 1) > 1 ? `${range} in steps of ${feature.increment}` : range;
 }
 
-export const accessText = (access) =>
-  ({ R: 'read only', W: 'write only', RW: 'read and write' }[access] ?? 'not available at present');
+/** What settings files keep can be written at other times, mostly while the camera stands still. */
+export function accessText({ access, streamable }) {
+  if (access === 'R') return streamable ? 'read only at present' : 'read only';
+  return { W: 'write only', RW: 'read and write' }[access] ?? 'not available at present';
+}

@@ -105,7 +105,7 @@ export class FeatureTree {
     const text = feature.type === 'command' ? 'command' : shortText(feature);
     element.append(make('span', { class: 'value', title: text }, text));
     if (feature.access === 'R') element.append(icon('lock'));
-    if (feature.access !== 'RW') element.append(make('span', { class: 'unseen' }, accessText(feature.access)));
+    if (feature.access !== 'RW') element.append(make('span', { class: 'unseen' }, accessText(feature)));
     return element;
   }
 

@@ -54,7 +54,7 @@ async function ask() {
 }
 
 export function startHistogram() {
-  on('image', calmly(250, ask));
+  on('image', calmly(330, ask));
   on('camera-closed', () => {
     answer = null;
     show();

@@ -41,7 +41,7 @@ async function ask() {
   asking = false;
 }
 
-const askCalmly = calmly(250, ask);
+const askCalmly = calmly(330, ask);
 
 function showEnds() {
   for (const name of fields) {
