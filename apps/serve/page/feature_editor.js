@@ -227,6 +227,7 @@ export class FeatureEditor {
       const answer = await action();
       this.#dirty = false;
       if (answer.name) emit('feature', answer);
+      this.#followers.preview(undefined);
     } catch (error) {
       if (this.#feature !== feature && this.#feature?.path !== feature.path) return;
       // A field keeps what was typed, to be mended; a list or a switch shows what is.

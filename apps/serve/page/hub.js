@@ -20,6 +20,7 @@ const identityOf = (of) => (of.open && of.camera ? of.camera.id : null);
 export function setState(next) {
   const before = identityOf(state);
   state = { ...nothing, ...next };
+  state.open ||= state.gone; // the program opens a camera that has gone again when it is back
   const now = identityOf(state);
   if (before !== now && before !== null) emit('camera-closed');
   emit('state', state);

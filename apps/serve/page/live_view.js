@@ -228,13 +228,16 @@ function key(event) {
 
 // ---- notes in place of an image ----
 
+let reachable = true;
+
 function note(state) {
   const element = find('stage-note');
   let text = '';
-  if (!state.open) text = 'Open a camera to see its images.';
+  if (!reachable) text = 'The program cannot be reached. The page goes on when it is back.';
+  else if (!state.open) text = 'Open a camera to see its images.';
   else if (state.gone) text = 'The camera has been unplugged. It goes on when it returns.';
   else if (!state.grabbing && !preview) text = 'Start the camera, or snap an image.';
-  element.dataset.level = state.gone ? 'bad' : '';
+  element.dataset.level = state.gone || !reachable ? 'bad' : '';
   write(element, text);
 }
 
@@ -275,6 +278,10 @@ export function startLiveView() {
   find('zoom-in').addEventListener('click', () => zoomBy(kZoomStep));
   find('zoom-out').addEventListener('click', () => zoomBy(1 / kZoomStep));
   on('state', follow);
+  on('link', (up) => {
+    reachable = up;
+    note(current());
+  });
   on('camera-closed', forget);
   on('camera-opened', showNewest);
   on('image', (bitmap) => {
