@@ -4,7 +4,7 @@ import { get, getBlob, send } from './api.js';
 import { current, on } from './hub.js';
 import { readStream } from './stream.js';
 
-const kStep = 160; // widths of previews are multiples of it: not every move of the zoom asks anew
+const kLeastWidth = 16;
 const kExactPause = 60; // milliseconds between exact parts
 const kRetry = 1000;
 
@@ -33,10 +33,11 @@ export class PictureSource {
     this.#follow();
   }
 
-  /** As many screen pixels as the whole image would take: the preview has no more. */
+  /** At least as many pixels as the whole image takes of the screen. Previews are reduced by whole numbers. */
   setWidth(width) {
     const image = current().image?.width ?? width;
-    this.#width = Math.max(kStep, Math.min(image, Math.ceil(width / kStep) * kStep));
+    const reduction = Math.max(1, Math.floor(image / Math.max(kLeastWidth, width)));
+    this.#width = Math.max(kLeastWidth, Math.ceil(image / reduction));
     this.#follow();
   }
 
