@@ -39,7 +39,7 @@ export class FeatureEditor {
     const before = this.#feature;
     this.#feature = feature;
     if (before.access !== feature.access || this.#shape(before) !== this.#shape(feature)) {
-      if (!this.#dirty) this.#build();
+      if (!this.#dirty) this.#rebuild();
       return;
     }
     this.#showFacts();
@@ -52,6 +52,12 @@ export class FeatureEditor {
 
   #shape(feature) {
     return JSON.stringify([String(feature.min), String(feature.max), String(feature.increment), feature.entries]);
+  }
+
+  #rebuild() {
+    const focused = find('feature-detail').contains(document.activeElement) && document.activeElement.id;
+    this.#build();
+    if (focused) find(focused)?.focus();
   }
 
   #build() {
@@ -125,8 +131,13 @@ export class FeatureEditor {
     const options = (this.#feature.entries ?? []).map((entry) =>
       make('option', { value: entry.name, disabled: !entry.available }, entry.name));
     this.#control = make('select', { class: 'entry', id: 'feature-value', 'aria-labelledby': 'feature-title' }, ...options);
-    this.#control.addEventListener('change', () => this.#apply(this.#control.value));
+    // Keys go through the entries one by one: what is chosen is written only when it is applied.
+    this.#control.addEventListener('change', () => this.#edited());
+    this.#control.addEventListener('keydown', (event) => {
+      if (event.key === 'Enter') form.requestSubmit();
+    });
     form.append(this.#control);
+    this.#addButtons(form);
   }
 
   #makeField(form) {
@@ -136,19 +147,25 @@ export class FeatureEditor {
       class: 'entry', id: 'feature-value', spellcheck: 'false', 'aria-labelledby': 'feature-title',
       'aria-describedby': 'feature-refusal feature-facts', inputmode: number && feature.type === 'float' ? 'decimal' : null,
     });
-    this.#control.addEventListener('input', () => {
-      this.#dirty = true;
-      this.#moveSlider();
-      this.#preview();
-    });
+    this.#control.addEventListener('input', () => this.#edited());
+    form.append(this.#control);
+    if (feature.unit) form.append(make('span', { class: 'unit' }, feature.unit));
+    this.#addButtons(form);
+    if (number && this.#hasSlider()) form.append(this.#makeSlider());
+  }
+
+  #addButtons(form) {
     this.#control.addEventListener('keydown', (event) => {
       if (event.key === 'Escape') this.#revert();
     });
-    form.append(this.#control);
-    if (feature.unit) form.append(make('span', { class: 'unit' }, feature.unit));
     form.append(make('button', { type: 'submit', id: 'feature-apply' }, 'Apply'),
       make('button', { type: 'button', id: 'feature-revert', onclick: () => this.#revert() }, 'Revert'));
-    if (number && this.#hasSlider()) form.append(this.#makeSlider());
+  }
+
+  #edited() {
+    this.#dirty = true;
+    this.#moveSlider();
+    this.#preview();
   }
 
   #hasSlider() {
@@ -160,11 +177,10 @@ export class FeatureEditor {
   #makeSlider() {
     const { type, min, max, increment } = this.#feature;
     const step = type === 'integer' ? increment || 1 : (max - min) / kSliderSteps;
-    this.#slider = make('input', { type: 'range', min, max, step, 'aria-label': `${this.#feature.name} slider` });
+    this.#slider = make('input', { type: 'range', id: 'feature-slider', min, max, step, 'aria-label': `${this.#feature.name} slider` });
     this.#slider.addEventListener('input', () => {
-      this.#dirty = true;
       this.#control.value = type === 'integer' ? this.#slider.value : String(Number(Number(this.#slider.value).toPrecision(6)));
-      this.#preview();
+      this.#edited();
     });
     this.#slider.addEventListener('change', () => this.#apply(this.#control.value));
     return make('span', { class: 'slider' }, String(min), this.#slider, String(Number(max.toPrecision(8))));
@@ -230,8 +246,8 @@ export class FeatureEditor {
       this.#followers.preview(undefined);
     } catch (error) {
       if (this.#feature !== feature && this.#feature?.path !== feature.path) return;
-      // A field keeps what was typed, to be mended; a list or a switch shows what is.
-      if (this.#control.tagName !== 'INPUT') this.#fill();
+      // What was typed or chosen stays, to be mended; a switch shows what is.
+      if (feature.type === 'boolean') this.#fill();
       this.#refuse(error.message);
     } finally {
       this.#control?.classList.remove('busy');

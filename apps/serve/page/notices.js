@@ -18,15 +18,16 @@ export function notify(text, level = 'info') {
   setTimeout(() => notice.remove(), level === 'bad' ? 20000 : 6000);
 }
 
-/** Runs what a control orders; the control is disabled meanwhile, and a failure is shown. */
+/** Runs what a control orders, which does nothing more until that is done. A failure is shown. */
 export async function attempt(control, action) {
-  control?.setAttribute('aria-busy', 'true');
+  if (control.getAttribute('aria-busy') === 'true') return undefined;
+  control.setAttribute('aria-busy', 'true');
   try {
     return await action();
   } catch (error) {
     if (error.name !== 'AbortError') notify(error.message, 'bad');
     return undefined;
   } finally {
-    control?.removeAttribute('aria-busy');
+    control.removeAttribute('aria-busy');
   }
 }

@@ -13,8 +13,7 @@ function proposedName() {
   return `recording-${now.toISOString().slice(0, 19).replace(/[T:]/g, '-')}`;
 }
 
-async function start(event) {
-  event.preventDefault();
+async function start() {
   const frames = Number(find('recording-frames').value);
   if (!Number.isInteger(frames) || frames < 0) throw new Error('Frames is a whole number, 0 for until stopped.');
   await post('/api/recording/start', {
@@ -93,7 +92,10 @@ async function list() {
 
 export function startRecording() {
   find('recording-name').value = proposedName();
-  find('recording-form').addEventListener('submit', (event) => attempt(find('recording-start'), () => start(event)));
+  find('recording-form').addEventListener('submit', (event) => {
+    event.preventDefault();
+    attempt(find('recording-start'), start);
+  });
   find('recording-stop').addEventListener('click', () => attempt(find('recording-stop'), () => post('/api/recording/stop')));
   onTab('recording', list);
   on('state', show);
