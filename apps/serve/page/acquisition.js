@@ -29,10 +29,10 @@ function show(state) {
     find(id).disabled = !state.open || state.gone;
   }
   write(find('reading-rate'), state.grabbing ? state.rate.toFixed(1) : '–');
-  const lost = state.account?.lost;
+  const lost = state.open ? state.account?.lost : undefined;
   write(find('reading-lost'), lost === undefined ? '–' : String(lost));
   find('reading-lost').dataset.level = lost > 0 ? 'bad' : '';
-  const latency = state.latencyMs?.p50;
+  const latency = state.open ? state.latencyMs?.p50 : null;
   write(find('reading-latency'), typeof latency === 'number' ? `${latency.toFixed(2)} ms` : '–');
 }
 

@@ -17,7 +17,7 @@ function showRows() {
   const search = find('feature-search').value;
   const { rows, count } = model.rows(search, Number(find('feature-visibility').value));
   tree.setRows(rows);
-  write(find('feature-count'), model.size ? `${count} of ${model.size} features` : '');
+  write(find('feature-count'), model.size ? `${count} of ${model.size} features` : 'No camera is open.');
 }
 
 async function load() {
@@ -65,6 +65,7 @@ export function startFeatures() {
   on('feature', change);
   on('camera-opened', load);
   on('camera-closed', forget);
+  showRows();
   // What changed while nothing could be heard.
   const again = calmly(500, load);
   let gone = false;

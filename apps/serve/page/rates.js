@@ -63,6 +63,7 @@ function show() {
 
 function showAccount(account) {
   const present = account ? accountRows.filter(([key]) => key in account) : [];
+  find('account').parentElement.hidden = !present.length;
   find('account').replaceChildren(...present.flatMap(([key, name]) => [
     make('dt', {}, name),
     make('dd', { 'data-account': key, 'data-level': bad.includes(key) && account[key] > 0 ? 'bad' : null }, String(account[key])),
@@ -82,6 +83,7 @@ export function startRates() {
     if (now !== accountShown) showAccount(account);
     accountShown = now;
   });
+  showAccount(null);
   on('link', () => { latest = null; });
   setInterval(sample, 1000 / kPerSecond);
 }
