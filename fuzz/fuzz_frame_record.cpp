@@ -55,6 +55,7 @@ private:
 // One record is reshaped by every layout in turn, as by a camera whose settings change.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     FrameRecord record(nullptr, 7);
+    ConversionHelpers alone;
     for (; size >= Layout::kBytes; data += Layout::kBytes, size -= Layout::kBytes) {
         Layout layout(data);
         const bool isAllocated = record.Allocate(layout);
@@ -62,7 +63,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (isAllocated && frame.buffer) {
             std::memset(frame.buffer, 0xA5, frame.bufferSize); // what the SDK may write
         }
-        const bool isConverted = record.Convert();
+        const bool isConverted = record.Convert(alone);
         if (isConverted && (!isAllocated || !layout.Format()->convert)) {
             std::abort(); // a record that was not shaped must convert nothing
         }

@@ -50,10 +50,12 @@ void Acquisition::End() {
         stopEvent->Set();
     }
     JoinCleanupThread();
+    helpers.Keep(0);
 }
 
 PxnError Acquisition::CloseCamera(std::unique_ptr<CameraNote>& camera) {
     const PxnError result = frames.TakeBack([&] { return api.PxnCameraClose(camera->handle); });
+    helpers.Keep(0);
     if (result != PxnErrSuccess) {
         LeaveCamera(std::move(camera));
     }
@@ -61,6 +63,7 @@ PxnError Acquisition::CloseCamera(std::unique_ptr<CameraNote>& camera) {
 }
 
 void Acquisition::LeaveCamera(std::unique_ptr<CameraNote> camera) {
+    helpers.Keep(0);
     camera->memory = frames.Abandon();
     if (camera->memory) {
         buffersPrepared = false; // the next camera gets none of its frames

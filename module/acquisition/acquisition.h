@@ -5,6 +5,7 @@
 #include "acquisition/acquisition_state.h"
 #include "acquisition/frame_listener.h"
 #include "acquisition/undo_lists.h"
+#include "imaging/conversion_helpers.h"
 #include "imaging/frame_notes.h"
 #include "imaging/frame_pool.h"
 #include "platform/event.h"
@@ -84,6 +85,8 @@ public:
     PxnHandle CameraHandle() const { return cameraHandle; }
     /// Whether frames are queued before the capture is started.
     void UseStrategy(bool queueFirst) { firstQueueThenSnap = queueFirst; }
+    /// How many threads convert a large image, the SDK's included, from the next Prepare on.
+    void UseConversionThreads(std::uint32_t count) { conversionThreads = count; }
     bool QueuesFirst() const { return firstQueueThenSnap; }
     /// Closes the camera with what it has of the frames and returns the SDK's result. A camera that
     /// the SDK refuses to close is remembered together with the memory it may write to; `camera` is
@@ -192,6 +195,9 @@ private:
     // waits for nothing.
     platform::Mutex chunkMutex;
     bool areRecordsShaped GUARDED_BY(chunkMutex) = false;
+
+    std::atomic<std::uint32_t> conversionThreads{1};
+    ConversionHelpers helpers; // made by Prepare, ended where the camera is closed or left
 
     FramePool frames; // shaped under bufferMutex while idle
 };

@@ -67,6 +67,9 @@ MV_ERRCODE Acquisition::Prepare(std::uint64_t count, IFrameLayout& layout) {
                 result = MV_REFUSED;
             }
             buffersPrepared = result == MV_OK;
+            const bool isHelpWorthwhile =
+                buffersPrepared && frames.Size() > 0 && frames[0].IsWorthHelp();
+            helpers.Keep(isHelpWorthwhile ? conversionThreads - 1 : 0);
             log.Information("%u Framebuffers are currently allocated.",
                             static_cast<std::uint32_t>(frames.Size()));
         }

@@ -59,7 +59,7 @@ bool Acquisition::Convert(FrameRecord& record, std::uint64_t index) {
     if (FrameNote* const note = record.IsConverted() ? notes.Find(index) : nullptr) {
         note->BeginChange();
     }
-    return record.Convert();
+    return record.Convert(helpers);
 }
 
 void Acquisition::NoteFrame(const PxnFrame& frame, FrameRecord* record, bool isImageReady) {

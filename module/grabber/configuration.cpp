@@ -1,7 +1,8 @@
-// configuration.cpp - the chosen camera, remembered across runs
+// configuration.cpp - what the module keeps in the grabber's section
 #include "grabber/configuration.h"
 
 #include "grabber/camera_identity.h"
+#include "imaging/conversion_helpers.h"
 #include "mivora/grabber.h"
 #include "sdk/no_throw.h"
 
@@ -15,6 +16,7 @@ namespace pyxen {
 namespace {
 
 constexpr const char* kUniqueIdKey = "UniqueId";
+constexpr const char* kConversionThreadsKey = "ConversionThreads";
 constexpr std::size_t kLongestUniqueId = 1023;
 
 struct GrabberSection {
@@ -93,6 +95,13 @@ bool LoadChosenCamera(const CIniFile* ini, std::int32_t sectionNumber, CameraIde
         }
         return identity.Select(id.c_str());
     });
+}
+
+std::uint32_t LoadConversionThreads(const CIniFile* ini, std::int32_t sectionNumber) {
+    constexpr auto kMost = static_cast<std::int32_t>(ConversionHelpers::kMostThreads);
+    const std::int32_t count =
+        ini ? ini->GetInt32(GrabberSection(sectionNumber).name, kConversionThreadsKey, 1) : 1;
+    return static_cast<std::uint32_t>(std::clamp(count, 1, kMost));
 }
 
 bool SaveChosenCamera(CIniFile* ini, std::int32_t sectionNumber, const char* id) {

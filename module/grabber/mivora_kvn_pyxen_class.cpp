@@ -95,6 +95,7 @@ MV_ERRCODE CMivoraKVNPyxenClass::LoadGrabberConfig() {
     if (result != MV_OK) {
         return result;
     }
+    acquisition.UseConversionThreads(LoadConversionThreads(GetIni(), GetSectionNumber()));
     return LoadChosenCamera(GetIni(), GetSectionNumber(), identity) ? MV_OK : MV_REFUSED;
 }
 

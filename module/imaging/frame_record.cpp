@@ -82,11 +82,11 @@ bool FrameRecord::AllocateHost(std::uint64_t imageSize) {
     return true;
 }
 
-bool FrameRecord::Convert() {
+bool FrameRecord::Convert(ConversionHelpers& helpers) {
     if (!format || !format->convert || !raw.Get() || !host.Get()) {
         return false;
     }
-    ConvertImage(*format, raw.Get(), host.Get(), width, height);
+    helpers.ConvertImage(*format, raw.Get(), host.Get(), width, height);
     return true;
 }
 

@@ -1,6 +1,7 @@
 // frame_record.h - one acquisition buffer
 #pragma once
 
+#include "imaging/conversion_helpers.h"
 #include "imaging/frame_hold.h"
 #include "imaging/frame_layout.h"
 #include "imaging/image_memory.h"
@@ -33,7 +34,12 @@ public:
     /// True when the host's image is not what the SDK fills.
     bool IsConverted() const { return format && format->convert; }
     /// Converts the raw image into the host's; true when a conversion was done.
-    bool Convert();
+    bool Convert(ConversionHelpers& helpers);
+    /// True when the image is one that helpers take part in.
+    bool IsWorthHelp() const {
+        return IsConverted() &&
+               HostRowBytes(*format, width) * height >= ConversionHelpers::kLeastBytes;
+    }
 
     /// The format of the images that there is memory for; null without.
     const PixelFormat* Format() const { return format; }

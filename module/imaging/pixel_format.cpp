@@ -163,21 +163,32 @@ const void* RowAddress12p(const void* base, std::uint32_t width, std::uint32_t r
     return RowAddress(base, width, row, 12);
 }
 
-void ConvertImage(const PixelFormat& format, const void* raw, void* host, std::uint32_t width,
-                  std::uint32_t height) {
+std::uint64_t HostRowBytes(const PixelFormat& format, std::uint32_t width) {
+    return std::uint64_t{format.components} * format.allocatedBits * width / 8;
+}
+
+void ConvertRows(const PixelFormat& format, const void* raw, void* host, std::uint32_t width,
+                 std::uint32_t first, std::uint32_t count) {
+    const std::uint64_t stride = HostRowBytes(format, width);
+    std::uint8_t* line = static_cast<std::uint8_t*>(host) + first * stride;
     if (!format.rowAddress) {
-        format.convert(raw, host, std::uint64_t{width} * height);
+        // The bits of a pixel are part of the format's code.
+        const std::uint64_t bits = format.code >> 16 & 0xFF;
+        format.convert(static_cast<const std::uint8_t*>(raw) + bits * width * first / 8, line,
+                       std::uint64_t{width} * count);
         return;
     }
     if (width == 0) {
         return; // of however many lines
     }
-    const std::uint64_t stride =
-        std::uint64_t{format.components} * format.allocatedBits * width / 8;
-    auto* line = static_cast<std::uint8_t*>(host);
-    for (std::uint32_t row = 0; row < height; ++row, line += stride) {
+    for (std::uint32_t row = first; row < first + count; ++row, line += stride) {
         format.convert(format.rowAddress(raw, width, row), line, width);
     }
+}
+
+void ConvertImage(const PixelFormat& format, const void* raw, void* host, std::uint32_t width,
+                  std::uint32_t height) {
+    ConvertRows(format, raw, host, width, 0, height);
 }
 
 } // namespace pyxen

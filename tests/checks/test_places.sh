@@ -17,6 +17,7 @@ tests/module/acquisition/acquisition_events_test.cpp
 tests/module/acquisition/acquisition_threads_test.cpp
 tests/module/acquisition/callback_allocations_posix_test.cpp
 tests/module/acquisition/calls_from_inside_test.cpp
+tests/module/acquisition/conversion_threads_test.cpp
 tests/module/acquisition/failure_sweep_test.cpp
 tests/module/acquisition/frame_information_test.cpp
 tests/module/acquisition/memory_of_frames_test.cpp

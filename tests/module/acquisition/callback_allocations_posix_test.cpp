@@ -3,6 +3,7 @@
 // The sanitizers' allocators tell of every allocation; the suite always runs with one of them.
 #if defined(MIVORA_SANITIZED)
 
+#include "tests/module/acquisition/acquisition_insides.h"
 #include "tests/module/acquisition/snap_fixture.h"
 
 #include <cstdlib>
@@ -45,12 +46,49 @@ protected:
         WithoutSink();
         Camera()["PixelFormat"].text = "Mono12p";
         Camera()["PayloadSize"].intValue = 640 * 480 * 3 / 2;
+        ChooseImage();
         Prepare(1);
         // Without a sink a continuous snap needs its announcement to fail, and an SDK that queues
         // the frame all the same.
         sdk.Data().broken.unannouncedFramesAreQueued = true;
         sdk.Fail("PxnFrameAnnounce", PxnErrIO);
         ASSERT_EQ(Grabber().Snap(1), MV_OK);
+    }
+    virtual void ChooseImage() {}
+
+    void ExpectNone() {
+        // Stopped, the mode as if it were not: all that the callback does but for the SDK's part.
+        PxnFrame* const frame = sdk.FrameOf(0);
+        ASSERT_NE(frame, nullptr);
+        ASSERT_EQ(Grabber().StopSnap(), MV_OK);
+        Grabber().SetAcquisitionState(1);
+        const auto deliver = [&](std::int32_t status) {
+            frame->receiveStatus = status;
+            Grabber().FrameCallback(frame);
+        };
+        deliver(PxnFrameStatusComplete);
+        EXPECT_EQ(CountAllocations([&] {
+                      for (int i = 0; i < 10; ++i) {
+                          deliver(PxnFrameStatusComplete);
+                          deliver(PxnFrameStatusIncomplete);
+                          deliver(77);
+                      }
+                  }),
+                  0u);
+        EXPECT_EQ(FramesReceived(), 11u);
+        Grabber().SetAcquisitionState(0);
+    }
+};
+
+// Images that another thread helps to convert.
+class HelpedCallbackAllocations : public CallbackAllocations {
+protected:
+    void ChooseImage() override {
+        Camera()["Width"].intValue = 1024;
+        Camera()["Height"].intValue = 768;
+        Camera()["PayloadSize"].intValue = 1024 * 768 * 3 / 2;
+        WriteIni("[Grabber_0]\nConversionThreads=2\n");
+        ASSERT_EQ(Grabber().LoadGrabberConfig(), MV_OK);
     }
 };
 
@@ -63,26 +101,12 @@ TEST_F(CallbackAllocations, AreCounted) {
 }
 
 TEST_F(CallbackAllocations, AreNoneForGoodAndBadFrames) {
-    // Stopped, the mode as if it were not: all that the callback does but for the SDK's own part.
-    PxnFrame* const frame = sdk.FrameOf(0);
-    ASSERT_NE(frame, nullptr);
-    ASSERT_EQ(Grabber().StopSnap(), MV_OK);
-    Grabber().SetAcquisitionState(1);
-    const auto deliver = [&](std::int32_t status) {
-        frame->receiveStatus = status;
-        Grabber().FrameCallback(frame);
-    };
-    deliver(PxnFrameStatusComplete);
-    EXPECT_EQ(CountAllocations([&] {
-                  for (int i = 0; i < 10; ++i) {
-                      deliver(PxnFrameStatusComplete);
-                      deliver(PxnFrameStatusIncomplete);
-                      deliver(77);
-                  }
-              }),
-              0u);
-    EXPECT_EQ(FramesReceived(), 11u);
-    Grabber().SetAcquisitionState(0);
+    ExpectNone();
+}
+
+TEST_F(HelpedCallbackAllocations, AreNoneForGoodAndBadFrames) {
+    ASSERT_EQ(AcquisitionInsides::Helpers(Grabber()).Count(), 1u);
+    ExpectNone();
 }
 
 } // namespace

@@ -79,6 +79,38 @@ TEST_F(Configuration, AnAbsentKeyForgetsTheCamera) {
     EXPECT_EQ(Grabber().GetActCameraIndex(), -1);
 }
 
+TEST_F(Configuration, HasTheNumberOfConversionThreadsInTheGrabbersSection) {
+    const std::string file = directory.PathOf("host.ini");
+    const auto load = [&](const char* value) {
+        CIniFile ini;
+        EXPECT_TRUE(ini.Open(file.c_str()));
+        EXPECT_TRUE(ini.WriteText("Grabber_3", "ConversionThreads", value));
+        return LoadConversionThreads(&ini, 3);
+    };
+    EXPECT_EQ(load("1"), 1u);
+    EXPECT_EQ(load("2"), 2u);
+    EXPECT_EQ(load("0x10"), 16u);
+    EXPECT_EQ(load("64"), 64u);
+    EXPECT_EQ(load("65"), 64u);
+    EXPECT_EQ(load("0"), 1u);
+    EXPECT_EQ(load("-4"), 1u);
+    EXPECT_EQ(load("several"), 1u);
+    EXPECT_EQ(load(""), 1u);
+    CIniFile other;
+    EXPECT_EQ(LoadConversionThreads(&other, 3), 1u);
+    EXPECT_EQ(LoadConversionThreads(nullptr, 3), 1u);
+}
+
+TEST_F(Configuration, SavingLeavesTheNumberOfConversionThreadsAlone) {
+    WriteIni("[Grabber_0]\nConversionThreads=2 \n");
+    ASSERT_EQ(Grabber().LoadGrabberConfig(), MV_OK);
+    Init();
+    ASSERT_EQ(Grabber().SaveGrabberConfig(), MV_OK);
+    CIniFile ini;
+    ASSERT_TRUE(ini.Open(directory.PathOf("host.ini").c_str()));
+    EXPECT_EQ(ini.GetInt32("Grabber_0", "ConversionThreads", 0), 2);
+}
+
 TEST_F(Configuration, ReadsUpTo1023Bytes) {
     const std::string longest(1023, 'i');
     sdk.Data().cameras[0].extendedId = longest;

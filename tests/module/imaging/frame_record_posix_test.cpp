@@ -55,8 +55,9 @@ TEST_F(FrameMemory, EveryImageMayBeTooLarge) {
     const MemoryLimit limit(256);
     EXPECT_FALSE(Allocate("Mono12p", 1 << 16, 1 << 13)); // the raw one: 768 MiB
     EXPECT_FALSE(Allocate("Mono12p", 1 << 16, 2000));    // the host's: 250 MiB beside 187
-    EXPECT_FALSE(record.Convert());                      // it would run past the host's memory
-    EXPECT_FALSE(Allocate("Mono8", 1 << 16, 1 << 13));   // the only one: 512 MiB
+    ConversionHelpers alone;
+    EXPECT_FALSE(record.Convert(alone));               // it would run past the host's memory
+    EXPECT_FALSE(Allocate("Mono8", 1 << 16, 1 << 13)); // the only one: 512 MiB
     EXPECT_TRUE(Allocate("Mono8", 16, 4));
 }
 

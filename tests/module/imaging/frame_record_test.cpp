@@ -10,6 +10,8 @@ namespace {
 
 class FrameRecords : public GrabberFixture {
 protected:
+    ConversionHelpers alone;
+
     void SetUp() override {
         GrabberFixture::SetUp();
         Open();
@@ -38,7 +40,7 @@ TEST_F(FrameRecords, KnowWhoTheyAreAndHoldNothingAtFirst) {
     EXPECT_EQ(static_cast<void*>(record.Frame()), &record);
     EXPECT_EQ(record.GetHostBuffer(), nullptr);
     EXPECT_EQ(record.GetHostBufferSize(), 0u);
-    EXPECT_FALSE(record.Convert());
+    EXPECT_FALSE(record.Convert(alone));
 }
 
 TEST_F(FrameRecords, NeedAModeAndAKnownFormat) {
@@ -57,7 +59,7 @@ TEST_F(FrameRecords, LetTheSdkFillADirectImageInPlace) {
     EXPECT_EQ(record.GetHostBufferSize(), 128u);
     EXPECT_EQ(record.Frame()->buffer, record.GetHostBuffer());
     EXPECT_EQ(record.Frame()->bufferSize, 128u);
-    EXPECT_FALSE(record.Convert());
+    EXPECT_FALSE(record.Convert(alone));
 }
 
 TEST_F(FrameRecords, KeepAConvertedImageApart) {
@@ -85,7 +87,7 @@ TEST_F(FrameRecords, ConvertLineByLineWhereLinesArePadded) {
     ASSERT_TRUE(Allocate(record));
     const uint8_t raw[10] = {0x01, 0x20, 0x00, 0x03, 0x00, 0x04, 0x50, 0x00, 0x06, 0x00};
     std::copy(std::begin(raw), std::end(raw), static_cast<uint8_t*>(record.Frame()->buffer));
-    EXPECT_TRUE(record.Convert());
+    EXPECT_TRUE(record.Convert(alone));
     const auto* const pixels = static_cast<const uint16_t*>(record.GetHostBuffer());
     EXPECT_EQ(std::vector<uint16_t>(pixels, pixels + 6), (std::vector<uint16_t>{1, 2, 3, 4, 5, 6}));
 }
@@ -99,7 +101,7 @@ TEST_F(FrameRecords, ConvertInOneGoWhereLinesAreNot) {
     EXPECT_EQ(record.GetHostBufferSize(), 12u);
     const uint8_t raw[8] = {128, 255, 128, 0, 128, 16, 128, 200};
     std::copy(std::begin(raw), std::end(raw), static_cast<uint8_t*>(record.Frame()->buffer));
-    EXPECT_TRUE(record.Convert());
+    EXPECT_TRUE(record.Convert(alone));
     uint8_t expected[12] = {};
     ConvertYUV422(raw, expected, 4);
     const auto* const pixels = static_cast<const uint8_t*>(record.GetHostBuffer());
@@ -115,7 +117,7 @@ TEST_F(FrameRecords, FreeTheRawMemoryWhenTheFormatBecomesDirect) {
     ASSERT_TRUE(Allocate(record));
     EXPECT_EQ(record.Frame()->buffer, record.GetHostBuffer());
     EXPECT_EQ(record.Frame()->bufferSize, 64u);
-    EXPECT_FALSE(record.Convert());
+    EXPECT_FALSE(record.Convert(alone));
     Format("Mono12p", 96);
     ASSERT_TRUE(Allocate(record));
     EXPECT_NE(record.Frame()->buffer, record.GetHostBuffer());
@@ -127,7 +129,7 @@ TEST_F(FrameRecords, HaveNoRawMemoryWithoutPayload) {
     ASSERT_TRUE(Allocate(record));
     EXPECT_EQ(record.Frame()->buffer, nullptr);
     EXPECT_EQ(record.Frame()->bufferSize, 0u);
-    EXPECT_FALSE(record.Convert());
+    EXPECT_FALSE(record.Convert(alone));
 }
 
 TEST_F(FrameRecords, ConvertACompleteImageThoughThePayloadIsTooSmall) {
@@ -136,7 +138,7 @@ TEST_F(FrameRecords, ConvertACompleteImageThoughThePayloadIsTooSmall) {
     ASSERT_TRUE(Allocate(record));
     EXPECT_EQ(record.Frame()->bufferSize, 10u);
     std::fill_n(static_cast<uint8_t*>(record.Frame()->buffer), 96, uint8_t{0});
-    EXPECT_TRUE(record.Convert());
+    EXPECT_TRUE(record.Convert(alone));
 }
 
 TEST_F(FrameRecords, RefuseADirectImageThatTheSdkCannotTell) {
@@ -183,13 +185,13 @@ TEST_F(FrameRecords, ConvertNothingOnceAllocatingHasFailed) {
     FrameRecord record(Owner(), 0);
     Format("Mono12p", 96);
     ASSERT_TRUE(Allocate(record));
-    ASSERT_TRUE(record.Convert());
+    ASSERT_TRUE(record.Convert(alone));
     Format("Mono12p", int64_t{1} << 32);
     ASSERT_FALSE(Allocate(record));
-    EXPECT_FALSE(record.Convert());
+    EXPECT_FALSE(record.Convert(alone));
     Format("Mono12p", 96);
     ASSERT_TRUE(Allocate(record));
-    EXPECT_TRUE(record.Convert());
+    EXPECT_TRUE(record.Convert(alone));
 }
 
 TEST_F(FrameRecords, ConvertNothingWithoutAHostImage) {
@@ -199,7 +201,7 @@ TEST_F(FrameRecords, ConvertNothingWithoutAHostImage) {
     ASSERT_TRUE(Allocate(record));
     EXPECT_NE(record.Frame()->buffer, nullptr);
     EXPECT_EQ(record.GetHostBuffer(), nullptr);
-    EXPECT_FALSE(record.Convert());
+    EXPECT_FALSE(record.Convert(alone));
 }
 
 TEST_F(FrameRecords, RefuseAnImageWhoseSizeOverflows) {
@@ -225,7 +227,7 @@ TEST_F(FrameRecords, RefuseAnImageThatGrowsUntilItsSizeOverflows) {
     });
     ASSERT_FALSE(Allocate(record));
     EXPECT_EQ(record.GetHostBuffer(), nullptr);
-    EXPECT_FALSE(record.Convert());
+    EXPECT_FALSE(record.Convert(alone));
 }
 
 } // namespace
