@@ -54,6 +54,11 @@ struct Avx2 {
     static Vector Select(Vector mask, Vector a, Vector b) {
         return _mm256_or_si256(_mm256_and_si256(mask, a), _mm256_andnot_si256(mask, b));
     }
+    /// In both lanes, numbers of four bytes: of `b` where kOfB has a bit.
+    template <unsigned kOfB>
+    static Vector ChooseNumbers(Vector a, Vector b) {
+        return _mm256_blend_epi32(a, b, kOfB * 0x11);
+    }
     static Vector AddWords(Vector a, Vector b) { return _mm256_add_epi16(a, b); }
     static Vector SubtractWords(Vector a, Vector b) { return _mm256_sub_epi16(a, b); }
     static Vector AddNumbers(Vector a, Vector b) { return _mm256_add_epi32(a, b); }
@@ -64,20 +69,12 @@ struct Avx2 {
     static Vector PackWords(Vector a, Vector b) { return _mm256_packus_epi16(a, b); }
     static Vector PackNumbers(Vector a, Vector b) { return _mm256_packs_epi32(a, b); }
     template <int kBits>
-    static Vector ShiftWordsLeft(Vector value) {
-        return _mm256_slli_epi16(value, kBits);
-    }
-    template <int kBits>
     static Vector ShiftWordsRight(Vector value) {
         return _mm256_srai_epi16(value, kBits);
     }
     template <int kBits>
     static Vector ShiftWordsRightUnsigned(Vector value) {
         return _mm256_srli_epi16(value, kBits);
-    }
-    template <int kBits>
-    static Vector ShiftNumbersLeft(Vector value) {
-        return _mm256_slli_epi32(value, kBits);
     }
     template <int kBits>
     static Vector ShiftNumbersRight(Vector value) {

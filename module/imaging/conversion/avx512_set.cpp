@@ -39,20 +39,12 @@ struct Avx512 {
     static Vector MultiplyAddBytes(Vector a, Vector b) { return _mm512_maddubs_epi16(a, b); }
     static Vector MultiplyAdd(Vector a, Vector b) { return _mm512_madd_epi16(a, b); }
     template <int kBits>
-    static Vector ShiftWordsLeft(Vector value) {
-        return _mm512_slli_epi16(value, kBits);
-    }
-    template <int kBits>
     static Vector ShiftWordsRight(Vector value) {
         return _mm512_srai_epi16(value, kBits);
     }
     template <int kBits>
     static Vector ShiftWordsRightUnsigned(Vector value) {
         return _mm512_srli_epi16(value, kBits);
-    }
-    template <int kBits>
-    static Vector ShiftNumbersLeft(Vector value) {
-        return _mm512_slli_epi32(value, kBits);
     }
     template <int kBits>
     static Vector ShiftNumbersRightUnsigned(Vector value) {

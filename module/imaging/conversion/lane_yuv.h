@@ -20,52 +20,57 @@ struct LanePlaces {
 };
 
 struct RgbPlaces {
-    LanePlaces blueRed[4]; // first in the first 16 bytes, first and second in the next, second
+    LanePlaces blueRed[3];
     LanePlaces green[3];
+    unsigned secondInMiddle; // which numbers of four bytes the middle takes of the second half
 };
 
+// The middle 16 bytes have pixels 5 to 10, whose blue and red fill all of a vector that takes some
+// numbers of the first half and the others of the second.
 constexpr RgbPlaces MakeRgbPlaces(int (*blueOf)(int pixelOfEight)) {
     RgbPlaces places{};
-    for (LanePlaces& lane : places.blueRed) {
-        for (std::uint8_t& place : lane.bytes) {
-            place = 0x80;
-        }
-    }
-    for (LanePlaces& lane : places.green) {
-        for (std::uint8_t& place : lane.bytes) {
-            place = 0x80;
-        }
-    }
-    for (int index = 0; index < 48; ++index) {
-        const int pixel = index / 3;
-        const int third = index / 16;
-        if (index % 3 == 1) {
-            places.green[third].bytes[index % 16] = static_cast<std::uint8_t>(pixel);
-        } else {
-            const int red = index % 3 == 0 ? 1 : 0;
-            places.blueRed[third + pixel / 8].bytes[index % 16] =
-                static_cast<std::uint8_t>(blueOf(pixel % 8) + red);
+    for (int third = 0; third < 3; ++third) {
+        for (int index = 0; index < 16; ++index) {
+            const int component = third * 16 + index;
+            const int pixel = component / 3;
+            const bool isGreen = component % 3 == 1;
+            const int red = component % 3 == 0 ? 1 : 0;
+            const auto place = static_cast<std::uint8_t>(blueOf(pixel % 8) + red);
+            const auto at = static_cast<unsigned>(index);
+            places.blueRed[third].bytes[at] = isGreen ? 0x80 : place;
+            places.green[third].bytes[at] = isGreen ? static_cast<std::uint8_t>(pixel) : 0x80;
+            if (third == 1 && pixel >= 8 && !isGreen) {
+                places.secondInMiddle |= 1u << place / 4;
+            }
         }
     }
     return places;
 }
 
+// True when no number of the middle is wanted of both halves.
+constexpr bool IsMiddleClear(const RgbPlaces& places, int (*blueOf)(int pixelOfEight)) {
+    for (int pixel = 5; pixel < 8; ++pixel) {
+        if ((places.secondInMiddle >> blueOf(pixel) / 4 & 1) != 0) {
+            return false;
+        }
+    }
+    return true;
+}
+
 inline constexpr RgbPlaces kPairPlaces = MakeRgbPlaces(PairBlue);
 inline constexpr RgbPlaces kQuadPlaces = MakeRgbPlaces(QuadBlue);
+static_assert(IsMiddleClear(kPairPlaces, PairBlue) && IsMiddleClear(kQuadPlaces, QuadBlue));
 
-template <typename Set, typename Vector = typename Set::Vector>
-void StoreRgb(std::uint8_t* destination, const RgbPlaces& places, const PackedPixels<Set>& pixels) {
-    const auto pick = [](Vector from, const LanePlaces& lane) {
-        return Set::Shuffle(from, Set::Lanes(lane.bytes));
+template <typename Set, const RgbPlaces& kPlaces, typename Vector = typename Set::Vector>
+void StoreRgb(std::uint8_t* destination, const PackedPixels<Set>& pixels) {
+    const auto combine = [&pixels](Vector blueRed, int third) {
+        return Set::Or(Set::Shuffle(blueRed, Set::Lanes(kPlaces.blueRed[third].bytes)),
+                       Set::Shuffle(pixels.green, Set::Lanes(kPlaces.green[third].bytes)));
     };
-    const Vector first =
-        Set::Or(pick(pixels.firstBlueRed, places.blueRed[0]), pick(pixels.green, places.green[0]));
-    const Vector second = Set::Or(Set::Or(pick(pixels.firstBlueRed, places.blueRed[1]),
-                                          pick(pixels.secondBlueRed, places.blueRed[2])),
-                                  pick(pixels.green, places.green[1]));
-    const Vector third =
-        Set::Or(pick(pixels.secondBlueRed, places.blueRed[3]), pick(pixels.green, places.green[2]));
-    Set::StoreLanes(destination, first, second, third);
+    const Vector middle = Set::template ChooseNumbers<kPlaces.secondInMiddle>(pixels.firstBlueRed,
+                                                                              pixels.secondBlueRed);
+    Set::StoreLanes(destination, combine(pixels.firstBlueRed, 0), combine(middle, 1),
+                    combine(pixels.secondBlueRed, 2));
 }
 
 template <typename Set>
@@ -77,8 +82,8 @@ struct Yuv422Block {
     static constexpr int kAlignment = Set::kAlignment;
 
     static void Convert(const std::uint8_t* source, std::uint8_t* destination) {
-        StoreRgb<Set>(
-            destination, kPairPlaces,
+        StoreRgb<Set, kPairPlaces>(
+            destination,
             PackPairs<Set>(Set::template Load<32>(source), Set::template Load<32>(source + 16)));
     }
 };
@@ -94,8 +99,8 @@ struct Yuv411Block {
 
     static void Convert(const std::uint8_t* source, std::uint8_t* destination) {
         // The second load ends with the lane's last byte, so it begins 4 bytes early.
-        StoreRgb<Set>(
-            destination, kPairPlaces,
+        StoreRgb<Set, kPairPlaces>(
+            destination,
             PackPairs<Set>(
                 Set::Shuffle(Set::template Load<24>(source),
                              Set::Lanes(0, 1, 3, 2, 0, 4, 3, 5, 6, 7, 9, 8, 6, 10, 9, 11)),
@@ -121,8 +126,8 @@ struct Yuv444Block {
         const auto last =
             Set::Shuffle(Set::template Load<48>(source + 32),
                          Set::Lanes(4, 5, 6, 5, 7, 8, 9, 8, 10, 11, 12, 11, 13, 14, 15, 14));
-        StoreRgb<Set>(destination, kQuadPlaces,
-                      PackQuads<Set>(spread(0), spread(12), spread(24), last));
+        StoreRgb<Set, kQuadPlaces>(destination,
+                                   PackQuads<Set>(spread(0), spread(12), spread(24), last));
     }
 };
 

@@ -45,6 +45,13 @@ struct Sse41 {
     static Vector Select(Vector mask, Vector a, Vector b) {
         return _mm_xor_si128(b, _mm_and_si128(mask, _mm_xor_si128(a, b)));
     }
+    /// Numbers of four bytes: of `b` where kOfB has a bit.
+    template <unsigned kOfB>
+    static Vector ChooseNumbers(Vector a, Vector b) {
+        constexpr unsigned kWords =
+            (kOfB & 1) * 3 + (kOfB >> 1 & 1) * 12 + (kOfB >> 2 & 1) * 48 + (kOfB >> 3 & 1) * 192;
+        return _mm_blend_epi16(a, b, kWords);
+    }
     static Vector AddWords(Vector a, Vector b) { return _mm_add_epi16(a, b); }
     static Vector SubtractWords(Vector a, Vector b) { return _mm_sub_epi16(a, b); }
     static Vector AddNumbers(Vector a, Vector b) { return _mm_add_epi32(a, b); }
@@ -55,20 +62,12 @@ struct Sse41 {
     static Vector PackWords(Vector a, Vector b) { return _mm_packus_epi16(a, b); }
     static Vector PackNumbers(Vector a, Vector b) { return _mm_packs_epi32(a, b); }
     template <int kBits>
-    static Vector ShiftWordsLeft(Vector value) {
-        return _mm_slli_epi16(value, kBits);
-    }
-    template <int kBits>
     static Vector ShiftWordsRight(Vector value) {
         return _mm_srai_epi16(value, kBits);
     }
     template <int kBits>
     static Vector ShiftWordsRightUnsigned(Vector value) {
         return _mm_srli_epi16(value, kBits);
-    }
-    template <int kBits>
-    static Vector ShiftNumbersLeft(Vector value) {
-        return _mm_slli_epi32(value, kBits);
     }
     template <int kBits>
     static Vector ShiftNumbersRight(Vector value) {

@@ -2,10 +2,12 @@
 //
 // For an integer luma Y the clamped truncation of Y + t is the clamp of Y + floor(t), so chroma
 // contributes one integer per component. For all U and V from 0 to 255 these are exactly
-//   red    floor(1.40199958 V - 179.4557903) = ((V * 256 * 45940 >> 16) - 22970) >> 7
-//   blue   floor(1.77200007 U - 226.816062)  = ((U * 256 * 58065 >> 16) - 29033) >> 7
+//   red    floor(1.40199958 V - 179.4557903) = ((104 V * 56542 >> 16) - 11485) >> 6
+//   blue   floor(1.77200007 U - 226.816062)  = ((121 U * 61423 >> 16) - 14516) >> 6
 //   green  floor(135.4587945 - (0.344135677 U + 0.71413615 V))
-//                                  = (71019392 - 180426 U - 374413 V) >> 19
+//                                  = (568155264 - 121 U * 11929 - 104 V * 28801) >> 22
+// 121 U and 104 V serve all three: of the multiples that fit a word only these leave both green
+// exact with factors of a word and red and blue with one shift.
 #pragma once
 
 #include <cstdint>
@@ -20,16 +22,16 @@ constexpr int WordPair(int even, int odd) {
                             static_cast<std::uint32_t>(odd & 0xFFFF) << 16);
 }
 
-inline constexpr int kChromaFactors = WordPair(58065, 45940);
-inline constexpr int kChromaOffsets = WordPair(29033, 22970);
-inline constexpr int kChromaShift = 7;
+// Of the bytes U, any, V, any.
+inline constexpr int kChromaMultiples = WordPair(121, 104);
 
-// The factors of green are wider than a word: each is split at 8 bits, into 704 * 256 + 202 and
-// 1462 * 256 + 141.
-inline constexpr int kGreenHighFactors = WordPair(-704, -1462);
-inline constexpr int kGreenLowFactors = WordPair(-202, -141);
-inline constexpr int kGreenOffset = 71019392;
-inline constexpr int kGreenShift = 19;
+inline constexpr int kBlueRedFactors = WordPair(61423, 56542);
+inline constexpr int kBlueRedOffsets = WordPair(14516, 11485);
+inline constexpr int kBlueRedShift = 6;
+
+inline constexpr int kGreenFactors = WordPair(-11929, -28801);
+inline constexpr int kGreenOffset = 568155264;
+inline constexpr int kGreenShift = 22;
 
 /// What chroma contributes, for groups of four bytes U, any, V, any.
 template <typename Set>
@@ -42,15 +44,12 @@ struct YuvTerms {
 /// `Set` names the operations of an instruction set.
 template <typename Set, typename Vector = typename Set::Vector>
 YuvTerms<Set> ChromaTerms(Vector groups) {
-    const Vector scaled =
-        Set::MultiplyHigh(Set::template ShiftWordsLeft<8>(groups), Set::Fill(kChromaFactors));
-    const Vector chroma = Set::And(groups, Set::Fill(0x00FF00FF));
-    const Vector high = Set::MultiplyAdd(chroma, Set::Fill(kGreenHighFactors));
-    const Vector low = Set::MultiplyAdd(chroma, Set::Fill(kGreenLowFactors));
-    const Vector green = Set::AddNumbers(
-        Set::AddNumbers(Set::template ShiftNumbersLeft<8>(high), low), Set::Fill(kGreenOffset));
-    return {Set::template ShiftWordsRight<kChromaShift>(
-                Set::SubtractWords(scaled, Set::Fill(kChromaOffsets))),
+    const Vector chroma = Set::MultiplyAddBytes(groups, Set::Fill(kChromaMultiples));
+    const Vector blueRed = Set::SubtractWords(Set::MultiplyHigh(chroma, Set::Fill(kBlueRedFactors)),
+                                              Set::Fill(kBlueRedOffsets));
+    const Vector green = Set::AddNumbers(Set::MultiplyAdd(chroma, Set::Fill(kGreenFactors)),
+                                         Set::Fill(kGreenOffset));
+    return {Set::template ShiftWordsRight<kBlueRedShift>(blueRed),
             Set::template ShiftNumbersRight<kGreenShift>(green)};
 }
 
