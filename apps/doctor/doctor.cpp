@@ -18,6 +18,8 @@
 
 namespace {
 
+constexpr const char* kAddress = "address";
+
 bool Contains(const std::vector<std::string>& list, const std::string& text) {
     return std::find(list.begin(), list.end(), text) != list.end();
 }
@@ -107,11 +109,19 @@ void Doctor::FixAddress() {
     std::copy_if(facts.network.cameras.begin(), facts.network.cameras.end(),
                  std::back_inserter(lost),
                  [](const GigeCamera& camera) { return !camera.IsInSubnet(); });
-    if (lost.empty()) {
-        return;
+    if (!lost.empty()) {
+        ForceAddress(lost);
+    } else if (options.address && !options.isPersistent) {
+        report.fixes.push_back({false, kAddress, "", "no camera is in another subnet"});
     }
+    if (options.address && options.isPersistent) {
+        KeepAddress(*options.address);
+    }
+}
+
+void Doctor::ForceAddress(const std::vector<GigeCamera>& lost) {
     const GigeCamera& camera = lost.front();
-    FixReport fix{false, "address", camera.model + " " + camera.serial, ""};
+    FixReport fix{false, kAddress, camera.model + " " + camera.serial, ""};
     const auto isTaken = [&](std::uint32_t address) {
         return std::any_of(facts.network.interfaces.begin(), facts.network.interfaces.end(),
                            [&](const auto& one) { return one.address == address; }) ||
@@ -134,12 +144,33 @@ void Doctor::FixAddress() {
         GigeSearch search(facts.network.interfaces, machine.cameraPort);
         fix.isDone = search.ForceAddress(camera, *options.address, machine.searchMs);
         fix.text = fix.isDone ? IpText(camera.address) + " -> " + IpText(*options.address) +
-                                    " until the camera's power is switched off; "
-                                    "Camera/GevPersistentIPAddress keeps it"
+                                    (options.isPersistent
+                                         ? ""
+                                         : " until the camera's power is switched off; with "
+                                           "--persistent it keeps the address")
                               : "the camera does not reply from " + IpText(*options.address);
         facts.network.cameras = search.Run(machine.searchMs);
     }
     report.fixes.push_back(fix);
+}
+
+/// A camera that has not taken the address has been reported.
+void Doctor::KeepAddress(std::uint32_t address) {
+    const std::vector<GigeCamera>& cameras = facts.network.cameras;
+    const auto camera = std::find_if(cameras.begin(), cameras.end(), [&](const GigeCamera& one) {
+        return one.address == address && one.IsInSubnet();
+    });
+    if (camera != cameras.end()) {
+        const std::string problem =
+            GigeSearch(facts.network.interfaces, machine.cameraPort).KeepAddress(*camera);
+        report.fixes.push_back(
+            {problem.empty(), kAddress, camera->model + " " + camera->serial,
+             IpText(address) + (problem.empty() ? " is kept when its power is switched off"
+                                                : " is not kept at power-off: " + problem)});
+    } else if (report.fixes.empty() || report.fixes.back().check != kAddress) {
+        report.fixes.push_back(
+            {false, kAddress, "", "no camera is in another subnet or has " + IpText(address)});
+    }
 }
 
 void Doctor::LookAtSdkAndCameras() {

@@ -18,6 +18,7 @@ struct AppOptions;
 struct DoctorOptions {
     bool fix = false;
     std::optional<std::uint32_t> address; ///< for the one camera that is in another subnet
+    bool isPersistent = false;            ///< that address, also after power-off
     std::vector<std::string> interfaces;  ///< names or addresses; empty: all
     std::vector<std::string> only;        ///< "sdk", "network", "usb", "camera"; empty: all
     bool json = false;
@@ -53,6 +54,8 @@ private:
     void LookAtNetwork();
     void FixNetwork();
     void FixAddress();
+    void ForceAddress(const std::vector<GigeCamera>& lost);
+    void KeepAddress(std::uint32_t address);
     void LookAtSdkAndCameras();
     void LookAtCameras(class Session& session, IGrabberMaker& maker);
     void Add(const std::vector<Finding>& findings);

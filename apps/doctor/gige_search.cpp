@@ -11,6 +11,8 @@ namespace {
 constexpr std::uint32_t kEverybody = 0xFFFFFFFF;
 constexpr std::uint32_t kRegisterMs = 300;
 constexpr std::uint32_t kControlBits = 3;
+constexpr std::uint32_t kControl = 2;
+constexpr std::uint32_t kPersistentAddress = 1;
 constexpr std::uint64_t kNanoseconds = 1000000; // of a millisecond
 
 } // namespace
@@ -155,6 +157,38 @@ std::optional<std::uint32_t> GigeSearch::ReadRegister(platform::UdpSocket& socke
     socket.Send(camera.address, port, gvcp::ReadRegister(id, place));
     const auto reply = socket.Receive(timeoutMs);
     return reply ? gvcp::ParseRegister(reply->data, id) : std::nullopt;
+}
+
+bool GigeSearch::WriteRegister(platform::UdpSocket& socket, const GigeCamera& camera,
+                               std::uint32_t place, std::uint32_t value) {
+    const std::uint16_t id = NextId();
+    socket.Send(camera.address, port, gvcp::WriteRegister(id, place, value));
+    const auto reply = socket.Receive(kRegisterMs);
+    return reply && gvcp::IsWritten(reply->data, id);
+}
+
+std::string GigeSearch::KeepAddress(const GigeCamera& camera) {
+    platform::UdpSocket socket;
+    const auto read = [&](std::uint32_t place) {
+        return ReadRegister(socket, camera, place, kRegisterMs);
+    };
+    const auto write = [&](std::uint32_t place, std::uint32_t value) {
+        return WriteRegister(socket, camera, place, value);
+    };
+    if (!socket.Open(camera.interfaceAddress, 0) || !write(gvcp::kControlRegister, kControl)) {
+        return "it does not reply, or somebody else has it open";
+    }
+    const auto before = read(gvcp::kNetworkRegister);
+    const bool isWritten = before && write(gvcp::kPersistentAddressRegister, camera.address) &&
+                           write(gvcp::kPersistentNetmaskRegister, camera.interfaceNetmask) &&
+                           // The one of the former subnet would not be reached.
+                           write(gvcp::kPersistentGatewayRegister, 0) &&
+                           write(gvcp::kNetworkRegister, *before | kPersistentAddress);
+    const bool isKept = isWritten && read(gvcp::kPersistentAddressRegister) == camera.address &&
+                        read(gvcp::kPersistentNetmaskRegister) == camera.interfaceNetmask &&
+                        (read(gvcp::kNetworkRegister).value_or(0) & kPersistentAddress) != 0;
+    write(gvcp::kControlRegister, 0);
+    return isKept ? "" : "it does not take a persistent address";
 }
 
 bool GigeSearch::ForceAddress(const GigeCamera& camera, std::uint32_t address,

@@ -28,6 +28,9 @@ public:
     /// Gives a camera that Run has found another address until its power is switched off, and looks
     /// for it there. False when it does not reply from there.
     bool ForceAddress(const GigeCamera& camera, std::uint32_t address, std::uint32_t timeoutMs);
+    /// Has a camera keep the address that it has, with the netmask of its interface, when its power
+    /// is switched off. Returns why that could not be done; empty once it has been read back.
+    std::string KeepAddress(const GigeCamera& camera);
 
 private:
     class Asker;
@@ -40,6 +43,8 @@ private:
     /// nullopt when the camera does not let it be read, or has gone.
     std::optional<std::uint32_t> ReadRegister(platform::UdpSocket& socket, const GigeCamera& camera,
                                               std::uint32_t place, std::uint32_t timeoutMs);
+    bool WriteRegister(platform::UdpSocket& socket, const GigeCamera& camera, std::uint32_t place,
+                       std::uint32_t value);
     std::uint16_t NextId();
 
     const std::vector<platform::NetworkInterface> interfaces;

@@ -14,6 +14,7 @@ constexpr std::uint8_t kMayBroadcast = 0x10;
 constexpr std::uint16_t kDiscovery = 0x0002;
 constexpr std::uint16_t kForceIp = 0x0004;
 constexpr std::uint16_t kReadRegister = 0x0080;
+constexpr std::uint16_t kWriteRegister = 0x0082;
 constexpr std::size_t kHeaderSize = 8;
 constexpr std::size_t kDiscoverySize = 248;
 constexpr std::size_t kForceIpSize = 56;
@@ -70,6 +71,13 @@ Message ReadRegister(std::uint16_t id, std::uint32_t address) {
     return message;
 }
 
+Message WriteRegister(std::uint16_t id, std::uint32_t address, std::uint32_t value) {
+    Message message = Command(kWantsReply, kWriteRegister, id, 8);
+    Put(message, kHeaderSize, address, 4);
+    Put(message, kHeaderSize + 4, value, 4);
+    return message;
+}
+
 Message ForceAddress(std::uint16_t id, std::uint64_t mac, std::uint32_t address,
                      std::uint32_t netmask) {
     Message message = Command(kWantsReply | kMayBroadcast, kForceIp, id, kForceIpSize);
@@ -98,6 +106,10 @@ std::optional<GigeCamera> ParseDiscovery(const Message& reply, std::uint16_t id)
 std::optional<std::uint32_t> ParseRegister(const Message& reply, std::uint16_t id) {
     return IsReply(reply, kReadRegister, id, 4) ? std::optional(Take32(reply, kHeaderSize))
                                                 : std::nullopt;
+}
+
+bool IsWritten(const Message& reply, std::uint16_t id) {
+    return IsReply(reply, kWriteRegister, id, 0);
 }
 
 } // namespace gvcp

@@ -38,9 +38,9 @@ constexpr const char* kDoctorFooter =
     "there is a problem. Every camera is opened, and some frames are taken from it.\n"
     "\n"
     "--fix raises the system's receive buffer (as root), gives a camera of another subnet the\n"
-    "address of --address, negotiates the packet size and looks for a packet delay with which\n"
-    "frames are whole. Lines that begin with fixed or unfixed say what came of that, read back\n"
-    "from system and camera; all others are what is so afterwards.\n"
+    "address of --address, for good with --persistent, negotiates the packet size and looks for a\n"
+    "packet delay with which frames are whole. Lines that begin with fixed or unfixed say what\n"
+    "came of that, read back from system and camera; all others are what is so afterwards.\n"
     "\n"
     "Examples:\n"
     "  mivora doctor\n"
@@ -59,12 +59,19 @@ void AddDoctorCommand(CommandLine& program, const AppOptions& options, const Mak
         program.AddCommand("doctor", "Find out what keeps a camera from working here");
     const auto arguments = std::make_shared<DoctorArguments>();
     DoctorOptions& doctor = arguments->doctor;
-    command.AddFlag("--fix", doctor.fix, "Correct what can be corrected from here");
+    const CommandOption fix =
+        command.AddFlag("--fix", doctor.fix, "Correct what can be corrected from here");
+    const CommandOption address =
+        command
+            .AddOption("--address", arguments->address,
+                       "With --fix: the address for a camera that is in another subnet")
+            .Check(AddressProblem)
+            .TypeName("ADDRESS")
+            .Needs(fix);
     command
-        .AddOption("--address", arguments->address,
-                   "With --fix: the address for a camera that is in another subnet")
-        .Check(AddressProblem)
-        .TypeName("ADDRESS");
+        .AddFlag("--persistent", doctor.isPersistent,
+                 "The camera keeps that address when its power is switched off")
+        .Needs(address);
     command
         .AddOption("--interface", doctor.interfaces,
                    "Look at this network interface only, by name or address; may be repeated")

@@ -187,6 +187,34 @@ TEST_F(DoctorTest, ClaimsNoAddressThatTheCameraDidNotTake) {
     EXPECT_EQ(WorstOf(report.findings, "address"), "problem");
 }
 
+TEST_F(DoctorTest, HasACameraKeepItsAddress) {
+    FakeGigeCamera fake(kAnotherSubnet);
+    for (const std::uint32_t place :
+         {gvcp::kControlRegister, gvcp::kNetworkRegister, gvcp::kPersistentAddressRegister,
+          gvcp::kPersistentNetmaskRegister, gvcp::kPersistentGatewayRegister}) {
+        fake.SetRegister(place, 0);
+    }
+    interfaces = {{"lo", FakeGigeCamera::kLoopback, 0xFF000000, 65536, true, true}};
+    machine.cameraPort = fake.Port();
+    options.only = {"network"};
+    options.fix = true;
+    options.isPersistent = true;
+    options.address = 0x7F000009;
+    EXPECT_EQ(FixesOf(Run()), "fixed address 10.0.0.5 -> 127.0.0.9\n"
+                              "fixed address 127.0.0.9 is kept when its power is switched off\n");
+    EXPECT_EQ(fake.Register(gvcp::kPersistentAddressRegister), 0x7F000009u);
+    fake.SetRegister(gvcp::kPersistentAddressRegister, 0);
+    EXPECT_EQ(FixesOf(Run()), "fixed address 127.0.0.9 is kept when its power is switched off\n")
+        << "which it has already";
+    fake.SetRegister(gvcp::kControlRegister, 2);
+    EXPECT_EQ(FixesOf(Run()), "unfixed address 127.0.0.9 is not kept at power-off: it does not "
+                              "reply, or somebody else has it open\n");
+    options.address = 0x7F000008;
+    EXPECT_EQ(FixesOf(Run()), "unfixed address no camera is in another subnet or has 127.0.0.8\n");
+    options.isPersistent = false;
+    EXPECT_EQ(FixesOf(Run()), "unfixed address no camera is in another subnet\n");
+}
+
 TEST_F(DoctorTest, LooksAtTheInterfacesThatAreNamed) {
     interfaces = {{"eth0", 0, 0, 1500, true, false}, {"eth1", 0, 0, 1500, true, false}};
     options.only = {"network"};

@@ -11,8 +11,9 @@
 #include <thread>
 #include <vector>
 
-/// Replies to searches and reads of registers, and takes another address. It has no network of its
-/// own: whatever address it claims, its replies come from 127.0.0.1.
+/// Replies to searches, reads of registers and writes of those that it has, and takes another
+/// address. It has no network of its own: whatever address it claims, its replies come from
+/// 127.0.0.1, or from another address that begins with 127 once it has been given that one.
 class FakeGigeCamera {
 public:
     static constexpr std::uint32_t kLoopback = 0x7F000001;
@@ -22,13 +23,13 @@ public:
     explicit FakeGigeCamera(std::uint32_t claimedAddress, bool takesAddress = true)
         : address(claimedAddress), isObedient(takesAddress) {
         isOpen = socket.Open(kLoopback, 0);
-        thread = std::thread([this] { Serve(); });
+        thread = std::thread([this] { Serve(socket); });
     }
     ~FakeGigeCamera() {
-        platform::UdpSocket end;
-        end.Open(kLoopback, 0);
-        end.Send(kLoopback, socket.Port(), {}); // an empty datagram ends it
-        thread.join();
+        End(kLoopback, thread);
+        if (givenThread.joinable()) {
+            End(Address(), givenThread);
+        }
     }
     FakeGigeCamera(const FakeGigeCamera&) = delete;
     FakeGigeCamera& operator=(const FakeGigeCamera&) = delete;
@@ -42,6 +43,10 @@ public:
     void SetRegister(std::uint32_t place, std::uint32_t value) {
         platform::MutexLock lock(mutex);
         registers[place] = value;
+    }
+    std::uint32_t Register(std::uint32_t place) const {
+        platform::MutexLock lock(mutex);
+        return registers.at(place);
     }
 
 private:
@@ -58,14 +63,38 @@ private:
         std::copy(text.begin(), text.end(), message.begin() + static_cast<std::ptrdiff_t>(at));
     }
 
-    void Serve() {
+    void End(std::uint32_t at, std::thread& serving) const {
+        platform::UdpSocket end;
+        end.Open(kLoopback, 0);
+        end.Send(at, socket.Port(), {}); // an empty datagram ends it
+        serving.join();
+    }
+    void Serve(platform::UdpSocket& at) {
         while (isOpen) {
-            const auto request = socket.Receive(60000);
+            const auto request = at.Receive(60000);
             if (!request || request->data.size() < 8) {
                 return;
             }
-            socket.Send(request->address, request->port, Reply(request->data));
+            at.Send(request->address, request->port, Reply(request->data));
         }
+    }
+    void TakeAddress(std::uint32_t given) REQUIRES(mutex) {
+        address = given;
+        if (given != kLoopback && given >> 24 == kLoopback >> 24 && !givenThread.joinable() &&
+            givenSocket.Open(given, socket.Port())) {
+            givenThread = std::thread([this] { Serve(givenSocket); });
+        }
+    }
+    /// True unless there is no such register, or somebody else has control.
+    bool Write(std::uint32_t place, std::uint32_t value) REQUIRES(mutex) {
+        const auto found = registers.find(place);
+        const std::uint32_t control = registers[gvcp::kControlRegister];
+        const bool isAllowed =
+            place == gvcp::kControlRegister ? control == 0 || value == 0 : control == 2;
+        if (found != registers.end() && isAllowed) {
+            found->second = value;
+        }
+        return found != registers.end() && isAllowed;
     }
     gvcp::Message Reply(const gvcp::Message& request) {
         platform::MutexLock lock(mutex);
@@ -88,8 +117,11 @@ private:
             reply.resize(12);
             reply[0] = found == registers.end() ? 0x80 : 0; // an error
             Put(reply, 8, found == registers.end() ? 0u : found->second);
+        } else if (request[3] == 0x82) {
+            reply.resize(12);
+            reply[0] = Write(Number(request, 8), Number(request, 12)) ? 0 : 0x80;
         } else if (request[3] == 0x04 && isObedient) {
-            address = Number(request, 8 + 20);
+            TakeAddress(Number(request, 8 + 20));
         }
         return reply;
     }
@@ -100,5 +132,7 @@ private:
     const bool isObedient;
     platform::UdpSocket socket;
     bool isOpen = false;
+    platform::UdpSocket givenSocket;
     std::thread thread;
+    std::thread givenThread; // started by the other one
 };

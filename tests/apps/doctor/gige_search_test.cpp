@@ -48,6 +48,41 @@ TEST(GigeSearch, ClaimsNoAddressThatTheCameraDoesNotReplyFrom) {
     EXPECT_FALSE(search.ForceAddress(unknown, kHere, kSearchMs));
 }
 
+/// A camera with the registers of a persistent address.
+void AddNetworkRegisters(FakeGigeCamera& fake) {
+    fake.SetRegister(gvcp::kControlRegister, 0);
+    fake.SetRegister(gvcp::kNetworkRegister, 6);
+    fake.SetRegister(gvcp::kPersistentAddressRegister, kElsewhere);
+    fake.SetRegister(gvcp::kPersistentNetmaskRegister, 0xFFFFFF00);
+    fake.SetRegister(gvcp::kPersistentGatewayRegister, 0x0A000001);
+}
+
+TEST(GigeSearch, HasACameraKeepItsAddress) {
+    FakeGigeCamera fake(FakeGigeCamera::kLoopback);
+    AddNetworkRegisters(fake);
+    GigeSearch search(Loopback(), fake.Port());
+    EXPECT_EQ(search.KeepAddress(search.Run(kSearchMs).at(0)), "");
+    EXPECT_EQ(fake.Register(gvcp::kPersistentAddressRegister), FakeGigeCamera::kLoopback);
+    EXPECT_EQ(fake.Register(gvcp::kPersistentNetmaskRegister), 0xFF000000);
+    EXPECT_EQ(fake.Register(gvcp::kPersistentGatewayRegister), 0u);
+    EXPECT_EQ(fake.Register(gvcp::kNetworkRegister), 7u);
+    EXPECT_EQ(fake.Register(gvcp::kControlRegister), 0u) << "given back";
+}
+
+TEST(GigeSearch, KeepsNoAddressThatTheCameraDoesNotTake) {
+    FakeGigeCamera fake(FakeGigeCamera::kLoopback);
+    GigeSearch search(Loopback(), fake.Port());
+    const GigeCamera camera = search.Run(kSearchMs).at(0);
+    fake.SetRegister(gvcp::kControlRegister, 0);
+    EXPECT_EQ(search.KeepAddress(camera), "it does not take a persistent address");
+    EXPECT_EQ(fake.Register(gvcp::kControlRegister), 0u) << "given back";
+    AddNetworkRegisters(fake);
+    fake.SetRegister(gvcp::kControlRegister, 2);
+    EXPECT_EQ(search.KeepAddress(camera), "it does not reply, or somebody else has it open");
+    EXPECT_EQ(fake.Register(gvcp::kControlRegister), 2u) << "it is somebody else's";
+    EXPECT_EQ(fake.Register(gvcp::kPersistentAddressRegister), kElsewhere);
+}
+
 TEST(GigeSearch, ReadsWhoHasACamera) {
     FakeGigeCamera fake(FakeGigeCamera::kLoopback);
     GigeSearch search(Loopback(), fake.Port());
