@@ -79,6 +79,7 @@ void AcquisitionEngine::BeginAcquisition(const AcquisitionPlan& newPlan) {
     pendingTriggers = 0;
     repeatFrame = false;
     nextDue = skeleton::Clock::now();
+    isNew = true;
     acquiring = !isClosed;
     changed.NotifyAll();
 }
@@ -131,11 +132,23 @@ void AcquisitionEngine::Run() {
     while (!ending) {
         if (!IsCapturing() || !acquiring) {
             changed.Wait(mutex);
+        } else if (isNew) {
+            PreparePicture();
         } else if (IsFrameDue()) {
             const RunningFrame running(*this);
             SendFrame();
         }
     }
+}
+
+/// Before the first frame: a camera that took it late would send those that follow in a burst.
+void AcquisitionEngine::PreparePicture() {
+    isNew = false;
+    const ImageSetup image = plan.image;
+    mutex.Unlock();
+    picture.Prepare(image);
+    mutex.Lock();
+    nextDue = skeleton::Clock::now();
 }
 
 bool AcquisitionEngine::IsFrameDue() {

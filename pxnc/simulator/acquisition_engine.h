@@ -86,6 +86,7 @@ public:
 private:
     static void ThreadProcedure(void* self);
     void Run() EXCLUDES(mutex);
+    void PreparePicture() REQUIRES(mutex);
     bool IsFrameDue() REQUIRES(mutex);
     void SendFrame() REQUIRES(mutex);
     void Send(const SlotPointer& slot, std::uint64_t frameId, FrameFault fault) REQUIRES(mutex);
@@ -108,6 +109,7 @@ private:
     bool repeatFrame GUARDED_BY(mutex) = false; // the next frame has the number of the last
     bool writing GUARDED_BY(mutex) = false;
     bool acquiring GUARDED_BY(mutex) = false;
+    bool isNew GUARDED_BY(mutex) = false; // the acquisition has sent no frame
     bool ending GUARDED_BY(mutex) = false;
 };
 

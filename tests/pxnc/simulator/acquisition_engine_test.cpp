@@ -200,6 +200,28 @@ TEST_F(AcquisitionTest, FramesKeepTheFrameRate) {
     }
 }
 
+TEST_F(AcquisitionTest, APictureThatTakesItsTimeLeadsToNoBurst) {
+    ASSERT_EQ(PxnFeatureIntSet(camera, "Width", 1280), 0);
+    ASSERT_EQ(PxnFeatureIntSet(camera, "Height", 16), 0);
+    ASSERT_EQ(PxnFeatureEnumSet(camera, "TestPattern", "Noise"), 0);
+    ASSERT_EQ(PxnFeatureFloatSet(camera, "ExposureTime", 100), 0);
+    ASSERT_EQ(PxnFeatureFloatSet(camera, "AcquisitionFrameRate", 500), 0);
+    // A machine that stands still leads to one, too.
+    std::uint64_t interval = 0;
+    for (std::int64_t seed = 1; seed <= 20 && interval < kNanosecondsPerMillisecond; ++seed) {
+        ASSERT_EQ(PxnFeatureIntSet(camera, "TestPatternSeed", seed), 0); // another picture
+        std::vector<Buffer> buffers = Announce(camera, 4);
+        Receiver receiver;
+        Queue(buffers, receiver);
+        Start();
+        EXPECT_TRUE(receiver.frames.WaitFor(3));
+        Stop();
+        const std::vector<PxnFrame> seen = receiver.Seen();
+        interval = seen[2].timestamp - seen[1].timestamp;
+    }
+    EXPECT_GE(interval, kNanosecondsPerMillisecond);
+}
+
 TEST_F(AcquisitionTest, FreeRunningIsFast) {
     SetFast();
     std::vector<Buffer> buffers = Announce(camera, 8);
