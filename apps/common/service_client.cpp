@@ -1,8 +1,6 @@
 // service_client.cpp - the services of a grabber module, with types of the standard library
 #include "apps/common/service_client.h"
 
-#include "apps/common/command_failure.h"
-
 #include <algorithm>
 #include <exception>
 #include <new>
@@ -219,7 +217,8 @@ MV_SERVICE_RESULT ServiceClient::Run(const char* service, const std::string& obj
     for (const std::string& line : reasons ? reasons() : std::deque<std::string>()) {
         details.push_back(line.substr(std::min(line.find_first_not_of(' '), line.size())));
     }
-    throw CommandFailure(
+    throw ServiceFailure(
+        result,
         std::string(service) + " failed with " + std::to_string(static_cast<int>(result)) + " (" +
             ServiceResultText(result) + ")" + (object.empty() ? "" : " for " + object),
         details);

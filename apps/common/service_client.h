@@ -1,6 +1,7 @@
 // service_client.h - the services of a grabber module, with types of the standard library
 #pragma once
 
+#include "apps/common/command_failure.h"
 #include "mivora/module_services.h"
 
 #include <cstdint>
@@ -103,10 +104,23 @@ struct SettingsOutcome {
     std::vector<SettingReport> settings;
 };
 
+/// A service that has failed.
+class ServiceFailure : public CommandFailure {
+public:
+    ServiceFailure(MV_SERVICE_RESULT serviceResult, const std::string& text,
+                   const std::vector<std::string>& reasons)
+        : CommandFailure(text, reasons), result(serviceResult) {}
+
+    MV_SERVICE_RESULT Result() const { return result; }
+
+private:
+    MV_SERVICE_RESULT result;
+};
+
 /// The meaning of a result, for people.
 const char* ServiceResultText(MV_SERVICE_RESULT result);
 
-/// Calls services. Every failure throws CommandFailure, which names the service, the result and its
+/// Calls services. Every failure throws ServiceFailure, which names the service, the result and its
 /// meaning, the object, and the reasons of the service and of the log. One thread.
 class ServiceClient {
 public:

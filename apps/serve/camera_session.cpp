@@ -76,6 +76,7 @@ void CameraSession::Open(const std::string& wanted) {
 }
 
 void CameraSession::OpenActive() {
+    followed.Clear();
     session.OpenActCamera();
     isOpen = true;
     isGone = false;
@@ -189,6 +190,31 @@ void CameraSession::StopGrabbing(const std::string& why) {
         state.rate = 0;
         state.timing.swap(timing);
     });
+}
+
+void CameraSession::ChangeStopped(const std::function<void()>& change) {
+    RequireOpen();
+    if (recording) {
+        throw RequestFailure(kConflict,
+                             "a recording is being made, which would end; stop it first");
+    }
+    StopGrabbing("a feature was changed");
+    try {
+        change();
+    } catch (...) {
+        if (isToGrab) {
+            StartGrabbing();
+        }
+        throw;
+    }
+    if (isToGrab) {
+        StartGrabbing();
+    }
+}
+
+std::vector<FeatureChanges::Name> CameraSession::FollowersOf(const std::string& module,
+                                                             const std::string& feature) const {
+    return followed.FollowersOf(module, feature);
 }
 
 FramePointer CameraSession::Snap() {

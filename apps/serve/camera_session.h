@@ -6,6 +6,7 @@
 #include "apps/common/session.h"
 #include "apps/serve/camera_lister.h"
 #include "apps/serve/feature_changes.h"
+#include "apps/serve/followed_features.h"
 #include "apps/serve/frame_holder.h"
 #include "apps/serve/frame_taker.h"
 #include "apps/serve/running_recording.h"
@@ -63,11 +64,20 @@ public:
     /// Ends the recording with what it has.
     void StopRecording();
 
+    /// Runs `change` while no frames are grabbed, and goes on afterwards as before.
+    void ChangeStopped(const std::function<void()>& change);
+
+    /// Which features follow this one, as the opening has logged it.
+    std::vector<FeatureChanges::Name> FollowersOf(const std::string& module,
+                                                  const std::string& feature) const;
+
     bool IsOpen() const { return isOpen; }
     bool IsGrabbing() const { return taker.has_value(); }
     /// The features of the open camera. Throws RequestFailure without one.
     ServiceClient& Services();
     Session& Base() { return session; }
+    /// Gets the lines of the log, of which those of an opening say what follows what. Any thread.
+    void NoteLogLine(int level, const std::string& text) { followed.TakeLine(level, text); }
 
     /// Looks after what changes by itself; to be called about five times a second. `isListWanted`
     /// says whether somebody looks at the list of cameras.
@@ -96,6 +106,7 @@ private:
     CameraLister lister;
     const std::vector<FeatureAssignment> assignments;
     FeatureChanges changes;
+    FollowedFeatures followed;
 
     bool isOpen = false;
     bool isGone = false;

@@ -20,6 +20,7 @@ ServeApp::ServeApp(const AppOptions& options, IGrabberMaker& maker,
     AddCameraRoutes(routes, parts);
     AddStreamRoutes(routes, parts);
     AddImageRoutes(routes, parts);
+    AddFeatureRoutes(routes, parts);
     AddEventRoutes(routes, parts);
     session.Base().Log().Watch(this);
     server.Listen(settings.address, settings.port);
@@ -61,5 +62,6 @@ void ServeApp::OnFeatureChanged(const FeatureDescription& feature,
 }
 
 void ServeApp::OnLogLine(int level, const std::string& text) {
+    session.NoteLogLine(level, text);
     parts.events.Publish("log", JsonObject({{"level", level}, {"text", text}}).Text());
 }
