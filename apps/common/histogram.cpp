@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <numeric>
 
 // Values below 2^kFractionBits have one bucket each. Above that, every power of two is divided into
 // 2^kFractionBits buckets of equal width.
@@ -49,4 +50,9 @@ std::uint64_t Histogram::Percentile(double percent) const {
         }
     }
     return most;
+}
+
+std::uint64_t Histogram::CountUpTo(std::uint64_t value) const {
+    const auto end = buckets.begin() + static_cast<std::ptrdiff_t>(BucketOf(value) + 1);
+    return std::accumulate(buckets.begin(), end, std::uint64_t{0});
 }

@@ -19,6 +19,9 @@ public:
     /// end of its bucket but never above Max. 0 without values.
     std::uint64_t Percentile(double percent) const;
 
+    /// The values that are at most `value`, or so near to it that they share its bucket.
+    std::uint64_t CountUpTo(std::uint64_t value) const;
+
 private:
     static constexpr unsigned kFractionBits = 7;
     static constexpr std::size_t kBuckets = (64 - kFractionBits + 1) << kFractionBits;

@@ -16,8 +16,8 @@
 #include <atomic>
 #include <cstring>
 #include <deque>
+#include <exception>
 #include <list>
-#include <new>
 #include <utility>
 
 namespace {
@@ -89,7 +89,8 @@ void PutAnswer(HttpAnswer& answer, HttpConnection& connection, httplib::Response
         return;
     }
     const std::shared_ptr<IHttpStream> stream = std::move(answer.stream);
-    const auto send = [stream, &connection](httplib::DataSink& sink) {
+    const bool isEndless = answer.streamBytes == 0;
+    const auto send = [stream, isEndless, &connection](httplib::DataSink& sink) {
         bool isSent = false;
         bool isFine = true;
         const bool goesOn = stream->SendNext([&](const void* data, std::size_t size) {
@@ -97,8 +98,8 @@ void PutAnswer(HttpAnswer& answer, HttpConnection& connection, httplib::Response
             isFine = isFine && sink.write(static_cast<const char*>(data), size);
             return isFine;
         });
-        if (!goesOn) {
-            sink.done();
+        if (!goesOn && isEndless) {
+            sink.done(); // which the library sets only where it counts
         }
         // Who waits for nothing is not noticed by sending.
         return isFine && (isSent || !connection.HasEnded());
@@ -223,6 +224,29 @@ private:
         Impl& owner;
     };
 
+    using OpenConnections = std::list<OpenConnection>;
+
+    /// A connection among the open ones.
+    class Listed {
+    public:
+        Listed(Impl& listOwner, HttpConnection& connection) : owner(listOwner) {
+            const platform::MutexLock lock(owner.mutex);
+            position = owner.open.insert(owner.open.end(), {&connection, true});
+        }
+        ~Listed() {
+            const platform::MutexLock lock(owner.mutex);
+            owner.open.erase(position);
+        }
+        Listed(const Listed&) = delete;
+        Listed& operator=(const Listed&) = delete;
+
+        OpenConnections::iterator Position() const { return position; }
+
+    private:
+        Impl& owner;
+        OpenConnections::iterator position;
+    };
+
     void Enqueue(ConnectionTask task) {
         bool isTaken = false;
         {
@@ -319,20 +343,14 @@ private:
                 connection.Refuse(kBusy);
                 return;
             }
-            std::list<OpenConnection>::iterator entry;
-            {
-                const platform::MutexLock lock(mutex);
-                entry = open.insert(open.end(), {&connection, true});
-            }
-            ServeRequests(connection, entry);
-            const platform::MutexLock lock(mutex);
-            open.erase(entry);
-        } catch (const std::bad_alloc&) {
-            return; // this connection ends; the others go on
+            const Listed entry(*this, connection);
+            ServeRequests(connection, entry.Position());
+        } catch (const std::exception&) {
+            return; // memory ran out, or an answer failed in the midst: this connection ends
         }
     }
 
-    void ServeRequests(HttpConnection& connection, std::list<OpenConnection>::iterator entry) {
+    void ServeRequests(HttpConnection& connection, OpenConnections::iterator entry) {
         HttpRequest request;
         HttpRefusal refusal;
         while (!isEnding) {
@@ -351,14 +369,14 @@ private:
         }
     }
 
-    void Await(std::list<OpenConnection>::iterator entry) {
+    void Await(OpenConnections::iterator entry) {
         const platform::MutexLock lock(mutex);
         entry->isWaiting = true;
         open.splice(open.end(), open, entry);
     }
 
     /// False when the connection has made room for another one.
-    bool IsToServe(std::list<OpenConnection>::iterator entry) {
+    bool IsToServe(OpenConnections::iterator entry) {
         const platform::MutexLock lock(mutex);
         ++requests;
         return std::exchange(entry->isWaiting, false);
@@ -370,7 +388,7 @@ private:
             answer = ErrorAnswer(429, "too many requests at a time; try again in a second");
             answer->headers.emplace_back("Retry-After", "1");
         } else {
-            answer = handler.Refuse(request.head);
+            answer = RefusalOf(request.head);
         }
         request.body.clear();
         if (answer && request.head.contentLength != 0) {
@@ -387,6 +405,14 @@ private:
         preparedConnection = &connection;
         CheckedRequest checked(connection, request.head);
         return engine.Answer(checked, request.head.isLast || isEnding);
+    }
+
+    std::optional<HttpAnswer> RefusalOf(const HttpHead& head) {
+        try {
+            return handler.Refuse(head);
+        } catch (const std::exception& failure) {
+            return ErrorAnswer(500, failure.what());
+        }
     }
 
     HttpAnswer AnswerOf(const HttpRequest& request) {
@@ -412,7 +438,7 @@ private:
     std::vector<platform::Thread> threads GUARDED_BY(mutex);
     std::size_t idleThreads GUARDED_BY(mutex) = 0;
     bool areThreadsEnding GUARDED_BY(mutex) = false;
-    std::list<OpenConnection> open GUARDED_BY(mutex); // in the order of their last answers
+    OpenConnections open GUARDED_BY(mutex); // in the order of their last answers
     std::uint64_t requests GUARDED_BY(mutex) = 0;
     std::uint64_t refused GUARDED_BY(mutex) = 0;
 

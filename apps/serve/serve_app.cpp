@@ -21,7 +21,11 @@ ServeApp::ServeApp(const AppOptions& options, IGrabberMaker& maker,
     AddStreamRoutes(routes, parts);
     AddImageRoutes(routes, parts);
     AddFeatureRoutes(routes, parts);
+    AddSettingsRoutes(routes, parts);
+    AddSimulatorRoutes(routes, parts);
+    AddRecordingRoutes(routes, parts);
     AddEventRoutes(routes, parts);
+    AddMetricsRoutes(routes, parts);
     session.Base().Log().Watch(this);
     server.Listen(settings.address, settings.port);
     gate.emplace(GateSettings{settings.address, server.Port(), settings.token});

@@ -40,6 +40,7 @@ void AddStreamRoutes(RouteTable& table, ServeParts& parts);
 void AddImageRoutes(RouteTable& table, ServeParts& parts);
 void AddFeatureRoutes(RouteTable& table, ServeParts& parts);
 void AddSettingsRoutes(RouteTable& table, ServeParts& parts);
+void AddSimulatorRoutes(RouteTable& table, ServeParts& parts);
 void AddRecordingRoutes(RouteTable& table, ServeParts& parts);
 void AddEventRoutes(RouteTable& table, ServeParts& parts);
 void AddMetricsRoutes(RouteTable& table, ServeParts& parts);
