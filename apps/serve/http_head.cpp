@@ -52,9 +52,10 @@ std::string_view Trim(std::string_view text) {
 }
 
 int HexDigit(char c) {
-    int value = 0;
-    const auto [end, error] = std::from_chars(&c, &c + 1, value, 16);
-    return error == std::errc() && end == &c + 1 ? value : -1;
+    constexpr std::string_view kDigits = "0123456789ABCDEF";
+    const char upper = c >= 'a' && c <= 'f' ? static_cast<char>(c - 'a' + 'A') : c;
+    const std::size_t digit = kDigits.find(upper);
+    return digit == std::string_view::npos ? -1 : static_cast<int>(digit);
 }
 
 class HeadReader {

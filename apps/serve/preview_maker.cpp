@@ -37,7 +37,7 @@ public:
         const unsigned long most = tjBufSize(width, height, sampling);
         buffer.resize(std::max<std::size_t>(buffer.size(), most));
         unsigned char* output = buffer.data();
-        unsigned long size = buffer.size();
+        auto size = static_cast<unsigned long>(buffer.size());
         if (tjCompress2(handle, image.pixels, width, 0, height,
                         image.channels == 1 ? TJPF_GRAY : TJPF_RGB, &output, &size, sampling,
                         quality, TJFLAG_NOREALLOC | TJFLAG_FASTDCT) != 0) {

@@ -25,9 +25,9 @@ struct RouteCall {
 struct Route {
     const char* method = "GET"; ///< of GET also HEAD
     std::string path;           ///< "/api/features/{module}/{name}"
-    std::vector<std::string> query;
+    std::vector<std::string> query{};
     RouteBody body = RouteBody::kNone;
-    std::function<HttpAnswer(const RouteCall& call)> run;
+    std::function<HttpAnswer(const RouteCall& call)> run{};
 };
 
 /// The routes of a server. Set up by one thread, then used by any.

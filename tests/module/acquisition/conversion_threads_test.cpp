@@ -119,8 +119,8 @@ TEST_F(ConversionThreads, AreLeftAloneByAStopInsideTheCallback) {
     OpenWith(three);
     ASSERT_EQ(Grabber().PrepareFrameBuffers(2), MV_OK);
     Grabber().InstPostProcessCallBack(
-        [](uint64_t, uint32_t, void* grabber) {
-            EXPECT_EQ(static_cast<CMivoraKVNPyxenClass*>(grabber)->StopSnap(), MV_OK);
+        [](uint64_t, uint32_t, void* own) {
+            EXPECT_EQ(static_cast<CMivoraKVNPyxenClass*>(own)->StopSnap(), MV_OK);
         },
         &Grabber());
     for (int round = 0; round < 3; ++round) {
