@@ -51,8 +51,8 @@ public:
     NoFrameCause Find() {
         NoFrameCause cause;
         // What is certain before what is likely.
-        if (IsGone(cause) || IsNotStarted(cause) || IsIncomplete(cause) || IsTriggered(cause) ||
-            IsSlow(cause) || HasNoBuffer(cause) || IsNotArriving(cause)) {
+        if (IsGone(cause) || IsNotStarted(cause) || HasEnded(cause) || IsIncomplete(cause) ||
+            IsTriggered(cause) || IsSlow(cause) || HasNoBuffer(cause) || IsNotArriving(cause)) {
             return cause;
         }
         cause.text = "the camera replies, waits for no trigger and sends nothing";
@@ -81,6 +81,17 @@ private:
             return false;
         }
         cause = {NoFrameKind::kNotStarted, "its start failed with: " + facts.startErrors.front()};
+        return true;
+    }
+
+    /// Of an SDK that plays a recording.
+    bool HasEnded(NoFrameCause& cause) {
+        const std::optional<ServiceValue> ended = services.TryReadFeature(kCamera, "PlaybackEnded");
+        if (!ended || ended->integer == 0) {
+            return false;
+        }
+        cause = {NoFrameKind::kEnded, "the recording that is played has ended; with "
+                                      "Camera/PlaybackRepeat=1 it begins again"};
         return true;
     }
 

@@ -14,6 +14,7 @@ enum class NoFrameKind {
     kUnknown,    ///< nothing says why
     kGone,       ///< the camera is not there any more, or does not reply
     kNotStarted, ///< the SDK failed when the acquisition was started
+    kEnded,      ///< it plays a recording, which is over
     kTrigger,    ///< it waits for a trigger
     kSlow,       ///< its frames are further apart than the time that was waited
     kIncomplete, ///< frames come, none of which is whole

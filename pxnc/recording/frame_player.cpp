@@ -96,6 +96,11 @@ void FramePlayer::SetRepeats(bool value) {
     changed.NotifyAll();
 }
 
+bool FramePlayer::HasEnded() const {
+    const std::vector<PlannedFrame>& frames = recording->plan.frames;
+    return !repeats && (frames.empty() || position == recording->index.lines[frames.back().line].n);
+}
+
 PxnError FramePlayer::ChunksOf(const PxnFrame& frame) const {
     const platform::MutexLock lock(mutex);
     const SlotPointer slot = FindSlot(&frame);

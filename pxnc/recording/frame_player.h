@@ -54,6 +54,8 @@ public:
     void SetRepeats(bool value) EXCLUDES(mutex);
     /// The number in the recording of the frame that was due last; 0 before the first one.
     std::uint64_t Position() const { return position; }
+    /// The last frame of the recording was due, and repeating is off.
+    bool HasEnded() const;
     /// Why a frame has no chunks.
     PxnError ChunksOf(const PxnFrame& frame) const EXCLUDES(mutex);
 

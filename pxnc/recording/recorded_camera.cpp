@@ -125,6 +125,12 @@ void AddPlayback(LocalFeatures& add, const Recording& recording,
                    value = static_cast<std::int64_t>(player->Position());
                    return PxnErrSuccess;
                });
+    add.AddBool(
+        {"PlaybackEnded", kPlayback, "Ended", "Whether the last frame was due and none follows."},
+        [player](bool& value) {
+            value = player->HasEnded();
+            return PxnErrSuccess;
+        });
 }
 
 } // namespace

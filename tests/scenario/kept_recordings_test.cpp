@@ -102,6 +102,29 @@ TEST_F(KeptRecordings, AreTheSameAfterConvertingAndPlaying) {
     }
 }
 
+TEST_F(KeptRecordings, ArePlayedNoFasterThanTheyAreTaken) {
+    // The simulator's own camera: the queue of a megabyte holds three of its images.
+    ExpectDone(Record("first", "stack"));
+    for (const char* const buffers : {"2", "3"}) {
+        const std::string name = std::string("again-") + buffers;
+        Arguments all = Playing("first");
+        for (const std::string& argument :
+             {std::string("grab"), std::string("--frames"), std::string(kPlayedFrames),
+              std::string("--buffers"), std::string(buffers), std::string("--format"),
+              std::string("png"), std::string("--png-level"), std::string("9"),
+              std::string("--queue"), std::string("1"), std::string("-o"), PathOf(name)}) {
+            all.push_back(argument);
+        }
+        ExpectDone(Mivora(all));
+        EXPECT_EQ(Lines(name), Lines("first"));
+    }
+    Arguments more = Playing("first");
+    for (const char* const argument : {"grab", "--frames", "13", "--timeout", "300"}) {
+        more.emplace_back(argument);
+    }
+    ExpectFailure(Mivora(more), 1, {"after 12 frames: the recording that is played has ended; "});
+}
+
 TEST_F(KeptRecordings, KeepTheirGaps) {
     UseCamera();
     const std::string script = directory.Write("faults.txt", "frame incomplete 3\n");

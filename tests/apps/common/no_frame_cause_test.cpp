@@ -48,6 +48,17 @@ TEST_F(NoFrame, IsBecauseTheStartFailed) {
     EXPECT_EQ(Find().kind, NoFrameKind::kGone);
 }
 
+TEST_F(NoFrame, IsBecauseTheRecordingHasEnded) {
+    facts.incomplete = 2; // the last ones
+    MV_FEATURE_VALUE& ended = services.Add("Camera", "PlaybackEnded", MV_FEATURE_BOOLEAN).value;
+    EXPECT_EQ(Find().kind, NoFrameKind::kIncomplete);
+    ended.integer = 1;
+    EXPECT_EQ(Find().kind, NoFrameKind::kEnded);
+    EXPECT_FALSE(Find().IsWait());
+    EXPECT_EQ(Find().text, "the recording that is played has ended; with "
+                           "Camera/PlaybackRepeat=1 it begins again");
+}
+
 TEST_F(NoFrame, IsBecauseAllFramesAreIncomplete) {
     Entry("TriggerMode", "On");
     facts.incomplete = 12;
