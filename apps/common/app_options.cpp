@@ -68,6 +68,11 @@ std::string PlacesText(const std::string& sdk) {
            platform::FullPath(installed, kPathLimit);
 }
 
+/// An empty text is what a script has of a variable that is not set, not a choice.
+std::string EmptyProblem(const std::string& text) {
+    return text.empty() ? "it is given without a value" : "";
+}
+
 void SetVariable(const char* name, const std::string& value) {
     if (!platform::SetEnvironment(name, value)) {
         throw CommandFailure(std::string("cannot set ") + name + " to " + value);
@@ -104,6 +109,7 @@ void AddAppOptions(CommandLine& program, AppOptions& options, CameraLimit limit)
                        "recording:DIR to play a recording as a camera, or a directory that has "
                        "the SDK's library in its subdirectory Bin. Default: PYXEN_HOME of the "
                        "environment, else simulator")
+            .Check(EmptyProblem)
             .TypeName("simulator|genicam|trace:FILE|recording:DIR|DIR");
     program
         .AddFlag("--as-fast-as-possible", options.asFastAsPossible,
@@ -114,6 +120,7 @@ void AddAppOptions(CommandLine& program, AppOptions& options, CameraLimit limit)
             .AddOption("--trace-sdk", options.traceFile,
                        "Write every call of the camera SDK and every callback to a file that "
                        "pyxen-tool trace prints (docs/sdk-trace.md)")
+            .Check(EmptyProblem)
             .TypeName("FILE");
     program
         .AddOption("--trace-size", options.traceMegabytes,
@@ -129,21 +136,25 @@ void AddAppOptions(CommandLine& program, AppOptions& options, CameraLimit limit)
                    "Run the lines of a file on the SDK's control interface before the grabber is "
                    "initialised, those that need a started SDK right after its startup: faults on "
                    "demand, when the SDK has them (docs/simulator.md)")
+        .Check(EmptyProblem)
         .TypeName("FILE");
     program
         .AddOption("-m,--module", options.module,
                    "Grabber module that mivora loads. Default: the one beside it. pyxen-tool has "
                    "the module linked in and does not look at this")
+        .Check(EmptyProblem)
         .TypeName("FILE");
     program
         .AddOption("-C,--config", options.configFile,
                    "The host's configuration file. Its directory is also where the SDK's PxnC.xml "
                    "and feature synchronisation files are looked for")
+        .Check(EmptyProblem)
         .TypeName("FILE.ini");
     const CommandOption log =
         program
             .AddOption("-l,--log", options.log,
                        "Write log lines as LEVEL TEXT to a file, or with - to standard error")
+            .Check(EmptyProblem)
             .TypeName("FILE|-");
     program
         .AddFlag("--log-times", options.logTimes, "Begin each of these lines with its time in UTC")
@@ -155,6 +166,7 @@ void AddAppOptions(CommandLine& program, AppOptions& options, CameraLimit limit)
                 "Camera to use: its index, its unique id (decimal or 0x...) or any text of the "
                 "command cameras that only it has. Default: the configured one, else the "
                 "first")
+            .Check(EmptyProblem)
             .TypeName("N|ID|NAME");
     if (limit == CameraLimit::kOne) {
         camera.Once();

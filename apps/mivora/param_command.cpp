@@ -157,6 +157,22 @@ void List(Session& session, bool json) {
     }
 }
 
+/// What the parameter takes at present, for the message about a value that it does not take.
+std::vector<std::string> LimitsText(CMivoraGrabber& grabber, std::uint32_t id) {
+    std::uint64_t limits[4] = {};
+    if (grabber.GetGrabberParamLimits(id, &limits[0], &limits[1], &limits[2], &limits[3]) !=
+        MV_OK) {
+        return {};
+    }
+    std::string text = ParameterText(id) + " takes " + ValueText(id, limits[0]) + " to " +
+                       ValueText(id, limits[1]);
+    if (limits[2] != 0 || limits[3] != 0) {
+        text += ", and " + ValueText(id, limits[2]) + " to " + ValueText(id, limits[3]) +
+                " as its second value";
+    }
+    return {text};
+}
+
 void Set(Session& session, const ParamOptions& options) {
     CMivoraGrabber& grabber = session.Grabber();
     std::uint64_t second = 0;
@@ -167,9 +183,11 @@ void Set(Session& session, const ParamOptions& options) {
         session.Check("GetGrabberParam", grabber.GetGrabberParam(options.id, nullptr, &second),
                       ParameterText(options.id));
     }
-    session.Check("SetGrabberParam",
-                  grabber.SetGrabberParam(options.id, ReadValue(options.value1).value(), second),
-                  ParameterText(options.id));
+    const MV_ERRCODE code =
+        grabber.SetGrabberParam(options.id, ReadValue(options.value1).value(), second);
+    session.Check("SetGrabberParam", code, ParameterText(options.id),
+                  code == MV_BAD_VALUE ? LimitsText(grabber, options.id)
+                                       : std::vector<std::string>());
     Get(session, options);
 }
 

@@ -41,6 +41,16 @@ TEST_F(BadInput, BadUsageEndsWithStatusTwo) {
     }
 }
 
+// A script's variable that is not set: another camera, or the simulator, would be taken in its
+// place.
+TEST_F(BadInput, AnEmptyNameIsNoName) {
+    for (const char* option :
+         {"--camera", "--sdk", "--sdk-script", "--trace-sdk", "--config", "--log", "--module"}) {
+        ExpectFailure(support::RunProgram("mivora", {option, "", "cameras"}), 2,
+                      {std::string(option) + ": it is given without a value"});
+    }
+}
+
 TEST_F(BadInput, WhatTheCommandLineShowsAloneNeedsNoSdk) {
     const std::string nowhere = PathOf("nowhere");
     ExpectFailure(Mivora({"--sdk", nowhere, "snap", "-o", PathOf("image.jpg")}), 2,

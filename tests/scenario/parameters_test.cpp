@@ -130,6 +130,8 @@ TEST_F(Parameters, OutsideTheirLimitsChangeNothing) {
     for (const char* value : {"nan", "1e3", "1000.5", "18446744073709551616", ""}) {
         ExpectFailure(Mivora({"param", "set", "257", value}), 2, {"no number"});
     }
+    ExpectFailure(Mivora({"param", "set", "257", "1"}), 1,
+                  {"failed with 14", "\n  parameter 257 takes 10 to 10000000, and "});
 }
 
 TEST_F(Parameters, RefuseAnExposureLongerThanTheInterval) {
