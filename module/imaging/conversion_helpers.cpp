@@ -50,7 +50,7 @@ void ConversionHelpers::ConvertImage(const PixelFormat& format, const void* raw,
         return;
     }
     const std::uint32_t parts = height / rowsEach + (height % rowsEach != 0 ? 1 : 0);
-    image = {&format, raw, host, width, height, rowsEach, parts};
+    image = {&format, raw, host, width, height, rowsEach, parts, StoresFor(format, width, height)};
     unfinished.store(parts, std::memory_order_relaxed);
     unclaimed.store(parts, std::memory_order_release);
     ++wakeUps;
@@ -97,7 +97,7 @@ bool ConversionHelpers::ConvertPart() {
     // From here on `image` stays, whether or not it is the one that this thread was woken for.
     const std::uint32_t first = (image.parts - left) * image.rowsEach;
     ConvertRows(*image.format, image.raw, image.host, image.width, first,
-                std::min(image.rowsEach, image.height - first));
+                std::min(image.rowsEach, image.height - first), image.stores);
     if (unfinished.fetch_sub(1, std::memory_order_release) == 1) {
         unfinished.notify_all();
     }

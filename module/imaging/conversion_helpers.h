@@ -45,6 +45,7 @@ private:
         std::uint32_t height;
         std::uint32_t rowsEach; // of a part
         std::uint32_t parts;
+        Stores stores;
     };
 
     static std::uint32_t RowsEach(const PixelFormat& format, std::uint32_t width);

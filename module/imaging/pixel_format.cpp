@@ -1,6 +1,8 @@
 // pixel_format.cpp - the table of pixel formats
 #include "imaging/pixel_format.h"
 
+#include "imaging/conversion/converter_set.h"
+#include "platform/processor.h"
 #include "platform/text.h"
 
 #include <algorithm>
@@ -168,27 +170,40 @@ std::uint64_t HostRowBytes(const PixelFormat& format, std::uint32_t width) {
 }
 
 void ConvertRows(const PixelFormat& format, const void* raw, void* host, std::uint32_t width,
-                 std::uint32_t first, std::uint32_t count) {
+                 std::uint32_t first, std::uint32_t count, Stores stores) {
+    const ConvertFunction streaming =
+        stores == Stores::kStreaming ? StreamingConverter(format.convert) : nullptr;
+    const ConvertFunction convert = streaming ? streaming : format.convert;
     const std::uint64_t stride = HostRowBytes(format, width);
     std::uint8_t* line = static_cast<std::uint8_t*>(host) + first * stride;
-    if (!format.rowAddress) {
+    // Of one component, lines of whole groups follow one another without padding: the same pixels
+    // without a beginning and an end for every line.
+    if (!format.rowAddress || (format.components == 1 && width % kRowsOfWholeGroups == 0)) {
         // The bits of a pixel are part of the format's code.
         const std::uint64_t bits = format.code >> 16 & 0xFF;
-        format.convert(static_cast<const std::uint8_t*>(raw) + bits * width * first / 8, line,
-                       std::uint64_t{width} * count);
+        convert(static_cast<const std::uint8_t*>(raw) + bits * width * first / 8, line,
+                std::uint64_t{width} * count);
         return;
     }
     if (width == 0) {
         return; // of however many lines
     }
     for (std::uint32_t row = first; row < first + count; ++row, line += stride) {
-        format.convert(format.rowAddress(raw, width, row), line, width);
+        convert(format.rowAddress(raw, width, row), line, width);
     }
 }
 
 void ConvertImage(const PixelFormat& format, const void* raw, void* host, std::uint32_t width,
                   std::uint32_t height) {
-    ConvertRows(format, raw, host, width, 0, height);
+    ConvertRows(format, raw, host, width, 0, height, StoresFor(format, width, height));
+}
+
+Stores StoresFor(const PixelFormat& format, std::uint32_t width, std::uint32_t height) {
+    // What the host's image may take of the cache before the raw image and other programs push it
+    // out. Unknown, nothing is too large.
+    static const std::uint64_t half = platform::LargestCacheBytes() / 2;
+    return half > 0 && HostRowBytes(format, width) * height > half ? Stores::kStreaming
+                                                                   : Stores::kOrdinary;
 }
 
 } // namespace pyxen

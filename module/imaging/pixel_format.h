@@ -49,6 +49,10 @@ void ConvertYUV411(const void* source, void* destination, std::uint64_t pixelCou
 const void* RowAddress10p(const void* base, std::uint32_t width, std::uint32_t row);
 const void* RowAddress12p(const void* base, std::uint32_t width, std::uint32_t row);
 
+/// How an image is written: into the cache, or past it.
+enum class Stores { kOrdinary, kStreaming };
+/// What makes converting an image of that size and then reading it take the least time.
+Stores StoresFor(const PixelFormat& format, std::uint32_t width, std::uint32_t height);
 /// Bytes of a line of the host's image.
 std::uint64_t HostRowBytes(const PixelFormat& format, std::uint32_t width);
 /// In every multiple of this number of lines all groups of pixels are whole.
@@ -57,7 +61,7 @@ inline constexpr std::uint32_t kRowsOfWholeGroups = 4;
 /// must `count` be but for the last lines. The lines of an image that is converted in several steps
 /// are those that ConvertImage makes of it. Accesses only the bytes of these lines.
 void ConvertRows(const PixelFormat& format, const void* raw, void* host, std::uint32_t width,
-                 std::uint32_t first, std::uint32_t count);
+                 std::uint32_t first, std::uint32_t count, Stores stores);
 /// Converts a whole image: in one call, or line by line where the format has a row address.
 /// `format.convert` must be set; `host` holds width x height pixels of the host's layout.
 void ConvertImage(const PixelFormat& format, const void* raw, void* host, std::uint32_t width,

@@ -9,7 +9,9 @@ namespace pyxen {
 
 namespace {
 
-struct Avx2 {
+/// One that streams writes whole vectors past the cache, to aligned addresses.
+template <bool kIsStreaming>
+struct Avx2Set {
     using Vector = __m256i;
     static constexpr int kLanes = 2;
     static constexpr int kAlignment = 32;
@@ -20,11 +22,19 @@ struct Avx2 {
         return JoinLanes(_mm_loadu_si128(reinterpret_cast<const __m128i*>(source)),
                          _mm_loadu_si128(reinterpret_cast<const __m128i*>(source + kStride)));
     }
+    static Vector Load(const std::uint8_t* source) {
+        return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(source));
+    }
     static Vector JoinLanes(__m128i first, __m128i second) {
         return _mm256_inserti128_si256(_mm256_castsi128_si256(first), second, 1);
     }
     static void Store(std::uint8_t* destination, Vector value) {
-        _mm256_storeu_si256(reinterpret_cast<__m256i*>(destination), value);
+        auto* const place = reinterpret_cast<__m256i*>(destination);
+        if constexpr (kIsStreaming) {
+            _mm256_stream_si256(place, value);
+        } else {
+            _mm256_storeu_si256(place, value);
+        }
     }
     /// All 48 bytes of the first lane precede those of the second.
     static void StoreLanes(std::uint8_t* destination, Vector a, Vector b, Vector c) {
@@ -86,22 +96,45 @@ struct Avx2 {
     }
 };
 
+using Avx2 = Avx2Set<false>;
+
+template <typename Layout, bool kIsStreaming, ConvertFunction kPlain>
+void Unpack(const void* source, void* destination, std::uint64_t pixelCount) {
+    using Step = WideLanePackedStep<Avx2Set<kIsStreaming>, Layout>;
+    ConvertBlocks<FourSteps<LanePackedStep<Avx2, Layout>>,
+                  Inside<FourSteps<Step>, Step::kAround, kIsStreaming>>(source, destination,
+                                                                        pixelCount, kPlain);
+}
+
 template <typename Block, ConvertFunction kPlain>
 void Run(const void* source, void* destination, std::uint64_t pixelCount) {
     ConvertBlocks<Block>(source, destination, pixelCount, kPlain);
 }
 
+// YUV is slower past the cache: its stores wait for computation in the middle of cache lines.
+constexpr ConverterSet kStreaming = {
+    "AVX2, streaming",
+    Unpack<Layout10p, true, PlainUnpack10p>,
+    Unpack<Layout12p, true, PlainUnpack12p>,
+    Unpack<Layout10Packed, true, PlainUnpack10Packed>,
+    Unpack<Layout12Packed, true, PlainUnpack12Packed>,
+    Run<Yuv422Block<Avx2>, PlainConvertYUV422>,
+    Run<Yuv444Block<Avx2>, PlainConvertYUV444>,
+    Run<Yuv411Block<Avx2>, PlainConvertYUV411>,
+};
+
 } // namespace
 
 const ConverterSet kAvx2Converters = {
     "AVX2",
-    Run<FourSteps<LanePackedStep<Avx2, Layout10p>>, PlainUnpack10p>,
-    Run<FourSteps<LanePackedStep<Avx2, Layout12p>>, PlainUnpack12p>,
-    Run<FourSteps<LanePackedStep<Avx2, Layout10Packed>>, PlainUnpack10Packed>,
-    Run<FourSteps<LanePackedStep<Avx2, Layout12Packed>>, PlainUnpack12Packed>,
+    Unpack<Layout10p, false, PlainUnpack10p>,
+    Unpack<Layout12p, false, PlainUnpack12p>,
+    Unpack<Layout10Packed, false, PlainUnpack10Packed>,
+    Unpack<Layout12Packed, false, PlainUnpack12Packed>,
     Run<Yuv422Block<Avx2>, PlainConvertYUV422>,
     Run<Yuv444Block<Avx2>, PlainConvertYUV444>,
     Run<Yuv411Block<Avx2>, PlainConvertYUV411>,
+    &kStreaming,
 };
 
 } // namespace pyxen

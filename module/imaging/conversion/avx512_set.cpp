@@ -9,12 +9,18 @@ namespace pyxen {
 
 namespace {
 
-struct Avx512 {
+/// One that streams writes past the cache, to aligned addresses.
+template <bool kIsStreaming>
+struct Avx512Set {
     using Vector = __m512i;
 
     static Vector Load(const std::uint8_t* source) { return _mm512_loadu_si512(source); }
     static void Store(std::uint8_t* destination, Vector value) {
-        _mm512_storeu_si512(destination, value);
+        if constexpr (kIsStreaming) {
+            _mm512_stream_si512(reinterpret_cast<__m512i*>(destination), value);
+        } else {
+            _mm512_storeu_si512(destination, value);
+        }
     }
     template <typename... Bytes>
     static Vector Lanes(Bytes... bytes) {
@@ -71,7 +77,7 @@ constexpr Places MakePlaces(PlaceOf placeOf) {
     return places;
 }
 
-template <typename Layout>
+template <typename Set, typename Layout>
 struct PackedStep : Layout {
     static constexpr int kStepPixels = 64;
     static constexpr int kStepBytes = kStepPixels * Layout::kPixelBits / 8;
@@ -86,11 +92,11 @@ struct PackedStep : Layout {
     });
 
     static void ConvertStep(const std::uint8_t* source, std::uint8_t* destination) {
-        const __m512i first = _mm512_permutexvar_epi8(kPlaces<0, 0>.Get(), Avx512::Load(source));
+        const __m512i first = _mm512_permutexvar_epi8(kPlaces<0, 0>.Get(), Set::Load(source));
         const __m512i second =
-            _mm512_permutexvar_epi8(kPlaces<32, kSecond>.Get(), Avx512::Load(source + kSecond));
-        Avx512::Store(destination, Layout::template Pixels<Avx512>(first));
-        Avx512::Store(destination + 64, Layout::template Pixels<Avx512>(second));
+            _mm512_permutexvar_epi8(kPlaces<32, kSecond>.Get(), Set::Load(source + kSecond));
+        Set::Store(destination, Layout::template Pixels<Set>(first));
+        Set::Store(destination + 64, Layout::template Pixels<Set>(second));
     }
 };
 
@@ -131,18 +137,18 @@ constexpr RgbPlaces MakeRgbPlaces(int (*blueOf)(int pixelOfEight)) {
 constexpr RgbPlaces kPairPlaces = MakeRgbPlaces<8>(PairBlue);
 constexpr RgbPlaces kQuadPlaces = MakeRgbPlaces<4>(QuadBlue);
 
-void StoreRgb(std::uint8_t* destination, const RgbPlaces& places,
-              const PackedPixels<Avx512>& pixels) {
+template <typename Set>
+void StoreRgb(std::uint8_t* destination, const RgbPlaces& places, const PackedPixels<Set>& pixels) {
     const __m512i outer =
         _mm512_permutex2var_epi8(pixels.firstBlueRed, places.first.Get(), pixels.green);
     const __m512i blueRed =
         _mm512_permutex2var_epi8(pixels.firstBlueRed, places.second.Get(), pixels.secondBlueRed);
     const __m512i middle =
         _mm512_mask_permutexvar_epi8(blueRed, places.green, places.secondGreen.Get(), pixels.green);
-    Avx512::Store(destination, outer);
-    Avx512::Store(destination + 64, middle);
-    Avx512::Store(destination + 128,
-                  _mm512_permutex2var_epi8(pixels.secondBlueRed, places.third.Get(), pixels.green));
+    Set::Store(destination, outer);
+    Set::Store(destination + 64, middle);
+    Set::Store(destination + 128,
+               _mm512_permutex2var_epi8(pixels.secondBlueRed, places.third.Get(), pixels.green));
 }
 
 struct YuvBlock {
@@ -151,6 +157,7 @@ struct YuvBlock {
     static constexpr int kAlignment = 64;
 };
 
+template <typename Set>
 struct Yuv422Block : YuvBlock {
     // Four steps at a time: loops that advance by at most two cache lines were measured to wait
     // longer for main memory.
@@ -166,8 +173,8 @@ struct Yuv422Block : YuvBlock {
 
 private:
     static void ConvertStep(const std::uint8_t* source, std::uint8_t* destination) {
-        StoreRgb(destination, kPairPlaces,
-                 PackPairs<Avx512>(Avx512::Load(source), Avx512::Load(source + 64)));
+        StoreRgb<Set>(destination, kPairPlaces,
+                      PackPairs<Set>(Set::Load(source), Set::Load(source + 64)));
     }
 };
 
@@ -179,16 +186,17 @@ constexpr int PairByte(int index) {
 constexpr Places kPairs = MakePlaces([](int index) { return PairByte(index); });
 constexpr Places kLastPairs = MakePlaces([](int index) { return 16 + PairByte(index); });
 
+template <typename Set>
 struct Yuv411Block : YuvBlock {
     static constexpr int kGroupPixels = 4;
     static constexpr int kGroupBytes = 6;
 
     static void Convert(const std::uint8_t* source, std::uint8_t* destination) {
         // The second load ends with the block's last byte, so it begins 16 bytes early.
-        StoreRgb(destination, kPairPlaces,
-                 PackPairs<Avx512>(
-                     _mm512_permutexvar_epi8(kPairs.Get(), Avx512::Load(source)),
-                     _mm512_permutexvar_epi8(kLastPairs.Get(), Avx512::Load(source + 32))));
+        StoreRgb<Set>(
+            destination, kPairPlaces,
+            PackPairs<Set>(_mm512_permutexvar_epi8(kPairs.Get(), Set::Load(source)),
+                           _mm512_permutexvar_epi8(kLastPairs.Get(), Set::Load(source + 32))));
     }
 };
 
@@ -199,37 +207,67 @@ constexpr int QuadByte(int index) {
 constexpr Places kQuads = MakePlaces([](int index) { return QuadByte(index); });
 constexpr Places kLastQuads = MakePlaces([](int index) { return 16 + QuadByte(index); });
 
+template <typename Set>
 struct Yuv444Block : YuvBlock {
     static constexpr int kGroupPixels = 1;
     static constexpr int kGroupBytes = 3;
 
     static void Convert(const std::uint8_t* source, std::uint8_t* destination) {
         const auto spread = [source](const Places& places, int from) {
-            return _mm512_permutexvar_epi8(places.Get(), Avx512::Load(source + from));
+            return _mm512_permutexvar_epi8(places.Get(), Set::Load(source + from));
         };
         // The last load ends with the block's last byte, so it begins 16 bytes early.
-        StoreRgb(destination, kQuadPlaces,
-                 PackQuads<Avx512>(spread(kQuads, 0), spread(kQuads, 48), spread(kQuads, 96),
-                                   spread(kLastQuads, 128)));
+        StoreRgb<Set>(destination, kQuadPlaces,
+                      PackQuads<Set>(spread(kQuads, 0), spread(kQuads, 48), spread(kQuads, 96),
+                                     spread(kLastQuads, 128)));
     }
 };
 
-template <typename Block, ConvertFunction kPlain>
+using Avx512 = Avx512Set<false>;
+
+template <template <typename Set> typename Block, ConvertFunction kPlain>
 void Run(const void* source, void* destination, std::uint64_t pixelCount) {
-    ConvertBlocks<Block>(source, destination, pixelCount, kPlain);
+    ConvertBlocks<Block<Avx512>>(source, destination, pixelCount, kPlain);
 }
+
+template <template <typename Set> typename Block, ConvertFunction kPlain>
+void Stream(const void* source, void* destination, std::uint64_t pixelCount) {
+    ConvertBlocks<Block<Avx512>, Inside<Block<Avx512Set<true>>, 0, true>>(source, destination,
+                                                                          pixelCount, kPlain);
+}
+
+template <typename Set>
+using Block10p = FourSteps<PackedStep<Set, Layout10p>>;
+template <typename Set>
+using Block12p = FourSteps<PackedStep<Set, Layout12p>>;
+template <typename Set>
+using Block10Packed = FourSteps<PackedStep<Set, Layout10Packed>>;
+template <typename Set>
+using Block12Packed = FourSteps<PackedStep<Set, Layout12Packed>>;
+
+constexpr ConverterSet kStreaming = {
+    "AVX-512, streaming",
+    Stream<Block10p, PlainUnpack10p>,
+    Stream<Block12p, PlainUnpack12p>,
+    Stream<Block10Packed, PlainUnpack10Packed>,
+    Stream<Block12Packed, PlainUnpack12Packed>,
+    Stream<Yuv422Block, PlainConvertYUV422>,
+    Stream<Yuv444Block, PlainConvertYUV444>,
+    Stream<Yuv411Block, PlainConvertYUV411>,
+};
 
 } // namespace
 
 const ConverterSet kAvx512Converters = {
     "AVX-512",
-    Run<FourSteps<PackedStep<Layout10p>>, PlainUnpack10p>,
-    Run<FourSteps<PackedStep<Layout12p>>, PlainUnpack12p>,
-    Run<FourSteps<PackedStep<Layout10Packed>>, PlainUnpack10Packed>,
-    Run<FourSteps<PackedStep<Layout12Packed>>, PlainUnpack12Packed>,
+    Run<Block10p, PlainUnpack10p>,
+    Run<Block12p, PlainUnpack12p>,
+    Run<Block10Packed, PlainUnpack10Packed>,
+    Run<Block12Packed, PlainUnpack12Packed>,
     Run<Yuv422Block, PlainConvertYUV422>,
     Run<Yuv444Block, PlainConvertYUV444>,
     Run<Yuv411Block, PlainConvertYUV411>,
+    &kStreaming,
 };
 
 } // namespace pyxen

@@ -7,7 +7,17 @@
 
 #include "imaging/pixel_format.h"
 
+#include <xmmintrin.h>
+
 #include <cstdint>
+
+// Blocks are large: left to themselves, compilers call some of them instead, with all their
+// constants loaded anew each time.
+#if defined(__GNUC__)
+#define PYXEN_INLINE_ALL [[gnu::flatten]]
+#else
+#define PYXEN_INLINE_ALL
+#endif
 
 namespace pyxen {
 
@@ -29,14 +39,33 @@ std::uint64_t PixelsToAlignment(const std::uint8_t* destination) {
     return pixels % Block::kGroupPixels == 0 ? pixels : 0;
 }
 
-/// Converts `pixelCount` pixels with `Block::Convert`, which reads and writes exactly one block.
-/// Blocks at both ends may overlap their neighbours, which writes some pixels twice. `plain`
+/// A block for the inside of an image. It may read `kAround` bytes before and after its own; one
+/// that streams writes past the cache, for which its first pixel must be aligned in the host's
+/// image.
+template <typename Block, int kAround, bool kStreams>
+struct Inside : Block {
+    static constexpr int kReadsAround = kAround;
+    static constexpr bool kIsStreaming = kStreams;
+};
+
+/// Converts `pixelCount` pixels with `Inner::Convert`, at the ends with `Block::Convert`, which
+/// reads and writes exactly one block. Blocks at the ends may overlap their neighbours, which
+/// writes some pixels twice. `Inner` is an Inside of as many pixels as `Block` has. `plain`
 /// converts an incomplete last group, and images smaller than a block.
-template <typename Block>
-void ConvertBlocks(const void* source, void* destination, std::uint64_t pixelCount,
-                   ConvertFunction plain) {
-    static_assert(Block::kPixels % Block::kGroupPixels == 0);
-    static_assert(Block::kAlignment <= Block::kPixels * (Block::kPixelBytes == 3 ? 1 : 2));
+template <typename Block, typename Inner = Inside<Block, 0, false>>
+PYXEN_INLINE_ALL void ConvertBlocks(const void* source, void* destination, std::uint64_t pixelCount,
+                                    ConvertFunction plain) {
+    constexpr std::uint64_t kPixels = Block::kPixels;
+    constexpr std::uint64_t kSourceBytes = kPixels / Block::kGroupPixels * Block::kGroupBytes;
+    constexpr std::uint64_t kBytes = kPixels * Block::kPixelBytes;
+    // The pixels on either side whose bytes an inner block may read.
+    constexpr std::uint64_t kAroundPixels =
+        (Inner::kReadsAround + Block::kGroupBytes - 1) / Block::kGroupBytes * Block::kGroupPixels;
+    // After at most as many pixels stores are aligned, and again after each further such number.
+    constexpr std::uint64_t kAlignmentPixels =
+        Block::kAlignment / (Block::kPixelBytes == 3 ? 1 : 2);
+    static_assert(kPixels % Block::kGroupPixels == 0 && kBytes % Block::kAlignment == 0);
+    static_assert(Inner::kPixels == Block::kPixels && kAroundPixels + kAlignmentPixels <= kPixels);
     const auto* const from = static_cast<const std::uint8_t*>(source);
     auto* const to = static_cast<std::uint8_t*>(destination);
     const auto sourceAt = [from](std::uint64_t pixel) {
@@ -46,20 +75,39 @@ void ConvertBlocks(const void* source, void* destination, std::uint64_t pixelCou
         return to + pixel * Block::kPixelBytes;
     };
     const std::uint64_t whole = pixelCount - pixelCount % Block::kGroupPixels;
-    if (whole < Block::kPixels) {
+    if (whole < kPixels) {
         plain(source, destination, pixelCount);
         return;
     }
-    const std::uint64_t last = whole - Block::kPixels;
+    const std::uint64_t last = whole - kPixels;
     const std::uint64_t aligned = PixelsToAlignment<Block>(to);
-    std::uint64_t next = aligned > 0 ? aligned : Block::kPixels;
-    // A single call of Convert for all blocks: it is large, and compilers inline only one.
-    for (std::uint64_t at = 0;; next += Block::kPixels) {
-        Block::Convert(sourceAt(at), destinationAt(at));
-        if (at == last) {
-            break;
+    std::uint64_t next = kPixels;
+    if (aligned > 0) {
+        next = aligned < kAroundPixels ? aligned + kAlignmentPixels : aligned;
+    }
+    if constexpr (Inner::kIsStreaming) {
+        if (reinterpret_cast<std::uintptr_t>(destinationAt(next)) % Block::kAlignment != 0) {
+            ConvertBlocks<Block>(source, destination, pixelCount, plain);
+            return;
         }
-        at = next < last ? next : last;
+    }
+    // In the order of their addresses, as memory is read ahead.
+    Block::Convert(from, to);
+    const std::uint8_t* innerSource = sourceAt(next);
+    std::uint8_t* innerDestination = destinationAt(next);
+    for (; next + kAroundPixels <= last; next += kPixels) {
+        Inner::Convert(innerSource, innerDestination);
+        innerSource += kSourceBytes;
+        innerDestination += kBytes;
+    }
+    if constexpr (Inner::kIsStreaming) {
+        _mm_sfence(); // nothing else orders these stores before what tells others of the image
+    }
+    // What is left before the last block, and that one.
+    while (next < last + kPixels) {
+        const std::uint64_t at = next < last ? next : last;
+        Block::Convert(sourceAt(at), destinationAt(at));
+        next += kPixels;
     }
     if (whole < pixelCount) {
         plain(sourceAt(whole), destinationAt(whole), pixelCount - whole);
@@ -69,3 +117,5 @@ void ConvertBlocks(const void* source, void* destination, std::uint64_t pixelCou
 } // namespace
 
 } // namespace pyxen
+
+#undef PYXEN_INLINE_ALL

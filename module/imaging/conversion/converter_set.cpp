@@ -45,6 +45,28 @@ void ForceConverterSet(const ConverterSet* set) {
     active.store(set, std::memory_order_relaxed);
 }
 
+ConvertFunction StreamingConverter(ConvertFunction convert) {
+    constexpr struct {
+        ConvertFunction any;
+        ConvertFunction ConverterSet::*ofSet;
+    } kConverters[] = {
+        {&Unpack10p, &ConverterSet::unpack10p},
+        {&Unpack12p, &ConverterSet::unpack12p},
+        {&Unpack10Packed, &ConverterSet::unpack10Packed},
+        {&Unpack12Packed, &ConverterSet::unpack12Packed},
+        {&ConvertYUV422, &ConverterSet::convertYUV422},
+        {&ConvertYUV444, &ConverterSet::convertYUV444},
+        {&ConvertYUV411, &ConverterSet::convertYUV411},
+    };
+    const ConverterSet* const streaming = ActiveConverterSet().streaming;
+    for (const auto& converter : kConverters) {
+        if (streaming && converter.any == convert) {
+            return streaming->*converter.ofSet;
+        }
+    }
+    return nullptr;
+}
+
 void Unpack10p(const void* source, void* destination, std::uint64_t pixelCount) {
     ActiveConverterSet().unpack10p(source, destination, pixelCount);
 }

@@ -17,6 +17,9 @@ struct ConverterSet {
     ConvertFunction convertYUV422;
     ConvertFunction convertYUV444;
     ConvertFunction convertYUV411;
+    /// The same for images that are too large for the cache: those of these converters that gain by
+    /// it write past the cache. Null when none does.
+    const ConverterSet* streaming = nullptr;
 };
 
 // All sets produce the same bytes. All but the first require a processor with the instructions that
@@ -30,6 +33,9 @@ extern const ConverterSet kAvx512Converters;
 std::span<const ConverterSet* const> UsableConverterSets();
 /// The set that Unpack10p and the like use: the fastest usable one unless another was forced.
 const ConverterSet& ActiveConverterSet();
+/// What the active set has for images that are too large for the cache in the place of Unpack10p or
+/// the like; null where it has nothing else.
+ConvertFunction StreamingConverter(ConvertFunction convert);
 /// Forces another usable set; null restores the fastest. For tests and measurements.
 void ForceConverterSet(const ConverterSet* set);
 

@@ -29,6 +29,7 @@ struct LanePackedStep : Layout {
         }
     }
 
+protected:
     // The positions of eight pixels' bytes in a lane that begins with byte `start` of the block.
     template <int kFirst>
     static auto Places(int start) {
@@ -40,6 +41,21 @@ struct LanePackedStep : Layout {
         };
         return Set::Lane(low(0), high(0), low(1), high(1), low(2), high(2), low(3), high(3), low(4),
                          high(4), low(5), high(5), low(6), high(6), low(7), high(7));
+    }
+};
+
+/// The same for instruction sets of two lanes with a single load, which also reads bytes before and
+/// after those of the step: each lane's pixels are next to the middle.
+template <typename Set, typename Layout>
+struct WideLanePackedStep : LanePackedStep<Set, Layout> {
+    using Base = LanePackedStep<Set, Layout>;
+    static constexpr int kAround = 16 - Base::kStepBytes / 2;
+
+    static void ConvertStep(const std::uint8_t* source, std::uint8_t* destination) {
+        const auto places = Set::JoinLanes(Base::template Places<0>(-kAround),
+                                           Base::template Places<8>(16 - kAround));
+        Set::Store(destination,
+                   Layout::template Pixels<Set>(Set::Shuffle(Set::Load(source - kAround), places)));
     }
 };
 

@@ -2,6 +2,7 @@
 #include "imaging/conversion_helpers.h"
 
 #include "platform/event.h"
+#include "platform/processor.h"
 #include "tests/support/guarded_pages.h"
 #include "tests/support/wait_until.h"
 
@@ -59,22 +60,38 @@ PixelFormat FormatOf(ConvertFunction convert) {
     return format;
 }
 
-TEST(RowsOfAnImage, AreTheSameOnEverySplit) {
+class RowsOfAnImage : public testing::TestWithParam<Stores> {};
+INSTANTIATE_TEST_SUITE_P(, RowsOfAnImage, testing::Values(Stores::kOrdinary, Stores::kStreaming),
+                         [](const auto& stores) {
+                             return stores.param == Stores::kOrdinary ? "Ordinary" : "Streaming";
+                         });
+
+TEST_P(RowsOfAnImage, AreTheSameOnEverySplit) {
+    const Stores stores = GetParam();
     for (const char* name : kConvertedFormats) {
         const PixelFormat& format = ConvertedFormat(name);
-        for (const std::uint32_t width : {1u, 3u, 6u, 61u, 64u, 131u}) {
+        for (const std::uint32_t width : {1u, 3u, 6u, 61u, 64u, 131u, 296u}) {
             constexpr std::uint32_t kHeight = 23;
             const ImageBytes raw = RandomRaw(RawBytes(format, width, kHeight));
             const std::size_t bytes = HostRowBytes(format, width) * kHeight;
             ImageBytes whole(bytes, 0xEE);
-            ConvertImage(format, raw.data(), whole.data(), width, kHeight);
+            // Line by line where lines may be padded.
+            for (std::uint32_t row = 0; format.rowAddress && row < kHeight; ++row) {
+                format.convert(format.rowAddress(raw.data(), width, row),
+                               whole.data() + HostRowBytes(format, width) * row, width);
+            }
+            if (!format.rowAddress) {
+                format.convert(raw.data(), whole.data(), std::uint64_t{width} * kHeight);
+            }
             for (std::uint32_t first = 0; first < kHeight; first += kRowsOfWholeGroups) {
                 for (std::uint32_t end = first + kRowsOfWholeGroups;; end += kRowsOfWholeGroups) {
                     end = std::min(end, kHeight);
                     ImageBytes parts(bytes, 0xEE);
-                    ConvertRows(format, raw.data(), parts.data(), width, 0, first);
-                    ConvertRows(format, raw.data(), parts.data(), width, end, kHeight - end);
-                    ConvertRows(format, raw.data(), parts.data(), width, first, end - first);
+                    ConvertRows(format, raw.data(), parts.data(), width, 0, first, stores);
+                    ConvertRows(format, raw.data(), parts.data(), width, end, kHeight - end,
+                                stores);
+                    ConvertRows(format, raw.data(), parts.data(), width, first, end - first,
+                                stores);
                     ASSERT_EQ(parts, whole) << name << " " << width << " " << first << " " << end;
                     if (end == kHeight) {
                         break;
@@ -85,10 +102,10 @@ TEST(RowsOfAnImage, AreTheSameOnEverySplit) {
     }
 }
 
-TEST(RowsOfAnImage, AccessOnlyTheirOwnBytes) {
+TEST_P(RowsOfAnImage, AccessOnlyTheirOwnBytes) {
     for (const char* name : kConvertedFormats) {
         const PixelFormat& format = ConvertedFormat(name);
-        for (const std::uint32_t width : {4u, 60u, 132u}) {
+        for (const std::uint32_t width : {4u, 60u, 132u, 1028u}) {
             // Only the last lines, whose bytes end at a guard page, then only the first.
             const std::size_t rawLine = RawLine(format, width);
             const std::size_t hostLine = HostRowBytes(format, width);
@@ -96,18 +113,28 @@ TEST(RowsOfAnImage, AccessOnlyTheirOwnBytes) {
             const GuardedPages host(hostLine * 10);
             std::uint8_t* const image = host.End() - hostLine * 10;
             std::memset(image, 0xEE, hostLine * 10);
-            ConvertRows(format, raw.End() - rawLine * 10, image, width, 8, 2);
+            ConvertRows(format, raw.End() - rawLine * 10, image, width, 8, 2, GetParam());
             EXPECT_TRUE(std::all_of(image, image + hostLine * 8,
                                     [](std::uint8_t byte) { return byte == 0xEE; }))
                 << name << " " << width;
             EXPECT_EQ(image[hostLine * 10 - 1] == 0xEE, format.components == 4) << name;
             std::memset(host.Begin(), 0xEE, hostLine * 10);
-            ConvertRows(format, raw.Begin(), host.Begin(), width, 0, 1);
+            ConvertRows(format, raw.Begin(), host.Begin(), width, 0, 1, GetParam());
             EXPECT_TRUE(std::all_of(host.Begin() + hostLine, host.Begin() + hostLine * 10,
                                     [](std::uint8_t byte) { return byte == 0xEE; }))
                 << name << " " << width;
         }
     }
+}
+
+TEST(LargeImages, GoPastTheCacheWhereItCannotHoldThem) {
+    const PixelFormat& format = ConvertedFormat("Mono12p");
+    const std::uint64_t half = platform::LargestCacheBytes() / 2;
+    EXPECT_EQ(StoresFor(format, 640, 480),
+              half > 0 && half < 640 * 480 * 2 ? Stores::kStreaming : Stores::kOrdinary);
+    const auto rows = static_cast<std::uint32_t>(half / 8192);
+    EXPECT_EQ(StoresFor(format, 4096, rows), Stores::kOrdinary);
+    EXPECT_EQ(StoresFor(format, 4096, rows + 1), half > 0 ? Stores::kStreaming : Stores::kOrdinary);
 }
 
 TEST(HelpedConversion, GivesTheSamePixelsWithAnyNumberOfHelpers) {

@@ -17,8 +17,27 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-// Past the longest block of any set, with room for several and for every rest.
-constexpr std::size_t kMostPixels = 420;
+// The longest block has 256 pixels. Up to kFewPixels every number is tried, then those with several
+// of the longest blocks and every rest.
+constexpr std::size_t kFewPixels = 420;
+constexpr std::size_t kManyPixels = 768;
+constexpr std::size_t kMostPixels = kManyPixels + 260;
+
+std::size_t NextNumber(std::size_t pixels) {
+    return pixels == kFewPixels ? kManyPixels : pixels + 1;
+}
+
+// Those that write past the cache among them.
+std::vector<const ConverterSet*> AllUsableSets() {
+    std::vector<const ConverterSet*> sets;
+    for (const ConverterSet* set : UsableConverterSets()) {
+        sets.push_back(set);
+        if (set->streaming) {
+            sets.push_back(set->streaming);
+        }
+    }
+    return sets;
+}
 
 const Bytes& RandomBytes() {
     static const Bytes random = [] {
@@ -55,7 +74,7 @@ TEST_P(ConverterSets, ReadAndWriteNothingBehindTheLastPixel) {
     const GuardedPages source(kMostPixels * 3);
     const GuardedPages destination(kMostPixels * 3);
     for (const ConverterLayout& layout : kConverterLayouts) {
-        for (std::size_t pixels = 0; pixels <= kMostPixels; ++pixels) {
+        for (std::size_t pixels = 0; pixels <= kMostPixels; pixels = NextNumber(pixels)) {
             ASSERT_NO_FATAL_FAILURE(Check(layout, pixels, source.End() - layout.SourceBytes(pixels),
                                           destination.End() - layout.DestinationBytes(pixels)));
         }
@@ -66,7 +85,7 @@ TEST_P(ConverterSets, ReadAndWriteNothingBeforeTheFirstPixel) {
     const GuardedPages source(kMostPixels * 3);
     const GuardedPages destination(kMostPixels * 3);
     for (const ConverterLayout& layout : kConverterLayouts) {
-        for (std::size_t pixels = 0; pixels <= kMostPixels; ++pixels) {
+        for (std::size_t pixels = 0; pixels <= kMostPixels; pixels = NextNumber(pixels)) {
             ASSERT_NO_FATAL_FAILURE(Check(layout, pixels, source.Begin(), destination.Begin()));
         }
     }
@@ -78,7 +97,8 @@ TEST_P(ConverterSets, WriteOnlyTheirPixelsAtAnyAddress) {
     Bytes destination(kMostPixels * 3 + 3 * kMargin);
     for (const ConverterLayout& layout : kConverterLayouts) {
         for (std::size_t shift = 0; shift < kMargin; ++shift) {
-            for (const std::size_t pixels : {std::size_t{63}, std::size_t{128}, 199 + shift}) {
+            for (const std::size_t pixels :
+                 {std::size_t{63}, std::size_t{128}, 199 + shift, 840 + shift}) {
                 const std::size_t begin = kMargin + shift;
                 const std::size_t bytes = layout.DestinationBytes(pixels);
                 std::fill(destination.begin(), destination.end(), std::uint8_t{0xA5});
@@ -96,11 +116,11 @@ TEST_P(ConverterSets, WriteOnlyTheirPixelsAtAnyAddress) {
 
 std::string SetName(const testing::TestParamInfo<const ConverterSet*>& set) {
     std::string name = set.param->name;
-    std::erase_if(name, [](char c) { return c == '.' || c == '-'; });
+    std::erase_if(name, [](char c) { return c == '.' || c == '-' || c == ',' || c == ' '; });
     return name;
 }
 
-INSTANTIATE_TEST_SUITE_P(, ConverterSets, testing::ValuesIn(UsableConverterSets()), SetName);
+INSTANTIATE_TEST_SUITE_P(, ConverterSets, testing::ValuesIn(AllUsableSets()), SetName);
 
 TEST(ConverterChoice, FollowsWhatTheProcessorHas) {
     const auto sets = UsableConverterSets();
@@ -134,6 +154,17 @@ TEST_F(ForcedConverters, ServeEveryConversionUntilTheChoiceIsGivenBack) {
         convert(source.data(), destination.data(), 8);
         EXPECT_EQ(destination, Bytes(10, 8));
     }
+    for (const ConvertFunction convert : converters) {
+        EXPECT_EQ(StreamingConverter(convert), nullptr);
+    }
+    ConverterSet marksToo = marking;
+    ConverterSet both = marking;
+    both.streaming = &marksToo;
+    ForceConverterSet(&both);
+    for (const ConvertFunction convert : converters) {
+        EXPECT_EQ(StreamingConverter(convert), &MarkTenPixels);
+    }
+    EXPECT_EQ(StreamingConverter(&MarkTenPixels), nullptr); // none of the table's
     ForceConverterSet(nullptr);
     EXPECT_EQ(&ActiveConverterSet(), UsableConverterSets().back());
     std::uint16_t pixels[4] = {1, 1, 1, 1};
@@ -146,12 +177,14 @@ TEST_F(ForcedConverters, GiveTheSameImageOnEveryPath) {
     Bytes first;
     for (const ConverterSet* set : UsableConverterSets()) {
         ForceConverterSet(set);
-        Bytes image(61 * 13 * 2);
-        ConvertImage(format, RandomBytes().data(), image.data(), 61, 13);
-        if (first.empty()) {
-            first = image;
+        for (const Stores stores : {Stores::kOrdinary, Stores::kStreaming}) {
+            Bytes image(61 * 13 * 2);
+            ConvertRows(format, RandomBytes().data(), image.data(), 61, 0, 13, stores);
+            if (first.empty()) {
+                first = image;
+            }
+            EXPECT_EQ(image, first) << set->name;
         }
-        EXPECT_EQ(image, first) << set->name;
     }
 }
 
