@@ -148,7 +148,10 @@ void AcquisitionEngine::PreparePicture() {
     mutex.Unlock();
     picture.Prepare(image);
     mutex.Lock();
-    nextDue = skeleton::Clock::now();
+    // By a stopped clock it has taken no time, whatever that has been advanced meanwhile.
+    if (!skeleton::IsClockStopped()) {
+        nextDue = skeleton::Clock::now();
+    }
 }
 
 bool AcquisitionEngine::IsFrameDue() {
