@@ -33,10 +33,6 @@ struct PacketSizeFeature {
 constexpr PacketSizeFeature kPacketSizes[] = {{kCameraModule, "GevSCPSPacketSize"},
                                               {kStreamModule, "GVSPPacketSize"}};
 
-std::string TextOf(const char* text) {
-    return text ? text : "";
-}
-
 bool Asks(const std::vector<Finding>& findings, const std::string& check) {
     return std::any_of(findings.begin(), findings.end(), [&](const Finding& finding) {
         return finding.check == check && finding.severity != Severity::kOk;
@@ -45,27 +41,16 @@ bool Asks(const std::vector<Finding>& findings, const std::string& check) {
 
 } // namespace
 
-std::vector<CameraFacts> ListCameraFacts(Session& session, IMivoraModuleServices* services) {
-    CMivoraGrabber& grabber = session.Grabber();
-    const auto count = static_cast<std::int32_t>(grabber.GetNumCameras());
+std::vector<CameraFacts> ListCameraFacts(Session& session) {
     std::vector<CameraFacts> cameras;
-    for (std::int32_t i = 0; i < count; ++i) {
+    for (const KnownCamera& known : session.KnownCameras()) {
         CameraFacts camera;
-        camera.name = Session::CameraText(i, grabber.GetCamera(i));
+        camera.name = known.Text();
+        camera.serial = known.serialNumber;
+        camera.transportLayer = known.transportLayer;
+        camera.interfaceId = known.interfaceId;
+        camera.canOpen = known.canOpen;
         cameras.push_back(camera);
-    }
-    const auto receive = [](const MV_CAMERA_DESCRIPTION* record, void* context) {
-        auto& list = *static_cast<std::vector<CameraFacts>*>(context);
-        if (record->index < list.size()) {
-            CameraFacts& camera = list[record->index];
-            camera.serial = TextOf(record->serialNumber);
-            camera.transportLayer = TextOf(record->transportLayer);
-            camera.interfaceId = TextOf(record->interfaceId);
-            camera.canOpen = record->canOpen != 0;
-        }
-    };
-    if (services) {
-        services->ListCameras(receive, &cameras, nullptr);
     }
     return cameras;
 }

@@ -8,11 +8,10 @@
 #include <optional>
 #include <vector>
 
-class IMivoraModuleServices;
 class Session;
 
-/// What the module's services tell about the cameras of the list, by index; without opening one.
-std::vector<CameraFacts> ListCameraFacts(Session& session, IMivoraModuleServices* services);
+/// What is known about the cameras of the list, by index, without opening one.
+std::vector<CameraFacts> ListCameraFacts(Session& session);
 
 /// One camera of an initialised session, which is open as long as the object if it can be opened.
 class CameraVisit {

@@ -193,7 +193,7 @@ void Doctor::LookAtSdkAndCameras() {
             if (!app.Camera().empty()) {
                 session.SelectCamera(app.Camera());
             }
-            LookAtCameras(session, maker);
+            LookAtCameras(session);
         }
     }
     if (Wants("sdk") || HasProblem(CheckSdk(facts.sdk))) {
@@ -201,10 +201,8 @@ void Doctor::LookAtSdkAndCameras() {
     }
 }
 
-void Doctor::LookAtCameras(Session& session, IGrabberMaker& maker) {
-    std::string reason;
-    const std::vector<CameraFacts> listed =
-        ListCameraFacts(session, maker.Services(&session.Grabber(), reason));
+void Doctor::LookAtCameras(Session& session) {
+    const std::vector<CameraFacts> listed = ListCameraFacts(session);
     const std::int32_t wanted = app.Camera().empty() ? -1 : session.Grabber().GetActCameraIndex();
     for (std::size_t i = 0; i < listed.size(); ++i) {
         const auto index = static_cast<std::int32_t>(i);

@@ -57,7 +57,7 @@ private:
     void ForceAddress(const std::vector<GigeCamera>& lost);
     void KeepAddress(std::uint32_t address);
     void LookAtSdkAndCameras();
-    void LookAtCameras(class Session& session, IGrabberMaker& maker);
+    void LookAtCameras(class Session& session);
     void Add(const std::vector<Finding>& findings);
 
     const DoctorOptions& options;
