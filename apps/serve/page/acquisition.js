@@ -1,6 +1,6 @@
 // acquisition.js - the bar at the top: state of the camera, start, stop, single images
 
-import { getBlob, post } from './api.js';
+import { getBlob, post, send } from './api.js';
 import { download, find, write } from './dom.js';
 import { current, emit, on } from './hub.js';
 import { attempt } from './notices.js';
@@ -41,6 +41,13 @@ function fileName(ending) {
   return `${current().camera?.name ?? 'image'}-${time}.${ending}`;
 }
 
+async function snap() {
+  const response = await send('GET', '/snap.png');
+  emit('image', {
+    bitmap: await createImageBitmap(await response.blob()), frame: Number(response.headers.get('X-Frame') ?? NaN),
+  });
+}
+
 const save = (ending) => async () => download(await getBlob(`/snap.${ending}`), fileName(ending));
 
 export function startAcquisition() {
@@ -48,7 +55,7 @@ export function startAcquisition() {
     find(id).addEventListener('click', () => attempt(find(id), action));
   };
   order('start', () => post(current().grabbing ? '/api/camera/stop' : '/api/camera/start'));
-  order('snap', async () => emit('image', await createImageBitmap(await getBlob('/snap.png'))));
+  order('snap', snap);
   order('save-png', save('png'));
   order('save-tiff', save('tiff'));
   find('record').addEventListener('click', () => {

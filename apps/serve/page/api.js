@@ -52,9 +52,10 @@ const featurePath = (feature) =>
   `/api/features/${encodeURIComponent(feature.module)}/${encodeURIComponent(feature.name)}`;
 
 export const readFeature = (feature) => get(featurePath(feature));
-/** `json` is the value as JSON: an integer of 64 bits has no other exact form. */
-export const writeFeature = (feature, json) =>
-  read(send('PUT', featurePath(feature), { body: `{"value":${json}}`, type: 'application/json' }));
+/** `json` is the value as JSON: an integer of 64 bits has no other exact form. With `restart` the camera stands
+    still for the moment when it would not take the value otherwise. */
+export const writeFeature = (feature, json, restart) =>
+  read(send('PUT', featurePath(feature), { body: `{"value":${json},"restart":${restart}}`, type: 'application/json' }));
 export const executeFeature = (feature) => post(`${featurePath(feature)}/execute`);
 
 export function followersOf(feature, json) {

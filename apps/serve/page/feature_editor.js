@@ -3,10 +3,14 @@
 import { executeFeature, writeFeature } from './api.js';
 import { find, make, write } from './dom.js';
 import { accessText, limitsText, typedJson, valueText } from './feature_text.js';
-import { emit } from './hub.js';
+import { current, emit } from './hub.js';
 import { Followers } from './synchronisation.js';
 
 const kSliderSteps = 1000;
+
+/** What settings files keep can mostly be written while the camera stands still, which writing sees to. */
+const isLocked = (feature) => current().grabbing && feature.access === 'R' && Boolean(feature.streamable);
+const isEditable = (feature) => feature.access.includes('W') || isLocked(feature);
 
 export class FeatureEditor {
   #feature = null;
@@ -46,6 +50,11 @@ export class FeatureEditor {
     if (!this.#dirty) this.#fill();
   }
 
+  /** The camera has been started or stopped, which locks and unlocks. */
+  lockChanged() {
+    if (this.#feature && !this.#dirty && isEditable(this.#feature) !== Boolean(this.#control)) this.#rebuild();
+  }
+
   focus() {
     this.#control?.focus();
   }
@@ -69,7 +78,8 @@ export class FeatureEditor {
       ? `${feature.displayName} (${feature.name})` : feature.name;
     const detail = find('feature-detail');
     detail.replaceChildren(make('h3', { id: 'feature-title' }, title));
-    if (feature.access.includes('W')) detail.append(this.#makeEditor());
+    if (isEditable(feature)) detail.append(this.#makeEditor());
+    if (isLocked(feature)) detail.append(make('p', { class: 'hint' }, 'Locked while images come: writing it stops them for a moment.'));
     detail.append(make('p', { id: 'feature-refusal', class: 'refusal', role: 'alert' }));
     const follows = make('div', { class: 'follows' });
     detail.append(follows, make('p', {}, feature.description || feature.toolTip || ''),
@@ -83,13 +93,13 @@ export class FeatureEditor {
   #showFacts() {
     const feature = this.#feature;
     const facts = [['Access', accessText(feature)]];
-    if (!feature.access.includes('W') && feature.type !== 'command') {
+    if (!isEditable(feature) && feature.type !== 'command') {
       facts.unshift(['Value', `${valueText(feature) || '–'}${feature.unit ? ` ${feature.unit}` : ''}`]);
     }
     const limits = limitsText(feature);
     if (limits) facts.push(['Limits', limits]);
     const entries = (feature.entries ?? []).filter((entry) => entry.available).map((entry) => entry.name);
-    if (entries.length && !feature.access.includes('W')) facts.push(['Entries', entries.join(', ')]);
+    if (entries.length && !isEditable(feature)) facts.push(['Entries', entries.join(', ')]);
     if (feature.selects?.length) facts.push(['Selects', feature.selects.join(', ')]);
     const selectors = this.#selectorsOf(feature);
     if (selectors.length) facts.push(['Selected by', selectors.join(', ')]);
@@ -229,7 +239,7 @@ export class FeatureEditor {
     const feature = this.#feature;
     try {
       const json = typedJson(feature, text);
-      this.#write(() => writeFeature(feature, json));
+      this.#write(() => writeFeature(feature, json, isLocked(this.#feature)));
     } catch (error) {
       this.#refuse(error.message);
     }

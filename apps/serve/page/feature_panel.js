@@ -69,11 +69,14 @@ export function startFeatures() {
   // What changed while nothing could be heard.
   const again = calmly(500, load);
   let gone = false;
+  let grabbing = false;
   on('link', (up) => {
     if (up && current().open) again();
   });
   on('state', (state) => {
     if (gone && !state.gone && state.open) again();
+    if (grabbing !== state.grabbing) editor.lockChanged();
     gone = state.gone;
+    grabbing = state.grabbing;
   });
 }

@@ -79,7 +79,6 @@ function receive(bitmap, frame, place) {
 }
 
 function sizeChanged() {
-  const image = current().image;
   part = null;
   marks = null;
   if (!line.known || line.x2 >= view.imageWidth || line.y2 >= view.imageHeight) {
@@ -88,8 +87,6 @@ function sizeChanged() {
   }
   cursor.x = Math.min(cursor.x, view.imageWidth - 1);
   cursor.y = Math.min(cursor.y, view.imageHeight - 1);
-  write(find('live-size'), image ? `${image.width} × ${image.height} ${image.pixelFormat}`
-    : `${view.imageWidth} × ${view.imageHeight}`);
   canvas.dataset.size = `${view.imageWidth}x${view.imageHeight}`;
   viewChanged();
 }
@@ -243,7 +240,8 @@ function note(state) {
 
 function follow(state) {
   note(state);
-  const image = state.image;
+  const image = state.open ? state.image : null;
+  write(find('live-size'), image ? `${image.width} × ${image.height} ${image.pixelFormat}` : '');
   if (image && view.setImage(image.width, image.height)) sizeChanged();
 }
 
@@ -258,7 +256,6 @@ function forget() {
   view.setImage(0, 0);
   delete canvas.dataset.frame;
   write(find('live-frame'), '');
-  write(find('live-size'), '');
   redraw();
 }
 
@@ -284,8 +281,8 @@ export function startLiveView() {
   });
   on('camera-closed', forget);
   on('camera-opened', showNewest);
-  on('image', (bitmap) => {
-    if (bitmap) receive(bitmap, NaN, null);
+  on('image', (snapped) => {
+    if (snapped) receive(snapped.bitmap, snapped.frame, null);
   });
   follow(current());
 }

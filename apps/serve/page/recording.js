@@ -70,7 +70,7 @@ function link(recording, file) {
 
 function entry(recording) {
   const files = recording.files ?? [];
-  const frames = files.filter((file) => /^frame/.test(file.name ?? file));
+  const frames = files.filter((file) => /^frame-/.test(file.name ?? file));
   const others = files.filter((file) => !frames.includes(file));
   const rest = frames.length - kListed;
   return make('details', { 'data-recording': recording.name },
