@@ -79,6 +79,10 @@ thread_local HttpConnection* preparedConnection = nullptr;
 /// Set on the accepting thread while it refuses a connection.
 thread_local bool isRefusing = false;
 
+bool IsEndless(const HttpAnswer& answer) {
+    return answer.stream && answer.streamBytes == 0;
+}
+
 void PutAnswer(HttpAnswer& answer, HttpConnection& connection, httplib::Response& response) {
     response.status = answer.status;
     for (const auto& [name, value] : answer.headers) {
@@ -88,8 +92,8 @@ void PutAnswer(HttpAnswer& answer, HttpConnection& connection, httplib::Response
         response.set_content(std::move(answer.body), answer.type);
         return;
     }
+    const bool isEndless = IsEndless(answer);
     const std::shared_ptr<IHttpStream> stream = std::move(answer.stream);
-    const bool isEndless = answer.streamBytes == 0;
     const auto send = [stream, isEndless, &connection](httplib::DataSink& sink) {
         bool isSent = false;
         bool isFine = true;
@@ -401,10 +405,12 @@ private:
             }
             answer = AnswerOf(request);
         }
+        // Without a length the end of the connection is the end of the answer.
+        const bool isLast = request.head.isLast || isEnding || IsEndless(*answer);
         preparedAnswer = &*answer;
         preparedConnection = &connection;
         CheckedRequest checked(connection, request.head);
-        return engine.Answer(checked, request.head.isLast || isEnding);
+        return engine.Answer(checked, isLast);
     }
 
     std::optional<HttpAnswer> RefusalOf(const HttpHead& head) {

@@ -16,8 +16,6 @@ namespace platform {
 
 namespace {
 
-constexpr int kWaitingConnections = 128;
-
 sockaddr_in TcpAddress(std::uint32_t address, std::uint16_t port) {
     sockaddr_in result{};
     result.sin_family = AF_INET;
@@ -54,7 +52,7 @@ TcpHandle ListenTcp(std::uint32_t address, std::uint16_t port, std::string& erro
     const int on = 1;
     if (handle >= 0 && setsockopt(handle, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on) == 0 &&
         bind(handle, reinterpret_cast<const sockaddr*>(&local), sizeof local) == 0 &&
-        listen(handle, kWaitingConnections) == 0) {
+        listen(handle, SOMAXCONN) == 0) {
         return handle;
     }
     error = std::system_category().message(errno);

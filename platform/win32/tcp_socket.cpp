@@ -12,8 +12,6 @@ namespace platform {
 
 namespace {
 
-constexpr int kWaitingConnections = 128;
-
 /// The library stays started: sockets may outlive whoever made the first one.
 void StartSockets() {
     static const bool isStarted = [] {
@@ -72,7 +70,7 @@ TcpHandle ListenTcp(std::uint32_t address, std::uint16_t port, std::string& erro
     const SOCKET handle = NewSocket();
     if (handle != INVALID_SOCKET && SetNumber(handle, SOL_SOCKET, SO_EXCLUSIVEADDRUSE, 1) &&
         bind(handle, reinterpret_cast<const sockaddr*>(&local), sizeof local) == 0 &&
-        listen(handle, kWaitingConnections) == 0) {
+        listen(handle, SOMAXCONN) == 0) {
         return static_cast<TcpHandle>(handle);
     }
     error = SystemErrorText(static_cast<std::uint32_t>(WSAGetLastError()));
