@@ -39,7 +39,8 @@ ModuleVersion VersionOfModule(const std::string& file) {
     CModuleLoader loader;
     if (loader.Load(file.c_str())) {
         module.file = loader.GetPath();
-        module.version = VersionOfFile(module.file);
+        const std::string said = loader.GetModuleVersion();
+        module.version = said.empty() ? VersionOfFile(module.file) : said;
     } else {
         module.file = file;
         module.problem = loader.GetErrorText();

@@ -29,10 +29,14 @@ struct Entries {
 
 /// Takes over what the record says about services, if it is long enough to say anything.
 void TakeServices(const MV_MODULE_INTERFACE& record, Entries& entries) {
-    if (record.size >= sizeof(MV_MODULE_INTERFACE)) {
+    if (record.size >= offsetof(MV_MODULE_INTERFACE, version)) {
         entries.servicesVersion = record.servicesVersion;
         entries.services = record.services;
     }
+}
+
+std::string VersionOfRecord(const MV_MODULE_INTERFACE& record) {
+    return record.size >= sizeof(MV_MODULE_INTERFACE) && record.version ? record.version : "";
 }
 
 /// Looks up a symbol; appends its name to `missing` if the module does not export it.
@@ -96,6 +100,7 @@ struct CModuleLoader::Impl {
     platform::SharedLibrary library;
     Entries entries;
     std::string path;
+    std::string version;
     std::string error;
     std::vector<CMivoraGrabber*> grabbers;
 };
@@ -136,6 +141,7 @@ bool CModuleLoader::Load(const char* path) {
             return impl->Refuse(file, reason);
         }
         TakeServices(*record, entries);
+        impl->version = VersionOfRecord(*record);
         impl->library = std::move(library);
         impl->entries = entries;
         impl->path = std::move(file);
@@ -154,10 +160,15 @@ void CModuleLoader::Unload() {
     impl->library.Unload();
     impl->entries = Entries();
     impl->path.clear();
+    impl->version.clear();
 }
 
 const char* CModuleLoader::GetPath() const {
     return impl->path.c_str();
+}
+
+const char* CModuleLoader::GetModuleVersion() const {
+    return impl->version.c_str();
 }
 
 CMivoraGrabber* CModuleLoader::CreateGrabber() {

@@ -28,8 +28,11 @@ MIVORA_MODULE_EXPORT void DeleteGrabberInstance(CMivoraGrabber* grabber) {
 
 MIVORA_MODULE_EXPORT const MV_MODULE_INTERFACE* MivoraModuleInterface() {
     static constexpr MV_MODULE_INTERFACE kInterface = {sizeof(MV_MODULE_INTERFACE),
-                                                       MIVORA_INTERFACE_VERSION, kMvCompilerFamily,
-                                                       MIVORA_SERVICES_BASE_VERSION, ServicesOf};
+                                                       MIVORA_INTERFACE_VERSION,
+                                                       kMvCompilerFamily,
+                                                       MIVORA_SERVICES_BASE_VERSION,
+                                                       ServicesOf,
+                                                       kMvModuleVersion};
     return &kInterface;
 }
 

@@ -84,12 +84,13 @@ static_assert(sizeof(CPyxenGrabber) == 16);
 #define ASSERT_OFFSET(record, field, offset)                                                       \
     static_assert(offsetof(record, field) == (offset), #record "::" #field)
 
-static_assert(sizeof(MV_MODULE_INTERFACE) == 32);
+static_assert(sizeof(MV_MODULE_INTERFACE) == 40);
 ASSERT_OFFSET(MV_MODULE_INTERFACE, size, 0);
 ASSERT_OFFSET(MV_MODULE_INTERFACE, interfaceVersion, 4);
 ASSERT_OFFSET(MV_MODULE_INTERFACE, compilerFamily, 8);
 ASSERT_OFFSET(MV_MODULE_INTERFACE, servicesVersion, 16);
 ASSERT_OFFSET(MV_MODULE_INTERFACE, services, 24);
+ASSERT_OFFSET(MV_MODULE_INTERFACE, version, 32);
 static_assert(kMvModuleInterfaceSmallest == offsetof(MV_MODULE_INTERFACE, servicesVersion));
 
 static_assert(sizeof(MV_SERVICE_REASON) == 1024);

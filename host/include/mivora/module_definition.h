@@ -11,6 +11,14 @@
 #define MIVORA_MODULE_EXPORT __declspec(dllexport)
 #endif
 
+/// The module's version for its record: what is defined as MIVORA_MODULE_VERSION, a text, where
+/// this header is included. mivora_add_module defines the version of the project.
+#ifdef MIVORA_MODULE_VERSION
+inline constexpr const char* kMvModuleVersion = MIVORA_MODULE_VERSION;
+#else
+inline constexpr const char* kMvModuleVersion = nullptr;
+#endif
+
 /// Defines the three functions that a host finds a module by, for a module whose grabbers are of
 /// the class `GrabberClass`. Stands once in the module, at file scope. The class derives from
 /// CMivoraGrabber; its constructor takes the handle of the loaded module (void*) and may throw. A
@@ -32,6 +40,7 @@
             filled.size = sizeof filled;                                                           \
             filled.interfaceVersion = MIVORA_INTERFACE_VERSION;                                    \
             filled.compilerFamily = kMvCompilerFamily;                                             \
+            filled.version = kMvModuleVersion;                                                     \
             return filled;                                                                         \
         }();                                                                                       \
         return &record;                                                                            \

@@ -28,6 +28,9 @@ struct MV_MODULE_INTERFACE {
     // Optional: a record may end here, and its size is kMvModuleInterfaceSmallest then.
     uint32_t servicesVersion;   ///< MIVORA_SERVICES_BASE_VERSION
     MV_SERVICES_QUERY services; ///< null without any
+
+    // Optional as well: a record may end here.
+    const char* version; ///< the module's own, such as "1.2.0", for people; null if it has none
 };
 /// Size of a record that ends before the services.
 inline constexpr uint32_t kMvModuleInterfaceSmallest = 16;

@@ -28,6 +28,8 @@ public:
     void Unload();
     /// The absolute path of the loaded module, or an empty text.
     const char* GetPath() const;
+    /// The version that the loaded module says it has; an empty text if it does not say.
+    const char* GetModuleVersion() const;
 
     /// Creates a grabber for use until DeleteGrabber or Unload. Returns null if no module is loaded
     /// or the module fails to create one; see GetErrorText.

@@ -2,6 +2,7 @@
 #include "apps/common/program_version.h"
 
 #include "mivora/version.h"
+#include "platform/file_system.h"
 #include "tests/support/run_program.h"
 
 #include <gtest/gtest.h>
@@ -37,6 +38,9 @@ TEST(ProgramVersion, LoadsTheModule) {
     const ModuleVersion good = VersionOfModule(support::BuiltFile("test_modules/good.module"));
     EXPECT_EQ(good.problem, "");
     EXPECT_NE(good.file.find("good.module"), std::string::npos);
+    const ModuleVersion own =
+        VersionOfModule(support::BuiltFile(platform::LibraryFileName("MivoraKVNPyxen")));
+    EXPECT_EQ(own.version, kOwn);
 }
 
 } // namespace

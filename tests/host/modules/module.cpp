@@ -12,6 +12,9 @@
 #ifndef TEST_MODULE_SIZE
 #define TEST_MODULE_SIZE sizeof(MV_MODULE_INTERFACE)
 #endif
+#ifndef TEST_MODULE_OWN_VERSION
+#define TEST_MODULE_OWN_VERSION nullptr
+#endif
 #ifndef TEST_MODULE_VERSION
 #define TEST_MODULE_VERSION MIVORA_INTERFACE_VERSION
 #endif
@@ -33,12 +36,13 @@ IMivoraModuleServices* Services(CMivoraGrabber* grabber) {
 #ifndef TEST_MODULE_SILENT
 EXPORTED const MV_MODULE_INTERFACE* MivoraModuleInterface() {
 #ifdef TEST_MODULE_SERVICES_VERSION
-    static const MV_MODULE_INTERFACE record = {TEST_MODULE_SIZE, TEST_MODULE_VERSION,
+    static const MV_MODULE_INTERFACE record = {TEST_MODULE_SIZE,   TEST_MODULE_VERSION,
                                                TEST_MODULE_FAMILY, TEST_MODULE_SERVICES_VERSION,
-                                               Services};
+                                               Services,           TEST_MODULE_OWN_VERSION};
 #else
-    static const MV_MODULE_INTERFACE record = {TEST_MODULE_SIZE, TEST_MODULE_VERSION,
-                                               TEST_MODULE_FAMILY, 0, nullptr};
+    static const MV_MODULE_INTERFACE record = {
+        TEST_MODULE_SIZE, TEST_MODULE_VERSION,    TEST_MODULE_FAMILY, 0,
+        nullptr,          TEST_MODULE_OWN_VERSION};
 #endif
     return &record;
 }

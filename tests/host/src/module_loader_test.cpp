@@ -141,13 +141,26 @@ std::string WhyNoServices(const char* name) {
 }
 
 TEST(ModuleLoader, FindsTheServicesOfAGrabber) {
-    for (const char* const name : {"services", "services_longer"}) {
+    for (const char* const name : {"services", "services_longer", "services_without_version"}) {
         CModuleLoader loader;
         ASSERT_TRUE(loader.Load(ModulePath(name).c_str())) << loader.GetErrorText();
         IMivoraModuleServices* const services = loader.GetServices(loader.CreateGrabber());
         ASSERT_NE(services, nullptr) << loader.GetErrorText();
         EXPECT_STREQ(loader.GetErrorText(), "");
         EXPECT_EQ(services->GetVersion(), MIVORA_SERVICES_VERSION);
+    }
+}
+
+TEST(ModuleLoader, KnowsTheVersionOfAModuleThatHasOne) {
+    CModuleLoader loader;
+    EXPECT_STREQ(loader.GetModuleVersion(), "");
+    ASSERT_TRUE(loader.Load(ModulePath("with_version").c_str())) << loader.GetErrorText();
+    EXPECT_STREQ(loader.GetModuleVersion(), "2.3.4");
+    loader.Unload();
+    EXPECT_STREQ(loader.GetModuleVersion(), "");
+    for (const char* const name : {"good", "services_unsaid", "services_without_version"}) {
+        ASSERT_TRUE(loader.Load(ModulePath(name).c_str())) << loader.GetErrorText();
+        EXPECT_STREQ(loader.GetModuleVersion(), "") << name << " has none, or a record without it";
     }
 }
 

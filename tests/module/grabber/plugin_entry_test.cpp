@@ -1,6 +1,7 @@
 // plugin_entry_test.cpp - the built module, loaded as a host loads it
 #include "mivora/grabber.h"
 #include "mivora/module_entry.h"
+#include "mivora/version.h"
 #include "platform/file_system.h"
 #include "platform/shared_library.h"
 #include "tests/scripted_sdk/scripted_sdk.h"
@@ -59,6 +60,7 @@ TEST_F(PluginEntry, SaysWhatItWasBuiltAgainst) {
     EXPECT_EQ(record->interfaceVersion, MIVORA_INTERFACE_VERSION);
     EXPECT_STREQ(record->compilerFamily, kMvCompilerFamily);
     EXPECT_EQ(record->servicesVersion, 1u) << "what hosts of the first version look for";
+    EXPECT_STREQ(record->version, MivoraHostVersion()) << "they are built together";
 }
 
 TEST_F(PluginEntry, OffersServicesOfEachGrabber) {
