@@ -250,8 +250,9 @@ TEST_F(Images, ThatDoNotComeAreExplained) {
     const Arguments grab{"grab", "--frames", "5", "--timeout", "300", "--json"};
     UseCamera("", Faults("frame-random 7 100 incomplete"));
     auto result = Mivora(grab);
-    ExpectFailure(result, 1, {"after 0 frames: ", " frames came and none was complete, ",
-                              " packets are missing; the network"});
+    ExpectFailure(result, 1,
+                  {"after 0 frames: ", " frames came and none was complete, ",
+                   " packets are missing; the network"});
     const Json packets = Json::parse(result.output)["packets"];
     EXPECT_GT(packets["received"], 0) << packets;
     EXPECT_GT(packets["missing"], 0) << packets;
