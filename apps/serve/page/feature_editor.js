@@ -4,9 +4,8 @@ import { executeFeature, writeFeature } from './api.js';
 import { find, make, write } from './dom.js';
 import { accessText, limitsText, typedJson, valueText } from './feature_text.js';
 import { current, emit } from './hub.js';
+import { sliderScale } from './slider_scale.js';
 import { Followers } from './synchronisation.js';
-
-const kSliderSteps = 1000;
 
 /** What settings files keep can mostly be written while the camera stands still, which writing sees to. */
 const isLocked = (feature) => current().grabbing && feature.access === 'R' && Boolean(feature.streamable);
@@ -16,6 +15,7 @@ export class FeatureEditor {
   #feature = null;
   #control = null; // what holds the value
   #slider = null;
+  #scale = null; // of the slider
   #dirty = false;
   #followers = null;
   #selectorsOf;
@@ -185,19 +185,30 @@ export class FeatureEditor {
   }
 
   #makeSlider() {
-    const { type, min, max, increment } = this.#feature;
-    const step = type === 'integer' ? increment || 1 : (max - min) / kSliderSteps;
-    this.#slider = make('input', { type: 'range', id: 'feature-slider', min, max, step, 'aria-label': `${this.#feature.name} slider` });
+    const feature = this.#feature;
+    this.#scale = sliderScale(feature);
+    const { least, most, step } = this.#scale;
+    this.#slider = make('input', { type: 'range', id: 'feature-slider', min: least, max: most, step, 'aria-label': `${feature.name} slider` });
     this.#slider.addEventListener('input', () => {
-      this.#control.value = type === 'integer' ? this.#slider.value : String(Number(Number(this.#slider.value).toPrecision(6)));
-      this.#edited();
+      this.#control.value = this.#scale.toText(Number(this.#slider.value));
+      this.#dirty = true;
+      this.#nameSlider();
+      this.#preview();
     });
     this.#slider.addEventListener('change', () => this.#apply(this.#control.value));
-    return make('span', { class: 'slider' }, String(min), this.#slider, String(Number(max.toPrecision(8))));
+    const end = (value) => String(Number(Number(value).toPrecision(8)));
+    return make('span', { class: 'slider' }, end(feature.min), this.#slider, end(feature.max));
   }
 
   #moveSlider() {
-    if (this.#slider && Number.isFinite(Number(this.#control.value))) this.#slider.value = this.#control.value;
+    const value = Number(this.#control.value);
+    if (!this.#slider || !Number.isFinite(value)) return;
+    this.#slider.value = this.#scale.toPosition(value);
+    this.#nameSlider();
+  }
+
+  #nameSlider() {
+    this.#slider.setAttribute('aria-valuetext', `${this.#control.value} ${this.#feature.unit ?? ''}`.trim());
   }
 
   #fill() {

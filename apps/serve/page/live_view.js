@@ -8,10 +8,11 @@ import { followPointers } from './pointers.js';
 import { Viewport } from './viewport.js';
 
 const kZoomStep = 1.25;
+const kMostPart = 4096; // pixels of the width and height of an exact part
 
 const view = new Viewport();
 const cursor = { x: 0, y: 0, known: false, pinned: false };
-const line = { x1: 0, y1: 0, x2: 0, y2: 0, known: false };
+const line = { x1: 0, y1: 0, x2: 0, y2: 0, known: false, chosen: false };
 const pressed = { exact: false, crosshair: false, saturation: false, 'profile-line': false };
 let canvas;
 let context;
@@ -32,8 +33,8 @@ function draw() {
   const height = view.imageHeight * view.scale;
   context.imageSmoothingEnabled = view.scale < 2;
   context.imageSmoothingQuality = 'medium';
-  if (preview && !(pressed.exact && part)) context.drawImage(preview, x, y, width, height);
-  if (pressed.exact && part) drawPart();
+  if (preview) context.drawImage(preview, x, y, width, height);
+  if (isExact() && part) drawPart();
   if (pressed.saturation && marks) context.drawImage(marks, x, y, width, height);
   if (pressed['profile-line'] && line.known) drawLine(context, view, line);
   if (pressed.crosshair && cursor.known) drawCrosshair(context, view, cursor);
@@ -44,6 +45,9 @@ function drawPart() {
   context.imageSmoothingEnabled = view.scale < 1;
   context.drawImage(part.bitmap, x, y, part.place.width * view.scale, part.place.height * view.scale);
 }
+
+// A preview has saturated pixels that are none in the frame, and the other way round.
+const isExact = () => pressed.exact || pressed.saturation;
 
 function redraw() {
   if (pending) return;
@@ -66,6 +70,7 @@ function receive(bitmap, frame, place) {
   } else {
     preview?.close();
     preview = bitmap;
+    part = null; // of an older frame
     adoptSize(bitmap);
     if (pressed.saturation) marks = markSaturated(bitmap, null, view);
   }
@@ -81,9 +86,11 @@ function receive(bitmap, frame, place) {
 function sizeChanged() {
   part = null;
   marks = null;
-  if (!line.known || line.x2 >= view.imageWidth || line.y2 >= view.imageHeight) {
+  const fits = Math.max(line.x1, line.x2) < view.imageWidth && Math.max(line.y1, line.y2) < view.imageHeight;
+  if (!line.chosen || !fits) {
     const middle = Math.floor(view.imageHeight / 2);
     setLine({ x1: 0, y1: middle, x2: view.imageWidth - 1, y2: middle });
+    line.chosen = false;
   }
   cursor.x = Math.min(cursor.x, view.imageWidth - 1);
   cursor.y = Math.min(cursor.y, view.imageHeight - 1);
@@ -127,11 +134,9 @@ function zoomBy(factor, x, y) {
 function press(name, on) {
   pressed[name] = on;
   find(name).setAttribute('aria-pressed', String(on));
-  if (name === 'exact') {
-    source.setExact(on);
-    source.refresh();
-  }
-  if (name === 'saturation' && on && preview) marks = markSaturated(preview, null, view);
+  if (name === 'saturation') marks = on && preview ? markSaturated(preview, null, view) : null;
+  source.setExact(isExact());
+  source.refresh();
   redraw();
 }
 
@@ -165,6 +170,7 @@ export function setLine(ends) {
   for (const key of ['x1', 'x2']) line[key] = inside(ends[key], view.imageWidth || Infinity);
   for (const key of ['y1', 'y2']) line[key] = inside(ends[key], view.imageHeight || Infinity);
   line.known = true;
+  line.chosen = true;
   emit('line', { ...line });
   redraw();
 }
@@ -251,6 +257,7 @@ function forget() {
   part = null;
   marks = null;
   line.known = false;
+  line.chosen = false;
   cursor.known = false;
   cursor.pinned = false;
   view.setImage(0, 0);
@@ -265,7 +272,7 @@ export const shownFrame = () => frameNumber;
 export function startLiveView() {
   canvas = find('live');
   context = canvas.getContext('2d');
-  source = new PictureSource(receive, () => view.visible());
+  source = new PictureSource(receive, () => view.visible(kMostPart));
   new ResizeObserver(resize).observe(canvas);
   followPointers(canvas, { hover, click, drag, zoom: zoomBy });
   canvas.addEventListener('keydown', key);

@@ -66,13 +66,16 @@ export class Viewport {
     return [(x - this.left) * this.scale, (y - this.top) * this.scale];
   }
 
-  /** The pixels of the image that are seen, at least in part. */
-  visible() {
-    const x = Math.max(0, Math.floor(this.left));
-    const y = Math.max(0, Math.floor(this.top));
-    const right = Math.min(this.imageWidth, Math.ceil(this.left + this.viewWidth / this.scale));
-    const bottom = Math.min(this.imageHeight, Math.ceil(this.top + this.viewHeight / this.scale));
-    return { x, y, width: Math.max(0, right - x), height: Math.max(0, bottom - y) };
+  /** The pixels of the image that are seen, at least in part; of more than `most` a side those in the middle. */
+  visible(most) {
+    const seen = (from, image, view) => {
+      const first = Math.max(0, Math.floor(from));
+      const count = Math.max(0, Math.min(image, Math.ceil(from + view / this.scale)) - first);
+      return count > most ? [first + Math.floor((count - most) / 2), most] : [first, count];
+    };
+    const [x, width] = seen(this.left, this.imageWidth, this.viewWidth);
+    const [y, height] = seen(this.top, this.imageHeight, this.viewHeight);
+    return { x, y, width, height };
   }
 
   #settle() {
