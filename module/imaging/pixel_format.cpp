@@ -171,6 +171,9 @@ std::uint64_t HostRowBytes(const PixelFormat& format, std::uint32_t width) {
 
 void ConvertRows(const PixelFormat& format, const void* raw, void* host, std::uint32_t width,
                  std::uint32_t first, std::uint32_t count, Stores stores) {
+    if (format.rowAddress && width == 0) {
+        return; // of however many lines
+    }
     const ConvertFunction streaming =
         stores == Stores::kStreaming ? StreamingConverter(format.convert) : nullptr;
     const ConvertFunction convert = streaming ? streaming : format.convert;
@@ -184,9 +187,6 @@ void ConvertRows(const PixelFormat& format, const void* raw, void* host, std::ui
         convert(static_cast<const std::uint8_t*>(raw) + bits * width * first / 8, line,
                 std::uint64_t{width} * count);
         return;
-    }
-    if (width == 0) {
-        return; // of however many lines
     }
     for (std::uint32_t row = first; row < first + count; ++row, line += stride) {
         convert(format.rowAddress(raw, width, row), line, width);
