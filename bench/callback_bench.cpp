@@ -2,6 +2,7 @@
 #include "bench/support/baseline.h"
 #include "bench/support/median_times.h"
 #include "grabber/mivora_kvn_pyxen_class.h"
+#include "platform/mutex.h"
 
 #include <cstdarg>
 #include <cstdio>
@@ -86,6 +87,7 @@ public:
     RunningGrabber& operator=(const RunningGrabber&) = delete;
 
     PxnFrame* Frame() { return (*frames)[0].Frame(); }
+    CMivoraKVNPyxenClass& Grabber() { return *grabber; }
 
     void OnFrame(PxnFrame* frame) override { grabber->FrameCallback(frame); }
 
@@ -120,13 +122,33 @@ int main(int argc, char** argv) {
             std::uint64_t{0}, std::uint64_t{turn}, frame.bufferSize, frame.width, frame.height,
             frame.pixelFormat, frame.frameId);
     };
+    FrameNote note;
+    FrameHold hold;
+    platform::Mutex mutex;
     auto times = MedianTimes(
         "callback", {{"bare SDK callback", Calling(&BareCallback, quiet.Frame())},
                      {"module without a sink", Calling(&ModuleCallback, quiet.Frame())},
                      {"its slot alone", Calling(&SlotAlone, quiet.Frame())},
                      {"module with a discarding sink", Calling(&ModuleCallback, discarded.Frame())},
                      {"module with a formatting sink", Calling(&ModuleCallback, logged.Frame())},
-                     {"formatting its line alone", format}});
+                     {"formatting its line alone", format},
+                     {"part: the host's ring",
+                      [&](std::size_t) {
+                          quiet.Grabber().DoPostProcess(0, 1);
+                      }},
+                     {"part: noting the frame",
+                      [&](std::size_t turn) {
+                          note.Store(frame, turn, true);
+                      }},
+                     {"part: the mutex of queueing again",
+                      [&](std::size_t) {
+                          if (mutex.TryLock()) {
+                              mutex.Unlock();
+                          }
+                      }},
+                     {"part: who may write to the frame", [&](std::size_t) {
+                          hold.BeginQueue();
+                      }}});
     const double bare = times.at("bare SDK callback");
     std::printf("%s\n\n| frame callback | ns | over the bare one |\n|---|---|---|\n",
                 ProcessorName().c_str());

@@ -28,6 +28,7 @@ MV_ERRCODE MessageReceivers::SetWindow(MV_WINDOW receiver, std::uint32_t message
     const platform::MutexLock lock(mutex);
     window = message == 0 ? nullptr : receiver;
     windowMessage = message;
+    NoteReceivers();
     return MV_OK;
 }
 
@@ -38,10 +39,18 @@ MV_ERRCODE MessageReceivers::SetThread(std::uint32_t receiver, std::uint32_t mes
     const platform::MutexLock lock(mutex);
     threadId = message == 0 ? 0 : receiver;
     threadMessage = message;
+    NoteReceivers();
     return MV_OK;
 }
 
+void MessageReceivers::NoteReceivers() {
+    isAnySet.store(window || threadId != 0, std::memory_order_release);
+}
+
 void MessageReceivers::Post(std::uint64_t wParam, std::int64_t lParam) {
+    if (!isAnySet.load(std::memory_order_acquire)) {
+        return;
+    }
     const platform::MutexLock lock(mutex);
     if (window) {
         platform::PostWindowMessage(window, windowMessage, wParam, lParam);

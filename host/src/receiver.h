@@ -45,6 +45,9 @@ public:
     /// Calls `call` with the receiver; false if there is none.
     template <typename Call>
     bool Deliver(const Call& call) {
+        if (!isInstalled.load(std::memory_order_acquire)) {
+            return false;
+        }
         const std::shared_ptr<Entry> entry = Enter();
         if (!entry) {
             return false;
@@ -94,6 +97,7 @@ private:
     void Exchange(std::shared_ptr<Entry> entry) {
         {
             const platform::MutexLock lock(mutex);
+            isInstalled.store(entry != nullptr, std::memory_order_release);
             current.swap(entry);
             if (!entry || entry->running == 0) {
                 return;
@@ -106,6 +110,7 @@ private:
 
     platform::Mutex mutex;
     std::shared_ptr<Entry> current GUARDED_BY(mutex);
+    std::atomic<bool> isInstalled{false}; // without a receiver no lock is taken; under the mutex
 };
 
 /// A window and a thread that are notified by posted messages; posting does not block. Any thread.
@@ -119,7 +124,10 @@ public:
     void Post(std::uint64_t wParam, std::int64_t lParam);
 
 private:
+    void NoteReceivers() REQUIRES(mutex);
+
     platform::Mutex mutex;
+    std::atomic<bool> isAnySet{false}; // without a receiver no lock is taken; under the mutex
     MV_WINDOW window GUARDED_BY(mutex) = nullptr;
     std::uint32_t windowMessage GUARDED_BY(mutex) = 0;
     std::uint32_t threadId GUARDED_BY(mutex) = 0;

@@ -46,7 +46,7 @@ public:
     /// What the SDK fills.
     ImageMemory& Filled() { return raw.Get() ? raw : host; }
     /// The SDK has filled it, and brings it back.
-    void NoteReceived() { received = hold.Now(); }
+    void NoteReceived() { received.store(hold.Now(), std::memory_order_release); }
     /// True when the SDK has given back what it had then, and has not had it again.
     bool IsAsReceived() const { return hold.IsHomeSince(received); }
 
