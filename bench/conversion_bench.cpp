@@ -76,6 +76,18 @@ public:
     std::uint8_t* const to;
 };
 
+// Streaming stores are for images that do not fit the cache.
+std::vector<const ConverterSet*> SetsFor(const Size& size) {
+    std::vector<const ConverterSet*> sets;
+    for (const ConverterSet* set : UsableConverterSets()) {
+        sets.push_back(set);
+        if (set->streaming && size.turnsEach == 1) {
+            sets.push_back(set->streaming);
+        }
+    }
+    return sets;
+}
+
 void Measure(const Conversion& conversion, const Size& size, Content content, Ratios& ratios) {
     const std::size_t pixels = size.Pixels();
     std::vector<std::unique_ptr<BufferPair>> pairs;
@@ -97,7 +109,7 @@ void Measure(const Conversion& conversion, const Size& size, Content content, Ra
                                    CopyByVectors(pair.to, pair.from, pair.copied);
                                }});
     }
-    for (const ConverterSet* set : UsableConverterSets()) {
+    for (const ConverterSet* set : SetsFor(size)) {
         contestants.push_back({set->name, [&, set](std::size_t turn) {
                                    const BufferPair& pair = inTurn(turn);
                                    (set->*conversion.converter)(pair.from, pair.to, pixels);
@@ -125,7 +137,7 @@ void Measure(const Conversion& conversion, const Size& size, Content content, Ra
                     2.0 * static_cast<double>(pairs[0]->copied) / time, copy / time, plain / time);
         std::fflush(stdout);
     }
-    for (const ConverterSet* set : UsableConverterSets()) {
+    for (const ConverterSet* set : SetsFor(size)) {
         if (set != &kPlainConverters) {
             const double time = times.at(set->name);
             ratios[conversion.name + (" " + where) + ", " + set->name] = {copy / time,
