@@ -7,6 +7,7 @@ cd "$1"
 
 whole='
 tests/apps/common/every_format_test.cpp
+tests/apps/serve/serve_features_test.cpp
 tests/apps/view/windows/viewer_menu_test.cpp
 tests/apps/view/windows/viewer_program_test.cpp
 tests/host/ini_file_processes_test.cpp

@@ -19,6 +19,20 @@ TEST(Histogram, IsZeroWithoutValues) {
     EXPECT_EQ(histogram.Percentile(50), 0u);
 }
 
+TEST(Histogram, CountsTheValuesUpToOne) {
+    Histogram histogram;
+    EXPECT_EQ(histogram.CountUpTo(std::numeric_limits<std::uint64_t>::max()), 0u);
+    for (const std::uint64_t value : {0, 1, 5, 5, 100, 1000000}) {
+        histogram.Add(value);
+    }
+    EXPECT_EQ(histogram.CountUpTo(0), 1u);
+    EXPECT_EQ(histogram.CountUpTo(4), 2u);
+    EXPECT_EQ(histogram.CountUpTo(5), 4u);
+    EXPECT_EQ(histogram.CountUpTo(100), 5u);
+    EXPECT_EQ(histogram.CountUpTo(900000), 5u);
+    EXPECT_EQ(histogram.CountUpTo(std::numeric_limits<std::uint64_t>::max()), 6u);
+}
+
 TEST(Histogram, IsExactForSmallValues) {
     Histogram histogram;
     for (std::uint64_t value = 1; value <= 10; ++value) {

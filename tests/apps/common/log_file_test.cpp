@@ -33,6 +33,31 @@ TEST_F(LogFileTest, WritesLevelAndTextAndFlushesEveryLine) {
               "1 Announced buffer 18446744073709551615\n0 bad\n0 100% of %s\n");
 }
 
+class KeptLines final : public ILogObserver {
+public:
+    void OnLogLine(int level, const std::string& text) override {
+        lines += std::to_string(level) + text + ";";
+    }
+    std::string lines;
+};
+
+TEST_F(LogFileTest, PassesLinesToItsObserver) {
+    KeptLines kept;
+    ILogSink& sink = log;
+    sink.Write(1, "before");
+    log.Watch(&kept);
+    sink.Write(1, "a%d", 1);
+    sink.WriteError("b");
+    log.Watch(nullptr);
+    sink.Write(1, "after");
+    EXPECT_EQ(kept.lines, "1a1;0b;");
+    log.Open(directory.PathOf("log"));
+    log.Watch(&kept);
+    log.Watch(nullptr);
+    sink.Write(1, "file");
+    EXPECT_EQ(directory.Read("log"), "1 file\n") << "the file goes on";
+}
+
 TEST_F(LogFileTest, BeginsLinesWithTheTimeOnRequest) {
     log.Open(directory.PathOf("log"), true);
     const std::string before = UtcTimeText(std::chrono::system_clock::now());
