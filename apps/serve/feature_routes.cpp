@@ -185,7 +185,8 @@ std::vector<JsonValue> ChangesOf(ServiceClient& services,
 
 /// "640" and "\"Mono8\"" as JSON; whatever is none counts as text.
 std::string QueriedValue(const std::string& text) {
-    const nlohmann::json value = nlohmann::json::parse(text, nullptr, false);
+    const bool isQuoted = text.starts_with('"');
+    const nlohmann::json value = nlohmann::json::parse(isQuoted ? text : "0", nullptr, false);
     return value.is_string() ? value.get<std::string>() : text;
 }
 

@@ -139,9 +139,7 @@ public:
         });
         engine.set_keep_alive_max_count(1000);
         engine.set_keep_alive_timeout(static_cast<time_t>(limits.idleMs / 1000));
-#ifdef _WIN32
         engine.set_idle_interval(0, 100000); // how often the library looks whether it is to end
-#endif
     }
 
     void Listen(std::uint32_t address, std::uint16_t port) {
@@ -154,9 +152,7 @@ public:
         engine.Take(handle);
     }
 
-    std::uint16_t Port() const {
-        return listenedPort;
-    }
+    std::uint16_t Port() const { return listenedPort; }
 
     void Start() {
         const auto accept = [](void* self) {

@@ -47,6 +47,8 @@ nlohmann::json ParseJsonBody(std::string_view text, const std::vector<std::strin
     } catch (const nlohmann::json::parse_error& error) {
         throw RequestFailure(kBadRequest, "the body is no JSON: byte " +
                                               std::to_string(error.byte) + " is wrong");
+    } catch (const nlohmann::json::out_of_range&) {
+        throw RequestFailure(kBadRequest, "the body has a number that is too large");
     }
     if (!body.is_object()) {
         throw RequestFailure(kBadRequest, "the body is no JSON object");

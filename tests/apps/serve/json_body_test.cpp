@@ -27,6 +27,7 @@ TEST(JsonBody, IsAnObjectOfKnownMembers) {
     EXPECT_EQ(BodyProblem(""), "the body is no JSON: byte 1 is wrong");
     EXPECT_EQ(BodyProblem("{\"a\":1,}"), "the body is no JSON: byte 8 is wrong");
     EXPECT_NE(BodyProblem("{\"a\":1} x"), "");
+    EXPECT_EQ(BodyProblem("{\"a\":1e999}"), "the body has a number that is too large");
     EXPECT_NE(BodyProblem("{\"a\":\"\xFF\"}"), "") << "the text is no UTF-8";
 }
 
