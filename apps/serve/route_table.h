@@ -24,7 +24,7 @@ struct RouteCall {
 
 struct Route {
     const char* method = "GET"; ///< of GET also HEAD
-    std::string path;           ///< "/api/features/{module}/{name}"
+    std::string path{};         ///< "/api/features/{module}/{name}"
     std::vector<std::string> query{};
     RouteBody body = RouteBody::kNone;
     std::function<HttpAnswer(const RouteCall& call)> run{};
