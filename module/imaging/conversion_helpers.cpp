@@ -22,11 +22,10 @@ void ConversionHelpers::Keep(std::size_t count) {
         return;
     }
     canHelp = false;
-    isEnding = true;
-    ++wakeUps;
-    wakeUps.notify_all();
+    SetEnding(true);
+    awake.NotifyAll();
     threads.clear();
-    isEnding = false;
+    SetEnding(false);
     NoThrow(false, [&] {
         threads.reserve(count);
         while (threads.size() < count) {
@@ -53,12 +52,14 @@ void ConversionHelpers::ConvertImage(const PixelFormat& format, const void* raw,
     image = {&format, raw, host, width, height, rowsEach, parts, StoresFor(format, width, height)};
     unfinished.store(parts, std::memory_order_relaxed);
     unclaimed.store(parts, std::memory_order_release);
-    ++wakeUps;
-    wakeUps.notify_all();
+    WakeUp();
     while (ConvertPart()) {
     }
-    while (const std::uint32_t left = unfinished.load(std::memory_order_acquire)) {
-        unfinished.wait(left, std::memory_order_acquire);
+    {
+        const platform::MutexLock lock(mutex);
+        while (unfinished.load(std::memory_order_acquire) != 0) {
+            finished.Wait(mutex);
+        }
     }
     isTaken.store(false, std::memory_order_release);
 }
@@ -73,16 +74,33 @@ void ConversionHelpers::Run(void* helpers) {
     static_cast<ConversionHelpers*>(helpers)->Help();
 }
 
+void ConversionHelpers::SetEnding(bool value) {
+    const platform::MutexLock lock(mutex);
+    isEnding = value;
+}
+
+void ConversionHelpers::WakeUp() {
+    {
+        const platform::MutexLock lock(mutex);
+        ++wakeUps;
+    }
+    awake.NotifyAll();
+}
+
 void ConversionHelpers::Help() {
-    for (;;) {
-        // Read first: what is published after this look changes it, and the wait ends at once.
-        const std::uint32_t seen = wakeUps;
-        if (isEnding) {
-            return;
+    for (std::uint32_t seen = 0;;) {
+        {
+            const platform::MutexLock lock(mutex);
+            while (wakeUps == seen && !isEnding) {
+                awake.Wait(mutex);
+            }
+            if (isEnding) {
+                return;
+            }
+            seen = wakeUps;
         }
         while (ConvertPart()) {
         }
-        wakeUps.wait(seen);
     }
 }
 
@@ -99,7 +117,10 @@ bool ConversionHelpers::ConvertPart() {
     ConvertRows(*image.format, image.raw, image.host, image.width, first,
                 std::min(image.rowsEach, image.height - first), image.stores);
     if (unfinished.fetch_sub(1, std::memory_order_release) == 1) {
-        unfinished.notify_all();
+        {
+            const platform::MutexLock lock(mutex); // whoever waits has seen it, or waits by now
+        }
+        finished.NotifyAll();
     }
     return true;
 }

@@ -2,6 +2,8 @@
 #pragma once
 
 #include "imaging/pixel_format.h"
+#include "platform/condition.h"
+#include "platform/mutex.h"
 #include "platform/thread.h"
 
 #include <atomic>
@@ -15,7 +17,7 @@ namespace pyxen {
 ///
 /// Helpers sleep between images and run nothing but converters. Each takes some rows at a time, so
 /// that only helpers that are at work are waited for: one that does not wake up in time has no
-/// part in the image. Converting takes no lock and allocates nothing.
+/// part in the image. Nothing is converted under a lock, and nothing is allocated.
 class ConversionHelpers {
 public:
     static constexpr std::uint32_t kMostThreads = 64;
@@ -50,14 +52,22 @@ private:
 
     static std::uint32_t RowsEach(const PixelFormat& format, std::uint32_t width);
     static void Run(void* helpers);
+    void SetEnding(bool value);
+    void WakeUp();
     void Help();
     /// False when no part is left to be taken.
     bool ConvertPart();
 
     std::vector<platform::Thread> threads;
     std::atomic<bool> canHelp{false};
-    std::atomic<bool> isEnding{false};
-    std::atomic<std::uint32_t> wakeUps{0}; // changes when helpers have to look what there is to do
+
+    // For waiting only, and never held while converting. The waits of std::atomic lose
+    // notifications where the C library of Windows has no waits for addresses.
+    platform::Mutex mutex;
+    platform::Condition awake;
+    platform::Condition finished;
+    bool isEnding GUARDED_BY(mutex) = false;
+    std::uint32_t wakeUps GUARDED_BY(mutex) = 0; // changes when there is something to look for
 
     std::atomic<bool> isTaken{false};        // a thread converts its image here
     Image image{};                           // stays as it is while a part is unfinished
