@@ -459,6 +459,19 @@ class PageTest(unittest.TestCase):
         self.page.click("#settings-compare")
         self.page.wait_text("#settings-result", "The camera has all settings as the file has them.")
 
+    def test_log(self):
+        self.open()
+        self.page.click("#tab-log")
+        self.page.wait_text("#log", "CMivoraKVNPyxenClass::OpenActCamera")
+        wait("the newest line", lambda: self.page.script(
+            "const log = document.getElementById('log'); return log.scrollHeight - log.scrollTop - log.clientHeight < 2"))
+        self.page.type("#log-filter", "no line has this")
+        wait("the filter", lambda: self.page.text("#log") == "")
+        self.page.type("#log-filter", Keys.DELETE)
+        self.page.wait_text("#log", "OpenActCamera")
+        self.page.click("#log-clear")
+        wait("an empty log", lambda: self.page.text("#log") == "")
+
     def test_snapped_image_is_saved(self):
         self.open()
         self.page.click("#save-tiff")
@@ -509,6 +522,17 @@ class PageTest(unittest.TestCase):
               .filter((element) => element.getBoundingClientRect().right > 360.5).map((element) => element.id);
         """)
         self.assertEqual(cut, [])
+
+    def test_usual_widths(self):
+        self.open()
+        for width in (1024, 1280, 1366, 1920):
+            self.page.size(width, 800)
+            lines = self.page.script("""
+                return ['.bar button', '.view-tools button', '.tabs button'].map((selector) => new Set(
+                  [...document.querySelectorAll(selector)].map((button) => Math.round(button.getBoundingClientRect().top))).size);
+            """)
+            self.assertEqual(lines, [1, 1, 1], width)
+            self.assertEqual(self.page.script("return document.documentElement.scrollWidth"), width)
 
     def test_no_request_elsewhere(self):
         self.page.driver.get_log("performance")

@@ -2,9 +2,15 @@
 
 import { find, make } from './dom.js';
 import { on } from './hub.js';
+import { onTab } from './tabs.js';
 
 const kMost = 2000;
 let lines = [];
+let follows = true; // what is added is in sight
+
+const toEnd = () => {
+  find('log').scrollTop = find('log').scrollHeight;
+};
 
 const wanted = (line) => {
   const filter = find('log-filter').value.toLowerCase();
@@ -13,25 +19,28 @@ const wanted = (line) => {
 
 const entry = (line) => make('li', { 'data-level': line.level },
   make('time', { datetime: line.time.toISOString() }, line.time.toTimeString().slice(0, 8)),
-  line.level === 0 ? make('span', { class: 'unseen' }, 'error: ') : null, line.text);
+  make('span', {}, line.level === 0 ? make('span', { class: 'unseen' }, 'error: ') : null, line.text));
 
 function append(line) {
   lines.push({ ...line, time: new Date() });
   const log = find('log');
-  const atEnd = log.scrollTop + log.clientHeight >= log.scrollHeight - 30;
+  if (log.clientHeight) follows = log.scrollTop + log.clientHeight >= log.scrollHeight - 30;
   if (wanted(line)) log.append(entry(lines.at(-1)));
   if (lines.length > kMost) lines = lines.slice(-kMost);
   while (log.childElementCount > kMost) log.firstElementChild.remove();
-  if (atEnd) log.scrollTop = log.scrollHeight;
+  if (follows) toEnd();
 }
 
 function showAll() {
   find('log').replaceChildren(...lines.filter(wanted).map(entry));
-  find('log').scrollTop = find('log').scrollHeight;
+  toEnd();
 }
 
 export function startLog() {
   on('log', append);
+  onTab('log', () => {
+    if (follows) toEnd();
+  });
   find('log-filter').addEventListener('input', showAll);
   find('log-errors').addEventListener('change', showAll);
   find('log-clear').addEventListener('click', () => {
