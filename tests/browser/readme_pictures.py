@@ -10,7 +10,7 @@ from selenium.webdriver.common.keys import Keys
 
 from browser import Page, Server, wait
 
-WIDTH, HEIGHT = 1360, 850
+WIDTH, HEIGHT = 1400, 860
 PLOTTED = 25  # seconds, for plots that show something
 
 
