@@ -96,6 +96,10 @@ class PageTest(unittest.TestCase):
         self.page.click(f'.cameras button[aria-label^="Open {name}"]')
         self.page.wait_text("#camera-state", "open")
         self.page.wait_text("#feature-count", "features")
+        self.send_frames(20)  # drawing without a graphics card takes most of the time
+
+    def send_frames(self, rate):
+        self.api("PUT", "/api/features/Camera/AcquisitionFrameRate", {"value": float(rate)})
 
     def start(self):
         self.page.click("#start")
@@ -424,6 +428,7 @@ class PageTest(unittest.TestCase):
 
     def test_recording_and_download(self):
         self.open()
+        self.send_frames(50)
         self.start()
         self.page.click("#record")
         self.page.type("#recording-name", "run-1")
