@@ -44,8 +44,8 @@ double FrameTiming::Rate() const {
     return seconds > 0 ? static_cast<double>(takenIntervals) / seconds : 0;
 }
 
-ContinuousGrab::ContinuousGrab(Session& grabbingSession, std::uint64_t buffers)
-    : session(grabbingSession), bufferCount(buffers) {
+ContinuousGrab::ContinuousGrab(Session& grabbingSession, std::uint64_t buffers, bool pacesFrames)
+    : session(grabbingSession), bufferCount(buffers), isPaced(pacesFrames) {
     session.Events().SetFrameHook([this](std::uint64_t index) { OnFrame(index); });
 }
 
@@ -64,6 +64,7 @@ void ContinuousGrab::Prepare() {
     }
     lastTaken = 0;
     journal.Begin(static_cast<std::size_t>(bufferCount));
+    pace.Begin(isPaced ? bufferCount : 1);
     ServiceClient* const services = Services();
     errorsReported = 0;
     isReported = services && services->TryInstallFrameReceiver(OnReceived, this);
@@ -106,6 +107,7 @@ void ContinuousGrab::OnReceived(const MV_FRAME_INFO* frame, void* self) {
     if (frame->status != MV_FRAME_COMPLETE) {
         ++grab.errorsReported;
     }
+    grab.pace.Await();
     grab.journal.Received(*frame, platform::MonotonicNanoseconds());
 }
 
@@ -113,11 +115,13 @@ void ContinuousGrab::OnFrame(std::uint64_t bufferIndex) {
     const std::uint64_t now = platform::MonotonicNanoseconds();
     const std::optional<std::uint64_t> age = session.Sdk().FrameAge();
     if (!isReported) {
+        pace.Await();
         // The log has a line for each frame in error, from this thread.
         const std::uint64_t errors = session.Log().ReceiveErrors();
         journal.ReceivedInError(errors - errorsNoted, now);
         errorsNoted = errors;
     }
+    pace.HandedOver();
     journal.HandedOver(bufferIndex, now);
     changesAtLastFrame = session.Events().ConfigurationChanges();
     platform::MutexLock lock(timingMutex);
@@ -154,6 +158,7 @@ FrameResult ContinuousGrab::TakeFrame(std::uint64_t timeoutMs, std::vector<std::
     lastTaken = taken.handedOver;
     const bool isWhole = isKnown && (!copy || CopyImage(index, taken, *copy));
     grabber.ReleaseFrameBuffer(index);
+    pace.Released();
     if (!isWhole) {
         ++damagedInRun;
         return FrameResult::kDamaged;
@@ -180,6 +185,7 @@ void ContinuousGrab::Stop() {
     CMivoraGrabber& grabber = session.Grabber();
     FrameAccount run;
     run.sdk.reset();
+    pace.End(); // the module waits for a callback that runs
     // Frames that arrive between here and the end of the acquisition count as flushed.
     run.lost = grabber.GetLostBufferCount();
     grabber.StopSnap();

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "apps/common/frame_journal.h"
+#include "apps/common/frame_pace.h"
 #include "apps/common/histogram.h"
 #include "apps/common/host_image.h"
 #include "apps/common/sdk_control.h"
@@ -61,7 +62,9 @@ enum class FrameResult {
 /// methods are called on one other thread.
 class ContinuousGrab {
 public:
-    ContinuousGrab(Session& grabbingSession, std::uint64_t buffers);
+    /// With `isPaced` frames come no faster than they are taken, see FramePace; not with a single
+    /// buffer.
+    ContinuousGrab(Session& grabbingSession, std::uint64_t buffers, bool isPaced = false);
     ~ContinuousGrab();
     ContinuousGrab(const ContinuousGrab&) = delete;
     ContinuousGrab& operator=(const ContinuousGrab&) = delete;
@@ -114,6 +117,7 @@ private:
 
     Session& session;
     const std::uint64_t bufferCount;
+    const bool isPaced;
     ImageLayout layout;
     bool running = false;
     FrameAccount account;
@@ -129,6 +133,7 @@ private:
 
     std::atomic<std::uint64_t> errorsReported{0}; // in this run
     FrameJournal journal;
+    FramePace pace;
     std::uint64_t errorsNoted = 0; // of the frames' thread
     std::atomic<std::uint64_t> changesAtLastFrame{0};
     mutable platform::Mutex timingMutex;

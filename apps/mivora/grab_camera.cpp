@@ -25,6 +25,7 @@ GrabCamera::GrabCamera(const AppOptions& appOptions, const GrabOptions& grabOpti
       session(*ownedSession),
       assignments(ParseFeatureAssignments(session, options.set)),
       cameraReturn(session, assignments) {
+    options.isPaced = app.asFastAsPossible;
     Open();
 }
 

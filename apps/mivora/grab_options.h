@@ -34,6 +34,7 @@ struct GrabOptions {
     bool overwrite = false;
     std::string whenFull = "drop"; ///< or "stop"
     std::uint64_t queueMegabytes = 256;
+    bool isPaced = false; ///< the camera waits for this program; not for users
 
     bool IsRecorded() const { return !output.empty(); }
     bool IsStream() const { return output == kStandardOutput; }

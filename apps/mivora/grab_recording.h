@@ -38,6 +38,10 @@ public:
     /// frames to those since 1970. Throws CommandFailure.
     GrabRecording(Session& session, const GrabOptions& grabOptions, std::uint64_t unixMinusHostNs);
 
+    /// Waits for room for an image of this size, no longer than the time; false if there is none.
+    bool WaitForRoom(std::uint64_t imageBytes, std::uint32_t timeoutMs) {
+        return recorder->WaitForRoom(imageBytes, timeoutMs);
+    }
     /// Where the next image is to be copied; null when there is no room for it.
     std::vector<std::uint8_t>* NextBuffer(std::uint64_t imageBytes);
     /// Adds a frame that was taken with that buffer, and what is missing before it.

@@ -30,7 +30,7 @@ GrabRun::GrabRun(Session& grabbingSession, const GrabOptions& grabOptions,
       cameraReturn(reconnectingCamera),
       share(sharedParts),
       number(runNumber),
-      grab(grabbingSession, grabOptions.buffers),
+      grab(grabbingSession, grabOptions.buffers, grabOptions.isPaced),
       wait(grabbingSession, [this] { return grab.ReceiveErrors(); }) {
     if (options.IsRecorded()) {
         recording.emplace(session, options, share.unixMinusHostNs);
@@ -98,6 +98,11 @@ void GrabRun::Stop() {
 /// False if no frame arrived for too long.
 bool GrabRun::TakeFrames() {
     while (!IsDone()) {
+        if (options.isPaced && recording &&
+            !recording->WaitForRoom(grab.Layout().Size(), kSliceMs)) {
+            ShowProgress();
+            continue;
+        }
         std::vector<std::uint8_t>* const buffer =
             recording ? recording->NextBuffer(grab.Layout().Size()) : nullptr;
         TriggerWhenDue();

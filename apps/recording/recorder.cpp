@@ -88,6 +88,18 @@ void Recorder::Stop() {
 
 bool Recorder::HasRoom(std::uint64_t imageBytes) const {
     const platform::MutexLock lock(mutex);
+    return Fits(imageBytes);
+}
+
+bool Recorder::WaitForRoom(std::uint64_t imageBytes, std::uint32_t timeoutMs) {
+    const platform::MutexLock lock(mutex);
+    if (!Fits(imageBytes)) {
+        written.WaitFor(mutex, timeoutMs);
+    }
+    return Fits(imageBytes);
+}
+
+bool Recorder::Fits(std::uint64_t imageBytes) const {
     return bytesWaiting == 0 || bytesWaiting + imageBytes <= options.queueBytes;
 }
 

@@ -57,6 +57,8 @@ public:
 
     /// True if an image of this size fits into the queue, or nothing waits.
     bool HasRoom(std::uint64_t imageBytes) const;
+    /// Waits for that, no longer than the time; returns whether it is so.
+    bool WaitForRoom(std::uint64_t imageBytes, std::uint32_t timeoutMs);
     /// A buffer for the next image, to be filled by the caller.
     std::vector<std::uint8_t> TakeBuffer(std::size_t imageBytes);
     /// Takes back a buffer that was not used.
@@ -111,6 +113,7 @@ private:
     void WriteLines(Item& item);
     void NoteWritten(std::unique_ptr<Item> item);
     void NoteFailure(const std::string& reason);
+    bool Fits(std::uint64_t imageBytes) const REQUIRES(mutex);
     std::unique_ptr<Item> NewItem();
     void Push(std::unique_ptr<Item> item);
 
