@@ -13,6 +13,7 @@ struct AppOptions {
     std::string sdk;
     std::string module;     ///< file of the grabber module; empty: the one beside the program
     std::string configFile; ///< the host's ini file, or empty
+    bool mayBeNew = false;  ///< that file may be one that the program makes; not for users
     std::string log;        ///< file or "-", empty for none
     bool logTimes = false;  ///< begin the lines of the log with the time
     std::string sdkScript;  ///< script for the SDK's control interface, or empty

@@ -21,6 +21,7 @@
 namespace {
 
 constexpr std::size_t kLongestIdentifier = 1024;
+constexpr const char* kSdkConfiguration = "PxnC.xml";
 
 // What the module logs of the SDK's codes for a camera that cannot be opened.
 constexpr const char* kInUse = "Something is already in use";
@@ -77,8 +78,19 @@ Session::~Session() {
     share.Release(*this);
 }
 
+/// The directory alone may be meant, for what lies beside the file.
+void Session::RequireConfiguration() {
+    const std::string beside = platform::JoinPath(grabber->GetConfigDirectory(), kSdkConfiguration);
+    if (!options.mayBeNew && !platform::PathExists(options.configFile) &&
+        !platform::PathExists(beside)) {
+        throw CommandFailure("there is no configuration file " + options.configFile + ", and no " +
+                             kSdkConfiguration + " beside it");
+    }
+}
+
 void Session::Init() {
     if (!options.configFile.empty()) {
+        RequireConfiguration();
         Check("LoadGrabberConfig", grabber->LoadGrabberConfig(), options.configFile);
     }
     // The commands depend on these notifications, even if the configuration disables them.
@@ -104,7 +116,7 @@ std::vector<std::string> Session::SdkProblems() const {
 std::string Session::SdkText() {
     std::string text = "the camera SDK of PYXEN_HOME=" + platform::GetEnvironment("PYXEN_HOME");
     const std::string file =
-        std::string(grabber->GetConfigDirectory()) + platform::kPathSeparator + "PxnC.xml";
+        std::string(grabber->GetConfigDirectory()) + platform::kPathSeparator + kSdkConfiguration;
     if (platform::PathExists(file)) {
         text += " with " + file;
     }

@@ -95,6 +95,7 @@ public:
     bool IsShared() const { return !ownShare; }
 
 private:
+    void RequireConfiguration();
     Session(const AppOptions& appOptions, IGrabberMaker& grabberMaker,
             std::unique_ptr<SessionShare> shareToOwn);
     void CreateGrabber();

@@ -4,6 +4,7 @@
 #include "apps/doctor/ip_text.h"
 #include "apps/mivora/commands.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -86,6 +87,11 @@ void AddDoctorCommand(CommandLine& program, const AppOptions& options, const Mak
     command.OnRun([&options, maker, arguments] {
         DoctorOptions& wanted = arguments->doctor;
         wanted.address = ParseIp(arguments->address);
+        if (!wanted.only.empty() &&
+            std::find(wanted.only.begin(), wanted.only.end(), "network") == wanted.only.end() &&
+            (wanted.address || !wanted.interfaces.empty())) {
+            throw BadUsage("--address and --interface have no effect without --only network");
+        }
         const DoctorReport report = Doctor(wanted, options, maker).Run();
         PrintDoctorReport(report, wanted.json);
         if (HasProblem(report.findings)) {

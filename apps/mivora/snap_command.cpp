@@ -7,6 +7,7 @@
 #include "apps/common/host_image.h"
 #include "apps/common/image_writer.h"
 #include "apps/common/json_text.h"
+#include "apps/common/parse_number.h"
 #include "apps/common/service_client.h"
 #include "apps/common/session.h"
 #include "apps/common/whole_file.h"
@@ -27,12 +28,13 @@
 namespace {
 
 constexpr std::uint32_t kAsynchronous = 2;
+constexpr std::uint64_t kTimeoutMs = 5000;
 constexpr const char* kStream = "-";
 constexpr const char* kStreamFormat = "png";
 
 struct SnapOptions {
     std::uint32_t mode = kAsynchronous;
-    std::uint64_t timeoutMs = 5000;
+    std::optional<std::string> timeout;
     std::string file; ///< or "-": standard output
     std::optional<std::string> format;
     std::optional<std::string> pngLevel;
@@ -71,6 +73,9 @@ void CheckFileOptions(const SnapOptions& options) {
     }
     if (options.deflate && format != ImageFileFormat::kTiff) {
         throw BadUsage("--deflate has no effect on " + name + ", which is no .tif");
+    }
+    if (options.timeout && options.mode != kAsynchronous) {
+        throw BadUsage("--timeout has an effect on mode 2 only");
     }
     if (options.raw && format != ImageFileFormat::kRaw) {
         throw BadUsage("--raw: " + name + " is no .raw, which the camera's bytes are written to");
@@ -201,7 +206,7 @@ void Snap(Session& session, const SnapOptions& options) {
     FrameWait wait(session);
     wait.Begin();
     session.Check("Snap", grabber.Snap(options.mode), session.ActCameraText());
-    WaitForFrame(session, wait, options.timeoutMs);
+    WaitForFrame(session, wait, ParseUnsigned(options.timeout.value_or("")).value_or(kTimeoutMs));
     std::uint64_t index = 0;
     session.Check("GetLastFilledBuffer", grabber.GetLastFilledBuffer(&index),
                   session.ActCameraText());
@@ -257,10 +262,9 @@ void AddSnapCommand(CommandLine& program, const AppOptions& options, const Maker
                    "What is written to standard output; png if not given")
         .OneOf({"png", "tiff", "pgm", "ppm", "pnm", "raw"});
     command
-        .AddOption("-t,--timeout", snap->timeoutMs,
-                   "Longest wait for the frame in mode 2, in milliseconds")
+        .AddOption("-t,--timeout", snap->timeout,
+                   "Longest wait for the frame in mode 2, in milliseconds; 5000 if not given")
         .Check(CountProblem)
-        .ShowDefault()
         .TypeName("MS");
     command
         .AddOption("--png-level", snap->pngLevel,

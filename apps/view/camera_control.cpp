@@ -18,11 +18,20 @@ constexpr std::uint32_t kCameraChannelType = 1;
 constexpr std::uint32_t kLookForCameraMs = 2000;
 constexpr std::uint32_t kLookAtSnapMs = 50;
 
+/// A configuration that is not there yet is made when it is saved.
+AppOptions WithFileThatMayBeNew(AppOptions options) {
+    options.mayBeNew = true;
+    return options;
+}
+
 } // namespace
 
 CameraControl::CameraControl(const AppOptions& appOptions, IGrabberMaker& maker,
                              FramePipe& framePipe, IControlListener& controlListener)
-    : options(appOptions), pipe(framePipe), listener(controlListener), session(options, maker) {
+    : options(WithFileThatMayBeNew(appOptions)),
+      pipe(framePipe),
+      listener(controlListener),
+      session(options, maker) {
     CMivoraGrabber& grabber = session.Grabber();
     session.Events().SetFrameHook([this, &grabber](std::uint64_t index) {
         if (const void* const image = grabber.GetFrameBuffer(index)) {

@@ -3,6 +3,7 @@
 #include "platform/shared_library.h"
 #include "tests/scenario/program_test.h"
 
+#include <cstdio>
 #include <filesystem>
 
 namespace scenario {
@@ -147,7 +148,21 @@ TEST_F(BadInput, ABrokenSdkConfigurationIsNamed) {
     ExpectFailure(Mivora({"cameras"}), 1, {"Init failed with 4", "PxnStartup returned error"});
 }
 
+// Whatever camera it names, another one would be taken.
+TEST_F(BadInput, AConfigurationThatIsNotThereIsNamed) {
+    const std::string file = PathOf("hots.ini");
+    const std::string reason =
+        "there is no configuration file " + file + ", and no PxnC.xml beside it";
+    ExpectFailure(support::RunProgram("mivora", {"--config", file, "info"}), 1, {reason});
+    ExpectFailure(support::RunProgram("mivora", {"--config", file, "grab", "--frames", "1"}), 1,
+                  {reason});
+    UseCamera();
+    ExpectDone(support::RunProgram("mivora", {"--config", file, "info"}));
+    EXPECT_FALSE(platform::PathExists(file));
+}
+
 TEST_F(BadInput, AConfigurationThatCannotBeReadIsNamed) {
+    std::remove(PathOf("host.ini").c_str());
     ASSERT_TRUE(platform::CreateDirectories(PathOf("host.ini")));
     ExpectFailure(Mivora({"cameras"}), 1,
                   {"SetGrabberIni failed with 23", "for " + PathOf("host.ini")});

@@ -56,6 +56,8 @@ TEST_F(DoctorProgram, NamesEachPlaceWhereALibraryWasLookedFor) {
 TEST_F(DoctorProgram, RefusesWhatIsNoAddressAndNoArea) {
     ExpectFailure(Mivora({"doctor", "--address", "1.2.3"}), 2, {"\"1.2.3\" is no IPv4 address"});
     ExpectFailure(Mivora({"doctor", "--address", "192.0.2.1"}), 2, {"--address requires --fix"});
+    ExpectFailure(Mivora({"doctor", "--only", "usb", "--interface", "eth0"}), 2,
+                  {"have no effect without --only network"});
     ExpectFailure(Mivora({"doctor", "--fix", "--persistent"}), 2, {"requires --address"});
     ExpectFailure(Mivora({"doctor", "--only", "all"}), 2, {"\"all\" is none of sdk, network"});
 }

@@ -366,6 +366,8 @@ TEST_F(Images, AreRefusedForBadOptions) {
                   {"--buffers: \"0\" is no number from 1 on"});
     ExpectFailure(Mivora({"grab", "--frames", "5", "--timeout", "-5"}), 2, {"--timeout: \"-5\""});
     ExpectFailure(Mivora({"snap", "-o", PathOf("a.png"), "--timeout", "-5"}), 2, {"--timeout"});
+    ExpectFailure(Mivora({"snap", "-o", PathOf("a.png"), "--mode", "3", "--timeout", "500"}), 2,
+                  {"--timeout has an effect on mode 2 only"});
     ExpectFailure(Mivora({"grab", "--frames", "5", "--format", "gif"}), 2, {"--format"});
     ExpectFailure(Mivora({"grab", "--frames", "5", "--buffers", "101"}), 1,
                   {"PrepareFrameBuffers failed with 4", "Requested 101 buffers"});

@@ -20,6 +20,7 @@ using Arguments = std::vector<std::string>;
 /// Runs mivora and pyxen-tool on the simulator with a configuration of the test.
 class ProgramTest : public testing::Test {
 protected:
+    ProgramTest() { directory.Write("host.ini", ""); }
     /// Writes the SDK's configuration: one camera "A" of 64 x 48 pixels with 200 frames per second,
     /// with these elements inside and after it.
     void UseCamera(const std::string& inside = {}, const std::string& behind = {},
