@@ -143,7 +143,7 @@ FrameResult ContinuousGrab::TakeFrame(std::uint64_t timeoutMs, std::vector<std::
         return events.Frames() > takenInRun + grabber.GetLostBufferCount();
     };
     std::uint64_t index = 0;
-    if (!events.WaitFor(isFrameWaiting, timeoutMs) ||
+    if (!events.WaitForEvent(isFrameWaiting, timeoutMs) ||
         grabber.GetLastFilledBuffer(&index) != MV_OK) {
         return FrameResult::kNone;
     }

@@ -5,6 +5,7 @@
 #include "mivora/grabber.h"
 #include "platform/clock.h"
 #include "platform/interrupt.h"
+#include "platform/window_message.h"
 
 #include <algorithm>
 #include <new>
@@ -14,6 +15,7 @@ namespace {
 
 constexpr std::uint64_t kNanosecondsPerMillisecond = 1000000;
 constexpr std::uint64_t kLookAgainMs = 10;
+constexpr std::uint64_t kInterruptionMs = 100;
 
 } // namespace
 
@@ -60,6 +62,15 @@ std::uint64_t EventRecorder::ConfigurationChanges() const {
 }
 
 bool EventRecorder::WaitFor(const std::function<bool()>& condition, std::uint64_t timeoutMs) {
+    return Wait(condition, timeoutMs, kLookAgainMs);
+}
+
+bool EventRecorder::WaitForEvent(const std::function<bool()>& condition, std::uint64_t timeoutMs) {
+    return Wait(condition, timeoutMs, platform::HasMessages() ? kLookAgainMs : kInterruptionMs);
+}
+
+bool EventRecorder::Wait(const std::function<bool()>& condition, std::uint64_t timeoutMs,
+                         std::uint64_t lookAgainMs) {
     const std::uint64_t begin = platform::MonotonicNanoseconds();
     for (;;) {
         changed.Reset();
@@ -72,7 +83,7 @@ bool EventRecorder::WaitFor(const std::function<bool()>& condition, std::uint64_
         if (elapsedMs >= timeoutMs || platform::InterruptRequested()) {
             return false;
         }
-        changed.Wait(static_cast<std::uint32_t>(std::min(timeoutMs - elapsedMs, kLookAgainMs)));
+        changed.Wait(static_cast<std::uint32_t>(std::min(timeoutMs - elapsedMs, lookAgainMs)));
     }
 }
 

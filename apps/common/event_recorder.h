@@ -44,12 +44,17 @@ public:
     /// with no lock held, after every event and periodically, because not everything that a caller
     /// may wait for raises an event. Handles this thread's window messages meanwhile.
     bool WaitFor(const std::function<bool()>& condition, std::uint64_t timeoutMs);
+    /// The same for a condition that becomes true by an event only: without windows to serve, this
+    /// thread does not wake up in between but for the user's interruption, ten times a second.
+    bool WaitForEvent(const std::function<bool()>& condition, std::uint64_t timeoutMs);
 
     /// `hook` is called for every frame, on the thread that delivers it, before the frame is
     /// counted. Must not be set during an acquisition.
     void SetFrameHook(std::function<void(std::uint64_t bufferIndex)> hook);
 
 private:
+    bool Wait(const std::function<bool()>& condition, std::uint64_t timeoutMs,
+              std::uint64_t lookAgainMs);
     void RemoveReceivers();
     static void OnPostProcess(std::uint64_t bufferIndex, std::uint32_t fromCallback, void* self);
     static void OnCamCfgChange(void* self);
