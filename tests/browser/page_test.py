@@ -65,14 +65,16 @@ class PageTest(unittest.TestCase):
         cls.server.remove()
 
     def setUp(self):
-        self.page.size(1440, 900)
+        self.page.size(1280, 800)
         self.page.theme("dark")
         self.page.driver.get(self.server.address)
         self.page.wait_text("#link", "connected")
         self.page.console()
 
-    def tearDown(self):
+    def on_failure(self):
         self.picture(self.id().rsplit(".", 1)[1])
+
+    def tearDown(self):
         # A camera keeps its values from one opening to the next.
         self.api("POST", "/api/camera/stop")
         self.api("POST", "/api/features/Camera/UserSetLoad/execute")
@@ -513,7 +515,7 @@ class PageTest(unittest.TestCase):
                 found = self.page.script(POOR_CONTRAST)
                 self.assertEqual(found["poor"], [], (theme, tab))
                 self.assertGreater(found["count"], 40)
-            self.picture(f"contrast_{theme}")
+            self.picture(theme)
 
     def test_phone(self):
         self.open()
@@ -527,6 +529,7 @@ class PageTest(unittest.TestCase):
               .filter((element) => element.getBoundingClientRect().right > 360.5).map((element) => element.id);
         """)
         self.assertEqual(cut, [])
+        self.picture("phone")
 
     def test_usual_widths(self):
         self.open()
@@ -550,6 +553,23 @@ class PageTest(unittest.TestCase):
         elsewhere = [url for url in asked if not url.startswith((self.server.address, "blob:" + self.server.address))]
         self.assertEqual(elsewhere, [])
         self.assertGreater(len(asked), 10)
+
+    def test_token(self):
+        token = "a-token-of-many-letters"
+        other = Server(PROGRAM, token=token)
+        try:
+            self.page.driver.get(f"http://127.0.0.1:{other.port}/")
+            self.assertIn("the token is missing or wrong", self.page.text("body"))
+            self.assertEqual(other.address, f"http://127.0.0.1:{other.port}/?token={token}")
+            self.page.driver.get(other.address)
+            self.page.wait_text("#link", "connected")
+            self.assertNotIn("token", self.page.driver.current_url)
+            self.open()
+            self.start()
+            self.assertNotIn(token, self.page.script("return document.cookie"))
+        finally:
+            self.page.driver.get(self.server.address)
+            other.remove()
 
     def test_server_lost_and_back(self):
         other = Server(PROGRAM)

@@ -19,6 +19,8 @@ class Result(unittest.TestResult):
     def note(self, test, error):
         self.bad = True
         print(self._exc_info_to_string(error, test), flush=True)
+        if hasattr(test, "on_failure"):
+            test.on_failure()
 
     def addFailure(self, test, err):
         super().addFailure(test, err)
