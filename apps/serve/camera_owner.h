@@ -9,6 +9,7 @@
 #include <deque>
 #include <functional>
 #include <future>
+#include <memory>
 #include <type_traits>
 #include <utility>
 
@@ -30,10 +31,12 @@ public:
     /// it throws, and RequestFailure when the program is ending. Any thread but the owner's.
     template <typename Job>
     auto Do(Job job) -> std::invoke_result_t<Job, CameraSession&> {
-        std::packaged_task<std::invoke_result_t<Job, CameraSession&>(CameraSession*)> task(
+        // Kept by the order as well, which is at work on it until after the result is there.
+        const auto task = std::make_shared<
+            std::packaged_task<std::invoke_result_t<Job, CameraSession&>(CameraSession*)>>(
             [&job](CameraSession* owned) { return job(Present(owned)); });
-        auto result = task.get_future();
-        Post([&task](CameraSession* owned) { task(owned); });
+        auto result = task->get_future();
+        Post([task](CameraSession* owned) { (*task)(owned); });
         return result.get();
     }
     /// Somebody looks at the list of cameras. Any thread.

@@ -20,6 +20,7 @@ constexpr std::uint64_t kSnapTimeoutMs = 5000;
 constexpr std::uint64_t kListEveryNs = 1000000000;
 constexpr std::uint64_t kTelemetryEveryNs = 1000000000;
 constexpr std::size_t kMostChangesAtATime = 64;
+constexpr std::size_t kMostWritten = 1000;
 
 bool HasCamera(const std::vector<KnownCamera>& cameras, std::uint32_t uniqueId) {
     return std::any_of(cameras.begin(), cameras.end(), [uniqueId](const KnownCamera& camera) {
@@ -128,6 +129,7 @@ void CameraSession::Close() {
     StopGrabbing("the camera was closed");
     isToGrab = false;
     isGone = false;
+    written.clear();
     grab.reset();
     changes.Forget();
     if (isOpen) {
@@ -210,6 +212,32 @@ void CameraSession::ChangeStopped(const std::function<void()>& change) {
     if (isToGrab) {
         StartGrabbing();
     }
+}
+
+void CameraSession::NoteWritten(const std::string& module, const std::string& feature,
+                                const std::string& value) {
+    const FeatureName name{module, feature, {}};
+    // A slider writes many values.
+    if (!written.empty() && written.back().name.Text() == name.Text()) {
+        written.back().value = value;
+        return;
+    }
+    if (written.size() == kMostWritten) {
+        written.erase(written.begin());
+    }
+    written.push_back({name, value});
+}
+
+/// What a camera that is back does not take is left as the camera has it.
+void CameraSession::WriteAgain() {
+    for (const FeatureAssignment& assignment : written) {
+        try {
+            ApplyFeatureAssignments(session, {assignment});
+        } catch (const CommandFailure&) {
+            continue; // the log says why
+        }
+    }
+    ReadImage();
 }
 
 std::vector<FeatureChanges::Name> CameraSession::FollowersOf(const std::string& module,
@@ -309,7 +337,11 @@ void CameraSession::LookForCamera() {
     const bool isThere = HasCamera(cameras, uniqueId);
     if (isOpen && !isThere) {
         LoseCamera();
-    } else if (isGone && isThere && OpenAgain() && isToGrab) {
+    } else if (isGone && isThere && OpenAgain()) {
+        WriteAgain();
+        if (!isToGrab) {
+            return;
+        }
         try {
             StartGrabbing();
         } catch (const CommandFailure&) {

@@ -67,6 +67,10 @@ public:
     /// Runs `change` while no frames are grabbed, and goes on afterwards as before.
     void ChangeStopped(const std::function<void()>& change);
 
+    /// A feature of the open camera was written, which is repeated when the camera was away.
+    void NoteWritten(const std::string& module, const std::string& feature,
+                     const std::string& value);
+
     /// Which features follow this one, as the opening has logged it.
     std::vector<FeatureChanges::Name> FollowersOf(const std::string& module,
                                                   const std::string& feature) const;
@@ -96,6 +100,7 @@ private:
     void ReportChanges();
     void ReadTelemetry();
     void FinishRecording();
+    void WriteAgain();
     void RequireOpen() const;
 
     IGrabberMaker& maker;
@@ -107,6 +112,8 @@ private:
     const std::vector<FeatureAssignment> assignments;
     FeatureChanges changes;
     FollowedFeatures followed;
+
+    std::vector<FeatureAssignment> written; // since the opening, in order
 
     bool isOpen = false;
     bool isGone = false;

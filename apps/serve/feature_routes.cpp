@@ -118,6 +118,9 @@ void Write(CameraSession& session, ServiceClient& services, const FeatureDescrip
         }
         session.ChangeStopped(write);
     }
+    if (session.IsOpen()) {
+        session.NoteWritten(feature.module, feature.name, text);
+    }
     if (!session.IsGrabbing()) {
         session.ReadImage();
     }

@@ -26,6 +26,7 @@ namespace {
 struct OpenConnection {
     HttpConnection* connection = nullptr;
     bool isWaiting = true; // for the head of a request
+    bool isEnding = false; // to make room
 };
 
 /// Gives the library the head of a request that was read and checked before, with nothing of it but
@@ -231,10 +232,11 @@ private:
     public:
         Listed(Impl& listOwner, HttpConnection& connection) : owner(listOwner) {
             const platform::MutexLock lock(owner.mutex);
-            position = owner.open.insert(owner.open.end(), {&connection, true});
+            position = owner.open.insert(owner.open.end(), {&connection});
         }
         ~Listed() {
             const platform::MutexLock lock(owner.mutex);
+            owner.ending -= position->isEnding ? 1 : 0;
             owner.open.erase(position);
         }
         Listed(const Listed&) = delete;
@@ -251,10 +253,10 @@ private:
         bool isTaken = false;
         {
             const platform::MutexLock lock(mutex);
-            if (open.size() + tasks.size() < limits.connections || EndLongestWaiting()) {
-                isTaken = tasks.size() < limits.connections && HasThread();
-            }
+            const bool hasRoom = accepted - ending < limits.connections || EndLongestWaiting();
+            isTaken = hasRoom && HasThread();
             if (isTaken) {
+                ++accepted;
                 tasks.push_back(std::move(task));
             } else {
                 ++refused;
@@ -300,19 +302,21 @@ private:
                 tasks.pop_front();
             }
             task();
+            const platform::MutexLock lock(mutex);
+            --accepted;
         }
     }
 
     void EndThreads() {
-        std::vector<platform::Thread> ending;
+        std::vector<platform::Thread> joined;
         {
             const platform::MutexLock lock(mutex);
             areThreadsEnding = true;
-            ending.swap(threads);
+            joined.swap(threads);
         }
         work.NotifyAll();
         EndAll();
-        ending.clear();
+        joined.clear();
     }
 
     /// The one that came first is the one that waits longest.
@@ -323,6 +327,8 @@ private:
             return false;
         }
         found->isWaiting = false;
+        found->isEnding = true;
+        ++ending;
         found->connection->End();
         return true;
     }
@@ -437,6 +443,8 @@ private:
     mutable platform::Mutex mutex;
     platform::Condition work;
     std::deque<ConnectionTask> tasks GUARDED_BY(mutex);
+    std::size_t accepted GUARDED_BY(mutex) = 0; // tasks that wait or run
+    std::size_t ending GUARDED_BY(mutex) = 0;   // of those that run, to make room
     std::vector<platform::Thread> threads GUARDED_BY(mutex);
     std::size_t idleThreads GUARDED_BY(mutex) = 0;
     bool areThreadsEnding GUARDED_BY(mutex) = false;

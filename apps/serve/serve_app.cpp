@@ -3,8 +3,16 @@
 
 #include "apps/common/json_text.h"
 #include "apps/serve/feature_json.h"
+#include "mivora/log_sink.h"
 
 #include <exception>
+
+namespace {
+
+/// In the lines that the module logs of each frame.
+constexpr const char* kFrameLine = "::FrameCallback: ";
+
+} // namespace
 
 ServeApp::ServeApp(const AppOptions& options, IGrabberMaker& maker,
                    const ServeSettings& serveSettings)
@@ -67,5 +75,8 @@ void ServeApp::OnFeatureChanged(const FeatureDescription& feature,
 
 void ServeApp::OnLogLine(int level, const std::string& text) {
     session.NoteLogLine(level, text);
+    if (level != kMvLogError && text.find(kFrameLine) != std::string::npos) {
+        return; // one for each frame would leave nothing else to be read
+    }
     parts.events.Publish("log", JsonObject({{"level", level}, {"text", text}}).Text());
 }

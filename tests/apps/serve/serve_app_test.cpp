@@ -143,8 +143,10 @@ TEST_F(ServeCameraTest, RefusesWhatItsStateDoesNotAllow) {
 
 TEST_F(ServeCameraTest, GoesAndComesBack) {
     ServeGrabbing();
+    SendJson("PUT", "/api/features/Camera/Width", "{\"value\":32,\"restart\":true}");
     Sdk("unplug A");
     WaitForState([](const Json& state) { return state["gone"] == true; });
+    Sdk("set A Width 48"); // what it comes back with
     EXPECT_EQ(State()["open"], false);
     EXPECT_EQ(State()["camera"]["id"], "A") << "which one is awaited";
     SendJson("POST", "/api/camera/start", "{}", 409);
@@ -153,6 +155,7 @@ TEST_F(ServeCameraTest, GoesAndComesBack) {
         return state["grabbing"] == true && state["account"]["taken"] > 0;
     });
     EXPECT_EQ(State()["gone"], false);
+    EXPECT_EQ(State()["image"]["width"], 32) << "as it was written before";
 }
 
 TEST_F(ServeCameraTest, IsNotAwaitedAnyMoreOnceItIsClosed) {
