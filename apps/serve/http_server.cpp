@@ -377,7 +377,7 @@ private:
 
     void Await(OpenConnections::iterator entry) {
         const platform::MutexLock lock(mutex);
-        entry->isWaiting = true;
+        entry->isWaiting = !entry->isEnding;
         open.splice(open.end(), open, entry);
     }
 
