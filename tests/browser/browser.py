@@ -31,7 +31,7 @@ def wait(what, condition, seconds=LONGEST):
 class Server:
     """The program on the simulator, with a directory of its own."""
 
-    def __init__(self, program, files=None):
+    def __init__(self, program, files=None, token=None):
         """`files`: names and texts of a configuration directory, whose mivora.ini is used."""
         self.directory = tempfile.mkdtemp(prefix="mivora-browser-")
         self.recordings = os.path.join(self.directory, "recordings")
@@ -42,6 +42,11 @@ class Server:
                 file.write(text)
         if files:
             self.arguments += ["--config", os.path.join(self.directory, "mivora.ini")]
+        if token:
+            path = os.path.join(self.directory, "token")
+            with open(path, "w", encoding="utf-8") as file:
+                file.write(token + "\n")
+            self.arguments += ["--token-file", path]
         self.address = None
         self.process = None
         self.start()
@@ -60,7 +65,7 @@ class Server:
 
     @property
     def port(self):
-        return int(self.address.rstrip("/").rsplit(":", 1)[1])
+        return int(self.address.split("/")[2].split(":")[1])
 
     def stop(self):
         """Ends the program as Ctrl-C does; its status and what it wrote to standard error."""
