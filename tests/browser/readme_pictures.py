@@ -53,7 +53,7 @@ def main(program, directory):
         select(page, ("AcquisitionControl", "ExposureTime"))
         page.script("document.getElementById('live').focus()")
         keys = ActionChains(page.driver).key_down(Keys.SHIFT)
-        keys.send_keys(Keys.ARROW_RIGHT * 36 + Keys.ARROW_DOWN * 27).key_up(Keys.SHIFT).perform()
+        keys.send_keys(Keys.ARROW_LEFT * 12 + Keys.ARROW_UP * 9).key_up(Keys.SHIFT).perform()
         time.sleep(PLOTTED)
         page.driver.save_screenshot(os.path.join(directory, "serve-dark.png"))
 

@@ -217,6 +217,11 @@ function key(event) {
   } else if (arrow) {
     const step = event.shiftKey ? 10 : 1;
     if (!pressed.crosshair) press('crosshair', true);
+    if (!cursor.known) {
+      const seen = view.visible(Infinity);
+      cursor.x = seen.x + Math.floor(seen.width / 2);
+      cursor.y = seen.y + Math.floor(seen.height / 2);
+    }
     cursor.pinned = true;
     moveCursor(cursor.x + step * arrow[0], cursor.y + step * arrow[1]);
     view.reveal(cursor.x, cursor.y);
