@@ -7,6 +7,7 @@
 #include "apps/serve/serve_parts.h"
 #include "apps/serve/temporary_file.h"
 
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -94,7 +95,26 @@ void RequireSimulator(const ServeParts& parts) {
     }
 }
 
+/// A file of this computer is not for whoever may use the page, at once or by a line that runs
+/// another one later.
+void RefuseFiles(const std::string& text) {
+    std::istringstream lines(text);
+    std::string line;
+    for (int number = 1; std::getline(lines, line); ++number) {
+        std::istringstream words(line);
+        std::string word;
+        bool isFirst = true;
+        for (; words >> word && !(isFirst && word.front() == '#'); isFirst = false) {
+            if (word == "script") {
+                throw RequestFailure(kRefusedValue, "line " + std::to_string(number) +
+                                                        ": a script cannot run another script");
+            }
+        }
+    }
+}
+
 void RunScriptText(CameraSession& session, const std::string& text) {
+    RefuseFiles(text);
     const TemporaryFile file("script.txt");
     WriteWholeFile(file.Path(), text);
     std::string answer;

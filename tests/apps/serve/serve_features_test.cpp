@@ -221,6 +221,10 @@ TEST_F(ServeScriptTest, RunsOnTheSimulator) {
     EXPECT_EQ(put("# the temperature\nset A DeviceTemperature 71.5\n").status, 200);
     EXPECT_EQ(Get("/api/simulator/script").body,
               "# the temperature\nset A DeviceTemperature 71.5\n");
+    for (const char* const line :
+         {"script x", "# a\n\n after 1 script x", "at-call any 1 script x"}) {
+        EXPECT_EQ(put(line).status, 422) << "it would read a file of this computer";
+    }
     const ClientAnswer refused = put("set A Width 32\nnonsense\n");
     EXPECT_EQ(refused.status, 422);
     EXPECT_EQ(refused.body.find(".txt"), std::string::npos) << refused.body;
