@@ -1,4 +1,5 @@
 // fuzz_convert.cpp - pyxen-tool convert on dumps of any content, format and size
+#include "apps/common/app_options.h"
 #include "apps/common/command_line.h"
 #include "apps/pyxen-tool/commands.h"
 #include "apps/pyxen-tool/raw_dump.h"
@@ -33,6 +34,8 @@ int RunConvert(std::vector<std::string> arguments) {
         pointers.push_back(argument.data());
     }
     CommandLine program("fuzzed", "pyxen-tool");
+    AppOptions options; // which the command refuses
+    AddAppOptions(program, options);
     AddConvertCommand(program);
     return program.Run(static_cast<int>(pointers.size()), pointers.data());
 }

@@ -75,7 +75,8 @@ TEST_F(ServeInterfaceTest, GivesTheObjectsOfItsDescription) {
     ExpectDescribed(description, "Camera", state["camera"]);
     ExpectDescribed(description, "Account", state["account"]);
     ExpectDescribed(description, "Error", Json::parse(Get("/nothing").body));
-    for (Json feature : GetJson("/api/features")["features"]) {
+    const Json features = GetJson("/api/features");
+    for (const Json& feature : features["features"]) {
         ExpectDescribed(description, "Feature", feature);
     }
 }
