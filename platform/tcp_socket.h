@@ -1,6 +1,7 @@
 // tcp_socket.h - connections over IPv4
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -55,6 +56,7 @@ public:
 
 private:
     TcpHandle handle = kNoTcpHandle;
+    std::atomic<bool> isShutDown{false}; // for systems whose waits do not notice it
 };
 
 } // namespace platform

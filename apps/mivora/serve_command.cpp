@@ -1,6 +1,7 @@
 // serve_command.cpp - a page for browsers and an interface for scripts
 #include "apps/common/command_line.h"
 #include "apps/common/feature_assignment.h"
+#include "apps/common/json_text.h"
 #include "apps/common/whole_file.h"
 #include "apps/doctor/ip_text.h"
 #include "apps/mivora/commands.h"
@@ -29,6 +30,7 @@ struct ServeOptions {
     std::optional<std::string> tokenFile;
     std::string recordings = "recordings";
     std::vector<std::string> set;
+    bool json = false;
 };
 
 std::string ListenProblem(const std::string& text) {
@@ -111,12 +113,17 @@ void AddServeCommand(CommandLine& program, const AppOptions& options, const Make
         .ShowDefault()
         .TypeName("DIR");
     AddSetOption(command, serve->set);
+    command.AddJson(serve->json);
     command.SetFooter(kServeFooter);
     command.OnRun([&options, maker, serve] {
         const ServeSettings settings = SettingsOf(*serve, options.Camera());
         platform::InstallInterruptHandler();
         ServeApp app(options, maker(), settings);
-        std::printf("%s\n", app.Url().c_str());
+        if (serve->json) {
+            PrintReport({{"address", app.Url()}});
+        } else {
+            std::printf("%s\n", app.Url().c_str());
+        }
         std::fflush(stdout);
         platform::Process browser; // ends the one that passes the address on, not the browser
         if (serve->open && !StartBrowser(browser, app.Url())) {

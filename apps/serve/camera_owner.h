@@ -1,6 +1,7 @@
 // camera_owner.h - the one thread that uses the camera
 #pragma once
 
+#include "apps/serve/camera_order.h"
 #include "apps/serve/camera_session.h"
 #include "platform/condition.h"
 #include "platform/mutex.h"
@@ -8,8 +9,8 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
-#include <future>
 #include <memory>
+#include <optional>
 #include <type_traits>
 #include <utility>
 
@@ -28,16 +29,24 @@ public:
     void End();
 
     /// Runs `job` with the session on the owner's thread and returns what it returns; throws what
-    /// it throws, and RequestFailure when the program is ending. Any thread but the owner's.
+    /// it throws as CameraOrder does, and RequestFailure when the program is ending. Any thread but
+    /// the owner's.
     template <typename Job>
     auto Do(Job job) -> std::invoke_result_t<Job, CameraSession&> {
-        // Kept by the order as well, which is at work on it until after the result is there.
-        const auto task = std::make_shared<
-            std::packaged_task<std::invoke_result_t<Job, CameraSession&>(CameraSession*)>>(
-            [&job](CameraSession* owned) { return job(Present(owned)); });
-        auto result = task->get_future();
-        Post([task](CameraSession* owned) { (*task)(owned); });
-        return result.get();
+        using Result = std::invoke_result_t<Job, CameraSession&>;
+        // Kept by the task as well, which is at work on it until after the wait has ended.
+        const auto order = std::make_shared<CameraOrder>();
+        if constexpr (std::is_void_v<Result>) {
+            Post([&job, order](CameraSession* owned) { order->Run([&] { job(Present(owned)); }); });
+            order->Await();
+        } else {
+            std::optional<Result> result;
+            Post([&job, &result, order](CameraSession* owned) {
+                order->Run([&] { result.emplace(job(Present(owned))); });
+            });
+            order->Await();
+            return std::move(*result);
+        }
     }
     /// Somebody looks at the list of cameras. Any thread.
     void WantList();

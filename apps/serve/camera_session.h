@@ -107,11 +107,12 @@ private:
     StateBoard& board;
     FrameHolder& frames;
     ICameraListener& listener;
+    // Called until the session has ended.
+    FeatureChanges changes;
+    FollowedFeatures followed;
     Session session;
     CameraLister lister;
     const std::vector<FeatureAssignment> assignments;
-    FeatureChanges changes;
-    FollowedFeatures followed;
 
     std::vector<FeatureAssignment> written; // since the opening, in order
 

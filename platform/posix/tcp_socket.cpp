@@ -131,6 +131,7 @@ void TcpConnection::EndSending() {
 }
 
 void TcpConnection::Shutdown() {
+    isShutDown = true;
     shutdown(static_cast<int>(handle), SHUT_RDWR);
 }
 

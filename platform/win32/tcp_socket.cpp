@@ -52,15 +52,30 @@ void SetUp(SOCKET handle) {
     ioctlsocket(handle, FIONBIO, &on);
 }
 
-bool WaitFor(SOCKET handle, bool toSend, std::uint32_t timeoutMs) {
+bool WaitOnce(SOCKET handle, bool toSend, std::uint32_t timeoutMs) {
     fd_set waiting;
     FD_ZERO(&waiting);
     FD_SET(handle, &waiting);
     fd_set failed = waiting;
-    const std::uint32_t limitMs = std::min<std::uint32_t>(timeoutMs, INT_MAX);
-    timeval limit{static_cast<long>(limitMs / 1000), static_cast<long>(limitMs % 1000 * 1000)};
-    return handle != INVALID_SOCKET &&
-           select(0, toSend ? nullptr : &waiting, toSend ? &waiting : nullptr, &failed, &limit) > 0;
+    timeval limit{static_cast<long>(timeoutMs / 1000), static_cast<long>(timeoutMs % 1000 * 1000)};
+    return select(0, toSend ? nullptr : &waiting, toSend ? &waiting : nullptr, &failed, &limit) > 0;
+}
+
+/// A wait does not notice that the own side shuts the connection down.
+bool WaitFor(SOCKET handle, bool toSend, std::uint32_t timeoutMs,
+             const std::atomic<bool>& isShutDown) {
+    constexpr std::uint32_t kSliceMs = 50;
+    while (handle != INVALID_SOCKET && !isShutDown) {
+        const std::uint32_t sliceMs = std::min(timeoutMs, kSliceMs);
+        if (WaitOnce(handle, toSend, sliceMs)) {
+            return true;
+        }
+        timeoutMs -= sliceMs;
+        if (timeoutMs == 0) {
+            break;
+        }
+    }
+    return false;
 }
 
 } // namespace
@@ -122,7 +137,7 @@ void TcpConnection::LimitReceiveBuffer(std::size_t bytes) {
 
 std::optional<std::size_t> TcpConnection::Receive(void* data, std::size_t size,
                                                   std::uint32_t timeoutMs) {
-    if (!WaitFor(SocketOf(handle), false, timeoutMs)) {
+    if (!WaitFor(SocketOf(handle), false, timeoutMs, isShutDown)) {
         return std::nullopt;
     }
     const int most = static_cast<int>(std::min<std::size_t>(size, INT_MAX));
@@ -132,7 +147,7 @@ std::optional<std::size_t> TcpConnection::Receive(void* data, std::size_t size,
 
 std::optional<std::size_t> TcpConnection::Send(const void* data, std::size_t size,
                                                std::uint32_t timeoutMs) {
-    if (!WaitFor(SocketOf(handle), true, timeoutMs)) {
+    if (!WaitFor(SocketOf(handle), true, timeoutMs, isShutDown)) {
         return std::nullopt;
     }
     const int most = static_cast<int>(std::min<std::size_t>(size, INT_MAX));
@@ -151,6 +166,7 @@ void TcpConnection::EndSending() {
 }
 
 void TcpConnection::Shutdown() {
+    isShutDown = true;
     shutdown(SocketOf(handle), SD_BOTH);
 }
 

@@ -77,6 +77,7 @@ Step RunOnGate(const ProgramUse& use, const std::string& file,
         Replace(text, support::BuiltFile("sweep"), "{sdk}");
         Replace(text, platform::DirectoryOf(platform::ExecutablePath()), "{bin}");
         Replace(text, "\\", "/");
+        Replace(text, "/" + platform::LibraryFileName("PxnC"), "/libPxnC.so");
         for (std::string& line : LinesOf(stream, text)) {
             step.lines.push_back(std::move(line));
         }
