@@ -13,5 +13,5 @@ struct PageFile {
 const PageFile* FindPageFile(std::string_view name);
 /// The description of the interface, see /openapi.json.
 std::string_view OpenApiText();
-/// The type that a browser is told, by the ending of the name.
+/// The content type of a file, by the ending of its name.
 std::string PageFileType(std::string_view name);

@@ -28,7 +28,7 @@ private:
     const std::string part = std::string(65536, 'x');
 };
 
-/// Sends nothing until it is told to end.
+/// Sends nothing until the test ends it.
 class QuietStream final : public IHttpStream {
 public:
     QuietStream(std::atomic<int>& openStreams, platform::Event& endOfStream)
