@@ -89,6 +89,10 @@ bool OutputFile::Create(const std::string& path, std::string* error) {
 }
 
 bool OutputFile::CreateBeside(const std::string& path) {
+    if (path.find('\0') != std::string::npos) {
+        errno = EINVAL; // the system would take what is before it for the name
+        return false;
+    }
     finalPath = path;
     if (!FollowSymbolicLinks(finalPath)) {
         return false;

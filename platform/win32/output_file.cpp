@@ -72,6 +72,10 @@ bool OutputFile::Create(const std::string& path, std::string* error) {
 }
 
 bool OutputFile::CreateBeside(const std::string& path) {
+    if (path.find('\0') != std::string::npos) {
+        SetLastError(ERROR_INVALID_NAME); // the system would take what is before it for the name
+        return false;
+    }
     const DWORD attributes = GetFileAttributesA(path.c_str());
     if (attributes != INVALID_FILE_ATTRIBUTES &&
         (attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)) != 0) {

@@ -81,6 +81,16 @@ TEST_F(OutputFileTest, LeavesNothingWhenItIsGivenUp) {
     EXPECT_EQ(FileNames(), std::set<std::string>{"file"});
 }
 
+TEST_F(OutputFileTest, IsNotCreatedByAPartOfItsName) {
+    directory.Write("file", "other");
+    OutputFile file;
+    std::string error;
+    EXPECT_FALSE(file.Create(path + std::string(1, '\0') + "name", &error));
+    EXPECT_NE(error, "");
+    EXPECT_FALSE(file.IsOpen());
+    EXPECT_EQ(FileNames(), std::set<std::string>{"file"});
+}
+
 TEST_F(OutputFileTest, IsNotCreatedWhereItCannotBe) {
     ASSERT_TRUE(CreateDirectories(directory.PathOf("directory")));
     for (const std::string& place :
