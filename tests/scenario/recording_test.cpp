@@ -168,8 +168,11 @@ TEST_F(Recordings, AgreeWhenTheProgramIsTooSlow) {
 
 TEST_F(Recordings, SayWhatAFullQueueDid) {
     // An image is larger than the queue, so that each frame waits for the one before.
-    directory.Write("PxnC.xml", "<PxnC><camera id=\"A\" pattern=\"noise\" freeRunning=\"true\">"
-                                "<feature name=\"ExposureTime\" value=\"100\"/></camera></PxnC>");
+    // Slow enough for the frames to be taken before the camera comes round to their buffers again.
+    directory.Write("PxnC.xml", "<PxnC><camera id=\"A\" pattern=\"noise\">"
+                                "<feature name=\"ExposureTime\" value=\"100\"/>"
+                                "<feature name=\"AcquisitionFrameRate\" value=\"250\"/>"
+                                "</camera></PxnC>");
     const auto dropped =
         Record({"--frames", "30", "--png-level", "9", "--queue", "1", "--buffers", "50"});
     ExpectAgreement(dropped, false);
