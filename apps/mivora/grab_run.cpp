@@ -17,6 +17,7 @@ constexpr std::uint32_t kSliceMs = 200;
 constexpr std::uint32_t kTriggerTimeoutMs = 1000;
 constexpr std::uint64_t kLeastGraceMs = 1000;
 constexpr std::uint64_t kGraceIntervals = 4;
+constexpr unsigned kMostReturns = 3; // without a frame
 // The first request of the user ends the acquisition, the second one the writing.
 constexpr unsigned kGiveUpRequests = 2;
 
@@ -123,6 +124,7 @@ void GrabRun::Take(FrameResult result) {
     wait.OnFrame();
     isWaitTold = false;
     isThere = false;
+    returns = 0;
     if (taken++ == 0) {
         report.firstFrameNs = frame.handedOver;
     }
@@ -218,7 +220,8 @@ bool GrabRun::GoOn() {
     const std::uint64_t lastFrame = wait.LastFrame();
     Stop();
     RecordRest();
-    if (options.reconnect && isGone) {
+    // One that is back and sends nothing may not have forgotten the connection it had.
+    if (options.reconnect && (isGone || (returns > 0 && returns < kMostReturns))) {
         TellOf(cause, "waiting for it");
         if (Reconnect(lastFrame)) {
             return true;
@@ -245,9 +248,10 @@ bool GrabRun::Reconnect(std::uint64_t lastFrame) {
         refusal = failure;
         return false;
     }
-    if (recording) {
+    if (recording && returns == 0) {
         recording->AddPause();
     }
+    ++returns;
     Start();
     return true;
 }

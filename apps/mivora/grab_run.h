@@ -81,5 +81,6 @@ private:
     std::uint64_t missing = 0;     // before those taken, or damaged
     bool isWaitTold = false;       // since the last frame
     std::uint64_t nextTrigger = 0; // monotonic; 0: none has been given
+    unsigned returns = 0;          // of the camera, without a frame since
     bool isThere = false;          // asked after a configuration change, and no frame since
 };
